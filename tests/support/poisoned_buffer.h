@@ -1,0 +1,54 @@
+// For all tests: a buffer that proves what a function wrote and what it left alone.
+#ifndef TESTS_SUPPORT_POISONED_BUFFER_H
+#define TESTS_SUPPORT_POISONED_BUFFER_H
+
+#include <algorithm>
+#include <cstddef>
+#include <string_view>
+#include <vector>
+
+namespace korvel::test {
+
+// `capacity` writable bytes between two guard zones, everything filled with a pattern. The
+// capacity is known at run time so that one test can walk over all of them.
+class PoisonedBuffer {
+ public:
+  explicit PoisonedBuffer(std::size_t capacity)
+      : capacity_(capacity), bytes_(capacity + 2 * kGuard, kPoison) {}
+  // Holds `text` and its terminator; what is behind stays poisoned.
+  PoisonedBuffer(std::size_t capacity, std::string_view text) : PoisonedBuffer(capacity) {
+    std::copy(text.begin(), text.end(), data());
+    if (text.size() < capacity) data()[text.size()] = '\0';
+  }
+
+  char *data() { return bytes_.data() + kGuard; }
+  int capacity() const { return static_cast<int>(capacity_); }
+
+  // The text up to the first NUL within the capacity.
+  std::string_view text() const {
+    const char *begin = bytes_.data() + kGuard;
+    return {begin, static_cast<std::size_t>(std::find(begin, begin + capacity_, '\0') - begin)};
+  }
+  // True while nothing before or behind the capacity was written.
+  bool guardsIntact() const {
+    return std::all_of(bytes_.begin(), bytes_.begin() + kGuard, isPoison) &&
+           std::all_of(bytes_.end() - kGuard, bytes_.end(), isPoison);
+  }
+  // True while no byte from `from` on (inside the capacity) was written.
+  bool untouchedFrom(std::size_t from) const {
+    return std::all_of(bytes_.begin() + kGuard + static_cast<std::ptrdiff_t>(from),
+                       bytes_.end() - kGuard, isPoison);
+  }
+
+ private:
+  static constexpr std::ptrdiff_t kGuard = 32;
+  static constexpr char kPoison = '\x5A';
+  static bool isPoison(char c) { return c == kPoison; }
+
+  std::size_t capacity_;
+  std::vector<char> bytes_;
+};
+
+}  // namespace korvel::test
+
+#endif
