@@ -1,0 +1,19 @@
+// For dialogs/, draw/, messages/ and the tests: finds the application's resource files.
+#ifndef KORVEL_PLATFORM_RESOURCES_H
+#define KORVEL_PLATFORM_RESOURCES_H
+
+#include <initializer_list>
+#include <string>
+#include <string_view>
+
+namespace korvel::platform {
+
+// The path of the first existing file `<folder>/<name><ending>`, the endings tried in order, in
+// the application's resource folder (szResources, else `resources` beside the executable) and then
+// in the default set installed with the library; empty when there is none.
+// Example: findResource("icons/2", {".svg", ".png"}).
+std::string findResource(std::string_view name, std::initializer_list<std::string_view> endings);
+
+}  // namespace korvel::platform
+
+#endif
