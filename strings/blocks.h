@@ -50,6 +50,10 @@ class PlainBlock {
       return static_cast<std::int8_t>(x) > static_cast<std::int8_t>(y) ? 0xFFU : 0U;
     });
   }
+  // Of each byte alone, modulo 256.
+  friend PlainBlock operator+(PlainBlock a, PlainBlock b) {
+    return combined(a, b, [](unsigned x, unsigned y) { return x + y; });
+  }
   friend PlainBlock operator&(PlainBlock a, PlainBlock b) {
     return combined(a, b, [](unsigned x, unsigned y) { return x & y; });
   }
@@ -104,6 +108,9 @@ class Sse2Block {
   }
   friend Sse2Block operator>(Sse2Block a, Sse2Block b) {
     return Sse2Block(_mm_cmpgt_epi8(a.bytes_, b.bytes_));
+  }
+  friend Sse2Block operator+(Sse2Block a, Sse2Block b) {
+    return Sse2Block(_mm_add_epi8(a.bytes_, b.bytes_));
   }
   friend Sse2Block operator&(Sse2Block a, Sse2Block b) {
     return Sse2Block(_mm_and_si128(a.bytes_, b.bytes_));
