@@ -78,7 +78,7 @@ std::string printed(const Rect &rect) {
   return out.str();
 }
 
-std::string quoted(std::string_view text) { return '"' + std::string(text) + '"'; }
+std::string inQuotes(std::string_view text) { return '"' + std::string(text) + '"'; }
 
 struct Item {
   ItemKind kind;
@@ -106,7 +106,7 @@ struct Item {
 };
 
 std::string itemAndText(const char *verb, int item, std::string_view text) {
-  return std::string(verb) + ' ' + std::to_string(item) + ' ' + quoted(text);
+  return std::string(verb) + ' ' + std::to_string(item) + ' ' + inQuotes(text);
 }
 
 std::string itemAndNumber(const char *verb, int item, int number) {
@@ -178,14 +178,14 @@ class ScriptedDialog final : public platform::Dialog {
     return static_cast<int>(shown_->items.size());
   }
   void addGroupBox(const Rect &rect, std::string_view title) override {
-    shown_->decoration.push_back("group box " + printed(rect) + ' ' + quoted(readable(title)));
+    shown_->decoration.push_back("group box " + printed(rect) + ' ' + inQuotes(readable(title)));
   }
   void addStaticText(const Rect &rect, std::string_view text) override {
-    shown_->decoration.push_back("static text " + printed(rect) + ' ' + quoted(readable(text)));
+    shown_->decoration.push_back("static text " + printed(rect) + ' ' + inQuotes(readable(text)));
   }
   void addIcon(const Rect &rect, const std::string &path) override {
     const std::string name = path.substr(path.find_last_of('/') + 1);
-    shown_->decoration.push_back("icon " + printed(rect) + ' ' + quoted(name));
+    shown_->decoration.push_back("icon " + printed(rect) + ' ' + inQuotes(name));
   }
   void setDefaultItem(int item) override { shown_->defaultItem = item; }
 
@@ -201,7 +201,7 @@ class ScriptedDialog final : public platform::Dialog {
     Item &edit = shown_->at(item);
     edit.text = platform::toCharacters(text);
     edit.clampCursor();
-    shown_->note(item, "text " + quoted(readable(edit.text)));
+    shown_->note(item, "text " + inQuotes(readable(edit.text)));
   }
   void selectText(int item) override {
     if (!is(item, ItemKind::EditText)) return;
@@ -350,11 +350,11 @@ class ScriptedDialog final : public platform::Dialog {
     return false;
   }
   void fail(const std::string &why) {
-    ADD_FAILURE() << "dialog " << quoted(shown_->title) << ", step " << quoted(step_) << ": "
+    ADD_FAILURE() << "dialog " << inQuotes(shown_->title) << ", step " << inQuotes(step_) << ": "
                   << why;
   }
   void unused(const std::string &what) {
-    ADD_FAILURE() << "dialog " << quoted(shown_->title) << " ended before " << what;
+    ADD_FAILURE() << "dialog " << inQuotes(shown_->title) << " ended before " << what;
   }
 
   ScriptedDesktop &desk_;
@@ -368,13 +368,13 @@ class ScriptedDialog final : public platform::Dialog {
 void ScriptedDialog::runModal(platform::HitHandler &handler) {
   ++desk_.dialogsShown_;
   if (desk_.next_ == desk_.expected_.size()) {
-    ADD_FAILURE() << "unexpected dialog " << quoted(shown_->title);
+    ADD_FAILURE() << "unexpected dialog " << inQuotes(shown_->title);
     return;
   }
   DialogScript &script = desk_.expected_[desk_.next_++];
   if (script.title_ != shown_->title) {
-    ADD_FAILURE() << "expected dialog " << quoted(script.title_) << ", got "
-                  << quoted(shown_->title);
+    ADD_FAILURE() << "expected dialog " << inQuotes(script.title_) << ", got "
+                  << inQuotes(shown_->title);
   }
   handler_ = &handler;
   for (Item &item : shown_->items) {
@@ -388,9 +388,9 @@ void ScriptedDialog::runModal(platform::HitHandler &handler) {
     step_ = step.description;
     step.act(*this);
   }
-  if (!script.steps_.empty()) return unused(quoted(script.steps_.front().description));
+  if (!script.steps_.empty()) return unused(inQuotes(script.steps_.front().description));
   if (!hasStopped_) {
-    ADD_FAILURE() << "dialog " << quoted(shown_->title) << " is still open after its last step";
+    ADD_FAILURE() << "dialog " << inQuotes(shown_->title) << " is still open after its last step";
   }
 }
 
@@ -513,7 +513,7 @@ DialogScript &ScriptedDesktop::expectDialog(std::string_view title) {
 void ScriptedDesktop::finish() {
   hasFinished_ = true;
   for (; next_ < expected_.size(); ++next_) {
-    ADD_FAILURE() << "dialog " << quoted(expected_[next_].title_) << " never came";
+    ADD_FAILURE() << "dialog " << inQuotes(expected_[next_].title_) << " never came";
   }
   EXPECT_EQ(open_, 0) << "dialogs that were never taken off the screen";
 }
@@ -601,12 +601,12 @@ std::string ScriptedDesktop::layout() const {
   if (!newest_) return "";
   std::ostringstream out;
   out << "dialog " << printed(newest_->bounds) << " in front of " << newest_->parent << ' '
-      << quoted(newest_->title) << '\n';
+      << inQuotes(newest_->title) << '\n';
   for (std::size_t i = 0; i < newest_->items.size(); ++i) {
     const Item &item = newest_->items[i];
     const int number = static_cast<int>(i) + 1;
     out << number << ' ' << nameOf(item.kind) << ' ' << printed(item.rect);
-    if (hasTitle(item.kind)) out << ' ' << quoted(item.title);
+    if (hasTitle(item.kind)) out << ' ' << inQuotes(item.title);
     if (number == newest_->defaultItem) out << " default";
     out << '\n';
   }
