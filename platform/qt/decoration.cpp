@@ -37,6 +37,7 @@ QPixmap readPicture(const QString &path, const QSize &room, qreal pixelRatio) {
 GroupBox::GroupBox(QWidget *window, const Rect &rect, std::string_view title)
     : QGroupBox(window), title_(toQt(title)) {
   setAccessibleName(title_);
+  setAttribute(Qt::WA_TransparentForMouseEvents);
   setGeometry(toQt(rect));
   lower();
 }
@@ -60,6 +61,7 @@ void GroupBox::paintEvent(QPaintEvent *) {
 StaticText::StaticText(QWidget *window, const Appearance &appearance, const Rect &rect,
                        std::string_view text)
     : QLabel(window) {
+  setAttribute(Qt::WA_TransparentForMouseEvents);
   setTextFormat(Qt::PlainText);
   setAlignment(Qt::AlignLeft | Qt::AlignTop);
   setIndent(0);
@@ -73,6 +75,7 @@ StaticText::StaticText(QWidget *window, const Appearance &appearance, const Rect
 
 Icon::Icon(QWidget *window, const Rect &rect, const std::string &path)
     : QWidget(window), path_(QString::fromStdString(path)) {
+  setAttribute(Qt::WA_TransparentForMouseEvents);
   setGeometry(toQt(rect));
 }
 

@@ -51,6 +51,8 @@ ListItem::ListItem(QWidget *window, HitSink &sink, int number, const Appearance 
   setEditTriggers(NoEditTriggers);
   setSelectionMode(SingleSelection);
   setHorizontalScrollMode(ScrollPerPixel);
+  // A row half in view that moved at its first click would not be there for the second.
+  setAutoScroll(false);
   for (QScrollBar *bar : {horizontalScrollBar(), verticalScrollBar()})
     bar->setContextMenuPolicy(Qt::PreventContextMenu);
 }
@@ -89,13 +91,22 @@ void ListItem::mousePressEvent(QMouseEvent *event) { beginPress(event, Press::Si
 
 void ListItem::mouseDoubleClickEvent(QMouseEvent *event) { beginPress(event, Press::Double); }
 
+// Above and below the view it goes on row by row.
+int ListItem::rowTowards(int y) const {
+  const int selected = selectedRow();
+  if (y < 0) return std::max(0, selected - 1);
+  if (y >= viewport()->height()) return std::min(rowCount() - 1, selected + 1);
+  const QModelIndex under = indexAt({0, y});
+  return under.isValid() ? under.row() : selected;
+}
+
 void ListItem::mouseMoveEvent(QMouseEvent *event) {
   if (press_ == Press::None) return;
-  const QModelIndex row = indexAt({1, event->position().toPoint().y()});
-  if (row.isValid() && row.row() != selectedRow()) {
-    press_ = Press::Single;
-    selectRow(row.row());
-  }
+  const int row = rowTowards(event->position().toPoint().y());
+  if (row == selectedRow()) return;
+  press_ = Press::Single;
+  selectRow(row);
+  scrollTo(rows_->index(row));
 }
 
 void ListItem::mouseReleaseEvent(QMouseEvent *event) {
@@ -137,14 +148,18 @@ void ListItem::keyPressEvent(QKeyEvent *event) {
     return;
   }
   event->accept();
-  if (row != selectedRow()) choose(row, false);
+  if (row == selectedRow()) return;
+  scrollTo(rows_->index(row));
+  choose(row, false);
 }
 
 void ListItem::keyboardSearch(const QString &typed) {
   const int before = selectedRow();
   QListView::keyboardSearch(typed);
   const int found = selectedRow();
-  if (found >= 0 && found != before) choose(found, false);
+  if (found < 0 || found == before) return;
+  scrollTo(rows_->index(found));
+  choose(found, false);
 }
 
 // Getting the focus selects nothing and makes no row the current one.

@@ -57,6 +57,8 @@ class ListItem final : public QListView, public Item {
   void selectRow(int row);
   void choose(int row, bool isDouble);
   void beginPress(QMouseEvent *event, Press press);
+  // The row that the mouse selects at this height of the view.
+  int rowTowards(int y) const;
   // The row that a key moves to, -1 for a key that does not move.
   int rowAfter(const QKeyEvent &event) const;
   int rowsInView() const;
