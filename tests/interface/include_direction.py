@@ -13,6 +13,7 @@ ALLOWED = {
     'strings': [],
     'codecs': ['strings'],
     'dates': ['strings', 'codecs'],
+    'files': ['strings', 'shell'],
     'platform': [],
     'dialogs': FOUNDATIONS + ['platform'],
 }
