@@ -203,7 +203,7 @@ std::string clipboard() {
 
 void setClipboard(const std::string &text) {
   run("printf %s " + shellQuoted(text) + " | xclip -selection clipboard -in >/dev/null 2>&1");
-  rest(50);
+  waitUntil(5, [&] { return clipboard() == text; });
 }
 
 }  // namespace korvel::test
