@@ -1,3 +1,24 @@
-# What `cmake --install` puts where.
+# What `cmake --install` puts where, and how an application finds it: find_package(korvel) with the
+# target korvel::korvel, or `pkg-config korvel`. The desktop module and the default resources are
+# installed by platform/.
+include(CMakePackageConfigHelpers)
+
 install(TARGETS korvel EXPORT korvelTargets LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
 install(DIRECTORY include/korvel DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} FILES_MATCHING PATTERN *.h)
+
+set(package_folder ${CMAKE_INSTALL_LIBDIR}/cmake/korvel)
+install(EXPORT korvelTargets NAMESPACE korvel:: DESTINATION ${package_folder})
+configure_package_config_file(cmake/korvelConfig.cmake.in korvelConfig.cmake
+  INSTALL_DESTINATION ${package_folder})
+write_basic_package_version_file(korvelConfigVersion.cmake COMPATIBILITY SameMajorVersion)
+install(FILES ${PROJECT_BINARY_DIR}/korvelConfig.cmake
+  ${PROJECT_BINARY_DIR}/korvelConfigVersion.cmake DESTINATION ${package_folder})
+
+# Written at install time, when the prefix is settled.
+install(CODE "
+  set(CMAKE_INSTALL_LIBDIR \"${CMAKE_INSTALL_LIBDIR}\")
+  set(CMAKE_INSTALL_INCLUDEDIR \"${CMAKE_INSTALL_INCLUDEDIR}\")
+  set(PROJECT_DESCRIPTION \"${PROJECT_DESCRIPTION}\")
+  set(PROJECT_VERSION \"${PROJECT_VERSION}\")
+  configure_file(\"${PROJECT_SOURCE_DIR}/cmake/korvel.pc.in\"
+    \"\$ENV{DESTDIR}\${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_LIBDIR}/pkgconfig/korvel.pc\" @ONLY)")

@@ -1,0 +1,11 @@
+/* The data-entry dialog of a patient record. */
+#ifndef FICHE_ENTRY_H
+#define FICHE_ENTRY_H
+
+#include "record.h"
+
+/* Shows the record and lets the user change it. Returns 1 when the entry was accepted (the record
+   then holds it), 0 when it was cancelled (the record is unchanged). */
+int enterRecord(Record *record);
+
+#endif

@@ -1,0 +1,28 @@
+/* What a Linux host application needs beyond the library's own interface: where resources stand,
+   and windows of its toolkit given to the library. */
+#ifndef KORVEL_DESKTOP_H
+#define KORVEL_DESKTOP_H
+
+#include <korvel/types.h>
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/* Folder of the application's resources, a NUL-terminated POSIX path, initially "": then it is the
+   folder "resources" beside the executable. In it stand icons/<number>.svg or .png. A resource
+   that is not there is taken from the default set installed with the library. Written by the
+   application at any time; the library reads it at each use and never writes it. */
+KORVEL_API extern char szResources[256];
+
+/* Gives the library a window of the host application, for example as the parent of a dialog.
+   qwidget: a QWidget * of a Qt 6 application, or null; any widget stands for its window.
+   Returns the window, valid as long as the widget; the widget stays the caller's. Returns null for
+   null, and where no desktop is to be had. */
+KORVEL_API WindowRef KorvelWidgetWindow(void *qwidget);
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif

@@ -1,0 +1,12 @@
+/* Everything that Korvel declares. */
+#ifndef KORVEL_KORVEL_H
+#define KORVEL_KORVEL_H
+
+#include <korvel/codecs.h>
+#include <korvel/dates.h>
+#include <korvel/desktop.h>
+#include <korvel/dialogs.h>
+#include <korvel/strings.h>
+#include <korvel/types.h>
+
+#endif

@@ -1,0 +1,163 @@
+// For dialogs/, draw/, messages/ and platform/ only: the seam between the library and a desktop.
+//
+// Everything that touches a screen passes through these classes: windows with numbered items and
+// their modal run. No rule of the library (validity, numbering, layout factors, wrapping) lives
+// below the seam, and no toolkit type appears above it. The implementations are the Qt module
+// (platform/qt/), loaded by platform/loader.h when a desktop is first needed, and the scripted
+// desktop of the tests.
+//
+// Text crosses the seam in the screen set (platform/screentext.h). What is read back from an item
+// is what a person who had typed it would have entered: à ç è é and the degree sign as their Mac
+// bytes, every other character as its CP1252 byte, whichever byte had been shown.
+//
+// Everything runs on the interface thread. No method throws; a method given an item number or a
+// row that does not exist does nothing and returns an empty value.
+#ifndef KORVEL_PLATFORM_DESKTOP_H
+#define KORVEL_PLATFORM_DESKTOP_H
+
+#include <korvel/types.h>
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace korvel::platform {
+
+// Pixels; right and bottom lie one past the last pixel. An item's rectangle is the classic one:
+// the inside of an edit frame, which the desktop draws around it.
+struct Rect {
+  int left = 0;
+  int top = 0;
+  int right = 0;
+  int bottom = 0;
+
+  int width() const { return right - left; }
+  int height() const { return bottom - top; }
+  friend bool operator==(const Rect &, const Rect &) = default;
+};
+
+enum class ItemKind { None, PushButton, CheckBox, ListBox, PopUp, EditText };
+
+// Items with a part of their own in a modal run.
+constexpr int kOkItem = 1;
+constexpr int kCancelItem = 2;
+
+enum class Run { Continue, Stop };
+
+// Receives the hits of a modal run, in the order in which they happened, one at a time: the next
+// key or click is taken only when the call has returned.
+class HitHandler {
+ public:
+  virtual Run hit(int item) = 0;
+
+ protected:
+  ~HitHandler() = default;
+};
+
+// The last click in a list box.
+struct ListClick {
+  int row = -1;  // from 0; -1: none yet
+  bool isDouble = false;
+};
+
+// A dialog window with items numbered from 1 in the order in which they are added. Destroying it
+// takes it off the screen.
+class Dialog {
+ public:
+  virtual ~Dialog() = default;
+
+  // Valid as long as the dialog.
+  virtual WindowRef window() = 0;
+  virtual void setTitle(std::string_view title) = 0;
+
+  // Adds an item and returns its number. `title` is the label of a push button or check box, and
+  // not used by the other kinds. A new check box is off, a new pop-up or list has no entries.
+  virtual int addItem(ItemKind kind, const Rect &rect, std::string_view title) = 0;
+
+  // Decoration, which has no number and is never hit. A group box lies behind all items. Static
+  // text is left-aligned and wrapped at words. An icon is a picture file, scaled into its
+  // rectangle with its proportions kept; a file that cannot be read shows nothing.
+  virtual void addGroupBox(const Rect &rect, std::string_view title) = 0;
+  virtual void addStaticText(const Rect &rect, std::string_view text) = 0;
+  virtual void addIcon(const Rect &rect, const std::string &path) = 0;
+
+  // The push button that Return stands for; shown as such. Return does nothing while it is
+  // disabled.
+  virtual void setDefaultItem(int item) = 0;
+
+  virtual ItemKind kind(int item) const = 0;
+
+  // Content of an edit-text item. Setting it is no hit, and keeps the cursor's place and the
+  // selection as far as the new text allows. `selectText` selects it all.
+  virtual std::string text(int item) const = 0;
+  virtual void setText(int item, std::string_view text) = 0;
+  virtual void selectText(int item) = 0;
+
+  // Says that an edit-text item stands for a secret: what is typed into it is never shown before
+  // its hit was handled, nor kept for undoing, nor offered to an input method.
+  virtual void setSecret(int item) = 0;
+
+  // Check box: 0 or 1. Pop-up: number of the chosen entry, from 1; 0 for none. Setting is no hit.
+  virtual int value(int item) const = 0;
+  virtual void setValue(int item, int value) = 0;
+
+  // Entries of a pop-up or rows of a list box, numbered from 0 here. Setting them leaves nothing
+  // chosen. `entry` is the text as it would be read back.
+  virtual void setEntries(int item, const std::vector<std::string> &entries) = 0;
+  virtual std::string entry(int item, int index) const = 0;
+  virtual ListClick lastClick(int item) const = 0;
+
+  // A disabled item is greyed and cannot be hit.
+  virtual void setEnabled(int item, bool enabled) = 0;
+
+  // Shows the window, with the focus in the first edit-text item (all of its text selected) and
+  // the application's other windows blocked, and calls `handler` once per hit until it answers
+  // Stop. Returns also when the desktop goes down.
+  //
+  // A hit is: one change of an edit-text item by the user, however it was made (a key, a paste, an
+  // undo, a composed character); a press of an enabled push button, also by Return (the default
+  // item), Escape or the window's close box (both kCancelItem); a click on a check box, which does
+  // not change its value; an entry chosen in a pop-up, whose value then is that entry; a row
+  // selected in a list box by click, double click or arrow keys. A double click is two hits, the
+  // second with `lastClick().isDouble`. An edit that would bring in a character which has no byte
+  // is refused whole and is no hit.
+  virtual void runModal(HitHandler &handler) = 0;
+};
+
+class Desktop {
+ public:
+  virtual ~Desktop() = default;
+
+  // True when windows can be shown. Never aborts; on false, `problem` says why in one line.
+  virtual bool hasScreen(std::string &problem) = 0;
+
+  // The application's active window, or null.
+  virtual WindowRef frontWindow() = 0;
+  // The content of a window in screen coordinates; nothing for null or a window that is gone.
+  virtual std::optional<Rect> windowBounds(WindowRef window) = 0;
+  // The part of the main screen that windows may cover.
+  virtual Rect screenBounds() = 0;
+
+  // A movable modal dialog, not yet visible, whose content covers `bounds` (moved into view where
+  // it would lie outside the screen), in front of `parent` (null: of everything). Null only when
+  // there is no screen.
+  virtual std::unique_ptr<Dialog> newDialog(const Rect &bounds, WindowRef parent,
+                                            std::string_view title) = 0;
+
+  // The window of a widget that the host application owns, in the toolkit's own type; null for
+  // null. The desktop does not own the widget.
+  virtual WindowRef hostWindow(void *widget) = 0;
+};
+
+// What a desktop module exports under kModuleEntry. The version is that of the classes above: a
+// module built for another one returns null. The desktop belongs to the module and lives until the
+// process ends.
+using ModuleEntry = Desktop *(*)(int version);
+constexpr int kSeamVersion = 1;
+constexpr const char *kModuleEntry = "korvel_desktop";
+
+}  // namespace korvel::platform
+
+#endif

@@ -1,0 +1,46 @@
+# shellcheck shell=bash
+# Sourced by the scripts: the Debian packages each of them needs, asked for only when one is
+# missing.
+
+readonly BUILD_PACKAGES=(
+  build-essential cmake ninja-build qt6-base-dev libqt6svg6
+)
+readonly SCREEN_PACKAGES=(
+  xvfb x11-utils openbox xdotool xclip imagemagick fonts-liberation
+)
+readonly TEST_PACKAGES=(
+  "${BUILD_PACKAGES[@]}" "${SCREEN_PACKAGES[@]}"
+  clang googletest libgtest-dev locales procps python3
+)
+readonly BENCH_PACKAGES=(
+  "${BUILD_PACKAGES[@]}" libbenchmark-dev libglib2.0-dev pkg-config fonts-liberation
+)
+
+say() { printf '%s: %s\n' "${0##*/}" "$*"; }
+fail() { say "$*" >&2; exit 1; }
+
+# True when sudo works without a password, or can ask somebody for one.
+may_use_sudo() {
+  command -v sudo >/dev/null && { sudo -n true 2>/dev/null || [ -t 0 ]; }
+}
+
+# Installs those of the packages given that are not installed; as root or through sudo.
+ensure_packages() {
+  local package missing=()
+  for package in "$@"; do
+    [ "$(dpkg-query -W -f='${db:Status-Status}' "$package" 2>/dev/null)" = installed ] ||
+      missing+=("$package")
+  done
+  [ ${#missing[@]} -eq 0 ] && return
+  local as_root=()
+  if [ "$(id -u)" -ne 0 ]; then
+    may_use_sudo || fail "packages are missing; please have them installed:" \
+      "apt-get install ${missing[*]}"
+    as_root=(sudo)
+  fi
+  say "installing ${missing[*]}"
+  "${as_root[@]}" apt-get update -q >/dev/null &&
+    "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
+      apt-get install -q -y --no-install-recommends "${missing[@]}" >/dev/null ||
+    fail "could not install: ${missing[*]}"
+}

@@ -1,0 +1,55 @@
+/* An application linked at a fixed address: the library's arrays then live in the application
+   (copy relocations), and both must see the same ones. Ends with 0 when they do. */
+#include <korvel/korvel.h>
+#include <stdio.h>
+#include <string.h>
+
+static int failures;
+
+static void check(int holds, const char *what) {
+  if (!holds) {
+    printf("not so: %s\n", what);
+    failures++;
+  }
+}
+
+static int isEven(char *text, int *value) {
+  int status = intcod_i(text, value);
+  return status != 0 ? status : *value % 2 != 0;
+}
+
+int main(void) {
+  char text[32];
+  ValidInt_t own[128] = {0};
+
+  check(sizeof TDB_szBuffer == 8192, "the text store has 8192 bytes");
+  check(sizeof IDB_iInts / sizeof IDB_iInts[0] == 128, "there are 128 integer fields");
+  check(vi == vi_tab, "the validation functions' pointer starts at the table");
+  check(strcmp(OK_sz1, "OK") == 0 && strcmp(OK_sz2, "Annuler") == 0, "the buttons have texts");
+  check(OK_def == 1 && a_org == 1950, "the globals have their first values");
+
+  /* What the library writes is read here. */
+  TexteDlgBox_param(3, 100);
+  TexteDlgBox_set(1, "Durand");
+  check(TDB == 1 && TDB_N == 3 && TDB_BUFFERSIZE == 2730, "a definition is seen");
+  check(TDB_pszBuffer[1] == TDB_szBuffer + 2730, "the slices lie in the store");
+  check(strcmp(TDB_szBuffer + 2730, "Durand") == 0, "a text is seen");
+
+  /* What is written here is read by the library. */
+  strcpy(TDB_szBuffer + 2730, "Dupont");
+  TexteDlgBox_retrieve(1, text, sizeof text);
+  check(strcmp(text, "Dupont") == 0, "a text written here is read");
+  a_org = 1980;
+  ZRV_Build_Date_short("07/03/79", text);
+  check(strcmp(text, "20790307") == 0, "an origin year written here is used");
+  a_org = 1950;
+
+  /* A table of the application's own takes the place of the library's. */
+  vi = own;
+  IntDlgBox_param(2, 200);
+  IntDlgBox_set_fvalid(1, isEven);
+  check(own[0] == intcod_i && own[1] == isEven, "functions go to the application's own table");
+  check(vi_tab[0] == 0, "and leave the library's alone");
+  vi = vi_tab;
+  return failures != 0;
+}

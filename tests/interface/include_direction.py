@@ -1,0 +1,39 @@
+"""include_direction.py <project>: the folders of the library include each other in one direction
+only, and only those that show something reach the seam to the desktop."""
+import pathlib
+import re
+import sys
+
+root = pathlib.Path(sys.argv[1])
+
+# What each folder may include besides itself, the public headers aside.
+FOUNDATIONS = ['strings', 'codecs', 'dates']
+ALLOWED = {
+    'strings': [],
+    'codecs': ['strings'],
+    'dates': ['strings', 'codecs'],
+    'platform': [],
+    'dialogs': FOUNDATIONS + ['platform'],
+}
+# The public headers that each folder may use: those of the folders below it and its own.
+SHARED_HEADERS = ['types', 'desktop']
+
+problems = []
+count = 0
+for folder, others in ALLOWED.items():
+    for source in sorted(root.glob(f'{folder}/**/*')):
+        if source.suffix not in ('.cpp', '.h', '.c'):
+            continue
+        count += 1
+        for name in re.findall(r'^\s*#\s*include\s+"([^"]+)"', source.read_text(), re.M):
+            top = name.split('/')[0]
+            if top != folder and top in ALLOWED and top not in others:
+                problems.append(f'{source.relative_to(root)} includes "{name}"')
+        for name in re.findall(r'^\s*#\s*include\s+<korvel/(\w+)\.h>', source.read_text(), re.M):
+            if name not in SHARED_HEADERS + others + [folder]:
+                problems.append(f'{source.relative_to(root)} includes <korvel/{name}.h>')
+if problems:
+    sys.exit('\n'.join(problems))
+if count < 10:
+    sys.exit(f'only {count} files read')
+print(f'{count} files, all includes point one way')

@@ -1,0 +1,31 @@
+#!/usr/bin/env bash
+# installed_library.sh <cmake> <build folder> <application> <cc> <scratch folder> <sanitized>:
+# installs the library into a folder, then builds and runs an application against it, once with
+# find_package and once with pkg-config.
+set -eu
+cmake=$1 build=$2 application=$3 cc=$4 scratch=$5 sanitized=$6
+rm -rf "$scratch"
+mkdir -p "$scratch"
+prefix=$scratch/prefix
+"$cmake" --install "$build" --prefix "$prefix" >/dev/null
+library=$(find "$prefix" -name 'libkorvel.so')
+folder=$(dirname "$library")
+for file in "$folder/libkorvel.so.1" "$folder/korvel/korvel-qt.so" \
+            "$prefix/include/korvel/korvel.h" "$folder/pkgconfig/korvel.pc"; do
+  [ -e "$file" ] || { echo "not installed: ${file#"$prefix/"}"; exit 1; }
+done
+
+# A sanitized library needs a sanitized application.
+flags=()
+[ "$sanitized" = 1 ] && flags=(-fsanitize=address,undefined)
+
+"$cmake" -S "$application" -B "$scratch/found" -DCMAKE_PREFIX_PATH="$prefix" \
+  -DCMAKE_C_COMPILER="$cc" -DCMAKE_C_FLAGS="${flags[*]-}" >/dev/null
+"$cmake" --build "$scratch/found" >/dev/null
+"$scratch/found/application"
+
+export PKG_CONFIG_PATH=$folder/pkgconfig
+# shellcheck disable=SC2046
+"$cc" "${flags[@]}" "$application/application.c" -o "$scratch/by_pkg_config" \
+  $(pkg-config --cflags --libs korvel)
+LD_LIBRARY_PATH=$folder "$scratch/by_pkg_config"
