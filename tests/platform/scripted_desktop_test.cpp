@@ -395,6 +395,7 @@ TEST(ScriptedDesktop, RecordsWrites) {
             "3 text \"é\"\n3 selected\n3 secret\n5 value 1\n7 entries 2\n1 enabled no\n1 enabled "
             "yes\n");
   EXPECT_EQ(desk.takeWrites(), "");
+  shown.dialog.reset();
   desk.finish();
 }
 
