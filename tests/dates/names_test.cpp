@@ -7,34 +7,13 @@
 namespace korvel::test {
 namespace {
 
-// Kept: é is the byte 0x82 of the DOS Latin code page, and Aout has no accent.
-constexpr const char *kIllegal = "Ill\x82gal";
-constexpr const char *kMonths[] = {"Janvier",
-                                   "F\x82vrier",
-                                   "Mars",
-                                   "Avril",
-                                   "Mai",
-                                   "Juin",
-                                   "Juillet",
-                                   "Aout",
-                                   "Septembre",
-                                   "Octobre",
-                                   "Novembre",
-                                   "D\x82"
-                                   "cembre"};
-constexpr const char *kMonthAbbreviations[] = {"JAN",
-                                               "F\x82V",
-                                               "MAR",
-                                               "AVR",
-                                               "MAI",
-                                               "JUI",
-                                               "JUI",
-                                               "AOU",
-                                               "SEP",
-                                               "OCT",
-                                               "NOV",
-                                               "D\x82"
-                                               "C"};
+// Kept: é is the byte 0x82 (octal 202), Aout has no accent.
+constexpr const char *kIllegal = "Ill\202gal";
+constexpr const char *kMonths[] = {"Janvier",   "F\202vrier", "Mars",     "Avril",
+                                   "Mai",       "Juin",       "Juillet",  "Aout",
+                                   "Septembre", "Octobre",    "Novembre", "D\202cembre"};
+constexpr const char *kMonthAbbreviations[] = {"JAN", "F\202V", "MAR", "AVR", "MAI", "JUI",
+                                               "JUI", "AOU",    "SEP", "OCT", "NOV", "D\202C"};
 constexpr const char *kDays[] = {"Dimanche", "Lundi",    "Mardi", "Mercredi",
                                  "Jeudi",    "Vendredi", "Samedi"};
 constexpr const char *kDayAbbreviations[] = {"DIM", "LUN", "MAR", "MER", "JEU", "VEN", "SAM"};
@@ -72,7 +51,7 @@ TEST(Names, AbbreviationsShareOneBuffer) {
   EXPECT_EQ(month, day);
   EXPECT_STREQ(month, "DIM");
   EXPECT_EQ(utdatemm(2), day);
-  EXPECT_STREQ(day, "F\x82V");
+  EXPECT_STREQ(day, "F\202V");
 }
 
 }  // namespace
