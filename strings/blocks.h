@@ -19,6 +19,9 @@ namespace korvel::strings {
 
 inline constexpr std::size_t kBlock = 16;
 
+// The mask of a block whose bytes all agree.
+inline constexpr unsigned kWholeBlock = (1U << kBlock) - 1;
+
 // Comparisons give 0xFF for a byte that agrees and 0 for one that does not; `mask` gathers the
 // high bits of the bytes, the first byte's in bit 0.
 //
@@ -49,6 +52,10 @@ class PlainBlock {
     return combined(a, b, [](unsigned x, unsigned y) {
       return static_cast<std::int8_t>(x) > static_cast<std::int8_t>(y) ? 0xFFU : 0U;
     });
+  }
+  // Of each byte alone, modulo 256.
+  friend PlainBlock operator+(PlainBlock a, PlainBlock b) {
+    return combined(a, b, [](unsigned x, unsigned y) { return x + y; });
   }
   friend PlainBlock operator&(PlainBlock a, PlainBlock b) {
     return combined(a, b, [](unsigned x, unsigned y) { return x & y; });
@@ -104,6 +111,9 @@ class Sse2Block {
   }
   friend Sse2Block operator>(Sse2Block a, Sse2Block b) {
     return Sse2Block(_mm_cmpgt_epi8(a.bytes_, b.bytes_));
+  }
+  friend Sse2Block operator+(Sse2Block a, Sse2Block b) {
+    return Sse2Block(_mm_add_epi8(a.bytes_, b.bytes_));
   }
   friend Sse2Block operator&(Sse2Block a, Sse2Block b) {
     return Sse2Block(_mm_and_si128(a.bytes_, b.bytes_));

@@ -36,12 +36,22 @@ inline constexpr std::array<unsigned char, 128> kPlainCapitals = {
     // clang-format on
 };
 
-constexpr bool isAsciiLower(unsigned char c) { return c >= 'a' && c <= 'z'; }
+constexpr unsigned char plainCapitalOf(unsigned char c) {
+  if (c >= 0x80) return kPlainCapitals[c - 0x80U];
+  return c >= 'a' && c <= 'z' ? static_cast<unsigned char>(c - 'a' + 'A') : c;
+}
 
-constexpr char plainCapital(char c) {
-  const auto byte = static_cast<unsigned char>(c);
-  if (byte >= 0x80) return static_cast<char>(kPlainCapitals[byte - 0x80U]);
-  return isAsciiLower(byte) ? static_cast<char>(byte - 'a' + 'A') : c;
+// The same for every byte. A capital is its own capital, so a byte may be looked up twice.
+inline constexpr std::array<unsigned char, 256> kPlainCapitalOfByte = [] {
+  std::array<unsigned char, 256> table{};
+  for (unsigned c = 0; c < table.size(); ++c) {
+    table[c] = plainCapitalOf(static_cast<unsigned char>(c));
+  }
+  return table;
+}();
+
+inline char plainCapital(char c) {
+  return static_cast<char>(kPlainCapitalOfByte[static_cast<unsigned char>(c)]);
 }
 
 }  // namespace korvel::strings
