@@ -76,7 +76,9 @@ TEST_F(TextItems, FillingOnlyEverClearsTheFlag) {
     TDB_bMand[0] = mandatory;
     TDB_iCarac[0] = longest;
     TDB_bOK[0] = before;
-    expectDialog().check([&] { EXPECT_EQ(desk.isEnabled(kOk), after == 1); }).press(kCancel);
+    expectDialog()
+        .check([&, enabled = after == 1] { EXPECT_EQ(desk.isEnabled(kOk), enabled); })
+        .press(kCancel);
     EXPECT_EQ(run(), 0);
     EXPECT_EQ(TDB_bOK[0], after);
   }
@@ -271,9 +273,9 @@ TEST_F(MaskedText, EditsByPositionFromTheStart) {
     TexteDlgBox_mandatory(0, 0);
     DialogScript &script = expectDialog();
     edit(script);
-    script.check([&, shown = std::string(std::strlen(text), '*')] {
-      EXPECT_EQ(desk.text(kItem), shown);
-      EXPECT_EQ(stored(), text);
+    script.check([&, wanted = std::string(text)] {
+      EXPECT_EQ(desk.text(kItem), std::string(wanted.size(), '*'));
+      EXPECT_EQ(stored(), wanted);
     });
     script.press(kOk);
     EXPECT_EQ(run(), 1);
@@ -367,7 +369,9 @@ TEST_F(PopUp, TheChoiceEqualToTheTextIsShown) {
   for (const auto &[list, text, value] : kCases) {
     SCOPED_TRACE(std::string(list) + " / " + text);
     choices(list, text);
-    expectDialog().check([&] { EXPECT_EQ(desk.value(kItem), value); }).press(kCancel);
+    expectDialog()
+        .check([&, wanted = value] { EXPECT_EQ(desk.value(kItem), wanted); })
+        .press(kCancel);
     run();
     EXPECT_EQ(stored(), text);
   }

@@ -35,7 +35,6 @@ class Recorder final : public platform::HitHandler {
 
 // Items 1 and 2: the button pair, 3 and 4: edit text, 5: check box, 6: pop-up, 7: list box.
 constexpr int kEdit = 3;
-constexpr int kOtherEdit = 4;
 constexpr int kCheckBox = 5;
 constexpr int kPopUp = 6;
 constexpr int kList = 7;
