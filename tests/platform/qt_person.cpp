@@ -10,7 +10,10 @@
 #include <QListView>
 #include <QPushButton>
 #include <QTest>
+#include <QTimer>
 #include <QWindow>
+
+#include <utility>
 
 #include "platform/loader.h"
 
@@ -81,18 +84,23 @@ void clickOn(QWidget *widget, QPoint place, Qt::MouseButton button) {
                     placeInWindow(widget, place));
 }
 
-QtPerson::QtPerson(std::string_view title) : title_(title) {
-  QObject::connect(&timer_, &QTimer::timeout, &timer_, [this] { nextStep(); });
-  timer_.start(0);
+QtPerson::QtPerson(std::string_view title) : title_(title) { keepGoing(); }
+
+// A shot each, as a timer waits for its own last shot, in which another dialog may have come up.
+void QtPerson::keepGoing() {
+  QTimer::singleShot(1, &life_, [this] {
+    keepGoing();
+    nextStep();
+  });
 }
 
 QtPerson::~QtPerson() = default;
 
-// A step is taken when the dialog waits for one: on top, and not within another step.
+// A step is taken when a dialog waits for one: on top, and not within another step on it.
 void QtPerson::nextStep() {
   QWidget *window = QApplication::activeModalWidget();
-  if (isBusy_ || window == nullptr) return;
-  isBusy_ = true;
+  if (window == nullptr || window == busyWith_) return;
+  QWidget *before = std::exchange(busyWith_, window);
   if (!hasCome_) {
     hasCome_ = true;
     EXPECT_TRUE(QTest::qWaitForWindowActive(window));
@@ -106,7 +114,7 @@ void QtPerson::nextStep() {
     steps_.pop_front();
     perform(window, step);
   }
-  isBusy_ = false;
+  busyWith_ = before;
 }
 
 void QtPerson::perform(QWidget *window, const Step &step) {

@@ -3,7 +3,7 @@
 #ifndef TESTS_PLATFORM_QT_PERSON_H
 #define TESTS_PLATFORM_QT_PERSON_H
 
-#include <QTimer>
+#include <QObject>
 #include <QWidget>
 #include <deque>
 #include <string>
@@ -62,13 +62,14 @@ class QtPerson final : public Person {
     std::function<void(QWidget *)> act;
   };
 
+  void keepGoing();
   void nextStep();
   void perform(QWidget *window, const Step &step);
 
   const std::string title_;
   std::deque<Step> steps_;
-  QTimer timer_;
-  bool isBusy_ = false;
+  QObject life_;  // ends the steps with the person
+  QWidget *busyWith_ = nullptr;
   bool hasCome_ = false;
 };
 
