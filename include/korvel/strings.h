@@ -70,7 +70,7 @@ KORVEL_API void chdelch(char *s, int n, int p);
 KORVEL_API int chinsch(char *d, int size, const char *s, int p);
 
 /* Inserts the character c into d before position p; size and p as in chinsch. Only the low 8 bits
-   of c count.
+   of c count; when they are 0, the text ends at p.
    Returns 1. Returns 0 and leaves d untouched when length(d) + 1 is above size - 1. */
 KORVEL_API int chinsch_c(char *d, int size, int c, int p);
 
