@@ -13,6 +13,7 @@
 
 #include <array>
 #include <cerrno>
+#include <cstring>
 #include <functional>
 #include <random>
 #include <string>
@@ -363,6 +364,32 @@ TEST(Replace, AFaultAtAnyStepLeavesTheOldFileAndNoTemporary) {
   }
 }
 
+// Whatever the step and the error, with a nameless temporary and with a named one.
+TEST(Replace, NoEndLeavesADescriptorOpen) {
+  Scratch scratch;
+  const std::string file = scratch.file("a", "old");
+  symlink("loop", (scratch.path() + "/loop").c_str());
+  const std::size_t before = entries("/proc/self/fd").size();
+  for (int step = 0; step <= static_cast<int>(ReplaceStep::Overwrite); ++step) {
+    for (const int error : {ENOSPC, EACCES, EPERM, EROFS, EBUSY, EIO, EEXIST}) {
+      for (const bool named : {false, true}) {
+        Fault fault(ReplaceStep::Temporary, 1, named ? EOPNOTSUPP : 0);
+        Fault::also(static_cast<ReplaceStep>(step), error);
+        const bool done = replaceBy(file, "new");
+        EXPECT_EQ(content(file), done ? "new" : "old") << step << ' ' << strerror(error);
+        EXPECT_EQ(entries("/proc/self/fd").size(), before) << step << ' ' << strerror(error);
+        scratch.file("a", "old");
+      }
+    }
+  }
+  for (const char *name : {"", "/", "/none/x", "/loop", "/a/x"}) {
+    EXPECT_FALSE(replaceBy(scratch.path() + name, "new", IfMissing::Create)) << name;
+  }
+  EXPECT_FALSE(replaceBy("/dev/null", "new"));
+  EXPECT_EQ(entries("/proc/self/fd").size(), before);
+  EXPECT_EQ(entries(scratch.path()), (std::vector<std::string>{"a", "loop"}));
+}
+
 TEST(Replace, AFolderThatCannotBeSyncedStillHasTheNewFile) {
   Scratch scratch;
   const std::string file = scratch.file("a", "old");
@@ -642,6 +669,56 @@ TEST_F(InPlace, ADiskThatFillsUpDuringTheGrowthLeavesTheOldFile) {
             }),
             0);
   EXPECT_EQ(content(file_), kOld);
+}
+
+// 600,000 bytes are overwritten in three stretches; what the file grows by goes before them.
+TEST_F(InPlace, AFaultInTheMidstOfTheOverwritingLeavesTheOldFile) {
+  const std::string old(600000, 'o');
+  scratch_.file("a", old);
+  const struct {
+    std::size_t size;
+    int stretches;
+  } kCases[] = {{600000, 3}, {900000, 5}, {300000, 2}};
+  for (const auto &row : kCases) {
+    for (int nth = 1; nth <= row.stretches; ++nth) {
+      EXPECT_EQ(asUser([&] {
+                  Fault fault(ReplaceStep::Overwrite, nth, ENOSPC);
+                  return replaceBy(file_, std::string(row.size, 'n')) ? 1 : 0;
+                }),
+                0)
+          << row.size << ' ' << nth;
+      EXPECT_TRUE(content(file_) == old) << row.size << ' ' << nth;
+    }
+    EXPECT_EQ(asUser([&] {
+                Fault fault(ReplaceStep::Overwrite, row.stretches + 1, ENOSPC);
+                return replaceBy(file_, std::string(row.size, 'n')) ? 0 : 1;
+              }),
+              0);
+    EXPECT_TRUE(content(file_) == std::string(row.size, 'n'));
+    scratch_.file("a", old);
+  }
+}
+
+TEST_F(InPlace, AFileThatMayNotBeReadIsOverwrittenToo) {
+  chmod(file_.c_str(), 0222);
+  EXPECT_EQ(asUser([&] { return replaceBy(file_, "new") ? 0 : 1; }), 0);
+  chmod(file_.c_str(), 0666);
+  EXPECT_EQ(content(file_), "new");
+}
+
+// The holes of a file take room only once they are overwritten.
+TEST_F(InPlace, AFullDiskUnderAFileWithHolesLeavesTheOldFile) {
+  chmod(scratch_.path().c_str(), 0755);
+  const std::string disk = scratch_.path() + "/disk";
+  SmallDisk mounted(disk, "size=65536,mode=0777");
+  if (!mounted.mounted()) GTEST_SKIP() << "may not mount; a fault does the same above";
+  const std::string file = scratch_.file("disk/a", "the beginning");
+  ASSERT_EQ(truncate(file.c_str(), 200000), 0);
+  chmod(file.c_str(), 0666);
+  chmod(disk.c_str(), 0555);
+  const std::string old = content(file);
+  EXPECT_EQ(asUser([&] { return replaceBy(file, std::string(150000, 'n')) ? 1 : 0; }), 0);
+  EXPECT_TRUE(content(file) == old);
 }
 
 TEST_F(InPlace, AMissingFileIsAFailure) {
