@@ -46,12 +46,13 @@ int openExisting(const char *path, int access) {
   return retried([&] { return open(path, access | O_NONBLOCK | O_NOCTTY | O_CLOEXEC); });
 }
 
-// A file that may not be written may become writable by the change of mode. What turned out to be a
-// folder keeps its mode.
+// A file that may not be written may become writable by the change of mode. Nothing else that
+// cannot be opened has its mode changed: where the volume is missing, the path of that change leads
+// from the root to a file that nobody asked for.
 int openWriting(const char *mac, const char *path) {
   constexpr mode_t kReadableAndWritableByAll = 0666;
   const int descriptor = openCreating(path, O_NONBLOCK | O_NOCTTY, kReadableAndWritableByAll);
-  if (descriptor < 0 && errno == EISDIR) return descriptor;
+  if (descriptor < 0 && errno != EACCES) return descriptor;
   BSDMACchmodrwx(mac);
   return descriptor >= 0 ? descriptor : openExisting(path, O_WRONLY);
 }

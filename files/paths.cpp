@@ -37,7 +37,7 @@ bool isEntryOtherThanFolder(const char *path) {
 
 PosixPath::PosixPath(const char *mac) {
   const bool fits = mac != nullptr && appendVolumesFolder() && [&] {
-    const auto volumeEnd = static_cast<int>(std::strcspn(mac, ":"));
+    const std::size_t volumeEnd = std::strcspn(mac, ":");
     if (volumeIsFile(mac, volumeEnd)) {
       length_ = 0;
       return appendExchanged(mac + volumeEnd);
@@ -70,10 +70,12 @@ bool PosixPath::appendExchanged(const char *mac) {
 }
 
 // Kept: the volume is looked for under its name as written, also where that contains a "/".
-bool PosixPath::volumeIsFile(const char *mac, int volumeEnd) {
-  if (length_ + volumeEnd >= kSize) return false;
-  std::memcpy(text_ + length_, mac, static_cast<std::size_t>(volumeEnd));
-  text_[length_ + volumeEnd] = '\0';
+bool PosixPath::volumeIsFile(const char *mac, std::size_t volumeEnd) {
+  const auto room = static_cast<std::size_t>(kSize - length_);
+  if (volumeEnd >= room) return false;
+  char *const volume = text_ + length_;
+  std::memcpy(volume, mac, volumeEnd);
+  volume[volumeEnd] = '\0';
   struct stat status;
   return stat(text_, &status) == 0 && S_ISREG(status.st_mode);
 }

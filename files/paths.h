@@ -2,6 +2,8 @@
 #ifndef KORVEL_FILES_PATHS_H
 #define KORVEL_FILES_PATHS_H
 
+#include <cstddef>
+
 namespace korvel::files {
 
 // The POSIX form of a colon path, as MAC2UNIX makes it. A path that is null or too long has none:
@@ -19,7 +21,7 @@ class PosixPath {
   bool append(char c);
   bool appendVolumesFolder();
   bool appendExchanged(const char *mac);
-  bool volumeIsFile(const char *mac, int volumeEnd);
+  bool volumeIsFile(const char *mac, std::size_t volumeEnd);
 
   char text_[kSize];
   int length_ = 0;

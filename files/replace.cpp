@@ -15,6 +15,7 @@
 #include <cstring>
 #include <ctime>
 #include <memory>
+#include <new>
 
 #include "files/transfer.h"
 
@@ -255,14 +256,20 @@ bool Replacement::openFolder() {
     std::memcpy(folder, path_, length);
     folder[length] = '\0';
   }
-  folder_ = open(folder, O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  folder_ = retried([&] { return open(folder, O_RDONLY | O_DIRECTORY | O_CLOEXEC); });
   if (folder_ < 0 && errno == EACCES) folder_ = open(folder, O_PATH | O_DIRECTORY | O_CLOEXEC);
   return folder_ >= 0;
 }
 
-// Whether this process may write the file is what the kernel says when it opens it.
+// Whether this process may write the file is what the kernel says when it opens it. Reading is
+// wanted only for the case that the file is overwritten in place.
 bool Replacement::openOld(IfMissing ifMissing) {
-  old_ = openat(folder_, name_, O_WRONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
+  const auto openFor = [this](int access) {
+    return retried(
+        [&] { return openat(folder_, name_, access | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC); });
+  };
+  old_ = openFor(O_RDWR);
+  if (old_ < 0 && errno == EACCES) old_ = openFor(O_WRONLY);
   if (old_ < 0) return errno == ENOENT && ifMissing == IfMissing::Create;
   return fstat(old_, &oldStatus_) == 0 && S_ISREG(oldStatus_.st_mode);
 }
@@ -271,8 +278,9 @@ bool Replacement::openTemporary() {
   // A nameless file gets its name through the list of descriptors.
   if (access(kDescriptors, X_OK) != 0) return openNamed();
   place_ = Place::Unnamed;
-  if (!faulty(ReplaceStep::Temporary))
-    content_ = openat(folder_, ".", O_TMPFILE | O_RDWR | O_CLOEXEC, 0600);
+  if (!faulty(ReplaceStep::Temporary)) {
+    content_ = retried([&] { return openat(folder_, ".", O_TMPFILE | O_RDWR | O_CLOEXEC, 0600); });
+  }
   return content_ >= 0 || (hasNoUnnamedFiles(errno) && openNamed());
 }
 
@@ -280,7 +288,8 @@ bool Replacement::openNamed() {
   place_ = Place::Named;
   for (int attempt = 0; attempt < kNamingAttempts; ++attempt) {
     ownName(name_, temporary_);
-    content_ = openat(folder_, temporary_, O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
+    content_ = retried(
+        [&] { return openat(folder_, temporary_, O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0600); });
     if (content_ >= 0) return true;
     if (errno != EEXIST) break;
   }
@@ -339,11 +348,9 @@ bool Replacement::giveName() {
   sharedName(name_, temporary_);
   if (linkedAs(temporary_)) return true;
   if (errno == EEXIST) {
-    if (isAbandoned(folder_, temporary_)) {
-      unlinkat(folder_, temporary_, 0);
-    } else {
-      ownName(name_, temporary_);
-    }
+    if (isAbandoned(folder_, temporary_)) unlinkat(folder_, temporary_, 0);
+    // Others may be at the same point: the shared name could be taken again.
+    ownName(name_, temporary_);
     if (linkedAs(temporary_)) return true;
   }
   temporary_[0] = '\0';
@@ -357,19 +364,31 @@ bool Replacement::linkedAs(const char *name) {
 }
 
 // What the file grows by is written and synced first: a full disk shows while every old byte is
-// still in its place, and the file is cut back to its old length.
+// still in its place. After a failure the file is cut back to its old length.
 bool Replacement::overwrite() {
   struct stat made;
   struct stat old;
   if (fstat(content_, &made) != 0 || fstat(old_, &old) != 0) return false;
   const off_t size = made.st_size;
   const off_t oldSize = old.st_size;
-  if (size > oldSize && !(copyStretch(content_, old_, oldSize, size) && synced(old_))) {
-    while (ftruncate(old_, oldSize) != 0 && errno == EINTR) continue;
+  const bool grown =
+      size <= oldSize || (copyStretch(content_, old_, oldSize, size) && synced(old_));
+  if (!grown || !overwriteBeginning(std::min(size, oldSize))) {
+    retried([&] { return ftruncate(old_, oldSize); });
     return false;
   }
-  if (!copyStretch(content_, old_, 0, std::min(size, oldSize))) return false;
   return retried([&] { return ftruncate(old_, size); }) == 0 && synced(old_);
+}
+
+// The disk may still be found full where the file has holes or its file system writes every block
+// to a new place: what stood there is then put back, if it may be read.
+bool Replacement::overwriteBeginning(off_t size) {
+  const auto count = static_cast<std::size_t>(size);
+  const std::unique_ptr<char[]> before(new (std::nothrow) char[count]);
+  const bool kept = before != nullptr && readAll(old_, before.get(), count) == count;
+  if (copyStretch(content_, old_, 0, size)) return true;
+  if (kept && lseek(old_, 0, SEEK_SET) == 0) writeAll(old_, before.get(), count);
+  return false;
 }
 
 void Replacement::discard() {

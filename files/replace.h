@@ -1,7 +1,7 @@
 // For files/, tables/ and profile/ only: replaces the content of a file as a whole.
 //
 // Killing the process, filling the disk or losing power at any moment leaves the old content or
-// the new one, never a mixture. The steps, in their order:
+// the new one, never a mixture (with one exception, below). The steps, in their order:
 //
 //  1. Open      A symbolic link is followed to the file it stands for, so the link itself stays.
 //               The file must be a regular one that this process may write; nothing is changed
@@ -23,8 +23,9 @@
 //
 // Only where the folder does not admit the exchange (it is not writable, or sticky and the file
 // someone else's, or the file is a mount point) is the file overwritten in place: the content is
-// gathered first, so that nothing but an error of the disk or a kill can interrupt the
-// overwriting, and what the file grows by is on the disk before an old byte is touched.
+// gathered first, what the file grows by is on the disk before an old byte is touched, and the old
+// bytes are put back when the overwriting fails, so that nothing but a broken disk or a kill in its
+// midst leaves a mixture.
 //
 // A file with several hard links gets a new content under this one name; its other names keep the
 // old content. Writing through them would put the old content at risk.
@@ -85,11 +86,12 @@ class Replacement {
   bool linkedAs(const char *name);
   bool exchange();
   bool overwrite();
+  bool overwriteBeginning(off_t size);
 
   Place place_ = Place::Unnamed;
   bool failed_ = false;
   int folder_ = -1;   // the file's folder
-  int old_ = -1;      // the file, open for writing; -1: it is to be created
+  int old_ = -1;      // the file, open for writing and if possible reading; -1: to be created
   int content_ = -1;  // what is being written
   struct stat oldStatus_ = {};
   char path_[PATH_MAX] = {};       // of the file itself, no symbolic link

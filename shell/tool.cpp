@@ -90,6 +90,35 @@ class StreamActions {
   bool ready_ = false;
 };
 
+// A tool is ended by SIGPIPE once nobody reads its output any more, also where the application
+// ignores or blocks that signal: a tool that never ends by itself would otherwise go on for ever.
+class MortalBySigpipe {
+ public:
+  MortalBySigpipe() {
+    ready_ = posix_spawnattr_init(&attributes_) == 0;
+    if (!ready_) return;
+    sigset_t defaults, blocked;
+    sigemptyset(&defaults);
+    sigaddset(&defaults, SIGPIPE);
+    pthread_sigmask(SIG_SETMASK, nullptr, &blocked);
+    sigdelset(&blocked, SIGPIPE);
+    posix_spawnattr_setsigdefault(&attributes_, &defaults);
+    posix_spawnattr_setsigmask(&attributes_, &blocked);
+    posix_spawnattr_setflags(&attributes_, POSIX_SPAWN_SETSIGDEF | POSIX_SPAWN_SETSIGMASK);
+  }
+  ~MortalBySigpipe() {
+    if (ready_) posix_spawnattr_destroy(&attributes_);
+  }
+  MortalBySigpipe(const MortalBySigpipe &) = delete;
+  MortalBySigpipe &operator=(const MortalBySigpipe &) = delete;
+
+  const posix_spawnattr_t *get() const { return ready_ ? &attributes_ : nullptr; }
+
+ private:
+  posix_spawnattr_t attributes_;
+  bool ready_ = false;
+};
+
 // The process of `sh -c command`, or -1.
 pid_t spawnShell(const char *command, const StreamActions &streams, Environment environment) {
   char shell[] = "sh";
@@ -98,9 +127,10 @@ pid_t spawnShell(const char *command, const StreamActions &streams, Environment 
   std::vector<char *> plainBytes;
   if (environment == Environment::PlainBytes) plainBytes = plainBytesEnvironment();
   char *const *variables = plainBytes.empty() ? environ : plainBytes.data();
+  const MortalBySigpipe signals;
   pid_t process = -1;
   const int error =
-      posix_spawn(&process, _PATH_BSHELL, streams.get(), nullptr, arguments, variables);
+      posix_spawn(&process, _PATH_BSHELL, streams.get(), signals.get(), arguments, variables);
   return error == 0 ? process : -1;
 }
 

@@ -4,7 +4,8 @@
    Paths are colon paths (volume:folder:file), NUL-terminated. The file functions take them to
    POSIX paths as MAC2UNIX does, the removing, renaming and listing ones as BSDMAC2UNIX does
    (shell.h); volumes stand under szVolumes (desktop.h). A path whose POSIX form has more than 511
-   bytes is refused, not cut: a cut path would name another file.
+   bytes, or 255 for the latter and for what BSDMACchmodrwx is applied to, is refused, not cut: a
+   cut path would name another file.
 
    A handle outside 0 to 4 or of a free slot changes nothing and gives the failure value that each
    function states. A null path, buffer or list gives the failure value too. */
@@ -43,8 +44,9 @@ KORVEL_API extern int DATA_FILE_ID;
 /* Opens a file. read, write: flags, set when 1 or more.
    - read only: the file must exist.
    - write only: a missing file is created, readable and writable by all, whatever the process's
-     file mask (which is left alone), and BSDMACchmodrwx is applied to the path. An existing file
-     is not cut: writing starts at offset 0 over its content; File_SetEOF shortens it.
+     file mask (which is left alone), and BSDMACchmodrwx is applied to the path of what was opened
+     or may not be written. An existing file is not cut: writing starts at offset 0 over its
+     content; File_SetEOF shortens it.
    - both: the file must exist.
    The handle is DATA_FILE_ID + 1, which DATA_FILE_ID then becomes, or, once DATA_FILE_ID is 4, the
    first free slot. DATA_FILE_ID stays raised when the opening fails.

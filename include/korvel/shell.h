@@ -2,7 +2,8 @@
    folder and process operations that are done by running tools.
 
    Commands run through /bin/sh -c with the caller's environment. A "close status" is what pclose
-   gives: a wait status (see WIFEXITED and its kin), or -1 when the command could not be started.
+   gives: a wait status (see WIFEXITED and its kin), or -1 when the command could not be started or
+   its status was not to be had (the application ignores SIGCHLD or collects every child).
    Paths are POSIX paths unless called macPath (a colon path). Every path is put between single
    quotes and not escaped: a path that contains a single quote breaks its command.
    A null text, function or output pointer is refused with the failure value, nothing being run,
@@ -43,8 +44,8 @@ KORVEL_API int LoadFrameworkBundle(const char *name, CFBundleRef *out);
 /* Runs command and reads the beginning of its output.
    out, outSize: buffer and its capacity; at most outSize - 1 bytes are read into it and ended with
    0. With out null or outSize 0 nothing is read and nothing is written.
-   Once the bytes are there the pipe is closed: a tool that writes on is ended by SIGPIPE. A tool
-   that neither writes nor ends is waited for.
+   Once the bytes are there the pipe is closed: a tool that writes on is ended by SIGPIPE, even if
+   the caller ignores or blocks that signal. A tool that neither writes nor ends is waited for.
    Returns the close status. Returns -1 and leaves out untouched if the command could not be
    started, or if outSize is negative. */
 KORVEL_API int BSDInvokeTool(const char *command, char *out, int outSize);

@@ -1,4 +1,5 @@
 #include <fcntl.h>
+#include <grp.h>
 #include <gtest/gtest.h>
 #include <signal.h>
 #include <sys/resource.h>
@@ -223,6 +224,42 @@ TEST_F(FileHandles, WhatIsNoFileIsRefused) {
     EXPECT_EQ(File_Open(path, 0, 1), -2) << path;
   }
   EXPECT_EQ(modeOf(volumes_.posix("folder")), 0750u) << "a refused folder keeps its mode";
+}
+
+TEST_F(FileHandles, WhatCannotBeOpenedForWritingKeepsItsMode) {
+  mkfifo(volumes_.posix("pipe").c_str(), 0640);
+  EXPECT_EQ(File_Open("Data:pipe", 0, 1), -2);
+  EXPECT_EQ(modeOf(volumes_.posix("pipe")), 0640u);
+  // Without its volume the path leads from the root for the change of mode, and nowhere for the
+  // opening.
+  volumes_.file("a", "text");
+  chmod(volumes_.posix("a").c_str(), 0640);
+  std::string path = "Absent" + volumes_.posix("a");
+  std::replace(path.begin() + 6, path.end(), '/', ':');
+  EXPECT_EQ(open(path, 0, 1), -2);
+  EXPECT_EQ(modeOf(volumes_.posix("a")), 0640u);
+}
+
+// Root may write whatever the mode: a plain user needs the change of mode first.
+TEST_F(FileHandles, AReadOnlyFileOfTheUserIsOpenedForWriting) {
+  const std::string path = volumes_.file("a", "text");
+  const pid_t child = fork();
+  if (child == 0) {
+    constexpr id_t kNobody = 65534;
+    if (geteuid() == 0) {
+      if (chown(volumes_.root().c_str(), kNobody, kNobody) != 0) _exit(1);
+      if (chown(volumes_.posix("a").c_str(), kNobody, kNobody) != 0) _exit(1);
+      if (setgroups(0, nullptr) != 0 || setgid(kNobody) != 0 || setuid(kNobody) != 0) _exit(1);
+    }
+    if (chmod(volumes_.posix("a").c_str(), 0400) != 0 || open(path, 1, 1) != -2) _exit(2);
+    if (open(path, 0, 1) != 1 || File_Write(1, "T", 1) != 1) _exit(3);
+    _exit(0);
+  }
+  int status = -1;
+  waitpid(child, &status, 0);
+  EXPECT_EQ(status, 0);
+  EXPECT_EQ(content(volumes_.posix("a")), "Text");
+  EXPECT_EQ(modeOf(volumes_.posix("a")), 0777u);
 }
 
 TEST_F(FileHandles, AFileOf2GiBIsRefused) {

@@ -7,12 +7,15 @@
 #include <sys/mount.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <sys/xattr.h>
 #include <unistd.h>
 
 #include <array>
 #include <cerrno>
+#include <cstdio>
+#include <cstring>
 #include <functional>
 #include <random>
 #include <string>
@@ -20,6 +23,23 @@
 #include <vector>
 
 #include "tests/files/scratch.h"
+
+namespace korvel::files {
+namespace {
+
+// What a test wants of the next syncs: the error number of each, 0 for a real one.
+std::function<int(int)> atSync;
+
+}  // namespace
+}  // namespace korvel::files
+
+// Every sync of this program comes here.
+extern "C" int fsync(int descriptor) {
+  const int error = korvel::files::atSync ? korvel::files::atSync(descriptor) : 0;
+  if (error == 0) return static_cast<int>(syscall(SYS_fsync, descriptor));
+  errno = error;
+  return -1;
+}
 
 namespace korvel::files {
 namespace {
@@ -363,12 +383,107 @@ TEST(Replace, AFaultAtAnyStepLeavesTheOldFileAndNoTemporary) {
   }
 }
 
+// Whatever the step and the error, with a nameless temporary and with a named one.
+TEST(Replace, NoEndLeavesADescriptorOpen) {
+  Scratch scratch;
+  const std::string file = scratch.file("a", "old");
+  symlink("loop", (scratch.path() + "/loop").c_str());
+  const std::size_t before = entries("/proc/self/fd").size();
+  for (int step = 0; step <= static_cast<int>(ReplaceStep::Overwrite); ++step) {
+    for (const int error : {ENOSPC, EACCES, EPERM, EROFS, EBUSY, EIO, EEXIST}) {
+      for (const bool named : {false, true}) {
+        Fault fault(ReplaceStep::Temporary, 1, named ? EOPNOTSUPP : 0);
+        Fault::also(static_cast<ReplaceStep>(step), error);
+        const bool done = replaceBy(file, "new");
+        EXPECT_EQ(content(file), done ? "new" : "old") << step << ' ' << strerror(error);
+        EXPECT_EQ(entries("/proc/self/fd").size(), before) << step << ' ' << strerror(error);
+        scratch.file("a", "old");
+      }
+    }
+  }
+  for (const char *name : {"", "/", "/none/x", "/loop", "/a/x"}) {
+    EXPECT_FALSE(replaceBy(scratch.path() + name, "new", IfMissing::Create)) << name;
+  }
+  EXPECT_FALSE(replaceBy("/dev/null", "new"));
+  EXPECT_EQ(entries("/proc/self/fd").size(), before);
+  EXPECT_EQ(entries(scratch.path()), (std::vector<std::string>{"a", "loop"}));
+}
+
 TEST(Replace, AFolderThatCannotBeSyncedStillHasTheNewFile) {
   Scratch scratch;
   const std::string file = scratch.file("a", "old");
   Fault fault(ReplaceStep::Folder, 1, EIO);
   EXPECT_TRUE(replaceBy(file, "new"));
   EXPECT_EQ(content(file), "new");
+}
+
+class AtSync {
+ public:
+  explicit AtSync(std::function<int(int)> act) { atSync = std::move(act); }
+  ~AtSync() { atSync = nullptr; }
+  AtSync(const AtSync &) = delete;
+  AtSync &operator=(const AtSync &) = delete;
+};
+
+// What a sync finds: how much of what mode, and what the file's name leads to by then.
+std::string syncSeen(int descriptor, const std::string &file) {
+  struct stat status = {};
+  fstat(descriptor, &status);
+  char what[64] = "the folder";
+  if (!S_ISDIR(status.st_mode))
+    std::snprintf(what, sizeof what, "%d bytes of mode %o", static_cast<int>(status.st_size),
+                  status.st_mode & 07777u);
+  return std::string(what) + " while the name leads to " + content(file) + "\n";
+}
+
+TEST(Replace, TheContentIsSyncedBeforeTheRenameAndTheFolderAfterIt) {
+  Scratch scratch;
+  const std::string file = scratch.file("a", "old");
+  chmod(file.c_str(), 0604);
+  for (const bool named : {false, true}) {
+    Fault fault(ReplaceStep::Temporary, 1, named ? EOPNOTSUPP : 0);
+    std::string seen;
+    {
+      const AtSync watch([&](int descriptor) {
+        seen += syncSeen(descriptor, file);
+        return 0;
+      });
+      EXPECT_TRUE(replaceBy(file, "the new one"));
+    }
+    EXPECT_EQ(seen,
+              "11 bytes of mode 604 while the name leads to old\n"
+              "the folder while the name leads to the new one\n");
+    scratch.file("a", "old");
+  }
+}
+
+TEST(Replace, ASyncThatIsInterruptedIsMadeAgainAndOneThatFailsLeavesTheOldFile) {
+  Scratch scratch;
+  const std::string file = scratch.file("a", "old");
+  constexpr struct {
+    int error, calls;
+    bool done;
+  } kRows[] = {
+      {EINTR, 3, true},  // one more for the content
+      // A file system that cannot sync has nothing to wait for.
+      {EINVAL, 2, true},
+      {ENOTSUP, 2, true},
+      {EROFS, 2, true},
+      {EIO, 1, false},
+      {ENOSPC, 1, false},
+      {EDQUOT, 1, false},
+  };
+  for (const auto &row : kRows) {
+    int calls = 0;
+    {
+      const AtSync watch([&](int) { return ++calls == 1 ? row.error : 0; });
+      EXPECT_EQ(replaceBy(file, "new"), row.done) << strerror(row.error);
+    }
+    EXPECT_EQ(calls, row.calls) << strerror(row.error);
+    EXPECT_EQ(content(file), row.done ? "new" : "old") << strerror(row.error);
+    EXPECT_EQ(entries(scratch.path()), std::vector<std::string>{"a"}) << strerror(row.error);
+    scratch.file("a", "old");
+  }
 }
 
 TEST(Replace, TheNthWriteFailingLeavesTheOldFile) {
@@ -642,6 +757,78 @@ TEST_F(InPlace, ADiskThatFillsUpDuringTheGrowthLeavesTheOldFile) {
             }),
             0);
   EXPECT_EQ(content(file_), kOld);
+}
+
+// 600,000 bytes are overwritten in three stretches; what the file grows by goes before them.
+TEST_F(InPlace, AFaultInTheMidstOfTheOverwritingLeavesTheOldFile) {
+  const std::string old(600000, 'o');
+  scratch_.file("a", old);
+  const struct {
+    std::size_t size;
+    int stretches;
+  } kCases[] = {{600000, 3}, {900000, 5}, {300000, 2}};
+  for (const auto &row : kCases) {
+    for (int nth = 1; nth <= row.stretches; ++nth) {
+      EXPECT_EQ(asUser([&] {
+                  Fault fault(ReplaceStep::Overwrite, nth, ENOSPC);
+                  return replaceBy(file_, std::string(row.size, 'n')) ? 1 : 0;
+                }),
+                0)
+          << row.size << ' ' << nth;
+      EXPECT_TRUE(content(file_) == old) << row.size << ' ' << nth;
+    }
+    EXPECT_EQ(asUser([&] {
+                Fault fault(ReplaceStep::Overwrite, row.stretches + 1, ENOSPC);
+                return replaceBy(file_, std::string(row.size, 'n')) ? 0 : 1;
+              }),
+              0);
+    EXPECT_TRUE(content(file_) == std::string(row.size, 'n'));
+    scratch_.file("a", old);
+  }
+}
+
+TEST_F(InPlace, WhatTheFileGrowsByIsSyncedBeforeAnOldByteIsTouched) {
+  EXPECT_EQ(asUser([&] {
+              std::string seen;
+              const AtSync watch([&](int) {
+                seen += content(file_) + "\n";
+                return 0;
+              });
+              if (!replaceBy(file_, "THE NEW CONTENT, LONGER")) return 1;
+              return seen == "the old content, LONGER\nTHE NEW CONTENT, LONGER\n" ? 0 : 2;
+            }),
+            0);
+}
+
+TEST_F(InPlace, AGrowthThatCannotBeSyncedLeavesTheOldFile) {
+  EXPECT_EQ(asUser([&] {
+              const AtSync watch([](int) { return ENOSPC; });
+              return replaceBy(file_, "a new content that is longer") ? 1 : 0;
+            }),
+            0);
+  EXPECT_EQ(content(file_), kOld);
+}
+
+TEST_F(InPlace, AFileThatMayNotBeReadIsOverwrittenToo) {
+  chmod(file_.c_str(), 0222);
+  EXPECT_EQ(asUser([&] { return replaceBy(file_, "new") ? 0 : 1; }), 0);
+  chmod(file_.c_str(), 0666);
+  EXPECT_EQ(content(file_), "new");
+}
+
+// The holes of a file take room only once they are overwritten.
+TEST_F(InPlace, AFullDiskUnderAFileWithHolesLeavesTheOldFile) {
+  chmod(scratch_.path().c_str(), 0755);
+  const std::string disk = scratch_.path() + "/disk";
+  SmallDisk mounted(disk, "size=65536,mode=0777");
+  if (!mounted.mounted()) GTEST_SKIP() << "may not mount; a fault does the same above";
+  const std::string file = scratch_.file("disk/a", "the beginning");
+  ASSERT_EQ(truncate(file.c_str(), 200000), 0);
+  chmod(file.c_str(), 0666);
+  chmod(disk.c_str(), 0555);
+  const std::string old = content(file);
+  EXPECT_EQ(asUser([&] { return replaceBy(file, std::string(150000, 'n')) ? 1 : 0; }), 0);
+  EXPECT_TRUE(content(file) == old);
 }
 
 TEST_F(InPlace, AMissingFileIsAFailure) {

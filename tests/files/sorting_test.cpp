@@ -167,6 +167,17 @@ TEST(SortFiles, ARowWithoutATerminatorIsNotReadPast) {
   EXPECT_TRUE(rows.guardsIntact());
 }
 
+TEST(SortFiles, WhatStandsBehindATerminatorDoesNotCount) {
+  for (const std::size_t length : {0, 3, 7, 8, 9, 100, 254}) {
+    PoisonedBuffer rows = asRows({std::string(length, 'a'), std::string(length, 'a'), "b"});
+    for (int row = 0; row < 2; ++row) {
+      for (std::size_t i = length + 1; i < 256; ++i)
+        rows.data()[256 * row + static_cast<int>(i)] = row == 0 ? 'z' : 'c';
+    }
+    EXPECT_EQ(Dir_SortFiles(rows.data(), 3), 0) << length;
+  }
+}
+
 TEST(SortFiles, ThousandsOfRows) {
   std::mt19937 random(4);
   Texts texts;

@@ -222,6 +222,7 @@ TEST(Copy, RemovesNothingThatItWasNotAskedToReplace) {
   workspace.makeLink("into/link", "../d/sub");
   workspace.makeFolder("through");
   workspace.makeLink("through/d", "../d");
+  workspace.makeLink("sub link", "d/sub");
   const FakeTools tools;
   tools.addReader("sudo", "exec \"$@\"");
   const std::string before = workspace.snapshot();
@@ -249,6 +250,7 @@ TEST(Copy, RemovesNothingThatItWasNotAskedToReplace) {
       {"d/sub/d", ""},
       {"d/d", ""},
       {"through/d/d", "through"},
+      {"sub link/d", ""},
       {"through/d/sub/d", "through"},
       {"into/d/../../through/d", "into"},
       // What would be removed stands inside the source.

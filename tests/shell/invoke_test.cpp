@@ -3,7 +3,9 @@
 #include <korvel/shell.h>
 #include <signal.h>
 #include <sys/resource.h>
+#include <sys/time.h>
 #include <sys/wait.h>
+#include <unistd.h>
 
 #include <cstdio>
 #include <iterator>
@@ -290,6 +292,102 @@ TEST(InvokeToolWr, TheToolItselfMayBeEndedBySigpipe) {
   signal(SIGPIPE, SIG_DFL);
   EXPECT_EQ(BSDInvokeToolWr(command.c_str(), "x"), 0);
   EXPECT_EQ(contentOf(workspace.path("mask")), "SigBlk:\t0000000000000000\n");
+}
+
+// The shell itself goes on after a write that fails: only the signal ends it.
+TEST(InvokeTool, LeavesAnEndlessToolWhateverTheCallerDoesWithSigpipe) {
+  constexpr const char *kEndless = "while :; do echo y; done 2>/dev/null";
+  for (void (*handling)(int) : {SIG_DFL, SIG_IGN, countSignal}) {
+    for (const bool blocked : {false, true}) {
+      const SigpipeSettings settings;
+      signal(SIGPIPE, handling);
+      if (blocked) blockSigpipe();
+      char out[4];
+      EXPECT_EQ(BSDInvokeTool(kEndless, out, sizeof out), SIGPIPE);
+      EXPECT_STREQ(out, "y\ny");
+      gLines.clear();
+      gStopAfter = 2;
+      EXPECT_EQ(BSDInvokeToolPr(kEndless, keepLine), SIGPIPE);
+      EXPECT_EQ(gLines.size(), 2u);
+    }
+  }
+}
+
+// A caller may run without standard streams: the pipe then gets their numbers.
+TEST(InvokeTool, WorksWithStandardStreamsClosed) {
+  const Workspace workspace;
+  const std::string got = workspace.path("got"), command = "cat > '" + got + "'";
+  for (int closed = 1; closed < 8; ++closed) {
+    const pid_t child = fork();
+    if (child == 0) {
+      for (int stream = 0; stream < 3; ++stream) {
+        if ((closed >> stream) % 2 == 1) close(stream);
+      }
+      char out[8];
+      if (BSDInvokeTool("echo hello", out, sizeof out) != 0) _exit(1);
+      if (std::string(out) != "hello\n") _exit(2);
+      if (BSDInvokeToolWr(command.c_str(), "input") != 0) _exit(3);
+      _exit(contentOf(got) == "input" ? 0 : 4);
+    }
+    int status = -1;
+    waitpid(child, &status, 0);
+    EXPECT_EQ(status, 0) << closed;
+  }
+}
+
+// The application has no child to wait for then: the tools run all the same.
+TEST(InvokeTool, GivesMinusOneWhereTheStatusIsCollectedBySomebodyElse) {
+  void (*const before)(int) = signal(SIGCHLD, SIG_IGN);
+  char out[8];
+  EXPECT_EQ(BSDInvokeTool("echo hello", out, sizeof out), -1);
+  signal(SIGCHLD, before);
+  EXPECT_STREQ(out, "hello\n");
+}
+
+// Signals that come all the time, as from a timer of the application.
+class RestlessTimer {
+ public:
+  RestlessTimer() {
+    struct sigaction tick = {};
+    tick.sa_handler = countSignal;
+    sigaction(SIGALRM, &tick, &action_);
+    const itimerval often = {{0, 500}, {0, 500}};
+    setitimer(ITIMER_REAL, &often, nullptr);
+  }
+  ~RestlessTimer() {
+    const itimerval never = {};
+    setitimer(ITIMER_REAL, &never, nullptr);
+    sigaction(SIGALRM, &action_, nullptr);
+  }
+  RestlessTimer(const RestlessTimer &) = delete;
+  RestlessTimer &operator=(const RestlessTimer &) = delete;
+
+ private:
+  struct sigaction action_;
+};
+
+TEST(InvokeTool, SignalsInterruptNothing) {
+  const Workspace workspace;
+  const std::string command = "sleep 0.05; cat > '" + workspace.path("got") + "'; exit 6";
+  const std::string input(300000, 'q');
+  std::string big(200001, 'x');
+  int read = -1, written = -1;
+  gSignals = 0;
+  gLines.clear();
+  gStopAfter = 0;
+  {
+    const RestlessTimer timer;
+    read = BSDInvokeTool("sleep 0.05; head -c 200000 /dev/zero | tr '\\0' a; sleep 0.05; exit 5",
+                         big.data(), 200001);
+    written = BSDInvokeToolWr(command.c_str(), input.c_str());
+    BSDInvokeToolPr("echo a; sleep 0.05; echo b", keepLine);
+  }
+  EXPECT_GT(gSignals, 10);
+  EXPECT_EQ(read, 5 << 8);
+  EXPECT_EQ(big, std::string(200000, 'a') + '\0');
+  EXPECT_EQ(written, 6 << 8);
+  EXPECT_EQ(contentOf(workspace.path("got")), input);
+  EXPECT_EQ(gLines, (Lines{"a", "b"}));
 }
 
 TEST(InvokeToolPr, HandsOverLineByLine) {

@@ -99,6 +99,18 @@ TEST(FindFiles, ReadsNoMoreThanItsBuffer) {
   EXPECT_EQ(find(folder.path(), 10, "").count, 50);
 }
 
+TEST(FindFiles, ReadsOneByteLessThanItsBuffer) {
+  const Workspace folder;
+  folder.makeFile(std::string(254, 'a'));
+  folder.makeFile("b");
+  // The 255 bytes end with the first line; the 256th would begin the second one.
+  for (const int max : {0, 1}) {
+    EXPECT_EQ(find(folder.path(), max, "").count, 1);
+    EXPECT_EQ(literalFind(folder.path(), max, "").count, 1);
+  }
+  EXPECT_EQ(find(folder.path(), 2, "").count, 2);
+}
+
 TEST(FindFiles, StoresALineCutByTheBuffer) {
   const Workspace folder;
   folder.makeFile(std::string(250, 'a'));
