@@ -45,13 +45,27 @@ bool fits(const QFont &font) {
          metrics.horizontalAdvance("0000") < kYearWidth;
 }
 
-QFont fittingFont() {
-  QFont font = QApplication::font();
-  for (int size = kLargestFont; size >= kSmallestFont; --size) {
-    font.setPixelSize(size);
-    if (fits(font)) break;
-  }
+// What was found out about the desktop's font, for which glyphs must be drawn, is kept until that
+// font changes.
+struct Fitting {
+  QString desktopFont;
+  int pixelSize = 0;
+  int overhang = 0;
+};
+
+QFont inSize(QFont font, int pixelSize) {
+  font.setPixelSize(pixelSize);
   return font;
+}
+
+const Fitting &fitting(const QFont &desktopFont) {
+  static Fitting kept;
+  const QString key = desktopFont.key();
+  if (key == kept.desktopFont) return kept;
+  int size = kLargestFont;
+  while (size > kSmallestFont && !fits(inSize(desktopFont, size))) --size;
+  kept = {key, size, overhangOf(inSize(desktopFont, size))};
+  return kept;
 }
 
 // Where the style would put the text, against where it is wanted.
@@ -94,10 +108,11 @@ QFont narrowedToFit(const QFont &font, const QString &text, int width) {
 
 Appearance Appearance::ofDesktop() {
   Appearance appearance;
-  appearance.font = fittingFont();
-  const QFontMetrics metrics(appearance.font);
-  appearance.lineHeight = metrics.height();
-  appearance.overhang = overhangOf(appearance.font);
+  const QFont desktopFont = QApplication::font();
+  const Fitting &found = fitting(desktopFont);
+  appearance.font = inSize(desktopFont, found.pixelSize);
+  appearance.lineHeight = QFontMetrics(appearance.font).height();
+  appearance.overhang = found.overhang;
   appearance.textMargins = marginsIntoRectangle(appearance.font);
   return appearance;
 }

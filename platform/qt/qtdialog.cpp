@@ -179,8 +179,19 @@ void QtDialog::pressCancel() {
   if (item == nullptr || item->widget()->isEnabled()) itemHit(kCancelItem);
 }
 
+// What happens during a hit, by a way on which it could not be held, is told after it.
 void QtDialog::itemHit(int item) {
-  if (handler_ == nullptr || isInHit_) return;
+  waiting_.push_back(item);
+  if (isInHit_) return;
+  while (handler_ != nullptr && !waiting_.empty()) {
+    const int next = waiting_.front();
+    waiting_.pop_front();
+    tell(next);
+  }
+  waiting_.clear();
+}
+
+void QtDialog::tell(int item) {
   isInHit_ = true;
   window_.holdInput();
   const Run run = handler_->hit(item);

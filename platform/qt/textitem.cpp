@@ -57,10 +57,10 @@ void TextItem::replaceText(const QString &text) {
   const int selectionLength = selectedText().size() > 0 ? selectionEnd() - selectionBegin : 0;
   const bool cursorLeads = cursor == selectionBegin;
 
-  setMaxLength(std::max(maxLength(), static_cast<int>(text.size())));
+  const int length = static_cast<int>(text.size());
+  if (length > maxLength()) setMaxLength(length);
   QLineEdit::setText(text);
 
-  const int length = static_cast<int>(text.size());
   const int begin = std::min(selectionBegin, length);
   const int end = std::min(selectionBegin + selectionLength, length);
   if (selectionLength > 0 && begin < end) {

@@ -284,6 +284,28 @@ TEST_F(QtItems, NothingCanBeEditedOrMovedInAList) {
   EXPECT_EQ(dialog_->entry(list, 1), "b");
 }
 
+// ---- Keys of the whole dialog ----
+
+TEST_F(QtItems, ReturnAndEscapeReachTheDialogFromEveryKindOfItem) {
+  dialog_->setDefaultItem(kOkItem);
+  hits_.keepOpen(kOkItem);
+  hits_.keepOpen(kCancelItem);
+  const int items[] = {dialog_->addItem(ItemKind::CheckBox, {20, 100, 100, 112}, "Fumeur"),
+                       addPopUp({"Madame", "Monsieur"}), addList({"a", "b"}, {200, 20, 330, 80}),
+                       dialog_->addItem(ItemKind::PushButton, {20, 140, 100, 160}, "Calculer"),
+                       dialog_->addItem(ItemKind::EditText, {20, 180, 100, 195}, "")};
+  for (const int item : items) {
+    person().act(item, [](QWidget *widget) { widget->setFocus(); });
+    person().key(Qt::Key_Return).key(Qt::Key_Escape);
+  }
+  person().check([this] { hits_.stopAt(kOkItem); });
+  person().pressReturn();
+  Lines expected;
+  for (std::size_t n = 0; n < std::size(items); ++n) expected.insert(expected.end(), {"1", "2"});
+  expected.push_back("1");
+  EXPECT_EQ(run(), expected);
+}
+
 // ---- Places ----
 
 TEST_F(QtItems, FieldsHaveTheirFramesOutsideTheClassicRectangle) {

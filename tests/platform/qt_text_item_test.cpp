@@ -380,6 +380,18 @@ TEST_F(QtTextItem, ComposedCharactersWithoutAByteAreRefusedAndTheRestStays) {
   EXPECT_EQ(run(), Lines{});
 }
 
+TEST_F(QtTextItem, WhatIsComposedDuringAHitIsToldAfterIt) {
+  bool isInHit = false;
+  hits_.on(kField, [&] {
+    EXPECT_FALSE(isInHit) << "a hit within a hit";
+    isInHit = true;
+    if (hits_.lines().size() == 1) compose(field(), "", "b");
+    isInHit = false;
+  });
+  at(0).type(kField, "a");
+  EXPECT_EQ(run(), (Lines{"3 text a", "3 text ab"}));
+}
+
 TEST_F(QtTextItem, AReplacementByTheInputMethodIsOneHit) {
   dialog_->setText(kField, "oeuf");
   edit([](QLineEdit &shown) {
