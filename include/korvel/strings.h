@@ -1,5 +1,5 @@
 /* String primitives: trimming, search, insertion and deletion in place, counted byte runs, a
-   growable buffer, bounded copies, the two 8-bit character sets, capitals.
+   growable buffer, bounded copies, the two 8-bit character sets, capitals; lists of items.
 
    Text is 8-bit, NUL-terminated and stands in the caller's buffers; nothing here depends on the
    locale and only szcopyex allocates. Lengths, positions and capacities are ints that count bytes;
@@ -180,7 +180,8 @@ KORVEL_API const char *Get_item_liste(const char *list, int index);
 /* --- Lists of strings ----------------------------------------------------------------------
 
    Items one behind the other, each ended by a NUL, and one more NUL behind the last. An empty list
-   is a NUL; nothing behind it is read. An item is named by its address in the list. */
+   is a NUL; nothing behind it is read. An item is named by its address in the list. A null pointer
+   counts as an empty list. */
 
 /* Makes the text in buffer a list of one item by writing a second NUL behind its terminator.
    Where that does not fit (capacity - 1 is at most the length), the last two bytes of the capacity
