@@ -1,19 +1,17 @@
 #include "profile/lines.h"
 
 #include <algorithm>
+#include <bit>
 #include <cstring>
+
+#include "profile/scan.h"
+#include "strings/blocks.h"
 
 namespace korvel::profile {
 namespace {
 
-// How many bytes are looked at between two branches. The loops over a chunk are written so that
-// compilers turn them into vector code.
-constexpr std::size_t kChunk = 128;
-
 // How far a search for plain lines looks ahead, so that an odd line never costs more than this.
 constexpr std::size_t kLookAhead = std::size_t{1} << 18;
-
-using Flag = unsigned char;
 
 const char *find(const char *begin, const char *end, char c) {
   const auto size = static_cast<std::size_t>(end - begin);
@@ -25,39 +23,6 @@ const char *findLast(const char *begin, const char *end, char c) {
   return static_cast<const char *>(memrchr(begin, static_cast<unsigned char>(c), size));
 }
 
-// Set where a line feed follows no carriage return, or where none follows one.
-Flag oddLineEnd(const char *at) { return static_cast<Flag>((at[0] == '\n') ^ (at[-1] == '\r')); }
-
-// What a byte shows when it is the '=' behind a key at the beginning of a line: four bytes that are
-// compared before the whole key is.
-class KeyProbe {
- public:
-  explicit KeyProbe(std::string_view key)
-      : key_(key),
-        back_(static_cast<std::ptrdiff_t>(key.size()) + 1),
-        last_(key.empty() ? '\n' : key.back()),
-        lastButOne_(key.empty()       ? '\r'
-                    : key.size() == 1 ? '\n'
-                                      : key[key.size() - 2]) {}
-
-  // How many bytes before a byte are looked at.
-  std::ptrdiff_t reach() const { return std::max(back_, std::ptrdiff_t{2}); }
-
-  Flag mayEndAt(const char *at) const {
-    return static_cast<Flag>((at[0] == '=') & (at[-1] == last_) & (at[-2] == lastButOne_) &
-                             (at[-back_] == '\n'));
-  }
-  bool endsAt(const char *at) const {
-    return mayEndAt(at) != 0 && std::memcmp(at - key_.size(), key_.data(), key_.size()) == 0;
-  }
-
- private:
-  std::string_view key_;
-  std::ptrdiff_t back_;
-  char last_;
-  char lastButOne_;
-};
-
 // The beginning of the line that holds the byte before `at`, all line feeds in front of it being
 // those of line ends.
 const char *lineBefore(const char *from, const char *at) {
@@ -66,12 +31,16 @@ const char *lineBefore(const char *from, const char *at) {
 }
 
 const char *firstOddLineEnd(const char *at, const char *end) {
-  for (; static_cast<std::size_t>(end - at) >= kChunk; at += kChunk) {
-    Flag odd = 0;
-    for (std::size_t i = 0; i < kChunk; ++i) odd |= oddLineEnd(at + i);
-    if (odd != 0) break;
+  using strings::Block;
+  using strings::kBlock;
+  const Block feed = Block::filled('\n');
+  const Block carriageReturn = Block::filled('\r');
+  for (; static_cast<std::size_t>(end - at) >= kBlock; at += kBlock) {
+    const Block odd =
+        (Block::load(at, kBlock) == feed) ^ (Block::load(at - 1, kBlock) == carriageReturn);
+    if (odd.mask() != 0) return at + std::countr_zero(odd.mask());
   }
-  while (at != end && oddLineEnd(at) == 0) ++at;
+  while (at != end && !isOddLineEnd(at)) ++at;
   return at;
 }
 
@@ -155,21 +124,13 @@ const char *plainLinesEnd(Stretch lines, std::size_t limit) {
 
 const char *passPlainLines(Stretch text, const char *from, std::string_view key) {
   const KeyProbe probe(key);
-  if (from - text.begin < probe.reach() || from[-1] != '\n') return from;
-  const char *at = from;
-  for (; static_cast<std::size_t>(text.end - at) >= kChunk; at += kChunk) {
-    Flag any = 0;
-    for (std::size_t i = 0; i < kChunk; ++i) {
-      const char *byte = at + i;
-      any |= static_cast<Flag>(oddLineEnd(byte) | (*byte == '[') | probe.mayEndAt(byte));
-    }
-    if (any == 0) continue;
-    for (std::size_t i = 0; i < kChunk; ++i) {
-      const char *byte = at + i;
-      if (oddLineEnd(byte) != 0 || *byte == '[' || probe.endsAt(byte))
-        return lineBefore(from, byte);
-    }
-  }
+  if (static_cast<std::size_t>(from - text.begin) < probe.reach() || from[-1] != '\n') return from;
+  const auto isAnotherKey = [&](const char *at) {
+    return at != text.end && *at == '=' && !isOddLineEnd(at) && !probe.endsAt(at);
+  };
+  const Scan scan = widestScan();
+  const char *at = scan(from, text.end, probe);
+  while (isAnotherKey(at)) at = scan(at + 1, text.end, probe);
   return lineBefore(from, at);
 }
 
