@@ -215,11 +215,12 @@ bool copyStretch(int from, int to, off_t begin, off_t end) {
 
 }  // namespace
 
-bool Replacement::begin(const char *path, IfMissing ifMissing) {
+bool Replacement::begin(const char *path, IfMissing ifMissing, InPlace inPlace) {
   discard();
+  inPlace_ = inPlace;
   if (path == nullptr || faulty(ReplaceStep::Open)) return false;
   const bool ready = findFile(path, ifMissing) && openFolder() && openOld(ifMissing) &&
-                     (openTemporary() || (old_ >= 0 && folderRefuses(errno) && openAside()));
+                     (openTemporary() || (mayOverwrite() && openAside()));
   if (!ready) discard();
   return ready;
 }
@@ -316,7 +317,7 @@ bool Replacement::commit() {
   if (place_ == Place::Aside) {
     done = done && overwrite();
   } else if (done) {
-    done = exchange() || (old_ >= 0 && folderRefuses(errno) && overwrite());
+    done = exchange() || (mayOverwrite() && overwrite());
   }
   discard();
   return done;
@@ -356,6 +357,11 @@ bool Replacement::linkedAs(const char *name) {
   return linkat(AT_FDCWD, descriptor, folder_, name, AT_SYMLINK_FOLLOW) == 0;
 }
 
+// Asked when a step of the exchange has just failed.
+bool Replacement::mayOverwrite() const {
+  return old_ >= 0 && inPlace_ == InPlace::Allowed && folderRefuses(errno);
+}
+
 // What the file grows by is written and synced first: a full disk shows while every old byte is
 // still in its place, and the file is cut back to its old length.
 bool Replacement::overwrite() {
@@ -381,9 +387,11 @@ void Replacement::discard() {
   failed_ = false;
 }
 
-bool replaceFile(const char *path, std::span<const std::string_view> pieces, IfMissing ifMissing) {
+bool replaceFile(const char *path, std::span<const std::string_view> pieces, IfMissing ifMissing,
+                 InPlace inPlace) {
   Replacement replacement;
-  return replacement.begin(path, ifMissing) && replacement.append(pieces) && replacement.commit();
+  return replacement.begin(path, ifMissing, inPlace) && replacement.append(pieces) &&
+         replacement.commit();
 }
 
 }  // namespace korvel::files

@@ -22,7 +22,8 @@
 // left is removed by a replacement of the same file a minute later or more.
 //
 // Only where the folder does not admit the exchange (it is not writable, or sticky and the file
-// someone else's, or the file is a mount point) is the file overwritten in place: the content is
+// someone else's, or the file is a mount point) is the file overwritten in place, unless the caller
+// would rather have it left as it is: the content is
 // gathered first, so that nothing but an error of the disk or a kill can interrupt the
 // overwriting, and what the file grows by is on the disk before an old byte is touched.
 //
@@ -44,6 +45,8 @@ enum class IfMissing {
   Create,  // readable, writable and executable by all, whatever the process's file mask
 };
 
+enum class InPlace { Allowed, Never };
+
 // A replacement in progress. Content is appended in any number of calls (each costs a system call
 // or more: give large pieces) and takes effect with commit(); a replacement destroyed before that
 // leaves everything as it was.
@@ -57,7 +60,8 @@ class Replacement {
   // Starts to replace the file at a POSIX path (not kept). Returns false, with nothing changed,
   // when the file may not be written, is not a regular file, is missing (unless it is to be
   // created), or no temporary can be made.
-  bool begin(const char *path, IfMissing ifMissing = IfMissing::Fail);
+  bool begin(const char *path, IfMissing ifMissing = IfMissing::Fail,
+             InPlace inPlace = InPlace::Allowed);
 
   // Appends the pieces, one after another. After a false the replacement can only be discarded,
   // and commit() will do just that.
@@ -84,9 +88,11 @@ class Replacement {
   bool giveName();
   bool linkedAs(const char *name);
   bool exchange();
+  bool mayOverwrite() const;
   bool overwrite();
 
   Place place_ = Place::Unnamed;
+  InPlace inPlace_ = InPlace::Allowed;
   bool failed_ = false;
   int folder_ = -1;   // the file's folder
   int old_ = -1;      // the file, open for writing; -1: it is to be created
@@ -99,7 +105,7 @@ class Replacement {
 
 // Replaces a file's content by the pieces. Result as Replacement::commit().
 bool replaceFile(const char *path, std::span<const std::string_view> pieces,
-                 IfMissing ifMissing = IfMissing::Fail);
+                 IfMissing ifMissing = IfMissing::Fail, InPlace inPlace = InPlace::Allowed);
 
 // For tests: asked before each step; an error number other than 0 makes the step fail with it.
 // Temporary is the making of a nameless one, Write comes once per system call, Overwrite once per

@@ -129,8 +129,8 @@ const char *passPlainLines(Stretch text, const char *from, std::string_view key)
     return at != text.end && *at == '=' && !isOddLineEnd(at) && !probe.endsAt(at);
   };
   const Scan scan = widestScan();
-  const char *at = scan(from, text.end, probe);
-  while (isAnotherKey(at)) at = scan(at + 1, text.end, probe);
+  const char *at = scan(from, text.end, probe.end());
+  while (isAnotherKey(at)) at = scan(at + 1, text.end, probe.end());
   return lineBefore(from, at);
 }
 

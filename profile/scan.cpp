@@ -1,5 +1,6 @@
 #include "profile/scan.h"
 
+#include <algorithm>
 #include <atomic>
 #include <cstring>
 
@@ -52,10 +53,9 @@ constinit std::atomic<Scan> chosen = nullptr;
 
 }  // namespace
 
-char KeyProbe::before(std::size_t distance) const {
-  constexpr std::string_view kLineEnd = "\r\n";
-  if (distance <= key_.size()) return key_[key_.size() - distance];
-  return kLineEnd[kLineEnd.size() - (distance - key_.size())];
+KeyProbe::KeyProbe(std::string_view key) : key_(key), end_{'\r', '\n'} {
+  for (const char c : key.substr(key.size() - std::min<std::size_t>(key.size(), 2)))
+    end_ = {end_.last, c};
 }
 
 bool KeyProbe::endsAt(const char *at) const {
@@ -63,8 +63,8 @@ bool KeyProbe::endsAt(const char *at) const {
   return *at == '=' && begin[-1] == '\n' && std::memcmp(begin, key_.data(), key_.size()) == 0;
 }
 
-const char *scanPlain(const char *at, const char *end, const KeyProbe &probe) {
-  return BlockScan<PlainBytes>(probe).run(at, end);
+const char *scanPlain(const char *at, const char *end, KeyEnd key) {
+  return BlockScan<PlainBytes>(key).run(at, end);
 }
 
 Scan widestScan() {

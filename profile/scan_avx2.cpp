@@ -37,8 +37,8 @@ class Avx2Bytes {
 
 }  // namespace
 
-const char *scanAvx2(const char *at, const char *end, const KeyProbe &probe) {
-  return BlockScan<Avx2Bytes>(probe).run(at, end);
+const char *scanAvx2(const char *at, const char *end, KeyEnd key) {
+  return BlockScan<Avx2Bytes>(key).run(at, end);
 }
 
 }  // namespace korvel::profile

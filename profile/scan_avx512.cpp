@@ -45,8 +45,8 @@ class Avx512Bytes {
 
 }  // namespace
 
-const char *scanAvx512(const char *at, const char *end, const KeyProbe &probe) {
-  return BlockScan<Avx512Bytes>(probe).run(at, end);
+const char *scanAvx512(const char *at, const char *end, KeyEnd key) {
+  return BlockScan<Avx512Bytes>(key).run(at, end);
 }
 
 }  // namespace korvel::profile

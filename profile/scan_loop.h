@@ -1,5 +1,7 @@
 // For the sources scan*.cpp only, each of which is compiled for another set of instructions: the
-// loop that they share. Nothing here may be shared between them at link time, so all is internal.
+// loop that they share. Nothing that these sources use may be shared at link time, or a machine
+// might be given instructions that it does not have: so all here is internal, and neither this loop
+// nor the sources call an inline function of another header.
 #ifndef KORVEL_PROFILE_SCAN_LOOP_H
 #define KORVEL_PROFILE_SCAN_LOOP_H
 
@@ -13,8 +15,8 @@ namespace {
 template <typename Block>
 class BlockScan {
  public:
-  explicit BlockScan(const KeyProbe &probe)
-      : last_(Block::filled(probe.last())), lastButOne_(Block::filled(probe.lastButOne())) {}
+  explicit BlockScan(KeyEnd key)
+      : last_(Block::filled(key.last)), lastButOne_(Block::filled(key.lastButOne)) {}
 
   const char *run(const char *at, const char *end) const {
     for (; end - at >= 4 * kSize; at += 4 * kSize) {
