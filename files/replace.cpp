@@ -215,9 +215,9 @@ bool copyStretch(int from, int to, off_t begin, off_t end) {
 
 }  // namespace
 
-bool Replacement::begin(const char *path, IfMissing ifMissing, InPlace inPlace) {
+bool Replacement::begin(const char *path, IfMissing ifMissing, ReplaceRules rules) {
   discard();
-  inPlace_ = inPlace;
+  rules_ = rules;
   if (path == nullptr || faulty(ReplaceStep::Open)) return false;
   const bool ready = findFile(path, ifMissing) && openFolder() && openOld(ifMissing) &&
                      (openTemporary() || (mayOverwrite() && openAside()));
@@ -331,7 +331,8 @@ bool Replacement::exchange() {
   if (renameat(folder_, temporary_, folder_, name_) != 0) return false;
   temporary_[0] = '\0';
   // The file has its new content: a folder that cannot be synced changes nothing about that.
-  if (!faulty(ReplaceStep::Folder) && fsync(folder_) != 0 && errno == EBADF) syncfs(content_);
+  if (rules_.folderSync && !faulty(ReplaceStep::Folder) && fsync(folder_) != 0 && errno == EBADF)
+    syncfs(content_);
   return true;
 }
 
@@ -359,7 +360,7 @@ bool Replacement::linkedAs(const char *name) {
 
 // Asked when a step of the exchange has just failed.
 bool Replacement::mayOverwrite() const {
-  return old_ >= 0 && inPlace_ == InPlace::Allowed && folderRefuses(errno);
+  return old_ >= 0 && rules_.inPlace && folderRefuses(errno);
 }
 
 // What the file grows by is written and synced first: a full disk shows while every old byte is
@@ -388,9 +389,9 @@ void Replacement::discard() {
 }
 
 bool replaceFile(const char *path, std::span<const std::string_view> pieces, IfMissing ifMissing,
-                 InPlace inPlace) {
+                 ReplaceRules rules) {
   Replacement replacement;
-  return replacement.begin(path, ifMissing, inPlace) && replacement.append(pieces) &&
+  return replacement.begin(path, ifMissing, rules) && replacement.append(pieces) &&
          replacement.commit();
 }
 

@@ -15,7 +15,8 @@
 //  5. Sync      The content reaches the disk, before any name leads to it.
 //  6. Link      A nameless temporary gets its name.
 //  7. Rename    The temporary takes the place of the file, in one step.
-//  8. Folder    The folder reaches the disk, so that the new content outlives a loss of power.
+//  8. Folder    The folder reaches the disk, so that the new content outlives a loss of power. A
+//               caller may do without.
 //
 // Until step 7 the old file is untouched and a failure removes the temporary. A kill leaves no
 // temporary behind if it is nameless, but for the instant between steps 6 and 7; what such a kill
@@ -45,7 +46,12 @@ enum class IfMissing {
   Create,  // readable, writable and executable by all, whatever the process's file mask
 };
 
-enum class InPlace { Allowed, Never };
+// What a caller may settle for.
+struct ReplaceRules {
+  bool inPlace = true;  // the file is overwritten where its folder does not admit the exchange
+  bool folderSync =
+      true;  // step 8; without it a loss of power soon after may bring the old file back
+};
 
 // A replacement in progress. Content is appended in any number of calls (each costs a system call
 // or more: give large pieces) and takes effect with commit(); a replacement destroyed before that
@@ -60,8 +66,7 @@ class Replacement {
   // Starts to replace the file at a POSIX path (not kept). Returns false, with nothing changed,
   // when the file may not be written, is not a regular file, is missing (unless it is to be
   // created), or no temporary can be made.
-  bool begin(const char *path, IfMissing ifMissing = IfMissing::Fail,
-             InPlace inPlace = InPlace::Allowed);
+  bool begin(const char *path, IfMissing ifMissing = IfMissing::Fail, ReplaceRules rules = {});
 
   // Appends the pieces, one after another. After a false the replacement can only be discarded,
   // and commit() will do just that.
@@ -92,7 +97,7 @@ class Replacement {
   bool overwrite();
 
   Place place_ = Place::Unnamed;
-  InPlace inPlace_ = InPlace::Allowed;
+  ReplaceRules rules_;
   bool failed_ = false;
   int folder_ = -1;   // the file's folder
   int old_ = -1;      // the file, open for writing; -1: it is to be created
@@ -105,7 +110,7 @@ class Replacement {
 
 // Replaces a file's content by the pieces. Result as Replacement::commit().
 bool replaceFile(const char *path, std::span<const std::string_view> pieces,
-                 IfMissing ifMissing = IfMissing::Fail, InPlace inPlace = InPlace::Allowed);
+                 IfMissing ifMissing = IfMissing::Fail, ReplaceRules rules = {});
 
 // For tests: asked before each step; an error number other than 0 makes the step fail with it.
 // Temporary is the making of a nameless one, Write comes once per system call, Overwrite once per

@@ -1,7 +1,6 @@
 #include "profile/lines.h"
 
 #include <algorithm>
-#include <bit>
 #include <cstring>
 
 #include "profile/scan.h"
@@ -23,24 +22,30 @@ const char *findLast(const char *begin, const char *end, char c) {
   return static_cast<const char *>(memrchr(begin, static_cast<unsigned char>(c), size));
 }
 
-// The beginning of the line that holds the byte before `at`, all line feeds in front of it being
-// those of line ends.
-const char *lineBefore(const char *from, const char *at) {
-  const char *feed = at == from ? nullptr : findLast(from, at - 1, '\n');
-  return feed == nullptr ? from : feed + 1;
+// The beginning of the line that holds `at`, which lies behind `from`, the beginning of a line, and
+// is no line feed of a line end.
+const char *beginningOfLine(const char *from, const char *at) {
+  const char *carriageReturn = findLast(from, at, '\r');
+  if (carriageReturn == nullptr) return from;
+  return carriageReturn + (carriageReturn[1] == '\n' ? 2 : 1);
+}
+
+// Set in the bytes where a line feed follows no carriage return, or where none follows one.
+strings::Block oddLineEnds(const char *at) {
+  using strings::Block;
+  using strings::kBlock;
+  return (Block::load(at, kBlock) == Block::filled('\n')) ^
+         (Block::load(at - 1, kBlock) == Block::filled('\r'));
 }
 
 const char *firstOddLineEnd(const char *at, const char *end) {
-  using strings::Block;
-  using strings::kBlock;
-  const Block feed = Block::filled('\n');
-  const Block carriageReturn = Block::filled('\r');
-  for (; static_cast<std::size_t>(end - at) >= kBlock; at += kBlock) {
-    const Block odd =
-        (Block::load(at, kBlock) == feed) ^ (Block::load(at - 1, kBlock) == carriageReturn);
-    if (odd.mask() != 0) return at + std::countr_zero(odd.mask());
+  constexpr auto kBlock = static_cast<std::ptrdiff_t>(strings::kBlock);
+  for (; end - at >= 4 * kBlock; at += 4 * kBlock) {
+    const strings::Block odd = (oddLineEnds(at) | oddLineEnds(at + kBlock)) |
+                               (oddLineEnds(at + 2 * kBlock) | oddLineEnds(at + 3 * kBlock));
+    if (odd.mask() != 0) break;
   }
-  while (at != end && !isOddLineEnd(at)) ++at;
+  while (at != end && (at[0] == '\n') == (at[-1] == '\r')) ++at;
   return at;
 }
 
@@ -123,15 +128,13 @@ const char *plainLinesEnd(Stretch lines, std::size_t limit) {
 }
 
 const char *passPlainLines(Stretch text, const char *from, std::string_view key) {
+  if (key.empty()) return from;
   const KeyProbe probe(key);
-  if (static_cast<std::size_t>(from - text.begin) < probe.reach() || from[-1] != '\n') return from;
-  const auto isAnotherKey = [&](const char *at) {
-    return at != text.end && *at == '=' && !isOddLineEnd(at) && !probe.endsAt(at);
-  };
-  const Scan scan = widestScan();
-  const char *at = scan(from, text.end, probe.end());
-  while (isAnotherKey(at)) at = scan(at + 1, text.end, probe.end());
-  return lineBefore(from, at);
+  if (static_cast<std::size_t>(from - text.begin) < probe.reach()) return from;
+  const char *at = widestScan()(from, text.end, probe);
+  // What is left at the end may begin within a line end.
+  if (at == text.end || (*at == '\n' && at[-1] == '\r')) --at;
+  return at < from ? from : beginningOfLine(from, at);
 }
 
 }  // namespace korvel::profile

@@ -10,6 +10,7 @@
 #include <cstddef>
 
 #include <korvel/files.h>
+#include "files/paths.h"
 
 namespace korvel::profile {
 namespace {
@@ -28,14 +29,20 @@ InputFile::~InputFile() {
   if (descriptor_ >= 0) close(descriptor_);
 }
 
-// Whether it is a regular file is known once it is open; opening a pipe must not wait for the other
-// end meanwhile.
-bool InputFile::open(const char *posixPath) {
-  descriptor_ = ::open(posixPath, O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
+bool InputFile::open(const char *path) {
+  if (!openAt(files::PosixPath::toOpen(path).text()) && !openAt(files::PosixPath(path).text()))
+    return false;
   struct stat status;
-  if (descriptor_ < 0 || fstat(descriptor_, &status) != 0) return false;
+  if (fstat(descriptor_, &status) != 0) return false;
   size_ = status.st_size;
   return S_ISREG(status.st_mode);
+}
+
+// Whether it is a regular file is known once it is open; opening a pipe must not wait for the other
+// end meanwhile.
+bool InputFile::openAt(const char *posixPath) {
+  descriptor_ = ::open(posixPath, O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
+  return descriptor_ >= 0;
 }
 
 MemoryFile::MemoryFile(off_t size) : handle_(MFil_Open("", 1, asInt(size))) {}
@@ -61,10 +68,14 @@ bool MemoryFile::load(const InputFile &file) {
   }
 }
 
-void MemoryFile::write(std::string_view piece) {
-  if (piece.empty()) return;
+bool MemoryFile::append(std::string_view piece) {
   const int count = asInt(static_cast<off_t>(piece.size()));
-  if (MFil_Write(handle_, piece.data(), count) != count || piece.size() > INT_MAX) whole_ = false;
+  return MFil_Write(handle_, piece.data(), count) == count && piece.size() <= INT_MAX;
+}
+
+void MemoryFile::clear() {
+  MFilSlot &slot = DATA_MFIL_TAB[handle_];
+  slot.size = slot.position = 0;
 }
 
 std::string_view MemoryFile::bytes() const {

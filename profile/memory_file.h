@@ -6,8 +6,6 @@
 
 #include <string_view>
 
-#include "profile/rewrite.h"
-
 namespace korvel::profile {
 
 // A file open for reading.
@@ -18,19 +16,22 @@ class InputFile {
   InputFile(const InputFile &) = delete;
   InputFile &operator=(const InputFile &) = delete;
 
-  // False when there is no regular file at the path, or when it may not be read.
-  bool open(const char *posixPath);
+  // Opens the file at a colon path. False when there is no regular file, or when it may not be
+  // read.
+  bool open(const char *path);
 
   int descriptor() const { return descriptor_; }
   off_t size() const { return size_; }
 
  private:
+  bool openAt(const char *posixPath);
+
   int descriptor_ = -1;
   off_t size_ = 0;
 };
 
 // One of the memory files that the application has, too; it goes with its object.
-class MemoryFile final : public Output {
+class MemoryFile {
  public:
   // Room for `size` bytes, and more as they come.
   explicit MemoryFile(off_t size);
@@ -38,22 +39,21 @@ class MemoryFile final : public Output {
   MemoryFile(const MemoryFile &) = delete;
   MemoryFile &operator=(const MemoryFile &) = delete;
 
-  // False when no memory file was free.
+  // False when no memory file was free. Nothing else may be called then.
   bool isOpen() const { return handle_ >= 0; }
 
   // Takes the whole content of a file; an empty memory file only. False when it does not fit into
   // memory or cannot be read.
   bool load(const InputFile &file);
 
-  void write(std::string_view piece) override;
-  // False once a write fell short.
-  bool isWhole() const { return whole_; }
+  // Appends; false when there is no memory.
+  bool append(std::string_view piece);
+  void clear();
 
   std::string_view bytes() const;
 
  private:
   int handle_;
-  bool whole_ = true;
 };
 
 }  // namespace korvel::profile

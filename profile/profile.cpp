@@ -50,53 +50,85 @@ class Destination {
 
 void readValue(const char *section, const char *key, const char *path, Destination &destination) {
   InputFile file;
-  if (!file.open(files::PosixPath(path).text())) return;
+  if (!file.open(path)) return;
   // One byte more shows that the file has come to its end.
   MemoryFile memory(file.size() + 1);
   if (!memory.isOpen() || !memory.load(file)) return;
   if (const auto value = findValue(memory.bytes(), section, key)) destination.set(*value);
 }
 
-int replaceWhole(const files::PosixPath &path, std::string_view content) {
-  using files::IfMissing;
-  using files::InPlace;
-  const bool replaced =
-      files::replaceFile(path.text(), std::span(&content, 1), IfMissing::Create, InPlace::Never);
-  return replaced ? kDone : kFailed;
-}
+// A profile is never overwritten in place, which a kill might interrupt. Its new content is on the
+// disk before its name leads there, so that a loss of power leaves one of the two contents whole;
+// waiting until it is certain to be the new one would double the time that the application waits.
+constexpr files::ReplaceRules kRules = {.inPlace = false, .folderSync = false};
 
-// Puts in the place of a file what `rewrite` makes of its content. `growth`: how many bytes that
-// may come to have more, as far as one can tell.
+// Hands a new content on to the file: large pieces as they are, small ones gathered in a memory
+// file.
+class FileOutput final : public Output {
+ public:
+  FileOutput(files::Replacement &replacement, MemoryFile &gathered)
+      : replacement_(replacement), gathered_(gathered) {}
+
+  void write(std::string_view piece) override {
+    if (piece.empty()) return;
+    if (gathered_.bytes().size() + piece.size() <= kGathered)
+      whole_ = gathered_.append(piece) && whole_;
+    else
+      pass(piece);
+  }
+
+  // True when all was handed on.
+  bool finish() {
+    pass({});
+    return whole_;
+  }
+
+  static constexpr std::size_t kGathered = 16384;
+
+ private:
+  void pass(std::string_view last) {
+    const std::string_view pieces[] = {gathered_.bytes(), last};
+    whole_ = replacement_.append(pieces) && whole_;
+    gathered_.clear();
+  }
+
+  files::Replacement &replacement_;
+  MemoryFile &gathered_;
+  bool whole_ = true;
+};
+
+// Puts in the place of a file what `rewrite` makes of its content.
 template <typename Rewrite>
-int rewriteFile(const char *path, std::size_t growth, Rewrite rewrite) {
+int rewriteFile(const char *path, Rewrite rewrite) {
+  using files::IfMissing;
   const files::PosixPath posixPath(path);
   InputFile file;
   const bool missing = File_Is_Existing(path) == 0;
   // Kept: a file that cannot be read counts as done, and so does a lack of memory files.
-  if (!missing && !file.open(posixPath.text())) return kDone;
-  MemoryFile output(file.size() + static_cast<off_t>(growth));
-  if (!output.isOpen()) return missing ? replaceWhole(posixPath, "") : kDone;
-  {
-    MemoryFile input(file.size() + 1);
-    if (!input.isOpen() || !(missing || input.load(file))) return kFailed;
-    rewrite(input.bytes(), output);
+  if (!missing && !file.open(path)) return kDone;
+  MemoryFile gathered(FileOutput::kGathered);
+  if (!gathered.isOpen()) {
+    const bool created =
+        !missing || files::replaceFile(posixPath.text(), {}, IfMissing::Create, kRules);
+    return created ? kDone : kFailed;
   }
-  return output.isWhole() ? replaceWhole(posixPath, output.bytes()) : kFailed;
+  MemoryFile input(file.size() + 1);
+  if (!input.isOpen() || !(missing || input.load(file))) return kFailed;
+  files::Replacement replacement;
+  if (!replacement.begin(posixPath.text(), IfMissing::Create, kRules)) return kFailed;
+  FileOutput output(replacement, gathered);
+  rewrite(input.bytes(), output);
+  return output.finish() && replacement.commit() ? kDone : kFailed;
 }
 
-// Brackets, '=' and line ends of a section and a key.
-constexpr std::size_t kPunctuation = 16;
-
 int writeKey(std::string_view section, std::string_view key, Text value, const char *path) {
-  const std::size_t growth = section.size() + key.size() + value.value_or("").size() + kPunctuation;
-  return rewriteFile(path, growth, [&](std::string_view text, Output &output) {
+  return rewriteFile(path, [&](std::string_view text, Output &output) {
     rewriteKey(text, section, key, value, output);
   });
 }
 
 int writeSection(std::string_view section, Text content, const char *path) {
-  const std::size_t growth = section.size() + content.value_or("").size() + kPunctuation;
-  return rewriteFile(path, growth, [&](std::string_view text, Output &output) {
+  return rewriteFile(path, [&](std::string_view text, Output &output) {
     rewriteSection(text, section, content, output);
   });
 }

@@ -7,44 +7,32 @@
 
 namespace korvel::profile {
 
-// Set where a line feed follows no carriage return, or where none follows one.
-inline bool isOddLineEnd(const char *at) { return (at[0] == '\n') != (at[-1] == '\r'); }
-
-// The two bytes that stand before the '=' of a key at the beginning of a line; those of the line
-// end in front of it where the key is too short.
-struct KeyEnd {
-  char lastButOne;
-  char last;
-};
-
-// Tells where a key and '=' begin a line, by the '=': the bytes before it are looked at as well.
-class KeyProbe {
- public:
+// What is looked for in a profile: a key, not empty and of no '\r', '\n', '[', at the beginning of
+// a line and followed by '='. It is found by the '='; the bytes before that are looked at, too.
+struct KeyProbe {
   explicit KeyProbe(std::string_view key);
 
   // How many bytes before a byte are looked at.
-  std::size_t reach() const { return key_.size() + 2; }
+  std::size_t reach() const { return static_cast<std::size_t>(size) + 2; }
 
-  KeyEnd end() const { return end_; }
-
-  // True when `at` is the '=' behind the key, a line end being in front of both.
-  bool endsAt(const char *at) const;
-
- private:
-  std::string_view key_;
-  KeyEnd end_;
+  const char *key;
+  std::ptrdiff_t size;
+  // The two bytes before the '='; twice the only one of a key that has no more.
+  char last;
+  char lastButOne;
+  std::ptrdiff_t lastButOneDistance;
 };
 
-// Gives the first byte from `at` on, before `end`, that is an odd line end, a '[', or a '=' behind
-// the end of the key. Where less than a block of bytes is left the answer is where those begin. The
-// two bytes before `at` are read too.
-using Scan = const char *(*)(const char *at, const char *end, KeyEnd key);
+// Gives the first byte from `at` on, before `end`, that is a '[', a line feed behind no carriage
+// return, or the '=' behind the key with a line end or a line feed in front of both. Where less
+// than a block of bytes is left the answer is where those begin.
+using Scan = const char *(*)(const char *at, const char *end, const KeyProbe &probe);
 
 // For every machine, and for those with wider vectors.
-const char *scanPlain(const char *at, const char *end, KeyEnd key);
+const char *scanPortable(const char *at, const char *end, const KeyProbe &probe);
 #ifdef __x86_64__
-const char *scanAvx2(const char *at, const char *end, KeyEnd key);
-const char *scanAvx512(const char *at, const char *end, KeyEnd key);
+const char *scanAvx2(const char *at, const char *end, const KeyProbe &probe);
+const char *scanAvx512(const char *at, const char *end, const KeyProbe &probe);
 #endif
 
 // The widest one that this machine runs.

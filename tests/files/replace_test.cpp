@@ -614,7 +614,7 @@ TEST_F(InPlace, WhereThatIsNotWantedTheOldFileStays) {
   EXPECT_EQ(asUser([&] {
               const std::string_view text = "new";
               return replaceFile(file_.c_str(), std::span(&text, 1), IfMissing::Fail,
-                                 files::InPlace::Never)
+                                 {.inPlace = false})
                          ? 1
                          : 0;
             }),

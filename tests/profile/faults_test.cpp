@@ -16,6 +16,7 @@
 #include <korvel/profile.h>
 #include "files/replace.h"
 #include "tests/files/volumes.h"
+#include "tests/profile/files_in_memory.h"
 #include "tests/profile/literal_profile.h"
 #include "tests/profile/processes.h"
 
@@ -89,6 +90,7 @@ int killEverywhere(const Writer &writer, const std::optional<std::string> &old, 
 }
 
 TEST(Kill, AtEverySystemCallLeavesTheOldProfileOrTheNew) {
+  korvel::test::FilesInMemory inMemory;
   int kills = 0;
   for (const Writer &writer : kWriters) {
     kills += killEverywhere(writer, profileOf(3), false);
@@ -97,6 +99,7 @@ TEST(Kill, AtEverySystemCallLeavesTheOldProfileOrTheNew) {
     kills += killEverywhere(writer, std::nullopt, false);
   }
   EXPECT_GE(kills, 300);
+  RecordProperty("kills", kills);
 }
 
 TEST(FullDisk, FileSizeLimitLeavesTheOldProfile) {

@@ -1,18 +1,18 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <array>
 #include <climits>
-#include <cstdlib>
 #include <filesystem>
+#include <fstream>
 #include <optional>
 #include <string>
 #include <string_view>
 
 #include <korvel/profile.h>
 #include "tests/files/volumes.h"
+#include "tests/profile/files_in_memory.h"
 #include "tests/profile/literal_profile.h"
 #include "tests/profile/processes.h"
 #include "tests/profile/random_profiles.h"
@@ -108,6 +108,35 @@ TEST(ReadString, AnswersWhatItCannotReadByTheDefault) {
   // A pipe is no profile, and opening it does not wait for a writer.
   ASSERT_EQ(mkfifo(volumes.posix("pipe").c_str(), 0666), 0);
   EXPECT_EQ(valueIn("A", "x", "Data:pipe"), "(default)");
+}
+
+// The colon path from the root of what stands under a POSIX path.
+std::string fromRoot(std::string posix) {
+  std::replace(posix.begin(), posix.end(), '/', ':');
+  return posix;
+}
+
+TEST(ReadString, KnowsAVolumeThatIsAFile) {
+  Volumes volumes;
+  volumes.file("p.ini", "[A]\r\nx=1\r\n");
+  std::filesystem::rename(volumes.folder(), volumes.root() + "/Other");
+  std::ofstream(volumes.root() + "/Data") << "a file";
+  EXPECT_EQ(valueIn("A", "x"), "(default)");
+  EXPECT_EQ(valueIn("A", "x", ("Data" + fromRoot(volumes.root() + "/Other/p.ini")).c_str()), "1");
+  EXPECT_EQ(valueIn("A", "x", "Other:p.ini"), "1");
+  std::filesystem::remove(volumes.root() + "/Data");
+}
+
+TEST(ReadString, KnowsVolumesWithASlashInTheirName) {
+  Volumes volumes;
+  const std::string folder = volumes.root() + "/a:b";
+  std::filesystem::create_directory(folder);
+  std::ofstream(folder + "/p.ini") << "[A]\r\nx=1\r\n";
+  EXPECT_EQ(valueIn("A", "x", "a/b:p.ini"), "1");
+  // Kept: such a volume is looked for under its name as written.
+  std::filesystem::create_directory(volumes.root() + "/a");
+  std::ofstream(volumes.root() + "/a/b") << "a file";
+  EXPECT_EQ(valueIn("A", "x", "a/b:p.ini"), "(default)");
 }
 
 TEST(ReadString, ReadsFilesOfEverySizeAroundABlock) {
@@ -352,24 +381,14 @@ class RandomCalls : public testing::Test {
  protected:
   static constexpr std::array kPaths = {"Data:a", "Data:b", "Data:c"};
 
-  // Two writers in a row cost the disk nothing where files are in memory.
-  RandomCalls() {
-    setenv("TMPDIR", access("/dev/shm", W_OK) == 0 ? "/dev/shm" : "/tmp", 1);
-    volumes_.emplace();
-  }
-  ~RandomCalls() override {
-    volumes_.reset();
-    unsetenv("TMPDIR");
-  }
-
   std::string &file() { return files_[which_]; }
   const char *path() const { return kPaths[which_]; }
-  std::string posix() const { return volumes_->posix(path() + 5); }
+  std::string posix() const { return volumes_.posix(path() + 5); }
 
   void pickFile() { which_ = random_.below(kPaths.size()); }
   void newContent() {
     files_[which_] = random_.file();
-    volumes_->file(path() + 5, files_[which_]);
+    volumes_.file(path() + 5, files_[which_]);
   }
   void moveAMemoryFile() {
     const int handle = static_cast<int>(random_.below(5));
@@ -429,7 +448,8 @@ class RandomCalls : public testing::Test {
   }
 
   RandomProfiles random_{1989};
-  std::optional<Volumes> volumes_;
+  korvel::test::FilesInMemory inMemory_;
+  Volumes volumes_;
   std::array<std::string, kPaths.size()> files_;
   std::size_t which_ = 0;
 };
