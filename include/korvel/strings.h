@@ -1,0 +1,162 @@
+/* String primitives: trimming, search, insertion and deletion in place, counted byte runs, a
+   growable buffer, bounded copies, the two 8-bit character sets, capitals.
+
+   Text is 8-bit, NUL-terminated and stands in the caller's buffers; nothing here depends on the
+   locale and only szcopyex allocates. Lengths, positions and capacities are ints that count bytes;
+   a capacity includes the terminator; positions start at 0. Bytes compare as signed 8-bit values:
+   those of 0x80 and above come before every ASCII byte.
+
+   A character argument is an int that is compared with each byte taken as a signed 8-bit value:
+   0xE9 is passed as -23 (what a sign-extended char gives); 233 equals no byte.
+
+   A run is a pointer and a length and need not be terminated. A function that fills a buffer
+   never writes at or behind its capacity; a capacity of 0 or below is never written and gives the
+   failing result. A null pointer is never followed and a negative length is never copied: the call
+   then changes nothing and gives its failing result. */
+#ifndef KORVEL_STRINGS_H
+#define KORVEL_STRINGS_H
+
+#include <korvel/types.h>
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/* --- Trimming ------------------------------------------------------------------------------ */
+
+/* Removes the trailing blanks of s (the space only, not the tab).
+   Returns the new length: 0 for a text of blanks, which becomes empty. Example: "ab  " gives "ab"
+   and 2. */
+KORVEL_API int chelibl_f(char *s);
+
+/* Removes the leading blanks of s by moving the rest, terminator included, to the front.
+   Returns the new length. Example: "  ab" gives "ab" and 2. */
+KORVEL_API int chelibl_d(char *s);
+
+/* As chelibl_f with the character c in place of the blank. A c of 0 removes nothing. */
+KORVEL_API int chelicar_f(char *s, int c);
+
+/* As chelibl_d with the character c in place of the blank. A c of 0 removes nothing. */
+KORVEL_API int chelicar_d(char *s, int c);
+
+/* --- Comparison and search ----------------------------------------------------------------- */
+
+/* Compares a and b byte by byte, terminators included.
+   Returns a[i] - b[i] of the first bytes that differ, as signed 8-bit values, and 0 for equal
+   texts. "\xE9" against "a" is negative. A null pointer compares as an empty text. */
+KORVEL_API int chcomp(const char *a, const char *b);
+
+/* Looks for the text pattern in s; the pattern comes first.
+   Returns the position of its first occurrence, -1 when there is none. An empty pattern is found
+   at position 0 of a text that is not empty; in an empty text nothing is found. */
+KORVEL_API int chcher(const char *pattern, const char *s);
+
+/* Looks for the character c in s.
+   Returns its first position, -1 when there is none; the terminator (c of 0) is never found. */
+KORVEL_API int chcher_c(int c, const char *s);
+
+/* --- Insertion and deletion ---------------------------------------------------------------- */
+
+/* Deletes n characters of s from position p on; what follows, terminator included, moves left.
+   p below 0 counts as 0, p at or past the end as the last character; n is cut to what stands from
+   p on. Leaves s untouched when s is empty, when n is below 1, and when n is above the whole
+   length of s, whatever p is. */
+KORVEL_API void chdelch(char *s, int n, int p);
+
+/* Inserts the text s into d before position p. d has room for size bytes; s lies outside d.
+   p below 0 counts as 0; p at or past the end of d appends.
+   Returns the length of s (so 0 for an empty s). Returns 0 and leaves d untouched when
+   length(d) + length(s) is above size - 1. */
+KORVEL_API int chinsch(char *d, int size, const char *s, int p);
+
+/* Inserts the character c into d before position p; size and p as in chinsch. Only the low 8 bits
+   of c count.
+   Returns 1. Returns 0 and leaves d untouched when length(d) + 1 is above size - 1. */
+KORVEL_API int chinsch_c(char *d, int size, int c, int p);
+
+/* --- Counted runs -------------------------------------------------------------------------- */
+
+/* Replaces every blank of the n bytes at p by the digit "0". Returns 1, always. */
+KORVEL_API int szcnum(char *p, int n);
+
+/* Copies the first min(n, capacity) bytes of source to d, without a terminator.
+   Returns 1 when n is at most capacity, else 0. */
+KORVEL_API int szcopy(char *d, int capacity, const char *source, int n);
+
+/* As szcopy; d and source may overlap in either direction, and d then holds what source held
+   before the call. */
+KORVEL_API int szcopy_overlap(char *d, int capacity, const char *source, int n);
+
+/* Compares the runs a and b. Returns 1 when their lengths are equal and all bytes agree, else 0.
+   A length below 1 gives 0. */
+KORVEL_API int szcomp(const char *a, int la, const char *b, int lb);
+
+/* As szcomp, with "?" in either run matching any byte. "A?C" against "ABC" gives 1. */
+KORVEL_API int szcompex(const char *a, int la, const char *b, int lb);
+
+/* As szcompex, with "*" as the last byte of a run for "whatever follows": that run then decides
+   how many bytes are compared, when the other run is long enough to hold them. When both could
+   decide, a does; a "*" of b that meets the last byte before the "*" of a is then not compared.
+   "AB*" against "ABCD" or "AB" gives 1, "AB*" against "A" gives 0. */
+KORVEL_API int szcompex2(const char *a, int la, const char *b, int lb);
+
+/* Looks for the run p in the run s.
+   Returns 1 when the bytes of p occur side by side somewhere in s, else 0; a length below 1
+   gives 0. */
+KORVEL_API int szincl(const char *p, int lp, const char *s, int ls);
+
+/* Copies n bytes of source to d and terminates them.
+   Returns 1 when n + 1 bytes fit: d then holds the n bytes and a NUL. Otherwise returns 0 with
+   capacity - 1 bytes copied and a NUL in the last byte of the capacity. */
+KORVEL_API int szcopy_0t(char *d, int capacity, const char *source, int n);
+
+/* Appends n bytes of source to the text in d and terminates it. The text of d ends at the first
+   NUL within the capacity; without one there is no room left.
+   Returns 1 when all n bytes and the NUL fit. Otherwise returns 0 with as many bytes appended as
+   fit and a NUL in the last byte of the capacity. */
+KORVEL_API int szconcat_0t(char *d, int capacity, const char *source, int n);
+
+/* Appends n bytes of source at offset used of the heap buffer *buf, which grows as needed.
+   *buf: null or a block of malloc, *capacity its size in bytes; the caller releases it with free.
+   The caller counts the used bytes itself: the call does not tell where the next ones go.
+   The bytes are copied in place while *capacity - used is at least n. Otherwise the buffer is
+   replaced: by one of exactly n bytes when used is 0, else by one of (*capacity + n) * 2 bytes that
+   keeps the first used ones.
+   Returns 1, or 0 without memory: the buffer is then released and *buf null when used was 0, else
+   *buf and *capacity are as they were. Returns 0 and changes nothing when used or n is negative,
+   used is above *capacity, bytes are used of a null buffer, or the new size is no int. */
+KORVEL_API int szcopyex(char **buf, int *capacity, int used, const char *source, int n);
+
+/* --- Bounded copies of terminated texts ---------------------------------------------------- */
+
+/* Copies source, terminator included, to d when length(source) is below capacity; otherwise leaves
+   d as it was. Never cuts. A caller that must know tests the length. */
+KORVEL_API void secure_lstrcpy(char *d, int capacity, const char *source);
+
+/* Appends source to the text in d when length(source) is below capacity - length(d); otherwise
+   leaves d as it was. Never cuts. A d without a NUL within its capacity is left as it is. */
+KORVEL_API void secure_lstrcat(char *d, int capacity, const char *source);
+
+/* --- Character sets and capitals ----------------------------------------------------------- */
+
+/* Converts s in place from CP1252 to Mac OS Roman for seven characters; keeps every other byte:
+     degree sign B0 -> A1, a grave E0 -> 88, c cedilla E7 -> 8D, e grave E8 -> 8F,
+     e acute E9 -> 8E, e circumflex EA -> 90, i diaeresis EF -> 95 */
+KORVEL_API void w2mstr(char *s);
+
+/* Converts s in place from Mac OS Roman to CP1252 for five characters; keeps every other byte:
+     degree sign A1 -> B0, a grave 88 -> E0, c cedilla 8D -> E7, e grave 8F -> E8, e acute 8E -> E9
+   Not the inverse of w2mstr: e circumflex and i diaeresis stay what w2mstr made of them. */
+KORVEL_API void m2wstr(char *s);
+
+/* Turns the Mac OS Roman text s into capitals without diacritics, in place: "a" and both a grave
+   and A grave become "A". The length stays. Ligatures and letters with a stroke keep their form as
+   capitals; what has no capital of one byte (sharp s) stays.
+   Returns s. */
+KORVEL_API char *strupr(char *s);
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif

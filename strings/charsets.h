@@ -1,0 +1,112 @@
+// For strings/ and its tests only: the walks over a text behind the two character-set conversions
+// and the upper-casing.
+#ifndef STRINGS_CHARSETS_H
+#define STRINGS_CHARSETS_H
+
+#include <bit>
+#include <cstddef>
+#include <cstdint>
+
+#include "strings/blocks.h"
+#include "strings/macroman.h"
+
+namespace korvel::strings {
+
+// Calls step(place, count) over the n bytes at s, kBlock bytes a step and what remains in the last.
+template <typename Step>
+void overBlocks(char *s, std::size_t n, Step step) {
+  const std::size_t rest = n % kBlock;
+  for (char *end = s + (n - rest); s != end; s += kBlock) step(s, kBlock);
+  if (rest != 0) step(s, rest);
+}
+
+// The two sets differ by one xor per character; what is no such character is xored with 0.
+template <typename AnyBlock>
+void convertToMac(char *s, std::size_t n) {
+  const auto is = [](AnyBlock bytes, char c) { return bytes == AnyBlock::filled(c); };
+  const auto by = [](char from, char to) { return AnyBlock::filled(static_cast<char>(from ^ to)); };
+  overBlocks(s, n, [&](char *place, std::size_t count) {
+    const AnyBlock b = AnyBlock::load(place, count);
+    const AnyBlock change = (is(b, '\xB0') & by('\xB0', '\xA1')) |
+                            (is(b, '\xE0') & by('\xE0', '\x88')) |
+                            (is(b, '\xE7') & by('\xE7', '\x8D')) |
+                            ((is(b, '\xE8') | is(b, '\xE9')) & by('\xE8', '\x8F')) |
+                            ((is(b, '\xEA') | is(b, '\xEF')) & by('\xEA', '\x90'));
+    (b ^ change).store(place, count);
+  });
+}
+
+template <typename AnyBlock>
+void convertFromMac(char *s, std::size_t n) {
+  const auto is = [](AnyBlock bytes, char c) { return bytes == AnyBlock::filled(c); };
+  const auto by = [](char from, char to) { return AnyBlock::filled(static_cast<char>(from ^ to)); };
+  overBlocks(s, n, [&](char *place, std::size_t count) {
+    const AnyBlock b = AnyBlock::load(place, count);
+    const AnyBlock change = (is(b, '\xA1') & by('\xA1', '\xB0')) |
+                            (is(b, '\x88') & by('\x88', '\xE0')) |
+                            (is(b, '\x8D') & by('\x8D', '\xE7')) |
+                            ((is(b, '\x8F') | is(b, '\x8E')) & by('\x8F', '\xE8'));
+    (b ^ change).store(place, count);
+  });
+}
+
+// The ASCII letters of a block as capitals. Moved up so far that 'z' is the largest signed byte,
+// the small letters are those above where 'a' - 1 comes to stand.
+template <typename AnyBlock>
+AnyBlock asciiCapitals(AnyBlock b) {
+  constexpr char kUp = '\x7F' - 'z';
+  const AnyBlock isSmall =
+      b + AnyBlock::filled(kUp) > AnyBlock::filled(static_cast<char>('a' - 1 + kUp));
+  return b ^ (isSmall & AnyBlock::filled('a' ^ 'A'));
+}
+
+inline constexpr std::size_t kStretch = 64;
+
+// Sends the bytes named by the bits of `left` through the table.
+//
+// A text with accents has a few of them in every stretch, never the same number, and a branch on
+// that number would be guessed wrong most of the time. So the first ones are done in any case:
+// where there are fewer, the last byte of the stretch goes through the table once more, which
+// changes nothing.
+inline void capitaliseMarked(char *stretch, std::uint64_t left) {
+  constexpr std::uint64_t kLastByte = std::uint64_t{1} << (kStretch - 1);
+  constexpr int kUsual = 3;
+  const auto capitaliseFirst = [stretch](std::uint64_t marked) {
+    char &c = stretch[std::countr_zero(marked)];
+    c = plainCapital(c);
+  };
+  for (int i = 0; i < kUsual; ++i, left &= left - 1) capitaliseFirst(left | kLastByte);
+  for (; left != 0; left &= left - 1) capitaliseFirst(left);
+}
+
+// ASCII letters are turned by blocks; the others go through the table.
+template <typename AnyBlock>
+void capitaliseStretch(char *s) {
+  const AnyBlock b0 = AnyBlock::load(s, kBlock);
+  const AnyBlock b1 = AnyBlock::load(s + kBlock, kBlock);
+  const AnyBlock b2 = AnyBlock::load(s + 2 * kBlock, kBlock);
+  const AnyBlock b3 = AnyBlock::load(s + 3 * kBlock, kBlock);
+  asciiCapitals(b0).store(s, kBlock);
+  asciiCapitals(b1).store(s + kBlock, kBlock);
+  asciiCapitals(b2).store(s + 2 * kBlock, kBlock);
+  asciiCapitals(b3).store(s + 3 * kBlock, kBlock);
+  if ((b0 | b1 | b2 | b3).mask() == 0) return;
+  const std::uint64_t front = b0.mask() | (b1.mask() << kBlock);
+  const std::uint64_t back = b2.mask() | (b3.mask() << kBlock);
+  capitaliseMarked(s, front | (back << (2 * kBlock)));
+}
+
+template <typename AnyBlock>
+void capitalise(char *s, std::size_t n) {
+  const std::size_t rest = n % kStretch;
+  for (const char *end = s + (n - rest); s != end; s += kStretch) capitaliseStretch<AnyBlock>(s);
+  overBlocks(s, rest, [](char *place, std::size_t count) {
+    const AnyBlock b = AnyBlock::load(place, count);
+    if (b.mask() == 0) return asciiCapitals(b).store(place, count);
+    for (std::size_t i = 0; i < count; ++i) place[i] = plainCapital(place[i]);
+  });
+}
+
+}  // namespace korvel::strings
+
+#endif

@@ -1,0 +1,59 @@
+#include "strings/growable.h"
+
+#include <korvel/strings.h>
+
+#include <climits>
+#include <cstdint>
+#include <cstdlib>
+#include <cstring>
+
+namespace {
+
+using korvel::strings::Allocate;
+
+constexpr int kNoSize = -1;
+
+// A first block holds exactly what comes in; later ones leave room for as much again.
+int grownCapacity(int capacity, int used, int n) {
+  if (used == 0) return n;
+  const std::int64_t size = (std::int64_t{capacity} + n) * 2;
+  return size <= INT_MAX ? static_cast<int>(size) : kNoSize;
+}
+
+void copyBytes(char *d, const char *source, int n) {
+  if (n > 0) std::memmove(d, source, static_cast<std::size_t>(n));
+}
+
+// The old block goes last: source may stand in it.
+int replaceBuffer(char **buf, int *capacity, int used, const char *source, int n,
+                  Allocate allocate) {
+  const int size = grownCapacity(*capacity, used, n);
+  if (size == kNoSize) return 0;
+  char *block = static_cast<char *>(allocate(static_cast<std::size_t>(size)));
+  if (block == nullptr && used > 0) return 0;
+  if (block != nullptr) {
+    copyBytes(block, *buf, used);
+    copyBytes(block + used, source, n);
+  }
+  std::free(*buf);
+  *buf = block;
+  *capacity = size;
+  return block != nullptr ? 1 : 0;
+}
+
+}  // namespace
+
+int korvel::strings::appendGrowing(char **buf, int *capacity, int used, const char *source, int n,
+                                   Allocate allocate) {
+  if (buf == nullptr || capacity == nullptr || source == nullptr || used < 0 || n < 0) return 0;
+  // A null buffer holds nothing, whatever its capacity says (as after a failed allocation).
+  const int held = *buf == nullptr ? 0 : *capacity;
+  if (used > held) return 0;
+  if (held - used < n) return replaceBuffer(buf, capacity, used, source, n, allocate);
+  if (n > 0) copyBytes(*buf + used, source, n);
+  return 1;
+}
+
+int szcopyex(char **buf, int *capacity, int used, const char *source, int n) {
+  return korvel::strings::appendGrowing(buf, capacity, used, source, n, std::malloc);
+}

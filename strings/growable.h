@@ -1,0 +1,18 @@
+// For strings/ and its tests only: the growing byte buffer behind szcopyex.
+#ifndef STRINGS_GROWABLE_H
+#define STRINGS_GROWABLE_H
+
+#include <cstddef>
+
+namespace korvel::strings {
+
+// Gives a block that std::free releases, or null.
+using Allocate = void *(*)(std::size_t size);
+
+// szcopyex with the allocator as an argument, so that a test can run out of memory.
+int appendGrowing(char **buf, int *capacity, int used, const char *source, int n,
+                  Allocate allocate);
+
+}  // namespace korvel::strings
+
+#endif

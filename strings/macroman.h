@@ -1,0 +1,59 @@
+// For strings/ and its tests only: the capitals of the Mac OS Roman character set.
+#ifndef STRINGS_MACROMAN_H
+#define STRINGS_MACROMAN_H
+
+#include <array>
+
+namespace korvel::strings {
+
+// Mac OS Roman byte (less 0x80) to its capital without diacritics.
+//
+// Which byte is which letter: the Unicode consortium's table of Mac OS Roman (APPLE/ROMAN.TXT).
+// Its capital: the first character of the letter's canonical decomposition, upper-cased (the
+// Unicode character database). So the capitals with diacritics lose them as well.
+// No decomposition, hence kept as letters of their own: ae and oe (to AE, OE), o with a stroke (to
+// O with a stroke). Dotless i becomes I. No capital in one byte of the set, hence unchanged: sharp
+// s, the ligatures fi and fl, the micro sign, pi, f with a hook, the ordinals. Signs and accents
+// that stand alone are unchanged.
+inline constexpr std::array<unsigned char, 128> kPlainCapitals = {
+    // clang-format off
+    'A',  'A',  'C',  'E',  'N',  'O',  'U',  'A',  // 80: Ä Å Ç É Ñ Ö Ü á
+    'A',  'A',  'A',  'A',  'A',  'C',  'E',  'E',  // 88: à â ä ã å ç é è
+    'E',  'E',  'I',  'I',  'I',  'I',  'N',  'O',  // 90: ê ë í ì î ï ñ ó
+    'O',  'O',  'O',  'O',  'U',  'U',  'U',  'U',  // 98: ò ô ö õ ú ù û ü
+    0xA0, 0xA1, 0xA2, 0xA3, 0xA4, 0xA5, 0xA6, 0xA7,  // A0: † ° ¢ £ § • ¶ ß
+    0xA8, 0xA9, 0xAA, 0xAB, 0xAC, 0xAD, 0xAE, 0xAF,  // A8: ® © ™ ´ ¨ ≠ Æ Ø
+    0xB0, 0xB1, 0xB2, 0xB3, 0xB4, 0xB5, 0xB6, 0xB7,  // B0: ∞ ± ≤ ≥ ¥ µ ∂ ∑
+    0xB8, 0xB9, 0xBA, 0xBB, 0xBC, 0xBD, 0xAE, 0xAF,  // B8: ∏ π ∫ ª º Ω æ ø
+    0xC0, 0xC1, 0xC2, 0xC3, 0xC4, 0xC5, 0xC6, 0xC7,  // C0: ¿ ¡ ¬ √ ƒ ≈ ∆ «
+    0xC8, 0xC9, 0xCA, 'A',  'A',  'O',  0xCE, 0xCE,  // C8: » … (no-break space) À Ã Õ Œ œ
+    0xD0, 0xD1, 0xD2, 0xD3, 0xD4, 0xD5, 0xD6, 0xD7,  // D0: – — “ ” ‘ ’ ÷ ◊
+    'Y',  'Y',  0xDA, 0xDB, 0xDC, 0xDD, 0xDE, 0xDF,  // D8: ÿ Ÿ ⁄ € ‹ › ﬁ ﬂ
+    0xE0, 0xE1, 0xE2, 0xE3, 0xE4, 'A',  'E',  'A',  // E0: ‡ · ‚ „ ‰ Â Ê Á
+    'E',  'E',  'I',  'I',  'I',  'I',  'O',  'O',  // E8: Ë È Í Î Ï Ì Ó Ô
+    0xF0, 'O',  'U',  'U',  'U',  'I',  0xF6, 0xF7,  // F0: (private sign) Ò Ú Û Ù ı ˆ ˜
+    0xF8, 0xF9, 0xFA, 0xFB, 0xFC, 0xFD, 0xFE, 0xFF,  // F8: ¯ ˘ ˙ ˚ ¸ ˝ ˛ ˇ
+    // clang-format on
+};
+
+constexpr unsigned char plainCapitalOf(unsigned char c) {
+  if (c >= 0x80) return kPlainCapitals[c - 0x80U];
+  return c >= 'a' && c <= 'z' ? static_cast<unsigned char>(c - 'a' + 'A') : c;
+}
+
+// The same for every byte. A capital is its own capital, so a byte may be looked up twice.
+inline constexpr std::array<unsigned char, 256> kPlainCapitalOfByte = [] {
+  std::array<unsigned char, 256> table{};
+  for (unsigned c = 0; c < table.size(); ++c) {
+    table[c] = plainCapitalOf(static_cast<unsigned char>(c));
+  }
+  return table;
+}();
+
+inline char plainCapital(char c) {
+  return static_cast<char>(kPlainCapitalOfByte[static_cast<unsigned char>(c)]);
+}
+
+}  // namespace korvel::strings
+
+#endif
