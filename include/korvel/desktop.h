@@ -9,6 +9,14 @@
 extern "C" {
 #endif
 
+/* Folder under which volumes stand, a NUL-terminated POSIX path with or without a final '/',
+   initially "/Volumes". A volume is a folder or a link in it:
+   - with root rights: mkdir /Volumes, then  ln -s /srv/cabinet /Volumes/Data  (or a mount point);
+   - without: the application sets szVolumes to a folder of the user, say "/home/u/volumes", and
+     the user makes the links there;  ln -s ~/cabinet ~/volumes/Data  makes "Data:" a volume.
+   Written by the application at any time; the library reads it at each use and never writes it. */
+KORVEL_API extern char szVolumes[256];
+
 /* Folder of the application's resources, a NUL-terminated POSIX path, initially "": then it is the
    folder "resources" beside the executable. In it stand icons/<number>.svg or .png. A resource
    that is not there is taken from the default set installed with the library. Written by the

@@ -22,6 +22,10 @@ typedef struct KorvelWindow *WindowRef;
 /* A data-entry dialog while it runs; owned by the library. */
 typedef struct KorvelDialog *DialogRef;
 
+/* A loaded library of the system (see shell.h): a dynamic linker handle, good for dlsym; null for
+   none. */
+typedef struct KorvelBundle *CFBundleRef;
+
 #ifdef __cplusplus
 }
 #endif

@@ -1,0 +1,107 @@
+// For codecs/ and its tests only: decimal digits, one at a time and eight at once.
+//
+// Eight digits in one 64-bit word stand as in memory on a little-endian machine: the first digit in
+// the lowest byte.
+#ifndef CODECS_DIGITS_H
+#define CODECS_DIGITS_H
+
+#include <bit>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+
+namespace korvel::codecs {
+
+inline constexpr bool kWordsHoldText = std::endian::native == std::endian::little;
+inline constexpr std::uint64_t kEightZeros = 0x3030303030303030U;  // "00000000"
+inline constexpr int kMaxDigits = 10;                              // of a 32-bit magnitude
+
+// 0 to 9 for a digit, anything above for another character, in any locale.
+inline unsigned digitValue(char c) { return static_cast<unsigned>(c - '0'); }
+inline bool isDigit(char c) { return digitValue(c) < 10; }
+
+inline bool areDigits(const char *begin, const char *end) {
+  for (const char *p = begin; p != end; ++p) {
+    if (!isDigit(*p)) return false;
+  }
+  return true;
+}
+
+inline const char *skipSign(const char *p) { return *p == '+' || *p == '-' ? p + 1 : p; }
+
+// True when every byte is 0 to 9: its high bit is clear, and stays so with 0x76 added.
+inline bool areDigitValues(std::uint64_t bytes) {
+  return ((bytes | (bytes + 0x7676767676767676U)) & 0x8080808080808080U) == 0;
+}
+
+// The number whose digits are the eight bytes, each 0 to 9.
+inline std::uint32_t joinDigits(std::uint64_t bytes) {
+  constexpr std::uint64_t kOddPairs = 0x000000FF000000FFU;
+  const std::uint64_t pairs = bytes * 10 + (bytes >> 8U);  // in bytes 0, 2, 4 and 6
+  const std::uint64_t high = (pairs & kOddPairs) * (100 + (std::uint64_t{1000000} << 32U));
+  const std::uint64_t low = ((pairs >> 16U) & kOddPairs) * (1 + (std::uint64_t{10000} << 32U));
+  return static_cast<std::uint32_t>((high + low) >> 32U);
+}
+
+// The eight digits of a number below 100000000, leading zeros included, each a byte 0 to 9. The
+// number is halved three times: into two of four digits, four of two, eight of one. The divisions
+// by 100 and 10 are multiplications that are exact for what is divided there.
+inline std::uint64_t splitDigits(std::uint32_t number) {
+  const std::uint64_t fours = number / 10000 | std::uint64_t{number % 10000} << 32U;
+  const std::uint64_t hundreds = ((fours * 10486) >> 20U) & 0x0000007F0000007FU;
+  const std::uint64_t twos = (fours - 100 * hundreds) << 16U | hundreds;
+  const std::uint64_t tens = ((twos * 103) >> 10U) & 0x000F000F000F000FU;
+  return (twos - 10 * tens) << 8U | tens;
+}
+
+// [k] is 10^k.
+inline constexpr std::uint32_t kTens[kMaxDigits] = {
+    1, 10, 100, 1000, 10000, 100000, 1000000, 10000000, 100000000, 1000000000};
+
+// How many digits the number has; 0 has one.
+inline int digitCount(std::uint32_t number) {
+  // 1233 / 4096 is a little above the logarithm of 2 to base 10: the guess is right or one short.
+  const int guess = (std::bit_width(number | 1U) * 1233) >> 12;
+  return guess + ((number | 1U) >= kTens[guess] ? 1 : 0);
+}
+
+// Writes the digits of the number, without a terminator. Returns where they end.
+inline char *writeDigits(std::uint32_t number, char *out) {
+  const int count = digitCount(number);
+  char *const end = out + count;
+  if constexpr (!kWordsHoldText) {
+    for (char *p = end; p != out; number /= 10) *--p = static_cast<char>('0' + number % 10);
+    return end;
+  }
+  // Two words that overlap in the middle hold any count without a loop.
+  const std::uint64_t last = splitDigits(number % 100000000) | kEightZeros;
+  if (count >= 8) {
+    std::memcpy(end - 8, &last, 8);
+    if (count > 8) {
+      const std::uint32_t first = number / 100000000;
+      out[0] = static_cast<char>('0' + (count == 10 ? first / 10 : first));
+      if (count == 10) out[1] = static_cast<char>('0' + first % 10);
+    }
+  } else if (count >= 4) {
+    const auto head = static_cast<std::uint32_t>(last >> (8U * static_cast<unsigned>(8 - count)));
+    const auto tail = static_cast<std::uint32_t>(last >> 32U);
+    std::memcpy(out, &head, 4);
+    std::memcpy(end - 4, &tail, 4);
+  } else {
+    const std::uint64_t text = last >> (8U * static_cast<unsigned>(8 - count));
+    const int middle = count / 2;
+    out[0] = static_cast<char>(text);
+    out[middle] = static_cast<char>(text >> (8U * static_cast<unsigned>(middle)));
+    end[-1] = static_cast<char>(last >> 56U);
+  }
+  return end;
+}
+
+// Writes a number of at most `count` digits with leading zeros.
+inline void writePadded(std::uint32_t number, int count, char *out) {
+  for (char *p = out + count; p != out; number /= 10) *--p = static_cast<char>('0' + number % 10);
+}
+
+}  // namespace korvel::codecs
+
+#endif

@@ -1,0 +1,286 @@
+// Reals to texts: fixed decimals, and significant digits with an exponent.
+#include <korvel/codecs.h>
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+
+#include "codecs/digits.h"
+#include "codecs/integer.h"
+#include "codecs/powers.h"
+#include "codecs/split.h"
+#include "codecs/status.h"
+
+namespace korvel::codecs {
+
+namespace {
+
+// A capacity up to this one is told to the caller of realdco_d as too small for every value.
+constexpr int kUnsafeSize = 20;
+
+int status(int capacity) { return capacity <= kUnsafeSize ? kBelowSafeSize : kWritten; }
+
+// ---- A buffer that is filled within its capacity ----
+
+class BoundedText {
+ public:
+  // `capacity` is at least 1. The text is empty and terminated at once.
+  BoundedText(char *buffer, int capacity) : buffer_(buffer), room_(capacity - 1) { end(); }
+
+  int length() const { return length_; }
+  int room() const { return room_ - length_; }
+
+  bool append(char c) {
+    if (room() < 1) return false;
+    buffer_[length_++] = c;
+    end();
+    return true;
+  }
+  // The caller has looked at the room.
+  void append(const char *bytes, int count) {
+    std::memcpy(buffer_ + length_, bytes, static_cast<std::size_t>(count));
+    length_ += count;
+    end();
+  }
+  bool insert(char c, int at) {
+    if (room() < 1) return false;
+    std::memmove(buffer_ + at + 1, buffer_ + at, static_cast<std::size_t>(length_ - at));
+    buffer_[at] = c;
+    ++length_;
+    end();
+    return true;
+  }
+
+ private:
+  void end() { buffer_[length_] = '\0'; }
+
+  char *buffer_;
+  int room_;
+  int length_ = 0;
+};
+
+// The digits of a magnitude of at most 2147483648; none for 0.
+struct IntegralDigits {
+  char bytes[kMaxDigits];
+  int count;
+};
+
+IntegralDigits integralDigits(double magnitude) {
+  IntegralDigits digits{};
+  if (magnitude >= 1.0) {
+    digits.count = static_cast<int>(
+        writeDigits(static_cast<std::uint32_t>(magnitude), digits.bytes) - digits.bytes);
+  }
+  return digits;
+}
+
+// Digits that are inserted one by one in front: where they do not all fit, the lowest stay.
+bool appendOrKeepLowest(BoundedText &text, const char *digits, int count) {
+  const int kept = std::min(count, text.room());
+  text.append(digits + count - kept, kept);
+  return kept == count;
+}
+
+// ---- Fixed decimals ----
+
+constexpr double kIntegralBound = 2147483648.0;
+
+// Up to here the decimals are one number of 32 bits.
+constexpr int kShortDecimals = 8;
+
+// Room for the sign, the integral part, the point and the terminator; the decimals come on top.
+constexpr int kRoomButDecimals = kMaxDigits + 3;
+
+struct Rounding {
+  double scale;
+  double half;  // of the last decimal
+};
+
+constexpr Rounding roundingTo(int decimals) {
+  const double scale = tenTo(decimals);
+  return {scale, 0.5 / scale};
+}
+
+constexpr auto kShortRounding = [] {
+  std::array<Rounding, kShortDecimals + 1> table{};
+  for (std::size_t i = 0; i < table.size(); ++i) table[i] = roundingTo(static_cast<int>(i));
+  return table;
+}();
+
+double rounded(double x, double half) { return x < 0.0 ? x - half : x + half; }
+
+// Writes the plain case: few decimals, a magnitude within the bounds, room for all of it. Returns
+// false with nothing done for every other one.
+bool writePlain(double x, char *buffer, int capacity, int decimals) {
+  if (decimals < 0 || decimals > kShortDecimals || capacity < kRoomButDecimals + decimals) {
+    return false;
+  }
+  const Rounding rounding = kShortRounding[static_cast<std::size_t>(decimals)];
+  const double value = rounded(x, rounding.half);
+  const double magnitude = std::fabs(value);
+  if (!(magnitude < kIntegralBound)) return false;
+
+  *buffer = '-';
+  char *out = buffer + static_cast<int>(value < 0.0);
+  const auto integral = static_cast<std::uint32_t>(magnitude);
+  out = writeDigits(integral, out);
+  if (decimals > 0) {
+    // The fraction is at most 1 - 2^-53: times a power of ten, that is still rounded to less than
+    // the power, so no carry can come out of it.
+    const double fraction = magnitude - static_cast<double>(integral);
+    *out++ = '.';
+    writePadded(static_cast<std::uint32_t>(fraction * rounding.scale), decimals, out);
+    out += decimals;
+  }
+  *out = '\0';
+  return true;
+}
+
+// All decimal digits of a whole number, however large, the lowest first.
+class WholeDigits {
+ public:
+  // Truncates `number`, which is not negative. Infinity and NaN have no digits.
+  explicit WholeDigits(double number) {
+    if (!std::isfinite(number) || number < 1.0) return;
+    int exponent = 0;
+    const double mantissa = std::frexp(std::trunc(number), &exponent);
+    const int bits = std::min(exponent, kDoubleBits);
+    add(static_cast<std::uint64_t>(std::ldexp(mantissa, bits)));
+    for (int left = exponent - bits; left > 0; left -= kShift) shift(std::min(left, kShift));
+  }
+
+  // The digit at place `i` from 0 on; 0 past the last one.
+  char digit(int i) const {
+    const auto limb = static_cast<std::size_t>(i / kLimbDigits);
+    if (limb >= limbs_.size()) return '0';
+    return static_cast<char>('0' + limbs_[limb] / kTens[i % kLimbDigits] % 10);
+  }
+
+ private:
+  static constexpr int kDoubleBits = 53;
+  static constexpr int kLimbDigits = 9;
+  static constexpr std::uint32_t kLimb = 1000000000;
+  static constexpr int kShift = 29;  // kLimb shifted by it still fits 64 bits with a carry
+
+  void add(std::uint64_t number) {
+    for (auto &limb : limbs_) {
+      limb = static_cast<std::uint32_t>(number % kLimb);
+      number /= kLimb;
+    }
+  }
+  void shift(int bits) {
+    std::uint64_t carry = 0;
+    for (auto &limb : limbs_) {
+      carry += std::uint64_t{limb} << static_cast<unsigned>(bits);
+      limb = static_cast<std::uint32_t>(carry % kLimb);
+      carry /= kLimb;
+    }
+  }
+
+  std::array<std::uint32_t, 35> limbs_{};  // 315 digits: the largest double has 309
+};
+
+// The decimals are the lowest digits of fraction x scale, truncated; where they do not all fit, the
+// lowest stay. Past the largest power of ten nothing is left of the fraction but zeros.
+bool appendDecimals(BoundedText &text, double fraction, int decimals) {
+  const int places = std::min(decimals, kMaxPower);
+  const int zeros = decimals - places;
+  const WholeDigits digits(fraction * tenTo(places));
+  const int kept = std::min(decimals, text.room());
+  for (int i = kept - 1; i >= 0; --i) text.append(i < zeros ? '0' : digits.digit(i - zeros));
+  return kept == decimals;
+}
+
+int writeFixed(double x, char *buffer, int capacity, int decimals) {
+  if (capacity < 1) return kDoesNotFit;
+  const double value = rounded(std::isnan(x) ? 0.0 : x, roundingTo(decimals).half);
+  const double integral = integralPart(value);
+  const IntegralDigits digits = integralDigits(std::fabs(integral));
+
+  BoundedText text(buffer, capacity);
+  if (digits.count == 0 && !text.append('0')) return kDoesNotFit;
+  if (!appendOrKeepLowest(text, digits.bytes, digits.count)) return kDoesNotFit;
+  // Kept: a negative number of decimals writes a lone point.
+  if (decimals != 0 && !text.append('.')) return kDoesNotFit;
+  if (decimals > 0 && !appendDecimals(text, std::fabs(value - integral), decimals)) {
+    return kDoesNotFit;
+  }
+  if (value < 0.0 && !text.insert('-', 0)) return kDoesNotFit;
+  return status(capacity);
+}
+
+// ---- Significant digits ----
+
+// The next digit of a fraction, which goes on with the rest. A fraction of 1 and above, left over
+// by an integral part that stopped at its bound, has no digit but 9.
+char nextDigit(double &fraction) {
+  fraction *= 10.0;
+  const double digit = integralPart(fraction);
+  fraction -= digit;
+  return static_cast<char>('0' + static_cast<int>(std::min(digit, 9.0)));
+}
+
+// Moves a fraction above 0 to its first significant digit. Returns over how many zeros.
+int skipLeadingZeros(double &fraction) {
+  int zeros = 0;
+  for (; fraction * 10.0 < 1.0; ++zeros) fraction *= 10.0;
+  return zeros;
+}
+
+bool appendDigits(BoundedText &text, double fraction, std::int64_t count) {
+  for (; count > 0; --count) {
+    if (!text.append(nextDigit(fraction))) return false;
+  }
+  return true;
+}
+
+int writeSignificant(double x, char *buffer, int capacity, int extraDigits) {
+  if (capacity < 1) return kDoesNotFit;
+  BoundedText text(buffer, capacity);
+  if (x == 0.0 || std::isnan(x)) return text.append('0') ? kWritten : kDoesNotFit;
+
+  const double integral = integralPart(x);
+  const IntegralDigits digits = integralDigits(std::fabs(integral));
+  const std::int64_t budget = std::max<std::int64_t>(std::int64_t{extraDigits} + 1, 0);
+  // Kept: without any budget each digit of the integral part replaces the one before it, and one
+  // stays.
+  const auto kept =
+      static_cast<int>(std::min<std::int64_t>(digits.count, std::max<std::int64_t>(budget, 1)));
+  if (kept > text.room()) {
+    appendOrKeepLowest(text, digits.bytes, digits.count);
+    return kDoesNotFit;
+  }
+  text.append(digits.bytes, kept);
+
+  double fraction = std::fabs(x - integral);
+  const bool startsInFraction = digits.count == 0 && budget > 0;
+  const int place = startsInFraction ? -skipLeadingZeros(fraction) : digits.count;
+  if (!appendDigits(text, fraction, budget - digits.count)) return kDoesNotFit;
+  if (!text.insert('.', std::min(text.length(), 1))) return kDoesNotFit;
+  if (x < 0.0 && !text.insert('-', 0)) return kDoesNotFit;
+  if (place == 1) return kWritten;
+  if (!text.append('e')) return kDoesNotFit;
+  // Kept: an exponent that does not fit is cut without a word.
+  writeInteger(place - 1, buffer + text.length(), text.room() + 1, kIntegerSize);
+  return kWritten;
+}
+
+}  // namespace
+
+}  // namespace korvel::codecs
+
+using namespace korvel::codecs;
+
+int realdco_d(double value, char *buffer, int capacity, int decimals) {
+  if (buffer == nullptr) return kDoesNotFit;
+  if (writePlain(value, buffer, capacity, decimals)) return status(capacity);
+  return writeFixed(value, buffer, capacity, decimals);
+}
+
+int realdco_sd(double value, char *buffer, int capacity, int digits) {
+  if (buffer == nullptr) return kDoesNotFit;
+  return writeSignificant(value, buffer, capacity, digits);
+}

@@ -1,0 +1,394 @@
+#include "files/replace.h"
+
+#include <fcntl.h>
+#include <sys/mman.h>
+#include <sys/uio.h>
+#include <sys/xattr.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <atomic>
+#include <cerrno>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <ctime>
+#include <memory>
+
+namespace korvel::files {
+
+constinit ReplaceFault replaceFault = nullptr;
+
+namespace {
+
+constexpr mode_t kOpenToAll = 0777;
+constexpr mode_t kPermissions = 0777;
+constexpr mode_t kPermissionsAndSetId = 07777;
+constexpr int kMaxLinks = 40;         // as many as the kernel follows
+constexpr int kNamingAttempts = 100;  // against others who take the same name
+constexpr const char *kDescriptors = "/proc/self/fd";
+constexpr const char *kAccessList = "system.posix_acl_access";
+
+// True when a test asks for this step to fail; errno is set.
+bool faulty(ReplaceStep step) {
+  if (replaceFault == nullptr) return false;
+  const int error = replaceFault(step);
+  if (error == 0) return false;
+  errno = error;
+  return true;
+}
+
+void closeIfOpen(int &descriptor) {
+  if (descriptor >= 0) close(descriptor);
+  descriptor = -1;
+}
+
+template <typename Call>
+auto retried(Call call) {
+  auto result = call();
+  while (result < 0 && errno == EINTR) result = call();
+  return result;
+}
+
+// Devices and file systems that cannot sync refuse with these; there is nothing to wait for then.
+bool cannotSync(int error) { return error == EINVAL || error == ENOTSUP || error == EROFS; }
+
+bool synced(int descriptor) {
+  return retried([&] { return fsync(descriptor); }) == 0 || cannotSync(errno);
+}
+
+// The folder, not the file, is what stands in the way.
+bool folderRefuses(int error) {
+  return error == EACCES || error == EPERM || error == EROFS || error == EBUSY;
+}
+
+bool hasNoUnnamedFiles(int error) {
+  return error == EOPNOTSUPP || error == EISDIR || error == EINVAL || error == ENOSYS ||
+         error == ENOENT;
+}
+
+// Replaces what `path` names by what the symbolic link there contains.
+bool followLink(char (&path)[PATH_MAX]) {
+  char target[PATH_MAX];
+  const ssize_t length = readlink(path, target, sizeof target);
+  if (length <= 0 || length == static_cast<ssize_t>(sizeof target)) return false;
+  std::size_t folder = 0;
+  if (target[0] != '/') {
+    if (const char *slash = std::strrchr(path, '/'))
+      folder = static_cast<std::size_t>(slash - path) + 1;
+  }
+  if (folder + static_cast<std::size_t>(length) >= sizeof path) return false;
+  std::memcpy(path + folder, target, static_cast<std::size_t>(length));
+  path[folder + static_cast<std::size_t>(length)] = '\0';
+  return true;
+}
+
+std::uint64_t hashed(const char *text) {  // FNV-1a
+  std::uint64_t hash = 0xCBF29CE484222325u;
+  for (; *text != '\0'; ++text) {
+    hash ^= static_cast<unsigned char>(*text);
+    hash *= 0x100000001B3u;
+  }
+  return hash;
+}
+
+// The name that every process gives first to a nameless temporary of the file `name`, so that what
+// a kill left there is found, and removed, by a later replacement.
+void sharedName(const char *name, char (&out)[NAME_MAX]) {
+  std::snprintf(out, sizeof out, ".korvel-%016llx", static_cast<unsigned long long>(hashed(name)));
+}
+
+// A name that no other temporary of a live process has.
+void ownName(const char *name, char (&out)[NAME_MAX]) {
+  static constinit std::atomic<unsigned> counter = 0;
+  std::snprintf(out, sizeof out, ".korvel-%016llx-%ld-%u",
+                static_cast<unsigned long long>(hashed(name)), static_cast<long>(getpid()),
+                counter.fetch_add(1));
+}
+
+// A temporary bears its name for an instant only, unless its process was killed in it.
+bool isAbandoned(int folder, const char *name) {
+  constexpr time_t kSeconds = 60;
+  struct stat status;
+  return fstatat(folder, name, &status, AT_SYMLINK_NOFOLLOW) == 0 &&
+         time(nullptr) - status.st_ctime > kSeconds;
+}
+
+// Advances the vectors by the bytes that were written.
+void skipWritten(iovec *&first, int &count, std::size_t written) {
+  while (count > 0 && written >= first->iov_len) {
+    written -= first->iov_len;
+    ++first;
+    --count;
+  }
+  if (count == 0) return;
+  first->iov_base = static_cast<char *>(first->iov_base) + written;
+  first->iov_len -= written;
+}
+
+bool writeAll(int descriptor, iovec *first, int count) {
+  while (count > 0) {
+    if (faulty(ReplaceStep::Write)) return false;
+    const ssize_t written = retried([&] { return writev(descriptor, first, count); });
+    if (written <= 0) return false;
+    skipWritten(first, count, static_cast<std::size_t>(written));
+  }
+  return true;
+}
+
+bool isKeptAttribute(std::string_view name) {
+  return name.starts_with("user.") || name == kAccessList || name == "security.selinux";
+}
+
+void copyAttribute(int from, int to, const char *name) {
+  char value[65536];  // no attribute is longer
+  const ssize_t length = fgetxattr(from, name, value, sizeof value);
+  if (length >= 0) fsetxattr(to, name, value, static_cast<std::size_t>(length), 0);
+}
+
+// A folder may give every new file an access list; one that the old file does not have goes.
+void copyAttributes(int from, int to) {
+  char names[65536];
+  const ssize_t length = flistxattr(from, names, sizeof names);
+  bool hasAccessList = false;
+  for (const char *name = names; length > 0 && name < names + length;
+       name += std::strlen(name) + 1) {
+    if (!isKeptAttribute(name)) continue;
+    copyAttribute(from, to, name);
+    if (std::strcmp(name, kAccessList) == 0) hasAccessList = true;
+  }
+  if (!hasAccessList) fremovexattr(to, kAccessList);
+}
+
+struct Kept {
+  bool owner;
+  bool group;
+};
+
+Kept copyOwner(const struct stat &from, int to) {
+  struct stat made;
+  if (fstat(to, &made) != 0) return {false, false};
+  if (made.st_uid == from.st_uid && made.st_gid == from.st_gid) return {true, true};
+  if (fchown(to, from.st_uid, from.st_gid) == 0) return {true, true};
+  const bool sameOwner = made.st_uid == from.st_uid;
+  const bool sameGroup =
+      made.st_gid == from.st_gid || fchown(to, static_cast<uid_t>(-1), from.st_gid) == 0;
+  return {sameOwner, sameGroup};
+}
+
+mode_t modeFor(const struct stat &from, Kept kept) {
+  mode_t mode = from.st_mode & (kept.owner && kept.group ? kPermissionsAndSetId : kPermissions);
+  if (!kept.group) mode &= ~((~mode & S_IRWXO) << 3);
+  return mode;
+}
+
+// The mode comes last: a change of owner or of access list alters it.
+bool adopt(int old, const struct stat &status, int made) {
+  if (faulty(ReplaceStep::Adopt)) return false;
+  if (old < 0) {
+    fchmod(made, kOpenToAll);  // where the file system keeps modes at all
+    return true;
+  }
+  const Kept kept = copyOwner(status, made);
+  copyAttributes(old, made);
+  return fchmod(made, modeFor(status, kept)) == 0;
+}
+
+// Copies the bytes from `begin` to before `end` to the same place in another file.
+bool copyStretch(int from, int to, off_t begin, off_t end) {
+  constexpr off_t kBlock = 262144;
+  const auto block = std::unique_ptr<char, decltype(&std::free)>(
+      static_cast<char *>(std::malloc(kBlock)), &std::free);
+  if (block == nullptr) return false;
+  while (begin < end) {
+    if (faulty(ReplaceStep::Overwrite)) return false;
+    const auto wish = static_cast<std::size_t>(std::min(kBlock, end - begin));
+    const ssize_t got = retried([&] { return pread(from, block.get(), wish, begin); });
+    if (got <= 0) return false;
+    for (ssize_t done = 0; done < got;) {
+      const ssize_t put = retried([&] {
+        return pwrite(to, block.get() + done, static_cast<std::size_t>(got - done), begin + done);
+      });
+      if (put <= 0) return false;
+      done += put;
+    }
+    begin += got;
+  }
+  return true;
+}
+
+}  // namespace
+
+bool Replacement::begin(const char *path, IfMissing ifMissing) {
+  discard();
+  if (path == nullptr || faulty(ReplaceStep::Open)) return false;
+  const bool ready = findFile(path, ifMissing) && openFolder() && openOld(ifMissing) &&
+                     (openTemporary() || (old_ >= 0 && folderRefuses(errno) && openAside()));
+  if (!ready) discard();
+  return ready;
+}
+
+// Sets path_ and name_ to the file behind all symbolic links.
+bool Replacement::findFile(const char *path, IfMissing ifMissing) {
+  const std::size_t length = std::strlen(path);
+  if (length == 0 || length >= sizeof path_) return false;
+  std::memcpy(path_, path, length + 1);
+  struct stat status;
+  for (int links = 0;; ++links) {
+    if (lstat(path_, &status) != 0) {
+      if (errno != ENOENT || ifMissing == IfMissing::Fail) return false;
+      break;
+    }
+    if (!S_ISLNK(status.st_mode)) {
+      // Opening a device or a pipe may do something: it is not even tried.
+      if (!S_ISREG(status.st_mode)) return false;
+      break;
+    }
+    if (links == kMaxLinks || !followLink(path_)) return false;
+  }
+  const char *slash = std::strrchr(path_, '/');
+  name_ = slash == nullptr ? path_ : slash + 1;
+  return *name_ != '\0';
+}
+
+// A folder that may be changed but not read cannot be synced by itself; see commit().
+bool Replacement::openFolder() {
+  char folder[PATH_MAX] = ".";
+  if (name_ != path_) {
+    const auto length = static_cast<std::size_t>(name_ - path_);
+    std::memcpy(folder, path_, length);
+    folder[length] = '\0';
+  }
+  folder_ = open(folder, O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  if (folder_ < 0 && errno == EACCES) folder_ = open(folder, O_PATH | O_DIRECTORY | O_CLOEXEC);
+  return folder_ >= 0;
+}
+
+// Whether this process may write the file is what the kernel says when it opens it.
+bool Replacement::openOld(IfMissing ifMissing) {
+  old_ = openat(folder_, name_, O_WRONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
+  if (old_ < 0) return errno == ENOENT && ifMissing == IfMissing::Create;
+  return fstat(old_, &oldStatus_) == 0 && S_ISREG(oldStatus_.st_mode);
+}
+
+bool Replacement::openTemporary() {
+  // A nameless file gets its name through the list of descriptors.
+  if (access(kDescriptors, X_OK) != 0) return openNamed();
+  place_ = Place::Unnamed;
+  if (!faulty(ReplaceStep::Temporary))
+    content_ = openat(folder_, ".", O_TMPFILE | O_RDWR | O_CLOEXEC, 0600);
+  return content_ >= 0 || (hasNoUnnamedFiles(errno) && openNamed());
+}
+
+bool Replacement::openNamed() {
+  place_ = Place::Named;
+  for (int attempt = 0; attempt < kNamingAttempts; ++attempt) {
+    ownName(name_, temporary_);
+    content_ = openat(folder_, temporary_, O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
+    if (content_ >= 0) return true;
+    if (errno != EEXIST) break;
+  }
+  temporary_[0] = '\0';
+  return false;
+}
+
+bool Replacement::openAside() {
+  place_ = Place::Aside;
+  content_ = memfd_create("korvel", MFD_CLOEXEC);
+  return content_ >= 0;
+}
+
+bool Replacement::append(std::span<const std::string_view> pieces) {
+  constexpr int kBatch = 64;
+  if (content_ < 0 || failed_) return false;
+  iovec batch[kBatch];
+  int count = 0;
+  for (std::size_t i = 0; i < pieces.size() && !failed_; ++i) {
+    if (!pieces[i].empty())
+      batch[count++] = {const_cast<char *>(pieces[i].data()), pieces[i].size()};
+    if (count == kBatch || i + 1 == pieces.size()) {
+      failed_ = !writeAll(content_, batch, count);
+      count = 0;
+    }
+  }
+  return !failed_;
+}
+
+bool Replacement::commit() {
+  if (content_ < 0) return false;
+  bool done = !failed_;
+  if (place_ == Place::Aside) {
+    done = done && overwrite();
+  } else if (done) {
+    done = exchange() || (old_ >= 0 && folderRefuses(errno) && overwrite());
+  }
+  discard();
+  return done;
+}
+
+bool Replacement::exchange() {
+  if (!adopt(old_, oldStatus_, content_)) return false;
+  if (faulty(ReplaceStep::Sync) || !synced(content_)) return false;
+  if (place_ == Place::Unnamed && !giveName()) return false;
+  if (faulty(ReplaceStep::Rename)) return false;
+  if (renameat(folder_, temporary_, folder_, name_) != 0) return false;
+  temporary_[0] = '\0';
+  // The file has its new content: a folder that cannot be synced changes nothing about that.
+  if (!faulty(ReplaceStep::Folder) && fsync(folder_) != 0 && errno == EBADF) syncfs(content_);
+  return true;
+}
+
+bool Replacement::giveName() {
+  if (faulty(ReplaceStep::Link)) return false;
+  sharedName(name_, temporary_);
+  if (linkedAs(temporary_)) return true;
+  if (errno == EEXIST) {
+    if (isAbandoned(folder_, temporary_)) {
+      unlinkat(folder_, temporary_, 0);
+    } else {
+      ownName(name_, temporary_);
+    }
+    if (linkedAs(temporary_)) return true;
+  }
+  temporary_[0] = '\0';
+  return false;
+}
+
+bool Replacement::linkedAs(const char *name) {
+  char descriptor[sizeof "/proc/self/fd/" + 3 * sizeof(int)];
+  std::snprintf(descriptor, sizeof descriptor, "%s/%d", kDescriptors, content_);
+  return linkat(AT_FDCWD, descriptor, folder_, name, AT_SYMLINK_FOLLOW) == 0;
+}
+
+// What the file grows by is written and synced first: a full disk shows while every old byte is
+// still in its place, and the file is cut back to its old length.
+bool Replacement::overwrite() {
+  struct stat made;
+  struct stat old;
+  if (fstat(content_, &made) != 0 || fstat(old_, &old) != 0) return false;
+  const off_t size = made.st_size;
+  const off_t oldSize = old.st_size;
+  if (size > oldSize && !(copyStretch(content_, old_, oldSize, size) && synced(old_))) {
+    while (ftruncate(old_, oldSize) != 0 && errno == EINTR) continue;
+    return false;
+  }
+  if (!copyStretch(content_, old_, 0, std::min(size, oldSize))) return false;
+  return retried([&] { return ftruncate(old_, size); }) == 0 && synced(old_);
+}
+
+void Replacement::discard() {
+  if (temporary_[0] != '\0') unlinkat(folder_, temporary_, 0);
+  temporary_[0] = '\0';
+  closeIfOpen(content_);
+  closeIfOpen(old_);
+  closeIfOpen(folder_);
+  failed_ = false;
+}
+
+bool replaceFile(const char *path, std::span<const std::string_view> pieces, IfMissing ifMissing) {
+  Replacement replacement;
+  return replacement.begin(path, ifMissing) && replacement.append(pieces) && replacement.commit();
+}
+
+}  // namespace korvel::files

@@ -1,0 +1,113 @@
+// For files/, tables/ and profile/ only: replaces the content of a file as a whole.
+//
+// Killing the process, filling the disk or losing power at any moment leaves the old content or
+// the new one, never a mixture. The steps, in their order:
+//
+//  1. Open      A symbolic link is followed to the file it stands for, so the link itself stays.
+//               The file must be a regular one that this process may write; nothing is changed
+//               where it is not, even if the folder would let the file be exchanged.
+//  2. Temporary A nameless file in the same folder; where the file system has none, one named
+//               ".korvel-" and more, readable by its owner only until step 4.
+//  3. Write     The new content goes there. A write that falls short fails the replacement.
+//  4. Adopt     Owner, group, access list, extended attributes and mode are taken over from the
+//               old file, as far as this process may give them. A group that cannot be kept
+//               leaves the new group no more rights than everyone has, and the set-id bits go.
+//  5. Sync      The content reaches the disk, before any name leads to it.
+//  6. Link      A nameless temporary gets its name.
+//  7. Rename    The temporary takes the place of the file, in one step.
+//  8. Folder    The folder reaches the disk, so that the new content outlives a loss of power.
+//
+// Until step 7 the old file is untouched and a failure removes the temporary. A kill leaves no
+// temporary behind if it is nameless, but for the instant between steps 6 and 7; what such a kill
+// left is removed by a replacement of the same file a minute later or more.
+//
+// Only where the folder does not admit the exchange (it is not writable, or sticky and the file
+// someone else's, or the file is a mount point) is the file overwritten in place: the content is
+// gathered first, so that nothing but an error of the disk or a kill can interrupt the
+// overwriting, and what the file grows by is on the disk before an old byte is touched.
+//
+// A file with several hard links gets a new content under this one name; its other names keep the
+// old content. Writing through them would put the old content at risk.
+#ifndef KORVEL_FILES_REPLACE_H
+#define KORVEL_FILES_REPLACE_H
+
+#include <limits.h>
+#include <sys/stat.h>
+
+#include <span>
+#include <string_view>
+
+namespace korvel::files {
+
+enum class IfMissing {
+  Fail,
+  Create,  // readable, writable and executable by all, whatever the process's file mask
+};
+
+// A replacement in progress. Content is appended in any number of calls (each costs a system call
+// or more: give large pieces) and takes effect with commit(); a replacement destroyed before that
+// leaves everything as it was.
+class Replacement {
+ public:
+  Replacement() = default;
+  ~Replacement() { discard(); }
+  Replacement(const Replacement &) = delete;
+  Replacement &operator=(const Replacement &) = delete;
+
+  // Starts to replace the file at a POSIX path (not kept). Returns false, with nothing changed,
+  // when the file may not be written, is not a regular file, is missing (unless it is to be
+  // created), or no temporary can be made.
+  bool begin(const char *path, IfMissing ifMissing = IfMissing::Fail);
+
+  // Appends the pieces, one after another. After a false the replacement can only be discarded,
+  // and commit() will do just that.
+  bool append(std::span<const std::string_view> pieces);
+  bool append(std::string_view piece) { return append(std::span(&piece, 1)); }
+
+  // Puts the new content in the file's place. Returns true when the file now has it; on false the
+  // file is as it was (but for a disk that fails while the file is overwritten in place). Ends the
+  // replacement in both cases.
+  bool commit();
+
+  // Ends the replacement and leaves the file as it was.
+  void discard();
+
+ private:
+  enum class Place { Unnamed, Named, Aside };  // where the new content is gathered
+
+  bool findFile(const char *path, IfMissing ifMissing);
+  bool openFolder();
+  bool openOld(IfMissing ifMissing);
+  bool openTemporary();
+  bool openNamed();
+  bool openAside();
+  bool giveName();
+  bool linkedAs(const char *name);
+  bool exchange();
+  bool overwrite();
+
+  Place place_ = Place::Unnamed;
+  bool failed_ = false;
+  int folder_ = -1;   // the file's folder
+  int old_ = -1;      // the file, open for writing; -1: it is to be created
+  int content_ = -1;  // what is being written
+  struct stat oldStatus_ = {};
+  char path_[PATH_MAX] = {};       // of the file itself, no symbolic link
+  const char *name_ = nullptr;     // its last component, in path_
+  char temporary_[NAME_MAX] = {};  // name of a named temporary, else ""
+};
+
+// Replaces a file's content by the pieces. Result as Replacement::commit().
+bool replaceFile(const char *path, std::span<const std::string_view> pieces,
+                 IfMissing ifMissing = IfMissing::Fail);
+
+// For tests: asked before each step; an error number other than 0 makes the step fail with it.
+// Temporary is the making of a nameless one, Write comes once per system call, Overwrite once per
+// stretch written in place.
+enum class ReplaceStep { Open, Temporary, Write, Adopt, Sync, Link, Rename, Folder, Overwrite };
+using ReplaceFault = int (*)(ReplaceStep step);
+extern ReplaceFault replaceFault;
+
+}  // namespace korvel::files
+
+#endif

@@ -1,0 +1,168 @@
+/* Shell tools: running commands and reading or feeding them, the system queries, and the file,
+   folder and process operations that are done by running tools.
+
+   Commands run through /bin/sh -c with the caller's environment. A "close status" is what pclose
+   gives: a wait status (see WIFEXITED and its kin), or -1 when the command could not be started.
+   Paths are POSIX paths unless called macPath (a colon path). Every path is put between single
+   quotes and not escaped: a path that contains a single quote breaks its command.
+   A null text, function or output pointer is refused with the failure value, nothing being run,
+   except where null is given a meaning. */
+#ifndef KORVEL_SHELL_H
+#define KORVEL_SHELL_H
+
+#include <korvel/types.h>
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/* Handles one line of a tool's output. line: NUL-terminated, without its line feed; it stands in a
+   writable buffer of 8192 bytes that the next line overwrites.
+   Returns 0 to go on with the next line, anything else to stop. */
+typedef int (*ToolLine_t)(char *line);
+
+/* Handles one file of a listing. name: NUL-terminated, without a folder; valid during the call.
+   Returns 0 to go on with the next file, anything else to stop. */
+typedef int (*FileVisit_t)(const char *name);
+
+/* Returns the version of the system as packed decimal digits, always 0x1060 (10.6.0). */
+KORVEL_API int MACOSVersion(void);
+
+/* Returns 1: the system is a Unix (its version is above 4095). */
+KORVEL_API int RunningOnCarbonX(void);
+
+/* Loads a library of the system by its bundle name.
+   name: "System.framework" is the C library; there is no other.
+   Returns 0 with *out set to a handle for dlsym, which stays good for the life of the process and
+   need not be released. Returns -4960 with *out null for any other name; -4960 for out null. */
+KORVEL_API int LoadFrameworkBundleSystem(const char *name, CFBundleRef *out);
+
+/* Does what LoadFrameworkBundleSystem does. */
+KORVEL_API int LoadFrameworkBundle(const char *name, CFBundleRef *out);
+
+/* Runs command and reads the beginning of its output.
+   out, outSize: buffer and its capacity; at most outSize - 1 bytes are read into it and ended with
+   0. With out null or outSize 0 nothing is read and nothing is written.
+   Once the bytes are there the pipe is closed: a tool that writes on is ended by SIGPIPE. A tool
+   that neither writes nor ends is waited for.
+   Returns the close status. Returns -1 and leaves out untouched if the command could not be
+   started, or if outSize is negative. */
+KORVEL_API int BSDInvokeTool(const char *command, char *out, int outSize);
+
+/* Runs command and writes the whole of input, without its terminator, to the command's standard
+   input. A tool that ends without reading its input does not disturb the application.
+   Returns the close status, or -1 if the command could not be started. */
+KORVEL_API int BSDInvokeToolWr(const char *command, const char *input);
+
+/* Runs command and hands its output to perLine line by line, until the output ends or perLine
+   returns non-zero. A last line without a line feed is handed over too. A line of more than 8191
+   bytes is cut to its first 8191.
+   Returns the close status, or -1 if the command could not be started. */
+KORVEL_API int BSDInvokeToolPr(const char *command, ToolLine_t perLine);
+
+/* Writes the POSIX form of a colon path. The text up to the first ":" (all of it, if there is
+   none) names the volume: if it exists under szVolumes (desktop.h), the result is szVolumes, "/"
+   and the whole path; else the volume name is dropped and the rest taken from the root. In what
+   comes from macPath every ":" becomes "/" and every "/" becomes ":".
+   Data:Docs:a/b gives /Volumes/Data/Docs/a:b if /Volumes/Data exists, /Docs/a:b if not.
+   out: room for 256 bytes; may be macPath itself.
+   Returns the length of the result, 0 to 255. A result of more than 255 bytes is not cut, which
+   would name another file: 0 is returned and out is the empty text. */
+KORVEL_API int BSDMAC2UNIX(const char *macPath, char *out);
+
+/* Gives a file or folder the mode 0777; a folder keeps its set-user and set-group bits.
+   Returns 0 if it exists, whether or not the mode could be changed, and -1 if it does not. */
+KORVEL_API int BSDMACchmodrwx(const char *macPath);
+
+/* Tells whether a path exists: 1 if "ls -a" of it prints anything, else 0. A dangling link exists;
+   an empty path, and a folder that may not be read, do not. */
+KORVEL_API int BSDIsExisting(const char *path);
+
+/* Copies by "cp -R", without any check. Returns the close status. */
+KORVEL_API int BSDSCopy(const char *source, const char *destination);
+
+/* Copies source (a file or a folder with all it holds) into folder under its own name, replacing
+   what stands there under that name.
+   Returns 0 if it is there afterwards. Returns -1 if it is not, if either does not exist, or if
+   what had to be replaced could not be removed. Returns -1 and changes nothing
+   - if source has no last component (it ends with "/", "." or ".."),
+   - if replacing would destroy the source: both are the same file or folder, by whatever name or
+     link, or one of them stands inside the other,
+   - if something would have to be replaced and a path holds a single quote or begins with "-", as
+     then nobody can tell what the tools take it for. */
+KORVEL_API int BSDCopy(const char *source, const char *folder);
+
+/* As BSDCopy, by "sudo"; password is written to the tool's standard input exactly as given (no
+   line end is added) and is not kept. */
+KORVEL_API int BSDCopy_psw(const char *source, const char *folder, const char *password);
+
+/* Removes a file, a link, or a folder with all it holds, by "rm -dr".
+   Returns 0 if it is gone afterwards, -1 if it still exists, did not exist or path is empty. */
+KORVEL_API int BSDRemove(const char *path);
+
+/* As BSDRemove, by "sudo"; password as for BSDCopy_psw. */
+KORVEL_API int BSDRemove_psw(const char *path, const char *password);
+
+/* Hands every line of the process list "ps -x -c" in which name occurs (a grep pattern, not
+   quoted) to BSDprocessf. Returns the close status of the listing. */
+KORVEL_API int BSDkill(const char *name);
+
+/* Runs "kill " with a line of the process list, its first column being the process number and the
+   others going with it as they are. Returns 0. */
+KORVEL_API int BSDprocessf(char *line);
+
+/* Tells whether name (a grep pattern, not quoted) occurs in the process list "ps -x -c".
+   Sets BSDtest to 1 if it does and to 0 if not, and returns it. */
+KORVEL_API int BSDtestProcess(const char *name);
+
+/* Sets BSDtest to 1. Returns 0. */
+KORVEL_API int BSDprocesst(char *line);
+
+/* Opens a document with the application that the desktop has for it (by xdg-open, the path in
+   double quotes). Returns the close status of the opener. */
+KORVEL_API int BSDopen(const char *path);
+
+/* Lists the files of a folder whose names contain a grep pattern, in any case, by "ls -1F" and
+   "grep -i". Names come byte for byte and in byte order, whatever the language settings. Folders
+   and the executable mark "*" are left out; the other marks that "ls -F" sets behind a name ("@"
+   for a link, "|", "=") stay part of it.
+   out: max slots of 256 bytes; may be null if max is 0. A name of more than 255 bytes is cut.
+   Returns the number of files, which may exceed max (the first max are stored), modulo 65536. Not
+   more than max x 256 - 1 bytes of listing are read (255 if max is 0), and the count ends there.
+   Returns 0 if folder is empty or does not exist, or if max is negative. */
+KORVEL_API int BSDDir_FindFiles(char *out, const char *folder, int max, const char *pattern);
+
+/* Hands the files that BSDDir_FindFiles would find, in the same order and without its limits, to
+   visit, until it returns non-zero. Sets BSDDir_ProcessFiles_fPtr to visit and BSDnNbFic to 0
+   first; each file then goes through BSDDir_ProcessFiles_f.
+   Returns BSDcr: the last result of visit, which is the one of an earlier listing if no file was
+   found. Returns 0 and changes nothing if folder is empty or does not exist. */
+KORVEL_API int BSDDir_ProcessFiles(const char *folder, const char *pattern, FileVisit_t visit);
+
+/* Handles one line of a listing, in place: takes off a final "*", and, unless the line then ends
+   with "/" (a folder), calls BSDDir_ProcessFiles_fPtr with the text behind its last "/", stores
+   the result in BSDcr and counts the file in BSDnNbFic.
+   Returns that result; 0 for a folder, and for a null function. */
+KORVEL_API int BSDDir_ProcessFiles_f(char *line);
+
+/* What the last BSDtestProcess found: 1 for a matching process, else 0. Initially 0. Written by
+   the library. */
+KORVEL_API extern int BSDtest;
+
+/* The last result of a per-file function, initially 0. Written by the library, file by file; the
+   application may set it before a listing. */
+KORVEL_API extern int BSDcr;
+
+/* The number of files handed to the per-file function by the current listing, initially 0. Written
+   by the library. */
+KORVEL_API extern int BSDnNbFic;
+
+/* The per-file function of the current listing, initially null. Written by the library at the
+   start of a listing and read at each file. */
+KORVEL_API extern FileVisit_t BSDDir_ProcessFiles_fPtr;
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif

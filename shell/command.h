@@ -1,0 +1,30 @@
+// For shell/ only: how command texts are put together.
+#ifndef SHELL_COMMAND_H
+#define SHELL_COMMAND_H
+
+#include <cstring>
+#include <string>
+#include <string_view>
+
+namespace korvel::shell {
+
+// `path` between single quotes.
+// Kept: nothing is escaped, so a single quote in the path breaks the command.
+inline std::string quoted(std::string_view path) {
+  std::string text;
+  text.reserve(path.size() + 2);
+  text += '\'';
+  text += path;
+  text += '\'';
+  return text;
+}
+
+// True where the shell or the tool takes `path` for something else than that path: a quote ends
+// the quoting, a leading "-" makes it an option. Only a run of the command can tell the outcome.
+inline bool textDecides(const char *path) {
+  return path[0] == '-' || std::strchr(path, '\'') != nullptr;
+}
+
+}  // namespace korvel::shell
+
+#endif

@@ -1,0 +1,110 @@
+#include <string>
+#include <string_view>
+
+#include <korvel/shell.h>
+#include "shell/command.h"
+#include "shell/existence.h"
+#include "shell/guard.h"
+#include "shell/replace.h"
+#include "shell/tool.h"
+
+namespace korvel::shell {
+namespace {
+
+// As whom the tools of one operation run.
+class Rights {
+ public:
+  static Rights callers() { return Rights(nullptr); }
+  static Rights superUsers(const char *password) { return Rights(password); }
+
+  int run(const std::string &command) const {
+    if (password_ == nullptr) return BSDInvokeTool(command.c_str(), nullptr, 0);
+    return BSDInvokeToolWr(("sudo " + command).c_str(), password_);
+  }
+
+ private:
+  explicit Rights(const char *password) : password_(password) {}
+  const char *password_;
+};
+
+std::string copyCommand(std::string_view source, std::string_view destination) {
+  return "cp -R " + quoted(source) + " " + quoted(destination);
+}
+
+std::string_view lastComponent(std::string_view path) { return path.substr(path.rfind('/') + 1); }
+
+// These names stand for a folder that has another name.
+bool isNoName(std::string_view component) {
+  return component.empty() || component == "." || component == "..";
+}
+
+std::string inFolder(std::string_view folder, std::string_view name) {
+  std::string path(folder);
+  if (!path.ends_with('/')) path += '/';
+  path += name;
+  return path;
+}
+
+int removePath(const std::string &path, const Rights &rights) {
+  if (path.empty() || !exists(path.c_str())) return -1;
+  rights.run("rm -dr " + quoted(path));
+  return exists(path.c_str()) ? -1 : 0;
+}
+
+int copyInto(const std::string &source, const std::string &folder, const Rights &rights) {
+  const std::string_view name = lastComponent(source);
+  if (isNoName(name) || !exists(source.c_str()) || !exists(folder.c_str())) return -1;
+  const std::string target = inFolder(folder, name);
+  if (exists(target.c_str())) {
+    if (!mayBeReplaced(target, folder, source) || removePath(target, rights) != 0) return -1;
+  }
+  rights.run(copyCommand(source, folder));
+  return exists(target.c_str()) ? 0 : -1;
+}
+
+int openDocument(std::string_view path) {
+  std::string command = "xdg-open \"";
+  command += path;
+  command += '"';
+  // The opener may hand its output on to the application that it starts, which outlives the pipe.
+  return Tool(command.c_str(), Flow::Nowhere).finish();
+}
+
+}  // namespace
+}  // namespace korvel::shell
+
+using korvel::shell::copyInto;
+using korvel::shell::orOnFailure;
+using korvel::shell::removePath;
+using korvel::shell::Rights;
+
+int BSDSCopy(const char *source, const char *destination) {
+  if (source == nullptr || destination == nullptr) return -1;
+  return orOnFailure(
+      -1, [&] { return Rights::callers().run(korvel::shell::copyCommand(source, destination)); });
+}
+
+int BSDCopy(const char *source, const char *folder) {
+  if (source == nullptr || folder == nullptr) return -1;
+  return orOnFailure(-1, [&] { return copyInto(source, folder, Rights::callers()); });
+}
+
+int BSDCopy_psw(const char *source, const char *folder, const char *password) {
+  if (source == nullptr || folder == nullptr || password == nullptr) return -1;
+  return orOnFailure(-1, [&] { return copyInto(source, folder, Rights::superUsers(password)); });
+}
+
+int BSDRemove(const char *path) {
+  if (path == nullptr) return -1;
+  return orOnFailure(-1, [&] { return removePath(path, Rights::callers()); });
+}
+
+int BSDRemove_psw(const char *path, const char *password) {
+  if (path == nullptr || password == nullptr) return -1;
+  return orOnFailure(-1, [&] { return removePath(path, Rights::superUsers(password)); });
+}
+
+int BSDopen(const char *path) {
+  if (path == nullptr) return -1;
+  return orOnFailure(-1, [&] { return korvel::shell::openDocument(path); });
+}

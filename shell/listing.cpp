@@ -1,0 +1,128 @@
+#include <algorithm>
+#include <cstdint>
+#include <cstring>
+#include <string>
+#include <string_view>
+
+#include <korvel/shell.h>
+#include "shell/command.h"
+#include "shell/existence.h"
+#include "shell/guard.h"
+#include "shell/tool.h"
+
+constinit int BSDcr = 0;
+constinit int BSDnNbFic = 0;
+constinit FileVisit_t BSDDir_ProcessFiles_fPtr = nullptr;
+
+namespace korvel::shell {
+namespace {
+
+constexpr std::size_t kSlotSize = 256;
+constexpr std::size_t kBlockSize = 65536;
+
+std::string listCommand(std::string_view folder, std::string_view pattern) {
+  return "ls -1F " + quoted(std::string(folder) + "/") + " | grep -i " + quoted(pattern);
+}
+
+bool mayBeListed(const char *folder) { return folder[0] != '\0' && exists(folder); }
+
+std::string_view withoutExecutableMark(std::string_view line) {
+  if (line.ends_with('*')) line.remove_suffix(1);
+  return line;
+}
+
+bool isFolder(std::string_view line) { return line.ends_with('/'); }
+
+// The first `limit` bytes of a tool's output.
+std::string outputOf(const Tool &tool, std::size_t limit) {
+  std::string output;
+  while (output.size() < limit) {
+    const std::size_t length = output.size();
+    output.resize(length + std::min(kBlockSize, limit - length));
+    const std::size_t got = tool.readSome(output.data() + length, output.size() - length);
+    output.resize(length + got);
+    if (got == 0) break;
+  }
+  return output;
+}
+
+// The slots of the caller, filled one after the other.
+class NameSlots {
+ public:
+  NameSlots(char *out, int max) : out_(out), max_(max) {}
+
+  // Kept: the count has 16 bits and goes on from 0 after 65535.
+  void add(std::string_view name) {
+    if (stored_ < max_) {
+      store(name.substr(0, kSlotSize - 1));
+      ++stored_;
+    }
+    ++count_;
+  }
+  int count() const { return count_; }
+
+ private:
+  void store(std::string_view name) {
+    char *slot = out_ + count_ * kSlotSize;
+    std::memcpy(slot, name.data(), name.size());
+    slot[name.size()] = '\0';
+  }
+
+  char *out_;
+  int max_;
+  int stored_ = 0;
+  std::uint16_t count_ = 0;
+};
+
+int storeNames(std::string_view listing, NameSlots slots) {
+  while (!listing.empty()) {
+    const std::size_t end = std::min(listing.find('\n'), listing.size());
+    const std::string_view name = withoutExecutableMark(listing.substr(0, end));
+    if (!isFolder(name)) slots.add(name);
+    listing.remove_prefix(std::min(end + 1, listing.size()));
+  }
+  return slots.count();
+}
+
+int findFiles(char *out, const char *folder, int max, const char *pattern) {
+  if (!mayBeListed(folder)) return 0;
+  const std::size_t bufferSize = kSlotSize * (max == 0 ? 1 : static_cast<std::size_t>(max));
+  const Tool tool(listCommand(folder, pattern).c_str(), Flow::FromTool, Environment::PlainBytes);
+  if (!tool.started()) return 0;
+  return storeNames(outputOf(tool, bufferSize - 1), NameSlots(out, max));
+}
+
+int processFiles(const char *folder, const char *pattern, FileVisit_t visit) {
+  if (!mayBeListed(folder)) return 0;
+  BSDDir_ProcessFiles_fPtr = visit;
+  BSDnNbFic = 0;
+  const Tool tool(listCommand(folder, pattern).c_str(), Flow::FromTool, Environment::PlainBytes);
+  if (tool.started()) handLines(tool, BSDDir_ProcessFiles_f);
+  return BSDcr;
+}
+
+}  // namespace
+}  // namespace korvel::shell
+
+int BSDDir_FindFiles(char *out, const char *folder, int max, const char *pattern) {
+  if (folder == nullptr || pattern == nullptr || max < 0 || (out == nullptr && max > 0)) return 0;
+  return korvel::shell::orOnFailure(
+      0, [&] { return korvel::shell::findFiles(out, folder, max, pattern); });
+}
+
+int BSDDir_ProcessFiles(const char *folder, const char *pattern, FileVisit_t visit) {
+  if (folder == nullptr || pattern == nullptr || visit == nullptr) return 0;
+  return korvel::shell::orOnFailure(
+      0, [&] { return korvel::shell::processFiles(folder, pattern, visit); });
+}
+
+int BSDDir_ProcessFiles_f(char *line) {
+  if (line == nullptr || BSDDir_ProcessFiles_fPtr == nullptr) return 0;
+  const std::string_view name = korvel::shell::withoutExecutableMark(line);
+  line[name.size()] = '\0';
+  if (korvel::shell::isFolder(name)) return 0;
+  const char *lastSlash = std::strrchr(line, '/');
+  BSDcr = BSDDir_ProcessFiles_fPtr(lastSlash == nullptr ? line : lastSlash + 1);
+  ++BSDnNbFic;
+  return BSDcr;
+}

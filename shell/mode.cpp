@@ -1,0 +1,39 @@
+#include <sys/stat.h>
+
+#include <korvel/shell.h>
+#include "shell/command.h"
+#include "shell/existence.h"
+#include "shell/guard.h"
+
+namespace korvel::shell {
+namespace {
+
+constexpr mode_t kAllMayAll = 0777;
+
+// As the chmod tool: a mode of four digits leaves a folder's set-user and set-group bits alone.
+mode_t openedMode(mode_t mode) {
+  return S_ISDIR(mode) ? kAllMayAll | (mode & (S_ISUID | S_ISGID)) : kAllMayAll;
+}
+
+void openToAll(const char *path) {
+  if (textDecides(path)) {
+    BSDInvokeTool(("chmod 0777 " + quoted(path)).c_str(), nullptr, 0);
+    return;
+  }
+  struct stat entry;
+  if (stat(path, &entry) == 0) static_cast<void>(chmod(path, openedMode(entry.st_mode)));
+}
+
+}  // namespace
+}  // namespace korvel::shell
+
+int BSDMACchmodrwx(const char *macPath) {
+  if (macPath == nullptr) return -1;
+  return korvel::shell::orOnFailure(-1, [&] {
+    char path[256];
+    BSDMAC2UNIX(macPath, path);
+    if (!korvel::shell::exists(path)) return -1;
+    korvel::shell::openToAll(path);
+    return 0;
+  });
+}

@@ -1,0 +1,243 @@
+#include "shell/tool.h"
+
+#include <fcntl.h>
+#include <paths.h>
+#include <signal.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <utility>
+#include <vector>
+
+#include "shell/system.h"
+
+extern char **environ;
+
+namespace korvel::shell {
+namespace {
+
+// The size of a line with its terminator.
+constexpr std::size_t kLineSize = 8192;
+// Read from a tool at once.
+constexpr std::size_t kBlockSize = 16384;
+
+bool isVariable(std::string_view entry, std::string_view name) {
+  return entry.size() > name.size() && entry.starts_with(name) && entry[name.size()] == '=';
+}
+
+// The caller's environment with the variables by which `ls` and `grep` look at names as bytes.
+std::vector<char *> plainBytesEnvironment() {
+  static char locale[] = "LC_ALL=C";
+  static char quoting[] = "QUOTING_STYLE=literal";
+  std::vector<char *> entries;
+  for (char **entry = environ; entry != nullptr && *entry != nullptr; ++entry) {
+    if (!isVariable(*entry, "LC_ALL") && !isVariable(*entry, "QUOTING_STYLE")) {
+      entries.push_back(*entry);
+    }
+  }
+  entries.insert(entries.end(), {locale, quoting, nullptr});
+  return entries;
+}
+
+// Both ends of a pipe, closed at the end unless released.
+class Pipe {
+ public:
+  Pipe() { made_ = pipe2(ends_, O_CLOEXEC) == 0; }
+  ~Pipe() {
+    for (int end : ends_) {
+      if (end >= 0) close(end);
+    }
+  }
+  Pipe(const Pipe &) = delete;
+  Pipe &operator=(const Pipe &) = delete;
+
+  bool made() const { return made_; }
+  int readEnd() const { return ends_[0]; }
+  int writeEnd() const { return ends_[1]; }
+  int releaseReadEnd() { return std::exchange(ends_[0], -1); }
+  int releaseWriteEnd() { return std::exchange(ends_[1], -1); }
+
+ private:
+  int ends_[2] = {-1, -1};
+  bool made_ = false;
+};
+
+// What the new process does with its standard streams.
+class StreamActions {
+ public:
+  StreamActions() { ready_ = posix_spawn_file_actions_init(&actions_) == 0; }
+  ~StreamActions() {
+    if (ready_) posix_spawn_file_actions_destroy(&actions_);
+  }
+  StreamActions(const StreamActions &) = delete;
+  StreamActions &operator=(const StreamActions &) = delete;
+
+  bool use(int descriptor, int stream) {
+    return ready_ && posix_spawn_file_actions_adddup2(&actions_, descriptor, stream) == 0;
+  }
+  bool discard(int stream) {
+    return ready_ &&
+           posix_spawn_file_actions_addopen(&actions_, stream, _PATH_DEVNULL, O_WRONLY, 0) == 0;
+  }
+  const posix_spawn_file_actions_t *get() const { return &actions_; }
+
+ private:
+  posix_spawn_file_actions_t actions_;
+  bool ready_ = false;
+};
+
+// The process of `sh -c command`, or -1.
+pid_t spawnShell(const char *command, const StreamActions &streams, Environment environment) {
+  char shell[] = "sh";
+  char option[] = "-c";
+  char *const arguments[] = {shell, option, const_cast<char *>(command), nullptr};
+  std::vector<char *> plainBytes;
+  if (environment == Environment::PlainBytes) plainBytes = plainBytesEnvironment();
+  char *const *variables = plainBytes.empty() ? environ : plainBytes.data();
+  pid_t process = -1;
+  const int error =
+      posix_spawn(&process, _PATH_BSHELL, streams.get(), nullptr, arguments, variables);
+  return error == 0 ? process : -1;
+}
+
+// Keeps the SIGPIPE of a write from this thread while it lives. The application's handling of the
+// signal is not touched, nor any other thread, nor tools that are already running.
+class SigpipeHeldBack {
+ public:
+  SigpipeHeldBack() {
+    sigemptyset(&sigpipe_);
+    sigaddset(&sigpipe_, SIGPIPE);
+    sigset_t pending;
+    sigpending(&pending);
+    wasPending_ = sigismember(&pending, SIGPIPE) == 1;
+    pthread_sigmask(SIG_BLOCK, &sigpipe_, &before_);
+  }
+  ~SigpipeHeldBack() {
+    if (raised_ && !wasPending_) take();
+    pthread_sigmask(SIG_SETMASK, &before_, nullptr);
+  }
+  SigpipeHeldBack(const SigpipeHeldBack &) = delete;
+  SigpipeHeldBack &operator=(const SigpipeHeldBack &) = delete;
+
+  void raised() { raised_ = true; }
+
+ private:
+  void take() {
+    const timespec atOnce = {0, 0};
+    while (sigtimedwait(&sigpipe_, nullptr, &atOnce) == -1 && errno == EINTR) {
+    }
+  }
+
+  sigset_t sigpipe_;
+  sigset_t before_;
+  bool wasPending_ = false;
+  bool raised_ = false;
+};
+
+// The current line of a tool's output.
+class LineBuffer {
+ public:
+  // Characters that no longer fit are dropped.
+  void append(std::string_view piece) {
+    const std::size_t fitting = std::min(piece.size(), kLineSize - 1 - length_);
+    std::memcpy(text_ + length_, piece.data(), fitting);
+    length_ += fitting;
+  }
+  bool empty() const { return length_ == 0; }
+  // Hands the line over and starts the next one.
+  int hand(ToolLine_t perLine) {
+    text_[length_] = '\0';
+    length_ = 0;
+    return perLine(text_);
+  }
+
+ private:
+  char text_[kLineSize];
+  std::size_t length_ = 0;
+};
+
+// Hands over every line that ends in `block` and keeps the rest in `line`. False once perLine asked
+// to stop.
+bool handBlock(std::string_view block, LineBuffer &line, ToolLine_t perLine) {
+  for (;;) {
+    const std::size_t end = block.find('\n');
+    line.append(block.substr(0, end));
+    if (end == std::string_view::npos) return true;
+    if (line.hand(perLine) != 0) return false;
+    block.remove_prefix(end + 1);
+  }
+}
+
+}  // namespace
+
+Tool::Tool(const char *command, Flow flow, Environment environment) {
+  if (!runsOnUnix()) return;
+  StreamActions streams;
+  if (flow == Flow::Nowhere) {
+    if (streams.discard(STDOUT_FILENO)) process_ = spawnShell(command, streams, environment);
+    return;
+  }
+  Pipe pipe;
+  if (!pipe.made()) return;
+  const bool ready = flow == Flow::FromTool ? streams.use(pipe.writeEnd(), STDOUT_FILENO)
+                                            : streams.use(pipe.readEnd(), STDIN_FILENO);
+  if (ready) process_ = spawnShell(command, streams, environment);
+  if (started()) pipe_ = flow == Flow::FromTool ? pipe.releaseReadEnd() : pipe.releaseWriteEnd();
+}
+
+std::size_t Tool::readSome(char *to, std::size_t n) const {
+  ssize_t got;
+  do {
+    got = ::read(pipe_, to, n);
+  } while (got == -1 && errno == EINTR);
+  return got > 0 ? static_cast<std::size_t>(got) : 0;
+}
+
+std::size_t Tool::read(char *to, std::size_t n) const {
+  std::size_t done = 0;
+  while (done < n) {
+    const std::size_t got = readSome(to + done, n - done);
+    if (got == 0) break;
+    done += got;
+  }
+  return done;
+}
+
+void Tool::write(std::string_view input) const {
+  SigpipeHeldBack held;
+  while (!input.empty()) {
+    const ssize_t put = ::write(pipe_, input.data(), input.size());
+    if (put == -1 && errno == EINTR) continue;
+    if (put == -1 && errno == EPIPE) held.raised();
+    if (put <= 0) return;
+    input.remove_prefix(static_cast<std::size_t>(put));
+  }
+}
+
+int Tool::finish() {
+  if (pipe_ >= 0) close(pipe_);
+  pipe_ = -1;
+  if (!started()) return -1;
+  const pid_t process = std::exchange(process_, -1);
+  int status = -1;
+  pid_t ended;
+  do {
+    ended = waitpid(process, &status, 0);
+  } while (ended == -1 && errno == EINTR);
+  return ended == process ? status : -1;
+}
+
+void handLines(const Tool &tool, ToolLine_t perLine) {
+  LineBuffer line;
+  char block[kBlockSize];
+  while (const std::size_t got = tool.readSome(block, sizeof block)) {
+    if (!handBlock({block, got}, line, perLine)) return;
+  }
+  if (!line.empty()) line.hand(perLine);
+}
+
+}  // namespace korvel::shell

@@ -1,0 +1,667 @@
+#include "files/replace.h"
+
+#include <fcntl.h>
+#include <grp.h>
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/mount.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <sys/xattr.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <functional>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "tests/files/scratch.h"
+
+namespace korvel::files {
+namespace {
+
+using test::content;
+using test::entries;
+using test::Scratch;
+
+bool replaceBy(const std::string &path, std::string_view text,
+               IfMissing ifMissing = IfMissing::Fail) {
+  return replaceFile(path.c_str(), std::span(&text, 1), ifMissing);
+}
+
+// Makes the n-th passage through a step fail with an error, or runs something else there.
+class Fault {
+ public:
+  Fault(ReplaceStep step, int nth, int error) : Fault(step, nth, [error] { return error; }) {}
+  Fault(ReplaceStep step, int nth, std::function<int()> act) {
+    step_ = step;
+    left_ = nth;
+    act_ = std::move(act);
+    alsoError_ = 0;
+    replaceFault = &Fault::ask;
+  }
+  ~Fault() { replaceFault = nullptr; }
+  Fault(const Fault &) = delete;
+  Fault &operator=(const Fault &) = delete;
+
+  // Lets a second step fail too, whenever it is passed while a fault is in force.
+  static void also(ReplaceStep step, int error) {
+    also_ = step;
+    alsoError_ = error;
+  }
+
+ private:
+  static int ask(ReplaceStep step) {
+    if (step == step_) return --left_ == 0 ? act_() : 0;
+    return step == also_ ? alsoError_ : 0;
+  }
+
+  static inline ReplaceStep step_;
+  static inline int left_;
+  static inline std::function<int()> act_;
+  static inline ReplaceStep also_;
+  static inline int alsoError_ = 0;
+};
+
+// Runs `body` in a child process; returns what it returns, or -1 when it did not end by itself.
+int inChild(const std::function<int()> &body) {
+  const pid_t child = fork();
+  if (child == 0) _exit(body());
+  int status = 0;
+  waitpid(child, &status, 0);
+  return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+bool becomeNobody() {
+  constexpr id_t kNobody = 65534;
+  return setgroups(0, nullptr) == 0 && setgid(kNobody) == 0 && setuid(kNobody) == 0;
+}
+
+mode_t modeOf(const std::string &path) {
+  struct stat status = {};
+  stat(path.c_str(), &status);
+  return status.st_mode & 07777;
+}
+
+// A mount that goes with the object; mounted() is false where this process may not mount.
+class SmallDisk {
+ public:
+  SmallDisk(const std::string &path, const char *options) : path_(path) {
+    mkdir(path.c_str(), 0777);
+    mounted_ = mount("none", path.c_str(), "tmpfs", 0, options) == 0;
+  }
+  ~SmallDisk() {
+    if (mounted_) umount2(path_.c_str(), MNT_DETACH);
+  }
+  SmallDisk(const SmallDisk &) = delete;
+  SmallDisk &operator=(const SmallDisk &) = delete;
+  bool mounted() const { return mounted_; }
+
+ private:
+  std::string path_;
+  bool mounted_ = false;
+};
+
+TEST(Replace, NewContentShorterEqualAndLonger) {
+  Scratch scratch;
+  const std::string file = scratch.file("a.ini", "old content");
+  for (const std::string text : {"new", "new content", "a much longer new content", ""}) {
+    ASSERT_TRUE(replaceBy(file, text)) << text;
+    EXPECT_EQ(content(file), text);
+    EXPECT_EQ(entries(scratch.path()), std::vector<std::string>{"a.ini"});
+  }
+}
+
+TEST(Replace, PiecesFollowOneAnotherWhateverTheirNumber) {
+  Scratch scratch;
+  const std::string file = scratch.file("a", "old");
+  for (const std::size_t count : {0, 1, 2, 63, 64, 65, 128, 1000, 3000}) {
+    std::vector<std::string> texts;
+    std::string whole;
+    for (std::size_t i = 0; i < count; ++i) {
+      texts.push_back(i % 7 == 3 ? "" : std::to_string(i) + "\r\n");
+      whole += texts.back();
+    }
+    const std::vector<std::string_view> pieces(texts.begin(), texts.end());
+    ASSERT_TRUE(replaceFile(file.c_str(), pieces)) << count;
+    EXPECT_EQ(content(file), whole) << count;
+  }
+}
+
+TEST(Replace, ContentMayBeAppendedInManyCalls) {
+  Scratch scratch;
+  const std::string file = scratch.file("a", "old");
+  std::mt19937 random(7);
+  const std::string block = test::randomBytes(random, 262144);
+  Replacement replacement;
+  ASSERT_TRUE(replacement.begin(file.c_str()));
+  std::string whole;
+  for (int i = 0; i < 20; ++i) {
+    ASSERT_TRUE(replacement.append(block));
+    whole += block;
+    EXPECT_EQ(content(file), "old");
+  }
+  EXPECT_EQ(entries(scratch.path()), std::vector<std::string>{"a"}) << "the temporary is nameless";
+  ASSERT_TRUE(replacement.commit());
+  EXPECT_TRUE(content(file) == whole);
+}
+
+TEST(Replace, WithoutCommitNothingChanges) {
+  Scratch scratch;
+  const std::string file = scratch.file("a", "old");
+  {
+    Replacement replacement;
+    ASSERT_TRUE(replacement.begin(file.c_str()));
+    ASSERT_TRUE(replacement.append("new"));
+  }
+  EXPECT_EQ(content(file), "old");
+  EXPECT_EQ(entries(scratch.path()), std::vector<std::string>{"a"});
+}
+
+TEST(Replace, OneObjectServesAgainAfterItsEnd) {
+  Scratch scratch;
+  const std::string a = scratch.file("a", "old a");
+  const std::string b = scratch.file("b", "old b");
+  Replacement replacement;
+  EXPECT_FALSE(replacement.append("x"));
+  EXPECT_FALSE(replacement.commit());
+  ASSERT_TRUE(replacement.begin(a.c_str()));
+  ASSERT_TRUE(replacement.append("given up"));
+  ASSERT_TRUE(replacement.begin(b.c_str()));
+  ASSERT_TRUE(replacement.append("new b"));
+  ASSERT_TRUE(replacement.commit());
+  EXPECT_FALSE(replacement.commit());
+  EXPECT_EQ(content(a), "old a");
+  EXPECT_EQ(content(b), "new b");
+}
+
+TEST(Replace, PathsThatNameNoFileAreRefused) {
+  Scratch scratch;
+  mkdir((scratch.path() + "/folder").c_str(), 0777);
+  mkfifo((scratch.path() + "/pipe").c_str(), 0666);
+  symlink("loop", (scratch.path() + "/loop").c_str());
+  scratch.file("file", "old");
+  const std::string tooLong = scratch.path() + "/" + std::string(300, 'n');
+  const std::string endless = scratch.path() + "/" + std::string(PATH_MAX, 'n');
+  for (const std::string name :
+       {"/folder", "/pipe", "/loop", "/file/x", "/file/", "/none/x", "/"}) {
+    EXPECT_FALSE(replaceBy(scratch.path() + name, "new", IfMissing::Create)) << name;
+  }
+  EXPECT_FALSE(replaceBy(tooLong, "new", IfMissing::Create));
+  EXPECT_FALSE(replaceBy(endless, "new", IfMissing::Create));
+  EXPECT_FALSE(replaceBy("", "new", IfMissing::Create));
+  EXPECT_FALSE(replaceFile(nullptr, {}, IfMissing::Create));
+  EXPECT_FALSE(replaceBy(scratch.path() + "/missing", "new"));
+  EXPECT_EQ(entries(scratch.path()), (std::vector<std::string>{"file", "folder", "loop", "pipe"}));
+}
+
+TEST(Replace, AMissingFileIsCreatedForAllWhateverTheMask) {
+  Scratch scratch;
+  const std::string file = scratch.path() + "/new.ini";
+  const mode_t mask = umask(077);
+  const bool done = replaceBy(file, "text", IfMissing::Create);
+  EXPECT_EQ(umask(mask), 077u);
+  ASSERT_TRUE(done);
+  EXPECT_EQ(content(file), "text");
+  EXPECT_EQ(modeOf(file), 0777u);
+}
+
+TEST(Replace, ARelativePathStandsInTheCurrentFolder) {
+  Scratch scratch;
+  scratch.file("a", "old");
+  EXPECT_EQ(inChild([&] {
+              if (chdir(scratch.path().c_str()) != 0) return 2;
+              return replaceBy("a", "new") ? 0 : 1;
+            }),
+            0);
+  EXPECT_EQ(content(scratch.path() + "/a"), "new");
+}
+
+TEST(Replace, ASymbolicLinkStaysAndItsFileIsReplaced) {
+  Scratch scratch;
+  mkdir((scratch.path() + "/real").c_str(), 0777);
+  const std::string file = scratch.file("real/a", "old");
+  const std::string first = scratch.path() + "/first";
+  const std::string second = scratch.path() + "/second";
+  symlink("real/a", first.c_str());
+  symlink(first.c_str(), second.c_str());
+  ASSERT_TRUE(replaceBy(second, "new"));
+  EXPECT_EQ(content(file), "new");
+  struct stat status = {};
+  ASSERT_EQ(lstat(first.c_str(), &status), 0);
+  EXPECT_TRUE(S_ISLNK(status.st_mode));
+  ASSERT_EQ(lstat(second.c_str(), &status), 0);
+  EXPECT_TRUE(S_ISLNK(status.st_mode));
+  EXPECT_EQ(entries(scratch.path()), (std::vector<std::string>{"first", "real", "second"}));
+}
+
+TEST(Replace, ADanglingLinkGetsItsFile) {
+  Scratch scratch;
+  const std::string link = scratch.path() + "/link";
+  symlink("later", link.c_str());
+  EXPECT_FALSE(replaceBy(link, "new"));
+  ASSERT_TRUE(replaceBy(link, "new", IfMissing::Create));
+  EXPECT_EQ(content(scratch.path() + "/later"), "new");
+}
+
+TEST(Replace, OtherHardLinksKeepTheOldContent) {
+  Scratch scratch;
+  const std::string file = scratch.file("a", "old");
+  const std::string other = scratch.path() + "/b";
+  ASSERT_EQ(link(file.c_str(), other.c_str()), 0);
+  ASSERT_TRUE(replaceBy(file, "new"));
+  EXPECT_EQ(content(file), "new");
+  EXPECT_EQ(content(other), "old");
+}
+
+TEST(Replace, ModeIsKept) {
+  Scratch scratch;
+  const std::string file = scratch.file("a", "old");
+  for (const mode_t mode : {0600, 0644, 0666, 0755, 0777, 0200, 04755, 02770}) {
+    ASSERT_EQ(chmod(file.c_str(), mode), 0);
+    ASSERT_TRUE(replaceBy(file, "new")) << std::oct << mode;
+    EXPECT_EQ(modeOf(file), mode);
+  }
+}
+
+TEST(Replace, OwnerAndGroupAreKeptByRoot) {
+  if (geteuid() != 0) GTEST_SKIP() << "only root may give files away";
+  Scratch scratch;
+  const std::string file = scratch.file("a", "old");
+  ASSERT_EQ(chown(file.c_str(), 12, 34), 0);
+  ASSERT_EQ(chmod(file.c_str(), 06751), 0);
+  ASSERT_TRUE(replaceBy(file, "new"));
+  struct stat status = {};
+  ASSERT_EQ(stat(file.c_str(), &status), 0);
+  EXPECT_EQ(status.st_uid, 12u);
+  EXPECT_EQ(status.st_gid, 34u);
+  EXPECT_EQ(status.st_mode & 07777, 06751u);
+}
+
+TEST(Replace, AGroupThatCannotBeKeptGainsNoRights) {
+  if (geteuid() != 0) GTEST_SKIP() << "needs a second user";
+  Scratch scratch;
+  chmod(scratch.path().c_str(), 0777);
+  const struct {
+    mode_t before;
+    mode_t after;
+  } kCases[] = {{0777, 0777}, {0672, 0622}, {06777, 0777}, {0666, 0666}};
+  for (const auto &row : kCases) {
+    const std::string file = scratch.file("a", "old");
+    ASSERT_EQ(chown(file.c_str(), 12, 34), 0);
+    ASSERT_EQ(chmod(file.c_str(), row.before), 0);
+    EXPECT_EQ(inChild([&] { return becomeNobody() && replaceBy(file, "new") ? 0 : 1; }), 0);
+    EXPECT_EQ(content(file), "new");
+    EXPECT_EQ(modeOf(file), row.after) << std::oct << row.before;
+    unlink(file.c_str());
+  }
+}
+
+TEST(Replace, ExtendedAttributesAreKept) {
+  Scratch scratch;
+  const std::string file = scratch.file("a", "old");
+  if (setxattr(file.c_str(), "user.origin", "poste 3", 7, 0) != 0)
+    GTEST_SKIP() << "no extended attributes here";
+  ASSERT_TRUE(replaceBy(file, "new"));
+  char value[16] = {};
+  EXPECT_EQ(getxattr(file.c_str(), "user.origin", value, sizeof value), 7);
+  EXPECT_STREQ(value, "poste 3");
+}
+
+// "u::rw-,u:12:rw-,g::r--,m::rw-,o::---" as the kernel keeps it.
+constexpr unsigned char kAccessListOf12[] = {
+    2,    0,    0,    0,  //
+    1,    0,    6,    0,    0xFF, 0xFF, 0xFF, 0xFF, 2,    0,    6,    0,   12, 0,
+    0,    0,    4,    0,    4,    0,    0xFF, 0xFF, 0xFF, 0xFF, 16,   0,   6,  0,
+    0xFF, 0xFF, 0xFF, 0xFF, 32,   0,    0,    0,    0xFF, 0xFF, 0xFF, 0xFF};
+
+TEST(Replace, AccessListIsKept) {
+  Scratch scratch;
+  const std::string file = scratch.file("a", "old");
+  if (setxattr(file.c_str(), "system.posix_acl_access", kAccessListOf12, sizeof kAccessListOf12,
+               0) != 0)
+    GTEST_SKIP() << "no access lists here";
+  ASSERT_TRUE(replaceBy(file, "new"));
+  unsigned char value[64] = {};
+  ASSERT_EQ(getxattr(file.c_str(), "system.posix_acl_access", value, sizeof value),
+            static_cast<ssize_t>(sizeof kAccessListOf12));
+  EXPECT_TRUE(std::equal(std::begin(kAccessListOf12), std::end(kAccessListOf12), value));
+}
+
+TEST(Replace, AnAccessListThatTheFolderGivesIsNotTakenOver) {
+  Scratch scratch;
+  const std::string file = scratch.file("a", "old");
+  chmod(file.c_str(), 0640);
+  if (setxattr(scratch.path().c_str(), "system.posix_acl_default", kAccessListOf12,
+               sizeof kAccessListOf12, 0) != 0)
+    GTEST_SKIP() << "no access lists here";
+  ASSERT_TRUE(replaceBy(file, "new"));
+  EXPECT_EQ(getxattr(file.c_str(), "system.posix_acl_access", nullptr, 0), -1);
+  EXPECT_EQ(modeOf(file), 0640u);
+}
+
+// Every step of a replacement by exchange, failing.
+TEST(Replace, AFaultAtAnyStepLeavesTheOldFileAndNoTemporary) {
+  constexpr ReplaceStep kSteps[] = {ReplaceStep::Open,  ReplaceStep::Temporary, ReplaceStep::Write,
+                                    ReplaceStep::Adopt, ReplaceStep::Sync,      ReplaceStep::Link,
+                                    ReplaceStep::Rename};
+  for (const ReplaceStep step : kSteps) {
+    Scratch scratch;
+    const std::string file = scratch.file("a", "old");
+    {
+      Fault fault(step, 1, ENOSPC);
+      EXPECT_FALSE(replaceBy(file, "new")) << static_cast<int>(step);
+    }
+    EXPECT_EQ(content(file), "old") << static_cast<int>(step);
+    EXPECT_EQ(entries(scratch.path()), std::vector<std::string>{"a"}) << static_cast<int>(step);
+    EXPECT_TRUE(replaceBy(file, "new"));
+    EXPECT_EQ(content(file), "new");
+  }
+}
+
+TEST(Replace, AFolderThatCannotBeSyncedStillHasTheNewFile) {
+  Scratch scratch;
+  const std::string file = scratch.file("a", "old");
+  Fault fault(ReplaceStep::Folder, 1, EIO);
+  EXPECT_TRUE(replaceBy(file, "new"));
+  EXPECT_EQ(content(file), "new");
+}
+
+TEST(Replace, TheNthWriteFailingLeavesTheOldFile) {
+  Scratch scratch;
+  const std::string file = scratch.file("a", "old");
+  const std::vector<std::string_view> pieces(300, "piece;");  // written 64 at a time
+  for (int nth = 1; nth <= 5; ++nth) {
+    Fault fault(ReplaceStep::Write, nth, EIO);
+    EXPECT_FALSE(replaceFile(file.c_str(), pieces)) << nth;
+    EXPECT_EQ(content(file), "old");
+  }
+  Fault fault(ReplaceStep::Write, 6, EIO);
+  EXPECT_TRUE(replaceFile(file.c_str(), pieces));
+  EXPECT_EQ(content(file).size(), 1800u);
+}
+
+TEST(Replace, AFailedAppendFailsTheCommit) {
+  Scratch scratch;
+  const std::string file = scratch.file("a", "old");
+  Replacement replacement;
+  ASSERT_TRUE(replacement.begin(file.c_str()));
+  {
+    Fault fault(ReplaceStep::Write, 1, ENOSPC);
+    EXPECT_FALSE(replacement.append("new"));
+  }
+  EXPECT_FALSE(replacement.append("more"));
+  EXPECT_FALSE(replacement.commit());
+  EXPECT_EQ(content(file), "old");
+}
+
+TEST(Replace, WithoutNamelessFilesTheTemporaryHasANameUntilItsEnd) {
+  Scratch scratch;
+  const std::string file = scratch.file("a", "old");
+  for (const int error : {EOPNOTSUPP, EISDIR, EINVAL}) {
+    Fault fault(ReplaceStep::Temporary, 1, error);
+    Replacement replacement;
+    ASSERT_TRUE(replacement.begin(file.c_str()));
+    EXPECT_EQ(entries(scratch.path()).size(), 2u);
+    ASSERT_TRUE(replacement.append("new"));
+    ASSERT_TRUE(replacement.commit());
+    EXPECT_EQ(content(file), "new");
+    EXPECT_EQ(entries(scratch.path()), std::vector<std::string>{"a"});
+  }
+}
+
+TEST(Replace, WithoutNamelessFilesAFaultLeavesTheOldFileAndNoTemporary) {
+  Scratch scratch;
+  const std::string file = scratch.file("a", "old");
+  for (const ReplaceStep step :
+       {ReplaceStep::Write, ReplaceStep::Adopt, ReplaceStep::Sync, ReplaceStep::Rename}) {
+    Fault fault(ReplaceStep::Temporary, 1, EOPNOTSUPP);
+    Fault::also(step, ENOSPC);
+    EXPECT_FALSE(replaceBy(file, "new"));
+    EXPECT_EQ(content(file), "old");
+    EXPECT_EQ(entries(scratch.path()), std::vector<std::string>{"a"});
+  }
+}
+
+TEST(Replace, ATemporaryLeftByAKillGoesWithALaterReplacement) {
+  Scratch scratch;
+  const std::string file = scratch.file("a", "old");
+  EXPECT_EQ(inChild([&] {
+              Fault fault(ReplaceStep::Rename, 1, [] { return raise(SIGKILL); });
+              return replaceBy(file, "killed") ? 0 : 1;
+            }),
+            -1);
+  EXPECT_EQ(content(file), "old");
+  ASSERT_EQ(entries(scratch.path()).size(), 2u);
+  // As long as it may belong to a live process it stays, and hinders nobody.
+  ASSERT_TRUE(replaceBy(file, "new"));
+  EXPECT_EQ(content(file), "new");
+  EXPECT_EQ(entries(scratch.path()).size(), 2u);
+}
+
+TEST(Replace, AKillAtAnyStepLeavesTheOldFileOrTheNew) {
+  constexpr ReplaceStep kSteps[] = {ReplaceStep::Open,   ReplaceStep::Temporary, ReplaceStep::Write,
+                                    ReplaceStep::Adopt,  ReplaceStep::Sync,      ReplaceStep::Link,
+                                    ReplaceStep::Rename, ReplaceStep::Folder};
+  for (const ReplaceStep step : kSteps) {
+    Scratch scratch;
+    const std::string file = scratch.file("a", "old");
+    EXPECT_EQ(inChild([&] {
+                Fault fault(step, 1, [] { return raise(SIGKILL); });
+                return replaceBy(file, "new") ? 0 : 1;
+              }),
+              -1);
+    EXPECT_EQ(content(file), step == ReplaceStep::Folder ? "new" : "old");
+    // Only between link and rename is there a temporary with a name.
+    EXPECT_EQ(entries(scratch.path()).size(), step == ReplaceStep::Rename ? 2u : 1u);
+  }
+}
+
+TEST(Replace, AKillAtARandomMomentLeavesOneWholeContent) {
+  Scratch scratch;
+  const std::string file = scratch.file("a", std::string(100000, 'a'));
+  std::mt19937 random(20);
+  int killedInside = 0;
+  for (int kill300 = 0; kill300 < 320; ++kill300) {
+    int ready[2];
+    ASSERT_EQ(pipe(ready), 0);
+    const pid_t child = fork();
+    if (child == 0) {
+      for (char letter = 'b';; letter = letter == 'z' ? 'a' : static_cast<char>(letter + 1)) {
+        const std::string text(100000, letter);
+        const std::string_view halves[] = {std::string_view(text).substr(0, 50000),
+                                           std::string_view(text).substr(50000)};
+        if (!replaceFile(file.c_str(), halves)) _exit(1);
+        if (write(ready[1], "x", 1) != 1) _exit(1);
+      }
+    }
+    close(ready[1]);
+    char x;
+    ASSERT_EQ(read(ready[0], &x, 1), 1);
+    usleep(static_cast<useconds_t>(random() % 1500));
+    kill(child, SIGKILL);
+    int status = 0;
+    waitpid(child, &status, 0);
+    close(ready[0]);
+    if (WIFSIGNALED(status)) ++killedInside;
+    const std::string now = content(file);
+    ASSERT_EQ(now.size(), 100000u);
+    ASSERT_EQ(now.find_first_not_of(now[0]), std::string::npos);
+  }
+  EXPECT_EQ(killedInside, 320);
+  // A kill between two system calls in a row is rare.
+  EXPECT_LE(entries(scratch.path()).size(), 10u);
+}
+
+TEST(Replace, TwoProcessesMayReplaceTheSameFileAtOnce) {
+  Scratch scratch;
+  const std::string file = scratch.file("a", "old");
+  const auto replaceOften = [&](char letter) {
+    for (int i = 0; i < 100; ++i) {
+      if (!replaceBy(file, std::string(5000, letter))) return 1;
+    }
+    return 0;
+  };
+  const pid_t other = fork();
+  if (other == 0) _exit(replaceOften('o'));
+  EXPECT_EQ(replaceOften('m'), 0);
+  int status = 0;
+  waitpid(other, &status, 0);
+  EXPECT_EQ(status, 0);
+  const std::string now = content(file);
+  EXPECT_EQ(now.size(), 5000u);
+  EXPECT_EQ(now.find_first_not_of(now[0]), std::string::npos);
+  EXPECT_EQ(entries(scratch.path()), std::vector<std::string>{"a"});
+}
+
+TEST(Replace, AFileSizeLimitLeavesTheOldFile) {
+  Scratch scratch;
+  const std::string file = scratch.file("a", "old");
+  EXPECT_EQ(inChild([&] {
+              signal(SIGXFSZ, SIG_IGN);
+              const rlimit limit = {10000, 10000};
+              if (setrlimit(RLIMIT_FSIZE, &limit) != 0) return 2;
+              if (replaceBy(file, std::string(10001, 'n'))) return 3;
+              if (content(file) != "old") return 4;
+              if (entries(scratch.path()).size() != 1) return 5;
+              return replaceBy(file, std::string(10000, 'n')) ? 0 : 6;
+            }),
+            0);
+  EXPECT_EQ(content(file), std::string(10000, 'n'));
+}
+
+TEST(Replace, AFullDiskLeavesTheOldFile) {
+  Scratch scratch;
+  const std::string disk = scratch.path() + "/disk";
+  SmallDisk mounted(disk, "size=65536,mode=0777");
+  if (!mounted.mounted()) GTEST_SKIP() << "may not mount";
+  const std::string file = scratch.file("disk/a", std::string(20000, 'o'));
+  EXPECT_FALSE(replaceBy(file, std::string(60000, 'n')));
+  EXPECT_EQ(content(file), std::string(20000, 'o'));
+  EXPECT_EQ(entries(disk), std::vector<std::string>{"a"});
+  EXPECT_TRUE(replaceBy(file, std::string(30000, 'n')));
+  EXPECT_EQ(content(file), std::string(30000, 'n'));
+}
+
+TEST(Replace, AReadOnlyFileIsLeftAloneEvenWhereTheFolderIsWritable) {
+  Scratch scratch;
+  const std::string file = scratch.file("a", "old");
+  chmod(scratch.path().c_str(), 0777);
+  chmod(file.c_str(), 0444);
+  EXPECT_EQ(inChild([&] {
+              if (geteuid() == 0 && !becomeNobody()) return 2;
+              return replaceBy(file, "new") ? 1 : 0;
+            }),
+            0);
+  EXPECT_EQ(content(file), "old");
+  EXPECT_EQ(entries(scratch.path()), std::vector<std::string>{"a"});
+}
+
+TEST(Replace, AReadOnlyDiskIsAFailure) {
+  Scratch scratch;
+  const std::string disk = scratch.path() + "/disk";
+  SmallDisk mounted(disk, "mode=0777");
+  if (!mounted.mounted()) GTEST_SKIP() << "may not mount";
+  const std::string file = scratch.file("disk/a", "old");
+  ASSERT_EQ(mount("none", disk.c_str(), "tmpfs", MS_REMOUNT | MS_RDONLY, nullptr), 0);
+  EXPECT_FALSE(replaceBy(file, "new"));
+  EXPECT_FALSE(replaceBy(disk + "/b", "new", IfMissing::Create));
+  EXPECT_EQ(content(file), "old");
+}
+
+// What is left when the folder does not admit the exchange.
+class InPlace : public testing::Test {
+ protected:
+  // A folder that is not writable, with a file that is.
+  void SetUp() override {
+    file_ = scratch_.file("a", kOld);
+    chmod(file_.c_str(), 0666);
+    chmod(scratch_.path().c_str(), 0555);
+  }
+  // `body` as a user whom the folder refuses.
+  int asUser(const std::function<int()> &body) {
+    return inChild([&] { return geteuid() == 0 && !becomeNobody() ? 99 : body(); });
+  }
+
+  static constexpr char kOld[] = "the old content";
+  Scratch scratch_;
+  std::string file_;
+};
+
+TEST_F(InPlace, TheFileIsOverwritten) {
+  struct stat before = {};
+  struct stat after = {};
+  stat(file_.c_str(), &before);
+  for (const std::string text : {"short", "the new content", "a new content that is longer", ""}) {
+    EXPECT_EQ(asUser([&] { return replaceBy(file_, text) ? 0 : 1; }), 0);
+    EXPECT_EQ(content(file_), text);
+  }
+  stat(file_.c_str(), &after);
+  EXPECT_EQ(before.st_ino, after.st_ino);
+  EXPECT_EQ(entries(scratch_.path()), std::vector<std::string>{"a"});
+}
+
+TEST_F(InPlace, LargeContentComesWhole) {
+  std::mt19937 random(3);
+  const std::string text = test::randomBytes(random, 1000001);
+  EXPECT_EQ(asUser([&] { return replaceBy(file_, text) ? 0 : 1; }), 0);
+  EXPECT_TRUE(content(file_) == text);
+}
+
+TEST_F(InPlace, WithoutCommitNothingChanges) {
+  EXPECT_EQ(asUser([&] {
+              Replacement replacement;
+              return replacement.begin(file_.c_str()) && replacement.append("new") ? 0 : 1;
+            }),
+            0);
+  EXPECT_EQ(content(file_), kOld);
+}
+
+TEST_F(InPlace, ADiskTooFullForTheGrowthLeavesTheOldFile) {
+  EXPECT_EQ(asUser([&] {
+              Fault fault(ReplaceStep::Overwrite, 1, ENOSPC);
+              return replaceBy(file_, "a new content that is longer") ? 1 : 0;
+            }),
+            0);
+  EXPECT_EQ(content(file_), kOld);
+}
+
+TEST_F(InPlace, AMissingFileIsAFailure) {
+  EXPECT_EQ(
+      asUser([&] { return replaceBy(scratch_.path() + "/b", "new", IfMissing::Create) ? 1 : 0; }),
+      0);
+}
+
+TEST_F(InPlace, AReadOnlyFileIsLeftAlone) {
+  chmod(file_.c_str(), 0444);
+  EXPECT_EQ(asUser([&] { return replaceBy(file_, "new") ? 1 : 0; }), 0);
+  EXPECT_EQ(content(file_), kOld);
+}
+
+TEST_F(InPlace, ASomeoneElsesFileInAStickyFolderIsOverwritten) {
+  if (geteuid() != 0) GTEST_SKIP() << "needs a second user";
+  chmod(scratch_.path().c_str(), 01777);
+  EXPECT_EQ(asUser([&] { return replaceBy(file_, "the new content, longer") ? 0 : 1; }), 0);
+  EXPECT_EQ(content(file_), "the new content, longer");
+  struct stat status = {};
+  stat(file_.c_str(), &status);
+  EXPECT_EQ(status.st_uid, 0u);
+  EXPECT_EQ(entries(scratch_.path()), std::vector<std::string>{"a"});
+}
+
+TEST_F(InPlace, AFolderThatMayBeChangedButNotReadAdmitsTheExchange) {
+  struct stat before = {};
+  struct stat after = {};
+  stat(file_.c_str(), &before);
+  chmod(scratch_.path().c_str(), 0333);
+  EXPECT_EQ(asUser([&] { return replaceBy(file_, "new") ? 0 : 1; }), 0);
+  EXPECT_EQ(content(file_), "new");
+  stat(file_.c_str(), &after);
+  EXPECT_NE(before.st_ino, after.st_ino);
+}
+
+}  // namespace
+}  // namespace korvel::files
