@@ -7,6 +7,7 @@
 #include <korvel/desktop.h>
 #include <korvel/dialogs.h>
 #include <korvel/strings.h>
+#include <korvel/tables.h>
 #include <korvel/types.h>
 
 #endif

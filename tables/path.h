@@ -1,0 +1,26 @@
+// For tables/ only: from a table's name to the path of its file.
+#ifndef TABLES_PATH_H
+#define TABLES_PATH_H
+
+namespace korvel::tables {
+
+inline constexpr int kPathSize = 256;
+
+// A colon path; "" for none.
+struct TablePath {
+  char text[kPathSize] = "";
+
+  // False when there is none: no directory, a null name or 256 characters and more.
+  explicit operator bool() const { return text[0] != '\0'; }
+};
+
+// The path of a table. The directory of setDirTables goes first and takes the name as it stands;
+// szDirTables must be an existing directory and adds ".tab".
+TablePath tablePath(const char *name);
+
+// The same in szDirTables, whatever setDirTables has set.
+TablePath defaultTablePath(const char *name);
+
+}  // namespace korvel::tables
+
+#endif
