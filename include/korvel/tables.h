@@ -20,8 +20,8 @@
    characters names no table.
 
    A buffer to fill is given with its size in bytes: at most size - 1 characters are written and
-   always a terminator; a null buffer or a size below 1 is not written. A null table, key or list is
-   a table that will not open. */
+   always a terminator; a null buffer or a size below 1 is not written. A null table or
+   list of criteria is a table that will not open; a null key or label matches no line. */
 #ifndef KORVEL_TABLES_H
 #define KORVEL_TABLES_H
 
