@@ -16,9 +16,12 @@
 #include <ctime>
 #include <memory>
 
+#include "files/transfer.h"
+
 namespace korvel::files {
 
 constinit ReplaceFault replaceFault = nullptr;
+constinit int abandonedAfter = 60;
 
 namespace {
 
@@ -42,13 +45,6 @@ bool faulty(ReplaceStep step) {
 void closeIfOpen(int &descriptor) {
   if (descriptor >= 0) close(descriptor);
   descriptor = -1;
-}
-
-template <typename Call>
-auto retried(Call call) {
-  auto result = call();
-  while (result < 0 && errno == EINTR) result = call();
-  return result;
 }
 
 // Devices and file systems that cannot sync refuse with these; there is nothing to wait for then.
@@ -109,10 +105,9 @@ void ownName(const char *name, char (&out)[NAME_MAX]) {
 
 // A temporary bears its name for an instant only, unless its process was killed in it.
 bool isAbandoned(int folder, const char *name) {
-  constexpr time_t kSeconds = 60;
   struct stat status;
   return fstatat(folder, name, &status, AT_SYMLINK_NOFOLLOW) == 0 &&
-         time(nullptr) - status.st_ctime > kSeconds;
+         time(nullptr) - status.st_ctime >= abandonedAfter;
 }
 
 // Advances the vectors by the bytes that were written.
@@ -127,7 +122,7 @@ void skipWritten(iovec *&first, int &count, std::size_t written) {
   first->iov_len -= written;
 }
 
-bool writeAll(int descriptor, iovec *first, int count) {
+bool gatheredWrite(int descriptor, iovec *first, int count) {
   while (count > 0) {
     if (faulty(ReplaceStep::Write)) return false;
     const ssize_t written = retried([&] { return writev(descriptor, first, count); });
@@ -308,7 +303,7 @@ bool Replacement::append(std::span<const std::string_view> pieces) {
     if (!pieces[i].empty())
       batch[count++] = {const_cast<char *>(pieces[i].data()), pieces[i].size()};
     if (count == kBatch || i + 1 == pieces.size()) {
-      failed_ = !writeAll(content_, batch, count);
+      failed_ = !gatheredWrite(content_, batch, count);
       count = 0;
     }
   }

@@ -108,6 +108,9 @@ enum class ReplaceStep { Open, Temporary, Write, Adopt, Sync, Link, Rename, Fold
 using ReplaceFault = int (*)(ReplaceStep step);
 extern ReplaceFault replaceFault;
 
+// Age in seconds from which a temporary with a name counts as left by a kill. A variable for tests.
+extern int abandonedAfter;
+
 }  // namespace korvel::files
 
 #endif

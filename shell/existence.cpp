@@ -28,10 +28,10 @@ bool isReadableFolder(const char *path, const struct stat &entry) {
 }
 
 // A link counts as the folder it leads to, else as itself, provided that its target could be
-// looked for at all.
+// looked for at all. On links that lead in a circle versions of the tool differ.
 bool linkPrints(const char *path) {
   struct stat target;
-  if (stat(path, &target) != 0) return errno == ENOENT || errno == ELOOP;
+  if (stat(path, &target) != 0) return errno == ELOOP ? listPrints(path) : errno == ENOENT;
   return !S_ISDIR(target.st_mode) || isReadableFolder(path, target);
 }
 

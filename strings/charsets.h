@@ -62,21 +62,12 @@ AnyBlock asciiCapitals(AnyBlock b) {
 
 inline constexpr std::size_t kStretch = 64;
 
-// Sends the bytes named by the bits of `left` through the table.
-//
-// A text with accents has a few of them in every stretch, never the same number, and a branch on
-// that number would be guessed wrong most of the time. So the first ones are done in any case:
-// where there are fewer, the last byte of the stretch goes through the table once more, which
-// changes nothing.
-inline void capitaliseMarked(char *stretch, std::uint64_t left) {
-  constexpr std::uint64_t kLastByte = std::uint64_t{1} << (kStretch - 1);
-  constexpr int kUsual = 3;
-  const auto capitaliseFirst = [stretch](std::uint64_t marked) {
-    char &c = stretch[std::countr_zero(marked)];
+// Sends the bytes of s that the bits of `marked` name through the table.
+inline void capitaliseMarked(char *s, std::uint64_t marked) {
+  for (; marked != 0; marked &= marked - 1) {
+    char &c = s[std::countr_zero(marked)];
     c = plainCapital(c);
-  };
-  for (int i = 0; i < kUsual; ++i, left &= left - 1) capitaliseFirst(left | kLastByte);
-  for (; left != 0; left &= left - 1) capitaliseFirst(left);
+  }
 }
 
 // ASCII letters are turned by blocks; the others go through the table.
@@ -102,7 +93,9 @@ void capitalise(char *s, std::size_t n) {
   for (const char *end = s + (n - rest); s != end; s += kStretch) capitaliseStretch<AnyBlock>(s);
   overBlocks(s, rest, [](char *place, std::size_t count) {
     const AnyBlock b = AnyBlock::load(place, count);
-    if (b.mask() == 0) return asciiCapitals(b).store(place, count);
+    asciiCapitals(b).store(place, count);
+    if (b.mask() == 0) return;
+    if (count == kBlock) return capitaliseMarked(place, b.mask());
     for (std::size_t i = 0; i < count; ++i) place[i] = plainCapital(place[i]);
   });
 }

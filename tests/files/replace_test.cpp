@@ -16,6 +16,7 @@
 #include <functional>
 #include <random>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "tests/files/scratch.h"
@@ -440,6 +441,11 @@ TEST(Replace, ATemporaryLeftByAKillGoesWithALaterReplacement) {
   ASSERT_TRUE(replaceBy(file, "new"));
   EXPECT_EQ(content(file), "new");
   EXPECT_EQ(entries(scratch.path()).size(), 2u);
+  const int seconds = std::exchange(abandonedAfter, 0);
+  EXPECT_TRUE(replaceBy(file, "newer"));
+  abandonedAfter = seconds;
+  EXPECT_EQ(content(file), "newer");
+  EXPECT_EQ(entries(scratch.path()), std::vector<std::string>{"a"});
 }
 
 TEST(Replace, AKillAtAnyStepLeavesTheOldFileOrTheNew) {
@@ -465,7 +471,7 @@ TEST(Replace, AKillAtARandomMomentLeavesOneWholeContent) {
   const std::string file = scratch.file("a", std::string(100000, 'a'));
   std::mt19937 random(20);
   int killedInside = 0;
-  for (int kill300 = 0; kill300 < 320; ++kill300) {
+  for (int round = 0; round < 320; ++round) {
     int ready[2];
     ASSERT_EQ(pipe(ready), 0);
     const pid_t child = fork();
@@ -624,6 +630,15 @@ TEST_F(InPlace, ADiskTooFullForTheGrowthLeavesTheOldFile) {
   EXPECT_EQ(asUser([&] {
               Fault fault(ReplaceStep::Overwrite, 1, ENOSPC);
               return replaceBy(file_, "a new content that is longer") ? 1 : 0;
+            }),
+            0);
+  EXPECT_EQ(content(file_), kOld);
+}
+
+TEST_F(InPlace, ADiskThatFillsUpDuringTheGrowthLeavesTheOldFile) {
+  EXPECT_EQ(asUser([&] {
+              Fault fault(ReplaceStep::Overwrite, 3, ENOSPC);
+              return replaceBy(file_, std::string(1000000, 'n')) ? 1 : 0;
             }),
             0);
   EXPECT_EQ(content(file_), kOld);

@@ -1,0 +1,169 @@
+#include <malloc.h>
+
+#include <algorithm>
+#include <climits>
+#include <cstdlib>
+#include <cstring>
+
+#include <korvel/files.h>
+#include "files/slots.h"
+
+constinit MFilSlot DATA_MFIL_TAB[korvel::files::kSlots] = {{nullptr, 0, -1, 0, 0},
+                                                           {nullptr, 0, -1, 0, 0},
+                                                           {nullptr, 0, -1, 0, 0},
+                                                           {nullptr, 0, -1, 0, 0},
+                                                           {nullptr, 0, -1, 0, 0}};
+constinit int DATA_MFIL_ID = -1;
+
+namespace korvel::files {
+namespace {
+
+constexpr int kLeastCapacity = 4096;
+constexpr int kLeastGrowth = 4096;
+constexpr int kOpen = 2;
+
+// A block of no bytes is a block all the same.
+std::size_t allocatedSize(int size) { return static_cast<std::size_t>(std::max(size, 1)); }
+
+// The slot, if its data can be reached: the application may have written into the table.
+MFilSlot *usableSlot(int handle) {
+  MFilSlot *slot = openSlot(DATA_MFIL_TAB, handle);
+  const bool usable = slot != nullptr && slot->block != nullptr && slot->position >= 0 &&
+                      slot->position <= slot->capacity && slot->size <= slot->capacity;
+  return usable ? slot : nullptr;
+}
+
+MFilSlot *readableSlot(int handle) {
+  MFilSlot *slot = usableSlot(handle);
+  return slot != nullptr && mayRead(slot->mode) ? slot : nullptr;
+}
+
+MFilSlot *writableSlot(int handle) {
+  MFilSlot *slot = usableSlot(handle);
+  return slot != nullptr && mayWrite(slot->mode) ? slot : nullptr;
+}
+
+int grownCapacity(int position, int count) {
+  const int growth = std::max(count, kLeastGrowth);
+  return growth > INT_MAX - position ? INT_MAX : position + growth;
+}
+
+// A block of at least `size` bytes, with half as much again where that is to be had: many small
+// growths of the capacity then move the data only now and then.
+char *grownBlock(char *block, int size) {
+  const std::size_t wanted = allocatedSize(size);
+  if (malloc_usable_size(block) >= wanted) return block;
+  void *grown = std::realloc(block, wanted + wanted / 2);
+  return static_cast<char *>(grown != nullptr ? grown : std::realloc(block, wanted));
+}
+
+bool grow(MFilSlot &slot, int count) {
+  const int capacity = grownCapacity(slot.position, count);
+  char *grown = grownBlock(slot.block, capacity);
+  if (grown == nullptr) {
+    // Kept: the old block is lost.
+    std::free(slot.block);
+    slot.block = nullptr;
+    return false;
+  }
+  slot.block = grown;
+  slot.capacity = capacity;
+  return true;
+}
+
+}  // namespace
+}  // namespace korvel::files
+
+using namespace korvel::files;
+
+int MFil_Open(const char * /*name*/, int wish, int minimum) {
+  const int handle = takeSlot(DATA_MFIL_TAB, DATA_MFIL_ID);
+  if (handle < 0) return -1;
+  MFilSlot &slot = DATA_MFIL_TAB[handle];
+  slot.capacity = std::max({kLeastCapacity, wish, minimum});
+  slot.size = 0;
+  slot.position = 0;
+  // Kept: the slot is in use even if there is no memory for its block.
+  slot.mode = kOpen;
+  slot.block = static_cast<char *>(GlobalAlloc(0, slot.capacity));
+  return slot.block == nullptr ? -1 : handle;
+}
+
+int MFil_Close(int handle) {
+  MFilSlot *slot = openSlot(DATA_MFIL_TAB, handle);
+  if (slot == nullptr) return 0;
+  GlobalFree(slot->block);
+  *slot = {nullptr, 0, kFreeSlot, 0, 0};
+  giveBack(handle, DATA_MFIL_ID);
+  return 0;
+}
+
+int MFil_Read(int handle, void *buffer, int count) {
+  MFilSlot *slot = readableSlot(handle);
+  if (slot == nullptr || buffer == nullptr) return 0;
+  const int got = clipped(count, slot->size, slot->position);
+  std::memcpy(buffer, slot->block + slot->position, static_cast<std::size_t>(got));
+  slot->position += got;
+  return got;
+}
+
+int MFil_Re_Read(int handle, void *buffer, int count) {
+  const MFilSlot *slot = readableSlot(handle);
+  if (slot == nullptr || buffer == nullptr) return 0;
+  const int got = std::max(0, std::min(count, slot->position));
+  std::memcpy(buffer, slot->block + slot->position - got, static_cast<std::size_t>(got));
+  return got;
+}
+
+int MFil_Write(int handle, const void *buffer, int count) {
+  MFilSlot *slot = writableSlot(handle);
+  if (slot == nullptr || buffer == nullptr || count <= 0) return 0;
+  if (count > INT_MAX - slot->position) return 0;
+  if (slot->position + count > slot->capacity && !grow(*slot, count)) return 0;
+  std::memcpy(slot->block + slot->position, buffer, static_cast<std::size_t>(count));
+  slot->position += count;
+  slot->size = std::max(slot->size, slot->position);
+  return count;
+}
+
+int MFil_Lseek(int handle, int offset) {
+  MFilSlot *slot = openSlot(DATA_MFIL_TAB, handle);
+  if (slot == nullptr || offset < 0 || offset > slot->size) return -1;
+  slot->position = offset;
+  return 0;
+}
+
+int MFil_GetPos(int handle) {
+  const MFilSlot *slot = openSlot(DATA_MFIL_TAB, handle);
+  return slot == nullptr ? -1 : slot->position;
+}
+
+int MFil_Size(int handle) {
+  const MFilSlot *slot = openSlot(DATA_MFIL_TAB, handle);
+  return slot == nullptr ? -1 : slot->size;
+}
+
+char *MFil_LockPtr(int handle, int offset) {
+  const MFilSlot *slot = readableSlot(handle);
+  if (slot == nullptr || offset < 0 || offset >= slot->size) return nullptr;
+  return slot->block + offset;
+}
+
+int MFil_UnLockPtr(int /*handle*/) { return 0; }
+
+void *GlobalAlloc(int /*flags*/, int size) {
+  return size < 0 ? nullptr : std::malloc(allocatedSize(size));
+}
+
+void *GlobalReAlloc(void *block, int size) {
+  return size < 0 ? nullptr : std::realloc(block, allocatedSize(size));
+}
+
+int GlobalFree(void *block) {
+  std::free(block);
+  return 0;
+}
+
+void *GlobalLock(void *block) { return block; }
+
+int GlobalUnlock(void * /*block*/) { return 0; }

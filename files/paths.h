@@ -1,0 +1,30 @@
+// For files/ only: colon paths to POSIX paths.
+#ifndef KORVEL_FILES_PATHS_H
+#define KORVEL_FILES_PATHS_H
+
+namespace korvel::files {
+
+// The POSIX form of a colon path, as MAC2UNIX makes it. A path that is null or too long has none:
+// it becomes the empty text, which names no file.
+class PosixPath {
+ public:
+  explicit PosixPath(const char *mac);
+
+  const char *text() const { return text_; }
+  int length() const { return length_; }
+
+ private:
+  static constexpr int kSize = 512;
+
+  bool append(char c);
+  bool appendVolumesFolder();
+  bool appendExchanged(const char *mac);
+  bool volumeIsFile(const char *mac, int volumeEnd);
+
+  char text_[kSize];
+  int length_ = 0;
+};
+
+}  // namespace korvel::files
+
+#endif

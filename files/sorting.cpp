@@ -1,0 +1,139 @@
+#include <algorithm>
+#include <cstdint>
+#include <cstring>
+#include <limits>
+#include <memory>
+#include <new>
+#include <span>
+
+#include <korvel/files.h>
+#include "files/exchanges.h"
+#include "files/rows.h"
+
+namespace korvel::files {
+namespace {
+
+constexpr std::size_t kKeySize = sizeof(std::uint64_t);
+
+char *rowAt(char *list, std::uint64_t row) { return list + row * kRowSize; }
+const char *rowAt(const char *list, std::uint64_t row) { return list + row * kRowSize; }
+
+// The number of bytes that all rows begin with, terminators left out.
+std::size_t commonPrefix(const char *list, std::size_t rows) {
+  std::size_t prefix = rowText(list).size();
+  for (std::size_t row = 1; row < rows && prefix > 0; ++row) {
+    const char *text = rowAt(list, row);
+    if (std::memcmp(list, text, prefix) == 0) continue;
+    prefix = static_cast<std::size_t>(std::mismatch(list, list + prefix, text).first - list);
+  }
+  return prefix;
+}
+
+// The bytes of a row from `begin` on as a number that orders as signed characters do. What stands
+// behind the terminator does not count.
+std::uint64_t keyAt(const char *row, std::size_t begin) {
+  constexpr std::uint64_t kSignBits = 0x8080808080808080u;
+  std::uint64_t key = 0;
+  int shift = 64;
+  for (std::size_t i = begin; shift > 0 && i < kRowSize && row[i] != '\0'; ++i) {
+    shift -= 8;
+    key |= std::uint64_t{static_cast<unsigned char>(row[i])} << shift;
+  }
+  return key ^ kSignBits;
+}
+
+// A key whose last byte is not the terminator's may go on behind it.
+bool keyHoldsEnd(std::uint64_t key) { return (key & 0xFF) == 0x80; }
+
+// Compares two rows that are equal up to `begin`, as chcomp does.
+int compareFrom(const char *a, const char *b, std::size_t begin) {
+  for (std::size_t i = begin; i < kRowSize; ++i) {
+    const int difference = static_cast<signed char>(a[i]) - static_cast<signed char>(b[i]);
+    if (difference != 0 || a[i] == '\0') return difference;
+  }
+  return 0;
+}
+
+// Copies a row's text; the bytes behind the terminator stay.
+void copyText(char *to, const char *from) {
+  const std::string_view text = rowText(from);
+  std::memcpy(to, text.data(), text.size());
+  to[text.size()] = '\0';
+}
+
+// Moves the texts so that row i gets that of row order[i].row, each being moved once. `order` is
+// used up.
+void arrangeRows(char *list, std::span<SortItem> order) {
+  char first[kRowSize];
+  for (std::size_t start = 0; start < order.size(); ++start) {
+    if (order[start].row == start) continue;
+    copyText(first, rowAt(list, start));
+    std::size_t to = start;
+    while (order[to].row != start) {
+      const std::size_t from = order[to].row;
+      copyText(rowAt(list, to), rowAt(list, from));
+      order[to].row = to;
+      to = from;
+    }
+    copyText(rowAt(list, to), first);
+    order[to].row = to;
+  }
+}
+
+// Kept: the count of exchanges has 16 bits and a sign.
+int exchangeResult(std::uint64_t exchanges) { return static_cast<std::int16_t>(exchanges); }
+
+// Sorts the rows by the key of each, and by `before` where keys are equal.
+template <typename KeyOf, typename Before>
+int sortRows(char *list, int rows, KeyOf keyOf, Before before) {
+  const auto count = static_cast<std::size_t>(rows);
+  const std::unique_ptr<SortItem[]> memory(new (std::nothrow) SortItem[2 * count]);
+  if (memory == nullptr) return 0;
+  const std::span<SortItem> items(memory.get(), count);
+  const std::span<SortItem> scratch(memory.get() + count, count);
+  for (std::size_t row = 0; row < count; ++row) items[row] = {keyOf(rowAt(list, row)), row};
+  const std::uint64_t exchanges = sortCounting(items, scratch, before);
+  if (exchanges != 0) arrangeRows(list, items);
+  return exchangeResult(exchanges);
+}
+
+int sortByName(char *list, int rows) {
+  const std::size_t prefix = commonPrefix(list, static_cast<std::size_t>(rows));
+  const auto keyOf = [prefix](const char *row) { return keyAt(row, prefix); };
+  const auto before = [list, prefix](const SortItem &a, const SortItem &b) {
+    if (a.key != b.key || keyHoldsEnd(a.key)) [[likely]]
+      return a.key < b.key;
+    return compareFrom(rowAt(list, a.row), rowAt(list, b.row), prefix + kKeySize) < 0;
+  };
+  return sortRows(list, rows, keyOf, before);
+}
+
+// 0 for a file that cannot be opened.
+std::uint32_t sizeOf(const char *path) {
+  const int handle = File_Open(path, 1, 0);
+  if (handle < 0) return 0;
+  const auto size = static_cast<std::uint32_t>(File_Size(handle));
+  File_Close(handle);
+  return size;
+}
+
+int sortBySize(char *list, int rows) {
+  const auto keyOf = [](const char *row) -> std::uint64_t {
+    return std::numeric_limits<std::uint32_t>::max() - sizeOf(row);
+  };
+  const auto before = [](const SortItem &a, const SortItem &b) { return a.key < b.key; };
+  return sortRows(list, rows, keyOf, before);
+}
+
+}  // namespace
+}  // namespace korvel::files
+
+using namespace korvel::files;
+
+int Dir_SortFiles(char *list, int rows) {
+  return list == nullptr || rows < 2 ? 0 : sortByName(list, rows);
+}
+
+int Dir_SortSizeFiles(char *list, int rows) {
+  return list == nullptr || rows < 2 ? 0 : sortBySize(list, rows);
+}

@@ -1,0 +1,40 @@
+#include "files/transfer.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace korvel::files {
+
+std::size_t readAll(int descriptor, char *to, std::size_t count) {
+  std::size_t done = 0;
+  while (done < count) {
+    const ssize_t got = retried([&] { return read(descriptor, to + done, count - done); });
+    if (got <= 0) break;
+    done += static_cast<std::size_t>(got);
+  }
+  return done;
+}
+
+std::size_t writeAll(int descriptor, const char *from, std::size_t count) {
+  std::size_t done = 0;
+  while (done < count) {
+    const ssize_t put = retried([&] { return write(descriptor, from + done, count - done); });
+    if (put <= 0) break;
+    done += static_cast<std::size_t>(put);
+  }
+  return done;
+}
+
+// The mask belongs to the whole process: it is not cleared for a moment, the new file's mode is
+// set instead.
+int openCreating(const char *path, int flags, mode_t mode) {
+  struct stat status;
+  const bool isThere = stat(path, &status) == 0;
+  const int descriptor =
+      retried([&] { return open(path, O_WRONLY | O_CREAT | O_CLOEXEC | flags, mode); });
+  if (descriptor >= 0 && !isThere) static_cast<void>(fchmod(descriptor, mode));
+  return descriptor;
+}
+
+}  // namespace korvel::files

@@ -1,0 +1,413 @@
+#include <dirent.h>
+#include <gtest/gtest.h>
+#include <korvel/shell.h>
+#include <signal.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+
+#include <cstdio>
+#include <iterator>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "tests/shell/workspace.h"
+#include "tests/support/poisoned_buffer.h"
+
+namespace korvel::test {
+namespace {
+
+std::vector<std::string> gLines;
+std::size_t gStopAfter = 0;  // 0: never
+
+int keepLine(char *line) {
+  gLines.emplace_back(line);
+  return gLines.size() == gStopAfter ? 1 : 0;
+}
+
+// The lines of a command, as many as are asked for.
+std::vector<std::string> linesOf(const std::string &command, std::size_t stopAfter = 0) {
+  gLines.clear();
+  gStopAfter = stopAfter;
+  BSDInvokeToolPr(command.c_str(), keepLine);
+  return gLines;
+}
+
+// How many descriptors this process has open.
+std::size_t openDescriptors() {
+  std::size_t count = 0;
+  DIR *folder = opendir("/proc/self/fd");
+  while (readdir(folder) != nullptr) ++count;
+  closedir(folder);
+  return count;
+}
+
+using Lines = std::vector<std::string>;
+
+TEST(InvokeTool, ReadsAtMostTheBufferLessItsTerminator) {
+  constexpr struct {
+    const char *command;
+    int size;
+    const char *text;
+  } kRows[] = {
+      {"printf hello", 1, ""},
+      {"printf hello", 2, "h"},
+      {"printf hello", 5, "hell"},
+      {"printf hello", 6, "hello"},
+      {"printf hello", 7, "hello"},
+      {"printf hello", 60, "hello"},
+      {"true", 8, ""},
+      {"echo a; echo b", 60, "a\nb\n"},
+      {"printf '\\351t\\351'", 60, "\xE9t\xE9"},
+  };
+  for (const auto &row : kRows) {
+    SCOPED_TRACE(testing::Message() << row.command << " into " << row.size);
+    PoisonedBuffer out(static_cast<std::size_t>(row.size));
+    BSDInvokeTool(row.command, out.data(), row.size);
+    EXPECT_EQ(out.text(), row.text);
+    EXPECT_TRUE(out.untouchedFrom(out.text().size() + 1));
+    EXPECT_TRUE(out.guardsIntact());
+  }
+}
+
+TEST(InvokeTool, KeepsBytesBehindANul) {
+  char out[8];
+  BSDInvokeTool("printf 'a\\000b'", out, sizeof out);
+  EXPECT_EQ(std::string(out, 4), std::string("a\0b\0", 4));
+}
+
+TEST(InvokeTool, WithSizeOneReadsNothingAndEndsTheText) {
+  PoisonedBuffer out(1);
+  EXPECT_EQ(BSDInvokeTool("exit 4", out.data(), 1), 4 << 8);
+  EXPECT_EQ(out.data()[0], '\0');
+  EXPECT_TRUE(out.guardsIntact());
+}
+
+TEST(InvokeTool, ReadsNothingWithoutABufferOrASize) {
+  PoisonedBuffer out(8);
+  EXPECT_EQ(BSDInvokeTool("exit 5", nullptr, 8), 5 << 8);
+  EXPECT_EQ(BSDInvokeTool("exit 6", out.data(), 0), 6 << 8);
+  EXPECT_TRUE(out.untouchedFrom(0));
+}
+
+TEST(InvokeTool, RefusesWhatMakesNoSense) {
+  PoisonedBuffer out(8);
+  EXPECT_EQ(BSDInvokeTool(nullptr, out.data(), 8), -1);
+  EXPECT_EQ(BSDInvokeTool("printf x", out.data(), -1), -1);
+  EXPECT_EQ(BSDInvokeTool("printf x", out.data(), -2147483647 - 1), -1);
+  EXPECT_TRUE(out.untouchedFrom(0));
+  EXPECT_EQ(BSDInvokeToolWr(nullptr, "x"), -1);
+  EXPECT_EQ(BSDInvokeToolWr("true", nullptr), -1);
+  EXPECT_EQ(BSDInvokeToolPr(nullptr, keepLine), -1);
+  EXPECT_EQ(BSDInvokeToolPr("true", nullptr), -1);
+}
+
+TEST(InvokeTool, GivesTheCloseStatusOfThePipeFunctions) {
+  for (const char *command : {"true", "false", "exit 77", "kill -9 $$", "kill $$", "(exit 3)",
+                              "no-such-tool-at-all 2>&1", "syntax ( error 2>&1", ""}) {
+    char out[256];
+    EXPECT_EQ(BSDInvokeTool(command, out, sizeof out), popenOf(command).status) << command;
+    EXPECT_EQ(BSDInvokeToolPr(command, keepLine), popenOf(command).status) << command;
+    EXPECT_EQ(BSDInvokeToolWr(command, ""), popenOf(command).status) << command;
+  }
+}
+
+TEST(InvokeTool, LeavesAnEndlessToolOnceTheBytesAreThere) {
+  char out[10];
+  EXPECT_NE(BSDInvokeTool("yes", out, sizeof out), 0);
+  EXPECT_STREQ(out, "y\ny\ny\ny\ny");
+  EXPECT_NE(BSDInvokeTool("yes", nullptr, 0), 0);
+}
+
+TEST(InvokeTool, GathersShortReads) {
+  char out[16];
+  EXPECT_EQ(
+      BSDInvokeTool("printf ab; sleep 0.05; printf cd; sleep 0.05; printf ef", out, sizeof out), 0);
+  EXPECT_STREQ(out, "abcdef");
+  // More than a pipe holds at once.
+  std::string big(300001, 'x');
+  EXPECT_EQ(BSDInvokeTool("head -c 400000 /dev/zero | tr '\\0' a", big.data(), 300001) & 0x7F, 0);
+  EXPECT_EQ(big, std::string(300000, 'a') + '\0');
+}
+
+TEST(InvokeTool, RunsWithTheCallersEnvironmentAndFolder) {
+  const Variable locale("LC_ALL", "C.UTF-8");
+  const Variable mark("KORVEL_SHELL_TEST", "here");
+  char out[64];
+  BSDInvokeTool("printf %s \"$KORVEL_SHELL_TEST $LC_ALL\"", out, sizeof out);
+  EXPECT_STREQ(out, "here C.UTF-8");
+}
+
+TEST(InvokeTool, TakesCommandsOfAnyLength) {
+  std::string command = "printf ok #" + std::string(100000, 'x');
+  char out[8];
+  EXPECT_EQ(BSDInvokeTool(command.c_str(), out, sizeof out), 0);
+  EXPECT_STREQ(out, "ok");
+}
+
+// A soft limit of 0 descriptors: no pipe can be opened.
+class NoDescriptors {
+ public:
+  NoDescriptors() {
+    getrlimit(RLIMIT_NOFILE, &before_);
+    const rlimit none = {0, before_.rlim_max};
+    setrlimit(RLIMIT_NOFILE, &none);
+  }
+  ~NoDescriptors() { setrlimit(RLIMIT_NOFILE, &before_); }
+
+ private:
+  rlimit before_;
+};
+
+TEST(InvokeTool, FailsWhereThePipeCannotBeOpened) {
+  PoisonedBuffer out(8);
+  int results[3];
+  {
+    const NoDescriptors limit;
+    results[0] = BSDInvokeTool("true", out.data(), 8);
+    results[1] = BSDInvokeToolWr("true", "x");
+    results[2] = BSDInvokeToolPr("true", keepLine);
+  }
+  for (int result : results) EXPECT_EQ(result, -1);
+  EXPECT_TRUE(out.untouchedFrom(0));
+}
+
+TEST(InvokeTool, FailsWhereNoProcessCanBeStarted) {
+  const std::string answer = asPlainUser([] {
+    const rlimit none = {0, 0};
+    setrlimit(RLIMIT_NPROC, &none);
+    return std::to_string(BSDInvokeTool("true", nullptr, 0)) +
+           std::to_string(BSDInvokeToolWr("true", "x")) +
+           std::to_string(BSDInvokeToolPr("true", keepLine)) + std::to_string(BSDopen("/tmp"));
+  });
+  EXPECT_EQ(answer.substr(answer.find(';')), ";-1-1-1-1");
+  EXPECT_NE(answer.substr(0, 6), "uid 0;");
+}
+
+TEST(InvokeTool, LeavesNoDescriptorOpen) {
+  char out[4];
+  const std::size_t before = openDescriptors();
+  for (int i = 0; i < 20; ++i) {
+    BSDInvokeTool("yes", out, sizeof out);
+    BSDInvokeToolWr("true", "input");
+    BSDInvokeToolPr("printf 'a\\nb'", keepLine);
+  }
+  EXPECT_EQ(openDescriptors(), before);
+}
+
+TEST(InvokeToolWr, WritesTheWholeInputAndNothingElse) {
+  const Workspace workspace;
+  const std::string command = "cat > '" + workspace.path("got") + "'";
+  for (const std::string &input : {std::string(), std::string("secret"),
+                                   std::string("line\n\xE9\xFF"), std::string(1000000, 'z')}) {
+    EXPECT_EQ(BSDInvokeToolWr(command.c_str(), input.c_str()), 0);
+    EXPECT_EQ(contentOf(workspace.path("got")), input);
+  }
+}
+
+TEST(InvokeToolWr, WaitsForASlowReader) {
+  const Workspace workspace;
+  const std::string input(300000, 'q');
+  const std::string command = "sleep 0.1; cat > '" + workspace.path("got") + "'; exit 9";
+  EXPECT_EQ(BSDInvokeToolWr(command.c_str(), input.c_str()), 9 << 8);
+  EXPECT_EQ(contentOf(workspace.path("got")), input);
+}
+
+int gSignals = 0;
+void countSignal(int) { ++gSignals; }
+
+// Restores how the process handles SIGPIPE and whether this thread blocks it.
+class SigpipeSettings {
+ public:
+  SigpipeSettings() {
+    sigaction(SIGPIPE, nullptr, &action_);
+    pthread_sigmask(SIG_SETMASK, nullptr, &mask_);
+  }
+  ~SigpipeSettings() {
+    signal(SIGPIPE, SIG_IGN);  // forgets one that is still pending
+    pthread_sigmask(SIG_SETMASK, &mask_, nullptr);
+    sigaction(SIGPIPE, &action_, nullptr);
+  }
+
+ private:
+  struct sigaction action_;
+  sigset_t mask_;
+};
+
+bool sigpipeIsBlocked() {
+  sigset_t mask;
+  pthread_sigmask(SIG_SETMASK, nullptr, &mask);
+  return sigismember(&mask, SIGPIPE) == 1;
+}
+
+bool sigpipeIsPending() {
+  sigset_t pending;
+  sigpending(&pending);
+  return sigismember(&pending, SIGPIPE) == 1;
+}
+
+void blockSigpipe() {
+  sigset_t sigpipe;
+  sigemptyset(&sigpipe);
+  sigaddset(&sigpipe, SIGPIPE);
+  pthread_sigmask(SIG_BLOCK, &sigpipe, nullptr);
+}
+
+TEST(InvokeToolWr, AToolThatDoesNotReadRaisesNoSignal) {
+  const std::string input(1000000, 'z');
+  for (void (*handling)(int) : {SIG_DFL, SIG_IGN, countSignal}) {
+    const SigpipeSettings settings;
+    signal(SIGPIPE, handling);
+    gSignals = 0;
+    EXPECT_EQ(BSDInvokeToolWr("exec <&-; exit 3", input.c_str()), 3 << 8);
+    EXPECT_EQ(gSignals, 0);
+    EXPECT_FALSE(sigpipeIsBlocked());
+    EXPECT_FALSE(sigpipeIsPending());
+    EXPECT_EQ(signal(SIGPIPE, handling), handling);
+  }
+}
+
+TEST(InvokeToolWr, LeavesACallersBlockedSigpipeAlone) {
+  const std::string input(1000000, 'z');
+  const SigpipeSettings settings;
+  signal(SIGPIPE, countSignal);
+  gSignals = 0;
+  blockSigpipe();
+  BSDInvokeToolWr("exit 0", input.c_str());
+  EXPECT_TRUE(sigpipeIsBlocked());
+  EXPECT_FALSE(sigpipeIsPending());
+  // One that waits for the caller goes on waiting.
+  raise(SIGPIPE);
+  BSDInvokeToolWr("exit 0", input.c_str());
+  EXPECT_TRUE(sigpipeIsPending());
+  EXPECT_EQ(gSignals, 0);
+}
+
+TEST(InvokeToolWr, TheToolItselfMayBeEndedBySigpipe) {
+  const Workspace workspace;
+  const std::string command = "grep SigBlk /proc/self/status > '" + workspace.path("mask") + "'";
+  const SigpipeSettings settings;
+  signal(SIGPIPE, SIG_DFL);
+  EXPECT_EQ(BSDInvokeToolWr(command.c_str(), "x"), 0);
+  EXPECT_EQ(contentOf(workspace.path("mask")), "SigBlk:\t0000000000000000\n");
+}
+
+TEST(InvokeToolPr, HandsOverLineByLine) {
+  const struct {
+    const char *command;
+    Lines lines;
+  } kRows[] = {
+      {"true", {}},
+      {"printf 'a\\n'", {"a"}},
+      {"printf 'a\\nb\\n'", {"a", "b"}},
+      // Output without a final line feed still gives its last line.
+      {"printf 'a\\nb'", {"a", "b"}},
+      {"printf '\\n'", {""}},
+      {"printf '\\n\\na\\n\\n'", {"", "", "a", ""}},
+      {"printf 'a\\r\\nb\\r\\n'", {"a\r", "b\r"}},
+      {"printf '\\351\\377\\nx'", {"\xE9\xFF", "x"}},
+      {"printf ab; sleep 0.05; printf 'cd\\ne'; sleep 0.05; printf f", {"abcd", "ef"}},
+  };
+  for (const auto &row : kRows) EXPECT_EQ(linesOf(row.command), row.lines) << row.command;
+}
+
+TEST(InvokeToolPr, StopsWhenTold) {
+  EXPECT_EQ(linesOf("printf 'a\\nb\\nc\\n'", 1), (Lines{"a"}));
+  EXPECT_EQ(linesOf("printf 'a\\nb\\nc\\n'", 2), (Lines{"a", "b"}));
+  EXPECT_EQ(linesOf("yes", 3), (Lines{"y", "y", "y"}));
+  gStopAfter = 1;
+  gLines.clear();
+  EXPECT_EQ(BSDInvokeToolPr("printf 'a\\nb\\n'; exit 8", keepLine), 8 << 8);
+}
+
+TEST(InvokeToolPr, CutsALineToItsBuffer) {
+  for (const std::size_t length : {8190u, 8191u, 8192u, 8193u, 20000u}) {
+    for (const char *end : {"", "echo; echo next"}) {
+      const std::string command =
+          "head -c " + std::to_string(length) + " /dev/zero | tr '\\0' a;" + end;
+      const Lines lines = linesOf(command);
+      ASSERT_EQ(lines.size(), *end == '\0' ? 1u : 2u) << length;
+      EXPECT_EQ(lines[0], std::string(std::min<std::size_t>(length, 8191), 'a')) << length;
+      if (*end != '\0') {
+        EXPECT_EQ(lines[1], "next");
+      }
+    }
+  }
+}
+
+int overwriteLine(char *line) {
+  gLines.emplace_back(line);
+  for (int i = 0; i < 8192; ++i) line[i] = '#';
+  return 0;
+}
+
+TEST(InvokeToolPr, GivesAWritableBufferOf8192Bytes) {
+  gLines.clear();
+  EXPECT_EQ(BSDInvokeToolPr("printf 'a\\nbc\\n\\nd'", overwriteLine), 0);
+  EXPECT_EQ(gLines, (Lines{"a", "bc", "", "d"}));
+}
+
+int runAnotherTool(char *line) {
+  char out[32];
+  BSDInvokeTool((std::string("printf 'for %s' ") + line).c_str(), out, sizeof out);
+  gLines.emplace_back(out);
+  return 0;
+}
+
+TEST(InvokeToolPr, ALineMayRunAnotherTool) {
+  gLines.clear();
+  BSDInvokeToolPr("printf 'a\\nb\\n'", runAnotherTool);
+  EXPECT_EQ(gLines, (Lines{"for a", "for b"}));
+}
+
+// Reads byte by byte, as the rules are told.
+Lines literalLines(const std::string &command, std::size_t stopAfter) {
+  Lines lines;
+  FILE *pipe = popen(command.c_str(), "r");
+  char line[8192];
+  std::size_t position = 0;
+  bool empty = true;
+  for (bool ended = false; !ended;) {
+    const int c = std::fgetc(pipe);
+    ended = c == EOF;
+    if (ended && empty) break;
+    if (!ended && c != '\n') {
+      line[position] = static_cast<char>(c);
+      if (position < sizeof line - 1) ++position;
+      empty = false;
+      continue;
+    }
+    line[position] = '\0';
+    lines.emplace_back(line);
+    if (lines.size() == stopAfter) break;
+    position = 0;
+    empty = true;
+  }
+  pclose(pipe);
+  return lines;
+}
+
+std::string randomText(std::mt19937 &random) {
+  std::string text;
+  const int lines = static_cast<int>(random() % 40);
+  for (int i = 0; i < lines; ++i) {
+    const std::size_t length = random() % 8 == 0 ? 8180 + random() % 24 : random() % 60;
+    for (std::size_t k = 0; k < length; ++k) text += static_cast<char>(random() % 256);
+    if (random() % 10 != 0) text += '\n';
+  }
+  return text;
+}
+
+TEST(InvokeToolPr, AgreesWithReadingByteByByte) {
+  const Workspace workspace;
+  std::mt19937 random(20031);
+  for (int round = 0; round < 60; ++round) {
+    SCOPED_TRACE(round);
+    const std::string command = "cat '" + workspace.makeFile("text", randomText(random)) + "'";
+    const std::size_t stopAfter = random() % 3 == 0 ? 1 + random() % 10 : 0;
+    EXPECT_EQ(linesOf(command, stopAfter), literalLines(command, stopAfter));
+  }
+}
+
+}  // namespace
+}  // namespace korvel::test
