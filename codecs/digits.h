@@ -5,6 +5,7 @@
 #ifndef CODECS_DIGITS_H
 #define CODECS_DIGITS_H
 
+#include <array>
 #include <bit>
 #include <cstddef>
 #include <cstdint>
@@ -58,11 +59,25 @@ inline std::uint64_t splitDigits(std::uint32_t number) {
 inline constexpr std::uint32_t kTens[kMaxDigits] = {
     1, 10, 100, 1000, 10000, 100000, 1000000, 10000000, 100000000, 1000000000};
 
+// [b] serves the numbers of b bits: in the upper half of the sum with such a number stands how many
+// digits it has. Where a power of ten lies among those numbers, it is what the carry comes from.
+inline constexpr auto kDigitCounts = [] {
+  std::array<std::uint64_t, 33> table{};  // 0 counts as a number of one bit
+  std::uint64_t digits = 1;
+  for (unsigned bits = 1; bits <= 32; ++bits) {
+    const std::uint64_t bound = std::uint64_t{1} << bits;
+    const std::uint64_t power = digits < kMaxDigits ? kTens[digits] : bound;
+    const bool crosses = power < bound;
+    if (crosses) ++digits;
+    table[bits] = (digits << 32U) - (crosses ? power : 0);
+  }
+  return table;
+}();
+
 // How many digits the number has; 0 has one.
 inline int digitCount(std::uint32_t number) {
-  // 1233 / 4096 is a little above the logarithm of 2 to base 10: the guess is right or one short.
-  const int guess = (std::bit_width(number | 1U) * 1233) >> 12;
-  return guess + ((number | 1U) >= kTens[guess] ? 1 : 0);
+  const auto bits = static_cast<std::size_t>(std::bit_width(number | 1U));
+  return static_cast<int>((number + kDigitCounts[bits]) >> 32U);
 }
 
 // Writes the digits of the number, without a terminator. Returns where they end.
@@ -76,12 +91,12 @@ inline char *writeDigits(std::uint32_t number, char *out) {
   // Two words that overlap in the middle hold any count without a loop.
   const std::uint64_t last = splitDigits(number % 100000000) | kEightZeros;
   if (count >= 8) {
+    const std::uint32_t first = number / 100000000;
+    const std::uint32_t pair = ('0' + first / 10) | ('0' + first % 10) << 8U;
+    const std::uint64_t head = (pair | last << 16U) >> (8U * static_cast<unsigned>(10 - count));
+    const auto headPair = static_cast<std::uint16_t>(head);
+    std::memcpy(out, &headPair, 2);
     std::memcpy(end - 8, &last, 8);
-    if (count > 8) {
-      const std::uint32_t first = number / 100000000;
-      out[0] = static_cast<char>('0' + (count == 10 ? first / 10 : first));
-      if (count == 10) out[1] = static_cast<char>('0' + first % 10);
-    }
   } else if (count >= 4) {
     const auto head = static_cast<std::uint32_t>(last >> (8U * static_cast<unsigned>(8 - count)));
     const auto tail = static_cast<std::uint32_t>(last >> 32U);

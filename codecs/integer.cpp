@@ -21,9 +21,15 @@ constexpr std::size_t kShortText = 12;
 
 __extension__ using Word128 = unsigned __int128;
 
+// Both ways by arithmetic instead of a branch: a sign is foretold no better than by tossing a coin.
 int signedValue(std::uint32_t magnitude, bool negative) {
   const std::uint32_t flip = 0U - static_cast<std::uint32_t>(negative);
   return static_cast<int>((magnitude ^ flip) - flip);
+}
+
+std::uint32_t absolute(int value) {
+  const std::uint32_t flip = 0U - static_cast<std::uint32_t>(value < 0);
+  return (static_cast<std::uint32_t>(value) ^ flip) - flip;
 }
 
 // The two bytes at `at`, or the first two when the text ends before: a text of at least one
@@ -95,11 +101,12 @@ int readAny(char *text, std::uint32_t limit, int *value) {
 // Writes `-` and the digits into room for any value. Kept: -2147483648 has no positive magnitude,
 // so no digit follows its sign.
 char *writeSigned(int value, char *out) {
+  constexpr auto kNoMagnitude = static_cast<std::uint32_t>(INT_MIN);
   const bool negative = value < 0;
   *out = '-';
-  out += negative ? 1 : 0;
-  if (value == INT_MIN) return out;
-  return writeDigits(static_cast<std::uint32_t>(negative ? -value : value), out);
+  out += static_cast<int>(negative);
+  const std::uint32_t magnitude = absolute(value);
+  return magnitude == kNoMagnitude ? out : writeDigits(magnitude, out);
 }
 
 // What digits inserted one by one in front leave in a buffer that does not hold them all: the

@@ -61,7 +61,8 @@ bool readPlain(const char *text, double *value) {
     }
   }
   if (*p != '\0') return false;
-  *value = negative ? -sum : sum;
+  constexpr double kSigns[] = {1.0, -1.0};
+  *value = sum * kSigns[static_cast<int>(negative)];
   return true;
 }
 

@@ -5,6 +5,7 @@
 #include <initializer_list>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace korvel::platform {
 
@@ -13,6 +14,10 @@ namespace korvel::platform {
 // in the default set installed with the library; empty when there is none.
 // Example: findResource("icons/2", {".svg", ".png"}).
 std::string findResource(std::string_view name, std::initializer_list<std::string_view> endings);
+
+// Where the default set may stand, in the order in which it is looked for, of a library whose file
+// stands in the folder `library`: beside it in a build, in the data folder once installed.
+std::vector<std::string> defaultResourceFolders(const std::string &library);
 
 }  // namespace korvel::platform
 

@@ -58,8 +58,8 @@ static void addLabel(const char *text, int x, int y) {
 }
 
 static void defineIdentity(const Record *record) {
-  addStatic("Identité", 8, 8, 244, 88, -1);
-  addStatic("", 222, 22, 20, 20, 1);
+  addStatic("Identité", 8, 8, 264, 80, -1);
+  addStatic("", 240, 22, 20, 20, 1);
 
   addLabel("Nom", kLabel, 22);
   TexteDlgBox_set_geo(kNom, kField, 22, 90, kLine, kRankNom);
@@ -77,8 +77,8 @@ static void defineIdentity(const Record *record) {
   TexteDlgBox_set(kCivilite, record->civilite);
   TexteDlgBox_mandatory(kCivilite, 0);
 
-  addLabel("Sexe", 144, 54);
-  TexteDlgBox_set_geo(kSexe, 170, 54, 72, 34, kRankSexe);
+  addLabel("Sexe", 160, 54);
+  TexteDlgBox_set_geo(kSexe, 186, 54, 74, 32, kRankSexe);
   TexteDlgBox_set_liste(kSexe, french("Féminin$Masculin"));
   TexteDlgBox_change_liste(kSexe);
   TexteDlgBox_set(kSexe, record->sexe);
@@ -91,46 +91,46 @@ static void defineIdentity(const Record *record) {
 }
 
 static void defineMeasures(const Record *record) {
-  addStatic("Mesures", 8, 102, 118, 68, -1);
+  addStatic("Mesures", 8, 96, 146, 76, -1);
 
-  addLabel("Enfants", kLabel, 116);
-  IntDlgBox_set_geo(kEnfants, kField, 116, 20, kLine, kRankEnfants);
+  addLabel("Enfants", kLabel, 110);
+  IntDlgBox_set_geo(kEnfants, kField, 110, 20, kLine, kRankEnfants);
   IntDlgBox_set(kEnfants, record->enfants, 1);
 
-  addLabel("Poids (kg)", kLabel, 132);
-  NumDlgBox_set_geo(kPoids, kField, 132, 30, kLine, kRankPoids);
+  addLabel("Poids (kg)", kLabel, 126);
+  NumDlgBox_set_geo(kPoids, kField, 126, 30, kLine, kRankPoids);
   NumDlgBox_set_nchiff(kPoids, 1);
   NumDlgBox_set_fvalid(kPoids, realcod_d_ssup0);
   NumDlgBox_mandatory(kPoids, 0);
   if (record->poids > 0) NumDlgBox_set(kPoids, record->poids, 2);
 
-  addLabel("Taille (m)", kLabel, 148);
-  NumDlgBox_set_geo(kTaille, kField, 148, 30, kLine, kRankTaille);
+  addLabel("Taille (m)", kLabel, 142);
+  NumDlgBox_set_geo(kTaille, kField, 142, 30, kLine, kRankTaille);
   NumDlgBox_set_nchiff(kTaille, 2);
   NumDlgBox_set_fvalid(kTaille, realcod_d_ssup0);
   NumDlgBox_mandatory(kTaille, 0);
   if (record->taille > 0) NumDlgBox_set(kTaille, record->taille, 2);
 
-  addLabel("IMC", kLabel, 164);
-  NumDlgBox_set_geo(kImc, kField, 164, 30, kLine, kRankImc);
+  addLabel("IMC", kLabel, 158);
+  NumDlgBox_set_geo(kImc, kField, 158, 30, kLine, kRankImc);
   NumDlgBox_set_nchiff(kImc, 1);
   NumDlgBox_mandatory(kImc, 0);
-  PushDlgBox_set_geo(kCalculer, "Calculer", 144, 162, 40, 16, kRankCalculer);
+  PushDlgBox_set_geo(kCalculer, "Calculer", 110, 157, 38, 15, kRankCalculer);
 }
 
 static void defineAccess(const Record *record) {
-  addStatic("Accès", 134, 102, 118, 50, -1);
+  addStatic("Accès", 160, 96, 112, 56, -1);
 
-  addLabel("Code d’accès", 142, 116);
-  IntDlgBox_set_geo(kCode, 200, 116, 40, kLine, kRankCode);
+  addLabel("Code d’accès", 168, 110);
+  IntDlgBox_set_geo(kCode, 224, 110, 40, kLine, kRankCode);
   IntDlgBox_set_fvalid(kCode, intcod_l_sup0);
   IntDlgBox_mandatory(kCode, 0);
   IntDlgBox_password(kCode, 1);
   if (record->code > 0) IntDlgBox_set(kCode, record->code, -1);
 
-  BoolDlgBox_set_geo(kSuivi, french("Suivi régulier"), 142, 132, 100, kLine, kRankSuivi);
+  BoolDlgBox_set_geo(kSuivi, french("Suivi régulier"), 168, 126, 96, kLine, kRankSuivi);
   BoolDlgBox_set(kSuivi, record->suivi);
-  BoolDlgBox_set_geo(kAccord, "Accord de transmission", 142, 146, 100, kLine, kRankAccord);
+  BoolDlgBox_set_geo(kAccord, "Accord de transmission", 168, 140, 96, kLine, kRankAccord);
   BoolDlgBox_set(kAccord, record->accord);
 }
 
@@ -179,7 +179,7 @@ static int refuseFutureBirth(WindowRef window, int textsInUse, char **texts, int
 static void defineDialog(const Record *record) {
   statics = 0;
   TitreDlgBox_set("Fiche patient");
-  TailleDlgBox_set(260, 222);
+  TailleDlgBox_set(280, 202);
   TexteDlgBox_param(kTexts, kFirstText);
   IntDlgBox_param(kInts, kFirstInt);
   NumDlgBox_param(kNums, kFirstNum);

@@ -1,0 +1,151 @@
+// Dates as numbers: the calendar, days added and taken off, minutes counted.
+//
+// Years are those of the Gregorian calendar, carried on without a reform in both directions: its
+// rule repeats every 400 years, which are 146097 days. 1 January 2000 is a Saturday. Numbers that
+// are no dates go through the same steps; wide integers keep these from overflowing.
+#include <korvel/dates.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <limits>
+
+namespace {
+
+using Wide = std::int64_t;
+
+constexpr Wide kCycleYears = 400;
+constexpr Wide kCycleDays = 146097;
+constexpr Wide kYearDays = 365;  // without the leap day
+constexpr Wide kMinutesPerHour = 60;
+constexpr Wide kMinutesPerDay = 24 * kMinutesPerHour;
+
+bool isLeap(Wide year) { return year % 400 == 0 || (year % 4 == 0 && year % 100 != 0); }
+
+int leapDay(Wide year) { return isLeap(year) ? 1 : 0; }
+
+bool isMonth(int month) { return month >= 1 && month <= 12; }
+
+// 0 for what is no month.
+int daysIn(Wide year, int month) {
+  static constexpr int kDays[] = {0, 31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
+  if (!isMonth(month)) return 0;
+  return month == 2 ? kDays[month] + leapDay(year) : kDays[month];
+}
+
+struct Fields {
+  Wide year;
+  int month;
+  int day;
+};
+
+Fields fieldsOf(int date) { return {date / 10000, date / 100 % 100, date % 100}; }
+
+// The nearest number that an int holds.
+int held(Wide number) {
+  return static_cast<int>(
+      std::clamp<Wide>(number, std::numeric_limits<int>::min(), std::numeric_limits<int>::max()));
+}
+
+int numberOf(const Fields &f, Wide day) { return held(f.year * 10000 + f.month * 100 + day); }
+
+// January comes after December, and after what is above it.
+void stepForward(Fields &f) {
+  if (f.month < 12) {
+    ++f.month;
+  } else {
+    f.month = 1;
+    ++f.year;
+  }
+}
+
+// December comes before January, and before what is below it.
+int monthBefore(int month) { return month > 1 ? month - 1 : 12; }
+
+void stepBack(Fields &f) {
+  if (f.month <= 1) --f.year;
+  f.month = monthBefore(f.month);
+}
+
+// As long as more days are left than whole cycles have, every step that they take would be taken:
+// cycles can be left out at once.
+Wide wholeCycles(Wide days) { return days > kCycleDays ? (days - 1) / kCycleDays : 0; }
+
+// Leap years from 1 to `year`; below 1, those from `year` + 1 to 0 counted negative.
+Wide leapYearsUpTo(Wide year) {
+  const auto multiples = [year](Wide n) { return (year >= 0 ? year : year - n + 1) / n; };
+  return multiples(4) - multiples(100) + multiples(400);
+}
+
+// The days of the years after `origin` up to `year`, each with its own leap day.
+Wide daysOfYears(Wide origin, Wide year) {
+  if (year <= origin) return 0;
+  return kYearDays * (year - origin) + leapYearsUpTo(year) - leapYearsUpTo(origin);
+}
+
+}  // namespace
+
+int utdately(int year) { return leapDay(year); }
+
+int utdatedm(int year, int month) { return daysIn(year, month); }
+
+int utdatedw(int year, int month, int day) {
+  const Wide y = month < 3 ? Wide{year} - 1 : year;
+  const Wide m = month < 3 ? Wide{month} + 10 : Wide{month} - 2;
+  const Wide century = y / 100;
+  const Wide rest = y % 100;
+  const Wide sum = day + (13 * m - 1) / 5 + rest + rest / 4 + century / 4 - 2 * century + 77;
+  // Far from our times the sum is negative; the days of the week go on all the same.
+  return static_cast<int>((sum % 7 + 7) % 7);
+}
+
+int Validate_Date(int date) {
+  const Fields f = fieldsOf(date);
+  const Wide year = f.year % 10000;
+  return year >= 1800 && year <= 2100 && f.day >= 1 && f.day <= daysIn(year, f.month) ? 1 : 0;
+}
+
+int Get_Date_Incr(int date, unsigned int n) {
+  Fields f = fieldsOf(date);
+  Wide left = Wide{f.day} + n;
+  while (left > 0 && !isMonth(f.month)) stepForward(f);
+  const Wide cycles = wholeCycles(left);
+  left -= cycles * kCycleDays;
+  f.year += cycles * kCycleYears;
+  while (left > daysIn(f.year, f.month)) {
+    left -= daysIn(f.year, f.month);
+    stepForward(f);
+  }
+  return numberOf(f, left);
+}
+
+int Get_Date_Diff(int date, unsigned int n) {
+  Fields f = fieldsOf(date);
+  Wide left = n;
+  const Wide cycles = wholeCycles(left);
+  left -= cycles * kCycleDays;
+  f.year -= cycles * kCycleYears;
+  // Kept: a year is as long as the calendar year before, whatever the month.
+  while (left > kYearDays + leapDay(f.year - 1)) {
+    left -= kYearDays + leapDay(f.year - 1);
+    --f.year;
+  }
+  while (left > daysIn(f.year, monthBefore(f.month))) {
+    stepBack(f);
+    left -= daysIn(f.year, f.month);
+  }
+  if (f.day > left) return numberOf(f, f.day - left);
+  const Wide missing = left - f.day;
+  stepBack(f);
+  return numberOf(f, daysIn(f.year, f.month) - missing);
+}
+
+int Min_depuis_org(int date, int time, int origin) {
+  const Fields f = fieldsOf(date);
+  Wide days = f.day;
+  for (int month = 1; month < f.month; ++month) days += daysIn(f.year, month);
+  // Kept: the leap day that counts is that of each year itself, not of the year before.
+  days += daysOfYears(origin, f.year);
+  const int hours = time / 100 % 100;
+  const int minutes = time % 100;
+  return held(days * kMinutesPerDay + hours * kMinutesPerHour + minutes);
+}

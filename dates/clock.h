@@ -1,0 +1,27 @@
+// For dates/ and tests only: where the current date and time come from.
+#ifndef DATES_CLOCK_H
+#define DATES_CLOCK_H
+
+namespace korvel::dates {
+
+// A local date and time: the year in full, months and days from 1, hours 0 to 23.
+struct ClockTime {
+  int year;
+  int month;
+  int day;
+  int hour;
+  int minute;
+  int second;
+};
+
+using Clock = ClockTime (*)();
+
+// The host's clock in its time zone; all zeros when it cannot be told.
+ClockTime hostClock();
+
+// The clock that the library reads: hostClock, unless a test has put its own in place.
+extern Clock clockInUse;
+
+}  // namespace korvel::dates
+
+#endif

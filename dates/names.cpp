@@ -1,0 +1,66 @@
+// French names of months and days, in the bytes of the DOS Latin code page.
+#include <korvel/dates.h>
+
+#include <cstddef>
+#include <iterator>
+
+namespace {
+
+constexpr std::size_t kAbbreviation = 3;
+
+constinit char abbreviation[kAbbreviation + 1] = "   ";
+
+// Kept: é is the byte 0x82, Aout has no accent, and both abbreviations are one buffer.
+constexpr int kNoMonth = 0;
+constexpr int kMonths = 12;
+constexpr int kFirstDay = kMonths + 1;
+constexpr int kDays = 7;
+constexpr int kNoDay = kFirstDay + kDays;
+constexpr int kMonthAbbreviation = kNoDay + 1;
+constexpr int kDayAbbreviation = kNoDay + 2;
+
+constinit const char *const names[] = {
+    "Ill\x82gal",
+    "Janvier",
+    "F\x82vrier",
+    "Mars",
+    "Avril",
+    "Mai",
+    "Juin",
+    "Juillet",
+    "Aout",
+    "Septembre",
+    "Octobre",
+    "Novembre",
+    "D\x82"
+    "cembre",
+    "Dimanche",
+    "Lundi",
+    "Mardi",
+    "Mercredi",
+    "Jeudi",
+    "Vendredi",
+    "Samedi",
+    "Ill\x82gal",
+    abbreviation,
+    abbreviation,
+};
+static_assert(std::size(names) == kDayAbbreviation + 1);
+
+// ASCII letters alone: é stays as it is.
+char capital(char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; }
+
+const char *abbreviate(const char *name, int place) {
+  for (std::size_t i = 0; i < kAbbreviation; ++i) abbreviation[i] = capital(name[i]);
+  return names[place];
+}
+
+}  // namespace
+
+const char *utdatemy(int month) { return names[month >= 1 && month <= kMonths ? month : kNoMonth]; }
+
+const char *utdatedn(int day) { return names[day >= 0 && day < kDays ? kFirstDay + day : kNoDay]; }
+
+const char *utdatemm(int month) { return abbreviate(utdatemy(month), kMonthAbbreviation); }
+
+const char *utdatedd(int day) { return abbreviate(utdatedn(day), kDayAbbreviation); }

@@ -1,0 +1,47 @@
+// For dialogs/ only: which item stands for which field, both ways.
+#ifndef KORVEL_DIALOGS_NUMBERING_H
+#define KORVEL_DIALOGS_NUMBERING_H
+
+#include "dialogs/families.h"
+
+#include <optional>
+#include <vector>
+
+namespace korvel::dialogs {
+
+// Entries of the numbering tables: items and ranks run from 0 to one less.
+constexpr int kNumberedItems = 128;
+
+// The first item that the fields may take; the button pair stands before it.
+constexpr int kFirstFieldItem = 3;
+
+// The (first) item of field i: by its rank, or fixed when it has none. Always in the range of a
+// 16-bit number; 0, which is no item, for a rank beyond the tables.
+int itemOf(const Family &family, int i);
+
+// The logical identifier of an item: its type's first item number + index (a date: + 3 * index).
+int identifierOf(int item);
+
+// The index of the field that an identifier names, or nothing when the type has no such field in
+// use.
+std::optional<int> fieldOf(const Family &family, long long identifier);
+
+// Notes that field i, which has a rank, was given the items from `firstItem` on.
+void recordItems(const Family &family, int i, int firstItem);
+
+struct FieldId {
+  const Family *family;
+  int index;
+};
+
+// The fields in use that have a rank, in the order in which their items are placed: by rank, then
+// by type, then by index.
+std::vector<FieldId> placementOrder();
+
+// Whether ranks and items of these fields fit the numbering tables. If not, one line on standard
+// error names the first field that does not.
+bool fitsNumbering(const std::vector<FieldId> &order);
+
+}  // namespace korvel::dialogs
+
+#endif

@@ -1,0 +1,25 @@
+// For dialogs/ only: the one dialog that may be up, from its making to its end.
+#ifndef KORVEL_DIALOGS_RUN_H
+#define KORVEL_DIALOGS_RUN_H
+
+#include "platform/desktop.h"
+
+#include <korvel/dialogs.h>
+
+#include <memory>
+
+// What a DialogRef refers to.
+struct KorvelDialog {
+  std::unique_ptr<korvel::platform::Dialog> onScreen;
+};
+
+namespace korvel::dialogs {
+
+bool isDialogUp();
+
+// Makes a built dialog the current one, to be run by DlgBoxFunc. None may be up.
+DialogRef makeCurrent(std::unique_ptr<platform::Dialog> dialog);
+
+}  // namespace korvel::dialogs
+
+#endif

@@ -1,0 +1,130 @@
+// The dialog's items as the field types see them.
+#include "dialogs/screen.h"
+
+#include "platform/screentext.h"
+
+#include <korvel/strings.h>
+
+#include <utility>
+
+namespace korvel::dialogs {
+
+using platform::ItemKind;
+
+namespace {
+
+constexpr std::size_t kLongestRow = 255;
+
+// What a stored text becomes when it is shown and read back: the form in which a choice on the
+// screen is compared with a text in the tables.
+std::string comparable(std::string_view stored) {
+  return fromScreen(platform::asReadBack(toScreen(stored)));
+}
+
+template <typename Values>
+void growTo(Values &values, int item) {
+  const auto size = static_cast<std::size_t>(item) + 1;
+  if (values.size() < size) values.resize(size);
+}
+
+}  // namespace
+
+std::string toScreen(std::string_view stored) {
+  std::string text(stored);
+  w2mstr(text.data());
+  return text;
+}
+
+std::string fromScreen(std::string screenText) {
+  m2wstr(screenText.data());
+  return screenText;
+}
+
+void Screen::setTitle(std::string_view title) { dialog_.setTitle(toScreen(title)); }
+
+std::string Screen::text(int item) const {
+  return is(item, ItemKind::EditText) ? fromScreen(dialog_.text(item)) : std::string();
+}
+
+void Screen::setText(int item, std::string_view text) {
+  if (is(item, ItemKind::EditText)) dialog_.setText(item, toScreen(text));
+}
+
+void Screen::setMask(int item, std::size_t length) {
+  keepSecret(item);
+  setText(item, std::string(length, '*'));
+}
+
+void Screen::keepSecret(int item) {
+  if (!is(item, ItemKind::EditText)) return;
+  growTo(secrets_, item);
+  const auto index = static_cast<std::size_t>(item);
+  if (!secrets_[index]) dialog_.setSecret(item);
+  secrets_[index] = true;
+}
+
+void Screen::select(int item) {
+  if (is(item, ItemKind::EditText)) dialog_.selectText(item);
+}
+
+bool Screen::isChecked(int item) const {
+  return is(item, ItemKind::CheckBox) && dialog_.value(item) != 0;
+}
+
+void Screen::setChecked(int item, bool checked) {
+  if (is(item, ItemKind::CheckBox)) dialog_.setValue(item, checked ? 1 : 0);
+}
+
+void Screen::setChoices(int item, const std::vector<std::string_view> &choices) {
+  if (!is(item, ItemKind::PopUp)) return;
+  std::vector<std::string> shown;
+  shown.reserve(choices.size());
+  for (const std::string_view choice : choices) shown.push_back(toScreen(choice));
+  dialog_.setEntries(item, shown);
+  growTo(choiceCounts_, item);
+  choiceCounts_[static_cast<std::size_t>(item)] = static_cast<int>(choices.size());
+}
+
+void Screen::choose(int item, std::string_view choice) {
+  if (!is(item, ItemKind::PopUp)) return;
+  growTo(choiceCounts_, item);
+  const std::string wanted = comparable(choice);
+  int index = choiceCounts_[static_cast<std::size_t>(item)] - 1;
+  while (index >= 0 && fromScreen(dialog_.entry(item, index)) != wanted) --index;
+  dialog_.setValue(item, index + 1);
+}
+
+void Screen::chooseNone(int item) {
+  if (is(item, ItemKind::PopUp)) dialog_.setValue(item, 0);
+}
+
+std::string Screen::choice(int item) const {
+  const int value = is(item, ItemKind::PopUp) ? dialog_.value(item) : 0;
+  return value > 0 ? fromScreen(dialog_.entry(item, value - 1)) : std::string();
+}
+
+void Screen::setRows(int item, const std::vector<std::string_view> &rows) {
+  if (!is(item, ItemKind::ListBox)) return;
+  dialog_.setEntries(item, std::vector<std::string>(rows.begin(), rows.end()));
+}
+
+std::string Screen::clickedRow(int item) const {
+  const int row = is(item, ItemKind::ListBox) ? dialog_.lastClick(item).row : -1;
+  if (row < 0) return {};
+  std::string text = dialog_.entry(item, row);
+  if (text.size() > kLongestRow) text.resize(kLongestRow);
+  return fromScreen(std::move(text));
+}
+
+bool Screen::wasDoubleClicked(int item) const {
+  return is(item, ItemKind::ListBox) && dialog_.lastClick(item).isDouble;
+}
+
+void Screen::enableOk(bool enabled) {
+  const Ok wanted = enabled ? Ok::Enabled : Ok::Disabled;
+  if (ok_ == wanted) return;
+  dialog_.setEnabled(platform::kOkItem, enabled);
+  ok_ = wanted;
+}
+
+}  // namespace korvel::dialogs

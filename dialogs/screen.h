@@ -1,0 +1,66 @@
+// For dialogs/ only: the dialog's items as the field types see them. Texts are stored texts
+// (CP1252) on this side and in the screen's set on the other.
+#ifndef KORVEL_DIALOGS_SCREEN_H
+#define KORVEL_DIALOGS_SCREEN_H
+
+#include "platform/desktop.h"
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace korvel::dialogs {
+
+// A copy of a stored text as it goes to the screen.
+std::string toScreen(std::string_view stored);
+
+// A text read back from the screen as it is stored.
+std::string fromScreen(std::string screenText);
+
+// An item's number may come from a table in which anything may stand: what an item cannot do does
+// nothing, and what it does not have is empty.
+class Screen {
+ public:
+  explicit Screen(platform::Dialog &dialog) : dialog_(dialog) {}
+
+  WindowRef window() { return dialog_.window(); }
+  platform::ItemKind kind(int item) const { return dialog_.kind(item); }
+  void setTitle(std::string_view title);
+
+  // Edit-text items.
+  std::string text(int item) const;
+  void setText(int item, std::string_view text);
+  void setMask(int item, std::size_t length);  // one star per character
+  void keepSecret(int item);
+  void select(int item);
+
+  bool isChecked(int item) const;
+  void setChecked(int item, bool checked);
+
+  // Entries of a pop-up, as stored texts.
+  void setChoices(int item, const std::vector<std::string_view> &choices);
+  void choose(int item, std::string_view choice);  // the last equal one; none where none is equal
+  void chooseNone(int item);
+  std::string choice(int item) const;
+
+  // Rows of a list box, which go to the screen without conversion.
+  void setRows(int item, const std::vector<std::string_view> &rows);
+  std::string clickedRow(int item) const;
+  bool wasDoubleClicked(int item) const;
+
+  void enableOk(bool enabled);
+
+ private:
+  bool is(int item, platform::ItemKind kind) const { return dialog_.kind(item) == kind; }
+
+  platform::Dialog &dialog_;
+  // Number of choices per pop-up item; the screen tells entries, not how many there are.
+  std::vector<int> choiceCounts_;
+  std::vector<bool> secrets_;
+  enum class Ok { Unknown, Enabled, Disabled } ok_ = Ok::Unknown;
+};
+
+}  // namespace korvel::dialogs
+
+#endif

@@ -1,0 +1,99 @@
+// Title, size, background and the button pair.
+#include "dialogs/stored_text.h"
+
+#include <korvel/dialogs.h>
+
+#include <cstring>
+
+using namespace korvel::dialogs;
+
+constinit int HDB = 0;
+constinit char HDB_szHeader[128] = "";
+constinit int LDB = 0;
+constinit int LDB_cx = 0;
+constinit int LDB_cy = 0;
+constinit int FDB = 0;
+constinit RGBColor FDB_bkgcol = {};
+constinit int FDB_hbrbkg = 0;
+constinit char OK_sz1[16] = "OK";
+constinit char OK_sz2[16] = "Annuler";
+constinit char OK_sz1_bak[16] = "";
+constinit char OK_sz2_bak[16] = "";
+constinit int OK_def = 1;
+constinit int OK_x = 0;
+constinit int OK_y = 0;
+constinit int OK_xt = 0;
+constinit int OK_yt = 0;
+constinit int OK_shadow = 0;
+constinit int OK_shadow_dx = 0;
+constinit int OK_shadow_dy = 0;
+constinit RGBColor OK_shadow_c = {};
+
+int TitreDlgBox_set(const char *text) {
+  if (text == nullptr) return 0;
+  HDB = 1;
+  copyCut(HDB_szHeader, text);
+  return 0;
+}
+
+int TitreDlgBox_retrieve(char *dst, int size) {
+  copyWhole(dst, size, boundedText(HDB_szHeader));
+  return 0;
+}
+
+int TailleDlgBox_set(int cx, int cy) {
+  LDB = 1;
+  LDB_cx = cx;
+  LDB_cy = cy;
+  return 0;
+}
+
+int ColorDlgBox_bkg(RGBColor colour) {
+  FDB_bkgcol = colour;
+  FDB = 1;
+  return 0;
+}
+
+int BOKDlgBox_set_geo(int x, int y) {
+  OK_x = x;
+  OK_y = y;
+  return 0;
+}
+
+int BOKDlgBox_pos(int x, int y) {
+  OK_xt = x;
+  OK_yt = y;
+  return 0;
+}
+
+int BOKDlgBox_textes(const char *text1, const char *text2) {
+  std::memcpy(OK_sz1_bak, OK_sz1, sizeof OK_sz1);
+  std::memcpy(OK_sz2_bak, OK_sz2, sizeof OK_sz2);
+  if (text1 != nullptr) copyCut(OK_sz1, text1);
+  if (text2 != nullptr) copyCut(OK_sz2, text2);
+  return 0;
+}
+
+int BOKDlgBox_textes_reset() {
+  std::memcpy(OK_sz1, OK_sz1_bak, sizeof OK_sz1);
+  std::memcpy(OK_sz2, OK_sz2_bak, sizeof OK_sz2);
+  return 0;
+}
+
+int BOKDlgBox_def(int n) {
+  if (n == 1 || n == 2) OK_def = n;
+  return 0;
+}
+
+int BOKDlgBox_def_reset() {
+  OK_def = 1;
+  return 0;
+}
+
+int BOKDlgBox_shadow(int dx, int dy, RGBColor colour) {
+  OK_shadow_dx = dx;
+  OK_shadow_dy = dy;
+  OK_shadow_c = colour;
+  OK_shadow = 1;
+  return 0;
+}

@@ -1,0 +1,507 @@
+/* Data-entry dialogs: described by exported tables, built, run modally, validated and read back.
+
+   A dialog is described before it is shown: for each field type in use one _param call with the
+   number of fields and the first item number, then per field its place, value and limits; then
+   ZRVDlgBoxEx shows it. The values stay in the tables, where the _retrieve functions or the
+   application itself read them afterwards. The tables are part of the interface: an application
+   and its callbacks may read and write them at any time, also while the dialog is shown.
+
+   Units. Places and sizes are in dialog units; pixels are 2 * x, 2 * cx, 7 * y / 4 and 5 * cy / 4
+   (divisions truncate toward zero). Texts are CP1252, NUL-terminated.
+
+   Conventions. Every function returns int 0 unless its comment says otherwise. A field index i runs
+   from 0 and selects a field of its type; an index below 0, or not below the type's count, does
+   nothing and returns 0. A null text or null output pointer does nothing. A _param function
+   refuses a count below 0 or above the type's capacity (for text fields also 0): it changes nothing
+   and returns -1. Coordinates and ranks are stored as shorts (truncated). Library code never
+   follows a count beyond the capacity of its tables, nor a null pointer in them.
+
+   Items. Item 1 accepts ("OK"), item 2 cancels; the fields' items follow. A field with a rank
+   r >= 0 is item r - Dlg_rkOffset[r]; ZRVDlgBoxEx places the fields by ascending rank, and inside
+   a rank in the order text, check box, integer, number, date, push button. A field with a negative
+   rank is the fixed item first item number + i (a date: + 3 * i); ZRVDlgBoxEx does not place it.
+   Callbacks name fields by identifier: first item number + i, for dates + 3 * i, whatever the
+   rank. A date consists of three items: day, month, year.
+
+   One dialog at a time, on the interface thread. */
+#ifndef KORVEL_DIALOGS_H
+#define KORVEL_DIALOGS_H
+
+#include <korvel/types.h>
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/* ---- Functions that an application supplies ---- */
+
+/* A validation function of an integer or date field. text: what was entered; may be changed in
+   place and never lengthened beyond 255 characters. value: the field's slot in its value table.
+   Converts the text into the slot and returns 0 when it is acceptable, anything else when not;
+   whatever a refusing function stored stays. */
+typedef int (*ValidInt_t)(char *text, int *value);
+
+/* The same for a number field. */
+typedef int (*ValidNum_t)(char *text, double *value);
+
+/* The action of a push button. window: the dialog's. The result is not used. */
+typedef int (*PushAction_t)(WindowRef window);
+
+/* The global callback, called when a field has changed to an acceptable value, a check box was
+   toggled or a push button pressed.
+   item: the identifier of the field. Then for text fields, check boxes, integers, numbers and
+   dates: in-use flag, first item number, value table, count. The callback may change any table.
+   redisplay: room for `capacity` identifiers of fields to bring up to date on the screen: the
+   identifier itself shows the table's value, its negative clears the field. Push buttons and static
+   texts cannot be named; an identifier that matches no field is skipped. capacity: 32 while a
+   dialog runs; 0, and redisplay null, when called through a _global function.
+   Returns the number of identifiers written; a negative number means none. */
+typedef int (*DlgBoxGlobal_t)(int item, int textInUse, int textFirstItem, char **texts,
+                              int textCount, int boolInUse, int boolFirstItem, int *bools,
+                              int boolCount, int intInUse, int intFirstItem, int *ints,
+                              int intCount, int numInUse, int numFirstItem, double *nums,
+                              int numCount, int dateInUse, int dateFirstItem, int *dates,
+                              int dateCount, int *redisplay, int capacity);
+
+/* The final callback, called when the user accepts.
+   window: the dialog's (through ZRVDlgBox_end: that function's argument). Then for text fields,
+   check boxes, integers, numbers and dates: in-use flag, value table, count.
+   Returns non-zero to accept, which closes the dialog, 0 to refuse, which keeps it open. */
+typedef int (*DlgBoxFinal_t)(WindowRef window, int textInUse, char **texts, int textCount,
+                             int boolInUse, int *bools, int boolCount, int intInUse, int *ints,
+                             int intCount, int numInUse, double *nums, int numCount, int dateInUse,
+                             int *dates, int dateCount);
+
+/* ---- Text fields: at most 20 ---- */
+
+KORVEL_API extern int TDB;            /* 1 while the type is in use */
+KORVEL_API extern int TDB_N;          /* number of fields */
+KORVEL_API extern int TDB_ID_TEXTE;   /* first item number */
+KORVEL_API extern int TDB_BUFFERSIZE; /* bytes of a slice: 8192 / TDB_N */
+KORVEL_API extern short TDB_x[20];
+KORVEL_API extern short TDB_y[20];
+KORVEL_API extern short TDB_cx[20];
+KORVEL_API extern short TDB_cy[20];
+KORVEL_API extern short TDB_rk[20];
+KORVEL_API extern int TDB_bInit[20];         /* 1 once the field was given a text */
+KORVEL_API extern int TDB_bMand[20];         /* 1: may not be empty */
+KORVEL_API extern int TDB_bOK[20];           /* 1: acceptable */
+KORVEL_API extern int TDB_bPassw[20];        /* 1: shown as one "*" per character */
+KORVEL_API extern int TDB_iCarac[20];        /* longest acceptable text, in characters */
+KORVEL_API extern int TDBC[20];              /* 1: a pop-up choice */
+KORVEL_API extern int TDBL[20];              /* 1: a list (unless a pop-up) */
+KORVEL_API extern char *TDB_pszBuffer[20];   /* the text: a slice of TDB_szBuffer */
+KORVEL_API extern char *TDB_PSZLBUFFER[20];  /* the choices: a slice of TDB_SZLBUFFER */
+KORVEL_API extern int *TDB_PITABSTOPS[20];   /* a row of TDB_ITABSTOPS; fields 5 to 19: null */
+KORVEL_API extern char TDB_szBuffer[8192];   /* TDB_N slices of TDB_BUFFERSIZE bytes */
+KORVEL_API extern char TDB_SZLBUFFER[8192];  /* likewise */
+KORVEL_API extern int TDB_ITABSTOPS[5][128]; /* each row ends in 0 */
+
+/* Takes n text fields (1 to 20) into use, the first with item number idFirst. Each is empty,
+   mandatory, valid, without place, at rank -1, neither pop-up nor list, and may hold 8192 / n - 1
+   characters. Leaves TDB_bPassw and the tab stops as they are. */
+KORVEL_API int TexteDlgBox_param(int n, int idFirst);
+
+/* Gives field i its text, cut to TDB_BUFFERSIZE - 1 characters, and marks it as set. */
+KORVEL_API int TexteDlgBox_set(int i, const char *text);
+
+/* Place and size in dialog units, and rank (-1: none). */
+KORVEL_API int TexteDlgBox_set_geo(int i, int x, int y, int cx, int cy, int rk);
+
+/* Lowers the longest acceptable text of field i to n characters (below 0 counts as 0). The limit is
+   never raised: a larger n is ignored. It decides validity only and cuts nothing. */
+KORVEL_API int TexteDlgBox_set_ncarac(int i, int n);
+
+/* Makes field i a pop-up and copies its choices, cut to TDB_BUFFERSIZE - 1 characters, into its own
+   slice: one string, separated by "+" or "," (by "$" for a field that is to become a list). */
+KORVEL_API int TexteDlgBox_set_liste(int i, const char *choices);
+
+/* Turns a pop-up into a list, or a list into a pop-up; does nothing to other fields. */
+KORVEL_API int TexteDlgBox_change_liste(int i);
+
+/* Has field i use the caller's own choices, not copied: they must live until the run has ended. */
+KORVEL_API int TexteDlgBox_set_liste_buffer(int i, char *buffer);
+
+/* Copies the text of field i to dst, only when it is shorter than size; else copies nothing. */
+KORVEL_API int TexteDlgBox_retrieve(int i, char *dst, int size);
+
+/* Copies the choices of field i to dst, which must have room for them all. */
+KORVEL_API int TexteDlgBox_retrieve_liste(int i, char *dst);
+
+/* on non-zero: field i may not be empty. 0: it may, and is marked valid. */
+KORVEL_API int TexteDlgBox_mandatory(int i, int on);
+
+/* on non-zero: field i shows one "*" per character; 0: its text. While a masked field is edited,
+   a "*" at a position keeps the character that was there; a "*" behind the old text's end ends
+   the text. */
+KORVEL_API int TexteDlgBox_password(int i, int on);
+
+/* Copies tab positions, ended by 0, at most 127, into the field's row, which then ends in 0. Fields
+   5 to 19 have no row: nothing is copied. */
+KORVEL_API int TexteDlgBox_set_tabstops(int i, const int *stops);
+
+/* Returns 1 when field i is marked acceptable, else 0. */
+KORVEL_API int TexteDlgBox_get_valid(int i);
+
+/* ---- Check boxes: at most 64 ---- */
+
+KORVEL_API extern int BDB;
+KORVEL_API extern int BDB_N;
+KORVEL_API extern int BDB_ID_FLAG;    /* first item number */
+KORVEL_API extern int BDB_BUFFERSIZE; /* bytes of a label: 48 */
+KORVEL_API extern short BDB_x[64];
+KORVEL_API extern short BDB_y[64];
+KORVEL_API extern short BDB_cx[64];
+KORVEL_API extern short BDB_cy[64];
+KORVEL_API extern short BDB_rk[64];
+KORVEL_API extern int BDB_bFlags[64];      /* the value: 0 or 1 */
+KORVEL_API extern char *BDB_pszBuffer[64]; /* the label: a slice of BDB_szBuffer */
+KORVEL_API extern char BDB_szBuffer[3072];
+
+/* Takes n check boxes (0 to 64) into use: off, without label or place, rank -1. */
+KORVEL_API int BoolDlgBox_param(int n, int idFirst);
+
+/* Sets the value, stored as given. */
+KORVEL_API int BoolDlgBox_set(int i, int value);
+
+/* Label (cut to 47 characters), place and size in dialog units, rank. A null label leaves the
+   label as it was. */
+KORVEL_API int BoolDlgBox_set_geo(int i, const char *label, int x, int y, int cx, int cy, int rk);
+
+/* Stores the value in *out. */
+KORVEL_API int BoolDlgBox_retrieve(int i, int *out);
+
+/* ---- Integer fields: at most 128 ---- */
+
+KORVEL_API extern int IDB;
+KORVEL_API extern int IDB_N;
+KORVEL_API extern int IDB_ID_INT; /* first item number */
+KORVEL_API extern short IDB_x[128];
+KORVEL_API extern short IDB_y[128];
+KORVEL_API extern short IDB_cx[128];
+KORVEL_API extern short IDB_cy[128];
+KORVEL_API extern short IDB_rk[128];
+KORVEL_API extern int IDB_bInit[128];    /* 1 once the field was given a value */
+KORVEL_API extern int IDB_bMand[128];    /* 1: may not be empty */
+KORVEL_API extern int IDB_bOK[128];      /* 1: acceptable */
+KORVEL_API extern int IDB_bPassw[128];   /* 1: shown as one "*" per character */
+KORVEL_API extern int IDB_iInts[128];    /* the value */
+KORVEL_API extern short IDB_lPassw[128]; /* length of the text last seen in a masked field */
+KORVEL_API extern ValidInt_t vi_tab[128];
+KORVEL_API extern ValidInt_t *vi; /* initially vi_tab; may be pointed at an own table of 128 */
+
+/* Takes n integer fields (0 to 128) into use: value 0, not set, mandatory, valid, not masked,
+   without place, rank -1, validated by intcod_i. */
+KORVEL_API int IntDlgBox_param(int n, int idFirst);
+
+/* Gives field i its value and marks it as set. mode 0: validated by intcod_i, 1: intcod_i_sup0, 2:
+   intcod_i_ssup0; any other mode keeps the validation function. */
+KORVEL_API int IntDlgBox_set(int i, int value, int mode);
+
+KORVEL_API int IntDlgBox_set_geo(int i, int x, int y, int cx, int cy, int rk);
+
+/* Has field i validated by an own function. */
+KORVEL_API int IntDlgBox_set_fvalid(int i, ValidInt_t function);
+
+/* Stores the value in *out. */
+KORVEL_API int IntDlgBox_retrieve(int i, int *out);
+
+/* on non-zero: field i may not be empty. 0: it may, and is marked valid. */
+KORVEL_API int IntDlgBox_mandatory(int i, int on);
+
+/* on non-zero: field i shows one "*" per character; 0: its digits. While a masked field is edited,
+   each "*" stands for a digit of the value, counted from the end; removing is taken to have
+   removed the last one. */
+KORVEL_API int IntDlgBox_password(int i, int on);
+
+/* Returns 1 when field i is marked acceptable, else 0. */
+KORVEL_API int IntDlgBox_get_valid(int i);
+
+/* ---- Number fields: at most 128 ---- */
+
+KORVEL_API extern int NDB;
+KORVEL_API extern int NDB_N;
+KORVEL_API extern int NDB_ID_NUM; /* first item number */
+KORVEL_API extern short NDB_x[128];
+KORVEL_API extern short NDB_y[128];
+KORVEL_API extern short NDB_cx[128];
+KORVEL_API extern short NDB_cy[128];
+KORVEL_API extern short NDB_rk[128];
+KORVEL_API extern int NDB_bInit[128];
+KORVEL_API extern int NDB_bMand[128];
+KORVEL_API extern int NDB_bOK[128];
+KORVEL_API extern double NDB_dNums[128]; /* the value */
+KORVEL_API extern int NDB_iChiff[128];   /* decimals shown */
+KORVEL_API extern ValidNum_t vf_tab[128];
+KORVEL_API extern ValidNum_t *vf; /* initially vf_tab; may be pointed at an own table of 128 */
+
+/* Takes n number fields (0 to 128) into use: value 0.0 with 5 decimals, not set, mandatory, valid,
+   without place, rank -1, validated by realcod_d. */
+KORVEL_API int NumDlgBox_param(int n, int idFirst);
+
+/* Gives field i its value and marks it as set. mode 0: validated by realcod_d, 1: realcod_d_sup0,
+   2: realcod_d_ssup0; any other mode keeps the validation function. Showing a field rounds its
+   value to the decimals shown, as its validation function reads the shown text back. */
+KORVEL_API int NumDlgBox_set(int i, double value, int mode);
+
+/* Sets the decimals shown; n below 0 counts as 0. */
+KORVEL_API int NumDlgBox_set_nchiff(int i, int n);
+
+KORVEL_API int NumDlgBox_set_geo(int i, int x, int y, int cx, int cy, int rk);
+KORVEL_API int NumDlgBox_set_fvalid(int i, ValidNum_t function);
+KORVEL_API int NumDlgBox_retrieve(int i, double *out);
+KORVEL_API int NumDlgBox_mandatory(int i, int on);
+KORVEL_API int NumDlgBox_get_valid(int i);
+
+/* ---- Date fields: at most 20 ---- */
+
+KORVEL_API extern int DDB;
+KORVEL_API extern int DDB_N;
+KORVEL_API extern int DDB_ID_DATE; /* first item number; a date takes three */
+KORVEL_API extern short DDB_x[20];
+KORVEL_API extern short DDB_y[20];
+KORVEL_API extern short DDB_cx[20]; /* not used: the three items have widths of their own */
+KORVEL_API extern short DDB_cy[20];
+KORVEL_API extern short DDB_rk[20];
+KORVEL_API extern int DDB_bInit[20];
+KORVEL_API extern int DDB_bMand[20];
+KORVEL_API extern int DDB_bOK[20];
+KORVEL_API extern int DDB_lDates[20]; /* the value: yyyymmdd */
+KORVEL_API extern ValidInt_t vd_tab[20];
+KORVEL_API extern ValidInt_t *vd; /* initially vd_tab; may be pointed at an own table of 20 */
+
+/* Takes n date fields (0 to 20) into use: value 0, not set, mandatory, valid, without place, rank
+   -1, validated by intcod_l. */
+KORVEL_API int DateDlgBox_param(int n, int idFirst);
+
+/* Gives field i its value and marks it as set. mode 0: validated by intcod_l_sup0, 1:
+   intcod_l_date; any other mode keeps the validation function. */
+KORVEL_API int DateDlgBox_set(int i, int yyyymmdd, int mode);
+
+KORVEL_API int DateDlgBox_set_geo(int i, int x, int y, int cx, int cy, int rk);
+KORVEL_API int DateDlgBox_set_fvalid(int i, ValidInt_t function);
+KORVEL_API int DateDlgBox_retrieve(int i, int *out);
+KORVEL_API int DateDlgBox_mandatory(int i, int on);
+KORVEL_API int DateDlgBox_get_valid(int i);
+
+/* Validates the date yyyymmdd in `text`, which is trimmed in place.
+   Returns 0 and stores the value when it is a day of the years 1800 to 2100. Otherwise the code of
+   intcod_l (1 to 4, nothing stored), or 1 for a value below 0 and 2 for no day of those years,
+   with the value stored all the same. Example: "20230230" gives 2. */
+KORVEL_API int intcod_l_date(char *text, int *value);
+
+/* ---- Push buttons: at most 10 ---- */
+
+KORVEL_API extern int PDB;
+KORVEL_API extern int PDB_N;
+KORVEL_API extern int PDB_ID_PUSH;    /* first item number */
+KORVEL_API extern int PDB_BUFFERSIZE; /* bytes of a label: 16 */
+KORVEL_API extern short PDB_x[10];
+KORVEL_API extern short PDB_y[10];
+KORVEL_API extern short PDB_cx[10];
+KORVEL_API extern short PDB_cy[10];
+KORVEL_API extern short PDB_rk[10];
+KORVEL_API extern char *PDB_pszBuffer[10]; /* the label: a slice of PDB_szBuffer */
+KORVEL_API extern char PDB_szBuffer[160];
+KORVEL_API extern PushAction_t vp_tab[10];
+KORVEL_API extern PushAction_t *vp; /* initially vp_tab; may be pointed at an own table of 10 */
+
+/* Takes n push buttons (0 to 10) into use: without label, action or place, rank -1. */
+KORVEL_API int PushDlgBox_param(int n, int idFirst);
+
+/* Label (cut to 15 characters), place and size in dialog units, rank. A null label leaves the
+   label as it was. */
+KORVEL_API int PushDlgBox_set_geo(int i, const char *label, int x, int y, int cx, int cy, int rk);
+
+/* Sets the action, or none (null). The global callback is called after it, and without one too. */
+KORVEL_API int PushDlgBox_set_fvalid(int i, PushAction_t function);
+
+/* ---- Static texts, group boxes and icons: at most 128 ---- */
+
+KORVEL_API extern int SDB;
+KORVEL_API extern int SDB_N;
+KORVEL_API extern int SDB_BUFFERSIZE; /* bytes of a text: 512 */
+KORVEL_API extern short SDB_x[128];
+KORVEL_API extern short SDB_y[128];
+KORVEL_API extern short SDB_cx[128];
+KORVEL_API extern short SDB_cy[128];
+KORVEL_API extern short SDB_type[128];
+KORVEL_API extern char *SDB_pszBuffer[128]; /* the text: a slice of SDB_szBuffer */
+KORVEL_API extern char SDB_szBuffer[65536];
+
+/* Takes n statics (0 to 128) into use: no text, no place, type 0. They are no items and have no
+   rank. */
+KORVEL_API int StaticDlgBox_param(int n);
+
+/* Sets the text, cut to 511 characters. Building the dialog converts it in place to the character
+   set of the screen: set it again for a further dialog. */
+KORVEL_API int StaticDlgBox_set(int i, const char *text);
+
+KORVEL_API int StaticDlgBox_set_geo(int i, int x, int y, int cx, int cy);
+
+/* type below 0: a group box titled with the text, 1.4 times as high as cy says. 0: the text,
+   left-aligned and wrapped at words, in at least 15 pixels of height. Above 0: the icon
+   icons/2 of the resource folder (whatever the type), in 2 * cx by 2 * cy pixels. */
+KORVEL_API int StaticDlgBox_set_type(int i, int type);
+
+/* ---- Title, size, background and the button pair ---- */
+
+/* These settings, unlike the field types, stay in force for later dialogs; of them only the flag
+   HDB is reset at the end of a run. */
+
+KORVEL_API extern int HDB;                /* 1 once a title is set */
+KORVEL_API extern char HDB_szHeader[128]; /* the title */
+
+/* Sets the title, cut to 127 characters. It overrides the one given to ZRVDlgBoxEx. */
+KORVEL_API int TitreDlgBox_set(const char *text);
+
+/* Copies the title to dst, only when it is shorter than size; else copies nothing. */
+KORVEL_API int TitreDlgBox_retrieve(char *dst, int size);
+
+KORVEL_API extern int LDB;    /* 1 once a size is set */
+KORVEL_API extern int LDB_cx; /* width and height of the dialog, in dialog units; ZRVDlgBoxEx */
+KORVEL_API extern int LDB_cy; /* overwrites both with pixels, so set them again for each dialog */
+
+KORVEL_API extern int FDB;             /* 1 once a background colour is set */
+KORVEL_API extern RGBColor FDB_bkgcol; /* kept for the application: dialogs built from the */
+KORVEL_API extern int FDB_hbrbkg;      /* tables have the desktop's own background */
+
+/* Sets the dialog's size in dialog units. */
+KORVEL_API int TailleDlgBox_set(int cx, int cy);
+
+/* Records a background colour (see FDB_bkgcol). */
+KORVEL_API int ColorDlgBox_bkg(RGBColor colour);
+
+KORVEL_API extern char OK_sz1[16];     /* text of button 1, initially "OK"; empty: "OK" is shown */
+KORVEL_API extern char OK_sz2[16];     /* text of button 2, initially "Annuler"; likewise */
+KORVEL_API extern char OK_sz1_bak[16]; /* the texts before the last change */
+KORVEL_API extern char OK_sz2_bak[16];
+KORVEL_API extern int OK_def; /* the default button, 1 or 2; initially 1 */
+
+/* Kept for the application: ZRVDlgBoxEx places the pair at the dialog's foot, without a shadow. */
+KORVEL_API extern int OK_x;
+KORVEL_API extern int OK_y;
+KORVEL_API extern int OK_xt;
+KORVEL_API extern int OK_yt;
+KORVEL_API extern int OK_shadow;
+KORVEL_API extern int OK_shadow_dx;
+KORVEL_API extern int OK_shadow_dy;
+KORVEL_API extern RGBColor OK_shadow_c;
+
+/* Sets OK_x and OK_y. */
+KORVEL_API int BOKDlgBox_set_geo(int x, int y);
+
+/* Sets OK_xt and OK_yt. */
+KORVEL_API int BOKDlgBox_pos(int x, int y);
+
+/* Keeps the texts of both buttons in OK_sz1_bak and OK_sz2_bak, then sets them, each cut to 15
+   characters. Nine characters or more in either make both buttons wider. A null text leaves that
+   button's text as it was. */
+KORVEL_API int BOKDlgBox_textes(const char *text1, const char *text2);
+
+/* Brings back the texts kept by the last BOKDlgBox_textes, one level only. */
+KORVEL_API int BOKDlgBox_textes_reset(void);
+
+/* Makes button n (1 or 2) the default button; any other n is ignored. */
+KORVEL_API int BOKDlgBox_def(int n);
+
+/* Makes button 1 the default button. */
+KORVEL_API int BOKDlgBox_def_reset(void);
+
+/* Records a shadow: offsets and colour, and OK_shadow = 1. */
+KORVEL_API int BOKDlgBox_shadow(int dx, int dy, RGBColor colour);
+
+/* ---- Callbacks ---- */
+
+/* The callbacks of the next run; every end of a run sets them back to the two _nul functions. */
+KORVEL_API extern DlgBoxGlobal_t DlgBoxGlobal_fonct;
+KORVEL_API extern DlgBoxFinal_t DlgBoxFinal_fonct;
+
+/* The error text last recorded by a final callback; not reset by the end of a run. */
+KORVEL_API extern char DlgBoxFinal_szErr[256];
+
+/* What stands for "no global callback": returns 0. Never called through DlgBoxGlobal_fonct, whose
+   type it does not have; null in that slot means the same. */
+KORVEL_API int DlgBoxGlobal_nul(void);
+
+/* Sets the global callback. */
+KORVEL_API int DlgBoxGlobal_set(DlgBoxGlobal_t callback);
+
+/* What stands for "no final callback": returns 1 (accept). As above. */
+KORVEL_API int DlgBoxFinal_nul(void);
+
+/* Sets the final callback. */
+KORVEL_API int DlgBoxFinal_set(DlgBoxFinal_t callback);
+
+/* Records an error text, cut to 255 characters; null leaves the last one. Returns
+   DlgBoxFinal_szErr. */
+KORVEL_API char *DlgBoxFinal_Erreur_set(const char *text);
+
+/* Returns DlgBoxFinal_szErr. */
+KORVEL_API char *DlgBoxFinal_Erreur(void);
+
+/* Calls the global callback for field i of the type, with capacity 0; its result is ignored. */
+KORVEL_API int TexteDlgBox_global(int i);
+KORVEL_API int BoolDlgBox_global(int i);
+KORVEL_API int IntDlgBox_global(int i);
+KORVEL_API int NumDlgBox_global(int i);
+KORVEL_API int DateDlgBox_global(int i);
+
+/* As TexteDlgBox_global, but calls `callback` unless it is null. */
+KORVEL_API int TexteDlgBox_global_ex(int i, DlgBoxGlobal_t callback);
+
+/* ---- Running a dialog ---- */
+
+/* The dialog of the current run; null while none is up. Set by the library only. */
+KORVEL_API extern DialogRef DlgBox_hDlg;
+
+/* Numbering, filled by ZRVDlgBoxEx while it adds items: the identifier of item n is
+   n - Dlg_itemOffset[n], the item of rank r is r - Dlg_rkOffset[r]. Fields that share a rank are
+   all placed; the rank leads to the last of them. */
+KORVEL_API extern int Dlg_itemOffset[128];
+KORVEL_API extern int Dlg_rkOffset[128];
+
+/* Dialog units to pixels, truncating toward zero: 2 * v, 2 * v, 7 * v / 4 and 5 * v / 4, each cut
+   to 32 bits. Example: -3 gives -6, -6, -5 and -3. */
+KORVEL_API int Dlg_CoefX(int x);
+KORVEL_API int Dlg_CoefCX(int cx);
+KORVEL_API int Dlg_CoefY(int y);
+KORVEL_API int Dlg_CoefCY(int cy);
+
+/* Builds the dialog described by the tables, centred on `parent` (null: on the active window, and
+   where there is none on the screen), shows it and runs it to its end.
+   title: at most 255 characters are shown; a title set with TitreDlgBox_set goes before it.
+
+   Each change of a field is converted by its validation function and stored at once, its flag _bOK
+   updated, and button 1 is enabled only while the flags of all text, integer, number and date
+   fields in use are 1; an acceptable change then calls the global callback. A text that is longer
+   than its slice is stored cut and is not acceptable. Button 1, or a double click in a list, calls
+   the final callback.
+
+   Returns 1 when the entry was accepted, 0 when it was cancelled (button 2, Escape, the window's
+   close box). Either end resets the in-use flags of all field types and HDB to 0 and both
+   callbacks to the _nul functions; values, counts and flags stay. 0 with the same reset, after one
+   line on standard error, also without a screen, and for a description that would need an item or
+   a rank of 128 or more (nothing is then shown, and LDB_cx and LDB_cy stay as they were). 0, with
+   nothing touched, while a dialog is up already. */
+KORVEL_API int ZRVDlgBoxEx(const char *title, WindowRef parent);
+
+/* Runs a built dialog to its end and disposes of it; results as for ZRVDlgBoxEx. Returns 0 and
+   does nothing for null and for a dialog that is running already. */
+KORVEL_API int DlgBoxFunc(DialogRef dialog);
+
+/* Validates every text, integer, number and date field in use from its stored value, setting its
+   flag _bOK. A field never set is valid exactly when it is not mandatory. Values go through their
+   shown text and back, so a number is left rounded to its decimals (NDB_iChiff).
+   Returns 1 when all are valid (or none is in use), else 0. */
+KORVEL_API int ZRVDlgBox_valid(void);
+
+/* Calls the final callback with `first` as its first argument, then resets in-use flags and
+   callbacks as the end of a run does. Returns the callback's result. */
+KORVEL_API int ZRVDlgBox_end(int first);
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif

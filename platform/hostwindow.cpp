@@ -1,0 +1,10 @@
+#include <korvel/desktop.h>
+
+#include "platform/desktop.h"
+#include "platform/loader.h"
+
+extern "C" WindowRef KorvelWidgetWindow(void *qwidget) {
+  if (qwidget == nullptr) return nullptr;
+  korvel::platform::Desktop *desktop = korvel::platform::desktop();
+  return desktop == nullptr ? nullptr : desktop->hostWindow(qwidget);
+}

@@ -1,0 +1,21 @@
+// For platform/ only: where the library and the application's executable stand.
+#ifndef KORVEL_PLATFORM_LIBRARYPATH_H
+#define KORVEL_PLATFORM_LIBRARYPATH_H
+
+#include <string>
+
+namespace korvel::platform {
+
+// The folder of the library's file, links resolved; of the executable where the library's objects
+// are linked into it. Empty when the system cannot tell.
+std::string libraryFolder();
+
+// The folder of the executable, links resolved. Empty when the system cannot tell.
+std::string executableFolder();
+
+// True when `path` leads to something that is not a folder.
+bool isFile(const std::string &path);
+
+}  // namespace korvel::platform
+
+#endif

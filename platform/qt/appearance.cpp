@@ -1,0 +1,110 @@
+#include "platform/qt/appearance.h"
+
+#include <QApplication>
+#include <QFontMetrics>
+#include <QStyle>
+#include <QStyleOptionFrame>
+#include <algorithm>
+
+namespace korvel::platform::qt {
+namespace {
+
+// Between a classic rectangle and the outside of its frame.
+constexpr int kFrame = 3;
+// What a line edit leaves free beside its text within its contents.
+constexpr int kLineEditPadding = 2;
+
+constexpr int kLargestFont = 12;
+constexpr int kSmallestFont = 9;
+constexpr int kFieldHeight = 15;
+constexpr int kYearWidth = 40;
+constexpr int kDayWidth = 20;
+
+constexpr int kButtonHeight = 22;
+constexpr int kCheckBoxHeight = 18;
+
+bool fits(const QFontMetrics &metrics) {
+  return metrics.height() <= kFieldHeight && metrics.horizontalAdvance("00") < kDayWidth &&
+         metrics.horizontalAdvance("0000") < kYearWidth;
+}
+
+QFont fittingFont() {
+  QFont font = QApplication::font();
+  for (int size = kLargestFont; size >= kSmallestFont; --size) {
+    font.setPixelSize(size);
+    if (fits(QFontMetrics(font))) break;
+  }
+  return font;
+}
+
+// Where the style would put the text, against where it is wanted.
+QMargins marginsIntoRectangle(const QFont &font) {
+  QStyleOptionFrame option;
+  option.rect = QRect(0, 0, kYearWidth + 2 * kFrame, kFieldHeight + 2 * kFrame);
+  option.fontMetrics = QFontMetrics(font);
+  option.lineWidth = QApplication::style()->pixelMetric(QStyle::PM_DefaultFrameWidth, &option);
+  option.state = QStyle::State_Enabled | QStyle::State_Sunken;
+  const QRect contents =
+      QApplication::style()->subElementRect(QStyle::SE_LineEditContents, &option);
+  // A pixel more than the rectangle above and below for accents and tails of a large font.
+  const QRect wanted = option.rect.adjusted(kFrame - kLineEditPadding, kFrame - 1,
+                                            kLineEditPadding - kFrame, 1 - kFrame);
+  return {wanted.left() - contents.left(), wanted.top() - contents.top(),
+          contents.right() - wanted.right(), contents.bottom() - wanted.bottom()};
+}
+
+QRect grown(const Rect &rect, int pixels) {
+  return toQt(rect).adjusted(-pixels, -pixels, pixels, pixels);
+}
+
+// At least `height` pixels high, around the same middle.
+QRect atLeast(int height, QRect rect) {
+  const int missing = std::max(0, height - rect.height());
+  return rect.adjusted(0, -(missing / 2), 0, missing - missing / 2);
+}
+
+}  // namespace
+
+QRect toQt(const Rect &rect) { return {rect.left, rect.top, rect.width(), rect.height()}; }
+
+QFont narrowedToFit(const QFont &font, const QString &text, int width) {
+  constexpr int kNarrowest = 70;  // percent; below that it is harder to read than a cut text
+  const int needed = QFontMetrics(font).horizontalAdvance(text);
+  if (needed <= width || needed == 0) return font;
+  QFont narrow = font;
+  narrow.setStretch(std::max(kNarrowest, 100 * width / needed));
+  return narrow;
+}
+
+Appearance Appearance::ofDesktop() {
+  Appearance appearance;
+  appearance.font = fittingFont();
+  appearance.lineHeight = QFontMetrics(appearance.font).height();
+  appearance.textMargins = marginsIntoRectangle(appearance.font);
+  return appearance;
+}
+
+QRect Appearance::editText(const Rect &rect) const { return grown(rect, kFrame); }
+
+// As high as a one-line field, with which it shares its row.
+QRect Appearance::popUp(const Rect &rect) const {
+  QRect outside = grown(rect, kFrame);
+  outside.setHeight(std::max(outside.height(), kFieldHeight + 2 * kFrame));
+  return outside;
+}
+
+QRect Appearance::pushButton(const Rect &rect) const { return atLeast(kButtonHeight, toQt(rect)); }
+
+QRect Appearance::checkBox(const Rect &rect) const { return atLeast(kCheckBoxHeight, toQt(rect)); }
+
+QRect Appearance::listBox(const Rect &rect) const {
+  return grown(rect, QApplication::style()->pixelMetric(QStyle::PM_DefaultFrameWidth));
+}
+
+QRect Appearance::staticText(const Rect &rect) const {
+  QRect lines = toQt(rect);
+  lines.setHeight(std::max(lines.height(), lineHeight));
+  return lines;
+}
+
+}  // namespace korvel::platform::qt

@@ -1,0 +1,47 @@
+// For platform/qt/ only: one font for a whole dialog, and where the widgets lie that stand for
+// items in their classic rectangles.
+//
+// A classic rectangle is the inside of an item: a one-line field of 15 pixels leaves three pixels
+// to each side for its frame. All sizes are device-independent pixels.
+#ifndef KORVEL_PLATFORM_QT_APPEARANCE_H
+#define KORVEL_PLATFORM_QT_APPEARANCE_H
+
+#include <QFont>
+#include <QMargins>
+#include <QRect>
+
+#include "platform/desktop.h"
+
+class QStyle;
+
+namespace korvel::platform::qt {
+
+struct Appearance {
+  // For the style in use. The font is the desktop's own family in the largest size with which a
+  // line of text, accents on capitals included, and the digits of a date fit.
+  static Appearance ofDesktop();
+
+  QFont font;
+  int lineHeight;
+  // Text margins of a line edit that put its text exactly into the classic rectangle.
+  QMargins textMargins;
+
+  QRect editText(const Rect &rect) const;
+  QRect popUp(const Rect &rect) const;
+  QRect pushButton(const Rect &rect) const;
+  QRect checkBox(const Rect &rect) const;
+  QRect listBox(const Rect &rect) const;
+  QRect staticText(const Rect &rect) const;
+
+  // True for a rectangle with room for two lines of text or more.
+  bool hasSeveralLines(const Rect &rect) const { return rect.height() >= 2 * lineHeight; }
+};
+
+QRect toQt(const Rect &rect);
+
+// `font`, as much narrower as needed (within reason) to get `text` into `width`.
+QFont narrowedToFit(const QFont &font, const QString &text, int width);
+
+}  // namespace korvel::platform::qt
+
+#endif

@@ -1,0 +1,16 @@
+// For platform/qt/ only: the QApplication that everything on the screen needs.
+#ifndef KORVEL_PLATFORM_QT_APPLICATION_H
+#define KORVEL_PLATFORM_QT_APPLICATION_H
+
+#include <string>
+
+namespace korvel::platform::qt {
+
+// Makes sure of an application that can show windows: the host application's own when it has one,
+// whatever its platform, else one of ours, made at the first call that finds a screen and kept
+// until the process ends. On false, `problem` says why in one line.
+bool ensureApplication(std::string &problem);
+
+}  // namespace korvel::platform::qt
+
+#endif

@@ -1,0 +1,42 @@
+// For platform/qt/ only: push buttons and check boxes.
+#ifndef KORVEL_PLATFORM_QT_BUTTONITEM_H
+#define KORVEL_PLATFORM_QT_BUTTONITEM_H
+
+#include <QCheckBox>
+#include <QPushButton>
+
+#include "platform/qt/appearance.h"
+#include "platform/qt/item.h"
+
+namespace korvel::platform::qt {
+
+class ButtonItem final : public QPushButton, public Item {
+ public:
+  ButtonItem(QWidget *window, HitSink &sink, int number, const Appearance &appearance,
+             const Rect &rect, std::string_view title);
+
+  QWidget *widget() override { return this; }
+  void setDefault(bool isDefault) override { QPushButton::setDefault(isDefault); }
+
+ protected:
+  void keyPressEvent(QKeyEvent *event) override;
+};
+
+// A click is a hit and leaves the value to the program.
+class CheckItem final : public QCheckBox, public Item {
+ public:
+  CheckItem(QWidget *window, HitSink &sink, int number, const Appearance &appearance,
+            const Rect &rect, std::string_view title);
+
+  QWidget *widget() override { return this; }
+  int value() const override { return isChecked() ? 1 : 0; }
+  void setValue(int value) override { setChecked(value != 0); }
+
+ protected:
+  void keyPressEvent(QKeyEvent *event) override;
+  void nextCheckState() override {}
+};
+
+}  // namespace korvel::platform::qt
+
+#endif

@@ -1,0 +1,91 @@
+#include "platform/qt/decoration.h"
+
+#include <QFontMetrics>
+#include <QImageReader>
+#include <QPainter>
+#include <algorithm>
+
+#include "platform/qt/text.h"
+
+namespace korvel::platform::qt {
+namespace {
+
+// Of a group box: from its left edge to the title, beside the title, and of its corners.
+constexpr int kTitleIndent = 8;
+constexpr int kTitleGap = 4;
+constexpr double kCornerRadius = 3;
+
+// The colour of a line that separates without standing out, on light and on dark desktops.
+QColor lineColor(const QPalette &palette) {
+  QColor color = palette.color(QPalette::WindowText);
+  color.setAlphaF(0.25F);
+  return color;
+}
+
+QPixmap readPicture(const QString &path, const QSize &room, qreal pixelRatio) {
+  QImageReader reader(path);
+  const QSize size = reader.size();
+  if (size.isEmpty()) return {};
+  reader.setScaledSize(size.scaled(room * pixelRatio, Qt::KeepAspectRatio));
+  QPixmap picture = QPixmap::fromImage(reader.read());
+  picture.setDevicePixelRatio(pixelRatio);
+  return picture;
+}
+
+}  // namespace
+
+GroupBox::GroupBox(QWidget *window, const Rect &rect, std::string_view title)
+    : QGroupBox(window), title_(toQt(title)) {
+  setAccessibleName(title_);
+  setAttribute(Qt::WA_TransparentForMouseEvents);
+  setGeometry(toQt(rect));
+  lower();
+}
+
+void GroupBox::paintEvent(QPaintEvent *) {
+  QPainter painter(this);
+  const QFontMetrics metrics(font());
+  const QRect titleRect(kTitleIndent, 0, metrics.horizontalAdvance(title_), metrics.height());
+  const QRectF frame = QRectF(rect()).adjusted(0.5, titleRect.center().y() + 0.5, -0.5, -0.5);
+
+  if (!title_.isEmpty())
+    painter.setClipRegion(QRegion(rect()) - titleRect.adjusted(-kTitleGap, 0, kTitleGap, 0));
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.setPen(lineColor(palette()));
+  painter.drawRoundedRect(frame, kCornerRadius, kCornerRadius);
+  painter.setClipping(false);
+  painter.setPen(palette().color(QPalette::WindowText));
+  painter.drawText(titleRect, Qt::AlignLeft | Qt::TextSingleLine | Qt::TextDontClip, title_);
+}
+
+StaticText::StaticText(QWidget *window, const Appearance &appearance, const Rect &rect,
+                       std::string_view text)
+    : QLabel(window) {
+  setAttribute(Qt::WA_TransparentForMouseEvents);
+  setTextFormat(Qt::PlainText);
+  setAlignment(Qt::AlignLeft | Qt::AlignTop);
+  setIndent(0);
+  setText(toQt(text));
+  setWordWrap(appearance.hasSeveralLines(rect));
+  QRect place = appearance.staticText(rect);
+  if (!wordWrap()) place.setWidth(std::max(place.width(), sizeHint().width()));
+  setGeometry(place);
+  lower();
+}
+
+Icon::Icon(QWidget *window, const Rect &rect, const std::string &path)
+    : QWidget(window), path_(QString::fromStdString(path)) {
+  setAttribute(Qt::WA_TransparentForMouseEvents);
+  setGeometry(toQt(rect));
+}
+
+void Icon::paintEvent(QPaintEvent *) {
+  const qreal pixelRatio = devicePixelRatioF();
+  if (picture_.isNull() || picture_.devicePixelRatio() != pixelRatio)
+    picture_ = readPicture(path_, size(), pixelRatio);
+  const QSizeF shown = picture_.deviceIndependentSize();
+  const QPointF corner((width() - shown.width()) / 2, (height() - shown.height()) / 2);
+  QPainter(this).drawPixmap(corner, picture_);
+}
+
+}  // namespace korvel::platform::qt

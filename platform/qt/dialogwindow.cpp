@@ -1,0 +1,118 @@
+#include "platform/qt/dialogwindow.h"
+
+#include <QCloseEvent>
+#include <QGuiApplication>
+#include <QKeyEvent>
+#include <QScreen>
+#include <QWindow>
+#include <algorithm>
+
+namespace korvel::platform::qt {
+namespace {
+
+// Room for a title bar, whose height no window manager tells beforehand.
+constexpr int kTitleBar = 28;
+
+int movedInto(int low, int high, int begin, int length) {
+  return std::max(low, std::min(begin, high - length));
+}
+
+QRect movedIntoView(const QRect &rect) {
+  const QScreen *screen = QGuiApplication::screenAt(rect.center());
+  if (screen == nullptr) screen = QGuiApplication::primaryScreen();
+  if (screen == nullptr) return rect;
+  const QRect view = screen->availableGeometry().adjusted(0, kTitleBar, 0, 0);
+  return {movedInto(view.left(), view.right() + 1, rect.left(), rect.width()),
+          movedInto(view.top(), view.bottom() + 1, rect.top(), rect.height()), rect.width(),
+          rect.height()};
+}
+
+bool isFromAPerson(QEvent::Type type) {
+  switch (type) {
+    case QEvent::KeyPress:
+    case QEvent::KeyRelease:
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonRelease:
+    case QEvent::MouseButtonDblClick:
+    case QEvent::MouseMove:
+    case QEvent::Wheel:
+    case QEvent::TouchBegin:
+    case QEvent::TouchUpdate:
+    case QEvent::TouchEnd:
+    case QEvent::TouchCancel:
+    case QEvent::Close:
+      return true;
+    default:
+      return false;
+  }
+}
+
+bool isPlainReturn(const QKeyEvent &event) {
+  return (event.key() == Qt::Key_Return && event.modifiers() == Qt::NoModifier) ||
+         (event.key() == Qt::Key_Enter && event.modifiers() == Qt::KeypadModifier);
+}
+
+}  // namespace
+
+DialogWindow::DialogWindow()
+    : QDialog(nullptr, Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
+                           Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint) {
+  setWindowModality(Qt::ApplicationModal);
+  // The last window of an application, once closed, would end the loop of the next dialog.
+  setAttribute(Qt::WA_QuitOnClose, false);
+}
+
+void DialogWindow::setContentRect(const QRect &rect) {
+  const QRect content = movedIntoView(rect);
+  setFixedSize(content.size());
+  setGeometry(content);
+  winId();  // makes the window, without showing it
+  windowHandle()->installEventFilter(this);
+}
+
+void DialogWindow::setFrontOf(QWidget *window) {
+  if (window != nullptr && window->windowHandle() != nullptr)
+    windowHandle()->setTransientParent(window->windowHandle());
+}
+
+void DialogWindow::keyPressEvent(QKeyEvent *event) {
+  if (event->matches(QKeySequence::Cancel))
+    onCancel();
+  else if (isPlainReturn(*event))
+    onReturn();
+  else
+    event->ignore();
+}
+
+// An accepted end has hidden the window already.
+void DialogWindow::closeEvent(QCloseEvent *event) {
+  event->ignore();
+  onCancel();
+  if (!isVisible() || input_ == Input::Dropped) event->accept();
+}
+
+void DialogWindow::setInput(Input input) { input_ = input; }
+
+void DialogWindow::holdInput() { setInput(Input::Held); }
+
+void DialogWindow::releaseInput() {
+  setInput(Input::Taken);
+  for (std::unique_ptr<QEvent> &event : held_)
+    QCoreApplication::postEvent(windowHandle(), event.release());
+  held_.clear();
+}
+
+void DialogWindow::dropInput() {
+  setInput(Input::Dropped);
+  held_.clear();
+}
+
+bool DialogWindow::eventFilter(QObject *object, QEvent *event) {
+  if (object != windowHandle() || input_ == Input::Taken || !isFromAPerson(event->type()))
+    return QDialog::eventFilter(object, event);
+  if (event->type() == QEvent::Close) event->ignore();
+  if (input_ == Input::Held) held_.emplace_back(event->clone());
+  return true;
+}
+
+}  // namespace korvel::platform::qt

@@ -1,0 +1,62 @@
+// For platform/qt/ only: what the items of a dialog have in common.
+#ifndef KORVEL_PLATFORM_QT_ITEM_H
+#define KORVEL_PLATFORM_QT_ITEM_H
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/desktop.h"
+
+class QWidget;
+
+namespace korvel::platform::qt {
+
+class HitSink {
+ public:
+  virtual void itemHit(int item) = 0;
+
+ protected:
+  ~HitSink() = default;
+};
+
+// An item is a widget as well, and belongs to the dialog's window as such. What a kind of item
+// does not have, it ignores and returns empty.
+class Item {
+ public:
+  Item(HitSink &sink, int number, ItemKind kind) : sink_(sink), number_(number), kind_(kind) {}
+  Item(const Item &) = delete;
+  Item &operator=(const Item &) = delete;
+  virtual ~Item() = default;
+
+  int number() const { return number_; }
+  ItemKind kind() const { return kind_; }
+
+  virtual QWidget *widget() = 0;
+
+  virtual std::string text() const { return {}; }
+  virtual void setText(std::string_view) {}
+  virtual void selectText() {}
+  virtual void setSecret() {}
+
+  virtual int value() const { return 0; }
+  virtual void setValue(int) {}
+
+  virtual void setEntries(const std::vector<std::string> &) {}
+  virtual std::string entry(int) const { return {}; }
+  virtual ListClick lastClick() const { return {}; }
+
+  virtual void setDefault(bool) {}
+
+ protected:
+  void hit() { sink_.itemHit(number_); }
+
+ private:
+  HitSink &sink_;
+  const int number_;
+  const ItemKind kind_;
+};
+
+}  // namespace korvel::platform::qt
+
+#endif

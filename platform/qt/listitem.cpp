@@ -1,0 +1,168 @@
+#include "platform/qt/listitem.h"
+
+#include <QFontMetrics>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QScrollBar>
+#include <algorithm>
+
+#include "platform/qt/text.h"
+
+namespace korvel::platform::qt {
+namespace {
+
+constexpr int kClassicRowHeight = 14;
+// Beside the text of a row, left and right together.
+constexpr int kRowMargin = 8;
+
+}  // namespace
+
+ListRows::ListRows(QObject *parent, const Appearance &appearance)
+    : QAbstractListModel(parent),
+      metrics_(appearance.font),
+      rowHeight_(std::max(kClassicRowHeight, appearance.lineHeight)) {}
+
+void ListRows::setRows(const std::vector<std::string> &rows) {
+  beginResetModel();
+  rows_.clear();
+  rows_.reserve(static_cast<qsizetype>(rows.size()));
+  for (const std::string &row : rows) rows_ << toQt(row);
+  endResetModel();
+}
+
+int ListRows::rowCount(const QModelIndex &parent) const {
+  return parent.isValid() ? 0 : static_cast<int>(rows_.size());
+}
+
+QVariant ListRows::data(const QModelIndex &index, int role) const {
+  if (role == Qt::DisplayRole) return row(index.row());
+  if (role == Qt::SizeHintRole)
+    return QSize(metrics_.horizontalAdvance(row(index.row())) + kRowMargin, rowHeight_);
+  return {};
+}
+
+ListItem::ListItem(QWidget *window, HitSink &sink, int number, const Appearance &appearance,
+                   const Rect &rect)
+    : QListView(window),
+      Item(sink, number, ItemKind::ListBox),
+      rows_(new ListRows(this, appearance)) {
+  setGeometry(appearance.listBox(rect));
+  setModel(rows_);
+  setEditTriggers(NoEditTriggers);
+  setSelectionMode(SingleSelection);
+  setHorizontalScrollMode(ScrollPerPixel);
+  // A row half in view that moved at its first click would not be there for the second.
+  setAutoScroll(false);
+  for (QScrollBar *bar : {horizontalScrollBar(), verticalScrollBar()})
+    bar->setContextMenuPolicy(Qt::PreventContextMenu);
+}
+
+void ListItem::setEntries(const std::vector<std::string> &entries) {
+  press_ = Press::None;
+  click_ = {};
+  rows_->setRows(entries);
+}
+
+std::string ListItem::entry(int index) const { return fromQt(rows_->row(index)); }
+
+int ListItem::selectedRow() const {
+  const QModelIndexList selected = selectionModel()->selectedRows();
+  return selected.isEmpty() ? -1 : selected.front().row();
+}
+
+void ListItem::selectRow(int row) {
+  selectionModel()->setCurrentIndex(rows_->index(row), QItemSelectionModel::ClearAndSelect);
+}
+
+void ListItem::choose(int row, bool isDouble) {
+  selectRow(row);
+  click_ = {row, isDouble};
+  hit();
+}
+
+void ListItem::beginPress(QMouseEvent *event, Press press) {
+  const QModelIndex row = indexAt(event->position().toPoint());
+  if (event->button() != Qt::LeftButton || !row.isValid()) return;
+  press_ = press;
+  selectRow(row.row());
+}
+
+void ListItem::mousePressEvent(QMouseEvent *event) { beginPress(event, Press::Single); }
+
+void ListItem::mouseDoubleClickEvent(QMouseEvent *event) { beginPress(event, Press::Double); }
+
+// Above and below the view it goes on row by row.
+int ListItem::rowTowards(int y) const {
+  const int selected = selectedRow();
+  if (y < 0) return std::max(0, selected - 1);
+  if (y >= viewport()->height()) return std::min(rowCount() - 1, selected + 1);
+  const QModelIndex under = indexAt({0, y});
+  return under.isValid() ? under.row() : selected;
+}
+
+void ListItem::mouseMoveEvent(QMouseEvent *event) {
+  if (press_ == Press::None) return;
+  const int row = rowTowards(event->position().toPoint().y());
+  if (row == selectedRow()) return;
+  press_ = Press::Single;
+  selectRow(row);
+  scrollTo(rows_->index(row));
+}
+
+void ListItem::mouseReleaseEvent(QMouseEvent *event) {
+  if (event->button() != Qt::LeftButton || press_ == Press::None) return;
+  const bool isDouble = press_ == Press::Double;
+  press_ = Press::None;
+  if (selectedRow() >= 0) choose(selectedRow(), isDouble);
+}
+
+int ListItem::rowsInView() const {
+  return std::max(1, viewport()->height() / std::max(1, sizeHintForRow(0)));
+}
+
+int ListItem::rowAfter(const QKeyEvent &event) const {
+  const int last = rowCount() - 1;
+  const int selected = selectedRow();
+  switch (event.key()) {
+    case Qt::Key_Up:
+      return selected < 0 ? last : std::max(0, selected - 1);
+    case Qt::Key_Down:
+      return std::min(last, selected + 1);
+    case Qt::Key_PageUp:
+      return std::max(0, selected - rowsInView());
+    case Qt::Key_PageDown:
+      return std::min(last, selected + rowsInView());
+    case Qt::Key_Home:
+      return 0;
+    case Qt::Key_End:
+      return last;
+    default:
+      return -1;
+  }
+}
+
+void ListItem::keyPressEvent(QKeyEvent *event) {
+  const int row = rowCount() == 0 ? -1 : rowAfter(*event);
+  if (row < 0) {
+    QListView::keyPressEvent(event);
+    return;
+  }
+  event->accept();
+  if (row == selectedRow()) return;
+  scrollTo(rows_->index(row));
+  choose(row, false);
+}
+
+void ListItem::keyboardSearch(const QString &typed) {
+  const int before = selectedRow();
+  QListView::keyboardSearch(typed);
+  const int found = selectedRow();
+  if (found < 0 || found == before) return;
+  scrollTo(rows_->index(found));
+  choose(found, false);
+}
+
+// Getting the focus selects nothing and makes no row the current one.
+void ListItem::focusInEvent(QFocusEvent *event) { QAbstractScrollArea::focusInEvent(event); }
+
+}  // namespace korvel::platform::qt

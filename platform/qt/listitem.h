@@ -1,0 +1,73 @@
+// For platform/qt/ only: list boxes.
+#ifndef KORVEL_PLATFORM_QT_LISTITEM_H
+#define KORVEL_PLATFORM_QT_LISTITEM_H
+
+#include <QAbstractListModel>
+#include <QListView>
+
+#include "platform/qt/appearance.h"
+#include "platform/qt/item.h"
+
+namespace korvel::platform::qt {
+
+// The rows of a list box, all of one height.
+class ListRows final : public QAbstractListModel {
+ public:
+  ListRows(QObject *parent, const Appearance &appearance);
+
+  void setRows(const std::vector<std::string> &rows);
+  QString row(int index) const { return rows_.value(index); }
+
+  int rowCount(const QModelIndex &parent = {}) const override;
+  QVariant data(const QModelIndex &index, int role) const override;
+
+ private:
+  const QFontMetrics metrics_;
+  const int rowHeight_;
+  QStringList rows_;
+};
+
+// Selecting a row is a hit also when it had been selected before. At most one row is selected.
+class ListItem final : public QListView, public Item {
+ public:
+  ListItem(QWidget *window, HitSink &sink, int number, const Appearance &appearance,
+           const Rect &rect);
+
+  QWidget *widget() override { return this; }
+  void setEntries(const std::vector<std::string> &entries) override;
+  std::string entry(int index) const override;
+  ListClick lastClick() const override { return click_; }
+
+ protected:
+  // A row is chosen when the mouse button is released; until then the selection follows the mouse.
+  void mousePressEvent(QMouseEvent *event) override;
+  void mouseMoveEvent(QMouseEvent *event) override;
+  void mouseReleaseEvent(QMouseEvent *event) override;
+  void mouseDoubleClickEvent(QMouseEvent *event) override;
+
+  void keyPressEvent(QKeyEvent *event) override;
+  void keyboardSearch(const QString &typed) override;
+  void focusInEvent(QFocusEvent *event) override;
+
+ private:
+  enum class Press { None, Single, Double };
+
+  int rowCount() const { return rows_->rowCount(); }
+  int selectedRow() const;
+  void selectRow(int row);
+  void choose(int row, bool isDouble);
+  void beginPress(QMouseEvent *event, Press press);
+  // The row that the mouse selects at this height of the view.
+  int rowTowards(int y) const;
+  // The row that a key moves to, -1 for a key that does not move.
+  int rowAfter(const QKeyEvent &event) const;
+  int rowsInView() const;
+
+  ListRows *const rows_;
+  ListClick click_;
+  Press press_ = Press::None;
+};
+
+}  // namespace korvel::platform::qt
+
+#endif

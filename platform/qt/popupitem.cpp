@@ -1,0 +1,34 @@
+#include "platform/qt/popupitem.h"
+
+#include <QStringListModel>
+#include <QWheelEvent>
+
+#include "platform/qt/text.h"
+
+namespace korvel::platform::qt {
+
+PopUpItem::PopUpItem(QWidget *window, HitSink &sink, int number, const Appearance &appearance,
+                     const Rect &rect)
+    : QComboBox(window), Item(sink, number, ItemKind::PopUp), choices_(new QStringListModel(this)) {
+  setModel(choices_);
+  setGeometry(appearance.popUp(rect));
+  connect(this, &QComboBox::activated, this, [this] { hit(); });
+}
+
+void PopUpItem::setValue(int value) {
+  if (value >= 0 && value <= count()) setCurrentIndex(value - 1);
+}
+
+void PopUpItem::setEntries(const std::vector<std::string> &entries) {
+  QStringList shown;
+  shown.reserve(static_cast<qsizetype>(entries.size()));
+  for (const std::string &entry : entries) shown << toQt(entry);
+  choices_->setStringList(shown);
+  setCurrentIndex(-1);
+}
+
+std::string PopUpItem::entry(int index) const { return fromQt(itemText(index)); }
+
+void PopUpItem::wheelEvent(QWheelEvent *event) { event->ignore(); }
+
+}  // namespace korvel::platform::qt

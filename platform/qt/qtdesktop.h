@@ -1,0 +1,22 @@
+// For platform/qt/ only: the desktop of the seam on Qt Widgets.
+#ifndef KORVEL_PLATFORM_QT_QTDESKTOP_H
+#define KORVEL_PLATFORM_QT_QTDESKTOP_H
+
+#include "platform/desktop.h"
+
+namespace korvel::platform::qt {
+
+class QtDesktop final : public Desktop {
+ public:
+  bool hasScreen(std::string &problem) override;
+  WindowRef frontWindow() override;
+  std::optional<Rect> windowBounds(WindowRef window) override;
+  Rect screenBounds() override;
+  std::unique_ptr<Dialog> newDialog(const Rect &bounds, WindowRef parent,
+                                    std::string_view title) override;
+  WindowRef hostWindow(void *widget) override;
+};
+
+}  // namespace korvel::platform::qt
+
+#endif

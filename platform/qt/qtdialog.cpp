@@ -1,0 +1,216 @@
+#include "platform/qt/qtdialog.h"
+
+#include <QApplication>
+#include <QPointer>
+#include <algorithm>
+
+#include "platform/qt/buttonitem.h"
+#include "platform/qt/decoration.h"
+#include "platform/qt/listitem.h"
+#include "platform/qt/popupitem.h"
+#include "platform/qt/text.h"
+#include "platform/qt/textitem.h"
+
+namespace korvel::platform::qt {
+
+QtDialog::QtDialog(const Rect &bounds, QWidget *parent, std::string_view title)
+    : appearance_(Appearance::ofDesktop()) {
+  window_.setFont(appearance_.font);
+  window_.setContentRect(toQt(bounds));
+  window_.setFrontOf(parent);
+  window_.onReturn = [this] { pressDefault(); };
+  window_.onCancel = [this] { pressCancel(); };
+  setTitle(title);
+}
+
+WindowRef QtDialog::window() {
+  return reinterpret_cast<WindowRef>(static_cast<QWidget *>(&window_));
+}
+
+void QtDialog::setTitle(std::string_view title) {
+  // "[*]" alone is Qt's mark of a changed document.
+  window_.setWindowTitle(toQt(title).replace(QLatin1String("[*]"), QLatin1String("[*][*]")));
+}
+
+Item *QtDialog::makeItem(ItemKind kind, int number, const Rect &rect, std::string_view title) {
+  switch (kind) {
+    case ItemKind::PushButton:
+      return new ButtonItem(&window_, *this, number, appearance_, rect, title);
+    case ItemKind::CheckBox:
+      return new CheckItem(&window_, *this, number, appearance_, rect, title);
+    case ItemKind::ListBox:
+      return new ListItem(&window_, *this, number, appearance_, rect);
+    case ItemKind::PopUp:
+      return new PopUpItem(&window_, *this, number, appearance_, rect);
+    case ItemKind::EditText:
+      return new TextItem(&window_, *this, number, appearance_, rect);
+    case ItemKind::None:
+      break;
+  }
+  return nullptr;
+}
+
+int QtDialog::addItem(ItemKind kind, const Rect &rect, std::string_view title) {
+  const int number = static_cast<int>(items_.size()) + 1;
+  Item *item = makeItem(kind, number, rect, title);
+  if (item == nullptr) return 0;
+  items_.push_back(item);
+  return number;
+}
+
+void QtDialog::addGroupBox(const Rect &rect, std::string_view title) {
+  new GroupBox(&window_, rect, title);
+}
+
+void QtDialog::addStaticText(const Rect &rect, std::string_view text) {
+  new StaticText(&window_, appearance_, rect, text);
+}
+
+void QtDialog::addIcon(const Rect &rect, const std::string &path) {
+  new Icon(&window_, rect, path);
+}
+
+Item *QtDialog::find(int item) const {
+  const bool exists = item >= 1 && static_cast<std::size_t>(item) <= items_.size();
+  return exists ? items_[static_cast<std::size_t>(item) - 1] : nullptr;
+}
+
+void QtDialog::setDefaultItem(int item) {
+  if (Item *before = find(default_)) before->setDefault(false);
+  default_ = item;
+  if (Item *found = find(item)) found->setDefault(true);
+}
+
+ItemKind QtDialog::kind(int item) const {
+  const Item *found = find(item);
+  return found == nullptr ? ItemKind::None : found->kind();
+}
+
+std::string QtDialog::text(int item) const {
+  const Item *found = find(item);
+  return found == nullptr ? std::string() : found->text();
+}
+
+void QtDialog::setText(int item, std::string_view text) {
+  if (Item *found = find(item)) found->setText(text);
+}
+
+void QtDialog::selectText(int item) {
+  if (Item *found = find(item)) found->selectText();
+}
+
+void QtDialog::setSecret(int item) {
+  if (Item *found = find(item)) found->setSecret();
+}
+
+int QtDialog::value(int item) const {
+  const Item *found = find(item);
+  return found == nullptr ? 0 : found->value();
+}
+
+void QtDialog::setValue(int item, int value) {
+  if (Item *found = find(item)) found->setValue(value);
+}
+
+void QtDialog::setEntries(int item, const std::vector<std::string> &entries) {
+  if (Item *found = find(item)) found->setEntries(entries);
+}
+
+std::string QtDialog::entry(int item, int index) const {
+  const Item *found = find(item);
+  return found == nullptr ? std::string() : found->entry(index);
+}
+
+ListClick QtDialog::lastClick(int item) const {
+  const Item *found = find(item);
+  return found == nullptr ? ListClick() : found->lastClick();
+}
+
+void QtDialog::setEnabled(int item, bool enabled) {
+  Item *found = find(item);
+  if (found == nullptr || found->widget()->isEnabled() == enabled) return;
+  if (!enabled) keepFocusFrom(found->widget());
+  found->widget()->setEnabled(enabled);
+}
+
+Item *QtDialog::firstEnabled(ItemKind kind) const {
+  const auto found = std::find_if(items_.begin(), items_.end(), [kind](Item *item) {
+    return item->kind() == kind && item->widget()->isEnabled();
+  });
+  return found == items_.end() ? nullptr : *found;
+}
+
+Item *QtDialog::firstField() const {
+  const auto found = std::find_if(items_.begin(), items_.end(), [](Item *item) {
+    return item->kind() != ItemKind::PushButton && item->widget()->isEnabled();
+  });
+  return found == items_.end() ? nullptr : *found;
+}
+
+void QtDialog::giveInitialFocus() {
+  Item *first = firstEnabled(ItemKind::EditText);
+  if (first == nullptr) first = firstField();
+  if (first == nullptr) first = firstEnabled(ItemKind::PushButton);
+  if (first == nullptr) return;
+  first->widget()->setFocus(Qt::TabFocusReason);
+  first->selectText();
+}
+
+// Qt would hand the focus of a disabled button to the button beside it, where the next key could
+// press it.
+void QtDialog::keepFocusFrom(QWidget *disabled) {
+  if (window_.focusWidget() != disabled) return;
+  for (Item *item : items_) {
+    const bool isField = item->kind() == ItemKind::EditText;
+    if (!isField || item->widget() == disabled || !item->widget()->isEnabled()) continue;
+    item->widget()->setFocus(Qt::TabFocusReason);
+    return;
+  }
+}
+
+void QtDialog::pressDefault() {
+  Item *item = find(default_);
+  if (item != nullptr && item->widget()->isEnabled()) itemHit(default_);
+}
+
+// A dialog without such an item can be cancelled as well.
+void QtDialog::pressCancel() {
+  Item *item = find(kCancelItem);
+  if (item == nullptr || item->widget()->isEnabled()) itemHit(kCancelItem);
+}
+
+void QtDialog::itemHit(int item) {
+  if (handler_ == nullptr || isInHit_) return;
+  isInHit_ = true;
+  window_.holdInput();
+  const Run run = handler_->hit(item);
+  isInHit_ = false;
+  if (run == Run::Continue) {
+    window_.releaseInput();
+    return;
+  }
+  handler_ = nullptr;
+  window_.dropInput();
+  loop_->quit();
+}
+
+void QtDialog::runModal(HitHandler &handler) {
+  if (loop_ != nullptr) return;
+  const QPointer<QWidget> before = QApplication::activeWindow();
+  handler_ = &handler;
+  giveInitialFocus();
+  window_.show();
+  window_.raise();
+  window_.activateWindow();
+
+  QEventLoop loop;
+  loop_ = &loop;
+  loop.exec();
+  loop_ = nullptr;
+  handler_ = nullptr;
+
+  window_.hide();
+  if (before != nullptr) before->activateWindow();
+}
+
+}  // namespace korvel::platform::qt

@@ -1,0 +1,65 @@
+// For platform/qt/ only: a dialog of the seam on Qt Widgets.
+#ifndef KORVEL_PLATFORM_QT_QTDIALOG_H
+#define KORVEL_PLATFORM_QT_QTDIALOG_H
+
+#include <QEventLoop>
+#include <vector>
+
+#include "platform/desktop.h"
+#include "platform/qt/appearance.h"
+#include "platform/qt/dialogwindow.h"
+#include "platform/qt/item.h"
+
+namespace korvel::platform::qt {
+
+class QtDialog final : public Dialog, private HitSink {
+ public:
+  QtDialog(const Rect &bounds, QWidget *parent, std::string_view title);
+
+  WindowRef window() override;
+  void setTitle(std::string_view title) override;
+  int addItem(ItemKind kind, const Rect &rect, std::string_view title) override;
+  void addGroupBox(const Rect &rect, std::string_view title) override;
+  void addStaticText(const Rect &rect, std::string_view text) override;
+  void addIcon(const Rect &rect, const std::string &path) override;
+  void setDefaultItem(int item) override;
+  ItemKind kind(int item) const override;
+  std::string text(int item) const override;
+  void setText(int item, std::string_view text) override;
+  void selectText(int item) override;
+  void setSecret(int item) override;
+  int value(int item) const override;
+  void setValue(int item, int value) override;
+  void setEntries(int item, const std::vector<std::string> &entries) override;
+  std::string entry(int item, int index) const override;
+  ListClick lastClick(int item) const override;
+  void setEnabled(int item, bool enabled) override;
+  void runModal(HitHandler &handler) override;
+
+ private:
+  void itemHit(int item) override;
+
+  Item *makeItem(ItemKind kind, int number, const Rect &rect, std::string_view title);
+  // Null for a number that does not exist.
+  Item *find(int item) const;
+  // The first enabled item of the kind from item `first` on; null when there is none.
+  Item *firstEnabled(ItemKind kind) const;
+  Item *firstField() const;
+  void giveInitialFocus();
+  void keepFocusFrom(QWidget *disabled);
+  void pressDefault();
+  void pressCancel();
+
+  const Appearance appearance_;
+  DialogWindow window_;
+  std::vector<Item *> items_;  // item n at n - 1; they belong to the window
+  int default_ = 0;
+
+  HitHandler *handler_ = nullptr;  // while running
+  QEventLoop *loop_ = nullptr;
+  bool isInHit_ = false;
+};
+
+}  // namespace korvel::platform::qt
+
+#endif

@@ -1,0 +1,139 @@
+#include "platform/qt/screencheck.h"
+
+#include <dlfcn.h>
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QJsonArray>
+#include <QJsonObject>
+#include <QPluginLoader>
+#include <QStringList>
+#include <cstdlib>
+#include <cstring>
+#include <string_view>
+
+namespace korvel::platform::qt {
+namespace {
+
+std::string environment(const char *name) {
+  const char *value = std::getenv(name);
+  return value == nullptr ? std::string() : std::string(value);
+}
+
+// The connection library is opened by name so that the module itself needs no X11.
+bool xServerAnswers() {
+  void *xcb = dlopen("libxcb.so.1", RTLD_NOW | RTLD_LOCAL);
+  if (xcb == nullptr) return false;
+  const auto connect = reinterpret_cast<void *(*)(const char *, int *)>(dlsym(xcb, "xcb_connect"));
+  const auto hasError = reinterpret_cast<int (*)(void *)>(dlsym(xcb, "xcb_connection_has_error"));
+  const auto disconnect = reinterpret_cast<void (*)(void *)>(dlsym(xcb, "xcb_disconnect"));
+  if (connect == nullptr || hasError == nullptr || disconnect == nullptr) return false;
+  void *connection = connect(nullptr, nullptr);
+  const bool answers = connection != nullptr && hasError(connection) == 0;
+  disconnect(connection);
+  return answers;
+}
+
+std::string waylandSocket() {
+  const std::string display = environment("WAYLAND_DISPLAY");
+  if (display.empty() || display.front() == '/') return display;
+  return environment("XDG_RUNTIME_DIR") + "/" + display;
+}
+
+bool waylandAnswers() {
+  const std::string path = waylandSocket();
+  sockaddr_un address{};
+  address.sun_family = AF_UNIX;
+  if (path.empty() || path.size() >= sizeof address.sun_path) return false;
+  std::memcpy(address.sun_path, path.c_str(), path.size() + 1);
+  const int descriptor = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+  if (descriptor < 0) return false;
+  const bool answers =
+      connect(descriptor, reinterpret_cast<const sockaddr *>(&address), sizeof address) == 0;
+  close(descriptor);
+  return answers;
+}
+
+QStringList pluginFolders() {
+  QStringList folders;
+  const QString own = qEnvironmentVariable("QT_QPA_PLATFORM_PLUGIN_PATH");
+  if (!own.isEmpty()) folders << own;
+  for (const QString &path : QCoreApplication::libraryPaths())
+    folders << path + QLatin1String("/platforms");
+  return folders;
+}
+
+bool servesPlatform(const QPluginLoader &plugin, const QString &platform) {
+  const QJsonValue keys = plugin.metaData()[QLatin1String("MetaData")][QLatin1String("Keys")];
+  for (const QJsonValue &key : keys.toArray())
+    if (key.toString().compare(platform, Qt::CaseInsensitive) == 0) return true;
+  return false;
+}
+
+// A plugin that is there but lacks a library would end the process just as a missing one.
+bool pluginLoads(const QString &file, const QString &platform) {
+  QPluginLoader plugin(file);
+  return servesPlatform(plugin, platform) && plugin.load();
+}
+
+bool pluginExists(const std::string &name) {
+  const QString platform = QString::fromStdString(name);
+  for (const QString &path : pluginFolders()) {
+    const QDir folder(path);
+    const QString usual = QLatin1String("libq") + platform + QLatin1String(".so");
+    if (folder.exists(usual) && pluginLoads(folder.filePath(usual), platform)) return true;
+    for (const QString &file : folder.entryList({QStringLiteral("*.so")}, QDir::Files))
+      if (file != usual && pluginLoads(folder.filePath(file), platform)) return true;
+  }
+  return false;
+}
+
+// Empty when the platform can be started.
+std::string problemOf(const std::string &platform) {
+  if (platform == "xcb" && !xServerAnswers())
+    return "no screen: the X server at DISPLAY=\"" + environment("DISPLAY") + "\" does not answer";
+  if (platform.starts_with("wayland") && !waylandAnswers())
+    return "no screen: the compositor at WAYLAND_DISPLAY=\"" + environment("WAYLAND_DISPLAY") +
+           "\" does not answer";
+  if (!pluginExists(platform)) return "no screen: Qt has no plugin for platform " + platform;
+  return {};
+}
+
+// One entry of QT_QPA_PLATFORM is a platform's name, perhaps followed by ":" and parameters.
+PlatformChoice chooseAmong(const std::string &entries) {
+  PlatformChoice choice;
+  std::size_t begin = 0;
+  while (begin <= entries.size()) {
+    const std::size_t end = std::min(entries.find(';', begin), entries.size());
+    const std::string entry = entries.substr(begin, end - begin);
+    choice.problem = problemOf(entry.substr(0, entry.find(':')));
+    if (choice.problem.empty()) {
+      choice.name = entry;
+      return choice;
+    }
+    begin = end + 1;
+  }
+  return choice;
+}
+
+}  // namespace
+
+PlatformChoice choosePlatform() {
+  const std::string wanted = environment("QT_QPA_PLATFORM");
+  if (!wanted.empty()) return chooseAmong(wanted);
+
+  PlatformChoice choice;
+  if (!environment("DISPLAY").empty()) {
+    choice = chooseAmong("xcb");
+    if (!choice.name.empty()) return choice;
+  }
+  if (!environment("WAYLAND_DISPLAY").empty()) return chooseAmong("wayland");
+  if (choice.problem.empty())
+    choice.problem = "no screen: neither DISPLAY nor WAYLAND_DISPLAY is set";
+  return choice;
+}
+
+}  // namespace korvel::platform::qt

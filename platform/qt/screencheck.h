@@ -1,0 +1,23 @@
+// For platform/qt/ only: which of Qt's platforms can be started in this process.
+//
+// Starting a QApplication on a platform that does not work ends the process, so whatever can be
+// asked is asked before.
+#ifndef KORVEL_PLATFORM_QT_SCREENCHECK_H
+#define KORVEL_PLATFORM_QT_SCREENCHECK_H
+
+#include <string>
+
+namespace korvel::platform::qt {
+
+struct PlatformChoice {
+  std::string name;     // as Qt's option -platform takes it; empty: there is none
+  std::string problem;  // then: why, in one line
+};
+
+// The first entry of QT_QPA_PLATFORM that can be started when that is set; else X11 when its
+// server answers; else Wayland when its compositor answers.
+PlatformChoice choosePlatform();
+
+}  // namespace korvel::platform::qt
+
+#endif

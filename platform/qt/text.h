@@ -1,0 +1,25 @@
+// For platform/qt/ only: text of the screen set as Qt's strings, and back.
+#ifndef KORVEL_PLATFORM_QT_TEXT_H
+#define KORVEL_PLATFORM_QT_TEXT_H
+
+#include <QString>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace korvel::platform::qt {
+
+QString toQt(std::string_view screenText);
+std::string fromQt(const QString &text);
+
+// For widgets that take "&" as the mark of a shortcut: the text with every "&" shown as such.
+QString withoutShortcuts(QString title);
+
+// What an edit-text item takes in when a person enters `entered` by whatever way: composed
+// characters; line breaks and tabs as blanks, but a final line break, and any other control
+// character, left out. Nothing when that holds a character without a byte.
+std::optional<QString> admitted(const QString &entered);
+
+}  // namespace korvel::platform::qt
+
+#endif

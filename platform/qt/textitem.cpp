@@ -1,0 +1,216 @@
+#include "platform/qt/textitem.h"
+
+#include <QAction>
+#include <QContextMenuEvent>
+#include <QDragLeaveEvent>
+#include <QGuiApplication>
+#include <QInputMethodEvent>
+#include <QKeyEvent>
+#include <QMenu>
+#include <QMimeData>
+#include <algorithm>
+
+#include "platform/qt/text.h"
+
+namespace korvel::platform::qt {
+namespace {
+
+bool isUndoOrRedo(QKeyEvent *event) {
+  return event->matches(QKeySequence::Undo) || event->matches(QKeySequence::Redo);
+}
+
+// The keys of the two clipboards: Shift+Insert and Control+V; with Control as well, Shift+Insert
+// stands for the selection.
+QClipboard::Mode clipboardOf(const QKeyEvent &event) {
+  const bool isSelection = event.key() == Qt::Key_Insert &&
+                           event.modifiers() == (Qt::ControlModifier | Qt::ShiftModifier);
+  return isSelection ? QClipboard::Selection : QClipboard::Clipboard;
+}
+
+}  // namespace
+
+TextItem::TextItem(QWidget *window, HitSink &sink, int number, const Appearance &appearance,
+                   const Rect &rect)
+    : QLineEdit(window), Item(sink, number, ItemKind::EditText) {
+  setGeometry(appearance.editText(rect));
+  setTextMargins(appearance.textMargins);
+  if (appearance.hasSeveralLines(rect)) setAlignment(Qt::AlignLeft | Qt::AlignTop);
+  connect(this, &QLineEdit::textEdited, this, [this] { textChangedByUser(); });
+}
+
+std::string TextItem::text() const { return fromQt(QLineEdit::text()); }
+
+void TextItem::setText(std::string_view text) {
+  const QString shown = toQt(text);
+  if (shown != QLineEdit::text()) replaceText(shown);
+}
+
+// Keeps the cursor and the selection as far as the text allows; forgets what could be undone.
+void TextItem::replaceText(const QString &text) {
+  const int cursor = cursorPosition();
+  const int selectionBegin = selectionStart();
+  const int selectionLength = selectedText().size() > 0 ? selectionEnd() - selectionBegin : 0;
+  const bool cursorLeads = cursor == selectionBegin;
+
+  setMaxLength(std::max(maxLength(), static_cast<int>(text.size())));
+  QLineEdit::setText(text);
+
+  const int length = static_cast<int>(text.size());
+  const int begin = std::min(selectionBegin, length);
+  const int end = std::min(selectionBegin + selectionLength, length);
+  if (selectionLength > 0 && begin < end) {
+    if (cursorLeads)
+      setSelection(end, begin - end);
+    else
+      setSelection(begin, end - begin);
+  } else {
+    setCursorPosition(std::min(cursor, length));
+  }
+}
+
+// Elsewhere than in the item with the focus a selection would only mislead; an item that gets the
+// focus by key selects its text by itself.
+void TextItem::selectText() {
+  if (hasFocus() || window()->focusWidget() == this) selectAll();
+}
+
+void TextItem::setSecret() {
+  isSecret_ = true;
+  setInputMethodHints(inputMethodHints() | Qt::ImhHiddenText | Qt::ImhSensitiveData |
+                      Qt::ImhNoPredictiveText | Qt::ImhNoAutoUppercase);
+  dropUndoSteps();
+}
+
+QVariant TextItem::inputMethodQuery(Qt::InputMethodQuery query) const {
+  const bool asksForText = query == Qt::ImSurroundingText || query == Qt::ImCurrentSelection ||
+                           query == Qt::ImTextBeforeCursor || query == Qt::ImTextAfterCursor;
+  if (isSecret_ && asksForText) return QString();
+  return QLineEdit::inputMethodQuery(query);
+}
+
+void TextItem::textChangedByUser() {
+  if (isComposing_)
+    hasUntoldChange_ = true;
+  else
+    tellChange();
+}
+
+// A secret is not painted before the hit was handled.
+void TextItem::tellChange() {
+  hasUntoldChange_ = false;
+  if (!isSecret_) {
+    hit();
+    return;
+  }
+  setUpdatesEnabled(false);
+  hit();
+  dropUndoSteps();
+  setUpdatesEnabled(true);
+}
+
+void TextItem::insertEntered(const QString &entered) {
+  const std::optional<QString> text = admitted(entered);
+  if (!text || (text->isEmpty() && !hasSelectedText())) return;
+  beginUndoStep();
+  insert(*text);
+}
+
+void TextItem::pasteFrom(QClipboard::Mode mode) {
+  insertEntered(QGuiApplication::clipboard()->text(mode));
+}
+
+// A line edit joins what is entered at one place into one step, unless the cursor moved between.
+void TextItem::beginUndoStep() {
+  const int cursor = cursorPosition();
+  if (hasSelectedText() || QLineEdit::text().isEmpty()) return;
+  setCursorPosition(cursor == 0 ? 1 : cursor - 1);
+  setCursorPosition(cursor);
+}
+
+void TextItem::dropUndoSteps() {
+  if (isUndoAvailable() || isRedoAvailable()) replaceText(QLineEdit::text());
+}
+
+void TextItem::keyPressEvent(QKeyEvent *event) {
+  if (event->matches(QKeySequence::Paste)) {
+    pasteFrom(clipboardOf(*event));
+    return;
+  }
+  if (isSecret_ && isUndoOrRedo(event)) return;
+  // Keys that type nothing carry no text or a control character, which is admitted as nothing.
+  const std::optional<QString> typed = admitted(event->text());
+  if (!typed) return;
+  QLineEdit::keyPressEvent(event);
+}
+
+void TextItem::inputMethodEvent(QInputMethodEvent *event) {
+  const std::optional<QString> commit = admitted(event->commitString());
+  QInputMethodEvent admittedEvent =
+      isSecret_ ? QInputMethodEvent()
+                : QInputMethodEvent(event->preeditString(), event->attributes());
+  if (commit && !event->commitString().isEmpty())
+    admittedEvent.setCommitString(*commit, event->replacementStart(), event->replacementLength());
+  else if (event->commitString().isEmpty())
+    admittedEvent.setCommitString({}, event->replacementStart(), event->replacementLength());
+
+  isComposing_ = true;
+  QLineEdit::inputMethodEvent(&admittedEvent);
+  // What was selected when composing began went away then; it comes back with what is refused.
+  if (!commit && hasUntoldChange_) {
+    undo();
+    hasUntoldChange_ = false;
+  }
+  isComposing_ = !admittedEvent.preeditString().isEmpty();
+  event->setAccepted(admittedEvent.isAccepted());
+  if (!isComposing_ && hasUntoldChange_) tellChange();
+}
+
+void TextItem::mouseReleaseEvent(QMouseEvent *event) {
+  const bool pastesSelection =
+      event->button() == Qt::MiddleButton && QGuiApplication::clipboard()->supportsSelection();
+  if (pastesSelection)
+    pasteFrom(QClipboard::Selection);
+  else
+    QLineEdit::mouseReleaseEvent(event);
+}
+
+void TextItem::dropEvent(QDropEvent *event) {
+  QDragLeaveEvent leave;
+  QLineEdit::dragLeaveEvent(&leave);  // takes the mark of the place away
+  const std::optional<QString> text = admitted(event->mimeData()->text());
+  if (!text || text->isEmpty()) {
+    event->ignore();
+    return;
+  }
+  event->acceptProposedAction();
+  setFocus(Qt::OtherFocusReason);
+  setCursorPosition(cursorPositionAt(event->position().toPoint()));
+  insertEntered(*text);
+}
+
+void TextItem::contextMenuEvent(QContextMenuEvent *event) {
+  auto *menu = new QMenu(this);
+  menu->setAttribute(Qt::WA_DeleteOnClose);
+  addEditActions(*menu);
+  menu->popup(event->globalPos());
+}
+
+void TextItem::addEditActions(QMenu &menu) {
+  const bool mayUndo = !isSecret_;
+  const bool hasSelection = hasSelectedText();
+  const bool hasClip = !QGuiApplication::clipboard()->text().isEmpty();
+  const auto add = [&menu](const char16_t *title, bool isEnabled, auto action) {
+    menu.addAction(QString::fromUtf16(title), action)->setEnabled(isEnabled);
+  };
+  add(u"Annuler", mayUndo && isUndoAvailable(), [this] { undo(); });
+  add(u"Rétablir", mayUndo && isRedoAvailable(), [this] { redo(); });
+  menu.addSeparator();
+  add(u"Couper", hasSelection, [this] { cut(); });
+  add(u"Copier", hasSelection, [this] { copy(); });
+  add(u"Coller", hasClip, [this] { pasteFrom(QClipboard::Clipboard); });
+  add(u"Supprimer", hasSelection, [this] { del(); });
+  menu.addSeparator();
+  add(u"Tout sélectionner", !QLineEdit::text().isEmpty(), [this] { selectAll(); });
+}
+
+}  // namespace korvel::platform::qt

@@ -1,0 +1,47 @@
+#include "platform/resources.h"
+
+#include <korvel/desktop.h>
+
+#include "platform/librarypath.h"
+
+extern "C" {
+constinit char szResources[256] = "";
+}
+
+namespace korvel::platform {
+namespace {
+
+std::string applicationFolder() {
+  // Counted, as the application may have filled the buffer to its last byte.
+  const std::string_view buffer(szResources, sizeof szResources);
+  const std::string_view chosen = buffer.substr(0, buffer.find('\0'));
+  return chosen.empty() ? executableFolder() + "/resources" : std::string(chosen);
+}
+
+std::string findIn(const std::string &folder, std::string_view name,
+                   std::initializer_list<std::string_view> endings) {
+  for (const std::string_view ending : endings) {
+    std::string path = folder + "/";
+    path.append(name).append(ending);
+    if (isFile(path)) return path;
+  }
+  return {};
+}
+
+}  // namespace
+
+std::vector<std::string> defaultResourceFolders(const std::string &library) {
+  return {library + "/resources", library + "/" KORVEL_INSTALLED_RESOURCES};
+}
+
+std::string findResource(std::string_view name, std::initializer_list<std::string_view> endings) {
+  const std::string own = findIn(applicationFolder(), name, endings);
+  if (!own.empty()) return own;
+  for (const std::string &folder : defaultResourceFolders(libraryFolder())) {
+    const std::string path = findIn(folder, name, endings);
+    if (!path.empty()) return path;
+  }
+  return {};
+}
+
+}  // namespace korvel::platform

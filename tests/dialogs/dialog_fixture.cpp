@@ -1,0 +1,101 @@
+// Every test starts from the tables as they are at load.
+#include "tests/dialogs/dialog_fixture.h"
+
+#include <cstring>
+#include <iterator>
+
+namespace korvel::test {
+
+namespace {
+
+// Each variable by its address and size.
+template <typename... Variables>
+void zero(Variables &...variables) {
+  (std::memset(static_cast<void *>(&variables), 0, sizeof variables), ...);
+}
+
+}  // namespace
+
+void DialogGlobals::reset() {
+  zero(TDB, TDB_N, TDB_ID_TEXTE, TDB_BUFFERSIZE, TDB_x, TDB_y, TDB_cx, TDB_cy, TDB_rk, TDB_bInit,
+       TDB_bMand, TDB_bOK, TDB_bPassw, TDB_iCarac, TDBC, TDBL, TDB_pszBuffer, TDB_PSZLBUFFER,
+       TDB_PITABSTOPS, TDB_szBuffer, TDB_SZLBUFFER, TDB_ITABSTOPS);
+  zero(BDB, BDB_N, BDB_ID_FLAG, BDB_BUFFERSIZE, BDB_x, BDB_y, BDB_cx, BDB_cy, BDB_rk, BDB_bFlags,
+       BDB_pszBuffer, BDB_szBuffer);
+  zero(IDB, IDB_N, IDB_ID_INT, IDB_x, IDB_y, IDB_cx, IDB_cy, IDB_rk, IDB_bInit, IDB_bMand, IDB_bOK,
+       IDB_bPassw, IDB_iInts, IDB_lPassw, vi_tab);
+  zero(NDB, NDB_N, NDB_ID_NUM, NDB_x, NDB_y, NDB_cx, NDB_cy, NDB_rk, NDB_bInit, NDB_bMand, NDB_bOK,
+       NDB_dNums, NDB_iChiff, vf_tab);
+  zero(DDB, DDB_N, DDB_ID_DATE, DDB_x, DDB_y, DDB_cx, DDB_cy, DDB_rk, DDB_bInit, DDB_bMand, DDB_bOK,
+       DDB_lDates, vd_tab);
+  zero(PDB, PDB_N, PDB_ID_PUSH, PDB_BUFFERSIZE, PDB_x, PDB_y, PDB_cx, PDB_cy, PDB_rk, PDB_pszBuffer,
+       PDB_szBuffer, vp_tab);
+  zero(SDB, SDB_N, SDB_BUFFERSIZE, SDB_x, SDB_y, SDB_cx, SDB_cy, SDB_type, SDB_pszBuffer,
+       SDB_szBuffer);
+  zero(HDB, HDB_szHeader, LDB, LDB_cx, LDB_cy, FDB, FDB_bkgcol, FDB_hbrbkg, OK_sz1, OK_sz2,
+       OK_sz1_bak, OK_sz2_bak, OK_x, OK_y, OK_xt, OK_yt, OK_shadow, OK_shadow_dx, OK_shadow_dy,
+       OK_shadow_c, DlgBoxFinal_szErr, Dlg_itemOffset, Dlg_rkOffset);
+  vi = vi_tab;
+  vf = vf_tab;
+  vd = vd_tab;
+  vp = vp_tab;
+  std::strcpy(OK_sz1, "OK");
+  std::strcpy(OK_sz2, "Annuler");
+  OK_def = 1;
+  DlgBoxGlobal_set(nullptr);
+  DlgBoxFinal_set(nullptr);
+  ZRVDlgBox_end(0);  // puts the two _nul functions back into the slots
+}
+
+void Callbacks::reset() {
+  globalCalls.clear();
+  finalCalls.clear();
+  actionCalls.clear();
+  onGlobal = nullptr;
+  onFinal = nullptr;
+  onAction = nullptr;
+}
+
+int Callbacks::global(int item, int textInUse, int textFirstItem, char **texts, int textCount,
+                      int boolInUse, int boolFirstItem, int *bools, int boolCount, int intInUse,
+                      int intFirstItem, int *ints, int intCount, int numInUse, int numFirstItem,
+                      double *nums, int numCount, int dateInUse, int dateFirstItem, int *dates,
+                      int dateCount, int *redisplay, int capacity) {
+  globalCalls.push_back(
+      {item,      textInUse, textFirstItem, texts, textCount, boolInUse, boolFirstItem, bools,
+       boolCount, intInUse,  intFirstItem,  ints,  intCount,  numInUse,  numFirstItem,  nums,
+       numCount,  dateInUse, dateFirstItem, dates, dateCount, redisplay, capacity});
+  return onGlobal ? onGlobal(globalCalls.back()) : 0;
+}
+
+int Callbacks::final(WindowRef window, int textInUse, char **texts, int textCount, int boolInUse,
+                     int *bools, int boolCount, int intInUse, int *ints, int intCount, int numInUse,
+                     double *nums, int numCount, int dateInUse, int *dates, int dateCount) {
+  finalCalls.push_back({window, textInUse, texts, textCount, boolInUse, bools, boolCount, intInUse,
+                        ints, intCount, numInUse, nums, numCount, dateInUse, dates, dateCount});
+  return onFinal ? onFinal(finalCalls.back()) : 1;
+}
+
+int Callbacks::action(WindowRef window) {
+  actionCalls.push_back(window);
+  if (onAction) onAction();
+  return 0;
+}
+
+std::string Callbacks::identifiers() {
+  std::string all;
+  for (const GlobalCall &call : globalCalls) all += std::to_string(call.item) + ' ';
+  return all;
+}
+
+std::function<int(const GlobalCall &)> redisplaying(std::vector<int> identifiers) {
+  return [identifiers = std::move(identifiers)](const GlobalCall &call) {
+    int n = 0;
+    for (const int identifier : identifiers) {
+      if (n < call.capacity) call.redisplay[n++] = identifier;
+    }
+    return n;
+  };
+}
+
+}  // namespace korvel::test

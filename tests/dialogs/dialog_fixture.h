@@ -1,0 +1,115 @@
+// For tests/dialogs/ only: every test starts from the tables as they are at load, and records what
+// the library tells its callbacks.
+#ifndef TESTS_DIALOGS_DIALOG_FIXTURE_H
+#define TESTS_DIALOGS_DIALOG_FIXTURE_H
+
+#include "tests/platform/scripted_desktop.h"
+
+#include <gtest/gtest.h>
+#include <korvel/dialogs.h>
+
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace korvel::test {
+
+// Brings every exported variable of the dialogs back to its first value, when made and when gone.
+class DialogGlobals {
+ public:
+  DialogGlobals() { reset(); }
+  ~DialogGlobals() { reset(); }
+  DialogGlobals(const DialogGlobals &) = delete;
+  DialogGlobals &operator=(const DialogGlobals &) = delete;
+
+  static void reset();
+};
+
+struct GlobalCall {
+  int item;
+  int textInUse, textFirstItem;
+  char **texts;
+  int textCount;
+  int boolInUse, boolFirstItem;
+  int *bools;
+  int boolCount;
+  int intInUse, intFirstItem;
+  int *ints;
+  int intCount;
+  int numInUse, numFirstItem;
+  double *nums;
+  int numCount;
+  int dateInUse, dateFirstItem;
+  int *dates;
+  int dateCount;
+  int *redisplay;
+  int capacity;
+};
+
+struct FinalCall {
+  WindowRef window;
+  int textInUse;
+  char **texts;
+  int textCount;
+  int boolInUse;
+  int *bools;
+  int boolCount;
+  int intInUse;
+  int *ints;
+  int intCount;
+  int numInUse;
+  double *nums;
+  int numCount;
+  int dateInUse;
+  int *dates;
+  int dateCount;
+};
+
+// Callbacks for the slots, which record their calls and answer as a test tells them.
+class Callbacks {
+ public:
+  static int global(int item, int textInUse, int textFirstItem, char **texts, int textCount,
+                    int boolInUse, int boolFirstItem, int *bools, int boolCount, int intInUse,
+                    int intFirstItem, int *ints, int intCount, int numInUse, int numFirstItem,
+                    double *nums, int numCount, int dateInUse, int dateFirstItem, int *dates,
+                    int dateCount, int *redisplay, int capacity);
+  static int final(WindowRef window, int textInUse, char **texts, int textCount, int boolInUse,
+                   int *bools, int boolCount, int intInUse, int *ints, int intCount, int numInUse,
+                   double *nums, int numCount, int dateInUse, int *dates, int dateCount);
+  static int action(WindowRef window);
+
+  static void reset();
+
+  static inline std::vector<GlobalCall> globalCalls;
+  static inline std::vector<FinalCall> finalCalls;
+  static inline std::vector<WindowRef> actionCalls;
+  // What the callbacks do besides recording, and their results.
+  static inline std::function<int(const GlobalCall &)> onGlobal;
+  static inline std::function<int(const FinalCall &)> onFinal;
+  static inline std::function<void()> onAction;
+
+  // The identifiers with which the global callback was called, for example "10 12 ".
+  static std::string identifiers();
+};
+
+// A global callback that asks for these identifiers to be redisplayed.
+std::function<int(const GlobalCall &)> redisplaying(std::vector<int> identifiers);
+
+class DialogTest : public ::testing::Test {
+ protected:
+  DialogTest() { Callbacks::reset(); }
+  void TearDown() override {
+    desk.finish();
+    EXPECT_EQ(DlgBox_hDlg, nullptr);
+  }
+
+  DialogGlobals globals;
+  ScriptedDesktop desk;
+};
+
+constexpr int kOk = 1;
+constexpr int kCancel = 2;
+
+}  // namespace korvel::test
+
+#endif

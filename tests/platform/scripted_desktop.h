@@ -1,0 +1,151 @@
+// For all tests: a desktop in memory, used by a person who was written down in advance.
+//
+//   ScriptedDesktop desk;
+//   desk.expectDialog("Fiche").type(3, "12a").deleteBack(3).press(kOkItem);
+//   EXPECT_EQ(ZRVDlgBoxEx("Fiche", nullptr), 1);
+//   desk.finish();  // fails for anything that did not happen
+//
+// Texts of the script, and all that is recorded, are UTF-8, as a person would read them on the
+// screen. Whatever goes against the script fails the test at once: a dialog that was not expected
+// or bears another title, a press of a disabled button, a choice that is not offered, steps left
+// over when the dialog has ended, a dialog still open when the steps are used up.
+#ifndef TESTS_PLATFORM_SCRIPTED_DESKTOP_H
+#define TESTS_PLATFORM_SCRIPTED_DESKTOP_H
+
+#include "platform/desktop.h"
+
+#include <deque>
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace korvel::test {
+
+class ScriptedDialog;
+
+// What the person does in one dialog, step by step. Except where told, a step is one hit.
+class DialogScript {
+ public:
+  explicit DialogScript(std::string title) : title_(std::move(title)) {}
+
+  // Into an edit-text item, at its cursor; what is selected is replaced. One hit per character; a
+  // character without a byte is refused and is no hit.
+  DialogScript &type(int item, std::string_view text);
+  // The character before the cursor, or what is selected; no hit where there is nothing to delete.
+  DialogScript &deleteBack(int item, int times = 1);
+  DialogScript &deleteForward(int item, int times = 1);
+  // One hit for all of it, refused whole if it holds a character without a byte.
+  DialogScript &paste(int item, std::string_view text);
+  // selectAll and paste (or, for an empty text, deleteBack).
+  DialogScript &replace(int item, std::string_view text);
+
+  // Cursor and selection of an edit-text item; no hits. Positions count characters from 0.
+  DialogScript &moveTo(int item, int position);
+  DialogScript &moveToEnd(int item);
+  DialogScript &select(int item, int from, int to);
+  DialogScript &selectAll(int item);
+
+  DialogScript &choose(int item, std::string_view entry);  // in a pop-up, the first of that text
+  DialogScript &clickRow(int item, int row);               // in a list
+  DialogScript &doubleClickRow(int item, int row);         // two hits, as long as the dialog is up
+  DialogScript &click(int item);                           // on a check box
+  DialogScript &press(int item);                           // a push button
+  DialogScript &pressReturn();                             // no hit while the button is disabled
+  DialogScript &pressEscape();
+  DialogScript &closeBox();
+
+  DialogScript &hit(int item);                        // any number, whether such an item exists
+  DialogScript &check(std::function<void()> checks);  // no hit: looks at what the person sees
+  DialogScript &goDown();                             // the desktop goes away under the dialog
+
+ private:
+  friend class ScriptedDialog;
+  friend class ScriptedDesktop;
+
+  struct Step {
+    std::string description;
+    std::function<void(ScriptedDialog &)> act;
+  };
+  DialogScript &add(std::string description, std::function<void(ScriptedDialog &)> act);
+
+  std::string title_;
+  std::deque<Step> steps_;
+};
+
+// The library's desktop as long as it lives.
+class ScriptedDesktop : public platform::Desktop {
+ public:
+  ScriptedDesktop();
+  ~ScriptedDesktop() override;
+  ScriptedDesktop(const ScriptedDesktop &) = delete;
+  ScriptedDesktop &operator=(const ScriptedDesktop &) = delete;
+
+  // Dialogs come in the order in which they are expected.
+  DialogScript &expectDialog(std::string_view title);
+  // Fails for whatever was expected and did not happen. To be called at the end.
+  void finish();
+
+  // The surroundings: no screen at all, the screen's bounds, windows of the application.
+  void takeScreenAway(std::string problem);
+  void setScreenBounds(const platform::Rect &bounds) { screenBounds_ = bounds; }
+  WindowRef addWindow(const platform::Rect &bounds);
+  void closeWindow(WindowRef window);
+  void setFrontWindow(WindowRef window) { frontWindow_ = window; }
+
+  // What the newest dialog shows or, when it has gone, last showed.
+  std::string title() const;
+  std::string text(int item) const;
+  std::string selectedText(int item) const;
+  int cursor(int item) const;
+  int value(int item) const;
+  bool isEnabled(int item) const;
+  bool isSecret(int item) const;
+  std::vector<std::string> entries(int item) const;
+  // Its window, decoration and items as lines, for example `3 edit text (20,17)-(120,32)`.
+  std::string layout() const;
+  // What was done to its items since the last call, as lines: `3 text "12"`, `1 enabled no`.
+  std::string takeWrites();
+
+  int dialogsShown() const { return dialogsShown_; }
+  bool isDialogOpen() const { return open_ > 0; }
+  // Hits that the newest dialog has delivered.
+  int hits() const;
+
+  bool hasScreen(std::string &problem) override;
+  WindowRef frontWindow() override { return frontWindow_; }
+  std::optional<platform::Rect> windowBounds(WindowRef window) override;
+  platform::Rect screenBounds() override { return screenBounds_; }
+  std::unique_ptr<platform::Dialog> newDialog(const platform::Rect &bounds, WindowRef parent,
+                                              std::string_view title) override;
+  WindowRef hostWindow(void *widget) override;
+
+ private:
+  friend class ScriptedDialog;
+
+  struct Window;
+  struct Shown;
+  WindowRef refOf(Window &window);
+
+  platform::Desktop *before_;
+  std::deque<DialogScript> expected_;  // a deque, so that references to scripts stay valid
+  std::size_t next_ = 0;
+  bool hasFinished_ = false;
+  std::string problem_;
+  bool hasScreen_ = true;
+  platform::Rect screenBounds_{0, 0, 1280, 1024};
+  std::vector<std::unique_ptr<Window>> windows_;
+  WindowRef frontWindow_ = nullptr;
+  std::shared_ptr<Shown> newest_;
+  int dialogsShown_ = 0;
+  int open_ = 0;
+};
+
+// UTF-8, as the scripts and records have it, of a text of the screen set, and of characters.
+std::string readable(std::string_view screenText);
+std::string readable(std::u16string_view characters);
+
+}  // namespace korvel::test
+
+#endif
