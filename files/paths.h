@@ -1,4 +1,4 @@
-// For files/ only: colon paths to POSIX paths.
+// For files/ and tables/ only: colon paths to POSIX paths.
 #ifndef KORVEL_FILES_PATHS_H
 #define KORVEL_FILES_PATHS_H
 

@@ -17,12 +17,16 @@
 //  7. Rename    The temporary takes the place of the file, in one step.
 //  8. Folder    The folder reaches the disk, so that the new content outlives a loss of power.
 //
+// commitAs() ends otherwise: the temporary gets its own, new name instead of steps 6 and 7, and the
+// old file stays.
+//
 // Until step 7 the old file is untouched and a failure removes the temporary. A kill leaves no
-// temporary behind if it is nameless, but for the instant between steps 6 and 7; what such a kill
-// left is removed by a replacement of the same file a minute later or more.
+// temporary behind if it is nameless, but for the instant between steps 6 and 7; what a kill did
+// leave is removed by a replacement of the same file a minute later or more.
 //
 // Only where the folder does not admit the exchange (it is not writable, or sticky and the file
-// someone else's, or the file is a mount point) is the file overwritten in place: the content is
+// someone else's, or the file is a mount point), and the caller agrees, is the file overwritten in
+// place: the content is
 // gathered first, so that nothing but an error of the disk or a kill can interrupt the
 // overwriting, and what the file grows by is on the disk before an old byte is touched.
 //
@@ -44,6 +48,12 @@ enum class IfMissing {
   Create,  // readable, writable and executable by all, whatever the process's file mask
 };
 
+// When the folder does not admit the exchange.
+enum class IfRefused {
+  Overwrite,  // in place
+  Fail,
+};
+
 // A replacement in progress. Content is appended in any number of calls (each costs a system call
 // or more: give large pieces) and takes effect with commit(); a replacement destroyed before that
 // leaves everything as it was.
@@ -57,7 +67,8 @@ class Replacement {
   // Starts to replace the file at a POSIX path (not kept). Returns false, with nothing changed,
   // when the file may not be written, is not a regular file, is missing (unless it is to be
   // created), or no temporary can be made.
-  bool begin(const char *path, IfMissing ifMissing = IfMissing::Fail);
+  bool begin(const char *path, IfMissing ifMissing = IfMissing::Fail,
+             IfRefused ifRefused = IfRefused::Overwrite);
 
   // Appends the pieces, one after another. After a false the replacement can only be discarded,
   // and commit() will do just that.
@@ -68,6 +79,10 @@ class Replacement {
   // file is as it was (but for a disk that fails while the file is overwritten in place). Ends the
   // replacement in both cases.
   bool commit();
+
+  // As commit(), but the new content appears at a POSIX path that nothing bears yet, on the same
+  // disk, and the file stays as it is. On false, errno is EEXIST when something bears the path.
+  bool commitAs(const char *path);
 
   // Ends the replacement and leaves the file as it was.
   void discard();
@@ -81,12 +96,17 @@ class Replacement {
   bool openTemporary();
   bool openNamed();
   bool openAside();
+  bool mayOverwrite() const;
+  bool settle();
+  bool stillNamed();
   bool giveName();
-  bool linkedAs(const char *name);
+  bool linkedAs(int folder, const char *name);
+  bool renamedAs(const char *path);
   bool exchange();
   bool overwrite();
 
   Place place_ = Place::Unnamed;
+  IfRefused ifRefused_ = IfRefused::Overwrite;
   bool failed_ = false;
   int folder_ = -1;   // the file's folder
   int old_ = -1;      // the file, open for writing; -1: it is to be created

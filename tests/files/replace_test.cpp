@@ -448,6 +448,114 @@ TEST(Replace, ATemporaryLeftByAKillGoesWithALaterReplacement) {
   EXPECT_EQ(entries(scratch.path()), std::vector<std::string>{"a"});
 }
 
+TEST(Replace, WithoutNamelessFilesTooWhatAKillLeftGoesLater) {
+  Scratch scratch;
+  const std::string file = scratch.file("a", "old");
+  const auto replaceNamed = [&](const std::string &text) {
+    Fault fault(ReplaceStep::Temporary, 1, EOPNOTSUPP);
+    return replaceBy(file, text);
+  };
+  EXPECT_EQ(inChild([&] {
+              Fault fault(ReplaceStep::Temporary, 1, EOPNOTSUPP);
+              Replacement replacement;
+              if (replacement.begin(file.c_str()) && replacement.append("killed")) raise(SIGKILL);
+              return 1;
+            }),
+            -1);
+  EXPECT_EQ(content(file), "old");
+  ASSERT_EQ(entries(scratch.path()).size(), 2u);
+  ASSERT_TRUE(replaceNamed("new"));
+  EXPECT_EQ(entries(scratch.path()).size(), 2u);
+  const int seconds = std::exchange(abandonedAfter, 0);
+  EXPECT_TRUE(replaceNamed("newer"));
+  abandonedAfter = seconds;
+  EXPECT_EQ(content(file), "newer");
+  EXPECT_EQ(entries(scratch.path()), std::vector<std::string>{"a"});
+}
+
+TEST(Replace, ATemporaryTakenForAbandonedLeavesTheOldFileAndTheOtherTemporary) {
+  Scratch scratch;
+  const std::string file = scratch.file("a", "old");
+  Replacement slow;
+  {
+    Fault fault(ReplaceStep::Temporary, 1, EOPNOTSUPP);
+    ASSERT_TRUE(slow.begin(file.c_str()));
+  }
+  ASSERT_TRUE(slow.append("slow"));
+  const int seconds = std::exchange(abandonedAfter, 0);
+  Replacement other;
+  {
+    Fault fault(ReplaceStep::Temporary, 1, EOPNOTSUPP);
+    ASSERT_TRUE(other.begin(file.c_str()));
+  }
+  abandonedAfter = seconds;
+  ASSERT_TRUE(other.append("oth"));
+  EXPECT_FALSE(slow.commit());
+  EXPECT_EQ(content(file), "old");
+  ASSERT_TRUE(other.append("er"));
+  EXPECT_TRUE(other.commit());
+  EXPECT_EQ(content(file), "other");
+  EXPECT_EQ(entries(scratch.path()), std::vector<std::string>{"a"});
+}
+
+TEST(Replace, TheContentMayAppearUnderAnotherNameThatIsFree) {
+  for (const int noUnnamed : {0, EOPNOTSUPP}) {
+    Scratch scratch;
+    const std::string file = scratch.file("a", "old");
+    chmod(file.c_str(), 0640);
+    const std::string other = scratch.path() + "/b";
+    Fault fault(ReplaceStep::Temporary, 1, noUnnamed);
+    Replacement replacement;
+    ASSERT_TRUE(replacement.begin(file.c_str()));
+    ASSERT_TRUE(replacement.append("new"));
+    ASSERT_TRUE(replacement.commitAs(other.c_str()));
+    EXPECT_EQ(content(file), "old");
+    EXPECT_EQ(content(other), "new");
+    EXPECT_EQ(modeOf(other), 0640u);
+    EXPECT_EQ(entries(scratch.path()), (std::vector<std::string>{"a", "b"}));
+  }
+}
+
+TEST(Replace, ANameInUseIsNotTaken) {
+  for (const int noUnnamed : {0, EOPNOTSUPP}) {
+    Scratch scratch;
+    const std::string file = scratch.file("a", "old");
+    const std::string other = scratch.file("b", "other");
+    const std::string dangling = scratch.path() + "/c";
+    symlink("nowhere", dangling.c_str());
+    mkdir((scratch.path() + "/d").c_str(), 0777);
+    for (const std::string name : {"/a", "/b", "/c", "/d"}) {
+      Fault fault(ReplaceStep::Temporary, 1, noUnnamed);
+      Replacement replacement;
+      ASSERT_TRUE(replacement.begin(file.c_str()));
+      ASSERT_TRUE(replacement.append("new"));
+      EXPECT_FALSE(replacement.commitAs((scratch.path() + name).c_str())) << name;
+      EXPECT_EQ(errno, EEXIST);
+    }
+    EXPECT_EQ(content(file), "old");
+    EXPECT_EQ(content(other), "other");
+    EXPECT_EQ(entries(scratch.path()), (std::vector<std::string>{"a", "b", "c", "d"}));
+  }
+}
+
+TEST(Replace, AFaultWhileAppearingUnderAnotherNameLeavesNoTrace) {
+  for (const int noUnnamed : {0, EOPNOTSUPP}) {
+    for (const ReplaceStep step :
+         {ReplaceStep::Write, ReplaceStep::Adopt, ReplaceStep::Sync, ReplaceStep::Link}) {
+      Scratch scratch;
+      const std::string file = scratch.file("a", "old");
+      Fault fault(ReplaceStep::Temporary, 1, noUnnamed);
+      Fault::also(step, ENOSPC);
+      Replacement replacement;
+      ASSERT_TRUE(replacement.begin(file.c_str()));
+      replacement.append("new");
+      EXPECT_FALSE(replacement.commitAs((scratch.path() + "/b").c_str()));
+      EXPECT_EQ(content(file), "old");
+      EXPECT_EQ(entries(scratch.path()), std::vector<std::string>{"a"});
+    }
+  }
+}
+
 TEST(Replace, AKillAtAnyStepLeavesTheOldFileOrTheNew) {
   constexpr ReplaceStep kSteps[] = {ReplaceStep::Open,   ReplaceStep::Temporary, ReplaceStep::Write,
                                     ReplaceStep::Adopt,  ReplaceStep::Sync,      ReplaceStep::Link,
@@ -608,6 +716,24 @@ TEST_F(InPlace, TheFileIsOverwritten) {
   stat(file_.c_str(), &after);
   EXPECT_EQ(before.st_ino, after.st_ino);
   EXPECT_EQ(entries(scratch_.path()), std::vector<std::string>{"a"});
+}
+
+TEST_F(InPlace, OnlyWhereTheCallerAgrees) {
+  EXPECT_EQ(asUser([&] {
+              Replacement replacement;
+              return replacement.begin(file_.c_str(), IfMissing::Fail, IfRefused::Fail) ? 1 : 0;
+            }),
+            0);
+  chmod(scratch_.path().c_str(), 0777);
+  EXPECT_EQ(asUser([&] {
+              Replacement replacement;
+              if (!replacement.begin(file_.c_str(), IfMissing::Fail, IfRefused::Fail)) return 2;
+              if (!replacement.append("new")) return 3;
+              Fault fault(ReplaceStep::Rename, 1, EACCES);
+              return replacement.commit() ? 1 : 0;
+            }),
+            0);
+  EXPECT_EQ(content(file_), kOld);
 }
 
 TEST_F(InPlace, LargeContentComesWhole) {
