@@ -61,6 +61,7 @@ std::string_view TableReader::next() {
   char *block = buffer_ + kMargin;
   const ssize_t got = readSome(descriptor_, block, wish);
   left_ = got > 0 ? left_ - static_cast<int>(got) : 0;
+  isWhole_ = isWhole_ && got > 0;
   return got > 0 ? std::string_view(block, static_cast<std::size_t>(got)) : std::string_view();
 }
 
@@ -74,6 +75,12 @@ void TableReader::close() {
   giveBackBuffer();
   file_ = memory_ = descriptor_ = -1;
   left_ = 0;
+  isWhole_ = true;
+}
+
+void TableReader::leaveOpen() {
+  file_ = descriptor_ = -1;
+  close();
 }
 
 bool TableReader::takeBuffer() {

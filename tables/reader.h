@@ -40,6 +40,12 @@ class TableReader {
   // short meanwhile ends there; what it grows by is not read.
   std::string_view next();
 
+  // False when a read failed or the file was cut short: what next() gave is not all of it.
+  bool isWhole() const { return isWhole_; }
+
+  // Gives everything back but the file handle, which stays open.
+  void leaveOpen();
+
   // Gives everything back, as the destructor does.
   void close();
 
@@ -53,6 +59,7 @@ class TableReader {
   int memory_ = -1;      // handle
   int descriptor_ = -1;  // the file's
   int left_ = 0;         // bytes of the file not read yet
+  bool isWhole_ = true;
   char *buffer_ = nullptr;
 };
 

@@ -1,5 +1,5 @@
 /* Code tables: text files of codes, labels and further columns in a tables directory. Lookup of a
-   code's label, search of a label's code.
+   code's label, search of a label's code, editing of the line found, and upkeep of whole tables.
 
    A table is 8-bit text (CP1252), its lines ended by CR LF: a title, "Version: " and a text,
    "#DEBUT", the data lines, "#FIN". The fields of a line stand between ',' or '+'; the first one is
@@ -155,6 +155,115 @@ KORVEL_API int ZRV_Code_NC_ex(const char *const *labels, const int *columns, con
 /* As ZRV_Code_NC_ex, for lines behind the current one only. */
 KORVEL_API int ZRV_Code_NC_ex_next(const char *const *labels, const int *columns, const char *table,
                                    char *out, int outSize);
+
+/* ---- Table editing ----
+
+   What is edited is the line whose number is ZRV_Libelle_NC_il, counted in the table as it is at
+   that moment: edits of one table wait for each other, also those of other processes, and none is
+   lost. Of the key only the length counts, and that only where it is said.
+
+   An edit rewrites the table: every line then ends with CR LF, the last one too, line feeds
+   elsewhere are gone, and of a line that is not the edited one the first 1023 characters stay. In
+   the edited line ',' stands between the fields; what stands from its first empty field on is left
+   as it is, like an empty column and those behind it. A line may become longer than the 1022
+   characters that are read of it.
+
+   Returns 1 when the table has the line, 0 when it has fewer; it is rewritten in both cases.
+   Returns 0, with the table, the current line and the buffer as they were, when the table will not
+   open or may not be written, when its folder does not let a file be exchanged or the disk is full,
+   and for a null table or text. At any moment the file is the old table or the new one, whole;
+   owner, mode and a symbolic link stay.
+
+   While an edit runs it takes two file handles (files.h). When the temporary file cannot be made,
+   as in a folder that may not be written or with one handle free, the first of them stays open.
+   That file is called like the table, its last character replaced by '_'; if somebody has left one
+   of that name, the edit uses it up, and what it holds behind the length of the new table becomes
+   the end of that. */
+
+/* Replaces a column (from 1 on) of the current line in the table; the code, for keyLength 0 and
+   column 0. In a line that does not have the column, no field changes. The buffer is left alone. */
+KORVEL_API int ZRV_Libelle_NC_idem_replace(const char *key, int keyLength, int column,
+                                           const char *table, const char *text);
+
+/* Adds a line to the table behind the current one, its fields all "N\xE9""ant".
+   fields: their number, of which as many are written as fit into 1023 characters (170); 0: as many
+   as the current line has; below 0: nothing is changed, 0 is returned. On 1 the new line stands in
+   the buffer and the read flag is 1, but the number of the current line remains. */
+KORVEL_API int ZRV_Libelle_NC_idem_insert(const char *key, int keyLength, const char *table,
+                                          int fields);
+
+/* Removes the current line from the table. Its number remains, and is then that of the line behind
+   it. The buffer is left alone. */
+KORVEL_API int ZRV_Libelle_NC_idem_delete(const char *key, int keyLength, const char *table);
+
+/* Replaces a column (from 1 on) of the line in the buffer; the code, for keyLength 0 and column 0.
+   No file is touched, the table's name not looked at. text: may stand in the buffer itself. The
+   buffer is split afterwards, also if it was not; what passes its room is cut off. An empty text
+   for a column ends the fields there. Returns 1, or 0 when the line does not have the column (or
+   text is null). The current line's number and the read flag remain. */
+KORVEL_API int ZRV_Libelle_NC_set(const char *key, int keyLength, int column, const char *table,
+                                  const char *text);
+
+/* Writes the fields of the buffer in place of those of the current line in the table. On 1 the
+   buffer is left joined: it holds the fields as one, with ',' between them, until a line is looked
+   up again. The read flag remains. */
+KORVEL_API int ZRV_Libelle_NC_idem_flush(const char *key, int keyLength, const char *table);
+
+/* ---- Table maintenance ----
+
+   A null name is that of a table that does not exist; for a null version or title nothing is done
+   and 0 returned. */
+
+/* Called by ZRV_Table_scan. fields: the fields of a line, each ended by a NUL, a second NUL behind
+   the last; valid during the call, and writable up to there. */
+typedef void (*TableLine_t)(char *fields);
+
+/* Creates a table of four lines: the title, "Version: " and the version, "#DEBUT", "#FIN"; readable
+   and writable by all.
+   Returns 1 if it was created, or exists and is left untouched. A disk that is full is no failure:
+   the table is then as long as it could get. Returns 0 if no file can be created there. */
+KORVEL_API int ZRV_Table_create(const char *name, const char *version, const char *title);
+
+/* Removes a table, after waiting for edits of it. Returns 0 if it does not exist, else 1, whether
+   or not it could be removed. */
+KORVEL_API int ZRV_Table_remove(const char *name);
+
+/* Copies a table to its back-up, whose path is the table's with ".bak" for its last four
+   characters. overwrite: 0 leaves a back-up alone that exists. A back-up is replaced as a whole or,
+   if the new one cannot be written, not at all. A table whose path ends with ".bak" has none.
+   Always returns 0. */
+KORVEL_API int ZRV_Table_sauvegarde(const char *name, int overwrite);
+
+/* Puts the title in the place of line 1 and "Version: " and the version in that of line 2, as far
+   as the table has them, and gives the table a new name, which may be the old one. The table is
+   rewritten as by an edit.
+   Returns 1. Returns 0 if the table has no line; it is renamed then all the same. Returns 0 and
+   leaves everything as it was when something else has the new name already, and where an edit would
+   fail. A kill may leave the old table, the new one, or each under its name. */
+KORVEL_API int ZRV_Table_modify(const char *name, const char *newName, const char *version,
+                                const char *title);
+
+/* Lists the codes of the data lines, those between "#DEBUT" and "#FIN", with '+' between them. A
+   line counts with its first 254 characters. The table is looked for in szDirTables only, and
+   always gets ".tab".
+   out: empty at first. A code that does not fit is left out, but not the '+' before it.
+   Returns 1 if there is a line "#DEBUT", else 0, with out empty. */
+KORVEL_API int ZRV_Table_liste(const char *name, char *out, int outSize);
+
+/* Hands every data line to perLine, cut to its first 254 characters; the table's content is that of
+   the moment of the call.
+   firstLine: if it holds 0, set to the number of the line behind "#DEBUT". lastLine: set to the
+   number of the lines but one, which is that of the last data line in a table that ends with
+   "#FIN". Both are set as the lines pass, and may be null, as may perLine. Lines count from 1.
+   Returns 1 if there is a line "#DEBUT", else 0. */
+KORVEL_API int ZRV_Table_scan(const char *name, int *firstLine, int *lastLine, TableLine_t perLine);
+
+/* Puts back a missing heading: if line 1 is not exactly the title, the title and "Version: " and
+   the version are put before it, the table being rewritten as by an edit.
+   Returns 1 if that is done, or there was nothing to do; that includes a table that will not open
+   or cannot be rewritten. Returns 0, the table untouched, if line 1 is the title but line 3 is not
+   "#DEBUT", and if writing fails. */
+KORVEL_API int ZRV_Table_repair(const char *name, const char *version, const char *title);
 
 #ifdef __cplusplus
 }
