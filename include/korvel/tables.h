@@ -185,7 +185,7 @@ KORVEL_API int ZRV_Code_NC_ex_next(const char *const *labels, const int *columns
 KORVEL_API int ZRV_Libelle_NC_idem_replace(const char *key, int keyLength, int column,
                                            const char *table, const char *text);
 
-/* Adds a line to the table behind the current one, its fields all "N\xE9""ant".
+/* Adds a line to the table behind the current one, its fields all "Néant".
    fields: their number, of which as many are written as fit into 1023 characters (170); 0: as many
    as the current line has; below 0: nothing is changed, 0 is returned. On 1 the new line stands in
    the buffer and the read flag is 1, but the number of the current line remains. */
