@@ -13,7 +13,7 @@ namespace korvel::tables {
 namespace {
 
 constexpr std::size_t kBufferSize =
-    TableReader::kMargin + TableReader::kBlock + TableReader::kMargin;
+    TableReader::kMargin + TableReader::kLargestBlock + TableReader::kMargin;
 
 // Nearly every reading is over before the next one begins: they share one buffer, whose pages the
 // system then gives only once. A reading inside another one gets a buffer of its own.
@@ -29,6 +29,8 @@ ssize_t readSome(int descriptor, char *to, std::size_t count) {
 }
 
 }  // namespace
+
+constinit std::size_t TableReader::blockSize = kLargestBlock;
 
 bool TableReader::open(const char *path, Slots slots) {
   close();
@@ -57,7 +59,7 @@ bool TableReader::detachFile() {
 
 std::string_view TableReader::next() {
   if (left_ <= 0) return {};
-  const auto wish = std::min(static_cast<std::size_t>(left_), kBlock);
+  const auto wish = std::min(static_cast<std::size_t>(left_), blockSize);
   char *block = buffer_ + kMargin;
   const ssize_t got = readSome(descriptor_, block, wish);
   left_ = got > 0 ? left_ - static_cast<int>(got) : 0;

@@ -24,8 +24,12 @@ enum class Slots {
 // stands in them is not said.
 class TableReader {
  public:
-  static constexpr std::size_t kBlock = 256 * 1024;
+  static constexpr std::size_t kLargestBlock = 256 * 1024;
   static constexpr std::size_t kMargin = 2048;
+
+  // How much is read at once, up to that. A variable so that tests have seams between blocks
+  // everywhere.
+  static std::size_t blockSize;
 
   TableReader() = default;
   ~TableReader() { close(); }

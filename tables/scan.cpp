@@ -43,7 +43,10 @@ const ScanKernel &bestKernel() {
 #endif
 }
 
+constinit const ScanKernel *imposedKernel = nullptr;
+
 const ScanKernel &kernelFor(std::size_t bytes) {
+  if (imposedKernel != nullptr) return *imposedKernel;
   return bytes < kWorthAsking ? kPlainKernel : bestKernel();
 }
 

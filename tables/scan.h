@@ -72,6 +72,8 @@ extern const ScanKernel kAvx2Kernel;
 const ScanKernel &bestKernel();
 // The one for so many bytes: asking the machine what it can do costs more than a few of them.
 const ScanKernel &kernelFor(std::size_t bytes);
+// For tests: the one to use in any case; null for none.
+extern const ScanKernel *imposedKernel;
 
 }  // namespace korvel::tables
 
