@@ -48,13 +48,18 @@ bool createWhole(const TablePath &path, const EmptyTable &table) {
          made.append(table.pieces()) && made.commitAs(posix.text());
 }
 
+bool writePiece(int file, std::string_view piece) {
+  const auto size = static_cast<int>(piece.size());
+  return File_Write(file, piece.data(), size) == size;
+}
+
 // Kept: what becomes of the writing does not count; on a full disk the table begins as far as it
 // goes.
 bool createInPlace(const TablePath &path, const EmptyTable &table) {
   const int file = File_Open(path.text, 0, 1);
   if (file < 0) return false;
   for (const std::string_view piece : table.pieces()) {
-    if (!piece.empty()) File_Write(file, piece.data(), static_cast<int>(piece.size()));
+    if (!writePiece(file, piece)) break;
   }
   File_Close(file);
   return true;
