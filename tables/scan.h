@@ -27,11 +27,10 @@ struct Probe {
 struct Pattern {
   enum class Start { OfLine, OfField };
   enum class Bytes {
-    Any,      // any line or field is a candidate
-    Exact,    // both bytes of pairs[0] stand at their offsets
-    Folded,   // the same, their ignored bits set; a byte from 0x80 on may be any letter
-    Prefixes  // the first two bytes of one of the pairs; '*' in the file stands for whatever
-              // follows
+    Any,     // any line or field is a candidate
+    Exact,   // both bytes of pairs[0] stand at their offsets
+    Folded,  // the same, their ignored bits set; a byte from 0x80 on may be any letter
+    OneOf    // both bytes of one of the pairs; a stretch that holds a '*' is not regular
   };
   static constexpr std::size_t kMostPairs = 4;
 

@@ -29,6 +29,10 @@ using Vector = std::uint8_t __attribute__((vector_size(kWidth)));
 inline Vector load(const char *p) {
   Vector v;
   __builtin_memcpy(&v, p, sizeof v);
+#ifdef __SSE2__
+  // Keeps it in a register: a load that crosses a cache line is no operand to be read twice.
+  __asm__("" : "+x"(v));
+#endif
   return v;
 }
 
@@ -101,7 +105,11 @@ struct AtField {
 struct AnyBytes {
   explicit AnyBytes(const Pattern & /*pattern*/) {}
   Vector operator()(const char * /*p*/) const { return filled(0xFF); }
+  static Vector irregular(Vector /*here*/) { return Vector{}; }
 };
+
+// One probe, '?' in the file standing for any byte.
+inline Vector probed(Vector v, Vector value) { return is(v, value) | is(v, filled('?')); }
 
 struct ExactBytes {
   explicit ExactBytes(const Pattern &pattern)
@@ -110,10 +118,9 @@ struct ExactBytes {
         value1(filled(pattern.pairs[0][0].value)),
         value2(filled(pattern.pairs[0][1].value)) {}
   Vector operator()(const char *p) const {
-    const Vector v1 = load(p + offset1);
-    const Vector v2 = load(p + offset2);
-    return (is(v1, value1) | is(v1, filled('?'))) & (is(v2, value2) | is(v2, filled('?')));
+    return probed(load(p + offset1), value1) & probed(load(p + offset2), value2);
   }
+  static Vector irregular(Vector /*here*/) { return Vector{}; }
 
   std::size_t offset1, offset2;
   Vector value1, value2;
@@ -125,42 +132,41 @@ struct FoldedBytes {
         ignore1(filled(pattern.pairs[0][0].ignore)),
         ignore2(filled(pattern.pairs[0][1].ignore)) {}
   Vector operator()(const char *p) const {
-    const Vector v1 = load(p + exact.offset1);
-    const Vector v2 = load(p + exact.offset2);
-    // v itself has the highest bit set where it is a byte from 0x80 on.
-    return (v1 | is(v1 | ignore1, exact.value1) | is(v1, filled('?'))) &
-           (v2 | is(v2 | ignore2, exact.value2) | is(v2, filled('?')));
+    return folded(load(p + exact.offset1), ignore1, exact.value1) &
+           folded(load(p + exact.offset2), ignore2, exact.value2);
+  }
+  static Vector irregular(Vector /*here*/) { return Vector{}; }
+
+  // v itself has the highest bit set where it is a byte from 0x80 on.
+  static Vector folded(Vector v, Vector ignore, Vector value) {
+    return v | is(v | ignore, value) | is(v, filled('?'));
   }
 
   ExactBytes exact;
   Vector ignore1, ignore2;
 };
 
-struct PrefixBytes {
-  explicit PrefixBytes(const Pattern &pattern) : count(pattern.pairCount) {
+struct OneOfBytes {
+  explicit OneOfBytes(const Pattern &pattern) : count(pattern.pairCount) {
     for (std::size_t i = 0; i < count; ++i) {
       for (std::size_t place = 0; place < 2; ++place) {
-        ignore[i][place] = filled(pattern.pairs[i][place].ignore);
+        offset[i][place] = pattern.pairs[i][place].offset;
         value[i][place] = filled(pattern.pairs[i][place].value);
       }
     }
   }
   Vector operator()(const char *p) const {
-    const Vector v1 = load(p + 1);
-    const Vector v2 = load(p + 2);
-    const Vector star1 = is(v1, filled('*'));
-    const Vector wild1 = is(v1, filled('?'));
-    const Vector wild2 = is(v2, filled('?')) | is(v2, filled('*'));
-    Vector found = star1;
+    Vector found = {};
     for (std::size_t i = 0; i < count; ++i) {
-      found |= (is(v1 | ignore[i][0], value[i][0]) | wild1) &
-               (is(v2 | ignore[i][1], value[i][1]) | wild2);
+      found |=
+          probed(load(p + offset[i][0]), value[i][0]) & probed(load(p + offset[i][1]), value[i][1]);
     }
     return found;
   }
+  static Vector irregular(Vector here) { return is(here, filled('*')); }
 
   std::size_t count;
-  Vector ignore[Pattern::kMostPairs][2];
+  std::size_t offset[Pattern::kMostPairs][2];
   Vector value[Pattern::kMostPairs][2];
 };
 
@@ -205,7 +211,8 @@ class Finder {
   Step step(const char *p) const {
     const Vector here = load(p);
     const Starts starts = lineStarts_(p, here);
-    return {starts, place_(here, starts.places) & bytes_(p)};
+    return {{starts.places, starts.irregular | Bytes::irregular(here)},
+            place_(here, starts.places) & bytes_(p)};
   }
 
   // One step, which may pass the end.
@@ -241,8 +248,8 @@ const char *nextAt(const Pattern &pattern, Scan &scan) {
       return Finder<LineStarts, Place, ExactBytes>(pattern).next(scan);
     case Pattern::Bytes::Folded:
       return Finder<LineStarts, Place, FoldedBytes>(pattern).next(scan);
-    case Pattern::Bytes::Prefixes:
-      return Finder<LineStarts, Place, PrefixBytes>(pattern).next(scan);
+    case Pattern::Bytes::OneOf:
+      return Finder<LineStarts, Place, OneOfBytes>(pattern).next(scan);
     default:
       return Finder<LineStarts, Place, AnyBytes>(pattern).next(scan);
   }

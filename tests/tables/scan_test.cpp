@@ -70,11 +70,7 @@ bool isCandidate(const Pattern &pattern, LineEnds ends, const char *at) {
     return byteMatches(pattern, pair[0], at[pair[0].offset]) &&
            byteMatches(pattern, pair[1], at[pair[1].offset]);
   };
-  if (pattern.bytes != Pattern::Bytes::Prefixes) return pairMatches(pattern.pairs[0]);
-  if (at[1] == '*') return true;
-  return std::any_of(pattern.pairs, pattern.pairs + pattern.pairCount, [&](const auto &pair) {
-    return pairMatches(pair) || (byteMatches(pattern, pair[0], at[1]) && at[2] == '*');
-  });
+  return std::any_of(pattern.pairs, pattern.pairs + pattern.pairCount, pairMatches);
 }
 
 std::vector<Found> literalCandidates(const Pattern &pattern, LineEnds ends, const Padded &text) {
@@ -91,7 +87,7 @@ std::vector<Found> literalCandidates(const Pattern &pattern, LineEnds ends, cons
 // Lines of few different characters. With CrLf they begin with the LF behind the first CR, with Cr
 // with that CR itself.
 std::string randomStretch(std::mt19937 &random, LineEnds ends, std::size_t size) {
-  constexpr std::string_view kCharacters = "aAbBc01,+?*\xE9\x8E";
+  constexpr std::string_view kCharacters = "aAbBc01,+?\xE9\x8E";
   std::string text;
   while (text.size() < size) {
     text += ends == LineEnds::CrLf ? '\n' : '\r';
@@ -219,16 +215,29 @@ TEST(Scan, FoldedPatternsFindEveryByteThatFoldsAlike) {
   }
 }
 
-TEST(Selectivity, PrefersRareCharactersAndFewLabels) {
-  const char *wild[] = {"??"};
-  const char *frequent[] = {"en"};
-  const char *rare[] = {"Zq"};
-  const char *two[] = {"Zq", "en"};
-  const auto of = [](auto &labels) { return selectivity(lineWithOneOf(labels, false)); };
-  EXPECT_EQ(of(wild), 0);
-  EXPECT_LT(of(wild), of(two));
-  EXPECT_LT(of(two), of(frequent));
-  EXPECT_LT(of(frequent), of(rare));
+TEST(Scan, StarInTheFileIsIrregularForLabelsWithStars) {
+  const char *labels[] = {"zz*", "yy"};
+  for (const ScanKernel *kernel : kernels()) {
+    for (std::size_t at = 0; at < 150; ++at) {
+      std::string text(150, 'x');
+      bool regular = false;
+      candidates(*kernel, lineWithOneOf(labels, false), LineEnds::Cr, Padded(text), regular);
+      EXPECT_TRUE(regular);
+      text[at] = '*';
+      candidates(*kernel, lineWithOneOf(labels, false), LineEnds::Cr, Padded(text), regular);
+      EXPECT_FALSE(regular) << at;
+      candidates(*kernel, lineWithField("zz*"), LineEnds::Cr, Padded(text), regular);
+      EXPECT_TRUE(regular);
+    }
+  }
+}
+
+TEST(FixedCharacters, AreNeitherWildNorTheFinalStar) {
+  const struct {
+    const char *label;
+    std::size_t count;
+  } kCases[] = {{"", 0}, {"*", 0}, {"??", 0}, {"a?c", 2}, {"abc*", 3}, {"a*b", 3}, {"**", 1}};
+  for (const auto &row : kCases) EXPECT_EQ(fixedCharacters(row.label), row.count) << row.label;
 }
 
 }  // namespace
