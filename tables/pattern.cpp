@@ -1,6 +1,7 @@
 #include "tables/pattern.h"
 
 #include <algorithm>
+#include <cstring>
 
 #include "tables/line.h"
 
@@ -57,11 +58,23 @@ void addPair(Pattern &pattern, std::string_view text) {
   pair[1] = Probe::exact(places.second + 1, text[places.second]);
 }
 
+void setBeginning(Pattern &pattern, std::string_view text) {
+  std::uint8_t beginning[sizeof pattern.beginning] = {};
+  std::uint8_t counted[sizeof pattern.counted] = {};
+  for (std::size_t i = 0; i < std::min(text.size(), sizeof beginning); ++i) {
+    beginning[i] = static_cast<std::uint8_t>(text[i]);
+    counted[i] = isWild(text[i]) ? 0 : 0xFF;
+  }
+  std::memcpy(&pattern.beginning, beginning, sizeof beginning);
+  std::memcpy(&pattern.counted, counted, sizeof counted);
+}
+
 Pattern exactPattern(Pattern::Start start, std::string_view text) {
   Pattern pattern;
   pattern.start = start;
   pattern.bytes = Pattern::Bytes::Exact;
   addPair(pattern, text);
+  setBeginning(pattern, text);
   return pattern;
 }
 
@@ -94,6 +107,7 @@ Pattern lineWithFoldedField(std::string_view label, const Folding &folding) {
   Pattern pattern = lineWithField(label);
   if (pattern.bytes == Pattern::Bytes::Any) return pattern;
   pattern.bytes = Pattern::Bytes::Folded;
+  pattern.counted = 0;
   for (Probe &probe : pattern.pairs[0]) {
     probe = foldedProbe(probe.offset, label[probe.offset - 1], folding);
   }

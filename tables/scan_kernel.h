@@ -17,19 +17,22 @@
 namespace korvel::tables {
 namespace {
 
-#ifdef __AVX2__
+#if defined(__AVX512BW__)
+constexpr std::ptrdiff_t kWidth = 64;
+#elif defined(__AVX2__)
 constexpr std::ptrdiff_t kWidth = 32;
 #else
 constexpr std::ptrdiff_t kWidth = 16;
 #endif
 
-// Of a vector that tells places, the highest bit of each byte counts.
 using Vector = std::uint8_t __attribute__((vector_size(kWidth)));
 
 inline Vector load(const char *p) {
   Vector v;
   __builtin_memcpy(&v, p, sizeof v);
-#ifdef __SSE2__
+#if defined(__AVX512BW__)
+  __asm__("" : "+v"(v));
+#elif defined(__SSE2__)
   // Keeps it in a register: a load that crosses a cache line is no operand to be read twice.
   __asm__("" : "+x"(v));
 #endif
@@ -38,49 +41,90 @@ inline Vector load(const char *p) {
 
 inline Vector filled(std::uint8_t c) { return Vector{} + c; }
 
-inline Vector is(Vector v, Vector c) { return reinterpret_cast<Vector>(v == c); }
+// Some of the places in a vector. The operators & | ^ work on them.
+#if defined(__AVX512BW__)
+using Places = std::uint64_t;
 
-inline std::uint32_t placesOf(Vector v) {
-#if defined(__AVX2__)
-  return static_cast<std::uint32_t>(_mm256_movemask_epi8(reinterpret_cast<__m256i>(v)));
-#elif defined(__SSE2__)
-  return static_cast<std::uint32_t>(_mm_movemask_epi8(reinterpret_cast<__m128i>(v)));
+inline Places is(Vector v, Vector c) {
+  return _mm512_cmpeq_epi8_mask(reinterpret_cast<__m512i>(v), reinterpret_cast<__m512i>(c));
+}
+inline Places highBits(Vector v) { return _mm512_movepi8_mask(reinterpret_cast<__m512i>(v)); }
+inline std::uint64_t bitsOf(Places places) { return places; }
+constexpr Places kEverywhere = ~std::uint64_t{0};
 #else
-  std::uint32_t places = 0;
-  for (int i = 0; i < kWidth; ++i) places |= static_cast<std::uint32_t>(v[i] >> 7U) << i;
-  return places;
+// The highest bit of each byte counts.
+using Places = Vector;
+
+inline Places is(Vector v, Vector c) { return reinterpret_cast<Vector>(v == c); }
+inline Places highBits(Vector v) { return v; }
+inline std::uint64_t bitsOf(Places places) {
+#if defined(__AVX2__)
+  return static_cast<std::uint32_t>(_mm256_movemask_epi8(reinterpret_cast<__m256i>(places)));
+#elif defined(__SSE2__)
+  return static_cast<std::uint32_t>(_mm_movemask_epi8(reinterpret_cast<__m128i>(places)));
+#else
+  std::uint64_t bits = 0;
+  for (int i = 0; i < kWidth; ++i) bits |= static_cast<std::uint64_t>(places[i] >> 7U) << i;
+  return bits;
 #endif
 }
-
-inline bool any(Vector v) { return placesOf(v) != 0; }
-
-inline std::int64_t sumOf(Vector v) {
-#if defined(__AVX2__)
-  using Words = std::int64_t __attribute__((vector_size(kWidth)));
-  const auto sums = reinterpret_cast<Words>(
-      _mm256_sad_epu8(reinterpret_cast<__m256i>(v), _mm256_setzero_si256()));
-  return sums[0] + sums[1] + sums[2] + sums[3];
-#elif defined(__SSE2__)
-  using Words = std::int64_t __attribute__((vector_size(kWidth)));
-  const auto sums =
-      reinterpret_cast<Words>(_mm_sad_epu8(reinterpret_cast<__m128i>(v), _mm_setzero_si128()));
-  return sums[0] + sums[1];
-#else
-  std::int64_t sum = 0;
-  for (int i = 0; i < kWidth; ++i) sum += v[i];
-  return sum;
+constexpr Places kEverywhere = Vector{} - std::uint8_t{1};
 #endif
-}
+
+inline bool any(Places places) { return bitsOf(places) != 0; }
+
+// Counts the places that a comparison gave.
+#if defined(__AVX512BW__)
+class Count {
+ public:
+  static constexpr std::ptrdiff_t kMost = 1 << 20;
+
+  void add(Places places) { count_ += __builtin_popcountll(places); }
+  std::int64_t sum() const { return count_; }
+
+ private:
+  std::int64_t count_ = 0;
+};
+#else
+class Count {
+ public:
+  static constexpr std::ptrdiff_t kMost = 255;  // additions
+
+  // A place is 0xFF, that is -1.
+  void add(Places places) { count_ -= places; }
+  std::int64_t sum() const {
+#if defined(__SSE2__)
+    using Words = std::int64_t __attribute__((vector_size(kWidth)));
+#if defined(__AVX2__)
+    const auto sums = reinterpret_cast<Words>(
+        _mm256_sad_epu8(reinterpret_cast<__m256i>(count_), _mm256_setzero_si256()));
+    return sums[0] + sums[1] + sums[2] + sums[3];
+#else
+    const auto sums = reinterpret_cast<Words>(
+        _mm_sad_epu8(reinterpret_cast<__m128i>(count_), _mm_setzero_si128()));
+    return sums[0] + sums[1];
+#endif
+#else
+    std::int64_t sum = 0;
+    for (int i = 0; i < kWidth; ++i) sum += count_[i];
+    return sum;
+#endif
+  }
+
+ private:
+  Vector count_ = {};
+};
+#endif
 
 // Where lines begin: at the last byte of the line end before them.
 struct Starts {
-  Vector places;
-  Vector irregular;
+  Places places;
+  Places irregular;
 };
 
 struct AfterCrLf {
   Starts operator()(const char *p, Vector here) const {
-    const Vector starts = is(here, filled('\n'));
+    const Places starts = is(here, filled('\n'));
     return {starts, starts ^ is(load(p - 1), filled('\r'))};
   }
 };
@@ -92,24 +136,24 @@ struct AfterCr {
 };
 
 struct AtLine {
-  Vector operator()(Vector /*here*/, Vector starts) const { return starts; }
+  Places operator()(Vector /*here*/, Places starts) const { return starts; }
 };
 
 // The code is a field, too.
 struct AtField {
-  Vector operator()(Vector here, Vector starts) const {
+  Places operator()(Vector here, Places starts) const {
     return is(here, filled(',')) | is(here, filled('+')) | starts;
   }
 };
 
 struct AnyBytes {
   explicit AnyBytes(const Pattern & /*pattern*/) {}
-  Vector operator()(const char * /*p*/) const { return filled(0xFF); }
-  static Vector irregular(Vector /*here*/) { return Vector{}; }
+  Places operator()(const char * /*p*/) const { return kEverywhere; }
+  static Places irregular(Vector /*here*/) { return Places{}; }
 };
 
 // One probe, '?' in the file standing for any byte.
-inline Vector probed(Vector v, Vector value) { return is(v, value) | is(v, filled('?')); }
+inline Places probed(Vector v, Vector value) { return is(v, value) | is(v, filled('?')); }
 
 struct ExactBytes {
   explicit ExactBytes(const Pattern &pattern)
@@ -117,10 +161,10 @@ struct ExactBytes {
         offset2(pattern.pairs[0][1].offset),
         value1(filled(pattern.pairs[0][0].value)),
         value2(filled(pattern.pairs[0][1].value)) {}
-  Vector operator()(const char *p) const {
+  Places operator()(const char *p) const {
     return probed(load(p + offset1), value1) & probed(load(p + offset2), value2);
   }
-  static Vector irregular(Vector /*here*/) { return Vector{}; }
+  static Places irregular(Vector /*here*/) { return Places{}; }
 
   std::size_t offset1, offset2;
   Vector value1, value2;
@@ -131,15 +175,14 @@ struct FoldedBytes {
       : exact(pattern),
         ignore1(filled(pattern.pairs[0][0].ignore)),
         ignore2(filled(pattern.pairs[0][1].ignore)) {}
-  Vector operator()(const char *p) const {
+  Places operator()(const char *p) const {
     return folded(load(p + exact.offset1), ignore1, exact.value1) &
            folded(load(p + exact.offset2), ignore2, exact.value2);
   }
-  static Vector irregular(Vector /*here*/) { return Vector{}; }
+  static Places irregular(Vector /*here*/) { return Places{}; }
 
-  // v itself has the highest bit set where it is a byte from 0x80 on.
-  static Vector folded(Vector v, Vector ignore, Vector value) {
-    return v | is(v | ignore, value) | is(v, filled('?'));
+  static Places folded(Vector v, Vector ignore, Vector value) {
+    return highBits(v) | is(v | ignore, value) | is(v, filled('?'));
   }
 
   ExactBytes exact;
@@ -155,15 +198,15 @@ struct OneOfBytes {
       }
     }
   }
-  Vector operator()(const char *p) const {
-    Vector found = {};
+  Places operator()(const char *p) const {
+    Places found = {};
     for (std::size_t i = 0; i < count; ++i) {
       found |=
           probed(load(p + offset[i][0]), value[i][0]) & probed(load(p + offset[i][1]), value[i][1]);
     }
     return found;
   }
-  static Vector irregular(Vector here) { return is(here, filled('*')); }
+  static Places irregular(Vector here) { return is(here, filled('*')); }
 
   std::size_t count;
   std::size_t offset[Pattern::kMostPairs][2];
@@ -173,30 +216,34 @@ struct OneOfBytes {
 template <typename LineStarts, typename Place, typename Bytes>
 class Finder {
  public:
-  explicit Finder(const Pattern &pattern) : bytes_(pattern) {}
+  explicit Finder(const Pattern &pattern)
+      : bytes_(pattern), beginning_(pattern.beginning), counted_(pattern.counted) {}
 
   const char *next(Scan &scan) const {
-    // A byte of `count` holds as many.
-    constexpr std::ptrdiff_t kMostSteps = 254;
+    constexpr std::ptrdiff_t kPair = 2 * kWidth;
+    constexpr std::ptrdiff_t kMostPairs = Count::kMost / 2;
     for (;;) {
       const char *at = scan.at;
-      const std::ptrdiff_t whole = (scan.end - at) / (2 * kWidth);
-      const char *stop = at + (whole < kMostSteps / 2 ? whole : kMostSteps / 2) * (2 * kWidth);
-      Vector count = {};
-      Vector irregular = {};
-      for (; at != stop; at += 2 * kWidth) {
+      const std::ptrdiff_t whole = (scan.end - at) / kPair;
+      const char *stop = at + (whole < kMostPairs ? whole : kMostPairs) * kPair;
+      Count count;
+      Places irregular = {};
+      for (; at != stop; at += kPair) {
         const Step first = step(at);
         const Step second = step(at + kWidth);
-        if (any(first.candidates | second.candidates)) break;
-        // A place is 0xFF, that is -1.
-        count = count - first.starts.places - second.starts.places;
+        if (any(first.candidates | second.candidates) &&
+            (holdsOne(at, first) || holdsOne(at + kWidth, second))) {
+          break;
+        }
+        count.add(first.starts.places);
+        count.add(second.starts.places);
         irregular |= first.starts.irregular | second.starts.irregular;
       }
-      scan.lines += sumOf(count);
+      scan.lines += count.sum();
       scan.at = at;
       scan.regular = scan.regular && !any(irregular);
       if (!scan.regular || scan.at == scan.end) return nullptr;
-      if (at == stop && scan.end - at >= 2 * kWidth) continue;
+      if (at == stop && scan.end - at >= kPair) continue;
       const char *candidate = nextInStep(scan);
       if (candidate != nullptr || !scan.regular) return candidate;
     }
@@ -205,7 +252,7 @@ class Finder {
  private:
   struct Step {
     Starts starts;
-    Vector candidates;
+    Places candidates;
   };
 
   Step step(const char *p) const {
@@ -217,28 +264,53 @@ class Finder {
 
   // One step, which may pass the end.
   const char *nextInStep(Scan &scan) const {
+    constexpr std::uint64_t kAll = ~std::uint64_t{0};
     const Step here = step(scan.at);
     const std::ptrdiff_t rest = scan.end - scan.at;
     const std::ptrdiff_t width = rest < kWidth ? rest : kWidth;
-    const std::uint32_t inside = ~std::uint32_t{0} >> (32 - width);
-    const std::uint32_t candidates = placesOf(here.candidates) & inside;
-    const std::uint32_t starts = placesOf(here.starts.places) & inside;
-    scan.regular = (placesOf(here.starts.irregular) & inside) == 0;
-    if (candidates == 0) {
-      scan.lines += __builtin_popcount(starts);
+    const std::uint64_t inside = kAll >> (64 - width);
+    const std::uint64_t starts = bitsOf(here.starts.places) & inside;
+    scan.regular = (bitsOf(here.starts.irregular) & inside) == 0;
+    const std::uint64_t left = worthAReturn(scan.at, bitsOf(here.candidates) & inside);
+    if (left == 0) {
+      scan.lines += __builtin_popcountll(starts);
       scan.at += width;
       return nullptr;
     }
-    const int place = __builtin_ctz(candidates);
-    scan.lines += __builtin_popcount(starts & (~std::uint32_t{0} >> (31 - place)));
-    const char *candidate = scan.at + place;
-    scan.at = candidate + 1;
-    return candidate;
+    const int place = __builtin_ctzll(left);
+    scan.lines += __builtin_popcountll(starts & (kAll >> (63 - place)));
+    scan.at += place + 1;
+    return scan.at - 1;
+  }
+
+  bool holdsOne(const char *at, const Step &step) const {
+    return worthAReturn(at, bitsOf(step.candidates)) != 0;
+  }
+  // The candidates without the dismissed ones before the first that is not.
+  std::uint64_t worthAReturn(const char *at, std::uint64_t candidates) const {
+    while (candidates != 0 && isDismissed(at + __builtin_ctzll(candidates))) {
+      candidates &= candidates - 1;
+    }
+    return candidates;
+  }
+  // Most candidates are not worth a return: the first bytes tell. A '?' among them is left to
+  // whoever compares.
+  bool isDismissed(const char *candidate) const {
+    std::uint64_t bytes = 0;
+    __builtin_memcpy(&bytes, candidate + 1, sizeof bytes);
+    return ((bytes ^ beginning_) & counted_) != 0 && !holdsQuestionMark(bytes);
+  }
+  static bool holdsQuestionMark(std::uint64_t bytes) {
+    constexpr std::uint64_t kOnes = 0x0101010101010101;
+    const std::uint64_t different = bytes ^ ('?' * kOnes);
+    return ((different - kOnes) & ~different & (0x80 * kOnes)) != 0;
   }
 
   LineStarts lineStarts_;
   Place place_;
   Bytes bytes_;
+  std::uint64_t beginning_;
+  std::uint64_t counted_;
 };
 
 template <typename LineStarts, typename Place>
@@ -267,14 +339,13 @@ const char *next(const Pattern &pattern, Scan &scan) {
 }
 
 std::size_t countLineEnds(const char *from, const char *to) {
-  constexpr std::ptrdiff_t kMostSteps = 255;
   std::int64_t lines = 0;
   while (to - from >= kWidth) {
     const std::ptrdiff_t whole = (to - from) / kWidth;
-    const char *stop = from + (whole < kMostSteps ? whole : kMostSteps) * kWidth;
-    Vector count = {};
-    for (; from != stop; from += kWidth) count -= is(load(from), filled('\r'));
-    lines += sumOf(count);
+    const char *stop = from + (whole < Count::kMost ? whole : Count::kMost) * kWidth;
+    Count count;
+    for (; from != stop; from += kWidth) count.add(is(load(from), filled('\r')));
+    lines += count.sum();
   }
   for (; from != to; ++from) lines += *from == '\r';
   return static_cast<std::size_t>(lines);
