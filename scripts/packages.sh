@@ -5,12 +5,16 @@
 readonly BUILD_PACKAGES=(
   build-essential cmake ninja-build qt6-base-dev libqt6svg6
 )
+# The tools that the library runs beside those of every system.
+readonly TOOL_PACKAGES=(
+  procps xdg-utils
+)
 readonly SCREEN_PACKAGES=(
   xvfb x11-utils openbox xdotool xclip imagemagick fonts-liberation
 )
 readonly TEST_PACKAGES=(
-  "${BUILD_PACKAGES[@]}" "${SCREEN_PACKAGES[@]}"
-  clang googletest libgtest-dev locales procps python3
+  "${BUILD_PACKAGES[@]}" "${TOOL_PACKAGES[@]}" "${SCREEN_PACKAGES[@]}"
+  clang googletest libgtest-dev locales python3
 )
 readonly BENCH_PACKAGES=(
   "${BUILD_PACKAGES[@]}" libbenchmark-dev libglib2.0-dev pkg-config fonts-liberation

@@ -18,7 +18,7 @@ namespace korvel::shell {
 namespace {
 
 constexpr std::size_t kSlotSize = 256;
-constexpr std::size_t kBlockSize = 65536;
+constexpr std::size_t kBlockSize = 16384;
 
 std::string listCommand(std::string_view folder, std::string_view pattern) {
   return "ls -1F " + quoted(std::string(folder) + "/") + " | grep -i " + quoted(pattern);
@@ -36,12 +36,11 @@ bool isFolder(std::string_view line) { return line.ends_with('/'); }
 // The first `limit` bytes of a tool's output.
 std::string outputOf(const Tool &tool, std::size_t limit) {
   std::string output;
+  char block[kBlockSize];
   while (output.size() < limit) {
-    const std::size_t length = output.size();
-    output.resize(length + std::min(kBlockSize, limit - length));
-    const std::size_t got = tool.readSome(output.data() + length, output.size() - length);
-    output.resize(length + got);
+    const std::size_t got = tool.readSome(block, std::min(sizeof block, limit - output.size()));
     if (got == 0) break;
+    output.append(block, got);
   }
   return output;
 }

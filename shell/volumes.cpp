@@ -1,6 +1,6 @@
 #include <algorithm>
+#include <climits>
 #include <cstring>
-#include <string>
 #include <string_view>
 
 #include <korvel/desktop.h>
@@ -15,16 +15,32 @@ namespace {
 
 // Paths are held in buffers of this size.
 constexpr std::size_t kPathSize = 256;
+// The system knows no path of this size.
+constexpr std::size_t kSystemPathSize = PATH_MAX;
 
 // The folder of the volumes, with one "/" behind it.
-std::string volumesFolder() {
-  std::string_view folder(szVolumes, strnlen(szVolumes, sizeof szVolumes));
-  while (folder.ends_with('/')) folder.remove_suffix(1);
-  std::string text;
-  text.reserve(kPathSize * 2);
-  text += folder;
-  text += '/';
-  return text;
+class VolumesFolder {
+ public:
+  VolumesFolder() {
+    std::string_view folder(szVolumes, strnlen(szVolumes, sizeof szVolumes));
+    while (folder.ends_with('/')) folder.remove_suffix(1);
+    *std::copy(folder.begin(), folder.end(), text_) = '/';
+    size_ = folder.size() + 1;
+  }
+  std::string_view text() const { return {text_, size_}; }
+
+ private:
+  char text_[sizeof szVolumes + 1];
+  std::size_t size_;
+};
+
+// Kept: the volume is looked for under its name as written, also where that contains a "/".
+bool volumeExists(std::string_view folder, std::string_view name) {
+  char path[kSystemPathSize];
+  if (folder.size() + name.size() >= sizeof path) return false;
+  char *end = std::copy(folder.begin(), folder.end(), path);
+  *std::copy(name.begin(), name.end(), end) = '\0';
+  return exists(path);
 }
 
 char exchangedSeparator(char c) {
@@ -32,44 +48,33 @@ char exchangedSeparator(char c) {
   return c == '/' ? ':' : c;
 }
 
-// Kept: the volume is looked for under its name as written, also where that contains a "/".
-bool volumeExists(std::string &volumes, std::string_view name) {
-  const std::size_t length = volumes.size();
-  volumes += name;
-  const bool found = exists(volumes.c_str());
-  volumes.resize(length);
-  return found;
+// Writes `folder` as it is and `colons` with its separators exchanged. Returns the length, or 0 if
+// that does not fit: the part that does would be the path of something else.
+int writePosix(std::string_view folder, std::string_view colons, char *out) {
+  if (folder.size() + colons.size() >= kPathSize) return 0;
+  char path[kPathSize];  // as colons may stand in out
+  char *end = std::copy(folder.begin(), folder.end(), path);
+  end = std::transform(colons.begin(), colons.end(), end, exchangedSeparator);
+  *std::copy(path, end, out) = '\0';
+  return static_cast<int>(end - path);
 }
 
-std::string posixPath(std::string_view macPath) {
+int convert(std::string_view macPath, char *out) {
+  const VolumesFolder volumes;
   const std::size_t volumeEnd = std::min(macPath.find(':'), macPath.size());
-  std::string path = volumesFolder();
-  if (!volumeExists(path, macPath.substr(0, volumeEnd))) {
-    path.clear();
-    macPath.remove_prefix(volumeEnd);
-  }
-  std::transform(macPath.begin(), macPath.end(), std::back_inserter(path), exchangedSeparator);
-  return path;
-}
-
-int convert(const char *macPath, char *out) {
-  const std::string path = posixPath(macPath);
-  if (path.size() >= kPathSize) {
-    out[0] = '\0';
-    return 0;
-  }
-  std::memcpy(out, path.c_str(), path.size() + 1);
-  return static_cast<int>(path.size());
+  return volumeExists(volumes.text(), macPath.substr(0, volumeEnd))
+             ? writePosix(volumes.text(), macPath, out)
+             : writePosix({}, macPath.substr(volumeEnd), out);
 }
 
 }  // namespace
 }  // namespace korvel::shell
 
 int BSDMAC2UNIX(const char *macPath, char *out) {
+  using korvel::shell::convert;
   if (out == nullptr) return 0;
-  const int length = macPath == nullptr ? 0 : korvel::shell::orOnFailure(0, [&] {
-    return korvel::shell::convert(macPath, out);
-  });
+  const auto work = [&] { return macPath == nullptr ? 0 : convert(macPath, out); };
+  const int length = korvel::shell::orOnFailure(0, work);
   if (length == 0) out[0] = '\0';
   return length;
 }

@@ -6,6 +6,8 @@
 #include <korvel/dates.h>
 #include <korvel/desktop.h>
 #include <korvel/dialogs.h>
+#include <korvel/files.h>
+#include <korvel/shell.h>
 #include <korvel/strings.h>
 #include <korvel/tables.h>
 #include <korvel/types.h>

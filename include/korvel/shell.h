@@ -108,7 +108,8 @@ KORVEL_API int BSDRemove_psw(const char *path, const char *password);
 KORVEL_API int BSDkill(const char *name);
 
 /* Runs "kill " with a line of the process list, its first column being the process number and the
-   others going with it as they are. Returns 0. */
+   others going with it as they are: what the shell cannot read so (a state column "S<", a name in
+   parentheses) is not killed. Returns 0. */
 KORVEL_API int BSDprocessf(char *line);
 
 /* Tells whether name (a grep pattern, not quoted) occurs in the process list "ps -x -c".
@@ -119,7 +120,8 @@ KORVEL_API int BSDtestProcess(const char *name);
 KORVEL_API int BSDprocesst(char *line);
 
 /* Opens a document with the application that the desktop has for it (by xdg-open, the path in
-   double quotes). Returns the close status of the opener. */
+   double quotes, between which the shell still reads "$", "`" and "\"). What the opener prints is
+   thrown away. Returns the close status of the opener. */
 KORVEL_API int BSDopen(const char *path);
 
 /* Lists the files of a folder whose names contain a grep pattern, in any case, by "ls -1F" and

@@ -51,5 +51,12 @@ int main(void) {
   check(own[0] == intcod_i && own[1] == isEven, "functions go to the application's own table");
   check(vi_tab[0] == 0, "and leave the library's alone");
   vi = vi_tab;
+
+  /* The handle tables. */
+  check(DATA_FILE_TAB[0].mode == -1 && DATA_FILE_ID == -1, "no file is open at first");
+  check(MFil_Open("", -1, 5000) == 0 && DATA_MFIL_ID == 0, "a memory file opens");
+  check(DATA_MFIL_TAB[0].mode == 2 && DATA_MFIL_TAB[0].capacity == 5000, "its slot is seen");
+  DATA_MFIL_TAB[0].mode = 1;
+  check(MFil_LockPtr(0, 0) == 0 && MFil_Close(0) == 0 && DATA_MFIL_ID == -1, "it is closed");
   return failures != 0;
 }

@@ -9,9 +9,11 @@ root = pathlib.Path(sys.argv[1])
 # What each folder may include besides itself, the public headers aside.
 FOUNDATIONS = ['strings', 'codecs', 'dates']
 ALLOWED = {
+    'shell': [],
     'strings': [],
     'codecs': ['strings'],
     'dates': ['strings', 'codecs'],
+    'files': ['strings', 'shell'],
     'platform': [],
     'dialogs': FOUNDATIONS + ['platform'],
 }

@@ -222,6 +222,8 @@ TEST(Copy, RemovesNothingThatItWasNotAskedToReplace) {
   workspace.makeLink("into/link", "../d/sub");
   workspace.makeFolder("through");
   workspace.makeLink("through/d", "../d");
+  const FakeTools tools;
+  tools.addReader("sudo", "exec \"$@\"");
   const std::string before = workspace.snapshot();
   const struct {
     const char *source, *folder;
@@ -269,6 +271,7 @@ TEST(Copy, RemovesNothingThatItWasNotAskedToReplace) {
     EXPECT_EQ(BSDCopy_psw(source.c_str(), folder.c_str(), "password"), -1);
     ASSERT_EQ(workspace.snapshot(), before);
   }
+  EXPECT_EQ(tools.calls(), "");
 }
 
 TEST(Copy, ReplacesNothingByAPathThatTheToolsReadDifferently) {

@@ -116,8 +116,8 @@ FakeTools::FakeTools() : path_("PATH", pathBehind(workspace_.path()).c_str()) {}
 void FakeTools::add(std::string_view name, std::string_view script) const {
   std::string text = "#!/bin/sh\n";
   text += "log='" + workspace_.path() + "'\n";
-  text += "{ printf '%s' '" + std::string(name) +
-          "'; for a in \"$@\"; do printf '[%s]' \"$a\"; done; echo; } >> \"$log/calls\"\n";
+  text += "call='" + std::string(name) + "'; for a in \"$@\"; do call=\"$call[$a]\"; done\n";
+  text += "printf '%s\\n' \"$call\" >> \"$log/calls\"\n";
   text += std::string(script) + "\n";
   chmod(workspace_.makeFile(name, text).c_str(), 0755);
 }
