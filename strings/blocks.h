@@ -19,6 +19,9 @@ namespace korvel::strings {
 
 inline constexpr std::size_t kBlock = 16;
 
+// The mask of a block whose bytes all agree.
+inline constexpr unsigned kWholeBlock = (1U << kBlock) - 1;
+
 // Comparisons give 0xFF for a byte that agrees and 0 for one that does not; `mask` gathers the
 // high bits of the bytes, the first byte's in bit 0.
 //

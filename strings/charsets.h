@@ -12,7 +12,8 @@
 
 namespace korvel::strings {
 
-// Calls step(place, count) over the n bytes at s, kBlock bytes a step and what remains in the last.
+// Calls step(place, count) over the n bytes at s: kBlock bytes a step, what remains in the last
+// one.
 template <typename Step>
 void overBlocks(char *s, std::size_t n, Step step) {
   const std::size_t rest = n % kBlock;
@@ -20,33 +21,44 @@ void overBlocks(char *s, std::size_t n, Step step) {
   if (rest != 0) step(s, rest);
 }
 
-// The two sets differ by one xor per character; what is no such character is xored with 0.
+template <typename AnyBlock>
+AnyBlock isByte(AnyBlock b, char c) {
+  return b == AnyBlock::filled(c);
+}
+
+// What turns `from` into `to` by an exclusive or.
+template <typename AnyBlock>
+AnyBlock change(char from, char to) {
+  return AnyBlock::filled(static_cast<char>(from ^ to));
+}
+
+// From CP1252. Each character takes its change, every other byte none; the e with grave and with
+// acute share one, so do the e with circumflex and the i with diaeresis.
 template <typename AnyBlock>
 void convertToMac(char *s, std::size_t n) {
-  const auto is = [](AnyBlock bytes, char c) { return bytes == AnyBlock::filled(c); };
-  const auto by = [](char from, char to) { return AnyBlock::filled(static_cast<char>(from ^ to)); };
-  overBlocks(s, n, [&](char *place, std::size_t count) {
+  overBlocks(s, n, [](char *place, std::size_t count) {
     const AnyBlock b = AnyBlock::load(place, count);
-    const AnyBlock change = (is(b, '\xB0') & by('\xB0', '\xA1')) |
-                            (is(b, '\xE0') & by('\xE0', '\x88')) |
-                            (is(b, '\xE7') & by('\xE7', '\x8D')) |
-                            ((is(b, '\xE8') | is(b, '\xE9')) & by('\xE8', '\x8F')) |
-                            ((is(b, '\xEA') | is(b, '\xEF')) & by('\xEA', '\x90'));
-    (b ^ change).store(place, count);
+    const AnyBlock changes =
+        (isByte(b, '\xB0') & change<AnyBlock>('\xB0', '\xA1')) |
+        (isByte(b, '\xE0') & change<AnyBlock>('\xE0', '\x88')) |
+        (isByte(b, '\xE7') & change<AnyBlock>('\xE7', '\x8D')) |
+        ((isByte(b, '\xE8') | isByte(b, '\xE9')) & change<AnyBlock>('\xE8', '\x8F')) |
+        ((isByte(b, '\xEA') | isByte(b, '\xEF')) & change<AnyBlock>('\xEA', '\x90'));
+    (b ^ changes).store(place, count);
   });
 }
 
+// To CP1252. Kept: e circumflex and i diaeresis go to the Mac set and are never brought back.
 template <typename AnyBlock>
 void convertFromMac(char *s, std::size_t n) {
-  const auto is = [](AnyBlock bytes, char c) { return bytes == AnyBlock::filled(c); };
-  const auto by = [](char from, char to) { return AnyBlock::filled(static_cast<char>(from ^ to)); };
-  overBlocks(s, n, [&](char *place, std::size_t count) {
+  overBlocks(s, n, [](char *place, std::size_t count) {
     const AnyBlock b = AnyBlock::load(place, count);
-    const AnyBlock change = (is(b, '\xA1') & by('\xA1', '\xB0')) |
-                            (is(b, '\x88') & by('\x88', '\xE0')) |
-                            (is(b, '\x8D') & by('\x8D', '\xE7')) |
-                            ((is(b, '\x8F') | is(b, '\x8E')) & by('\x8F', '\xE8'));
-    (b ^ change).store(place, count);
+    const AnyBlock changes =
+        (isByte(b, '\xA1') & change<AnyBlock>('\xA1', '\xB0')) |
+        (isByte(b, '\x88') & change<AnyBlock>('\x88', '\xE0')) |
+        (isByte(b, '\x8D') & change<AnyBlock>('\x8D', '\xE7')) |
+        ((isByte(b, '\x8F') | isByte(b, '\x8E')) & change<AnyBlock>('\x8F', '\xE8'));
+    (b ^ changes).store(place, count);
   });
 }
 
@@ -60,8 +72,6 @@ AnyBlock asciiCapitals(AnyBlock b) {
   return b ^ (isSmall & AnyBlock::filled('a' ^ 'A'));
 }
 
-inline constexpr std::size_t kStretch = 64;
-
 // Sends the bytes of s that the bits of `marked` name through the table.
 inline void capitaliseMarked(char *s, std::uint64_t marked) {
   for (; marked != 0; marked &= marked - 1) {
@@ -70,7 +80,9 @@ inline void capitaliseMarked(char *s, std::uint64_t marked) {
   }
 }
 
-// ASCII letters are turned by blocks; the others go through the table.
+inline constexpr std::size_t kStretch = 4 * kBlock;
+
+// Four blocks at once, so that a text without accents is asked for them only once.
 template <typename AnyBlock>
 void capitaliseStretch(char *s) {
   const AnyBlock b0 = AnyBlock::load(s, kBlock);
@@ -87,6 +99,7 @@ void capitaliseStretch(char *s) {
   capitaliseMarked(s, front | (back << (2 * kBlock)));
 }
 
+// ASCII letters are turned by blocks, every other byte goes through the table.
 template <typename AnyBlock>
 void capitalise(char *s, std::size_t n) {
   const std::size_t rest = n % kStretch;

@@ -25,7 +25,7 @@ int insertBytes(char *d, int size, const char *bytes, std::size_t count, int p) 
   char *place = d + insertionPoint(p, length);
   const std::size_t tail = static_cast<std::size_t>(d + length + 1 - place);
   std::memmove(place + count, place, tail);
-  std::memcpy(place, bytes, count);
+  std::memmove(place, bytes, count);
   return static_cast<int>(count);
 }
 

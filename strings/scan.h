@@ -14,24 +14,18 @@ namespace korvel::strings {
 // How many of the n bytes at s are left when every c at their end is taken off.
 template <typename AnyBlock>
 std::size_t lengthWithoutTail(const char *s, std::size_t n, char c) {
-  constexpr unsigned kAll = (1U << kBlock) - 1;
   const AnyBlock tail = AnyBlock::filled(c);
   for (; n >= kBlock; n -= kBlock) {
-    const unsigned others = ~(AnyBlock::load(s + n - kBlock, kBlock) == tail).mask() & kAll;
+    const unsigned others = ~(AnyBlock::load(s + n - kBlock, kBlock) == tail).mask() & kWholeBlock;
     if (others != 0) return n - kBlock + static_cast<std::size_t>(std::bit_width(others));
   }
   while (n > 0 && s[n - 1] == c) --n;
   return n;
 }
 
-// Up to this length a wrong candidate costs a few nanoseconds to dismiss; beyond it a pattern that
-// resembles itself could cost the square of its length, so a search of linear time takes over.
-inline constexpr std::size_t kLongestProbedPattern = 256;
-
 // True when the n bytes at a and b agree, a '?' in either agreeing with any byte.
 template <typename AnyBlock>
 bool agreeWithJokers(const char *a, const char *b, std::size_t n) {
-  constexpr unsigned kAll = (1U << kBlock) - 1;
   const AnyBlock joker = AnyBlock::filled('?');
   const auto agreeing = [&](std::size_t at, std::size_t count) {
     const AnyBlock x = AnyBlock::load(a + at, count);
@@ -42,12 +36,12 @@ bool agreeWithJokers(const char *a, const char *b, std::size_t n) {
   for (; at + 4 * kBlock <= n; at += 4 * kBlock) {
     const AnyBlock front = agreeing(at, kBlock) & agreeing(at + kBlock, kBlock);
     const AnyBlock back = agreeing(at + 2 * kBlock, kBlock) & agreeing(at + 3 * kBlock, kBlock);
-    if ((front & back).mask() != kAll) return false;
+    if ((front & back).mask() != kWholeBlock) return false;
   }
   for (; at + kBlock <= n; at += kBlock) {
-    if (agreeing(at, kBlock).mask() != kAll) return false;
+    if (agreeing(at, kBlock).mask() != kWholeBlock) return false;
   }
-  return at == n || agreeing(at, n - at).mask() == kAll;
+  return at == n || agreeing(at, n - at).mask() == kWholeBlock;
 }
 
 // Looks for a pattern by its first and last byte, sixteen places at a time; the bytes between are
@@ -94,6 +88,10 @@ class PatternProbe {
   AnyBlock first_;
   AnyBlock last_;
 };
+
+// Up to this length a wrong candidate costs a few nanoseconds to dismiss; beyond it a pattern that
+// resembles itself could cost the square of its length, so a search of linear time takes over.
+inline constexpr std::size_t kLongestProbedPattern = 256;
 
 // True when the np bytes at p stand side by side among the ns bytes at s; 1 <= np <= ns.
 template <typename AnyBlock>

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstring>
 
+#include "tables/line.h"
+
 namespace korvel::tables {
 namespace {
 
@@ -44,15 +46,35 @@ Places placesToProbe(std::string_view text) {
   return places;
 }
 
+// Adds the probes for a text; without any character to look for, every place is a candidate.
+void addPair(Pattern &pattern, std::string_view text) {
+  const Places places = placesToProbe(text);
+  if (places.none()) {
+    pattern.bytes = Pattern::Bytes::Any;
+    return;
+  }
+  Probe(&pair)[2] = pattern.pairs[pattern.pairCount++];
+  pair[0] = Probe::exact(places.first + 1, text[places.first]);
+  pair[1] = Probe::exact(places.second + 1, text[places.second]);
+}
+
+void setBeginning(Pattern &pattern, std::string_view text) {
+  std::uint8_t beginning[sizeof pattern.beginning] = {};
+  std::uint8_t counted[sizeof pattern.counted] = {};
+  for (std::size_t i = 0; i < std::min(text.size(), sizeof beginning); ++i) {
+    beginning[i] = static_cast<std::uint8_t>(text[i]);
+    counted[i] = isWild(text[i]) ? 0 : 0xFF;
+  }
+  std::memcpy(&pattern.beginning, beginning, sizeof beginning);
+  std::memcpy(&pattern.counted, counted, sizeof counted);
+}
+
 Pattern exactPattern(Pattern::Start start, std::string_view text) {
   Pattern pattern;
   pattern.start = start;
-  const Places places = placesToProbe(text);
-  if (places.none()) return pattern;
   pattern.bytes = Pattern::Bytes::Exact;
-  pattern.pairCount = 1;
-  pattern.pairs[0][0] = Probe::exact(places.first + 1, text[places.first]);
-  pattern.pairs[0][1] = Probe::exact(places.second + 1, text[places.second]);
+  addPair(pattern, text);
+  setBeginning(pattern, text);
   return pattern;
 }
 
@@ -68,18 +90,9 @@ Probe foldedProbe(std::size_t offset, char c, const Folding &folding) {
   return Probe::exact(offset, c);
 }
 
-// What must stand at a place of a field for the label to match, as far as it can be said: nothing
-// where the label is wild, from its final '*' on, or behind its end.
-Probe prefixProbe(std::string_view label, std::size_t place) {
+std::string_view withoutFinalStar(std::string_view label) {
   if (label.ends_with('*')) label.remove_suffix(1);
-  if (place >= label.size() || isWild(label[place])) return Probe::any(place + 1);
-  return Probe::exact(place + 1, label[place]);
-}
-
-bool isAny(const Probe &probe) { return probe.ignore == 0xFF; }
-
-int weight(const Probe &probe) {
-  return isAny(probe) ? 0 : 4 - frequency(static_cast<char>(probe.value));
+  return label;
 }
 
 }  // namespace
@@ -94,6 +107,7 @@ Pattern lineWithFoldedField(std::string_view label, const Folding &folding) {
   Pattern pattern = lineWithField(label);
   if (pattern.bytes == Pattern::Bytes::Any) return pattern;
   pattern.bytes = Pattern::Bytes::Folded;
+  pattern.counted = 0;
   for (Probe &probe : pattern.pairs[0]) {
     probe = foldedProbe(probe.offset, label[probe.offset - 1], folding);
   }
@@ -104,23 +118,16 @@ Pattern lineWithOneOf(std::span<const char *const> labels, bool isCode) {
   Pattern pattern;
   pattern.start = isCode ? Pattern::Start::OfLine : Pattern::Start::OfField;
   if (labels.size() > Pattern::kMostPairs) return pattern;
-  pattern.bytes = Pattern::Bytes::Prefixes;
+  pattern.bytes = Pattern::Bytes::OneOf;
   for (const char *label : labels) {
-    Probe(&pair)[2] = pattern.pairs[pattern.pairCount++];
-    pair[0] = prefixProbe(label, 0);
-    pair[1] = prefixProbe(label, 1);
-    if (isAny(pair[0]) && isAny(pair[1])) pattern.bytes = Pattern::Bytes::Any;
+    addPair(pattern, withoutFinalStar(label).substr(0, kLineSize - 2));
   }
   return pattern;
 }
 
-int selectivity(const Pattern &pattern) {
-  if (pattern.bytes == Pattern::Bytes::Any) return 0;
-  int least = weight(pattern.pairs[0][0]) + weight(pattern.pairs[0][1]);
-  for (std::size_t i = 1; i < pattern.pairCount; ++i) {
-    least = std::min(least, weight(pattern.pairs[i][0]) + weight(pattern.pairs[i][1]));
-  }
-  return least * static_cast<int>(Pattern::kMostPairs) - static_cast<int>(pattern.pairCount) + 1;
+std::size_t fixedCharacters(std::string_view label) {
+  label = withoutFinalStar(label);
+  return label.size() - static_cast<std::size_t>(std::count_if(label.begin(), label.end(), isWild));
 }
 
 }  // namespace korvel::tables

@@ -23,13 +23,12 @@ Pattern lineWithField(std::string_view label);
 // The same without regard to case; label is folded already.
 Pattern lineWithFoldedField(std::string_view label, const Folding &folding);
 
-// A line with a field that one of the labels stands for, '?' and a final '*' having their meaning
-// on both sides; as its code, if `isCode`. At most Pattern::kMostPairs labels.
+// A line with a field that one of the labels stands for, '?' and a final '*' having their meaning;
+// as its code, if `isCode`. Not for a file that has a '*' itself.
 Pattern lineWithOneOf(std::span<const char *const> labels, bool isCode);
 
-// How few candidates a pattern is expected to have, as a number that grows with that; 0: every line
-// is one.
-int selectivity(const Pattern &pattern);
+// How many characters of a label its field must have at least, if '?' and a final '*' are left out.
+std::size_t fixedCharacters(std::string_view label);
 
 }  // namespace korvel::tables
 

@@ -8,6 +8,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <span>
 
 namespace korvel::tables {
 
@@ -27,11 +28,10 @@ struct Probe {
 struct Pattern {
   enum class Start { OfLine, OfField };
   enum class Bytes {
-    Any,      // any line or field is a candidate
-    Exact,    // both bytes of pairs[0] stand at their offsets
-    Folded,   // the same, their ignored bits set; a byte from 0x80 on may be any letter
-    Prefixes  // the first two bytes of one of the pairs; '*' in the file stands for whatever
-              // follows
+    Any,     // any line or field is a candidate
+    Exact,   // both bytes of pairs[0] stand at their offsets
+    Folded,  // the same, their ignored bits set; a byte from 0x80 on may be any letter
+    OneOf    // both bytes of one of the pairs; a stretch that holds a '*' is not regular
   };
   static constexpr std::size_t kMostPairs = 4;
 
@@ -39,6 +39,10 @@ struct Pattern {
   Bytes bytes = Bytes::Any;
   std::size_t pairCount = 0;
   Probe pairs[kMostPairs][2] = {};
+  // The first eight bytes of the line or field as they stand in memory, and the bits of them that
+  // every candidate must share; '?' in the file stands for any byte here, too.
+  std::uint64_t beginning = 0;
+  std::uint64_t counted = 0;
 };
 
 // How lines are told apart in a regular stretch: each ends with a CR LF, and there is no CR and no
@@ -55,7 +59,7 @@ struct Scan {
   bool regular = true;     // false: there may be matches without a candidate
 };
 
-// The two ways to run: on what every machine has, and on AVX2.
+// A way to search: on what every machine of its kind has, on AVX2, on AVX-512.
 struct ScanKernel {
   // The next candidate, the byte before its line or field, with scan.at behind it and that line
   // counted in scan.lines. Null when there is no more, or when the stretch is not regular.
@@ -66,10 +70,11 @@ struct ScanKernel {
 extern const ScanKernel kPlainKernel;
 #ifdef __x86_64__
 extern const ScanKernel kAvx2Kernel;
+extern const ScanKernel kAvx512Kernel;
 #endif
 
-// The fastest that this machine runs.
-const ScanKernel &bestKernel();
+// Those that this machine runs, the fastest one last.
+std::span<const ScanKernel *const> usableKernels();
 // The one for so many bytes: asking the machine what it can do costs more than a few of them.
 const ScanKernel &kernelFor(std::size_t bytes);
 // For tests: the one to use in any case; null for none.

@@ -17,66 +17,114 @@
 namespace korvel::tables {
 namespace {
 
-#ifdef __AVX2__
+#if defined(__AVX512BW__)
+constexpr std::ptrdiff_t kWidth = 64;
+#elif defined(__AVX2__)
 constexpr std::ptrdiff_t kWidth = 32;
 #else
 constexpr std::ptrdiff_t kWidth = 16;
 #endif
 
-// Of a vector that tells places, the highest bit of each byte counts.
 using Vector = std::uint8_t __attribute__((vector_size(kWidth)));
 
 inline Vector load(const char *p) {
   Vector v;
   __builtin_memcpy(&v, p, sizeof v);
+#if defined(__AVX512BW__)
+  __asm__("" : "+v"(v));
+#elif defined(__SSE2__)
+  // Keeps it in a register: a load that crosses a cache line is no operand to be read twice.
+  __asm__("" : "+x"(v));
+#endif
   return v;
 }
 
 inline Vector filled(std::uint8_t c) { return Vector{} + c; }
 
-inline Vector is(Vector v, Vector c) { return reinterpret_cast<Vector>(v == c); }
+// Some of the places in a vector. The operators & | ^ work on them.
+#if defined(__AVX512BW__)
+using Places = std::uint64_t;
 
-inline std::uint32_t placesOf(Vector v) {
-#if defined(__AVX2__)
-  return static_cast<std::uint32_t>(_mm256_movemask_epi8(reinterpret_cast<__m256i>(v)));
-#elif defined(__SSE2__)
-  return static_cast<std::uint32_t>(_mm_movemask_epi8(reinterpret_cast<__m128i>(v)));
+inline Places is(Vector v, Vector c) {
+  return _mm512_cmpeq_epi8_mask(reinterpret_cast<__m512i>(v), reinterpret_cast<__m512i>(c));
+}
+inline Places highBits(Vector v) { return _mm512_movepi8_mask(reinterpret_cast<__m512i>(v)); }
+inline std::uint64_t bitsOf(Places places) { return places; }
+constexpr Places kEverywhere = ~std::uint64_t{0};
 #else
-  std::uint32_t places = 0;
-  for (int i = 0; i < kWidth; ++i) places |= static_cast<std::uint32_t>(v[i] >> 7U) << i;
-  return places;
+// The highest bit of each byte counts.
+using Places = Vector;
+
+inline Places is(Vector v, Vector c) { return reinterpret_cast<Vector>(v == c); }
+inline Places highBits(Vector v) { return v; }
+inline std::uint64_t bitsOf(Places places) {
+#if defined(__AVX2__)
+  return static_cast<std::uint32_t>(_mm256_movemask_epi8(reinterpret_cast<__m256i>(places)));
+#elif defined(__SSE2__)
+  return static_cast<std::uint32_t>(_mm_movemask_epi8(reinterpret_cast<__m128i>(places)));
+#else
+  std::uint64_t bits = 0;
+  for (int i = 0; i < kWidth; ++i) bits |= static_cast<std::uint64_t>(places[i] >> 7U) << i;
+  return bits;
 #endif
 }
-
-inline bool any(Vector v) { return placesOf(v) != 0; }
-
-inline std::int64_t sumOf(Vector v) {
-#if defined(__AVX2__)
-  using Words = std::int64_t __attribute__((vector_size(kWidth)));
-  const auto sums = reinterpret_cast<Words>(
-      _mm256_sad_epu8(reinterpret_cast<__m256i>(v), _mm256_setzero_si256()));
-  return sums[0] + sums[1] + sums[2] + sums[3];
-#elif defined(__SSE2__)
-  using Words = std::int64_t __attribute__((vector_size(kWidth)));
-  const auto sums =
-      reinterpret_cast<Words>(_mm_sad_epu8(reinterpret_cast<__m128i>(v), _mm_setzero_si128()));
-  return sums[0] + sums[1];
-#else
-  std::int64_t sum = 0;
-  for (int i = 0; i < kWidth; ++i) sum += v[i];
-  return sum;
+constexpr Places kEverywhere = Vector{} - std::uint8_t{1};
 #endif
-}
+
+inline bool any(Places places) { return bitsOf(places) != 0; }
+
+// Counts the places that a comparison gave.
+#if defined(__AVX512BW__)
+class Count {
+ public:
+  static constexpr std::ptrdiff_t kMost = 1 << 20;
+
+  void add(Places places) { count_ += __builtin_popcountll(places); }
+  std::int64_t sum() const { return count_; }
+
+ private:
+  std::int64_t count_ = 0;
+};
+#else
+class Count {
+ public:
+  static constexpr std::ptrdiff_t kMost = 255;  // additions
+
+  // A place is 0xFF, that is -1.
+  void add(Places places) { count_ -= places; }
+  std::int64_t sum() const {
+#if defined(__SSE2__)
+    using Words = std::int64_t __attribute__((vector_size(kWidth)));
+#if defined(__AVX2__)
+    const auto sums = reinterpret_cast<Words>(
+        _mm256_sad_epu8(reinterpret_cast<__m256i>(count_), _mm256_setzero_si256()));
+    return sums[0] + sums[1] + sums[2] + sums[3];
+#else
+    const auto sums = reinterpret_cast<Words>(
+        _mm_sad_epu8(reinterpret_cast<__m128i>(count_), _mm_setzero_si128()));
+    return sums[0] + sums[1];
+#endif
+#else
+    std::int64_t sum = 0;
+    for (int i = 0; i < kWidth; ++i) sum += count_[i];
+    return sum;
+#endif
+  }
+
+ private:
+  Vector count_ = {};
+};
+#endif
 
 // Where lines begin: at the last byte of the line end before them.
 struct Starts {
-  Vector places;
-  Vector irregular;
+  Places places;
+  Places irregular;
 };
 
 struct AfterCrLf {
   Starts operator()(const char *p, Vector here) const {
-    const Vector starts = is(here, filled('\n'));
+    const Places starts = is(here, filled('\n'));
     return {starts, starts ^ is(load(p - 1), filled('\r'))};
   }
 };
@@ -88,20 +136,24 @@ struct AfterCr {
 };
 
 struct AtLine {
-  Vector operator()(Vector /*here*/, Vector starts) const { return starts; }
+  Places operator()(Vector /*here*/, Places starts) const { return starts; }
 };
 
 // The code is a field, too.
 struct AtField {
-  Vector operator()(Vector here, Vector starts) const {
+  Places operator()(Vector here, Places starts) const {
     return is(here, filled(',')) | is(here, filled('+')) | starts;
   }
 };
 
 struct AnyBytes {
   explicit AnyBytes(const Pattern & /*pattern*/) {}
-  Vector operator()(const char * /*p*/) const { return filled(0xFF); }
+  Places operator()(const char * /*p*/) const { return kEverywhere; }
+  static Places irregular(Vector /*here*/) { return Places{}; }
 };
+
+// One probe, '?' in the file standing for any byte.
+inline Places probed(Vector v, Vector value) { return is(v, value) | is(v, filled('?')); }
 
 struct ExactBytes {
   explicit ExactBytes(const Pattern &pattern)
@@ -109,11 +161,10 @@ struct ExactBytes {
         offset2(pattern.pairs[0][1].offset),
         value1(filled(pattern.pairs[0][0].value)),
         value2(filled(pattern.pairs[0][1].value)) {}
-  Vector operator()(const char *p) const {
-    const Vector v1 = load(p + offset1);
-    const Vector v2 = load(p + offset2);
-    return (is(v1, value1) | is(v1, filled('?'))) & (is(v2, value2) | is(v2, filled('?')));
+  Places operator()(const char *p) const {
+    return probed(load(p + offset1), value1) & probed(load(p + offset2), value2);
   }
+  static Places irregular(Vector /*here*/) { return Places{}; }
 
   std::size_t offset1, offset2;
   Vector value1, value2;
@@ -124,73 +175,75 @@ struct FoldedBytes {
       : exact(pattern),
         ignore1(filled(pattern.pairs[0][0].ignore)),
         ignore2(filled(pattern.pairs[0][1].ignore)) {}
-  Vector operator()(const char *p) const {
-    const Vector v1 = load(p + exact.offset1);
-    const Vector v2 = load(p + exact.offset2);
-    // v itself has the highest bit set where it is a byte from 0x80 on.
-    return (v1 | is(v1 | ignore1, exact.value1) | is(v1, filled('?'))) &
-           (v2 | is(v2 | ignore2, exact.value2) | is(v2, filled('?')));
+  Places operator()(const char *p) const {
+    return folded(load(p + exact.offset1), ignore1, exact.value1) &
+           folded(load(p + exact.offset2), ignore2, exact.value2);
+  }
+  static Places irregular(Vector /*here*/) { return Places{}; }
+
+  static Places folded(Vector v, Vector ignore, Vector value) {
+    return highBits(v) | is(v | ignore, value) | is(v, filled('?'));
   }
 
   ExactBytes exact;
   Vector ignore1, ignore2;
 };
 
-struct PrefixBytes {
-  explicit PrefixBytes(const Pattern &pattern) : count(pattern.pairCount) {
+struct OneOfBytes {
+  explicit OneOfBytes(const Pattern &pattern) : count(pattern.pairCount) {
     for (std::size_t i = 0; i < count; ++i) {
       for (std::size_t place = 0; place < 2; ++place) {
-        ignore[i][place] = filled(pattern.pairs[i][place].ignore);
+        offset[i][place] = pattern.pairs[i][place].offset;
         value[i][place] = filled(pattern.pairs[i][place].value);
       }
     }
   }
-  Vector operator()(const char *p) const {
-    const Vector v1 = load(p + 1);
-    const Vector v2 = load(p + 2);
-    const Vector star1 = is(v1, filled('*'));
-    const Vector wild1 = is(v1, filled('?'));
-    const Vector wild2 = is(v2, filled('?')) | is(v2, filled('*'));
-    Vector found = star1;
+  Places operator()(const char *p) const {
+    Places found = {};
     for (std::size_t i = 0; i < count; ++i) {
-      found |= (is(v1 | ignore[i][0], value[i][0]) | wild1) &
-               (is(v2 | ignore[i][1], value[i][1]) | wild2);
+      found |=
+          probed(load(p + offset[i][0]), value[i][0]) & probed(load(p + offset[i][1]), value[i][1]);
     }
     return found;
   }
+  static Places irregular(Vector here) { return is(here, filled('*')); }
 
   std::size_t count;
-  Vector ignore[Pattern::kMostPairs][2];
+  std::size_t offset[Pattern::kMostPairs][2];
   Vector value[Pattern::kMostPairs][2];
 };
 
 template <typename LineStarts, typename Place, typename Bytes>
 class Finder {
  public:
-  explicit Finder(const Pattern &pattern) : bytes_(pattern) {}
+  explicit Finder(const Pattern &pattern)
+      : bytes_(pattern), beginning_(pattern.beginning), counted_(pattern.counted) {}
 
   const char *next(Scan &scan) const {
-    // A byte of `count` holds as many.
-    constexpr std::ptrdiff_t kMostSteps = 254;
+    constexpr std::ptrdiff_t kPair = 2 * kWidth;
+    constexpr std::ptrdiff_t kMostPairs = Count::kMost / 2;
     for (;;) {
       const char *at = scan.at;
-      const std::ptrdiff_t whole = (scan.end - at) / (2 * kWidth);
-      const char *stop = at + (whole < kMostSteps / 2 ? whole : kMostSteps / 2) * (2 * kWidth);
-      Vector count = {};
-      Vector irregular = {};
-      for (; at != stop; at += 2 * kWidth) {
+      const std::ptrdiff_t whole = (scan.end - at) / kPair;
+      const char *stop = at + (whole < kMostPairs ? whole : kMostPairs) * kPair;
+      Count count;
+      Places irregular = {};
+      for (; at != stop; at += kPair) {
         const Step first = step(at);
         const Step second = step(at + kWidth);
-        if (any(first.candidates | second.candidates)) break;
-        // A place is 0xFF, that is -1.
-        count = count - first.starts.places - second.starts.places;
+        if (any(first.candidates | second.candidates) &&
+            (holdsOne(at, first) || holdsOne(at + kWidth, second))) {
+          break;
+        }
+        count.add(first.starts.places);
+        count.add(second.starts.places);
         irregular |= first.starts.irregular | second.starts.irregular;
       }
-      scan.lines += sumOf(count);
+      scan.lines += count.sum();
       scan.at = at;
       scan.regular = scan.regular && !any(irregular);
       if (!scan.regular || scan.at == scan.end) return nullptr;
-      if (at == stop && scan.end - at >= 2 * kWidth) continue;
+      if (at == stop && scan.end - at >= kPair) continue;
       const char *candidate = nextInStep(scan);
       if (candidate != nullptr || !scan.regular) return candidate;
     }
@@ -199,39 +252,65 @@ class Finder {
  private:
   struct Step {
     Starts starts;
-    Vector candidates;
+    Places candidates;
   };
 
   Step step(const char *p) const {
     const Vector here = load(p);
     const Starts starts = lineStarts_(p, here);
-    return {starts, place_(here, starts.places) & bytes_(p)};
+    return {{starts.places, starts.irregular | Bytes::irregular(here)},
+            place_(here, starts.places) & bytes_(p)};
   }
 
   // One step, which may pass the end.
   const char *nextInStep(Scan &scan) const {
+    constexpr std::uint64_t kAll = ~std::uint64_t{0};
     const Step here = step(scan.at);
     const std::ptrdiff_t rest = scan.end - scan.at;
     const std::ptrdiff_t width = rest < kWidth ? rest : kWidth;
-    const std::uint32_t inside = ~std::uint32_t{0} >> (32 - width);
-    const std::uint32_t candidates = placesOf(here.candidates) & inside;
-    const std::uint32_t starts = placesOf(here.starts.places) & inside;
-    scan.regular = (placesOf(here.starts.irregular) & inside) == 0;
-    if (candidates == 0) {
-      scan.lines += __builtin_popcount(starts);
+    const std::uint64_t inside = kAll >> (64 - width);
+    const std::uint64_t starts = bitsOf(here.starts.places) & inside;
+    scan.regular = (bitsOf(here.starts.irregular) & inside) == 0;
+    const std::uint64_t left = worthAReturn(scan.at, bitsOf(here.candidates) & inside);
+    if (left == 0) {
+      scan.lines += __builtin_popcountll(starts);
       scan.at += width;
       return nullptr;
     }
-    const int place = __builtin_ctz(candidates);
-    scan.lines += __builtin_popcount(starts & (~std::uint32_t{0} >> (31 - place)));
-    const char *candidate = scan.at + place;
-    scan.at = candidate + 1;
-    return candidate;
+    const int place = __builtin_ctzll(left);
+    scan.lines += __builtin_popcountll(starts & (kAll >> (63 - place)));
+    scan.at += place + 1;
+    return scan.at - 1;
+  }
+
+  bool holdsOne(const char *at, const Step &step) const {
+    return worthAReturn(at, bitsOf(step.candidates)) != 0;
+  }
+  // The candidates without the dismissed ones before the first that is not.
+  std::uint64_t worthAReturn(const char *at, std::uint64_t candidates) const {
+    while (candidates != 0 && isDismissed(at + __builtin_ctzll(candidates))) {
+      candidates &= candidates - 1;
+    }
+    return candidates;
+  }
+  // Most candidates are not worth a return: the first bytes tell. A '?' among them is left to
+  // whoever compares.
+  bool isDismissed(const char *candidate) const {
+    std::uint64_t bytes = 0;
+    __builtin_memcpy(&bytes, candidate + 1, sizeof bytes);
+    return ((bytes ^ beginning_) & counted_) != 0 && !holdsQuestionMark(bytes);
+  }
+  static bool holdsQuestionMark(std::uint64_t bytes) {
+    constexpr std::uint64_t kOnes = 0x0101010101010101;
+    const std::uint64_t different = bytes ^ ('?' * kOnes);
+    return ((different - kOnes) & ~different & (0x80 * kOnes)) != 0;
   }
 
   LineStarts lineStarts_;
   Place place_;
   Bytes bytes_;
+  std::uint64_t beginning_;
+  std::uint64_t counted_;
 };
 
 template <typename LineStarts, typename Place>
@@ -241,8 +320,8 @@ const char *nextAt(const Pattern &pattern, Scan &scan) {
       return Finder<LineStarts, Place, ExactBytes>(pattern).next(scan);
     case Pattern::Bytes::Folded:
       return Finder<LineStarts, Place, FoldedBytes>(pattern).next(scan);
-    case Pattern::Bytes::Prefixes:
-      return Finder<LineStarts, Place, PrefixBytes>(pattern).next(scan);
+    case Pattern::Bytes::OneOf:
+      return Finder<LineStarts, Place, OneOfBytes>(pattern).next(scan);
     default:
       return Finder<LineStarts, Place, AnyBytes>(pattern).next(scan);
   }
@@ -260,14 +339,13 @@ const char *next(const Pattern &pattern, Scan &scan) {
 }
 
 std::size_t countLineEnds(const char *from, const char *to) {
-  constexpr std::ptrdiff_t kMostSteps = 255;
   std::int64_t lines = 0;
   while (to - from >= kWidth) {
     const std::ptrdiff_t whole = (to - from) / kWidth;
-    const char *stop = from + (whole < kMostSteps ? whole : kMostSteps) * kWidth;
-    Vector count = {};
-    for (; from != stop; from += kWidth) count -= is(load(from), filled('\r'));
-    lines += sumOf(count);
+    const char *stop = from + (whole < Count::kMost ? whole : Count::kMost) * kWidth;
+    Count count;
+    for (; from != stop; from += kWidth) count.add(is(load(from), filled('\r')));
+    lines += count.sum();
   }
   for (; from != to; ++from) lines += *from == '\r';
   return static_cast<std::size_t>(lines);

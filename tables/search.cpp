@@ -18,6 +18,10 @@ namespace {
 
 int lengthOf(std::string_view s) { return static_cast<int>(s.size()); }
 
+bool matches(std::string_view label, std::string_view field) {
+  return szcompex(label.data(), lengthOf(label), field.data(), lengthOf(field)) == 1;
+}
+
 bool isPossible(std::string_view label) { return !label.empty() && label.size() < kLineSize; }
 
 class LabelTest final : public LineTest {
@@ -30,9 +34,11 @@ class LabelTest final : public LineTest {
       skipped_ = kEveryLine;
     }
   }
+  bool mayBeginAt(const char *field) const override {
+    return matches(label_, {field, label_.size()});
+  }
   bool accepts(std::string_view text) const override {
-    const std::string_view field = examinedColumn(RawFields(text), column_);
-    return szcompex(label_.data(), lengthOf(label_), field.data(), lengthOf(field)) == 1;
+    return matches(label_, examinedColumn(RawFields(text), column_));
   }
 
  private:
@@ -66,8 +72,13 @@ class FoldedLabelTest final : public LineTest {
       skipped_ = kEveryLine;
     }
   }
+  bool mayBeginAt(const char *field) const override { return matches({field, label_.size()}); }
   bool accepts(std::string_view text) const override {
-    const std::string_view field = examinedColumn(RawFields(text), column_);
+    return matches(examinedColumn(RawFields(text), column_));
+  }
+
+ private:
+  bool matches(std::string_view field) const {
     return field.size() == label_.size() &&
            std::equal(field.begin(), field.end(), label_.begin(), [this](char c, char wanted) {
              return c == '?' || wanted == '?' ||
@@ -75,7 +86,6 @@ class FoldedLabelTest final : public LineTest {
            });
   }
 
- private:
   const Folding &folding_;
   std::string_view label_;
   int column_;
@@ -101,6 +111,13 @@ class CriteriaTest final : public LineTest {
   CriteriaTest(Criteria criteria, int skipped) : LineTest(skipped), criteria_(criteria) {
     for (std::size_t i = 0; !criteria.endAt(i); i = criteria.groupEnd(i)) considerGroup(i);
   }
+  bool mayBeginAt(const char *field) const override {
+    if (pattern_.bytes == Pattern::Bytes::Any) return true;
+    return anyLabel(probed_, [field](std::string_view label) {
+      if (label.ends_with('*')) label.remove_suffix(1);
+      return label.size() < kLineSize && matches(label, {field, label.size()});
+    });
+  }
   bool accepts(std::string_view text) const override {
     for (std::size_t i = 0; !criteria_.endAt(i); i = criteria_.groupEnd(i)) {
       if (!meetsGroup(text, i)) return false;
@@ -113,25 +130,39 @@ class CriteriaTest final : public LineTest {
     return column == 0 ? codeOf(text) : examinedColumn(RawFields(text), column);
   }
 
-  bool meetsGroup(std::string_view text, std::size_t begin) const {
-    const std::string_view field = fieldOf(text, criteria_.columns[begin]);
+  // Of the group that begins there.
+  template <typename Predicate>
+  bool anyLabel(std::size_t begin, Predicate predicate) const {
     const std::size_t end = criteria_.groupEnd(begin);
-    return std::any_of(
-        criteria_.labels + begin, criteria_.labels + end, [field](const char *label) {
-          const std::string_view wanted(label);
-          return szcompex2(wanted.data(), lengthOf(wanted), field.data(), lengthOf(field)) == 1;
-        });
+    return std::any_of(criteria_.labels + begin, criteria_.labels + end, predicate);
   }
 
-  // The file is searched for the group that the fewest lines meet.
+  bool meetsGroup(std::string_view text, std::size_t begin) const {
+    const std::string_view field = fieldOf(text, criteria_.columns[begin]);
+    return anyLabel(begin, [field](std::string_view label) {
+      return szcompex2(label.data(), lengthOf(label), field.data(), lengthOf(field)) == 1;
+    });
+  }
+
+  // The file is searched for the group whose labels say most.
   void considerGroup(std::size_t begin) {
     const std::size_t count = criteria_.groupEnd(begin) - begin;
     const Pattern pattern =
         lineWithOneOf({criteria_.labels + begin, count}, criteria_.columns[begin] == 0);
-    if (selectivity(pattern) > selectivity(pattern_)) pattern_ = pattern;
+    if (pattern.bytes == Pattern::Bytes::Any) return;
+    std::size_t fixed = kLineSize;
+    for (std::size_t i = begin; i != begin + count; ++i) {
+      fixed = std::min(fixed, fixedCharacters(criteria_.labels[i]));
+    }
+    if (fixed <= fixed_) return;
+    fixed_ = fixed;
+    probed_ = begin;
+    pattern_ = pattern;
   }
 
   Criteria criteria_;
+  std::size_t probed_ = 0;  // where the group begins that is searched for
+  std::size_t fixed_ = 0;   // how many characters it fixes at least
 };
 
 enum class From { FirstLine, BehindCurrent };

@@ -115,6 +115,7 @@ bool TableWalk::findByCandidates(Stretch stretch, const LineTest &test, bool &re
   const int before = line_;
   while (const char *candidate = kernel.next(test.pattern(), scan)) {
     if (!scan.regular) break;
+    if (!test.mayBeginAt(candidate + 1)) continue;
     line_ = before + static_cast<int>(scan.lines);
     // A candidate at the start of a line is the last byte of the line end itself.
     const char *start = lineEndBefore(stretch.firstEnd, candidate + 1) + 1;

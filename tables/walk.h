@@ -17,6 +17,10 @@ class LineTest {
   LineTest(const LineTest &) = delete;
   LineTest &operator=(const LineTest &) = delete;
 
+  // Whether a candidate is worth looking at its line: what begins at `field` must be compared only.
+  // As many bytes as a line keeps may be read there.
+  virtual bool mayBeginAt(const char * /*field*/) const { return true; }
+
   // Whether a line behind the skipped ones is the wanted one; text as line.h says.
   virtual bool accepts(std::string_view text) const = 0;
 

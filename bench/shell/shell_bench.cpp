@@ -1,5 +1,5 @@
-// Path conversion, existence and change of mode beside the system calls that they need, and
-// listings beside the bare command.
+// Path conversion and existence beside the stat that they need, and listings beside the bare
+// command.
 #include <korvel/desktop.h>
 #include <korvel/shell.h>
 #include <sys/stat.h>

@@ -59,7 +59,7 @@ int QtDialog::addItem(ItemKind kind, const Rect &rect, std::string_view title) {
 }
 
 void QtDialog::addGroupBox(const Rect &rect, std::string_view title) {
-  new GroupBox(&window_, rect, title);
+  new GroupBox(&window_, appearance_, rect, title);
 }
 
 void QtDialog::addStaticText(const Rect &rect, std::string_view text) {
@@ -200,7 +200,6 @@ void QtDialog::runModal(HitHandler &handler) {
   handler_ = &handler;
   giveInitialFocus();
   window_.show();
-  window_.raise();
   window_.activateWindow();
 
   QEventLoop loop;

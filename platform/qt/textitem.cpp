@@ -19,6 +19,11 @@ bool isUndoOrRedo(QKeyEvent *event) {
   return event->matches(QKeySequence::Undo) || event->matches(QKeySequence::Redo);
 }
 
+// Such a key carries no text, or a control character.
+bool typesNothing(const QKeyEvent &event) {
+  return event.text().isEmpty() || event.text().front().category() == QChar::Other_Control;
+}
+
 // The keys of the two clipboards: Shift+Insert and Control+V; with Control as well, Shift+Insert
 // stands for the selection.
 QClipboard::Mode clipboardOf(const QKeyEvent &event) {
@@ -137,10 +142,15 @@ void TextItem::keyPressEvent(QKeyEvent *event) {
     return;
   }
   if (isSecret_ && isUndoOrRedo(event)) return;
-  // Keys that type nothing carry no text or a control character, which is admitted as nothing.
+  if (typesNothing(*event)) {
+    QLineEdit::keyPressEvent(event);
+    return;
+  }
   const std::optional<QString> typed = admitted(event->text());
   if (!typed) return;
-  QLineEdit::keyPressEvent(event);
+  QKeyEvent admittedEvent(event->type(), event->key(), event->modifiers(), *typed);
+  QLineEdit::keyPressEvent(&admittedEvent);
+  event->setAccepted(admittedEvent.isAccepted());
 }
 
 void TextItem::inputMethodEvent(QInputMethodEvent *event) {

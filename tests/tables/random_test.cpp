@@ -164,7 +164,7 @@ class RandomCalls : public test::Tables {
     constexpr const char *kDefaults[] = {"Data:tables", "Data:tables:", "Data:others",
                                          "Data:others", "Data:others:", "Data:no"};
     constexpr const char *kChosen[] = {"", "", "", "Data:tables:", "Data:others", "Data:no:"};
-    switch (random_() % 6) {
+    switch (random_() % 12) {
       case 0:
         rewrite("Data:tables", static_cast<int>(random_() % kTables));
         break;
@@ -180,6 +180,8 @@ class RandomCalls : public test::Tables {
         setDirTables(model_.ZRV_Libelle_NC_szDirTables.c_str());
         break;
       case 4:
+      case 5:
+      case 6:
         holdSlots();
         break;
       default:
@@ -266,7 +268,7 @@ class RandomCalls : public test::Tables {
   void chooseWayToRead() {
     constexpr std::size_t kBlocks[] = {1, 2, 7, 50, 333, 4096, 262144, 262144};
     tables::TableReader::blockSize = oneOf(random_, kBlocks);
-    tables::imposedKernel = chance(random_, 50) ? &tables::kPlainKernel : &tables::bestKernel();
+    tables::imposedKernel = oneOf(random_, tables::usableKernels());
   }
 
   Random random_{4};

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstring>
 #include <random>
 #include <string>
 #include <vector>
@@ -13,12 +14,6 @@
 
 namespace korvel::tables {
 namespace {
-
-std::vector<const ScanKernel *> kernels() {
-  std::vector<const ScanKernel *> all = {&kPlainKernel};
-  if (&bestKernel() != &kPlainKernel) all.push_back(&bestKernel());
-  return all;
-}
 
 // Bytes with the margins that the kernels may read.
 class Padded {
@@ -61,20 +56,25 @@ bool byteMatches(const Pattern &pattern, const Probe &probe, char c) {
   return pattern.bytes == Pattern::Bytes::Folded && byte >= 0x80;
 }
 
+bool beginningMatches(const Pattern &pattern, const char *field) {
+  std::uint64_t bytes = 0;
+  std::memcpy(&bytes, field, sizeof bytes);
+  return ((bytes ^ pattern.beginning) & pattern.counted) == 0 ||
+         std::memchr(field, '?', sizeof bytes) != nullptr;
+}
+
 bool isCandidate(const Pattern &pattern, LineEnds ends, const char *at) {
   const bool lineStart = *at == (ends == LineEnds::CrLf ? '\n' : '\r');
   const bool start =
       lineStart || (pattern.start == Pattern::Start::OfField && (*at == ',' || *at == '+'));
-  if (!start || pattern.bytes == Pattern::Bytes::Any) return start;
+  if (!start || pattern.bytes == Pattern::Bytes::Any)
+    return start && beginningMatches(pattern, at + 1);
   const auto pairMatches = [&](const Probe(&pair)[2]) {
     return byteMatches(pattern, pair[0], at[pair[0].offset]) &&
            byteMatches(pattern, pair[1], at[pair[1].offset]);
   };
-  if (pattern.bytes != Pattern::Bytes::Prefixes) return pairMatches(pattern.pairs[0]);
-  if (at[1] == '*') return true;
-  return std::any_of(pattern.pairs, pattern.pairs + pattern.pairCount, [&](const auto &pair) {
-    return pairMatches(pair) || (byteMatches(pattern, pair[0], at[1]) && at[2] == '*');
-  });
+  return std::any_of(pattern.pairs, pattern.pairs + pattern.pairCount, pairMatches) &&
+         beginningMatches(pattern, at + 1);
 }
 
 std::vector<Found> literalCandidates(const Pattern &pattern, LineEnds ends, const Padded &text) {
@@ -91,7 +91,7 @@ std::vector<Found> literalCandidates(const Pattern &pattern, LineEnds ends, cons
 // Lines of few different characters. With CrLf they begin with the LF behind the first CR, with Cr
 // with that CR itself.
 std::string randomStretch(std::mt19937 &random, LineEnds ends, std::size_t size) {
-  constexpr std::string_view kCharacters = "aAbBc01,+?*\xE9\x8E";
+  constexpr std::string_view kCharacters = "aAbBc01,+?\xE9\x8E";
   std::string text;
   while (text.size() < size) {
     text += ends == LineEnds::CrLf ? '\n' : '\r';
@@ -141,7 +141,7 @@ TEST(Scan, FindsWhatALoopOverTheBytesFinds) {
       const Padded stretch(text);
       for (const Pattern &pattern : patterns()) {
         const auto expected = literalCandidates(pattern, ends, stretch);
-        for (const ScanKernel *kernel : kernels()) {
+        for (const ScanKernel *kernel : usableKernels()) {
           std::string preceded(text);
           Padded bytes(preceded);
           const_cast<char *>(bytes.begin())[-1] = '\r';
@@ -159,7 +159,7 @@ TEST(Scan, SeesEveryIrregularLineEnd) {
   const Pattern pattern = lineWithCode("zz");
   std::string text;
   for (int i = 0; i < 30; ++i) text += "\nabc,d\r";
-  for (const ScanKernel *kernel : kernels()) {
+  for (const ScanKernel *kernel : usableKernels()) {
     for (std::size_t at = 0; at < text.size(); ++at) {
       for (const char c : {'\r', '\n', 'x'}) {
         std::string changed = text;
@@ -192,12 +192,12 @@ TEST(Scan, CountsLineEnds) {
     std::string text(size, 'x');
     for (char &c : text) c = random() % 3 == 0 ? '\r' : '\n';
     const auto expected = static_cast<std::size_t>(std::count(text.begin(), text.end(), '\r'));
-    for (const ScanKernel *kernel : kernels()) {
+    for (const ScanKernel *kernel : usableKernels()) {
       EXPECT_EQ(kernel->countLineEnds(text.data(), text.data() + size), expected);
     }
   }
   const std::string many(100000, '\r');
-  for (const ScanKernel *kernel : kernels()) {
+  for (const ScanKernel *kernel : usableKernels()) {
     EXPECT_EQ(kernel->countLineEnds(many.data(), many.data() + many.size()), many.size());
   }
 }
@@ -219,16 +219,29 @@ TEST(Scan, FoldedPatternsFindEveryByteThatFoldsAlike) {
   }
 }
 
-TEST(Selectivity, PrefersRareCharactersAndFewLabels) {
-  const char *wild[] = {"??"};
-  const char *frequent[] = {"en"};
-  const char *rare[] = {"Zq"};
-  const char *two[] = {"Zq", "en"};
-  const auto of = [](auto &labels) { return selectivity(lineWithOneOf(labels, false)); };
-  EXPECT_EQ(of(wild), 0);
-  EXPECT_LT(of(wild), of(two));
-  EXPECT_LT(of(two), of(frequent));
-  EXPECT_LT(of(frequent), of(rare));
+TEST(Scan, StarInTheFileIsIrregularForLabelsWithStars) {
+  const char *labels[] = {"zz*", "yy"};
+  for (const ScanKernel *kernel : usableKernels()) {
+    for (std::size_t at = 0; at < 150; ++at) {
+      std::string text(150, 'x');
+      bool regular = false;
+      candidates(*kernel, lineWithOneOf(labels, false), LineEnds::Cr, Padded(text), regular);
+      EXPECT_TRUE(regular);
+      text[at] = '*';
+      candidates(*kernel, lineWithOneOf(labels, false), LineEnds::Cr, Padded(text), regular);
+      EXPECT_FALSE(regular) << at;
+      candidates(*kernel, lineWithField("zz*"), LineEnds::Cr, Padded(text), regular);
+      EXPECT_TRUE(regular);
+    }
+  }
+}
+
+TEST(FixedCharacters, AreNeitherWildNorTheFinalStar) {
+  const struct {
+    const char *label;
+    std::size_t count;
+  } kCases[] = {{"", 0}, {"*", 0}, {"??", 0}, {"a?c", 2}, {"abc*", 3}, {"a*b", 3}, {"**", 1}};
+  for (const auto &row : kCases) EXPECT_EQ(fixedCharacters(row.label), row.count) << row.label;
 }
 
 }  // namespace

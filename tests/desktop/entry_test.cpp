@@ -1,0 +1,234 @@
+// What is entered with real keys and clicks, and what the application then holds.
+#include "tests/desktop/dialog_host.h"
+
+namespace korvel::test {
+namespace {
+
+TEST(Entry, AccentsComeBackAsTheirStoredBytes) {
+  DialogHost host;
+  write("Élodie Lefèvre, ça où ê ï œ 37°");
+  press("Return");
+  EXPECT_TRUE(host.endedWith(
+      {"result 1", "text 0 \\xC9lodie Lef\\xE8vre, \\xE7a o\\xF9 \\xEA \\xEF \\x9C 37\\xB0"}));
+}
+
+TEST(Entry, OpeningAndAcceptingChangesNoByteOfATextNobodyEdited) {
+  DialogHost host("no-edit");
+  press("Return");
+  std::string bytes;
+  for (int byte = 0x80; byte < 0x100; ++byte) {
+    char text[8];
+    std::snprintf(text, sizeof text, "\\x%02X", byte);
+    bytes += text;
+  }
+  EXPECT_TRUE(host.endedWith({"result 1", "text 0 " + bytes, "text 1 " + bytes}));
+}
+
+TEST(Entry, EveryKeyIsAHitOfItsOwn) {
+  DialogHost host;
+  write("abcde");
+  press("BackSpace Return");
+  EXPECT_TRUE(host.endedWith({"result 1", "text 0 abcd"}));
+  EXPECT_EQ(host.count("hit 100"), 6);
+}
+
+TEST(Entry, AComposedCharacterIsOneHit) {
+  DialogHost host;
+  press("dead_circumflex e Return");
+  EXPECT_TRUE(host.endedWith({"result 1", "text 0 \\xEA"}));
+  EXPECT_EQ(host.count("hit 100"), 1);
+}
+
+TEST(Entry, CharactersWithoutAByteAreRefusedAndTheRestStays) {
+  DialogHost host;
+  write("aŽb•c¡dˆe中f");
+  press("Return");
+  EXPECT_TRUE(host.endedWith({"result 1", "text 0 abcdef"}));
+  EXPECT_EQ(host.count("hit 100"), 6);
+}
+
+TEST(Entry, APasteIsOneHitAndLosesItsLineEnd) {
+  DialogHost host;
+  setClipboard("Crémieux\n");
+  press("ctrl+v Return");
+  EXPECT_TRUE(host.endedWith({"result 1", "text 0 Cr\\xE9mieux"}));
+  EXPECT_EQ(host.count("hit 100"), 1);
+}
+
+TEST(Entry, APasteWithACharacterWithoutAByteIsRefusedWhole) {
+  DialogHost host;
+  write("ab");
+  setClipboard("x中y");
+  press("ctrl+v");
+  write("c");
+  press("Return");
+  EXPECT_TRUE(host.endedWith({"result 1", "text 0 abc"}));
+}
+
+TEST(Entry, UndoIsAHitAndBringsTheTextBack) {
+  DialogHost host;
+  write("abc");
+  press("ctrl+a");
+  write("x");
+  press("ctrl+z Return");
+  EXPECT_TRUE(host.endedWith({"result 1", "text 0 abc"}));
+  EXPECT_EQ(host.count("hit 100"), 5);
+}
+
+TEST(Entry, CopyAndPasteWorkBetweenFields) {
+  DialogHost host;
+  write("Anaïs");
+  press("ctrl+a ctrl+c Right space ctrl+v Return");
+  EXPECT_TRUE(host.endedWith({"result 1", "text 0 Ana\\xEFs Ana\\xEFs"}));
+}
+
+TEST(Entry, AMaskedTextGivesOutOnlyItsAsterisks) {
+  DialogHost host;
+  setClipboard("before");
+  write("x");
+  press("Tab");
+  write("secret");
+  press("ctrl+a ctrl+c");
+  EXPECT_EQ(clipboard(), "******");
+  press("Return");
+  EXPECT_TRUE(host.endedWith({"result 1", "text 1 secret"}));
+}
+
+TEST(Entry, AMaskedTextLooksTheSameWhateverItIs) {
+  DialogHost host;
+  press("Tab");
+  write("iiiiii");
+  press("Tab");
+  const Picture thin = picture(110, 36, 220, 26);
+  press("shift+Tab");
+  write("WWWWWW");
+  press("Tab");
+  const Picture wide = picture(110, 36, 220, 26);
+  EXPECT_GT(thin.darkPixels(), 20);
+  EXPECT_TRUE(thin.pixels == wide.pixels);
+  press("Escape");
+  EXPECT_TRUE(host.endedWith({"result 0", "text 1 WWWWWW"}));
+}
+
+TEST(Entry, TheCursorStaysInItsPlaceInAMaskedText) {
+  DialogHost host;
+  write("x");
+  press("Tab");
+  write("abcdef");
+  press("Home Right");
+  write("X");
+  press("Return");
+  // What follows the new character is matched by position, so "b" is gone and "f" stays.
+  EXPECT_TRUE(host.endedWith({"result 1", "text 1 aXcdef"}));
+}
+
+TEST(Entry, AMaskedIntegerKeepsItsDigits) {
+  DialogHost host;
+  write("x");
+  press("Tab Tab Tab End");
+  write("56");
+  press("BackSpace");
+  write("7");
+  press("Return");
+  EXPECT_TRUE(host.endedWith({"result 1", "int 1 123457"}));
+}
+
+TEST(Entry, ABurstOfKeysIntoAMaskedIntegerLosesNone) {
+  DialogHost host;
+  write("x");
+  press("Tab Tab Tab ctrl+a");
+  ASSERT_EQ(std::system("xdotool type --delay 0 1234567890"), 0);
+  press("Return");
+  EXPECT_TRUE(host.endedWith({"result 1", "int 1 1234567890"}));
+}
+
+TEST(Entry, NumbersTakeAPointOrAComma) {
+  DialogHost host;
+  write("x");
+  press("Tab Tab Tab Tab");
+  write("2,75");
+  press("Return");
+  EXPECT_TRUE(host.endedWith({"result 1", "num 0 2.75"}));
+}
+
+TEST(Entry, ADateIsThreeFieldsAndChecked) {
+  DialogHost host;
+  write("x");
+  press("Tab Tab Tab Tab Tab Tab Tab");  // the year
+  write("1999");
+  press("Return");  // the 29th of February: not accepted
+  EXPECT_EQ(activeWindow(), kTitle);
+  press("shift+Tab shift+Tab");
+  write("28");
+  press("Return");
+  EXPECT_TRUE(host.endedWith({"result 1", "date 0 19990228"}));
+}
+
+TEST(Entry, APopUpIsChosenFromWithKeysAndMouse) {
+  DialogHost host;
+  write("x");
+  click({200, 161});
+  press("Down Return");
+  EXPECT_TRUE(host.says("hit 102"));
+  press("Return");
+  EXPECT_TRUE(host.endedWith({"result 1", "text 2 No\\xEBl"}));
+}
+
+TEST(Entry, ChoicesWithCircumflexAndDiaeresisAreFoundAgain) {
+  DialogHost host;
+  write("x");
+  click({200, 161});
+  press("End Return Return");
+  EXPECT_TRUE(host.endedWith({"result 1",
+                              "text 2 Na\\xEF"
+                              "f"}));
+}
+
+TEST(Entry, AClickInAListChoosesItsRow) {
+  DialogHost host;
+  write("x");
+  click(listRow(2));
+  EXPECT_TRUE(host.says("hit 103"));
+  press("Return");
+  EXPECT_TRUE(host.endedWith({"result 1", "text 3 Chlo\\xEB"}));
+}
+
+TEST(Entry, ADoubleClickInAListAccepts) {
+  DialogHost host;
+  write("x");
+  click(listRow(0), 2);
+  EXPECT_TRUE(host.endedWith({"result 1", "text 3 F\\xE9minin"}));
+}
+
+TEST(Entry, ACheckBoxTurnsWithClickAndSpace) {
+  DialogHost host;
+  write("x");
+  click(kCheckBox);
+  EXPECT_TRUE(host.says("hit 500"));
+  press("space space Return");
+  EXPECT_TRUE(host.endedWith({"result 1", "bool 0 1"}));
+  EXPECT_EQ(host.count("hit 500"), 3);
+}
+
+TEST(Entry, APushButtonRunsItsActionThenTheGlobalCallback) {
+  DialogHost host;
+  click(kActionButton);
+  EXPECT_TRUE(host.says("hit 600"));
+  press("Escape");
+  EXPECT_TRUE(host.endedWith({"action 1", "hit 600", "result 0"}));
+}
+
+TEST(Entry, ARefusedEntryStaysOpen) {
+  DialogHost host("refuse");
+  write("non");
+  press("Return");
+  EXPECT_TRUE(host.says("final 0"));
+  EXPECT_EQ(activeWindow(), kTitle);
+  press("ctrl+a");
+  write("oui");
+  click(kOkButton);
+  EXPECT_TRUE(host.endedWith({"final 0", "final 1", "result 1", "text 0 oui"}));
+}
+
+}  // namespace
+}  // namespace korvel::test

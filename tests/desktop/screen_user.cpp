@@ -1,0 +1,209 @@
+#include "tests/desktop/screen_user.h"
+
+#include <fcntl.h>
+#include <signal.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <sstream>
+#include <thread>
+
+extern char **environ;
+
+namespace korvel::test {
+
+namespace {
+
+using std::chrono::milliseconds;
+
+void rest(int ms) { std::this_thread::sleep_for(milliseconds(ms)); }
+
+bool waitUntil(int seconds, const std::function<bool()> &condition) {
+  for (int i = 0; i < seconds * 50; ++i) {
+    if (condition()) return true;
+    rest(20);
+  }
+  return false;
+}
+
+std::string shellQuoted(const std::string &text) {
+  std::string result = "'";
+  for (char c : text) result += c == '\'' ? std::string("'\\''") : std::string(1, c);
+  return result + "'";
+}
+
+std::string outputOf(const std::string &command) {
+  std::string result;
+  FILE *pipe = popen(command.c_str(), "r");
+  char block[65536];
+  for (std::size_t n; (n = fread(block, 1, sizeof block, pipe)) > 0;) result.append(block, n);
+  pclose(pipe);
+  return result;
+}
+
+std::string firstLineOf(const std::string &command) {
+  const std::string text = outputOf(command);
+  return text.substr(0, text.find('\n'));
+}
+
+bool run(const std::string &command) { return std::system(command.c_str()) == 0; }
+
+std::vector<std::string> linesOf(const std::string &path) {
+  std::ifstream file(path);
+  std::vector<std::string> lines;
+  for (std::string line; std::getline(file, line);) lines.push_back(line);
+  return lines;
+}
+
+}  // namespace
+
+Application::Application(const std::vector<std::string> &command,
+                         const std::vector<std::string> &environment) {
+  std::string name = std::filesystem::temp_directory_path() / "korvel-desktop-XXXXXX";
+  folder_ = mkdtemp(name.data());
+
+  posix_spawn_file_actions_t actions;
+  posix_spawn_file_actions_init(&actions);
+  for (const auto &[descriptor, file] : {std::pair(1, "/output"), std::pair(2, "/errors")})
+    posix_spawn_file_actions_addopen(&actions, descriptor, (folder_ + file).c_str(),
+                                     O_WRONLY | O_CREAT | O_TRUNC, 0600);
+  const auto nameOf = [](const std::string &entry) { return entry.substr(0, entry.find('=')); };
+  std::vector<std::string> entries;
+  for (char **entry = environ; *entry != nullptr; ++entry)
+    if (std::none_of(environment.begin(), environment.end(),
+                     [&](const std::string &own) { return nameOf(own) == nameOf(*entry); }))
+      entries.emplace_back(*entry);
+  for (const std::string &own : environment)
+    if (own.find('=') != std::string::npos) entries.push_back(own);
+
+  std::vector<char *> arguments, variables;
+  for (const std::string &argument : command)
+    arguments.push_back(const_cast<char *>(argument.c_str()));
+  for (std::string &entry : entries) variables.push_back(entry.data());
+  arguments.push_back(nullptr);
+  variables.push_back(nullptr);
+  posix_spawn(&process_, arguments[0], &actions, nullptr, arguments.data(), variables.data());
+  posix_spawn_file_actions_destroy(&actions);
+}
+
+Application::~Application() {
+  if (process_ > 0) {
+    kill(process_, SIGKILL);
+    waitpid(process_, nullptr, 0);
+  }
+  std::filesystem::remove_all(folder_);
+}
+
+int Application::wait() {
+  int status = 0;
+  if (!waitUntil(30, [&] { return waitpid(process_, &status, WNOHANG) == process_; })) return -1;
+  process_ = -1;
+  return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+std::vector<std::string> Application::output() const { return linesOf(folder_ + "/output"); }
+
+std::vector<std::string> Application::errors() const { return linesOf(folder_ + "/errors"); }
+
+bool Application::says(const std::string &line) const {
+  return waitUntil(5, [&] {
+    const auto lines = output();
+    return std::find(lines.begin(), lines.end(), line) != lines.end();
+  });
+}
+
+int Application::count(const std::string &start) const {
+  const auto lines = output();
+  return static_cast<int>(std::count_if(lines.begin(), lines.end(), [&](const std::string &line) {
+    return line.starts_with(start);
+  }));
+}
+
+int Picture::darkPixels() const {
+  return static_cast<int>(std::count_if(
+      pixels.begin(), pixels.end(), [](Colour c) { return c.red + c.green + c.blue < 3 * 128; }));
+}
+
+std::string activeWindow() { return firstLineOf("xdotool getactivewindow getwindowname 2>&1"); }
+
+bool waitForWindow(const std::string &title) {
+  const bool found = waitUntil(30, [&] { return activeWindow() == title; });
+  rest(150);  // the focus follows the window by a moment
+  return found;
+}
+
+void press(const std::string &keys) {
+  std::istringstream names(keys);
+  for (std::string name; names >> name;) {
+    run("xdotool key --clearmodifiers " + shellQuoted(name));
+    rest(30);
+  }
+}
+
+void write(const std::string &text) {
+  run("xdotool type --delay 30 -- " + shellQuoted(text));
+  rest(50);
+}
+
+void click(Place place, int times) {
+  const Content content = activeContent();
+  run("xdotool mousemove " + std::to_string(content.corner.x + place.x) + " " +
+      std::to_string(content.corner.y + place.y) + " click --repeat " + std::to_string(times) +
+      " --delay 60 1");
+  rest(120);
+}
+
+void closeWindow() { click({activeContent().width - 8, -11}); }
+
+Content activeContent() {
+  Content content;
+  std::istringstream lines(outputOf("xwininfo -id $(xdotool getactivewindow)"));
+  for (std::string line; std::getline(lines, line);) {
+    const auto read = [&](const char *label, int &value) {
+      const auto at = line.find(label);
+      if (at != std::string::npos) value = std::atoi(line.c_str() + at + std::strlen(label));
+    };
+    read("Absolute upper-left X:", content.corner.x);
+    read("Absolute upper-left Y:", content.corner.y);
+    read("Width:", content.width);
+    read("Height:", content.height);
+  }
+  return content;
+}
+
+Picture picture(int left, int top, int width, int height) {
+  rest(250);
+  const Content content = activeContent();
+  const std::string ppm =
+      outputOf("import -window root -crop " + std::to_string(width) + "x" + std::to_string(height) +
+               "+" + std::to_string(content.corner.x + left) + "+" +
+               std::to_string(content.corner.y + top) + " -depth 8 ppm:-");
+  Picture result;
+  int depth = 0, start = 0;
+  if (std::sscanf(ppm.c_str(), "P6 %d %d %d%n", &result.width, &result.height, &depth, &start) != 3)
+    return {};
+  const auto *bytes = reinterpret_cast<const std::uint8_t *>(ppm.data()) + start + 1;
+  for (int i = 0; i < result.width * result.height; ++i)
+    result.pixels.push_back({bytes[3 * i], bytes[3 * i + 1], bytes[3 * i + 2]});
+  return result;
+}
+
+std::string clipboard() {
+  return outputOf("timeout 5 xclip -selection clipboard -o -target UTF8_STRING 2>/dev/null");
+}
+
+void setClipboard(const std::string &text) {
+  run("printf %s " + shellQuoted(text) + " | xclip -selection clipboard -in >/dev/null 2>&1");
+  waitUntil(5, [&] { return clipboard() == text; });
+}
+
+}  // namespace korvel::test

@@ -1,0 +1,88 @@
+// For tests/desktop/: a person in front of a real screen. The application under test is another
+// process; keys, clicks and pictures come from outside of it.
+#ifndef TESTS_DESKTOP_SCREEN_USER_H
+#define TESTS_DESKTOP_SCREEN_USER_H
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace korvel::test {
+
+// A program started with its standard output and error read. Killed when destroyed while running.
+class Application {
+ public:
+  // `environment`: entries "NAME=value" added to the test's own; "NAME" alone removes one.
+  explicit Application(const std::vector<std::string> &command,
+                       const std::vector<std::string> &environment = {});
+  ~Application();
+  Application(const Application &) = delete;
+  Application &operator=(const Application &) = delete;
+
+  // Waits for the end, at most thirty seconds (longer: killed, -1). Returns the exit status.
+  int wait();
+  // The lines written so far; all of them after wait().
+  std::vector<std::string> output() const;
+  std::vector<std::string> errors() const;
+  // True when `line` was written, waiting for it up to five seconds.
+  bool says(const std::string &line) const;
+  // How many lines of the output begin with `start`.
+  int count(const std::string &start) const;
+
+ private:
+  int process_ = -1;
+  std::string folder_;
+};
+
+struct Place {
+  int x = 0;
+  int y = 0;
+};
+
+struct Colour {
+  std::uint8_t red = 0, green = 0, blue = 0;
+  friend bool operator==(const Colour &, const Colour &) = default;
+};
+
+// A picture of a part of the screen.
+struct Picture {
+  int width = 0;
+  int height = 0;
+  std::vector<Colour> pixels;
+
+  Colour at(int x, int y) const { return pixels[static_cast<std::size_t>(y * width + x)]; }
+  // How many pixels are darker than mid-grey.
+  int darkPixels() const;
+};
+
+// Waits up to thirty seconds until the active window has this title.
+bool waitForWindow(const std::string &title);
+std::string activeWindow();
+
+// Names of keys as X has them, separated by blanks: "Tab ctrl+a eacute".
+void press(const std::string &keys);
+// Types a UTF-8 text.
+void write(const std::string &text);
+// Clicks at a place of the active window's content; `times` in quick succession.
+void click(Place place, int times = 1);
+// Closes the active window by its frame.
+void closeWindow();
+
+// The active window's content on the screen: its top left corner and its size.
+struct Content {
+  Place corner;
+  int width = 0;
+  int height = 0;
+};
+Content activeContent();
+
+// A rectangle of the active window's content, after the screen has come to rest.
+Picture picture(int left, int top, int width, int height);
+
+// What the clipboard holds, as UTF-8.
+std::string clipboard();
+void setClipboard(const std::string &text);
+
+}  // namespace korvel::test
+
+#endif

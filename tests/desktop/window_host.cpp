@@ -1,0 +1,40 @@
+// window_host: an application with a window of its own, which shows a dialog in front of it. The
+// window writes "typed <text>" when something is typed into it; the dialog ends as usual.
+#include <korvel/korvel.h>
+
+#include <QApplication>
+#include <QLineEdit>
+#include <QTimer>
+#include <cstdio>
+
+namespace {
+
+void say(const char *what, const QString &text) {
+  std::printf("%s %s\n", what, text.toUtf8().constData());
+  std::fflush(stdout);
+}
+
+void showDialog(QWidget &window) {
+  TailleDlgBox_set(100, 80);
+  TexteDlgBox_param(1, 100);
+  TexteDlgBox_set_geo(0, 10, 10, 60, 12, 0);
+  TexteDlgBox_set(0, "");
+  const int result = ZRVDlgBoxEx("Devant", KorvelWidgetWindow(&window));
+  std::printf("result %d text %s\n", result, TDB_pszBuffer[0]);
+  std::fflush(stdout);
+}
+
+}  // namespace
+
+int main(int argc, char **argv) {
+  QApplication application(argc, argv);
+  QWidget window;
+  window.setWindowTitle("Derrière");
+  QLineEdit line(&window);
+  line.setGeometry(10, 10, 200, 30);
+  QObject::connect(&line, &QLineEdit::textChanged, [](const QString &text) { say("typed", text); });
+  window.setGeometry(600, 500, 400, 300);
+  window.show();
+  QTimer::singleShot(500, &window, [&] { showDialog(window); });
+  return QApplication::exec();
+}

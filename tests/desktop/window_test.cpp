@@ -1,0 +1,110 @@
+// The dialog as a window among others.
+#include "tests/desktop/dialog_host.h"
+
+#include <cstdlib>
+
+namespace korvel::test {
+namespace {
+
+constexpr int kScreenWidth = 1280, kScreenHeight = 1024;
+
+// Where the content of a window_host window stands, and the dialog in front of it.
+constexpr Place kHostCorner{600, 500};
+constexpr int kHostWidth = 400, kHostHeight = 300;
+
+TEST(Window, ComesUpCentredOnTheScreen) {
+  DialogHost host;
+  const Content content = activeContent();
+  EXPECT_EQ(content.width, kWidth);
+  EXPECT_EQ(content.height, kHeight);
+  EXPECT_EQ(content.corner.x, (kScreenWidth - kWidth) / 2);
+  EXPECT_NEAR(content.corner.y, (kScreenHeight - kHeight) / 2, 1);
+  press("Escape");
+  EXPECT_TRUE(host.endedWith({"result 0"}));
+}
+
+TEST(Window, ItsCloseBoxCancels) {
+  DialogHost host;
+  write("x");
+  closeWindow();
+  EXPECT_TRUE(host.endedWith({"result 0"}));
+}
+
+TEST(Window, ADisabledOkLooksDisabled) {
+  DialogHost host;
+  const Picture disabled = picture(112, 318, 76, 16);
+  write("x");
+  const Picture enabled = picture(112, 318, 76, 16);
+  EXPECT_EQ(disabled.darkPixels(), 0);
+  EXPECT_GT(enabled.darkPixels(), 10);
+  press("BackSpace");
+  EXPECT_TRUE(picture(112, 318, 76, 16).pixels == disabled.pixels);
+  press("Escape");
+  EXPECT_TRUE(host.endedWith({"result 0"}));
+}
+
+TEST(Window, TheDefaultButtonLooksLikeOne) {
+  const auto looks = [](const char *scenario) {
+    DialogHost host(scenario);
+    write("x");
+    const Picture pair[] = {picture(106, 312, 88, 28), picture(206, 312, 88, 28)};
+    press("Escape");
+    EXPECT_TRUE(host.endedWith({"result 0"}));
+    return std::pair(pair[0].pixels, pair[1].pixels);
+  };
+  const auto [okDefault, cancelPlain] = looks("plain");
+  const auto [okPlain, cancelDefault] = looks("cancel-default");
+  EXPECT_FALSE(okDefault == okPlain);
+  EXPECT_FALSE(cancelDefault == cancelPlain);
+}
+
+TEST(Window, AtScale2EverythingIsTwiceAsLarge) {
+  DialogHost host("plain", {"QT_SCALE_FACTOR=2", "LC_ALL=C.UTF-8"});
+  const Content content = activeContent();
+  EXPECT_EQ(content.width, 2 * kWidth);
+  EXPECT_EQ(content.height, 2 * kHeight);
+  write("double");
+  click({2 * kOkButton.x, 2 * kOkButton.y});
+  EXPECT_TRUE(host.endedWith({"result 1", "text 0 double"}));
+}
+
+TEST(Window, ComesUpCentredOnItsParentAndBlocksIt) {
+  Application application({WINDOW_HOST}, {"LC_ALL=C.UTF-8"});
+  ASSERT_TRUE(waitForWindow("Devant")) << activeWindow();
+  const Content content = activeContent();
+  EXPECT_EQ(content.width, 200);
+  EXPECT_EQ(content.height, 140);
+  EXPECT_EQ(content.corner.x, kHostCorner.x + (kHostWidth - 200) / 2);
+  EXPECT_EQ(content.corner.y, kHostCorner.y + (kHostHeight - 140) / 2);
+
+  // The window's own line lies above the dialog and left of it: what is typed after a click on it
+  // goes to the dialog.
+  click({kHostCorner.x + 30 - content.corner.x, kHostCorner.y + 25 - content.corner.y});
+  write("abc");
+  EXPECT_EQ(application.count("typed"), 0);
+  ASSERT_EQ(activeWindow(), "Devant");
+  press("Return");
+  EXPECT_TRUE(application.says("result 1 text abc"));
+
+  ASSERT_TRUE(waitForWindow("Derrière"));
+  click({30, 25});
+  write("z");
+  EXPECT_TRUE(application.says("typed z"));
+}
+
+TEST(Window, WithoutADisplayTheDialogAnswersAsIfCancelled) {
+  Application application({DIALOG_HOST, "plain"}, {"DISPLAY", "WAYLAND_DISPLAY"});
+  ASSERT_EQ(application.wait(), 0);
+  EXPECT_EQ(application.count("result 0"), 1);
+  EXPECT_EQ(application.errors().size(), 1u);
+}
+
+TEST(Window, ADisplayThatAnswersNobodyIsNone) {
+  Application application({DIALOG_HOST, "plain"}, {"DISPLAY=:97531", "WAYLAND_DISPLAY"});
+  ASSERT_EQ(application.wait(), 0);
+  EXPECT_EQ(application.count("result 0"), 1);
+  EXPECT_EQ(application.errors().size(), 1u);
+}
+
+}  // namespace
+}  // namespace korvel::test

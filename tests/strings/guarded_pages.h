@@ -1,0 +1,56 @@
+// For tests/strings/ only: memory with unreadable pages around it.
+#ifndef TESTS_STRINGS_GUARDED_PAGES_H
+#define TESTS_STRINGS_GUARDED_PAGES_H
+
+#include <sys/mman.h>
+#include <unistd.h>
+
+#include <cstddef>
+#include <cstdlib>
+#include <cstring>
+#include <string_view>
+
+namespace korvel::test {
+
+// One readable and writable page between two that may not be touched: a function that reads or
+// writes a single byte outside what it was given ends the test program.
+class GuardedPages {
+ public:
+  GuardedPages() : pageSize_(static_cast<std::size_t>(sysconf(_SC_PAGESIZE))) {
+    void *pages = mmap(nullptr, 3 * pageSize_, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    if (pages == MAP_FAILED) std::abort();
+    first_ = static_cast<char *>(pages);
+    if (mprotect(page(), pageSize_, PROT_READ | PROT_WRITE) != 0) std::abort();
+  }
+  ~GuardedPages() { munmap(first_, 3 * pageSize_); }
+  GuardedPages(const GuardedPages &) = delete;
+  GuardedPages &operator=(const GuardedPages &) = delete;
+
+  // The bytes just in front of the page that may not be touched.
+  char *runAtEnd(std::string_view bytes) { return put(page() + pageSize_ - bytes.size(), bytes); }
+  // The bytes just behind the page that may not be touched.
+  char *runAtStart(std::string_view bytes) { return put(page(), bytes); }
+  // The same for a text, its terminator being the last byte.
+  char *textAtEnd(std::string_view text) {
+    page()[pageSize_ - 1] = '\0';
+    return put(page() + pageSize_ - 1 - text.size(), text);
+  }
+  char *textAtStart(std::string_view text) {
+    page()[text.size()] = '\0';
+    return put(page(), text);
+  }
+
+ private:
+  char *page() { return first_ + pageSize_; }
+  static char *put(char *place, std::string_view bytes) {
+    if (!bytes.empty()) std::memcpy(place, bytes.data(), bytes.size());
+    return place;
+  }
+
+  std::size_t pageSize_;
+  char *first_;
+};
+
+}  // namespace korvel::test
+
+#endif
