@@ -81,7 +81,7 @@ class TableModel {
   int ZRV_Code_NC_ex_next(const char *const *labels, const int *columns, const char *table,
                           char *out, int outSize);
 
- private:
+ protected:
   // A walk over a loaded table; it holds the memory slot.
   class Walk;
 
