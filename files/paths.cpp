@@ -48,6 +48,15 @@ PosixPath::PosixPath(const char *mac) {
   text_[length_] = '\0';
 }
 
+PosixPath PosixPath::unlooked(const char *mac) {
+  PosixPath path;
+  const char *volumeEnd = mac == nullptr ? nullptr : std::strpbrk(mac, ":/");
+  const bool below = volumeEnd != nullptr && *volumeEnd == ':';
+  if (!below || !path.appendVolumesFolder() || !path.appendExchanged(mac)) path.length_ = 0;
+  path.text_[path.length_] = '\0';
+  return path;
+}
+
 bool PosixPath::append(char c) {
   if (length_ == kSize - 1) return false;
   text_[length_++] = c;
@@ -96,7 +105,9 @@ int File_Is_Existing(const char *path) {
 }
 
 int Dir_Is_Existing(const char *path) {
-  return korvel::files::isFolder(PosixPath(path).text()) ? 1 : 0;
+  const bool exists = korvel::files::isFolder(PosixPath::unlooked(path).text()) ||
+                      korvel::files::isFolder(PosixPath(path).text());
+  return exists ? 1 : 0;
 }
 
 int MakeDir(const char *path) {

@@ -10,12 +10,18 @@ class PosixPath {
  public:
   explicit PosixPath(const char *mac);
 
+  // The same without a look at the volume, for whoever opens or examines what the path names: if
+  // that is there, below the volume, the volume is no file and the path is right. The empty text
+  // where that does not follow.
+  static PosixPath unlooked(const char *mac);
+
   const char *text() const { return text_; }
   int length() const { return length_; }
 
  private:
   static constexpr int kSize = 512;
 
+  PosixPath() = default;
   bool append(char c);
   bool appendVolumesFolder();
   bool appendExchanged(const char *mac);

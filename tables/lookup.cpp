@@ -8,7 +8,6 @@
 #include <korvel/strings.h>
 #include <korvel/tables.h>
 #include "tables/line.h"
-#include "tables/path.h"
 #include "tables/pattern.h"
 #include "tables/state.h"
 #include "tables/walk.h"
@@ -59,15 +58,10 @@ int giveColumn(Column column, char *out, int outSize) {
   return column.exists ? 1 : 0;
 }
 
-bool openTable(TableWalk &walk, const char *table) {
-  const TablePath path = tablePath(table);
-  return path && walk.open(path.text);
-}
-
 int lookUpFirst(std::string_view key, int column, const char *table, char *out, int outSize) {
   forgetLine();
   TableWalk walk;
-  if (!openTable(walk, table)) return 0;
+  if (!walk.open(table)) return 0;
   const bool found = walk.find(CodeTest(key, 0));
   if (walk.line() > 0) storeSplit(walk.kept());
   // Kept: without a match the last line becomes the current one.
@@ -83,7 +77,7 @@ int lookUpFirst(std::string_view key, int column, const char *table, char *out, 
 
 int lookUpNext(std::string_view key, int column, const char *table, char *out, int outSize) {
   TableWalk walk;
-  if (!openTable(walk, table)) return 0;
+  if (!walk.open(table)) return 0;
   const bool found = walk.find(CodeTest(key, std::max(ZRV_Libelle_NC_il, 0)));
   if (walk.line() > 0) storeSplit(walk.kept());
   if (!found) return 0;
@@ -95,7 +89,7 @@ int lookUpNext(std::string_view key, int column, const char *table, char *out, i
 int readCurrent(int keyLength, int column, const char *table, char *out, int outSize) {
   ZRV_Libelle_NC_read = 0;
   TableWalk walk;
-  if (!openTable(walk, table)) return 0;
+  if (!walk.open(table)) return 0;
   const bool found = walk.find(NumberTest(ZRV_Libelle_NC_il));
   ZRV_Libelle_NC_read = 1;
   if (!found) {

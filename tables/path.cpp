@@ -47,21 +47,35 @@ TablePath joined(std::string_view directory, std::string_view name, std::string_
   return writer.path();
 }
 
+TablePath pathInDefault(std::string_view name) {
+  const std::string_view directory = textOf(szDirTables);
+  if (directory.size() == sizeof szDirTables) return {};
+  return joined(directory, name, ".tab");
+}
+
+bool folderExists(const TablePlace &place) {
+  return place.folder == nullptr || Dir_Is_Existing(place.folder) == 1;
+}
+
 }  // namespace
 
-TablePath tablePath(const char *name) {
+TablePlace tablePlace(const char *name) {
   if (name == nullptr) return {};
   const std::string_view chosen = textOf(ZRV_Libelle_NC_szDirTables);
-  if (chosen.empty()) return defaultTablePath(name);
+  if (chosen.empty()) return {pathInDefault(name), szDirTables};
   // Kept: no extension is added here; the name is that of the file.
-  return joined(chosen, name, "");
+  return {joined(chosen, name, ""), nullptr};
+}
+
+TablePath tablePath(const char *name) {
+  const TablePlace place = tablePlace(name);
+  return place.path && folderExists(place) ? place.path : TablePath();
 }
 
 TablePath defaultTablePath(const char *name) {
-  const std::string_view directory = textOf(szDirTables);
-  const bool terminated = directory.size() < sizeof szDirTables;
-  if (name == nullptr || !terminated || Dir_Is_Existing(szDirTables) != 1) return {};
-  return joined(directory, name, ".tab");
+  if (name == nullptr) return {};
+  const TablePlace place = {pathInDefault(name), szDirTables};
+  return place.path && folderExists(place) ? place.path : TablePath();
 }
 
 }  // namespace korvel::tables

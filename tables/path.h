@@ -14,6 +14,16 @@ struct TablePath {
   explicit operator bool() const { return text[0] != '\0'; }
 };
 
+// Where a table's file stands: its path, and the folder that must exist for it; null: any.
+struct TablePlace {
+  TablePath path;
+  const char *folder = nullptr;
+};
+
+// The place of a table, as tablePath says but without looking whether the folder exists: whoever
+// opens the file finds that out.
+TablePlace tablePlace(const char *name);
+
 // The path of a table. The directory of setDirTables goes first and takes the name as it stands;
 // szDirTables must be an existing directory and adds ".tab".
 TablePath tablePath(const char *name);

@@ -8,6 +8,8 @@
 #include <cstdlib>
 
 #include <korvel/files.h>
+#include "files/handles.h"
+#include "tables/path.h"
 
 namespace korvel::tables {
 namespace {
@@ -34,19 +36,29 @@ constinit std::size_t TableReader::blockSize = kLargestBlock;
 
 bool TableReader::open(const char *path, Slots slots) {
   close();
-  const bool opened = openFile(path) &&
-                      (slots == Slots::File || (memory_ = MFil_Open("", 0, 0)) >= 0) &&
-                      (slots != Slots::Memory || detachFile()) && takeBuffer();
-  if (!opened) close();
-  return opened;
+  return start(files::openForReading(path), slots);
 }
 
-bool TableReader::openFile(const char *path) {
-  file_ = File_Open(path, 1, 0);
-  if (file_ < 0) return false;
-  descriptor_ = DATA_FILE_TAB[file_].reference;
-  left_ = File_Size(file_);
-  return true;
+bool TableReader::openTable(const char *name, Slots slots) {
+  close();
+  const TablePlace place = tablePlace(name);
+  if (!place.path) return false;
+  const char *path = place.path.text;
+  return start(place.folder == nullptr ? files::openForReading(path)
+                                       : files::openInFolder(place.folder, path),
+               slots);
+}
+
+// Goes on with a file that was opened, or not.
+bool TableReader::start(int file, Slots slots) {
+  if (file < 0) return false;
+  file_ = file;
+  descriptor_ = DATA_FILE_TAB[file].reference;
+  left_ = File_Size(file);
+  const bool complete = (slots == Slots::File || (memory_ = MFil_Open("", 0, 0)) >= 0) &&
+                        (slots != Slots::Memory || detachFile()) && takeBuffer();
+  if (!complete) close();
+  return complete;
 }
 
 // The file stays open under a descriptor of our own.

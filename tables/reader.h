@@ -40,6 +40,9 @@ class TableReader {
   // is missing or there is no memory.
   bool open(const char *path, Slots slots);
 
+  // The same for a table by its name.
+  bool openTable(const char *name, Slots slots);
+
   // The next bytes of the file, where the ones before stood; empty at its end. A file that is cut
   // short meanwhile ends there; what it grows by is not read.
   std::string_view next();
@@ -54,7 +57,7 @@ class TableReader {
   void close();
 
  private:
-  bool openFile(const char *path);
+  bool start(int file, Slots slots);
   bool detachFile();
   bool takeBuffer();
   void giveBackBuffer();

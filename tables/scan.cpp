@@ -9,8 +9,8 @@
 namespace korvel::tables {
 namespace {
 
-// Below that the wide vectors save less than the question costs.
-constexpr std::size_t kWorthAsking = 16 * 1024;
+// So many bytes must be searched in all before the wide vectors save what the question costs.
+constexpr std::size_t kWorthAsking = 64 * 1024;
 
 #ifdef __x86_64__
 // What the processor has and the system keeps the registers of.
@@ -61,7 +61,13 @@ constinit const ScanKernel *imposedKernel = nullptr;
 
 const ScanKernel &kernelFor(std::size_t bytes) {
   if (imposedKernel != nullptr) return *imposedKernel;
-  return bytes < kWorthAsking ? kPlainKernel : *usableKernels().back();
+  static constinit std::size_t searched = 0;
+  static constinit const ScanKernel *best = nullptr;
+  if (best != nullptr) return *best;
+  searched += bytes;
+  if (searched < kWorthAsking) return kPlainKernel;
+  best = usableKernels().back();
+  return *best;
 }
 
 }  // namespace korvel::tables

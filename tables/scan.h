@@ -75,7 +75,8 @@ extern const ScanKernel kAvx512Kernel;
 
 // Those that this machine runs, the fastest one last.
 std::span<const ScanKernel *const> usableKernels();
-// The one for so many bytes: asking the machine what it can do costs more than a few of them.
+// The one for so many bytes. A process that searches little is not worth asking the machine what it
+// can do.
 const ScanKernel &kernelFor(std::size_t bytes);
 // For tests: the one to use in any case; null for none.
 extern const ScanKernel *imposedKernel;

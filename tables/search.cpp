@@ -8,7 +8,6 @@
 #include <korvel/strings.h>
 #include <korvel/tables.h>
 #include "tables/line.h"
-#include "tables/path.h"
 #include "tables/pattern.h"
 #include "tables/state.h"
 #include "tables/walk.h"
@@ -178,9 +177,8 @@ struct SearchEnd {
 // its code in out.
 SearchEnd search(const LineTest &test, From from, const char *table, char *out, int outSize) {
   if (from == From::FirstLine) forgetLine();
-  const TablePath path = tablePath(table);
   TableWalk walk;
-  if (!path || !walk.open(path.text)) return {};
+  if (!walk.open(table)) return {};
   const bool found = walk.find(test);
   const bool atLine = walk.line() > 0;
   if (atLine) {

@@ -42,8 +42,8 @@ class LineTest {
 // One walk over a table that is loaded whole, as far as an application can tell.
 class TableWalk {
  public:
-  // Returns false when the table cannot be loaded.
-  bool open(const char *path) { return reader_.open(path, Slots::FileAndMemory); }
+  // table: its name. Returns false when it cannot be loaded.
+  bool open(const char *table) { return reader_.openTable(table, Slots::FileAndMemory); }
 
   // Walks from the first line to the one wanted. Without it, returns false and stands at the last
   // line, if there is any. Once only.
