@@ -57,7 +57,15 @@ int openWriting(const char *mac, const char *path) {
   return descriptor >= 0 ? descriptor : openExisting(path, O_WRONLY);
 }
 
+// What can be opened is opened without a look at the volume first.
+int openUnlooked(const char *mac) {
+  const PosixPath path = PosixPath::unlooked(mac);
+  return path.length() == 0 ? -1 : openExisting(path.text(), O_RDONLY);
+}
+
 int openDescriptor(const char *mac, int mode) {
+  const int descriptor = mode == kReading ? openUnlooked(mac) : -1;
+  if (descriptor >= 0) return descriptor;
   const PosixPath path(mac);
   switch (mode) {
     case kWriting:
@@ -82,8 +90,8 @@ bool admit(FileSlot &slot, int descriptor) {
   return true;
 }
 
-int openInto(FileSlot &slot, const char *mac, int mode) {
-  const int descriptor = openDescriptor(mac, mode);
+// Takes over the descriptor, if it is one.
+int openInto(FileSlot &slot, int descriptor, int mode) {
   if (descriptor < 0) return kRefused;
   if (!admit(slot, descriptor)) {
     close(descriptor);
@@ -94,18 +102,39 @@ int openInto(FileSlot &slot, const char *mac, int mode) {
   return 0;
 }
 
-int openFile(const char *path, int read, int write) {
+// The handle of the next slot, which is free still; -1: there is none.
+int takeFreeSlot() {
   const int handle = takeSlot(DATA_FILE_TAB, DATA_FILE_ID);
   if (handle < 0) return kNoSlot;
+  DATA_FILE_TAB[handle].mode = kFreeSlot;
+  DATA_FILE_TAB[handle].position = 0;
+  return handle;
+}
+
+int openFile(const char *path, int read, int write) {
+  const int handle = takeFreeSlot();
+  if (handle < 0) return kNoSlot;
   FileSlot &slot = DATA_FILE_TAB[handle];
-  slot.mode = kFreeSlot;
-  slot.position = 0;
   const std::size_t length = path == nullptr ? sizeof slot.name : std::strlen(path);
   if (length >= sizeof slot.name) return kRefused;
   std::memcpy(slot.name, path, length + 1);
   if (!isSet(read) && !isSet(write)) return kNoFlag;
   const int mode = !isSet(write) ? kReading : isSet(read) ? kReadingAndWriting : kWriting;
-  const int result = openInto(slot, path, mode);
+  const int result = openInto(slot, openDescriptor(path, mode), mode);
+  return result == 0 ? handle : result;
+}
+
+int openWithDescriptor(const char *path, int descriptor) {
+  const int handle = takeFreeSlot();
+  if (handle < 0) {
+    if (descriptor >= 0) close(descriptor);
+    return kNoSlot;
+  }
+  FileSlot &slot = DATA_FILE_TAB[handle];
+  const std::size_t length = strnlen(path, sizeof slot.name - 1);
+  std::memcpy(slot.name, path, length);
+  slot.name[length] = '\0';
+  const int result = openInto(slot, descriptor, kReading);
   return result == 0 ? handle : result;
 }
 
@@ -128,6 +157,18 @@ int readMarked(const FileSlot &slot, void *buffer, int count) {
 }
 
 }  // namespace
+
+int openInFolder(const char *folder, const char *path) {
+  // A file that opens tells that its folder is there.
+  const int descriptor = openDescriptor(path, kReading);
+  if (descriptor < 0 && Dir_Is_Existing(folder) != 1) return kNoSlot;
+  return openWithDescriptor(path, descriptor);
+}
+
+int openForReading(const char *path) {
+  return openWithDescriptor(path, openDescriptor(path, kReading));
+}
+
 }  // namespace korvel::files
 
 using namespace korvel::files;

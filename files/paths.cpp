@@ -47,16 +47,17 @@ PosixPath::PosixPath(const char *mac) {
   end(fits);
 }
 
-PosixPath PosixPath::toOpen(const char *mac) {
-  PosixPath path;
-  if (mac == nullptr || mac[std::strcspn(mac, ":/")] != ':') return path;
-  path.end(path.appendVolumesFolder() && path.appendExchanged(mac));
-  return path;
-}
-
 void PosixPath::end(bool fits) {
   if (!fits) length_ = 0;
   text_[length_] = '\0';
+}
+
+PosixPath PosixPath::unlooked(const char *mac) {
+  PosixPath path;
+  const char *volumeEnd = mac == nullptr ? nullptr : std::strpbrk(mac, ":/");
+  const bool below = volumeEnd != nullptr && *volumeEnd == ':';
+  path.end(below && path.appendVolumesFolder() && path.appendExchanged(mac));
+  return path;
 }
 
 bool PosixPath::append(char c) {
@@ -109,7 +110,9 @@ int File_Is_Existing(const char *path) {
 }
 
 int Dir_Is_Existing(const char *path) {
-  return korvel::files::isFolder(PosixPath(path).text()) ? 1 : 0;
+  const bool exists = korvel::files::isFolder(PosixPath::unlooked(path).text()) ||
+                      korvel::files::isFolder(PosixPath(path).text());
+  return exists ? 1 : 0;
 }
 
 int MakeDir(const char *path) {

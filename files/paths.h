@@ -1,4 +1,4 @@
-// For files/ and profile/ only: colon paths to POSIX paths.
+// For files/, profile/ and tables/ only: colon paths to POSIX paths.
 #ifndef KORVEL_FILES_PATHS_H
 #define KORVEL_FILES_PATHS_H
 
@@ -12,11 +12,10 @@ class PosixPath {
  public:
   explicit PosixPath(const char *mac);
 
-  // The same for a file to open, without a look at the volume: as if that were no regular file.
-  // What opens under this form is what the path names, as its volume then is a folder; what does
-  // not open says nothing. Empty where the form does not tell, for a volume alone and for a volume
-  // with a "/" in its name.
-  static PosixPath toOpen(const char *mac);
+  // The same without a look at the volume, for whoever opens or examines what the path names: if
+  // that is there, below the volume, the volume is no file and the path is right. The empty text
+  // where that does not follow.
+  static PosixPath unlooked(const char *mac);
 
   const char *text() const { return text_; }
   int length() const { return length_; }

@@ -191,6 +191,27 @@ bool adopt(int old, const struct stat &status, int made) {
   return fchmod(made, modeFor(status, kept)) == 0;
 }
 
+// The folder in which a path ends. One that may be changed but not read cannot be synced by itself;
+// see syncFolder().
+int openFolderOf(const char *path) {
+  char folder[PATH_MAX] = ".";
+  if (const char *slash = std::strrchr(path, '/')) {
+    const auto length = static_cast<std::size_t>(slash - path) + 1;
+    if (length >= sizeof folder) return -1;
+    std::memcpy(folder, path, length);
+    folder[length] = '\0';
+  }
+  const int descriptor =
+      retried([&] { return open(folder, O_RDONLY | O_DIRECTORY | O_CLOEXEC); });
+  if (descriptor >= 0 || errno != EACCES) return descriptor;
+  return open(folder, O_PATH | O_DIRECTORY | O_CLOEXEC);
+}
+
+// The content has its name: a folder that cannot be synced changes nothing about that.
+void syncFolder(int folder, int content) {
+  if (!faulty(ReplaceStep::Folder) && fsync(folder) != 0 && errno == EBADF) syncfs(content);
+}
+
 // Copies the bytes from `begin` to before `end` to the same place in another file.
 bool copyStretch(int from, int to, off_t begin, off_t end) {
   constexpr off_t kBlock = 262144;
@@ -249,16 +270,8 @@ bool Replacement::findFile(const char *path, IfMissing ifMissing) {
   return *name_ != '\0';
 }
 
-// A folder that may be changed but not read cannot be synced by itself; see commit().
 bool Replacement::openFolder() {
-  char folder[PATH_MAX] = ".";
-  if (name_ != path_) {
-    const auto length = static_cast<std::size_t>(name_ - path_);
-    std::memcpy(folder, path_, length);
-    folder[length] = '\0';
-  }
-  folder_ = retried([&] { return open(folder, O_RDONLY | O_DIRECTORY | O_CLOEXEC); });
-  if (folder_ < 0 && errno == EACCES) folder_ = open(folder, O_PATH | O_DIRECTORY | O_CLOEXEC);
+  folder_ = openFolderOf(path_);
   return folder_ >= 0;
 }
 
@@ -285,14 +298,17 @@ bool Replacement::openTemporary() {
   return content_ >= 0 || (hasNoUnnamedFiles(errno) && openNamed());
 }
 
+// The name that all share comes first, so that what a kill leaves is found later.
 bool Replacement::openNamed() {
   place_ = Place::Named;
+  sharedName(name_, temporary_);
   for (int attempt = 0; attempt < kNamingAttempts; ++attempt) {
-    ownName(name_, temporary_);
     content_ = retried(
         [&] { return openat(folder_, temporary_, O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0600); });
     if (content_ >= 0) return true;
     if (errno != EEXIST) break;
+    if (!isAbandoned(folder_, temporary_) || unlinkat(folder_, temporary_, 0) != 0)
+      ownName(name_, temporary_);
   }
   temporary_[0] = '\0';
   return false;
@@ -332,37 +348,82 @@ bool Replacement::commit() {
   return done;
 }
 
+bool Replacement::commitAs(const char *path) {
+  bool done = content_ >= 0 && !failed_ && place_ != Place::Aside && settle();
+  if (done) {
+    done = !faulty(ReplaceStep::Link) &&
+           (place_ == Place::Unnamed ? linkedAs(AT_FDCWD, path) : renamedAs(path));
+  }
+  const int error = errno;
+  if (done) {
+    int folder = openFolderOf(path);
+    syncFolder(folder, content_);
+    closeIfOpen(folder);
+  }
+  discard();
+  errno = error;
+  return done;
+}
+
+// Makes the content what is to bear a name.
+bool Replacement::settle() {
+  return adopt(old_, oldStatus_, content_) && !faulty(ReplaceStep::Sync) && synced(content_);
+}
+
 bool Replacement::exchange() {
-  if (!adopt(old_, oldStatus_, content_)) return false;
-  if (faulty(ReplaceStep::Sync) || !synced(content_)) return false;
+  if (!settle()) return false;
   if (place_ == Place::Unnamed && !giveName()) return false;
-  if (faulty(ReplaceStep::Rename)) return false;
+  if (faulty(ReplaceStep::Rename) || !stillNamed()) return false;
   if (renameat(folder_, temporary_, folder_, name_) != 0) return false;
   temporary_[0] = '\0';
-  // The file has its new content: a folder that cannot be synced changes nothing about that.
-  if (rules_.folderSync && !faulty(ReplaceStep::Folder) && fsync(folder_) != 0 && errno == EBADF)
-    syncfs(content_);
+  if (rules_.folderSync) syncFolder(folder_, content_);
   return true;
+}
+
+// A process that stood still for a minute may find its temporary taken for abandoned, and its name
+// with another one.
+bool Replacement::stillNamed() {
+  struct stat named;
+  struct stat own;
+  if (fstatat(folder_, temporary_, &named, AT_SYMLINK_NOFOLLOW) == 0 &&
+      fstat(content_, &own) == 0 && named.st_ino == own.st_ino)
+    return true;
+  temporary_[0] = '\0';
+  errno = ENOENT;
+  return false;
 }
 
 bool Replacement::giveName() {
   if (faulty(ReplaceStep::Link)) return false;
   sharedName(name_, temporary_);
-  if (linkedAs(temporary_)) return true;
+  if (linkedAs(folder_, temporary_)) return true;
   if (errno == EEXIST) {
     if (isAbandoned(folder_, temporary_)) unlinkat(folder_, temporary_, 0);
     // Others may be at the same point: the shared name could be taken again.
     ownName(name_, temporary_);
-    if (linkedAs(temporary_)) return true;
+    if (linkedAs(folder_, temporary_)) return true;
   }
   temporary_[0] = '\0';
   return false;
 }
 
-bool Replacement::linkedAs(const char *name) {
+bool Replacement::linkedAs(int folder, const char *name) {
   char descriptor[sizeof "/proc/self/fd/" + 3 * sizeof(int)];
   std::snprintf(descriptor, sizeof descriptor, "%s/%d", kDescriptors, content_);
-  return linkat(AT_FDCWD, descriptor, folder_, name, AT_SYMLINK_FOLLOW) == 0;
+  return linkat(AT_FDCWD, descriptor, folder, name, AT_SYMLINK_FOLLOW) == 0;
+}
+
+// A file system that cannot rename without replacing has no way but to look first.
+bool Replacement::renamedAs(const char *path) {
+  if (!stillNamed()) return false;
+  int result = renameat2(folder_, temporary_, AT_FDCWD, path, RENAME_NOREPLACE);
+  if (result != 0 && (errno == EINVAL || errno == ENOSYS)) {
+    struct stat status;
+    if (lstat(path, &status) == 0) errno = EEXIST;
+    if (errno == ENOENT) result = renameat(folder_, temporary_, AT_FDCWD, path);
+  }
+  if (result == 0) temporary_[0] = '\0';
+  return result == 0;
 }
 
 // Asked when a step of the exchange has just failed.

@@ -18,9 +18,12 @@
 //  8. Folder    The folder reaches the disk, so that the new content outlives a loss of power. A
 //               caller may do without.
 //
+// commitAs() ends otherwise: the temporary gets its own, new name instead of steps 6 and 7, and the
+// old file stays.
+//
 // Until step 7 the old file is untouched and a failure removes the temporary. A kill leaves no
-// temporary behind if it is nameless, but for the instant between steps 6 and 7; what such a kill
-// left is removed by a replacement of the same file a minute later or more.
+// temporary behind if it is nameless, but for the instant between steps 6 and 7; what a kill did
+// leave is removed by a replacement of the same file a minute later or more.
 //
 // Only where the folder does not admit the exchange (it is not writable, or sticky and the file
 // someone else's, or the file is a mount point) is the file overwritten in place, unless the caller
@@ -78,6 +81,10 @@ class Replacement {
   // replacement in both cases.
   bool commit();
 
+  // As commit(), but the new content appears at a POSIX path that nothing bears yet, on the same
+  // disk, and the file stays as it is. On false, errno is EEXIST when something bears the path.
+  bool commitAs(const char *path);
+
   // Ends the replacement and leaves the file as it was.
   void discard();
 
@@ -90,8 +97,11 @@ class Replacement {
   bool openTemporary();
   bool openNamed();
   bool openAside();
+  bool settle();
+  bool stillNamed();
   bool giveName();
-  bool linkedAs(const char *name);
+  bool linkedAs(int folder, const char *name);
+  bool renamedAs(const char *path);
   bool exchange();
   bool mayOverwrite() const;
   bool overwrite();

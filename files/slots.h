@@ -1,4 +1,4 @@
-// For files/ only: the rule by which both handle tables hand out their slots.
+// For files/ and tables/ only: the rule by which both handle tables hand out their slots.
 #ifndef KORVEL_FILES_SLOTS_H
 #define KORVEL_FILES_SLOTS_H
 

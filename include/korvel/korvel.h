@@ -10,6 +10,7 @@
 #include <korvel/profile.h>
 #include <korvel/shell.h>
 #include <korvel/strings.h>
+#include <korvel/tables.h>
 #include <korvel/types.h>
 
 #endif

@@ -1,7 +1,6 @@
 #include "files/replace.h"
 
 #include <fcntl.h>
-#include <grp.h>
 #include <gtest/gtest.h>
 #include <signal.h>
 #include <sys/mount.h>
@@ -22,6 +21,7 @@
 #include <utility>
 #include <vector>
 
+#include "tests/files/faults.h"
 #include "tests/files/scratch.h"
 
 namespace korvel::files {
@@ -44,61 +44,17 @@ extern "C" int fsync(int descriptor) {
 namespace korvel::files {
 namespace {
 
+using test::becomeNobody;
 using test::content;
 using test::entries;
+using test::Fault;
+using test::inChild;
 using test::Scratch;
+using test::SmallDisk;
 
 bool replaceBy(const std::string &path, std::string_view text,
                IfMissing ifMissing = IfMissing::Fail) {
   return replaceFile(path.c_str(), std::span(&text, 1), ifMissing);
-}
-
-// Makes the n-th passage through a step fail with an error, or runs something else there.
-class Fault {
- public:
-  Fault(ReplaceStep step, int nth, int error) : Fault(step, nth, [error] { return error; }) {}
-  Fault(ReplaceStep step, int nth, std::function<int()> act) {
-    step_ = step;
-    left_ = nth;
-    act_ = std::move(act);
-    alsoError_ = 0;
-    replaceFault = &Fault::ask;
-  }
-  ~Fault() { replaceFault = nullptr; }
-  Fault(const Fault &) = delete;
-  Fault &operator=(const Fault &) = delete;
-
-  // Lets a second step fail too, whenever it is passed while a fault is in force.
-  static void also(ReplaceStep step, int error) {
-    also_ = step;
-    alsoError_ = error;
-  }
-
- private:
-  static int ask(ReplaceStep step) {
-    if (step == step_) return --left_ == 0 ? act_() : 0;
-    return step == also_ ? alsoError_ : 0;
-  }
-
-  static inline ReplaceStep step_;
-  static inline int left_;
-  static inline std::function<int()> act_;
-  static inline ReplaceStep also_;
-  static inline int alsoError_ = 0;
-};
-
-// Runs `body` in a child process; returns what it returns, or -1 when it did not end by itself.
-int inChild(const std::function<int()> &body) {
-  const pid_t child = fork();
-  if (child == 0) _exit(body());
-  int status = 0;
-  waitpid(child, &status, 0);
-  return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-}
-
-bool becomeNobody() {
-  constexpr id_t kNobody = 65534;
-  return setgroups(0, nullptr) == 0 && setgid(kNobody) == 0 && setuid(kNobody) == 0;
 }
 
 mode_t modeOf(const std::string &path) {
@@ -106,25 +62,6 @@ mode_t modeOf(const std::string &path) {
   stat(path.c_str(), &status);
   return status.st_mode & 07777;
 }
-
-// A mount that goes with the object; mounted() is false where this process may not mount.
-class SmallDisk {
- public:
-  SmallDisk(const std::string &path, const char *options) : path_(path) {
-    mkdir(path.c_str(), 0777);
-    mounted_ = mount("none", path.c_str(), "tmpfs", 0, options) == 0;
-  }
-  ~SmallDisk() {
-    if (mounted_) umount2(path_.c_str(), MNT_DETACH);
-  }
-  SmallDisk(const SmallDisk &) = delete;
-  SmallDisk &operator=(const SmallDisk &) = delete;
-  bool mounted() const { return mounted_; }
-
- private:
-  std::string path_;
-  bool mounted_ = false;
-};
 
 TEST(Replace, NewContentShorterEqualAndLonger) {
   Scratch scratch;
@@ -563,6 +500,114 @@ TEST(Replace, ATemporaryLeftByAKillGoesWithALaterReplacement) {
   EXPECT_EQ(entries(scratch.path()), std::vector<std::string>{"a"});
 }
 
+TEST(Replace, WithoutNamelessFilesTooWhatAKillLeftGoesLater) {
+  Scratch scratch;
+  const std::string file = scratch.file("a", "old");
+  const auto replaceNamed = [&](const std::string &text) {
+    Fault fault(ReplaceStep::Temporary, 1, EOPNOTSUPP);
+    return replaceBy(file, text);
+  };
+  EXPECT_EQ(inChild([&] {
+              Fault fault(ReplaceStep::Temporary, 1, EOPNOTSUPP);
+              Replacement replacement;
+              if (replacement.begin(file.c_str()) && replacement.append("killed")) raise(SIGKILL);
+              return 1;
+            }),
+            -1);
+  EXPECT_EQ(content(file), "old");
+  ASSERT_EQ(entries(scratch.path()).size(), 2u);
+  ASSERT_TRUE(replaceNamed("new"));
+  EXPECT_EQ(entries(scratch.path()).size(), 2u);
+  const int seconds = std::exchange(abandonedAfter, 0);
+  EXPECT_TRUE(replaceNamed("newer"));
+  abandonedAfter = seconds;
+  EXPECT_EQ(content(file), "newer");
+  EXPECT_EQ(entries(scratch.path()), std::vector<std::string>{"a"});
+}
+
+TEST(Replace, ATemporaryTakenForAbandonedLeavesTheOldFileAndTheOtherTemporary) {
+  Scratch scratch;
+  const std::string file = scratch.file("a", "old");
+  Replacement slow;
+  {
+    Fault fault(ReplaceStep::Temporary, 1, EOPNOTSUPP);
+    ASSERT_TRUE(slow.begin(file.c_str()));
+  }
+  ASSERT_TRUE(slow.append("slow"));
+  const int seconds = std::exchange(abandonedAfter, 0);
+  Replacement other;
+  {
+    Fault fault(ReplaceStep::Temporary, 1, EOPNOTSUPP);
+    ASSERT_TRUE(other.begin(file.c_str()));
+  }
+  abandonedAfter = seconds;
+  ASSERT_TRUE(other.append("oth"));
+  EXPECT_FALSE(slow.commit());
+  EXPECT_EQ(content(file), "old");
+  ASSERT_TRUE(other.append("er"));
+  EXPECT_TRUE(other.commit());
+  EXPECT_EQ(content(file), "other");
+  EXPECT_EQ(entries(scratch.path()), std::vector<std::string>{"a"});
+}
+
+TEST(Replace, TheContentMayAppearUnderAnotherNameThatIsFree) {
+  for (const int noUnnamed : {0, EOPNOTSUPP}) {
+    Scratch scratch;
+    const std::string file = scratch.file("a", "old");
+    chmod(file.c_str(), 0640);
+    const std::string other = scratch.path() + "/b";
+    Fault fault(ReplaceStep::Temporary, 1, noUnnamed);
+    Replacement replacement;
+    ASSERT_TRUE(replacement.begin(file.c_str()));
+    ASSERT_TRUE(replacement.append("new"));
+    ASSERT_TRUE(replacement.commitAs(other.c_str()));
+    EXPECT_EQ(content(file), "old");
+    EXPECT_EQ(content(other), "new");
+    EXPECT_EQ(modeOf(other), 0640u);
+    EXPECT_EQ(entries(scratch.path()), (std::vector<std::string>{"a", "b"}));
+  }
+}
+
+TEST(Replace, ANameInUseIsNotTaken) {
+  for (const int noUnnamed : {0, EOPNOTSUPP}) {
+    Scratch scratch;
+    const std::string file = scratch.file("a", "old");
+    const std::string other = scratch.file("b", "other");
+    const std::string dangling = scratch.path() + "/c";
+    symlink("nowhere", dangling.c_str());
+    mkdir((scratch.path() + "/d").c_str(), 0777);
+    for (const std::string name : {"/a", "/b", "/c", "/d"}) {
+      Fault fault(ReplaceStep::Temporary, 1, noUnnamed);
+      Replacement replacement;
+      ASSERT_TRUE(replacement.begin(file.c_str()));
+      ASSERT_TRUE(replacement.append("new"));
+      EXPECT_FALSE(replacement.commitAs((scratch.path() + name).c_str())) << name;
+      EXPECT_EQ(errno, EEXIST);
+    }
+    EXPECT_EQ(content(file), "old");
+    EXPECT_EQ(content(other), "other");
+    EXPECT_EQ(entries(scratch.path()), (std::vector<std::string>{"a", "b", "c", "d"}));
+  }
+}
+
+TEST(Replace, AFaultWhileAppearingUnderAnotherNameLeavesNoTrace) {
+  for (const int noUnnamed : {0, EOPNOTSUPP}) {
+    for (const ReplaceStep step :
+         {ReplaceStep::Write, ReplaceStep::Adopt, ReplaceStep::Sync, ReplaceStep::Link}) {
+      Scratch scratch;
+      const std::string file = scratch.file("a", "old");
+      Fault fault(ReplaceStep::Temporary, 1, noUnnamed);
+      Fault::also(step, ENOSPC);
+      Replacement replacement;
+      ASSERT_TRUE(replacement.begin(file.c_str()));
+      replacement.append("new");
+      EXPECT_FALSE(replacement.commitAs((scratch.path() + "/b").c_str()));
+      EXPECT_EQ(content(file), "old");
+      EXPECT_EQ(entries(scratch.path()), std::vector<std::string>{"a"});
+    }
+  }
+}
+
 TEST(Replace, AKillAtAnyStepLeavesTheOldFileOrTheNew) {
   constexpr ReplaceStep kSteps[] = {ReplaceStep::Open,   ReplaceStep::Temporary, ReplaceStep::Write,
                                     ReplaceStep::Adopt,  ReplaceStep::Sync,      ReplaceStep::Link,
@@ -725,13 +770,19 @@ TEST_F(InPlace, TheFileIsOverwritten) {
   EXPECT_EQ(entries(scratch_.path()), std::vector<std::string>{"a"});
 }
 
-TEST_F(InPlace, WhereThatIsNotWantedTheOldFileStays) {
+TEST_F(InPlace, OnlyWhereTheCallerAgrees) {
   EXPECT_EQ(asUser([&] {
-              const std::string_view text = "new";
-              return replaceFile(file_.c_str(), std::span(&text, 1), IfMissing::Fail,
-                                 {.inPlace = false})
-                         ? 1
-                         : 0;
+              Replacement replacement;
+              return replacement.begin(file_.c_str(), IfMissing::Fail, {.inPlace = false}) ? 1 : 0;
+            }),
+            0);
+  chmod(scratch_.path().c_str(), 0777);
+  EXPECT_EQ(asUser([&] {
+              Replacement replacement;
+              if (!replacement.begin(file_.c_str(), IfMissing::Fail, {.inPlace = false})) return 2;
+              if (!replacement.append("new")) return 3;
+              Fault fault(ReplaceStep::Rename, 1, EACCES);
+              return replacement.commit() ? 1 : 0;
             }),
             0);
   EXPECT_EQ(content(file_), kOld);

@@ -1,0 +1,30 @@
+// For bench/tables/ only: the tables that the programs work on.
+#ifndef BENCH_TABLES_CORPUS_H
+#define BENCH_TABLES_CORPUS_H
+
+#include <string>
+
+namespace korvel::bench {
+
+// A table of `lines` data lines, some 42 bytes each, codes in order and as wide as the last one:
+//   01234,Acte de soins 01234,B3,01/01/95,31/12/99
+// Column 1 occurs once, column 2 goes through twenty values.
+struct Corpus {
+  int lines;
+  std::string name;      // of the table, in the volume's folder "tables"
+  std::string path;      // POSIX path of the table
+  std::string database;  // the same rows for SQLite, without an index
+
+  std::string code(int line) const;
+  std::string label(int line) const;
+  static std::string group(int line);
+
+  int middle() const { return lines / 2; }
+};
+
+// The table, made where it is not there yet; szVolumes and szDirTables lead to it.
+const Corpus &corpus(int lines);
+
+}  // namespace korvel::bench
+
+#endif

@@ -1,0 +1,49 @@
+// For bench/tables/ only: what else finds a line of a table, and what it costs to read one at all.
+#ifndef BENCH_TABLES_PEERS_H
+#define BENCH_TABLES_PEERS_H
+
+#include <sqlite3.h>
+
+#include <string>
+
+namespace korvel::bench {
+
+// Reads the file in large blocks and looks for a byte that it does not hold: no reader of the whole
+// file can do less.
+bool readAndScan(const std::string &path);
+
+// Lines of the standard library, the first field compared with the key; the second one of the line
+// found.
+std::string streamLookup(const std::string &path, const std::string &key);
+
+// What a command prints, to its end.
+std::string outputOf(const std::string &command);
+
+// A statement over the table "t" of a database that stays open, without an index. Its parameters
+// are texts.
+class Query {
+ public:
+  Query(const std::string &database, const char *statement);
+  ~Query();
+  Query(const Query &) = delete;
+  Query &operator=(const Query &) = delete;
+
+  // The first column of the first row; "" for none.
+  template <typename... Text>
+  std::string operator()(const Text &...parameters) {
+    int place = 0;
+    (bind(++place, parameters), ...);
+    return firstValue();
+  }
+
+ private:
+  void bind(int place, const std::string &text);
+  std::string firstValue();
+
+  sqlite3 *database_ = nullptr;
+  sqlite3_stmt *statement_ = nullptr;
+};
+
+}  // namespace korvel::bench
+
+#endif

@@ -1,0 +1,272 @@
+/* Code tables: text files of codes, labels and further columns in a tables directory. Lookup of a
+   code's label, search of a label's code, editing of the line found, and upkeep of whole tables.
+
+   A table is 8-bit text (CP1252), its lines ended by CR LF: a title, "Version: " and a text,
+   "#DEBUT", the data lines, "#FIN". The fields of a line stand between ',' or '+'; the first one is
+   the code, the ones behind it are the columns, numbered from 1. A field holds neither separator;
+   an empty field ends the line's fields, what stands behind it is no column. Lookup and search walk
+   all lines, the heading ones too; lines are numbered from 1.
+
+   Reading: a line ends at a carriage return or at the end of the file; line feeds are ignored
+   wherever they stand. Of a line the first 1022 characters count (line feeds not among them) and,
+   if it holds a NUL, those before it.
+
+   Comparison is case-sensitive, byte by byte, of equal lengths; '?' on either side, so in the file
+   too, equals any character.
+
+   Table names: with a directory set by setDirTables, the table is that directory's file of exactly
+   the name given ("actes.tab"); otherwise it is the file of szDirTables named like the table plus
+   ".tab" ("actes"). One ':' at the end of the directory does not count. A path of more than 255
+   characters names no table.
+
+   A buffer to fill is given with its size in bytes: at most size - 1 characters are written and
+   always a terminator; a null buffer or a size below 1 is not written. A null table or
+   list of criteria is a table that will not open; a null key or label matches no line. */
+#ifndef KORVEL_TABLES_H
+#define KORVEL_TABLES_H
+
+#include <korvel/types.h>
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/* ---- Tables directory and current line ---- */
+
+/* The tables directory, a NUL-terminated colon path, initially "". Written by the application; the
+   library reads it at each call and never writes it. */
+KORVEL_API extern char szDirTables[256];
+
+/* The tables directory that comes before szDirTables while it is not empty; initially "". Written
+   by setDirTables and by the application. */
+KORVEL_API extern char ZRV_Libelle_NC_szDirTables[256];
+
+/* The current line, split: its fields one behind the other, each ended by a NUL, a second NUL
+   behind the last one. What stands behind that is not part of it. Written by the functions below
+   as they say. */
+KORVEL_API extern char ZRV_Libelle_NC_szBuffer[1024];
+
+/* Number of the current line, from 1; 0 for none. */
+KORVEL_API extern int ZRV_Libelle_NC_il;
+
+/* 1 while ZRV_Libelle_NC_szBuffer is taken for the current line without reading the file again,
+   else 0. */
+KORVEL_API extern int ZRV_Libelle_NC_read;
+
+/* Sets ZRV_Libelle_NC_szDirTables; "" gives the word back to szDirTables.
+   dir: NUL-terminated colon path, copied. One of more than 255 characters, or null, is not taken.
+   Returns ZRV_Libelle_NC_szDirTables. */
+KORVEL_API char *setDirTables(const char *dir);
+
+/* Returns ZRV_Libelle_NC_szDirTables. */
+KORVEL_API char *getDirTables(void);
+
+/* ---- Label lookup ---- */
+
+/* Looks up the first line whose code matches the key and gives one of its columns.
+   key: keyLength characters, need not be terminated; a length below 1 matches no line.
+   column: 0 for the code, from 1 on for a column; a column that the line does not have gives "".
+   Returns 1; the line is the current one then and stands in the buffer.
+   Returns 0, out untouched, when no code matches: the current line is then the number of lines of
+   the table, the read flag 1 and the table's last line stands in the buffer. Returns 0 too when the
+   table will not open: the current line and the read flag are then 0. */
+KORVEL_API int ZRV_Libelle_NC(const char *key, int keyLength, int column, const char *table,
+                              char *out, int outSize);
+
+/* As ZRV_Libelle_NC with the key made of a number, on two characters: 7 looks for "07". A number
+   that needs more characters matches no line. */
+KORVEL_API int ZRV_Libelle_2(int code, int column, const char *table, char *out, int outSize);
+
+/* Gives another column of the current line.
+   While the read flag is 1 the buffer is used as it stands: keyLength 0 with column 0 gives the
+   code, with 1; otherwise a column from 1 on, with 1, or "" and 0 when the line does not have it.
+   While the read flag is 0 this is ZRV_Libelle_NC_idem_0. The key itself is not looked at. */
+KORVEL_API int ZRV_Libelle_NC_idem(const char *key, int keyLength, int column, const char *table,
+                                   char *out, int outSize);
+
+/* Reads the table again up to the current line and gives a column of it.
+   keyLength 0 with column 0 gives the code; otherwise a column from 1 on, "" when the line does not
+   have it. The key itself is not looked at.
+   Returns 1; the line stands in the buffer then, the read flag is 1.
+   Returns 0, out untouched, when the table has fewer lines: the read flag is 1 all the same, and
+   the last line stands in the buffer, not split. Returns 0 too when the table will not open: the
+   read flag is then 0, the buffer untouched. The current line's number never changes. */
+KORVEL_API int ZRV_Libelle_NC_idem_0(const char *key, int keyLength, int column, const char *table,
+                                     char *out, int outSize);
+
+/* Looks up the next line behind the current one whose code matches the key, and gives a column of
+   it (from 1 on; "" when the line does not have it).
+   Returns 1; the line is the current one then and stands in the buffer.
+   Returns 0, out, the current line's number and the read flag untouched, when there is none; the
+   table's last line then stands in the buffer (nothing does, if the table will not open). */
+KORVEL_API int ZRV_Libelle_NC_next(const char *key, int keyLength, int column, const char *table,
+                                   char *out, int outSize);
+
+/* Looks up, among the lines whose code matches the key, the first one in force on a day, and gives
+   a column of it. dateColumn: the column of the first day in force, DD/MM/YY; the next column holds
+   the last one. A line where either is missing or no date is in force on every day. date: YYYYMMDD
+   as a number. Returns 1; the line is the current one then and stands in the buffer. Returns 0 when
+   no line is: out then holds the column of the last line whose code matches (it is untouched if
+   there is none), and the state is what ZRV_Libelle_NC or ZRV_Libelle_NC_next left. */
+KORVEL_API int ZRV_Libelle_NC_dates(const char *key, int keyLength, int column, const char *table,
+                                    char *out, int outSize, int dateColumn, int date);
+
+/* Returns the number of the current line. */
+KORVEL_API int ZRV_Libelle_NC_get_ligne(void);
+
+/* Makes line the current line, to be read from the table at its next use (clears the read flag). */
+KORVEL_API void ZRV_Libelle_NC_set_ligne(int line);
+
+/* ---- Code search ----
+
+   In every search the code of each line goes to out before the line is compared: without a match
+   out holds the code of the table's last line. A line that does not have the column is compared by
+   its last field. A match becomes the current line and stands in the buffer.
+
+   Without a match the result is 0 and the table's last line stands in the buffer; the functions
+   that start at the first line set the current line to the number of lines and the read flag to 1,
+   those that go on behind the current line leave both as they were. When the table will not open
+   the result is 0 and out is untouched; the former then set both to 0. */
+
+/* Looks for the first line whose column matches the label and gives its code.
+   label: NUL-terminated; an empty one matches no line. column: from 1 on. Returns 1 or 0. */
+KORVEL_API int ZRV_Code_NC(const char *label, int column, const char *table, char *out,
+                           int outSize);
+
+/* As ZRV_Code_NC without regard to case: label and field are compared as strupr writes them. The
+   examined column then stands in the buffer as strupr writes it. A label of more than 255
+   characters matches no line. */
+KORVEL_API int ZRV_CodeNCS_NC(const char *label, int column, const char *table, char *out,
+                              int outSize);
+
+/* As ZRV_Code_NC, for lines behind the current one only. */
+KORVEL_API int ZRV_Code_NC_next(const char *label, int column, const char *table, char *out,
+                                int outSize);
+
+/* Looks for the first line that meets several criteria and gives its code.
+   labels: NUL-terminated texts, a null pointer behind the last. columns: the column of each, 0 for
+   the code, a number below 0 behind the last; the shorter list counts. Neighbours of one column
+   are alternatives, one of which must match; all columns must. In a label and in the file '?'
+   equals any character and a '*' at the end whatever follows. Without criteria the first line
+   matches. Returns 1 or 0. */
+KORVEL_API int ZRV_Code_NC_ex(const char *const *labels, const int *columns, const char *table,
+                              char *out, int outSize);
+
+/* As ZRV_Code_NC_ex, for lines behind the current one only. */
+KORVEL_API int ZRV_Code_NC_ex_next(const char *const *labels, const int *columns, const char *table,
+                                   char *out, int outSize);
+
+/* ---- Table editing ----
+
+   What is edited is the line whose number is ZRV_Libelle_NC_il, counted in the table as it is at
+   that moment: edits of one table wait for each other, also those of other processes, and none is
+   lost. Of the key only the length counts, and that only where it is said.
+
+   An edit rewrites the table: every line then ends with CR LF, the last one too, line feeds
+   elsewhere are gone, and of a line that is not the edited one the first 1023 characters stay. In
+   the edited line ',' stands between the fields; what stands from its first empty field on is left
+   as it is, like an empty column and those behind it. A line may become longer than the 1022
+   characters that are read of it.
+
+   Returns 1 when the table has the line, 0 when it has fewer; it is rewritten in both cases.
+   Returns 0, with the table, the current line and the buffer as they were, when the table will not
+   open or may not be written, when its folder does not let a file be exchanged or the disk is full,
+   and for a null table or text. At any moment the file is the old table or the new one, whole;
+   owner, mode and a symbolic link stay.
+
+   While an edit runs it takes two file handles (files.h). When the temporary file cannot be made,
+   as in a folder that may not be written or with one handle free, the first of them stays open.
+   That file is called like the table, its last character replaced by '_'; if somebody has left one
+   of that name, the edit uses it up, and what it holds behind the length of the new table becomes
+   the end of that. */
+
+/* Replaces a column (from 1 on) of the current line in the table; the code, for keyLength 0 and
+   column 0. In a line that does not have the column, no field changes. The buffer is left alone. */
+KORVEL_API int ZRV_Libelle_NC_idem_replace(const char *key, int keyLength, int column,
+                                           const char *table, const char *text);
+
+/* Adds a line to the table behind the current one, its fields all "Néant".
+   fields: their number, of which as many are written as fit into 1023 characters (170); 0: as many
+   as the current line has; below 0: nothing is changed, 0 is returned. On 1 the new line stands in
+   the buffer and the read flag is 1, but the number of the current line remains. */
+KORVEL_API int ZRV_Libelle_NC_idem_insert(const char *key, int keyLength, const char *table,
+                                          int fields);
+
+/* Removes the current line from the table. Its number remains, and is then that of the line behind
+   it. The buffer is left alone. */
+KORVEL_API int ZRV_Libelle_NC_idem_delete(const char *key, int keyLength, const char *table);
+
+/* Replaces a column (from 1 on) of the line in the buffer; the code, for keyLength 0 and column 0.
+   No file is touched, the table's name not looked at. text: may stand in the buffer itself. The
+   buffer is split afterwards, also if it was not; what passes its room is cut off. An empty text
+   for a column ends the fields there. Returns 1, or 0 when the line does not have the column (or
+   text is null). The current line's number and the read flag remain. */
+KORVEL_API int ZRV_Libelle_NC_set(const char *key, int keyLength, int column, const char *table,
+                                  const char *text);
+
+/* Writes the fields of the buffer in place of those of the current line in the table. On 1 the
+   buffer is left joined: it holds the fields as one, with ',' between them, until a line is looked
+   up again. The read flag remains. */
+KORVEL_API int ZRV_Libelle_NC_idem_flush(const char *key, int keyLength, const char *table);
+
+/* ---- Table maintenance ----
+
+   A null name is that of a table that does not exist; for a null version or title nothing is done
+   and 0 returned. */
+
+/* Called by ZRV_Table_scan. fields: the fields of a line, each ended by a NUL, a second NUL behind
+   the last; valid during the call, and writable up to there. */
+typedef void (*TableLine_t)(char *fields);
+
+/* Creates a table of four lines: the title, "Version: " and the version, "#DEBUT", "#FIN"; readable
+   and writable by all.
+   Returns 1 if it was created, or exists and is left untouched. A disk that is full is no failure:
+   the table is then as long as it could get. Returns 0 if no file can be created there. */
+KORVEL_API int ZRV_Table_create(const char *name, const char *version, const char *title);
+
+/* Removes a table, after waiting for edits of it. Returns 0 if it does not exist, else 1, whether
+   or not it could be removed. */
+KORVEL_API int ZRV_Table_remove(const char *name);
+
+/* Copies a table to its back-up, whose path is the table's with ".bak" for its last four
+   characters. overwrite: 0 leaves a back-up alone that exists. A back-up is replaced as a whole or,
+   if the new one cannot be written, not at all. A table whose path ends with ".bak" has none.
+   Always returns 0. */
+KORVEL_API int ZRV_Table_sauvegarde(const char *name, int overwrite);
+
+/* Puts the title in the place of line 1 and "Version: " and the version in that of line 2, as far
+   as the table has them, and gives the table a new name, which may be the old one. The table is
+   rewritten as by an edit.
+   Returns 1. Returns 0 if the table has no line; it is renamed then all the same. Returns 0 and
+   leaves everything as it was when something else has the new name already, and where an edit would
+   fail. A kill may leave the old table, the new one, or each under its name. */
+KORVEL_API int ZRV_Table_modify(const char *name, const char *newName, const char *version,
+                                const char *title);
+
+/* Lists the codes of the data lines, those between "#DEBUT" and "#FIN", with '+' between them. A
+   line counts with its first 254 characters. The table is looked for in szDirTables only, and
+   always gets ".tab".
+   out: empty at first. A code that does not fit is left out, but not the '+' before it.
+   Returns 1 if there is a line "#DEBUT", else 0, with out empty. */
+KORVEL_API int ZRV_Table_liste(const char *name, char *out, int outSize);
+
+/* Hands every data line to perLine, cut to its first 254 characters; the table's content is that of
+   the moment of the call.
+   firstLine: if it holds 0, set to the number of the line behind "#DEBUT". lastLine: set to the
+   number of the lines but one, which is that of the last data line in a table that ends with
+   "#FIN". Both are set as the lines pass, and may be null, as may perLine. Lines count from 1.
+   Returns 1 if there is a line "#DEBUT", else 0. */
+KORVEL_API int ZRV_Table_scan(const char *name, int *firstLine, int *lastLine, TableLine_t perLine);
+
+/* Puts back a missing heading: if line 1 is not exactly the title, the title and "Version: " and
+   the version are put before it, the table being rewritten as by an edit.
+   Returns 1 if that is done, or there was nothing to do; that includes a table that will not open
+   or cannot be rewritten. Returns 0, the table untouched, if line 1 is the title but line 3 is not
+   "#DEBUT", and if writing fails. */
+KORVEL_API int ZRV_Table_repair(const char *name, const char *version, const char *title);
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif

@@ -1,0 +1,133 @@
+// The heading lines of a table: changed together with its name, or put back.
+#include <sys/stat.h>
+
+#include <string_view>
+
+#include <korvel/tables.h>
+#include "files/paths.h"
+#include "tables/markers.h"
+#include "tables/path.h"
+#include "tables/rewrite.h"
+
+namespace korvel::tables {
+namespace {
+
+constexpr int kTitleLine = 1;
+constexpr int kVersionLine = 2;
+constexpr int kBeginLine = 3;
+
+struct Heading {
+  std::string_view version;
+  std::string_view title;
+
+  void writeTitle(RewriteOutput &output) const { output.writeLine({title}); }
+  void writeVersion(RewriteOutput &output) const { output.writeLine({kVersionMark, version}); }
+};
+
+class ChangeHeading final : public LineEdit {
+ public:
+  explicit ChangeHeading(const Heading &heading) : heading_(heading) {}
+
+  int nextAfter(int line) const override {
+    if (line < kTitleLine) return kTitleLine;
+    return line < kVersionLine ? kVersionLine : kNoLine;
+  }
+  bool apply(int line, std::string_view /*kept*/, RewriteOutput &output) override {
+    met_ = true;
+    if (line == kTitleLine) {
+      heading_.writeTitle(output);
+    } else {
+      heading_.writeVersion(output);
+    }
+    return true;
+  }
+  // Whether the table has any line.
+  bool met() const { return met_; }
+
+ private:
+  Heading heading_;
+  bool met_ = false;
+};
+
+class RestoreHeading final : public LineEdit {
+ public:
+  enum class Finding { None, Sound, Damaged, Restored };
+
+  explicit RestoreHeading(const Heading &heading) : heading_(heading) {}
+
+  int nextAfter(int line) const override {
+    if (line < kTitleLine) return kTitleLine;
+    return line < kBeginLine && finding_ == Finding::None ? kBeginLine : kNoLine;
+  }
+  // A heading that is there, sound or not, is left alone, and the rest of the table with it.
+  bool apply(int line, std::string_view kept, RewriteOutput &output) override {
+    if (line == kBeginLine) {
+      finding_ = kept == kBeginMark ? Finding::Sound : Finding::Damaged;
+      return false;
+    }
+    if (kept != heading_.title) {
+      finding_ = Finding::Restored;
+      heading_.writeTitle(output);
+      heading_.writeVersion(output);
+    }
+    output.writeLine({kept});
+    return true;
+  }
+  // None: the table is too short to tell, or was not read so far.
+  Finding finding() const { return finding_; }
+
+ private:
+  Heading heading_;
+  Finding finding_ = Finding::None;
+};
+
+bool isTaken(const TablePath &path) {
+  struct stat status;
+  return lstat(files::PosixPath(path.text).text(), &status) == 0;
+}
+
+int modify(const TablePath &path, const TablePath &newPath, const Heading &heading) {
+  const bool keepsName = std::string_view(path.text) == newPath.text;
+  if (!newPath || (!keepsName && isTaken(newPath))) return 0;
+  TableRewrite rewriting;
+  ChangeHeading edit(heading);
+  if (!rewriting.begin(path) || !rewriting.copy(edit)) return 0;
+  const bool done = keepsName ? rewriting.commit() : rewriting.commitAs(newPath);
+  // Kept: a table without a line gets its new name, too.
+  return done && edit.met() ? 1 : 0;
+}
+
+int repair(const TablePath &path, const Heading &heading) {
+  TableRewrite rewriting;
+  // Kept: where nothing can be read or rewritten, nothing counts as damaged.
+  if (!rewriting.begin(path)) return 1;
+  RestoreHeading edit(heading);
+  const bool copied = rewriting.copy(edit);
+  switch (edit.finding()) {
+    case RestoreHeading::Finding::Restored:
+      return copied && rewriting.commit() ? 1 : 0;
+    case RestoreHeading::Finding::Sound:
+      return 1;
+    case RestoreHeading::Finding::Damaged:
+      return 0;
+    case RestoreHeading::Finding::None:
+      break;
+  }
+  return copied ? 1 : 0;
+}
+
+}  // namespace
+}  // namespace korvel::tables
+
+using namespace korvel::tables;
+
+int ZRV_Table_modify(const char *name, const char *newName, const char *version,
+                     const char *title) {
+  if (version == nullptr || title == nullptr) return 0;
+  return modify(tablePath(name), tablePath(newName), {version, title});
+}
+
+int ZRV_Table_repair(const char *name, const char *version, const char *title) {
+  if (version == nullptr || title == nullptr) return 0;
+  return repair(tablePath(name), {version, title});
+}

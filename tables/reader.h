@@ -1,0 +1,95 @@
+// For tables/ and its tests only: the file of a table, read in large blocks.
+//
+// An application sees of it what it would see of a file that is first loaded whole into a memory
+// file: the same slots taken and given back, and no reading without a free one. A block is read
+// only when it is asked for, and only one stands in memory.
+#ifndef TABLES_READER_H
+#define TABLES_READER_H
+
+#include <cstddef>
+#include <string_view>
+
+#include "tables/line.h"
+
+namespace korvel::tables {
+
+// Which slots a reading needs free, and keeps to its end.
+enum class Slots {
+  File,           // a file handle
+  FileAndMemory,  // both; for readings during which nothing of the application runs
+  Memory,         // both at first, the file handle is given back once the file is open
+};
+
+// The blocks of a table file. kMargin bytes before and behind a block may be read as well; what
+// stands in them is not said.
+class TableReader {
+ public:
+  static constexpr std::size_t kLargestBlock = 256 * 1024;
+  static constexpr std::size_t kMargin = 2048;
+
+  // How much is read at once, up to that. A variable so that tests have seams between blocks
+  // everywhere.
+  static std::size_t blockSize;
+
+  TableReader() = default;
+  ~TableReader() { close(); }
+  TableReader(const TableReader &) = delete;
+  TableReader &operator=(const TableReader &) = delete;
+
+  // Opens the file at a colon path. Returns false, holding nothing, when it will not open, a slot
+  // is missing or there is no memory.
+  bool open(const char *path, Slots slots);
+
+  // The same for a table by its name.
+  bool openTable(const char *name, Slots slots);
+
+  // The next bytes of the file, where the ones before stood; empty at its end. A file that is cut
+  // short meanwhile ends there; what it grows by is not read.
+  std::string_view next();
+
+  // False when a read failed or the file was cut short: what next() gave is not all of it.
+  bool isWhole() const { return isWhole_; }
+
+  // Gives everything back but the file handle, which stays open.
+  void leaveOpen();
+
+  // Gives everything back, as the destructor does.
+  void close();
+
+ private:
+  bool start(int file, Slots slots);
+  bool detachFile();
+  bool takeBuffer();
+  void giveBackBuffer();
+
+  int file_ = -1;        // handle
+  int memory_ = -1;      // handle
+  int descriptor_ = -1;  // the file's
+  int left_ = 0;         // bytes of the file not read yet
+  bool isWhole_ = true;
+  char *buffer_ = nullptr;
+};
+
+// One line after the other, for whoever wants them all.
+class LineReader {
+ public:
+  // size: of the line buffer that says how many characters are kept, at most kLineSize
+  explicit LineReader(TableReader &table, std::size_t size = kLineSize)
+      : table_(table), size_(size), gathered_(size) {}
+
+  // The kept characters of the next line, valid until the next call. Returns false at the end.
+  bool next(std::string_view &kept);
+
+ private:
+  bool takeFromBlock(std::string_view &kept);
+
+  TableReader &table_;
+  std::size_t size_;
+  std::string_view block_;
+  bool unfinished_ = false;  // gathered_ holds the beginning of the next line
+  LineGatherer gathered_;
+};
+
+}  // namespace korvel::tables
+
+#endif

@@ -1,0 +1,112 @@
+// For tables/ and its tests only: the one way in which a table is rewritten.
+//
+// The old file is read in large blocks. Lines that are to stay and end with CR LF go out as they
+// came in, many at a time; the others go out as what a reader keeps of them and CR LF. A few blocks
+// stand in memory at any time. The new content takes the old one's place in one step: a kill, a
+// full disk or a failure at any moment leaves the old table or the new one, whole, with owner and
+// mode as they were. A table that is a symbolic link stays one.
+#ifndef TABLES_REWRITE_H
+#define TABLES_REWRITE_H
+
+#include <climits>
+#include <cstddef>
+#include <initializer_list>
+#include <string_view>
+
+#include "files/paths.h"
+#include "files/replace.h"
+#include "tables/line.h"
+#include "tables/lock.h"
+#include "tables/path.h"
+#include "tables/reader.h"
+#include "tables/rebuild.h"
+#include "tables/temporary.h"
+
+namespace korvel::tables {
+
+inline constexpr std::string_view kWrittenEnd = "\r\n";
+
+// The new content on its way into the replacement: small pieces are gathered, large ones go
+// straight on.
+class RewriteOutput final : public LineSink {
+ public:
+  explicit RewriteOutput(files::Replacement &to) : to_(to) {}
+
+  void write(std::string_view piece) override;
+  void writeLine(std::initializer_list<std::string_view> parts);
+
+  // Hands on what is gathered. Returns false when anything could not be written.
+  bool flush();
+  bool failed() const { return failed_; }
+  // Bytes written so far.
+  std::size_t size() const { return size_; }
+
+ private:
+  static constexpr std::size_t kGathered = 16 * 1024;
+  static constexpr std::size_t kLarge = 4 * 1024;
+
+  void handOn(std::string_view piece);
+
+  files::Replacement &to_;
+  bool failed_ = false;
+  std::size_t size_ = 0;
+  std::size_t length_ = 0;
+  char gathered_[kGathered];
+};
+
+// What a rewriting does to the lines that do not stay.
+class LineEdit {
+ public:
+  static constexpr int kNoLine = INT_MAX;
+
+  LineEdit(const LineEdit &) = delete;
+  LineEdit &operator=(const LineEdit &) = delete;
+
+  // The next one of them behind a line; kNoLine when there is none. Asked at the start, with 0, and
+  // after each apply().
+  virtual int nextAfter(int line) const = 0;
+  // Writes what comes in the line's place, line end included. kept: its characters. Returns false
+  // to leave the table as it is after all; no line behind it is read then.
+  virtual bool apply(int line, std::string_view kept, RewriteOutput &output) = 0;
+
+ protected:
+  LineEdit() = default;
+  ~LineEdit() = default;
+};
+
+// One rewriting of one table. Without a commit everything stays as it was; the table is free for
+// others once the object is gone.
+class TableRewrite {
+ public:
+  // Waits for the table and opens it, two file handles being taken as told by WritingHandle.
+  // Returns false when it does not open or cannot be replaced.
+  bool begin(const TablePath &path);
+
+  // Copies all lines but those that change. Returns false, with nothing to commit, when they cannot
+  // all be read and written, or the edit gives up.
+  bool copy(LineEdit &edit);
+
+  // Puts the new content in the table's place. Returns true when it is there.
+  bool commit();
+  // The same under a new colon path, which nothing bears; the old path is free then.
+  bool commitAs(const TablePath &path);
+
+ private:
+  bool openTemporary(const TablePath &path);
+  bool copyLines(LineEdit &edit, RewriteOutput &output);
+  bool appendLeftOver(RewriteOutput &output) const;
+  bool moveFile(const char *path);
+  bool moveLink(const char *path);
+
+  TableLock lock_;
+  TableReader reader_;
+  WritingHandle handle_;
+  LeftOver leftOver_;
+  files::Replacement replacement_;
+  files::PosixPath path_{nullptr};
+  files::PosixPath temporary_{nullptr};
+};
+
+}  // namespace korvel::tables
+
+#endif

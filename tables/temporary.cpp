@@ -1,0 +1,84 @@
+#include "tables/temporary.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
+
+#include <korvel/files.h>
+#include "files/slots.h"
+
+namespace korvel::tables {
+namespace {
+
+bool isSameFile(const struct stat &a, const struct stat &b) {
+  return a.st_dev == b.st_dev && a.st_ino == b.st_ino;
+}
+
+}  // namespace
+
+bool WritingHandle::take(const char *path) {
+  giveBack();
+  handle_ = files::takeSlot(DATA_FILE_TAB, DATA_FILE_ID);
+  if (handle_ < 0) return false;
+  FileSlot &slot = DATA_FILE_TAB[handle_];
+  slot.mode = files::kFreeSlot;
+  slot.position = 0;
+  const std::size_t length = std::strlen(path);
+  if (length < sizeof slot.name) {
+    std::memcpy(slot.name, path, length + 1);
+  } else {
+    handle_ = -1;
+  }
+  return handle_ >= 0;
+}
+
+void WritingHandle::giveBack() {
+  if (handle_ < 0) return;
+  DATA_FILE_TAB[handle_].size = 0;
+  files::giveBack(handle_, DATA_FILE_ID);
+  handle_ = -1;
+}
+
+void WritingHandle::dropUnopened() { handle_ = -1; }
+
+TablePath temporaryPath(const TablePath &table) {
+  TablePath path = table;
+  path.text[std::strlen(path.text) - 1] = '_';
+  return path;
+}
+
+bool LeftOver::open(const char *path, const char *table) {
+  close();
+  struct stat left;
+  struct stat rewritten;
+  if (lstat(path, &left) != 0) return true;
+  if (stat(table, &rewritten) == 0 && isSameFile(left, rewritten)) return true;
+  if (!S_ISREG(left.st_mode)) return false;
+  file_ = ::open(path, O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
+  if (file_ < 0) return false;
+  path_ = path;
+  return true;
+}
+
+long LeftOver::read(long offset, char *to, unsigned long size) const {
+  if (file_ < 0) return 0;
+  ssize_t got = 0;
+  do {
+    got = pread(file_, to, size, offset);
+  } while (got < 0 && errno == EINTR);
+  return got;
+}
+
+void LeftOver::consume() {
+  if (file_ >= 0) unlink(path_);
+  close();
+}
+
+void LeftOver::close() {
+  if (file_ >= 0) ::close(file_);
+  file_ = -1;
+}
+
+}  // namespace korvel::tables

@@ -1,0 +1,103 @@
+// For tests of table editing: what a call left on the disk and in the handle table.
+#ifndef TESTS_TABLES_EDITS_H
+#define TESTS_TABLES_EDITS_H
+
+#include <cstdlib>
+#include <filesystem>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "tests/files/faults.h"
+#include "tests/tables/tables.h"
+
+namespace korvel::test {
+
+// While it lives, scratch folders stand in memory where the machine has such a place: syncing costs
+// nothing there.
+class MemoryDisk {
+ public:
+  MemoryDisk() {
+    const char *now = std::getenv("TMPDIR");
+    before_ = now == nullptr ? "" : now;
+    if (access("/dev/shm", W_OK | X_OK) == 0) setenv("TMPDIR", "/dev/shm", 1);
+  }
+  ~MemoryDisk() {
+    if (before_.empty()) {
+      unsetenv("TMPDIR");
+    } else {
+      setenv("TMPDIR", before_.c_str(), 1);
+    }
+  }
+  MemoryDisk(const MemoryDisk &) = delete;
+  MemoryDisk &operator=(const MemoryDisk &) = delete;
+
+ private:
+  std::string before_;
+};
+
+// The files of a folder with their contents; a folder in it has "(folder)".
+inline std::map<std::string, std::string> filesIn(const std::string &folder) {
+  std::map<std::string, std::string> files;
+  for (const std::string &name : entries(folder)) {
+    const std::string path = folder + "/" + name;
+    files[name] = std::filesystem::is_directory(path) ? "(folder)" : content(path);
+  }
+  return files;
+}
+
+using Files = std::map<std::string, std::string>;
+
+// The example table: the line 07,Visite,01/01/95 is its line 6.
+inline std::string actes() {
+  return lines({"Actes", "Version: 2", "#DEBUT", "01,Consultation,01/01/95,31/12/99", "02+Garde",
+                "07,Visite,01/01/95", "#FIN"});
+}
+
+class Edits : private MemoryDisk, public Tables {
+ protected:
+  Edits() { table("actes", actes()); }
+
+  std::string folder() const { return volumes_.posix("tables"); }
+  std::string tableText(const std::string &name = "actes") const {
+    return content(posixPath(name));
+  }
+  Files files() const { return filesIn(folder()); }
+
+  // Handles in use.
+  static std::vector<int> openHandles() {
+    std::vector<int> open;
+    for (int handle = 0; handle < 5; ++handle) {
+      if (DATA_FILE_TAB[handle].mode != -1) open.push_back(handle);
+    }
+    return open;
+  }
+  static void closeHandles() {
+    for (int handle = 4; handle >= 0; --handle) File_Close(handle);
+    DATA_FILE_ID = -1;
+  }
+};
+
+inline int replaceColumn(int column, const char *text, const char *table = "actes") {
+  return ZRV_Libelle_NC_idem_replace("??", 2, column, table, text);
+}
+inline int replaceCode(const char *text, const char *table = "actes") {
+  return ZRV_Libelle_NC_idem_replace("??", 0, 0, table, text);
+}
+inline int insertLine(int fields, const char *table = "actes") {
+  return ZRV_Libelle_NC_idem_insert("??", 2, table, fields);
+}
+inline int deleteLine(const char *table = "actes") {
+  return ZRV_Libelle_NC_idem_delete("??", 2, table);
+}
+inline int setColumn(int column, const char *text) {
+  return ZRV_Libelle_NC_set("??", 2, column, "actes", text);
+}
+inline int setCode(const char *text) { return ZRV_Libelle_NC_set("??", 0, 0, "actes", text); }
+inline int flushLine(const char *table = "actes") {
+  return ZRV_Libelle_NC_idem_flush("??", 2, table);
+}
+
+}  // namespace korvel::test
+
+#endif

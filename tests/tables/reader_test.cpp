@@ -1,0 +1,154 @@
+#include "tables/reader.h"
+
+#include <unistd.h>
+
+#include <random>
+
+#include "tests/tables/tables.h"
+
+namespace korvel {
+namespace {
+
+using tables::LineReader;
+using tables::Slots;
+using tables::TableReader;
+
+class Reader : public test::Tables {
+ protected:
+  static std::string allOf(TableReader &reader) {
+    std::string all;
+    for (auto block = reader.next(); !block.empty(); block = reader.next()) all += block;
+    return all;
+  }
+
+  // Writes the table and returns its path.
+  std::string path(std::string_view bytes) const {
+    table("t", bytes);
+    return "Data:tables:t.tab";
+  }
+};
+
+TEST_F(Reader, GivesTheWholeFileInBlocks) {
+  std::mt19937 random(1);
+  for (const std::size_t size : {0U, 1U, 262143U, 262144U, 262145U, 600000U}) {
+    const std::string bytes = test::randomBytes(random, size);
+    const std::string file = path(bytes);
+    for (const Slots slots : {Slots::File, Slots::FileAndMemory, Slots::Memory}) {
+      TableReader reader;
+      ASSERT_TRUE(reader.open(file.c_str(), slots));
+      EXPECT_TRUE(allOf(reader) == bytes) << size;
+      EXPECT_TRUE(reader.next().empty());
+    }
+  }
+}
+
+TEST_F(Reader, HoldsTheSlotsItSays) {
+  const std::string file = path("x");
+  const struct {
+    Slots slots;
+    int file;
+    int memory;
+  } kCases[] = {{Slots::File, 0, -1}, {Slots::FileAndMemory, 0, 0}, {Slots::Memory, -1, 0}};
+  for (const auto &row : kCases) {
+    TableReader reader;
+    ASSERT_TRUE(reader.open(file.c_str(), row.slots));
+    EXPECT_EQ(DATA_FILE_ID, row.file);
+    EXPECT_EQ(DATA_MFIL_ID, row.memory);
+    reader.close();
+    EXPECT_EQ(DATA_FILE_ID, -1);
+    EXPECT_EQ(DATA_MFIL_ID, -1);
+  }
+}
+
+TEST_F(Reader, NeedsTheSlotsItSays) {
+  const std::string file = path("x");
+  for (int i = 0; i < 5; ++i) ASSERT_EQ(MFil_Open("", 0, 0), i);
+  TableReader reader;
+  EXPECT_TRUE(reader.open(file.c_str(), Slots::File));
+  EXPECT_FALSE(reader.open(file.c_str(), Slots::FileAndMemory));
+  EXPECT_FALSE(reader.open(file.c_str(), Slots::Memory));
+  EXPECT_EQ(DATA_FILE_ID, -1);
+  EXPECT_EQ(DATA_MFIL_ID, 4);
+}
+
+TEST_F(Reader, InsideAnotherOneHasItsOwnBlocks) {
+  const std::string file = path("outer");
+  TableReader outer;
+  ASSERT_TRUE(outer.open(file.c_str(), Slots::Memory));
+  const std::string_view block = outer.next();
+  table("u", "inner");
+  TableReader inner;
+  ASSERT_TRUE(inner.open("Data:tables:u.tab", Slots::FileAndMemory));
+  EXPECT_EQ(inner.next(), "inner");
+  EXPECT_EQ(block, "outer");
+}
+
+TEST_F(Reader, EndsWhereAFileIsCutShort) {
+  const std::string file = path(std::string(600000, 'x'));
+  TableReader reader;
+  ASSERT_TRUE(reader.open(file.c_str(), Slots::FileAndMemory));
+  EXPECT_EQ(reader.next().size(), TableReader::kLargestBlock);
+  ASSERT_EQ(truncate(posixPath("t").c_str(), 300000), 0);
+  EXPECT_EQ(reader.next().size(), 300000 - TableReader::kLargestBlock);
+  EXPECT_TRUE(reader.next().empty());
+}
+
+TEST_F(Reader, DoesNotReadWhatAFileGrowsBy) {
+  const std::string file = path("before");
+  TableReader reader;
+  ASSERT_TRUE(reader.open(file.c_str(), Slots::FileAndMemory));
+  path("before and after");
+  EXPECT_EQ(allOf(reader), "before");
+}
+
+// --- Line by line --------------------------------------------------------------------------------
+
+std::vector<std::string> linesOf(const std::string &path, std::size_t size) {
+  TableReader table;
+  EXPECT_TRUE(table.open(path.c_str(), Slots::File));
+  LineReader reader(table, size);
+  std::vector<std::string> all;
+  for (std::string_view kept; reader.next(kept);) all.emplace_back(kept);
+  std::string_view kept;
+  EXPECT_FALSE(reader.next(kept));
+  return all;
+}
+
+TEST_F(Reader, GivesLines) {
+  using Lines = std::vector<std::string>;
+  const struct {
+    std::string_view bytes;
+    Lines lines;
+  } kCases[] = {
+      {"", {}},
+      {"\n", {}},
+      {"a", {"a"}},
+      {"a\n", {"a"}},
+      {"a\r\n", {"a"}},
+      {"a\rb", {"a", "b"}},
+      {"\r\r", {"", ""}},
+      {"\r\n\r\nb\r\n", {"", "", "b"}},
+      {"a\nb\r\nc\n\r", {"ab", "c"}},
+  };
+  for (const auto &row : kCases) {
+    const std::string file = path(row.bytes);
+    for (const std::size_t block : {1U, 2U, 3U, 100U}) {
+      TableReader::blockSize = block;
+      EXPECT_EQ(linesOf(file, 1024), row.lines) << row.bytes << ' ' << block;
+    }
+  }
+}
+
+TEST_F(Reader, CutsLinesToTheBuffer) {
+  const std::string file = path(std::string(1500, 'a') + "\r\n" + std::string(300, 'b') + "\n");
+  for (const std::size_t block : {1U, 100U, 1500U, 100000U}) {
+    TableReader::blockSize = block;
+    EXPECT_EQ(linesOf(file, 1024),
+              (std::vector<std::string>{std::string(1023, 'a'), std::string(300, 'b')}));
+    EXPECT_EQ(linesOf(file, 256),
+              (std::vector<std::string>{std::string(255, 'a'), std::string(255, 'b')}));
+  }
+}
+
+}  // namespace
+}  // namespace korvel
