@@ -2,6 +2,7 @@
 #include "dialogs/callbacks.h"
 
 #include "dialogs/families.h"
+#include "dialogs/numbering.h"
 #include "dialogs/stored_text.h"
 
 namespace {
@@ -59,9 +60,7 @@ namespace {
 // Calls `callback` for field i of a type outside the event loop, where nothing is redisplayed.
 int callFor(const Family &family, int i, DlgBoxGlobal_t callback) {
   if (!hasField(family, i)) return 0;
-  const auto identifier =
-      static_cast<int>(*family.firstItem + static_cast<long long>(family.itemsPerField) * i);
-  callGlobal(callback, identifier, nullptr, 0);
+  callGlobal(callback, static_cast<int>(identifierOf(family, i)), nullptr, 0);
   return 0;
 }
 

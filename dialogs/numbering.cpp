@@ -14,10 +14,6 @@ namespace {
 
 bool isNumbered(long long number) { return number >= 0 && number < kNumberedItems; }
 
-long long ownIdentifier(const Family &family, int i) {
-  return *family.firstItem + static_cast<long long>(family.itemsPerField) * i;
-}
-
 void refuse(const FieldId &field, const char *what, int number) {
   std::fprintf(stderr,
                "korvel: dialog not shown: %s %d would need %s %d, beyond the last one, %d\n",
@@ -26,9 +22,13 @@ void refuse(const FieldId &field, const char *what, int number) {
 
 }  // namespace
 
+long long identifierOf(const Family &family, int i) {
+  return *family.firstItem + static_cast<long long>(family.itemsPerField) * i;
+}
+
 int itemOf(const Family &family, int i) {
   const int rank = family.rank[i];
-  if (rank < 0) return static_cast<short>(ownIdentifier(family, i));
+  if (rank < 0) return static_cast<short>(identifierOf(family, i));
   if (!isNumbered(rank)) return 0;
   return static_cast<short>(static_cast<long long>(rank) - Dlg_rkOffset[rank]);
 }
@@ -51,7 +51,7 @@ void recordItems(const Family &family, int i, int firstItem) {
   const int rank = family.rank[i];
   for (int item = firstItem; item < firstItem + family.itemsPerField; ++item) {
     if (isNumbered(item)) {
-      Dlg_itemOffset[item] = static_cast<int>(item - ownIdentifier(family, i));
+      Dlg_itemOffset[item] = static_cast<int>(item - identifierOf(family, i));
     }
   }
   if (isNumbered(rank)) Dlg_rkOffset[rank] = rank - firstItem;

@@ -19,6 +19,9 @@ constexpr int kFirstFieldItem = 3;
 // 16-bit number; 0, which is no item, for a rank beyond the tables.
 int itemOf(const Family &family, int i);
 
+// The logical identifier of field i, beyond 32 bits where the table's first item number is wild.
+long long identifierOf(const Family &family, int i);
+
 // The logical identifier of an item: its type's first item number + index (a date: + 3 * index).
 int identifierOf(int item);
 

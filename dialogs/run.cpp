@@ -91,12 +91,10 @@ void Session::handle(int item) {
 
 void Session::handleField(const FieldType &type, int i, int item) {
   switch (type.handle(screen_, i)) {
-    case Hit::Edited:
-      followValidity();
-      if (type.family->valid[i] != 0) callGlobalFor(item);
-      return;
     case Hit::Accepted:
       end(kAccepted);
+      [[fallthrough]];
+    case Hit::Edited:
       followValidity();
       if (type.family->valid[i] != 0) callGlobalFor(item);
       return;

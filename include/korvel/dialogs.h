@@ -113,7 +113,8 @@ KORVEL_API int TexteDlgBox_set_geo(int i, int x, int y, int cx, int cy, int rk);
 KORVEL_API int TexteDlgBox_set_ncarac(int i, int n);
 
 /* Makes field i a pop-up and copies its choices, cut to TDB_BUFFERSIZE - 1 characters, into its own
-   slice: one string, separated by "+" or "," (by "$" for a field that is to become a list). */
+   slice: one string, separated by "+" or "," (by "$" for a field that is to become a list). They
+   are shown only if the field was also given a text, which may be empty (TexteDlgBox_set). */
 KORVEL_API int TexteDlgBox_set_liste(int i, const char *choices);
 
 /* Turns a pop-up into a list, or a list into a pop-up; does nothing to other fields. */
@@ -474,6 +475,8 @@ KORVEL_API int Dlg_CoefCY(int cy);
    where there is none on the screen), shows it and runs it to its end.
    title: at most 255 characters are shown; a title set with TitreDlgBox_set goes before it.
 
+   At first a mandatory field that was never given a value is not acceptable; a text field then
+   keeps its flag as it is. Values given are checked, which may clear a flag and never sets one.
    Each change of a field is converted by its validation function and stored at once, its flag _bOK
    updated, and button 1 is enabled only while the flags of all text, integer, number and date
    fields in use are 1; an acceptable change then calls the global callback. A text that is longer
@@ -489,7 +492,7 @@ KORVEL_API int Dlg_CoefCY(int cy);
 KORVEL_API int ZRVDlgBoxEx(const char *title, WindowRef parent);
 
 /* Runs a built dialog to its end and disposes of it; results as for ZRVDlgBoxEx. Returns 0 and
-   does nothing for null and for a dialog that is running already. */
+   does nothing for null, for a dialog that is running already and for anything that is none. */
 KORVEL_API int DlgBoxFunc(DialogRef dialog);
 
 /* Validates every text, integer, number and date field in use from its stored value, setting its

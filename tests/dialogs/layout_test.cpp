@@ -111,6 +111,18 @@ TEST_F(DialogLayout, APopUpMarkWinsOverAListMark) {
   EXPECT_NE(layoutOf().find("3 pop-up"), std::string::npos);
 }
 
+TEST_F(DialogLayout, OnlyAMarkOfOneMakesAPopUpOrAList) {
+  TexteDlgBox_param(2, 100);
+  TexteDlgBox_set_geo(0, 0, 0, 10, 10, 0);
+  TexteDlgBox_set_geo(1, 0, 0, 10, 10, 1);
+  TDBC[0] = TDBL[0] = 2;
+  TDBC[1] = 2;
+  TDBL[1] = 1;
+  const std::string layout = layoutOf();
+  EXPECT_NE(layout.find("3 edit text"), std::string::npos) << layout;
+  EXPECT_NE(layout.find("4 list box"), std::string::npos) << layout;
+}
+
 TEST_F(DialogLayout, SizeInTheTablesIsOverwritten) {
   TailleDlgBox_set(200, 100);
   layoutOf();

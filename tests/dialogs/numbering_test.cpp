@@ -8,6 +8,7 @@
 
 #include <climits>
 #include <string>
+#include <vector>
 
 namespace korvel::test {
 namespace {
@@ -219,6 +220,25 @@ TEST_F(Numbering, AFieldWithoutARankIsLookedForAtItsFixedItem) {
   EXPECT_EQ(IDB_iInts[0], 12);
   EXPECT_STREQ(TDB_pszBuffer[0], "texte") << "the item's identifier is the placed field's";
   EXPECT_EQ(Callbacks::identifiers(), "1000 ");
+}
+
+TEST_F(Numbering, APlainTextFieldLeavesTheEntriesOfAnothersItem) {
+  // Text fields 2 and 3 are looked for at items 3 and 4, where 0 and 1 are placed.
+  TexteDlgBox_param(4, 1);
+  TexteDlgBox_set_liste(0, "a,b");
+  TexteDlgBox_set_liste(1, "a$b$c");
+  TexteDlgBox_change_liste(1);
+  for (int i = 0; i < 4; ++i) TexteDlgBox_set(i, "a");
+  TDB_rk[0] = 0;
+  TDB_rk[1] = 1;
+  desk.expectDialog("T")
+      .check([&] {
+        EXPECT_EQ(desk.entries(3), (std::vector<std::string>{"a", "b"}));
+        EXPECT_EQ(desk.value(3), 1);
+        EXPECT_EQ(desk.entries(4), (std::vector<std::string>{"a", "b", "c"}));
+      })
+      .press(kCancel);
+  EXPECT_EQ(ZRVDlgBoxEx("T", nullptr), 0);
 }
 
 TEST_F(Numbering, OfFieldsThatShareARankOnlyTheLastIsReached) {

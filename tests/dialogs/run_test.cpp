@@ -9,6 +9,7 @@
 #include <cstring>
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 namespace korvel::test {
 namespace {
@@ -358,6 +359,23 @@ TEST_F(DialogRun, OkNeedsEveryFlagOfEveryTypeInUse) {
   EXPECT_EQ(run(), 1);
 }
 
+TEST_F(DialogRun, OkFollowsTheFieldBeforeTheGlobalCallback) {
+  IntDlgBox_set_fvalid(2, intcod_i_ssup0);
+  std::vector<bool> enabled;
+  Callbacks::onGlobal = [&](const GlobalCall &) {
+    enabled.push_back(desk.isEnabled(kOk));
+    return 0;
+  };
+  expectDialog()
+      .replace(12, "0")
+      .check([&] { EXPECT_FALSE(desk.isEnabled(kOk)); })
+      .press(10)
+      .replace(12, "1")
+      .press(kOk);
+  EXPECT_EQ(run(), 1);
+  EXPECT_EQ(enabled, (std::vector<bool>{false, true}));
+}
+
 TEST_F(DialogRun, FlagsAreLookedAtAgainAfterARefusal) {
   Callbacks::onFinal = [](const FinalCall &) {
     TDB_bOK[0] = 0;
@@ -499,6 +517,20 @@ TEST_F(DialogRun, AValidatorMayDropEverything) {
   IntDlgBox_set_fvalid(1, dropEverything);
   expectDialog().hit(3).hit(5).hit(6).hit(7).hit(10).press(kOk);
   EXPECT_EQ(run(), 1) << "dropped while filling";
+}
+
+int throwAlways(char *, int *) { throw std::runtime_error("validator"); }
+
+TEST_F(DialogRun, AThrowingValidatorWhileFillingEndsAsACancel) {
+  IntDlgBox_set_fvalid(0, throwAlways);
+  EXPECT_EQ(run(), 0);
+  EXPECT_TRUE(isReset());
+  EXPECT_FALSE(desk.isDialogOpen());
+  EXPECT_EQ(desk.dialogsShown(), 0);
+  EXPECT_TRUE(Callbacks::finalCalls.empty());
+  describe();
+  expectDialog().press(kOk);
+  EXPECT_EQ(run(), 1) << "a further dialog is not kept back";
 }
 
 TEST_F(DialogRun, TheGlobalCallbackMayDescribeAnew) {

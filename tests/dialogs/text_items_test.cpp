@@ -55,7 +55,7 @@ TEST_F(TextItems, NobodyEditedNothingChanges) {
 TEST_F(TextItems, ATextNeverSetLeavesItsFlag) {
   expectDialog()
       .check([&] {
-        EXPECT_EQ(desk.text(kItem), "");
+        EXPECT_EQ(desk.takeWrites(), "3 text \"\"\n1 enabled yes\n");
         EXPECT_TRUE(desk.isEnabled(kOk));
       })
       .press(kOk);
@@ -410,6 +410,22 @@ TEST_F(PopUp, OneNeverSetHasNoChoices) {
   EXPECT_EQ(run(), 1);
 }
 
+TEST_F(PopUp, TheStarsOfAMaskedChoiceStandForThePreviousText) {
+  choices("ab,x*,***", "ab");
+  TexteDlgBox_password(0, 1);
+  expectDialog()
+      .check([&] { EXPECT_EQ(desk.value(kItem), 1) << "chosen by its text, not by its mask"; })
+      .choose(kItem, "x*")
+      .check([&] {
+        EXPECT_EQ(stored(), "xb");
+        EXPECT_EQ(desk.value(kItem), 2);
+      })
+      .choose(kItem, "***")
+      .press(kOk);
+  EXPECT_EQ(run(), 1);
+  EXPECT_EQ(stored(), "xb");
+}
+
 TEST_F(PopUp, RedisplayFindsAChoiceAgain) {
   choices("a,for\xEAt,ma\xEFs,a", "a");
   const struct {
@@ -499,6 +515,12 @@ TEST_F(List, AClickedRowIsStored) {
   EXPECT_EQ(run(), 1);
   EXPECT_EQ(stored(), "for\xEAt");
   EXPECT_EQ(Callbacks::identifiers(), "100 100 ");
+}
+
+TEST_F(List, OneNeverSetHasNoRows) {
+  TDB_bInit[0] = 0;
+  expectDialog().check([&] { EXPECT_TRUE(desk.entries(kItem).empty()); }).press(kOk);
+  EXPECT_EQ(run(), 1);
 }
 
 TEST_F(List, AHitWithoutAClickedRowIsEmpty) {

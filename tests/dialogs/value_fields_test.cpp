@@ -206,6 +206,16 @@ TEST_F(IntegerFields, ModeChoosesTheValidator) {
   }
 }
 
+TEST_F(IntegerFields, ValidatorsOutsideTheCountAreNotSet) {
+  IntDlgBox_param(1, 3);
+  for (const int i : {1, 127, 128, -1, INT_MIN, INT_MAX}) {
+    EXPECT_EQ(IntDlgBox_set_fvalid(i, acceptNothing), 0);
+  }
+  EXPECT_EQ(vi_tab[0], intcod_i);
+  EXPECT_EQ(vi_tab[1], nullptr);
+  EXPECT_EQ(vi_tab[127], nullptr);
+}
+
 TEST_F(IntegerFields, RetrieveGivesTheValue) {
   IntDlgBox_param(1, 3);
   IntDlgBox_set(0, INT_MIN, 0);
@@ -285,6 +295,16 @@ TEST_F(NumberFields, ModeChoosesTheValidator) {
   }
 }
 
+TEST_F(NumberFields, ValidatorsOutsideTheCountAreNotSet) {
+  NumDlgBox_param(1, 3);
+  for (const int i : {1, 127, 128, -1, INT_MIN, INT_MAX}) {
+    EXPECT_EQ(NumDlgBox_set_fvalid(i, acceptNoNumber), 0);
+  }
+  EXPECT_EQ(vf_tab[0], realcod_d);
+  EXPECT_EQ(vf_tab[1], nullptr);
+  EXPECT_EQ(vf_tab[127], nullptr);
+}
+
 TEST_F(NumberFields, DecimalsRiseAndFall) {
   NumDlgBox_param(1, 3);
   const struct { int n, decimals; } kCases[] = {{2, 2}, {9, 9}, {0, 0}, {-4, 0}, {INT_MIN, 0}};
@@ -348,6 +368,16 @@ TEST_F(DateFields, ModeChoosesTheValidator) {
     EXPECT_EQ(vd_tab[0], validator) << mode;
     EXPECT_EQ(DDB_lDates[0], 20240229);
   }
+}
+
+TEST_F(DateFields, ValidatorsOutsideTheCountAreNotSet) {
+  DateDlgBox_param(1, 3);
+  for (const int i : {1, 19, 20, -1, INT_MIN, INT_MAX}) {
+    EXPECT_EQ(DateDlgBox_set_fvalid(i, acceptNothing), 0);
+  }
+  EXPECT_EQ(vd_tab[0], intcod_l);
+  EXPECT_EQ(vd_tab[1], nullptr);
+  EXPECT_EQ(vd_tab[19], nullptr);
 }
 
 TEST_F(DateFields, RetrieveGivesTheValue) {

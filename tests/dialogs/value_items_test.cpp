@@ -561,6 +561,14 @@ TEST_F(NumberItems, AreFilledWithTheirDecimals) {
   }
 }
 
+TEST_F(NumberItems, FillingOnlyEverClearsTheFlag) {
+  NumDlgBox_set(0, 5, 0);
+  NDB_bOK[0] = 0;
+  expectDialog().check([&] { EXPECT_FALSE(desk.isEnabled(kOk)); }).press(kCancel);
+  run();
+  EXPECT_EQ(NDB_bOK[0], 0);
+}
+
 TEST_F(NumberItems, AnyValueIsFilled) {
   for (const double value : {1e300, -HUGE_VAL, HUGE_VAL, std::nan("")}) {
     for (const int decimals : {0, 5, 300, 100000}) {
@@ -695,6 +703,13 @@ TEST_F(DateItems, AreFilledInThreeItems) {
     run();
     EXPECT_EQ(DDB_lDates[0], date);
   }
+}
+
+TEST_F(DateItems, FillingOnlyEverClearsTheFlag) {
+  DDB_bOK[0] = 0;
+  expectDialog().check([&] { EXPECT_FALSE(desk.isEnabled(kOk)); }).press(kCancel);
+  run();
+  EXPECT_EQ(DDB_bOK[0], 0);
 }
 
 TEST_F(DateItems, OneNeverSetIsEmpty) {
@@ -870,6 +885,31 @@ TEST_F(DateItems, ShowingFillsAgainAndClearingEmpties) {
   }
 }
 
+// ---- Validators ----
+
+TEST_F(Items, AnApplicationsOwnValidatorsAreCalled) {
+  ValidInt_t integers[128] = {}, dates[20] = {};
+  ValidNum_t numbers[128] = {};
+  vi = integers;
+  vf = numbers;
+  vd = dates;
+  IntDlgBox_param(1, 300);
+  IntDlgBox_set_geo(0, 0, 0, 0, 0, 0);
+  IntDlgBox_set(0, 5, 0);
+  NumDlgBox_param(1, 400);
+  NumDlgBox_set_geo(0, 0, 0, 0, 0, 1);
+  NumDlgBox_set(0, 1.5, 0);
+  NumDlgBox_set_nchiff(0, 1);
+  DateDlgBox_param(1, 500);
+  DateDlgBox_set_geo(0, 0, 0, 0, 0, 2);
+  DateDlgBox_set(0, 20240229, 1);
+  integers[0] = dates[0] = recordInteger;
+  numbers[0] = recordNumber;
+  expectDialog().replace(3, "6").replace(4, "2,5").replace(5, "28").press(kOk);
+  EXPECT_EQ(run(), 1);
+  EXPECT_EQ(s_seen, (std::vector<std::string>{"5", "1.5", "20240229", "6", "2,5", "20240228"}));
+}
+
 // ---- Push buttons ----
 
 class PushItems : public Items {
@@ -894,6 +934,16 @@ TEST_F(PushItems, TheActionThenTheGlobalCallback) {
   EXPECT_EQ(order, "action 600 601 ");
   ASSERT_EQ(Callbacks::actionCalls.size(), 1U);
   EXPECT_NE(Callbacks::actionCalls[0], nullptr);
+}
+
+TEST_F(PushItems, AnApplicationsOwnActionsAreCalled) {
+  PushAction_t own[10] = {};
+  vp = own;
+  PushDlgBox_set_fvalid(1, Callbacks::action);
+  EXPECT_EQ(vp_tab[1], nullptr);
+  expectDialog().press(3).press(4).press(kOk);
+  EXPECT_EQ(run(), 1);
+  EXPECT_EQ(Callbacks::actionCalls.size(), 1U);
 }
 
 TEST_F(PushItems, AMissingActionTableIsSurvived) {
