@@ -137,8 +137,9 @@ int readAny(char *text, double *value) {
   chelibl_d(text);
   if (text[0] == '\0') return kEmpty;
   const bool negative = text[0] == '-';
-  const Parts parts = partsOf(text + (skipSign(text) - text));
-  if (*skipSign(text) == '\0') return kSignAlone;
+  char *const number = text + (skipSign(text) - text);
+  if (*number == '\0') return kSignAlone;
+  const Parts parts = partsOf(number);
   if (!areDigits(parts.integral, parts.integralEnd)) return kNotDigit;
   if (!areDigits(parts.fraction, parts.fractionEnd)) return kFractionNotDigit;
 

@@ -220,12 +220,12 @@ int writeFixed(double x, char *buffer, int capacity, int decimals) {
 // ---- Significant digits ----
 
 // The next digit of a fraction, which goes on with the rest. A fraction of 1 and above, left over
-// by an integral part that stopped at its bound, has no digit but 9.
+// by an integral part that stopped at its bound, has no digit but 9: the rest of it stays above 1.
 char nextDigit(double &fraction) {
   fraction *= 10.0;
-  const double digit = integralPart(fraction);
+  const double digit = std::min(integralPart(fraction), 9.0);
   fraction -= digit;
-  return static_cast<char>('0' + static_cast<int>(std::min(digit, 9.0)));
+  return static_cast<char>('0' + static_cast<int>(digit));
 }
 
 // Moves a fraction above 0 to its first significant digit. Returns over how many zeros.

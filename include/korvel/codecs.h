@@ -3,7 +3,9 @@
    Texts are NUL-terminated 8-bit strings; a text that is read is trimmed of its leading and
    trailing blanks in place and stays trimmed whatever the outcome. Buffers to fill are given with
    their capacity in bytes, terminator included; a capacity below 1 is never written. Nothing
-   depends on the locale of the process. Pointers must not be null. */
+   depends on the locale of the process. A null pointer is never followed: a reader answers as for
+   an empty text, a writer as for a buffer that is too small, a reader or writer of NUMs as for a
+   wrong width; what splits a real does nothing. */
 #ifndef KORVEL_CODECS_H
 #define KORVEL_CODECS_H
 
@@ -84,7 +86,8 @@ KORVEL_API int realdco_d(double value, char *buffer, int capacity, int decimals)
 /* Writes a real with `digits` + 1 significant digits, truncated, as d.ddd with an exponent where it
    is not 0 (1234.5 with 3 gives "1.234e3", 0.05 with 0 gives "5.e-2"); 0 gives "0", and so does
    NaN. Values are exact below a magnitude of 2147483648. From there on (infinities included) the
-   integral part stays 2147483647 (2147483648 for a negative value) and every digit behind it is 9.
+   integral part stays 2147483647 (2147483648 for a negative value); where that leaves 1 or more of
+   the value, every digit behind it is 9.
    With a negative `digits`, one digit of an integral part is written, and none of a fraction.
    Returns 0, or 2 when the text does not fit (the buffer holds what did). An exponent that does not
    fit behind its "e" is cut or left out and still gives 0. Nothing is written when the capacity is

@@ -83,8 +83,8 @@ KORVEL_API int utdatedm(int year, int month);
 /* Returns the day of the week, 0 (Sunday) to 6 (Saturday). */
 KORVEL_API int utdatedw(int year, int month, int day);
 
-/* Returns 1 when the number is a date of the years 1800 to 2100 (its last four digits of the year
-   count), else 0. */
+/* Returns 1 when the number is a date of the years 1800 to 2100, else 0. Of a longer year, only the
+   last four digits count. */
 KORVEL_API int Validate_Date(int date);
 
 /* Returns the date n days later. A month outside 1 to 12 has no days and is stepped over; a result

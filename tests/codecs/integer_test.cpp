@@ -184,7 +184,9 @@ TEST(IntegerRead, NullPointersCountAsEmptyText) {
   EXPECT_EQ(intcod_l_sup0(nullptr, &value), 1);
   EXPECT_EQ(value, kUntouched);
   char text[] = "12";
-  EXPECT_EQ(intcod_l(text, nullptr), 1);
+  for (const Reader reader : {intcod_i, intcod_l, intcod_i_sup0, intcod_i_ssup0, intcod_l_sup0}) {
+    EXPECT_EQ(reader(text, nullptr), 1);
+  }
 }
 
 std::string randomText(std::mt19937 &random) {

@@ -207,14 +207,14 @@ inline Writing literalWriteSignificant(double x, int capacity, int extraDigits) 
   }
   while (budget > 0) {
     fraction *= 10.0;
-    const double digit = literalIntegral(fraction);
+    // What is left above an integral part that stopped at its bound has no digit but 9.
+    const double digit = std::min(literalIntegral(fraction), 9.0);
     fraction -= digit;
     if (buffer.text.empty() && digit == 0.0) {
       --k;
       continue;
     }
-    const int shown = static_cast<int>(std::min(digit, 9.0));
-    if (!buffer.append(static_cast<char>('0' + shown))) return {2, buffer.text};
+    if (!buffer.append(static_cast<char>('0' + static_cast<int>(digit)))) return {2, buffer.text};
     --budget;
   }
   if (!buffer.insert('.', std::min<std::size_t>(buffer.text.size(), 1))) return {2, buffer.text};

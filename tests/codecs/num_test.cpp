@@ -203,6 +203,9 @@ TEST(NumReadInterval, ReadsBothBounds) {
       {"10,20]", 0, 10, 20},
       {"0-0", 0, 0, 0},
       {"00000000001,00000000002", 0, 1, 2},
+      // Blanks next to a bracket or a separator do not count for a bound's width.
+      {"[               10-20               ]", 0, 10, 20},
+      {"10               ;               20", 0, 10, 20},
       // Bounds are not put in order.
       {"20-10", 0, 20, 10},
       // The first separator splits; a second one is no digit.
@@ -261,6 +264,8 @@ TEST(NumReadReal, ReadsRealsAndPercentages) {
       {"0000000000000000012", 0, 12.0},
       {"00000000000000000012", 11, 0.0},
       {"0000000000000000012%", 0, 0.12},
+      // The sign and the blanks before it do not count for the width.
+      {"12,5                      %", 0, 0.125},
       {"", 1, 0.0},
       {"%", 1, 0.0},
       {"-", 2, 0.0},

@@ -200,7 +200,9 @@ TEST(RealRead, NullPointersCountAsEmptyText) {
   EXPECT_EQ(realcod_d_ssup0(nullptr, &value), 1);
   EXPECT_TRUE(sameBits(value, kUntouched));
   char text[] = "12";
-  EXPECT_EQ(realcod_d(text, nullptr), 1);
+  for (const Reader reader : {realcod_d, realcod_d_sup0, realcod_d_ssup0}) {
+    EXPECT_EQ(reader(text, nullptr), 1);
+  }
   EXPECT_EQ(realcod_f(text, nullptr), 1);
 }
 

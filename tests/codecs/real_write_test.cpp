@@ -291,6 +291,26 @@ TEST(RealWriteSignificant, BoundedForWhateverIsNoEverydayNumber) {
   expectWrites(realdco_sd, 1.5, 12, INT_MAX, {2, "15000000000"});
 }
 
+TEST(RealWriteSignificant, EveryDigitAboveTheBoundIsNine) {
+  constexpr Row kRows[] = {
+      // Less than 1 above the bound is exact.
+      {2147483647.5, 12, "2.147483647500e9"},
+      {-2147483648.5, 12, "-2.147483648500e9"},
+      // 1 and more is nines, however little it is.
+      {2147483648.0, 12, "2.147483647999e9"},
+      {2147483648.5, 12, "2.147483647999e9"},
+      {2147483657.25, 12, "2.147483647999e9"},
+      {-2147483649.0, 12, "-2.147483648999e9"},
+      {-2147483649.5, 12, "-2.147483648999e9"},
+      {3000000000.0, 20, "2.14748364799999999999e9"},
+  };
+  for (const Row &row : kRows) {
+    expectWrites(realdco_sd, row.value, 64, row.digits, {0, row.text});
+    expectWrites(realdco_sd, row.value, 64, row.digits,
+                 literalWriteSignificant(row.value, 64, row.digits));
+  }
+}
+
 TEST(RealWriteSignificant, AgreesWithTheLiteralWriterAtEveryCapacity) {
   std::mt19937_64 random(53);
   for (int i = 0; i < 3000; ++i) {
