@@ -70,7 +70,7 @@ bool readShort(const char *text, std::uint32_t limit, int *value) {
   const bool negative = text[0] == '-';
   const bool hasSign = negative | (text[0] == '+');
   const ShortNumber number = shortNumber(text, length, hasSign);
-  const bool plain = areDigitValues(number.head) & areDigitValues(number.tail);
+  const bool plain = areDigitValues(number.head) && areDigitValues(number.tail);
   if (!plain || length == static_cast<std::size_t>(hasSign)) return false;
   const std::uint64_t magnitude =
       joinDigits(number.tail) + std::uint64_t{100000000} * joinDigits(number.head);

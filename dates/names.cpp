@@ -10,7 +10,7 @@ constexpr std::size_t kAbbreviation = 3;
 
 constinit char abbreviation[kAbbreviation + 1] = "   ";
 
-// Kept: é is the byte 0x82, Aout has no accent, and both abbreviations are one buffer.
+// Places in the table below.
 constexpr int kNoMonth = 0;
 constexpr int kMonths = 12;
 constexpr int kFirstDay = kMonths + 1;
@@ -19,31 +19,12 @@ constexpr int kNoDay = kFirstDay + kDays;
 constexpr int kMonthAbbreviation = kNoDay + 1;
 constexpr int kDayAbbreviation = kNoDay + 2;
 
+// Kept: é is the byte 0x82 (octal 202), Aout has no accent, both abbreviations are one buffer.
 constinit const char *const names[] = {
-    "Ill\x82gal",
-    "Janvier",
-    "F\x82vrier",
-    "Mars",
-    "Avril",
-    "Mai",
-    "Juin",
-    "Juillet",
-    "Aout",
-    "Septembre",
-    "Octobre",
-    "Novembre",
-    "D\x82"
-    "cembre",
-    "Dimanche",
-    "Lundi",
-    "Mardi",
-    "Mercredi",
-    "Jeudi",
-    "Vendredi",
-    "Samedi",
-    "Ill\x82gal",
-    abbreviation,
-    abbreviation,
+    "Ill\202gal",  "Janvier",  "F\202vrier", "Mars",       "Avril",      "Mai",
+    "Juin",        "Juillet",  "Aout",       "Septembre",  "Octobre",    "Novembre",
+    "D\202cembre", "Dimanche", "Lundi",      "Mardi",      "Mercredi",   "Jeudi",
+    "Vendredi",    "Samedi",   "Ill\202gal", abbreviation, abbreviation,
 };
 static_assert(std::size(names) == kDayAbbreviation + 1);
 

@@ -44,6 +44,17 @@ PosixPath::PosixPath(const char *mac) {
     }
     return appendExchanged(mac);
   }();
+  end(fits);
+}
+
+PosixPath PosixPath::toOpen(const char *mac) {
+  PosixPath path;
+  if (mac == nullptr || mac[std::strcspn(mac, ":/")] != ':') return path;
+  path.end(path.appendVolumesFolder() && path.appendExchanged(mac));
+  return path;
+}
+
+void PosixPath::end(bool fits) {
   if (!fits) length_ = 0;
   text_[length_] = '\0';
 }

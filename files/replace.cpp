@@ -216,11 +216,12 @@ bool copyStretch(int from, int to, off_t begin, off_t end) {
 
 }  // namespace
 
-bool Replacement::begin(const char *path, IfMissing ifMissing) {
+bool Replacement::begin(const char *path, IfMissing ifMissing, ReplaceRules rules) {
   discard();
+  rules_ = rules;
   if (path == nullptr || faulty(ReplaceStep::Open)) return false;
   const bool ready = findFile(path, ifMissing) && openFolder() && openOld(ifMissing) &&
-                     (openTemporary() || (old_ >= 0 && folderRefuses(errno) && openAside()));
+                     (openTemporary() || (mayOverwrite() && openAside()));
   if (!ready) discard();
   return ready;
 }
@@ -325,7 +326,7 @@ bool Replacement::commit() {
   if (place_ == Place::Aside) {
     done = done && overwrite();
   } else if (done) {
-    done = exchange() || (old_ >= 0 && folderRefuses(errno) && overwrite());
+    done = exchange() || (mayOverwrite() && overwrite());
   }
   discard();
   return done;
@@ -339,7 +340,8 @@ bool Replacement::exchange() {
   if (renameat(folder_, temporary_, folder_, name_) != 0) return false;
   temporary_[0] = '\0';
   // The file has its new content: a folder that cannot be synced changes nothing about that.
-  if (!faulty(ReplaceStep::Folder) && fsync(folder_) != 0 && errno == EBADF) syncfs(content_);
+  if (rules_.folderSync && !faulty(ReplaceStep::Folder) && fsync(folder_) != 0 && errno == EBADF)
+    syncfs(content_);
   return true;
 }
 
@@ -361,6 +363,11 @@ bool Replacement::linkedAs(const char *name) {
   char descriptor[sizeof "/proc/self/fd/" + 3 * sizeof(int)];
   std::snprintf(descriptor, sizeof descriptor, "%s/%d", kDescriptors, content_);
   return linkat(AT_FDCWD, descriptor, folder_, name, AT_SYMLINK_FOLLOW) == 0;
+}
+
+// Asked when a step of the exchange has just failed.
+bool Replacement::mayOverwrite() const {
+  return old_ >= 0 && rules_.inPlace && folderRefuses(errno);
 }
 
 // What the file grows by is written and synced first: a full disk shows while every old byte is
@@ -400,9 +407,11 @@ void Replacement::discard() {
   failed_ = false;
 }
 
-bool replaceFile(const char *path, std::span<const std::string_view> pieces, IfMissing ifMissing) {
+bool replaceFile(const char *path, std::span<const std::string_view> pieces, IfMissing ifMissing,
+                 ReplaceRules rules) {
   Replacement replacement;
-  return replacement.begin(path, ifMissing) && replacement.append(pieces) && replacement.commit();
+  return replacement.begin(path, ifMissing, rules) && replacement.append(pieces) &&
+         replacement.commit();
 }
 
 }  // namespace korvel::files

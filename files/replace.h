@@ -15,17 +15,18 @@
 //  5. Sync      The content reaches the disk, before any name leads to it.
 //  6. Link      A nameless temporary gets its name.
 //  7. Rename    The temporary takes the place of the file, in one step.
-//  8. Folder    The folder reaches the disk, so that the new content outlives a loss of power.
+//  8. Folder    The folder reaches the disk, so that the new content outlives a loss of power. A
+//               caller may do without.
 //
 // Until step 7 the old file is untouched and a failure removes the temporary. A kill leaves no
 // temporary behind if it is nameless, but for the instant between steps 6 and 7; what such a kill
 // left is removed by a replacement of the same file a minute later or more.
 //
 // Only where the folder does not admit the exchange (it is not writable, or sticky and the file
-// someone else's, or the file is a mount point) is the file overwritten in place: the content is
-// gathered first, what the file grows by is on the disk before an old byte is touched, and the old
-// bytes are put back when the overwriting fails, so that nothing but a broken disk or a kill in its
-// midst leaves a mixture.
+// someone else's, or the file is a mount point) is the file overwritten in place, unless the caller
+// would rather have it left as it is: the content is gathered first, what the file grows by is on
+// the disk before an old byte is touched, and the old bytes are put back when the overwriting fails,
+// so that nothing but a broken disk or a kill in its midst leaves a mixture.
 //
 // A file with several hard links gets a new content under this one name; its other names keep the
 // old content. Writing through them would put the old content at risk.
@@ -45,6 +46,13 @@ enum class IfMissing {
   Create,  // readable, writable and executable by all, whatever the process's file mask
 };
 
+// What a caller may settle for.
+struct ReplaceRules {
+  bool inPlace = true;  // the file is overwritten where its folder does not admit the exchange
+  bool folderSync =
+      true;  // step 8; without it a loss of power soon after may bring the old file back
+};
+
 // A replacement in progress. Content is appended in any number of calls (each costs a system call
 // or more: give large pieces) and takes effect with commit(); a replacement destroyed before that
 // leaves everything as it was.
@@ -58,7 +66,7 @@ class Replacement {
   // Starts to replace the file at a POSIX path (not kept). Returns false, with nothing changed,
   // when the file may not be written, is not a regular file, is missing (unless it is to be
   // created), or no temporary can be made.
-  bool begin(const char *path, IfMissing ifMissing = IfMissing::Fail);
+  bool begin(const char *path, IfMissing ifMissing = IfMissing::Fail, ReplaceRules rules = {});
 
   // Appends the pieces, one after another. After a false the replacement can only be discarded,
   // and commit() will do just that.
@@ -85,10 +93,12 @@ class Replacement {
   bool giveName();
   bool linkedAs(const char *name);
   bool exchange();
+  bool mayOverwrite() const;
   bool overwrite();
   bool overwriteBeginning(off_t size);
 
   Place place_ = Place::Unnamed;
+  ReplaceRules rules_;
   bool failed_ = false;
   int folder_ = -1;   // the file's folder
   int old_ = -1;      // the file, open for writing and if possible reading; -1: to be created
@@ -101,7 +111,7 @@ class Replacement {
 
 // Replaces a file's content by the pieces. Result as Replacement::commit().
 bool replaceFile(const char *path, std::span<const std::string_view> pieces,
-                 IfMissing ifMissing = IfMissing::Fail);
+                 IfMissing ifMissing = IfMissing::Fail, ReplaceRules rules = {});
 
 // For tests: asked before each step; an error number other than 0 makes the step fail with it.
 // Temporary is the making of a nameless one, Write comes once per system call, Overwrite once per

@@ -135,7 +135,8 @@ class Desktop {
 
   // The application's active window, or null.
   virtual WindowRef frontWindow() = 0;
-  // The content of a window in screen coordinates; nothing for null or a window that is gone.
+  // The content of a window in screen coordinates; nothing for null or a window that is gone or
+  // hidden.
   virtual std::optional<Rect> windowBounds(WindowRef window) = 0;
   // The part of the main screen that windows may cover.
   virtual Rect screenBounds() = 0;

@@ -11,7 +11,7 @@
 #include <cstdint>
 #include <cstring>
 
-#ifdef __SSE2__
+#if defined(__x86_64__) && defined(__SSE2__)
 #include <emmintrin.h>
 #endif
 
@@ -85,7 +85,7 @@ class PlainBlock {
   std::array<std::uint8_t, kBlock> bytes_{};
 };
 
-#ifdef __SSE2__
+#if defined(__x86_64__) && defined(__SSE2__)
 class Sse2Block {
  public:
   // Two words that overlap in the middle hold any count without a loop.

@@ -3,7 +3,10 @@
 
 #include <korvel/strings.h>
 
+#include <cstddef>
 #include <cstring>
+
+#include "strings/capitals.h"
 
 using korvel::strings::Block;
 
@@ -16,6 +19,9 @@ void m2wstr(char *s) {
 }
 
 char *strupr(char *s) {
-  if (s != nullptr) korvel::strings::capitalise<Block>(s, std::strlen(s));
+  if (s == nullptr) return nullptr;
+  const std::size_t length = std::strlen(s);
+  const std::size_t done = korvel::strings::capitaliseWide(s, length);
+  korvel::strings::capitalise<Block>(s + done, length - done);
   return s;
 }

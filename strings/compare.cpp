@@ -15,7 +15,8 @@ struct Run {
   int length;
 
   bool endsWithStar() const { return bytes[length - 1] == '*'; }
-  bool hasStarAt(int i) const { return i >= 0 && i < length && bytes[i] == '*'; }
+  // i < length; there is no byte in front of the run.
+  bool hasStarAt(int i) const { return i >= 0 && bytes[i] == '*'; }
 };
 
 bool areRuns(Run a, Run b) {

@@ -3,6 +3,8 @@
 
 #include <cstring>
 
+#include "strings/bytes.h"
+
 namespace {
 
 // Plain char is unsigned on some machines; order and differences here never are.
@@ -31,7 +33,6 @@ int chcher(const char *pattern, const char *s) {
 }
 
 int chcher_c(int c, const char *s) {
-  const bool isTextByte = c >= -128 && c <= 127 && c != 0;
-  if (s == nullptr || !isTextByte) return -1;
+  if (s == nullptr || !korvel::strings::isTextByte(c)) return -1;
   return positionOrNone(std::strchr(s, c), s);
 }

@@ -5,15 +5,14 @@
 #include <cstring>
 #include <limits>
 
+#include "strings/bytes.h"
 #include "strings/scan.h"
 
 namespace {
 
 using korvel::strings::Block;
+using korvel::strings::isTextByte;
 using korvel::strings::lengthWithoutTail;
-
-// What an int character argument equals when it equals a byte of text at all.
-bool isTextByte(int c) { return c >= -128 && c <= 127 && c != 0; }
 
 int trimEnd(char *s, char c) {
   const std::size_t whole = std::strlen(s);

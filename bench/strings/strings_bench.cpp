@@ -222,7 +222,7 @@ void prefixFnmatch(State &state, std::size_t size) {
   for (auto _ : state) benchmark::DoNotOptimize(fnmatch(pattern.c_str(), text.c_str(), 0));
 }
 
-// --- Character sets and capitals: the library works in place, the peers copy -----
+// --- Character sets and capitals: the library works in place, the peers copy --------------------
 
 void convertIconv(State &state, const char *to, const char *from, const std::string &text) {
   const iconv_t converter = iconv_open(to, from);
@@ -292,8 +292,7 @@ void upperGlib(State &state, std::size_t size) { upperGlibOf(state, macProse(siz
 void upperAsciiKorvel(State &state, std::size_t size) { upperKorvelOf(state, asciiProse(size)); }
 void upperAsciiGlib(State &state, std::size_t size) { upperGlibOf(state, asciiProse(size)); }
 
-// --- Registration
-// ---------------------------------------------------------------------------------
+// --- Registration -------------------------------------------------------------------------------
 
 using Sized = void (*)(State &, std::size_t);
 

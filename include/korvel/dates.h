@@ -8,9 +8,8 @@
    The fields of a text are taken by position and never checked; separators are not looked at. A
    text shorter than its layout is read as if NULs followed, and these are copied: the result, seen
    as a text, then ends where the missing characters would stand. Outputs are owned by the caller,
-   always terminated, and may be the input itself. A null pointer is never
-   followed: a null input is an empty text, and with a null output nothing is written and the status
-   is 11. */
+   always terminated, and may be the input itself. A null pointer is never followed: a null input is
+   an empty text, and with a null output nothing is written and the status is 11. */
 #ifndef KORVEL_DATES_H
 #define KORVEL_DATES_H
 

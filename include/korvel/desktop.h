@@ -1,5 +1,8 @@
 /* What a Linux host application needs beyond the library's own interface: where resources stand,
-   and windows of its toolkit given to the library. */
+   and windows of its toolkit given to the library.
+
+   Windows are those of Qt 6 Widgets, which is loaded at the first dialog. An application that uses
+   Qt itself makes its QApplication before that; for any other one the library makes it. */
 #ifndef KORVEL_DESKTOP_H
 #define KORVEL_DESKTOP_H
 

@@ -257,7 +257,9 @@ KORVEL_API int NumDlgBox_get_valid(int i);
 
 KORVEL_API extern int DDB;
 KORVEL_API extern int DDB_N;
-KORVEL_API extern int DDB_ID_DATE; /* first item number; a date takes three */
+/* First item number; a date takes three. The two identifiers just below it also count as date 0: no
+   push button should have them. */
+KORVEL_API extern int DDB_ID_DATE;
 KORVEL_API extern short DDB_x[20];
 KORVEL_API extern short DDB_y[20];
 KORVEL_API extern short DDB_cx[20]; /* not used: the three items have widths of their own */

@@ -1,5 +1,5 @@
 /* String primitives: trimming, search, insertion and deletion in place, counted byte runs, a
-   growable buffer, bounded copies, the two 8-bit character sets, capitals.
+   growable buffer, bounded copies, the two 8-bit character sets, capitals; lists of items.
 
    Text is 8-bit, NUL-terminated and stands in the caller's buffers; nothing here depends on the
    locale and only szcopyex allocates. Lengths, positions and capacities are ints that count bytes;
@@ -70,7 +70,7 @@ KORVEL_API void chdelch(char *s, int n, int p);
 KORVEL_API int chinsch(char *d, int size, const char *s, int p);
 
 /* Inserts the character c into d before position p; size and p as in chinsch. Only the low 8 bits
-   of c count.
+   of c count; when they are 0, the text ends at p.
    Returns 1. Returns 0 and leaves d untouched when length(d) + 1 is above size - 1. */
 KORVEL_API int chinsch_c(char *d, int size, int c, int p);
 
@@ -154,6 +154,70 @@ KORVEL_API void m2wstr(char *s);
    capitals; what has no capital of one byte (sharp s) stays.
    Returns s. */
 KORVEL_API char *strupr(char *s);
+
+/* --- Separated lists -----------------------------------------------------------------------
+
+   One text whose items are separated by "+", "," or "-", all three alike. A text without a
+   separator has one item; an empty text has one empty item. */
+
+/* Returns the number of items of list: its separators plus 1. Returns 0 for a null pointer.
+   "a+b,c-d" gives 4. */
+KORVEL_API int Teste_liste(const char *list);
+
+/* Looks for an item that is exactly the n bytes at item: same length, same bytes.
+   Returns 1 when list holds it, else 0. An n of 0 finds an empty item, a negative n nothing. */
+KORVEL_API int Teste_item_liste(const char *list, const char *item, int n);
+
+/* As Teste_item_liste, on a list of listLength bytes that needs no terminator. A negative
+   listLength gives 0. */
+KORVEL_API int Teste_item_szliste(const char *list, int listLength, const char *item, int n);
+
+/* Copies the item number index (from 0), cut to 63 characters, to a buffer of the library.
+   Returns the buffer, which the next call overwrites. Returns null, the buffer being as it was,
+   for an index below 0 or at or past the number of items. */
+KORVEL_API const char *Get_item_liste(const char *list, int index);
+
+/* --- Lists of strings ----------------------------------------------------------------------
+
+   Items one behind the other, each ended by a NUL, and one more NUL behind the last. An empty list
+   is a NUL; nothing behind it is read. An item is named by its address in the list. A null pointer
+   counts as an empty list. */
+
+/* Makes the text in buffer a list of one item by writing a second NUL behind its terminator.
+   Where that does not fit (capacity - 1 is at most the length), the last two bytes of the capacity
+   become NUL, which cuts the text; the only byte of a capacity of 1. Does nothing when capacity is
+   below 1. */
+KORVEL_API void ChCh_Put_00(char *buffer, int capacity);
+
+/* Returns 1 when item is empty or the last of its list, else 0. */
+KORVEL_API int ChCh_Is_00(const char *item);
+
+/* Returns the item behind item; item itself when it is empty or the last. A loop over a list ends
+   when ChCh_Is_00 says so, or when the same pointer comes back. */
+KORVEL_API char *ChCh_Get_Next_Item(const char *item);
+
+/* Returns the number of items of list; an empty list counts 1. */
+KORVEL_API int ChCh_Count_Item(const char *list);
+
+/* Makes the separated list s a list of strings by replacing every "+" and "," by a NUL; "-" is no
+   separator here and stays. The caller has put the second NUL behind the terminator before, for
+   example by ChCh_Put_00. "a+b-c" becomes "a" and "b-c". */
+KORVEL_API void ChCh_Cut(char *s);
+
+/* As ChCh_Cut with the character separator in place of both. */
+KORVEL_API void ChCh_Cut_sep(char *s, int separator);
+
+/* Makes list one text by replacing every NUL between two items by "+". An empty list stays
+   empty. */
+KORVEL_API void ChCh_Bind(char *list);
+
+/* As ChCh_Bind with the character separator in place of "+"; only its low 8 bits count. */
+KORVEL_API void ChCh_Bind_sep(char *list, int separator);
+
+/* Removes item from its list by moving what is behind it, final NULs included, onto it. The last
+   item takes nothing but the final NUL; removing the only item leaves an empty list. Leaves an
+   empty item alone. */
+KORVEL_API void ChCh_Delete_Item(char *item);
 
 #ifdef __cplusplus
 }

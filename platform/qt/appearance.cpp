@@ -2,9 +2,11 @@
 
 #include <QApplication>
 #include <QFontMetrics>
+#include <QPainterPath>
 #include <QStyle>
 #include <QStyleOptionFrame>
 #include <algorithm>
+#include <cmath>
 
 namespace korvel::platform::qt {
 namespace {
@@ -13,6 +15,9 @@ namespace {
 constexpr int kFrame = 3;
 // What a line edit leaves free beside its text within its contents.
 constexpr int kLineEditPadding = 2;
+
+// Above and below the classic rectangle of a field, for what rises above a line of text.
+constexpr int kFieldMargin = 1;
 
 constexpr int kLargestFont = 12;
 constexpr int kSmallestFont = 9;
@@ -23,18 +28,44 @@ constexpr int kDayWidth = 20;
 constexpr int kButtonHeight = 22;
 constexpr int kCheckBoxHeight = 18;
 
-bool fits(const QFontMetrics &metrics) {
-  return metrics.height() <= kFieldHeight && metrics.horizontalAdvance("00") < kDayWidth &&
+// A font's own figures are those of text without accents on capitals.
+int overhangOf(const QFont &font) {
+  const QFontMetrics metrics(font);
+  QPainterPath outline;
+  outline.addText(0, 0, font, QStringLiteral("ÉÀÇÎÖgjpq"));
+  const QRectF ink = outline.boundingRect();
+  return std::max({0, static_cast<int>(std::ceil(-ink.top())) - metrics.ascent(),
+                   static_cast<int>(std::ceil(ink.bottom())) - metrics.descent()});
+}
+
+bool fits(const QFont &font) {
+  const QFontMetrics metrics(font);
+  return metrics.height() + 2 * overhangOf(font) <= kFieldHeight + 2 * kFieldMargin &&
+         metrics.horizontalAdvance("00") < kDayWidth &&
          metrics.horizontalAdvance("0000") < kYearWidth;
 }
 
-QFont fittingFont() {
-  QFont font = QApplication::font();
-  for (int size = kLargestFont; size >= kSmallestFont; --size) {
-    font.setPixelSize(size);
-    if (fits(QFontMetrics(font))) break;
-  }
+// What was found out about the desktop's font, for which glyphs must be drawn, is kept until that
+// font changes.
+struct Fitting {
+  QString desktopFont;
+  int pixelSize = 0;
+  int overhang = 0;
+};
+
+QFont inSize(QFont font, int pixelSize) {
+  font.setPixelSize(pixelSize);
   return font;
+}
+
+const Fitting &fitting(const QFont &desktopFont) {
+  static Fitting kept;
+  const QString key = desktopFont.key();
+  if (key == kept.desktopFont) return kept;
+  int size = kLargestFont;
+  while (size > kSmallestFont && !fits(inSize(desktopFont, size))) --size;
+  kept = {key, size, overhangOf(inSize(desktopFont, size))};
+  return kept;
 }
 
 // Where the style would put the text, against where it is wanted.
@@ -46,9 +77,8 @@ QMargins marginsIntoRectangle(const QFont &font) {
   option.state = QStyle::State_Enabled | QStyle::State_Sunken;
   const QRect contents =
       QApplication::style()->subElementRect(QStyle::SE_LineEditContents, &option);
-  // A pixel more than the rectangle above and below for accents and tails of a large font.
-  const QRect wanted = option.rect.adjusted(kFrame - kLineEditPadding, kFrame - 1,
-                                            kLineEditPadding - kFrame, 1 - kFrame);
+  const QRect wanted = option.rect.adjusted(kFrame - kLineEditPadding, kFrame - kFieldMargin,
+                                            kLineEditPadding - kFrame, kFieldMargin - kFrame);
   return {wanted.left() - contents.left(), wanted.top() - contents.top(),
           contents.right() - wanted.right(), contents.bottom() - wanted.bottom()};
 }
@@ -78,8 +108,11 @@ QFont narrowedToFit(const QFont &font, const QString &text, int width) {
 
 Appearance Appearance::ofDesktop() {
   Appearance appearance;
-  appearance.font = fittingFont();
+  const QFont desktopFont = QApplication::font();
+  const Fitting &found = fitting(desktopFont);
+  appearance.font = inSize(desktopFont, found.pixelSize);
   appearance.lineHeight = QFontMetrics(appearance.font).height();
+  appearance.overhang = found.overhang;
   appearance.textMargins = marginsIntoRectangle(appearance.font);
   return appearance;
 }
@@ -104,7 +137,7 @@ QRect Appearance::listBox(const Rect &rect) const {
 QRect Appearance::staticText(const Rect &rect) const {
   QRect lines = toQt(rect);
   lines.setHeight(std::max(lines.height(), lineHeight));
-  return lines;
+  return lines.adjusted(0, -overhang, 0, overhang);
 }
 
 }  // namespace korvel::platform::qt

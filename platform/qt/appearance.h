@@ -23,6 +23,8 @@ struct Appearance {
 
   QFont font;
   int lineHeight;
+  // What accents on capitals rise above a line, and tails fall below it.
+  int overhang;
   // Text margins of a line edit that put its text exactly into the classic rectangle.
   QMargins textMargins;
 
@@ -31,6 +33,7 @@ struct Appearance {
   QRect pushButton(const Rect &rect) const;
   QRect checkBox(const Rect &rect) const;
   QRect listBox(const Rect &rect) const;
+  // With the overhang above and below.
   QRect staticText(const Rect &rect) const;
 
   // True for a rectangle with room for two lines of text or more.

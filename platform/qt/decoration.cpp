@@ -34,8 +34,9 @@ QPixmap readPicture(const QString &path, const QSize &room, qreal pixelRatio) {
 
 }  // namespace
 
-GroupBox::GroupBox(QWidget *window, const Rect &rect, std::string_view title)
-    : QGroupBox(window), title_(toQt(title)) {
+GroupBox::GroupBox(QWidget *window, const Appearance &appearance, const Rect &rect,
+                   std::string_view title)
+    : QGroupBox(window), title_(toQt(title)), titleTop_(appearance.overhang) {
   setAccessibleName(title_);
   setAttribute(Qt::WA_TransparentForMouseEvents);
   setGeometry(toQt(rect));
@@ -45,7 +46,8 @@ GroupBox::GroupBox(QWidget *window, const Rect &rect, std::string_view title)
 void GroupBox::paintEvent(QPaintEvent *) {
   QPainter painter(this);
   const QFontMetrics metrics(font());
-  const QRect titleRect(kTitleIndent, 0, metrics.horizontalAdvance(title_), metrics.height());
+  const QRect titleRect(kTitleIndent, titleTop_, metrics.horizontalAdvance(title_),
+                        metrics.height());
   const QRectF frame = QRectF(rect()).adjusted(0.5, titleRect.center().y() + 0.5, -0.5, -0.5);
 
   if (!title_.isEmpty())
@@ -65,12 +67,22 @@ StaticText::StaticText(QWidget *window, const Appearance &appearance, const Rect
   setTextFormat(Qt::PlainText);
   setAlignment(Qt::AlignLeft | Qt::AlignTop);
   setIndent(0);
+  setContentsMargins(0, appearance.overhang, 0, appearance.overhang);
   setText(toQt(text));
   setWordWrap(appearance.hasSeveralLines(rect));
   QRect place = appearance.staticText(rect);
   if (!wordWrap()) place.setWidth(std::max(place.width(), sizeHint().width()));
   setGeometry(place);
   lower();
+}
+
+// A label would cut off what rises above its first line.
+void StaticText::paintEvent(QPaintEvent *) {
+  const int wrapping = wordWrap() ? Qt::TextWordWrap : Qt::TextSingleLine;
+  QPainter painter(this);
+  painter.setPen(palette().color(QPalette::WindowText));
+  painter.drawText(contentsRect(), static_cast<int>(alignment()) | wrapping | Qt::TextDontClip,
+                   text());
 }
 
 Icon::Icon(QWidget *window, const Rect &rect, const std::string &path)

@@ -18,13 +18,14 @@ namespace korvel::platform::qt {
 // form, which leaves its contents the place that they have in classic coordinates.
 class GroupBox final : public QGroupBox {
  public:
-  GroupBox(QWidget *window, const Rect &rect, std::string_view title);
+  GroupBox(QWidget *window, const Appearance &appearance, const Rect &rect, std::string_view title);
 
  protected:
   void paintEvent(QPaintEvent *event) override;
 
  private:
   const QString title_;
+  const int titleTop_;
 };
 
 // One line that is too long for its rectangle runs on behind its neighbours; with room for more,
@@ -33,6 +34,9 @@ class StaticText final : public QLabel {
  public:
   StaticText(QWidget *window, const Appearance &appearance, const Rect &rect,
              std::string_view text);
+
+ protected:
+  void paintEvent(QPaintEvent *event) override;
 };
 
 // A picture as large as fits into its rectangle, in the middle.

@@ -20,7 +20,7 @@ constexpr int kRowMargin = 8;
 ListRows::ListRows(QObject *parent, const Appearance &appearance)
     : QAbstractListModel(parent),
       metrics_(appearance.font),
-      rowHeight_(std::max(kClassicRowHeight, appearance.lineHeight)) {}
+      rowHeight_(std::max(kClassicRowHeight, appearance.lineHeight + 2 * appearance.overhang)) {}
 
 void ListRows::setRows(const std::vector<std::string> &rows) {
   beginResetModel();

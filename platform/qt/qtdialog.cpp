@@ -59,7 +59,7 @@ int QtDialog::addItem(ItemKind kind, const Rect &rect, std::string_view title) {
 }
 
 void QtDialog::addGroupBox(const Rect &rect, std::string_view title) {
-  new GroupBox(&window_, rect, title);
+  new GroupBox(&window_, appearance_, rect, title);
 }
 
 void QtDialog::addStaticText(const Rect &rect, std::string_view text) {
@@ -179,8 +179,19 @@ void QtDialog::pressCancel() {
   if (item == nullptr || item->widget()->isEnabled()) itemHit(kCancelItem);
 }
 
+// What happens during a hit, by a way on which it could not be held, is told after it.
 void QtDialog::itemHit(int item) {
-  if (handler_ == nullptr || isInHit_) return;
+  waiting_.push_back(item);
+  if (isInHit_) return;
+  while (handler_ != nullptr && !waiting_.empty()) {
+    const int next = waiting_.front();
+    waiting_.pop_front();
+    tell(next);
+  }
+  waiting_.clear();
+}
+
+void QtDialog::tell(int item) {
   isInHit_ = true;
   window_.holdInput();
   const Run run = handler_->hit(item);
@@ -200,7 +211,6 @@ void QtDialog::runModal(HitHandler &handler) {
   handler_ = &handler;
   giveInitialFocus();
   window_.show();
-  window_.raise();
   window_.activateWindow();
 
   QEventLoop loop;

@@ -3,6 +3,7 @@
 #define KORVEL_PLATFORM_QT_QTDIALOG_H
 
 #include <QEventLoop>
+#include <deque>
 #include <vector>
 
 #include "platform/desktop.h"
@@ -47,6 +48,7 @@ class QtDialog final : public Dialog, private HitSink {
   Item *firstField() const;
   void giveInitialFocus();
   void keepFocusFrom(QWidget *disabled);
+  void tell(int item);
   void pressDefault();
   void pressCancel();
 
@@ -58,6 +60,7 @@ class QtDialog final : public Dialog, private HitSink {
   HitHandler *handler_ = nullptr;  // while running
   QEventLoop *loop_ = nullptr;
   bool isInHit_ = false;
+  std::deque<int> waiting_;  // hits that are not yet told
 };
 
 }  // namespace korvel::platform::qt

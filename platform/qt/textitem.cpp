@@ -19,6 +19,11 @@ bool isUndoOrRedo(QKeyEvent *event) {
   return event->matches(QKeySequence::Undo) || event->matches(QKeySequence::Redo);
 }
 
+// Such a key carries no text, or a control character.
+bool typesNothing(const QKeyEvent &event) {
+  return event.text().isEmpty() || event.text().front().category() == QChar::Other_Control;
+}
+
 // The keys of the two clipboards: Shift+Insert and Control+V; with Control as well, Shift+Insert
 // stands for the selection.
 QClipboard::Mode clipboardOf(const QKeyEvent &event) {
@@ -52,10 +57,10 @@ void TextItem::replaceText(const QString &text) {
   const int selectionLength = selectedText().size() > 0 ? selectionEnd() - selectionBegin : 0;
   const bool cursorLeads = cursor == selectionBegin;
 
-  setMaxLength(std::max(maxLength(), static_cast<int>(text.size())));
+  const int length = static_cast<int>(text.size());
+  if (length > maxLength()) setMaxLength(length);
   QLineEdit::setText(text);
 
-  const int length = static_cast<int>(text.size());
   const int begin = std::min(selectionBegin, length);
   const int end = std::min(selectionBegin + selectionLength, length);
   if (selectionLength > 0 && begin < end) {
@@ -137,10 +142,15 @@ void TextItem::keyPressEvent(QKeyEvent *event) {
     return;
   }
   if (isSecret_ && isUndoOrRedo(event)) return;
-  // Keys that type nothing carry no text or a control character, which is admitted as nothing.
+  if (typesNothing(*event)) {
+    QLineEdit::keyPressEvent(event);
+    return;
+  }
   const std::optional<QString> typed = admitted(event->text());
   if (!typed) return;
-  QLineEdit::keyPressEvent(event);
+  QKeyEvent admittedEvent(event->type(), event->key(), event->modifiers(), *typed);
+  QLineEdit::keyPressEvent(&admittedEvent);
+  event->setAccepted(admittedEvent.isAccepted());
 }
 
 void TextItem::inputMethodEvent(QInputMethodEvent *event) {

@@ -105,7 +105,7 @@ Application::~Application() {
 
 int Application::wait() {
   int status = 0;
-  if (!waitUntil(10, [&] { return waitpid(process_, &status, WNOHANG) == process_; })) return -1;
+  if (!waitUntil(30, [&] { return waitpid(process_, &status, WNOHANG) == process_; })) return -1;
   process_ = -1;
   return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
 }
@@ -136,7 +136,7 @@ int Picture::darkPixels() const {
 std::string activeWindow() { return firstLineOf("xdotool getactivewindow getwindowname 2>&1"); }
 
 bool waitForWindow(const std::string &title) {
-  const bool found = waitUntil(10, [&] { return activeWindow() == title; });
+  const bool found = waitUntil(30, [&] { return activeWindow() == title; });
   rest(150);  // the focus follows the window by a moment
   return found;
 }

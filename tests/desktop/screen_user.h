@@ -19,7 +19,7 @@ class Application {
   Application(const Application &) = delete;
   Application &operator=(const Application &) = delete;
 
-  // Waits for the end, at most ten seconds (longer: killed, -1). Returns the exit status.
+  // Waits for the end, at most thirty seconds (longer: killed, -1). Returns the exit status.
   int wait();
   // The lines written so far; all of them after wait().
   std::vector<std::string> output() const;
@@ -55,7 +55,7 @@ struct Picture {
   int darkPixels() const;
 };
 
-// Waits up to ten seconds until the active window has this title.
+// Waits up to thirty seconds until the active window has this title.
 bool waitForWindow(const std::string &title);
 std::string activeWindow();
 

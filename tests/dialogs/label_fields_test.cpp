@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <climits>
 #include <cstring>
+#include <ostream>
 #include <string>
 
 namespace korvel::test {
@@ -29,6 +30,8 @@ struct LabelFamily {
   int (*label)(int, const char *);
   int (*place)(int, int, int, int, int, int);
 };
+
+void PrintTo(const LabelFamily &family, std::ostream *out) { *out << family.name; }
 
 int staticParam(int n, int) { return StaticDlgBox_param(n); }
 int placeBool(int i, int x, int y, int cx, int cy, int rk) {

@@ -7,6 +7,7 @@
 
 #include <climits>
 #include <cstring>
+#include <ostream>
 #include <string>
 
 namespace korvel::test {
@@ -30,6 +31,8 @@ struct ValueFamily {
   int (*set)(int, int, int);  // value, mode
   int (*value)(int);          // in the table
 };
+
+void PrintTo(const ValueFamily &family, std::ostream *out) { *out << family.name; }
 
 int setNumber(int i, int value, int mode) { return NumDlgBox_set(i, value, mode); }
 int integerOf(int i) { return IDB_iInts[i]; }

@@ -725,6 +725,18 @@ TEST_F(InPlace, TheFileIsOverwritten) {
   EXPECT_EQ(entries(scratch_.path()), std::vector<std::string>{"a"});
 }
 
+TEST_F(InPlace, WhereThatIsNotWantedTheOldFileStays) {
+  EXPECT_EQ(asUser([&] {
+              const std::string_view text = "new";
+              return replaceFile(file_.c_str(), std::span(&text, 1), IfMissing::Fail,
+                                 {.inPlace = false})
+                         ? 1
+                         : 0;
+            }),
+            0);
+  EXPECT_EQ(content(file_), kOld);
+}
+
 TEST_F(InPlace, LargeContentComesWhole) {
   std::mt19937 random(3);
   const std::string text = test::randomBytes(random, 1000001);

@@ -14,6 +14,7 @@ ALLOWED = {
     'codecs': ['strings'],
     'dates': ['strings', 'codecs'],
     'files': ['strings', 'shell'],
+    'profile': ['strings', 'codecs', 'files'],
     'platform': [],
     'dialogs': FOUNDATIONS + ['platform'],
 }

@@ -8,6 +8,7 @@
 #include <string>
 #include <string_view>
 
+#include "strings/capitals.h"
 #include "tests/strings/guarded_pages.h"
 #include "tests/strings/random_text.h"
 
@@ -220,6 +221,44 @@ TEST(Strupr, AgreesWithTheModelAtThePagesEdges) {
     ASSERT_EQ(strupr(s), s);
     ASSERT_EQ(std::string(s), modelUpper(text)) << text;
   }
+}
+
+// --- Wide steps ---------------------------------------------------------------------------------
+
+// What the machine at hand takes in wide steps is right, the rest is left as it was.
+void expectWidelyCapitalised(char *s, const std::string &text) {
+  const std::size_t done = korvel::strings::capitaliseWide(s, text.size());
+  ASSERT_LE(done, text.size());
+  ASSERT_EQ(std::string(s, text.size()), modelUpper(text.substr(0, done)) + text.substr(done));
+}
+
+TEST(CapitaliseWide, AgreesWithTheModelAtEveryLength) {
+  RandomText random(13);
+  GuardedPages pages;
+  for (int length = 0; length <= 300; ++length) {
+    for (int round = 0; round < 10; ++round) {
+      const std::string text = random.anyText(length);
+      expectWidelyCapitalised(pages.runAtEnd(text), text);
+      expectWidelyCapitalised(pages.runAtStart(text), text);
+    }
+  }
+}
+
+TEST(CapitaliseWide, EveryByteHasItsCapitalAtEveryPlace) {
+  for (int c = 1; c < 256; ++c) {
+    for (std::size_t place = 0; place < 64; ++place) {
+      std::string text(64, 'a');
+      text[place] = static_cast<char>(c);
+      std::string copy = text;
+      expectWidelyCapitalised(copy.data(), text);
+    }
+  }
+}
+
+TEST(CapitaliseWide, LeavesAShortTextToTheBlocks) {
+  std::string s(63, 'a');
+  EXPECT_EQ(korvel::strings::capitaliseWide(s.data(), s.size()), 0U);
+  EXPECT_EQ(s, std::string(63, 'a'));
 }
 
 // --- Both kinds of blocks ----------------------------------------------------------------------

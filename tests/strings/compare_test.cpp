@@ -66,6 +66,10 @@ TEST(Szcompex, AQuestionMarkInEitherRunMatchesAnyByte) {
   expectRows(szcompex, kRows);
 }
 
+TEST(Szcompex, AJokerInTheMiddleMatches) { EXPECT_EQ(szcompex("A?C", 3, "ABC", 3), 1); }
+
+TEST(Szcompex2, AStarMatchesALongerRun) { EXPECT_EQ(szcompex2("AB*", 3, "ABCD", 4), 1); }
+
 TEST(Szcompex2, ATrailingStarStandsForWhateverFollows) {
   constexpr Row kRows[] = {
       {"AB*", "ABCD", 1},

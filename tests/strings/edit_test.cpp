@@ -60,6 +60,15 @@ TEST(Chdelch, DeletesFromThePositionOn) {
   for (const Deletion &row : kDeletions) expectDeleted(row);
 }
 
+TEST(Chdelch, MoreThanTheWholeLengthDeletesNothing) {
+  // Kept: more than the whole length is refused even where cutting it would make it harmless.
+  expectDeleted({"abc", 4, 2, "abc"});
+}
+
+TEST(Chdelch, APositionFarPastTheEndDeletesTheLastCharacter) {
+  expectDeleted({"abc", 1, 100, "ab"});
+}
+
 std::string modelDelete(std::string s, long n, long p) {
   const long length = static_cast<long>(s.size());
   if (length == 0) return s;
@@ -183,6 +192,14 @@ TEST(ChinschC, RefusesWhatDoesNotFitAtEveryCapacity) {
     EXPECT_EQ(chinsch_c(buffer.data(), capacity, 'x', 1), 0) << capacity;
     EXPECT_EQ(buffer.text(), "abc");
     EXPECT_TRUE(buffer.untouchedFrom(4));
+  }
+}
+
+TEST(ChinschC, ACharacterOf0EndsTheText) {
+  for (int c : {0, 256}) {
+    PoisonedBuffer buffer(6, "abc");
+    EXPECT_EQ(chinsch_c(buffer.data(), buffer.capacity(), c, 1), 1);
+    EXPECT_EQ(std::string_view(buffer.data(), 5), std::string_view("a\0bc\0", 5));
   }
 }
 

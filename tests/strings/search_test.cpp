@@ -74,6 +74,12 @@ TEST(Chcher, GivesTheFirstPositionOfThePattern) {
   }
 }
 
+TEST(Chcher, TheEmptyPatternIsFoundInATextThatIsNotEmptyOnly) {
+  // Kept: nothing is found in an empty text, not even the empty pattern.
+  EXPECT_EQ(chcher("", ""), -1);
+  EXPECT_EQ(chcher("", "x"), 0);
+}
+
 int modelChcher(const std::string &p, const std::string &s) {
   for (std::size_t at = 0; at < s.size(); ++at) {
     std::size_t i = 0;

@@ -1,0 +1,285 @@
+// A data-entry dialog of the library beside the same dialog made by hand with the toolkit, in one
+// process, on the toolkit's platform without a screen. Both are painted into memory.
+#include <korvel/dialogs.h>
+
+#include <QApplication>
+#include <QComboBox>
+#include <QDialog>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPushButton>
+#include <QTimer>
+#include <QWindow>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <functional>
+#include <string>
+
+#include "bench/support/ratios.h"
+
+namespace {
+
+using benchmark::State;
+using korvel::bench::goal;
+
+// ---- The dialog, in dialog units ----
+
+constexpr int kWidth = 380;
+constexpr int kHeight = 420;
+constexpr int kColumns = 8;
+constexpr int kColumnWidth = 46;
+constexpr int kRowHeight = 15;
+constexpr int kFieldWidth = 38;
+constexpr int kFieldHeight = 12;
+constexpr int kBottom = 280;  // where the pop-up and the list stand
+
+constexpr int kTextEdits = 18;  // the rest of a dialog's edits are integer fields
+constexpr int kPopUpIndex = kTextEdits;
+constexpr int kListIndex = kTextEdits + 1;
+constexpr int kChoices = 20;
+
+// The largest dialog there is: with two buttons, pop-up and list it has 127 items.
+constexpr int kManyEdits = 123;
+constexpr int kFewEdits = 10;
+
+struct Place {
+  int x;
+  int y;
+};
+Place placeOf(int edit) {
+  return {4 + kColumnWidth * (edit % kColumns), 4 + kRowHeight * (edit / kColumns)};
+}
+
+std::string choices(char separator) {
+  std::string all;
+  for (int n = 0; n < kChoices; ++n) {
+    if (n > 0) all += separator;
+    all += "Choix " + std::to_string(n);
+  }
+  return all;
+}
+
+// ---- The library's dialog ----
+
+constexpr int kFirstText = 100;
+constexpr int kFirstInt = 200;
+
+void defineTexts(int edits, bool withLists) {
+  TexteDlgBox_param(edits + (withLists ? 2 : 0), kFirstText);
+  for (int i = 0; i < edits; ++i) {
+    const Place at = placeOf(i);
+    TexteDlgBox_set(i, "Dupont");
+    TexteDlgBox_set_geo(i, at.x, at.y, kFieldWidth, kFieldHeight, i);
+  }
+}
+
+void defineIntegers(int first, int edits) {
+  if (edits <= first) return;
+  IntDlgBox_param(edits - first, kFirstInt);
+  for (int edit = first; edit < edits; ++edit) {
+    const Place at = placeOf(edit);
+    IntDlgBox_set(edit - first, edit, 1);
+    IntDlgBox_set_geo(edit - first, at.x, at.y, kFieldWidth, kFieldHeight, edit);
+  }
+}
+
+void defineLists() {
+  static const std::string popUp = choices('+');
+  static const std::string list = choices('$');
+  TexteDlgBox_set(kPopUpIndex, "Choix 3");
+  TexteDlgBox_set_liste(kPopUpIndex, popUp.c_str());
+  TexteDlgBox_set_geo(kPopUpIndex, 10, kBottom, 80, kFieldHeight, 126);
+  TexteDlgBox_set(kListIndex, "");
+  TexteDlgBox_set_liste(kListIndex, list.c_str());
+  TexteDlgBox_change_liste(kListIndex);
+  TexteDlgBox_set_geo(kListIndex, 120, kBottom, 120, 100, 127);
+}
+
+void define(int edits) {
+  const bool withLists = edits == kManyEdits;
+  const int texts = withLists ? kTextEdits : edits;
+  TailleDlgBox_set(kWidth, kHeight);
+  defineTexts(texts, withLists);
+  if (withLists) defineLists();
+  defineIntegers(texts, edits);
+}
+
+void runLibraryDialog(int edits) {
+  define(edits);
+  ZRVDlgBoxEx("Fiche", nullptr);
+}
+
+// ---- The same by hand ----
+
+// Where the library's fields have their frames.
+QRect frameOf(const Place &at, int cx, int cy) {
+  return QRect(2 * at.x, 7 * at.y / 4, 2 * cx, 5 * cy / 4).adjusted(-3, -3, 3, 3);
+}
+
+void addEdits(QDialog &dialog, int edits) {
+  for (int n = 0; n < edits; ++n) {
+    auto *edit = new QLineEdit(&dialog);
+    edit->setGeometry(frameOf(placeOf(n), kFieldWidth, kFieldHeight));
+    edit->setText(n < kTextEdits ? QStringLiteral("Dupont") : QString::number(n));
+  }
+}
+
+void addLists(QDialog &dialog) {
+  QStringList entries;
+  for (int n = 0; n < kChoices; ++n) entries << QStringLiteral("Choix %1").arg(n);
+  auto *popUp = new QComboBox(&dialog);
+  popUp->setGeometry(frameOf({10, kBottom}, 80, kFieldHeight));
+  popUp->addItems(entries);
+  popUp->setCurrentIndex(3);
+  auto *list = new QListWidget(&dialog);
+  list->setGeometry(frameOf({120, kBottom}, 120, 100));
+  list->addItems(entries);
+}
+
+void addButton(QDialog &dialog, const QString &title, int left) {
+  auto *button = new QPushButton(title, &dialog);
+  button->setGeometry(left, 7 * kHeight / 4 - 35, 80, 22);
+}
+
+void runToolkitDialog(int edits) {
+  QDialog dialog;
+  dialog.setWindowTitle(QStringLiteral("Fiche"));
+  dialog.setFixedSize(2 * kWidth, 7 * kHeight / 4);
+  addEdits(dialog, edits);
+  if (edits == kManyEdits) addLists(dialog);
+  addButton(dialog, QStringLiteral("OK"), kWidth - 90);
+  addButton(dialog, QStringLiteral("Annuler"), kWidth + 10);
+  dialog.findChild<QLineEdit *>()->selectAll();
+  dialog.findChild<QLineEdit *>()->setFocus();
+  dialog.exec();
+}
+
+// ---- What is measured ----
+
+using RunDialog = void (*)(int edits);
+
+void pressKey(Qt::Key key, const QString &text = {}) {
+  QWindow *window = QApplication::activeModalWidget()->windowHandle();
+  QKeyEvent press(QEvent::KeyPress, key, Qt::NoModifier, text);
+  QCoreApplication::sendEvent(window, &press);
+}
+
+// Calls a function when the next dialog has been painted for the first time.
+class OnFirstFrame final : public QObject {
+ public:
+  explicit OnFirstFrame(std::function<void()> then) : then_(std::move(then)) {
+    qApp->installEventFilter(this);
+  }
+
+ private:
+  // The window paints itself while it handles the exposure, and what that leads to follows at once.
+  bool eventFilter(QObject *object, QEvent *event) override {
+    if (event->type() != QEvent::Expose || !qobject_cast<QWindow *>(object)->isExposed())
+      return false;
+    qApp->removeEventFilter(this);
+    QTimer::singleShot(0, this, then_);
+    return false;
+  }
+
+  const std::function<void()> then_;
+};
+
+// Sees to it that a keystroke is measured to its end.
+class PaintWatch final : public QObject {
+ public:
+  explicit PaintWatch(QWidget *widget) { widget->installEventFilter(this); }
+
+  void await() {
+    while (!isPainted_) QCoreApplication::processEvents();
+    isPainted_ = false;
+  }
+
+ private:
+  bool eventFilter(QObject *, QEvent *event) override {
+    if (event->type() == QEvent::Paint) isPainted_ = true;
+    return false;
+  }
+
+  bool isPainted_ = false;
+};
+
+void firstFrame(State &state, RunDialog run) {
+  using Clock = std::chrono::steady_clock;
+  for (auto _ : state) {
+    const Clock::time_point start = Clock::now();
+    std::chrono::duration<double> elapsed{};
+    const OnFirstFrame shown([&] {
+      elapsed = Clock::now() - start;
+      pressKey(Qt::Key_Escape);
+    });
+    run(kManyEdits);
+    state.SetIterationTime(elapsed.count());
+  }
+}
+
+// A character typed and taken back in turns.
+void typeKeys(State &state) {
+  PaintWatch painted(QApplication::focusWidget());
+  bool isTyped = false;
+  for (auto _ : state) {
+    if (isTyped)
+      pressKey(Qt::Key_Backspace);
+    else
+      pressKey(Qt::Key_A, QStringLiteral("a"));
+    isTyped = !isTyped;
+    painted.await();
+  }
+}
+
+void keystroke(State &state, RunDialog run, int edits) {
+  const OnFirstFrame shown([&] {
+    typeKeys(state);
+    pressKey(Qt::Key_Escape);
+  });
+  run(edits);
+}
+
+const char *const kFrameWorkload = "123 edits, pop-up, list to first frame";
+const char *const kKeyWorkload = "one keystroke to painted field";
+
+[[maybe_unused]] const bool kGoals[] = {
+    goal(kFrameWorkload, "qt", 1.05),
+    goal(kKeyWorkload, "qt", 1.1),
+    goal(kKeyWorkload, "with 10 edits", 1.05),
+};
+
+std::string named(const char *workload, const char *who) {
+  return std::string(workload) + "/" + who;
+}
+
+void registerWorkloads() {
+  const auto frame = [](const char *who, RunDialog run) {
+    benchmark::RegisterBenchmark(named(kFrameWorkload, who).c_str(), firstFrame, run)
+        ->UseManualTime()
+        ->MinTime(0.3);
+  };
+  frame("korvel", runLibraryDialog);
+  frame("qt", runToolkitDialog);
+  const auto key = [](const char *who, RunDialog run, int edits) {
+    benchmark::RegisterBenchmark(named(kKeyWorkload, who).c_str(), keystroke, run, edits)
+        ->MinTime(0.3);
+  };
+  key("korvel", runLibraryDialog, kManyEdits);
+  key("qt", runToolkitDialog, kManyEdits);
+  key("with 10 edits", runLibraryDialog, kFewEdits);
+}
+
+}  // namespace
+
+int main(int argc, char **argv) {
+  setenv("QT_QPA_PLATFORM", "offscreen", 0);
+  // The toolkit collects updates for some milliseconds before it paints, which would hide all else.
+  setenv("QT_QPA_UPDATE_IDLE_TIME", "0", 0);
+  int count = 1;
+  QApplication application(count, argv);
+  application.setQuitOnLastWindowClosed(false);
+  registerWorkloads();
+  return korvel::bench::runAndPrintRatios(argc, argv);
+}

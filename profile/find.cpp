@@ -1,0 +1,95 @@
+#include "profile/find.h"
+
+#include <cstring>
+
+namespace korvel::profile {
+namespace {
+
+const char *findBracket(const char *from, const char *end) {
+  return static_cast<const char *>(std::memchr(from, '[', static_cast<std::size_t>(end - from)));
+}
+
+bool takeHeader(Characters &characters, std::string_view name) {
+  return characters.take("[") && characters.take(name) && characters.take("]");
+}
+
+bool takeKey(Characters &characters, std::string_view key) {
+  return characters.take(key) && characters.take("=");
+}
+
+// No line begins with a key that holds one of these: they end the line, are no characters, or end
+// the section.
+bool mayBeginALine(std::string_view key) {
+  return key.find_first_of("\r\n[") == std::string_view::npos;
+}
+
+// What one line of a section means to the search for a key that may begin a line; EndOfText: go on.
+KeySearch::End look(const Line &line, std::string_view key, std::size_t limit) {
+  Characters characters(line, limit);
+  if (takeKey(characters, key)) return KeySearch::Found;
+  return Characters(line, limit).takeToBracket() ? KeySearch::Bracket : KeySearch::EndOfText;
+}
+
+// As findKey for a key that no line begins with.
+KeySearch findSectionEnd(Stretch text, const char *from, std::size_t limit) {
+  while (from != text.end) {
+    const Line line = lineAt(from, text.end);
+    if (Characters(line, limit).takeToBracket()) return {KeySearch::Bracket, line};
+    from = line.next;
+  }
+  return {KeySearch::EndOfText, {}};
+}
+
+}  // namespace
+
+const char *findHeader(Stretch text, const char *from) {
+  for (;;) {
+    const char *bracket = findBracket(from, text.end);
+    if (bracket == nullptr || isFirstCharacter(bracket, text.begin)) return bracket;
+    from = bracket + 1;
+  }
+}
+
+std::optional<Line> findSection(Stretch text, const char *from, std::string_view name,
+                                std::size_t limit) {
+  for (;;) {
+    const char *header = findHeader(text, from);
+    if (header == nullptr) return std::nullopt;
+    const Line line = lineAt(header, text.end);
+    Characters characters(line, limit);
+    if (takeHeader(characters, name)) return line;
+    from = line.next;
+  }
+}
+
+KeySearch findKey(Stretch text, const char *from, std::string_view key, std::size_t limit) {
+  if (!mayBeginALine(key)) return findSectionEnd(text, from, limit);
+  for (;;) {
+    from = passPlainLines(text, from, key);
+    if (from == text.end) return {KeySearch::EndOfText, {}};
+    const Line line = lineAt(from, text.end);
+    const KeySearch::End end = look(line, key, limit);
+    if (end != KeySearch::EndOfText) return {end, line};
+    from = line.next;
+  }
+}
+
+std::optional<Characters> findValue(std::string_view text, std::string_view section,
+                                    std::string_view key) {
+  const Stretch whole = stretchOf(text);
+  const char *from = whole.begin;
+  while (const auto header = findSection(whole, from, section, kReadLine)) {
+    const KeySearch search = findKey(whole, header->next, key, kReadLine);
+    if (search.end == KeySearch::EndOfText) break;
+    if (search.end == KeySearch::Found) {
+      Characters characters(search.line, kReadLine);
+      takeKey(characters, key);
+      return characters;
+    }
+    // The line that ends a section may be the header of another of the same name.
+    from = search.line.begin;
+  }
+  return std::nullopt;
+}
+
+}  // namespace korvel::profile

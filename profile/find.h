@@ -1,0 +1,42 @@
+// For profile/ and its tests only: where a section and a key stand in the text of a profile.
+#ifndef KORVEL_PROFILE_FIND_H
+#define KORVEL_PROFILE_FIND_H
+
+#include <optional>
+#include <string_view>
+
+#include "profile/lines.h"
+
+namespace korvel::profile {
+
+// The first line at or behind `from` (the beginning of a line) that begins with '[', the name and
+// ']'; anything may follow. limit: the characters of a line that count.
+std::optional<Line> findSection(Stretch text, const char *from, std::string_view name,
+                                std::size_t limit);
+
+// The first line at or behind `from` (the beginning of a line) that begins with '['; null when
+// there is none.
+const char *findHeader(Stretch text, const char *from);
+
+// Where a search for a key ends.
+struct KeySearch {
+  enum End {
+    Found,    // at the first line that begins with the key and '='
+    Bracket,  // at a line with a '[' anywhere: the section ends before it
+    EndOfText,
+  };
+  End end;
+  Line line;  // unless EndOfText
+};
+
+// Looks for a key in the section whose lines begin at `from`.
+KeySearch findKey(Stretch text, const char *from, std::string_view key, std::size_t limit);
+
+// The value of a key, in the first section of this name that holds it: the characters behind the
+// '=' of its line.
+std::optional<Characters> findValue(std::string_view text, std::string_view section,
+                                    std::string_view key);
+
+}  // namespace korvel::profile
+
+#endif

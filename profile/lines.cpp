@@ -1,0 +1,140 @@
+#include "profile/lines.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "profile/scan.h"
+#include "strings/blocks.h"
+
+namespace korvel::profile {
+namespace {
+
+// How far a search for plain lines looks ahead, so that an odd line never costs more than this.
+constexpr std::size_t kLookAhead = std::size_t{1} << 18;
+
+const char *find(const char *begin, const char *end, char c) {
+  const auto size = static_cast<std::size_t>(end - begin);
+  return static_cast<const char *>(std::memchr(begin, static_cast<unsigned char>(c), size));
+}
+
+const char *findLast(const char *begin, const char *end, char c) {
+  const auto size = static_cast<std::size_t>(end - begin);
+  return static_cast<const char *>(memrchr(begin, static_cast<unsigned char>(c), size));
+}
+
+// The beginning of the line that holds `at`, which lies behind `from`, the beginning of a line, and
+// is no line feed of a line end.
+const char *beginningOfLine(const char *from, const char *at) {
+  const char *carriageReturn = findLast(from, at, '\r');
+  if (carriageReturn == nullptr) return from;
+  return carriageReturn + (carriageReturn[1] == '\n' ? 2 : 1);
+}
+
+// Set in the bytes where a line feed follows no carriage return, or where none follows one.
+strings::Block oddLineEnds(const char *at) {
+  using strings::Block;
+  using strings::kBlock;
+  return (Block::load(at, kBlock) == Block::filled('\n')) ^
+         (Block::load(at - 1, kBlock) == Block::filled('\r'));
+}
+
+const char *firstOddLineEnd(const char *at, const char *end) {
+  constexpr auto kBlock = static_cast<std::ptrdiff_t>(strings::kBlock);
+  for (; end - at >= 4 * kBlock; at += 4 * kBlock) {
+    const strings::Block odd = (oddLineEnds(at) | oddLineEnds(at + kBlock)) |
+                               (oddLineEnds(at + 2 * kBlock) | oddLineEnds(at + 3 * kBlock));
+    if (odd.mask() != 0) break;
+  }
+  while (at != end && (at[0] == '\n') == (at[-1] == '\r')) ++at;
+  return at;
+}
+
+// Where the first line of more characters than count begins, among lines that are plain otherwise.
+const char *firstLongLine(const char *begin, const char *end, std::size_t limit) {
+  const std::size_t longest = limit + kLineEnd.size();
+  while (static_cast<std::size_t>(end - begin) > longest) {
+    const char *feed = findLast(begin, begin + longest, '\n');
+    if (feed == nullptr) return begin;
+    begin = feed + 1;
+  }
+  return end;
+}
+
+}  // namespace
+
+Line lineAt(const char *begin, const char *textEnd) {
+  const char *end = find(begin, textEnd, '\r');
+  if (end == nullptr) return {begin, textEnd, textEnd};
+  const char *next = end + 1;
+  if (next != textEnd && *next == '\n') ++next;
+  return {begin, end, next};
+}
+
+bool isFirstCharacter(const char *at, const char *textBegin) {
+  while (at != textBegin && at[-1] == '\n') --at;
+  return at == textBegin || at[-1] == '\r';
+}
+
+void Characters::passLineFeeds() {
+  while (at_ != end_ && *at_ == '\n') ++at_;
+}
+
+bool Characters::take(std::string_view expected) {
+  if (expected.size() > left_) return false;
+  for (const char c : expected) {
+    passLineFeeds();
+    if (at_ == end_ || *at_ != c) return false;
+    ++at_;
+  }
+  left_ -= expected.size();
+  return true;
+}
+
+std::string_view Characters::takeRun() {
+  passLineFeeds();
+  const std::size_t most = std::min(left_, static_cast<std::size_t>(end_ - at_));
+  const char *begin = at_;
+  const char *feed = find(begin, begin + most, '\n');
+  at_ = feed == nullptr ? begin + most : feed;
+  const auto size = static_cast<std::size_t>(at_ - begin);
+  left_ -= size;
+  return {begin, size};
+}
+
+bool Characters::takeToBracket() {
+  for (std::string_view run = takeRun(); !run.empty(); run = takeRun()) {
+    if (find(run.data(), run.data() + run.size(), '[') != nullptr) return true;
+  }
+  return false;
+}
+
+std::size_t Characters::copyTo(char *destination, std::size_t capacity) {
+  left_ = std::min(left_, capacity);
+  std::size_t copied = 0;
+  for (std::string_view run = takeRun(); !run.empty(); run = takeRun()) {
+    std::memcpy(destination + copied, run.data(), run.size());
+    copied += run.size();
+  }
+  return copied;
+}
+
+const char *plainLinesEnd(Stretch lines, std::size_t limit) {
+  const char *begin = lines.begin;
+  if (begin == lines.end || *begin == '\n') return begin;
+  const char *end = begin + std::min(lines.size(), kLookAhead);
+  const char *odd = firstOddLineEnd(begin + 1, end);
+  const char *feed = findLast(begin, odd, '\n');
+  return feed == nullptr ? begin : firstLongLine(begin, feed + 1, limit);
+}
+
+const char *passPlainLines(Stretch text, const char *from, std::string_view key) {
+  if (key.empty()) return from;
+  const KeyProbe probe(key);
+  if (static_cast<std::size_t>(from - text.begin) < probe.reach()) return from;
+  const char *at = widestScan()(from, text.end, probe);
+  // What is left at the end may begin within a line end.
+  if (at == text.end || (*at == '\n' && at[-1] == '\r')) --at;
+  return at < from ? from : beginningOfLine(from, at);
+}
+
+}  // namespace korvel::profile

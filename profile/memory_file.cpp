@@ -1,0 +1,86 @@
+#include "profile/memory_file.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <climits>
+#include <cstddef>
+
+#include <korvel/files.h>
+#include "files/paths.h"
+
+namespace korvel::profile {
+namespace {
+
+ssize_t readSome(int descriptor, char *to, std::size_t count) {
+  ssize_t got = read(descriptor, to, count);
+  while (got < 0 && errno == EINTR) got = read(descriptor, to, count);
+  return got;
+}
+
+int asInt(off_t size) { return static_cast<int>(std::min<off_t>(size, INT_MAX)); }
+
+}  // namespace
+
+InputFile::~InputFile() {
+  if (descriptor_ >= 0) close(descriptor_);
+}
+
+bool InputFile::open(const char *path) {
+  if (!openAt(files::PosixPath::toOpen(path).text()) && !openAt(files::PosixPath(path).text()))
+    return false;
+  struct stat status;
+  if (fstat(descriptor_, &status) != 0) return false;
+  size_ = status.st_size;
+  return S_ISREG(status.st_mode);
+}
+
+// Whether it is a regular file is known once it is open; opening a pipe must not wait for the other
+// end meanwhile.
+bool InputFile::openAt(const char *posixPath) {
+  descriptor_ = ::open(posixPath, O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
+  return descriptor_ >= 0;
+}
+
+MemoryFile::MemoryFile(off_t size) : handle_(MFil_Open("", 1, asInt(size))) {}
+
+MemoryFile::~MemoryFile() {
+  if (isOpen()) MFil_Close(handle_);
+}
+
+bool MemoryFile::load(const InputFile &file) {
+  if (file.size() >= INT_MAX) return false;
+  MFilSlot &slot = DATA_MFIL_TAB[handle_];
+  const ssize_t got =
+      readSome(file.descriptor(), slot.block, static_cast<std::size_t>(slot.capacity));
+  if (got < 0) return false;
+  slot.size = slot.position = static_cast<int>(got);
+  if (got == file.size() && got < slot.capacity) return true;
+  // The file is no longer what it was when it was opened, or does not tell its size.
+  char piece[16384];
+  for (;;) {
+    const ssize_t more = readSome(file.descriptor(), piece, sizeof piece);
+    if (more <= 0) return more == 0;
+    if (MFil_Write(handle_, piece, static_cast<int>(more)) != more) return false;
+  }
+}
+
+bool MemoryFile::append(std::string_view piece) {
+  const int count = asInt(static_cast<off_t>(piece.size()));
+  return MFil_Write(handle_, piece.data(), count) == count && piece.size() <= INT_MAX;
+}
+
+void MemoryFile::clear() {
+  MFilSlot &slot = DATA_MFIL_TAB[handle_];
+  slot.size = slot.position = 0;
+}
+
+std::string_view MemoryFile::bytes() const {
+  const MFilSlot &slot = DATA_MFIL_TAB[handle_];
+  return {slot.block, static_cast<std::size_t>(slot.size)};
+}
+
+}  // namespace korvel::profile

@@ -1,0 +1,61 @@
+// For profile/ only: a memory file for the time of a call.
+#ifndef KORVEL_PROFILE_MEMORY_FILE_H
+#define KORVEL_PROFILE_MEMORY_FILE_H
+
+#include <sys/types.h>
+
+#include <string_view>
+
+namespace korvel::profile {
+
+// A file open for reading.
+class InputFile {
+ public:
+  InputFile() = default;
+  ~InputFile();
+  InputFile(const InputFile &) = delete;
+  InputFile &operator=(const InputFile &) = delete;
+
+  // Opens the file at a colon path. False when there is no regular file, or when it may not be
+  // read.
+  bool open(const char *path);
+
+  int descriptor() const { return descriptor_; }
+  off_t size() const { return size_; }
+
+ private:
+  bool openAt(const char *posixPath);
+
+  int descriptor_ = -1;
+  off_t size_ = 0;
+};
+
+// One of the memory files that the application has, too; it goes with its object.
+class MemoryFile {
+ public:
+  // Room for `size` bytes, and more as they come.
+  explicit MemoryFile(off_t size);
+  ~MemoryFile();
+  MemoryFile(const MemoryFile &) = delete;
+  MemoryFile &operator=(const MemoryFile &) = delete;
+
+  // False when no memory file was free. Nothing else may be called then.
+  bool isOpen() const { return handle_ >= 0; }
+
+  // Takes the whole content of a file; an empty memory file only. False when it does not fit into
+  // memory or cannot be read.
+  bool load(const InputFile &file);
+
+  // Appends; false when there is no memory.
+  bool append(std::string_view piece);
+  void clear();
+
+  std::string_view bytes() const;
+
+ private:
+  int handle_;
+};
+
+}  // namespace korvel::profile
+
+#endif

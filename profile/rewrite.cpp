@@ -1,0 +1,146 @@
+#include "profile/rewrite.h"
+
+#include <cstring>
+#include <initializer_list>
+
+#include "profile/find.h"
+
+namespace korvel::profile {
+namespace {
+
+// A line without a character; the rest behind the last line end is none.
+bool isEmptyLine(const Line &line) {
+  return line.next != line.end && Characters(line, 1).takeRun().empty();
+}
+
+class Rewriter {
+ public:
+  Rewriter(std::string_view text, Output &output) : text_(stretchOf(text)), output_(output) {}
+
+  Stretch text() const { return text_; }
+
+  void putLine(std::initializer_list<std::string_view> parts) {
+    for (const std::string_view part : parts) output_.write(part);
+    output_.write(kLineEnd);
+  }
+
+  void copy(const char *begin, const char *end) {
+    while (begin != end) {
+      const char *plainEnd = plainLinesEnd({begin, end}, kRewriteLine);
+      if (plainEnd != begin) output_.write(Stretch{begin, plainEnd}.bytes());
+      begin = plainEnd == end ? end : copyOddLine(plainEnd, end);
+    }
+  }
+
+  // The empty lines alone.
+  void copyEmptyLines(const char *begin, const char *end) {
+    while (begin != end) {
+      const Line line = lineAt(begin, end);
+      if (isEmptyLine(line)) putLine({});
+      begin = line.next;
+    }
+  }
+
+  // Where a line goes that is added before `place`: behind the last line that is not empty.
+  const char *behindLastText(const char *place) const {
+    const char *textEnd = place;
+    while (textEnd != text_.begin && (textEnd[-1] == '\r' || textEnd[-1] == '\n')) --textEnd;
+    return textEnd == text_.begin ? textEnd : lineAt(textEnd, place).next;
+  }
+
+  void putHeader(std::string_view section) {
+    if (text_.size() != 0) putLine({});
+    putLine({"[", section, "]"});
+  }
+
+ private:
+  const char *copyOddLine(const char *begin, const char *end) {
+    const Line line = lineAt(begin, end);
+    Characters characters(line, kRewriteLine);
+    bool empty = true;
+    for (std::string_view run = characters.takeRun(); !run.empty(); run = characters.takeRun()) {
+      output_.write(run);
+      empty = false;
+    }
+    if (!empty || isEmptyLine(line)) putLine({});
+    return line.next;
+  }
+
+  Stretch text_;
+  Output &output_;
+};
+
+// The place in a text that a change of a key is about.
+struct KeyPlace {
+  enum Kind {
+    KeyLine,     // the line with the key
+    SectionEnd,  // where the section ends that lacks the key
+    NoSection,
+  };
+  Kind kind;
+  const char *begin;
+  const char *next;  // behind the line with the key
+};
+
+// A new value goes to the first section of the name. The line to remove is the one that a reader
+// finds, in whichever section of the name that is.
+KeyPlace findPlace(Stretch text, std::string_view section, std::string_view key, bool removing) {
+  KeyPlace place{KeyPlace::NoSection, text.end, text.end};
+  const char *from = text.begin;
+  while (const auto header = findSection(text, from, section, kRewriteLine)) {
+    const KeySearch search = findKey(text, header->next, key, kRewriteLine);
+    if (search.end == KeySearch::Found)
+      return {KeyPlace::KeyLine, search.line.begin, search.line.next};
+    if (search.end == KeySearch::EndOfText) return {KeyPlace::SectionEnd, text.end, text.end};
+    place = {KeyPlace::SectionEnd, search.line.begin, search.line.begin};
+    if (!removing) break;
+    from = search.line.begin;
+  }
+  return place;
+}
+
+}  // namespace
+
+void rewriteKey(std::string_view text, std::string_view section, std::string_view key,
+                std::optional<std::string_view> value, Output &output) {
+  Rewriter rewriter(text, output);
+  const auto [begin, end] = rewriter.text();
+  const KeyPlace place = findPlace({begin, end}, section, key, !value);
+  if (!value) {
+    rewriter.copy(begin, place.begin);
+    rewriter.copy(place.next, end);
+    return;
+  }
+  const char *cut =
+      place.kind == KeyPlace::KeyLine ? place.begin : rewriter.behindLastText(place.begin);
+  rewriter.copy(begin, cut);
+  if (place.kind == KeyPlace::NoSection) rewriter.putHeader(section);
+  rewriter.putLine({key, "=", *value});
+  rewriter.copy(place.kind == KeyPlace::KeyLine ? place.next : cut, end);
+}
+
+void rewriteSection(std::string_view text, std::string_view section,
+                    std::optional<std::string_view> content, Output &output) {
+  Rewriter rewriter(text, output);
+  const auto [begin, end] = rewriter.text();
+  const auto header = findSection({begin, end}, begin, section, kRewriteLine);
+  if (!header) {
+    const char *cut = content ? rewriter.behindLastText(end) : end;
+    rewriter.copy(begin, cut);
+    if (content) {
+      rewriter.putHeader(section);
+      rewriter.putLine({*content});
+    }
+    rewriter.copy(cut, end);
+    return;
+  }
+  rewriter.copy(begin, header->next);
+  if (content) rewriter.putLine({*content});
+  const char *nextHeader = findHeader({begin, end}, header->next);
+  // Kept: the empty lines of a section that runs to the end of the file go with it.
+  if (nextHeader == nullptr) return;
+  rewriter.copyEmptyLines(header->next, nextHeader);
+  rewriter.copy(nextHeader, end);
+}
+
+}  // namespace korvel::profile

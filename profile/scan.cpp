@@ -1,0 +1,118 @@
+#include "profile/scan.h"
+
+#include <algorithm>
+#include <atomic>
+#include <cstdint>
+#include <cstring>
+
+#include "profile/scan_loop.h"
+
+#ifdef __x86_64__
+#include <cpuid.h>
+#endif
+
+namespace korvel::profile {
+namespace {
+
+// What compilers make of vectors of sixteen bytes, which most machines have.
+class PortableBytes {
+ public:
+  static constexpr std::ptrdiff_t kSize = 16;
+
+  static PortableBytes load(const char *p) {
+    PortableBytes loaded;
+    std::memcpy(&loaded.bytes_, p, sizeof loaded.bytes_);
+    return loaded;
+  }
+  static PortableBytes filled(char c) {
+    return PortableBytes(Bytes{} + static_cast<unsigned char>(c));
+  }
+
+  friend PortableBytes operator^(PortableBytes a, PortableBytes b) {
+    return PortableBytes(a.bytes_ ^ b.bytes_);
+  }
+  PortableBytes orDifference(PortableBytes a, PortableBytes b) const {
+    return PortableBytes(bytes_ | (a.bytes_ ^ b.bytes_));
+  }
+  PortableBytes least(PortableBytes other) const {
+    return PortableBytes(bytes_ < other.bytes_ ? bytes_ : other.bytes_);
+  }
+  PortableBytes leastWhereUnequal(PortableBytes other, PortableBytes a, PortableBytes b) const {
+    return PortableBytes(a.bytes_ == b.bytes_ ? bytes_ : least(other).bytes_);
+  }
+  bool hasZero() const {
+    const auto equal = bytes_ == Bytes{};
+    std::uint64_t halves[2];
+    static_assert(sizeof halves == sizeof equal);
+    std::memcpy(halves, &equal, sizeof halves);
+    return (halves[0] | halves[1]) != 0;
+  }
+  std::uint64_t zeroes() const {
+    std::uint64_t mask = 0;
+    for (int i = 0; i < kSize && hasZero(); ++i) mask |= std::uint64_t{bytes_[i] == 0} << i;
+    return mask;
+  }
+
+ private:
+  typedef unsigned char Bytes __attribute__((vector_size(kSize)));
+
+  PortableBytes() = default;
+  explicit PortableBytes(Bytes bytes) : bytes_(bytes) {}
+
+  Bytes bytes_;
+};
+
+#ifdef __x86_64__
+// Which registers the system keeps for a process: bits of what xgetbv tells.
+constexpr unsigned kAvxState = 0x06;
+constexpr unsigned kAvx512State = 0xE6;
+
+unsigned keptState() {
+  unsigned low = 0;
+  unsigned high = 0;
+  __asm__ volatile("xgetbv" : "=a"(low), "=d"(high) : "c"(0));
+  return low;
+}
+
+Scan chosenByProcessor() {
+  unsigned a = 0;
+  unsigned b = 0;
+  unsigned c = 0;
+  unsigned d = 0;
+  if (__get_cpuid(1, &a, &b, &c, &d) == 0 || (c & bit_OSXSAVE) == 0) return scanPortable;
+  const unsigned kept = keptState();
+  if (__get_cpuid_count(7, 0, &a, &b, &c, &d) == 0) return scanPortable;
+  if ((b & bit_AVX512BW) != 0 && (kept & kAvx512State) == kAvx512State) return scanAvx512;
+  if ((b & bit_AVX2) != 0 && (kept & kAvxState) == kAvxState) return scanAvx2;
+  return scanPortable;
+}
+#else
+Scan chosenByProcessor() { return scanPortable; }
+#endif
+
+// Asking the processor costs more than a search; null until it was asked.
+constinit std::atomic<Scan> chosen = nullptr;
+
+}  // namespace
+
+KeyProbe::KeyProbe(std::string_view text)
+    : key(text.data()),
+      size(static_cast<std::ptrdiff_t>(text.size())),
+      last(text.back()),
+      lastButOne(text[text.size() - std::min<std::size_t>(text.size(), 2)]),
+      lastButOneDistance(std::min<std::ptrdiff_t>(size, 2)) {}
+
+const char *scanPortable(const char *at, const char *end, const KeyProbe &probe) {
+  return BlockScan<PortableBytes>(probe).run(at, end);
+}
+
+Scan widestScan() {
+  Scan scan = chosen.load(std::memory_order_relaxed);
+  if (scan == nullptr) {
+    scan = chosenByProcessor();
+    chosen.store(scan, std::memory_order_relaxed);
+  }
+  return scan;
+}
+
+}  // namespace korvel::profile

@@ -1,0 +1,125 @@
+// Upper-casing with the 256-bit instructions that most x86-64 machines have; each machine is asked
+// at the call.
+#include "strings/capitals.h"
+
+#include "strings/charsets.h"
+
+#if defined(__x86_64__) && __has_include(<sys/platform/x86.h>)
+#include <immintrin.h>
+#include <sys/platform/x86.h>
+
+#include <array>
+#include <cstdint>
+
+// What a function needs to use them in a program made for every x86-64.
+#define WIDE __attribute__((target("avx2")))
+
+namespace {
+
+using korvel::strings::kStretch;
+
+constexpr std::size_t kWide = 32;
+static_assert(kStretch == 2 * kWide);
+
+// Bytes above this one go through the table of all capitals: few of them stand in a text. Those
+// between the two rows of accented letters and this one are their own capitals.
+constexpr unsigned char kLastOwnCapital = 0xBD;
+
+// What turns the sixteen letters from `first` on into their capitals by an exclusive or, twice:
+// a wide shuffle looks up each of its halves on its own.
+constexpr std::array<char, kWide> changesFrom(unsigned char first) {
+  std::array<char, kWide> changes{};
+  for (unsigned i = 0; i < kWide; ++i) {
+    const auto letter = static_cast<unsigned char>(first + i % 16);
+    changes[i] = static_cast<char>(letter ^ korvel::strings::plainCapitalOf(letter));
+  }
+  return changes;
+}
+constexpr std::array<char, kWide> kChanges90 = changesFrom(0x90);
+constexpr std::array<char, kWide> kChanges80After90 = [] {
+  std::array<char, kWide> changes = changesFrom(0x80);
+  for (std::size_t i = 0; i < kWide; ++i) {
+    changes[i] = static_cast<char>(changes[i] ^ kChanges90[i]);
+  }
+  return changes;
+}();
+
+constexpr bool areOwnCapitals(unsigned first, unsigned last) {
+  for (unsigned c = first; c <= last; ++c) {
+    if (korvel::strings::plainCapitalOf(static_cast<unsigned char>(c)) != c) return false;
+  }
+  return true;
+}
+static_assert(areOwnCapitals(0xA0, kLastOwnCapital));
+
+WIDE inline __m256i load(const char *p) {
+  return _mm256_loadu_si256(reinterpret_cast<const __m256i *>(p));
+}
+
+WIDE inline __m256i filled(unsigned char c) { return _mm256_set1_epi8(static_cast<char>(c)); }
+
+// What turns the letters of 80..9F into their capitals by an exclusive or, 0 for all other bytes.
+// The two rows move to 60..7F, where a shuffle sees the low four bits alone; every other byte comes
+// out at 80 or above, where it gives 0. Moved on by a row, only 80..8F remain below 80: they take
+// back the change of 90..9F and have their own.
+WIDE inline __m256i changesOfAccented(__m256i b) {
+  const __m256i places = _mm256_adds_epu8(_mm256_xor_si256(b, filled(0x80)), filled(0x60));
+  const __m256i placesOf80 = _mm256_adds_epu8(places, filled(0x10));
+  return _mm256_xor_si256(_mm256_shuffle_epi8(load(kChanges90.data()), places),
+                          _mm256_shuffle_epi8(load(kChanges80After90.data()), placesOf80));
+}
+
+// Moved up so far that 'z' is the largest signed byte, the small letters are those above where
+// 'a' - 1 comes to stand.
+WIDE inline __m256i changesOfAscii(__m256i b) {
+  constexpr unsigned char kUp = 0x7F - 'z';
+  const __m256i isSmall = _mm256_cmpgt_epi8(_mm256_add_epi8(b, filled(kUp)), filled('a' - 1 + kUp));
+  return _mm256_and_si256(isSmall, filled('a' ^ 'A'));
+}
+
+WIDE inline __m256i capitals(__m256i b) {
+  return _mm256_xor_si256(_mm256_xor_si256(b, changesOfAscii(b)), changesOfAccented(b));
+}
+
+// The high bit set where a byte is above kLastOwnCapital.
+WIDE inline __m256i leftToTable(__m256i b) {
+  return _mm256_and_si256(b, _mm256_cmpgt_epi8(b, filled(kLastOwnCapital)));
+}
+
+WIDE inline std::uint64_t highBits(__m256i b) {
+  return static_cast<std::uint32_t>(_mm256_movemask_epi8(b));
+}
+
+WIDE inline void store(char *p, __m256i b) {
+  _mm256_storeu_si256(reinterpret_cast<__m256i *>(p), b);
+}
+
+WIDE void capitaliseStretches(char *s, const char *end) {
+  for (; s != end; s += kStretch) {
+    const __m256i front = load(s);
+    const __m256i back = load(s + kWide);
+    store(s, capitals(front));
+    store(s + kWide, capitals(back));
+    if (highBits(leftToTable(_mm256_max_epu8(front, back))) == 0) continue;
+    const std::uint64_t marked =
+        highBits(leftToTable(front)) | (highBits(leftToTable(back)) << kWide);
+    korvel::strings::capitaliseMarked(s, marked);
+  }
+}
+
+bool isWideMachine() { return CPU_FEATURE_ACTIVE(AVX2); }
+
+}  // namespace
+
+std::size_t korvel::strings::capitaliseWide(char *s, std::size_t n) {
+  const std::size_t whole = n - n % kStretch;
+  if (whole == 0 || !isWideMachine()) return 0;
+  capitaliseStretches(s, s + whole);
+  return whole;
+}
+
+#else
+
+std::size_t korvel::strings::capitaliseWide(char * /*s*/, std::size_t /*n*/) { return 0; }
+
+#endif

@@ -1,0 +1,152 @@
+#include "platform/loader.h"
+
+#include <gtest/gtest.h>
+#include <korvel/desktop.h>
+
+#include <cstdlib>
+
+#include "platform/desktop.h"
+#include "tests/platform/scripted_desktop.h"
+#include "tests/platform/temporary_folder.h"
+
+namespace korvel::platform {
+namespace {
+
+using test::EnvironmentGuard;
+
+// What standard error got, for which every failed load has one line.
+template <typename Call>
+std::string errorOf(Call call) {
+  testing::internal::CaptureStderr();
+  call();
+  return testing::internal::GetCapturedStderr();
+}
+
+bool isOneLine(const std::string &text) {
+  return text.size() > 1 && text.find('\n') == text.size() - 1;
+}
+
+void expectRefused(const std::string &module, const std::string &reason) {
+  const EnvironmentGuard chosen("KORVEL_DESKTOP", module.c_str());
+  Desktop *loaded = nullptr;
+  const std::string error = errorOf([&] { loaded = desktop(); });
+  EXPECT_EQ(loaded, nullptr);
+  EXPECT_TRUE(isOneLine(error)) << error;
+  EXPECT_NE(error.find(reason), std::string::npos) << error;
+}
+
+TEST(Loader, AModuleThatIsNotThereIsRefused) {
+  expectRefused("/nowhere/korvel-qt.so", "/nowhere/korvel-qt.so");
+}
+
+TEST(Loader, AFileThatIsNoLibraryIsRefused) {
+  const test::TemporaryFolder folder;
+  expectRefused(folder.add("korvel-qt.so", "no library"), "korvel-qt.so");
+}
+
+TEST(Loader, ALibraryThatIsNoModuleIsRefused) {
+  expectRefused(KORVEL_TEST_NO_MODULE, "is not one");
+}
+
+TEST(Loader, AModuleOfAnotherVersionIsRefused) {
+  expectRefused(KORVEL_TEST_OTHER_VERSION, "another version");
+}
+
+TEST(Loader, ABareNameIsAFileHereAndNotAnInstalledLibrary) { expectRefused("libc.so.6", "./libc"); }
+
+TEST(Loader, WithoutAModuleBesideTheLibraryBothPlacesAreNamed) {
+  const EnvironmentGuard unset("KORVEL_DESKTOP", nullptr);
+  const std::string error = errorOf([] { EXPECT_EQ(desktop(), nullptr); });
+  EXPECT_TRUE(isOneLine(error)) << error;
+  EXPECT_NE(error.find("/korvel"), std::string::npos) << error;
+}
+
+// A module stays once it was loaded, so what loads one has a process to itself.
+void endWith(bool isRight) { std::_Exit(isRight ? 0 : 1); }
+
+void loadAfterAFailure() {
+  const EnvironmentGuard nowhere("KORVEL_DESKTOP", "/nowhere/korvel-qt.so");
+  const bool hasFailed = desktop() == nullptr;
+  const EnvironmentGuard chosen("KORVEL_DESKTOP", KORVEL_TEST_MODULE);
+  endWith(hasFailed && desktop() != nullptr);
+}
+
+void loadTwice() {
+  const EnvironmentGuard chosen("KORVEL_DESKTOP", KORVEL_TEST_MODULE);
+  Desktop *loaded = desktop();
+  const EnvironmentGuard other("KORVEL_DESKTOP", "/nowhere/korvel-qt.so");
+  endWith(loaded != nullptr && desktop() == loaded);
+}
+
+TEST(Loader, AFailedLoadIsTriedAgain) {
+  EXPECT_EXIT(loadAfterAFailure(), testing::ExitedWithCode(0), "nowhere");
+}
+
+TEST(Loader, ALoadedModuleStays) { EXPECT_EXIT(loadTwice(), testing::ExitedWithCode(0), ""); }
+
+TEST(Loader, AGivenDesktopIsUsedUntilItIsTakenBack) {
+  const EnvironmentGuard chosen("KORVEL_DESKTOP", "/nowhere/korvel-qt.so");
+  {
+    test::ScriptedDesktop desk;
+    EXPECT_EQ(desktop(), &desk);
+    EXPECT_EQ(desktopWithScreen(), &desk);
+    desk.finish();
+  }
+  EXPECT_NE(errorOf([] { EXPECT_EQ(desktop(), nullptr); }), "");
+}
+
+TEST(Loader, ADesktopWithoutAScreenIsToldInOneLine) {
+  test::ScriptedDesktop desk;
+  desk.takeScreenAway("no screen: it is dark");
+  const std::string error = errorOf([] { EXPECT_EQ(desktopWithScreen(), nullptr); });
+  EXPECT_TRUE(isOneLine(error)) << error;
+  EXPECT_NE(error.find("it is dark"), std::string::npos);
+  EXPECT_EQ(desktop(), &desk);
+  desk.finish();
+}
+
+TEST(HostWindow, NullIsNoWindowAndLoadsNoDesktop) {
+  const EnvironmentGuard chosen("KORVEL_DESKTOP", "/nowhere/korvel-qt.so");
+  EXPECT_EQ(errorOf([] { EXPECT_EQ(KorvelWidgetWindow(nullptr), nullptr); }), "");
+}
+
+TEST(HostWindow, WithoutADesktopThereIsNoWindow) {
+  const EnvironmentGuard chosen("KORVEL_DESKTOP", "/nowhere/korvel-qt.so");
+  int widget = 0;
+  const std::string error = errorOf([&] { EXPECT_EQ(KorvelWidgetWindow(&widget), nullptr); });
+  EXPECT_TRUE(isOneLine(error)) << error;
+}
+
+// The screen of this process's environment is taken away in a process of its own.
+int exitStatusWith(const char *environment) {
+  const std::string command =
+      "env -u DISPLAY -u WAYLAND_DISPLAY -u QT_QPA_PLATFORM " + std::string(environment) +
+      " KORVEL_DESKTOP='" KORVEL_TEST_MODULE "' '" KORVEL_TEST_NO_SCREEN "'";
+  return std::system(command.c_str());
+}
+
+TEST(NoScreen, NothingToShowOnIsNoReasonToDie) {
+  const struct {
+    const char *environment;
+    const char *reason;
+  } kCases[] = {
+      {"", "neither DISPLAY nor WAYLAND_DISPLAY"},
+      {"DISPLAY=:4711", "X server"},
+      {"DISPLAY=nonsense", "X server"},
+      {"WAYLAND_DISPLAY=/nowhere/wayland", "compositor"},
+      {"DISPLAY=:4711 WAYLAND_DISPLAY=nowhere", "compositor"},
+      {"QT_QPA_PLATFORM=xcb", "X server"},
+      {"QT_QPA_PLATFORM=nonsense", "no plugin for platform nonsense"},
+      {"QT_QPA_PLATFORM='wayland;xcb' DISPLAY=:4711", "X server"},
+  };
+  for (const auto &each : kCases) {
+    int status = -1;
+    const std::string error = errorOf([&] { status = exitStatusWith(each.environment); });
+    EXPECT_EQ(status, 0) << each.environment;
+    EXPECT_TRUE(isOneLine(error)) << each.environment << ": " << error;
+    EXPECT_NE(error.find(each.reason), std::string::npos) << each.environment << ": " << error;
+  }
+}
+
+}  // namespace
+}  // namespace korvel::platform

@@ -1,0 +1,15 @@
+// Asks twice for a desktop with a screen; succeeds when there is none. Only the first answer's
+// line on standard error is kept, so that the caller sees what one call says.
+#include <stdio.h>
+
+#include "platform/loader.h"
+
+int main() {
+  using korvel::platform::desktop;
+  using korvel::platform::desktopWithScreen;
+  const bool isFound = desktop() != nullptr;
+  const bool hasScreen = desktopWithScreen() != nullptr;
+  if (freopen("/dev/null", "w", stderr) == nullptr) return 2;
+  const bool hasScreenNow = desktopWithScreen() != nullptr;
+  return isFound && !hasScreen && !hasScreenNow ? 0 : 1;
+}

@@ -1,0 +1,45 @@
+// For tests/platform/ only: what a dialog's run told its handler, as readable lines.
+#ifndef TESTS_PLATFORM_RECORDED_HITS_H
+#define TESTS_PLATFORM_RECORDED_HITS_H
+
+#include <functional>
+#include <map>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "platform/desktop.h"
+
+namespace korvel::test {
+
+// Records "<item>", followed by what the item then holds: `text é`, `value 2`, `row 1 b double`.
+// OK and Cancel end the run, unless told otherwise. Texts are UTF-8.
+class RecordedHits final : public platform::HitHandler {
+ public:
+  virtual ~RecordedHits() = default;
+
+  // What the program does when an item is hit, after the hit was recorded.
+  void on(int item, std::function<void()> reaction) { reactions_[item] = std::move(reaction); }
+  void keepOpen(int item) { stopping_.erase(item); }
+  void stopAt(int item) { stopping_.insert(item); }
+
+  void record(platform::Dialog &dialog) {
+    dialog_ = &dialog;
+    dialog.runModal(*this);
+  }
+  const std::vector<std::string> &lines() const { return lines_; }
+
+  platform::Run hit(int item) override;
+
+ private:
+  std::string described(int item) const;
+
+  platform::Dialog *dialog_ = nullptr;
+  std::vector<std::string> lines_;
+  std::map<int, std::function<void()>> reactions_;
+  std::set<int> stopping_ = {platform::kOkItem, platform::kCancelItem};
+};
+
+}  // namespace korvel::test
+
+#endif

@@ -1,0 +1,92 @@
+#include "platform/resources.h"
+
+#include <gtest/gtest.h>
+#include <korvel/desktop.h>
+
+#include <cstring>
+
+#include "platform/librarypath.h"
+#include "tests/platform/temporary_folder.h"
+
+namespace korvel::platform {
+namespace {
+
+class Resources : public testing::Test {
+ protected:
+  void SetUp() override { std::memcpy(before_, szResources, sizeof before_); }
+  void TearDown() override { std::memcpy(szResources, before_, sizeof before_); }
+
+  void chooseFolder(const std::string &path) {
+    ASSERT_LT(path.size(), sizeof szResources);
+    std::strcpy(szResources, path.c_str());
+  }
+
+  test::TemporaryFolder folder_;
+
+ private:
+  char before_[sizeof szResources];
+};
+
+TEST_F(Resources, TheFolderIsNotChosenAtFirst) {
+  EXPECT_STREQ(szResources, "");
+  EXPECT_EQ(sizeof szResources, 256u);
+}
+
+TEST_F(Resources, AFileOfTheChosenFolderIsFound) {
+  chooseFolder(folder_.path());
+  const std::string icon = folder_.add("icons/7.png");
+  EXPECT_EQ(findResource("icons/7", {".svg", ".png"}), icon);
+}
+
+TEST_F(Resources, EndingsAreTriedInOrder) {
+  chooseFolder(folder_.path());
+  const std::string picture = folder_.add("icons/7.png");
+  const std::string drawing = folder_.add("icons/7.svg");
+  EXPECT_EQ(findResource("icons/7", {".svg", ".png"}), drawing);
+  EXPECT_EQ(findResource("icons/7", {".png", ".svg"}), picture);
+}
+
+TEST_F(Resources, TheFolderIsReadAtEachUse) {
+  const test::TemporaryFolder other;
+  folder_.add("icons/7.png");
+  const std::string late = other.add("icons/7.png");
+  chooseFolder(folder_.path());
+  ASSERT_NE(findResource("icons/7", {".png"}), late);
+  chooseFolder(other.path());
+  EXPECT_EQ(findResource("icons/7", {".png"}), late);
+}
+
+TEST_F(Resources, AFolderIsNoResource) {
+  chooseFolder(folder_.path());
+  folder_.add("icons/7.svg/inside");
+  EXPECT_EQ(findResource("icons/7", {".svg"}), "");
+}
+
+TEST_F(Resources, WhatIsNowhereIsEmpty) {
+  chooseFolder(folder_.path());
+  EXPECT_EQ(findResource("icons/4711", {".svg", ".png"}), "");
+  EXPECT_EQ(findResource("icons/4711", {}), "");
+}
+
+TEST_F(Resources, ABufferFilledToItsLastByteIsReadNoFurther) {
+  std::memset(szResources, 'x', sizeof szResources);
+  EXPECT_EQ(findResource("icons/4711", {".svg"}), "");
+}
+
+TEST_F(Resources, TheDefaultSetIsBesideTheLibraryOrInTheDataFolder) {
+  const auto folders = defaultResourceFolders("/opt/korvel/lib");
+  ASSERT_EQ(folders.size(), 2u);
+  EXPECT_EQ(folders[0], "/opt/korvel/lib/resources");
+  EXPECT_EQ(folders[1].rfind("/opt/korvel/lib/", 0), 0u);
+  EXPECT_NE(folders[1].find("share/korvel/resources"), std::string::npos);
+}
+
+TEST(LibraryPath, AnExecutableThatHoldsTheLibraryIsItsPlace) {
+  EXPECT_EQ(libraryFolder(), executableFolder());
+  EXPECT_TRUE(isFile(executableFolder() + "/platform_test"));
+  EXPECT_FALSE(isFile(executableFolder()));
+  EXPECT_FALSE(isFile(executableFolder() + "/none"));
+}
+
+}  // namespace
+}  // namespace korvel::platform

@@ -1,0 +1,72 @@
+#include "profile/scan.h"
+
+#include <gtest/gtest.h>
+
+#include <random>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "tests/support/page_end.h"
+
+namespace {
+
+using korvel::profile::KeyProbe;
+using korvel::profile::Scan;
+using korvel::test::PageEnd;
+
+// All that this machine can run: a wider one runs the narrower ones, too.
+std::vector<Scan> scansOfThisMachine() {
+  using namespace korvel::profile;
+  std::vector<Scan> scans = {&scanPortable};
+#ifdef __x86_64__
+  if (widestScan() != &scanPortable) scans.push_back(&scanAvx2);
+  if (widestScan() == &scanAvx512) scans.push_back(&scanAvx512);
+#endif
+  return scans;
+}
+
+bool isOfInterest(const char *at, std::string_view key) {
+  if (*at == '\n') return at[-1] != '\r';
+  const char *begin = at - key.size();
+  const bool beginsLine = begin[-1] == '\n' || begin[-1] == '\r';
+  return *at == '[' || (*at == '=' && beginsLine && std::string_view(begin, key.size()) == key);
+}
+
+TEST(Scan, StopsAtTheFirstByteOfInterestAndPassesNone) {
+  constexpr std::ptrdiff_t kWidestBlock = 64;
+  constexpr std::size_t kReach = 5;
+  std::mt19937 random(512);
+  for (int run = 0; run < 3000; ++run) {
+    const std::string_view key = std::string_view("key").substr(random() % 3);
+    std::string text(random() % 700 + kReach, 'a');
+    for (char &c : text) c = "key=\x8A\xDB\xBD\r"[random() % 7];
+    for (std::size_t i = 2; i + 1 < text.size(); i += 2 + random() % 40) {
+      text[i] = '\r';
+      text[i + 1] = '\n';
+    }
+    // Other keys that end alike.
+    for (std::size_t i = 8; i + 8 < text.size(); i += 8 + random() % 100)
+      text.replace(i, 4, random() % 40 == 0 ? "key=" : "dey=");
+    // Rare, so that all of a block's bytes get their turn.
+    if (random() % 3 == 0) text[random() % text.size()] = "\r\n[="[random() % 4];
+    PageEnd page(text);
+    const char *begin = page.data() + kReach;
+    const char *end = page.data() + text.size();
+    const KeyProbe probe(key);
+    const char *first = begin;
+    while (first != end && !isOfInterest(first, key)) ++first;
+    for (const Scan scan : scansOfThisMachine()) {
+      const char *stop = scan(begin, end, probe);
+      ASSERT_LE(stop, first);
+      ASSERT_TRUE(stop == first || end - stop < kWidestBlock);
+    }
+  }
+}
+
+TEST(Scan, ReachesAsFarBackAsTheKeyAndALineEnd) {
+  EXPECT_EQ(KeyProbe("key").reach(), 5U);
+  EXPECT_EQ(KeyProbe("y").reach(), 3U);
+}
+
+}  // namespace
