@@ -23,22 +23,7 @@ bool mayBeginALine(std::string_view key) {
   return key.find_first_of("\r\n[") == std::string_view::npos;
 }
 
-// What one line of a section means to the search for a key that may begin a line; EndOfText: go on.
-KeySearch::End look(const Line &line, std::string_view key, std::size_t limit) {
-  Characters characters(line, limit);
-  if (takeKey(characters, key)) return KeySearch::Found;
-  return Characters(line, limit).takeToBracket() ? KeySearch::Bracket : KeySearch::EndOfText;
-}
-
-// As findKey for a key that no line begins with.
-KeySearch findSectionEnd(Stretch text, const char *from, std::size_t limit) {
-  while (from != text.end) {
-    const Line line = lineAt(from, text.end);
-    if (Characters(line, limit).takeToBracket()) return {KeySearch::Bracket, line};
-    from = line.next;
-  }
-  return {KeySearch::EndOfText, {}};
-}
+bool holdsBracket(Characters characters) { return characters.takeToBracket(); }
 
 }  // namespace
 
@@ -63,13 +48,14 @@ std::optional<Line> findSection(Stretch text, const char *from, std::string_view
 }
 
 KeySearch findKey(Stretch text, const char *from, std::string_view key, std::size_t limit) {
-  if (!mayBeginALine(key)) return findSectionEnd(text, from, limit);
+  const bool mayBeThere = mayBeginALine(key);
   for (;;) {
-    from = passPlainLines(text, from, key);
+    if (mayBeThere) from = passPlainLines(text, from, key);
     if (from == text.end) return {KeySearch::EndOfText, {}};
     const Line line = lineAt(from, text.end);
-    const KeySearch::End end = look(line, key, limit);
-    if (end != KeySearch::EndOfText) return {end, line};
+    Characters characters(line, limit);
+    if (mayBeThere && takeKey(characters, key)) return {KeySearch::Found, line};
+    if (holdsBracket({line, limit})) return {KeySearch::Bracket, line};
     from = line.next;
   }
 }

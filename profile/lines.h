@@ -70,7 +70,8 @@ const char *plainLinesEnd(Stretch lines, std::size_t limit);
 // Passes over lines that do not matter to the search for a key: without a '[', without `key` and
 // '=' in front, without a line feed but behind their carriage return. Returns the beginning of a
 // line between `from` and the end before which all lines are so; may stop early. `from` is the
-// beginning of a line, `text` the whole text; key holds none of '\r', '\n', '['.
+// beginning of a line, `text` the whole text; key holds none of '\r', '\n', '['; no
+// line is passed over for an empty one.
 const char *passPlainLines(Stretch text, const char *from, std::string_view key);
 
 }  // namespace korvel::profile

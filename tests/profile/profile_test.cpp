@@ -158,15 +158,6 @@ TEST(ReadString, EndsItsTextAtANulOfTheFile) {
   EXPECT_EQ(std::string_view(buffer, 4), std::string_view("a\0b\0", 4));
 }
 
-// A file that the system makes as it is read does not tell its size.
-TEST(ReadString, ReadsAFileWithoutASize) {
-  Volumes volumes;
-  std::filesystem::create_symlink("/proc/self/status", volumes.posix("status"));
-  EXPECT_EQ(valueIn("A", "x", "Data:status"), "(default)");
-  std::filesystem::create_symlink("/proc/self/cmdline", volumes.posix("cmdline"));
-  EXPECT_EQ(valueIn("A", "x", "Data:cmdline"), "(default)");
-}
-
 TEST(ReadInt, TakesWhatTheIntegerReaderTakes) {
   Volumes volumes;
   const struct {
@@ -286,6 +277,26 @@ TEST(WriteString, CountsWhatCannotBeReadAsDone) {
   chmod(volumes.posix("p.ini").c_str(), 0222);
   EXPECT_EQ(inChildOfAUser([] { return WritePrivateProfileString("A", "x", "2", kPath); }), 1);
   EXPECT_EQ(content(volumes.posix("p.ini")), "[A]\r\nx=1\r\n");
+}
+
+// Many small pieces, and pieces of every size around what is gathered.
+TEST(WriteString, WritesLargeFilesWhole) {
+  Volumes volumes;
+  std::string small = "[A]\r";
+  for (int i = 0; i < 20000; ++i) small += "key" + std::to_string(i) + "=\n" + "v\r";
+  const std::string large = "[A]\r\nx=" + std::string(16000, 'v') + "\r\n";
+  for (const std::string &old : {small, large + small, small + large + large}) {
+    volumes.file("p.ini", old);
+    EXPECT_EQ(WritePrivateProfileString("A", "key7", "new", kPath), 1);
+    EXPECT_EQ(content(volumes.posix("p.ini")),
+              korvel::test::literalWriteKey(old, "A", "key7", "new"));
+  }
+  for (std::size_t size = 16360; size < 16400; ++size) {
+    volumes.file("p.ini", "[A]\r\nx=1\r\n");
+    const std::string value(size, 'v');
+    EXPECT_EQ(WritePrivateProfileString("A", "x", value.c_str(), kPath), 1);
+    EXPECT_EQ(content(volumes.posix("p.ini")), "[A]\r\nx=" + value + "\r\n");
+  }
 }
 
 TEST(WriteString, KeepsALinkAndTheModeOfItsFile) {
