@@ -17,7 +17,8 @@ readonly TEST_PACKAGES=(
   clang googletest libgtest-dev locales python3
 )
 readonly BENCH_PACKAGES=(
-  "${BUILD_PACKAGES[@]}" libbenchmark-dev libglib2.0-dev libinih-dev pkg-config fonts-liberation
+  "${BUILD_PACKAGES[@]}" libbenchmark-dev libglib2.0-dev libinih-dev libsqlite3-dev mawk pkg-config
+  fonts-liberation
 )
 
 say() { printf '%s: %s\n' "${0##*/}" "$*"; }
