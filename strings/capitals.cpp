@@ -1,12 +1,12 @@
 // Upper-casing with the 256-bit instructions that most x86-64 machines have; each machine is asked
-// at the call.
+// at the first call.
 #include "strings/capitals.h"
 
 #include "strings/charsets.h"
 
-#if defined(__x86_64__) && __has_include(<sys/platform/x86.h>)
+#ifdef __x86_64__
+#include <cpuid.h>
 #include <immintrin.h>
-#include <sys/platform/x86.h>
 
 #include <array>
 #include <cstdint>
@@ -81,9 +81,10 @@ WIDE inline __m256i capitals(__m256i b) {
   return _mm256_xor_si256(_mm256_xor_si256(b, changesOfAscii(b)), changesOfAccented(b));
 }
 
-// The high bit set where a byte is above kLastOwnCapital.
+// The high bit set where a byte is above kLastOwnCapital: those that have it and lose it, moved up
+// so far that kLastOwnCapital becomes FF.
 WIDE inline __m256i leftToTable(__m256i b) {
-  return _mm256_and_si256(b, _mm256_cmpgt_epi8(b, filled(kLastOwnCapital)));
+  return _mm256_andnot_si256(_mm256_add_epi8(b, filled(0xFF - kLastOwnCapital)), b);
 }
 
 WIDE inline std::uint64_t highBits(__m256i b) {
@@ -107,7 +108,25 @@ WIDE void capitaliseStretches(char *s, const char *end) {
   }
 }
 
-bool isWideMachine() { return CPU_FEATURE_ACTIVE(AVX2); }
+// The processor has the instructions, and the system keeps their registers.
+bool askMachine() {
+  constexpr unsigned kKeptRegisters = 6;  // 128-bit and 256-bit
+  unsigned a = 0, b = 0, c = 0, d = 0;
+  if (__get_cpuid(1, &a, &b, &c, &d) == 0 || (c & bit_OSXSAVE) == 0) return false;
+  unsigned kept = 0;
+  __asm__("xgetbv" : "=a"(kept), "=d"(d) : "c"(0));
+  if ((kept & kKeptRegisters) != kKeptRegisters) return false;
+  return __get_cpuid_count(7, 0, &a, &b, &c, &d) != 0 && (b & bit_AVX2) != 0;
+}
+
+enum class Machine { NotAsked, Wide, Narrow };
+
+// Asked at the first call only: a virtual machine takes longer to answer than a text to turn.
+bool isWideMachine() {
+  constinit static Machine machine = Machine::NotAsked;
+  if (machine == Machine::NotAsked) machine = askMachine() ? Machine::Wide : Machine::Narrow;
+  return machine == Machine::Wide;
+}
 
 }  // namespace
 
