@@ -8,7 +8,10 @@ inline constexpr int kPathSize = 256;
 
 // A colon path; "" for none.
 struct TablePath {
-  char text[kPathSize] = "";
+  // What stands behind the terminator is not set.
+  TablePath() { text[0] = '\0'; }
+
+  char text[kPathSize];
 
   // False when there is none: no directory, a null name or 256 characters and more.
   explicit operator bool() const { return text[0] != '\0'; }

@@ -262,6 +262,58 @@ TEST_F(FileHandles, AReadOnlyFileOfTheUserIsOpenedForWriting) {
   EXPECT_EQ(modeOf(volumes_.posix("a")), 0777u);
 }
 
+TEST_F(FileHandles, AFileOpensWhetherOrNotItsVolumeIsLookedAt) {
+  volumes_.file("f.txt", "on Data");
+  const auto sizeOf = [](const std::string &path) {
+    const int handle = File_Open(path.c_str(), 1, 0);
+    const int size = File_Size(handle);
+    File_Close(handle);
+    return size;
+  };
+  EXPECT_EQ(sizeOf("Data:f.txt"), 7);
+  // A file in place of a volume: the rest of the path is taken from the root.
+  std::ofstream(volumes_.root() + "/File") << "a file";
+  std::string fromRoot = volumes_.posix("f.txt");
+  std::replace(fromRoot.begin(), fromRoot.end(), '/', ':');
+  EXPECT_EQ(sizeOf("File" + fromRoot), 7);
+  EXPECT_EQ(sizeOf("File"), -1);
+  EXPECT_EQ(Dir_Is_Existing(("File" + fromRoot.substr(0, fromRoot.rfind(':'))).c_str()), 1);
+  // Kept: a volume whose name holds a "/" is looked for under that name as written.
+  mkdir((volumes_.root() + "/a:b").c_str(), 0777);
+  std::ofstream(volumes_.root() + "/a:b/f.txt") << "on a/b";
+  EXPECT_EQ(sizeOf("a/b:f.txt"), 6);
+  mkdir((volumes_.root() + "/a").c_str(), 0777);
+  std::ofstream(volumes_.root() + "/a/b") << "";
+  EXPECT_EQ(sizeOf("a/b:f.txt"), -1);
+  EXPECT_EQ(sizeOf("a/b" + fromRoot), 7);
+}
+
+TEST_F(FileHandles, AFileInAFolderThatIsMissingTakesNoHandle) {
+  const std::string file = volumes_.file("f.txt", "x");
+  EXPECT_EQ(files::openInFolder("Data:no", "Data:no:f.txt"), -1);
+  EXPECT_EQ(DATA_FILE_ID, -1);
+  EXPECT_EQ(files::openInFolder("Data", file.c_str()), 0);
+  EXPECT_STREQ(DATA_FILE_TAB[0].name, file.c_str());
+  EXPECT_EQ(files::openInFolder("Data", "Data:no.txt"), -2);
+  EXPECT_EQ(DATA_FILE_ID, 1);
+  EXPECT_EQ(files::openForReading(file.c_str()), 2);
+  for (int i = 3; i < 5; ++i) EXPECT_EQ(files::openForReading(file.c_str()), i);
+  EXPECT_EQ(files::openForReading("Data:no:f.txt"), -2);
+  EXPECT_EQ(files::openForReading(file.c_str()), 1);
+  EXPECT_EQ(files::openForReading(file.c_str()), -1);
+}
+
+TEST_F(FileHandles, APathThatDoesNotFitTheNameIsCutThereOnly) {
+  std::string folder = "Data:" + std::string(100, 'd');
+  mkdir(volumes_.posix(std::string(100, 'd')).c_str(), 0777);
+  const std::string file = folder + ":" + std::string(60, 'f');
+  std::ofstream(volumes_.posix(std::string(100, 'd') + "/" + std::string(60, 'f'))) << "x";
+  EXPECT_EQ(File_Open(file.c_str(), 1, 0), -2);
+  EXPECT_EQ(files::openInFolder(folder.c_str(), file.c_str()), 1);
+  EXPECT_EQ(std::string(DATA_FILE_TAB[1].name), file.substr(0, 143));
+  EXPECT_EQ(files::openForReading(file.c_str()), 2);
+}
+
 TEST_F(FileHandles, AFileOf2GiBIsRefused) {
   const std::string path = volumes_.file("large", "");
   ASSERT_EQ(truncate(volumes_.posix("large").c_str(), 0x7FFFFFFF), 0);

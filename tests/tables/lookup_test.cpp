@@ -144,6 +144,23 @@ TEST_F(Lookup, FolderInPlaceOfATableIsNone) {
   EXPECT_EQ(ZRV_Libelle_NC_read, 0);
 }
 
+TEST_F(Lookup, PathOfATableMayHave255Characters) {
+  std::string directory = "Data";
+  std::string folder = volumes_.folder();
+  for (int i = 0; i < 2; ++i) {
+    directory.append(":").append(100, 'd');
+    folder.append("/").append(100, 'd');
+    mkdir(folder.c_str(), 0777);
+  }
+  setText(szDirTables, directory);
+  const std::string name(255 - directory.size() - 5, 'n');
+  std::ofstream(folder + "/" + name + ".tab") << "01,far";
+  EXPECT_EQ(lookUp("01", 1, name.c_str()), (Answer{1, "far"}));
+  EXPECT_EQ(lookUp("01", 1, (name + "n").c_str()).result, 0);
+  setDirTables(directory.c_str());
+  EXPECT_EQ(lookUp("01", 1, (name + ".tab").c_str()), (Answer{1, "far"}));
+}
+
 TEST_F(Lookup, EmptyTableHasNoLine) {
   lookUp("01", 1, "actes");
   for (const std::string_view bytes : {"", "\n", "\n\n\n"}) {
