@@ -331,13 +331,13 @@ bool Replacement::append(std::span<const std::string_view> pieces) {
   return !failed_;
 }
 
-bool Replacement::commit() {
+bool Replacement::commit(FolderSync folderSync) {
   if (content_ < 0) return false;
   bool done = !failed_;
   if (place_ == Place::Aside) {
     done = done && overwrite();
   } else if (done) {
-    done = exchange() || (mayOverwrite() && overwrite());
+    done = exchange(folderSync) || (mayOverwrite() && overwrite());
   }
   discard();
   return done;
@@ -365,19 +365,20 @@ bool Replacement::settle() {
   return adopt(old_, oldStatus_, content_) && !faulty(ReplaceStep::Sync) && synced(content_);
 }
 
-bool Replacement::exchange() {
+bool Replacement::exchange(FolderSync folderSync) {
   if (!settle()) return false;
   if (place_ == Place::Unnamed && !giveName()) return false;
   if (faulty(ReplaceStep::Rename) || !stillNamed()) return false;
   if (renameat(folder_, temporary_, folder_, name_) != 0) return false;
   temporary_[0] = '\0';
-  syncFolder(folder_, content_);
+  if (folderSync == FolderSync::Now) syncFolder(folder_, content_);
   return true;
 }
 
 // A process that stood still for a minute may find its temporary taken for abandoned, and its name
 // with another one.
 bool Replacement::stillNamed() {
+  if (place_ == Place::Unnamed) return true;
   struct stat named;
   struct stat own;
   if (fstatat(folder_, temporary_, &named, AT_SYMLINK_NOFOLLOW) == 0 &&

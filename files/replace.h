@@ -15,7 +15,9 @@
 //  5. Sync      The content reaches the disk, before any name leads to it.
 //  6. Link      A nameless temporary gets its name.
 //  7. Rename    The temporary takes the place of the file, in one step.
-//  8. Folder    The folder reaches the disk, so that the new content outlives a loss of power.
+//  8. Folder    The folder reaches the disk, so that the new content outlives a loss of power. For
+//  a
+//               small file this step takes as long as all others; a caller may leave it out.
 //
 // commitAs() ends otherwise: the temporary gets its own, new name instead of steps 6 and 7, and the
 // old file stays.
@@ -54,6 +56,12 @@ enum class IfRefused {
   Fail,
 };
 
+// When the folder, and with it the name of the new content, is on the disk.
+enum class FolderSync {
+  Now,    // at the end of the replacement
+  Later,  // when the system comes to it: until then a loss of power brings the old content back
+};
+
 // A replacement in progress. Content is appended in any number of calls (each costs a system call
 // or more: give large pieces) and takes effect with commit(); a replacement destroyed before that
 // leaves everything as it was.
@@ -78,7 +86,7 @@ class Replacement {
   // Puts the new content in the file's place. Returns true when the file now has it; on false the
   // file is as it was (but for a disk that fails while the file is overwritten in place). Ends the
   // replacement in both cases.
-  bool commit();
+  bool commit(FolderSync folderSync = FolderSync::Now);
 
   // As commit(), but the new content appears at a POSIX path that nothing bears yet, on the same
   // disk, and the file stays as it is. On false, errno is EEXIST when something bears the path.
@@ -102,7 +110,7 @@ class Replacement {
   bool giveName();
   bool linkedAs(int folder, const char *name);
   bool renamedAs(const char *path);
-  bool exchange();
+  bool exchange(FolderSync folderSync);
   bool overwrite();
 
   Place place_ = Place::Unnamed;

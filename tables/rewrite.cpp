@@ -120,9 +120,8 @@ bool TableRewrite::begin(const TablePath &path) {
 bool TableRewrite::openTemporary(const TablePath &path) {
   const TablePath temporary = temporaryPath(path);
   if (!handle_.take(temporary.text)) return false;
-  temporary_ = files::PosixPath(temporary.text);
   const bool opened =
-      leftOver_.open(temporary_.text(), path_.text()) &&
+      leftOver_.openFor(path_.text()) &&
       replacement_.begin(path_.text(), files::IfMissing::Fail, files::IfRefused::Fail);
   if (!opened) handle_.dropUnopened();
   return opened;
@@ -153,7 +152,9 @@ bool TableRewrite::appendLeftOver(RewriteOutput &output) const {
   }
 }
 
-bool TableRewrite::commit() { return replacement_.commit(); }
+// That the new table stands is enough: a loss of power brings back the old one or the new one, both
+// whole.
+bool TableRewrite::commit() { return replacement_.commit(files::FolderSync::Later); }
 
 bool TableRewrite::commitAs(const TablePath &path) {
   const files::PosixPath target(path.text);

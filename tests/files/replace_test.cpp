@@ -308,6 +308,24 @@ TEST(Replace, AFolderThatCannotBeSyncedStillHasTheNewFile) {
   EXPECT_EQ(content(file), "new");
 }
 
+TEST(Replace, TheFolderMayBeSyncedLater) {
+  Scratch scratch;
+  const std::string file = scratch.file("a", "old");
+  for (const FolderSync folderSync : {FolderSync::Now, FolderSync::Later}) {
+    int synced = 0;
+    Fault fault(ReplaceStep::Folder, 1, [&] {
+      ++synced;
+      return 0;
+    });
+    Replacement replacement;
+    ASSERT_TRUE(replacement.begin(file.c_str()));
+    ASSERT_TRUE(replacement.append("new"));
+    EXPECT_TRUE(replacement.commit(folderSync));
+    EXPECT_EQ(synced, folderSync == FolderSync::Now ? 1 : 0);
+    EXPECT_EQ(content(file), "new");
+  }
+}
+
 TEST(Replace, TheNthWriteFailingLeavesTheOldFile) {
   Scratch scratch;
   const std::string file = scratch.file("a", "old");
