@@ -383,6 +383,7 @@ bool Replacement::exchange() {
 // A process that stood still for a minute may find its temporary taken for abandoned, and its name
 // with another one.
 bool Replacement::stillNamed() {
+  if (place_ == Place::Unnamed) return true;
   struct stat named;
   struct stat own;
   if (fstatat(folder_, temporary_, &named, AT_SYMLINK_NOFOLLOW) == 0 &&

@@ -28,8 +28,8 @@
 // Only where the folder does not admit the exchange (it is not writable, or sticky and the file
 // someone else's, or the file is a mount point) is the file overwritten in place, unless the caller
 // would rather have it left as it is: the content is gathered first, what the file grows by is on
-// the disk before an old byte is touched, and the old bytes are put back when the overwriting fails,
-// so that nothing but a broken disk or a kill in its midst leaves a mixture.
+// the disk before an old byte is touched, and the old bytes are put back when the overwriting
+// fails, so that nothing but a broken disk or a kill in its midst leaves a mixture.
 //
 // A file with several hard links gets a new content under this one name; its other names keep the
 // old content. Writing through them would put the old content at risk.

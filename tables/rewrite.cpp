@@ -39,6 +39,10 @@ void RewriteOutput::handOn(std::string_view piece) {
 
 namespace {
 
+// A table whose folder may not be written is left as it is. That the new one stands is enough: a
+// loss of power soon after brings back the old one or the new one, both whole.
+constexpr files::ReplaceRules kRules{.inPlace = false, .folderSync = false};
+
 // Takes the old content block by block.
 class LineCopier {
  public:
@@ -120,10 +124,8 @@ bool TableRewrite::begin(const TablePath &path) {
 bool TableRewrite::openTemporary(const TablePath &path) {
   const TablePath temporary = temporaryPath(path);
   if (!handle_.take(temporary.text)) return false;
-  temporary_ = files::PosixPath(temporary.text);
-  const bool opened =
-      leftOver_.open(temporary_.text(), path_.text()) &&
-      replacement_.begin(path_.text(), files::IfMissing::Fail, {.inPlace = false});
+  const bool opened = leftOver_.openFor(path_.text()) &&
+                      replacement_.begin(path_.text(), files::IfMissing::Fail, kRules);
   if (!opened) handle_.dropUnopened();
   return opened;
 }

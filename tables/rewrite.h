@@ -104,7 +104,6 @@ class TableRewrite {
   LeftOver leftOver_;
   files::Replacement replacement_;
   files::PosixPath path_{nullptr};
-  files::PosixPath temporary_{nullptr};
 };
 
 }  // namespace korvel::tables

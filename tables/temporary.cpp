@@ -1,6 +1,7 @@
 #include "tables/temporary.h"
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -15,6 +16,8 @@ namespace {
 bool isSameFile(const struct stat &a, const struct stat &b) {
   return a.st_dev == b.st_dev && a.st_ino == b.st_ino;
 }
+
+void replaceLast(char *path) { path[std::strlen(path) - 1] = '_'; }
 
 }  // namespace
 
@@ -45,21 +48,23 @@ void WritingHandle::dropUnopened() { handle_ = -1; }
 
 TablePath temporaryPath(const TablePath &table) {
   TablePath path = table;
-  path.text[std::strlen(path.text) - 1] = '_';
+  replaceLast(path.text);
   return path;
 }
 
-bool LeftOver::open(const char *path, const char *table) {
+bool LeftOver::openFor(const char *table) {
   close();
+  const std::size_t length = std::strlen(table);
+  if (length == 0 || length >= sizeof path_) return false;
+  std::memcpy(path_, table, length + 1);
+  replaceLast(path_);
   struct stat left;
   struct stat rewritten;
-  if (lstat(path, &left) != 0) return true;
+  if (lstat(path_, &left) != 0) return true;
   if (stat(table, &rewritten) == 0 && isSameFile(left, rewritten)) return true;
   if (!S_ISREG(left.st_mode)) return false;
-  file_ = ::open(path, O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
-  if (file_ < 0) return false;
-  path_ = path;
-  return true;
+  file_ = open(path_, O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
+  return file_ >= 0;
 }
 
 long LeftOver::read(long offset, char *to, unsigned long size) const {

@@ -8,7 +8,7 @@
 #ifndef TABLES_TEMPORARY_H
 #define TABLES_TEMPORARY_H
 
-#include <sys/stat.h>
+#include <limits.h>
 
 #include "tables/path.h"
 
@@ -45,9 +45,9 @@ class LeftOver {
   LeftOver(const LeftOver &) = delete;
   LeftOver &operator=(const LeftOver &) = delete;
 
-  // Looks for it; path: POSIX, kept until consume(). Returns false when what stands there is no
-  // file that could be written through: a folder, say. The table itself is none.
-  bool open(const char *path, const char *table);
+  // Looks for that of the table at a POSIX path. Returns false when what stands there is no file
+  // that could be written through: a folder, say. The table itself is none.
+  bool openFor(const char *table);
 
   // Kept: what it holds behind the new content becomes part of that. The bytes from an offset on,
   // up to as many as the buffer holds; their number, 0 at the end, -1 when they cannot be read.
@@ -59,7 +59,7 @@ class LeftOver {
  private:
   void close();
 
-  const char *path_ = nullptr;
+  char path_[PATH_MAX] = "";
   int file_ = -1;
 };
 
