@@ -14,6 +14,7 @@ ALLOWED = {
     'codecs': ['strings'],
     'dates': ['strings', 'codecs'],
     'files': ['strings', 'shell'],
+    'tables': FOUNDATIONS + ['files'],
     'platform': [],
     'dialogs': FOUNDATIONS + ['platform'],
 }
