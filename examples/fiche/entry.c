@@ -7,7 +7,7 @@
 #include "french.h"
 
 /* The fields of each type, in the order of their index. */
-enum { kNom, kPrenom, kCivilite, kSexe, kTexts };
+enum { kNom, kPrenom, kCivilite, kSexe, kPraticien, kTexts };
 enum { kEnfants, kCode, kInts };
 enum { kPoids, kTaille, kImc, kNums };
 enum { kNaissance, kDates };
@@ -31,6 +31,7 @@ enum {
   kRankCivilite,
   kRankSexe,
   kRankNaissance,
+  kRankPraticien,
   kRankEnfants,
   kRankPoids,
   kRankTaille,
@@ -58,7 +59,7 @@ static void addLabel(const char *text, int x, int y) {
 }
 
 static void defineIdentity(const Record *record) {
-  addStatic("Identité", 8, 8, 264, 80, -1);
+  addStatic("Identité", 8, 8, 264, 94, -1);
   addStatic("", 240, 22, 20, 20, 1);
 
   addLabel("Nom", kLabel, 22);
@@ -88,49 +89,57 @@ static void defineIdentity(const Record *record) {
   DateDlgBox_set_geo(kNaissance, kField, 70, 50, kLine, kRankNaissance);
   DateDlgBox_set_fvalid(kNaissance, intcod_l_date);
   if (record->naissance > 0) DateDlgBox_set(kNaissance, record->naissance, 1);
+
+  addLabel("Praticien", kLabel, 86);
+  TexteDlgBox_set_geo(kPraticien, kField, 86, 90, kLine, kRankPraticien);
+  TexteDlgBox_set(kPraticien, record->praticien);
+  TexteDlgBox_set_ncarac(kPraticien, (int)sizeof record->praticien - 1);
+  TexteDlgBox_mandatory(kPraticien, 0);
 }
 
 static void defineMeasures(const Record *record) {
-  addStatic("Mesures", 8, 96, 146, 76, -1);
+  addStatic("Mesures", 8, 110, 146, 76, -1);
 
-  addLabel("Enfants", kLabel, 110);
-  IntDlgBox_set_geo(kEnfants, kField, 110, 20, kLine, kRankEnfants);
+  addLabel("Enfants", kLabel, 124);
+  IntDlgBox_set_geo(kEnfants, kField, 124, 20, kLine, kRankEnfants);
   IntDlgBox_set(kEnfants, record->enfants, 1);
 
-  addLabel("Poids (kg)", kLabel, 126);
-  NumDlgBox_set_geo(kPoids, kField, 126, 30, kLine, kRankPoids);
+  addLabel("Poids (kg)", kLabel, 140);
+  NumDlgBox_set_geo(kPoids, kField, 140, 30, kLine, kRankPoids);
   NumDlgBox_set_nchiff(kPoids, 1);
   NumDlgBox_set_fvalid(kPoids, realcod_d_ssup0);
   NumDlgBox_mandatory(kPoids, 0);
   if (record->poids > 0) NumDlgBox_set(kPoids, record->poids, 2);
 
-  addLabel("Taille (m)", kLabel, 142);
-  NumDlgBox_set_geo(kTaille, kField, 142, 30, kLine, kRankTaille);
+  addLabel("Taille (m)", kLabel, 156);
+  NumDlgBox_set_geo(kTaille, kField, 156, 30, kLine, kRankTaille);
   NumDlgBox_set_nchiff(kTaille, 2);
   NumDlgBox_set_fvalid(kTaille, realcod_d_ssup0);
   NumDlgBox_mandatory(kTaille, 0);
   if (record->taille > 0) NumDlgBox_set(kTaille, record->taille, 2);
 
-  addLabel("IMC", kLabel, 158);
-  NumDlgBox_set_geo(kImc, kField, 158, 30, kLine, kRankImc);
+  addLabel("IMC", kLabel, 172);
+  NumDlgBox_set_geo(kImc, kField, 172, 30, kLine, kRankImc);
   NumDlgBox_set_nchiff(kImc, 1);
   NumDlgBox_mandatory(kImc, 0);
-  PushDlgBox_set_geo(kCalculer, "Calculer", 110, 157, 38, 15, kRankCalculer);
+  double index = bodyMassIndex(record->poids, record->taille);
+  if (index > 0) NumDlgBox_set(kImc, index, 0);
+  PushDlgBox_set_geo(kCalculer, "Calculer", 110, 171, 38, 15, kRankCalculer);
 }
 
 static void defineAccess(const Record *record) {
-  addStatic("Accès", 160, 96, 112, 56, -1);
+  addStatic("Accès", 160, 110, 112, 56, -1);
 
-  addLabel("Code d’accès", 168, 110);
-  IntDlgBox_set_geo(kCode, 224, 110, 40, kLine, kRankCode);
+  addLabel("Code d’accès", 168, 124);
+  IntDlgBox_set_geo(kCode, 224, 124, 40, kLine, kRankCode);
   IntDlgBox_set_fvalid(kCode, intcod_l_sup0);
   IntDlgBox_mandatory(kCode, 0);
   IntDlgBox_password(kCode, 1);
   if (record->code > 0) IntDlgBox_set(kCode, record->code, -1);
 
-  BoolDlgBox_set_geo(kSuivi, french("Suivi régulier"), 168, 126, 96, kLine, kRankSuivi);
+  BoolDlgBox_set_geo(kSuivi, french("Suivi régulier"), 168, 140, 96, kLine, kRankSuivi);
   BoolDlgBox_set(kSuivi, record->suivi);
-  BoolDlgBox_set_geo(kAccord, "Accord de transmission", 168, 140, 96, kLine, kRankAccord);
+  BoolDlgBox_set_geo(kAccord, "Accord de transmission", 168, 154, 96, kLine, kRankAccord);
   BoolDlgBox_set(kAccord, record->accord);
 }
 
@@ -178,15 +187,14 @@ static int refuseFutureBirth(WindowRef window, int textsInUse, char **texts, int
 
 static void defineDialog(const Record *record) {
   statics = 0;
-  TitreDlgBox_set("Fiche patient");
-  TailleDlgBox_set(280, 202);
+  TailleDlgBox_set(280, 216);
   TexteDlgBox_param(kTexts, kFirstText);
   IntDlgBox_param(kInts, kFirstInt);
   NumDlgBox_param(kNums, kFirstNum);
   DateDlgBox_param(kDates, kFirstDate);
   BoolDlgBox_param(kBools, kFirstBool);
   PushDlgBox_param(kPushes, kFirstPush);
-  StaticDlgBox_param(14);
+  StaticDlgBox_param(15);
   defineIdentity(record);
   defineMeasures(record);
   defineAccess(record);
@@ -199,6 +207,7 @@ static void readBack(Record *record) {
   TexteDlgBox_retrieve(kPrenom, record->prenom, sizeof record->prenom);
   TexteDlgBox_retrieve(kCivilite, record->civilite, sizeof record->civilite);
   TexteDlgBox_retrieve(kSexe, record->sexe, sizeof record->sexe);
+  TexteDlgBox_retrieve(kPraticien, record->praticien, sizeof record->praticien);
   DateDlgBox_retrieve(kNaissance, &record->naissance);
   IntDlgBox_retrieve(kEnfants, &record->enfants);
   IntDlgBox_retrieve(kCode, &record->code);
@@ -208,9 +217,9 @@ static void readBack(Record *record) {
   BoolDlgBox_retrieve(kAccord, &record->accord);
 }
 
-int enterRecord(Record *record) {
+int enterRecord(const char *title, Record *record) {
   defineDialog(record);
-  if (!ZRVDlgBoxEx("Fiche patient", 0)) return 0;
+  if (!ZRVDlgBoxEx(title, 0)) return 0;
   readBack(record);
   return 1;
 }

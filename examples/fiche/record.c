@@ -33,6 +33,7 @@ void printRecord(FILE *out, const Record *record) {
   printText(out, "Civilité", record->civilite);
   printText(out, "Sexe", record->sexe);
   printDate(out, "Date de naissance", record->naissance);
+  printText(out, "Praticien", record->praticien);
   fprintf(out, "Nombre d’enfants : %d\n", record->enfants);
   printNumber(out, "Poids (kg)", record->poids, 1);
   printNumber(out, "Taille (m)", record->taille, 2);

@@ -9,6 +9,7 @@ typedef struct Record {
   char prenom[64];
   char civilite[32];
   char sexe[16];
+  char praticien[64];
   int naissance; /* YYYYMMDD; 0 while unknown */
   int enfants;
   int code;      /* access code; 0 for none */

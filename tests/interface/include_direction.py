@@ -15,6 +15,7 @@ ALLOWED = {
     'dates': ['strings', 'codecs'],
     'files': ['strings', 'shell'],
     'profile': ['strings', 'codecs', 'files'],
+    'tables': FOUNDATIONS + ['files'],
     'platform': [],
     'dialogs': FOUNDATIONS + ['platform'],
 }
