@@ -118,6 +118,9 @@ TEST(FindValue, LineIsCutAt1023Characters) {
     EXPECT_EQ(valueOf(text, "A", "x"), std::string(std::min<std::size_t>(length, 1021), 'v'));
     EXPECT_EQ(valueOf(text, "A", "y"), "1");
   }
+  // The key may take all of the characters that count; nothing is left for its value.
+  const std::string key(1022, 'k');
+  EXPECT_EQ(valueOf("[A]\r\n" + key + "=[v]=\r\n", "A", key), "");
   // Line feeds do not count.
   const std::string feeds =
       "[A]\r\nx=" + std::string(600, 'v') + std::string(600, '\n') + std::string(600, 'w');
@@ -139,6 +142,10 @@ TEST(FindValue, NothingBehindTheCutCounts) {
   };
   EXPECT_EQ(valueOf(header(1021), std::string(1021, 's'), "x"), "1");
   EXPECT_EQ(valueOf(header(1022), std::string(1022, 's'), "x"), std::nullopt);
+  // Line feeds are not counted.
+  EXPECT_EQ(
+      valueOf("[" + std::string(2000, '\n') + header(1021).substr(1), std::string(1021, 's'), "x"),
+      "1");
 }
 
 // Files large enough for the search in blocks, with the key at every distance from a block's end.

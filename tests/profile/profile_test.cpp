@@ -73,6 +73,20 @@ TEST(ReadString, CutsValueAndDefaultToTheCapacity) {
   EXPECT_EQ(GetPrivateProfileString("A", "x", "dflt", nullptr, 5, kPath), 0);
 }
 
+TEST(ReadString, CutsALongValueWithItsLineAndAtTheCapacity) {
+  Volumes volumes;
+  const std::string value(3000, 'v');
+  ASSERT_EQ(WritePrivateProfileString("A", "x", value.c_str(), kPath), 1);
+  constexpr int kWithinTheLine = 1021;
+  for (const int capacity : {1021, 1022, 1023, 1024, 3001, 4096}) {
+    PoisonedBuffer buffer(static_cast<std::size_t>(capacity));
+    const int kept = std::min(capacity - 1, kWithinTheLine);
+    EXPECT_EQ(GetPrivateProfileString("A", "x", "dflt", buffer.data(), capacity, kPath), kept);
+    EXPECT_EQ(buffer.text(), value.substr(0, static_cast<std::size_t>(kept))) << capacity;
+    EXPECT_TRUE(buffer.guardsIntact()) << capacity;
+  }
+}
+
 TEST(ReadString, ReplacesALongerDefaultByAShortValue) {
   Volumes volumes;
   volumes.file("p.ini", "[A]\r\nx=1\r\nempty=\r\n");
