@@ -52,9 +52,10 @@ typedef int (*PushAction_t)(WindowRef window);
    item: the identifier of the field. Then for text fields, check boxes, integers, numbers and
    dates: in-use flag, first item number, value table, count. The callback may change any table.
    redisplay: room for `capacity` identifiers of fields to bring up to date on the screen: the
-   identifier itself shows the table's value, its negative clears the field. Push buttons and static
-   texts cannot be named; an identifier that matches no field is skipped. capacity: 32 while a
-   dialog runs; 0, and redisplay null, when called through a _global function.
+   identifier itself shows the table's value, its negative clears the field. A field's flag _bOK then
+   says whether what it shows is acceptable, so a value mended here may enable button 1. Push buttons
+   and static texts cannot be named; an identifier that matches no field is skipped. capacity: 32
+   while a dialog runs; 0, and redisplay null, when called through a _global function.
    Returns the number of identifiers written; a negative number means none. */
 typedef int (*DlgBoxGlobal_t)(int item, int textInUse, int textFirstItem, char **texts,
                               int textCount, int boolInUse, int boolFirstItem, int *bools,
@@ -481,7 +482,8 @@ KORVEL_API int Dlg_CoefCY(int cy);
    updated, and button 1 is enabled only while the flags of all text, integer, number and date
    fields in use are 1; an acceptable change then calls the global callback. A text that is longer
    than its slice is stored cut and is not acceptable. Button 1, or a double click in a list, calls
-   the final callback.
+   the final callback. A double click that it accepts still stores the row and, when the field is
+   acceptable, calls the global callback before the dialog closes.
 
    Returns 1 when the entry was accepted, 0 when it was cancelled (button 2, Escape, the window's
    close box). Either end resets the in-use flags of all field types and HDB to 0 and both
