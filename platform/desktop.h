@@ -23,21 +23,13 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/drawing.h"
+#include "platform/geometry.h"
+
 namespace korvel::platform {
 
-// Pixels; right and bottom lie one past the last pixel. An item's rectangle is the classic one:
-// the inside of an edit frame, which the desktop draws around it.
-struct Rect {
-  int left = 0;
-  int top = 0;
-  int right = 0;
-  int bottom = 0;
-
-  int width() const { return right - left; }
-  int height() const { return bottom - top; }
-  friend bool operator==(const Rect &, const Rect &) = default;
-};
-
+// An item's rectangle is the classic one: the inside of an edit frame, which the desktop draws
+// around it.
 enum class ItemKind { None, PushButton, CheckBox, ListBox, PopUp, EditText };
 
 // Items with a part of their own in a modal run.
@@ -150,13 +142,28 @@ class Desktop {
   // The window of a widget that the host application owns, in the toolkit's own type; null for
   // null. The desktop does not own the widget.
   virtual WindowRef hostWindow(void *widget) = 0;
+
+  // A white surface off screen, also where there is no screen. Null when it cannot be had (a side
+  // below 1 or above 32767, no memory).
+  virtual std::unique_ptr<Port> newImage(int width, int height) = 0;
+  // Draws where a painter that the host application owns draws, in the toolkit's own type, as long
+  // as that painter is active; null for null. Leaves the painter's own settings as they were.
+  virtual std::unique_ptr<Port> painterPort(void *painter) = 0;
+  // The port of a window, the same one at each call, valid as long as the window; null for null or
+  // a window that is gone. What is drawn into it lies over the window's ground and under its items,
+  // and stays until something else is drawn over it, whatever covers the window meanwhile.
+  virtual Port *windowPort(WindowRef window) = 0;
+
+  // A picture file, SVG or PNG. Null when it cannot be read. It may be drawn into every port of
+  // this desktop, and outlives none of them.
+  virtual std::unique_ptr<Picture> loadPicture(const std::string &path) = 0;
 };
 
 // What a desktop module exports under kModuleEntry. The version is that of the classes above: a
 // module built for another one returns null. The desktop belongs to the module and lives until the
 // process ends.
 using ModuleEntry = Desktop *(*)(int version);
-constexpr int kSeamVersion = 1;
+constexpr int kSeamVersion = 2;
 constexpr const char *kModuleEntry = "korvel_desktop";
 
 }  // namespace korvel::platform

@@ -19,6 +19,10 @@ typedef struct RGBColor {
 /* A window on the screen, the library's or the application's (see desktop.h); null for none. */
 typedef struct KorvelWindow *WindowRef;
 
+/* A port to draw on: an image, a window's surface or a painter of the host (see desktop.h); null
+   for none. */
+typedef struct KorvelPort *CGrafPtr;
+
 /* A data-entry dialog while it runs; owned by the library. */
 typedef struct KorvelDialog *DialogRef;
 

@@ -52,4 +52,12 @@ WindowRef QtDesktop::hostWindow(void *widget) {
   return widget == nullptr ? nullptr : referenceTo(static_cast<QWidget *>(widget)->window());
 }
 
+std::unique_ptr<Port> QtDesktop::newImage(int, int) { return nullptr; }
+
+std::unique_ptr<Port> QtDesktop::painterPort(void *) { return nullptr; }
+
+Port *QtDesktop::windowPort(WindowRef) { return nullptr; }
+
+std::unique_ptr<Picture> QtDesktop::loadPicture(const std::string &) { return nullptr; }
+
 }  // namespace korvel::platform::qt

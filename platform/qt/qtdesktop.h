@@ -15,6 +15,10 @@ class QtDesktop final : public Desktop {
   std::unique_ptr<Dialog> newDialog(const Rect &bounds, WindowRef parent,
                                     std::string_view title) override;
   WindowRef hostWindow(void *widget) override;
+  std::unique_ptr<Port> newImage(int width, int height) override;
+  std::unique_ptr<Port> painterPort(void *painter) override;
+  Port *windowPort(WindowRef window) override;
+  std::unique_ptr<Picture> loadPicture(const std::string &path) override;
 };
 
 }  // namespace korvel::platform::qt

@@ -13,6 +13,8 @@
 namespace korvel::test {
 
 using platform::ItemKind;
+using platform::Picture;
+using platform::Port;
 using platform::Rect;
 using platform::Run;
 
@@ -560,6 +562,14 @@ std::unique_ptr<platform::Dialog> ScriptedDesktop::newDialog(const Rect &bounds,
 }
 
 WindowRef ScriptedDesktop::hostWindow(void *) { return nullptr; }
+
+std::unique_ptr<Port> ScriptedDesktop::newImage(int, int) { return nullptr; }
+
+std::unique_ptr<Port> ScriptedDesktop::painterPort(void *) { return nullptr; }
+
+Port *ScriptedDesktop::windowPort(WindowRef) { return nullptr; }
+
+std::unique_ptr<Picture> ScriptedDesktop::loadPicture(const std::string &) { return nullptr; }
 
 std::string ScriptedDesktop::title() const { return newest_ ? newest_->title : ""; }
 

@@ -120,6 +120,10 @@ class ScriptedDesktop : public platform::Desktop {
   std::unique_ptr<platform::Dialog> newDialog(const platform::Rect &bounds, WindowRef parent,
                                               std::string_view title) override;
   WindowRef hostWindow(void *widget) override;
+  std::unique_ptr<platform::Port> newImage(int width, int height) override;
+  std::unique_ptr<platform::Port> painterPort(void *painter) override;
+  platform::Port *windowPort(WindowRef window) override;
+  std::unique_ptr<platform::Picture> loadPicture(const std::string &path) override;
 
  private:
   friend class ScriptedDialog;

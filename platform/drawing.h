@@ -1,0 +1,92 @@
+// For draw/, messages/ and platform/ only: the drawing half of the seam between the library and a
+// desktop.
+//
+// A port is a surface to draw on, with a font, two colours and a text mode of its own. All
+// coordinates are pixels from the port's top-left corner at scale 1 (a screen of scale 2 shows each
+// as 2 x 2 finer ones); a coordinate far outside is clipped, never an error. Text is in the screen
+// set (platform/screentext.h). Everything runs on the interface thread, and no method throws.
+#ifndef KORVEL_PLATFORM_DRAWING_H
+#define KORVEL_PLATFORM_DRAWING_H
+
+#include <korvel/types.h>
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "platform/geometry.h"
+
+namespace korvel::platform {
+
+// Bits of a face.
+constexpr unsigned kBold = 1;
+constexpr unsigned kItalic = 2;
+constexpr unsigned kUnderline = 4;
+constexpr unsigned kCondense = 32;
+constexpr unsigned kExtend = 64;
+
+// Whole pixels.
+struct FontMetrics {
+  int ascent = 0;
+  int descent = 0;
+  int leading = 0;
+  int widest = 0;  // advance of the widest character
+};
+
+// A named picture, read once and drawn often; belongs to who loaded it.
+class Picture {
+ public:
+  virtual ~Picture() = default;
+
+  // Its own size at scale 1, at least 1 x 1.
+  virtual int width() const = 0;
+  virtual int height() const = 0;
+};
+
+// A new port draws black on white, transparently, in the system's font at 12 points, plain.
+class Port {
+ public:
+  virtual ~Port() = default;
+
+  // A font is known when the system answers the name with that family or with one of the same
+  // measures. True when it is, which selects it with the face and keeps the size; else the font
+  // stays as it was.
+  virtual bool setFont(std::string_view family, unsigned face) = 0;
+  // One point is one pixel; a size below 1 stands for 12, and one above 1000 for 1000.
+  virtual void setFontSize(int points) = 0;
+  virtual FontMetrics fontMetrics() const = 0;
+
+  // The width that drawing the text would give. Every character advances by whole pixels, by the
+  // same number wherever it stands.
+  virtual int textWidth(std::string_view text) const = 0;
+  // Draws the text with its baseline starting at (x, y), smoothed, in the foreground colour; opaque
+  // text first fills the rectangle of its width from ascent to descent with the background colour.
+  // Returns its width.
+  virtual int drawText(int x, int y, std::string_view text) = 0;
+
+  virtual void setForeground(const RGBColor &colour) = 0;
+  virtual void setBackground(const RGBColor &colour) = 0;
+  virtual void setOpaqueText(bool isOpaque) = 0;
+
+  // A line in the foreground colour by a square pen of `width` x `width` pixels (below 1: nothing)
+  // that hangs to the right of and below each point from (x1, y1) to (x2, y2), both included. Level
+  // and upright lines are not smoothed.
+  virtual void drawLine(int x1, int y1, int x2, int y2, int width) = 0;
+  // Inside the rectangle, in the foreground colour, not smoothed; an empty rectangle shows nothing.
+  virtual void fillRect(const Rect &rect) = 0;
+  virtual void frameRect(const Rect &rect) = 0;  // one pixel wide
+
+  // Draws the picture at its own size, its top-left corner at (x, y).
+  virtual void drawPicture(const Picture &picture, int x, int y) = 0;
+
+  // Writes what was drawn as a PNG file; false when it cannot be written, and for a port whose
+  // surface belongs to somebody else.
+  virtual bool save(const std::string &path) const = 0;
+  // The colour of a pixel; nothing outside the port, where nothing was drawn on a window, and for a
+  // port whose surface belongs to somebody else.
+  virtual std::optional<RGBColor> pixel(int x, int y) const = 0;
+};
+
+}  // namespace korvel::platform
+
+#endif
