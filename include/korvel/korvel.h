@@ -7,6 +7,7 @@
 #include <korvel/desktop.h>
 #include <korvel/dialogs.h>
 #include <korvel/files.h>
+#include <korvel/messages.h>
 #include <korvel/profile.h>
 #include <korvel/shell.h>
 #include <korvel/strings.h>

@@ -20,6 +20,12 @@ QWidget *livingWindow(WindowRef window) {
   return nullptr;
 }
 
+// While a dialog runs, a further one stands in front of it too: behind it nobody could use it.
+QWidget *windowToCover(QWidget *parent) {
+  QWidget *running = QApplication::activeModalWidget();
+  return running != nullptr ? running : parent;
+}
+
 Rect fromQt(const QRect &rect) {
   return {rect.left(), rect.top(), rect.left() + rect.width(), rect.top() + rect.height()};
 }
@@ -45,7 +51,7 @@ std::unique_ptr<Dialog> QtDesktop::newDialog(const Rect &bounds, WindowRef paren
                                              std::string_view title) {
   std::string problem;
   if (!ensureApplication(problem)) return nullptr;
-  return std::make_unique<QtDialog>(bounds, livingWindow(parent), title);
+  return std::make_unique<QtDialog>(bounds, windowToCover(livingWindow(parent)), title);
 }
 
 WindowRef QtDesktop::hostWindow(void *widget) {

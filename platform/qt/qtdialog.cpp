@@ -1,7 +1,9 @@
 #include "platform/qt/qtdialog.h"
 
+#include <QAccessible>
 #include <QApplication>
 #include <QPointer>
+#include <QPushButton>
 #include <algorithm>
 
 #include "platform/qt/buttonitem.h"
@@ -12,6 +14,15 @@
 #include "platform/qt/textitem.h"
 
 namespace korvel::platform::qt {
+namespace {
+
+// Has assistive software read a message out without being asked.
+void announce(QWidget &window) {
+  QAccessibleEvent alert(&window, QAccessible::Alert);
+  QAccessible::updateAccessibility(&alert);
+}
+
+}  // namespace
 
 QtDialog::QtDialog(const Rect &bounds, QWidget *parent, std::string_view title)
     : appearance_(Appearance::ofDesktop()) {
@@ -68,6 +79,15 @@ void QtDialog::addStaticText(const Rect &rect, std::string_view text) {
 
 void QtDialog::addIcon(const Rect &rect, const std::string &path) {
   new Icon(&window_, rect, path);
+}
+
+void QtDialog::addMessage(const Rect &pane, std::string_view text, const MessageStyle &style) {
+  message_ = new MessagePane(&window_, pane, text, style);
+  window_.setAccessibleDescription(message_->text());
+}
+
+void QtDialog::addAlertIcon(const Rect &rect, AlertIcon icon) {
+  new StandardIcon(&window_, rect, icon);
 }
 
 Item *QtDialog::find(int item) const {
@@ -147,13 +167,30 @@ Item *QtDialog::firstField() const {
   return found == items_.end() ? nullptr : *found;
 }
 
+Item *QtDialog::itemForInitialFocus() const {
+  if (message_ != nullptr) return find(default_);
+  if (Item *first = firstEnabled(ItemKind::EditText)) return first;
+  if (Item *first = firstField()) return first;
+  return firstEnabled(ItemKind::PushButton);
+}
+
 void QtDialog::giveInitialFocus() {
-  Item *first = firstEnabled(ItemKind::EditText);
-  if (first == nullptr) first = firstField();
-  if (first == nullptr) first = firstEnabled(ItemKind::PushButton);
+  Item *first = itemForInitialFocus();
   if (first == nullptr) return;
   first->widget()->setFocus(Qt::TabFocusReason);
   first->selectText();
+}
+
+void QtDialog::actAsMessageBox() {
+  std::vector<QPushButton *> buttons;
+  for (Item *item : items_) {
+    auto *button = qobject_cast<QPushButton *>(item->widget());
+    if (button == nullptr) continue;
+    button->setAutoDefault(true);  // looks like the default while it has the focus
+    button->setText(withShortcut(button->text()));
+    buttons.push_back(button);
+  }
+  message_->serve(buttons);
 }
 
 // Qt would hand the focus of a disabled button to the button beside it, where the next key could
@@ -168,9 +205,17 @@ void QtDialog::keepFocusFrom(QWidget *disabled) {
   }
 }
 
+int QtDialog::returnItem() const {
+  if (message_ == nullptr) return default_;
+  const auto focused = std::find_if(items_.begin(), items_.end(), [](Item *item) {
+    return item->kind() == ItemKind::PushButton && item->widget()->hasFocus();
+  });
+  return focused == items_.end() ? default_ : (*focused)->number();
+}
+
 void QtDialog::pressDefault() {
-  Item *item = find(default_);
-  if (item != nullptr && item->widget()->isEnabled()) itemHit(default_);
+  Item *item = find(returnItem());
+  if (item != nullptr && item->widget()->isEnabled()) itemHit(item->number());
 }
 
 // A dialog without such an item can be cancelled as well.
@@ -209,9 +254,11 @@ void QtDialog::runModal(HitHandler &handler) {
   if (loop_ != nullptr) return;
   const QPointer<QWidget> before = QApplication::activeWindow();
   handler_ = &handler;
+  if (message_ != nullptr) actAsMessageBox();
   giveInitialFocus();
   window_.show();
   window_.activateWindow();
+  if (message_ != nullptr) announce(window_);
 
   QEventLoop loop;
   loop_ = &loop;

@@ -72,6 +72,18 @@ const char *nameOf(ItemKind kind) {
   return "nothing";
 }
 
+const char *nameOf(platform::AlertIcon icon) {
+  switch (icon) {
+    case platform::AlertIcon::Stop:
+      return "stop";
+    case platform::AlertIcon::Note:
+      return "note";
+    case platform::AlertIcon::Caution:
+      break;
+  }
+  return "caution";
+}
+
 bool hasTitle(ItemKind kind) { return kind == ItemKind::PushButton || kind == ItemKind::CheckBox; }
 
 std::string printed(const Rect &rect) {
@@ -143,6 +155,7 @@ struct ScriptedDesktop::Shown {
   std::string parent;
   std::deque<Item> items;  // item n stands at n - 1
   std::vector<std::string> decoration;
+  std::string message;  // readable
   int defaultItem = 0;
   std::vector<std::string> writes;
   int hits = 0;
@@ -188,6 +201,17 @@ class ScriptedDialog final : public platform::Dialog {
   void addIcon(const Rect &rect, const std::string &path) override {
     const std::string name = path.substr(path.find_last_of('/') + 1);
     shown_->decoration.push_back("icon " + printed(rect) + ' ' + inQuotes(name));
+  }
+  void addMessage(const Rect &pane, std::string_view text,
+                  const platform::MessageStyle &style) override {
+    shown_->message = readable(text);
+    std::ostringstream line;
+    line << "message " << printed(pane) << ' ' << inQuotes(style.fontName) << ' ' << style.fontSize
+         << ", baselines " << style.firstBaseline << " + " << style.linePitch << " k";
+    shown_->decoration.push_back(line.str());
+  }
+  void addAlertIcon(const Rect &rect, platform::AlertIcon icon) override {
+    shown_->decoration.push_back("alert icon " + printed(rect) + ' ' + nameOf(icon));
   }
   void setDefaultItem(int item) override { shown_->defaultItem = item; }
 
@@ -572,6 +596,8 @@ Port *ScriptedDesktop::windowPort(WindowRef) { return nullptr; }
 std::unique_ptr<Picture> ScriptedDesktop::loadPicture(const std::string &) { return nullptr; }
 
 std::string ScriptedDesktop::title() const { return newest_ ? newest_->title : ""; }
+
+std::string ScriptedDesktop::message() const { return newest_ ? newest_->message : ""; }
 
 std::string ScriptedDesktop::text(int item) const {
   return newest_ && newest_->has(item) ? readable(newest_->at(item).text) : "";

@@ -96,6 +96,7 @@ class ScriptedDesktop : public platform::Desktop {
 
   // What the newest dialog shows or, when it has gone, last showed.
   std::string title() const;
+  std::string message() const;  // lines ended by carriage returns; empty in any other dialog
   std::string text(int item) const;
   std::string selectedText(int item) const;
   int cursor(int item) const;
