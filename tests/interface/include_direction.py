@@ -18,6 +18,7 @@ ALLOWED = {
     'tables': FOUNDATIONS + ['files'],
     'platform': [],
     'dialogs': FOUNDATIONS + ['platform'],
+    'draw': ['strings', 'platform'],
 }
 # The public headers that each folder may use: those of the folders below it and its own.
 SHARED_HEADERS = ['types', 'desktop']
