@@ -6,6 +6,7 @@
 #include <korvel/dates.h>
 #include <korvel/desktop.h>
 #include <korvel/dialogs.h>
+#include <korvel/draw.h>
 #include <korvel/files.h>
 #include <korvel/messages.h>
 #include <korvel/profile.h>

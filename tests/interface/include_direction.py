@@ -17,6 +17,7 @@ ALLOWED = {
     'profile': ['strings', 'codecs', 'files'],
     'tables': FOUNDATIONS + ['files'],
     'platform': [],
+    'draw': ['strings', 'platform'],
     'messages': ['strings', 'platform', 'draw'],
     'dialogs': FOUNDATIONS + ['platform', 'messages'],
 }
