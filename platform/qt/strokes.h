@@ -1,0 +1,32 @@
+// For platform/qt/ only: the shapes that a square pen leaves.
+#ifndef KORVEL_PLATFORM_QT_STROKES_H
+#define KORVEL_PLATFORM_QT_STROKES_H
+
+#include <QPainterPath>
+#include <QRectF>
+
+#include "platform/geometry.h"
+
+namespace korvel::platform::qt {
+
+// A line by a pen of `width` x `width` pixels that hangs to the right of and below its points.
+struct Stroke {
+  int x1;
+  int y1;
+  int x2;
+  int y2;
+  int width;
+
+  bool isStraight() const { return x1 == x2 || y1 == y2; }  // level or upright
+};
+
+// What a straight stroke covers; a side beyond the range of int ends there.
+Rect straightStroke(const Stroke &stroke);
+
+// A slanted stroke as far as it lies within `bounds`: the pen's two ends and between them a band as
+// wide as the pen, all `scale` times as large.
+QPainterPath slantedStroke(const Stroke &stroke, const QRectF &bounds, qreal scale = 1);
+
+}  // namespace korvel::platform::qt
+
+#endif
