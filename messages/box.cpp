@@ -1,5 +1,7 @@
 #include "messages/box.h"
 
+#include <korvel/desktop.h>
+#include <korvel/draw.h>
 #include <korvel/strings.h>
 
 #include <memory>
@@ -18,8 +20,10 @@ using platform::ItemKind;
 using platform::Run;
 
 constexpr std::string_view kTitle = "Dialogue utilisateur";
-constexpr std::string_view kFontName = "Lucida Grande";
+constexpr const char *kFontName = "Lucida Grande";
 constexpr int kFontSize = 13;
+constexpr int kBlack = 0;
+constexpr int kTransparent = 255;
 
 KeyItems keyItemsOf(const Message &message) {
   if (message.kind == Kind::Note) return {kFirstButton, kFirstButton};
@@ -39,6 +43,25 @@ class NewestBox {
 
  private:
   const KeyItems before_;
+};
+
+// The box's port is the current one, in the font of its text, as long as it is up.
+class CurrentPort {
+ public:
+  explicit CurrentPort(WindowRef window) : port_(GetWindowPort(window)) {
+    SetPort(port_);
+    ch_font_set(port_, kFontName, kBlack, kTransparent, kFontSize);
+  }
+  ~CurrentPort() {
+    CGrafPtr current = nullptr;
+    GetPort(&current);
+    if (current == port_) SetPort(nullptr);
+  }
+  CurrentPort(const CurrentPort &) = delete;
+  CurrentPort &operator=(const CurrentPort &) = delete;
+
+ private:
+  const CGrafPtr port_;
 };
 
 // The first press of any button is the answer; until then, what Escape stands for.
@@ -108,12 +131,16 @@ int show(Desktop &desktop, WindowRef owner, const Message &message) {
   const auto dialog = build(desktop, owner, message);
   if (dialog == nullptr) return answer.button();
   const NewestBox newest(keyItemsOf(message));
+  const CurrentPort port(dialog->window());
   dialog->runModal(answer);
   return answer.button();
 }
 
 int showInFront(Desktop &desktop, WindowRef owner, const Message &message) {
-  return show(desktop, owner != nullptr ? owner : desktop.frontWindow(), message);
+  if (owner == nullptr) owner = desktop.frontWindow();
+  const int button = show(desktop, owner, message);
+  if (owner != nullptr) SetPort(GetWindowPort(owner));
+  return button;
 }
 
 using Show = int (*)(Desktop &desktop, WindowRef owner, const Message &message);

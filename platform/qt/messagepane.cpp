@@ -12,6 +12,7 @@
 #include <algorithm>
 
 #include "platform/qt/appearance.h"
+#include "platform/qt/screenfont.h"
 #include "platform/qt/text.h"
 
 namespace korvel::platform::qt {
@@ -31,8 +32,7 @@ QString inLines(std::string_view text) { return drawable(toQt(text).replace(u'\r
 
 QFont fontOf(const MessageStyle &style) {
   QFont font = QApplication::font();
-  const QString name = toQt(style.fontName);
-  if (QFontInfo(QFont(name)).family().compare(name, Qt::CaseInsensitive) == 0) font.setFamily(name);
+  if (const auto family = familyAnswering(toQt(style.fontName))) font.setFamily(*family);
   font.setPixelSize(std::max(1, style.fontSize));
   return font;
 }
