@@ -23,9 +23,10 @@ constexpr int kButtonTopFromBottom = 32;
 constexpr int kButtonFoot = 12;
 
 constexpr int kTextLeft = 80;
-constexpr int kPaneTop = 8;
+// As near to the lines and to the buttons as can be: two lines stay whole above a scroll bar.
+constexpr int kPaneTop = 12;
 constexpr int kPaneRightMargin = 8;
-constexpr int kPaneFoot = 40;
+constexpr int kPaneFoot = 36;
 
 // For the frame around a box, whose height no desktop tells beforehand.
 constexpr int kTitleBar = 32;

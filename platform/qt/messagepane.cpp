@@ -20,6 +20,10 @@ namespace {
 
 constexpr int kTab = 4;  // blanks
 
+// A bar under the lines is slim, to leave them their room; without one there is air below them.
+constexpr int kSlimBar = 10;
+constexpr int kAirBelow = 4;
+
 // Text as it is drawn: a character that would have no look of its own is a blank.
 QString drawable(QString text) {
   text.replace(u'\t', QString(kTab, u' '));
@@ -52,18 +56,6 @@ QFont narrowedInto(int room, const QFont &font, const QStringList &lines) {
   QFont narrow = font;
   narrow.setStretch(std::max(kNarrowest, 100 * room / needed));
   return widthOf(narrow, lines) <= room ? narrow : font;
-}
-
-QStyle::StandardPixmap pictureOf(AlertIcon icon) {
-  switch (icon) {
-    case AlertIcon::Stop:
-      return QStyle::SP_MessageBoxCritical;
-    case AlertIcon::Note:
-      return QStyle::SP_MessageBoxInformation;
-    case AlertIcon::Caution:
-      break;
-  }
-  return QStyle::SP_MessageBoxWarning;
 }
 
 }  // namespace
@@ -102,7 +94,6 @@ void MessageLines::paintEvent(QPaintEvent *event) {
 MessagePane::MessagePane(QWidget *window, const Rect &rect, std::string_view text,
                          const MessageStyle &style)
     : QScrollArea(window) {
-  setGeometry(toQt(rect));
   setFrameShape(NoFrame);
   setWidget(new MessageLines(inLines(text), style, toQt(rect).size()));
   widget()->setAutoFillBackground(false);
@@ -111,6 +102,9 @@ MessagePane::MessagePane(QWidget *window, const Rect &rect, std::string_view tex
     bar->setSingleStep(style.linePitch);
     bar->setContextMenuPolicy(Qt::PreventContextMenu);
   }
+  horizontalScrollBar()->setFixedHeight(kSlimBar);
+  const bool hasBarBelow = widget()->width() > rect.width();
+  setGeometry(toQt(rect).adjusted(0, 0, 0, hasBarBelow ? 0 : -kAirBelow));
   setFocusPolicy(scrolls() ? Qt::TabFocus : Qt::NoFocus);
 }
 
@@ -174,17 +168,6 @@ void MessagePane::paintEvent(QPaintEvent *) {
   option.initFrom(viewport());
   option.state |= QStyle::State_KeyboardFocusChange;
   style()->drawPrimitive(QStyle::PE_FrameFocusRect, &option, &painter, viewport());
-}
-
-StandardIcon::StandardIcon(QWidget *window, const Rect &rect, AlertIcon icon)
-    : QWidget(window), icon_(icon) {
-  setAttribute(Qt::WA_TransparentForMouseEvents);
-  setGeometry(toQt(rect));
-}
-
-void StandardIcon::paintEvent(QPaintEvent *) {
-  QPainter painter(this);
-  style()->standardIcon(pictureOf(icon_), nullptr, this).paint(&painter, rect());
 }
 
 }  // namespace korvel::platform::qt

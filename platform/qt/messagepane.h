@@ -1,4 +1,4 @@
-// For platform/qt/ only: what makes a dialog a message box: its text, its icon, its keys.
+// For platform/qt/ only: the text of a message box, and the keys that come with it.
 #ifndef KORVEL_PLATFORM_QT_MESSAGEPANE_H
 #define KORVEL_PLATFORM_QT_MESSAGEPANE_H
 
@@ -52,17 +52,6 @@ class MessagePane final : public QScrollArea {
   bool moveFrom(QObject *button, int key);
 
   std::vector<QPushButton *> buttons_;
-};
-
-class StandardIcon final : public QWidget {
- public:
-  StandardIcon(QWidget *window, const Rect &rect, AlertIcon icon);
-
- protected:
-  void paintEvent(QPaintEvent *event) override;
-
- private:
-  const AlertIcon icon_;
 };
 
 }  // namespace korvel::platform::qt

@@ -6,6 +6,7 @@
 #include <QPushButton>
 #include <algorithm>
 
+#include "platform/qt/alerticon.h"
 #include "platform/qt/buttonitem.h"
 #include "platform/qt/decoration.h"
 #include "platform/qt/listitem.h"
@@ -87,7 +88,7 @@ void QtDialog::addMessage(const Rect &pane, std::string_view text, const Message
 }
 
 void QtDialog::addAlertIcon(const Rect &rect, AlertIcon icon) {
-  new StandardIcon(&window_, rect, icon);
+  new AlertIconWidget(&window_, rect, icon);
 }
 
 Item *QtDialog::find(int item) const {
