@@ -26,7 +26,7 @@ constexpr int kTextLeft = 80;
 // As near to the lines and to the buttons as can be: two lines stay whole above a scroll bar.
 constexpr int kPaneTop = 12;
 constexpr int kPaneRightMargin = 8;
-constexpr int kPaneFoot = 36;
+constexpr int kPaneFoot = 35;
 
 // For the frame around a box, whose height no desktop tells beforehand.
 constexpr int kTitleBar = 32;

@@ -20,9 +20,19 @@ namespace {
 
 constexpr int kTab = 4;  // blanks
 
-// A bar under the lines is slim, to leave them their room; without one there is air below them.
-constexpr int kSlimBar = 10;
-constexpr int kAirBelow = 4;
+// Below the lines where no bar stands there.
+constexpr int kAirBelow = 5;
+
+// A bar under the lines is slim, to leave them their room.
+class SlimBar final : public QScrollBar {
+ public:
+  explicit SlimBar(QWidget *parent) : QScrollBar(Qt::Horizontal, parent) {}
+
+  QSize sizeHint() const override { return {QScrollBar::sizeHint().width(), kHeight}; }
+
+ private:
+  static constexpr int kHeight = 8;
+};
 
 // Text as it is drawn: a character that would have no look of its own is a blank.
 QString drawable(QString text) {
@@ -95,6 +105,7 @@ MessagePane::MessagePane(QWidget *window, const Rect &rect, std::string_view tex
                          const MessageStyle &style)
     : QScrollArea(window) {
   setFrameShape(NoFrame);
+  setHorizontalScrollBar(new SlimBar(this));
   setWidget(new MessageLines(inLines(text), style, toQt(rect).size()));
   widget()->setAutoFillBackground(false);
   viewport()->setAutoFillBackground(false);
@@ -102,7 +113,6 @@ MessagePane::MessagePane(QWidget *window, const Rect &rect, std::string_view tex
     bar->setSingleStep(style.linePitch);
     bar->setContextMenuPolicy(Qt::PreventContextMenu);
   }
-  horizontalScrollBar()->setFixedHeight(kSlimBar);
   const bool hasBarBelow = widget()->width() > rect.width();
   setGeometry(toQt(rect).adjusted(0, 0, 0, hasBarBelow ? 0 : -kAirBelow));
   setFocusPolicy(scrolls() ? Qt::TabFocus : Qt::NoFocus);

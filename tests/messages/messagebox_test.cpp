@@ -38,7 +38,7 @@ TEST(MessageBox, AQuestionAsAWhole) {
             "1 push button (200,58)-(280,78) \"Oui\" default\n"
             "2 push button (300,58)-(380,78) \"Non\"\n"
             "alert icon (18,18)-(50,50) caution\n"
-            "message (80,12)-(392,54) \"Lucida Grande\" 13, baselines 14 + 14 k\n");
+            "message (80,12)-(392,55) \"Lucida Grande\" 13, baselines 14 + 14 k\n");
 }
 
 TEST(MessageBox, ANoteAsAWhole) {
@@ -46,7 +46,7 @@ TEST(MessageBox, ANoteAsAWhole) {
             "dialog (440,453)-(840,571) in front of everything \"Liste\"\n"
             "1 push button (300,86)-(380,106) \"OK\" default\n"
             "alert icon (18,18)-(50,50) stop\n"
-            "message (80,12)-(392,82) \"Lucida Grande\" 13, baselines 14 + 14 k\n");
+            "message (80,12)-(392,83) \"Lucida Grande\" 13, baselines 14 + 14 k\n");
 }
 
 TEST(MessageBox, AOneLineMessageIsTwoLinesHigh) {
@@ -73,7 +73,7 @@ TEST(MessageBox, ACaptionOrTextOf51CharactersWidensIt) {
   EXPECT_TRUE(has(wide, "dialog (370,467)-(910,557) in front of everything \"T\""));
   EXPECT_TRUE(has(wide, "1 push button (340,58)-(420,78) \"Oui\" default"));
   EXPECT_TRUE(has(wide, "2 push button (440,58)-(520,78) \"Non\""));
-  EXPECT_TRUE(has(wide, "message (80,12)-(532,54) \"Lucida Grande\" 13, baselines 14 + 14 k"));
+  EXPECT_TRUE(has(wide, "message (80,12)-(532,55) \"Lucida Grande\" 13, baselines 14 + 14 k"));
 }
 
 // ---- Flags ----
@@ -266,7 +266,7 @@ TEST(MessageBox, TextsTooLongToCopyAreReplaced) {
                 "1 push button (200,58)-(280,78) \"Oui\"\n"
                 "2 push button (300,58)-(380,78) \"Non\" default\n"
                 "alert icon (18,18)-(50,50) caution\n"
-                "message (80,12)-(392,54) \"Lucida Grande\" 13, baselines 14 + 14 k\n");
+                "message (80,12)-(392,55) \"Lucida Grande\" 13, baselines 14 + 14 k\n");
     }
     desk.finish();
   }
@@ -294,7 +294,7 @@ TEST(MessageBox, IsNeverHigherThanTheScreen) {
             "dialog (370,16)-(910,784) in front of everything \"T\"\n"
             "1 push button (340,736)-(420,756) \"Oui\" default\n"
             "2 push button (440,736)-(520,756) \"Non\"\n"
-            "message (80,12)-(532,732) \"Lucida Grande\" 13, baselines 14 + 14 k\n");
+            "message (80,12)-(532,733) \"Lucida Grande\" 13, baselines 14 + 14 k\n");
   desk.finish();
 }
 
