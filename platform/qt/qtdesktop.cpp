@@ -5,7 +5,11 @@
 #include <QWidget>
 
 #include "platform/qt/application.h"
+#include "platform/qt/painterport.h"
+#include "platform/qt/picture.h"
 #include "platform/qt/qtdialog.h"
+#include "platform/qt/rasterport.h"
+#include "platform/qt/windowport.h"
 
 namespace korvel::platform::qt {
 namespace {
@@ -52,12 +56,22 @@ WindowRef QtDesktop::hostWindow(void *widget) {
   return widget == nullptr ? nullptr : referenceTo(static_cast<QWidget *>(widget)->window());
 }
 
-std::unique_ptr<Port> QtDesktop::newImage(int, int) { return nullptr; }
+std::unique_ptr<Port> QtDesktop::newImage(int width, int height) {
+  return ensureDrawing() ? ImagePort::make(width, height) : nullptr;
+}
 
-std::unique_ptr<Port> QtDesktop::painterPort(void *) { return nullptr; }
+std::unique_ptr<Port> QtDesktop::painterPort(void *painter) {
+  if (painter == nullptr || !ensureDrawing()) return nullptr;
+  return std::make_unique<PainterPort>(static_cast<QPainter *>(painter));
+}
 
-Port *QtDesktop::windowPort(WindowRef) { return nullptr; }
+Port *QtDesktop::windowPort(WindowRef window) {
+  QWidget *widget = livingWindow(window);
+  return widget == nullptr ? nullptr : &portOf(widget);
+}
 
-std::unique_ptr<Picture> QtDesktop::loadPicture(const std::string &) { return nullptr; }
+std::unique_ptr<Picture> QtDesktop::loadPicture(const std::string &path) {
+  return ensureDrawing() ? QtPicture::read(QString::fromStdString(path)) : nullptr;
+}
 
 }  // namespace korvel::platform::qt
