@@ -12,7 +12,8 @@ int openSettings(void);
 /* The window's title, CP1252: up to size - 1 characters; "Fiche patient" when none is kept. */
 void readWindowTitle(char *title, int size);
 
-/* The last record; texts and numbers that are not kept stay as they are. */
+/* The last record, without its prescription; texts and numbers that are not kept stay as they are.
+ */
 void readLastRecord(Record *record);
 
 /* Keeps title and record, except for the access code, which is nobody's business. Returns 1, or 0
