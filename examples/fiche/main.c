@@ -12,8 +12,10 @@
 int main(void) {
   Record record = {.paysNaissance = "FR", .pays = "FR"};
   char title[128];
-  int keeping = openSettings();
-  if (!openTables()) fputs("Les tables de codes manquent.\n", stderr);
+  if (!openSettings() || !openTables()) {
+    fputs("Le dossier du cabinet ou les tables de codes ne sont pas accessibles.\n", stderr);
+    return 1;
+  }
   readWindowTitle(title, sizeof title);
   readLastRecord(&record);
   if (!enterPatient(title, &record)) {
@@ -23,7 +25,7 @@ int main(void) {
   enterHome(&record);
   enterPrescription(&record);
   printRecord(stdout, &record);
-  if (!keeping || !keepSettings(title, &record)) {
+  if (!keepSettings(title, &record)) {
     fputs("La fiche n’a pas pu être enregistrée.\n", stderr);
     return 1;
   }

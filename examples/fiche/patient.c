@@ -282,10 +282,11 @@ static void defineDialog(const Record *record) {
   defineFollowUp(record);
 }
 
-static void readCountry(int i, char *code, int size) {
-  char name[kPlaceName] = "";
+/* A country that was not in the pop-up is still the record's. */
+static void readCountry(int i, char *code) {
+  char name[kPlaceName] = "", chosen[kCountryCode];
   TexteDlgBox_retrieve(i, name, sizeof name);
-  countryCode(name, code, size);
+  if (countryCode(name, chosen, sizeof chosen)) memcpy(code, chosen, sizeof chosen);
 }
 
 static void readCode(int i, char *code, int size) {
@@ -301,12 +302,12 @@ static void readIdentity(Record *record) {
   TexteDlgBox_retrieve(kSexe, record->sexe, sizeof record->sexe);
   TexteDlgBox_retrieve(kProfession, record->profession, sizeof record->profession);
   DateDlgBox_retrieve(kNaissance, &record->naissance);
-  readCountry(kPaysNaissance, record->paysNaissance, sizeof record->paysNaissance);
+  readCountry(kPaysNaissance, record->paysNaissance);
   readCode(kCommuneNaissance, record->communeNaissance, sizeof record->communeNaissance);
 }
 
 static void readHome(Record *record) {
-  readCountry(kPays, record->pays, sizeof record->pays);
+  readCountry(kPays, record->pays);
   readCode(kDepartement, record->departement, sizeof record->departement);
   if (!isCommuneOf(record->commune, record->departement)) record->commune[0] = '\0';
 }

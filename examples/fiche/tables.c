@@ -22,16 +22,16 @@ static int findTables(char *path, int size) {
 }
 
 /* The program may have moved since the link was made. */
-static void linkVolume(const char *folder) {
+static int linkVolume(const char *folder) {
   char link[512], old[512];
   snprintf(link, sizeof link, "%s/Tables", szVolumes);
   ssize_t length = readlink(link, old, sizeof old - 1);
   if (length >= 0) {
     old[length] = '\0';
-    if (strcmp(old, folder) == 0) return;
+    if (strcmp(old, folder) == 0) return 1;
     unlink(link);
   }
-  if (symlink(folder, link) != 0) perror(link);
+  return symlink(folder, link) == 0;
 }
 
 static void copyProfessions(const char *folder) {
@@ -44,11 +44,10 @@ static void copyProfessions(const char *folder) {
 
 int openTables(void) {
   char folder[400];
-  if (!findTables(folder, sizeof folder)) return 0;
-  linkVolume(folder);
+  if (!findTables(folder, sizeof folder) || !linkVolume(folder)) return 0;
   copyProfessions(folder);
   strcpy(szDirTables, kPractice);
-  return Dir_Is_Existing("Tables");
+  return Dir_Is_Existing(kReference);
 }
 
 void useReferenceTables(void) { setDirTables(kReference); }

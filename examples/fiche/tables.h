@@ -5,7 +5,7 @@
 
 /* Makes the volume "Tables" of the folder "tables" beside the program, and gives a practice that
    has no table of professions yet a copy of the one there. The volumes must be open (openSettings).
-   Returns 1, or 0 when there are no tables; every look-up then finds nothing. */
+   Returns 1, or 0 when there are no tables. */
 int openTables(void);
 
 /* From here on a table's name is that of a reference table ("pays.tab") or of one of the practice's

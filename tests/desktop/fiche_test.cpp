@@ -157,12 +157,14 @@ TEST_F(Fiche, ABirthplaceHasItsNameOfTheDayOfBirth) {
 }
 
 TEST_F(Fiche, AnUnknownCodeIsNotAccepted) {
-  keepRecord("naissance=19750228\r\ndepartement=99\r\n");
+  keepRecord("naissance=19750228\r\ncommuneNaissance=99999\r\n");
   auto application = start();
   ASSERT_TRUE(comesUp(kPatient));
   press("Return");
-  EXPECT_TRUE(comesUp(kPatient));
-  press("Tab Tab Tab Tab Tab Tab Tab Tab Tab Tab Tab Tab ctrl+a");
+  // On to the birth place, which is cleared, and to the département.
+  press("Tab Tab Tab Tab Tab Tab Tab Tab Tab Tab ctrl+a Delete Tab Tab");
+  write("99");
+  press("Return ctrl+a");
   write("75");
   press("Return");
   ASSERT_TRUE(comesUp(kHome));
@@ -170,6 +172,7 @@ TEST_F(Fiche, AnUnknownCodeIsNotAccepted) {
   ASSERT_TRUE(comesUp(kFirstLine));
   press("Escape");
   ASSERT_EQ(application.wait(), 0);
+  EXPECT_TRUE(holds(application.output(), "Commune de naissance : "));
   EXPECT_TRUE(holds(application.output(), "Département : Paris (75)"));
   EXPECT_TRUE(holds(application.output(), "Commune : "));
 }
