@@ -77,7 +77,8 @@ static const char *behindArticle(const char *plain) {
 
 /* The pattern of the names that begin with a text; empty for an empty text. */
 static void patternOf(const char *text, char *pattern, size_t size) {
-  snprintf(pattern, size, *text ? "%s*" : "", text);
+  *pattern = '\0';
+  if (*text) snprintf(pattern, size, "%s*", text);
 }
 
 int communeByLetters(const char *letters, const char *department, char *code, int codeSize,

@@ -48,13 +48,14 @@ static void defineDose(void) {
   formLabel("jours", kField + 28, lineOf(kDoseY, 1), 40);
 }
 
-/* A line as it fits the window: a long name is cut. */
+/* A line as it fits the window's width: a long name is cut. */
 static void noteLine(const Prescription *line, int y) {
-  enum { kShownName = 48 };
-  char name[256], days[24] = "", note[192];
-  drugName(line->drug, name, sizeof name);
-  if (strlen(name) > kShownName) strcpy(name + kShownName, french("…"));
+  enum { kShown = 82 };
+  char name[256], days[24] = "", note[384];
   if (line->days > 0) snprintf(days, sizeof days, ", %d j", line->days);
+  size_t room = kShown - strlen(line->dose) - strlen(days);
+  drugName(line->drug, name, sizeof name);
+  if (strlen(name) > room) strcpy(name + room, french("…"));
   snprintf(note, sizeof note, "%s : %s%s", name, line->dose, days);
   formNote(note, kLabel, y, kWidth - 2 * kLabel);
 }
