@@ -73,8 +73,8 @@ KORVEL_API char *getDirTables(void);
 KORVEL_API int ZRV_Libelle_NC(const char *key, int keyLength, int column, const char *table,
                               char *out, int outSize);
 
-/* As ZRV_Libelle_NC with the key made of a number, on two characters: 7 looks for "07". A number
-   that needs more characters matches no line. */
+/* As ZRV_Libelle_NC with the key made of a number from 0 to 99, on two characters: 7 looks for
+   "07". Any other number matches no line. */
 KORVEL_API int ZRV_Libelle_2(int code, int column, const char *table, char *out, int outSize);
 
 /* Gives another column of the current line.

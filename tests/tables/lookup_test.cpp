@@ -334,12 +334,13 @@ TEST_F(NumberLookup, UsesTwoDigits) {
   EXPECT_EQ(lookUpNumber(99, 0), (Answer{1, "99"}));
 }
 
-TEST_F(NumberLookup, OfMoreThanTwoCharactersMatchesNothing) {
-  table("actes", lines({"??,any", "100,long"}));
-  for (const int code : {100, 12345, -10, INT_MAX, -INT_MAX}) {
+TEST_F(NumberLookup, OutsideZeroTo99MatchesNothing) {
+  table("actes", lines({"-1,negative", "??,any", "100,long"}));
+  for (const int code : {-1, -9, -10, 100, 12345, INT_MAX, INT_MIN}) {
     EXPECT_EQ(lookUpNumber(code, 1), (Answer{0, kNoOut})) << code;
-    EXPECT_EQ(state(), (State{2, 1, "100|long"})) << code;
+    EXPECT_EQ(state(), (State{3, 1, "100|long"})) << code;
   }
+  EXPECT_EQ(lookUpNumber(99, 1), (Answer{1, "any"}));
 }
 
 // --- The same line again -------------------------------------------------------------------------
