@@ -431,6 +431,20 @@ TEST_F(Idem, FindsEveryLineOfALargeTable) {
   EXPECT_EQ(idem0(2, 1, "t"), (Answer{0, kNoOut}));
 }
 
+// The lines before the wanted one are counted by pieces of the file; it may begin in one piece and
+// end in the next.
+TEST_F(Idem, FindsEveryLineOnBothSidesOfWhatIsCountedAtOnce) {
+  std::string bytes;
+  for (int i = 1; i <= 2000; ++i) bytes += "x," + std::to_string(i) + "\r\n";
+  table("t", bytes);
+  for (int line = 1; line <= 2000; ++line) {
+    ZRV_Libelle_NC_set_ligne(line);
+    EXPECT_EQ(idem0(2, 1, "t"), (Answer{1, std::to_string(line)}));
+    ZRV_Libelle_NC_set_ligne(line - 1);
+    EXPECT_EQ(lookUpNext("x", 1, "t"), (Answer{1, std::to_string(line)}));
+  }
+}
+
 // --- The next line -------------------------------------------------------------------------------
 
 class NextLookup : public test::Tables {
