@@ -43,7 +43,7 @@ static int askAtEnd(WindowRef window, int t, char **texts, int tn, int b, int *b
 }
 
 static void showDialog(void) {
-  TailleDlgBox_set(150, 100);
+  TailleDlgBox_set(250, 200);
   TexteDlgBox_param(2, 100);
   TexteDlgBox_set_geo(0, 20, 14, 80, 12, 0);
   TexteDlgBox_set(0, "");
