@@ -14,8 +14,10 @@ using platform::AlertIcon;
 
 constexpr Kind kindOf(unsigned flags) { return (flags & 0x10) != 0 ? Kind::Question : Kind::Note; }
 
+// Kept: 0x20 takes back what 0x40 says.
 constexpr bool defaultsToNo(unsigned flags) { return (flags & 0x40) != 0 && (flags & 0x20) == 0; }
 
+// Kept: a question knows no icon but the caution icon.
 constexpr std::optional<AlertIcon> questionIcon(unsigned flags) {
   if ((flags & (0x02 | 0x08)) != 0) return AlertIcon::Caution;
   return std::nullopt;

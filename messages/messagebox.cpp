@@ -17,6 +17,7 @@ using korvel::messages::Message;
 constexpr std::size_t kCaptionCapacity = 256;
 constexpr std::size_t kTextCapacity = 4096;
 
+// Kept: "Oui" is answered as 2 and "Non" as 3.
 constexpr int kOk = 1;
 constexpr int kYes = 2;
 constexpr int kNo = 3;

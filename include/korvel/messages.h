@@ -9,6 +9,9 @@
    Where there is no screen a box answers at once as Escape does, and standard error says why in one
    line.
 
+   While a box is shown its port is the current one, and its text's font the chosen one (draw.h):
+   ch_font_FontName becomes "Lucida Grande", at 13, and char_dy follows. Both stay so afterwards.
+
    Texts are CP1252, NUL-terminated; a null text counts as an empty one. Flags are bits, and
    unknown ones are ignored:
 
@@ -31,7 +34,7 @@ extern "C" {
 
 /* Shows a message in lines of its own making and returns the answer.
    owner: the window on which the box is centred; null for the front window, and where there is
-   none, the screen. Its port, or the front window's, is the current one afterwards.
+   none, the screen. The port of that window is the current one afterwards; none is without one.
    text: at most 4095 characters; a line ends at a carriage return or a line feed (at both: twice),
    and at the first space beyond column 50 that does not stand before ":" or ",". caption: at most
    255 characters; when empty, the title is "Dialogue utilisateur". When either is longer, the box
@@ -42,8 +45,8 @@ KORVEL_API int MessageBox(WindowRef owner, const char *text, const char *caption
 /* Shows a question as it stands, lines ended by carriage returns.
    owner: the window on which the box is centred; null for the screen. caption: as for MessageBox,
    without its limit. lines: what the height is made for, 20 pixels a line and 50 more; below 1
-   counts as 1, and the box is never higher than the screen. caption and text are only read. The
-   current port is the box's while it is shown, and none afterwards.
+   counts as 1, and the box is never higher than the screen. caption and text are only read. No port
+   is current afterwards.
    Returns 2 for "Oui" and 3 for "Non". */
 KORVEL_API int QuestionDialog(WindowRef owner, char *caption, char *text, int lines,
                               unsigned flags);

@@ -83,8 +83,10 @@ void QtDialog::addIcon(const Rect &rect, const std::string &path) {
 }
 
 void QtDialog::addMessage(const Rect &pane, std::string_view text, const MessageStyle &style) {
+  if (message_ != nullptr) return;
   message_ = new MessagePane(&window_, pane, text, style);
   window_.setAccessibleDescription(message_->text());
+  actAsMessageBox();
 }
 
 void QtDialog::addAlertIcon(const Rect &rect, AlertIcon icon) {
@@ -255,7 +257,6 @@ void QtDialog::runModal(HitHandler &handler) {
   if (loop_ != nullptr) return;
   const QPointer<QWidget> before = QApplication::activeWindow();
   handler_ = &handler;
-  if (message_ != nullptr) actAsMessageBox();
   giveInitialFocus();
   window_.show();
   window_.activateWindow();

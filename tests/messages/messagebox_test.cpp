@@ -86,6 +86,7 @@ TEST(MessageBox, DefaultButtonByFlags) {
       {0x10, "1 push button (200,58)-(280,78) \"Oui\" default"},
       {0x30, "1 push button (200,58)-(280,78) \"Oui\" default"},
       {0x50, "2 push button (300,58)-(380,78) \"Non\" default"},
+      // Kept: 0x20 takes back what 0x40 says.
       {0x70, "1 push button (200,58)-(280,78) \"Oui\" default"},
       {0xFFFFFF5F, "2 push button (300,58)-(380,78) \"Non\" default"},
       {0xFFFFFFFF, "1 push button (200,58)-(280,78) \"Oui\" default"},
@@ -102,7 +103,7 @@ TEST(MessageBox, IconByFlags) {
     unsigned flags;
     const char *icon;
   } kCases[] = {
-      // Questions know the caution icon only, by two bits.
+      // Kept: a question knows no icon but the caution icon; two bits show it.
       {0x10, ""},
       {0x11, ""},
       {0x14, ""},
@@ -138,6 +139,7 @@ TEST(MessageBox, IconByFlags) {
 // ---- Answers ----
 
 TEST(MessageBox, AnswersOfAQuestion) {
+  // Kept: "Oui" is answered as 2 and "Non" as 3.
   const struct {
     const char *name;
     unsigned flags;
