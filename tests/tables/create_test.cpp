@@ -223,6 +223,53 @@ TEST_F(Create, ABackUpThatCannotBeWrittenLeavesTheOldOne) {
   }
 }
 
+TEST_F(Create, AnOldBackUpThatMayNotBeWrittenGivesWay) {
+  volumes_.file("tables/actes.bak", "old");
+  chmod((folder() + "/actes.bak").c_str(), 0444);
+  chmod(volumes_.root().c_str(), 0755);
+  chmod(folder().c_str(), 0777);
+  const auto backUpAsNobody = [&](int overwrite) {
+    return inChild([&] {
+      if (geteuid() == 0 && !becomeNobody()) return 2;
+      return ZRV_Table_sauvegarde("actes", overwrite);
+    });
+  };
+  EXPECT_EQ(backUpAsNobody(0), 0);
+  EXPECT_EQ(content(folder() + "/actes.bak"), "old");
+  EXPECT_EQ(backUpAsNobody(1), 0);
+  EXPECT_EQ(files(), (Files{{"actes.bak", actes()}, {"actes.tab", actes()}}));
+  EXPECT_EQ(modeOf(folder() + "/actes.bak"), 0777U);
+}
+
+// Nothing is removed before the new one is whole.
+TEST_F(Create, AnOldBackUpThatMayNotBeWrittenStaysOnAFullDisk) {
+  volumes_.file("tables/actes.bak", "old");
+  chmod((folder() + "/actes.bak").c_str(), 0444);
+  chmod(volumes_.root().c_str(), 0755);
+  chmod(folder().c_str(), 0777);
+  EXPECT_EQ(inChild([&] {
+              if (geteuid() == 0 && !becomeNobody()) return 2;
+              Fault fault(ReplaceStep::Write, 1, ENOSPC);
+              return ZRV_Table_sauvegarde("actes", 1);
+            }),
+            0);
+  EXPECT_EQ(files(), (Files{{"actes.bak", "old"}, {"actes.tab", actes()}}));
+}
+
+TEST_F(Create, InAReadOnlyFolderTheOldBackUpStays) {
+  volumes_.file("tables/actes.bak", "old");
+  chmod((folder() + "/actes.bak").c_str(), 0666);
+  chmod(volumes_.root().c_str(), 0755);
+  chmod(folder().c_str(), 0555);
+  EXPECT_EQ(inChild([&] {
+              if (geteuid() == 0 && !becomeNobody()) return 2;
+              return ZRV_Table_sauvegarde("actes", 1);
+            }),
+            0);
+  chmod(folder().c_str(), 0755);
+  EXPECT_EQ(files(), (Files{{"actes.bak", "old"}, {"actes.tab", actes()}}));
+}
+
 TEST_F(Create, AFolderInTheBackUpsPlaceStays) {
   mkdir((folder() + "/actes.bak").c_str(), 0777);
   for (const int overwrite : {0, 1}) {
