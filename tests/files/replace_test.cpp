@@ -1026,6 +1026,38 @@ TEST_F(InPlace, AGrowthThatCannotBeSyncedLeavesTheOldFile) {
   EXPECT_EQ(content(file_), kOld);
 }
 
+// Lets this process take so many bytes more, and no further ones.
+bool limitMemory(rlim_t more) {
+  std::FILE *counts = std::fopen("/proc/self/statm", "r");
+  unsigned long pages = 0;
+  const bool known = counts != nullptr && std::fscanf(counts, "%lu", &pages) == 1;
+  if (counts != nullptr) std::fclose(counts);
+  const rlim_t most = pages * static_cast<rlim_t>(sysconf(_SC_PAGESIZE)) + more;
+  const rlimit limit = {most, most};
+  return known && setrlimit(RLIMIT_AS, &limit) == 0;
+}
+
+TEST_F(InPlace, WithoutRoomToKeepTheOldBytesTheyStay) {
+#ifdef __SANITIZE_ADDRESS__
+  GTEST_SKIP() << "the sanitizer needs more memory than that";
+#endif
+  constexpr int kBlocks = 64;
+  const std::string old(kBlocks << 20, 'o');
+  scratch_.file("a", old);
+  EXPECT_EQ(asUser([&] {
+              const std::string block(1 << 20, 'n');
+              Replacement replacement;
+              if (!replacement.begin(file_.c_str())) return 2;
+              for (int i = 0; i < kBlocks; ++i) {
+                if (!replacement.append(block)) return 3;
+              }
+              if (!limitMemory(16 << 20)) return 4;
+              return replacement.commit() ? 1 : 0;
+            }),
+            0);
+  EXPECT_TRUE(content(file_) == old);
+}
+
 TEST_F(InPlace, AFileThatMayNotBeReadIsOverwrittenToo) {
   chmod(file_.c_str(), 0222);
   EXPECT_EQ(asUser([&] { return replaceBy(file_, "new") ? 0 : 1; }), 0);
