@@ -38,8 +38,10 @@ int drawRun(Port &surface, Pixels x, Pixels y, std::string_view text) {
   return isRun(text) ? surface.drawText(toInt(x), toInt(y + char_dy), ScreenRun(text)) : 0;
 }
 
+// Needs no copy in the screen set: a byte that the conversion changes shows the same character
+// there unchanged.
 int runWidth(const Port &surface, std::string_view text) {
-  return isRun(text) ? surface.textWidth(ScreenRun(text)) : 0;
+  return isRun(text) ? surface.textWidth(text.substr(0, text.find('\0'))) : 0;
 }
 
 }  // namespace korvel::draw

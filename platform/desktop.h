@@ -144,7 +144,8 @@ class Desktop {
  public:
   virtual ~Desktop() = default;
 
-  // True when windows can be shown. Never aborts; on false, `problem` says why in one line.
+  // True when windows can be shown. Never aborts; on false, `problem` says why in one line. Once
+  // something was drawn where there was no screen, there is none for the rest of the process.
   virtual bool hasScreen(std::string &problem) = 0;
 
   // The application's active window, or null.
@@ -166,18 +167,20 @@ class Desktop {
   virtual WindowRef hostWindow(void *widget) = 0;
 
   // A white surface off screen, also where there is no screen. Null when it cannot be had (a side
-  // below 1 or above 32767, no memory).
+  // below 1 or above 32767, more than 2^28 pixels, no memory, or a host application that cannot
+  // have fonts).
   virtual std::unique_ptr<Port> newImage(int width, int height) = 0;
   // Draws where a painter that the host application owns draws, in the toolkit's own type, as long
   // as that painter is active; null for null. Leaves the painter's own settings as they were.
   virtual std::unique_ptr<Port> painterPort(void *painter) = 0;
-  // The port of a window, the same one at each call, valid as long as the window; null for null or
-  // a window that is gone. What is drawn into it lies over the window's ground and under its items,
-  // and stays until something else is drawn over it, whatever covers the window meanwhile.
+  // The port of a window, the same one at each call; null for null or a window that is gone. What
+  // is drawn into it lies over the window's ground and under its items, and stays until something
+  // else is drawn over it, whatever covers the window meanwhile. Once the window is gone, drawing
+  // into it does nothing.
   virtual Port *windowPort(WindowRef window) = 0;
 
   // A picture file, SVG or PNG. Null when it cannot be read. It may be drawn into every port of
-  // this desktop, and outlives none of them.
+  // this desktop, which keep nothing of it.
   virtual std::unique_ptr<Picture> loadPicture(const std::string &path) = 0;
 };
 

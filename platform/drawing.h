@@ -48,16 +48,18 @@ class Port {
  public:
   virtual ~Port() = default;
 
-  // A font is known when the system answers the name with that family or with one of the same
-  // measures. True when it is, which selects it with the face and keeps the size; else the font
-  // stays as it was.
+  // A font is known when it is installed, or another one of the same measures (as Liberation Sans
+  // is for Arial); one that the system would only replace by any other is not. True when it is
+  // known, which selects it with the face and keeps the size; else the font stays as it was. Bits
+  // that are no face are left out.
   virtual bool setFont(std::string_view family, unsigned face) = 0;
   // One point is one pixel; a size below 1 stands for 12, and one above 1000 for 1000.
   virtual void setFontSize(int points) = 0;
   virtual FontMetrics fontMetrics() const = 0;
 
   // The width that drawing the text would give. Every character advances by whole pixels, by the
-  // same number wherever it stands.
+  // same number wherever it stands, and the same at every scale. A control character shows nothing
+  // and has no width.
   virtual int textWidth(std::string_view text) const = 0;
   // Draws the text with its baseline starting at (x, y), smoothed, in the foreground colour; opaque
   // text first fills the rectangle of its width from ascent to descent with the background colour.
@@ -70,7 +72,7 @@ class Port {
 
   // A line in the foreground colour by a square pen of `width` x `width` pixels (below 1: nothing)
   // that hangs to the right of and below each point from (x1, y1) to (x2, y2), both included. Level
-  // and upright lines are not smoothed.
+  // and upright lines are not smoothed, slanted ones may be.
   virtual void drawLine(int x1, int y1, int x2, int y2, int width) = 0;
   // Inside the rectangle, in the foreground colour, not smoothed; an empty rectangle shows nothing.
   virtual void fillRect(const Rect &rect) = 0;
@@ -79,11 +81,14 @@ class Port {
   // Draws the picture at its own size, its top-left corner at (x, y).
   virtual void drawPicture(const Picture &picture, int x, int y) = 0;
 
-  // Writes what was drawn as a PNG file; false when it cannot be written, and for a port whose
-  // surface belongs to somebody else.
+  // Writes what was drawn as a PNG file (transparent where nothing was drawn on a window); false
+  // when it cannot be written, when nothing was drawn on a window, and for a port whose surface
+  // belongs to somebody else.
   virtual bool save(const std::string &path) const = 0;
   // The colour of a pixel; nothing outside the port, where nothing was drawn on a window, and for a
-  // port whose surface belongs to somebody else.
+  // port whose surface belongs to somebody else. A surface keeps the upper eight bits of each
+  // component: all of them set read back as 0xFFFF, others with zeros below, so that colours of
+  // 0x8000, 0xC000 and 0xFFFF are as they were given.
   virtual std::optional<RGBColor> pixel(int x, int y) const = 0;
 };
 

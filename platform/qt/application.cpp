@@ -11,23 +11,25 @@ namespace korvel::platform::qt {
 namespace {
 
 // Qt sets the C locale of the process from the environment, and says so when it has no UTF-8; the
-// application keeps the locale that it had, and hears nothing.
-class UntouchedLocale {
+// application keeps the locale that it had, and hears nothing. Nor does it hear of a session's
+// folder, which there often is none of where there is no screen.
+class QuietStart {
  public:
-  UntouchedLocale() : before_(std::setlocale(LC_ALL, nullptr)) {
-    g_previous = qInstallMessageHandler(dropLocaleNotice);
+  QuietStart() : before_(std::setlocale(LC_ALL, nullptr)) {
+    g_previous = qInstallMessageHandler(dropNotices);
   }
-  ~UntouchedLocale() {
+  ~QuietStart() {
     qInstallMessageHandler(g_previous);
     std::setlocale(LC_ALL, before_.c_str());
   }
-  UntouchedLocale(const UntouchedLocale &) = delete;
-  UntouchedLocale &operator=(const UntouchedLocale &) = delete;
+  QuietStart(const QuietStart &) = delete;
+  QuietStart &operator=(const QuietStart &) = delete;
 
  private:
-  static void dropLocaleNotice(QtMsgType type, const QMessageLogContext &context,
-                               const QString &message) {
-    if (message.startsWith(QLatin1String("Detected locale"))) return;
+  static void dropNotices(QtMsgType type, const QMessageLogContext &context,
+                          const QString &message) {
+    for (const char *notice : {"Detected locale", "QStandardPaths: XDG_RUNTIME_DIR not set"})
+      if (message.startsWith(QLatin1String(notice))) return;
     g_previous(type, context, message);
   }
 
@@ -48,7 +50,7 @@ struct Arguments {
 };
 
 void startApplication(const std::string &platform) {
-  const UntouchedLocale locale;
+  const QuietStart quiet;
   static Arguments arguments(platform);
   // Never destroyed: the widgets and threads of a host that comes and goes may outlive any moment
   // at which that could be done.

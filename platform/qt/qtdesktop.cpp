@@ -72,6 +72,7 @@ std::unique_ptr<Port> QtDesktop::painterPort(void *painter) {
 }
 
 Port *QtDesktop::windowPort(WindowRef window) {
+  if (WindowPort *made = madePortOf(window)) return made;
   QWidget *widget = livingWindow(window);
   return widget == nullptr ? nullptr : &portOf(widget);
 }

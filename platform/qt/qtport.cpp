@@ -3,8 +3,6 @@
 #include <algorithm>
 #include <limits>
 
-#include "platform/qt/text.h"
-
 namespace korvel::platform::qt {
 namespace {
 
@@ -40,23 +38,17 @@ RGBColor fromQt(QRgb colour) {
 
 QtPort::QtPort()
     : size_(kUsualSize),
-      font_(&screenFont(QString(), 0, kUsualSize)),
+      font_(&screenFont(nullptr, 0, kUsualSize)),
       foreground_(qRgb(0, 0, 0)),
       background_(qRgb(255, 255, 255)) {}
 
 void QtPort::selectFont() { font_ = &screenFont(family_, face_, size_); }
 
 bool QtPort::setFont(std::string_view family, unsigned face) {
-  face &= kFaceBits;
-  const bool isSameFamily = !familyName_.empty() && family == familyName_;
-  if (isSameFamily && face == face_) return true;
-  if (!isSameFamily) {
-    const std::optional<QString> answer = familyAnswering(toQt(family));
-    if (!answer) return false;
-    family_ = *answer;
-    familyName_ = family;
-  }
-  face_ = face;
+  const QString *answer = familyAnswering(family);
+  if (answer == nullptr) return false;
+  family_ = answer;
+  face_ = face & kFaceBits;
   selectFont();
   return true;
 }

@@ -4,7 +4,6 @@
 #define KORVEL_PLATFORM_QT_QTPORT_H
 
 #include <QRgb>
-#include <QString>
 #include <string>
 #include <string_view>
 
@@ -49,8 +48,7 @@ class QtPort : public Port {
   void paintIfAny(const Rect &rect, QRgb colour);
   void selectFont();
 
-  std::string familyName_;  // as it was asked for; empty: the system's
-  QString family_;          // what answers it
+  const QString *family_ = nullptr;  // the system's
   unsigned face_ = 0;
   int size_;
   const ScreenFont *font_;

@@ -2,13 +2,16 @@
 
 #include <QFontDatabase>
 #include <QFontMetricsF>
-#include <QHash>
 #include <QTextLayout>
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <map>
+#include <set>
+#include <string>
 #include <unordered_map>
 
+#include "platform/qt/text.h"
 #include "platform/screentext.h"
 
 namespace korvel::platform::qt {
@@ -53,9 +56,9 @@ bool contains(QLatin1String names, const QString &name) {
 constexpr int kCondensed = 75;  // percent of the usual width
 constexpr int kExtended = 125;
 
-QFont qtFont(const QString &family, unsigned face, int size) {
+QFont qtFont(const QString *family, unsigned face, int size) {
   QFont font =
-      family.isNull() ? QFontDatabase::systemFont(QFontDatabase::GeneralFont) : QFont(family);
+      family == nullptr ? QFontDatabase::systemFont(QFontDatabase::GeneralFont) : QFont(*family);
   font.setPixelSize(size);
   font.setBold((face & kBold) != 0);
   font.setItalic((face & kItalic) != 0);
@@ -100,17 +103,31 @@ bool isNear(long long place, long long extent) {
 // Larger glyphs are drawn as outlines.
 constexpr int kLargestInk = 64;
 
-}  // namespace
-
-std::optional<QString> familyAnswering(const QString &name) {
-  if (name.isEmpty()) return std::nullopt;
+// Null when there is none.
+QString installedFamily(const QString &name) {
+  if (name.isEmpty()) return {};
   if (QFontDatabase::hasFamily(name)) return name;
   for (const Equals &equals : kEquals) {
     if (!contains(equals.names, name)) continue;
     for (const QLatin1String answer : equals.answers.tokenize(u'|'))
       if (QFontDatabase::hasFamily(answer)) return answer;
   }
-  return std::nullopt;
+  return {};
+}
+
+}  // namespace
+
+// What is kept here and below is never destroyed: nothing of it may end after the toolkit's own
+// fonts, which end at an unknown moment.
+const QString *familyAnswering(std::string_view name) {
+  static auto &answers = *new std::map<std::string, const QString *, std::less<>>;
+  static auto &families = *new std::set<QString>;
+  const auto known = answers.find(name);
+  if (known != answers.end()) return known->second;
+  const QString family = installedFamily(toQt(name));
+  const QString *kept = family.isNull() ? nullptr : &*families.insert(family).first;
+  answers.emplace(name, kept);
+  return kept;
 }
 
 ScreenFont::ScreenFont(const QFont &font, unsigned face) : isUnderlined_((face & kUnderline) != 0) {
@@ -212,21 +229,10 @@ InkTable *ScreenFont::inkAt(qreal scale) const {
   return scaled.ink.get();
 }
 
-const ScreenFont &screenFont(const QString &family, unsigned face, int size) {
-  struct Key {
-    QString family;
-    unsigned face;
-    int size;
-    bool operator==(const Key &) const = default;
-  };
-  struct Hash {
-    std::size_t operator()(const Key &key) const {
-      return qHashMulti(0, key.family, key.face, key.size);
-    }
-  };
-  // Never destroyed: fonts must not outlive the toolkit's, which end at an unknown moment.
-  static auto &fonts = *new std::unordered_map<Key, std::unique_ptr<ScreenFont>, Hash>;
-  std::unique_ptr<ScreenFont> &font = fonts[{family, face, size}];
+const ScreenFont &screenFont(const QString *family, unsigned face, int size) {
+  using Faces = std::unordered_map<unsigned, std::unique_ptr<ScreenFont>>;
+  static auto &families = *new std::unordered_map<const QString *, Faces>;
+  std::unique_ptr<ScreenFont> &font = families[family][face << 16 | static_cast<unsigned>(size)];
   if (font == nullptr) font = std::make_unique<ScreenFont>(qtFont(family, face, size), face);
   return *font;
 }

@@ -14,7 +14,6 @@
 #include <array>
 #include <cstdint>
 #include <memory>
-#include <optional>
 #include <string_view>
 #include <vector>
 
@@ -23,9 +22,10 @@
 
 namespace korvel::platform::qt {
 
-// The installed family that answers a name: itself, else one of the same measures; nothing when
-// there is neither.
-std::optional<QString> familyAnswering(const QString &name);
+// The installed family that answers a name of the screen set: itself, else one of the same
+// measures; null when there is neither. Found out once for each name and kept, the same address for
+// the same family.
+const QString *familyAnswering(std::string_view name);
 
 class ScreenFont {
  public:
@@ -80,8 +80,8 @@ class ScreenFont {
 };
 
 // `family` as familyAnswering() gives it, or null for the system's font; `face` as in
-// platform/drawing.h; `size` in pixels. Made once and kept.
-const ScreenFont &screenFont(const QString &family, unsigned face, int size);
+// platform/drawing.h; `size` in pixels, below 65536. Made once and kept.
+const ScreenFont &screenFont(const QString *family, unsigned face, int size);
 
 }  // namespace korvel::platform::qt
 

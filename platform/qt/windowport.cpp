@@ -21,6 +21,12 @@ void copy(const QImage &from, Raster &to) {
   painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
 }
 
+// By the addresses of the windows that are there.
+std::unordered_map<const void *, WindowPort *> &ports() {
+  static auto &made = *new std::unordered_map<const void *, WindowPort *>;
+  return made;
+}
+
 }  // namespace
 
 WindowPort::WindowPort(QWidget *window) : window_(window), scale_(window->devicePixelRatioF()) {
@@ -89,13 +95,18 @@ bool WindowPort::eventFilter(QObject *object, QEvent *event) {
 }
 
 WindowPort &portOf(QWidget *window) {
-  static auto &ports = *new std::unordered_map<const QObject *, WindowPort *>;
-  WindowPort *&port = ports[window];
+  WindowPort *&port = ports()[window];
   if (port == nullptr) {
     port = new WindowPort(window);
-    QObject::connect(window, &QObject::destroyed, [](const QObject *gone) { ports.erase(gone); });
+    const void *address = window;
+    QObject::connect(window, &QObject::destroyed, [address] { ports().erase(address); });
   }
   return *port;
+}
+
+WindowPort *madePortOf(const void *window) {
+  const auto found = ports().find(window);
+  return found == ports().end() ? nullptr : found->second;
 }
 
 }  // namespace korvel::platform::qt

@@ -38,9 +38,13 @@ class WindowPort final : public QObject, public RasterPort {
   bool isInPaint_ = false;
 };
 
-// The port of the window, made at the first call. It outlives its window as one that nothing can be
-// drawn on any more, as an application may still hold it.
+// The port of a window that is there, made at the first call. It outlives its window as one that
+// nothing can be drawn on any more, as an application may still hold it.
 WindowPort &portOf(QWidget *window);
+
+// The same for an address at which there may be no window any more: null when no port was made, or
+// the window is gone.
+WindowPort *madePortOf(const void *window);
 
 }  // namespace korvel::platform::qt
 

@@ -72,22 +72,23 @@ const char *pictureOf(int code) {
   }
 }
 
+int widthOf(const platform::Port &port, const std::string &run) {
+  return run.size() > 255 ? 0 : port.textWidth(converted(run));
+}
+
+void drawLine(platform::Port &port, int x1, int y1, int x2, int y2) {
+  port.setForeground(kBlack);
+  port.drawLine(x1, y1, x2, y2, 2);
+  port.setForeground(kBlack);
+}
+
 }  // namespace
 
-int LiteralText::widthOf(const std::string &run) const {
-  return run.size() > 255 ? 0 : port_.textWidth(converted(run));
-}
-
-void LiteralText::drawLine(int x1, int y1, int x2, int y2) {
-  port_.setForeground(kBlack);
-  port_.drawLine(x1, y1, x2, y2, 2);
-  port_.setForeground(kBlack);
-}
-
-long long LiteralText::draw(int dy, int startX, int y, int x0, int y0, const std::string &text) {
-  int cw = widthOf("X");
+long long LiteralText::draw(platform::Port &port, int dy, int startX, int y, int x0, int y0,
+                            const std::string &text) {
+  int cw = widthOf(port, "X");
   if (cw < 8) cw = 8;
-  const platform::FontMetrics font = port_.fontMetrics();
+  const platform::FontMetrics font = port.fontMetrics();
   const int lh = font.ascent + font.descent + font.leading;
   long long x = startX;
   long long total = 0;
@@ -97,13 +98,13 @@ long long LiteralText::draw(int dy, int startX, int y, int x0, int y0, const std
       std::string run;
       while (i < text.size() && byteAt(text, i) != 255) run += text[i++];
       if (alignsRight_) {
-        x -= widthOf(run);
-        total -= widthOf(run);
+        x -= widthOf(port, run);
+        total -= widthOf(port, run);
       }
       if (run.size() <= 255) {
-        port_.drawText(static_cast<int>(x0 + x), y0 + y + dy, converted(run));
-        x += widthOf(run);
-        total += widthOf(run);
+        port.drawText(static_cast<int>(x0 + x), y0 + y + dy, converted(run));
+        x += widthOf(port, run);
+        total += widthOf(port, run);
       }
       alignsRight_ = false;
       continue;
@@ -141,15 +142,15 @@ long long LiteralText::draw(int dy, int startX, int y, int x0, int y0, const std
     } else if (code == 138) {
       const int bx = static_cast<int>(x0 + x + cw / 2);
       const int by = y0 + y + cw / 2;
-      port_.setForeground(kRed);
-      port_.fillRect({bx, by, bx + cw, by + cw});
-      port_.setForeground(kBlack);
-      port_.frameRect({bx, by, bx + cw, by + cw});
+      port.setForeground(kRed);
+      port.fillRect({bx, by, bx + cw, by + cw});
+      port.setForeground(kBlack);
+      port.frameRect({bx, by, bx + cw, by + cw});
       x += 2 * cw;
       total += 2 * cw;
     } else if (pictureOf(code) != nullptr) {
       const platform::Picture *picture = findPicture_(pictureOf(code));
-      if (picture != nullptr) port_.drawPicture(*picture, static_cast<int>(x0 + x), y0 + y + 1);
+      if (picture != nullptr) port.drawPicture(*picture, static_cast<int>(x0 + x), y0 + y + 1);
       x += 2 * cw;
       total += 2 * cw;
     } else if (code == 200 || code == 211 || code == 201 || code == 212) {
@@ -168,22 +169,23 @@ long long LiteralText::draw(int dy, int startX, int y, int x0, int y0, const std
       const int v = lh * (size == 1 ? oneByte(text, i) : twoBytes(text, i)) / 4;
       i += size;
       if (code == 202 || code == 203) {
-        drawLine(x0 + penX_, y0 + penY_, x0 + h, y0 + v);
+        drawLine(port, x0 + penX_, y0 + penY_, x0 + h, y0 + v);
         penX_ = static_cast<short>(h);
         penY_ = static_cast<short>(v);
       } else {
-        drawLine(x0 + penX_, y0 + penY_, x0 + h, y0 + penY_);
-        drawLine(x0 + h, y0 + penY_, x0 + h, y0 + v);
-        drawLine(x0 + h, y0 + v, x0 + penX_, y0 + v);
-        drawLine(x0 + penX_, y0 + v, x0 + penX_, y0 + penY_);
+        drawLine(port, x0 + penX_, y0 + penY_, x0 + h, y0 + penY_);
+        drawLine(port, x0 + h, y0 + penY_, x0 + h, y0 + v);
+        drawLine(port, x0 + h, y0 + v, x0 + penX_, y0 + v);
+        drawLine(port, x0 + penX_, y0 + v, x0 + penX_, y0 + penY_);
       }
     }
   }
   return total;
 }
 
-LiteralText::Extent LiteralText::measure(int startX, const std::string &text) {
-  int cw = widthOf("X");
+LiteralText::Extent LiteralText::measure(const platform::Port &port, int startX,
+                                         const std::string &text) {
+  int cw = widthOf(port, "X");
   if (cw < 8) cw = 8;
   long long x = startX;
   Extent extent{1, 0, 0};
@@ -193,8 +195,8 @@ LiteralText::Extent LiteralText::measure(int startX, const std::string &text) {
       std::string run;
       while (i < text.size() && byteAt(text, i) != 255) run += text[i++];
       if (measuresRuns_) {
-        x += widthOf(run);
-        extent.cx += widthOf(run);
+        x += widthOf(port, run);
+        extent.cx += widthOf(port, run);
       }
       continue;
     }

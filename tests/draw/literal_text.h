@@ -18,19 +18,15 @@ class LiteralText {
     int cy;
   };
 
-  // Draws on `port`; a picture that is none is null.
+  // A picture that is none is null.
   using FindPicture = std::function<const platform::Picture *(const std::string &name)>;
-  LiteralText(platform::Port &port, FindPicture findPicture)
-      : port_(port), findPicture_(std::move(findPicture)) {}
+  explicit LiteralText(FindPicture findPicture) : findPicture_(std::move(findPicture)) {}
 
-  long long draw(int dy, int x, int y, int x0, int y0, const std::string &text);
-  Extent measure(int x, const std::string &text);
+  long long draw(platform::Port &port, int dy, int x, int y, int x0, int y0,
+                 const std::string &text);
+  Extent measure(const platform::Port &port, int x, const std::string &text);
 
  private:
-  int widthOf(const std::string &run) const;
-  void drawLine(int x1, int y1, int x2, int y2);
-
-  platform::Port &port_;
   const FindPicture findPicture_;
   short penX_ = 0;
   short penY_ = 0;

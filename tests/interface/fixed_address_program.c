@@ -18,6 +18,34 @@ static int isEven(char *text, int *value) {
   return status != 0 ? status : *value % 2 != 0;
 }
 
+#ifdef KORVEL_TEST_DRAWS
+static int isWhite(CGrafPtr image) {
+  RGBColor colour;
+  int x, y;
+  for (y = 0; y < 20; y++) {
+    for (x = 0; x < 40; x++) {
+      if (!KorvelPortPixel(image, x, y, &colour)) return 0;
+      if (colour.red != 0xFFFF) return 0;
+    }
+  }
+  return 1;
+}
+
+static void checkDrawing(void) {
+  CGrafPtr image = KorvelImagePort(40, 20);
+  check(image != 0, "there is an image to draw on");
+  ch_font_set(image, "Arial", 0, 255, 12);
+  check(strcmp(ch_font_FontName, "Arial") == 0 && char_dy > 8, "a font that is chosen is seen");
+  char_dy = 1000;
+  TextOut_0(image, 0, 0, "H", 1);
+  check(isWhite(image), "an offset written here is used");
+  char_dy = 15;
+  TextOut_0(image, 0, 0, "H", 1);
+  check(!isWhite(image), "and so is the next one");
+  KorvelPortRelease(image);
+}
+#endif
+
 int main(void) {
   char text[32];
   ValidInt_t own[128] = {0};
@@ -51,6 +79,12 @@ int main(void) {
   check(own[0] == intcod_i && own[1] == isEven, "functions go to the application's own table");
   check(vi_tab[0] == 0, "and leave the library's alone");
   vi = vi_tab;
+
+  /* The chosen font and its offset. */
+  check(sizeof ch_font_FontName == 80 && ch_font_FontName[0] == 0, "no font is chosen at first");
+#ifdef KORVEL_TEST_DRAWS
+  checkDrawing();
+#endif
 
   /* The handle tables. */
   check(DATA_FILE_TAB[0].mode == -1 && DATA_FILE_ID == -1, "no file is open at first");

@@ -95,6 +95,19 @@ TEST(Loader, AGivenDesktopIsUsedUntilItIsTakenBack) {
   EXPECT_NE(errorOf([] { EXPECT_EQ(desktop(), nullptr); }), "");
 }
 
+TEST(Loader, WhatIsWrongIsToldOnceToDrawing) {
+  const EnvironmentGuard chosen("KORVEL_DESKTOP", "/nowhere/korvel-qt.so");
+  {
+    test::ScriptedDesktop desk;
+    EXPECT_EQ(desktopForDrawing(), &desk);
+    desk.finish();
+  }
+  EXPECT_TRUE(isOneLine(errorOf([] { EXPECT_EQ(desktopForDrawing(), nullptr); })));
+  EXPECT_EQ(errorOf([] { EXPECT_EQ(desktopForDrawing(), nullptr); }), "");
+  EXPECT_TRUE(isOneLine(errorOf([] { EXPECT_EQ(desktop(), nullptr); })))
+      << "a dialog tells it each time";
+}
+
 TEST(Loader, ADesktopWithoutAScreenIsToldInOneLine) {
   test::ScriptedDesktop desk;
   desk.takeScreenAway("no screen: it is dark");

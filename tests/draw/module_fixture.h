@@ -1,0 +1,58 @@
+// For tests/draw/ only: the drawing functions on the desktop module itself, on its toolkit's
+// platform without a screen, with the default pictures.
+#ifndef TESTS_DRAW_MODULE_FIXTURE_H
+#define TESTS_DRAW_MODULE_FIXTURE_H
+
+#include "tests/draw/drawing_fixture.h"
+
+#include <gtest/gtest.h>
+#include <korvel/desktop.h>
+#include <korvel/draw.h>
+
+#include <cstdlib>
+#include <cstring>
+
+namespace korvel::test {
+
+class ModuleTest : public testing::Test {
+ protected:
+  static void SetUpTestSuite() {
+    setenv("KORVEL_DESKTOP", KORVEL_TEST_MODULE, 1);
+    setenv("QT_QPA_PLATFORM", "offscreen", 1);
+  }
+  ModuleTest() { standOn(KORVEL_TEST_RESOURCES); }
+
+  static void standOn(const char *resources) {
+    std::memset(szResources, 0, sizeof szResources);
+    std::strncpy(szResources, resources, sizeof szResources - 1);
+  }
+
+  DrawingGlobals globals;
+};
+
+// An image that is given back with its object.
+class Image {
+ public:
+  Image(int width, int height) : port_(KorvelImagePort(width, height)) {
+    EXPECT_NE(port_, nullptr);
+  }
+  ~Image() { KorvelPortRelease(port_); }
+  Image(const Image &) = delete;
+  Image &operator=(const Image &) = delete;
+
+  CGrafPtr port() const { return port_; }
+
+  // Eight bits a component: 0xRRGGBB; -1 outside.
+  int pixel(int x, int y) const {
+    RGBColor colour{};
+    if (KorvelPortPixel(port_, x, y, &colour) == 0) return -1;
+    return (colour.red >> 8) << 16 | (colour.green >> 8) << 8 | colour.blue >> 8;
+  }
+
+ private:
+  const CGrafPtr port_;
+};
+
+}  // namespace korvel::test
+
+#endif

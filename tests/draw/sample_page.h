@@ -1,0 +1,16 @@
+// For tests/draw/ only: a page that shows all that the drawing functions can do.
+#ifndef TESTS_DRAW_SAMPLE_PAGE_H
+#define TESTS_DRAW_SAMPLE_PAGE_H
+
+#include <korvel/types.h>
+
+namespace korvel::test {
+
+constexpr int kPageWidth = 360;
+constexpr int kPageHeight = 262;
+
+void drawSamplePage(CGrafPtr port);
+
+}  // namespace korvel::test
+
+#endif
