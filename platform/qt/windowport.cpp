@@ -5,6 +5,7 @@
 #include <QPainter>
 #include <cmath>
 #include <unordered_map>
+#include <vector>
 
 namespace korvel::platform::qt {
 namespace {
@@ -25,6 +26,15 @@ void copy(const QImage &from, Raster &to) {
 std::unordered_map<const void *, WindowPort *> &ports() {
   static auto &made = *new std::unordered_map<const void *, WindowPort *>;
   return made;
+}
+
+// A window is gone. Its port, which somebody may still hold, keeps nothing but itself.
+void retire(const void *window) {
+  static auto &retired = *new std::vector<WindowPort *>;
+  const auto found = ports().find(window);
+  found->second->forget();
+  retired.push_back(found->second);
+  ports().erase(found);
 }
 
 }  // namespace
@@ -99,7 +109,7 @@ WindowPort &portOf(QWidget *window) {
   if (port == nullptr) {
     port = new WindowPort(window);
     const void *address = window;
-    QObject::connect(window, &QObject::destroyed, [address] { ports().erase(address); });
+    QObject::connect(window, &QObject::destroyed, [address] { retire(address); });
   }
   return *port;
 }
