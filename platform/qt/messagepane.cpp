@@ -46,7 +46,7 @@ QString inLines(std::string_view text) { return drawable(toQt(text).replace(u'\r
 
 QFont fontOf(const MessageStyle &style) {
   QFont font = QApplication::font();
-  if (const auto family = familyAnswering(toQt(style.fontName))) font.setFamily(*family);
+  if (const auto family = familyAnswering(style.fontName)) font.setFamily(*family);
   font.setPixelSize(std::max(1, style.fontSize));
   return font;
 }
