@@ -23,7 +23,7 @@ using platform::Port;
 
 namespace {
 
-// Bits of a style, in the interface's order.
+// Kept: 2 is underlined and 4 italic, the other way round from the bits of a face.
 constexpr struct {
   int style;
   unsigned face;

@@ -37,6 +37,7 @@ KorvelPort *portOfWindow(WindowRef window) {
   return port;
 }
 
+// The one that was current has gone with its surface, and does not come back with another.
 KorvelPort *unusedPort() {
   KorvelPort *port = g_ports;
   while (port != nullptr && port->surface() != nullptr) port = port->next;
@@ -44,17 +45,13 @@ KorvelPort *unusedPort() {
     port = new KorvelPort;
     port->next = std::exchange(g_ports, port);
   }
-  return port;
-}
-
-void makeNoneCurrent(KorvelPort *port) {
   if (g_current == port) g_current = nullptr;
+  return port;
 }
 
 KorvelPort *portOn(std::unique_ptr<Port> surface) {
   if (surface == nullptr) return nullptr;
   KorvelPort *port = unusedPort();
-  makeNoneCurrent(port);  // whatever it stood for before
   port->window = nullptr;
   port->own = std::move(surface);
   return port;
@@ -63,7 +60,6 @@ KorvelPort *portOn(std::unique_ptr<Port> surface) {
 KorvelPort *portOn(WindowRef window) {
   if (KorvelPort *known = portOfWindow(window)) return known;
   KorvelPort *port = unusedPort();
-  makeNoneCurrent(port);
   port->window = window;
   return port;
 }
@@ -94,9 +90,7 @@ CGrafPtr GetWindowPort(WindowRef window) {
 }
 
 void KorvelPortRelease(CGrafPtr port) {
-  if (port == nullptr || port->own == nullptr) return;
-  port->own.reset();
-  korvel::draw::makeNoneCurrent(port);
+  if (port != nullptr) port->own.reset();
 }
 
 int KorvelPortSave(CGrafPtr port, const char *pngPath) {

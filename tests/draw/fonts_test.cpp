@@ -25,6 +25,7 @@ TEST_F(Fonts, AKnownNameIsSelectedInSizeAndColour) {
   EXPECT_EQ(char_dy, 16);  // ascent 15
 }
 
+// Kept: 2 is underlined and 4 italic, the other way round from the bits of a face.
 TEST_F(Fonts, StyleBitsAreTheInterfacesOwn) {
   const struct {
     int style;
