@@ -184,11 +184,11 @@ ScreenFont::Scaled &ScreenFont::scaledBy(qreal scale) const {
   return scaled_.emplace_back(std::move(made));
 }
 
-void ScreenFont::draw(QPainter &painter, long long x, long long y, std::string_view text,
-                      qreal scale) const {
+void ScreenFont::draw(QPainter &painter, int x, int y, std::string_view text, qreal scale) const {
   const std::vector<QRawFont> &faces = scaledBy(scale).faces;
   const long long extent = 4LL * kLargestInk + qRound(4 * faces[0].pixelSize());
-  if (!isNear(y, extent)) return;
+  const long long baseline = placeOf(y, scale);
+  if (!isNear(baseline, extent)) return;
   static QGlyphRun run;
   static std::vector<quint32> indexes;
   static std::vector<QPointF> places;
@@ -199,15 +199,15 @@ void ScreenFont::draw(QPainter &painter, long long x, long long y, std::string_v
     if (indexes.empty()) return;
     run.setRawFont(faces[face]);
     run.setRawData(indexes.data(), places.data(), static_cast<int>(indexes.size()));
-    painter.drawGlyphRun(QPointF(0, static_cast<qreal>(y)), run);
+    painter.drawGlyphRun(QPointF(0, static_cast<qreal>(baseline)), run);
     indexes.clear();
     places.clear();
   };
-  long long advanced = 0;
+  long long next = x;
   for (const char byte : text) {
     const Glyph &glyph = glyphs_[static_cast<unsigned char>(byte)];
-    const long long place = x + std::llround(static_cast<qreal>(advanced) * scale);
-    advanced += advance(byte);
+    const long long place = placeOf(next, scale);
+    next += advance(byte);
     if (!glyph.isShown || !isNear(place, extent)) continue;
     if (glyph.face != face) drawRun();
     face = glyph.face;
