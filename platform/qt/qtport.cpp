@@ -40,10 +40,12 @@ QtPort::QtPort()
       foreground_(qRgb(0, 0, 0)),
       background_(qRgb(255, 255, 255)) {}
 
-void QtPort::selectFont() { font_ = &screenFont(family_, face_, size_); }
+void QtPort::selectFont() {
+  if (canHaveFonts()) font_ = &screenFont(family_, face_, size_);
+}
 
 bool QtPort::setFont(std::string_view family, unsigned face) {
-  const QString *answer = familyAnswering(family);
+  const QString *answer = canHaveFonts() ? familyAnswering(family) : nullptr;
   if (answer == nullptr) return false;
   family_ = answer;
   face_ = face & kFaceBits;

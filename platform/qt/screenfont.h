@@ -46,6 +46,10 @@ class ScreenFont {
   bool isUnderlined() const { return isUnderlined_; }
   const Underline &underline() const { return underline_; }
 
+  // The toolkit's part ends with its application. What is known of the font stays; what was not yet
+  // drawn of it shows nothing any more.
+  void end();
+
   // Draws with the painter's pen, from (x, y) on, all `scale` times as large. Each glyph stands on
   // a whole pixel of the painter's own. Glyphs far outside are left out.
   void draw(QPainter &painter, int x, int y, std::string_view text, qreal scale = 1) const;
@@ -75,6 +79,7 @@ class ScreenFont {
   Scaled &scaledBy(qreal scale) const;
 
   const bool isUnderlined_;
+  const int pixelSize_;
   FontMetrics metrics_;
   Underline underline_;
   std::array<int, 256> advances_{};
@@ -84,8 +89,13 @@ class ScreenFont {
 };
 
 // `family` as familyAnswering() gives it, or null for the system's font; `face` as in
-// platform/drawing.h; `size` in pixels, below 65536. Made once and kept.
+// platform/drawing.h; `size` in pixels, below 65536. Made once and kept: valid for good, also when
+// the application ends in which it was made.
 const ScreenFont &screenFont(const QString *family, unsigned face, int size);
+
+// False when there is no application any more, or not yet: then neither of the two above may be
+// asked.
+bool canHaveFonts();
 
 }  // namespace korvel::platform::qt
 
