@@ -173,10 +173,9 @@ class Desktop {
   // Draws where a painter that the host application owns draws, in the toolkit's own type, as long
   // as that painter is active; null for null. Leaves the painter's own settings as they were.
   virtual std::unique_ptr<Port> painterPort(void *painter) = 0;
-  // The port of a window, the same one at each call; null for null or a window that is gone. What
-  // is drawn into it lies over the window's ground and under its items, and stays until something
-  // else is drawn over it, whatever covers the window meanwhile. Once the window is gone, drawing
-  // into it does nothing.
+  // The port of a window, the same one at each call, valid as long as the window; null for null or
+  // a window that is gone. What is drawn into it lies over the window's ground and under its items,
+  // and stays until something else is drawn over it, whatever covers the window meanwhile.
   virtual Port *windowPort(WindowRef window) = 0;
 
   // A picture file, SVG or PNG. Null when it cannot be read. It may be drawn into every port of

@@ -41,7 +41,7 @@ void PainterPort::paintRect(const Rect &rect, QRgb colour) {
   painter_->fillRect(QRect(topLeft, end - QPoint(1, 1)), QColor::fromRgb(colour));
 }
 
-void PainterPort::paintGlyphs(int x, int y, std::string_view text, int) {
+void PainterPort::paintGlyphs(int x, int y, std::string_view text, const Rect &) {
   const Borrowed borrowed(painter_);
   if (!borrowed) return;
   painter_->setPen(QColor::fromRgb(foreground()));

@@ -17,7 +17,7 @@ class PainterPort final : public QtPort {
 
  protected:
   void paintRect(const Rect &rect, QRgb colour) override;
-  void paintGlyphs(int x, int y, std::string_view text, int width) override;
+  void paintGlyphs(int x, int y, std::string_view text, const Rect &bounds) override;
   void paintSlantedStroke(const Stroke &stroke) override;
   void paintPicture(const QtPicture &picture, int x, int y) override;
 

@@ -11,6 +11,9 @@ QImage imageOf(const QString &path, const QSize &size) {
   return reader.read().convertToFormat(QImage::Format_ARGB32_Premultiplied);
 }
 
+// A painter that zooms asks for ever new ones.
+constexpr std::size_t kMostScales = 4;
+
 }  // namespace
 
 std::unique_ptr<QtPicture> QtPicture::read(const QString &path) {
@@ -28,6 +31,7 @@ const QImage &QtPicture::at(qreal scale) const {
   QImage image = imageOf(path_, size);
   if (image.isNull() && !rendered_.empty())
     image = rendered_[0].image.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+  if (rendered_.size() == kMostScales) rendered_.erase(rendered_.begin() + 1);
   return rendered_.emplace_back(Rendered{scale, std::move(image)}).image;
 }
 

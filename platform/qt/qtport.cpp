@@ -16,10 +16,8 @@ int saturated(long long value) {
                                                 std::numeric_limits<int>::max()));
 }
 
-Rect spanOf(int x, int y, int width, int above, int below) {
-  return {x, saturated(static_cast<long long>(y) - above),
-          saturated(static_cast<long long>(x) + width),
-          saturated(static_cast<long long>(y) + below)};
+Rect saturatedRect(long long left, long long top, long long right, long long bottom) {
+  return {saturated(left), saturated(top), saturated(right), saturated(bottom)};
 }
 
 unsigned short fullComponent(int component) {
@@ -42,10 +40,12 @@ QtPort::QtPort()
       foreground_(qRgb(0, 0, 0)),
       background_(qRgb(255, 255, 255)) {}
 
-void QtPort::selectFont() { font_ = &screenFont(family_, face_, size_); }
+void QtPort::selectFont() {
+  if (canHaveFonts()) font_ = &screenFont(family_, face_, size_);
+}
 
 bool QtPort::setFont(std::string_view family, unsigned face) {
-  const QString *answer = familyAnswering(family);
+  const QString *answer = canHaveFonts() ? familyAnswering(family) : nullptr;
   if (answer == nullptr) return false;
   family_ = answer;
   face_ = face & kFaceBits;
@@ -63,12 +63,20 @@ void QtPort::setFontSize(int points) {
 int QtPort::drawText(int x, int y, std::string_view text) {
   const int width = textWidth(text);
   if (width == 0) return 0;
-  const FontMetrics &metrics = font_->metrics();
-  if (isOpaque_) paintIfAny(spanOf(x, y, width, metrics.ascent, metrics.descent), background_);
-  paintGlyphs(x, y, text, width);
+  const long long left = x;
+  const long long baseline = y;
+  const long long right = left + width;
+  const auto &[ascent, descent, leading, widest] = font_->metrics();
+  if (isOpaque_)
+    paintIfAny(saturatedRect(left, baseline - ascent, right, baseline + descent), background_);
+  // Slanted letters and accents on capitals reach beyond the text's own box.
+  const int height = ascent + descent;
+  paintGlyphs(x, y, text,
+              saturatedRect(left - height, baseline - ascent - height, right + height,
+                            baseline + descent + height));
   if (font_->isUnderlined()) {
-    const auto [top, thickness] = font_->underline();
-    paintIfAny(spanOf(x, y, width, -top, top + thickness), foreground_);
+    const long long top = baseline + font_->underline().top;
+    paintIfAny(saturatedRect(left, top, right, top + font_->underline().thickness), foreground_);
   }
   return width;
 }

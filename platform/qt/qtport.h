@@ -35,9 +35,9 @@ class QtPort : public Port {
 
  protected:
   // All in coordinates of the port, which may lie anywhere; `rect` is not empty. Glyphs and strokes
-  // are drawn in the foreground colour.
+  // are drawn in the foreground colour; nothing of the glyphs reaches out of `bounds`.
   virtual void paintRect(const Rect &rect, QRgb colour) = 0;
-  virtual void paintGlyphs(int x, int y, std::string_view text, int width) = 0;
+  virtual void paintGlyphs(int x, int y, std::string_view text, const Rect &bounds) = 0;
   virtual void paintSlantedStroke(const Stroke &stroke) = 0;
   virtual void paintPicture(const QtPicture &picture, int x, int y) = 0;
 

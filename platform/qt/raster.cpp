@@ -53,6 +53,7 @@ QPainter &Raster::painter() {
 
 void Raster::fill(const QRect &rect, QRgb colour) {
   const QRect seen = rect & image_.rect();
+  if (seen.isEmpty()) return;
   for (int y = seen.top(); y <= seen.bottom(); ++y)
     std::fill_n(
         &pixels_[static_cast<std::size_t>(y) * stride_ + static_cast<std::size_t>(seen.left())],

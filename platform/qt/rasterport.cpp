@@ -51,40 +51,30 @@ void RasterPort::paintRect(const Rect &rect, QRgb colour) {
   touched(place);
 }
 
-void RasterPort::blendGlyphs(Raster &raster, InkTable &inks, long long x, long long y,
-                             std::string_view text) {
+void RasterPort::blendGlyphs(Raster &raster, InkTable &inks, int x, int y, std::string_view text) {
   const QRgb colour = foreground();
   const qreal factor = scale();
-  long long advanced = 0;
+  const long long baseline = ScreenFont::placeOf(y, factor);
+  long long place = x;
   for (const char byte : text) {
     const GlyphInk &ink = inks.of(byte);
-    if (!ink.pixels.empty()) {
-      const long long place =
-          factor == 1 ? advanced : std::llround(static_cast<qreal>(advanced) * factor);
-      raster.blend(ink, x + place, y, colour);
-    }
-    advanced += font().advance(byte);
+    if (!ink.pixels.empty())
+      raster.blend(ink, ScreenFont::placeOf(place, factor), baseline, colour);
+    place += font().advance(byte);
   }
 }
 
-void RasterPort::paintGlyphs(int x, int y, std::string_view text, int width) {
+void RasterPort::paintGlyphs(int x, int y, std::string_view text, const Rect &bounds) {
   Raster *raster = prepared();
   if (raster == nullptr) return;
-  const qreal factor = scale();
-  const long long left = std::llround(x * factor);
-  const long long baseline = std::llround(y * factor);
-  if (InkTable *inks = font().inkAt(factor)) {
-    blendGlyphs(*raster, *inks, left, baseline, text);
+  if (InkTable *inks = font().inkAt(scale())) {
+    blendGlyphs(*raster, *inks, x, y, text);
   } else {
     QPainter &painter = raster->painter();
     painter.setPen(QColor::fromRgb(foreground()));
-    font().draw(painter, left, baseline, text, factor);
+    font().draw(painter, x, y, text, scale());
   }
-  // Slanted letters and accents reach beyond the text's own box.
-  const FontMetrics &metrics = font().metrics();
-  const int beyond = metrics.ascent + metrics.descent;
-  touched(QRect(devicePixels(x - beyond, factor), devicePixels(y - 2 * beyond, factor),
-                devicePixels(width + 2 * beyond, factor), devicePixels(3 * beyond, factor)));
+  touched(deviceRect(bounds, scale()));
 }
 
 void RasterPort::paintSlantedStroke(const Stroke &stroke) {

@@ -16,7 +16,7 @@ class RasterPort : public QtPort {
 
  protected:
   void paintRect(const Rect &rect, QRgb colour) final;
-  void paintGlyphs(int x, int y, std::string_view text, int width) final;
+  void paintGlyphs(int x, int y, std::string_view text, const Rect &bounds) final;
   void paintSlantedStroke(const Stroke &stroke) final;
   void paintPicture(const QtPicture &picture, int x, int y) final;
 
@@ -30,7 +30,7 @@ class RasterPort : public QtPort {
   virtual void touched(const QRect &) {}
 
  private:
-  void blendGlyphs(Raster &raster, InkTable &inks, long long x, long long y, std::string_view text);
+  void blendGlyphs(Raster &raster, InkTable &inks, int x, int y, std::string_view text);
 };
 
 // A white surface off screen.

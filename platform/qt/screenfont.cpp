@@ -2,6 +2,7 @@
 
 #include <QFontDatabase>
 #include <QFontMetricsF>
+#include <QGuiApplication>
 #include <QTextLayout>
 #include <algorithm>
 #include <cmath>
@@ -130,7 +131,8 @@ const QString *familyAnswering(std::string_view name) {
   return kept;
 }
 
-ScreenFont::ScreenFont(const QFont &font, unsigned face) : isUnderlined_((face & kUnderline) != 0) {
+ScreenFont::ScreenFont(const QFont &font, unsigned face)
+    : isUnderlined_((face & kUnderline) != 0), pixelSize_(font.pixelSize()) {
   faces_.push_back(QRawFont::fromFont(font));
   const QFontMetricsF measures(font);
   metrics_.ascent = wholePixels(measures.ascent());
@@ -184,11 +186,12 @@ ScreenFont::Scaled &ScreenFont::scaledBy(qreal scale) const {
   return scaled_.emplace_back(std::move(made));
 }
 
-void ScreenFont::draw(QPainter &painter, long long x, long long y, std::string_view text,
-                      qreal scale) const {
+void ScreenFont::draw(QPainter &painter, int x, int y, std::string_view text, qreal scale) const {
+  if (faces_.empty()) return;
   const std::vector<QRawFont> &faces = scaledBy(scale).faces;
-  const long long extent = 4LL * kLargestInk + qRound(4 * faces[0].pixelSize());
-  if (!isNear(y, extent)) return;
+  const long long extent = std::llround(4 * pixelSize_ * scale);  // of a glyph, at most
+  const long long baseline = placeOf(y, scale);
+  if (!isNear(baseline, extent)) return;
   static QGlyphRun run;
   static std::vector<quint32> indexes;
   static std::vector<QPointF> places;
@@ -199,15 +202,15 @@ void ScreenFont::draw(QPainter &painter, long long x, long long y, std::string_v
     if (indexes.empty()) return;
     run.setRawFont(faces[face]);
     run.setRawData(indexes.data(), places.data(), static_cast<int>(indexes.size()));
-    painter.drawGlyphRun(QPointF(0, static_cast<qreal>(y)), run);
+    painter.drawGlyphRun(QPointF(0, static_cast<qreal>(baseline)), run);
     indexes.clear();
     places.clear();
   };
-  long long advanced = 0;
+  long long next = x;
   for (const char byte : text) {
     const Glyph &glyph = glyphs_[static_cast<unsigned char>(byte)];
-    const long long place = x + std::llround(static_cast<qreal>(advanced) * scale);
-    advanced += advance(byte);
+    const long long place = placeOf(next, scale);
+    next += advance(byte);
     if (!glyph.isShown || !isNear(place, extent)) continue;
     if (glyph.face != face) drawRun();
     face = glyph.face;
@@ -218,23 +221,60 @@ void ScreenFont::draw(QPainter &painter, long long x, long long y, std::string_v
 }
 
 InkTable *ScreenFont::inkAt(qreal scale) const {
+  if (pixelSize_ * scale > kLargestInk) return nullptr;
   Scaled &scaled = scaledBy(scale);
-  if (scaled.faces[0].pixelSize() > kLargestInk) return nullptr;
   if (scaled.ink == nullptr) {
     scaled.ink = std::make_unique<InkTable>([this, scale](unsigned char byte) {
       const Glyph &glyph = glyphs_[byte];
-      return glyph.isShown ? inkOf(scaledBy(scale).faces[glyph.face], glyph.index) : GlyphInk();
+      const bool isThere = glyph.isShown && !faces_.empty();
+      return isThere ? inkOf(scaledBy(scale).faces[glyph.face], glyph.index) : GlyphInk();
     });
   }
   return scaled.ink.get();
 }
 
-const ScreenFont &screenFont(const QString *family, unsigned face, int size) {
+void ScreenFont::end() {
+  faces_.clear();
+  for (Scaled &each : scaled_) each.faces.clear();
+}
+
+namespace {
+
+struct Fonts {
   using Faces = std::unordered_map<unsigned, std::unique_ptr<ScreenFont>>;
-  static auto &families = *new std::unordered_map<const QString *, Faces>;
-  std::unique_ptr<ScreenFont> &font = families[family][face << 16 | static_cast<unsigned>(size)];
+  std::unordered_map<const QString *, Faces> families;
+  std::vector<std::unique_ptr<ScreenFont>> ended;  // which ports may still have
+  bool endsWithApplication = false;
+};
+
+Fonts &fonts() {
+  static auto &kept = *new Fonts;
+  return kept;
+}
+
+void endFonts() {
+  for (auto &[family, faces] : fonts().families)
+    for (auto &[key, font] : faces) {
+      font->end();
+      fonts().ended.push_back(std::move(font));
+    }
+  fonts().families.clear();
+  fonts().endsWithApplication = false;
+}
+
+}  // namespace
+
+const ScreenFont &screenFont(const QString *family, unsigned face, int size) {
+  if (!fonts().endsWithApplication) qAddPostRoutine(endFonts);
+  fonts().endsWithApplication = true;
+  std::unique_ptr<ScreenFont> &font =
+      fonts().families[family][face << 16 | static_cast<unsigned>(size)];
   if (font == nullptr) font = std::make_unique<ScreenFont>(qtFont(family, face, size), face);
   return *font;
+}
+
+bool canHaveFonts() {
+  return qobject_cast<QGuiApplication *>(QCoreApplication::instance()) != nullptr;
 }
 
 }  // namespace korvel::platform::qt

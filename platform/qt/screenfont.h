@@ -12,6 +12,7 @@
 #include <QRawFont>
 #include <QString>
 #include <array>
+#include <cmath>
 #include <cstdint>
 #include <memory>
 #include <string_view>
@@ -45,10 +46,17 @@ class ScreenFont {
   bool isUnderlined() const { return isUnderlined_; }
   const Underline &underline() const { return underline_; }
 
-  // Draws with the painter's pen, the baseline from (x, y) on in the painter's own coordinates,
-  // the font and its advances `scale` times as large. Glyphs far outside are left out.
-  void draw(QPainter &painter, long long x, long long y, std::string_view text,
-            qreal scale = 1) const;
+  // The toolkit's part ends with its application. What is known of the font stays; what was not yet
+  // drawn of it shows nothing any more.
+  void end();
+
+  // Draws with the painter's pen, from (x, y) on, all `scale` times as large. Each glyph stands on
+  // a whole pixel of the painter's own. Glyphs far outside are left out.
+  void draw(QPainter &painter, int x, int y, std::string_view text, qreal scale = 1) const;
+  // The pixel on which a glyph stands.
+  static long long placeOf(long long place, qreal scale) {
+    return scale == 1 ? place : std::llround(static_cast<qreal>(place) * scale);
+  }
 
   // The ink of the characters for pixels of which `scale` make one of the font's; null when they
   // are too large to be kept as such.
@@ -71,6 +79,7 @@ class ScreenFont {
   Scaled &scaledBy(qreal scale) const;
 
   const bool isUnderlined_;
+  const int pixelSize_;
   FontMetrics metrics_;
   Underline underline_;
   std::array<int, 256> advances_{};
@@ -80,8 +89,13 @@ class ScreenFont {
 };
 
 // `family` as familyAnswering() gives it, or null for the system's font; `face` as in
-// platform/drawing.h; `size` in pixels, below 65536. Made once and kept.
+// platform/drawing.h; `size` in pixels, below 65536. Made once and kept: valid for good, also when
+// the application ends in which it was made.
 const ScreenFont &screenFont(const QString *family, unsigned face, int size);
+
+// False when there is no application any more, or not yet: then neither of the two above may be
+// asked.
+bool canHaveFonts();
 
 }  // namespace korvel::platform::qt
 

@@ -23,8 +23,11 @@ void copy(const QImage &from, Raster &to) {
 }
 
 // By the addresses of the windows that are there.
-std::unordered_map<const void *, WindowPort *> &ports() {
-  static auto &made = *new std::unordered_map<const void *, WindowPort *>;
+using Ports = std::unordered_map<const void *, std::unique_ptr<WindowPort>>;
+
+// Never destroyed, as windows may outlive any moment at which that could be done.
+Ports &ports() {
+  static auto &made = *new Ports;
   return made;
 }
 
@@ -70,13 +73,12 @@ bool WindowPort::grow(const QSize &size) {
 }
 
 Raster *WindowPort::prepared() {
-  if (window_ == nullptr) return nullptr;
   adopt(window_->devicePixelRatioF());
   return grow(devicePixels(window_->size(), scale_)) ? raster_.get() : nullptr;
 }
 
 std::optional<RGBColor> WindowPort::pixel(int x, int y) const {
-  if (window_ == nullptr || !window_->rect().contains(x, y)) return std::nullopt;
+  if (!window_->rect().contains(x, y)) return std::nullopt;
   return RasterPort::pixel(x, y);
 }
 
@@ -105,9 +107,9 @@ bool WindowPort::eventFilter(QObject *object, QEvent *event) {
 }
 
 WindowPort &portOf(QWidget *window) {
-  WindowPort *&port = ports()[window];
+  std::unique_ptr<WindowPort> &port = ports()[window];
   if (port == nullptr) {
-    port = new WindowPort(window);
+    port = std::make_unique<WindowPort>(window);
     const void *address = window;
     QObject::connect(window, &QObject::destroyed, [address] { retire(address); });
   }
@@ -116,7 +118,7 @@ WindowPort &portOf(QWidget *window) {
 
 WindowPort *madePortOf(const void *window) {
   const auto found = ports().find(window);
-  return found == ports().end() ? nullptr : found->second;
+  return found == ports().end() ? nullptr : found->second.get();
 }
 
 }  // namespace korvel::platform::qt

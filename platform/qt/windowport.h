@@ -3,7 +3,6 @@
 #define KORVEL_PLATFORM_QT_WINDOWPORT_H
 
 #include <QObject>
-#include <QPointer>
 #include <QWidget>
 #include <memory>
 
@@ -35,14 +34,13 @@ class WindowPort final : public QObject, public RasterPort {
   bool grow(const QSize &size);
   void show(const QRegion &region);
 
-  const QPointer<QWidget> window_;
+  QWidget *const window_;
   qreal scale_;
   std::unique_ptr<Raster> raster_;  // from the first drawing on
   bool isInPaint_ = false;
 };
 
-// The port of a window that is there, made at the first call. It outlives its window as one that
-// nothing can be drawn on any more, as an application may still hold it.
+// The port of a window that is there, made at the first call; it goes with the window.
 WindowPort &portOf(QWidget *window);
 
 // The same for an address at which there may be no window any more: null when no port was made, or

@@ -118,6 +118,39 @@ TEST(QtModule, DrawsImagesWithAnApplicationThatHasFontsButNoWidgets) {
   EXPECT_GT(image->drawText(5, 20, "Bonjour"), 20);
 }
 
+TEST(QtModule, APortOutlivesTheApplicationOfItsHost) {
+  const test::EnvironmentGuard offscreen("QT_QPA_PLATFORM", "offscreen");
+  std::unique_ptr<Port> image;
+  Desktop *desktop = nullptr;
+  int width = 0;
+  {
+    int count = 1;
+    char name[] = "host";
+    char *arguments[] = {name, nullptr};
+    const QApplication host(count, arguments);
+    desktop = &qtDesktop();
+    image = desktop->newImage(100, 40);
+    ASSERT_TRUE(image->setFont("Arial", 0));
+    width = image->drawText(5, 20, "Avant");
+  }
+  EXPECT_EQ(image->drawText(5, 35, "Avant"), width);
+  image->drawText(5, 35, "Jamais vu");
+  image->setFontSize(90);
+  image->drawText(5, 35, "Grand");
+  EXPECT_FALSE(image->setFont("Courier New", 0)) << "fonts end with the application";
+  image->fillRect({0, 0, 10, 10});
+  image->drawLine(3, 5, 30, 39, 2);
+  EXPECT_EQ(image->pixel(5, 5)->red, 0);
+
+  const auto next = desktop->newImage(100, 40);
+  ASSERT_NE(next, nullptr);
+  ASSERT_TRUE(next->setFont("Arial", 0));
+  EXPECT_EQ(next->drawText(5, 20, "Avant"), width);
+  image->setFontSize(20);
+  image->setFontSize(12);
+  EXPECT_EQ(image->drawText(5, 35, "Avant"), width);
+}
+
 TEST(QtModule, DrawsOnTheScreenThatThereIs) {
   const test::EnvironmentGuard offscreen("QT_QPA_PLATFORM", "offscreen");
   void *module = dlopen(KORVEL_TEST_MODULE, RTLD_NOW | RTLD_LOCAL);

@@ -972,10 +972,19 @@ TEST_F(QtWindowPort, IsNoMoreWhenTheWindowIsGone) {
   port_->fillRect({10, 10, 20, 20});
   window_.reset();
   EXPECT_EQ(qtDesktop().windowPort(reference_), nullptr);
-  port_->fillRect({10, 10, 20, 20});
-  port_->drawText(10, 10, "Trop tard");
-  EXPECT_EQ(port_->pixel(15, 15), std::nullopt);
-  EXPECT_GT(port_->textWidth("Trop tard"), 0);
+}
+
+TEST_F(QtWindowPort, ANewWindowInItsPlaceIsEmpty) {
+  alignas(QWidget) unsigned char place[sizeof(QWidget)];
+  auto *before = new (place) QWidget;
+  const WindowRef reference = qtDesktop().hostWindow(before);
+  qtDesktop().windowPort(reference)->fillRect({0, 0, 20, 20});
+  ASSERT_TRUE(qtDesktop().windowPort(reference)->pixel(5, 5).has_value());
+  before->~QWidget();
+  auto *after = new (place) QWidget;
+  ASSERT_EQ(qtDesktop().hostWindow(after), reference);
+  EXPECT_EQ(qtDesktop().windowPort(reference)->pixel(5, 5), std::nullopt);
+  after->~QWidget();
 }
 
 TEST(QtWindowPorts, OfADialogLieUnderItsItems) {
@@ -989,30 +998,58 @@ TEST(QtWindowPorts, OfADialogLieUnderItsItems) {
   QWidget &window = *widgetOf(dialog->window());
   EXPECT_EQ(shownAt(window, 200, 100), QColor(Qt::red));
   EXPECT_NE(shownAt(window, 90, 163), QColor(Qt::red));
+  const WindowRef reference = dialog->window();
   dialog.reset();
-  port->fillRect({0, 0, 300, 200});
-  EXPECT_EQ(port->pixel(5, 5), std::nullopt);
+  EXPECT_EQ(qtDesktop().windowPort(reference), nullptr);
 }
 
 // ---- A screen of scale 2 ----
 // A process has one scale: these need a process to themselves, which CTest gives every test.
 
-class QtFineScreen : public testing::Test {
+class QtScaledScreen : public testing::Test {
  protected:
+  explicit QtScaledScreen(double scale) : scale_(scale) {}
+
   void SetUp() override {
     ASSERT_EQ(QCoreApplication::instance(), nullptr);
-    setenv("QT_SCALE_FACTOR", "2", 1);
+    setenv("QT_SCALE_FACTOR", std::to_string(scale_).c_str(), 1);
     qtDesktop();
     window_ = std::make_unique<QWidget>();
     window_->setGeometry(40, 40, 300, 100);
     window_->show();
     ASSERT_TRUE(QTest::qWaitForWindowExposed(window_.get()));
-    ASSERT_EQ(window_->devicePixelRatioF(), 2);
+    ASSERT_EQ(window_->devicePixelRatioF(), scale_);
     port_ = qtDesktop().windowPort(qtDesktop().hostWindow(window_.get()));
   }
 
+  void expectInkToAdvanceInWindows() {
+    QWidget other;
+    other.setGeometry(40, 40, 300, 100);
+    other.show();
+    Port *parts = qtDesktop().windowPort(qtDesktop().hostWindow(&other));
+    for (const int size : {12, 31, 40}) {
+      for (Port *port : {port_, parts}) {
+        port->setFont("Times New Roman", 0);
+        port->setFontSize(size);
+      }
+      expectInkToAdvance(*port_, *parts, 3, 20 + size, kText);
+      EXPECT_EQ(difference(saved(*port_), saved(*parts)), 0) << size;
+    }
+  }
+
+  const double scale_;
   std::unique_ptr<QWidget> window_;
   Port *port_ = nullptr;
+};
+
+class QtFineScreen : public QtScaledScreen {
+ protected:
+  QtFineScreen() : QtScaledScreen(2) {}
+};
+
+class QtBrokenScaleScreen : public QtScaledScreen {
+ protected:
+  QtBrokenScaleScreen() : QtScaledScreen(1.5) {}
 };
 
 TEST_F(QtFineScreen, AWindowIsDrawnInItsFinePixels) {
@@ -1042,19 +1079,23 @@ TEST_F(QtFineScreen, TextAdvancesAsAtScale1) {
   }
 }
 
-TEST_F(QtFineScreen, TheInkOfALetterStandsWhereTheMeasurePutsIt) {
-  QWidget other;
-  other.setGeometry(40, 40, 300, 100);
-  other.show();
-  Port *parts = qtDesktop().windowPort(qtDesktop().hostWindow(&other));
-  for (const int size : {12, 31, 40}) {
-    for (Port *port : {port_, parts}) {
-      port->setFont("Times New Roman", 0);
-      port->setFontSize(size);
+TEST_F(QtFineScreen, TheInkOfALetterStandsWhereTheMeasurePutsIt) { expectInkToAdvanceInWindows(); }
+
+TEST_F(QtBrokenScaleScreen, TheInkOfALetterStandsWhereTheMeasurePutsIt) {
+  expectInkToAdvanceInWindows();
+}
+
+TEST_F(QtBrokenScaleScreen, EdgesAreSharp) {
+  port_->setForeground(kRed);
+  port_->fillRect({11, 21, 31, 24});
+  port_->drawLine(11, 40, 31, 40, 1);
+  const QImage drawn = saved(*port_);
+  for (int y = 0; y < drawn.height(); ++y)
+    for (int x = 0; x < drawn.width(); ++x) {
+      const QRgb colour = drawn.pixel(x, y);
+      EXPECT_TRUE(colour == 0 || colour == qRgb(255, 0, 0)) << x << ' ' << y;
     }
-    expectInkToAdvance(*port_, *parts, 3, 20 + size, kText);
-    EXPECT_EQ(difference(saved(*port_), saved(*parts)), 0) << size;
-  }
+  EXPECT_TRUE(same(port_->pixel(30, 40), kRed));
 }
 
 TEST_F(QtFineScreen, PicturesAreRenderedFine) {
