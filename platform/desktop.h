@@ -54,6 +54,18 @@ struct ListClick {
   bool isDouble = false;
 };
 
+// The desktop's own icons for what a message is about, as the classic system numbers them.
+enum class AlertIcon { Stop = 0, Note = 1, Caution = 2 };
+
+// How the lines of a message are set: in a font of that name where the desktop knows it (as in
+// drawing.h), else in its own. Pixels.
+struct MessageStyle {
+  std::string_view fontName;
+  int fontSize;
+  int firstBaseline;  // below the top of the pane
+  int linePitch;
+};
+
 // A dialog window with numbered items: from 1 in the order in which they are added, or as the
 // template that it was made from numbers them. Destroying it takes it off the screen.
 class Dialog {
@@ -74,6 +86,16 @@ class Dialog {
   virtual void addGroupBox(const Rect &rect, std::string_view title) = 0;
   virtual void addStaticText(const Rect &rect, std::string_view text) = 0;
   virtual void addIcon(const Rect &rect, const std::string &path) = 0;
+
+  // A message, in a pane of its own, makes the dialog a message box; to be added once, after the
+  // buttons. Its lines end at carriage returns, start at the pane's left edge and are never wrapped.
+  // Nobody can select or change them. What does not fit into the pane is reached by scrolling: by
+  // wheel, and by Up, Down, Page Up, Page Down, Home and End wherever the focus is. Assistive
+  // software is told title and text. In a message box the run starts with the focus on the default
+  // item, arrow keys move it between the buttons, Return stands for the button that has it, and Alt
+  // with its first letter presses a button.
+  virtual void addMessage(const Rect &pane, std::string_view text, const MessageStyle &style) = 0;
+  virtual void addAlertIcon(const Rect &rect, AlertIcon icon) = 0;
 
   // The push button that Return stands for; shown as such. Return does nothing while it is
   // disabled.

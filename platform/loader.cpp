@@ -16,8 +16,11 @@ constexpr const char *kModuleFile = "korvel-qt.so";
 
 constinit Desktop *g_given = nullptr;   // by a test
 constinit Desktop *g_loaded = nullptr;  // from the module
+constinit bool g_isSilent = false;      // while what is wrong was told before
 
-void report(const std::string &problem) { std::fprintf(stderr, "korvel: %s\n", problem.c_str()); }
+void report(const std::string &problem) {
+  if (!g_isSilent) std::fprintf(stderr, "korvel: %s\n", problem.c_str());
+}
 
 // A file name alone is a path too: it must not be looked for where libraries stand.
 std::string asPath(const std::string &file) {
@@ -65,6 +68,15 @@ Desktop *desktop() {
   const std::string path = modulePath();
   if (!path.empty()) g_loaded = loadModule(path);
   return g_loaded;
+}
+
+Desktop *desktopForDrawing() {
+  static constinit bool hasFailed = false;
+  g_isSilent = hasFailed;
+  Desktop *available = desktop();
+  g_isSilent = false;
+  hasFailed = available == nullptr;
+  return available;
 }
 
 Desktop *desktopWithScreen() {

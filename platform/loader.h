@@ -12,6 +12,9 @@ class Desktop;
 // one line. A failed load is tried again at the next call.
 Desktop *desktop();
 
+// The same for drawing, which comes in many calls: the line on standard error is written once.
+Desktop *desktopForDrawing();
+
 // The desktop when it has a screen to show windows on, else null after one line on standard error.
 Desktop *desktopWithScreen();
 

@@ -445,6 +445,12 @@ KORVEL_API char *DlgBoxFinal_Erreur_set(const char *text);
 /* Returns DlgBoxFinal_szErr. */
 KORVEL_API char *DlgBoxFinal_Erreur(void);
 
+/* Records an error text as DlgBoxFinal_Erreur_set does, then shows it whole in front of the window
+   owner (a final callback is given the dialog's) as MessageBox does, and returns what that returns
+   (messages.h: text, caption, flags, results). Shows nothing and returns 0 when owner is null. */
+KORVEL_API int DlgBoxFinal_MessageBox(WindowRef owner, const char *text, const char *caption,
+                                      int flags);
+
 /* Calls the global callback for field i of the type, with capacity 0; its result is ignored. */
 KORVEL_API int TexteDlgBox_global(int i);
 KORVEL_API int BoolDlgBox_global(int i);

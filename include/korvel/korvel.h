@@ -6,7 +6,9 @@
 #include <korvel/dates.h>
 #include <korvel/desktop.h>
 #include <korvel/dialogs.h>
+#include <korvel/draw.h>
 #include <korvel/files.h>
+#include <korvel/messages.h>
 #include <korvel/profile.h>
 #include <korvel/shell.h>
 #include <korvel/strings.h>

@@ -56,9 +56,24 @@ void startApplication(const std::string &platform) {
   application->setQuitOnLastWindowClosed(false);
 }
 
+// Why the application that was made for drawing alone has no screen. It stays the process's only
+// one, so that what was found out then holds for good.
+constinit const std::string *g_withoutScreen = nullptr;
+
+bool startOffscreen(const std::string &problem) {
+  if (!hasOffscreenPlatform()) return false;
+  startApplication(kOffscreenPlatform);
+  g_withoutScreen = new std::string(problem);
+  return true;
+}
+
 }  // namespace
 
 bool ensureApplication(std::string &problem) {
+  if (g_withoutScreen != nullptr) {
+    problem = *g_withoutScreen;
+    return false;
+  }
   if (QCoreApplication *application = QCoreApplication::instance()) {
     if (qobject_cast<QApplication *>(application) != nullptr) return true;
     problem = "no screen: the application's QCoreApplication is not a QApplication";
@@ -71,6 +86,13 @@ bool ensureApplication(std::string &problem) {
   }
   startApplication(choice.name);
   return true;
+}
+
+bool ensureDrawing() {
+  if (QCoreApplication *application = QCoreApplication::instance())
+    return qobject_cast<QGuiApplication *>(application) != nullptr;
+  std::string problem;
+  return ensureApplication(problem) || startOffscreen(problem);
 }
 
 }  // namespace korvel::platform::qt

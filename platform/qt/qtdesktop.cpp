@@ -5,7 +5,11 @@
 #include <QWidget>
 
 #include "platform/qt/application.h"
+#include "platform/qt/painterport.h"
+#include "platform/qt/picture.h"
 #include "platform/qt/qtdialog.h"
+#include "platform/qt/rasterport.h"
+#include "platform/qt/windowport.h"
 
 namespace korvel::platform::qt {
 namespace {
@@ -18,6 +22,12 @@ QWidget *livingWindow(WindowRef window) {
   for (QWidget *widget : QApplication::topLevelWidgets())
     if (referenceTo(widget) == window) return widget;
   return nullptr;
+}
+
+// While a dialog runs, a further one stands in front of it too: behind it nobody could use it.
+QWidget *windowToCover(QWidget *parent) {
+  QWidget *running = QApplication::activeModalWidget();
+  return running != nullptr ? running : parent;
 }
 
 Rect fromQt(const QRect &rect) {
@@ -45,7 +55,7 @@ std::unique_ptr<Dialog> QtDesktop::newDialog(const Rect &bounds, WindowRef paren
                                              std::string_view title) {
   std::string problem;
   if (!ensureApplication(problem)) return nullptr;
-  return std::make_unique<QtDialog>(bounds, livingWindow(parent), title);
+  return std::make_unique<QtDialog>(bounds, windowToCover(livingWindow(parent)), title);
 }
 
 std::unique_ptr<Dialog> QtDesktop::newDialogFromTemplate(const std::string &path, WindowRef parent,
@@ -58,12 +68,22 @@ WindowRef QtDesktop::hostWindow(void *widget) {
   return widget == nullptr ? nullptr : referenceTo(static_cast<QWidget *>(widget)->window());
 }
 
-std::unique_ptr<Port> QtDesktop::newImage(int, int) { return nullptr; }
+std::unique_ptr<Port> QtDesktop::newImage(int width, int height) {
+  return ensureDrawing() ? ImagePort::make(width, height) : nullptr;
+}
 
-std::unique_ptr<Port> QtDesktop::painterPort(void *) { return nullptr; }
+std::unique_ptr<Port> QtDesktop::painterPort(void *painter) {
+  if (painter == nullptr || !ensureDrawing()) return nullptr;
+  return std::make_unique<PainterPort>(static_cast<QPainter *>(painter));
+}
 
-Port *QtDesktop::windowPort(WindowRef) { return nullptr; }
+Port *QtDesktop::windowPort(WindowRef window) {
+  QWidget *widget = livingWindow(window);
+  return widget == nullptr ? nullptr : &portOf(widget);
+}
 
-std::unique_ptr<Picture> QtDesktop::loadPicture(const std::string &) { return nullptr; }
+std::unique_ptr<Picture> QtDesktop::loadPicture(const std::string &path) {
+  return ensureDrawing() ? QtPicture::read(QString::fromStdString(path)) : nullptr;
+}
 
 }  // namespace korvel::platform::qt

@@ -1,14 +1,17 @@
 #include "platform/qt/qtdialog.h"
 
+#include <QAccessible>
 #include <QApplication>
 #include <QFile>
 #include <QFileInfo>
 #include <QHash>
 #include <QLayout>
 #include <QPointer>
+#include <QPushButton>
 #include <QScreen>
 #include <algorithm>
 
+#include "platform/qt/alerticon.h"
 #include "platform/qt/buttonitem.h"
 #include "platform/qt/decoration.h"
 #include "platform/qt/form.h"
@@ -21,6 +24,12 @@
 namespace korvel::platform::qt {
 namespace {
 
+// Has assistive software read a message out without being asked.
+void announce(QWidget &window) {
+  QAccessibleEvent alert(&window, QAccessible::Alert);
+  QAccessible::updateAccessibility(&alert);
+}
+
 // Far larger than any screen.
 constexpr QSize kLargest(4096, 4096);
 
@@ -31,7 +40,6 @@ bool canHaveFocus(Item &item) {
 }
 
 }  // namespace
-
 
 QtDialog::QtDialog() : appearance_(Appearance::ofDesktop()) {
   window_.onReturn = [this] { pressDefault(); };
@@ -136,6 +144,17 @@ void QtDialog::addIcon(const Rect &rect, const std::string &path) {
   new Icon(&window_, rect, path);
 }
 
+void QtDialog::addMessage(const Rect &pane, std::string_view text, const MessageStyle &style) {
+  if (message_ != nullptr) return;
+  message_ = new MessagePane(&window_, pane, text, style);
+  window_.setAccessibleDescription(message_->text());
+  actAsMessageBox();
+}
+
+void QtDialog::addAlertIcon(const Rect &rect, AlertIcon icon) {
+  new AlertIconWidget(&window_, rect, icon);
+}
+
 Item *QtDialog::find(int item) const {
   const bool exists = item >= 1 && static_cast<std::size_t>(item) <= items_.size();
   return exists ? items_[static_cast<std::size_t>(item) - 1] : nullptr;
@@ -218,13 +237,30 @@ Item *QtDialog::firstField() const {
   return found == tabOrder_.end() ? nullptr : *found;
 }
 
+Item *QtDialog::itemForInitialFocus() const {
+  if (message_ != nullptr) return find(default_);
+  if (Item *first = firstEnabled(ItemKind::EditText)) return first;
+  if (Item *first = firstField()) return first;
+  return firstEnabled(ItemKind::PushButton);
+}
+
 void QtDialog::giveInitialFocus() {
-  Item *first = firstEnabled(ItemKind::EditText);
-  if (first == nullptr) first = firstField();
-  if (first == nullptr) first = firstEnabled(ItemKind::PushButton);
+  Item *first = itemForInitialFocus();
   if (first == nullptr) return;
   first->widget()->setFocus(Qt::TabFocusReason);
   first->selectText();
+}
+
+void QtDialog::actAsMessageBox() {
+  std::vector<QPushButton *> buttons;
+  for (Item *item : tabOrder_) {
+    auto *button = qobject_cast<QPushButton *>(item->widget());
+    if (button == nullptr) continue;
+    button->setAutoDefault(true);  // looks like the default while it has the focus
+    button->setText(withShortcut(button->text()));
+    buttons.push_back(button);
+  }
+  message_->serve(buttons);
 }
 
 // Qt would hand the focus of a disabled button to the button beside it, where the next key could
@@ -239,9 +275,17 @@ void QtDialog::keepFocusFrom(QWidget *disabled) {
   }
 }
 
+int QtDialog::returnItem() const {
+  if (message_ == nullptr) return default_;
+  const auto focused = std::find_if(tabOrder_.begin(), tabOrder_.end(), [](Item *item) {
+    return item->kind() == ItemKind::PushButton && item->widget()->hasFocus();
+  });
+  return focused == tabOrder_.end() ? default_ : (*focused)->number();
+}
+
 void QtDialog::pressDefault() {
-  Item *item = find(default_);
-  if (item != nullptr && item->widget()->isEnabled()) itemHit(default_);
+  Item *item = find(returnItem());
+  if (item != nullptr && item->widget()->isEnabled()) itemHit(item->number());
 }
 
 // A dialog without such an item can be cancelled as well.
@@ -283,6 +327,7 @@ void QtDialog::runModal(HitHandler &handler) {
   giveInitialFocus();
   window_.show();
   window_.activateWindow();
+  if (message_ != nullptr) announce(window_);
 
   QEventLoop loop;
   loop_ = &loop;

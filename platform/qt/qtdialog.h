@@ -10,6 +10,7 @@
 #include "platform/qt/appearance.h"
 #include "platform/qt/dialogwindow.h"
 #include "platform/qt/item.h"
+#include "platform/qt/messagepane.h"
 
 namespace korvel::platform::qt {
 
@@ -26,6 +27,8 @@ class QtDialog final : public Dialog, private HitSink {
   void addGroupBox(const Rect &rect, std::string_view title) override;
   void addStaticText(const Rect &rect, std::string_view text) override;
   void addIcon(const Rect &rect, const std::string &path) override;
+  void addMessage(const Rect &pane, std::string_view text, const MessageStyle &style) override;
+  void addAlertIcon(const Rect &rect, AlertIcon icon) override;
   void setDefaultItem(int item) override;
   ItemKind kind(int item) const override;
   std::string text(int item) const override;
@@ -55,7 +58,11 @@ class QtDialog final : public Dialog, private HitSink {
   // The first enabled item of the kind in the order of the Tab key; null when there is none.
   Item *firstEnabled(ItemKind kind) const;
   Item *firstField() const;
+  Item *itemForInitialFocus() const;
   void giveInitialFocus();
+  void actAsMessageBox();
+  // The item that Return stands for.
+  int returnItem() const;
   void keepFocusFrom(QWidget *disabled);
   void tell(int item);
   void pressDefault();
@@ -66,6 +73,7 @@ class QtDialog final : public Dialog, private HitSink {
   std::vector<Item *> items_;     // item n at n - 1, null where there is none; of the window
   std::vector<Item *> tabOrder_;  // the same in the order of the Tab key, without gaps
   int default_ = 0;
+  MessagePane *message_ = nullptr;  // of a message box; belongs to the window
 
   HitHandler *handler_ = nullptr;  // while running
   QEventLoop *loop_ = nullptr;

@@ -136,4 +136,6 @@ PlatformChoice choosePlatform() {
   return choice;
 }
 
+bool hasOffscreenPlatform() { return pluginExists(kOffscreenPlatform); }
+
 }  // namespace korvel::platform::qt

@@ -18,6 +18,10 @@ struct PlatformChoice {
 // server answers; else Wayland when its compositor answers.
 PlatformChoice choosePlatform();
 
+// Whether Qt can be started where there is no screen at all.
+bool hasOffscreenPlatform();
+constexpr const char *kOffscreenPlatform = "offscreen";
+
 }  // namespace korvel::platform::qt
 
 #endif

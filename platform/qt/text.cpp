@@ -42,6 +42,11 @@ QString withoutShortcuts(QString title) {
   return title.replace(QLatin1Char('&'), QLatin1String("&&"));
 }
 
+QString withShortcut(const QString &shownTitle) {
+  const bool hasLetter = !shownTitle.isEmpty() && shownTitle.front().isLetterOrNumber();
+  return hasLetter ? QLatin1Char('&') + shownTitle : shownTitle;
+}
+
 std::optional<QString> admitted(const QString &entered) {
   QString text = withSimpleBreaks(entered.normalized(QString::NormalizationForm_C));
   for (QChar &character : text)

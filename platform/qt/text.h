@@ -15,6 +15,9 @@ std::string fromQt(const QString &text);
 // For widgets that take "&" as the mark of a shortcut: the text with every "&" shown as such.
 QString withoutShortcuts(QString title);
 
+// The same text with its first character as the shortcut.
+QString withShortcut(const QString &shownTitle);
+
 // What an edit-text item takes in when a person enters `entered` by whatever way: composed
 // characters; line breaks and tabs as blanks, but a final line break, and any other control
 // character, left out. Nothing when that holds a character without a byte.

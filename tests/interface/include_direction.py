@@ -17,7 +17,9 @@ ALLOWED = {
     'profile': ['strings', 'codecs', 'files'],
     'tables': FOUNDATIONS + ['files'],
     'platform': [],
-    'dialogs': FOUNDATIONS + ['platform'],
+    'draw': ['strings', 'platform'],
+    'messages': ['strings', 'platform', 'draw'],
+    'dialogs': FOUNDATIONS + ['platform', 'messages'],
 }
 # The public headers that each folder may use: those of the folders below it and its own.
 SHARED_HEADERS = ['types', 'desktop']

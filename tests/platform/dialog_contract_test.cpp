@@ -77,6 +77,8 @@ TEST_F(DialogContract, DecorationHasNoNumber) {
   dialog_->addGroupBox({10, 10, 200, 100}, "Antécédents");
   dialog_->addStaticText(kAnywhere, "Nom :");
   dialog_->addIcon({10, 10, 42, 42}, "/nowhere/2.svg");
+  dialog_->addMessage({80, 10, 380, 60}, "Nom ?", {"Arial", 13, 14, 14});
+  dialog_->addAlertIcon({10, 10, 42, 42}, AlertIcon::Caution);
   EXPECT_EQ(addText(""), 3);
 }
 
@@ -258,6 +260,34 @@ TEST_F(DialogContract, EscapeIsTheCancelItem) {
 
 TEST_F(DialogContract, TheCloseBoxIsTheCancelItem) {
   person().closeBox();
+  EXPECT_EQ(run(), Lines{"2"});
+}
+
+TEST_F(DialogContract, AMessageBoxIsAnsweredByTheSameKeysAndButtons) {
+  const struct {
+    void (*act)(Person &);
+    const char *hit;
+  } cases[] = {{[](Person &p) { p.pressReturn(); }, "2"},
+               {[](Person &p) { p.pressEscape(); }, "2"},
+               {[](Person &p) { p.closeBox(); }, "2"},
+               {[](Person &p) { p.press(kOkItem); }, "1"}};
+  for (const auto &row : cases) {
+    SetUp();
+    dialog_->addMessage({80, 10, 380, 60}, "Quitter\rou non ?", {"Arial", 13, 14, 14});
+    dialog_->setDefaultItem(kCancelItem);
+    RecordedHits hits;
+    row.act(person());
+    hits.record(*dialog_);
+    EXPECT_EQ(hits.lines(), Lines{row.hit});
+  }
+}
+
+TEST_F(DialogContract, AMessageBoxWithOneButtonCanBeCancelled) {
+  dialog_ = world_->desktop().newDialog({200, 200, 600, 290}, nullptr, "Fiche");
+  dialog_->addItem(ItemKind::PushButton, {300, 58, 380, 78}, "OK");
+  dialog_->addMessage({80, 12, 392, 55}, "Fini.", {"Arial", 13, 14, 14});
+  dialog_->setDefaultItem(kOkItem);
+  person().pressEscape();
   EXPECT_EQ(run(), Lines{"2"});
 }
 

@@ -118,10 +118,10 @@ TEST(HostWindow, WithoutADesktopThereIsNoWindow) {
 }
 
 // The screen of this process's environment is taken away in a process of its own.
-int exitStatusWith(const char *environment) {
-  const std::string command =
-      "env -u DISPLAY -u WAYLAND_DISPLAY -u QT_QPA_PLATFORM " + std::string(environment) +
-      " KORVEL_DESKTOP='" KORVEL_TEST_MODULE "' '" KORVEL_TEST_NO_SCREEN "'";
+int exitStatusWith(const char *environment, const char *program = KORVEL_TEST_NO_SCREEN) {
+  const std::string command = "env -u DISPLAY -u WAYLAND_DISPLAY -u QT_QPA_PLATFORM " +
+                              std::string(environment) +
+                              " KORVEL_DESKTOP='" KORVEL_TEST_MODULE "' '" + program + "'";
   return std::system(command.c_str());
 }
 
@@ -145,6 +145,17 @@ TEST(NoScreen, NothingToShowOnIsNoReasonToDie) {
     EXPECT_EQ(status, 0) << each.environment;
     EXPECT_TRUE(isOneLine(error)) << each.environment << ": " << error;
     EXPECT_NE(error.find(each.reason), std::string::npos) << each.environment << ": " << error;
+  }
+}
+
+TEST(NoScreen, ImagesAreDrawnAndThenThereIsStillNoScreen) {
+  for (const char *environment : {"", "DISPLAY=:4711", "QT_QPA_PLATFORM=xcb", "LC_ALL=C"}) {
+    int status = -1;
+    const std::string error =
+        errorOf([&] { status = exitStatusWith(environment, KORVEL_TEST_DRAWING_WITHOUT_SCREEN); });
+    EXPECT_EQ(status, 0) << environment;
+    EXPECT_TRUE(isOneLine(error)) << environment << ": " << error;
+    EXPECT_NE(error.find("no screen"), std::string::npos) << environment << ": " << error;
   }
 }
 

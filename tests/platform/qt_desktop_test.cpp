@@ -96,6 +96,36 @@ TEST(QtModule, AnApplicationWithoutWindowsIsNoScreen) {
   EXPECT_NE(problem.find("QApplication"), std::string::npos);
   EXPECT_EQ(desktop->newDialog(kBounds, nullptr, "Fiche"), nullptr);
   EXPECT_EQ(desktop->frontWindow(), nullptr);
+  EXPECT_EQ(desktop->newImage(10, 10), nullptr) << "it has no fonts";
+  EXPECT_EQ(desktop->painterPort(&count), nullptr);
+  EXPECT_EQ(desktop->loadPicture("picture.svg"), nullptr);
+  EXPECT_EQ(desktop->windowPort(nullptr), nullptr);
+}
+
+TEST(QtModule, DrawsImagesWithAnApplicationThatHasFontsButNoWidgets) {
+  const test::EnvironmentGuard offscreen("QT_QPA_PLATFORM", "offscreen");
+  int count = 1;
+  char name[] = "host";
+  char *arguments[] = {name, nullptr};
+  const QGuiApplication host(count, arguments);
+  void *module = dlopen(KORVEL_TEST_MODULE, RTLD_NOW | RTLD_LOCAL);
+  ASSERT_NE(module, nullptr);
+  Desktop *desktop = reinterpret_cast<ModuleEntry>(dlsym(module, kModuleEntry))(kSeamVersion);
+  std::string problem;
+  EXPECT_FALSE(desktop->hasScreen(problem));
+  const auto image = desktop->newImage(100, 40);
+  ASSERT_NE(image, nullptr);
+  EXPECT_GT(image->drawText(5, 20, "Bonjour"), 20);
+}
+
+TEST(QtModule, DrawsOnTheScreenThatThereIs) {
+  const test::EnvironmentGuard offscreen("QT_QPA_PLATFORM", "offscreen");
+  void *module = dlopen(KORVEL_TEST_MODULE, RTLD_NOW | RTLD_LOCAL);
+  ASSERT_NE(module, nullptr);
+  Desktop *desktop = reinterpret_cast<ModuleEntry>(dlsym(module, kModuleEntry))(kSeamVersion);
+  ASSERT_NE(desktop->newImage(10, 10), nullptr);
+  std::string problem;
+  EXPECT_TRUE(desktop->hasScreen(problem)) << "an image first is no end of dialogs: " << problem;
 }
 
 // ---- Windows ----

@@ -7,6 +7,8 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <filesystem>
+#include <fstream>
 #include <map>
 #include <set>
 #include <sstream>
@@ -74,6 +76,18 @@ const char *nameOf(ItemKind kind) {
   return "nothing";
 }
 
+const char *nameOf(platform::AlertIcon icon) {
+  switch (icon) {
+    case platform::AlertIcon::Stop:
+      return "stop";
+    case platform::AlertIcon::Note:
+      return "note";
+    case platform::AlertIcon::Caution:
+      break;
+  }
+  return "caution";
+}
+
 bool hasTitle(ItemKind kind) { return kind == ItemKind::PushButton || kind == ItemKind::CheckBox; }
 
 std::string printed(const Rect &rect) {
@@ -136,6 +150,7 @@ std::string readable(std::string_view screenText) {
 struct ScriptedDesktop::Window {
   Rect bounds;
   bool isOpen = true;
+  std::unique_ptr<ScriptedPort> port;
 };
 
 // What a dialog shows; outlives it, for the test to look at.
@@ -146,6 +161,7 @@ struct ScriptedDesktop::Shown {
   std::map<int, Item> items;  // by number
   std::vector<int> tabOrder;
   std::vector<std::string> decoration;
+  std::string message;  // readable
   int defaultItem = 0;
   std::vector<std::string> writes;
   int hits = 0;
@@ -196,6 +212,17 @@ class ScriptedDialog final : public platform::Dialog {
   void addIcon(const Rect &rect, const std::string &path) override {
     const std::string name = path.substr(path.find_last_of('/') + 1);
     shown_->decoration.push_back("icon " + printed(rect) + ' ' + inQuotes(name));
+  }
+  void addMessage(const Rect &pane, std::string_view text,
+                  const platform::MessageStyle &style) override {
+    shown_->message = readable(text);
+    std::ostringstream line;
+    line << "message " << printed(pane) << ' ' << inQuotes(style.fontName) << ' ' << style.fontSize
+         << ", baselines " << style.firstBaseline << " + " << style.linePitch << " k";
+    shown_->decoration.push_back(line.str());
+  }
+  void addAlertIcon(const Rect &rect, platform::AlertIcon icon) override {
+    shown_->decoration.push_back("alert icon " + printed(rect) + ' ' + nameOf(icon));
   }
   void setDefaultItem(int item) override { shown_->defaultItem = item; }
 
@@ -548,13 +575,15 @@ void ScriptedDesktop::takeScreenAway(std::string problem) {
 WindowRef ScriptedDesktop::refOf(Window &window) { return reinterpret_cast<WindowRef>(&window); }
 
 WindowRef ScriptedDesktop::addWindow(const Rect &bounds) {
-  windows_.push_back(std::make_unique<Window>(Window{bounds}));
+  windows_.push_back(std::make_unique<Window>(Window{bounds, true, nullptr}));
   return refOf(*windows_.back());
 }
 
 void ScriptedDesktop::closeWindow(WindowRef window) {
   for (const auto &each : windows_) {
-    if (refOf(*each) == window) each->isOpen = false;
+    if (refOf(*each) != window) continue;
+    each->isOpen = false;
+    each->port.reset();
   }
 }
 
@@ -609,15 +638,46 @@ std::unique_ptr<platform::Dialog> ScriptedDesktop::newDialogFromTemplate(const s
 
 WindowRef ScriptedDesktop::hostWindow(void *) { return nullptr; }
 
-std::unique_ptr<Port> ScriptedDesktop::newImage(int, int) { return nullptr; }
+std::unique_ptr<ScriptedPort> ScriptedDesktop::newPort(ScriptedPort::Surface surface, int width,
+                                                       int height) {
+  records_.push_back(std::make_shared<PortRecord>());
+  return std::make_unique<ScriptedPort>(records_.back(), fonts_, surface, width, height);
+}
 
-std::unique_ptr<Port> ScriptedDesktop::painterPort(void *) { return nullptr; }
+std::unique_ptr<Port> ScriptedDesktop::newImage(int width, int height) {
+  const bool canBeHad = std::min(width, height) >= 1 && std::max(width, height) <= 32767;
+  return canBeHad ? newPort(ScriptedPort::Surface::Image, width, height) : nullptr;
+}
 
-Port *ScriptedDesktop::windowPort(WindowRef) { return nullptr; }
+std::unique_ptr<Port> ScriptedDesktop::painterPort(void *painter) {
+  return painter == nullptr ? nullptr : newPort(ScriptedPort::Surface::Borrowed, 0, 0);
+}
 
-std::unique_ptr<Picture> ScriptedDesktop::loadPicture(const std::string &) { return nullptr; }
+Port *ScriptedDesktop::windowPort(WindowRef window) {
+  for (const auto &each : windows_) {
+    if (refOf(*each) != window || !each->isOpen) continue;
+    if (each->port == nullptr) {
+      each->port = newPort(ScriptedPort::Surface::Window, each->bounds.width(),
+                           each->bounds.height());
+    }
+    return each->port.get();
+  }
+  return nullptr;
+}
+
+std::unique_ptr<Picture> ScriptedDesktop::loadPicture(const std::string &path) {
+  picturesRead_.push_back(path);
+  int width = 0;
+  int height = 0;
+  char by = 0;
+  const bool isRead = static_cast<bool>(std::ifstream(path) >> width >> by >> height);
+  if (!isRead) return nullptr;
+  return std::make_unique<ScriptedPicture>(std::filesystem::path(path).stem(), width, height);
+}
 
 std::string ScriptedDesktop::title() const { return newest_ ? newest_->title : ""; }
+
+std::string ScriptedDesktop::message() const { return newest_ ? newest_->message : ""; }
 
 std::string ScriptedDesktop::text(int item) const {
   return newest_ && newest_->has(item) ? readable(newest_->at(item).text) : "";

@@ -13,6 +13,7 @@
 #define TESTS_PLATFORM_SCRIPTED_DESKTOP_H
 
 #include "platform/desktop.h"
+#include "tests/platform/scripted_port.h"
 
 #include <deque>
 #include <functional>
@@ -117,6 +118,7 @@ class ScriptedDesktop : public platform::Desktop {
 
   // What the newest dialog shows or, when it has gone, last showed.
   std::string title() const;
+  std::string message() const;  // lines ended by carriage returns; empty in any other dialog
   std::string text(int item) const;
   std::string selectedText(int item) const;
   int cursor(int item) const;
@@ -128,6 +130,14 @@ class ScriptedDesktop : public platform::Desktop {
   std::string layout() const;
   // What was done to its items since the last call, as lines: `3 text "12"`, `1 enabled no`.
   std::string takeWrites();
+
+  // Fonts that are known; at first Arial, Courier New and Times New Roman.
+  void setFonts(FontNames fonts) { *fonts_ = std::move(fonts); }
+  // What was drawn on a port: in the order in which the ports were made, the newest by default.
+  PortRecord &drawn() { return *records_.back(); }
+  PortRecord &drawn(std::size_t port) { return *records_.at(port); }
+  // Picture files that were read, in order. A file holds its picture's size, as in "20x10".
+  const std::vector<std::string> &picturesRead() const { return picturesRead_; }
 
   int dialogsShown() const { return dialogsShown_; }
   bool isDialogOpen() const { return open_ > 0; }
@@ -157,6 +167,7 @@ class ScriptedDesktop : public platform::Desktop {
   struct Window;
   struct Shown;
   WindowRef refOf(Window &window);
+  std::unique_ptr<ScriptedPort> newPort(ScriptedPort::Surface surface, int width, int height);
 
   platform::Desktop *before_;
   std::deque<DialogScript> expected_;  // a deque, so that references to scripts stay valid
@@ -171,6 +182,10 @@ class ScriptedDesktop : public platform::Desktop {
   std::shared_ptr<Shown> newest_;
   int dialogsShown_ = 0;
   int open_ = 0;
+  std::shared_ptr<FontNames> fonts_ = std::make_shared<FontNames>(
+      FontNames{"Arial", "Courier New", "Times New Roman"});
+  std::vector<std::shared_ptr<PortRecord>> records_;
+  std::vector<std::string> picturesRead_;
 };
 
 // UTF-8, as the scripts and records have it, of a text of the screen set, and of characters.

@@ -141,6 +141,26 @@ TEST(ScriptedDesktop, PrintsWhatItShows) {
   desk.finish();
 }
 
+TEST(ScriptedDesktop, PrintsWhatAMessageBoxShows) {
+  ScriptedDesktop desk;
+  EXPECT_EQ(desk.message(), "");
+  {
+    const auto box = desk.newDialog({0, 0, 400, 90}, nullptr, "T");
+    box->addMessage({80, 12, 392, 55}, "Pr\x8Et\rou non ?", {"Arial", 13, 14, 15});
+    box->addAlertIcon({18, 18, 50, 50}, platform::AlertIcon::Stop);
+    box->addAlertIcon({18, 18, 50, 50}, platform::AlertIcon::Note);
+    box->addAlertIcon({18, 18, 50, 50}, platform::AlertIcon::Caution);
+  }
+  EXPECT_EQ(desk.layout(),
+            "dialog (0,0)-(400,90) in front of everything \"T\"\n"
+            "message (80,12)-(392,55) \"Arial\" 13, baselines 14 + 15 k\n"
+            "alert icon (18,18)-(50,50) stop\n"
+            "alert icon (18,18)-(50,50) note\n"
+            "alert icon (18,18)-(50,50) caution\n");
+  EXPECT_EQ(desk.message(), "Prét\rou non ?");
+  desk.finish();
+}
+
 TEST(ScriptedDesktop, ItemsThatAreNotThereDoNothing) {
   ScriptedDesktop desk;
   Shown shown(desk);

@@ -1,0 +1,33 @@
+// The palette of 16 colours.
+#include "draw/palette.h"
+
+#include <korvel/draw.h>
+
+#include <iterator>
+
+namespace korvel::draw {
+namespace {
+
+constexpr RGBColor kPalette[] = {
+    {0x0000, 0x0000, 0x0000}, {0x8000, 0x0000, 0x0000},  //
+    {0x0000, 0x8000, 0x0000}, {0x8000, 0x8000, 0x0000},  //
+    {0x0000, 0x0000, 0x8000}, {0x8000, 0x0000, 0x8000},  //
+    {0x0000, 0x8000, 0x8000}, {0x8000, 0x8000, 0x8000},  //
+    {0xC000, 0xC000, 0xC000}, {0xFFFF, 0x0000, 0x0000},  //
+    {0x0000, 0xFFFF, 0x0000}, {0xFFFF, 0xFFFF, 0x0000},  //
+    {0x0000, 0x0000, 0xFFFF}, {0xFFFF, 0x0000, 0xFFFF},  //
+    {0x0000, 0xFFFF, 0xFFFF}, {0xFFFF, 0xFFFF, 0xFFFF},
+};
+constexpr unsigned kColours = 16;
+static_assert(std::size(kPalette) == kColours);
+
+}  // namespace
+
+RGBColor paletteColour(int index) { return kPalette[static_cast<unsigned>(index) % kColours]; }
+
+}  // namespace korvel::draw
+
+RGBColor *vga_col(RGBColor *out, int index) {
+  if (out != nullptr) *out = korvel::draw::paletteColour(index);
+  return out;
+}

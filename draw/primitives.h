@@ -1,0 +1,28 @@
+// For draw/ only: lines, rectangles and pictures on a surface. Line and rectangle leave the
+// foreground black.
+#ifndef DRAW_PRIMITIVES_H
+#define DRAW_PRIMITIVES_H
+
+#include <korvel/types.h>
+
+#include <string_view>
+
+#include "draw/pixels.h"
+#include "platform/drawing.h"
+
+namespace korvel::draw {
+
+struct Point {
+  Pixels x;
+  Pixels y;
+};
+
+void drawLine(platform::Port &surface, Point from, Point to, const RGBColor &colour, int width);
+void drawRectangle(platform::Port &surface, const platform::Rect &rect, int colour);
+
+// True when there is such a picture.
+bool drawPicture(platform::Port &surface, std::string_view name, int x, int y);
+
+}  // namespace korvel::draw
+
+#endif

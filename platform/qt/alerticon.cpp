@@ -1,0 +1,106 @@
+#include "platform/qt/alerticon.h"
+
+#include <QIcon>
+#include <QPainter>
+#include <QPainterPath>
+#include <QStyle>
+#include <algorithm>
+
+#include "platform/qt/appearance.h"
+
+namespace korvel::platform::qt {
+namespace {
+
+QStyle::StandardPixmap pictureOf(AlertIcon icon) {
+  switch (icon) {
+    case AlertIcon::Stop:
+      return QStyle::SP_MessageBoxCritical;
+    case AlertIcon::Note:
+      return QStyle::SP_MessageBoxInformation;
+    case AlertIcon::Caution:
+      break;
+  }
+  return QStyle::SP_MessageBoxWarning;
+}
+
+bool isSharp(const QIcon &icon, const QSize &size, qreal pixelRatio) {
+  const QPixmap picture = icon.pixmap(size, pixelRatio);
+  const QSize wanted = size * pixelRatio;
+  return std::max(picture.width(), picture.height()) >= std::max(wanted.width(), wanted.height());
+}
+
+// Our own icons, in a square of 32.
+constexpr qreal kSide = 32;
+constexpr qreal kStroke = 3.6;
+
+const QColor kRed(0xCC, 0x22, 0x2A), kBlue(0x2B, 0x6C, 0xB0), kYellow(0xF5, 0xB8, 0x00),
+    kDark(0x33, 0x2B, 0x00);
+
+QPen roundPen(const QColor &color) {
+  return {color, kStroke, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin};
+}
+
+void drawDisc(QPainter &painter, const QColor &color) {
+  painter.setPen(Qt::NoPen);
+  painter.setBrush(color);
+  painter.drawEllipse(QRectF(1.5, 1.5, 29, 29));
+}
+
+void drawStop(QPainter &painter) {
+  drawDisc(painter, kRed);
+  painter.setPen(roundPen(Qt::white));
+  painter.drawLine(QPointF(10.8, 10.8), QPointF(21.2, 21.2));
+  painter.drawLine(QPointF(21.2, 10.8), QPointF(10.8, 21.2));
+}
+
+void drawNote(QPainter &painter) {
+  drawDisc(painter, kBlue);
+  painter.setPen(roundPen(Qt::white));
+  painter.drawPoint(QPointF(16, 9.6));
+  painter.drawLine(QPointF(16, 15.6), QPointF(16, 22.8));
+}
+
+void drawCaution(QPainter &painter) {
+  const QPolygonF triangle({{16, 4.2}, {28.8, 27}, {3.2, 27}});
+  painter.setPen(roundPen(kYellow));
+  painter.setBrush(kYellow);
+  painter.drawPolygon(triangle);
+  painter.setPen(roundPen(kDark));
+  painter.drawLine(QPointF(16, 12), QPointF(16, 18.2));
+  painter.drawPoint(QPointF(16, 23.8));
+}
+
+void drawOurs(QPainter &painter, AlertIcon icon, const QSize &size) {
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.scale(size.width() / kSide, size.height() / kSide);
+  switch (icon) {
+    case AlertIcon::Stop:
+      drawStop(painter);
+      break;
+    case AlertIcon::Note:
+      drawNote(painter);
+      break;
+    case AlertIcon::Caution:
+      drawCaution(painter);
+      break;
+  }
+}
+
+}  // namespace
+
+AlertIconWidget::AlertIconWidget(QWidget *window, const Rect &rect, AlertIcon icon)
+    : QWidget(window), icon_(icon) {
+  setAttribute(Qt::WA_TransparentForMouseEvents);
+  setGeometry(toQt(rect));
+}
+
+void AlertIconWidget::paintEvent(QPaintEvent *) {
+  QPainter painter(this);
+  const QIcon own = style()->standardIcon(pictureOf(icon_), nullptr, this);
+  if (isSharp(own, size(), devicePixelRatioF()))
+    own.paint(&painter, rect());
+  else
+    drawOurs(painter, icon_, size());
+}
+
+}  // namespace korvel::platform::qt

@@ -1,0 +1,68 @@
+// For platform/qt/ only: what all ports have in common. How a rectangle, glyphs, a path and a
+// picture get onto a surface is the part of each kind of port.
+#ifndef KORVEL_PLATFORM_QT_QTPORT_H
+#define KORVEL_PLATFORM_QT_QTPORT_H
+
+#include <QRgb>
+#include <QString>
+#include <string>
+#include <string_view>
+
+#include "platform/drawing.h"
+#include "platform/qt/picture.h"
+#include "platform/qt/screenfont.h"
+#include "platform/qt/strokes.h"
+
+namespace korvel::platform::qt {
+
+class QtPort : public Port {
+ public:
+  QtPort();
+  QtPort(const QtPort &) = delete;
+  QtPort &operator=(const QtPort &) = delete;
+
+  bool setFont(std::string_view family, unsigned face) final;
+  void setFontSize(int points) final;
+  FontMetrics fontMetrics() const final { return font_->metrics(); }
+  int textWidth(std::string_view text) const final { return font_->width(text); }
+  int drawText(int x, int y, std::string_view text) final;
+  void setForeground(const RGBColor &colour) final;
+  void setBackground(const RGBColor &colour) final;
+  void setOpaqueText(bool isOpaque) final { isOpaque_ = isOpaque; }
+  void drawLine(int x1, int y1, int x2, int y2, int width) final;
+  void fillRect(const Rect &rect) final;
+  void frameRect(const Rect &rect) final;
+  void drawPicture(const Picture &picture, int x, int y) final;
+
+ protected:
+  // All in coordinates of the port, which may lie anywhere; `rect` is not empty. Glyphs and strokes
+  // are drawn in the foreground colour.
+  virtual void paintRect(const Rect &rect, QRgb colour) = 0;
+  virtual void paintGlyphs(int x, int y, std::string_view text, int width) = 0;
+  virtual void paintSlantedStroke(const Stroke &stroke) = 0;
+  virtual void paintPicture(const QtPicture &picture, int x, int y) = 0;
+
+  const ScreenFont &font() const { return *font_; }
+  QRgb foreground() const { return foreground_; }
+
+ private:
+  void paintIfAny(const Rect &rect, QRgb colour);
+  void selectFont();
+
+  std::string familyName_;  // as it was asked for; empty: the system's
+  QString family_;          // what answers it
+  unsigned face_ = 0;
+  int size_;
+  const ScreenFont *font_;
+  QRgb foreground_;
+  QRgb background_;
+  bool isOpaque_ = false;
+};
+
+// Colours of the seam have 16 bits a component, of which a surface keeps the upper eight.
+QRgb toQt(const RGBColor &colour);
+RGBColor fromQt(QRgb colour);
+
+}  // namespace korvel::platform::qt
+
+#endif

@@ -1,0 +1,56 @@
+// For platform/qt/ only: the pixels of a port that is our own, and the ways in which they are drawn
+// on. All coordinates are device pixels; what lies outside is clipped.
+#ifndef KORVEL_PLATFORM_QT_RASTER_H
+#define KORVEL_PLATFORM_QT_RASTER_H
+
+#include <QImage>
+#include <QPainter>
+#include <cstdint>
+#include <cstdlib>
+#include <memory>
+
+#include "platform/qt/glyphink.h"
+
+namespace korvel::platform::qt {
+
+class Raster {
+ public:
+  // Of the ground depends also whether a pixel can be transparent: nothing is, white is not.
+  enum class Ground { White, Nothing };
+
+  // Null when a side is below 1, when it has more pixels than kMostPixels, or without memory.
+  static std::unique_ptr<Raster> make(const QSize &size, Ground ground);
+  static constexpr long long kMostPixels = 1LL << 28;
+
+  Raster(const Raster &) = delete;
+  Raster &operator=(const Raster &) = delete;
+
+  QSize size() const { return image_.size(); }
+  const QImage &image() const { return image_; }
+  // Premultiplied; within size().
+  QRgb pixel(int x, int y) const { return pixels_[static_cast<std::size_t>(y) * stride_ + x]; }
+
+  void fill(const QRect &rect, QRgb colour);
+  // The glyph's origin at (x, y). `colour` is opaque.
+  void blend(const GlyphInk &ink, long long x, long long y, QRgb colour);
+
+  // Kept open, as opening one takes longer than a line of text; smooths.
+  QPainter &painter();
+
+ private:
+  struct Free {
+    void operator()(std::uint32_t *pixels) const { std::free(pixels); }
+  };
+  using Pixels = std::unique_ptr<std::uint32_t[], Free>;
+
+  Raster(Pixels pixels, const QSize &size, QImage::Format format);
+
+  const Pixels pixels_;
+  const std::size_t stride_;
+  QImage image_;      // shows pixels_
+  QPainter painter_;  // ends before its image
+};
+
+}  // namespace korvel::platform::qt
+
+#endif

@@ -1,0 +1,54 @@
+// For platform/qt/ only: ports whose pixels are our own.
+#ifndef KORVEL_PLATFORM_QT_RASTERPORT_H
+#define KORVEL_PLATFORM_QT_RASTERPORT_H
+
+#include <memory>
+
+#include "platform/qt/qtport.h"
+#include "platform/qt/raster.h"
+
+namespace korvel::platform::qt {
+
+class RasterPort : public QtPort {
+ public:
+  bool save(const std::string &path) const override;
+  std::optional<RGBColor> pixel(int x, int y) const override;
+
+ protected:
+  void paintRect(const Rect &rect, QRgb colour) final;
+  void paintGlyphs(int x, int y, std::string_view text, int width) final;
+  void paintSlantedStroke(const Stroke &stroke) final;
+  void paintPicture(const QtPicture &picture, int x, int y) final;
+
+  // What is drawn on, as it must be before each drawing; null when there is nothing.
+  virtual Raster *prepared() = 0;
+  // What was drawn on; null when nothing was.
+  virtual const Raster *drawn() const = 0;
+  // Pixels of the raster to one of the port's.
+  virtual qreal scale() const { return 1; }
+  // Called after each drawing with the part of the raster that it may have changed.
+  virtual void touched(const QRect &) {}
+
+ private:
+  void blendGlyphs(Raster &raster, InkTable &inks, long long x, long long y, std::string_view text);
+};
+
+// A white surface off screen.
+class ImagePort final : public RasterPort {
+ public:
+  // Null when it cannot be had.
+  static std::unique_ptr<ImagePort> make(int width, int height);
+
+ protected:
+  Raster *prepared() override { return raster_.get(); }
+  const Raster *drawn() const override { return raster_.get(); }
+
+ private:
+  explicit ImagePort(std::unique_ptr<Raster> raster) : raster_(std::move(raster)) {}
+
+  const std::unique_ptr<Raster> raster_;
+};
+
+}  // namespace korvel::platform::qt
+
+#endif

@@ -1,0 +1,234 @@
+#include "platform/qt/screenfont.h"
+
+#include <QFontDatabase>
+#include <QFontMetricsF>
+#include <QHash>
+#include <QTextLayout>
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <unordered_map>
+
+#include "platform/screentext.h"
+
+namespace korvel::platform::qt {
+namespace {
+
+// Families of the same measures, the first of a line being the usual names of it, separated by
+// "|"; after fontconfig's rules for metric-compatible families (30-metric-aliases.conf).
+struct Equals {
+  QLatin1String names;
+  QLatin1String answers;  // the best on the screen first
+};
+
+constexpr Equals kEquals[] = {
+    {QLatin1String("Arial|Helvetica"),
+     QLatin1String("Liberation Sans|Arimo|Arial|Helvetica|Nimbus Sans|TeX Gyre Heros|Albany AMT")},
+    {QLatin1String("Arial Narrow|Helvetica Narrow"),
+     QLatin1String("Liberation Sans Narrow|Arial Narrow|Nimbus Sans Narrow|TeX Gyre Heros Cn")},
+    {QLatin1String("Times New Roman|Times"),
+     QLatin1String("Liberation Serif|Tinos|Times New Roman|Times|Nimbus Roman|TeX Gyre Termes|"
+                   "Thorndale AMT")},
+    {QLatin1String("Courier New|Courier"),
+     QLatin1String("Liberation Mono|Cousine|Courier New|Courier|Nimbus Mono PS|TeX Gyre Cursor|"
+                   "Cumberland AMT")},
+    {QLatin1String("Palatino"), QLatin1String("P052|TeX Gyre Pagella")},
+    {QLatin1String("Bookman"), QLatin1String("URW Bookman|TeX Gyre Bonum")},
+    {QLatin1String("New Century Schoolbook"), QLatin1String("C059|TeX Gyre Schola")},
+    {QLatin1String("Avant Garde"), QLatin1String("URW Gothic|TeX Gyre Adventor")},
+    {QLatin1String("Zapf Chancery"), QLatin1String("Z003|TeX Gyre Chorus")},
+    {QLatin1String("Zapf Dingbats"), QLatin1String("D050000L")},
+    {QLatin1String("Symbol"), QLatin1String("Standard Symbols PS")},
+    {QLatin1String("Calibri"), QLatin1String("Carlito")},
+    {QLatin1String("Cambria"), QLatin1String("Caladea")},
+    {QLatin1String("Georgia"), QLatin1String("Gelasio")},
+};
+
+bool contains(QLatin1String names, const QString &name) {
+  for (const QLatin1String each : names.tokenize(u'|'))
+    if (name.compare(each, Qt::CaseInsensitive) == 0) return true;
+  return false;
+}
+
+constexpr int kCondensed = 75;  // percent of the usual width
+constexpr int kExtended = 125;
+
+QFont qtFont(const QString &family, unsigned face, int size) {
+  QFont font =
+      family.isNull() ? QFontDatabase::systemFont(QFontDatabase::GeneralFont) : QFont(family);
+  font.setPixelSize(size);
+  font.setBold((face & kBold) != 0);
+  font.setItalic((face & kItalic) != 0);
+  if ((face & kCondense) != 0) font.setStretch(kCondensed);
+  if ((face & kExtend) != 0) font.setStretch(kExtended);
+  font.setKerning(false);
+  font.setHintingPreference(QFont::PreferFullHinting);
+  font.setStyleStrategy(
+      static_cast<QFont::StyleStrategy>(QFont::PreferAntialias | QFont::NoSubpixelAntialias));
+  return font;
+}
+
+int wholePixels(qreal length) { return std::max(0, static_cast<int>(std::ceil(length))); }
+
+bool isControl(char16_t character) {
+  return character < 0x20 || (character >= 0x7F && character < 0xA0);
+}
+
+// The glyph of a character that the font lacks, as the system's other fonts have it.
+struct Borrowed {
+  QRawFont face;
+  quint32 index = 0;
+};
+
+Borrowed borrowed(char16_t character, const QFont &font) {
+  QTextLayout layout(QString(QChar(character)), font);
+  layout.beginLayout();
+  layout.createLine();
+  layout.endLayout();
+  for (const QGlyphRun &run : layout.glyphRuns())
+    if (!run.glyphIndexes().isEmpty()) return {run.rawFont(), run.glyphIndexes().constFirst()};
+  return {};
+}
+
+// Beyond it a painter's coordinates no longer hold.
+constexpr long long kFarthest = 32767;
+
+bool isNear(long long place, long long extent) {
+  return place >= -kFarthest - extent && place <= kFarthest;
+}
+
+// Larger glyphs are drawn as outlines.
+constexpr int kLargestInk = 64;
+
+}  // namespace
+
+std::optional<QString> familyAnswering(const QString &name) {
+  if (name.isEmpty()) return std::nullopt;
+  if (QFontDatabase::hasFamily(name)) return name;
+  for (const Equals &equals : kEquals) {
+    if (!contains(equals.names, name)) continue;
+    for (const QLatin1String answer : equals.answers.tokenize(u'|'))
+      if (QFontDatabase::hasFamily(answer)) return answer;
+  }
+  return std::nullopt;
+}
+
+ScreenFont::ScreenFont(const QFont &font, unsigned face) : isUnderlined_((face & kUnderline) != 0) {
+  faces_.push_back(QRawFont::fromFont(font));
+  const QFontMetricsF measures(font);
+  metrics_.ascent = wholePixels(measures.ascent());
+  metrics_.descent = wholePixels(measures.descent());
+  metrics_.leading = wholePixels(measures.leading());
+  underline_.top = std::max(1, qRound(faces_[0].underlinePosition()));
+  underline_.thickness = std::max(1, qRound(faces_[0].lineThickness()));
+  for (unsigned byte = 0; byte < glyphs_.size(); ++byte) {
+    const Glyph glyph = glyphOf(characterOf(static_cast<unsigned char>(byte)), font);
+    glyphs_[byte] = glyph;
+    if (!glyph.isShown) continue;
+    const QList<QPointF> advances = faces_[glyph.face].advancesForGlyphIndexes({glyph.index});
+    advances_[byte] = advances.isEmpty() ? 0 : std::max(1, qRound(advances.constFirst().x()));
+  }
+  metrics_.widest = *std::max_element(advances_.begin(), advances_.end());
+}
+
+std::uint8_t ScreenFont::indexOfFace(const QRawFont &face) {
+  const auto found = std::find(faces_.begin(), faces_.end(), face);
+  const auto index = static_cast<std::uint8_t>(found - faces_.begin());
+  if (found == faces_.end()) faces_.push_back(face);
+  return index;
+}
+
+ScreenFont::Glyph ScreenFont::glyphOf(char16_t character, const QFont &font) {
+  Glyph glyph;
+  if (isControl(character)) return glyph;
+  const QList<quint32> own = faces_[0].glyphIndexesForString(QString(QChar(character)));
+  glyph.isShown = true;
+  if (!own.isEmpty()) glyph.index = own.constFirst();
+  if (glyph.index != 0) return glyph;
+  const Borrowed other = borrowed(character, font);
+  if (other.index == 0) return glyph;
+  glyph.face = indexOfFace(other.face);
+  glyph.index = other.index;
+  return glyph;
+}
+
+int ScreenFont::width(std::string_view text) const {
+  long long sum = 0;
+  for (const char byte : text) sum += advance(byte);
+  return static_cast<int>(std::min<long long>(sum, std::numeric_limits<int>::max()));
+}
+
+ScreenFont::Scaled &ScreenFont::scaledBy(qreal scale) const {
+  for (Scaled &each : scaled_)
+    if (each.scale == scale) return each;
+  Scaled made{scale, faces_, nullptr};
+  if (scale != 1)
+    for (QRawFont &face : made.faces) face.setPixelSize(face.pixelSize() * scale);
+  return scaled_.emplace_back(std::move(made));
+}
+
+void ScreenFont::draw(QPainter &painter, long long x, long long y, std::string_view text,
+                      qreal scale) const {
+  const std::vector<QRawFont> &faces = scaledBy(scale).faces;
+  const long long extent = 4LL * kLargestInk + qRound(4 * faces[0].pixelSize());
+  if (!isNear(y, extent)) return;
+  static QGlyphRun run;
+  static std::vector<quint32> indexes;
+  static std::vector<QPointF> places;
+  indexes.clear();
+  places.clear();
+  std::uint8_t face = 0;
+  const auto drawRun = [&] {
+    if (indexes.empty()) return;
+    run.setRawFont(faces[face]);
+    run.setRawData(indexes.data(), places.data(), static_cast<int>(indexes.size()));
+    painter.drawGlyphRun(QPointF(0, static_cast<qreal>(y)), run);
+    indexes.clear();
+    places.clear();
+  };
+  long long advanced = 0;
+  for (const char byte : text) {
+    const Glyph &glyph = glyphs_[static_cast<unsigned char>(byte)];
+    const long long place = x + std::llround(static_cast<qreal>(advanced) * scale);
+    advanced += advance(byte);
+    if (!glyph.isShown || !isNear(place, extent)) continue;
+    if (glyph.face != face) drawRun();
+    face = glyph.face;
+    indexes.push_back(glyph.index);
+    places.emplace_back(static_cast<qreal>(place), 0);
+  }
+  drawRun();
+}
+
+InkTable *ScreenFont::inkAt(qreal scale) const {
+  Scaled &scaled = scaledBy(scale);
+  if (scaled.faces[0].pixelSize() > kLargestInk) return nullptr;
+  if (scaled.ink == nullptr) {
+    scaled.ink = std::make_unique<InkTable>([this, scale](unsigned char byte) {
+      const Glyph &glyph = glyphs_[byte];
+      return glyph.isShown ? inkOf(scaledBy(scale).faces[glyph.face], glyph.index) : GlyphInk();
+    });
+  }
+  return scaled.ink.get();
+}
+
+const ScreenFont &screenFont(const QString &family, unsigned face, int size) {
+  struct Key {
+    QString family;
+    unsigned face;
+    int size;
+    bool operator==(const Key &) const = default;
+  };
+  struct Hash {
+    std::size_t operator()(const Key &key) const {
+      return qHashMulti(0, key.family, key.face, key.size);
+    }
+  };
+  // Never destroyed: fonts must not outlive the toolkit's, which end at an unknown moment.
+  static auto &fonts = *new std::unordered_map<Key, std::unique_ptr<ScreenFont>, Hash>;
+  std::unique_ptr<ScreenFont> &font = fonts[{family, face, size}];
+  if (font == nullptr) font = std::make_unique<ScreenFont>(qtFont(family, face, size), face);
+  return *font;
+}
+
+}  // namespace korvel::platform::qt

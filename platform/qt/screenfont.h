@@ -1,0 +1,88 @@
+// For platform/qt/ only: fonts as ports use them, a table of the 256 characters of the screen set.
+//
+// Every character advances by whole pixels, by the same number wherever it stands: no shaping, no
+// kerning, no positions between pixels. That makes measuring a sum of table entries, which drawing
+// equals by construction.
+#ifndef KORVEL_PLATFORM_QT_SCREENFONT_H
+#define KORVEL_PLATFORM_QT_SCREENFONT_H
+
+#include <QFont>
+#include <QGlyphRun>
+#include <QPainter>
+#include <QRawFont>
+#include <QString>
+#include <array>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string_view>
+#include <vector>
+
+#include "platform/drawing.h"
+#include "platform/qt/glyphink.h"
+
+namespace korvel::platform::qt {
+
+// The installed family that answers a name: itself, else one of the same measures; nothing when
+// there is neither.
+std::optional<QString> familyAnswering(const QString &name);
+
+class ScreenFont {
+ public:
+  ScreenFont(const QFont &font, unsigned face);
+  ScreenFont(const ScreenFont &) = delete;
+  ScreenFont &operator=(const ScreenFont &) = delete;
+
+  const FontMetrics &metrics() const { return metrics_; }
+  int advance(char byte) const { return advances_[static_cast<unsigned char>(byte)]; }
+  int width(std::string_view text) const;
+
+  // The line under a text, if the face has one: how far below the baseline it begins.
+  struct Underline {
+    int top = 1;
+    int thickness = 1;
+  };
+  bool isUnderlined() const { return isUnderlined_; }
+  const Underline &underline() const { return underline_; }
+
+  // Draws with the painter's pen, the baseline from (x, y) on in the painter's own coordinates,
+  // the font and its advances `scale` times as large. Glyphs far outside are left out.
+  void draw(QPainter &painter, long long x, long long y, std::string_view text,
+            qreal scale = 1) const;
+
+  // The ink of the characters for pixels of which `scale` make one of the font's; null when they
+  // are too large to be kept as such.
+  InkTable *inkAt(qreal scale) const;
+
+ private:
+  struct Glyph {
+    quint32 index = 0;
+    std::uint8_t face = 0;  // in faces_
+    bool isShown = false;
+  };
+  struct Scaled {
+    qreal scale;
+    std::vector<QRawFont> faces;
+    std::unique_ptr<InkTable> ink;
+  };
+
+  Glyph glyphOf(char16_t character, const QFont &font);
+  std::uint8_t indexOfFace(const QRawFont &face);
+  Scaled &scaledBy(qreal scale) const;
+
+  const bool isUnderlined_;
+  FontMetrics metrics_;
+  Underline underline_;
+  std::array<int, 256> advances_{};
+  std::array<Glyph, 256> glyphs_{};
+  std::vector<QRawFont> faces_;  // the font's own, then those that lend it what it lacks
+  mutable std::vector<Scaled> scaled_;
+};
+
+// `family` as familyAnswering() gives it, or null for the system's font; `face` as in
+// platform/drawing.h; `size` in pixels. Made once and kept.
+const ScreenFont &screenFont(const QString &family, unsigned face, int size);
+
+}  // namespace korvel::platform::qt
+
+#endif

@@ -1,0 +1,33 @@
+// For platform/qt/ only: the shapes that a square pen leaves.
+#ifndef KORVEL_PLATFORM_QT_STROKES_H
+#define KORVEL_PLATFORM_QT_STROKES_H
+
+#include <QPolygonF>
+#include <QRectF>
+
+#include "platform/geometry.h"
+
+namespace korvel::platform::qt {
+
+// A line by a pen of `width` x `width` pixels that hangs to the right of and below its points.
+struct Stroke {
+  int x1;
+  int y1;
+  int x2;
+  int y2;
+  int width;
+
+  bool isStraight() const { return x1 == x2 || y1 == y2; }  // level or upright
+};
+
+// What a straight stroke covers; a side beyond the range of int ends there.
+Rect straightStroke(const Stroke &stroke);
+
+// The outline of a slanted stroke as far as it lies within `bounds`, all but `bounds` to be taken
+// `scale` times. It is as thick as the pixels that the pen goes over one after the other, and ends
+// with the pen's outer corners.
+QPolygonF slantedStroke(const Stroke &stroke, const QRectF &bounds, qreal scale = 1);
+
+}  // namespace korvel::platform::qt
+
+#endif

@@ -1,0 +1,101 @@
+#include "platform/qt/windowport.h"
+
+#include <QEvent>
+#include <QPaintEvent>
+#include <QPainter>
+#include <cmath>
+#include <unordered_map>
+
+namespace korvel::platform::qt {
+namespace {
+
+QSize devicePixels(const QSize &size, qreal scale) {
+  return {static_cast<int>(std::ceil(size.width() * scale)),
+          static_cast<int>(std::ceil(size.height() * scale))};
+}
+
+void copy(const QImage &from, Raster &to) {
+  QPainter &painter = to.painter();
+  painter.setCompositionMode(QPainter::CompositionMode_Source);
+  painter.drawImage(0, 0, from);
+  painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
+}
+
+}  // namespace
+
+WindowPort::WindowPort(QWidget *window) : window_(window), scale_(window->devicePixelRatioF()) {
+  window->installEventFilter(this);
+}
+
+// What was drawn so far is stretched to the pixels of the new screen.
+void WindowPort::adopt(qreal scale) {
+  if (scale == scale_) return;
+  if (raster_ != nullptr) {
+    const QSize size = devicePixels(raster_->size(), scale / scale_);
+    const QImage stretched =
+        raster_->image().scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    raster_ = Raster::make(size, Raster::Ground::Nothing);
+    if (raster_ != nullptr) copy(stretched, *raster_);
+  }
+  scale_ = scale;
+}
+
+bool WindowPort::grow(const QSize &size) {
+  if (raster_ != nullptr) {
+    const QSize before = raster_->size();
+    if (before.width() >= size.width() && before.height() >= size.height()) return true;
+  }
+  const QSize before = raster_ == nullptr ? QSize(0, 0) : raster_->size();
+  std::unique_ptr<Raster> larger = Raster::make(size.expandedTo(before), Raster::Ground::Nothing);
+  if (larger == nullptr) return raster_ != nullptr;
+  if (raster_ != nullptr) copy(raster_->image(), *larger);
+  raster_ = std::move(larger);
+  return true;
+}
+
+Raster *WindowPort::prepared() {
+  if (window_ == nullptr) return nullptr;
+  adopt(window_->devicePixelRatioF());
+  return grow(devicePixels(window_->size(), scale_)) ? raster_.get() : nullptr;
+}
+
+std::optional<RGBColor> WindowPort::pixel(int x, int y) const {
+  if (window_ == nullptr || !window_->rect().contains(x, y)) return std::nullopt;
+  return RasterPort::pixel(x, y);
+}
+
+void WindowPort::touched(const QRect &rect) {
+  const QRectF place(QPointF(rect.topLeft()) / scale_, QSizeF(rect.size()) / scale_);
+  window_->update(place.toAlignedRect() & window_->rect());
+}
+
+void WindowPort::show(const QRegion &region) {
+  adopt(window_->devicePixelRatioF());
+  if (raster_ == nullptr) return;
+  QPainter painter(window_);
+  for (const QRect &part : region) {
+    const QRectF pixels(QPointF(part.topLeft()) * scale_, QSizeF(part.size()) * scale_);
+    painter.drawImage(QRectF(part), raster_->image(), pixels);
+  }
+}
+
+bool WindowPort::eventFilter(QObject *object, QEvent *event) {
+  if (object != window_ || event->type() != QEvent::Paint || isInPaint_) return false;
+  isInPaint_ = true;
+  object->event(event);
+  isInPaint_ = false;
+  show(static_cast<QPaintEvent *>(event)->region());
+  return true;
+}
+
+WindowPort &portOf(QWidget *window) {
+  static auto &ports = *new std::unordered_map<const QObject *, WindowPort *>;
+  WindowPort *&port = ports[window];
+  if (port == nullptr) {
+    port = new WindowPort(window);
+    QObject::connect(window, &QObject::destroyed, [](const QObject *gone) { ports.erase(gone); });
+  }
+  return *port;
+}
+
+}  // namespace korvel::platform::qt

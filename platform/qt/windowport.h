@@ -1,0 +1,47 @@
+// For platform/qt/ only: the port of a window.
+#ifndef KORVEL_PLATFORM_QT_WINDOWPORT_H
+#define KORVEL_PLATFORM_QT_WINDOWPORT_H
+
+#include <QObject>
+#include <QPointer>
+#include <QWidget>
+#include <memory>
+
+#include "platform/qt/rasterport.h"
+
+namespace korvel::platform::qt {
+
+// Keeps what was drawn, in the pixels of the screen that the window is on, and shows it whenever
+// the window paints itself: after the window's own ground, before its children. It grows with the
+// window and never shrinks.
+class WindowPort final : public QObject, public RasterPort {
+ public:
+  explicit WindowPort(QWidget *window);
+
+  std::optional<RGBColor> pixel(int x, int y) const override;
+
+ protected:
+  bool eventFilter(QObject *object, QEvent *event) override;
+  Raster *prepared() override;
+  const Raster *drawn() const override { return raster_.get(); }
+  qreal scale() const override { return scale_; }
+  void touched(const QRect &rect) override;
+
+ private:
+  void adopt(qreal scale);
+  bool grow(const QSize &size);
+  void show(const QRegion &region);
+
+  const QPointer<QWidget> window_;
+  qreal scale_;
+  std::unique_ptr<Raster> raster_;  // from the first drawing on
+  bool isInPaint_ = false;
+};
+
+// The port of the window, made at the first call. It outlives its window as one that nothing can be
+// drawn on any more, as an application may still hold it.
+WindowPort &portOf(QWidget *window);
+
+}  // namespace korvel::platform::qt
+
+#endif

@@ -1,0 +1,66 @@
+/* message_host box [<flags> <caption> <text>]...: an application that shows one message after
+   another, and writes "result <n>" for each. Texts are CP1252, flags as in C.
+   message_host lines <lines> <caption> <text>: the same for one NoteDialog.
+   message_host dialog: a data-entry dialog whose fields ask when they are edited, and that asks
+   before it ends; "edited <answer>", "final <answer>", then "result <n> text <text>". */
+#include <korvel/korvel.h>
+#include <stdio.h>
+#include <stdlib.h>
+#include <string.h>
+
+enum { kYes = 2 };
+
+static int say(const char *what, int number) {
+  printf("%s %d\n", what, number);
+  fflush(stdout);
+  return number;
+}
+
+static void showBoxes(char **argument) {
+  for (; argument[0] && argument[1] && argument[2]; argument += 3)
+    say("result", MessageBox(0, argument[2], argument[1], (unsigned)strtoul(argument[0], 0, 0)));
+}
+
+/* Asks at an "!" in the text. */
+static int askAtEdit(int item, int t, int t0, char **texts, int tn, int b, int b0, int *bools,
+                     int bn, int in, int i0, int *ints, int intn, int n, int n0, double *nums,
+                     int nn, int d, int d0, int *dates, int dn, int *redisplay, int capacity) {
+  (void)item, (void)t, (void)t0, (void)tn, (void)b, (void)b0, (void)bools, (void)bn, (void)in;
+  (void)i0, (void)ints, (void)intn, (void)n, (void)n0, (void)nums, (void)nn, (void)d, (void)d0;
+  (void)dates, (void)dn, (void)redisplay, (void)capacity;
+  size_t length = strlen(texts[0]);
+  if (length > 0 && texts[0][length - 1] == '!')
+    say("edited", MessageBox(0, "Vraiment ?", "Saisie", 0x10));
+  return 0;
+}
+
+static int askAtEnd(WindowRef window, int t, char **texts, int tn, int b, int *bools, int bn,
+                    int i, int *ints, int in, int n, double *nums, int nn, int d, int *dates,
+                    int dn) {
+  (void)t, (void)texts, (void)tn, (void)b, (void)bools, (void)bn, (void)i, (void)ints, (void)in;
+  (void)n, (void)nums, (void)nn, (void)d, (void)dates, (void)dn;
+  return say("final", MessageBox(window, "Enregistrer la fiche ?", "Fin", 0x50)) == kYes;
+}
+
+static void showDialog(void) {
+  TailleDlgBox_set(250, 200);
+  TexteDlgBox_param(2, 100);
+  TexteDlgBox_set_geo(0, 20, 14, 80, 12, 0);
+  TexteDlgBox_set(0, "");
+  TexteDlgBox_set_geo(1, 20, 34, 80, 12, 1);
+  TexteDlgBox_set(1, "");
+  TexteDlgBox_mandatory(1, 0);
+  DlgBoxGlobal_set(askAtEdit);
+  DlgBoxFinal_set(askAtEnd);
+  printf("result %d", ZRVDlgBoxEx("Fiche", 0));
+  printf(" text %s\n", TDB_pszBuffer[0]);
+}
+
+int main(int argc, char **argv) {
+  const char *scenario = argc > 1 ? argv[1] : "";
+  if (strcmp(scenario, "box") == 0) showBoxes(argv + 2);
+  if (strcmp(scenario, "dialog") == 0) showDialog();
+  if (strcmp(scenario, "lines") == 0 && argc > 4)
+    say("result", NoteDialog(0, argv[3], argv[4], atoi(argv[2]), 0x02));
+  return 0;
+}

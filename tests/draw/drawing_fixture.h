@@ -1,0 +1,80 @@
+// For tests/draw/ only: every test starts with an image of 12-point text on a scripted desktop, and
+// leaves the globals and what outlasts a text as they are at load.
+#ifndef TESTS_DRAW_DRAWING_FIXTURE_H
+#define TESTS_DRAW_DRAWING_FIXTURE_H
+
+#include "draw/pictures.h"
+#include "tests/platform/scripted_desktop.h"
+#include "tests/platform/temporary_folder.h"
+
+#include <gtest/gtest.h>
+#include <korvel/desktop.h>
+#include <korvel/draw.h>
+
+#include <cstring>
+#include <string>
+#include <string_view>
+
+namespace korvel::test {
+
+// Brings the exported variables of the drawing functions back to their first values.
+class DrawingGlobals {
+ public:
+  DrawingGlobals() { reset(); }
+  ~DrawingGlobals() { reset(); }
+  DrawingGlobals(const DrawingGlobals &) = delete;
+  DrawingGlobals &operator=(const DrawingGlobals &) = delete;
+
+  static void reset() {
+    std::memset(ch_font_FontName, 0, sizeof ch_font_FontName);
+    std::memset(szResources, 0, sizeof szResources);
+    char_dy = 0;
+    SetPort(nullptr);
+    draw::forgetPictures();
+  }
+};
+
+// The pen at (0, 0), no run ending at x, all runs measured.
+inline void resetTextState(CGrafPtr port) {
+  constexpr std::string_view kReset = "\xFF\x82\xFF\xC9    ";
+  TextOut_Ext(port, 0, 0, 0, 0, kReset.data(), static_cast<int>(kReset.size()));
+  GetTextExtent_Ext(port, 0, 0, kReset.data(), 2, nullptr, nullptr);
+}
+
+class DrawTest : public ::testing::Test {
+ protected:
+  DrawTest() { resetTextState(port); }
+  void TearDown() override {
+    resetTextState(port);
+    KorvelPortRelease(port);
+    desk.finish();
+  }
+
+  // What was drawn on the image since the last call.
+  std::string drawn() { return desk.drawn(0).takeLines(); }
+
+  DrawingGlobals globals;
+  ScriptedDesktop desk;
+  CGrafPtr port = KorvelImagePort(200, 100);
+};
+
+// A file of resources: a picture of that size, as the scripted desktop reads it.
+class PictureFolder {
+ public:
+  PictureFolder() { stand(); }
+  void add(const std::string &file, const std::string &size) {
+    folder_.add("pictures/" + file, size);
+  }
+  // Makes it the application's folder.
+  void stand() {
+    std::memset(szResources, 0, sizeof szResources);
+    std::strncpy(szResources, folder_.path().c_str(), sizeof szResources - 1);
+  }
+
+ private:
+  TemporaryFolder folder_;
+};
+
+}  // namespace korvel::test
+
+#endif

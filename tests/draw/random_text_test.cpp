@@ -1,0 +1,145 @@
+// Random rich texts, drawn and measured beside the literal model: same operations, same results.
+// What outlasts a text goes on from each to the next in both.
+#include "tests/draw/drawing_fixture.h"
+#include "tests/draw/literal_text.h"
+#include "tests/platform/scripted_port.h"
+
+#include <memory>
+#include <random>
+#include <string>
+#include <vector>
+
+namespace korvel::test {
+namespace {
+
+constexpr int kTexts = 240000;
+
+class RandomTexts {
+ public:
+  explicit RandomTexts(unsigned seed) : engine_(seed) {}
+
+  int number(int low, int high) { return std::uniform_int_distribution<int>(low, high)(engine_); }
+
+  std::string text() {
+    const int kind = number(0, 99);
+    if (kind == 0) return longRun();
+    std::string result;
+    for (int pieces = number(0, 8); pieces > 0; --pieces) result += piece(kind < 20);
+    // Often cut somewhere inside an escape.
+    if (number(0, 2) == 0) result.resize(static_cast<std::size_t>(number(0, size(result))));
+    return result;
+  }
+
+ private:
+  static int size(const std::string &text) { return static_cast<int>(text.size()); }
+  char anyByte() { return static_cast<char>(number(0, 255)); }
+
+  std::string piece(bool isNoise) {
+    if (isNoise) return bytes(number(0, 6));
+    if (number(0, 2) == 0) return bytes(number(1, 9));
+    static constexpr unsigned char kCodes[] = {128, 129, 130, 131, 133, 134, 138, 148, 149, 161,
+                                               168, 200, 201, 202, 203, 211, 212, 213, 214, 255};
+    const int choice = number(0, 24);
+    const char code = choice < 20 ? static_cast<char>(kCodes[choice]) : anyByte();
+    std::string escape{'\xFF', code};
+    for (int n = number(0, 4); n > 0; --n) escape += argument();
+    return escape;
+  }
+  // Mostly small numbers, and every byte now and then.
+  char argument() { return number(0, 3) == 0 ? anyByte() : static_cast<char>(number(30, 60)); }
+  std::string bytes(int length) {
+    std::string result;
+    while (length-- > 0) result += anyByte();
+    return result;
+  }
+  // Around the longest run that is drawn.
+  std::string longRun() {
+    return std::string(static_cast<std::size_t>(number(250, 260)), 'i') + piece(false);
+  }
+
+  std::mt19937 engine_;
+};
+
+std::string described(int n, const std::string &text) {
+  std::string hex = "text " + std::to_string(n) + ':';
+  constexpr const char *kDigits = "0123456789abcdef";
+  for (const char each : text) {
+    const auto byte = static_cast<unsigned char>(each);
+    hex += {' ', kDigits[byte / 16], kDigits[byte % 16]};
+  }
+  return hex;
+}
+
+class RandomText : public DrawTest {
+ protected:
+  RandomText() {
+    // Some pictures are missing.
+    for (const char *name : {"repferb", "puceb", "repouvl"}) {
+      folder_.add(std::string(name) + ".svg", "16x16");
+    }
+    model_.setFont("Arial", 0);
+  }
+
+  void chooseFont(RandomTexts &random) {
+    static constexpr int kSizes[] = {12, 16, 18, 23, 37};
+    const int size = kSizes[random.number(0, 4)];
+    ch_font_set(port, "Arial", 9, 255, size);
+    model_.setFontSize(size);
+    model_.setForeground({0xFFFF, 0, 0});
+    char_dy = random.number(-3, 40);
+  }
+
+  // False when the two differ.
+  bool drawsAlike(RandomTexts &random, const std::string &text) {
+    const int x = random.number(-300, 300);
+    const int y = random.number(-50, 50);
+    const int x0 = random.number(-1000, 1000);
+    const int y0 = random.number(-1000, 1000);
+    const int advance = TextOut_Ext(port, x, y, x0, y0, text.data(), static_cast<int>(text.size()));
+    EXPECT_EQ(advance, literal_.draw(char_dy, x, y, x0, y0, text));
+    EXPECT_EQ(desk.drawn(0).operations, record_->operations);
+    const bool areAlike = !HasFailure();
+    drawn_ += record_->operations.size();
+    desk.drawn(0).operations.clear();
+    record_->operations.clear();
+    return areAlike;
+  }
+  bool measuresAlike(RandomTexts &random, const std::string &text) {
+    const int x = random.number(-300, 300);
+    int cx = -1;
+    int cy = -1;
+    const int result =
+        GetTextExtent_Ext(port, x, 0, text.data(), static_cast<int>(text.size()), &cx, &cy);
+    const LiteralText::Extent expected = literal_.measure(x, text);
+    EXPECT_EQ(result, expected.result);
+    EXPECT_EQ(cx, expected.cx);
+    EXPECT_EQ(cy, expected.cy);
+    EXPECT_TRUE(desk.drawn(0).operations.empty());
+    desk.drawn(0).measured.clear();
+    record_->measured.clear();
+    return !HasFailure();
+  }
+
+  std::size_t drawn_ = 0;
+
+ private:
+  PictureFolder folder_;
+  std::shared_ptr<PortRecord> record_ = std::make_shared<PortRecord>();
+  ScriptedPort model_{record_, std::make_shared<FontNames>(FontNames{"Arial"}),
+                      ScriptedPort::Surface::Image, 100, 100};
+  LiteralText literal_{model_, [](const std::string &name) { return draw::findPicture(name); }};
+};
+
+TEST_F(RandomText, IsDrawnAndMeasuredAsTheModelDoes) {
+  RandomTexts random(20260711);
+  for (int n = 0; n < kTexts; ++n) {
+    if (n % 50 == 0) chooseFont(random);
+    const std::string text = random.text();
+    const bool areAlike = drawsAlike(random, text) && measuresAlike(random, text);
+    ASSERT_TRUE(areAlike) << described(n, text);
+  }
+  EXPECT_GT(drawn_, std::size_t{kTexts}) << "the texts hold too little";
+}
+
+}  // namespace
+}  // namespace korvel::test

@@ -1,0 +1,82 @@
+// Where things stand in a message box.
+#include "messages/layout.h"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+
+namespace korvel::messages {
+namespace {
+
+constexpr int kInt = std::numeric_limits<int>::max();
+
+TEST(Layout, AnyTextOf51CharactersWidensTheBox) {
+  EXPECT_EQ(boxWidth(0, 0), 400);
+  EXPECT_EQ(boxWidth(50, 50), 400);
+  EXPECT_EQ(boxWidth(51, 0), 540);
+  EXPECT_EQ(boxWidth(0, 51), 540);
+  EXPECT_EQ(boxWidth(255, 4095), 540);
+}
+
+TEST(Layout, HeightFollowsTheLines) {
+  constexpr struct {
+    Kind kind;
+    int lines, most, height;
+  } kCases[] = {
+      {Kind::Question, 2, 1000, 90},
+      {Kind::Note, 2, 1000, 90},
+      {Kind::Question, 3, 1000, 110},
+      {Kind::Note, 3, 1000, 104},
+      {Kind::Question, 1, 1000, 70},
+      {Kind::Note, 1, 1000, 76},
+      // Fewer lines than one count as one.
+      {Kind::Question, 0, 1000, 70},
+      {Kind::Note, 0, 1000, 76},
+      {Kind::Question, -kInt - 1, 1000, 70},
+      {Kind::Note, -kInt - 1, 1000, 76},
+      // No higher than the screen, and never without a place for the button.
+      {Kind::Question, 47, 990, 990},
+      {Kind::Question, 48, 990, 990},
+      {Kind::Note, 4096, 990, 990},
+      {Kind::Question, kInt, 990, 990},
+      {Kind::Note, kInt, 990, 990},
+      {Kind::Question, 10, 0, 70},
+      {Kind::Note, 10, -5, 76},
+  };
+  for (const auto &row : kCases)
+    EXPECT_EQ(boxHeight(row.kind, row.lines, row.most), row.height)
+        << row.lines << " lines of " << row.most;
+}
+
+TEST(Layout, IsCentredOnTheOwnerWithNoNegativeCorner) {
+  EXPECT_EQ(centredOn({100, 200, 900, 800}, 400, 90), (Rect{300, 455, 700, 545}));
+  EXPECT_EQ(centredOn({101, 200, 900, 801}, 400, 90), (Rect{300, 455, 700, 545}));
+  EXPECT_EQ(centredOn({0, 0, 100, 50}, 400, 90), (Rect{0, 0, 400, 90}));
+  EXPECT_EQ(centredOn({-800, 300, -100, 400}, 400, 90), (Rect{0, 305, 400, 395}));
+  EXPECT_EQ(centredOn({0, 0, kInt, kInt}, 400, 90).left, (kInt - 400) / 2);
+}
+
+TEST(Layout, ButtonsStandAtTheFoot) {
+  EXPECT_EQ(questionButtons(400, 90).yes, (Rect{200, 58, 280, 78}));
+  EXPECT_EQ(questionButtons(400, 90).no, (Rect{300, 58, 380, 78}));
+  EXPECT_EQ(questionButtons(540, 110).yes, (Rect{340, 78, 420, 98}));
+  EXPECT_EQ(questionButtons(540, 110).no, (Rect{440, 78, 520, 98}));
+  EXPECT_EQ(noteButton(400, 90), (Rect{300, 58, 380, 78}));
+  EXPECT_EQ(noteButton(540, 104), (Rect{440, 72, 520, 92}));
+}
+
+TEST(Layout, ThePaneHoldsTheToldLinesAboveTheButtons) {
+  constexpr int kDescent = 4;
+  for (const Kind kind : {Kind::Question, Kind::Note}) {
+    for (int lines = 1; lines < 40; ++lines) {
+      const int height = boxHeight(kind, lines, 10000);
+      const Rect pane = textPane(400, height);
+      EXPECT_EQ(pane.left, 80);
+      EXPECT_LE(kFirstBaseline + (lines - 1) * kLinePitch + kDescent, pane.bottom) << lines;
+      EXPECT_LT(pane.bottom, noteButton(400, height).top);
+    }
+  }
+}
+
+}  // namespace
+}  // namespace korvel::messages

@@ -1,0 +1,39 @@
+// Draws into an image where there is no screen, and finds then that no dialog can be shown, even
+// when a screen comes up later. Succeeds when all of that is so; the line on standard error is the
+// first one that a dialog gives.
+#include <stdio.h>
+#include <stdlib.h>
+
+#include "platform/desktop.h"
+#include "platform/loader.h"
+
+namespace {
+
+using namespace korvel::platform;
+
+bool isInkedBy(Port &image) {
+  image.setFont("Arial", 0);
+  const int width = image.drawText(5, 20, "Bonjour");
+  image.fillRect({90, 30, 95, 35});
+  const auto inside = image.pixel(92, 32);
+  const auto outside = image.pixel(80, 32);
+  return width > 20 && width == image.textWidth("Bonjour") && inside && inside->red == 0 &&
+         outside && outside->red == 0xFFFF;
+}
+
+}  // namespace
+
+int main() {
+  Desktop *drawing = desktop();
+  if (drawing == nullptr) return 2;
+  const auto image = drawing->newImage(100, 40);
+  if (image == nullptr || !isInkedBy(*image)) return 3;
+  if (desktopWithScreen() != nullptr) return 4;
+  if (drawing->newDialog({0, 0, 100, 100}, nullptr, "Fiche") != nullptr) return 5;
+  if (drawing->frontWindow() != nullptr || drawing->windowPort(nullptr) != nullptr) return 6;
+
+  setenv("QT_QPA_PLATFORM", "offscreen", 1);  // which would be one
+  if (freopen("/dev/null", "w", stderr) == nullptr) return 7;
+  if (desktopWithScreen() != nullptr) return 8;
+  return isInkedBy(*image) && drawing->newImage(10, 10) != nullptr ? 0 : 9;
+}
