@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 #include <korvel/codecs.h>
 #include <korvel/dialogs.h>
+#include <korvel/messages.h>
 
 #include <climits>
 #include <cstring>
@@ -229,6 +230,30 @@ TEST_P(BuiltRun, FullFamiliesAreSurvived) {
   EXPECT_EQ(BDB_bFlags[63], 1);
   EXPECT_EQ(IDB_iInts[30], 31);
   EXPECT_EQ(Callbacks::identifiers(), "1019 1019 1019 1019 1019 2063 3009 4030 ");
+}
+
+// ---- Message boxes out of callbacks ----
+
+TEST_P(DialogRun, AFinalCallbackMayRefuseInAMessageBox) {
+  Callbacks::onFinal = [&](const FinalCall &call) {
+    if (std::strcmp(call.texts[0], "bon") == 0) return 1;
+    EXPECT_EQ(DlgBoxFinal_MessageBox(call.window, "Pas ce texte", "Refus", 0x10), 3);
+    EXPECT_EQ(desk.message(), "Pas ce texte");
+    return 0;
+  };
+  expectDialog().press(kOk).replace(3, "bon").press(kOk);
+  desk.expectDialog("Refus").press(2);
+  EXPECT_EQ(run(), 1);
+  EXPECT_STREQ(DlgBoxFinal_Erreur(), "Pas ce texte");
+  EXPECT_EQ(Callbacks::finalCalls.size(), 2U);
+}
+
+TEST_P(DialogRun, AnActionMayShowAMessageBox) {
+  PushDlgBox_set_fvalid(0, Callbacks::action);
+  Callbacks::onAction = [] { EXPECT_EQ(MessageBox(nullptr, "Lu", "Note", 0), 1); };
+  expectDialog().press(12).press(kOk);
+  desk.expectDialog("Note").press(1);
+  EXPECT_EQ(run(), 1);
 }
 
 // ---- One at a time ----
