@@ -168,9 +168,9 @@ TEST(Template, ThreeInARow) {
   TemplateHost host("three");
   for (int n = 1; n <= 3; ++n) {
     host.comesUp();
-    write("n" + std::to_string(n));
+    write(std::string("n").append(std::to_string(n)));
     press(n == 2 ? "Escape" : "Return");
-    EXPECT_TRUE(host.says("end " + std::to_string(n)));
+    EXPECT_TRUE(host.says(std::string("end ").append(std::to_string(n))));
   }
   EXPECT_TRUE(host.endedWith({"text 0 n1", "text 0 n2", "text 0 n3"}));
   EXPECT_EQ(host.count("result 1"), 2);
