@@ -5,6 +5,8 @@
 #include "dialogs/numbering.h"
 #include "dialogs/stored_text.h"
 
+#include <korvel/messages.h>
+
 namespace {
 
 // The two _nul functions take no arguments: they are put into the slots under a type that is not
@@ -86,6 +88,12 @@ char *DlgBoxFinal_Erreur_set(const char *text) {
 }
 
 char *DlgBoxFinal_Erreur() { return DlgBoxFinal_szErr; }
+
+int DlgBoxFinal_MessageBox(WindowRef owner, const char *text, const char *caption, int flags) {
+  DlgBoxFinal_Erreur_set(text);
+  if (owner == nullptr) return 0;
+  return MessageBox(owner, text, caption, static_cast<unsigned>(flags));
+}
 
 int TexteDlgBox_global(int i) { return callFor(kTexts, i, DlgBoxGlobal_fonct); }
 int BoolDlgBox_global(int i) { return callFor(kBools, i, DlgBoxGlobal_fonct); }

@@ -220,5 +220,39 @@ TEST_F(CallbackSlots, AfterAnEndGlobalIsCalledOnlyIfSetAgain) {
   EXPECT_EQ(Callbacks::identifiers(), "10 ");
 }
 
+TEST_F(CallbackSlots, AMessageWithoutAnOwnerIsOnlyRecorded) {
+  ScriptedDesktop desk;
+  EXPECT_EQ(DlgBoxFinal_MessageBox(nullptr, "refus\xE9", "Titre", 0x10), 0);
+  EXPECT_STREQ(DlgBoxFinal_Erreur(), "refus\xE9");
+  EXPECT_EQ(DlgBoxFinal_MessageBox(nullptr, nullptr, nullptr, 0), 0);
+  EXPECT_STREQ(DlgBoxFinal_Erreur(), "refus\xE9");
+  EXPECT_EQ(desk.dialogsShown(), 0);
+  desk.finish();
+}
+
+TEST_F(CallbackSlots, AMessageIsRecordedCutAndShownWhole) {
+  ScriptedDesktop desk;
+  const std::string text(300, 'm');
+  desk.expectDialog("Titre")
+      .check([&] {
+        EXPECT_NE(desk.message().find(text), std::string::npos);
+        EXPECT_EQ(DlgBoxFinal_Erreur(), text.substr(0, 255));
+      })
+      .press(1);
+  EXPECT_EQ(DlgBoxFinal_MessageBox(desk.addWindow({0, 0, 9, 9}), text.c_str(), "Titre", 0), 1);
+  EXPECT_EQ(DlgBoxFinal_Erreur(), text.substr(0, 255));
+  desk.finish();
+}
+
+TEST_F(CallbackSlots, AMessageMayBeTheLastOneItself) {
+  ScriptedDesktop desk;
+  DlgBoxFinal_Erreur_set("dit deux fois");
+  desk.expectDialog("Titre").check([&] { EXPECT_EQ(desk.message(), "dit deux fois"); }).press(1);
+  EXPECT_EQ(DlgBoxFinal_MessageBox(desk.addWindow({0, 0, 9, 9}), DlgBoxFinal_Erreur(), "Titre", 0),
+            1);
+  EXPECT_STREQ(DlgBoxFinal_Erreur(), "dit deux fois");
+  desk.finish();
+}
+
 }  // namespace
 }  // namespace korvel::test

@@ -45,7 +45,8 @@ struct Text {
   Kind kind;
   std::size_t longest, room;
   std::string value;
-  std::vector<std::string> choices;
+  std::vector<std::string> choices;  // on the screen
+  std::vector<std::string> listed;   // in the list string
   int item = 0;
 };
 struct Check {
@@ -74,9 +75,17 @@ struct Date {
 constexpr int kTextId = 1000, kCheckId = 1100, kIntegerId = 1200, kNumberId = 1300, kDateId = 1400,
               kPushId = 1500;
 
-// What the global callback did besides being called.
+// A function that the callback called to change field i.
+struct Change {
+  enum What { TextSet, ChoicesRebuilt, NumberSet } what;
+  int i;
+  std::string text;
+};
+
+// What the global callback did besides being called: to the tables, then by functions.
 struct Reaction {
   int item = 0;
+  std::vector<Change> changes;
   std::vector<int> redisplay;
   std::map<int, std::string> texts;
   std::map<int, int> checks, integers, dates;
@@ -319,7 +328,43 @@ struct Model {
       numbers[static_cast<std::size_t>(i)].value = value;
     }
     for (const auto &[i, value] : reaction.dates) dates[static_cast<std::size_t>(i)].value = value;
+    for (const Change &change : reaction.changes) apply(change);
     for (const int identifier : reaction.redisplay) redisplay(identifier);
+  }
+
+  void apply(const Change &change) {
+    const auto i = static_cast<std::size_t>(change.i);
+    if (change.what == Change::TextSet) setText(texts[i], change.text);
+    if (change.what == Change::ChoicesRebuilt) rebuild(texts[i]);
+    if (change.what == Change::NumberSet) setNumber(numbers[i], change.text);
+  }
+
+  void setText(Text &text, const std::string &given) {
+    text.value = given.substr(0, text.room - 1);
+    if (text.kind == Kind::Edit) {
+      shown[text.item] = text.isMasked ? stars(text.value.size()) : text.value;
+    }
+    if (text.kind == Kind::PopUp) {
+      // Numbered by the list string; what the pop-up has no entry for is not chosen.
+      for (std::size_t k = 0; k < text.listed.size(); ++k) {
+        if (text.listed[k] == given && k < text.choices.size()) {
+          chosen[text.item] = static_cast<int>(k) + 1;
+        }
+      }
+    }
+    if (!mayStand(text, given) || given.size() >= text.room) text.ok = false;
+  }
+
+  void rebuild(Text &text) {
+    if (text.kind == Kind::Edit) return;
+    text.choices = text.listed;
+    if (text.kind == Kind::PopUp) chosen[text.item] = 0;
+  }
+
+  void setNumber(Number &field, const std::string &given) {
+    shown[field.item] = given;
+    field.ok =
+        (!field.isMandatory || !given.empty()) && accepts(field.validator, given, field.value);
   }
 
   template <typename Fields>
@@ -429,6 +474,7 @@ class RandomRun : public DialogTest, public ::testing::WithParamInterface<int> {
   void writeStep(DialogScript &script);
   void writeEdit(DialogScript &script, int item);
   int reactTo(const GlobalCall &call);
+  void change(Reaction &reaction);
   // The model's side of a step: what the user did, then what the callbacks did meanwhile.
   void follow(const std::function<void()> &step);
 
@@ -450,7 +496,7 @@ void RandomRun::describeTexts() {
     text.room = isSmall ? 1638 : 409;
     text.longest = random.oneIn(2) ? 5 : text.room - 1;
     text.ok = true;
-    text.choices = kChoices;
+    text.choices = text.listed = kChoices;
     TexteDlgBox_password(i, text.isMasked);
     TexteDlgBox_mandatory(i, text.isMandatory);
     if (text.kind != Kind::Edit) {
@@ -606,6 +652,24 @@ void RandomRun::expectSame() {
   ASSERT_EQ(desk.isEnabled(kOk), model.everythingIsValid());
 }
 
+void RandomRun::change(Reaction &reaction) {
+  const std::string text = random.oneIn(2) ? kChoices[static_cast<std::size_t>(random.below(6))]
+                                           : random.text(random.oneIn(20) ? 3000 : 6);
+  switch (random.below(3)) {
+    case 0:
+      reaction.changes.push_back({Change::TextSet, random.below(textCount()), text});
+      EXPECT_EQ(ZRVDlgBox_texte_set(reaction.changes.back().i, text.c_str()), 0);
+      return;
+    case 1:
+      reaction.changes.push_back({Change::ChoicesRebuilt, random.below(textCount()), ""});
+      EXPECT_EQ(ZRVDlgBox_texte_set_liste(reaction.changes.back().i), 0);
+      return;
+    default:
+      reaction.changes.push_back({Change::NumberSet, random.below(numberCount()), text});
+      EXPECT_EQ(ZRVDlgBox_num_set(reaction.changes.back().i, text.c_str()), 0);
+  }
+}
+
 // The callback changes a value now and then, and asks for fields to be shown or cleared.
 int RandomRun::reactTo(const GlobalCall &call) {
   Reaction reaction;
@@ -632,6 +696,7 @@ int RandomRun::reactTo(const GlobalCall &call) {
     const int i = pick(3);
     call.bools[i] = reaction.checks[i] = pick(2);
   }
+  for (int n = random.oneIn(2) ? pick(4) : 0; n > 0; --n) change(reaction);
   if (random.oneIn(2)) {
     constexpr int kBases[] = {kTextId, kCheckId, kIntegerId, kNumberId, kDateId, kPushId};
     for (int n = pick(6); n > 0; --n) {
