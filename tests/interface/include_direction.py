@@ -17,7 +17,7 @@ ALLOWED = {
     'profile': ['strings', 'codecs', 'files'],
     'tables': FOUNDATIONS + ['files'],
     'platform': [],
-    'dialogs': FOUNDATIONS + ['platform'],
+    'dialogs': FOUNDATIONS + ['tables', 'platform'],
 }
 # The public headers that each folder may use: those of the folders below it and its own.
 SHARED_HEADERS = ['types', 'desktop']
