@@ -13,6 +13,7 @@ namespace korvel::platform::qt {
 
 class PopUpItem final : public QComboBox, public Item {
  public:
+  PopUpItem(QWidget *parent, HitSink &sink, int number);
   PopUpItem(QWidget *window, HitSink &sink, int number, const Appearance &appearance,
             const Rect &rect);
 
@@ -20,6 +21,7 @@ class PopUpItem final : public QComboBox, public Item {
   int value() const override { return currentIndex() + 1; }
   void setValue(int value) override;
   void setEntries(const std::vector<std::string> &entries) override;
+  int entryCount() const override { return count(); }
   std::string entry(int index) const override;
 
  protected:

@@ -34,13 +34,17 @@ QClipboard::Mode clipboardOf(const QKeyEvent &event) {
 
 }  // namespace
 
+TextItem::TextItem(QWidget *parent, HitSink &sink, int number)
+    : QLineEdit(parent), Item(sink, number, ItemKind::EditText) {
+  connect(this, &QLineEdit::textEdited, this, [this] { textChangedByUser(); });
+}
+
 TextItem::TextItem(QWidget *window, HitSink &sink, int number, const Appearance &appearance,
                    const Rect &rect)
-    : QLineEdit(window), Item(sink, number, ItemKind::EditText) {
+    : TextItem(window, sink, number) {
   setGeometry(appearance.editText(rect));
   setTextMargins(appearance.textMargins);
   if (appearance.hasSeveralLines(rect)) setAlignment(Qt::AlignLeft | Qt::AlignTop);
-  connect(this, &QLineEdit::textEdited, this, [this] { textChangedByUser(); });
 }
 
 std::string TextItem::text() const { return fromQt(QLineEdit::text()); }
