@@ -83,7 +83,13 @@ TEST_F(Practitioners, TheDialogIsLaidOut) {
   write({"ABC,Dr Abc"});
   expectDialog().press(kCancel);
   select();
-  EXPECT_EQ(desk.layout(), "");
+  EXPECT_EQ(desk.layout(),
+            "dialog (440,381)-(840,643) in front of everything \"Sélection de praticien en base\"\n"
+            "1 push button (110,228)-(190,248) \"OK\" default\n"
+            "2 push button (210,228)-(290,248) \"Annuler\"\n"
+            "3 edit text (20,31)-(80,46)\n"
+            "4 list box (112,17)-(352,204)\n"
+            "static text (20,14)-(88,29) \"Initiales :\"\n");
 }
 
 TEST_F(Practitioners, EntriesAreShownSortedByTheirBytes) {
