@@ -5,24 +5,22 @@
 #include <QApplication>
 #include <QComboBox>
 #include <QDialog>
-#include <QKeyEvent>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPushButton>
-#include <QTimer>
-#include <QWindow>
-#include <chrono>
-#include <cstdio>
-#include <cstdlib>
-#include <functional>
 #include <string>
 
-#include "bench/support/ratios.h"
+#include "bench/dialogs/screen.h"
 
 namespace {
 
 using benchmark::State;
 using korvel::bench::goal;
+using korvel::bench::measureFirstFrame;
+using korvel::bench::named;
+using korvel::bench::OnFirstFrame;
+using korvel::bench::PaintWatch;
+using korvel::bench::pressKey;
 
 // ---- The dialog, in dialog units ----
 
@@ -160,65 +158,6 @@ void runToolkitDialog(int edits) {
 
 using RunDialog = void (*)(int edits);
 
-void pressKey(Qt::Key key, const QString &text = {}) {
-  QWindow *window = QApplication::activeModalWidget()->windowHandle();
-  QKeyEvent press(QEvent::KeyPress, key, Qt::NoModifier, text);
-  QCoreApplication::sendEvent(window, &press);
-}
-
-// Calls a function when the next dialog has been painted for the first time.
-class OnFirstFrame final : public QObject {
- public:
-  explicit OnFirstFrame(std::function<void()> then) : then_(std::move(then)) {
-    qApp->installEventFilter(this);
-  }
-
- private:
-  // The window paints itself while it handles the exposure, and what that leads to follows at once.
-  bool eventFilter(QObject *object, QEvent *event) override {
-    if (event->type() != QEvent::Expose || !qobject_cast<QWindow *>(object)->isExposed())
-      return false;
-    qApp->removeEventFilter(this);
-    QTimer::singleShot(0, this, then_);
-    return false;
-  }
-
-  const std::function<void()> then_;
-};
-
-// Sees to it that a keystroke is measured to its end.
-class PaintWatch final : public QObject {
- public:
-  explicit PaintWatch(QWidget *widget) { widget->installEventFilter(this); }
-
-  void await() {
-    while (!isPainted_) QCoreApplication::processEvents();
-    isPainted_ = false;
-  }
-
- private:
-  bool eventFilter(QObject *, QEvent *event) override {
-    if (event->type() == QEvent::Paint) isPainted_ = true;
-    return false;
-  }
-
-  bool isPainted_ = false;
-};
-
-void firstFrame(State &state, RunDialog run) {
-  using Clock = std::chrono::steady_clock;
-  for (auto _ : state) {
-    const Clock::time_point start = Clock::now();
-    std::chrono::duration<double> elapsed{};
-    const OnFirstFrame shown([&] {
-      elapsed = Clock::now() - start;
-      pressKey(Qt::Key_Escape);
-    });
-    run(kManyEdits);
-    state.SetIterationTime(elapsed.count());
-  }
-}
-
 // A character typed and taken back in turns.
 void typeKeys(State &state) {
   PaintWatch painted(QApplication::focusWidget());
@@ -250,13 +189,11 @@ const char *const kKeyWorkload = "one keystroke to painted field";
     goal(kKeyWorkload, "with 10 edits", 1.05),
 };
 
-std::string named(const char *workload, const char *who) {
-  return std::string(workload) + "/" + who;
-}
-
 void registerWorkloads() {
   const auto frame = [](const char *who, RunDialog run) {
-    benchmark::RegisterBenchmark(named(kFrameWorkload, who).c_str(), firstFrame, run)
+    benchmark::RegisterBenchmark(
+        named(kFrameWorkload, who).c_str(),
+        [run](State &state) { measureFirstFrame(state, [run] { run(kManyEdits); }); })
         ->UseManualTime()
         ->MinTime(0.3);
   };
@@ -274,12 +211,5 @@ void registerWorkloads() {
 }  // namespace
 
 int main(int argc, char **argv) {
-  setenv("QT_QPA_PLATFORM", "offscreen", 0);
-  // The toolkit collects updates for some milliseconds before it paints, which would hide all else.
-  setenv("QT_QPA_UPDATE_IDLE_TIME", "0", 0);
-  int count = 1;
-  QApplication application(count, argv);
-  application.setQuitOnLastWindowClosed(false);
-  registerWorkloads();
-  return korvel::bench::runAndPrintRatios(argc, argv);
+  return korvel::bench::runOffScreen(argc, argv, registerWorkloads);
 }

@@ -53,10 +53,10 @@ typedef int (*PushAction_t)(WindowRef window);
    item: the identifier of the field. Then for text fields, check boxes, integers, numbers and
    dates: in-use flag, first item number, value table, count. The callback may change any table.
    redisplay: room for `capacity` identifiers of fields to bring up to date on the screen: the
-   identifier itself shows the table's value, its negative clears the field. A field's flag _bOK then
-   says whether what it shows is acceptable, so a value mended here may enable button 1. Push buttons
-   and static texts cannot be named; an identifier that matches no field is skipped. capacity: 32
-   while a dialog runs; 0, and redisplay null, when called through a _global function.
+   identifier itself shows the table's value, its negative clears the field. A field's flag _bOK
+   then says whether what it shows is acceptable, so a value mended here may enable button 1. Push
+   buttons and static texts cannot be named; an identifier that matches no field is skipped.
+   capacity: 32 while a dialog runs; 0, and redisplay null, when called through a _global function.
    Returns the number of identifiers written; a negative number means none. */
 typedef int (*DlgBoxGlobal_t)(int item, int textInUse, int textFirstItem, char **texts,
                               int textCount, int boolInUse, int boolFirstItem, int *bools,
@@ -560,6 +560,48 @@ KORVEL_API int ZRVDlgBox_valid(void);
 /* Calls the final callback with `first` as its first argument, then resets in-use flags and
    callbacks as the end of a run does. Returns the callback's result. */
 KORVEL_API int ZRVDlgBox_end(int first);
+
+/* ---- The choice of practitioners ---- */
+
+/* Most practitioners that SelectMT offers; further lines of the table are left out. */
+enum { MAX_LIGNES = 4096 };
+
+/* The entries of the call of SelectMT that runs: nbase slots of 80 bytes, each a NUL-terminated
+   code, a tab and a name, in the order of chcomp while the dialog is shown. Owned by the library;
+   null outside a call. */
+KORVEL_API extern char *liste_base;
+KORVEL_API extern int nbase;
+
+/* Points to the address of the rows that the dialog's list shows, joined by '$'; that address is
+   null outside a call. */
+KORVEL_API extern char **liste;
+
+/* The result of the last call of SelectMT. */
+KORVEL_API extern char sz_MTliste[256];
+
+/* Lets the user choose a practitioner of the table "MT.par": a list of code and name, which
+   initials narrow as they are typed (case counts; none match no entry).
+   dirTables: folder of the table, a colon path; set as by setDirTables. The first two arguments are
+   not used.
+   Returns sz_MTliste: the chosen entry with ';' for its tab; empty when the user cancelled, when
+   the table has no data line or is missing, when a dialog is up, and when the entry has more than
+   255 characters. Without memory, what it held before. */
+KORVEL_API char *SelectMT(void *a, void *b, const char *dirTables);
+
+/* Adds an entry to liste_base, unless MAX_LIGNES are there: the first field of the line (left out
+   if it has 80 characters or more), a tab, and the second one (the first again if there is no
+   second; left out where it does not fit). line: as a TableLine_t receives it. Does nothing outside
+   a call of SelectMT. */
+KORVEL_API void listeNoms(char *line);
+
+/* The global callback of the dialog: has the list show the entries that begin with the initials,
+   and clears the selection. Returns the number of identifiers in redisplay, 0 or 1. */
+KORVEL_API int DlgBoxGlobal_BAS(int item, int textInUse, int textFirstItem, char **texts,
+                                int textCount, int boolInUse, int boolFirstItem, int *bools,
+                                int boolCount, int intInUse, int intFirstItem, int *ints,
+                                int intCount, int numInUse, int numFirstItem, double *nums,
+                                int numCount, int dateInUse, int dateFirstItem, int *dates,
+                                int dateCount, int *redisplay, int capacity);
 
 #ifdef __cplusplus
 }

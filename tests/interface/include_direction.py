@@ -17,9 +17,7 @@ ALLOWED = {
     'profile': ['strings', 'codecs', 'files'],
     'tables': FOUNDATIONS + ['files'],
     'platform': [],
-    'draw': ['strings', 'platform'],
-    'messages': ['strings', 'platform', 'draw'],
-    'dialogs': FOUNDATIONS + ['platform', 'messages'],
+    'dialogs': FOUNDATIONS + ['tables', 'platform', 'messages'],
 }
 # The public headers that each folder may use: those of the folders below it and its own.
 SHARED_HEADERS = ['types', 'desktop']
