@@ -104,6 +104,15 @@ class Dialog {
   // A disabled item is greyed and cannot be hit.
   virtual void setEnabled(int item, bool enabled) = 0;
 
+  // Whether the content of a field (edit text, pop-up or list box) can be accepted as it is; that
+  // of a new item can. A field with other content is marked, quietly on the screen and in words
+  // for people who hear a dialog read out. Nothing else about it changes.
+  virtual void setAcceptable(int item, bool acceptable) = 0;
+
+  // Says that three edit-text items are the parts of one date, for people who hear their names
+  // read out.
+  virtual void setDateParts(int day, int month, int year) = 0;
+
   // Shows the window, with the focus in the first edit-text item (all of its text selected) and
   // the application's other windows blocked, and calls `handler` once per hit until it answers
   // Stop. Returns also when the desktop goes down.
@@ -163,7 +172,7 @@ class Desktop {
 // module built for another one returns null. The desktop belongs to the module and lives until the
 // process ends.
 using ModuleEntry = Desktop *(*)(int version);
-constexpr int kSeamVersion = 2;
+constexpr int kSeamVersion = 3;
 constexpr const char *kModuleEntry = "korvel_desktop";
 
 }  // namespace korvel::platform

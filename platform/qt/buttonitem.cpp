@@ -3,6 +3,7 @@
 #include <QKeyEvent>
 #include <algorithm>
 
+#include "platform/qt/fieldaccess.h"
 #include "platform/qt/text.h"
 
 namespace korvel::platform::qt {
@@ -44,6 +45,19 @@ CheckItem::CheckItem(QWidget *window, HitSink &sink, int number, const Appearanc
   setGeometry(place);
   lower();  // a title that is wider than its rectangle stays behind its neighbours
   connect(this, &QCheckBox::clicked, this, [this] { hit(); });
+  connect(this, &QCheckBox::toggled, this, [this](bool isOn) { refuseToggle(isOn); });
+}
+
+void CheckItem::setValue(int value) {
+  isSetOn_ = value != 0;
+  setChecked(isSetOn_);
+}
+
+// A screen reader toggles the box where the mouse would click on it.
+void CheckItem::refuseToggle(bool isOn) {
+  if (isOn == isSetOn_) return;
+  setChecked(isSetOn_);
+  if (mayBeUsed(*this)) hit();
 }
 
 void CheckItem::keyPressEvent(QKeyEvent *event) {

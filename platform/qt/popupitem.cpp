@@ -3,6 +3,7 @@
 #include <QStringListModel>
 #include <QWheelEvent>
 
+#include "platform/qt/fieldaccess.h"
 #include "platform/qt/text.h"
 
 namespace korvel::platform::qt {
@@ -13,6 +14,11 @@ PopUpItem::PopUpItem(QWidget *window, HitSink &sink, int number, const Appearanc
   setModel(choices_);
   setGeometry(appearance.popUp(rect));
   connect(this, &QComboBox::activated, this, [this] { hit(); });
+}
+
+void PopUpItem::paintEvent(QPaintEvent *event) {
+  QComboBox::paintEvent(event);
+  mark_.paint();
 }
 
 void PopUpItem::setValue(int value) {
@@ -28,6 +34,12 @@ void PopUpItem::setEntries(const std::vector<std::string> &entries) {
 }
 
 std::string PopUpItem::entry(int index) const { return fromQt(itemText(index)); }
+
+void PopUpItem::chooseByPerson(int index) {
+  if (index < 0 || index >= count() || !mayBeUsed(*this)) return;
+  setCurrentIndex(index);
+  hit();
+}
 
 void PopUpItem::wheelEvent(QWheelEvent *event) { event->ignore(); }
 

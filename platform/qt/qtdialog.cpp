@@ -6,15 +6,27 @@
 
 #include "platform/qt/buttonitem.h"
 #include "platform/qt/decoration.h"
+#include "platform/qt/fieldaccess.h"
+#include "platform/qt/fieldnames.h"
 #include "platform/qt/listitem.h"
 #include "platform/qt/popupitem.h"
 #include "platform/qt/text.h"
 #include "platform/qt/textitem.h"
 
 namespace korvel::platform::qt {
+namespace {
+
+// Whether the item has a content of its own that a label stands beside.
+bool isField(const Item &item) {
+  return item.kind() == ItemKind::EditText || item.kind() == ItemKind::PopUp ||
+         item.kind() == ItemKind::ListBox;
+}
+
+}  // namespace
 
 QtDialog::QtDialog(const Rect &bounds, QWidget *parent, std::string_view title)
     : appearance_(Appearance::ofDesktop()) {
+  installFieldAccess();
   window_.setFont(appearance_.font);
   window_.setContentRect(toQt(bounds));
   window_.setFrontOf(parent);
@@ -133,6 +145,27 @@ void QtDialog::setEnabled(int item, bool enabled) {
   found->widget()->setEnabled(enabled);
 }
 
+void QtDialog::setAcceptable(int item, bool acceptable) {
+  if (Item *found = find(item)) found->setAcceptable(acceptable);
+}
+
+void QtDialog::setDateParts(int day, int month, int year) { dates_.push_back({day, month, year}); }
+
+QWidget *QtDialog::fieldWidget(int item) const {
+  Item *found = find(item);
+  return found != nullptr && isField(*found) ? found->widget() : nullptr;
+}
+
+void QtDialog::giveNames() {
+  std::vector<QWidget *> fields;
+  for (Item *item : items_)
+    if (isField(*item)) fields.push_back(item->widget());
+  std::vector<DateFields> dates;
+  for (const DateItems &date : dates_)
+    dates.push_back({fieldWidget(date.day), fieldWidget(date.month), fieldWidget(date.year)});
+  nameFields(window_, fields, dates);
+}
+
 Item *QtDialog::firstEnabled(ItemKind kind) const {
   const auto found = std::find_if(items_.begin(), items_.end(), [kind](Item *item) {
     return item->kind() == kind && item->widget()->isEnabled();
@@ -180,15 +213,16 @@ void QtDialog::pressCancel() {
 }
 
 // What happens during a hit, by a way on which it could not be held, is told after it.
-void QtDialog::itemHit(int item) {
+bool QtDialog::itemHit(int item) {
   waiting_.push_back(item);
-  if (isInHit_) return;
+  if (isInHit_) return false;
   while (handler_ != nullptr && !waiting_.empty()) {
     const int next = waiting_.front();
     waiting_.pop_front();
     tell(next);
   }
   waiting_.clear();
+  return true;
 }
 
 void QtDialog::tell(int item) {
@@ -209,6 +243,7 @@ void QtDialog::runModal(HitHandler &handler) {
   if (loop_ != nullptr) return;
   const QPointer<QWidget> before = QApplication::activeWindow();
   handler_ = &handler;
+  giveNames();
   giveInitialFocus();
   window_.show();
   window_.activateWindow();

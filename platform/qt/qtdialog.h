@@ -35,10 +35,16 @@ class QtDialog final : public Dialog, private HitSink {
   std::string entry(int item, int index) const override;
   ListClick lastClick(int item) const override;
   void setEnabled(int item, bool enabled) override;
+  void setAcceptable(int item, bool acceptable) override;
+  void setDateParts(int day, int month, int year) override;
   void runModal(HitHandler &handler) override;
 
  private:
-  void itemHit(int item) override;
+  bool itemHit(int item) override;
+
+  struct DateItems {
+    int day, month, year;
+  };
 
   Item *makeItem(ItemKind kind, int number, const Rect &rect, std::string_view title);
   // Null for a number that does not exist.
@@ -46,6 +52,9 @@ class QtDialog final : public Dialog, private HitSink {
   // The first enabled item of the kind from item `first` on; null when there is none.
   Item *firstEnabled(ItemKind kind) const;
   Item *firstField() const;
+  // Null for an item that is no field.
+  QWidget *fieldWidget(int item) const;
+  void giveNames();
   void giveInitialFocus();
   void keepFocusFrom(QWidget *disabled);
   void tell(int item);
@@ -56,6 +65,7 @@ class QtDialog final : public Dialog, private HitSink {
   DialogWindow window_;
   std::vector<Item *> items_;  // item n at n - 1; they belong to the window
   int default_ = 0;
+  std::vector<DateItems> dates_;
 
   HitHandler *handler_ = nullptr;  // while running
   QEventLoop *loop_ = nullptr;
