@@ -33,7 +33,7 @@ namespace korvel::test {
 namespace {
 
 constexpr unsigned kSeed = 20261121;
-constexpr int kEvents = 6000;
+constexpr int kEvents = 5200;
 
 // ---- The dialog ----
 
@@ -195,8 +195,9 @@ struct Whole {
 };
 
 Whole wholeNumber(const std::string &text) {
+  static const std::regex kDigits("[+-]?[0-9]+");
   const std::string digits = trimmed(text);
-  if (!std::regex_match(digits, std::regex("[+-]?[0-9]+"))) return {};
+  if (!std::regex_match(digits, kDigits)) return {};
   const double value = std::strtod(digits.c_str(), nullptr);
   return {std::fabs(value) <= 2147483647.0, value};
 }
