@@ -5,6 +5,8 @@
 
 #include "dialogs/families.h"
 
+#include <string_view>
+
 namespace korvel::dialogs {
 
 class Screen;
@@ -32,6 +34,17 @@ extern const FieldType kIntType;
 extern const FieldType kNumType;
 extern const FieldType kDateType;
 extern const FieldType kPushType;
+
+// Changes that an application asks for while the dialog is up, of a field in use.
+
+// Puts a text into the table and onto the item; of a pop-up, chooses the choice that it is.
+void changeText(Screen &screen, int i, std::string_view text);
+
+// Builds the entries of a pop-up or the rows of a list anew from the list string.
+void rebuildChoices(Screen &screen, int i);
+
+// Puts a text onto the item and, when it is acceptable, its value into the table.
+void changeNumber(Screen &screen, int i, std::string_view text);
 
 }  // namespace korvel::dialogs
 

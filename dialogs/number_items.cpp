@@ -48,6 +48,13 @@ void clear(Screen &screen, int i) {
 
 }  // namespace
 
+void changeNumber(Screen &screen, int i, std::string_view text) {
+  const std::string shown(text);  // as a validator may change what it is read from
+  screen.setText(itemOf(kNums, i), shown);
+  const bool isMissing = NDB_bMand[i] != 0 && shown.empty();
+  NDB_bOK[i] = !isMissing && acceptNumber(i, shown) ? 1 : 0;
+}
+
 constexpr FieldType kNumType{&kNums, fill, handle, show, clear};
 
 }  // namespace korvel::dialogs

@@ -28,6 +28,7 @@ constexpr int kAccepted = 1;
 // The dialog that is up. An application may write DlgBox_hDlg, so the library does not rely on it.
 constinit DialogRef current = nullptr;
 constinit bool isRunning = false;
+constinit Screen *runningItems = nullptr;
 
 class Session final : public platform::HitHandler {
  public:
@@ -35,6 +36,7 @@ class Session final : public platform::HitHandler {
 
   void fill();
   int result() const { return hasEnded_ ? result_ : kCancelled; }
+  Screen &screen() { return screen_; }
 
   // The toolkit below must not be unwound: a hit that fails for want of memory, or in a callback,
   // is given up, and the next one waited for.
@@ -50,8 +52,8 @@ class Session final : public platform::HitHandler {
 
  private:
   void handle(int item);
-  void handleField(const FieldType &type, int i, int item);
-  void callGlobalFor(int item);
+  void handleField(const FieldType &type, int i);
+  void callGlobalFor(const Family &family, int i);
   void redisplay(int identifier);
   void followValidity() {
     screen_.enableOk(allValid());
@@ -88,33 +90,34 @@ void Session::handle(int item) {
   }
   for (const FieldType *type : kTypes) {
     if (const auto i = fieldOf(*type->family, identifierOf(item))) {
-      handleField(*type, *i, item);
+      handleField(*type, *i);
       return;
     }
   }
 }
 
-void Session::handleField(const FieldType &type, int i, int item) {
+void Session::handleField(const FieldType &type, int i) {
   switch (type.handle(screen_, i)) {
     case Hit::Accepted:
       end(kAccepted);
       [[fallthrough]];
     case Hit::Edited:
       followValidity();
-      if (type.family->valid[i] != 0) callGlobalFor(item);
+      if (type.family->valid[i] != 0) callGlobalFor(*type.family, i);
       return;
     case Hit::Changed:
-      callGlobalFor(item);
+      callGlobalFor(*type.family, i);
       return;
     case Hit::Refused:
       return;
   }
 }
 
-void Session::callGlobalFor(int item) {
+// Each of a date's three items tells the identifier of the date.
+void Session::callGlobalFor(const Family &family, int i) {
   int identifiers[kRedisplayCapacity] = {};
-  const int written =
-      callGlobal(DlgBoxGlobal_fonct, identifierOf(item), identifiers, kRedisplayCapacity);
+  const int written = callGlobal(DlgBoxGlobal_fonct, static_cast<int>(identifierOf(family, i)),
+                                 identifiers, kRedisplayCapacity);
   const int count = std::clamp(written, 0, kRedisplayCapacity);
   for (int n = 0; n < count; ++n) redisplay(identifiers[n]);
 }
@@ -138,8 +141,18 @@ void dispose() {
   current = nullptr;
 }
 
+// Lets the application reach the items of a session as long as it lives.
+class Reachable {
+ public:
+  explicit Reachable(Session &session) { runningItems = &session.screen(); }
+  ~Reachable() { runningItems = nullptr; }
+  Reachable(const Reachable &) = delete;
+  Reachable &operator=(const Reachable &) = delete;
+};
+
 int runToEnd(platform::Dialog &dialog) {
   Session session(dialog);
+  const Reachable reachable(session);
   session.fill();
   dialog.runModal(session);
   return session.result();
@@ -148,6 +161,8 @@ int runToEnd(platform::Dialog &dialog) {
 }  // namespace
 
 bool isDialogUp() { return current != nullptr; }
+
+Screen *runningScreen() { return runningItems; }
 
 DialogRef makeCurrent(std::unique_ptr<platform::Dialog> dialog) {
   current = new KorvelDialog{std::move(dialog)};

@@ -15,7 +15,12 @@ struct KorvelDialog {
 
 namespace korvel::dialogs {
 
+class Screen;
+
 bool isDialogUp();
+
+// The items of the dialog that runs; null while none does.
+Screen *runningScreen();
 
 // Makes a built dialog the current one, to be run by DlgBoxFunc. None may be up.
 DialogRef makeCurrent(std::unique_ptr<platform::Dialog> dialog);

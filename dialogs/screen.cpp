@@ -75,27 +75,47 @@ void Screen::setChecked(int item, bool checked) {
   if (is(item, ItemKind::CheckBox)) dialog_.setValue(item, checked ? 1 : 0);
 }
 
+std::vector<std::string> Screen::entries(int item) const {
+  std::vector<std::string> all;
+  const int count = dialog_.entryCount(item);
+  all.reserve(static_cast<std::size_t>(count));
+  for (int index = 0; index < count; ++index) all.push_back(dialog_.entry(item, index));
+  return all;
+}
+
 void Screen::setChoices(int item, const std::vector<std::string_view> &choices) {
   if (!is(item, ItemKind::PopUp)) return;
   std::vector<std::string> shown;
   shown.reserve(choices.size());
   for (const std::string_view choice : choices) shown.push_back(toScreen(choice));
   dialog_.setEntries(item, shown);
-  growTo(choiceCounts_, item);
-  choiceCounts_[static_cast<std::size_t>(item)] = static_cast<int>(choices.size());
+}
+
+void Screen::addChoices(int item, const std::vector<std::string_view> &choices,
+                        std::string_view chosen) {
+  if (!is(item, ItemKind::PopUp)) return;
+  const int before = dialog_.value(item);
+  std::vector<std::string> shown = entries(item);
+  const auto designed = static_cast<int>(shown.size());
+  for (const std::string_view choice : choices) shown.push_back(toScreen(choice));
+  dialog_.setEntries(item, shown);
+  const int found = numberOf(item, chosen, designed);
+  dialog_.setValue(item, found > 0 ? found : before);
+}
+
+int Screen::numberOf(int item, std::string_view choice, int passedOver) const {
+  const std::string wanted = comparable(choice);
+  int number = dialog_.entryCount(item);
+  while (number > passedOver && fromScreen(dialog_.entry(item, number - 1)) != wanted) --number;
+  return number > passedOver ? number : 0;
 }
 
 void Screen::choose(int item, std::string_view choice) {
-  if (!is(item, ItemKind::PopUp)) return;
-  growTo(choiceCounts_, item);
-  const std::string wanted = comparable(choice);
-  int index = choiceCounts_[static_cast<std::size_t>(item)] - 1;
-  while (index >= 0 && fromScreen(dialog_.entry(item, index)) != wanted) --index;
-  dialog_.setValue(item, index + 1);
+  if (is(item, ItemKind::PopUp)) dialog_.setValue(item, numberOf(item, choice));
 }
 
-void Screen::chooseNone(int item) {
-  if (is(item, ItemKind::PopUp)) dialog_.setValue(item, 0);
+void Screen::chooseNumber(int item, int number) {
+  if (is(item, ItemKind::PopUp)) dialog_.setValue(item, number);
 }
 
 std::string Screen::choice(int item) const {
@@ -106,6 +126,13 @@ std::string Screen::choice(int item) const {
 void Screen::setRows(int item, const std::vector<std::string_view> &rows) {
   if (!is(item, ItemKind::ListBox)) return;
   dialog_.setEntries(item, std::vector<std::string>(rows.begin(), rows.end()));
+}
+
+void Screen::addRows(int item, const std::vector<std::string_view> &rows) {
+  if (!is(item, ItemKind::ListBox)) return;
+  std::vector<std::string> shown(rows.begin(), rows.end());
+  for (std::string &row : entries(item)) shown.push_back(std::move(row));
+  dialog_.setEntries(item, shown);
 }
 
 std::string Screen::clickedRow(int item) const {

@@ -38,14 +38,19 @@ class Screen {
   bool isChecked(int item) const;
   void setChecked(int item, bool checked);
 
-  // Entries of a pop-up, as stored texts.
+  // Entries of a pop-up, as stored texts. Setting them leaves nothing chosen. Adding them, behind
+  // those that a template brought, leaves the choice, unless one of those added is `chosen`: then
+  // the last such one is.
   void setChoices(int item, const std::vector<std::string_view> &choices);
+  void addChoices(int item, const std::vector<std::string_view> &choices, std::string_view chosen);
   void choose(int item, std::string_view choice);  // the last equal one; none where none is equal
-  void chooseNone(int item);
+  void chooseNumber(int item, int number);         // from 1; 0 for none
   std::string choice(int item) const;
 
-  // Rows of a list box, which go to the screen without conversion.
+  // Rows of a list box, which go to the screen without conversion. Added rows stand in front of
+  // those that a template brought.
   void setRows(int item, const std::vector<std::string_view> &rows);
+  void addRows(int item, const std::vector<std::string_view> &rows);
   std::string clickedRow(int item) const;
   bool wasDoubleClicked(int item) const;
 
@@ -56,9 +61,13 @@ class Screen {
  private:
   bool is(int item, platform::ItemKind kind) const { return dialog_.kind(item) == kind; }
 
+  // What the item shows, as it was read back.
+  std::vector<std::string> entries(int item) const;
+  // The number, from 1, of the last entry that reads as this stored text, the first `passedOver`
+  // entries left out; 0 for none.
+  int numberOf(int item, std::string_view choice, int passedOver = 0) const;
+
   platform::Dialog &dialog_;
-  // Number of choices per pop-up item; the screen tells entries, not how many there are.
-  std::vector<int> choiceCounts_;
   std::vector<bool> secrets_;
   enum class Ok { Unknown, Enabled, Disabled } ok_ = Ok::Unknown;
 };

@@ -6,6 +6,7 @@
 #include "dialogs/screen.h"
 #include "dialogs/stored_text.h"
 
+#include <algorithm>
 #include <string>
 
 namespace korvel::dialogs {
@@ -44,12 +45,12 @@ void fillEdit(Screen &screen, int item, int i) {
 }
 
 void fillPopUp(Screen &screen, int item, int i) {
-  screen.setChoices(item, split(storedText(kChoices, i), kChoiceSeparators));
-  screen.choose(item, storedText(kFieldTexts, i));
+  screen.addChoices(item, split(storedText(kChoices, i), kChoiceSeparators),
+                    storedText(kFieldTexts, i));
 }
 
 void fillList(Screen &screen, int item, int i) {
-  screen.setRows(item, split(storedText(kChoices, i), kRowSeparators));
+  screen.addRows(item, split(storedText(kChoices, i), kRowSeparators));
 }
 
 void fill(Screen &screen, int i) {
@@ -121,11 +122,42 @@ void show(Screen &screen, int i) {
 void clear(Screen &screen, int i) {
   const int item = itemOf(kTexts, i);
   screen.setText(item, "");
-  screen.chooseNone(item);
+  screen.chooseNumber(item, 0);
   TDB_bOK[i] = TDB_bMand[i] != 0 ? 0 : 1;
 }
 
+// The number, from 1, of the last choice equal to the text; 0 for none.
+// Kept: counted in the list string, whatever entries the pop-up shows.
+int numberInList(int i, std::string_view text) {
+  const auto choices = split(storedText(kChoices, i), kChoiceSeparators);
+  const auto found = std::find(choices.rbegin(), choices.rend(), text);
+  return static_cast<int>(choices.rend() - found);
+}
+
 }  // namespace
+
+void changeText(Screen &screen, int i, std::string_view given) {
+  const std::string text(given);  // which may stand in the very slice that is written
+  const bool isWhole = storeText(kFieldTexts, i, text);
+  const int item = itemOf(kTexts, i);
+  const ItemKind kind = screen.kind(item);
+  if (kind == ItemKind::EditText) writeEdit(screen, item, i);
+  if (kind == ItemKind::PopUp && TDBC[i] == 1) {
+    const int number = numberInList(i, text);
+    if (number > 0) screen.chooseNumber(item, number);
+  }
+  // Kept: the flag is only ever cleared here.
+  if (!isWhole || !textLengthIsAcceptable(i, text.size())) TDB_bOK[i] = 0;
+}
+
+void rebuildChoices(Screen &screen, int i) {
+  const int item = itemOf(kTexts, i);
+  if (TDBC[i] == 1) {
+    screen.setChoices(item, split(storedText(kChoices, i), kChoiceSeparators));
+  } else if (TDBL[i] == 1) {
+    screen.setRows(item, split(storedText(kChoices, i), kRowSeparators));
+  }
+}
 
 constexpr FieldType kTextType{&kTexts, fill, handle, show, clear};
 

@@ -54,8 +54,8 @@ struct ListClick {
   bool isDouble = false;
 };
 
-// A dialog window with items numbered from 1 in the order in which they are added. Destroying it
-// takes it off the screen.
+// A dialog window with numbered items: from 1 in the order in which they are added, or as the
+// template that it was made from numbers them. Destroying it takes it off the screen.
 class Dialog {
  public:
   virtual ~Dialog() = default;
@@ -91,13 +91,15 @@ class Dialog {
   // its hit was handled, nor kept for undoing, nor offered to an input method.
   virtual void setSecret(int item) = 0;
 
-  // Check box: 0 or 1. Pop-up: number of the chosen entry, from 1; 0 for none. Setting is no hit.
+  // Check box: 0 or 1. Pop-up: number of the chosen entry, from 1; 0 for none; a number beyond its
+  // entries is not taken. Setting is no hit.
   virtual int value(int item) const = 0;
   virtual void setValue(int item, int value) = 0;
 
-  // Entries of a pop-up or rows of a list box, numbered from 0 here. Setting them leaves nothing
-  // chosen. `entry` is the text as it would be read back.
+  // Entries of a pop-up or rows of a list box, numbered from 0 here; a template may bring some.
+  // Setting them leaves nothing chosen. `entry` is the text as it would be read back.
   virtual void setEntries(int item, const std::vector<std::string> &entries) = 0;
+  virtual int entryCount(int item) const = 0;
   virtual std::string entry(int item, int index) const = 0;
   virtual ListClick lastClick(int item) const = 0;
 
@@ -113,9 +115,9 @@ class Dialog {
   // read out.
   virtual void setDateParts(int day, int month, int year) = 0;
 
-  // Shows the window, with the focus in the first edit-text item (all of its text selected) and
-  // the application's other windows blocked, and calls `handler` once per hit until it answers
-  // Stop. Returns also when the desktop goes down.
+  // Shows the window, with the focus in the first edit-text item in the order of the Tab key (all
+  // of its text selected) and the application's other windows blocked, and calls `handler` once per
+  // hit until it answers Stop. Returns also when the desktop goes down.
   //
   // A hit is: one change of an edit-text item by the user, however it was made (a key, a paste, an
   // undo, a composed character); a press of an enabled push button, also by Return (the default
@@ -147,6 +149,18 @@ class Desktop {
   // there is no screen.
   virtual std::unique_ptr<Dialog> newDialog(const Rect &bounds, WindowRef parent,
                                             std::string_view title) = 0;
+
+  // The dialog that a template file describes, not yet visible, centred on `parent` (null: on the
+  // screen) and in front of it. A template is a Qt Designer form. Its push buttons, check boxes,
+  // list widgets, combo boxes and line edits are items, each under the number in its dynamic
+  // property `item` (1 to 32767); the numbers may have gaps. One without a number stands there and
+  // is never hit. All else is decoration. Texts, fonts, layout, order of the Tab key and the first
+  // entries of pop-ups and lists are as designed, and the push button designed as the default one
+  // is the default item, else item 1. Null when the file cannot be read or is no form, when two
+  // widgets have the same number or one has a number that is none, and without a screen; `problem`
+  // then says why, in one line. A form brings no code in, and none of its signals are connected.
+  virtual std::unique_ptr<Dialog> newDialogFromTemplate(const std::string &path, WindowRef parent,
+                                                        std::string &problem) = 0;
 
   // The window of a widget that the host application owns, in the toolkit's own type; null for
   // null. The desktop does not own the widget.

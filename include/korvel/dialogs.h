@@ -2,9 +2,10 @@
 
    A dialog is described before it is shown: for each field type in use one _param call with the
    number of fields and the first item number, then per field its place, value and limits; then
-   ZRVDlgBoxEx shows it. The values stay in the tables, where the _retrieve functions or the
-   application itself read them afterwards. The tables are part of the interface: an application
-   and its callbacks may read and write them at any time, also while the dialog is shown.
+   ZRVDlgBoxEx builds and shows it, or ZRVDlgBox shows it in a layout drawn beforehand. The values
+   stay in the tables, where the _retrieve functions or the application itself read them afterwards.
+   The tables are part of the interface: an application and its callbacks may read and write them at
+   any time, also while the dialog is shown.
 
    Units. Places and sizes are in dialog units; pixels are 2 * x, 2 * cx, 7 * y / 4 and 5 * cy / 4
    (divisions truncate toward zero). Texts are CP1252, NUL-terminated.
@@ -493,9 +494,56 @@ KORVEL_API int Dlg_CoefCY(int cy);
    nothing touched, while a dialog is up already. */
 KORVEL_API int ZRVDlgBoxEx(const char *title, WindowRef parent);
 
+/* Runs the dialog whose layout is the template `name`: the file dialogs/<name>.ui of the resource
+   folder (szResources in desktop.h), a form drawn with Qt Designer. In the form a widget's dynamic
+   property `item` (an int) is its item number: item 1 accepts, item 2 cancels, and the fields' items
+   are those of their tables, first item number + index without a rank, rank r as item r; a date
+   takes three items. Push buttons, check boxes and list widgets are control items, combo boxes
+   pop-ups, line edits editable text. All else is decoration and stays as drawn, and so do titles,
+   fonts, layouts and the order of the Tab key; the window's title is that of the form unless
+   TitreDlgBox_set gave one. Return presses the push button drawn as the default one, else item 1.
+   Choices and rows of a list string are added to those that the form has: choices behind, rows in
+   front.
+
+   Sets all entries of Dlg_itemOffset and Dlg_rkOffset to 0 and then behaves as ZRVDlgBoxEx, with the
+   same results; the global callback hears the identifier of a date whichever of its three items
+   changed. 0 at once, with nothing touched, when there is no such template, for null, and while a
+   dialog is up already. 0 with the reset of a cancelled dialog, after one line on standard error,
+   without a screen and for a form that cannot be read, lacks item 1 or 2 or has a number twice. */
+KORVEL_API int ZRVDlgBox(const char *name);
+
 /* Runs a built dialog to its end and disposes of it; results as for ZRVDlgBoxEx. Returns 0 and
    does nothing for null, for a dialog that is running already and for anything that is none. */
 KORVEL_API int DlgBoxFunc(DialogRef dialog);
+
+/* ---- Changing fields while the dialog is up ---- */
+
+/* For callbacks and actions. Each does nothing while no dialog runs, for a type that is not in use
+   and for an index out of range, and returns 0. Button 1 follows the flags when the callback or
+   action has returned. */
+
+/* Puts a text, cut to TDB_BUFFERSIZE - 1 characters, into text field i and onto its item: an edit
+   item shows it (masked: as stars); a pop-up chooses the last choice of its list string that is equal
+   to it and keeps its choice when there is none; a list shows what it showed. Clears the flag
+   TDB_bOK when the text is not acceptable and never sets it: a field that was not acceptable stays
+   so until it is edited, redisplayed or validated. */
+KORVEL_API int ZRVDlgBox_texte_set(int i, const char *text);
+
+/* Builds the choices of pop-up field i, or the rows of list field i, anew from its list string,
+   which stays as it is. A pop-up then shows no choice. Rows go to the screen without conversion. The
+   field's text and flag stay. */
+KORVEL_API int ZRVDlgBox_texte_set_liste(int i);
+
+/* Puts a text onto the item of number field i and hands it to the validation function, which stores
+   the value; the flag NDB_bOK says whether it was acceptable. An empty text of a mandatory field is
+   not handed over and not acceptable. */
+KORVEL_API int ZRVDlgBox_num_set(int i, const char *text);
+
+/* Change nothing and return 0. */
+KORVEL_API int ZRVDlgBox_bool_set(int i, int value);
+KORVEL_API int ZRVDlgBox_int_set(int i, int value);
+
+/* ---- Without a dialog on the screen ---- */
 
 /* Validates every text, integer, number and date field in use from its stored value, setting its
    flag _bOK. A field never set is valid exactly when it is not mandatory. Values go through their

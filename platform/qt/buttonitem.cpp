@@ -19,14 +19,19 @@ bool isReturn(const QKeyEvent &event) {
 
 }  // namespace
 
+ButtonItem::ButtonItem(QWidget *parent, HitSink &sink, int number)
+    : QPushButton(parent), Item(sink, number, ItemKind::PushButton) {
+  setAutoDefault(false);
+  connect(this, &QPushButton::clicked, this, [this] { hit(); });
+}
+
 ButtonItem::ButtonItem(QWidget *window, HitSink &sink, int number, const Appearance &appearance,
                        const Rect &rect, std::string_view title)
-    : QPushButton(withoutShortcuts(toQt(title)), window), Item(sink, number, ItemKind::PushButton) {
-  setAutoDefault(false);
+    : ButtonItem(window, sink, number) {
+  QAbstractButton::setText(withoutShortcuts(toQt(title)));
   setAccessibleName(toQt(title));
   setGeometry(appearance.pushButton(rect));
   setFont(narrowedToFit(appearance.font, toQt(title), rect.width() - 2 * kTitleMargin));
-  connect(this, &QPushButton::clicked, this, [this] { hit(); });
 }
 
 void ButtonItem::keyPressEvent(QKeyEvent *event) {
@@ -36,16 +41,21 @@ void ButtonItem::keyPressEvent(QKeyEvent *event) {
     QPushButton::keyPressEvent(event);
 }
 
+CheckItem::CheckItem(QWidget *parent, HitSink &sink, int number)
+    : QCheckBox(parent), Item(sink, number, ItemKind::CheckBox) {
+  connect(this, &QCheckBox::clicked, this, [this] { hit(); });
+  connect(this, &QCheckBox::toggled, this, [this](bool isOn) { refuseToggle(isOn); });
+}
+
 CheckItem::CheckItem(QWidget *window, HitSink &sink, int number, const Appearance &appearance,
                      const Rect &rect, std::string_view title)
-    : QCheckBox(withoutShortcuts(toQt(title)), window), Item(sink, number, ItemKind::CheckBox) {
+    : CheckItem(window, sink, number) {
+  QAbstractButton::setText(withoutShortcuts(toQt(title)));
   setAccessibleName(toQt(title));
   QRect place = appearance.checkBox(rect);
   place.setWidth(std::max(place.width(), sizeHint().width()));
   setGeometry(place);
   lower();  // a title that is wider than its rectangle stays behind its neighbours
-  connect(this, &QCheckBox::clicked, this, [this] { hit(); });
-  connect(this, &QCheckBox::toggled, this, [this](bool isOn) { refuseToggle(isOn); });
 }
 
 void CheckItem::setValue(int value) {
@@ -56,6 +66,10 @@ void CheckItem::setValue(int value) {
 // A screen reader toggles the box where the mouse would click on it.
 void CheckItem::refuseToggle(bool isOn) {
   if (isOn == isSetOn_) return;
+  if (!isVisible()) {  // the form brings it along
+    isSetOn_ = isOn;
+    return;
+  }
   setChecked(isSetOn_);
   if (mayBeUsed(*this)) hit();
 }

@@ -12,6 +12,7 @@ namespace korvel::platform::qt {
 
 class ButtonItem final : public QPushButton, public Item {
  public:
+  ButtonItem(QWidget *parent, HitSink &sink, int number);
   ButtonItem(QWidget *window, HitSink &sink, int number, const Appearance &appearance,
              const Rect &rect, std::string_view title);
 
@@ -25,6 +26,7 @@ class ButtonItem final : public QPushButton, public Item {
 // A click is a hit and leaves the value to the program.
 class CheckItem final : public QCheckBox, public Item {
  public:
+  CheckItem(QWidget *parent, HitSink &sink, int number);
   CheckItem(QWidget *window, HitSink &sink, int number, const Appearance &appearance,
             const Rect &rect, std::string_view title);
 

@@ -59,9 +59,10 @@ class TextItemAccess final : public QAccessibleWidget, public TextOfField {
   }
   QAccessible::State state() const override {
     QAccessible::State state = QAccessibleWidget::state();
-    state.editable = true;
+    state.editable = !item_.isReadOnly();
+    state.readOnly = item_.isReadOnly();
     state.selectableText = true;
-    state.passwordEdit = item_.isSecret();
+    state.passwordEdit = item_.isSecret() || item_.echoMode() != QLineEdit::Normal;
     return state;
   }
 

@@ -22,7 +22,10 @@ class HitSink {
 };
 
 // An item is a widget as well, and belongs to the dialog's window as such. What a kind of item
-// does not have, it ignores and returns empty.
+// does not have, it ignores and returns empty. One of number 0 is never hit.
+//
+// Each kind is made in two ways: in a classic rectangle, with the appearance of a dialog of such,
+// and by a form, which then places it and gives it its properties.
 class Item {
  public:
   Item(HitSink &sink, int number, ItemKind kind) : sink_(sink), number_(number), kind_(kind) {}
@@ -44,6 +47,7 @@ class Item {
   virtual void setValue(int) {}
 
   virtual void setEntries(const std::vector<std::string> &) {}
+  virtual int entryCount() const { return 0; }
   virtual std::string entry(int) const { return {}; }
   virtual ListClick lastClick() const { return {}; }
 
@@ -51,7 +55,7 @@ class Item {
   virtual void setAcceptable(bool) {}
 
  protected:
-  bool hit() { return sink_.itemHit(number_); }
+  bool hit() { return number_ <= 0 || sink_.itemHit(number_); }
 
  private:
   HitSink &sink_;

@@ -18,10 +18,12 @@ constexpr int kRowMargin = 8;
 
 }  // namespace
 
-ListRows::ListRows(QObject *parent, const Appearance &appearance)
-    : QAbstractListModel(parent),
-      metrics_(appearance.font),
-      rowHeight_(std::max(kClassicRowHeight, appearance.lineHeight + 2 * appearance.overhang)) {}
+ListRows::ListRows(QObject *parent) : QAbstractListModel(parent) {}
+
+void ListRows::setLook(const QFont &font, int overhang) {
+  metrics_ = QFontMetrics(font);
+  rowHeight_ = std::max(kClassicRowHeight, metrics_.height() + 2 * overhang);
+}
 
 void ListRows::setRows(const std::vector<std::string> &rows) {
   beginResetModel();
@@ -42,12 +44,9 @@ QVariant ListRows::data(const QModelIndex &index, int role) const {
   return {};
 }
 
-ListItem::ListItem(QWidget *window, HitSink &sink, int number, const Appearance &appearance,
-                   const Rect &rect)
-    : QListView(window),
-      Item(sink, number, ItemKind::ListBox),
-      rows_(new ListRows(this, appearance)) {
-  setGeometry(appearance.listBox(rect));
+ListItem::ListItem(QWidget *parent, HitSink &sink, int number)
+    : QListView(parent), Item(sink, number, ItemKind::ListBox), rows_(new ListRows(this)) {
+  rows_->setLook(font(), overhang_);
   setModel(rows_);
   setEditTriggers(NoEditTriggers);
   setSelectionMode(SingleSelection);
@@ -69,6 +68,20 @@ void ListItem::paintEvent(QPaintEvent *event) {
 void ListItem::scrollContentsBy(int dx, int dy) {
   QListView::scrollContentsBy(dx, dy);
   if (mark_.isShown()) viewport()->update();
+}
+
+ListItem::ListItem(QWidget *window, HitSink &sink, int number, const Appearance &appearance,
+                   const Rect &rect)
+    : ListItem(window, sink, number) {
+  overhang_ = appearance.overhang;
+  rows_->setLook(appearance.font, overhang_);
+  setGeometry(appearance.listBox(rect));
+}
+
+// A form may give a list a font of its own.
+void ListItem::changeEvent(QEvent *event) {
+  if (event->type() == QEvent::FontChange) rows_->setLook(font(), overhang_);
+  QListView::changeEvent(event);
 }
 
 void ListItem::setEntries(const std::vector<std::string> &entries) {

@@ -14,8 +14,11 @@ namespace korvel::platform::qt {
 // The rows of a list box, all of one height.
 class ListRows final : public QAbstractListModel {
  public:
-  ListRows(QObject *parent, const Appearance &appearance);
+  explicit ListRows(QObject *parent);
 
+  // Rows are high enough for a line of the font with this much above and below it. Before there
+  // are any, or while the view lays them out anew.
+  void setLook(const QFont &font, int overhang);
   void setRows(const std::vector<std::string> &rows);
   QString row(int index) const { return rows_.value(index); }
 
@@ -23,20 +26,22 @@ class ListRows final : public QAbstractListModel {
   QVariant data(const QModelIndex &index, int role) const override;
 
  private:
-  const QFontMetrics metrics_;
-  const int rowHeight_;
+  QFontMetrics metrics_{QFont()};
+  int rowHeight_ = 0;
   QStringList rows_;
 };
 
 // Selecting a row is a hit also when it had been selected before. At most one row is selected.
 class ListItem final : public QListView, public Item {
  public:
+  ListItem(QWidget *parent, HitSink &sink, int number);
   ListItem(QWidget *window, HitSink &sink, int number, const Appearance &appearance,
            const Rect &rect);
 
   QWidget *widget() override { return this; }
   void setAcceptable(bool acceptable) override { mark_.show(!acceptable); }
   void setEntries(const std::vector<std::string> &entries) override;
+  int entryCount() const override { return rowCount(); }
   std::string entry(int index) const override;
   ListClick lastClick() const override { return click_; }
 
@@ -52,6 +57,7 @@ class ListItem final : public QListView, public Item {
   void keyPressEvent(QKeyEvent *event) override;
   void keyboardSearch(const QString &typed) override;
   void focusInEvent(QFocusEvent *event) override;
+  void changeEvent(QEvent *event) override;
 
  private:
   enum class Press { None, Single, Double };
@@ -71,6 +77,7 @@ class ListItem final : public QListView, public Item {
 
   ListRows *const rows_;
   Mark mark_{*this, *viewport()};
+  int overhang_ = 1;
   ListClick click_;
   Press press_ = Press::None;
   bool isSelecting_ = false;

@@ -8,12 +8,16 @@
 
 namespace korvel::platform::qt {
 
+PopUpItem::PopUpItem(QWidget *parent, HitSink &sink, int number)
+    : QComboBox(parent), Item(sink, number, ItemKind::PopUp), choices_(new QStringListModel(this)) {
+  setModel(choices_);
+  connect(this, &QComboBox::activated, this, [this] { hit(); });
+}
+
 PopUpItem::PopUpItem(QWidget *window, HitSink &sink, int number, const Appearance &appearance,
                      const Rect &rect)
-    : QComboBox(window), Item(sink, number, ItemKind::PopUp), choices_(new QStringListModel(this)) {
-  setModel(choices_);
+    : PopUpItem(window, sink, number) {
   setGeometry(appearance.popUp(rect));
-  connect(this, &QComboBox::activated, this, [this] { hit(); });
 }
 
 void PopUpItem::paintEvent(QPaintEvent *event) {

@@ -14,6 +14,7 @@ namespace korvel::platform::qt {
 
 class PopUpItem final : public QComboBox, public Item {
  public:
+  PopUpItem(QWidget *parent, HitSink &sink, int number);
   PopUpItem(QWidget *window, HitSink &sink, int number, const Appearance &appearance,
             const Rect &rect);
 
@@ -22,6 +23,7 @@ class PopUpItem final : public QComboBox, public Item {
   int value() const override { return currentIndex() + 1; }
   void setValue(int value) override;
   void setEntries(const std::vector<std::string> &entries) override;
+  int entryCount() const override { return count(); }
   std::string entry(int index) const override;
 
   // As if a person had chosen the entry, numbered from 0: a hit, unless there is no such entry, or

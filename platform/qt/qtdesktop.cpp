@@ -48,6 +48,12 @@ std::unique_ptr<Dialog> QtDesktop::newDialog(const Rect &bounds, WindowRef paren
   return std::make_unique<QtDialog>(bounds, livingWindow(parent), title);
 }
 
+std::unique_ptr<Dialog> QtDesktop::newDialogFromTemplate(const std::string &path, WindowRef parent,
+                                                         std::string &problem) {
+  if (!ensureApplication(problem)) return nullptr;
+  return QtDialog::fromTemplate(path, livingWindow(parent), problem);
+}
+
 WindowRef QtDesktop::hostWindow(void *widget) {
   return widget == nullptr ? nullptr : referenceTo(static_cast<QWidget *>(widget)->window());
 }

@@ -14,6 +14,8 @@ class QtDesktop final : public Desktop {
   Rect screenBounds() override;
   std::unique_ptr<Dialog> newDialog(const Rect &bounds, WindowRef parent,
                                     std::string_view title) override;
+  std::unique_ptr<Dialog> newDialogFromTemplate(const std::string &path, WindowRef parent,
+                                                std::string &problem) override;
   WindowRef hostWindow(void *widget) override;
   std::unique_ptr<Port> newImage(int width, int height) override;
   std::unique_ptr<Port> painterPort(void *painter) override;

@@ -1,13 +1,20 @@
 #include "platform/qt/qtdialog.h"
 
 #include <QApplication>
+#include <QFile>
+#include <QFileInfo>
+#include <QHash>
+#include <QLayout>
 #include <QPointer>
+#include <QScreen>
 #include <algorithm>
 
 #include "platform/qt/buttonitem.h"
 #include "platform/qt/decoration.h"
 #include "platform/qt/fieldaccess.h"
 #include "platform/qt/fieldnames.h"
+#include "platform/qt/form.h"
+#include "platform/qt/formbuilder.h"
 #include "platform/qt/listitem.h"
 #include "platform/qt/popupitem.h"
 #include "platform/qt/text.h"
@@ -15,6 +22,15 @@
 
 namespace korvel::platform::qt {
 namespace {
+
+// Far larger than any screen.
+constexpr QSize kLargest(4096, 4096);
+
+// Before the window is shown: an item on a page that is not in front cannot.
+bool canHaveFocus(Item &item) {
+  return item.widget()->isEnabled() && item.widget()->focusPolicy() != Qt::NoFocus &&
+         item.widget()->isVisibleTo(item.widget()->window());
+}
 
 // Whether the item has a content of its own that a label stands beside.
 bool isField(const Item &item) {
@@ -24,24 +40,69 @@ bool isField(const Item &item) {
 
 }  // namespace
 
-QtDialog::QtDialog(const Rect &bounds, QWidget *parent, std::string_view title)
-    : appearance_(Appearance::ofDesktop()) {
+QtDialog::QtDialog() : appearance_(Appearance::ofDesktop()) {
   installFieldAccess();
+  window_.onReturn = [this] { pressDefault(); };
+  window_.onCancel = [this] { pressCancel(); };
+}
+
+QtDialog::QtDialog(const Rect &bounds, QWidget *parent, std::string_view title) : QtDialog() {
   window_.setFont(appearance_.font);
   window_.setContentRect(toQt(bounds));
   window_.setFrontOf(parent);
-  window_.onReturn = [this] { pressDefault(); };
-  window_.onCancel = [this] { pressCancel(); };
   setTitle(title);
+}
+
+std::unique_ptr<QtDialog> QtDialog::fromTemplate(const std::string &path, QWidget *parent,
+                                                 std::string &problem) {
+  const std::optional<Form> form = readForm(path, problem);
+  if (!form) return nullptr;
+  std::unique_ptr<QtDialog> dialog(new QtDialog);
+  BuiltForm built;
+  const QString folder = QFileInfo(QFile::decodeName(path.c_str())).path();
+  if (!buildForm(*form, folder, dialog->window_, *dialog, built, problem)) return nullptr;
+  dialog->items_ = std::move(built.items);
+  dialog->followTabOrder();
+  dialog->setDefaultItem(built.defaultItem > 0 ? built.defaultItem : kOkItem);
+  const FormProperties &designed = form->window.properties;
+  dialog->showTitle(designed.value(QStringLiteral("windowTitle")).toString());
+  dialog->place(designed.value(QStringLiteral("geometry")).toRect().size(), parent);
+  return dialog;
+}
+
+// A layout is given the room that it needs.
+void QtDialog::place(QSize designed, QWidget *parent) {
+  const QLayout *layout = window_.layout();
+  const QSize needed = layout != nullptr ? layout->totalMinimumSize() : QSize(1, 1);
+  if (designed.isEmpty()) designed = layout != nullptr ? layout->totalSizeHint() : QSize(1, 1);
+  const QSize size = designed.expandedTo(needed).boundedTo(kLargest);
+  const QScreen *screen = QGuiApplication::primaryScreen();
+  QRect around = screen != nullptr ? screen->availableGeometry() : QRect();
+  if (parent != nullptr && parent->isVisible()) around = parent->geometry();
+  QRect content(QPoint(), size);
+  content.moveCenter(around.center());
+  window_.setContentRect(content);
+  if (parent != nullptr && parent->isVisible()) window_.setFrontOf(parent);
+}
+
+void QtDialog::followTabOrder() {
+  QHash<QWidget *, Item *> items;
+  for (Item *item : items_)
+    if (item != nullptr) items.insert(item->widget(), item);
+  for (QWidget *next = window_.nextInFocusChain(); next != &window_;
+       next = next->nextInFocusChain())
+    if (Item *item = items.value(next)) tabOrder_.push_back(item);
 }
 
 WindowRef QtDialog::window() {
   return reinterpret_cast<WindowRef>(static_cast<QWidget *>(&window_));
 }
 
-void QtDialog::setTitle(std::string_view title) {
+void QtDialog::setTitle(std::string_view title) { showTitle(toQt(title)); }
+
+void QtDialog::showTitle(QString title) {
   // "[*]" alone is Qt's mark of a changed document.
-  window_.setWindowTitle(toQt(title).replace(QLatin1String("[*]"), QLatin1String("[*][*]")));
+  window_.setWindowTitle(title.replace(QLatin1String("[*]"), QLatin1String("[*][*]")));
 }
 
 Item *QtDialog::makeItem(ItemKind kind, int number, const Rect &rect, std::string_view title) {
@@ -67,6 +128,7 @@ int QtDialog::addItem(ItemKind kind, const Rect &rect, std::string_view title) {
   Item *item = makeItem(kind, number, rect, title);
   if (item == nullptr) return 0;
   items_.push_back(item);
+  tabOrder_.push_back(item);
   return number;
 }
 
@@ -128,6 +190,11 @@ void QtDialog::setEntries(int item, const std::vector<std::string> &entries) {
   if (Item *found = find(item)) found->setEntries(entries);
 }
 
+int QtDialog::entryCount(int item) const {
+  const Item *found = find(item);
+  return found == nullptr ? 0 : found->entryCount();
+}
+
 std::string QtDialog::entry(int item, int index) const {
   const Item *found = find(item);
   return found == nullptr ? std::string() : found->entry(index);
@@ -158,7 +225,7 @@ QWidget *QtDialog::fieldWidget(int item) const {
 
 void QtDialog::giveNames() {
   std::vector<QWidget *> fields;
-  for (Item *item : items_)
+  for (Item *item : tabOrder_)
     if (isField(*item)) fields.push_back(item->widget());
   std::vector<DateFields> dates;
   for (const DateItems &date : dates_)
@@ -167,17 +234,17 @@ void QtDialog::giveNames() {
 }
 
 Item *QtDialog::firstEnabled(ItemKind kind) const {
-  const auto found = std::find_if(items_.begin(), items_.end(), [kind](Item *item) {
-    return item->kind() == kind && item->widget()->isEnabled();
+  const auto found = std::find_if(tabOrder_.begin(), tabOrder_.end(), [kind](Item *item) {
+    return item->kind() == kind && canHaveFocus(*item);
   });
-  return found == items_.end() ? nullptr : *found;
+  return found == tabOrder_.end() ? nullptr : *found;
 }
 
 Item *QtDialog::firstField() const {
-  const auto found = std::find_if(items_.begin(), items_.end(), [](Item *item) {
-    return item->kind() != ItemKind::PushButton && item->widget()->isEnabled();
+  const auto found = std::find_if(tabOrder_.begin(), tabOrder_.end(), [](Item *item) {
+    return item->kind() != ItemKind::PushButton && canHaveFocus(*item);
   });
-  return found == items_.end() ? nullptr : *found;
+  return found == tabOrder_.end() ? nullptr : *found;
 }
 
 void QtDialog::giveInitialFocus() {
@@ -193,9 +260,9 @@ void QtDialog::giveInitialFocus() {
 // press it.
 void QtDialog::keepFocusFrom(QWidget *disabled) {
   if (window_.focusWidget() != disabled) return;
-  for (Item *item : items_) {
+  for (Item *item : tabOrder_) {
     const bool isField = item->kind() == ItemKind::EditText;
-    if (!isField || item->widget() == disabled || !item->widget()->isEnabled()) continue;
+    if (!isField || item->widget() == disabled || !canHaveFocus(*item)) continue;
     item->widget()->setFocus(Qt::TabFocusReason);
     return;
   }

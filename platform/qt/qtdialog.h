@@ -16,6 +16,9 @@ namespace korvel::platform::qt {
 class QtDialog final : public Dialog, private HitSink {
  public:
   QtDialog(const Rect &bounds, QWidget *parent, std::string_view title);
+  // From a template; null when there is something wrong with it.
+  static std::unique_ptr<QtDialog> fromTemplate(const std::string &path, QWidget *parent,
+                                                std::string &problem);
 
   WindowRef window() override;
   void setTitle(std::string_view title) override;
@@ -32,6 +35,7 @@ class QtDialog final : public Dialog, private HitSink {
   int value(int item) const override;
   void setValue(int item, int value) override;
   void setEntries(int item, const std::vector<std::string> &entries) override;
+  int entryCount(int item) const override;
   std::string entry(int item, int index) const override;
   ListClick lastClick(int item) const override;
   void setEnabled(int item, bool enabled) override;
@@ -40,7 +44,12 @@ class QtDialog final : public Dialog, private HitSink {
   void runModal(HitHandler &handler) override;
 
  private:
+  QtDialog();
+
   bool itemHit(int item) override;
+  void showTitle(QString title);
+  void place(QSize designed, QWidget *parent);
+  void followTabOrder();
 
   struct DateItems {
     int day, month, year;
@@ -49,7 +58,7 @@ class QtDialog final : public Dialog, private HitSink {
   Item *makeItem(ItemKind kind, int number, const Rect &rect, std::string_view title);
   // Null for a number that does not exist.
   Item *find(int item) const;
-  // The first enabled item of the kind from item `first` on; null when there is none.
+  // The first enabled item of the kind in the order of the Tab key; null when there is none.
   Item *firstEnabled(ItemKind kind) const;
   Item *firstField() const;
   // Null for an item that is no field.
@@ -63,7 +72,8 @@ class QtDialog final : public Dialog, private HitSink {
 
   const Appearance appearance_;
   DialogWindow window_;
-  std::vector<Item *> items_;  // item n at n - 1; they belong to the window
+  std::vector<Item *> items_;     // item n at n - 1, null where there is none; of the window
+  std::vector<Item *> tabOrder_;  // the same in the order of the Tab key, without gaps
   int default_ = 0;
   std::vector<DateItems> dates_;
 

@@ -35,13 +35,17 @@ QClipboard::Mode clipboardOf(const QKeyEvent &event) {
 
 }  // namespace
 
+TextItem::TextItem(QWidget *parent, HitSink &sink, int number)
+    : QLineEdit(parent), Item(sink, number, ItemKind::EditText) {
+  connect(this, &QLineEdit::textEdited, this, [this] { textChangedByUser(); });
+}
+
 TextItem::TextItem(QWidget *window, HitSink &sink, int number, const Appearance &appearance,
                    const Rect &rect)
-    : QLineEdit(window), Item(sink, number, ItemKind::EditText) {
+    : TextItem(window, sink, number) {
   setGeometry(appearance.editText(rect));
   setTextMargins(appearance.textMargins);
   if (appearance.hasSeveralLines(rect)) setAlignment(Qt::AlignLeft | Qt::AlignTop);
-  connect(this, &QLineEdit::textEdited, this, [this] { textChangedByUser(); });
 }
 
 void TextItem::paintEvent(QPaintEvent *event) {
@@ -143,7 +147,9 @@ void TextItem::replaceAsEntered(int begin, int end, const QString &entered) {
   const int length = static_cast<int>(QLineEdit::text().size());
   begin = std::clamp(begin, 0, length);
   end = std::clamp(end, begin, length);
-  if (!mayBeUsed(*this) || !admitted(entered) || (begin == end && entered.isEmpty())) return;
+  if (!mayBeUsed(*this) || isReadOnly() || !admitted(entered) ||
+      (begin == end && entered.isEmpty()))
+    return;
   setSelection(begin, end - begin);
   insertEntered(entered);
 }

@@ -18,6 +18,7 @@ namespace korvel::platform::qt {
 // refused before it enters, and each change is one hit.
 class TextItem final : public QLineEdit, public Item {
  public:
+  TextItem(QWidget *parent, HitSink &sink, int number);
   TextItem(QWidget *window, HitSink &sink, int number, const Appearance &appearance,
            const Rect &rect);
 

@@ -1,6 +1,10 @@
 // Every test starts from the tables as they are at load.
 #include "tests/dialogs/dialog_fixture.h"
 
+#include <korvel/desktop.h>
+
+#include <climits>
+#include <cstdlib>
 #include <cstring>
 #include <iterator>
 
@@ -48,6 +52,7 @@ void DialogGlobals::reset() {
 }
 
 void Callbacks::reset() {
+  firstItems.clear();
   globalCalls.clear();
   finalCalls.clear();
   actionCalls.clear();
@@ -62,9 +67,9 @@ int Callbacks::global(int item, int textInUse, int textFirstItem, char **texts, 
                       double *nums, int numCount, int dateInUse, int dateFirstItem, int *dates,
                       int dateCount, int *redisplay, int capacity) {
   globalCalls.push_back(
-      {item,      textInUse, textFirstItem, texts, textCount, boolInUse, boolFirstItem, bools,
-       boolCount, intInUse,  intFirstItem,  ints,  intCount,  numInUse,  numFirstItem,  nums,
-       numCount,  dateInUse, dateFirstItem, dates, dateCount, redisplay, capacity});
+      {inTest(item), textInUse, textFirstItem, texts, textCount, boolInUse, boolFirstItem, bools,
+       boolCount,    intInUse,  intFirstItem,  ints,  intCount,  numInUse,  numFirstItem,  nums,
+       numCount,     dateInUse, dateFirstItem, dates, dateCount, redisplay, capacity});
   return onGlobal ? onGlobal(globalCalls.back()) : 0;
 }
 
@@ -88,11 +93,69 @@ std::string Callbacks::identifiers() {
   return all;
 }
 
+int Callbacks::inDialog(int identifier) {
+  if (identifier == INT_MIN) return identifier;
+  const int name = std::abs(identifier);
+  const auto next = firstItems.upper_bound(name);
+  if (next == firstItems.begin()) return identifier;
+  const auto &[first, item] = *std::prev(next);
+  return (identifier < 0 ? -1 : 1) * (item + (name - first));
+}
+
+int Callbacks::inTest(int identifier) {
+  int best = 0;
+  int shift = 0;
+  for (const auto &[first, item] : firstItems) {
+    if (item > identifier || item < best) continue;
+    best = item;
+    shift = first - item;
+  }
+  return identifier + shift;
+}
+
+TemplateFolder::TemplateFolder() : before_(szResources) {
+  std::strcpy(szResources, folder_.path().c_str());
+}
+
+TemplateFolder::~TemplateFolder() { std::strcpy(szResources, before_.c_str()); }
+
+void TemplateFolder::add(ScriptedDesktop &desk, const std::string &name, Template described) {
+  folder_.add("dialogs/" + name + ".ui");
+  desk.setTemplate(name, std::move(described));
+}
+
+Template describedTemplate(const std::string &title) {
+  using platform::ItemKind;
+  Template all{title, {{1, ItemKind::PushButton, "OK"}, {2, ItemKind::PushButton, "Annuler"}}};
+  const auto add = [&all](int inUse, int count, int firstItem, auto kindOf) {
+    for (int i = 0; inUse != 0 && i < count; ++i) {
+      all.items.push_back({firstItem + i, kindOf(i)});
+    }
+  };
+  const auto always = [](ItemKind kind) { return [kind](int) { return kind; }; };
+  add(TDB, TDB_N, TDB_ID_TEXTE, [](int i) {
+    return TDBC[i] == 1 ? ItemKind::PopUp : TDBL[i] == 1 ? ItemKind::ListBox : ItemKind::EditText;
+  });
+  add(BDB, BDB_N, BDB_ID_FLAG, always(ItemKind::CheckBox));
+  add(IDB, IDB_N, IDB_ID_INT, always(ItemKind::EditText));
+  add(NDB, NDB_N, NDB_ID_NUM, always(ItemKind::EditText));
+  add(DDB, 3 * DDB_N, DDB_ID_DATE, always(ItemKind::EditText));
+  add(PDB, PDB_N, PDB_ID_PUSH, always(ItemKind::PushButton));
+  all.defaultItem = OK_def;
+  return all;
+}
+
+int BothKinds::run() {
+  if (!isDrawn()) return ZRVDlgBoxEx("T", nullptr);
+  templates.add(desk, "T", describedTemplate("T"));
+  return ZRVDlgBox("T");
+}
+
 std::function<int(const GlobalCall &)> redisplaying(std::vector<int> identifiers) {
   return [identifiers = std::move(identifiers)](const GlobalCall &call) {
     int n = 0;
     for (const int identifier : identifiers) {
-      if (n < call.capacity) call.redisplay[n++] = identifier;
+      if (n < call.capacity) call.redisplay[n++] = Callbacks::inDialog(identifier);
     }
     return n;
   };

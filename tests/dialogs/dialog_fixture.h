@@ -4,11 +4,13 @@
 #define TESTS_DIALOGS_DIALOG_FIXTURE_H
 
 #include "tests/platform/scripted_desktop.h"
+#include "tests/platform/temporary_folder.h"
 
 #include <gtest/gtest.h>
 #include <korvel/dialogs.h>
 
 #include <functional>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -90,6 +92,13 @@ class Callbacks {
 
   // The identifiers with which the global callback was called, for example "10 12 ".
   static std::string identifiers();
+
+  // In a template identifiers are item numbers, in a built dialog whatever the test chose. Tests of
+  // both speak of those of the built dialog: each type's first identifier, and its first item in
+  // the template.
+  static inline std::map<int, int> firstItems;
+  static int inDialog(int identifier);
+  static int inTest(int identifier);
 };
 
 // A global callback that asks for these identifiers to be redisplayed.
@@ -106,6 +115,51 @@ class DialogTest : public ::testing::Test {
   DialogGlobals globals;
   ScriptedDesktop desk;
 };
+
+// The application's resource folder as long as it lives, with templates in it.
+class TemplateFolder {
+ public:
+  TemplateFolder();
+  ~TemplateFolder();
+  TemplateFolder(const TemplateFolder &) = delete;
+  TemplateFolder &operator=(const TemplateFolder &) = delete;
+
+  // A file that the desktop reads as this.
+  void add(ScriptedDesktop &desk, const std::string &name, Template described);
+
+ private:
+  TemporaryFolder folder_;
+  std::string before_;
+};
+
+// The template with an item for each field in use, numbered as the tables say.
+Template describedTemplate(const std::string &title);
+
+// Dialogs that are built from the tables, and the same ones drawn in a template: both follow the
+// same rules in everything but the numbers of items.
+enum class Kind { Built, Drawn };
+
+class BothKinds : public DialogTest, public ::testing::WithParamInterface<Kind> {
+ protected:
+  bool isDrawn() const { return GetParam() == Kind::Drawn; }
+  // A type's first item number: an identifier of the test's choice, or its first item.
+  int first(int identifier, int item) const {
+    if (!isDrawn()) return identifier;
+    Callbacks::firstItems[identifier] = item;
+    return item;
+  }
+  // A template numbers its items itself.
+  int rank(int r) const { return isDrawn() ? -1 : r; }
+  int run();
+
+ private:
+  TemplateFolder templates;
+};
+
+#define KORVEL_IN_BOTH_KINDS(suite)                         \
+  INSTANTIATE_TEST_SUITE_P(                                 \
+      , suite, ::testing::Values(Kind::Built, Kind::Drawn), \
+      [](const auto &each) { return each.param == Kind::Built ? "Built" : "Drawn"; })
 
 constexpr int kOk = 1;
 constexpr int kCancel = 2;

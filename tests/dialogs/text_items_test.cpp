@@ -15,21 +15,20 @@ constexpr int kItem = 3;
 constexpr int kIdentifier = 100;
 
 // One text field, item 3, identifier 100.
-class TextItems : public DialogTest {
+class TextItems : public BothKinds {
  protected:
   TextItems() {
-    TexteDlgBox_param(1, kIdentifier);
-    TexteDlgBox_set_geo(0, 0, 0, 50, 12, 0);
+    TexteDlgBox_param(1, first(kIdentifier, kItem));
+    TexteDlgBox_set_geo(0, 0, 0, 50, 12, rank(0));
     DlgBoxGlobal_set(Callbacks::global);
   }
   DialogScript &expectDialog() { return desk.expectDialog("T"); }
-  int run() { return ZRVDlgBoxEx("T", nullptr); }
   std::string stored() const { return TDB_pszBuffer[0]; }
 };
 
 // ---- Filling ----
 
-TEST_F(TextItems, ASetTextIsShownSelected) {
+TEST_P(TextItems, ASetTextIsShownSelected) {
   TexteDlgBox_set(0, "Lef\xE8vre");
   expectDialog()
       .check([&] {
@@ -42,7 +41,7 @@ TEST_F(TextItems, ASetTextIsShownSelected) {
   EXPECT_EQ(stored(), "Lef\xE8vre");
 }
 
-TEST_F(TextItems, NobodyEditedNothingChanges) {
+TEST_P(TextItems, NobodyEditedNothingChanges) {
   std::string all;
   for (int c = 1; c < 256; ++c) all += static_cast<char>(c);
   TexteDlgBox_set(0, all.c_str());
@@ -52,7 +51,7 @@ TEST_F(TextItems, NobodyEditedNothingChanges) {
 }
 
 // Kept: a field never set keeps its flag, even when it is mandatory.
-TEST_F(TextItems, ATextNeverSetLeavesItsFlag) {
+TEST_P(TextItems, ATextNeverSetLeavesItsFlag) {
   expectDialog()
       .check([&] {
         EXPECT_EQ(desk.takeWrites(), "3 text \"\"\n1 enabled yes\n");
@@ -63,7 +62,7 @@ TEST_F(TextItems, ATextNeverSetLeavesItsFlag) {
   EXPECT_EQ(TDB_bOK[0], 1);
 }
 
-TEST_F(TextItems, FillingOnlyEverClearsTheFlag) {
+TEST_P(TextItems, FillingOnlyEverClearsTheFlag) {
   const struct {
     const char *text;
     int mandatory, longest, before, after;
@@ -84,7 +83,7 @@ TEST_F(TextItems, FillingOnlyEverClearsTheFlag) {
   }
 }
 
-TEST_F(TextItems, ASliceFullOfTextIsShownWhole) {
+TEST_P(TextItems, ASliceFullOfTextIsShownWhole) {
   const std::string text(8191, 'x');
   TexteDlgBox_set(0, text.c_str());
   expectDialog().check([&] { EXPECT_EQ(desk.text(kItem), text); }).press(kOk);
@@ -93,7 +92,7 @@ TEST_F(TextItems, ASliceFullOfTextIsShownWhole) {
 
 // ---- Editing ----
 
-TEST_F(TextItems, EachKeyIsStoredAndTold) {
+TEST_P(TextItems, EachKeyIsStoredAndTold) {
   TexteDlgBox_set(0, "");
   std::vector<std::string> seen;
   Callbacks::onGlobal = [&](const GlobalCall &call) {
@@ -115,14 +114,14 @@ TEST_F(TextItems, EachKeyIsStoredAndTold) {
   EXPECT_EQ(stored(), "Dr");
 }
 
-TEST_F(TextItems, AccentsAreStoredAsCp1252) {
+TEST_P(TextItems, AccentsAreStoredAsCp1252) {
   TexteDlgBox_set(0, "");
   expectDialog().type(kItem, "àçèéêï°ÀÉŒœ€’").press(kOk);
   EXPECT_EQ(run(), 1);
   EXPECT_EQ(stored(), "\xE0\xE7\xE8\xE9\xEA\xEF\xB0\xC0\xC9\x8C\x9C\x80\x92");
 }
 
-TEST_F(TextItems, CharactersWithoutAByteAreNotTyped) {
+TEST_P(TextItems, CharactersWithoutAByteAreNotTyped) {
   TexteDlgBox_set(0, "");
   expectDialog().type(kItem, "aŽ¡•ˆ語b").press(kOk);
   EXPECT_EQ(run(), 1);
@@ -130,7 +129,7 @@ TEST_F(TextItems, CharactersWithoutAByteAreNotTyped) {
   EXPECT_EQ(Callbacks::globalCalls.size(), 2U);
 }
 
-TEST_F(TextItems, AnUneditedPartIsReadBackAsTyped) {
+TEST_P(TextItems, AnUneditedPartIsReadBackAsTyped) {
   // Bytes that the conversion left behind in an earlier entry become the letters they show as.
   TexteDlgBox_set(0, "for\x90t");
   expectDialog()
@@ -144,7 +143,7 @@ TEST_F(TextItems, AnUneditedPartIsReadBackAsTyped) {
             "ts");
 }
 
-TEST_F(TextItems, ValidityFollowsEveryKey) {
+TEST_P(TextItems, ValidityFollowsEveryKey) {
   TexteDlgBox_set(0, "");
   TexteDlgBox_set_ncarac(0, 2);
   expectDialog()
@@ -163,7 +162,7 @@ TEST_F(TextItems, ValidityFollowsEveryKey) {
   EXPECT_EQ(Callbacks::globalCalls.size(), 5U) << "only acceptable texts are told";
 }
 
-TEST_F(TextItems, AnOptionalTextMayBeEmptied) {
+TEST_P(TextItems, AnOptionalTextMayBeEmptied) {
   TexteDlgBox_set(0, "a");
   TexteDlgBox_mandatory(0, 0);
   expectDialog().deleteBack(kItem).press(kOk);
@@ -172,9 +171,9 @@ TEST_F(TextItems, AnOptionalTextMayBeEmptied) {
   EXPECT_EQ(Callbacks::globalCalls.size(), 1U);
 }
 
-TEST_F(TextItems, ATextLongerThanItsSliceIsCutAndMarked) {
-  TexteDlgBox_param(20, kIdentifier);
-  for (int i = 0; i < 20; ++i) TexteDlgBox_set_geo(i, 0, 0, 0, 0, i);
+TEST_P(TextItems, ATextLongerThanItsSliceIsCutAndMarked) {
+  TexteDlgBox_param(20, first(kIdentifier, kItem));
+  for (int i = 0; i < 20; ++i) TexteDlgBox_set_geo(i, 0, 0, 0, 0, rank(i));
   TexteDlgBox_set(3, "");
   TexteDlgBox_set(4, "voisin");
   TDB_iCarac[3] = 100000;  // decides validity only
@@ -198,7 +197,7 @@ TEST_F(TextItems, ATextLongerThanItsSliceIsCutAndMarked) {
   EXPECT_STREQ(TDB_pszBuffer[3], "court");
 }
 
-TEST_F(TextItems, AFieldWithoutATableTextIsNeverAcceptable) {
+TEST_P(TextItems, AFieldWithoutATableTextIsNeverAcceptable) {
   TexteDlgBox_set(0, "a");
   TDB_pszBuffer[0] = nullptr;
   expectDialog().type(kItem, "b").check([&] { EXPECT_FALSE(desk.isEnabled(kOk)); }).press(kCancel);
@@ -215,7 +214,7 @@ class MaskedText : public TextItems {
   }
 };
 
-TEST_F(MaskedText, ShowsOneStarPerCharacter) {
+TEST_P(MaskedText, ShowsOneStarPerCharacter) {
   expectDialog()
       .check([&] {
         EXPECT_EQ(desk.text(kItem), "******");
@@ -228,13 +227,13 @@ TEST_F(MaskedText, ShowsOneStarPerCharacter) {
   EXPECT_EQ(stored(), "secret");
 }
 
-TEST_F(MaskedText, IsSecretEvenWhenNeverSet) {
+TEST_P(MaskedText, IsSecretEvenWhenNeverSet) {
   TDB_bInit[0] = 0;
   expectDialog().check([&] { EXPECT_TRUE(desk.isSecret(kItem)); }).press(kCancel);
   run();
 }
 
-TEST_F(MaskedText, EditsByPositionFromTheStart) {
+TEST_P(MaskedText, EditsByPositionFromTheStart) {
   const struct {
     const char *name;
     std::function<void(DialogScript &)> edit;
@@ -283,7 +282,7 @@ TEST_F(MaskedText, EditsByPositionFromTheStart) {
   }
 }
 
-TEST_F(MaskedText, TheCursorSurvivesTheMask) {
+TEST_P(MaskedText, TheCursorSurvivesTheMask) {
   expectDialog()
       .moveTo(kItem, 2)
       .type(kItem, "X")
@@ -292,7 +291,7 @@ TEST_F(MaskedText, TheCursorSurvivesTheMask) {
   EXPECT_EQ(run(), 1);
 }
 
-TEST_F(MaskedText, BecomesSecretWhenMaskedDuringTheRun) {
+TEST_P(MaskedText, BecomesSecretWhenMaskedDuringTheRun) {
   TexteDlgBox_password(0, 0);
   Callbacks::onGlobal = [](const GlobalCall &) {
     TexteDlgBox_password(0, 1);
@@ -323,7 +322,7 @@ class PopUp : public TextItems {
   }
 };
 
-TEST_F(PopUp, ChoicesAreSplitAtBothSeparators) {
+TEST_P(PopUp, ChoicesAreSplitAtBothSeparators) {
   constexpr struct {
     const char *list;
     std::vector<std::string> entries() const {
@@ -347,7 +346,7 @@ TEST_F(PopUp, ChoicesAreSplitAtBothSeparators) {
   }
 }
 
-TEST_F(PopUp, TheChoiceEqualToTheTextIsShown) {
+TEST_P(PopUp, TheChoiceEqualToTheTextIsShown) {
   constexpr struct {
     const char *list, *text;
     int value;
@@ -377,7 +376,7 @@ TEST_F(PopUp, TheChoiceEqualToTheTextIsShown) {
   }
 }
 
-TEST_F(PopUp, AChoiceIsStored) {
+TEST_P(PopUp, AChoiceIsStored) {
   choices("Mme,M.,for\xEAt,ma\xEFs,\xE9\xE8\xE0\xE7\xB0", "M.");
   expectDialog()
       .choose(kItem, "Mme")
@@ -393,7 +392,7 @@ TEST_F(PopUp, AChoiceIsStored) {
   EXPECT_EQ(Callbacks::identifiers(), "100 100 100 100 ");
 }
 
-TEST_F(PopUp, AMandatoryChoiceMustBeMade) {
+TEST_P(PopUp, AMandatoryChoiceMustBeMade) {
   choices("a,b", "");
   expectDialog()
       .check([&] { EXPECT_FALSE(desk.isEnabled(kOk)); })
@@ -404,13 +403,13 @@ TEST_F(PopUp, AMandatoryChoiceMustBeMade) {
   EXPECT_EQ(run(), 1);
 }
 
-TEST_F(PopUp, OneNeverSetHasNoChoices) {
+TEST_P(PopUp, OneNeverSetHasNoChoices) {
   TexteDlgBox_set_liste(0, "a,b");
   expectDialog().check([&] { EXPECT_TRUE(desk.entries(kItem).empty()); }).press(kOk);
   EXPECT_EQ(run(), 1);
 }
 
-TEST_F(PopUp, TheStarsOfAMaskedChoiceStandForThePreviousText) {
+TEST_P(PopUp, TheStarsOfAMaskedChoiceStandForThePreviousText) {
   choices("ab,x*,***", "ab");
   TexteDlgBox_password(0, 1);
   expectDialog()
@@ -426,7 +425,7 @@ TEST_F(PopUp, TheStarsOfAMaskedChoiceStandForThePreviousText) {
   EXPECT_EQ(stored(), "xb");
 }
 
-TEST_F(PopUp, RedisplayFindsAChoiceAgain) {
+TEST_P(PopUp, RedisplayFindsAChoiceAgain) {
   choices("a,for\xEAt,ma\xEFs,a", "a");
   const struct {
     const char *text;
@@ -452,7 +451,7 @@ TEST_F(PopUp, RedisplayFindsAChoiceAgain) {
   run();
 }
 
-TEST_F(PopUp, ClearingChoosesNothing) {
+TEST_P(PopUp, ClearingChoosesNothing) {
   choices("a,b", "b");
   Callbacks::onGlobal = redisplaying({-kIdentifier});
   expectDialog()
@@ -467,7 +466,7 @@ TEST_F(PopUp, ClearingChoosesNothing) {
   run();
 }
 
-TEST_F(PopUp, OwnChoicesAreShown) {
+TEST_P(PopUp, OwnChoicesAreShown) {
   char own[] = "x,y";
   TexteDlgBox_set_liste(0, "a,b");
   TexteDlgBox_set_liste_buffer(0, own);
@@ -493,7 +492,7 @@ class List : public TextItems {
   }
 };
 
-TEST_F(List, RowsAreSplitAtDollarsOnly) {
+TEST_P(List, RowsAreSplitAtDollarsOnly) {
   describe("F\xE9minin$a,b+c$$\x88", "");
   expectDialog()
       .check([&] {
@@ -504,7 +503,7 @@ TEST_F(List, RowsAreSplitAtDollarsOnly) {
   run();
 }
 
-TEST_F(List, AClickedRowIsStored) {
+TEST_P(List, AClickedRowIsStored) {
   describe("F\xE9minin$for\xEAt$c", "");
   expectDialog()
       .check([&] { EXPECT_FALSE(desk.isEnabled(kOk)); })
@@ -517,26 +516,26 @@ TEST_F(List, AClickedRowIsStored) {
   EXPECT_EQ(Callbacks::identifiers(), "100 100 ");
 }
 
-TEST_F(List, OneNeverSetHasNoRows) {
+TEST_P(List, OneNeverSetHasNoRows) {
   TDB_bInit[0] = 0;
   expectDialog().check([&] { EXPECT_TRUE(desk.entries(kItem).empty()); }).press(kOk);
   EXPECT_EQ(run(), 1);
 }
 
-TEST_F(List, AHitWithoutAClickedRowIsEmpty) {
+TEST_P(List, AHitWithoutAClickedRowIsEmpty) {
   TexteDlgBox_set(0, "a");
   expectDialog().hit(kItem).check([&] { EXPECT_EQ(stored(), ""); }).press(kCancel);
   run();
 }
 
-TEST_F(List, RowsAreReadUpTo255Characters) {
+TEST_P(List, RowsAreReadUpTo255Characters) {
   describe(("a$" + std::string(300, 'r')).c_str(), "");
   expectDialog().clickRow(kItem, 1).press(kOk);
   EXPECT_EQ(run(), 1);
   EXPECT_EQ(stored(), std::string(255, 'r'));
 }
 
-TEST_F(List, AnAcceptedDoubleClickEndsTheDialog) {
+TEST_P(List, AnAcceptedDoubleClickEndsTheDialog) {
   std::vector<std::string> order;
   Callbacks::onFinal = [&](const FinalCall &call) {
     order.push_back("final sees " + std::string(call.texts[0]));
@@ -555,7 +554,7 @@ TEST_F(List, AnAcceptedDoubleClickEndsTheDialog) {
   EXPECT_EQ(TDB, 0);
 }
 
-TEST_F(List, AnAcceptedDoubleClickStoresAfterTheFinalCallback) {
+TEST_P(List, AnAcceptedDoubleClickStoresAfterTheFinalCallback) {
   Callbacks::onFinal = [](const FinalCall &call) {
     std::strcpy(call.texts[0], "autre");
     return 1;
@@ -565,7 +564,7 @@ TEST_F(List, AnAcceptedDoubleClickStoresAfterTheFinalCallback) {
   EXPECT_EQ(stored(), "b");
 }
 
-TEST_F(List, AnAcceptedDoubleClickEndsEvenWithAnInvalidField) {
+TEST_P(List, AnAcceptedDoubleClickEndsEvenWithAnInvalidField) {
   describe("a$trop long$c", "a");
   TexteDlgBox_set_ncarac(0, 3);
   expectDialog().doubleClickRow(kItem, 1);
@@ -575,7 +574,7 @@ TEST_F(List, AnAcceptedDoubleClickEndsEvenWithAnInvalidField) {
   EXPECT_TRUE(Callbacks::globalCalls.empty());
 }
 
-TEST_F(List, ARefusedDoubleClickGoesBackToWaiting) {
+TEST_P(List, ARefusedDoubleClickGoesBackToWaiting) {
   Callbacks::onFinal = [](const FinalCall &call) {
     std::strcpy(call.texts[0], "vu");
     return 0;
@@ -591,7 +590,7 @@ TEST_F(List, ARefusedDoubleClickGoesBackToWaiting) {
   EXPECT_EQ(Callbacks::finalCalls.size(), 1U);
 }
 
-TEST_F(List, TheFinalCallbackMayEvenDropTheField) {
+TEST_P(List, TheFinalCallbackMayEvenDropTheField) {
   Callbacks::onFinal = [](const FinalCall &) {
     TDB = 0;
     TDB_N = 0;
@@ -602,7 +601,7 @@ TEST_F(List, TheFinalCallbackMayEvenDropTheField) {
   EXPECT_EQ(run(), 1);
 }
 
-TEST_F(List, ClearingKeepsTheRows) {
+TEST_P(List, ClearingKeepsTheRows) {
   describe("a$b", "a");
   Callbacks::onGlobal = redisplaying({-kIdentifier});
   expectDialog()
@@ -616,7 +615,7 @@ TEST_F(List, ClearingKeepsTheRows) {
   run();
 }
 
-TEST_F(List, ShowingAListShowsNothingButSetsTheFlag) {
+TEST_P(List, ShowingAListShowsNothingButSetsTheFlag) {
   describe("a$b", "a");
   Callbacks::onGlobal = [](const GlobalCall &call) {
     call.texts[0][0] = '\0';
@@ -632,7 +631,7 @@ TEST_F(List, ShowingAListShowsNothingButSetsTheFlag) {
 
 // ---- Redisplay of edit text ----
 
-TEST_F(TextItems, ShowingBringsTheTableToTheScreen) {
+TEST_P(TextItems, ShowingBringsTheTableToTheScreen) {
   const struct {
     const char *text;
     int mandatory, longest, valid;
@@ -663,7 +662,7 @@ TEST_F(TextItems, ShowingBringsTheTableToTheScreen) {
   }
 }
 
-TEST_F(TextItems, ShowingAMaskedTextShowsStars) {
+TEST_P(TextItems, ShowingAMaskedTextShowsStars) {
   TexteDlgBox_password(0, 1);
   TexteDlgBox_set(0, "a");
   Callbacks::onGlobal = [](const GlobalCall &call) {
@@ -677,7 +676,7 @@ TEST_F(TextItems, ShowingAMaskedTextShowsStars) {
   run();
 }
 
-TEST_F(TextItems, ClearingEmptiesTheItemAndKeepsTheTable) {
+TEST_P(TextItems, ClearingEmptiesTheItemAndKeepsTheTable) {
   for (const int mandatory : {0, 1}) {
     TDB = 1;
     TexteDlgBox_set(0, "a");
@@ -697,7 +696,7 @@ TEST_F(TextItems, ClearingEmptiesTheItemAndKeepsTheTable) {
   }
 }
 
-TEST_F(TextItems, ShowingKeepsTheSelectionWhereItIs) {
+TEST_P(TextItems, ShowingKeepsTheSelectionWhereItIs) {
   TexteDlgBox_set(0, "abc");
   Callbacks::onGlobal = redisplaying({kIdentifier});
   expectDialog()
@@ -710,6 +709,11 @@ TEST_F(TextItems, ShowingKeepsTheSelectionWhereItIs) {
       .press(kCancel);
   run();
 }
+
+KORVEL_IN_BOTH_KINDS(TextItems);
+KORVEL_IN_BOTH_KINDS(MaskedText);
+KORVEL_IN_BOTH_KINDS(PopUp);
+KORVEL_IN_BOTH_KINDS(List);
 
 }  // namespace
 }  // namespace korvel::test

@@ -39,14 +39,13 @@ int fillItsRoom(char *text, int *) {
   return 0;
 }
 
-class Items : public DialogTest {
+class Items : public BothKinds {
  protected:
   Items() {
     s_seen.clear();
     DlgBoxGlobal_set(Callbacks::global);
   }
   DialogScript &expectDialog() { return desk.expectDialog("T"); }
-  int run() { return ZRVDlgBoxEx("T", nullptr); }
 };
 
 // ---- Check boxes ----
@@ -54,13 +53,13 @@ class Items : public DialogTest {
 class CheckBoxItems : public Items {
  protected:
   CheckBoxItems() {
-    BoolDlgBox_param(2, 200);
-    BoolDlgBox_set_geo(0, "a", 0, 0, 0, 0, 0);
-    BoolDlgBox_set_geo(1, "b", 0, 0, 0, 0, 1);
+    BoolDlgBox_param(2, first(200, 3));
+    BoolDlgBox_set_geo(0, "a", 0, 0, 0, 0, rank(0));
+    BoolDlgBox_set_geo(1, "b", 0, 0, 0, 0, rank(1));
   }
 };
 
-TEST_F(CheckBoxItems, AreFilledAndToggled) {
+TEST_P(CheckBoxItems, AreFilledAndToggled) {
   BoolDlgBox_set(1, 1);
   expectDialog()
       .check([&] {
@@ -82,7 +81,7 @@ TEST_F(CheckBoxItems, AreFilledAndToggled) {
   EXPECT_EQ(Callbacks::identifiers(), "200 201 200 200 ");
 }
 
-TEST_F(CheckBoxItems, OddValuesShowAsOnAndOff) {
+TEST_P(CheckBoxItems, OddValuesShowAsOnAndOff) {
   BoolDlgBox_set(0, 5);
   BoolDlgBox_set(1, -1);
   expectDialog()
@@ -98,7 +97,7 @@ TEST_F(CheckBoxItems, OddValuesShowAsOnAndOff) {
   EXPECT_EQ(BDB_bFlags[1], 1);
 }
 
-TEST_F(CheckBoxItems, UntouchedOnesKeepTheirValue) {
+TEST_P(CheckBoxItems, UntouchedOnesKeepTheirValue) {
   BoolDlgBox_set(0, 5);
   expectDialog().press(kOk);
   EXPECT_EQ(run(), 1);
@@ -106,7 +105,7 @@ TEST_F(CheckBoxItems, UntouchedOnesKeepTheirValue) {
 }
 
 // Kept: clearing a check box shows its value.
-TEST_F(CheckBoxItems, ShowingAndClearingShowTheValue) {
+TEST_P(CheckBoxItems, ShowingAndClearingShowTheValue) {
   for (const int identifier : {201, -201}) {
     BDB = 1;
     DlgBoxGlobal_set(Callbacks::global);
@@ -127,12 +126,12 @@ TEST_F(CheckBoxItems, ShowingAndClearingShowTheValue) {
 class IntegerItems : public Items {
  protected:
   IntegerItems() {
-    IntDlgBox_param(1, 300);
-    IntDlgBox_set_geo(0, 0, 0, 50, 12, 0);
+    IntDlgBox_param(1, first(300, 3));
+    IntDlgBox_set_geo(0, 0, 0, 50, 12, rank(0));
   }
 };
 
-TEST_F(IntegerItems, AreFilledSelectedAndChecked) {
+TEST_P(IntegerItems, AreFilledSelectedAndChecked) {
   const struct {
     int value, mode, valid;
     const char *text;
@@ -163,7 +162,7 @@ TEST_F(IntegerItems, AreFilledSelectedAndChecked) {
   }
 }
 
-TEST_F(IntegerItems, FillingOnlyEverClearsTheFlag) {
+TEST_P(IntegerItems, FillingOnlyEverClearsTheFlag) {
   IntDlgBox_set(0, 5, 0);
   IDB_bOK[0] = 0;
   expectDialog().check([&] { EXPECT_FALSE(desk.isEnabled(kOk)); }).press(kCancel);
@@ -171,7 +170,7 @@ TEST_F(IntegerItems, FillingOnlyEverClearsTheFlag) {
   EXPECT_EQ(IDB_bOK[0], 0);
 }
 
-TEST_F(IntegerItems, AMandatoryOneNeverSetIsEmptyAndInvalid) {
+TEST_P(IntegerItems, AMandatoryOneNeverSetIsEmptyAndInvalid) {
   expectDialog()
       .check([&] {
         EXPECT_EQ(desk.text(kItem), "");
@@ -183,13 +182,13 @@ TEST_F(IntegerItems, AMandatoryOneNeverSetIsEmptyAndInvalid) {
   EXPECT_EQ(IDB_bOK[0], 0);
 }
 
-TEST_F(IntegerItems, AnOptionalOneNeverSetIsLeftAlone) {
+TEST_P(IntegerItems, AnOptionalOneNeverSetIsLeftAlone) {
   IntDlgBox_mandatory(0, 0);
   expectDialog().check([&] { EXPECT_EQ(desk.takeWrites(), "1 enabled yes\n"); }).press(kOk);
   EXPECT_EQ(run(), 1);
 }
 
-TEST_F(IntegerItems, EachKeyIsConverted) {
+TEST_P(IntegerItems, EachKeyIsConverted) {
   IntDlgBox_set(0, 7, 0);
   expectDialog()
       .type(kItem, "1")
@@ -211,7 +210,7 @@ TEST_F(IntegerItems, EachKeyIsConverted) {
   EXPECT_EQ(Callbacks::globalCalls.size(), 3U) << "not for what was refused";
 }
 
-TEST_F(IntegerItems, EmptyingKeepsTheValue) {
+TEST_P(IntegerItems, EmptyingKeepsTheValue) {
   for (const int mandatory : {0, 1}) {
     IDB = 1;
     IntDlgBox_set(0, 7, 0);
@@ -228,7 +227,7 @@ TEST_F(IntegerItems, EmptyingKeepsTheValue) {
   }
 }
 
-TEST_F(IntegerItems, TheValidatorMayStoreWhatItRefuses) {
+TEST_P(IntegerItems, TheValidatorMayStoreWhatItRefuses) {
   IntDlgBox_set(0, 7, 0);
   IntDlgBox_set_fvalid(0, refuseInteger);
   expectDialog().replace(kItem, "5").press(kCancel);
@@ -237,7 +236,7 @@ TEST_F(IntegerItems, TheValidatorMayStoreWhatItRefuses) {
   EXPECT_EQ(IDB_bOK[0], 0);
 }
 
-TEST_F(IntegerItems, LongTextsAndValidatorsStayInTheirRoom) {
+TEST_P(IntegerItems, LongTextsAndValidatorsStayInTheirRoom) {
   IntDlgBox_set(0, 7, 0);
   expectDialog()
       .paste(kItem, std::string(254, '0') + "9")
@@ -252,7 +251,7 @@ TEST_F(IntegerItems, LongTextsAndValidatorsStayInTheirRoom) {
   EXPECT_EQ(run(), 1);
 }
 
-TEST_F(IntegerItems, AMissingValidatorRefuses) {
+TEST_P(IntegerItems, AMissingValidatorRefuses) {
   IntDlgBox_set(0, 7, 0);
   vi[0] = nullptr;
   expectDialog()
@@ -265,7 +264,7 @@ TEST_F(IntegerItems, AMissingValidatorRefuses) {
   EXPECT_EQ(IDB_iInts[0], 7);
 }
 
-TEST_F(IntegerItems, ShowingFillsAgain) {
+TEST_P(IntegerItems, ShowingFillsAgain) {
   const struct {
     int value, mode, valid;
     const char *text;
@@ -294,7 +293,7 @@ TEST_F(IntegerItems, ShowingFillsAgain) {
   }
 }
 
-TEST_F(IntegerItems, ClearingEmptiesTheItemAndKeepsTheTable) {
+TEST_P(IntegerItems, ClearingEmptiesTheItemAndKeepsTheTable) {
   for (const int mandatory : {0, 1}) {
     IDB = 1;
     IntDlgBox_set(0, 7, 0);
@@ -329,7 +328,7 @@ class MaskedInteger : public IntegerItems {
   }
 };
 
-TEST_F(MaskedInteger, ShowsOneStarPerDigit) {
+TEST_P(MaskedInteger, ShowsOneStarPerDigit) {
   expectDialog()
       .check([&] {
         EXPECT_EQ(desk.text(kItem), "****");
@@ -343,7 +342,7 @@ TEST_F(MaskedInteger, ShowsOneStarPerDigit) {
   EXPECT_EQ(IDB_iInts[0], 1234);
 }
 
-TEST_F(MaskedInteger, IsSecretEvenWhenNeverSet) {
+TEST_P(MaskedInteger, IsSecretEvenWhenNeverSet) {
   IDB_bInit[0] = 0;
   expectDialog()
       .check([&] {
@@ -359,7 +358,7 @@ TEST_F(MaskedInteger, IsSecretEvenWhenNeverSet) {
   EXPECT_EQ(run(), 1);
 }
 
-TEST_F(MaskedInteger, EditsByDigitFromTheEnd) {
+TEST_P(MaskedInteger, EditsByDigitFromTheEnd) {
   using Seen = std::vector<std::string>;
   const struct {
     const char *name;
@@ -486,7 +485,7 @@ TEST_F(MaskedInteger, EditsByDigitFromTheEnd) {
   }
 }
 
-TEST_F(MaskedInteger, RedisplayMasksAndRecordsTheLength) {
+TEST_P(MaskedInteger, RedisplayMasksAndRecordsTheLength) {
   Callbacks::onGlobal = [](const GlobalCall &call) {
     call.ints[0] = 99;
     return redisplaying({300})(call);
@@ -512,7 +511,7 @@ TEST_F(MaskedInteger, RedisplayMasksAndRecordsTheLength) {
   EXPECT_EQ(IDB_iInts[0], 42);
 }
 
-TEST_F(MaskedInteger, AVeryLongPasteIsSurvived) {
+TEST_P(MaskedInteger, AVeryLongPasteIsSurvived) {
   expectDialog()
       .moveToEnd(kItem)
       .paste(kItem, std::string(70000, '0'))
@@ -527,12 +526,12 @@ TEST_F(MaskedInteger, AVeryLongPasteIsSurvived) {
 class NumberItems : public Items {
  protected:
   NumberItems() {
-    NumDlgBox_param(1, 400);
-    NumDlgBox_set_geo(0, 0, 0, 50, 12, 0);
+    NumDlgBox_param(1, first(400, 3));
+    NumDlgBox_set_geo(0, 0, 0, 50, 12, rank(0));
   }
 };
 
-TEST_F(NumberItems, AreFilledWithTheirDecimals) {
+TEST_P(NumberItems, AreFilledWithTheirDecimals) {
   const struct {
     double value;
     int decimals, mode, valid;
@@ -561,7 +560,7 @@ TEST_F(NumberItems, AreFilledWithTheirDecimals) {
   }
 }
 
-TEST_F(NumberItems, FillingOnlyEverClearsTheFlag) {
+TEST_P(NumberItems, FillingOnlyEverClearsTheFlag) {
   NumDlgBox_set(0, 5, 0);
   NDB_bOK[0] = 0;
   expectDialog().check([&] { EXPECT_FALSE(desk.isEnabled(kOk)); }).press(kCancel);
@@ -569,7 +568,7 @@ TEST_F(NumberItems, FillingOnlyEverClearsTheFlag) {
   EXPECT_EQ(NDB_bOK[0], 0);
 }
 
-TEST_F(NumberItems, AnyValueIsFilled) {
+TEST_P(NumberItems, AnyValueIsFilled) {
   for (const double value : {1e300, -HUGE_VAL, HUGE_VAL, std::nan("")}) {
     for (const int decimals : {0, 5, 300, 100000}) {
       NDB = 1;
@@ -582,7 +581,7 @@ TEST_F(NumberItems, AnyValueIsFilled) {
 }
 
 // Kept: unlike an integer field, a field never set leaves its item as it was built.
-TEST_F(NumberItems, OneNeverSetLeavesItsItem) {
+TEST_P(NumberItems, OneNeverSetLeavesItsItem) {
   for (const int mandatory : {0, 1}) {
     NDB = 1;
     NumDlgBox_mandatory(0, mandatory);
@@ -596,7 +595,7 @@ TEST_F(NumberItems, OneNeverSetLeavesItsItem) {
   }
 }
 
-TEST_F(NumberItems, EachKeyIsConverted) {
+TEST_P(NumberItems, EachKeyIsConverted) {
   NumDlgBox_set(0, 7, 0);
   expectDialog()
       .type(kItem, "1,")
@@ -615,7 +614,7 @@ TEST_F(NumberItems, EachKeyIsConverted) {
   EXPECT_EQ(Callbacks::identifiers(), "400 400 400 400 ");
 }
 
-TEST_F(NumberItems, EmptyingKeepsTheValue) {
+TEST_P(NumberItems, EmptyingKeepsTheValue) {
   for (const int mandatory : {0, 1}) {
     NDB = 1;
     NumDlgBox_set(0, 7, 0);
@@ -631,7 +630,7 @@ TEST_F(NumberItems, EmptyingKeepsTheValue) {
   }
 }
 
-TEST_F(NumberItems, ShowingFillsAgainAndClearingEmpties) {
+TEST_P(NumberItems, ShowingFillsAgainAndClearingEmpties) {
   NumDlgBox_set(0, 7, 2);
   NumDlgBox_set_nchiff(0, 1);
   NDB_bInit[0] = 0;
@@ -672,15 +671,15 @@ class DateItems : public Items {
  protected:
   DateItems() { describe(20240229); }
   void describe(int date) {
-    DateDlgBox_param(1, 500);
-    DateDlgBox_set_geo(0, 0, 0, 50, 12, 0);
+    DateDlgBox_param(1, first(500, 3));
+    DateDlgBox_set_geo(0, 0, 0, 50, 12, rank(0));
     DateDlgBox_set(0, date, 1);
     DlgBoxGlobal_set(Callbacks::global);
   }
   std::string shown() const { return desk.text(3) + '/' + desk.text(4) + '/' + desk.text(5); }
 };
 
-TEST_F(DateItems, AreFilledInThreeItems) {
+TEST_P(DateItems, AreFilledInThreeItems) {
   const struct {
     int date, valid;
     const char *shown;
@@ -705,14 +704,14 @@ TEST_F(DateItems, AreFilledInThreeItems) {
   }
 }
 
-TEST_F(DateItems, FillingOnlyEverClearsTheFlag) {
+TEST_P(DateItems, FillingOnlyEverClearsTheFlag) {
   DDB_bOK[0] = 0;
   expectDialog().check([&] { EXPECT_FALSE(desk.isEnabled(kOk)); }).press(kCancel);
   run();
   EXPECT_EQ(DDB_bOK[0], 0);
 }
 
-TEST_F(DateItems, OneNeverSetIsEmpty) {
+TEST_P(DateItems, OneNeverSetIsEmpty) {
   for (const int mandatory : {0, 1}) {
     describe(20240229);
     DDB_bInit[0] = 0;
@@ -730,7 +729,7 @@ TEST_F(DateItems, OneNeverSetIsEmpty) {
   }
 }
 
-TEST_F(DateItems, PartsFollowTheirRules) {
+TEST_P(DateItems, PartsFollowTheirRules) {
   const struct {
     const char *day, *month, *year;
     int mandatory;
@@ -790,14 +789,14 @@ TEST_F(DateItems, PartsFollowTheirRules) {
   }
 }
 
-TEST_F(DateItems, APartlyEmptyDateKeepsTheStoredOne) {
+TEST_P(DateItems, APartlyEmptyDateKeepsTheStoredOne) {
   DateDlgBox_mandatory(0, 0);
   expectDialog().replace(3, "").replace(4, "").replace(5, "").press(kOk);
   EXPECT_EQ(run(), 1);
   EXPECT_EQ(DDB_lDates[0], 20240229);
 }
 
-TEST_F(DateItems, AZeroDayIsAcceptedWithoutTheValidator) {
+TEST_P(DateItems, AZeroDayIsAcceptedWithoutTheValidator) {
   DateDlgBox_set_fvalid(0, recordInteger);
   expectDialog()
       .check([] { s_seen.clear(); })
@@ -811,10 +810,10 @@ TEST_F(DateItems, AZeroDayIsAcceptedWithoutTheValidator) {
   EXPECT_EQ(DDB_lDates[0], 20240229);
 }
 
-TEST_F(DateItems, EachOfTheThreeItemsTellsTheSameField) {
-  DateDlgBox_param(2, 500);
-  DateDlgBox_set_geo(0, 0, 0, 0, 0, 0);
-  DateDlgBox_set_geo(1, 0, 0, 0, 0, 1);
+TEST_P(DateItems, EachOfTheThreeItemsTellsTheSameField) {
+  DateDlgBox_param(2, first(500, 3));
+  DateDlgBox_set_geo(0, 0, 0, 0, 0, rank(0));
+  DateDlgBox_set_geo(1, 0, 0, 0, 0, rank(1));
   DateDlgBox_set(0, 20240229, 1);
   DateDlgBox_set(1, 20240229, 1);
   expectDialog().replace(6, "1").replace(7, "3").replace(8, "2025").press(kOk);
@@ -824,7 +823,7 @@ TEST_F(DateItems, EachOfTheThreeItemsTellsTheSameField) {
   EXPECT_EQ(Callbacks::identifiers(), "503 503 503 ");
 }
 
-TEST_F(DateItems, LargePartsWrapAs32Bits) {
+TEST_P(DateItems, LargePartsWrapAs32Bits) {
   DateDlgBox_set_fvalid(0, recordInteger);
   expectDialog()
       .replace(3, "2147483647")
@@ -837,7 +836,7 @@ TEST_F(DateItems, LargePartsWrapAs32Bits) {
   EXPECT_EQ(s_seen, std::vector<std::string>{std::to_string(sum)});
 }
 
-TEST_F(DateItems, ShowingFillsAgainAndClearingEmpties) {
+TEST_P(DateItems, ShowingFillsAgainAndClearingEmpties) {
   DDB_bInit[0] = 0;
   DDB_bMand[0] = 0;
   Callbacks::onGlobal = [](const GlobalCall &call) {
@@ -887,21 +886,21 @@ TEST_F(DateItems, ShowingFillsAgainAndClearingEmpties) {
 
 // ---- Validators ----
 
-TEST_F(Items, AnApplicationsOwnValidatorsAreCalled) {
+TEST_P(Items, AnApplicationsOwnValidatorsAreCalled) {
   ValidInt_t integers[128] = {}, dates[20] = {};
   ValidNum_t numbers[128] = {};
   vi = integers;
   vf = numbers;
   vd = dates;
-  IntDlgBox_param(1, 300);
-  IntDlgBox_set_geo(0, 0, 0, 0, 0, 0);
+  IntDlgBox_param(1, first(300, 3));
+  IntDlgBox_set_geo(0, 0, 0, 0, 0, rank(0));
   IntDlgBox_set(0, 5, 0);
-  NumDlgBox_param(1, 400);
-  NumDlgBox_set_geo(0, 0, 0, 0, 0, 1);
+  NumDlgBox_param(1, first(400, 4));
+  NumDlgBox_set_geo(0, 0, 0, 0, 0, rank(1));
   NumDlgBox_set(0, 1.5, 0);
   NumDlgBox_set_nchiff(0, 1);
-  DateDlgBox_param(1, 500);
-  DateDlgBox_set_geo(0, 0, 0, 0, 0, 2);
+  DateDlgBox_param(1, first(500, 5));
+  DateDlgBox_set_geo(0, 0, 0, 0, 0, rank(2));
   DateDlgBox_set(0, 20240229, 1);
   integers[0] = dates[0] = recordInteger;
   numbers[0] = recordNumber;
@@ -915,13 +914,13 @@ TEST_F(Items, AnApplicationsOwnValidatorsAreCalled) {
 class PushItems : public Items {
  protected:
   PushItems() {
-    PushDlgBox_param(2, 600);
-    PushDlgBox_set_geo(0, "a", 0, 0, 0, 0, 0);
-    PushDlgBox_set_geo(1, "b", 0, 0, 0, 0, 1);
+    PushDlgBox_param(2, first(600, 3));
+    PushDlgBox_set_geo(0, "a", 0, 0, 0, 0, rank(0));
+    PushDlgBox_set_geo(1, "b", 0, 0, 0, 0, rank(1));
   }
 };
 
-TEST_F(PushItems, TheActionThenTheGlobalCallback) {
+TEST_P(PushItems, TheActionThenTheGlobalCallback) {
   PushDlgBox_set_fvalid(0, Callbacks::action);
   std::string order;
   Callbacks::onAction = [&] { order += "action "; };
@@ -936,7 +935,7 @@ TEST_F(PushItems, TheActionThenTheGlobalCallback) {
   EXPECT_NE(Callbacks::actionCalls[0], nullptr);
 }
 
-TEST_F(PushItems, AnApplicationsOwnActionsAreCalled) {
+TEST_P(PushItems, AnApplicationsOwnActionsAreCalled) {
   PushAction_t own[10] = {};
   vp = own;
   PushDlgBox_set_fvalid(1, Callbacks::action);
@@ -946,15 +945,15 @@ TEST_F(PushItems, AnApplicationsOwnActionsAreCalled) {
   EXPECT_EQ(Callbacks::actionCalls.size(), 1U);
 }
 
-TEST_F(PushItems, AMissingActionTableIsSurvived) {
+TEST_P(PushItems, AMissingActionTableIsSurvived) {
   expectDialog().check([] { vp = nullptr; }).press(3).press(kOk);
   EXPECT_EQ(run(), 1);
   EXPECT_EQ(Callbacks::identifiers(), "600 ");
 }
 
-TEST_F(PushItems, AnActionMayChangeEverything) {
-  TexteDlgBox_param(1, 100);
-  TexteDlgBox_set_geo(0, 0, 0, 0, 0, 2);
+TEST_P(PushItems, AnActionMayChangeEverything) {
+  TexteDlgBox_param(1, first(100, 5));
+  TexteDlgBox_set_geo(0, 0, 0, 0, 0, rank(2));
   TexteDlgBox_set(0, "a");
   PushDlgBox_set_fvalid(0, Callbacks::action);
   Callbacks::onAction = [] {
@@ -972,6 +971,14 @@ TEST_F(PushItems, AnActionMayChangeEverything) {
   EXPECT_EQ(run(), 1);
   EXPECT_EQ(Callbacks::identifiers(), "");
 }
+
+KORVEL_IN_BOTH_KINDS(CheckBoxItems);
+KORVEL_IN_BOTH_KINDS(IntegerItems);
+KORVEL_IN_BOTH_KINDS(MaskedInteger);
+KORVEL_IN_BOTH_KINDS(NumberItems);
+KORVEL_IN_BOTH_KINDS(DateItems);
+KORVEL_IN_BOTH_KINDS(Items);
+KORVEL_IN_BOTH_KINDS(PushItems);
 
 }  // namespace
 }  // namespace korvel::test

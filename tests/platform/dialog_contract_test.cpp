@@ -305,6 +305,24 @@ TEST_F(DialogContract, SettingAPopUpIsNoHit) {
   EXPECT_EQ(dialog_->value(popUp), 1);
 }
 
+TEST_F(DialogContract, ANumberBeyondTheEntriesIsNotTaken) {
+  const int popUp = addEntries(ItemKind::PopUp, {"a", "b"});
+  dialog_->setValue(popUp, 2);
+  for (const int number : {3, 4711, -1}) {
+    dialog_->setValue(popUp, number);
+    EXPECT_EQ(dialog_->value(popUp), 2) << number;
+  }
+}
+
+TEST_F(DialogContract, EntriesAreCounted) {
+  EXPECT_EQ(dialog_->entryCount(addEntries(ItemKind::PopUp, {"a", "b", ""})), 3);
+  EXPECT_EQ(dialog_->entryCount(addEntries(ItemKind::ListBox, {"a"})), 1);
+  EXPECT_EQ(dialog_->entryCount(add(ItemKind::PopUp)), 0);
+  EXPECT_EQ(dialog_->entryCount(addText("a")), 0);
+  EXPECT_EQ(dialog_->entryCount(kOkItem), 0);
+  EXPECT_EQ(dialog_->entryCount(4711), 0);
+}
+
 TEST_F(DialogContract, NewEntriesLeaveNothingChosen) {
   const int popUp = addEntries(ItemKind::PopUp, {"a", "b"});
   dialog_->setValue(popUp, 2);

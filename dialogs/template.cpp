@@ -1,0 +1,118 @@
+// Runs a dialog whose layout is a template file of the resource folder.
+#include "dialogs/callbacks.h"
+#include "dialogs/run.h"
+#include "dialogs/screen.h"
+#include "platform/loader.h"
+#include "platform/resources.h"
+#include "platform/screentext.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <iterator>
+#include <memory>
+#include <string>
+
+namespace korvel::dialogs {
+
+namespace {
+
+using platform::Dialog;
+using platform::ItemKind;
+
+constexpr const char *kFolder = "dialogs/";
+
+// Names are CP1252 in the application and UTF-8 on the disk.
+std::string onDisk(std::string_view name) {
+  std::string utf8;
+  for (const char16_t c : platform::toCharacters(toScreen(name))) {
+    const auto code = static_cast<unsigned>(c);
+    if (code < 0x80) {
+      utf8 += static_cast<char>(code);
+    } else if (code < 0x800) {
+      utf8 += static_cast<char>(0xC0 | (code >> 6));
+      utf8 += static_cast<char>(0x80 | (code & 0x3F));
+    } else {
+      utf8 += static_cast<char>(0xE0 | (code >> 12));
+      utf8 += static_cast<char>(0x80 | ((code >> 6) & 0x3F));
+      utf8 += static_cast<char>(0x80 | (code & 0x3F));
+    }
+  }
+  return utf8;
+}
+
+// Empty when there is no such template. A name that is UTF-8 already is found as well.
+std::string findTemplate(std::string_view name) noexcept {
+  try {
+    if (name.empty()) return {};
+    for (const std::string &file : {onDisk(name), std::string(name)}) {
+      std::string path = platform::findResource(kFolder + file, {".ui"});
+      if (!path.empty()) return path;
+    }
+  } catch (...) {
+    // Out of memory: nothing was found.
+  }
+  return {};
+}
+
+// What a form says about itself may hold anything; the line stays one.
+std::string inOneLine(std::string text) {
+  const auto isControl = [](char c) { return (c >= 0 && c < ' ') || c == 0x7F; };
+  std::replace_if(text.begin(), text.end(), isControl, '?');
+  return text;
+}
+
+void report(const std::string &path, const std::string &problem) {
+  std::fprintf(stderr, "korvel: dialog not shown: %s\n", inOneLine(path + ": " + problem).c_str());
+}
+
+std::unique_ptr<Dialog> readTemplate(platform::Desktop &desktop, const std::string &path,
+                                     std::string &problem) {
+  auto dialog = desktop.newDialogFromTemplate(path, desktop.frontWindow(), problem);
+  if (dialog == nullptr) return nullptr;
+  for (const int item : {platform::kOkItem, platform::kCancelItem}) {
+    if (dialog->kind(item) != ItemKind::None) continue;
+    problem = "there is no item " + std::to_string(item);
+    return nullptr;
+  }
+  return dialog;
+}
+
+// Makes the template's dialog the current one, or returns null.
+DialogRef openCurrent(const std::string &path) {
+  platform::Desktop *desktop = platform::desktopWithScreen();
+  if (desktop == nullptr) return nullptr;
+  std::string problem;
+  auto dialog = readTemplate(*desktop, path, problem);
+  if (dialog == nullptr) {
+    report(path, problem);
+    return nullptr;
+  }
+  // A template's items are numbered by itself: none is moved.
+  std::fill(std::begin(Dlg_itemOffset), std::end(Dlg_itemOffset), 0);
+  std::fill(std::begin(Dlg_rkOffset), std::end(Dlg_rkOffset), 0);
+  return makeCurrent(std::move(dialog));
+}
+
+DialogRef openOrNull(const std::string &path) noexcept {
+  try {
+    return openCurrent(path);
+  } catch (...) {
+    return nullptr;
+  }
+}
+
+}  // namespace
+
+}  // namespace korvel::dialogs
+
+using namespace korvel::dialogs;
+
+int ZRVDlgBox(const char *name) {
+  if (name == nullptr || isDialogUp()) return 0;
+  const std::string path = findTemplate(name);
+  if (path.empty()) return 0;
+  const DialogRef dialog = openOrNull(path);
+  if (dialog != nullptr) return DlgBoxFunc(dialog);
+  endDefinition();
+  return 0;
+}
