@@ -37,6 +37,7 @@ void selectParts(Screen &screen, int firstItem) {
 
 void fill(Screen &screen, int i) {
   const int firstItem = itemOf(kDates, i);
+  screen.setDateParts(firstItem);
   if (DDB_bInit[i] == 0) {
     emptyParts(screen, firstItem);
     if (DDB_bMand[i] != 0) DDB_bOK[i] = 0;

@@ -3,6 +3,7 @@
 
 #include "dialogs/callbacks.h"
 #include "dialogs/field_items.h"
+#include "dialogs/marks.h"
 #include "dialogs/numbering.h"
 #include "dialogs/screen.h"
 #include "dialogs/stored_text.h"
@@ -54,13 +55,17 @@ class Session final : public platform::HitHandler {
   void handleField(const FieldType &type, int i);
   void callGlobalFor(const Family &family, int i);
   void redisplay(int identifier);
-  void followValidity() { screen_.enableOk(allValid()); }
+  void followValidity() {
+    screen_.enableOk(allValid());
+    marks_.follow(screen_);
+  }
   void end(int result) {
     result_ = result;
     hasEnded_ = true;
   }
 
   Screen screen_;
+  Marks marks_;
   bool hasEnded_ = false;
   int result_ = kCancelled;
 };

@@ -55,6 +55,8 @@ class Screen {
   bool wasDoubleClicked(int item) const;
 
   void enableOk(bool enabled);
+  void setAcceptable(int item, bool acceptable) { dialog_.setAcceptable(item, acceptable); }
+  void setDateParts(int day) { dialog_.setDateParts(day, day + 1, day + 2); }
 
  private:
   bool is(int item, platform::ItemKind kind) const { return dialog_.kind(item) == kind; }

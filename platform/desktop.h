@@ -128,6 +128,15 @@ class Dialog {
   // A disabled item is greyed and cannot be hit.
   virtual void setEnabled(int item, bool enabled) = 0;
 
+  // Whether the content of a field (edit text, pop-up or list box) can be accepted as it is; that
+  // of a new item can. A field with other content is marked, quietly on the screen and in words
+  // for people who hear a dialog read out. Nothing else about it changes.
+  virtual void setAcceptable(int item, bool acceptable) = 0;
+
+  // Says that three edit-text items are the parts of one date, for people who hear their names
+  // read out.
+  virtual void setDateParts(int day, int month, int year) = 0;
+
   // Shows the window, with the focus in the first edit-text item in the order of the Tab key (all
   // of its text selected) and the application's other windows blocked, and calls `handler` once per
   // hit until it answers Stop. Returns also when the desktop goes down.

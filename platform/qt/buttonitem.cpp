@@ -3,6 +3,7 @@
 #include <QKeyEvent>
 #include <algorithm>
 
+#include "platform/qt/fieldaccess.h"
 #include "platform/qt/text.h"
 
 namespace korvel::platform::qt {
@@ -43,6 +44,7 @@ void ButtonItem::keyPressEvent(QKeyEvent *event) {
 CheckItem::CheckItem(QWidget *parent, HitSink &sink, int number)
     : QCheckBox(parent), Item(sink, number, ItemKind::CheckBox) {
   connect(this, &QCheckBox::clicked, this, [this] { hit(); });
+  connect(this, &QCheckBox::toggled, this, [this](bool isOn) { refuseToggle(isOn); });
 }
 
 CheckItem::CheckItem(QWidget *window, HitSink &sink, int number, const Appearance &appearance,
@@ -54,6 +56,22 @@ CheckItem::CheckItem(QWidget *window, HitSink &sink, int number, const Appearanc
   place.setWidth(std::max(place.width(), sizeHint().width()));
   setGeometry(place);
   lower();  // a title that is wider than its rectangle stays behind its neighbours
+}
+
+void CheckItem::setValue(int value) {
+  isSetOn_ = value != 0;
+  setChecked(isSetOn_);
+}
+
+// A screen reader toggles the box where the mouse would click on it.
+void CheckItem::refuseToggle(bool isOn) {
+  if (isOn == isSetOn_) return;
+  if (!isVisible()) {  // the form brings it along
+    isSetOn_ = isOn;
+    return;
+  }
+  setChecked(isSetOn_);
+  if (mayBeUsed(*this)) hit();
 }
 
 void CheckItem::keyPressEvent(QKeyEvent *event) {

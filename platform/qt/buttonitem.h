@@ -32,11 +32,16 @@ class CheckItem final : public QCheckBox, public Item {
 
   QWidget *widget() override { return this; }
   int value() const override { return isChecked() ? 1 : 0; }
-  void setValue(int value) override { setChecked(value != 0); }
+  void setValue(int value) override;
 
  protected:
   void keyPressEvent(QKeyEvent *event) override;
   void nextCheckState() override {}
+
+ private:
+  void refuseToggle(bool isOn);
+
+  bool isSetOn_ = false;
 };
 
 }  // namespace korvel::platform::qt

@@ -14,7 +14,8 @@ namespace korvel::platform::qt {
 
 class HitSink {
  public:
-  virtual void itemHit(int item) = 0;
+  // True when the hit was handled, false when it will be after the one that is being handled.
+  virtual bool itemHit(int item) = 0;
 
  protected:
   ~HitSink() = default;
@@ -51,11 +52,10 @@ class Item {
   virtual ListClick lastClick() const { return {}; }
 
   virtual void setDefault(bool) {}
+  virtual void setAcceptable(bool) {}
 
  protected:
-  void hit() {
-    if (number_ > 0) sink_.itemHit(number_);
-  }
+  bool hit() { return number_ <= 0 || sink_.itemHit(number_); }
 
  private:
   HitSink &sink_;

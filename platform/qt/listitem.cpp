@@ -6,6 +6,7 @@
 #include <QScrollBar>
 #include <algorithm>
 
+#include "platform/qt/fieldaccess.h"
 #include "platform/qt/text.h"
 
 namespace korvel::platform::qt {
@@ -52,8 +53,21 @@ ListItem::ListItem(QWidget *parent, HitSink &sink, int number)
   setHorizontalScrollMode(ScrollPerPixel);
   // A row half in view that moved at its first click would not be there for the second.
   setAutoScroll(false);
+  connect(selectionModel(), &QItemSelectionModel::selectionChanged, this,
+          [this] { selectionChangedByOthers(); });
   for (QScrollBar *bar : {horizontalScrollBar(), verticalScrollBar()})
     bar->setContextMenuPolicy(Qt::PreventContextMenu);
+}
+
+void ListItem::paintEvent(QPaintEvent *event) {
+  QListView::paintEvent(event);
+  mark_.paint();
+}
+
+// What is in view is moved, and the mark must not move with it.
+void ListItem::scrollContentsBy(int dx, int dy) {
+  QListView::scrollContentsBy(dx, dy);
+  if (mark_.isShown()) viewport()->update();
 }
 
 ListItem::ListItem(QWidget *window, HitSink &sink, int number, const Appearance &appearance,
@@ -84,7 +98,13 @@ int ListItem::selectedRow() const {
 }
 
 void ListItem::selectRow(int row) {
+  isSelecting_ = true;
   selectionModel()->setCurrentIndex(rows_->index(row), QItemSelectionModel::ClearAndSelect);
+  isSelecting_ = false;
+}
+
+void ListItem::selectionChangedByOthers() {
+  if (!isSelecting_ && selectedRow() >= 0 && mayBeUsed(*this)) choose(selectedRow(), false);
 }
 
 void ListItem::choose(int row, bool isDouble) {
@@ -168,7 +188,9 @@ void ListItem::keyPressEvent(QKeyEvent *event) {
 
 void ListItem::keyboardSearch(const QString &typed) {
   const int before = selectedRow();
+  isSelecting_ = true;
   QListView::keyboardSearch(typed);
+  isSelecting_ = false;
   const int found = selectedRow();
   if (found < 0 || found == before) return;
   scrollTo(rows_->index(found));

@@ -7,6 +7,7 @@
 
 #include "platform/qt/appearance.h"
 #include "platform/qt/item.h"
+#include "platform/qt/mark.h"
 
 namespace korvel::platform::qt {
 
@@ -38,12 +39,15 @@ class ListItem final : public QListView, public Item {
            const Rect &rect);
 
   QWidget *widget() override { return this; }
+  void setAcceptable(bool acceptable) override { mark_.show(!acceptable); }
   void setEntries(const std::vector<std::string> &entries) override;
   int entryCount() const override { return rowCount(); }
   std::string entry(int index) const override;
   ListClick lastClick() const override { return click_; }
 
  protected:
+  void paintEvent(QPaintEvent *event) override;
+  void scrollContentsBy(int dx, int dy) override;
   // A row is chosen when the mouse button is released; until then the selection follows the mouse.
   void mousePressEvent(QMouseEvent *event) override;
   void mouseMoveEvent(QMouseEvent *event) override;
@@ -62,6 +66,8 @@ class ListItem final : public QListView, public Item {
   int selectedRow() const;
   void selectRow(int row);
   void choose(int row, bool isDouble);
+  // A screen reader selects a row where the mouse would click on it.
+  void selectionChangedByOthers();
   void beginPress(QMouseEvent *event, Press press);
   // The row that the mouse selects at this height of the view.
   int rowTowards(int y) const;
@@ -70,9 +76,11 @@ class ListItem final : public QListView, public Item {
   int rowsInView() const;
 
   ListRows *const rows_;
+  Mark mark_{*this, *viewport()};
   int overhang_ = 1;
   ListClick click_;
   Press press_ = Press::None;
+  bool isSelecting_ = false;
 };
 
 }  // namespace korvel::platform::qt

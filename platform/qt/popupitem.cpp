@@ -3,6 +3,7 @@
 #include <QStringListModel>
 #include <QWheelEvent>
 
+#include "platform/qt/fieldaccess.h"
 #include "platform/qt/text.h"
 
 namespace korvel::platform::qt {
@@ -19,6 +20,11 @@ PopUpItem::PopUpItem(QWidget *window, HitSink &sink, int number, const Appearanc
   setGeometry(appearance.popUp(rect));
 }
 
+void PopUpItem::paintEvent(QPaintEvent *event) {
+  QComboBox::paintEvent(event);
+  mark_.paint();
+}
+
 void PopUpItem::setValue(int value) {
   if (value >= 0 && value <= count()) setCurrentIndex(value - 1);
 }
@@ -32,6 +38,12 @@ void PopUpItem::setEntries(const std::vector<std::string> &entries) {
 }
 
 std::string PopUpItem::entry(int index) const { return fromQt(itemText(index)); }
+
+void PopUpItem::chooseByPerson(int index) {
+  if (index < 0 || index >= count() || !mayBeUsed(*this)) return;
+  setCurrentIndex(index);
+  hit();
+}
 
 void PopUpItem::wheelEvent(QWheelEvent *event) { event->ignore(); }
 

@@ -6,6 +6,7 @@
 
 #include "platform/qt/appearance.h"
 #include "platform/qt/item.h"
+#include "platform/qt/mark.h"
 
 class QStringListModel;
 
@@ -18,18 +19,25 @@ class PopUpItem final : public QComboBox, public Item {
             const Rect &rect);
 
   QWidget *widget() override { return this; }
+  void setAcceptable(bool acceptable) override { mark_.show(!acceptable); }
   int value() const override { return currentIndex() + 1; }
   void setValue(int value) override;
   void setEntries(const std::vector<std::string> &entries) override;
   int entryCount() const override { return count(); }
   std::string entry(int index) const override;
 
+  // As if a person had chosen the entry, numbered from 0: a hit, unless there is no such entry, or
+  // the dialog takes no input now.
+  void chooseByPerson(int index);
+
  protected:
+  void paintEvent(QPaintEvent *event) override;
   // The wheel turns what lies under it, and never a choice.
   void wheelEvent(QWheelEvent *event) override;
 
  private:
   QStringListModel *const choices_;
+  Mark mark_{*this, *this};
 };
 
 }  // namespace korvel::platform::qt

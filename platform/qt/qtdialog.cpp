@@ -14,6 +14,8 @@
 #include "platform/qt/alerticon.h"
 #include "platform/qt/buttonitem.h"
 #include "platform/qt/decoration.h"
+#include "platform/qt/fieldaccess.h"
+#include "platform/qt/fieldnames.h"
 #include "platform/qt/form.h"
 #include "platform/qt/formbuilder.h"
 #include "platform/qt/listitem.h"
@@ -39,9 +41,16 @@ bool canHaveFocus(Item &item) {
          item.widget()->isVisibleTo(item.widget()->window());
 }
 
+// Whether the item has a content of its own that a label stands beside.
+bool isField(const Item &item) {
+  return item.kind() == ItemKind::EditText || item.kind() == ItemKind::PopUp ||
+         item.kind() == ItemKind::ListBox;
+}
+
 }  // namespace
 
 QtDialog::QtDialog() : appearance_(Appearance::ofDesktop()) {
+  installFieldAccess();
   window_.onReturn = [this] { pressDefault(); };
   window_.onCancel = [this] { pressCancel(); };
 }
@@ -223,6 +232,27 @@ void QtDialog::setEnabled(int item, bool enabled) {
   found->widget()->setEnabled(enabled);
 }
 
+void QtDialog::setAcceptable(int item, bool acceptable) {
+  if (Item *found = find(item)) found->setAcceptable(acceptable);
+}
+
+void QtDialog::setDateParts(int day, int month, int year) { dates_.push_back({day, month, year}); }
+
+QWidget *QtDialog::fieldWidget(int item) const {
+  Item *found = find(item);
+  return found != nullptr && isField(*found) ? found->widget() : nullptr;
+}
+
+void QtDialog::giveNames() {
+  std::vector<QWidget *> fields;
+  for (Item *item : tabOrder_)
+    if (isField(*item)) fields.push_back(item->widget());
+  std::vector<DateFields> dates;
+  for (const DateItems &date : dates_)
+    dates.push_back({fieldWidget(date.day), fieldWidget(date.month), fieldWidget(date.year)});
+  nameFields(window_, fields, dates);
+}
+
 Item *QtDialog::firstEnabled(ItemKind kind) const {
   const auto found = std::find_if(tabOrder_.begin(), tabOrder_.end(), [kind](Item *item) {
     return item->kind() == kind && canHaveFocus(*item);
@@ -295,15 +325,16 @@ void QtDialog::pressCancel() {
 }
 
 // What happens during a hit, by a way on which it could not be held, is told after it.
-void QtDialog::itemHit(int item) {
+bool QtDialog::itemHit(int item) {
   waiting_.push_back(item);
-  if (isInHit_) return;
+  if (isInHit_) return false;
   while (handler_ != nullptr && !waiting_.empty()) {
     const int next = waiting_.front();
     waiting_.pop_front();
     tell(next);
   }
   waiting_.clear();
+  return true;
 }
 
 void QtDialog::tell(int item) {
@@ -324,6 +355,7 @@ void QtDialog::runModal(HitHandler &handler) {
   if (loop_ != nullptr) return;
   const QPointer<QWidget> before = QApplication::activeWindow();
   handler_ = &handler;
+  giveNames();
   giveInitialFocus();
   window_.show();
   window_.activateWindow();

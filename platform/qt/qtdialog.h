@@ -42,15 +42,21 @@ class QtDialog final : public Dialog, private HitSink {
   std::string entry(int item, int index) const override;
   ListClick lastClick(int item) const override;
   void setEnabled(int item, bool enabled) override;
+  void setAcceptable(int item, bool acceptable) override;
+  void setDateParts(int day, int month, int year) override;
   void runModal(HitHandler &handler) override;
 
  private:
   QtDialog();
 
-  void itemHit(int item) override;
+  bool itemHit(int item) override;
   void showTitle(QString title);
   void place(QSize designed, QWidget *parent);
   void followTabOrder();
+
+  struct DateItems {
+    int day, month, year;
+  };
 
   Item *makeItem(ItemKind kind, int number, const Rect &rect, std::string_view title);
   // Null for a number that does not exist.
@@ -59,6 +65,9 @@ class QtDialog final : public Dialog, private HitSink {
   Item *firstEnabled(ItemKind kind) const;
   Item *firstField() const;
   Item *itemForInitialFocus() const;
+  // Null for an item that is no field.
+  QWidget *fieldWidget(int item) const;
+  void giveNames();
   void giveInitialFocus();
   void actAsMessageBox();
   // The item that Return stands for.
@@ -74,6 +83,7 @@ class QtDialog final : public Dialog, private HitSink {
   std::vector<Item *> tabOrder_;  // the same in the order of the Tab key, without gaps
   int default_ = 0;
   MessagePane *message_ = nullptr;  // of a message box; belongs to the window
+  std::vector<DateItems> dates_;
 
   HitHandler *handler_ = nullptr;  // while running
   QEventLoop *loop_ = nullptr;

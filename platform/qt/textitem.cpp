@@ -10,6 +10,7 @@
 #include <QMimeData>
 #include <algorithm>
 
+#include "platform/qt/fieldaccess.h"
 #include "platform/qt/text.h"
 
 namespace korvel::platform::qt {
@@ -47,9 +48,15 @@ TextItem::TextItem(QWidget *window, HitSink &sink, int number, const Appearance 
   if (appearance.hasSeveralLines(rect)) setAlignment(Qt::AlignLeft | Qt::AlignTop);
 }
 
-std::string TextItem::text() const { return fromQt(QLineEdit::text()); }
+void TextItem::paintEvent(QPaintEvent *event) {
+  QLineEdit::paintEvent(event);
+  mark_.paint();
+}
+
+std::string TextItem::text() const { return fromQt(textWithSecret()); }
 
 void TextItem::setText(std::string_view text) {
+  entered_.reset();
   const QString shown = toQt(text);
   if (shown != QLineEdit::text()) replaceText(shown);
 }
@@ -104,24 +111,47 @@ void TextItem::textChangedByUser() {
     tellChange();
 }
 
-// A secret is not painted before the hit was handled.
 void TextItem::tellChange() {
   hasUntoldChange_ = false;
-  if (!isSecret_) {
-    hit();
-    return;
-  }
-  setUpdatesEnabled(false);
-  hit();
+  const bool isHandled = hit();
+  if (!isSecret_) return;
+  if (isHandled && entered_) replaceText(textWithSecret());
+  if (isHandled) entered_.reset();
   dropUndoSteps();
-  setUpdatesEnabled(true);
+}
+
+// What is entered into a secret does not even reach the line edit, which would tell a screen
+// reader.
+QString TextItem::shownFor(const QString &entered) {
+  if (!isSecret_) return entered;
+  const qsizetype kept = QLineEdit::text().size() - selectedText().size();
+  entered_ = entered.left(std::max<qsizetype>(0, maxLength() - kept));
+  return QString(entered_->size(), u'*');
+}
+
+// What was entered ends at the cursor.
+QString TextItem::textWithSecret() const {
+  QString text = QLineEdit::text();
+  if (entered_) text.replace(cursorPosition() - entered_->size(), entered_->size(), *entered_);
+  return text;
 }
 
 void TextItem::insertEntered(const QString &entered) {
   const std::optional<QString> text = admitted(entered);
   if (!text || (text->isEmpty() && !hasSelectedText())) return;
   beginUndoStep();
-  insert(*text);
+  insert(shownFor(*text));
+}
+
+void TextItem::replaceAsEntered(int begin, int end, const QString &entered) {
+  const int length = static_cast<int>(QLineEdit::text().size());
+  begin = std::clamp(begin, 0, length);
+  end = std::clamp(end, begin, length);
+  if (!mayBeUsed(*this) || isReadOnly() || !admitted(entered) ||
+      (begin == end && entered.isEmpty()))
+    return;
+  setSelection(begin, end - begin);
+  insertEntered(entered);
 }
 
 void TextItem::pasteFrom(QClipboard::Mode mode) {
@@ -152,7 +182,7 @@ void TextItem::keyPressEvent(QKeyEvent *event) {
   }
   const std::optional<QString> typed = admitted(event->text());
   if (!typed) return;
-  QKeyEvent admittedEvent(event->type(), event->key(), event->modifiers(), *typed);
+  QKeyEvent admittedEvent(event->type(), event->key(), event->modifiers(), shownFor(*typed));
   QLineEdit::keyPressEvent(&admittedEvent);
   event->setAccepted(admittedEvent.isAccepted());
 }
@@ -163,7 +193,8 @@ void TextItem::inputMethodEvent(QInputMethodEvent *event) {
       isSecret_ ? QInputMethodEvent()
                 : QInputMethodEvent(event->preeditString(), event->attributes());
   if (commit && !event->commitString().isEmpty())
-    admittedEvent.setCommitString(*commit, event->replacementStart(), event->replacementLength());
+    admittedEvent.setCommitString(shownFor(*commit), event->replacementStart(),
+                                  event->replacementLength());
   else if (event->commitString().isEmpty())
     admittedEvent.setCommitString({}, event->replacementStart(), event->replacementLength());
 

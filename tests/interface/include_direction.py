@@ -17,6 +17,8 @@ ALLOWED = {
     'profile': ['strings', 'codecs', 'files'],
     'tables': FOUNDATIONS + ['files'],
     'platform': [],
+    'draw': ['strings', 'platform'],
+    'messages': ['strings', 'platform', 'draw'],
     'dialogs': FOUNDATIONS + ['tables', 'platform', 'messages'],
 }
 # The public headers that each folder may use: those of the folders below it and its own.

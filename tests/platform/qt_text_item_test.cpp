@@ -410,18 +410,13 @@ TEST_F(QtTextItem, ASecretIsMaskedBeforeItCanBeSeen) {
   dialog_->setText(kField, "****");
   QStringList seen;
   hits_.on(kField, [&] {
-    seen << QString();
-    field().repaint();  // paints nothing yet
-    EXPECT_FALSE(field().updatesEnabled());
+    seen << field().text();
     dialog_->setText(kField, std::string(dialog_->text(kField).size(), '*'));
   });
   at(4).type(kField, "5");
-  edit([](QLineEdit &shown) {
-    EXPECT_EQ(shown.text(), "*****");
-    EXPECT_TRUE(shown.updatesEnabled());
-  });
+  edit([](QLineEdit &shown) { EXPECT_EQ(shown.text(), "*****"); });
   EXPECT_EQ(run(), Lines{"3 text ****5"});
-  EXPECT_EQ(seen.size(), 1);
+  EXPECT_EQ(seen, QStringList{"*****"}) << "while its hit was handled";
 }
 
 TEST_F(QtTextItem, ASecretCannotBeUndone) {

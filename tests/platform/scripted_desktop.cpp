@@ -107,6 +107,8 @@ struct Item {
   std::size_t anchor = 0;
   bool isSecret = false;
   bool isEnabled = true;
+  bool isAcceptable = true;
+  std::string part;  // of a date
   int value = 0;
   std::vector<std::u16string> entries;
   platform::ListClick lastClick;
@@ -164,6 +166,7 @@ struct ScriptedDesktop::Shown {
   std::string message;  // readable
   int defaultItem = 0;
   std::vector<std::string> writes;
+  std::vector<std::string> marks;
   int hits = 0;
 
   bool has(int item) const { return items.count(item) != 0; }
@@ -282,6 +285,16 @@ class ScriptedDialog final : public platform::Dialog {
     if (!shown_->has(item)) return;
     shown_->at(item).isEnabled = enabled;
     shown_->note(item, enabled ? "enabled yes" : "enabled no");
+  }
+  void setAcceptable(int item, bool acceptable) override {
+    if (!is(item, ItemKind::EditText) && !hasEntries(item)) return;
+    shown_->at(item).isAcceptable = acceptable;
+    shown_->marks.push_back(std::to_string(item) + (acceptable ? " acceptable" : " unacceptable"));
+  }
+  void setDateParts(int day, int month, int year) override {
+    if (is(day, ItemKind::EditText)) shown_->at(day).part = "day";
+    if (is(month, ItemKind::EditText)) shown_->at(month).part = "month";
+    if (is(year, ItemKind::EditText)) shown_->at(year).part = "year";
   }
 
   void runModal(platform::HitHandler &handler) override;
@@ -702,6 +715,14 @@ bool ScriptedDesktop::isEnabled(int item) const {
   return newest_ && newest_->has(item) && newest_->at(item).isEnabled;
 }
 
+bool ScriptedDesktop::isAcceptable(int item) const {
+  return newest_ && newest_->has(item) && newest_->at(item).isAcceptable;
+}
+
+std::string ScriptedDesktop::datePart(int item) const {
+  return newest_ && newest_->has(item) ? newest_->at(item).part : "";
+}
+
 bool ScriptedDesktop::isSecret(int item) const {
   return newest_ && newest_->has(item) && newest_->at(item).isSecret;
 }
@@ -732,6 +753,13 @@ std::string ScriptedDesktop::takeWrites() {
   if (!newest_) return "";
   std::string lines;
   for (const std::string &line : std::exchange(newest_->writes, {})) lines += line + '\n';
+  return lines;
+}
+
+std::string ScriptedDesktop::takeMarks() {
+  if (!newest_) return "";
+  std::string lines;
+  for (const std::string &line : std::exchange(newest_->marks, {})) lines += line + '\n';
   return lines;
 }
 

@@ -125,11 +125,15 @@ class ScriptedDesktop : public platform::Desktop {
   int value(int item) const;
   bool isEnabled(int item) const;
   bool isSecret(int item) const;
+  bool isAcceptable(int item) const;
+  std::string datePart(int item) const;  // "day", "month" or "year"; else empty
   std::vector<std::string> entries(int item) const;
   // Its window, decoration and items as lines, for example `3 edit text (20,17)-(120,32)`.
   std::string layout() const;
   // What was done to its items since the last call, as lines: `3 text "12"`, `1 enabled no`.
   std::string takeWrites();
+  // Which items were marked or no longer marked since the last call: `3 unacceptable`.
+  std::string takeMarks();
 
   // Fonts that are known; at first Arial, Courier New and Times New Roman.
   void setFonts(FontNames fonts) { *fonts_ = std::move(fonts); }

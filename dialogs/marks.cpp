@@ -1,0 +1,60 @@
+// Which items are marked on the screen because they keep OK disabled.
+#include "dialogs/marks.h"
+
+#include "dialogs/families.h"
+#include "dialogs/numbering.h"
+#include "dialogs/screen.h"
+
+#include <algorithm>
+
+namespace korvel::dialogs {
+
+namespace {
+
+std::size_t mostItems() {
+  int items = 0;
+  for (const Family *family : kValidatedFamilies) items += family->capacity * family->itemsPerField;
+  return static_cast<std::size_t>(items);
+}
+
+void addItems(const Family &family, int i, std::vector<int> &items) {
+  const int first = itemOf(family, i);
+  for (int item = first; item < first + family.itemsPerField; ++item) items.push_back(item);
+}
+
+// Several fields may lead to one item, which is marked while one of them is not acceptable.
+void collectUnacceptable(std::vector<int> &items) {
+  items.clear();
+  for (const Family *family : kValidatedFamilies) {
+    for (int i = 0; isInUse(*family, i); ++i) {
+      if (family->valid[i] != 1) addItems(*family, i, items);
+    }
+  }
+  std::sort(items.begin(), items.end());
+  items.erase(std::unique(items.begin(), items.end()), items.end());
+}
+
+bool contains(const std::vector<int> &items, int item) {
+  return std::binary_search(items.begin(), items.end(), item);
+}
+
+}  // namespace
+
+Marks::Marks() {
+  marked_.reserve(mostItems());
+  wanted_.reserve(mostItems());
+}
+
+void Marks::follow(Screen &screen) noexcept {
+  if (marked_.empty() && allValid()) return;
+  collectUnacceptable(wanted_);
+  for (const int item : wanted_) {
+    if (!contains(marked_, item)) screen.setAcceptable(item, false);
+  }
+  for (const int item : marked_) {
+    if (!contains(wanted_, item)) screen.setAcceptable(item, true);
+  }
+  marked_.swap(wanted_);
+}
+
+}  // namespace korvel::dialogs

@@ -1,0 +1,171 @@
+// Which items are marked as not yet acceptable, and when the screen is told.
+#include "tests/dialogs/dialog_fixture.h"
+
+#include <gtest/gtest.h>
+#include <korvel/codecs.h>
+#include <korvel/dialogs.h>
+
+namespace korvel::test {
+namespace {
+
+class Marks : public DialogTest {
+ protected:
+  // Text 3, pop-up 4, list 5, integer 6, number 7, date 8 to 10, push button 11; the first text
+  // and the integer are empty and mandatory.
+  Marks() {
+    TexteDlgBox_param(3, 100);
+    for (int i = 0; i < 3; ++i) TexteDlgBox_set_geo(i, 0, 0, 0, 0, i);
+    TexteDlgBox_set(0, "");
+    TexteDlgBox_set_liste(1, "Madame+Monsieur");
+    TexteDlgBox_set(1, "Madame");
+    TexteDlgBox_set_liste(2, "rouge$vert");
+    TexteDlgBox_change_liste(2);
+    TexteDlgBox_set(2, "rouge");
+    IntDlgBox_param(1, 300);
+    IntDlgBox_set_geo(0, 0, 0, 0, 0, 3);
+    NumDlgBox_param(1, 400);
+    NumDlgBox_set_geo(0, 0, 0, 0, 0, 4);
+    NumDlgBox_set(0, 1.5, 0);
+    DateDlgBox_param(1, 500);
+    DateDlgBox_set_geo(0, 0, 0, 0, 0, 5);
+    DateDlgBox_set(0, 20240229, 1);
+    PushDlgBox_param(1, 600);
+    PushDlgBox_set_geo(0, "bouton", 0, 0, 0, 0, 6);
+    DlgBoxGlobal_set(Callbacks::global);
+  }
+  DialogScript &expectDialog() { return desk.expectDialog("T"); }
+  int run() { return ZRVDlgBoxEx("T", nullptr); }
+  DialogScript &expectMarks(DialogScript &script, const char *marks) {
+    return script.check([this, marks] { EXPECT_EQ(desk.takeMarks(), marks); });
+  }
+};
+
+TEST_F(Marks, StandAfterFillingOnWhatKeepsOkDisabled) {
+  DialogScript &script = expectDialog();
+  expectMarks(script, "3 unacceptable\n6 unacceptable\n").press(kCancel);
+  run();
+}
+
+TEST_F(Marks, NoneStandsWhereOkIsEnabled) {
+  TexteDlgBox_set(0, "x");
+  IntDlgBox_set(0, 5, 0);
+  DialogScript &script = expectDialog();
+  expectMarks(script, "").press(kOk);
+  EXPECT_EQ(run(), 1);
+}
+
+TEST_F(Marks, AHitTellsOnlyWhatItChanged) {
+  DialogScript &script = expectDialog();
+  expectMarks(script, "3 unacceptable\n6 unacceptable\n");
+  expectMarks(script.type(3, "a"), "3 acceptable\n");
+  expectMarks(script.type(3, "bc"), "");
+  expectMarks(script.type(6, "x"), "");
+  expectMarks(script.deleteBack(6), "");
+  expectMarks(script.type(6, "7"), "6 acceptable\n");
+  expectMarks(script.replace(7, "1x"), "7 unacceptable\n");
+  expectMarks(script.replace(7, "2"), "7 acceptable\n");
+  script.press(kOk);
+  EXPECT_EQ(run(), 1);
+}
+
+TEST_F(Marks, ADateHasItsMarkOnAllThreeItems) {
+  DialogScript &script = expectDialog().check([this] { desk.takeMarks(); });
+  script.replace(8, "31");
+  expectMarks(script, "8 unacceptable\n9 unacceptable\n10 unacceptable\n");
+  script.replace(9, "3");
+  expectMarks(script, "8 acceptable\n9 acceptable\n10 acceptable\n").press(kCancel);
+  run();
+}
+
+TEST_F(Marks, PopUpsAndListsHaveThemToo) {
+  TDB_bOK[1] = TDB_bOK[2] = 0;
+  DialogScript &script = expectDialog();
+  expectMarks(script, "3 unacceptable\n4 unacceptable\n5 unacceptable\n6 unacceptable\n");
+  expectMarks(script.choose(4, "Monsieur"), "4 acceptable\n");
+  expectMarks(script.clickRow(5, 1), "5 acceptable\n").press(kCancel);
+  run();
+}
+
+TEST_F(Marks, ATextTooLongIsMarked) {
+  TexteDlgBox_set_ncarac(0, 2);
+  DialogScript &script = expectDialog().check([this] { desk.takeMarks(); });
+  expectMarks(script.type(3, "ab"), "3 acceptable\n");
+  expectMarks(script.type(3, "c"), "3 unacceptable\n");
+  expectMarks(script.deleteBack(3), "3 acceptable\n").press(kCancel);
+  run();
+}
+
+TEST_F(Marks, FollowWhatCallbacksDoToTheFlags) {
+  Callbacks::onGlobal = [](const GlobalCall &) {
+    NDB_bOK[0] = 0;
+    IDB_bOK[0] = 1;
+    return 0;
+  };
+  DialogScript &script = expectDialog().check([this] { desk.takeMarks(); });
+  expectMarks(script.press(11), "7 unacceptable\n6 acceptable\n").press(kCancel);
+  run();
+}
+
+TEST_F(Marks, AFlagThatIsNeither0Nor1DisablesOkAndIsMarked) {
+  DialogScript &script = expectDialog().check([] { NDB_bOK[0] = 2; });
+  expectMarks(script.press(11), "3 unacceptable\n6 unacceptable\n7 unacceptable\n").press(kCancel);
+  run();
+}
+
+TEST_F(Marks, ATypeOutOfUseHasNone) {
+  DialogScript &script = expectDialog().check([this] {
+    desk.takeMarks();
+    IDB = 0;
+  });
+  expectMarks(script.press(11), "6 acceptable\n").check([] { IDB = 1; });
+  expectMarks(script.press(11), "6 unacceptable\n").press(kCancel);
+  run();
+}
+
+TEST_F(Marks, AnItemOfTwoFieldsIsMarkedWhileOneOfThemIsNotAcceptable) {
+  TexteDlgBox_param(2, 100);
+  for (int i = 0; i < 2; ++i) {
+    TexteDlgBox_set(i, "x");
+    TexteDlgBox_set_geo(i, 0, 0, 0, 0, 0);
+  }
+  IDB = 0;
+  // The rank leads to the later item, 4.
+  DialogScript &script = expectDialog().check([] { TDB_bOK[0] = TDB_bOK[1] = 0; });
+  expectMarks(script.press(9), "4 unacceptable\n").check([] { TDB_bOK[0] = 1; });
+  expectMarks(script.press(9), "").check([] { TDB_bOK[1] = 1; });
+  expectMarks(script.press(9), "4 acceptable\n").press(kCancel);
+  run();
+}
+
+TEST_F(Marks, AFieldWithoutAnItemIsNotMarkedButDisablesOk) {
+  IntDlgBox_param(1, 99);  // no rank: nothing is placed, and no item has its number
+  IntDlgBox_mandatory(0, 1);
+  TexteDlgBox_set(0, "x");
+  DialogScript &script = expectDialog();
+  expectMarks(script, "").check([this] { EXPECT_FALSE(desk.isEnabled(kOk)); }).press(kCancel);
+  run();
+}
+
+TEST_F(Marks, TheNextDialogIsToldOfAllOfIts) {
+  expectDialog().press(kCancel);
+  run();
+  TDB = IDB = 1;
+  DialogScript &script = expectDialog();
+  expectMarks(script, "3 unacceptable\n6 unacceptable\n").press(kCancel);
+  run();
+}
+
+TEST_F(Marks, TheItemsOfADateAreToldAsItsParts) {
+  expectDialog()
+      .check([this] {
+        EXPECT_EQ(desk.datePart(7), "");
+        EXPECT_EQ(desk.datePart(8), "day");
+        EXPECT_EQ(desk.datePart(9), "month");
+        EXPECT_EQ(desk.datePart(10), "year");
+      })
+      .press(kCancel);
+  run();
+}
+
+}  // namespace
+}  // namespace korvel::test

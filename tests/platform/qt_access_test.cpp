@@ -1,0 +1,510 @@
+// What the Qt module adds to its fields for people who do not see them all, or not all of them:
+// marks, names, and use by other ways than keys and clicks.
+#include <gtest/gtest.h>
+
+#include <QAccessible>
+#include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDialog>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListView>
+#include <QScreen>
+#include <QScrollBar>
+#include <QTimer>
+#include <cmath>
+
+#include "platform/desktop.h"
+#include "tests/platform/qt_person.h"
+#include "tests/platform/recorded_hits.h"
+
+namespace korvel::platform {
+namespace {
+
+using test::qtDesktop;
+using test::QtPerson;
+using test::RecordedHits;
+using test::widgetOf;
+using Lines = std::vector<std::string>;
+
+const QColor kMarkColor(0xC2, 0x78, 0x03);
+
+class QtAccess : public testing::Test {
+ protected:
+  QtAccess() : dialog_(qtDesktop().newDialog({100, 100, 600, 500}, nullptr, "Fiche")) {
+    dialog_->addItem(ItemKind::PushButton, {50, 360, 130, 380}, "OK");
+    dialog_->addItem(ItemKind::PushButton, {150, 360, 230, 380}, "Annuler");
+  }
+  void TearDown() override {
+    if (hasRun_) person_.finish();
+  }
+
+  Lines run() {
+    hasRun_ = true;
+    person_.pressEscape();
+    hits_.record(*dialog_);
+    Lines lines = hits_.lines();
+    EXPECT_EQ(lines.back(), "2");
+    lines.pop_back();
+    return lines;
+  }
+  QWidget *window() { return widgetOf(dialog_->window()); }
+  template <typename Widget = QWidget>
+  Widget &widget(int item) {
+    return dynamic_cast<Widget &>(*test::itemWidgets(window())[static_cast<std::size_t>(item) - 1]);
+  }
+  int addField(Rect rect, ItemKind kind = ItemKind::EditText) {
+    return dialog_->addItem(kind, rect, "");
+  }
+  int addList(const std::vector<std::string> &rows, Rect rect = {20, 200, 150, 260}) {
+    const int item = addField(rect, ItemKind::ListBox);
+    dialog_->setEntries(item, rows);
+    return item;
+  }
+  int addPopUp(const std::vector<std::string> &entries, Rect rect = {20, 100, 150, 114}) {
+    const int item = addField(rect, ItemKind::PopUp);
+    dialog_->setEntries(item, entries);
+    return item;
+  }
+  QAccessibleInterface &access(int item) {
+    return *QAccessible::queryAccessibleInterface(&widget(item));
+  }
+  QtPerson &person() { return person_; }
+  // Something that happens while the dialog is up, by no key and no click.
+  QtPerson &use(std::function<void()> action) {
+    return person_.act(0, [action = std::move(action)](QWidget *) { action(); });
+  }
+
+  std::unique_ptr<Dialog> dialog_;
+  RecordedHits hits_;
+
+ private:
+  QtPerson person_{"Fiche"};
+  bool hasRun_ = false;
+};
+
+// ---- Marks ----
+
+class QtMark : public QtAccess {
+ protected:
+  QImage shown(int item) { return widget(item).grab().toImage(); }
+  static int barWidth(const QImage &image) {
+    int width = 0;
+    while (width < image.width() && image.pixelColor(width, image.height() / 2) == kMarkColor)
+      ++width;
+    return width;
+  }
+};
+
+TEST_F(QtMark, IsSeenAndDescribedOnEveryKindOfField) {
+  const int items[] = {addField({20, 20, 150, 35}), addPopUp({"Madame"}), addList({"a", "b"})};
+  for (const int item : items) {
+    auto *area = qobject_cast<QAbstractScrollArea *>(&widget(item));
+    QWidget &surface = area != nullptr ? *area->viewport() : widget(item);
+    const QImage before = surface.grab().toImage();
+    EXPECT_EQ(barWidth(before), 0) << item;
+    dialog_->setAcceptable(item, false);
+    EXPECT_EQ(barWidth(surface.grab().toImage()), 2) << item;
+    EXPECT_EQ(widget(item).accessibleDescription(), QStringLiteral("À compléter ou à corriger"));
+    dialog_->setAcceptable(item, true);
+    EXPECT_EQ(surface.grab().toImage(), before) << item;
+    EXPECT_EQ(widget(item).accessibleDescription(), "");
+  }
+}
+
+TEST_F(QtMark, OtherItemsHaveNone) {
+  const int box = dialog_->addItem(ItemKind::CheckBox, {20, 50, 100, 62}, "Fumeur");
+  for (const int item : {kOkItem, box}) {
+    const QImage before = shown(item);
+    dialog_->setAcceptable(item, false);
+    EXPECT_EQ(shown(item), before);
+    EXPECT_EQ(widget(item).accessibleDescription(), "");
+  }
+  dialog_->setAcceptable(0, false);
+  dialog_->setAcceptable(99, false);
+}
+
+TEST_F(QtMark, LeavesTheTextInItsPlaceAndInView) {
+  const int item = addField({20, 20, 150, 35});
+  dialog_->setText(item, "Mmmm");
+  const QImage before = shown(item);
+  dialog_->setAcceptable(item, false);
+  const QImage marked = shown(item);
+  const QRect text(3, 3, 130, 15);  // the item's own rectangle
+  EXPECT_EQ(marked.copy(text), before.copy(text));
+  EXPECT_NE(marked, before);
+}
+
+TEST_F(QtMark, LeavesTheFocusFrameInView) {
+  const int first = addField({20, 20, 150, 35});
+  const int second = addField({20, 60, 150, 75});
+  person().check([&] {
+    for (const int item : {first, second}) dialog_->setAcceptable(item, false);
+    const QImage focused = shown(first), idle = shown(second);
+    int differing = 0;
+    for (int y = 0; y < focused.height(); ++y)
+      differing += focused.pixel(focused.width() - 1, y) != idle.pixel(idle.width() - 1, y) ? 1 : 0;
+    EXPECT_GT(differing, focused.height() / 2) << "the right edge tells where the focus is";
+    EXPECT_EQ(barWidth(focused), 2);
+    EXPECT_EQ(barWidth(idle), 2);
+  });
+  run();
+}
+
+double linear(double channel) {
+  return channel <= 0.04045 ? channel / 12.92 : std::pow((channel + 0.055) / 1.055, 2.4);
+}
+
+double luminance(const QColor &color) {
+  return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) +
+         0.0722 * linear(color.blueF());
+}
+
+double contrast(const QColor &a, const QColor &b) {
+  const double lighter = std::max(luminance(a), luminance(b));
+  const double darker = std::min(luminance(a), luminance(b));
+  return (lighter + 0.05) / (darker + 0.05);
+}
+
+// 3 to 1 is what the accessibility guidelines of the web ask of a line that carries a meaning.
+TEST_F(QtMark, StandsOutFromLightAndDarkGrounds) {
+  EXPECT_GE(contrast(kMarkColor, Qt::white), 3.0);
+  EXPECT_GE(contrast(kMarkColor, QColor(0x23, 0x26, 0x29)), 3.0);
+}
+
+// Without red or green receptors, blue against yellow is what is left of a hue.
+TEST_F(QtMark, DiffersFromTheFocusFrameInBlueAgainstYellow) {
+  const QColor focus = QApplication::palette().color(QPalette::Highlight);
+  const auto blueness = [](const QColor &c) { return c.blueF() - (c.redF() + c.greenF()) / 2; };
+  EXPECT_GT(blueness(focus) - blueness(kMarkColor), 0.5);
+}
+
+TEST_F(QtMark, StaysInPlaceWhenAListScrolls) {
+  std::vector<std::string> rows;
+  for (int n = 0; n < 50; ++n) rows.push_back(std::to_string(n));
+  const int item = addList(rows);
+  person().check([&] {
+    dialog_->setAcceptable(item, false);
+    auto &list = widget<QListView>(item);
+    list.viewport()->repaint();
+    list.verticalScrollBar()->setValue(3);
+    QCoreApplication::processEvents();
+    const QImage screen = QGuiApplication::primaryScreen()->grabWindow(window()->winId()).toImage();
+    const QPoint corner = list.viewport()->mapTo(window(), QPoint(0, 0));
+    const QImage shown = screen.copy(QRect(corner, list.viewport()->size()));
+    EXPECT_EQ(shown, list.viewport()->grab().toImage().convertToFormat(shown.format()));
+  });
+  run();
+}
+
+TEST_F(QtMark, MarkingIsNoHit) {
+  const int item = addField({20, 20, 150, 35});
+  use([=, this] {
+    dialog_->setAcceptable(item, false);
+    dialog_->setAcceptable(item, true);
+  });
+  EXPECT_EQ(run(), Lines{});
+}
+
+// ---- Names ----
+
+class QtNames : public QtAccess {
+ protected:
+  QString nameOf(int item) { return widget(item).accessibleName(); }
+  void expectNames(const std::vector<std::pair<int, const char *>> &names) {
+    person().check([this, names] {
+      for (const auto &[item, name] : names)
+        EXPECT_EQ(nameOf(item), QString::fromUtf8(name)) << item;
+    });
+    run();
+  }
+};
+
+TEST_F(QtNames, AFieldIsNamedByTheTextOnItsLeft) {
+  dialog_->addStaticText({20, 20, 60, 35}, "Nom");
+  dialog_->addStaticText({20, 50, 60, 65}, "Pr\xE9nom :");
+  const int name = addField({70, 20, 170, 35});
+  const int firstName = addField({70, 50, 170, 65});
+  const int title = addPopUp({"Madame"}, {250, 20, 330, 34});
+  dialog_->addStaticText({190, 20, 240, 35}, "Titre");
+  expectNames({{name, "Nom"}, {firstName, "Prénom"}, {title, "Titre"}});
+}
+
+TEST_F(QtNames, AFieldWithNothingOnItsLeftIsNamedByTheTextAboveIt) {
+  dialog_->addStaticText({20, 20, 120, 35}, "Adresse");
+  const int address = addField({20, 40, 170, 55});
+  dialog_->addStaticText({200, 20, 300, 35}, "Motif de la visite");
+  const int reasons = addList({"a", "b"}, {200, 40, 330, 120});
+  expectNames({{address, "Adresse"}, {reasons, "Motif de la visite"}});
+}
+
+TEST_F(QtNames, AHeadingAboveComesBeforeTheLabelOfTheRow) {
+  dialog_->addStaticText({70, 20, 110, 35}, "Matin");
+  dialog_->addStaticText({130, 20, 170, 35}, "Soir");
+  dialog_->addStaticText({20, 40, 60, 55}, "Tension");
+  const int morning = addField({70, 40, 110, 55});
+  const int evening = addField({130, 40, 170, 55});
+  expectNames({{morning, "Tension"}, {evening, "Soir"}});
+}
+
+TEST_F(QtNames, FieldsOfOneRowShareItsLabel) {
+  dialog_->addStaticText({20, 20, 60, 35}, "T\xE9l.");
+  const int first = addField({70, 20, 110, 35});
+  const int second = addField({130, 20, 170, 35});
+  expectNames({{first, "Tél."}, {second, "Tél."}});
+}
+
+TEST_F(QtNames, ATallListIsNamedByTheTextBesideItsFirstLine) {
+  dialog_->addStaticText({20, 60, 60, 75}, "Ville");
+  dialog_->addStaticText({20, 120, 60, 135}, "Autre");
+  const int list = addList({"a"}, {70, 60, 170, 150});
+  expectNames({{list, "Ville"}});
+}
+
+TEST_F(QtNames, ThePartsOfADateSayWhichTheyAre) {
+  dialog_->addStaticText({20, 20, 60, 35}, "N\xE9(e) le");
+  const int day = addField({70, 20, 90, 35});
+  const int month = addField({100, 20, 120, 35});
+  const int year = addField({130, 20, 170, 35});
+  const int alone[] = {addField({70, 120, 90, 135}), addField({100, 120, 120, 135}),
+                       addField({130, 120, 170, 135})};
+  dialog_->setDateParts(day, month, year);
+  dialog_->setDateParts(alone[0], alone[1], alone[2]);
+  dialog_->setDateParts(0, 99, kOkItem);
+  expectNames({{day, "Né(e) le : jour"},
+               {month, "Né(e) le : mois"},
+               {year, "Né(e) le : année"},
+               {alone[0], "jour"},
+               {alone[1], "mois"},
+               {alone[2], "année"},
+               {kOkItem, "OK"}});
+}
+
+TEST_F(QtNames, AFieldFarFromEveryTextHasNoName) {
+  dialog_->addStaticText({20, 20, 60, 35}, "Nom");
+  dialog_->addStaticText({300, 120, 360, 135}, "plus loin");
+  const int field = addField({70, 120, 170, 135});
+  expectNames({{field, ""}});
+}
+
+TEST_F(QtNames, AnAmpersandOfAStaticTextIsACharacter) {
+  dialog_->addStaticText({20, 20, 60, 35}, "Poids & taille");
+  const int field = addField({70, 20, 170, 35});
+  expectNames({{field, "Poids & taille"}});
+}
+
+TEST_F(QtNames, ALabelMadeForAFieldComesFirst) {
+  dialog_->addStaticText({20, 20, 60, 35}, "Nom");
+  const int field = addField({70, 20, 170, 35});
+  auto *label = new QLabel("Nom de &naissance :", window());
+  label->setBuddy(&widget(field));
+  label->setGeometry(300, 300, 100, 20);
+  expectNames({{field, "Nom de naissance"}});
+}
+
+TEST_F(QtNames, ARichLabelIsReadAsItsWords) {
+  auto *label = new QLabel("<b>Nom</b> <i>complet</i>", window());
+  label->setGeometry(20, 20, 45, 15);
+  const int field = addField({70, 20, 170, 35});
+  expectNames({{field, "Nom complet"}});
+}
+
+TEST_F(QtNames, ANameThatTheFieldHasIsKept) {
+  dialog_->addStaticText({20, 20, 60, 35}, "Nom");
+  const int field = addField({70, 20, 170, 35});
+  widget(field).setAccessibleName("Patronyme");
+  expectNames({{field, "Patronyme"}});
+}
+
+// ---- Use by a screen reader ----
+
+TEST_F(QtAccess, RolesAndStatesAreThoseOfTheItems) {
+  const int text = addField({20, 20, 150, 35});
+  const int secret = addField({20, 50, 150, 65});
+  dialog_->setSecret(secret);
+  const int popUp = addPopUp({"Madame"});
+  const int list = addList({"a"});
+  EXPECT_EQ(access(text).role(), QAccessible::EditableText);
+  EXPECT_TRUE(access(text).state().editable);
+  EXPECT_FALSE(access(text).state().passwordEdit);
+  EXPECT_TRUE(access(secret).state().passwordEdit);
+  EXPECT_EQ(access(popUp).role(), QAccessible::ComboBox);
+  EXPECT_EQ(access(list).role(), QAccessible::List);
+}
+
+TEST_F(QtAccess, ATextIsReadAndItsCharactersHavePlaces) {
+  const int item = addField({20, 20, 150, 35});
+  dialog_->setText(item, "D\x8Ej\x88 vu");
+  use([=, this] {
+    QAccessibleTextInterface &text = *access(item).textInterface();
+    EXPECT_EQ(access(item).text(QAccessible::Value), QStringLiteral("Déjà vu"));
+    EXPECT_EQ(text.characterCount(), 7);
+    EXPECT_EQ(text.text(0, 2), QStringLiteral("Dé"));
+    EXPECT_EQ(text.text(5, 99), "vu");
+    EXPECT_EQ(text.text(3, 2), "");
+    text.setCursorPosition(2);
+    EXPECT_EQ(text.cursorPosition(), 2);
+    text.setSelection(0, 1, 4);
+    int begin = -1, end = -1;
+    text.selection(0, &begin, &end);
+    EXPECT_EQ(text.selectionCount(), 1);
+    EXPECT_EQ(begin, 1);
+    EXPECT_EQ(end, 4);
+    text.removeSelection(0);
+    EXPECT_EQ(text.selectionCount(), 0);
+    for (const int offset : {0, 3, 6}) {
+      const QRect place = text.characterRect(offset);
+      EXPECT_TRUE(widget(item).rect().contains(widget(item).mapFromGlobal(place.center())));
+      EXPECT_LT(text.characterRect(offset).left(), text.characterRect(6).right());
+    }
+    EXPECT_FALSE(text.characterRect(7).isValid());
+  });
+  EXPECT_EQ(run(), Lines{}) << "to look is no hit";
+}
+
+TEST_F(QtAccess, AChangeOfATextIsAHit) {
+  const int item = addField({20, 20, 150, 35});
+  dialog_->setText(item, "Duont");
+  use([=, this] {
+    QAccessibleEditableTextInterface &text = *access(item).editableTextInterface();
+    text.insertText(2, "p");
+    text.deleteText(0, 3);
+    text.replaceText(0, 99, "Anne\n");
+    text.replaceText(1, 1, "");  // nothing
+    access(item).setText(QAccessible::Value, "fin");
+  });
+  EXPECT_EQ(run(), (Lines{"3 text Dupont", "3 text ont", "3 text Anne", "3 text fin"}));
+}
+
+TEST_F(QtAccess, AChangeToWhatHasNoByteIsRefusedWhole) {
+  const int item = addField({20, 20, 150, 35});
+  dialog_->setText(item, "Dupont");
+  use([=, this] {
+    access(item).editableTextInterface()->insertText(2, QStringLiteral("a中b"));
+    access(item).editableTextInterface()->replaceText(0, 6, QStringLiteral("Ž"));
+    EXPECT_EQ(widget<QLineEdit>(item).text(), "Dupont");
+  });
+  EXPECT_EQ(run(), Lines{});
+}
+
+TEST_F(QtAccess, ADisabledFieldIsNotChanged) {
+  const int item = addField({20, 20, 150, 35});
+  const int popUp = addPopUp({"Madame", "Monsieur"});
+  addField({20, 50, 150, 65});
+  use([=, this] {
+    dialog_->setEnabled(item, false);
+    dialog_->setEnabled(popUp, false);
+    access(item).editableTextInterface()->insertText(0, "x");
+    access(popUp).editableTextInterface()->replaceText(0, 0, "Madame");
+  });
+  EXPECT_EQ(run(), Lines{});
+  EXPECT_EQ(dialog_->text(item), "");
+  EXPECT_EQ(dialog_->value(popUp), 0);
+}
+
+TEST_F(QtAccess, BehindAnotherDialogNothingIsChanged) {
+  const int item = addField({20, 20, 150, 35});
+  const int popUp = addPopUp({"Madame", "Monsieur"});
+  const int box = dialog_->addItem(ItemKind::CheckBox, {20, 150, 100, 162}, "Fumeur");
+  const int list = addList({"a", "b"});
+  use([=, this] {
+    QDialog front(window());
+    front.setModal(true);
+    QTimer::singleShot(0, &front, [&] {
+      access(item).editableTextInterface()->insertText(0, "x");
+      access(popUp).setText(QAccessible::Value, "Madame");
+      access(box).actionInterface()->doAction(QAccessibleActionInterface::toggleAction());
+      widget<QListView>(list).selectionModel()->select(widget<QListView>(list).model()->index(1, 0),
+                                                       QItemSelectionModel::ClearAndSelect);
+      front.reject();
+    });
+    front.exec();
+    widget<QListView>(list).clearSelection();
+  });
+  EXPECT_EQ(run(), Lines{});
+  EXPECT_EQ(dialog_->text(item), "");
+  EXPECT_EQ(dialog_->value(box), 0);
+}
+
+TEST_F(QtAccess, ASecretGivesOutItsStarsOnly) {
+  const int item = addField({20, 20, 150, 35});
+  dialog_->setSecret(item);
+  QStringList given;
+  hits_.on(item, [&] {
+    given << access(item).text(QAccessible::Value)
+          << access(item).textInterface()->text(0, access(item).textInterface()->characterCount());
+    dialog_->setText(item, std::string(dialog_->text(item).size(), '*'));
+  });
+  person().type(item, "ab");
+  use([=, this] { access(item).editableTextInterface()->insertText(2, "cd"); });
+  person().select(item, 1, 3).type(item, "e");
+  EXPECT_EQ(run(), (Lines{"3 text a", "3 text *b", "3 text **cd", "3 text *e*"}));
+  EXPECT_EQ(given, (QStringList{"*", "*", "**", "**", "****", "****", "***", "***"}));
+}
+
+TEST_F(QtAccess, APopUpGivesOutItsChoiceAndItsEntries) {
+  const int item = addPopUp({"Madame", "Ma\xEEtre"});
+  dialog_->setValue(item, 2);
+  EXPECT_EQ(access(item).text(QAccessible::Value), QStringLiteral("Maître"));
+  EXPECT_EQ(access(item).textInterface()->text(0, 99), QStringLiteral("Maître"));
+  ASSERT_EQ(access(item).childCount(), 1);
+  QAccessibleInterface *entries = access(item).child(0);
+  ASSERT_EQ(entries->childCount(), 2);
+  EXPECT_EQ(entries->child(0)->text(QAccessible::Name), "Madame");
+  EXPECT_EQ(access(item).indexOfChild(entries), 0);
+  EXPECT_EQ(entries->parent(), &access(item));
+}
+
+TEST_F(QtAccess, AChoiceInAPopUpIsAHit) {
+  const int item = addPopUp({"Madame", "Monsieur", "Docteur"});
+  use([=, this] {
+    QAccessibleActionInterface &actions = *access(item).actionInterface();
+    access(item).setText(QAccessible::Value, "Monsieur");
+    actions.doAction(QAccessibleActionInterface::increaseAction());
+    actions.doAction(QAccessibleActionInterface::increaseAction());  // there is no next
+    actions.doAction(QAccessibleActionInterface::decreaseAction());
+    access(item).setText(QAccessible::Value, "Personne");
+    access(item).setText(QAccessible::Value, "madame");
+  });
+  EXPECT_EQ(run(), (Lines{"3 value 2", "3 value 3", "3 value 2"}));
+}
+
+TEST_F(QtAccess, APopUpIsOpenedAndClosed) {
+  const int item = addPopUp({"Madame", "Monsieur"});
+  use([=, this] {
+    QAccessibleActionInterface &actions = *access(item).actionInterface();
+    actions.doAction(QAccessibleActionInterface::showMenuAction());
+    EXPECT_TRUE(widget<QComboBox>(item).view()->isVisible());
+    EXPECT_TRUE(access(item).state().expanded);
+    actions.doAction(QAccessibleActionInterface::showMenuAction());
+    EXPECT_FALSE(widget<QComboBox>(item).view()->isVisible());
+  });
+  EXPECT_EQ(run(), Lines{});
+}
+
+TEST_F(QtAccess, ARowSelectedByAScreenReaderIsAHit) {
+  const int item = addList({"a", "b", "c"});
+  use([=, this] {
+    QAccessibleInterface *row = access(item).child(1);
+    ASSERT_EQ(row->text(QAccessible::Name), "b");
+    row->actionInterface()->doAction(QAccessibleActionInterface::toggleAction());
+  });
+  EXPECT_EQ(run(), (Lines{"3 row 1 b"}));
+}
+
+TEST_F(QtAccess, ACheckBoxToggledByAScreenReaderIsAHitAndLeftToTheProgram) {
+  const int box = dialog_->addItem(ItemKind::CheckBox, {20, 150, 100, 162}, "Fumeur");
+  hits_.on(box, [&] { dialog_->setValue(box, 1 - dialog_->value(box)); });
+  use([=, this] {
+    QAccessibleActionInterface &actions = *access(box).actionInterface();
+    actions.doAction(QAccessibleActionInterface::toggleAction());
+    EXPECT_EQ(dialog_->value(box), 1);
+    actions.doAction(QAccessibleActionInterface::toggleAction());
+    EXPECT_EQ(dialog_->value(box), 0);
+  });
+  EXPECT_EQ(run(), (Lines{"3 value 0", "3 value 1"}));
+}
+
+}  // namespace
+}  // namespace korvel::platform
