@@ -53,7 +53,9 @@ void PainterPort::paintSlantedStroke(const Stroke &stroke) {
   if (!borrowed) return;
   painter_->setRenderHint(QPainter::Antialiasing);
   const QRectF bounds(-kFarthest, -kFarthest, 2 * kFarthest, 2 * kFarthest);
-  painter_->fillPath(slantedStroke(stroke, bounds), QColor::fromRgb(foreground()));
+  painter_->setPen(Qt::NoPen);
+  painter_->setBrush(QColor::fromRgb(foreground()));
+  painter_->drawConvexPolygon(slantedStroke(stroke, bounds));
 }
 
 // Rendered for the device's own pixels, as far as the painter stretches by one factor.

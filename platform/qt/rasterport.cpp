@@ -90,10 +90,13 @@ void RasterPort::paintGlyphs(int x, int y, std::string_view text, int width) {
 void RasterPort::paintSlantedStroke(const Stroke &stroke) {
   Raster *raster = prepared();
   if (raster == nullptr) return;
-  const QPainterPath path = slantedStroke(stroke, QRectF(QPointF(), raster->size()), scale());
-  if (path.isEmpty()) return;
-  raster->painter().fillPath(path, QColor::fromRgb(foreground()));
-  touched(path.boundingRect().toAlignedRect());
+  const QPolygonF outline = slantedStroke(stroke, QRectF(QPointF(), raster->size()), scale());
+  if (outline.isEmpty()) return;
+  QPainter &painter = raster->painter();
+  painter.setPen(Qt::NoPen);
+  painter.setBrush(QColor::fromRgb(foreground()));
+  painter.drawConvexPolygon(outline);
+  touched(outline.boundingRect().toAlignedRect());
 }
 
 void RasterPort::paintPicture(const QtPicture &picture, int x, int y) {

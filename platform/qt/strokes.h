@@ -2,7 +2,7 @@
 #ifndef KORVEL_PLATFORM_QT_STROKES_H
 #define KORVEL_PLATFORM_QT_STROKES_H
 
-#include <QPainterPath>
+#include <QPolygonF>
 #include <QRectF>
 
 #include "platform/geometry.h"
@@ -23,9 +23,10 @@ struct Stroke {
 // What a straight stroke covers; a side beyond the range of int ends there.
 Rect straightStroke(const Stroke &stroke);
 
-// A slanted stroke as far as it lies within `bounds`: the pen's two ends and between them a band as
-// wide as the pen, all `scale` times as large.
-QPainterPath slantedStroke(const Stroke &stroke, const QRectF &bounds, qreal scale = 1);
+// The outline of a slanted stroke as far as it lies within `bounds`, all but `bounds` to be taken
+// `scale` times. It is as thick as the pixels that the pen goes over one after the other, and ends
+// with the pen's outer corners.
+QPolygonF slantedStroke(const Stroke &stroke, const QRectF &bounds, qreal scale = 1);
 
 }  // namespace korvel::platform::qt
 
