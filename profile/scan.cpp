@@ -6,10 +6,7 @@
 #include <cstring>
 
 #include "profile/scan_loop.h"
-
-#ifdef __x86_64__
-#include <cpuid.h>
-#endif
+#include "strings/machine.h"
 
 namespace korvel::profile {
 namespace {
@@ -62,33 +59,14 @@ class PortableBytes {
   Bytes bytes_;
 };
 
-#ifdef __x86_64__
-// Which registers the system keeps for a process: bits of what xgetbv tells.
-constexpr unsigned kAvxState = 0x06;
-constexpr unsigned kAvx512State = 0xE6;
-
-unsigned keptState() {
-  unsigned low = 0;
-  unsigned high = 0;
-  __asm__ volatile("xgetbv" : "=a"(low), "=d"(high) : "c"(0));
-  return low;
-}
-
 Scan chosenByProcessor() {
-  unsigned a = 0;
-  unsigned b = 0;
-  unsigned c = 0;
-  unsigned d = 0;
-  if (__get_cpuid(1, &a, &b, &c, &d) == 0 || (c & bit_OSXSAVE) == 0) return scanPortable;
-  const unsigned kept = keptState();
-  if (__get_cpuid_count(7, 0, &a, &b, &c, &d) == 0) return scanPortable;
-  if ((b & bit_AVX512BW) != 0 && (kept & kAvx512State) == kAvx512State) return scanAvx512;
-  if ((b & bit_AVX2) != 0 && (kept & kAvxState) == kAvxState) return scanAvx2;
+#ifdef __x86_64__
+  const strings::Machine &machine = strings::thisMachine();
+  if (machine.avx512bw) return scanAvx512;
+  if (machine.avx2) return scanAvx2;
+#endif
   return scanPortable;
 }
-#else
-Scan chosenByProcessor() { return scanPortable; }
-#endif
 
 // Asking the processor costs more than a search; null until it was asked.
 constinit std::atomic<Scan> chosen = nullptr;

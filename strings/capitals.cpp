@@ -1,11 +1,10 @@
-// Upper-casing with the 256-bit instructions that most x86-64 machines have; each machine is asked
-// at the first call.
+// Upper-casing with the 256-bit instructions that most x86-64 machines have.
 #include "strings/capitals.h"
 
 #include "strings/charsets.h"
+#include "strings/machine.h"
 
 #ifdef __x86_64__
-#include <cpuid.h>
 #include <immintrin.h>
 
 #include <array>
@@ -108,31 +107,11 @@ WIDE void capitaliseStretches(char *s, const char *end) {
   }
 }
 
-// The processor has the instructions, and the system keeps their registers.
-bool askMachine() {
-  constexpr unsigned kKeptRegisters = 6;  // 128-bit and 256-bit
-  unsigned a = 0, b = 0, c = 0, d = 0;
-  if (__get_cpuid(1, &a, &b, &c, &d) == 0 || (c & bit_OSXSAVE) == 0) return false;
-  unsigned kept = 0;
-  __asm__("xgetbv" : "=a"(kept), "=d"(d) : "c"(0));
-  if ((kept & kKeptRegisters) != kKeptRegisters) return false;
-  return __get_cpuid_count(7, 0, &a, &b, &c, &d) != 0 && (b & bit_AVX2) != 0;
-}
-
-enum class Machine { NotAsked, Wide, Narrow };
-
-// Asked at the first call only: a virtual machine takes longer to answer than a text to turn.
-bool isWideMachine() {
-  constinit static Machine machine = Machine::NotAsked;
-  if (machine == Machine::NotAsked) machine = askMachine() ? Machine::Wide : Machine::Narrow;
-  return machine == Machine::Wide;
-}
-
 }  // namespace
 
 std::size_t korvel::strings::capitaliseWide(char *s, std::size_t n) {
   const std::size_t whole = n - n % kStretch;
-  if (whole == 0 || !isWideMachine()) return 0;
+  if (whole == 0 || !korvel::strings::thisMachine().avx2) return 0;
   capitaliseStretches(s, s + whole);
   return whole;
 }

@@ -148,7 +148,8 @@ int ZRV_Libelle_NC(const char *key, int keyLength, int column, const char *table
 int ZRV_Libelle_2(int code, int column, const char *table, char *out, int outSize) {
   constexpr int kWidth = 2;
   char key[kWidth];
-  const bool hasKey = LongToNUM(code, key, kWidth) == 0;
+  // A sign would fit before one digit, but is no part of a code.
+  const bool hasKey = code >= 0 && LongToNUM(code, key, kWidth) == 0;
   return lookUpFirst(keyOf(key, hasKey ? kWidth : 0), column, table, out, outSize);
 }
 

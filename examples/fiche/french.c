@@ -1,5 +1,7 @@
 #include "french.h"
 
+#include <string.h>
+
 /* The characters of the bytes 0x80 to 0x9F; 0 where CP1252 has none. The other bytes of 0x80 and
    above are the characters of the same number. */
 static const unsigned kUpper[32] = {0x20AC, 0,      0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021,
@@ -45,4 +47,59 @@ void printFrench(FILE *out, const char *cp1252) {
               0x80 | (character & 0x3F));
     }
   }
+}
+
+static char capitalOf(unsigned char byte) {
+  if (byte >= 'a' && byte <= 'z') return (char)(byte - 'a' + 'A');
+  if (byte >= 0xE0 && byte != 0xF7 && byte != 0xFF) return (char)(byte - 0x20);
+  if (byte == 0xFF) return (char)0x9F;
+  if (byte == 0x9A || byte == 0x9C || byte == 0x9E) return (char)(byte - 0x10);
+  return (char)byte;
+}
+
+void capitals(const char *cp1252, char *out, int size) {
+  int length = 0;
+  for (; *cp1252 && length < size - 1; cp1252++) out[length++] = capitalOf((unsigned char)*cp1252);
+  out[length] = '\0';
+}
+
+/* The letter of a capital, without its accent. */
+static char letterOf(unsigned char capital) {
+  /* The capitals of 0xC0 to 0xDE; ligatures and other signs stay. */
+  static const char kLetters[] =
+      "AAAAAA\xC6"
+      "CEEEEIIII\xD0NOOOOO\xD7OUUUUY\xDE";
+  if (capital == 0x9F) return 'Y';
+  return capital >= 0xC0 && capital <= 0xDE ? kLetters[capital - 0xC0] : (char)capital;
+}
+
+void withoutAccents(char *capitals) {
+  for (; *capitals; capitals++) *capitals = letterOf((unsigned char)*capitals);
+}
+
+/* What stands for a capital in official lists: one letter or two, or a blank. */
+static const char *plainFormOf(unsigned char capital) {
+  static char letter[2];
+  if (capital == 0xC6) return "AE";
+  if (capital == 0x8C) return "OE";
+  if (capital == '-' || capital == '\'' || capital == 0x92) return " ";
+  letter[0] = letterOf(capital);
+  return letter;
+}
+
+void plainCapitals(const char *cp1252, char *out, int size) {
+  int length = 0;
+  for (; *cp1252; cp1252++) {
+    const char *form = plainFormOf((unsigned char)capitalOf((unsigned char)*cp1252));
+    for (; *form && length < size - 1; form++) out[length++] = *form;
+  }
+  out[length] = '\0';
+}
+
+int frenchOrder(const char *a, const char *b) {
+  char plainA[256], plainB[256];
+  plainCapitals(a, plainA, sizeof plainA);
+  plainCapitals(b, plainB, sizeof plainB);
+  int order = strcmp(plainA, plainB);
+  return order != 0 ? order : strcmp(a, b);
 }

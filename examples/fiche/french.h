@@ -12,4 +12,17 @@ char *french(const char *utf8);
 /* Writes a CP1252 text as UTF-8. */
 void printFrench(FILE *out, const char *cp1252);
 
+/* Capitals of a CP1252 text, accents kept: up to size - 1 characters. */
+void capitals(const char *cp1252, char *out, int size);
+
+/* Takes the accents off capitals (CP1252), in place. */
+void withoutAccents(char *capitals);
+
+/* As postal and official lists write names: capitals without accents, blanks in place of hyphens
+   and apostrophes. Up to size - 1 characters. Example: "L'Haÿ-les-Roses" is "L HAY LES ROSES". */
+void plainCapitals(const char *cp1252, char *out, int size);
+
+/* Below, at or above 0 as a comes before, with or behind b in a French list. */
+int frenchOrder(const char *a, const char *b);
+
 #endif

@@ -1,22 +1,31 @@
-/* A patient record in a practice: shows the last one kept (at the first start an empty one), prints
-   what was entered and keeps it for the next start. */
+/* A patient in a practice: shows the record last kept (at the first start an empty one), lets the
+   user change it, choose the commune and prescribe, prints what was entered and keeps it for the
+   next start. */
 #include <stdio.h>
 
-#include "entry.h"
+#include "home.h"
+#include "patient.h"
+#include "prescription.h"
 #include "settings.h"
+#include "tables.h"
 
 int main(void) {
-  Record record = {0};
+  Record record = {.paysNaissance = "FR", .pays = "FR"};
   char title[128];
-  int keeping = openSettings();
+  if (!openSettings() || !openTables()) {
+    fputs("Le dossier du cabinet ou les tables de codes ne sont pas accessibles.\n", stderr);
+    return 1;
+  }
   readWindowTitle(title, sizeof title);
   readLastRecord(&record);
-  if (!enterRecord(title, &record)) {
+  if (!enterPatient(title, &record)) {
     puts("Saisie annulée.");
     return 0;
   }
+  enterHome(&record);
+  enterPrescription(&record);
   printRecord(stdout, &record);
-  if (!keeping || !keepSettings(title, &record)) {
+  if (!keepSettings(title, &record)) {
     fputs("La fiche n’a pas pu être enregistrée.\n", stderr);
     return 1;
   }

@@ -12,6 +12,7 @@
 static const char kVolume[] = "Cabinet";
 static const char kProfile[] = "Cabinet:fiche.ini";
 static const char kWindow[] = "Fenetre", kDoctor[] = "Praticien", kPatient[] = "Patient";
+static const char kPrescription[] = "Ordonnance";
 
 /* Makes a folder and those above it. */
 static void makeFolders(const char *path) {
@@ -63,6 +64,12 @@ void readLastRecord(Record *record) {
   readText(kPatient, "prenom", record->prenom, sizeof record->prenom);
   readText(kPatient, "civilite", record->civilite, sizeof record->civilite);
   readText(kPatient, "sexe", record->sexe, sizeof record->sexe);
+  readText(kPatient, "profession", record->profession, sizeof record->profession);
+  readText(kPatient, "paysNaissance", record->paysNaissance, sizeof record->paysNaissance);
+  readText(kPatient, "communeNaissance", record->communeNaissance, sizeof record->communeNaissance);
+  readText(kPatient, "pays", record->pays, sizeof record->pays);
+  readText(kPatient, "departement", record->departement, sizeof record->departement);
+  readText(kPatient, "commune", record->commune, sizeof record->commune);
   record->naissance = GetPrivateProfileInt(kPatient, "naissance", record->naissance, kProfile);
   record->enfants = GetPrivateProfileInt(kPatient, "enfants", record->enfants, kProfile);
   record->suivi = GetPrivateProfileInt(kPatient, "suivi", record->suivi, kProfile);
@@ -71,10 +78,11 @@ void readLastRecord(Record *record) {
   readReal("taille", &record->taille);
 }
 
-/* One "key=value" line more of a section's text. */
+/* One "key=value" line more of a section's text. A bracket in it would end the section. */
 static void addText(char *lines, size_t size, const char *key, const char *value) {
   size_t used = strlen(lines);
   snprintf(lines + used, size - used, "%s%s=%s", used > 0 ? "\r\n" : "", key, value);
+  for (char *bracket = lines + used; (bracket = strchr(bracket, '[')) != NULL;) *bracket = '(';
 }
 
 static void addInt(char *lines, size_t size, const char *key, int value) {
@@ -89,12 +97,33 @@ static void addReal(char *lines, size_t size, const char *key, double value) {
   addText(lines, size, key, text);
 }
 
+/* A line of the prescription: code, number of days and dose. */
+static void addPrescription(char *lines, size_t size, int number, const Prescription *line) {
+  char key[16], value[128];
+  snprintf(key, sizeof key, "ligne%d", number);
+  snprintf(value, sizeof value, "%s %d %s", line->drug, line->days, line->dose);
+  addText(lines, size, key, value);
+}
+
+static int keepPrescription(const Record *record) {
+  char lines[1024] = "";
+  for (int i = 0; i < record->lignes; i++)
+    addPrescription(lines, sizeof lines, i + 1, &record->ordonnance[i]);
+  return WritePrivateProfileSection(kPrescription, lines, kProfile);
+}
+
 int keepSettings(const char *title, const Record *record) {
   char lines[1024] = "";
   addText(lines, sizeof lines, "nom", record->nom);
   addText(lines, sizeof lines, "prenom", record->prenom);
   addText(lines, sizeof lines, "civilite", record->civilite);
   addText(lines, sizeof lines, "sexe", record->sexe);
+  addText(lines, sizeof lines, "profession", record->profession);
+  addText(lines, sizeof lines, "paysNaissance", record->paysNaissance);
+  addText(lines, sizeof lines, "communeNaissance", record->communeNaissance);
+  addText(lines, sizeof lines, "pays", record->pays);
+  addText(lines, sizeof lines, "departement", record->departement);
+  addText(lines, sizeof lines, "commune", record->commune);
   addInt(lines, sizeof lines, "naissance", record->naissance);
   addInt(lines, sizeof lines, "enfants", record->enfants);
   addReal(lines, sizeof lines, "poids", record->poids);
@@ -103,5 +132,5 @@ int keepSettings(const char *title, const Record *record) {
   addInt(lines, sizeof lines, "accord", record->accord);
   return WritePrivateProfileString(kWindow, "titre", title, kProfile) &&
          WritePrivateProfileString(kDoctor, "dernier", record->praticien, kProfile) &&
-         WritePrivateProfileSection(kPatient, lines, kProfile);
+         WritePrivateProfileSection(kPatient, lines, kProfile) && keepPrescription(record);
 }

@@ -6,13 +6,14 @@
 
 /* Points the library's volumes at a folder of the user (FICHE_VOLUMES, else fiche/ in the user's
    data folder), in which the volume "Cabinet" is made when it is missing. Returns 1, or 0 when
-   nothing can be kept; the functions below then find and change nothing. */
+   there is no such folder to be had. */
 int openSettings(void);
 
 /* The window's title, CP1252: up to size - 1 characters; "Fiche patient" when none is kept. */
 void readWindowTitle(char *title, int size);
 
-/* The last record; texts and numbers that are not kept stay as they are. */
+/* The last record, without its prescription; texts and numbers that are not kept stay as they are.
+ */
 void readLastRecord(Record *record);
 
 /* Keeps title and record, except for the access code, which is nobody's business. Returns 1, or 0

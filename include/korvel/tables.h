@@ -21,7 +21,8 @@
 
    A buffer to fill is given with its size in bytes: at most size - 1 characters are written and
    always a terminator; a null buffer or a size below 1 is not written. A null table or
-   list of criteria is a table that will not open; a null key or label matches no line. */
+   list of criteria is a table that will not open; a null key or label matches no line. Where the
+   table's last line is said to stand in the buffer, a table without lines leaves it as it was. */
 #ifndef KORVEL_TABLES_H
 #define KORVEL_TABLES_H
 
@@ -65,28 +66,30 @@ KORVEL_API char *getDirTables(void);
 
 /* Looks up the first line whose code matches the key and gives one of its columns.
    key: keyLength characters, need not be terminated; a length below 1 matches no line.
-   column: 0 for the code, from 1 on for a column; a column that the line does not have gives "".
+   column: 0 for the code, from 1 on for a column; a column that the line does not have gives "", as
+   does one below 0.
    Returns 1; the line is the current one then and stands in the buffer.
    Returns 0, out untouched, when no code matches: the current line is then the number of lines of
    the table, the read flag 1 and the table's last line stands in the buffer. Returns 0 too when the
-   table will not open: the current line and the read flag are then 0. */
+   table will not open: the current line and the read flag are then 0, out and buffer untouched. */
 KORVEL_API int ZRV_Libelle_NC(const char *key, int keyLength, int column, const char *table,
                               char *out, int outSize);
 
-/* As ZRV_Libelle_NC with the key made of a number, on two characters: 7 looks for "07". A number
-   that needs more characters matches no line. */
+/* As ZRV_Libelle_NC with the key made of a number from 0 to 99, on two characters: 7 looks for
+   "07". Any other number matches no line. */
 KORVEL_API int ZRV_Libelle_2(int code, int column, const char *table, char *out, int outSize);
 
 /* Gives another column of the current line.
    While the read flag is 1 the buffer is used as it stands: keyLength 0 with column 0 gives the
    code, with 1; otherwise a column from 1 on, with 1, or "" and 0 when the line does not have it.
-   While the read flag is 0 this is ZRV_Libelle_NC_idem_0. The key itself is not looked at. */
+   Column 0 with another keyLength, and one below 0, is a column that no line has. While the read
+   flag is 0 this is ZRV_Libelle_NC_idem_0. The key itself is not looked at. */
 KORVEL_API int ZRV_Libelle_NC_idem(const char *key, int keyLength, int column, const char *table,
                                    char *out, int outSize);
 
 /* Reads the table again up to the current line and gives a column of it.
    keyLength 0 with column 0 gives the code; otherwise a column from 1 on, "" when the line does not
-   have it. The key itself is not looked at.
+   have it (no line has column 0 or one below). The key itself is not looked at.
    Returns 1; the line stands in the buffer then, the read flag is 1.
    Returns 0, out untouched, when the table has fewer lines: the read flag is 1 all the same, and
    the last line stands in the buffer, not split. Returns 0 too when the table will not open: the
@@ -95,10 +98,11 @@ KORVEL_API int ZRV_Libelle_NC_idem_0(const char *key, int keyLength, int column,
                                      char *out, int outSize);
 
 /* Looks up the next line behind the current one whose code matches the key, and gives a column of
-   it (from 1 on; "" when the line does not have it).
+   it (from 1 on; "" when the line does not have it, and for column 0 and below).
    Returns 1; the line is the current one then and stands in the buffer.
    Returns 0, out, the current line's number and the read flag untouched, when there is none; the
-   table's last line then stands in the buffer (nothing does, if the table will not open). */
+   table's last line then stands in the buffer. Returns 0 too when the table will not open: the
+   buffer is then untouched as well. */
 KORVEL_API int ZRV_Libelle_NC_next(const char *key, int keyLength, int column, const char *table,
                                    char *out, int outSize);
 
@@ -126,16 +130,18 @@ KORVEL_API void ZRV_Libelle_NC_set_ligne(int line);
    Without a match the result is 0 and the table's last line stands in the buffer; the functions
    that start at the first line set the current line to the number of lines and the read flag to 1,
    those that go on behind the current line leave both as they were. When the table will not open
-   the result is 0 and out is untouched; the former then set both to 0. */
+   the result is 0, out and buffer are untouched; the former then set both to 0. A table without
+   lines leaves out untouched. */
 
 /* Looks for the first line whose column matches the label and gives its code.
-   label: NUL-terminated; an empty one matches no line. column: from 1 on. Returns 1 or 0. */
+   label: NUL-terminated; an empty one matches no line. column: from 1 on; below that, the last
+   field of each line. Returns 1 or 0. */
 KORVEL_API int ZRV_Code_NC(const char *label, int column, const char *table, char *out,
                            int outSize);
 
 /* As ZRV_Code_NC without regard to case: label and field are compared as strupr writes them. The
-   examined column then stands in the buffer as strupr writes it. A label of more than 255
-   characters matches no line. */
+   examined column then stands in the buffer as strupr writes it, that of the last line if none
+   matches. A label of more than 255 characters matches no line. */
 KORVEL_API int ZRV_CodeNCS_NC(const char *label, int column, const char *table, char *out,
                               int outSize);
 

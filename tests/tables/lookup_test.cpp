@@ -334,12 +334,13 @@ TEST_F(NumberLookup, UsesTwoDigits) {
   EXPECT_EQ(lookUpNumber(99, 0), (Answer{1, "99"}));
 }
 
-TEST_F(NumberLookup, OfMoreThanTwoCharactersMatchesNothing) {
-  table("actes", lines({"??,any", "100,long"}));
-  for (const int code : {100, 12345, -10, INT_MAX, -INT_MAX}) {
+TEST_F(NumberLookup, OutsideZeroTo99MatchesNothing) {
+  table("actes", lines({"-1,negative", "??,any", "100,long"}));
+  for (const int code : {-1, -9, -10, 100, 12345, INT_MAX, INT_MIN}) {
     EXPECT_EQ(lookUpNumber(code, 1), (Answer{0, kNoOut})) << code;
-    EXPECT_EQ(state(), (State{2, 1, "100|long"})) << code;
+    EXPECT_EQ(state(), (State{3, 1, "100|long"})) << code;
   }
+  EXPECT_EQ(lookUpNumber(99, 1), (Answer{1, "any"}));
 }
 
 // --- The same line again -------------------------------------------------------------------------
@@ -428,6 +429,20 @@ TEST_F(Idem, FindsEveryLineOfALargeTable) {
   }
   ZRV_Libelle_NC_set_ligne(40001);
   EXPECT_EQ(idem0(2, 1, "t"), (Answer{0, kNoOut}));
+}
+
+// The lines before the wanted one are counted by pieces of the file; it may begin in one piece and
+// end in the next.
+TEST_F(Idem, FindsEveryLineOnBothSidesOfWhatIsCountedAtOnce) {
+  std::string bytes;
+  for (int i = 1; i <= 2000; ++i) bytes += "x," + std::to_string(i) + "\r\n";
+  table("t", bytes);
+  for (int line = 1; line <= 2000; ++line) {
+    ZRV_Libelle_NC_set_ligne(line);
+    EXPECT_EQ(idem0(2, 1, "t"), (Answer{1, std::to_string(line)}));
+    ZRV_Libelle_NC_set_ligne(line - 1);
+    EXPECT_EQ(lookUpNext("x", 1, "t"), (Answer{1, std::to_string(line)}));
+  }
 }
 
 // --- The next line -------------------------------------------------------------------------------

@@ -217,9 +217,10 @@ int TableModel::ZRV_Libelle_NC(std::string_view key, int column, const char *tab
 
 int TableModel::ZRV_Libelle_2(int code, int column, const char *table, char *out, int outSize) {
   char key[2];
-  const int status = LongToNUM(code, key, 2);
-  return ZRV_Libelle_NC(status == 0 ? std::string_view(key, 2) : std::string_view(), column, table,
-                        out, outSize);
+  const bool hasKey = code >= 0 && code <= 99;
+  if (hasKey) LongToNUM(code, key, 2);
+  return ZRV_Libelle_NC(hasKey ? std::string_view(key, 2) : std::string_view(), column, table, out,
+                        outSize);
 }
 
 int TableModel::ZRV_Libelle_NC_idem(int keyLength, int column, const char *table, char *out,

@@ -87,12 +87,12 @@ std::string_view lineEnd(Random &random, Style style) {
   }
 }
 
-std::string randomTable(Random &random) {
+std::string randomTable(Random &random, unsigned mostLines) {
   constexpr Style kStyles[] = {Style::CrLf, Style::CrLf,  Style::CrLf,
                                Style::Cr,   Style::Mixed, Style::Lf};
   const Style style = oneOf(random, kStyles);
   std::string bytes;
-  for (auto n = random() % 40; n > 0; --n) {
+  for (auto n = random() % (mostLines + 1); n > 0; --n) {
     bytes += randomLine(random);
     if (n > 1 || chance(random, 70)) bytes += lineEnd(random, style);
   }
@@ -131,9 +131,10 @@ int randomColumn(Random &random) {
   return chance(random, 88) ? 1 + static_cast<int>(random() % 4) : oneOf(random, kOdd);
 }
 
-int randomLineNumber(Random &random) {
+int randomLineNumber(Random &random, unsigned mostLines) {
   constexpr int kOdd[] = {0, -1, INT_MIN, INT_MAX, 100};
-  return chance(random, 90) ? static_cast<int>(random() % 28) : oneOf(random, kOdd);
+  return chance(random, 90) ? static_cast<int>(random() % (mostLines * 2 / 3))
+                            : oneOf(random, kOdd);
 }
 
 constexpr const char *kNames[] = {"t0", "t1", "t2", "t3", "t4", "t5", "t6", "missing"};
@@ -141,7 +142,7 @@ constexpr int kTables = 7;
 
 class RandomCalls : public test::Tables {
  protected:
-  RandomCalls() {
+  explicit RandomCalls(unsigned mostLines = 39) : mostLines_(mostLines) {
     mkdir(volumes_.posix("others").c_str(), 0777);
     for (const char *directory : {"Data:tables", "Data:others"}) {
       model_.directories[directory] = true;
@@ -151,7 +152,7 @@ class RandomCalls : public test::Tables {
   }
 
   void rewrite(const std::string &directory, int i) {
-    const std::string bytes = randomTable(random_);
+    const std::string bytes = randomTable(random_, mostLines_);
     const std::string name = std::string(kNames[i]) + ".tab";
     // A new file: emptying an old one makes some file systems write it out at once.
     std::remove(volumes_.posix(directory.substr(5) + "/" + name).c_str());
@@ -271,6 +272,7 @@ class RandomCalls : public test::Tables {
     tables::imposedKernel = oneOf(random_, tables::usableKernels());
   }
 
+  unsigned mostLines_;  // of a table
   Random random_{4};
   TableModel model_;
   int calls_ = 0;
@@ -335,7 +337,7 @@ void RandomCalls::lookUpSomething() {
       });
     }
     default: {
-      const int line = randomLineNumber(random_);
+      const int line = randomLineNumber(random_, mostLines_);
       ZRV_Libelle_NC_set_ligne(line);
       model_.ZRV_Libelle_NC_set_ligne(line);
       EXPECT_EQ(ZRV_Libelle_NC_get_ligne(), line);
@@ -425,6 +427,18 @@ TEST_F(RandomCalls, AgreeWithTheModel) {
   EXPECT_GT(calls_, 150000);
   EXPECT_GT(successes_, calls_ / 5);
   EXPECT_LT(successes_, calls_ * 4 / 5);
+}
+
+// Tables of many pages, which the searches pass in long stretches.
+class RandomCallsOnLargeTables : public RandomCalls {
+ protected:
+  RandomCallsOnLargeTables() : RandomCalls(3000) {}
+};
+
+TEST_F(RandomCallsOnLargeTables, AgreeWithTheModel) {
+  run(3000);
+  EXPECT_GT(calls_, 2000);
+  EXPECT_GT(successes_, calls_ / 5);
 }
 
 }  // namespace

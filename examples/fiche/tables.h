@@ -1,0 +1,28 @@
+/* The application's code tables: reference data that comes with the program, in the volume
+   "Tables", and the practice's own tables, in the volume "Cabinet". */
+#ifndef FICHE_TABLES_H
+#define FICHE_TABLES_H
+
+/* Makes the volume "Tables" of the folder "tables" beside the program, and gives a practice that
+   has no table of professions yet a copy of the one there. The volumes must be open (openSettings).
+   Returns 1, or 0 when there are no tables. */
+int openTables(void);
+
+/* From here on a table's name is that of a reference table ("pays.tab") or of one of the practice's
+   ("professions"). */
+void useReferenceTables(void);
+void usePracticeTables(void);
+
+/* Looks up a column of the line of a code in a reference table. Returns 1, or 0 with out empty when
+   there is no such code. */
+int referenceLabel(const char *table, const char *code, int column, char *out, int size);
+
+/* Looks up the code of a line whose column is the label. Returns 1, or 0 with out empty. */
+int referenceCode(const char *table, const char *label, int column, char *out, int size);
+
+/* The labels (column 1) of a reference table in French order, with the separator between them; only
+   of the lines whose column `only` is the text `wanted`, or of all for a null text. The caller
+   frees it; null without memory. */
+char *referenceChoices(const char *table, int only, const char *wanted, char separator);
+
+#endif
