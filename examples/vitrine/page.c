@@ -114,7 +114,7 @@ static void drawFees(CGrafPtr port, int y) {
   RichLine line;
   lineStart(&line);
   linePen(&line, 0, 0);
-  lineFrameTo(&line, kFeeEnd + 4, 17);
+  lineFrameTo(&line, kFeeEnd + 4, 18);
   linePen(&line, 2, 11);
   lineDrawTo(&line, kFeeEnd + 2, 11);
   lineDraw(&line, port, kRight, y + 30);
@@ -125,7 +125,7 @@ static void drawFees(CGrafPtr port, int y) {
     lineTab(&line, kFeeEnd);
     lineEscape(&line, kRightAligned);
     lineText(&line, kActs[n].fee);
-    lineDraw(&line, port, kRight, y + 32 + n * 19 + (n == kTotal ? 5 : 0));
+    lineDraw(&line, port, kRight, y + 34 + n * 19 + (n == kTotal ? 5 : 0));
   }
 }
 
@@ -164,7 +164,7 @@ static void drawLines(CGrafPtr port, int y) {
   ch_font_printstr(port, kLeft + 132, y + 31, 170, kNavy, kTransparent, 13, "au milieu");
   Rectangle_Ex(port, kLeft + 132, y + 56, 170, 20, kSilver);
   ch_font_printstr(port, kLeft + 132, y + 57, 170, kBlack, kTransparent, 13,
-                   "trop large pour son cadre");
+                   "et ici, sur fond gris");
 }
 
 /* One picture in its frame, with its size. */
@@ -192,7 +192,7 @@ void drawPage(CGrafPtr port) {
   drawFonts(port, 12);
   drawFolders(port, 150);
   drawFees(port, 190);
-  drawBullets(port, 304);
+  drawBullets(port, 308);
   drawLines(port, 340);
   drawPictures(port, 440);
   SetPort(before);
