@@ -137,24 +137,30 @@ bool isKeptAttribute(std::string_view name) {
   return name.starts_with("user.") || name == kAccessList || name == "security.selinux";
 }
 
-void copyAttribute(int from, int to, const char *name) {
+bool copyAttribute(int from, int to, const char *name) {
   char value[65536];  // no attribute is longer
   const ssize_t length = fgetxattr(from, name, value, sizeof value);
-  if (length >= 0) fsetxattr(to, name, value, static_cast<std::size_t>(length), 0);
+  return length >= 0 && fsetxattr(to, name, value, static_cast<std::size_t>(length), 0) == 0;
 }
 
 // A folder may give every new file an access list; one that the old file does not have goes.
-void copyAttributes(int from, int to) {
+// Returns false when the old file has one that cannot be taken over.
+bool copyAttributes(int from, int to) {
   char names[65536];
   const ssize_t length = flistxattr(from, names, sizeof names);
   bool hasAccessList = false;
+  bool keepsAccessList = true;
   for (const char *name = names; length > 0 && name < names + length;
        name += std::strlen(name) + 1) {
     if (!isKeptAttribute(name)) continue;
-    copyAttribute(from, to, name);
-    if (std::strcmp(name, kAccessList) == 0) hasAccessList = true;
+    const bool copied = copyAttribute(from, to, name);
+    if (std::strcmp(name, kAccessList) == 0) {
+      hasAccessList = true;
+      keepsAccessList = copied;
+    }
   }
   if (!hasAccessList) fremovexattr(to, kAccessList);
+  return keepsAccessList;
 }
 
 struct Kept {
@@ -179,6 +185,17 @@ mode_t modeFor(const struct stat &from, Kept kept) {
   return mode;
 }
 
+// A share on which all files belong to one user refuses every change of mode, and gives every file
+// the same one.
+bool setMode(int file, mode_t mode) {
+  if (fchmod(file, mode) == 0) return true;
+  const int error = errno;
+  struct stat made;
+  const bool hasIt = fstat(file, &made) == 0 && (made.st_mode & kPermissionsAndSetId) == mode;
+  errno = error;
+  return hasIt;
+}
+
 // The mode comes last: a change of owner or of access list alters it.
 bool adopt(int old, const struct stat &status, int made) {
   if (faulty(ReplaceStep::Adopt)) return false;
@@ -186,9 +203,11 @@ bool adopt(int old, const struct stat &status, int made) {
     fchmod(made, kOpenToAll);  // where the file system keeps modes at all
     return true;
   }
-  const Kept kept = copyOwner(status, made);
-  copyAttributes(old, made);
-  return fchmod(made, modeFor(status, kept)) == 0;
+  Kept kept = copyOwner(status, made);
+  // Beside an access list the mode's group rights are the most that anyone of the list has; without
+  // it they would be the group's.
+  if (!copyAttributes(old, made)) kept.group = false;
+  return setMode(made, modeFor(status, kept));
 }
 
 // The folder in which a path ends. One that may be changed but not read cannot be synced by itself;
@@ -201,8 +220,7 @@ int openFolderOf(const char *path) {
     std::memcpy(folder, path, length);
     folder[length] = '\0';
   }
-  const int descriptor =
-      retried([&] { return open(folder, O_RDONLY | O_DIRECTORY | O_CLOEXEC); });
+  const int descriptor = retried([&] { return open(folder, O_RDONLY | O_DIRECTORY | O_CLOEXEC); });
   if (descriptor >= 0 || errno != EACCES) return descriptor;
   return open(folder, O_PATH | O_DIRECTORY | O_CLOEXEC);
 }
@@ -278,6 +296,7 @@ bool Replacement::openFolder() {
 // Whether this process may write the file is what the kernel says when it opens it. Reading is
 // wanted only for the case that the file is overwritten in place.
 bool Replacement::openOld(IfMissing ifMissing) {
+  if (rules_.anew) return true;
   const auto openFor = [this](int access) {
     return retried(
         [&] { return openat(folder_, name_, access | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC); });
@@ -298,14 +317,22 @@ bool Replacement::openTemporary() {
   return content_ >= 0 || (hasNoUnnamedFiles(errno) && openNamed());
 }
 
-// The name that all share comes first, so that what a kill leaves is found later.
 bool Replacement::openNamed() {
   place_ = Place::Named;
-  sharedName(name_, temporary_);
-  for (int attempt = 0; attempt < kNamingAttempts; ++attempt) {
+  return takeName([this] {
     content_ = retried(
         [&] { return openat(folder_, temporary_, O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0600); });
-    if (content_ >= 0) return true;
+    return content_ >= 0;
+  });
+}
+
+// Sets temporary_ to a name under which make() succeeds; it fails with EEXIST for one in use. The
+// name that all share comes first, so that what a kill leaves is found later.
+template <typename Make>
+bool Replacement::takeName(Make make) {
+  sharedName(name_, temporary_);
+  for (int attempt = 0; attempt < kNamingAttempts; ++attempt) {
+    if (make()) return true;
     if (errno != EEXIST) break;
     if (!isAbandoned(folder_, temporary_) || unlinkat(folder_, temporary_, 0) != 0)
       ownName(name_, temporary_);
@@ -383,7 +410,6 @@ bool Replacement::exchange() {
 // A process that stood still for a minute may find its temporary taken for abandoned, and its name
 // with another one.
 bool Replacement::stillNamed() {
-  if (place_ == Place::Unnamed) return true;
   struct stat named;
   struct stat own;
   if (fstatat(folder_, temporary_, &named, AT_SYMLINK_NOFOLLOW) == 0 &&
@@ -395,17 +421,7 @@ bool Replacement::stillNamed() {
 }
 
 bool Replacement::giveName() {
-  if (faulty(ReplaceStep::Link)) return false;
-  sharedName(name_, temporary_);
-  if (linkedAs(folder_, temporary_)) return true;
-  if (errno == EEXIST) {
-    if (isAbandoned(folder_, temporary_)) unlinkat(folder_, temporary_, 0);
-    // Others may be at the same point: the shared name could be taken again.
-    ownName(name_, temporary_);
-    if (linkedAs(folder_, temporary_)) return true;
-  }
-  temporary_[0] = '\0';
-  return false;
+  return !faulty(ReplaceStep::Link) && takeName([this] { return linkedAs(folder_, temporary_); });
 }
 
 bool Replacement::linkedAs(int folder, const char *name) {
@@ -454,14 +470,15 @@ bool Replacement::overwrite() {
 bool Replacement::overwriteBeginning(off_t size) {
   const auto count = static_cast<std::size_t>(size);
   const std::unique_ptr<char[]> before(new (std::nothrow) char[count]);
-  const bool kept = before != nullptr && readAll(old_, before.get(), count) == count;
+  if (before == nullptr) return false;
+  const bool kept = readAll(old_, before.get(), count) == count;
   if (copyStretch(content_, old_, 0, size)) return true;
   if (kept && lseek(old_, 0, SEEK_SET) == 0) writeAll(old_, before.get(), count);
   return false;
 }
 
 void Replacement::discard() {
-  if (temporary_[0] != '\0') unlinkat(folder_, temporary_, 0);
+  if (temporary_[0] != '\0' && stillNamed()) unlinkat(folder_, temporary_, 0);
   temporary_[0] = '\0';
   closeIfOpen(content_);
   closeIfOpen(old_);

@@ -10,8 +10,9 @@
 //               ".korvel-" and more, readable by its owner only until step 4.
 //  3. Write     The new content goes there. A write that falls short fails the replacement.
 //  4. Adopt     Owner, group, access list, extended attributes and mode are taken over from the
-//               old file, as far as this process may give them. A group that cannot be kept
-//               leaves the new group no more rights than everyone has, and the set-id bits go.
+//               old file, as far as this process may give them. A group or an access list that
+//               cannot be kept leaves the group no more rights than everyone has, and the set-id
+//               bits go.
 //  5. Sync      The content reaches the disk, before any name leads to it.
 //  6. Link      A nameless temporary gets its name.
 //  7. Rename    The temporary takes the place of the file, in one step.
@@ -51,9 +52,13 @@ enum class IfMissing {
 
 // What a caller may settle for.
 struct ReplaceRules {
-  bool inPlace = true;  // the file is overwritten where its folder does not admit the exchange
-  bool folderSync =
-      true;  // step 8; without it a loss of power soon after may bring the old file back
+  // The file is overwritten where its folder does not admit the exchange.
+  bool inPlace = true;
+  // Step 8; without it a loss of power soon after may bring the old file back.
+  bool folderSync = true;
+  // For IfMissing::Create: a file that is there gives way as if it were missing. It need not be
+  // writable, nothing is taken over from it, and it is never overwritten in place.
+  bool anew = false;
 };
 
 // A replacement in progress. Content is appended in any number of calls (each costs a system call
@@ -99,6 +104,8 @@ class Replacement {
   bool openAside();
   bool settle();
   bool stillNamed();
+  template <typename Make>
+  bool takeName(Make make);
   bool giveName();
   bool linkedAs(int folder, const char *name);
   bool renamedAs(const char *path);

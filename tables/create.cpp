@@ -1,5 +1,6 @@
 // A table's beginning, its end and its back-up.
 #include <algorithm>
+#include <cerrno>
 #include <cstring>
 #include <span>
 #include <string_view>
@@ -93,6 +94,12 @@ TablePath backUpPath(const TablePath &table) {
   return path;
 }
 
+// A back-up that may not be written gives way to a new one, where its folder admits that.
+bool beginBackUp(Replacement &made, const char *path) {
+  return made.begin(path, IfMissing::Create, {.inPlace = false}) ||
+         (errno == EACCES && made.begin(path, IfMissing::Create, {.inPlace = false, .anew = true}));
+}
+
 bool copyTo(Replacement &backUp, TableReader &table) {
   for (auto block = table.next(); !block.empty(); block = table.next()) {
     if (!backUp.append(block)) return false;
@@ -111,7 +118,7 @@ void backUp(const TablePath &path, bool overwrite) {
   if (!table.open(path.text, Slots::File) || !handle.take(target.text)) return;
   const PosixPath posix(target.text);
   Replacement made;
-  if (!made.begin(posix.text(), IfMissing::Create, {.inPlace = false}) || !copyTo(made, table)) return;
+  if (!beginBackUp(made, posix.text()) || !copyTo(made, table)) return;
   static_cast<void>(replaces ? made.commit() : made.commitAs(posix.text()));
 }
 

@@ -177,8 +177,9 @@ KORVEL_API int ZRV_Code_NC_ex_next(const char *const *labels, const int *columns
    Returns 1 when the table has the line, 0 when it has fewer; it is rewritten in both cases.
    Returns 0, with the table, the current line and the buffer as they were, when the table will not
    open or may not be written, when its folder does not let a file be exchanged or the disk is full,
-   and for a null table or text. At any moment the file is the old table or the new one, whole;
-   owner, mode and a symbolic link stay.
+   and for a null table or text. At any moment the file is the old table or the new one, whole.
+   Owner, group, mode and a symbolic link stay; only where the process may not give a file away the
+   owner or the group becomes its own. Another hard link to the table keeps the old content.
 
    While an edit runs it takes two file handles (files.h). When the temporary file cannot be made,
    as in a folder that may not be written or with one handle free, the first of them stays open.
@@ -235,9 +236,9 @@ KORVEL_API int ZRV_Table_create(const char *name, const char *version, const cha
 KORVEL_API int ZRV_Table_remove(const char *name);
 
 /* Copies a table to its back-up, whose path is the table's with ".bak" for its last four
-   characters. overwrite: 0 leaves a back-up alone that exists. A back-up is replaced as a whole or,
-   if the new one cannot be written, not at all. A table whose path ends with ".bak" has none.
-   Always returns 0. */
+   characters. overwrite: 0 leaves a back-up alone that exists. A back-up is replaced as a whole,
+   even one that may not be written, or, if the new one cannot be written, not at all. A table whose
+   path ends with ".bak" has none. Always returns 0. */
 KORVEL_API int ZRV_Table_sauvegarde(const char *name, int overwrite);
 
 /* Puts the title in the place of line 1 and "Version: " and the version in that of line 2, as far

@@ -14,8 +14,10 @@
 #include <array>
 #include <cerrno>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <functional>
+#include <new>
 #include <random>
 #include <string>
 #include <utility>
@@ -29,16 +31,50 @@ namespace {
 
 // What a test wants of the next syncs: the error number of each, 0 for a real one.
 std::function<int(int)> atSync;
+// The same for changes of mode and for extended attributes set, once for all.
+int modeError = 0;
+int attributeError = 0;
+// Arrays whose making may fail do so.
+bool noRoomForArrays = false;
+
+// The result of a system call that fails if there is an error.
+template <typename Call>
+int unless(int error, Call call) {
+  if (error == 0) return static_cast<int>(call());
+  errno = error;
+  return -1;
+}
 
 }  // namespace
 }  // namespace korvel::files
 
+// Every array of this program is made and given back here.
+void *operator new[](std::size_t size) {
+  if (void *array = std::malloc(size)) return array;
+  throw std::bad_alloc();
+}
+void *operator new[](std::size_t size, const std::nothrow_t &) noexcept {
+  return korvel::files::noRoomForArrays ? nullptr : std::malloc(size);
+}
+void operator delete[](void *array) noexcept { std::free(array); }
+void operator delete[](void *array, std::size_t) noexcept { std::free(array); }
+
 // Every sync of this program comes here.
 extern "C" int fsync(int descriptor) {
   const int error = korvel::files::atSync ? korvel::files::atSync(descriptor) : 0;
-  if (error == 0) return static_cast<int>(syscall(SYS_fsync, descriptor));
-  errno = error;
-  return -1;
+  return korvel::files::unless(error, [&] { return syscall(SYS_fsync, descriptor); });
+}
+
+// So do every change of an open file's mode and of its extended attributes.
+extern "C" int fchmod(int descriptor, mode_t mode) {
+  return korvel::files::unless(korvel::files::modeError,
+                               [&] { return syscall(SYS_fchmod, descriptor, mode); });
+}
+extern "C" int fsetxattr(int descriptor, const char *name, const void *value, size_t size,
+                         int flags) {
+  return korvel::files::unless(korvel::files::attributeError, [&] {
+    return syscall(SYS_fsetxattr, descriptor, name, value, size, flags);
+  });
 }
 
 namespace korvel::files {
@@ -287,6 +323,44 @@ TEST(Replace, AccessListIsKept) {
   ASSERT_EQ(getxattr(file.c_str(), "system.posix_acl_access", value, sizeof value),
             static_cast<ssize_t>(sizeof kAccessListOf12));
   EXPECT_TRUE(std::equal(std::begin(kAccessListOf12), std::end(kAccessListOf12), value));
+}
+
+// The mode shows the list's mask, rw-, where the group itself has r-- only.
+TEST(Replace, WithoutItsAccessListTheGroupHasNoMoreRightsThanEveryone) {
+  Scratch scratch;
+  const std::string file = scratch.file("a", "old");
+  if (setxattr(file.c_str(), "system.posix_acl_access", kAccessListOf12, sizeof kAccessListOf12,
+               0) != 0)
+    GTEST_SKIP() << "no access lists here";
+  ASSERT_EQ(modeOf(file), 0660u);
+  attributeError = ENOSPC;
+  const bool done = replaceBy(file, "new");
+  attributeError = 0;
+  EXPECT_TRUE(done);
+  EXPECT_EQ(getxattr(file.c_str(), "system.posix_acl_access", nullptr, 0), -1);
+  EXPECT_EQ(modeOf(file), 0600u);
+}
+
+TEST(Replace, AModeThatCannotBeChangedHindersOnlyWhereItIsNotTheOldOne) {
+  for (const int error : {EPERM, EACCES, EIO}) {
+    Scratch scratch;
+    const std::string file = scratch.file("a", "old");
+    chmod(file.c_str(), 0600);
+    modeError = error;
+    EXPECT_TRUE(replaceBy(file, "new")) << strerror(error);
+    modeError = 0;
+    EXPECT_EQ(content(file), "new") << strerror(error);
+    chmod(file.c_str(), 0644);
+    modeError = error;
+    Replacement replacement;
+    ASSERT_TRUE(replacement.begin(file.c_str(), IfMissing::Fail, {.inPlace = false}));
+    ASSERT_TRUE(replacement.append("newer"));
+    EXPECT_FALSE(replacement.commit()) << strerror(error);
+    modeError = 0;
+    EXPECT_EQ(content(file), "new") << strerror(error);
+    EXPECT_EQ(modeOf(file), 0644u);
+    EXPECT_EQ(entries(scratch.path()), std::vector<std::string>{"a"});
+  }
 }
 
 TEST(Replace, AnAccessListThatTheFolderGivesIsNotTakenOver) {
@@ -566,6 +640,83 @@ TEST(Replace, ATemporaryTakenForAbandonedLeavesTheOldFileAndTheOtherTemporary) {
   EXPECT_TRUE(other.commit());
   EXPECT_EQ(content(file), "other");
   EXPECT_EQ(entries(scratch.path()), std::vector<std::string>{"a"});
+}
+
+TEST(Replace, ATemporaryTakenForAbandonedLeavesTheOtherOneWhenItIsGivenUp) {
+  Scratch scratch;
+  const std::string file = scratch.file("a", "old");
+  Replacement slow;
+  {
+    Fault fault(ReplaceStep::Temporary, 1, EOPNOTSUPP);
+    ASSERT_TRUE(slow.begin(file.c_str()));
+  }
+  const int seconds = std::exchange(abandonedAfter, 0);
+  Replacement other;
+  {
+    Fault fault(ReplaceStep::Temporary, 1, EOPNOTSUPP);
+    ASSERT_TRUE(other.begin(file.c_str()));
+  }
+  abandonedAfter = seconds;
+  ASSERT_TRUE(other.append("other"));
+  slow.discard();
+  EXPECT_TRUE(other.commit());
+  EXPECT_EQ(content(file), "other");
+  EXPECT_EQ(entries(scratch.path()), std::vector<std::string>{"a"});
+}
+
+// The temporary of a folder that has one with a name.
+std::string temporaryIn(const std::string &folder) {
+  for (const std::string &name : entries(folder)) {
+    if (name.starts_with(".korvel-")) return folder + "/" + name;
+  }
+  return "";
+}
+
+TEST(Replace, OneThatStoodStillBeforeTheRenameTakesNoOtherTemporaryForItsOwn) {
+  Scratch scratch;
+  const std::string file = scratch.file("a", "old");
+  std::string temporary;
+  {
+    Fault fault(ReplaceStep::Rename, 1, [&] {
+      temporary = temporaryIn(scratch.path());
+      unlink(temporary.c_str());
+      scratch.file(temporary.substr(scratch.path().size() + 1), "other");
+      return 0;
+    });
+    EXPECT_FALSE(replaceBy(file, "slow"));
+  }
+  EXPECT_EQ(content(file), "old");
+  EXPECT_EQ(content(temporary), "other");
+}
+
+// Processes of two machines on one share may bear one number, and then give the same names.
+TEST(Replace, NamesThatOtherTemporariesHaveAreGoneRound) {
+  Scratch scratch;
+  const std::string file = scratch.file("a", "old");
+  // The longest name of a temporary while it has one.
+  const auto nameGiven = [&] {
+    std::string longest;
+    Fault fault(ReplaceStep::Rename, 1, [&] {
+      for (const std::string &name : entries(scratch.path())) {
+        if (name.size() > longest.size()) longest = name;
+      }
+      return EIO;
+    });
+    EXPECT_FALSE(replaceBy(file, "new"));
+    return longest;
+  };
+  scratch.file(nameGiven(), "other");
+  // The next one has a name of its own, which ends with a count.
+  const std::string own = nameGiven();
+  const std::size_t count = own.rfind('-') + 1;
+  const int last = std::stoi(own.substr(count));
+  for (int next = last + 1; next <= last + 2; ++next)
+    scratch.file(own.substr(0, count) + std::to_string(next), "other");
+  const std::vector<std::string> before = entries(scratch.path());
+  ASSERT_EQ(before.size(), 4u);
+  EXPECT_TRUE(replaceBy(file, "new"));
+  EXPECT_EQ(content(file), "new");
+  EXPECT_EQ(entries(scratch.path()), before);
 }
 
 TEST(Replace, TheContentMayAppearUnderAnotherNameThatIsFree) {
@@ -884,6 +1035,15 @@ TEST_F(InPlace, WhatTheFileGrowsByIsSyncedBeforeAnOldByteIsTouched) {
 TEST_F(InPlace, AGrowthThatCannotBeSyncedLeavesTheOldFile) {
   EXPECT_EQ(asUser([&] {
               const AtSync watch([](int) { return ENOSPC; });
+              return replaceBy(file_, "a new content that is longer") ? 1 : 0;
+            }),
+            0);
+  EXPECT_EQ(content(file_), kOld);
+}
+
+TEST_F(InPlace, WithoutRoomToKeepTheOldBytesTheyStay) {
+  EXPECT_EQ(asUser([&] {
+              noRoomForArrays = true;
               return replaceBy(file_, "a new content that is longer") ? 1 : 0;
             }),
             0);

@@ -1,8 +1,11 @@
 // A table's beginning, its end and its back-up.
+#include <fcntl.h>
 #include <signal.h>
+#include <sys/file.h>
 #include <sys/resource.h>
 
 #include <cerrno>
+#include <thread>
 
 #include "tests/tables/edits.h"
 
@@ -147,6 +150,21 @@ TEST_F(Create, RemovingWhatIsAFolderGivesZero) {
   EXPECT_EQ(test::entries(folder()), (std::vector<std::string>{"actes.tab", "sub.tab"}));
 }
 
+TEST_F(Create, RemovingWaitsForWhoeverHasTheTable) {
+  const int other = open(posixPath("actes").c_str(), O_RDWR);
+  ASSERT_EQ(flock(other, LOCK_EX), 0);
+  Files seen;
+  std::thread releasing([&] {
+    usleep(50000);
+    seen = files();
+    close(other);
+  });
+  EXPECT_EQ(ZRV_Table_remove("actes"), 1);
+  releasing.join();
+  EXPECT_EQ(seen, (Files{{"actes.tab", actes()}}));
+  EXPECT_EQ(files(), Files{});
+}
+
 // Kept: the result of the removal itself does not count.
 TEST_F(Create, RemovingInAReadOnlyFolderGivesOneAllTheSame) {
   chmod(volumes_.root().c_str(), 0755);
@@ -221,6 +239,64 @@ TEST_F(Create, ABackUpThatCannotBeWrittenLeavesTheOldOne) {
     EXPECT_EQ(ZRV_Table_sauvegarde("actes", 1), 0);
     EXPECT_EQ(files(), (Files{{"actes.bak", "old"}, {"actes.tab", actes()}}));
   }
+}
+
+TEST_F(Create, ATableThatIsCutShortMeanwhileLeavesTheOldBackUp) {
+  volumes_.file("tables/actes.bak", "old");
+  tables::TableReader::blockSize = 16;
+  Fault fault(ReplaceStep::Open, 1, [&] {
+    EXPECT_EQ(truncate(posixPath("actes").c_str(), 40), 0);
+    return 0;
+  });
+  EXPECT_EQ(ZRV_Table_sauvegarde("actes", 1), 0);
+  EXPECT_EQ(content(folder() + "/actes.bak"), "old");
+}
+
+TEST_F(Create, AnOldBackUpThatMayNotBeWrittenGivesWay) {
+  volumes_.file("tables/actes.bak", "old");
+  chmod((folder() + "/actes.bak").c_str(), 0444);
+  chmod(volumes_.root().c_str(), 0755);
+  chmod(folder().c_str(), 0777);
+  const auto backUpAsNobody = [&](int overwrite) {
+    return inChild([&] {
+      if (geteuid() == 0 && !becomeNobody()) return 2;
+      return ZRV_Table_sauvegarde("actes", overwrite);
+    });
+  };
+  EXPECT_EQ(backUpAsNobody(0), 0);
+  EXPECT_EQ(content(folder() + "/actes.bak"), "old");
+  EXPECT_EQ(backUpAsNobody(1), 0);
+  EXPECT_EQ(files(), (Files{{"actes.bak", actes()}, {"actes.tab", actes()}}));
+  EXPECT_EQ(modeOf(folder() + "/actes.bak"), 0777U);
+}
+
+// Nothing is removed before the new one is whole.
+TEST_F(Create, AnOldBackUpThatMayNotBeWrittenStaysOnAFullDisk) {
+  volumes_.file("tables/actes.bak", "old");
+  chmod((folder() + "/actes.bak").c_str(), 0444);
+  chmod(volumes_.root().c_str(), 0755);
+  chmod(folder().c_str(), 0777);
+  EXPECT_EQ(inChild([&] {
+              if (geteuid() == 0 && !becomeNobody()) return 2;
+              Fault fault(ReplaceStep::Write, 1, ENOSPC);
+              return ZRV_Table_sauvegarde("actes", 1);
+            }),
+            0);
+  EXPECT_EQ(files(), (Files{{"actes.bak", "old"}, {"actes.tab", actes()}}));
+}
+
+TEST_F(Create, InAReadOnlyFolderTheOldBackUpStays) {
+  volumes_.file("tables/actes.bak", "old");
+  chmod((folder() + "/actes.bak").c_str(), 0666);
+  chmod(volumes_.root().c_str(), 0755);
+  chmod(folder().c_str(), 0555);
+  EXPECT_EQ(inChild([&] {
+              if (geteuid() == 0 && !becomeNobody()) return 2;
+              return ZRV_Table_sauvegarde("actes", 1);
+            }),
+            0);
+  chmod(folder().c_str(), 0755);
+  EXPECT_EQ(files(), (Files{{"actes.bak", "old"}, {"actes.tab", actes()}}));
 }
 
 TEST_F(Create, AFolderInTheBackUpsPlaceStays) {

@@ -125,6 +125,20 @@ TEST_F(Header, InAReadOnlyFolderNothingIsRenamed) {
   EXPECT_EQ(files(), (Files{{"actes.tab", unchanged()}}));
 }
 
+// The new table could stand there, but the old one could not go.
+TEST_F(Header, SomeoneElsesTableInAStickyFolderKeepsItsName) {
+  if (geteuid() != 0) GTEST_SKIP() << "needs a second user";
+  chmod(volumes_.root().c_str(), 0755);
+  chmod(posixPath("actes").c_str(), 0666);
+  chmod(folder().c_str(), 01777);
+  EXPECT_EQ(inChild([&] {
+              if (!becomeNobody()) return 2;
+              return ZRV_Table_modify("actes", "new", "3", "Titre");
+            }),
+            0);
+  EXPECT_EQ(files(), (Files{{"actes.tab", unchanged()}}));
+}
+
 TEST_F(Header, ModeGoesWithTheNewName) {
   chmod(posixPath("actes").c_str(), 0640);
   EXPECT_EQ(ZRV_Table_modify("actes", "new", "3", "Titre"), 1);

@@ -319,6 +319,15 @@ TEST_F(Rewrite, ASymbolicLinkStaysAndItsTableIsRewritten) {
   EXPECT_EQ(content(volumes_.posix("shared.tab")), expected);
 }
 
+TEST_F(Rewrite, AnotherHardLinkKeepsTheOldTable) {
+  const std::string other = folder() + "/other";
+  ASSERT_EQ(link(posixPath("actes").c_str(), other.c_str()), 0);
+  ZRV_Libelle_NC_set_ligne(6);
+  EXPECT_EQ(replaceColumn(1, "x"), 1);
+  EXPECT_EQ(content(other), actes());
+  EXPECT_NE(tableText(), actes());
+}
+
 TEST_F(Rewrite, WhatIsNoTableIsLeftAlone) {
   mkdir(posixPath("folder").c_str(), 0777);
   mkfifo(posixPath("pipe").c_str(), 0666);
