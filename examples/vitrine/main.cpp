@@ -1,0 +1,132 @@
+// The showcase: a host application of Qt's own that lends its window and a painter to the library.
+#include <korvel/desktop.h>
+#include <korvel/draw.h>
+#include <korvel/messages.h>
+
+#include <QApplication>
+#include <QHBoxLayout>
+#include <QPainter>
+#include <QPushButton>
+#include <QVBoxLayout>
+#include <QWidget>
+
+#include <string>
+
+#include "page.h"
+#include "richline.h"
+
+namespace {
+
+// The bits of a message box.
+enum : unsigned {
+  kNote = 0x01,
+  kCaution = 0x02,
+  kStop = 0x04,
+  kQuestion = 0x10,
+  kNoDefault = 0x40
+};
+
+// Texts of the application are CP1252.
+std::string cp1252(QString text) {
+  constexpr char16_t kApostrophe = 0x2019;
+  return text.replace(QChar(kApostrophe), QChar(0x92)).toLatin1().toStdString();
+}
+
+// A strip that is painted anew whenever Qt asks for it, by the library on the strip's painter.
+class Strip : public QWidget {
+ public:
+  explicit Strip(QWidget *parent) : QWidget(parent) { setFixedHeight(30); }
+
+  void show(const QString &text) {
+    text_ = cp1252(text);
+    update();
+  }
+
+ protected:
+  void paintEvent(QPaintEvent *) override {
+    QPainter painter(this);
+    const CGrafPtr port = KorvelPainterPort(&painter);
+    Rectangle_Ex(port, 0, 0, width(), height(), 15);
+    ch_font_set(port, "Arial", 0, 255, 13);
+    RichLine line;
+    lineStart(&line);
+    lineEscape(&line, 168);
+    lineText(&line, text_.c_str());
+    lineDraw(&line, port, 8, 6);
+    KorvelPortRelease(port);
+  }
+
+ private:
+  std::string text_;
+};
+
+struct Box {
+  const char *button;
+  const char *caption;
+  const char *text;
+  unsigned flags;
+};
+
+const Box kBoxes[] = {
+    {"&Note", "Fiche enregistrée", "Le dossier de Mme Lefèvre est à jour.", 0},
+    {"&Information", "Information", "Trois ordonnances sont à renouveler cette semaine.", kNote},
+    {"&Attention", "Attention",
+     "Deux médicaments de cette ordonnance ne doivent pas être pris ensemble : vérifiez les doses "
+     "avant de l’imprimer.",
+     kCaution},
+    {"A&rrêt", "Impression impossible", "L’imprimante ne répond pas.", kStop},
+    {"&Question", "Quitter la fiche", "Enregistrer les changements avant de quitter la fiche ?",
+     kQuestion},
+    {"&Suppression", "Supprimer un acte",
+     "Supprimer l’acte sélectionné ? Il ne pourra pas être retrouvé.",
+     kQuestion | kCaution | kNoDefault},
+};
+
+QString answerOf(int result) {
+  return result == 2   ? QStringLiteral("Oui")
+         : result == 3 ? QStringLiteral("Non")
+                       : QStringLiteral("OK");
+}
+
+class Window : public QWidget {
+ public:
+  Window() {
+    setWindowTitle(QStringLiteral("Vitrine"));
+    auto *column = new QVBoxLayout(this);
+    column->addSpacing(kPageHeight);
+    strip_ = new Strip(this);
+    strip_->show(QStringLiteral(
+        "Cette ligne est dessinée par la bibliothèque sur le peintre de l’application."));
+    column->addWidget(strip_);
+    auto *row = new QHBoxLayout;
+    for (const Box &box : kBoxes) row->addWidget(button(box));
+    column->addLayout(row);
+    setFixedWidth(kPageWidth);
+  }
+
+ private:
+  QPushButton *button(const Box &box) {
+    auto *push = new QPushButton(QString::fromUtf8(box.button), this);
+    push->setAutoDefault(false);
+    connect(push, &QPushButton::clicked, this, [this, &box] { ask(box); });
+    return push;
+  }
+  void ask(const Box &box) {
+    const int result =
+        MessageBox(KorvelWidgetWindow(this), cp1252(QString::fromUtf8(box.text)).c_str(),
+                   cp1252(QString::fromUtf8(box.caption)).c_str(), box.flags);
+    strip_->show(QStringLiteral("Réponse : ") + answerOf(result));
+  }
+
+  Strip *strip_;
+};
+
+}  // namespace
+
+int main(int argc, char **argv) {
+  QApplication application(argc, argv);
+  Window window;
+  window.show();
+  drawPage(GetWindowPort(KorvelWidgetWindow(&window)));
+  return application.exec();
+}

@@ -1,0 +1,199 @@
+/* Texts are CP1252, as the library reads them: é is \351, è \350, à \340, É \311. */
+#include "page.h"
+
+#include <korvel/desktop.h>
+#include <korvel/draw.h>
+
+#include <stdio.h>
+#include <string.h>
+
+#include "richline.h"
+
+enum { kBlack = 0, kNavy = 4, kGrey = 7, kSilver = 8, kRed = 9, kYellow = 11, kBlue = 12 };
+enum { kWhite = 15, kColours = 16, kTransparent = 255 };
+enum { kBold = 1, kUnderlined = 2, kItalic = 4, kCondensed = 8, kExtended = 16 };
+
+/* Left edge of everything, and of the right half. */
+enum { kLeft = 16, kRight = 340 };
+
+static void text(CGrafPtr port, int x, int y, const char *string) {
+  TextOut_0(port, x, y, string, (int)strlen(string));
+}
+
+static void heading(CGrafPtr port, int x, int y, const char *title) {
+  ch_font_set_ext(port, "Arial", kNavy, kTransparent, 14, kBold);
+  text(port, x, y, title);
+  Line_Ex(port, x, y + 20, x + 303, y + 20, kSilver, 1);
+}
+
+static void drawPalette(CGrafPtr port, int y) {
+  heading(port, kLeft, y, "Palette");
+  for (int index = 0; index < kColours; ++index) {
+    const int x = kLeft + index % 8 * 38;
+    const int top = y + 28 + index / 8 * 44;
+    char number[4];
+    snprintf(number, sizeof number, "%d", index);
+    Rectangle_Ex(port, x, top, 34, 22, index);
+    ch_font_printstr(port, x, top + 23, 34, kBlack, kTransparent, 11, number);
+  }
+}
+
+typedef struct Sample {
+  const char *font;
+  int size;
+  int style;
+  int fore;
+  int back;
+  const char *text;
+} Sample;
+
+static const Sample kSamples[] = {
+    {"Arial", 11, 0, kBlack, kTransparent, "Arial 11 : Portez ce vieux whisky"},
+    {"Arial", 13, kBold, kBlack, kTransparent, "Arial 13 gras : \311t\351, No\353l, gar\347on"},
+    {"Times New Roman", 16, kItalic, kNavy, kTransparent, "Times 16 italique : c\234ur, \200 5"},
+    {"Courier New", 13, 0, kBlack, kYellow, " Courier 13 sur fond jaune "},
+    {"Arial", 13, kUnderlined, kRed, kTransparent, "Arial 13 soulign\351, en rouge"},
+    {"Arial", 13, kCondensed, kBlack, kTransparent, "Arial 13 condens\351"},
+    {"Arial", 13, kExtended, kBlack, kTransparent, "Arial 13 \351tendu"},
+};
+
+static void drawFonts(CGrafPtr port, int y) {
+  heading(port, kRight, y, "Polices");
+  int top = y + 26;
+  for (size_t n = 0; n < sizeof kSamples / sizeof *kSamples; ++n) {
+    const Sample *sample = &kSamples[n];
+    ch_font_set_ext(port, sample->font, sample->fore, sample->back, sample->size, sample->style);
+    text(port, kRight, top, sample->text);
+    top += sample->size + 7;
+  }
+}
+
+typedef struct Folder {
+  int closed;
+  int opened;
+  const char *label;
+} Folder;
+
+static const Folder kFolders[] = {
+    {148, 149, "bleu"},   {150, 151, "rouge"}, {152, 153, "vert"},        {154, 155, "jaune"},
+    {156, 157, "orange"}, {160, 161, "lilas"}, {158, 159, "bleu, rouge"},
+};
+
+/* Icons and texts in columns: a table whose columns are tab positions. */
+static void drawFolders(CGrafPtr port, int y) {
+  heading(port, kLeft, y, "Dossiers et tabulations");
+  ch_font_set(port, "Arial", kBlack, kTransparent, 13);
+  for (size_t n = 0; n < sizeof kFolders / sizeof *kFolders; ++n) {
+    RichLine line;
+    lineStart(&line);
+    lineEscape(&line, kFolders[n].closed);
+    lineTab(&line, 6);
+    lineEscape(&line, kFolders[n].opened);
+    lineTab(&line, 12);
+    lineText(&line, kFolders[n].label);
+    lineTab(&line, 36);
+    lineEscape(&line, 168);
+    lineText(&line, "puce");
+    lineDraw(&line, port, kLeft, y + 28 + (int)n * 20);
+  }
+}
+
+typedef struct Act {
+  const char *name;
+  const char *fee;
+} Act;
+
+static const Act kActs[] = {
+    {"Consultation", "26,50"}, {"Visite \340 domicile", "36,50"}, {"Total", "63,00"}};
+
+/* Fees end at one tab position, under a rule and in a frame drawn by the text itself. */
+static void drawFees(CGrafPtr port, int y) {
+  enum { kFeeEnd = 56, kTotal = 2, kLines = 3 };
+  heading(port, kRight, y, "Filets, cadres, nombres \340 droite");
+  ch_font_set(port, "Arial", kBlack, kTransparent, 13);
+  RichLine line;
+  lineStart(&line);
+  linePen(&line, 0, 0);
+  lineFrameTo(&line, kFeeEnd + 4, 18);
+  linePen(&line, 2, 11);
+  lineDrawTo(&line, kFeeEnd + 2, 11);
+  lineDraw(&line, port, kRight, y + 30);
+  for (int n = 0; n < kLines; ++n) {
+    lineStart(&line);
+    lineTab(&line, 3);
+    lineText(&line, kActs[n].name);
+    lineTab(&line, kFeeEnd);
+    lineEscape(&line, kRightAligned);
+    lineText(&line, kActs[n].fee);
+    lineDraw(&line, port, kRight, y + 34 + n * 19 + (n == kTotal ? 5 : 0));
+  }
+}
+
+static void drawBullets(CGrafPtr port, int y) {
+  heading(port, kRight, y, "Puces et colonnes");
+  ch_font_set(port, "Arial", kBlack, kTransparent, 13);
+  RichLine line;
+  lineStart(&line);
+  lineEscape(&line, kBullet);
+  lineText(&line, "Tension");
+  lineTabEvery(&line, 20);
+  lineText(&line, "13/8");
+  lineTabEvery(&line, 20);
+  lineText(&line, "assis");
+  lineDraw(&line, port, kRight, y + 28);
+  lineStart(&line);
+  lineEscape(&line, kBullet);
+  lineText(&line, "Pouls");
+  lineTabEvery(&line, 20);
+  lineText(&line, "72");
+  lineTabEvery(&line, 20);
+  lineText(&line, "r\351gulier");
+  lineDraw(&line, port, kRight, y + 50);
+}
+
+static void drawLines(CGrafPtr port, int y) {
+  heading(port, kLeft, y, "Traits et textes centr\351s");
+  for (int width = 1; width <= 4; ++width) {
+    const int x = kLeft + (width - 1) * 30;
+    Line_Ex(port, x, y + 30, x + 22, y + 30, kBlue, width);
+    Line_Ex(port, x, y + 40, x, y + 76, kRed, width);
+    Line_Ex(port, x + 8, y + 40, x + 24, y + 76, kBlack, width);
+  }
+  ch_font_set(port, "Arial", kBlack, kTransparent, 13);
+  Rectangle_Ex(port, kLeft + 132, y + 30, 170, 20, kWhite);
+  ch_font_printstr(port, kLeft + 132, y + 31, 170, kNavy, kTransparent, 13, "au milieu");
+  Rectangle_Ex(port, kLeft + 132, y + 56, 170, 20, kSilver);
+  ch_font_printstr(port, kLeft + 132, y + 57, 170, kBlack, kTransparent, 13,
+                   "et ici, sur fond gris");
+}
+
+/* One picture in its frame, with its size. */
+static void drawPicture(CGrafPtr port, const char *name, int x, int y) {
+  int cx = 0, cy = 0;
+  if (BMP_affic_dimfond0(name, &cx, &cy) != 0) return;
+  Rectangle_Ex(port, x, y, cx + 8, cy + 8, kWhite);
+  BMP_affic_desfond0(name, port, x + 4, y + 4);
+}
+
+static void drawPictures(CGrafPtr port, int y) {
+  static const char *const kNames[] = {"repferb", "repouvb", "repferr", "repouvr", "repferv",
+                                       "repouvv", "repferj", "repouvj", "repfero", "repouvo",
+                                       "repferl", "repouvl", "repfebb", "repfebr", "puceb"};
+  heading(port, kLeft, y, "Images");
+  for (size_t n = 0; n < sizeof kNames / sizeof *kNames; ++n)
+    drawPicture(port, kNames[n], kLeft + (int)n * 28, y + 30);
+}
+
+void drawPage(CGrafPtr port) {
+  CGrafPtr before = NULL;
+  GetPort(&before);
+  SetPort(port);
+  drawPalette(port, 12);
+  drawFonts(port, 12);
+  drawFolders(port, 150);
+  drawFees(port, 190);
+  drawBullets(port, 308);
+  drawLines(port, 340);
+  drawPictures(port, 440);
+  SetPort(before);
+}
