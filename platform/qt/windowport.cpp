@@ -5,7 +5,6 @@
 #include <QPainter>
 #include <cmath>
 #include <unordered_map>
-#include <vector>
 
 namespace korvel::platform::qt {
 namespace {
@@ -29,15 +28,6 @@ using Ports = std::unordered_map<const void *, std::unique_ptr<WindowPort>>;
 Ports &ports() {
   static auto &made = *new Ports;
   return made;
-}
-
-// A window is gone. Its port, which somebody may still hold, keeps nothing but itself.
-void retire(const void *window) {
-  static auto &retired = *new std::vector<WindowPort *>;
-  const auto found = ports().find(window);
-  found->second->forget();
-  retired.push_back(found->second);
-  ports().erase(found);
 }
 
 }  // namespace
@@ -111,7 +101,7 @@ WindowPort &portOf(QWidget *window) {
   if (port == nullptr) {
     port = std::make_unique<WindowPort>(window);
     const void *address = window;
-    QObject::connect(window, &QObject::destroyed, [address] { retire(address); });
+    QObject::connect(window, &QObject::destroyed, [address] { ports().erase(address); });
   }
   return *port;
 }

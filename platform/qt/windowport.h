@@ -19,9 +19,6 @@ class WindowPort final : public QObject, public RasterPort {
 
   std::optional<RGBColor> pixel(int x, int y) const override;
 
-  // What was drawn, for good.
-  void forget() { raster_.reset(); }
-
  protected:
   bool eventFilter(QObject *object, QEvent *event) override;
   Raster *prepared() override;
