@@ -18,8 +18,8 @@
 namespace korvel::platform::qt {
 namespace {
 
-// Families of the same measures, the first of a line being the usual names of it, separated by
-// "|"; after fontconfig's rules for metric-compatible families (30-metric-aliases.conf).
+// Names of fonts, and the families of the same measures that answer them; each list separated by
+// "|". After fontconfig's rules for metric-compatible families (30-metric-aliases.conf).
 struct Equals {
   QLatin1String names;
   QLatin1String answers;  // the best on the screen first
@@ -103,6 +103,18 @@ bool isNear(long long place, long long extent) {
 
 // Larger glyphs are drawn as outlines.
 constexpr int kLargestInk = 64;
+
+// What a run of glyphs is put together in, used again for the next one.
+struct RunBuffers {
+  QGlyphRun run;
+  std::vector<quint32> indexes;
+  std::vector<QPointF> places;
+};
+
+RunBuffers &runBuffers() {
+  static auto &kept = *new RunBuffers;
+  return kept;
+}
 
 // Null when there is none.
 QString installedFamily(const QString &name) {
@@ -192,9 +204,7 @@ void ScreenFont::draw(QPainter &painter, int x, int y, std::string_view text, qr
   const long long extent = std::llround(4 * pixelSize_ * scale);  // of a glyph, at most
   const long long baseline = placeOf(y, scale);
   if (!isNear(baseline, extent)) return;
-  static QGlyphRun run;
-  static std::vector<quint32> indexes;
-  static std::vector<QPointF> places;
+  auto &[run, indexes, places] = runBuffers();
   indexes.clear();
   places.clear();
   std::uint8_t face = 0;
@@ -259,6 +269,7 @@ void endFonts() {
       fonts().ended.push_back(std::move(font));
     }
   fonts().families.clear();
+  runBuffers().run.setRawFont(QRawFont());
   fonts().endsWithApplication = false;
 }
 
