@@ -2,6 +2,7 @@
 
 #include <QFontDatabase>
 #include <QFontMetricsF>
+#include <QGlyphRun>
 #include <QGuiApplication>
 #include <QTextLayout>
 #include <algorithm>
@@ -104,15 +105,32 @@ bool isNear(long long place, long long extent) {
 // Larger glyphs are drawn as outlines.
 constexpr int kLargestInk = 64;
 
-// What a run of glyphs is put together in, used again for the next one.
-struct RunBuffers {
-  QGlyphRun run;
-  std::vector<quint32> indexes;
-  std::vector<QPointF> places;
+// A run of glyphs of one face. Its room is used again for the next one.
+class GlyphRow {
+ public:
+  void add(quint32 glyph, long long place) {
+    glyphs_.push_back(glyph);
+    places_.emplace_back(static_cast<qreal>(place), 0);
+  }
+  // Leaves it empty.
+  void draw(QPainter &painter, const QRawFont &face, long long baseline) {
+    if (glyphs_.empty()) return;
+    run_.setRawFont(face);
+    run_.setRawData(glyphs_.data(), places_.data(), static_cast<int>(glyphs_.size()));
+    painter.drawGlyphRun(QPointF(0, static_cast<qreal>(baseline)), run_);
+    glyphs_.clear();
+    places_.clear();
+  }
+  void forgetFace() { run_.setRawFont(QRawFont()); }
+
+ private:
+  QGlyphRun run_;
+  std::vector<quint32> glyphs_;
+  std::vector<QPointF> places_;
 };
 
-RunBuffers &runBuffers() {
-  static auto &kept = *new RunBuffers;
+GlyphRow &glyphRow() {
+  static auto &kept = *new GlyphRow;
   return kept;
 }
 
@@ -204,30 +222,19 @@ void ScreenFont::draw(QPainter &painter, int x, int y, std::string_view text, qr
   const long long extent = std::llround(4 * pixelSize_ * scale);  // of a glyph, at most
   const long long baseline = placeOf(y, scale);
   if (!isNear(baseline, extent)) return;
-  auto &[run, indexes, places] = runBuffers();
-  indexes.clear();
-  places.clear();
+  GlyphRow &row = glyphRow();
   std::uint8_t face = 0;
-  const auto drawRun = [&] {
-    if (indexes.empty()) return;
-    run.setRawFont(faces[face]);
-    run.setRawData(indexes.data(), places.data(), static_cast<int>(indexes.size()));
-    painter.drawGlyphRun(QPointF(0, static_cast<qreal>(baseline)), run);
-    indexes.clear();
-    places.clear();
-  };
   long long next = x;
   for (const char byte : text) {
     const Glyph &glyph = glyphs_[static_cast<unsigned char>(byte)];
     const long long place = placeOf(next, scale);
     next += advance(byte);
     if (!glyph.isShown || !isNear(place, extent)) continue;
-    if (glyph.face != face) drawRun();
+    if (glyph.face != face) row.draw(painter, faces[face], baseline);
     face = glyph.face;
-    indexes.push_back(glyph.index);
-    places.emplace_back(static_cast<qreal>(place), 0);
+    row.add(glyph.index, place);
   }
-  drawRun();
+  row.draw(painter, faces[face], baseline);
 }
 
 InkTable *ScreenFont::inkAt(qreal scale) const {
@@ -269,7 +276,7 @@ void endFonts() {
       fonts().ended.push_back(std::move(font));
     }
   fonts().families.clear();
-  runBuffers().run.setRawFont(QRawFont());
+  glyphRow().forgetFace();
   fonts().endsWithApplication = false;
 }
 
