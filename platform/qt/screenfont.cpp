@@ -2,6 +2,7 @@
 
 #include <QFontDatabase>
 #include <QFontMetricsF>
+#include <QGlyphRun>
 #include <QGuiApplication>
 #include <QTextLayout>
 #include <algorithm>
@@ -18,8 +19,8 @@
 namespace korvel::platform::qt {
 namespace {
 
-// Families of the same measures, the first of a line being the usual names of it, separated by
-// "|"; after fontconfig's rules for metric-compatible families (30-metric-aliases.conf).
+// Names of fonts, and the families of the same measures that answer them; each list separated by
+// "|". After fontconfig's rules for metric-compatible families (30-metric-aliases.conf).
 struct Equals {
   QLatin1String names;
   QLatin1String answers;  // the best on the screen first
@@ -103,6 +104,35 @@ bool isNear(long long place, long long extent) {
 
 // Larger glyphs are drawn as outlines.
 constexpr int kLargestInk = 64;
+
+// A run of glyphs of one face. Its room is used again for the next one.
+class GlyphRow {
+ public:
+  void add(quint32 glyph, long long place) {
+    glyphs_.push_back(glyph);
+    places_.emplace_back(static_cast<qreal>(place), 0);
+  }
+  // Leaves it empty.
+  void draw(QPainter &painter, const QRawFont &face, long long baseline) {
+    if (glyphs_.empty()) return;
+    run_.setRawFont(face);
+    run_.setRawData(glyphs_.data(), places_.data(), static_cast<int>(glyphs_.size()));
+    painter.drawGlyphRun(QPointF(0, static_cast<qreal>(baseline)), run_);
+    glyphs_.clear();
+    places_.clear();
+  }
+  void forgetFace() { run_.setRawFont(QRawFont()); }
+
+ private:
+  QGlyphRun run_;
+  std::vector<quint32> glyphs_;
+  std::vector<QPointF> places_;
+};
+
+GlyphRow &glyphRow() {
+  static auto &kept = *new GlyphRow;
+  return kept;
+}
 
 // Null when there is none.
 QString installedFamily(const QString &name) {
@@ -192,32 +222,19 @@ void ScreenFont::draw(QPainter &painter, int x, int y, std::string_view text, qr
   const long long extent = std::llround(4 * pixelSize_ * scale);  // of a glyph, at most
   const long long baseline = placeOf(y, scale);
   if (!isNear(baseline, extent)) return;
-  static QGlyphRun run;
-  static std::vector<quint32> indexes;
-  static std::vector<QPointF> places;
-  indexes.clear();
-  places.clear();
+  GlyphRow &row = glyphRow();
   std::uint8_t face = 0;
-  const auto drawRun = [&] {
-    if (indexes.empty()) return;
-    run.setRawFont(faces[face]);
-    run.setRawData(indexes.data(), places.data(), static_cast<int>(indexes.size()));
-    painter.drawGlyphRun(QPointF(0, static_cast<qreal>(baseline)), run);
-    indexes.clear();
-    places.clear();
-  };
   long long next = x;
   for (const char byte : text) {
     const Glyph &glyph = glyphs_[static_cast<unsigned char>(byte)];
     const long long place = placeOf(next, scale);
     next += advance(byte);
     if (!glyph.isShown || !isNear(place, extent)) continue;
-    if (glyph.face != face) drawRun();
+    if (glyph.face != face) row.draw(painter, faces[face], baseline);
     face = glyph.face;
-    indexes.push_back(glyph.index);
-    places.emplace_back(static_cast<qreal>(place), 0);
+    row.add(glyph.index, place);
   }
-  drawRun();
+  row.draw(painter, faces[face], baseline);
 }
 
 InkTable *ScreenFont::inkAt(qreal scale) const {
@@ -259,6 +276,7 @@ void endFonts() {
       fonts().ended.push_back(std::move(font));
     }
   fonts().families.clear();
+  glyphRow().forgetFace();
   fonts().endsWithApplication = false;
 }
 

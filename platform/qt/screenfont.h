@@ -7,7 +7,6 @@
 #define KORVEL_PLATFORM_QT_SCREENFONT_H
 
 #include <QFont>
-#include <QGlyphRun>
 #include <QPainter>
 #include <QRawFont>
 #include <QString>
