@@ -608,8 +608,7 @@ TEST(Monkey, WhateverItDoesWhatIsShownAgreesWithTheTables) {
   for (const int field :
        {kTextId + kShort, kTextId + kMasked, kTextId + kFree, kTextId + kPopUp, kTextId + kList,
         kIntId + kPlainInt, kIntId + kMaskedInt, kNumId + kMandatory, kNumId + kOptional, kDateId,
-        kDateId + 1, kDateId + 2, kDateId + 3, kDateId + 4, kDateId + 5, kBoolId, kBoolId + 1,
-        kPushId})
+        kDateId + 3, kBoolId, kBoolId + 1, kPushId})
     EXPECT_GE(played.changes[field], 10) << "field " << field << " was hardly changed";
   std::printf("%d events on %d dialogs\n", monkey.events(), monkey.dialogs());
   application = nullptr;
