@@ -145,9 +145,10 @@ class Dialog {
   // undo, a composed character); a press of an enabled push button, also by Return (the default
   // item), Escape or the window's close box (both kCancelItem); a click on a check box, which does
   // not change its value; an entry chosen in a pop-up, whose value then is that entry; a row
-  // selected in a list box by click, double click or arrow keys. A double click is two hits, the
-  // second with `lastClick().isDouble`. An edit that would bring in a character which has no byte
-  // is refused whole and is no hit.
+  // selected in a list box by click, double click or key (arrows, ends, pages, the letters that it
+  // begins with). A double click is two hits, the second with `lastClick().isDouble`. An edit that
+  // would bring in a character which has no byte is refused whole and is no hit. What a person does
+  // by way of a screen reader or the like is a hit in the same way.
   virtual void runModal(HitHandler &handler) = 0;
 };
 

@@ -77,6 +77,53 @@ TEST(Keyboard, TheCancelButtonCancels) {
   EXPECT_TRUE(host.endedWith({"result 0"}));
 }
 
+// ---- In a list ----
+
+TEST(Keyboard, ArrowsSelectTheRowsOfAList) {
+  DialogHost host;
+  write("x");
+  click(listRow(0));
+  EXPECT_TRUE(host.says("hit 103"));
+  press("Down Down Up");
+  press("Return");
+  EXPECT_TRUE(host.endedWith({"result 1", "text 3 Masculin"}));
+  EXPECT_EQ(host.count("hit 103"), 4);
+}
+
+TEST(Keyboard, EndsAndPagesOfAListAreReached) {
+  for (const auto &[keys, row] :
+       {std::pair("End", "Chlo\\xEB"), std::pair("End Home", "F\\xE9minin"),
+        std::pair("Next", "Chlo\\xEB"), std::pair("Next Prior", "F\\xE9minin")}) {
+    DialogHost host;
+    write("x");
+    click(listRow(1));
+    EXPECT_TRUE(host.says("hit 103"));
+    press(keys);
+    press("Return");
+    EXPECT_TRUE(host.endedWith({"result 1", std::string("text 3 ") + row})) << keys;
+  }
+}
+
+TEST(Keyboard, ALetterGoesToTheRowThatBeginsWithIt) {
+  DialogHost host;
+  write("x");
+  click(listRow(0));
+  EXPECT_TRUE(host.says("hit 103"));
+  press("m Return");
+  EXPECT_TRUE(host.endedWith({"result 1", "text 3 Masculin"}));
+  EXPECT_EQ(host.count("hit 103"), 2);
+}
+
+TEST(Keyboard, ReturnInAListDoesNothingWhileOkIsDisabled) {
+  DialogHost host;
+  click(listRow(2));
+  EXPECT_TRUE(host.says("hit 103"));
+  press("Return");
+  EXPECT_EQ(activeWindow(), kTitle);
+  press("Escape");
+  EXPECT_TRUE(host.endedWith({"result 0", "text 3 Chlo\\xEB"}));
+}
+
 TEST(Keyboard, AClickPlacesTheCursor) {
   DialogHost host;
   write("mmmmmm");

@@ -1,6 +1,7 @@
 // The dialog as a window among others.
 #include "tests/desktop/dialog_host.h"
 
+#include <algorithm>
 #include <cstdlib>
 
 namespace korvel::test {
@@ -41,6 +42,28 @@ TEST(Window, ADisabledOkLooksDisabled) {
   EXPECT_TRUE(picture(112, 318, 76, 16).pixels == disabled.pixels);
   press("Escape");
   EXPECT_TRUE(host.endedWith({"result 0"}));
+}
+
+constexpr Colour kMarkColour{0xC2, 0x78, 0x03};
+
+// How many pixels of the left edge of the first field are those of the mark.
+int markedPixels(int scale) {
+  const Picture edge = picture(117 * scale, 11 * scale, 3 * scale, 21 * scale);
+  return static_cast<int>(std::count(edge.pixels.begin(), edge.pixels.end(), kMarkColour));
+}
+
+TEST(Window, AFieldThatKeepsOkDisabledIsMarked) {
+  for (const int scale : {1, 2}) {
+    DialogHost host("plain", {"QT_SCALE_FACTOR=" + std::to_string(scale), "LC_ALL=C.UTF-8"});
+    EXPECT_GE(markedPixels(scale), 2 * 19 * scale * scale) << "a bar of two by nineteen";
+    EXPECT_LE(markedPixels(scale), 2 * 21 * scale * scale);
+    write("x");
+    EXPECT_EQ(markedPixels(scale), 0) << scale;
+    press("BackSpace");
+    EXPECT_GT(markedPixels(scale), 0) << scale;
+    press("Escape");
+    EXPECT_TRUE(host.endedWith({"result 0"}));
+  }
 }
 
 TEST(Window, TheDefaultButtonLooksLikeOne) {

@@ -221,6 +221,39 @@ TEST_F(DialogContract, TheSelectionSurvivesARewrittenText) {
   EXPECT_EQ(run(), (Lines{"3 text abcdefg", "3 text u-xyz", "2"}));
 }
 
+// ---- Fields that are not acceptable, and dates ----
+
+TEST_F(DialogContract, MarkingAFieldChangesNothingElse) {
+  const int text = addText("abc");
+  const int popUp = addEntries(ItemKind::PopUp, {"a", "b"});
+  const int list = addEntries(ItemKind::ListBox, {"a", "b"});
+  const int box = add(ItemKind::CheckBox, "Fumeur");
+  dialog_->setValue(popUp, 2);
+  person()
+      .check([&] {
+        for (const int item : {text, popUp, list, box, kOkItem, 0, 99})
+          dialog_->setAcceptable(item, false);
+      })
+      .type(text, "d")
+      .choose(popUp, "a")
+      .clickRow(list, 1)
+      .check([&] {
+        for (const int item : {text, popUp, list, box, kOkItem, 0, 99})
+          dialog_->setAcceptable(item, true);
+      })
+      .press(kOkItem);
+  EXPECT_EQ(run(), (Lines{"3 text d", "4 value 1", "5 row 1 b", "1"}));
+}
+
+TEST_F(DialogContract, ThePartsOfADateAreItemsLikeOthers) {
+  const int day = addText("1"), month = addText("2"), year = addText("2003");
+  dialog_->setDateParts(day, month, year);
+  dialog_->setDateParts(0, -1, 99);
+  dialog_->setDateParts(kOkItem, year + 1, kCancelItem);
+  person().moveTo(year, 4).type(year, "9").press(kCancelItem);
+  EXPECT_EQ(run(), (Lines{"5 text 20039", "2"}));
+}
+
 // ---- Buttons ----
 
 TEST_F(DialogContract, APressedButtonIsAHit) {

@@ -23,6 +23,7 @@
 #include <cstring>
 #include <deque>
 #include <functional>
+#include <map>
 #include <random>
 #include <regex>
 #include <string>
@@ -49,11 +50,11 @@ const char *const kWords[] = {"", "Anne", "No\xEBl", "un texte trop long", "12",
 const char *const kChoiceTexts[] = {"Madame", "Ma\xEEtre", "No\xEBl", "Na\xEFve"};
 const int kDateValues[] = {20000229, 18000101, 21001231, 19991105};
 
-// What the application is to do at its next callback.
+// The application's chances, and what its callbacks have seen.
 struct Application {
   std::mt19937 random{kSeed};
-  std::string maskedInt;  // what the masked integer's validation function was last given
-  bool maskedIntAccepted = false;
+  std::string maskedInt;       // what the masked integer's validation function was last given
+  std::map<int, int> changes;  // accepted changes, by identifier
 
   int below(int n) { return static_cast<int>(random() % static_cast<unsigned>(n)); }
   bool oneIn(int n) { return below(n) == 0; }
@@ -62,9 +63,7 @@ Application *application = nullptr;
 
 int acceptMaskedInt(char *text, int *value) {
   application->maskedInt = text;
-  const int status = intcod_l_sup0(text, value);
-  application->maskedIntAccepted = status == 0;
-  return status;
+  return intcod_l_sup0(text, value);
 }
 
 void changeSomething() {
@@ -96,6 +95,7 @@ int somethingCleared(int *redisplay) {
 
 int onChange(int item, int, int, char **, int, int, int, int *, int, int, int, int *, int, int, int,
              double *, int, int, int, int *, int, int *redisplay, int) {
+  ++application->changes[item];
   if (item == kPushId) return everythingShown(redisplay);
   if (item == kBoolId + 1) return somethingCleared(redisplay);
   return 0;
@@ -605,6 +605,11 @@ TEST(Monkey, WhateverItDoesWhatIsShownAgreesWithTheTables) {
   monkey.play();
   EXPECT_GE(monkey.events(), 5000);
   EXPECT_GE(monkey.dialogs(), 3) << "it has neither accepted nor cancelled";
+  for (const int field :
+       {kTextId + kShort, kTextId + kMasked, kTextId + kFree, kTextId + kPopUp, kTextId + kList,
+        kIntId + kPlainInt, kIntId + kMaskedInt, kNumId + kMandatory, kNumId + kOptional, kDateId,
+        kDateId + 3, kBoolId, kBoolId + 1, kPushId})
+    EXPECT_GE(played.changes[field], 10) << "field " << field << " was hardly changed";
   std::printf("%d events on %d dialogs\n", monkey.events(), monkey.dialogs());
   application = nullptr;
 }

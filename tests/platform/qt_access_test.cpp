@@ -18,6 +18,7 @@
 #include "platform/desktop.h"
 #include "tests/platform/qt_person.h"
 #include "tests/platform/recorded_hits.h"
+#include "tests/platform/temporary_folder.h"
 
 namespace korvel::platform {
 namespace {
@@ -315,6 +316,78 @@ TEST_F(QtNames, ANameThatTheFieldHasIsKept) {
   const int field = addField({70, 20, 170, 35});
   widget(field).setAccessibleName("Patronyme");
   expectNames({{field, "Patronyme"}});
+}
+
+// ---- Dialogs made from forms ----
+
+constexpr const char *kForm = R"(<?xml version="1.0" encoding="UTF-8"?>
+<ui version="4.0"><class>F</class><widget class="QDialog" name="F">
+<property name="geometry"><rect><x>0</x><y>0</y><width>400</width><height>200</height></rect></property>
+<widget class="QPushButton" name="ok"><property name="item" stdset="0"><number>1</number></property>
+<property name="geometry"><rect><x>50</x><y>160</y><width>80</width><height>24</height></rect></property></widget>
+<widget class="QPushButton" name="no"><property name="item" stdset="0"><number>2</number></property>
+<property name="geometry"><rect><x>150</x><y>160</y><width>80</width><height>24</height></rect></property></widget>
+<widget class="QGroupBox" name="box">
+<property name="geometry"><rect><x>0</x><y>0</y><width>400</width><height>140</height></rect></property>
+<widget class="QLabel" name="label"><property name="text"><string>&amp;Nom de naissance :</string></property>
+<property name="buddy"><cstring>name</cstring></property>
+<property name="geometry"><rect><x>300</x><y>90</y><width>90</width><height>20</height></rect></property></widget>
+<widget class="QLineEdit" name="name"><property name="item" stdset="0"><number>3</number></property>
+<property name="geometry"><rect><x>90</x><y>20</y><width>100</width><height>24</height></rect></property></widget>
+<widget class="QLabel" name="beside"><property name="text"><string>Titre</string></property>
+<property name="geometry"><rect><x>20</x><y>60</y><width>60</width><height>20</height></rect></property></widget>
+<widget class="QComboBox" name="title"><property name="item" stdset="0"><number>7</number></property>
+<property name="geometry"><rect><x>90</x><y>60</y><width>100</width><height>24</height></rect></property>
+<item><property name="text"><string>Madame</string></property></item></widget>
+<widget class="QCheckBox" name="smokes"><property name="item" stdset="0"><number>9</number></property>
+<property name="checked"><bool>true</bool></property>
+<property name="geometry"><rect><x>90</x><y>100</y><width>100</width><height>24</height></rect></property></widget>
+</widget></widget></ui>
+)";
+
+class QtFormAccess : public QtAccess {
+ protected:
+  QtFormAccess() {
+    std::string problem;
+    const test::TemporaryFolder folder;
+    dialog_ = qtDesktop().newDialogFromTemplate(folder.add("f.ui", kForm), nullptr, problem);
+    EXPECT_EQ(problem, "");
+    dialog_->setTitle("Fiche");
+  }
+  template <typename Widget = QWidget>
+  Widget &named(const char *name) {
+    return *window()->findChild<Widget *>(name);
+  }
+};
+
+TEST_F(QtFormAccess, ItsFieldsAreNamedAndMarked) {
+  use([this] {
+    EXPECT_EQ(named("name").accessibleName(), "Nom de naissance");
+    EXPECT_EQ(named("title").accessibleName(), "Titre");
+    for (const auto &[item, name] : {std::pair(3, "name"), std::pair(7, "title")}) {
+      const QImage before = named(name).grab().toImage();
+      dialog_->setAcceptable(item, false);
+      EXPECT_EQ(named(name).accessibleDescription(), QStringLiteral("À compléter ou à corriger"));
+      EXPECT_EQ(named(name).grab().toImage().pixelColor(0, 12), kMarkColor);
+      dialog_->setAcceptable(item, true);
+      EXPECT_EQ(named(name).grab().toImage(), before);
+    }
+  });
+  EXPECT_EQ(run(), Lines{});
+}
+
+TEST_F(QtFormAccess, ItsFieldsAreUsedByAScreenReader) {
+  EXPECT_EQ(dialog_->value(9), 1) << "as designed";
+  use([this] {
+    QAccessible::queryAccessibleInterface(&named("name"))
+        ->editableTextInterface()
+        ->insertText(0, "Anne");
+    QAccessible::queryAccessibleInterface(&named("title"))->setText(QAccessible::Value, "Madame");
+    QAccessible::queryAccessibleInterface(&named("smokes"))
+        ->actionInterface()
+        ->doAction(QAccessibleActionInterface::toggleAction());
+  });
+  EXPECT_EQ(run(), (Lines{"3 text Anne", "7 value 1", "9 value 1"}));
 }
 
 // ---- Use by a screen reader ----

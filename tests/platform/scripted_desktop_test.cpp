@@ -395,6 +395,28 @@ TEST(ScriptedDesktop, GoingDownEndsTheRunWithoutAHit) {
   desk.finish();
 }
 
+TEST(ScriptedDesktop, RecordsMarksAndTheItemsOfDates) {
+  ScriptedDesktop desk;
+  Shown shown(desk);
+  EXPECT_TRUE(desk.isAcceptable(kEdit));
+  for (const int item : {kEdit, kPopUp, kList, kCheckBox, kOkItem, 0, 99})
+    shown.dialog->setAcceptable(item, false);
+  shown.dialog->setAcceptable(kList, true);
+  EXPECT_FALSE(desk.isAcceptable(kEdit));
+  EXPECT_FALSE(desk.isAcceptable(kPopUp));
+  EXPECT_TRUE(desk.isAcceptable(kList));
+  EXPECT_TRUE(desk.isAcceptable(kCheckBox));
+  const auto line = [](int item, const char *what) { return std::to_string(item) + what; };
+  EXPECT_EQ(desk.takeMarks(), line(kEdit, " unacceptable\n") + line(kPopUp, " unacceptable\n") +
+                                  line(kList, " unacceptable\n") + line(kList, " acceptable\n"));
+  EXPECT_EQ(desk.takeMarks(), "");
+  shown.dialog->setDateParts(kOkItem, kEdit, 99);
+  EXPECT_EQ(desk.datePart(kOkItem), "");
+  EXPECT_EQ(desk.datePart(kEdit), "month");
+  shown.dialog.reset();
+  desk.finish();
+}
+
 TEST(ScriptedDesktop, RecordsWrites) {
   ScriptedDesktop desk;
   Shown shown(desk);
