@@ -211,7 +211,7 @@ class Desktop {
 // module built for another one returns null. The desktop belongs to the module and lives until the
 // process ends.
 using ModuleEntry = Desktop *(*)(int version);
-constexpr int kSeamVersion = 3;
+constexpr int kSeamVersion = 4;
 constexpr const char *kModuleEntry = "korvel_desktop";
 
 }  // namespace korvel::platform
