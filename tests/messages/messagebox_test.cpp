@@ -140,52 +140,30 @@ TEST(MessageBox, IconByFlags) {
 
 TEST(MessageBox, AnswersOfAQuestion) {
   // Kept: "Oui" is answered as 2 and "Non" as 3.
-  const struct {
+  constexpr struct {
     const char *name;
     unsigned flags;
     DialogScript &(*act)(DialogScript &);
     int result;
-  } cases[] = {{"Oui", 0x10, [](auto &d) -> auto &{return d.press(kFirst);
-}
-, kYes
-}  // namespace
-, {"Non", 0x10, [](auto &d) -> auto &{return d.press(kSecond);
-}  // namespace korvel::test
-, kNo
-}
-, {"Return", 0x10, [](auto &d) -> auto &{return d.pressReturn();
-}
-, kYes
-}
-, {"Return on Non", 0x50, [](auto &d) -> auto &{return d.pressReturn();
-}
-, kNo
-}
-, {"Return with all bits", 0x70, [](auto &d) -> auto &{return d.pressReturn();
-}
-, kYes
-}
-, {"Escape", 0x10, [](auto &d) -> auto &{return d.pressEscape();
-}
-, kNo
-}
-, {"close box", 0x10, [](auto &d) -> auto &{return d.closeBox();
-}
-, kNo
-}
-, {"desktop goes down", 0x10, [](auto &d) -> auto &{return d.goDown();
-}
-, kNo
-}
-,
-}
-;
-for (const auto &row : cases) {
-  ScriptedDesktop desk;
-  row.act(desk.expectDialog("T"));
-  EXPECT_EQ(MessageBox(nullptr, "x", "T", row.flags), row.result) << row.name;
-  desk.finish();
-}
+  } kCases[] = {
+      {"Oui", 0x10, [](DialogScript &d) -> DialogScript & { return d.press(kFirst); }, kYes},
+      {"Non", 0x10, [](DialogScript &d) -> DialogScript & { return d.press(kSecond); }, kNo},
+      {"Return", 0x10, [](DialogScript &d) -> DialogScript & { return d.pressReturn(); }, kYes},
+      {"Return on Non", 0x50, [](DialogScript &d) -> DialogScript & { return d.pressReturn(); },
+       kNo},
+      {"Return with all bits", 0x70,
+       [](DialogScript &d) -> DialogScript & { return d.pressReturn(); }, kYes},
+      {"Escape", 0x10, [](DialogScript &d) -> DialogScript & { return d.pressEscape(); }, kNo},
+      {"close box", 0x10, [](DialogScript &d) -> DialogScript & { return d.closeBox(); }, kNo},
+      {"desktop goes down", 0x10, [](DialogScript &d) -> DialogScript & { return d.goDown(); },
+       kNo},
+  };
+  for (const auto &row : kCases) {
+    ScriptedDesktop desk;
+    row.act(desk.expectDialog("T"));
+    EXPECT_EQ(MessageBox(nullptr, "x", "T", row.flags), row.result) << row.name;
+    desk.finish();
+  }
 }
 
 TEST(MessageBox, EveryAnswerToANoteIsOk) {
