@@ -34,15 +34,18 @@ class SlimBar final : public QScrollBar {
   static constexpr int kHeight = 8;
 };
 
-// Text as it is drawn: a character that would have no look of its own is a blank.
-QString drawable(QString text) {
+// Text as it is drawn: a character that would have no look of its own is a blank, a line feed too.
+QString inLines(std::string_view screenText) {
+  QString text = toQt(screenText);
   text.replace(u'\t', QString(kTab, u' '));
-  for (QChar &character : text)
-    if (character != u'\n' && character.category() == QChar::Other_Control) character = u' ';
+  for (QChar &character : text) {
+    if (character == u'\r')
+      character = u'\n';
+    else if (character.category() == QChar::Other_Control)
+      character = u' ';
+  }
   return text;
 }
-
-QString inLines(std::string_view text) { return drawable(toQt(text).replace(u'\r', u'\n')); }
 
 QFont fontOf(const MessageStyle &style) {
   QFont font = QApplication::font();

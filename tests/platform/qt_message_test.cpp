@@ -116,6 +116,12 @@ TEST(QtMessage, AccentsShowAndControlsDoNot) {
   EXPECT_EQ(label->text(), QStringLiteral("éÉ€    | |"));
 }
 
+TEST(QtMessage, LinesEndAtCarriageReturnsOnly) {
+  const auto dialog = newBox("un\r\rtrois\nencore");
+  const auto *label = qobject_cast<QLabel *>(paneOf(*dialog).widget());
+  EXPECT_EQ(label->text(), "un\n\ntrois encore");
+}
+
 TEST(QtMessage, LinesThatAreALittleTooLongAreNarrowed) {
   // Fifty letters, as in the narrower of the boxes.
   const auto dialog = newBox("Voulez-vous enregistrer les modifications faites ?");
