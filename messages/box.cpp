@@ -81,8 +81,7 @@ class Answer final : public platform::HitHandler {
   int button_;
 };
 
-// Kept: a caption that MessageBox has converted already is converted once more, which changes
-// nothing more in it.
+// A caption that MessageBox has converted already does not change when it is converted once more.
 std::string shownTitle(std::string_view caption) {
   std::string title(caption.empty() ? kTitle : caption);
   w2mstr(title.data());
