@@ -88,12 +88,12 @@ class Dialog {
   virtual void addIcon(const Rect &rect, const std::string &path) = 0;
 
   // A message, in a pane of its own, makes the dialog a message box; to be added once, after the
-  // buttons. Its lines end at carriage returns, start at the pane's left edge and are never wrapped.
-  // Nobody can select or change them. What does not fit into the pane is reached by scrolling: by
-  // wheel, and by Up, Down, Page Up, Page Down, Home and End wherever the focus is. Assistive
-  // software is told title and text. In a message box the run starts with the focus on the default
-  // item, arrow keys move it between the buttons, Return stands for the button that has it, and Alt
-  // with its first letter presses a button.
+  // buttons. Its lines end at carriage returns, start at the pane's left edge and are never
+  // wrapped. Nobody can select or change them. What does not fit into the pane is reached by
+  // scrolling: by wheel, and by Up, Down, Page Up, Page Down, Home and End wherever the focus is.
+  // Assistive software is told title and text. In a message box the run starts with the focus on
+  // the default item, arrow keys move it between the buttons, Return stands for the button that has
+  // it, and Alt with its first letter presses a button.
   virtual void addMessage(const Rect &pane, std::string_view text, const MessageStyle &style) = 0;
   virtual void addAlertIcon(const Rect &rect, AlertIcon icon) = 0;
 
@@ -160,7 +160,8 @@ class Desktop {
   // something was drawn where there was no screen, there is none for the rest of the process.
   virtual bool hasScreen(std::string &problem) = 0;
 
-  // The application's active window, or null.
+  // The application's active window; while another application is the active one, the dialog that
+  // runs, else the newest window that is shown. Null when there is none.
   virtual WindowRef frontWindow() = 0;
   // The content of a window in screen coordinates; nothing for null or a window that is gone or
   // hidden.

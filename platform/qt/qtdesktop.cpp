@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QScreen>
 #include <QWidget>
+#include <QWindow>
 
 #include "platform/qt/application.h"
 #include "platform/qt/painterport.h"
@@ -24,6 +25,28 @@ QWidget *livingWindow(WindowRef window) {
   return nullptr;
 }
 
+bool canBeInFront(const QWidget &window) {
+  const bool isOrdinary = window.windowType() == Qt::Window || window.windowType() == Qt::Dialog;
+  return isOrdinary && window.isVisible() && !window.isMinimized();
+}
+
+QWidget *newestThatCanBeInFront() {
+  const QWidgetList widgets = QApplication::topLevelWidgets();
+  const QWindowList windows = QGuiApplication::topLevelWindows();  // in the order of their making
+  for (auto window = windows.rbegin(); window != windows.rend(); ++window)
+    for (QWidget *widget : widgets)
+      if (widget->windowHandle() == *window && canBeInFront(*widget)) return widget;
+  return nullptr;
+}
+
+// Qt knows of no active window while another application is the active one.
+QWidget *windowInFront() {
+  if (qobject_cast<QApplication *>(QCoreApplication::instance()) == nullptr) return nullptr;
+  if (QWidget *active = QApplication::activeWindow()) return active;
+  if (QWidget *running = QApplication::activeModalWidget()) return running;
+  return newestThatCanBeInFront();
+}
+
 // While a dialog runs, a further one stands in front of it too: behind it nobody could use it.
 QWidget *windowToCover(QWidget *parent) {
   QWidget *running = QApplication::activeModalWidget();
@@ -38,7 +61,7 @@ Rect fromQt(const QRect &rect) {
 
 bool QtDesktop::hasScreen(std::string &problem) { return ensureApplication(problem); }
 
-WindowRef QtDesktop::frontWindow() { return referenceTo(QApplication::activeWindow()); }
+WindowRef QtDesktop::frontWindow() { return referenceTo(windowInFront()); }
 
 std::optional<Rect> QtDesktop::windowBounds(WindowRef window) {
   const QWidget *widget = livingWindow(window);

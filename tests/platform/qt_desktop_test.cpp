@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QDialog>
 #include <QGuiApplication>
 #include <QLineEdit>
 #include <QPushButton>
@@ -191,6 +192,30 @@ TEST(QtDesktop, TheActiveWindowIsInFront) {
   window.activateWindow();
   ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
   EXPECT_EQ(widgetOf(desktop.frontWindow()), &window);
+}
+
+TEST(QtDesktop, WhileNoneIsActiveTheDialogThatRunsIsInFrontElseTheNewestWindow) {
+  Desktop &desktop = qtDesktop();
+  QDialog dialog;
+  QWidget older, newer, hint(nullptr, Qt::ToolTip);
+  dialog.setModal(true);
+  for (QWidget *window : {static_cast<QWidget *>(&dialog), &older, &newer, &hint})
+    window->setAttribute(Qt::WA_ShowWithoutActivating);
+  newer.winId();  // made, but not shown
+  older.show();
+  hint.show();
+  ASSERT_EQ(QApplication::activeWindow(), nullptr);
+  EXPECT_EQ(widgetOf(desktop.frontWindow()), &older);
+  QWidget newest;
+  newest.setAttribute(Qt::WA_ShowWithoutActivating);
+  newest.show();
+  EXPECT_EQ(widgetOf(desktop.frontWindow()), &newest);
+  newest.showMinimized();
+  EXPECT_EQ(widgetOf(desktop.frontWindow()), &older);
+  dialog.show();
+  newest.showNormal();
+  ASSERT_EQ(QApplication::activeWindow(), nullptr);
+  EXPECT_EQ(widgetOf(desktop.frontWindow()), &dialog);
 }
 
 TEST(QtDesktop, ANewDialogIsNotYetVisibleAndCoversItsBounds) {
