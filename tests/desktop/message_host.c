@@ -2,7 +2,8 @@
    another, and writes "result <n>" for each. Texts are CP1252, flags as in C.
    message_host lines <lines> <caption> <text>: the same for one NoteDialog.
    message_host dialog: a data-entry dialog whose fields ask when they are edited, and that asks
-   before it ends; "edited <answer>", "final <answer>", then "result <n> text <text>". */
+   before it ends; "edited <answer>", "final <answer>", then "result <n> text <text>". Where the
+   dialog's port is not the current one after an answer, "port lost <answer>" comes in between. */
 #include <korvel/korvel.h>
 #include <stdio.h>
 #include <stdlib.h>
@@ -16,10 +17,18 @@ static int say(const char *what, int number) {
   return number;
 }
 
+static int isCurrentPortOf(WindowRef window) {
+  CGrafPtr port = 0;
+  GetPort(&port);
+  return port && port == GetWindowPort(window);
+}
+
 static void showBoxes(char **argument) {
   for (; argument[0] && argument[1] && argument[2]; argument += 3)
     say("result", MessageBox(0, argument[2], argument[1], (unsigned)strtoul(argument[0], 0, 0)));
 }
+
+static int g_edited = 0; /* the last answer at an edit */
 
 /* Asks at an "!" in the text. */
 static int askAtEdit(int item, int t, int t0, char **texts, int tn, int b, int b0, int *bools,
@@ -30,7 +39,7 @@ static int askAtEdit(int item, int t, int t0, char **texts, int tn, int b, int b
   (void)dates, (void)dn, (void)redisplay, (void)capacity;
   size_t length = strlen(texts[0]);
   if (length > 0 && texts[0][length - 1] == '!')
-    say("edited", MessageBox(0, "Vraiment ?", "Saisie", 0x10));
+    g_edited = say("edited", MessageBox(0, "Vraiment ?", "Saisie", 0x10));
   return 0;
 }
 
@@ -39,7 +48,10 @@ static int askAtEnd(WindowRef window, int t, char **texts, int tn, int b, int *b
                     int dn) {
   (void)t, (void)texts, (void)tn, (void)b, (void)bools, (void)bn, (void)i, (void)ints, (void)in;
   (void)n, (void)nums, (void)nn, (void)d, (void)dates, (void)dn;
-  return say("final", MessageBox(window, "Enregistrer la fiche ?", "Fin", 0x50)) == kYes;
+  if (!isCurrentPortOf(window)) say("port lost", g_edited);
+  int answer = say("final", MessageBox(window, "Enregistrer la fiche ?", "Fin", 0x50));
+  if (!isCurrentPortOf(window)) say("port lost", answer);
+  return answer == kYes;
 }
 
 static void showDialog(void) {
