@@ -514,9 +514,10 @@ KORVEL_API int ZRVDlgBoxEx(const char *title, WindowRef parent);
 
    Sets all entries of Dlg_itemOffset and Dlg_rkOffset to 0 and then behaves as ZRVDlgBoxEx, with
    the same results; the global callback hears the identifier of a date whichever of its three items
-   changed. 0 at once, with nothing touched, when there is no such template, for null, and while a
-   dialog is up already. 0 with the reset of a cancelled dialog, after one line on standard error,
-   without a screen and for a form that cannot be read, lacks item 1 or 2 or has a number twice. */
+   changed. 0 at once, with nothing touched, when there is no such template (none has a '/' in its
+   name), for null, and while a dialog is up already. 0 with the reset of a cancelled dialog, after
+   one line on standard error, without a screen and for a form that cannot be read, lacks item 1 or
+   2 or has a number twice. */
 KORVEL_API int ZRVDlgBox(const char *name);
 
 /* Runs a built dialog to its end and disposes of it; results as for ZRVDlgBoxEx. Returns 0 and

@@ -258,6 +258,22 @@ TEST_P(DialogRun, AnActionMayShowAMessageBox) {
   EXPECT_EQ(run(), 1);
 }
 
+TEST_P(DialogRun, AGlobalCallbackMayAskAndThenChangeTheFields) {
+  Callbacks::onGlobal = [](const GlobalCall &call) {
+    Callbacks::onGlobal = nullptr;
+    EXPECT_EQ(MessageBox(nullptr, "Effacer ?", "Question", 0x10), 2);
+    call.ints[0] = 8;
+    ZRVDlgBox_texte_set(0, "r\xE9pondu");
+    return redisplaying({300})(call);
+  };
+  // What the fields show is read back with what is typed behind it.
+  expectDialog().press(12).moveToEnd(3).type(3, "!").moveToEnd(5).type(5, "9").press(kOk);
+  desk.expectDialog("Question").press(1);
+  EXPECT_EQ(run(), 1);
+  EXPECT_STREQ(TDB_pszBuffer[0], "r\xE9pondu!");
+  EXPECT_EQ(IDB_iInts[0], 89);
+}
+
 // ---- The current port ----
 
 CGrafPtr currentPort() {
@@ -364,6 +380,20 @@ TEST_P(DialogRun, ASecondRunLeavesTheFirstAlone) {
   EXPECT_EQ(run(), 1);
   EXPECT_EQ(desk.dialogsShown(), 1);
   EXPECT_STREQ(TDB_pszBuffer[0], "suite");
+}
+
+TEST_P(DialogRun, ASecondRunOutOfTheFinalCallbackIsNotShownEither) {
+  Callbacks::onFinal = [&](const FinalCall &) {
+    EXPECT_EQ(ZRVDlgBoxEx("Autre", nullptr), 0);
+    EXPECT_EQ(ZRVDlgBox("T"), 0);
+    EXPECT_EQ(TDB, 1);
+    EXPECT_EQ(HDB, 1);
+    return 1;
+  };
+  expectDialog().press(kOk);
+  EXPECT_EQ(run(), 1);
+  EXPECT_EQ(desk.dialogsShown(), 1);
+  EXPECT_TRUE(isReset());
 }
 
 TEST_P(DialogRun, TheExportedDialogIsOnlyForReading) {
