@@ -40,10 +40,11 @@ std::string onDisk(std::string_view name) {
   return utf8;
 }
 
-// Empty when there is no such template. A name that is UTF-8 already is found as well.
+// Empty when there is no such template: a name leads to no other folder. One that is UTF-8 already
+// is found as well.
 std::string findTemplate(std::string_view name) noexcept {
   try {
-    if (name.empty()) return {};
+    if (name.empty() || name.find('/') != name.npos) return {};
     for (const std::string &file : {onDisk(name), std::string(name)}) {
       std::string path = platform::findResource(kFolder + file, {".ui"});
       if (!path.empty()) return path;
