@@ -55,7 +55,7 @@ KORVEL_API CGrafPtr KorvelImagePort(int width, int height);
 KORVEL_API CGrafPtr KorvelPainterPort(void *qpainter);
 
 /* The port of a window: what is drawn there stays until something else is drawn over it, whatever
-   covers the window meanwhile.
+   covers the window meanwhile. What is drawn while the window paints itself shows with that paint.
    Returns the same port at each call; null for null and for a window that is gone. */
 KORVEL_API CGrafPtr GetWindowPort(WindowRef window);
 
