@@ -7,6 +7,7 @@
 #include <korvel/tables.h>
 
 #include <algorithm>
+#include <cstddef>
 #include <cstring>
 #include <memory>
 #include <new>
@@ -29,7 +30,9 @@ constexpr const char *kTitle = "S\xE9lection de praticien en base";
 enum { kInitials, kNames, kTextFields };
 constexpr int kFirstItem = 100;
 
+// Room for each of the entries that there were when the dialog was defined.
 constinit char *listText = nullptr;
+constinit std::size_t listRoom = 0;
 
 }  // namespace
 
@@ -49,19 +52,21 @@ std::string_view textOf(const Entry &entry) {
   return {entry.text, strnlen(entry.text, sizeof entry.text)};
 }
 
-// The rows of the list, joined by '$', in room for every entry.
+// The rows of the list, joined by '$'. One that does not fit is left out.
 class Rows {
  public:
-  explicit Rows(char *text) : begin_(text), end_(text) { *end_ = '\0'; }
+  Rows() : end_(listText) { *end_ = '\0'; }
 
   void add(std::string_view entry) {
-    if (end_ != begin_) *end_++ = '$';
+    const bool isFirst = end_ == listText;
+    const auto left = listRoom - static_cast<std::size_t>(end_ - listText);
+    if (entry.size() + (isFirst ? 0 : 1) >= left) return;
+    if (!isFirst) *end_++ = '$';
     end_ = std::copy(entry.begin(), entry.end(), end_);
     *end_ = '\0';
   }
 
  private:
-  char *begin_;
   char *end_;
 };
 
@@ -75,8 +80,8 @@ void sortEntries() {
                    [](const Entry &a, const Entry &b) { return chcomp(a.text, b.text) < 0; });
 }
 
-void joinAll(char *text) {
-  Rows rows(text);
+void joinAll() {
+  Rows rows;
   for (int n = 0; n < entryCount(); ++n) rows.add(textOf(entries()[n]));
 }
 
@@ -123,8 +128,10 @@ class Tables {
 
   bool hasEntries() const { return base_ != nullptr; }
   bool makeRows() {
-    rows_.reset(new (std::nothrow) Entry[static_cast<std::size_t>(entryCount())]);
+    const auto count = static_cast<std::size_t>(entryCount());
+    rows_.reset(new (std::nothrow) Entry[count]);
     listText = reinterpret_cast<char *>(rows_.get());
+    listRoom = count * kEntrySize;
     return rows_ != nullptr;
   }
 
@@ -153,7 +160,7 @@ int DlgBoxGlobal_BAS(int item, int textInUse, int textFirstItem, char **texts, i
   if (textInUse == 0 || item != textFirstItem || textCount < kTextFields) return 0;
   if (listText == nullptr || texts == nullptr) return 0;
   if (texts[kInitials] == nullptr || texts[kNames] == nullptr) return 0;
-  Rows rows(listText);
+  Rows rows;
   const std::string_view initials = texts[kInitials];
   for (int n = 0; n < entryCount(); ++n) {
     const std::string_view entry = textOf(entries()[n]);
@@ -177,7 +184,7 @@ char *SelectMT(void *, void *, const char *dirTables) {
   // A dialog that is up keeps its tables: this one is not shown.
   if (nbase == 0 || isDialogUp() || !tables.makeRows()) return sz_MTliste;
   sortEntries();
-  joinAll(listText);
+  joinAll();
   if (runDialog() != 0) keepSelection();
   return sz_MTliste;
 }

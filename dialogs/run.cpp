@@ -8,6 +8,8 @@
 #include "dialogs/screen.h"
 #include "dialogs/stored_text.h"
 
+#include <korvel/desktop.h>
+
 #include <algorithm>
 
 constinit DialogRef DlgBox_hDlg = nullptr;
@@ -133,9 +135,17 @@ void Session::redisplay(int identifier) {
   }
 }
 
+// A window that comes to stand at the same address would have the dialog's port.
+void leavePort(WindowRef window) {
+  CGrafPtr port = nullptr;
+  GetPort(&port);
+  if (port == GetWindowPort(window)) SetPort(nullptr);
+}
+
 // Takes the current dialog off the screen.
 void dispose() {
   isRunning = false;
+  leavePort(current->onScreen->window());
   DlgBox_hDlg = nullptr;
   delete current;
   current = nullptr;
@@ -165,6 +175,7 @@ bool isDialogUp() { return current != nullptr; }
 Screen *runningScreen() { return runningItems; }
 
 DialogRef makeCurrent(std::unique_ptr<platform::Dialog> dialog) {
+  SetPort(GetWindowPort(dialog->window()));
   current = new KorvelDialog{std::move(dialog)};
   DlgBox_hDlg = current;
   return current;

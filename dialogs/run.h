@@ -22,7 +22,8 @@ bool isDialogUp();
 // The items of the dialog that runs; null while none does.
 Screen *runningScreen();
 
-// Makes a built dialog the current one, to be run by DlgBoxFunc. None may be up.
+// Makes a built dialog the current one, to be run by DlgBoxFunc, and the port of its window the
+// current port. None may be up.
 DialogRef makeCurrent(std::unique_ptr<platform::Dialog> dialog);
 
 }  // namespace korvel::dialogs

@@ -4,7 +4,6 @@
 #include "dialogs/screen.h"
 #include "platform/loader.h"
 #include "platform/resources.h"
-#include "platform/screentext.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -21,30 +20,12 @@ using platform::ItemKind;
 
 constexpr const char *kFolder = "dialogs/";
 
-// Names are CP1252 in the application and UTF-8 on the disk.
-std::string onDisk(std::string_view name) {
-  std::string utf8;
-  for (const char16_t c : platform::toCharacters(toScreen(name))) {
-    const auto code = static_cast<unsigned>(c);
-    if (code < 0x80) {
-      utf8 += static_cast<char>(code);
-    } else if (code < 0x800) {
-      utf8 += static_cast<char>(0xC0 | (code >> 6));
-      utf8 += static_cast<char>(0x80 | (code & 0x3F));
-    } else {
-      utf8 += static_cast<char>(0xE0 | (code >> 12));
-      utf8 += static_cast<char>(0x80 | ((code >> 6) & 0x3F));
-      utf8 += static_cast<char>(0x80 | (code & 0x3F));
-    }
-  }
-  return utf8;
-}
-
-// Empty when there is no such template. A name that is UTF-8 already is found as well.
+// Empty when there is no such template: a name leads to no other folder. One that is UTF-8 already
+// is found as well.
 std::string findTemplate(std::string_view name) noexcept {
   try {
-    if (name.empty()) return {};
-    for (const std::string &file : {onDisk(name), std::string(name)}) {
+    if (name.empty() || name.find('/') != name.npos) return {};
+    for (const std::string &file : {platform::nameOnDisk(toScreen(name)), std::string(name)}) {
       std::string path = platform::findResource(kFolder + file, {".ui"});
       if (!path.empty()) return path;
     }

@@ -3,6 +3,7 @@
 
 #include <korvel/desktop.h>
 #include <korvel/draw.h>
+#include <korvel/strings.h>
 
 #include <array>
 #include <cstring>
@@ -53,6 +54,21 @@ class Pictures {
   std::array<char, sizeof szResources> folder_{};
 };
 
+std::string onScreen(std::string_view name) {
+  std::string text(name);
+  w2mstr(text.data());
+  return text;
+}
+
+// Empty when there is no such picture. A name that is UTF-8 already is found as well.
+std::string findFile(std::string_view name) {
+  for (const std::string &file : {platform::nameOnDisk(onScreen(name)), std::string(name)}) {
+    std::string path = platform::findResource("pictures/" + file, {".svg", ".png"});
+    if (!path.empty()) return path;
+  }
+  return {};
+}
+
 // Never destroyed: the toolkit that the pictures belong to may end before the process does.
 Pictures &pictures() {
   static Pictures &all = *new Pictures;
@@ -67,8 +83,7 @@ const Picture *findPicture(std::string_view name) {
   Pictures &known = pictures();
   known.standOn(desktop);
   if (const Picture *picture = known.find(name)) return picture;
-  const std::string path =
-      platform::findResource(std::string("pictures/").append(name), {".svg", ".png"});
+  const std::string path = findFile(name);
   std::unique_ptr<Picture> picture = path.empty() ? nullptr : desktop->loadPicture(path);
   return picture == nullptr ? nullptr : known.keep(name, std::move(picture));
 }

@@ -3,6 +3,7 @@
 #include <korvel/desktop.h>
 
 #include "platform/librarypath.h"
+#include "platform/screentext.h"
 
 extern "C" {
 constinit char szResources[256] = "";
@@ -28,7 +29,29 @@ std::string findIn(const std::string &folder, std::string_view name,
   return {};
 }
 
+// A character of the screen set, none of which needs more than three bytes.
+void appendUtf8(std::string &utf8, unsigned code) {
+  if (code < 0x80) {
+    utf8 += static_cast<char>(code);
+    return;
+  }
+  if (code < 0x800) {
+    utf8 += static_cast<char>(0xC0 | (code >> 6));
+  } else {
+    utf8 += static_cast<char>(0xE0 | (code >> 12));
+    utf8 += static_cast<char>(0x80 | ((code >> 6) & 0x3F));
+  }
+  utf8 += static_cast<char>(0x80 | (code & 0x3F));
+}
+
 }  // namespace
+
+std::string nameOnDisk(std::string_view screenName) {
+  std::string utf8;
+  for (const char byte : screenName)
+    appendUtf8(utf8, characterOf(static_cast<unsigned char>(byte)));
+  return utf8;
+}
 
 std::vector<std::string> defaultResourceFolders(const std::string &library) {
   return {library + "/resources", library + "/" KORVEL_INSTALLED_RESOURCES};

@@ -15,6 +15,9 @@ namespace korvel::platform {
 // Example: findResource("icons/2", {".svg", ".png"}).
 std::string findResource(std::string_view name, std::initializer_list<std::string_view> endings);
 
+// The name of a resource, given in the screen set, as its file has it: in UTF-8.
+std::string nameOnDisk(std::string_view screenName);
+
 // Where the default set may stand, in the order in which it is looked for, of a library whose file
 // stands in the folder `library`: beside it in a build, in the data folder once installed.
 std::vector<std::string> defaultResourceFolders(const std::string &library);

@@ -23,9 +23,9 @@ KORVEL_API extern char szVolumes[256];
 
 /* Folder of the application's resources, a NUL-terminated POSIX path, initially "": then it is the
    folder "resources" beside the executable. In it stand icons/<number>.svg or .png,
-   pictures/<name>.svg or .png, and dialogs/<name>.ui (the name in UTF-8). A resource that is not
-   there is taken from the default set installed with the library. Written by the application at any
-   time; the library reads it at each use and never writes it. */
+   pictures/<name>.svg or .png, and dialogs/<name>.ui (names in UTF-8). A resource that is not there
+   is taken from the default set installed with the library. Written by the application at any time;
+   the library reads it at each use and never writes it. */
 KORVEL_API extern char szResources[256];
 
 /* Gives the library a window of the host application, for example as the parent of a dialog.
@@ -55,7 +55,7 @@ KORVEL_API CGrafPtr KorvelImagePort(int width, int height);
 KORVEL_API CGrafPtr KorvelPainterPort(void *qpainter);
 
 /* The port of a window: what is drawn there stays until something else is drawn over it, whatever
-   covers the window meanwhile.
+   covers the window meanwhile. What is drawn while the window paints itself shows with that paint.
    Returns the same port at each call; null for null and for a window that is gone. */
 KORVEL_API CGrafPtr GetWindowPort(WindowRef window);
 

@@ -490,7 +490,8 @@ KORVEL_API int Dlg_CoefCY(int cy);
    fields in use are 1; an acceptable change then calls the global callback. A text that is longer
    than its slice is stored cut and is not acceptable. Button 1, or a double click in a list, calls
    the final callback. A double click that it accepts still stores the row and, when the field is
-   acceptable, calls the global callback before the dialog closes.
+   acceptable, calls the global callback before the dialog closes. From its making on, the port of
+   the dialog's window is the current one (desktop.h); it goes with the dialog.
 
    Returns 1 when the entry was accepted, 0 when it was cancelled (button 2, Escape, the window's
    close box). Either end resets the in-use flags of all field types and HDB to 0 and both
@@ -502,20 +503,21 @@ KORVEL_API int ZRVDlgBoxEx(const char *title, WindowRef parent);
 
 /* Runs the dialog whose layout is the template `name`: the file dialogs/<name>.ui of the resource
    folder (szResources in desktop.h), a form drawn with Qt Designer. In the form a widget's dynamic
-   property `item` (an int) is its item number: item 1 accepts, item 2 cancels, and the fields' items
-   are those of their tables, first item number + index without a rank, rank r as item r; a date
-   takes three items. Push buttons, check boxes and list widgets are control items, combo boxes
+   property `item` (an int) is its item number: item 1 accepts, item 2 cancels, and the fields'
+   items are those of their tables, first item number + index without a rank, rank r as item r; a
+   date takes three items. Push buttons, check boxes and list widgets are control items, combo boxes
    pop-ups, line edits editable text. All else is decoration and stays as drawn, and so do titles,
    fonts, layouts and the order of the Tab key; the window's title is that of the form unless
    TitreDlgBox_set gave one. Return presses the push button drawn as the default one, else item 1.
    Choices and rows of a list string are added to those that the form has: choices behind, rows in
    front.
 
-   Sets all entries of Dlg_itemOffset and Dlg_rkOffset to 0 and then behaves as ZRVDlgBoxEx, with the
-   same results; the global callback hears the identifier of a date whichever of its three items
-   changed. 0 at once, with nothing touched, when there is no such template, for null, and while a
-   dialog is up already. 0 with the reset of a cancelled dialog, after one line on standard error,
-   without a screen and for a form that cannot be read, lacks item 1 or 2 or has a number twice. */
+   Sets all entries of Dlg_itemOffset and Dlg_rkOffset to 0 and then behaves as ZRVDlgBoxEx, with
+   the same results; the global callback hears the identifier of a date whichever of its three items
+   changed. 0 at once, with nothing touched, when there is no such template (none has a '/' in its
+   name), for null, and while a dialog is up already. 0 with the reset of a cancelled dialog, after
+   one line on standard error, without a screen and for a form that cannot be read, lacks item 1 or
+   2 or has a number twice. */
 KORVEL_API int ZRVDlgBox(const char *name);
 
 /* Runs a built dialog to its end and disposes of it; results as for ZRVDlgBoxEx. Returns 0 and
@@ -529,15 +531,15 @@ KORVEL_API int DlgBoxFunc(DialogRef dialog);
    action has returned. */
 
 /* Puts a text, cut to TDB_BUFFERSIZE - 1 characters, into text field i and onto its item: an edit
-   item shows it (masked: as stars); a pop-up chooses the last choice of its list string that is equal
-   to it and keeps its choice when there is none; a list shows what it showed. Clears the flag
+   item shows it (masked: as stars); a pop-up chooses the last choice of its list string that is
+   equal to it and keeps its choice when there is none; a list shows what it showed. Clears the flag
    TDB_bOK when the text is not acceptable and never sets it: a field that was not acceptable stays
    so until it is edited, redisplayed or validated. */
 KORVEL_API int ZRVDlgBox_texte_set(int i, const char *text);
 
 /* Builds the choices of pop-up field i, or the rows of list field i, anew from its list string,
-   which stays as it is. A pop-up then shows no choice. Rows go to the screen without conversion. The
-   field's text and flag stay. */
+   which stays as it is. A pop-up then shows no choice. Rows go to the screen without conversion.
+   The field's text and flag stay. */
 KORVEL_API int ZRVDlgBox_texte_set_liste(int i);
 
 /* Puts a text onto the item of number field i and hands it to the validation function, which stores

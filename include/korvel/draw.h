@@ -141,7 +141,8 @@ KORVEL_API void Rectangle_Ex(CGrafPtr port, int x, int y, int cx, int cy, int co
 /* --- Pictures --------------------------------------------------------------------------------
 
    A picture is the file pictures/<name>.svg, else .png, of the application's resources, else of
-   the default set (szResources in desktop.h). It is read at its first use and kept. */
+   the default set (szResources in desktop.h). Names are CP1252, those of files UTF-8. It is read at
+   its first use and kept. */
 
 /* Draws a picture at its own size with its top left corner at (x, y).
    Returns 0; 1 when there is no such picture or nothing to draw it on. Kept: 0 too for a name of

@@ -15,13 +15,12 @@
 namespace korvel::platform::qt {
 namespace {
 
-// A window is the address of its widget, which is looked at only while Qt knows of it.
-WindowRef referenceTo(QWidget *widget) { return reinterpret_cast<WindowRef>(widget); }
-
 QWidget *livingWindow(WindowRef window) {
   if (window == nullptr || QCoreApplication::instance() == nullptr) return nullptr;
+  if (isOfGoneWindow(window)) return nullptr;
+  const auto *address = reinterpret_cast<const QWidget *>(window);
   for (QWidget *widget : QApplication::topLevelWidgets())
-    if (referenceTo(widget) == window) return widget;
+    if (widget == address) return widget;
   return nullptr;
 }
 

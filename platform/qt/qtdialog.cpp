@@ -22,6 +22,7 @@
 #include "platform/qt/popupitem.h"
 #include "platform/qt/text.h"
 #include "platform/qt/textitem.h"
+#include "platform/qt/windowport.h"
 
 namespace korvel::platform::qt {
 namespace {
@@ -103,9 +104,7 @@ void QtDialog::followTabOrder() {
     if (Item *item = items.value(next)) tabOrder_.push_back(item);
 }
 
-WindowRef QtDialog::window() {
-  return reinterpret_cast<WindowRef>(static_cast<QWidget *>(&window_));
-}
+WindowRef QtDialog::window() { return referenceTo(&window_); }
 
 void QtDialog::setTitle(std::string_view title) { showTitle(toQt(title)); }
 

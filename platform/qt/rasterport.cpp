@@ -1,6 +1,8 @@
 #include "platform/qt/rasterport.h"
 
-#include <QString>
+#include <fcntl.h>
+
+#include <QFile>
 #include <algorithm>
 #include <cmath>
 
@@ -22,15 +24,17 @@ QRect deviceRect(const Rect &rect, qreal scale) {
   return {topLeft, end - QPoint(1, 1)};
 }
 
-QString pathOf(const std::string &path) {
-  return QString::fromLocal8Bit(path.data(), static_cast<qsizetype>(path.size()));
-}
-
 }  // namespace
 
+// Opened here, as the toolkit takes only paths that are UTF-8.
 bool RasterPort::save(const std::string &path) const {
   const Raster *raster = drawn();
-  return raster != nullptr && raster->image().save(pathOf(path), "PNG");
+  if (raster == nullptr) return false;
+  const int descriptor = open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
+  if (descriptor < 0) return false;
+  QFile file;
+  return file.open(descriptor, QIODevice::WriteOnly, QFileDevice::AutoCloseHandle) &&
+         raster->image().save(&file, "PNG") && file.flush();
 }
 
 std::optional<RGBColor> RasterPort::pixel(int x, int y) const {

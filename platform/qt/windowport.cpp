@@ -5,6 +5,7 @@
 #include <QPainter>
 #include <cmath>
 #include <unordered_map>
+#include <unordered_set>
 
 namespace korvel::platform::qt {
 namespace {
@@ -30,7 +31,28 @@ Ports &ports() {
   return made;
 }
 
+// The addresses of windows that are gone with their ports: another window that happens to stand
+// there is not the one that an old reference means.
+using Addresses = std::unordered_set<const void *>;
+
+Addresses &goneWindows() {
+  static auto &kept = *new Addresses;
+  return kept;
+}
+
+void endPort(const void *window) {
+  ports().erase(window);
+  goneWindows().insert(window);
+}
+
 }  // namespace
+
+WindowRef referenceTo(QWidget *window) {
+  goneWindows().erase(window);
+  return reinterpret_cast<WindowRef>(window);
+}
+
+bool isOfGoneWindow(WindowRef reference) { return goneWindows().contains(reference); }
 
 WindowPort::WindowPort(QWidget *window) : window_(window), scale_(window->devicePixelRatioF()) {
   window->installEventFilter(this);
@@ -72,7 +94,10 @@ std::optional<RGBColor> WindowPort::pixel(int x, int y) const {
   return RasterPort::pixel(x, y);
 }
 
+// Drawn while the window paints itself, it shows with that very paint, outside of whose region it
+// is cut as any painter is. Asking for another one would go on for ever, as that one draws again.
 void WindowPort::touched(const QRect &rect) {
+  if (isInPaint_) return;
   const QRectF place(QPointF(rect.topLeft()) / scale_, QSizeF(rect.size()) / scale_);
   window_->update(place.toAlignedRect() & window_->rect());
 }
@@ -101,7 +126,7 @@ WindowPort &portOf(QWidget *window) {
   if (port == nullptr) {
     port = std::make_unique<WindowPort>(window);
     const void *address = window;
-    QObject::connect(window, &QObject::destroyed, [address] { ports().erase(address); });
+    QObject::connect(window, &QObject::destroyed, [address] { endPort(address); });
   }
   return *port;
 }

@@ -37,6 +37,14 @@ class WindowPort final : public QObject, public RasterPort {
   bool isInPaint_ = false;
 };
 
+// A window is the address of its widget, which is looked at only while the toolkit knows of it.
+// Null for null.
+WindowRef referenceTo(QWidget *window);
+
+// Whether the window that had a port at this address is gone, and no reference to another one there
+// was given since.
+bool isOfGoneWindow(WindowRef reference);
+
 // The port of a window that is there, made at the first call; it goes with the window.
 WindowPort &portOf(QWidget *window);
 

@@ -5,7 +5,11 @@
 
    Scenarios: plain; refuse (the final callback refuses the text "non" with a message box);
    changes (what is typed into the number changes the other fields); three (three runs in a row);
-   missing (of a template that is not there). */
+   missing (of a template that is not there); untouched (opens with every high byte in the name);
+   nested (the action asks for two further dialogs and then shows a message box).
+
+   The action also writes whether the port of the dialog's window is the current one, the end of a
+   run whether any is: "port <0 or 1>". */
 #include <korvel/korvel.h>
 #include <stdio.h>
 #include <string.h>
@@ -65,10 +69,28 @@ static int refuseNon(WindowRef window, int t, char **texts, int tn, int b, int *
   return accept;
 }
 
+static CGrafPtr currentPort(void) {
+  CGrafPtr port = 0;
+  GetPort(&port);
+  return port;
+}
+
 static int action(WindowRef window) {
-  printf("action %d\n", window != 0);
+  if (is("nested")) {
+    printf("nested %d %d\n", ZRVDlgBox("visite"), ZRVDlgBoxEx("Autre", 0));
+    fflush(stdout);
+    MessageBox(window, "Un seul dialogue", "Note", 0);
+  }
+  printf("action %d\nport %d\n", window != 0,
+         currentPort() && currentPort() == GetWindowPort(window));
   fflush(stdout);
   return 0;
+}
+
+static void setAllHighBytes(void) {
+  char text[129] = "";
+  for (int i = 0; i < 128; i++) text[i] = (char)(0x80 + i);
+  TexteDlgBox_set(0, text);
 }
 
 static void define(void) {
@@ -91,6 +113,7 @@ static void define(void) {
   PushDlgBox_set_fvalid(0, action);
   DlgBoxGlobal_set(recordHit);
   if (is("refuse")) DlgBoxFinal_set(refuseNon);
+  if (is("untouched")) setAllHighBytes();
 }
 
 static void run(void) {
@@ -110,7 +133,7 @@ int main(int argc, char **argv) {
   scenario = argv[2];
   for (int n = 0; n < (is("three") ? 3 : 1); n++) {
     run();
-    printf("end %d\n", n + 1);
+    printf("port %d\nend %d\n", currentPort() != 0, n + 1);
     fflush(stdout);
   }
   return 0;

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdio>
 #include <string>
 #include <vector>
 
@@ -47,6 +48,19 @@ TEST(Template, AccentsGoInAndOutToTheByte) {
       {"result 1", "text 0 \\xC9lodie Lef\\xE8vre, \\xE7a o\\xF9 \\xEA \\xEF \\x9C 37\\xB0",
        "text 1 Ma\\xEEtre", "num 0 1.50", "date 0 20000229", "in use 0"}));
   EXPECT_EQ(host.count("hit 10"), 31);
+}
+
+TEST(Template, OpeningAndAcceptingChangesNoByteOfATextNobodyEdited) {
+  TemplateHost host("untouched");
+  host.comesUp();
+  press("Return");
+  std::string bytes;
+  for (int byte = 0x80; byte < 0x100; ++byte) {
+    char text[8];
+    std::snprintf(text, sizeof text, "\\x%02X", byte);
+    bytes += text;
+  }
+  EXPECT_TRUE(host.endedWith({"result 1", "text 0 " + bytes}));
 }
 
 TEST(Template, EveryKindOfItemIsUsed) {
@@ -134,6 +148,33 @@ TEST(Template, ARefusalInAMessageBoxKeepsItOpen) {
   write("oui");
   click(kOkButton);
   EXPECT_TRUE(host.endedWith({"final 0", "final 1", "result 1", "text 0 oui"}));
+}
+
+TEST(Template, AnActionShowsAMessageButNoFurtherDialog) {
+  TemplateHost host("nested");
+  host.comesUp();
+  write("a");
+  click(kAction);
+  ASSERT_TRUE(waitForWindow("Note"));
+  press("Return");
+  ASSERT_TRUE(waitForWindow(kTitle));
+  EXPECT_TRUE(host.says("action 1"));
+  EXPECT_EQ(host.count("nested 0 0"), 1);
+  click(kName, 3);
+  press("End");
+  write("b");
+  press("Return");
+  EXPECT_TRUE(host.endedWith({"hit 50", "result 1", "text 0 ab"}));
+}
+
+TEST(Template, TheCurrentPortIsThatOfItsWindowAndGoesWithIt) {
+  TemplateHost host;
+  host.comesUp();
+  click(kAction);
+  EXPECT_TRUE(host.says("port 1"));
+  press("Escape");
+  EXPECT_TRUE(host.endedWith({"port 0", "end 1"}));
+  EXPECT_EQ(host.count("port"), 2);
 }
 
 TEST(Template, CallbacksChangeOtherFieldsMeanwhile) {

@@ -528,6 +528,51 @@ TEST_P(Changes, TheFieldBeingTypedIntoMayBeChanged) {
   EXPECT_STREQ(TDB_pszBuffer[0], "abc");
 }
 
+TEST_P(Changes, TheRowsOfADoubleClickMayBeRebuiltByTheFinalCallback) {
+  int refusals = 1;
+  Callbacks::onFinal = [&](const FinalCall &) {
+    TexteDlgBox_set_liste(3, "t$u$v");
+    TexteDlgBox_change_liste(3);
+    ZRVDlgBox_texte_set_liste(3);
+    return refusals-- > 0 ? 0 : 1;
+  };
+  expectDialog()
+      .doubleClickRow(kList, 1)
+      .check([&] {
+        EXPECT_EQ(desk.entries(kList), (std::vector<std::string>{"t", "u", "v"}));
+        EXPECT_STREQ(TDB_pszBuffer[3], "s") << "stored by the first click alone";
+      })
+      .doubleClickRow(kList, 2);
+  EXPECT_EQ(run(), 1);
+  EXPECT_STREQ(TDB_pszBuffer[3], "v");
+}
+
+TEST_P(Changes, IndexesOutsideTheCountDoNothingInCallbacksEither) {
+  const auto ask = [&] {
+    desk.takeWrites();
+    for (const int i : kHostile) {
+      EXPECT_EQ(ZRVDlgBox_texte_set(i, "x"), 0);
+      EXPECT_EQ(ZRVDlgBox_texte_set_liste(i), 0);
+      EXPECT_EQ(ZRVDlgBox_num_set(i, "2"), 0);
+      EXPECT_EQ(TexteDlgBox_global(i), 0);
+      EXPECT_EQ(DateDlgBox_global(i), 0);
+    }
+    EXPECT_EQ(desk.takeWrites(), "");
+    EXPECT_STREQ(TDB_pszBuffer[0], "avant");
+  };
+  Callbacks::onGlobal = [&](const GlobalCall &) {
+    ask();
+    return 0;
+  };
+  Callbacks::onFinal = [&](const FinalCall &) {
+    ask();
+    return 1;
+  };
+  expectDialog().press(kButton).press(kOk);
+  EXPECT_EQ(run(), 1);
+  EXPECT_EQ(Callbacks::globalCalls.size(), 1U);
+}
+
 KORVEL_IN_BOTH_KINDS(Changes);
 
 }  // namespace

@@ -325,6 +325,40 @@ TEST_F(Narrowing, AnswersForTheInitialsOnly) {
   select();
 }
 
+TEST_F(Narrowing, StaysInTheRoomOfTheRowsWhateverStandsInTheTable) {
+  write({"A,One", "B,Two"});
+  expectDialog()
+      .check([&] {
+        std::strcpy(TDB_pszBuffer[0], "A");
+        std::memset(liste_base, 'A', std::size_t{MAX_LIGNES} * 80);
+        nbase = MAX_LIGNES;
+        call(100);
+        EXPECT_EQ(*liste, std::string(80, 'A')) << "of the entries, without ends, one fits";
+        std::memset(liste_base, 'B', std::size_t{MAX_LIGNES} * 80);
+        std::strcpy(liste_base + 3 * 80, "AB");
+        std::strcpy(liste_base + 9 * 80, "AC");
+        call(100);
+        EXPECT_STREQ(*liste, "AB$AC");
+        std::strcpy(TDB_pszBuffer[0], "");
+      })
+      .press(kCancel);
+  select();
+}
+
+// An entry of 79 characters and its '$' or end take the whole of its room.
+TEST_F(Practitioners, TheLongestEntriesAllFit) {
+  const std::string longest(76, 'y');
+  write({"A1," + longest, "A2," + longest, "A3," + longest});
+  expectDialog()
+      .check([&] { EXPECT_EQ(names().size(), 3U); })
+      .type(kInitials, "A")
+      .check([&] {
+        EXPECT_EQ(names(), (Names{"A1\t" + longest, "A2\t" + longest, "A3\t" + longest}));
+      })
+      .press(kCancel);
+  select();
+}
+
 TEST_F(Narrowing, OutsideACallDoesNothing) {
   TexteDlgBox_param(2, 100);
   TexteDlgBox_set(1, "kept");

@@ -3,11 +3,13 @@
 
 #include <gtest/gtest.h>
 #include <korvel/codecs.h>
+#include <korvel/desktop.h>
 #include <korvel/dialogs.h>
 #include <korvel/messages.h>
 
 #include <climits>
 #include <cstring>
+#include <memory>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -256,6 +258,101 @@ TEST_P(DialogRun, AnActionMayShowAMessageBox) {
   EXPECT_EQ(run(), 1);
 }
 
+TEST_P(DialogRun, AGlobalCallbackMayAskAndThenChangeTheFields) {
+  Callbacks::onGlobal = [](const GlobalCall &call) {
+    Callbacks::onGlobal = nullptr;
+    EXPECT_EQ(MessageBox(nullptr, "Effacer ?", "Question", 0x10), 2);
+    call.ints[0] = 8;
+    ZRVDlgBox_texte_set(0, "r\xE9pondu");
+    return redisplaying({300})(call);
+  };
+  // What the fields show is read back with what is typed behind it.
+  expectDialog().press(12).moveToEnd(3).type(3, "!").moveToEnd(5).type(5, "9").press(kOk);
+  desk.expectDialog("Question").press(1);
+  EXPECT_EQ(run(), 1);
+  EXPECT_STREQ(TDB_pszBuffer[0], "r\xE9pondu!");
+  EXPECT_EQ(IDB_iInts[0], 89);
+}
+
+// ---- The current port ----
+
+CGrafPtr currentPort() {
+  CGrafPtr port = nullptr;
+  GetPort(&port);
+  return port;
+}
+
+CGrafPtr s_portWhileFilling = nullptr;
+int recordPort(char *text, int *value) {
+  if (s_portWhileFilling == nullptr) s_portWhileFilling = currentPort();
+  return intcod_i(text, value);
+}
+
+TEST_P(DialogRun, ThePortOfItsWindowIsTheCurrentOne) {
+  const WindowRef other = desk.addWindow({0, 0, 50, 50});
+  SetPort(GetWindowPort(other));
+  s_portWhileFilling = nullptr;
+  IntDlgBox_set_fvalid(0, recordPort);
+  PushDlgBox_set_fvalid(0, Callbacks::action);
+  Callbacks::onAction = [&] {
+    EXPECT_EQ(currentPort(), GetWindowPort(Callbacks::actionCalls.back()));
+    EXPECT_NE(currentPort(), GetWindowPort(other));
+  };
+  Callbacks::onFinal = [](const FinalCall &call) {
+    EXPECT_EQ(currentPort(), GetWindowPort(call.window));
+    EXPECT_EQ(currentPort(), s_portWhileFilling);
+    return 1;
+  };
+  expectDialog().press(12).press(kOk);
+  EXPECT_EQ(run(), 1);
+  EXPECT_NE(s_portWhileFilling, nullptr);
+  EXPECT_EQ(currentPort(), nullptr) << "gone with the window";
+}
+
+TEST_P(DialogRun, AMessageBoxGivesTheCurrentPortBack) {
+  Callbacks::onFinal = [](const FinalCall &call) {
+    EXPECT_EQ(DlgBoxFinal_MessageBox(call.window, "Lu", "Note", 0), 1);
+    EXPECT_EQ(currentPort(), GetWindowPort(call.window));
+    return 1;
+  };
+  expectDialog().press(kOk);
+  desk.expectDialog("Note").press(1);
+  EXPECT_EQ(run(), 1);
+  EXPECT_EQ(currentPort(), nullptr);
+}
+
+// A desktop on which another window stands where the dialog's stood, as soon as that has gone.
+class OneAddress : public ScriptedDesktop {
+ public:
+  platform::Port *windowPort(WindowRef window) override {
+    platform::Port *port = ScriptedDesktop::windowPort(window);
+    return port != nullptr ? port : successor_.get();
+  }
+
+ private:
+  std::unique_ptr<platform::Port> successor_ = newImage(10, 10);
+};
+
+TEST_P(BuiltRun, AWindowThatTakesThePlaceOfTheDialogsDoesNotTakeItsPort) {
+  OneAddress reusing;
+  reusing.expectDialog("T").press(kOk);
+  EXPECT_EQ(run(), 1);
+  EXPECT_EQ(currentPort(), nullptr);
+  reusing.finish();
+}
+
+TEST_P(DialogRun, AnotherPortThatIsTheCurrentOneAtTheEndStays) {
+  const WindowRef other = desk.addWindow({0, 0, 50, 50});
+  Callbacks::onFinal = [&](const FinalCall &) {
+    SetPort(GetWindowPort(other));
+    return 1;
+  };
+  expectDialog().press(kOk);
+  EXPECT_EQ(run(), 1);
+  EXPECT_EQ(currentPort(), GetWindowPort(other));
+  SetPort(nullptr);
+}
+
 // ---- One at a time ----
 
 TEST_P(DialogRun, TheDialogIsKnownWhileItIsUp) {
@@ -283,6 +380,20 @@ TEST_P(DialogRun, ASecondRunLeavesTheFirstAlone) {
   EXPECT_EQ(run(), 1);
   EXPECT_EQ(desk.dialogsShown(), 1);
   EXPECT_STREQ(TDB_pszBuffer[0], "suite");
+}
+
+TEST_P(DialogRun, ASecondRunOutOfTheFinalCallbackIsNotShownEither) {
+  Callbacks::onFinal = [&](const FinalCall &) {
+    EXPECT_EQ(ZRVDlgBoxEx("Autre", nullptr), 0);
+    EXPECT_EQ(ZRVDlgBox("T"), 0);
+    EXPECT_EQ(TDB, 1);
+    EXPECT_EQ(HDB, 1);
+    return 1;
+  };
+  expectDialog().press(kOk);
+  EXPECT_EQ(run(), 1);
+  EXPECT_EQ(desk.dialogsShown(), 1);
+  EXPECT_TRUE(isReset());
 }
 
 TEST_P(DialogRun, TheExportedDialogIsOnlyForReading) {

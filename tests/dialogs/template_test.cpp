@@ -50,6 +50,8 @@ class TemplateRun : public DialogTest {
     EXPECT_EQ(Dlg_rkOffset[5], 8);
   }
   void describeText() {
+    DlgBoxGlobal_set(Callbacks::global);
+    DlgBoxFinal_set(Callbacks::final);
     TexteDlgBox_param(1, 3);
     TexteDlgBox_set(0, "Lef\xE8vre");
     TitreDlgBox_set("Titre");
@@ -75,6 +77,40 @@ TEST_F(TemplateRun, AMissingTemplateGives0AtOnceAndResetsNothing) {
   EXPECT_EQ(desk.dialogsShown(), 0);
 }
 
+TEST_F(TemplateRun, ANameIsNoPath) {
+  draw({}, "visite");
+  draw({}, "dossier/visite");
+  describeText();
+  for (const char *name : {"dossier/visite", "./visite", "/visite", "../dialogs/visite", "visite/",
+                           "dossier/../visite", "dossier"}) {
+    EXPECT_EQ(runAndListen(name), "") << name;
+    expectUntouched();
+  }
+  EXPECT_EQ(desk.dialogsShown(), 0);
+}
+
+TEST_F(TemplateRun, NamesWithDotsAreNames) {
+  for (const char *name : {".", "..", "...", "visite.2", "visite.ui", " "}) {
+    draw({}, name);
+    expectDialog().press(kOk);
+    EXPECT_EQ(run(name), 1) << name;
+  }
+}
+
+TEST_F(TemplateRun, NamesAreAsLongAsTheDiskHasThem) {
+  // With the ending, 255 bytes.
+  const std::string longest(252, 'x');
+  draw({}, longest);
+  expectDialog().press(kOk);
+  EXPECT_EQ(run(longest.c_str()), 1);
+  describeText();
+  for (const std::size_t length : {251, 253, 255, 256, 257, 4096}) {
+    EXPECT_EQ(runAndListen(std::string(length, 'x').c_str()), "") << length;
+    EXPECT_EQ(runAndListen(std::string(length, '\xE9').c_str()), "") << length;
+    expectUntouched();
+  }
+}
+
 TEST_F(TemplateRun, WithoutAScreenAMissingTemplateIsStillMissing) {
   describeText();
   desk.takeScreenAway("no display");
@@ -88,6 +124,29 @@ TEST_F(TemplateRun, NamesAreCp1252AndFilesUtf8) {
   EXPECT_EQ(run("S\xE9lection de l\x92\x9Cil"), 1);
   expectDialog().press(kOk);
   EXPECT_EQ(run("Sélection de l’œil"), 1) << "a name that is UTF-8 already";
+}
+
+TEST_F(TemplateRun, EachLetterOfANameIsFoundInUtf8) {
+  constexpr struct {
+    const char *name, *file;
+  } kLetters[] = {
+      {"\x80", "€"}, {"\x8C", "Œ"}, {"\x92", "’"}, {"\x96", "–"}, {"\x9C", "œ"}, {"\xA0", "\u00A0"},
+      {"\xAB", "«"}, {"\xB0", "°"}, {"\xBB", "»"}, {"\xC0", "À"}, {"\xC6", "Æ"}, {"\xC7", "Ç"},
+      {"\xC9", "É"}, {"\xCE", "Î"}, {"\xD4", "Ô"}, {"\xDB", "Û"}, {"\xE0", "à"}, {"\xE2", "â"},
+      {"\xE4", "ä"}, {"\xE6", "æ"}, {"\xE7", "ç"}, {"\xE8", "è"}, {"\xE9", "é"}, {"\xEA", "ê"},
+      {"\xEB", "ë"}, {"\xEE", "î"}, {"\xEF", "ï"}, {"\xF4", "ô"}, {"\xF6", "ö"}, {"\xF9", "ù"},
+      {"\xFB", "û"}, {"\xFC", "ü"}, {"\xFF", "ÿ"},
+  };
+  for (const auto &[name, file] : kLetters) {
+    draw({}, file);
+    expectDialog().press(kOk);
+    EXPECT_EQ(run(name), 1) << file;
+  }
+  describeText();
+  for (const char *name : {"\x81", "\xC3", "\xFE", "\xE9\xE9"}) {
+    EXPECT_EQ(runAndListen(name), "") << "no such file";
+    expectUntouched();
+  }
 }
 
 // ---- What may be wrong with it ----
@@ -111,7 +170,6 @@ TEST_F(TemplateRun, AFormWithAFaultGives0AndOneLine) {
   for (const auto &[fault, drawn, said] : kCases) {
     SCOPED_TRACE(fault);
     describeText();
-    DlgBoxGlobal_set(Callbacks::global);
     templates.add(desk, "visite", drawn);
     const std::string lines = runAndListen();
     EXPECT_EQ(std::count(lines.begin(), lines.end(), '\n'), 1) << lines;

@@ -109,6 +109,13 @@ TEST_F(Pictures, OfAnotherFolderAreOthers) {
   EXPECT_EQ(size("a"), "20x10");
 }
 
+TEST_F(Pictures, NamesAreUtf8OnTheDisk) {
+  folder.add("\xC3\xA9t\xC3\xA9 \xE2\x82\xAC.svg", "20x10");
+  EXPECT_EQ(size("\xE9t\xE9 \x80"), "20x10");
+  EXPECT_EQ(size("\xC3\xA9t\xC3\xA9 \xE2\x82\xAC"), "20x10") << "as it is on the disk";
+  EXPECT_EQ(size("\xE8t\xE9 \x80"), "1");
+}
+
 TEST_F(Pictures, NamesStandWhereTheyAreRead) {
   folder.add("a.svg", "20x10");
   EXPECT_EQ(size("ab"), "1");

@@ -162,7 +162,8 @@ TEST(NoScreen, NothingToShowOnIsNoReasonToDie) {
 }
 
 TEST(NoScreen, ImagesAreDrawnAndThenThereIsStillNoScreen) {
-  for (const char *environment : {"", "DISPLAY=:4711", "QT_QPA_PLATFORM=xcb", "LC_ALL=C"}) {
+  for (const char *environment : {"", "DISPLAY=:4711", "QT_QPA_PLATFORM=xcb", "LC_ALL=C",
+                                  "-u XDG_RUNTIME_DIR", "XDG_RUNTIME_DIR=/tmp"}) {
     int status = -1;
     const std::string error =
         errorOf([&] { status = exitStatusWith(environment, KORVEL_TEST_DRAWING_WITHOUT_SCREEN); });

@@ -1,5 +1,6 @@
 // Ports of the Qt module: pixels read back from images, from a host's painter and from windows.
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <QApplication>
 #include <QFontDatabase>
@@ -143,6 +144,16 @@ TEST(QtImage, IsSavedAsPng) {
   EXPECT_EQ(read.pixelColor(3, 1), QColor(Qt::white));
   EXPECT_FALSE(image->save("/nowhere/port.png"));
   EXPECT_FALSE(image->save(""));
+  EXPECT_FALSE(image->save("/dev/full"));
+}
+
+TEST(QtImage, IsSavedUnderTheBytesOfItsPath) {
+  const test::TemporaryFolder folder;
+  for (const char *name : {"/\xC3\xA9t\xC3\xA9.png", "/\xE9t\xE9.png"}) {
+    const std::string path = folder.path() + name;
+    EXPECT_TRUE(newImage(5, 4)->save(path));
+    EXPECT_EQ(access(path.c_str(), F_OK), 0) << name;
+  }
 }
 
 // ---- Rectangles ----
@@ -958,6 +969,37 @@ TEST_F(QtWindowPort, ShowsByItselfWhatIsDrawnAndNoMore) {
   EXPECT_TRUE(QRect(40, 70, width, 12).adjusted(-20, -30, 20, 20).contains(touched));
 }
 
+// A window that draws on its own port whenever it paints itself.
+class DrawingWindow final : public QWidget {
+ public:
+  Port *port = nullptr;
+  int paints = 0;
+
+ protected:
+  void paintEvent(QPaintEvent *) override {
+    ++paints;
+    if (port != nullptr) port->fillRect({10, 10, 20, 20});
+  }
+};
+
+TEST(QtWindowPorts, DrawnOnInAPaintShowWithThatPaintAndAskForNoOther) {
+  qtDesktop();
+  DrawingWindow window;
+  window.setGeometry(40, 40, 200, 100);
+  window.port = qtDesktop().windowPort(qtDesktop().hostWindow(&window));
+  window.port->setForeground(kRed);
+  window.show();
+  ASSERT_TRUE(QTest::qWaitForWindowExposed(&window));
+  EXPECT_EQ(shownAt(window, 15, 15), QColor(Qt::red));
+  QTest::qWait(50);
+  window.paints = 0;
+  QTest::qWait(50);
+  EXPECT_EQ(window.paints, 0);
+  window.update();
+  QTest::qWait(50);
+  EXPECT_EQ(window.paints, 1);
+}
+
 TEST_F(QtWindowPort, AddsNothingToTheWindow) {
   port_->fillRect({0, 0, 200, 100});
   EXPECT_EQ(window_->children().size(), 1);
@@ -972,6 +1014,22 @@ TEST_F(QtWindowPort, IsNoMoreWhenTheWindowIsGone) {
   port_->fillRect({10, 10, 20, 20});
   window_.reset();
   EXPECT_EQ(qtDesktop().windowPort(reference_), nullptr);
+}
+
+TEST_F(QtWindowPort, AnOldReferenceMeansNoNewWindowInItsPlace) {
+  alignas(QWidget) unsigned char place[sizeof(QWidget)];
+  auto *before = new (place) QWidget;
+  const WindowRef reference = qtDesktop().hostWindow(before);
+  ASSERT_NE(qtDesktop().windowPort(reference), nullptr);
+  before->~QWidget();
+  auto *after = new (place) QWidget;
+  after->show();
+  EXPECT_EQ(qtDesktop().windowPort(reference), nullptr);
+  EXPECT_EQ(qtDesktop().windowBounds(reference), std::nullopt);
+  EXPECT_EQ(qtDesktop().hostWindow(after), reference);
+  EXPECT_NE(qtDesktop().windowPort(reference), nullptr);
+  EXPECT_NE(qtDesktop().windowBounds(reference), std::nullopt);
+  after->~QWidget();
 }
 
 TEST_F(QtWindowPort, ANewWindowInItsPlaceIsEmpty) {
