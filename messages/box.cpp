@@ -45,7 +45,8 @@ class NewestBox {
   const KeyItems before_;
 };
 
-// The box's port is the current one, in the font of its text, as long as it is up.
+// The box's port is the current one, in the font of its text, as long as it is up. It is not left
+// to go with its window: one made later may have the address of that, and would be current then.
 class CurrentPort {
  public:
   explicit CurrentPort(WindowRef window) : port_(GetWindowPort(window)) {
