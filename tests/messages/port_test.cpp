@@ -5,6 +5,7 @@
 #include <korvel/messages.h>
 
 #include <cstring>
+#include <memory>
 #include <string>
 
 #include "tests/platform/scripted_desktop.h"
@@ -145,6 +146,24 @@ TEST(BoxPort, AQuestionAloneLeavesItsOwnersPortToTheCaller) {
   SetPort(GetWindowPort(owner));
   desk.expectDialog("T").press(1);
   QuestionDialog(owner, g_caption, g_text, 2, 0);
+  EXPECT_EQ(currentPort(), nullptr);
+  desk.finish();
+}
+
+// A desktop on which a window stands wherever one stood before.
+class OneAddress final : public ScriptedDesktop {
+ public:
+  platform::Port *windowPort(WindowRef) override { return port_.get(); }
+
+ private:
+  const std::unique_ptr<platform::Port> port_ = newImage(10, 10);
+};
+
+TEST(BoxPort, AWindowWhereTheBoxWasDoesNotBecomeCurrent) {
+  const DrawingGuard guard;
+  OneAddress desk;
+  desk.expectDialog("T").check([] { EXPECT_NE(currentPort(), nullptr); }).press(1);
+  QuestionDialog(nullptr, g_caption, g_text, 2, 0);
   EXPECT_EQ(currentPort(), nullptr);
   desk.finish();
 }
