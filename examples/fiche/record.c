@@ -27,7 +27,7 @@ int today(void) {
 }
 
 void showDate(int date, char *out) {
-  char stored[9];
+  char stored[9] = "";
   *out = '\0';
   if (date > 0 && LongToNUM(date, stored, 8) == 0) ZRV_Inv_Date(stored, out);
 }
