@@ -9,6 +9,9 @@
 
 enum { kMaxStatics = 64 };
 
+/* The icon of a message box (messages.h). */
+enum { kCaution = 0x02 };
+
 static int statics;
 static FormChange change;
 static FormCheck check;
@@ -33,17 +36,17 @@ static int accepted(WindowRef window, int textsInUse, char **texts, int textCoun
                     int *bools, int boolCount, int intsInUse, int *ints, int intCount,
                     int numsInUse, double *nums, int numCount, int datesInUse, int *dates,
                     int dateCount) {
-  (void)window, (void)textsInUse, (void)textCount, (void)boolsInUse, (void)boolCount;
+  (void)textsInUse, (void)textCount, (void)boolsInUse, (void)boolCount;
   (void)intsInUse, (void)intCount, (void)numsInUse, (void)numCount;
   (void)datesInUse, (void)dateCount;
   Form form = {0, texts, bools, ints, nums, dates, NULL, 0, 0};
   const char *reason = check(&form);
   if (!reason) return 1;
-  DlgBoxFinal_Erreur_set(french(reason));
-  printFrench(stderr, DlgBoxFinal_Erreur());
-  fputc('\n', stderr);
+  DlgBoxFinal_MessageBox(window, french(reason), french("Saisie non acceptée"), kCaution);
   return 0;
 }
+
+int formLine(int groupY, int line) { return groupY + 14 + kPitch * line; }
 
 void formBegin(int cx, int cy, FormFields fields, const char *accept, const char *cancel,
                FormChange onChange, FormCheck onAccept) {
@@ -102,6 +105,10 @@ void formList(int i, int x, int y, int cx, int cy, int rank, char *choices) {
   TexteDlgBox_change_liste(i);
 }
 
+void formPush(int i, const char *label, int x, int y, int cx, int rank) {
+  PushDlgBox_set_geo(i, french(label), x, y - 1, cx, kLine + 3, rank);
+}
+
 static void redisplay(Form *form, int identifier) {
   if (form->shown < form->room) form->redisplay[form->shown++] = identifier;
 }
@@ -113,6 +120,13 @@ void formClear(Form *form, int identifier) { redisplay(form, -identifier); }
 void formShowText(Form *form, int i, const char *text) {
   snprintf(form->texts[i], (size_t)TDB_BUFFERSIZE, "%s", text);
   formShow(form, kFirstText + i);
+}
+
+void formShowRows(Form *form, int i, char *rows) {
+  TexteDlgBox_set_liste_buffer(i, rows);
+  ZRVDlgBox_texte_set_liste(i);
+  *form->texts[i] = '\0';
+  formClear(form, kFirstText + i);
 }
 
 int formRun(const char *title) {

@@ -17,6 +17,9 @@ enum {
 /* Height of a field's line, and from one line to the next, in dialog units. */
 enum { kLine = 12, kPitch = 16 };
 
+/* The place of a line of a group that begins at groupY, in dialog units. */
+int formLine(int groupY, int line);
+
 /* How many fields of each type a dialog has. */
 typedef struct FormFields {
   int texts, ints, nums, dates, bools, pushes;
@@ -37,7 +40,8 @@ typedef struct Form {
 /* Called when a field has changed to an acceptable value, and for push buttons. */
 typedef void (*FormChange)(Form *form);
 
-/* Called when the entry is accepted. Returns why it cannot be (UTF-8), or null. */
+/* Called when the entry is accepted. Returns why it cannot be (UTF-8), which the user is then told,
+   or null. */
 typedef const char *(*FormCheck)(const Form *form);
 
 /* Begins a dialog of this size, in dialog units, with these texts of its two buttons (UTF-8).
@@ -63,6 +67,9 @@ void formPopUp(int i, int x, int y, int cx, int rank, const char *text, char *ch
 /* List i, cy dialog units high, likewise. Nothing is chosen in it at first. */
 void formList(int i, int x, int y, int cx, int cy, int rank, char *choices);
 
+/* Push button i; its action, if it needs the window, is given to PushDlgBox_set_fvalid. */
+void formPush(int i, const char *label, int x, int y, int cx, int rank);
+
 /* Has a field shown anew: the table's value, or nothing (formClear). identifier: kFirstText + i and
    the like. */
 void formShow(Form *form, int identifier);
@@ -70,6 +77,9 @@ void formClear(Form *form, int identifier);
 
 /* Text fields in which something that was looked up is shown. */
 void formShowText(Form *form, int i, const char *text);
+
+/* Other rows, which must live until the dialog has ended, for list i. None of them is chosen. */
+void formShowRows(Form *form, int i, char *rows);
 
 /* Shows the dialog. Returns 1 when the entry was accepted, else 0. */
 int formRun(const char *title);

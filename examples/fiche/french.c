@@ -35,20 +35,6 @@ char *french(const char *utf8) {
   return result;
 }
 
-void printFrench(FILE *out, const char *cp1252) {
-  for (; *cp1252; cp1252++) {
-    unsigned character = characterOf((unsigned char)*cp1252);
-    if (character < 0x80) {
-      fputc((int)character, out);
-    } else if (character < 0x800) {
-      fprintf(out, "%c%c", 0xC0 | character >> 6, 0x80 | (character & 0x3F));
-    } else {
-      fprintf(out, "%c%c%c", 0xE0 | character >> 12, 0x80 | (character >> 6 & 0x3F),
-              0x80 | (character & 0x3F));
-    }
-  }
-}
-
 static char capitalOf(unsigned char byte) {
   if (byte >= 'a' && byte <= 'z') return (char)(byte - 'a' + 'A');
   if (byte >= 0xE0 && byte != 0xF7 && byte != 0xFF) return (char)(byte - 0x20);

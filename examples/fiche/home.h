@@ -5,8 +5,8 @@
 #include "record.h"
 
 /* Lets the user choose among the communes of the record's département. Returns 1 when one was
-   chosen (the record then holds it); 0, the record unchanged, when the dialog was left without, or
-   there is no département to choose in. */
+   chosen, which the record then holds and is saved with; 0, the record unchanged, when the dialog
+   was left without, or there is no département to choose in. */
 int enterHome(Record *record);
 
 #endif

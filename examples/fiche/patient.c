@@ -5,9 +5,12 @@
 #include <stdio.h>
 #include <string.h>
 
+#include "doctors.h"
 #include "form.h"
 #include "french.h"
+#include "message.h"
 #include "professions.h"
+#include "records.h"
 
 /* The fields of each type, in the order of their index. */
 enum {
@@ -23,13 +26,12 @@ enum {
   kPays,
   kDepartement,
   kNomDepartement,
-  kPraticien,
   kTexts
 };
 enum { kEnfants, kCode, kInts };
 enum { kPoids, kTaille, kImc, kNums };
 enum { kNaissance, kDates };
-enum { kSuivi, kAccord, kBools };
+enum { kAutreCommune, kAutreMedecin, kSuivi, kAccord, kBools };
 enum { kAjouter, kCalculer, kPushes };
 
 /* The order in which Tab walks through the fields; those that show what was looked up or computed
@@ -46,10 +48,11 @@ enum {
   kRankCommuneNaissance,
   kRankPays,
   kRankDepartement,
+  kRankAutreCommune,
   kRankPoids,
   kRankTaille,
   kRankCalculer,
-  kRankPraticien,
+  kRankAutreMedecin,
   kRankEnfants,
   kRankCode,
   kRankSuivi,
@@ -68,10 +71,10 @@ enum { kMeasuresWidth = 148, kFollowUpX = kLeft + kMeasuresWidth + 8 };
 enum { kLabel1 = 16, kField1 = 66, kLabel2 = 196, kField2 = 246 };
 enum { kWide = 108, kNarrow = 34 };
 
-static int lineOf(int group, int line) { return group + 14 + kPitch * line; }
+static Record *edited;
 
 static void defineIdentity(const Record *record) {
-  int y = lineOf(kIdentityY, 0);
+  int y = formLine(kIdentityY, 0);
   formGroup("Identité", kLeft, kIdentityY, kInner, 3);
   formLabel("Nom", kLabel1, y, 48);
   formText(kNom, kField1, y, kWide, kRankNom, record->nom, sizeof record->nom, 1);
@@ -79,14 +82,14 @@ static void defineIdentity(const Record *record) {
   formText(kPrenom, kField2, y, 90, kRankPrenom, record->prenom, sizeof record->prenom, 1);
   formIcon(346, y);
 
-  y = lineOf(kIdentityY, 1);
+  y = formLine(kIdentityY, 1);
   formLabel("Civilité", kLabel1, y, 48);
   formPopUp(kCivilite, kField1, y, 60, kRankCivilite, record->civilite,
             french("Madame+Monsieur+Docteur+Maître"));
   formLabel("Sexe", kLabel2, y, 48);
   formPopUp(kSexe, kField2, y, 60, kRankSexe, record->sexe, french("Féminin+Masculin"));
 
-  y = lineOf(kIdentityY, 2);
+  y = formLine(kIdentityY, 2);
   char code[8];
   professionCode(record->profession, code, sizeof code);
   formLabel("Profession", kLabel1, y, 48);
@@ -94,12 +97,12 @@ static void defineIdentity(const Record *record) {
            sizeof record->profession, 0);
   formLabel("Code", kLabel2, y, 48);
   formText(kCodeProfession, kField2, y, 20, kRankCodeProfession, code, sizeof code, 0);
-  PushDlgBox_set_geo(kAjouter, "Ajouter", kField2 + 26, y - 1, 38, 15, kRankAjouter);
+  formPush(kAjouter, "Ajouter", kField2 + 26, y, 38, kRankAjouter);
 }
 
 static void defineBirth(const Record *record) {
   char country[kPlaceName], name[kPlaceName];
-  int y = lineOf(kBirthY, 0);
+  int y = formLine(kBirthY, 0);
   countryName(record->paysNaissance, country, sizeof country);
   birthplaceName(record->communeNaissance, record->naissance, name, sizeof name);
   formGroup("Naissance", kLeft, kBirthY, kInner, 2);
@@ -110,7 +113,7 @@ static void defineBirth(const Record *record) {
   formLabel("Pays", kLabel2, y, 48);
   formPopUp(kPaysNaissance, kField2, y, 120, kRankPaysNaissance, country, countryChoices());
 
-  y = lineOf(kBirthY, 1);
+  y = formLine(kBirthY, 1);
   formLabel("Code INSEE", kLabel1, y, 48);
   formText(kCommuneNaissance, kField1, y, kNarrow, kRankCommuneNaissance, record->communeNaissance,
            sizeof record->communeNaissance, 0);
@@ -119,10 +122,10 @@ static void defineBirth(const Record *record) {
            *record->communeNaissance != '\0');
 }
 
-/* The commune itself is chosen in the next dialog. */
+/* The commune itself is chosen in a dialog behind this one. */
 static void defineHome(const Record *record) {
   char country[kPlaceName], name[kPlaceName], commune[kPlaceName];
-  int y = lineOf(kHomeY, 0);
+  int y = formLine(kHomeY, 0);
   countryName(record->pays, country, sizeof country);
   departmentName(record->departement, name, sizeof name);
   formGroup("Domicile", kLeft, kHomeY, kInner, 2);
@@ -132,18 +135,21 @@ static void defineHome(const Record *record) {
   if (communeName(record->commune, commune, sizeof commune))
     formNote(commune, kField2, y, 120);
   else
-    formLabel("à choisir ensuite", kField2, y, 120);
+    formLabel("à choisir", kField2, y, 120);
 
-  y = lineOf(kHomeY, 1);
+  y = formLine(kHomeY, 1);
   formLabel("Département", kLabel1, y, 50);
   formText(kDepartement, kField1, y, 20, kRankDepartement, record->departement,
            sizeof record->departement, 0);
   formText(kNomDepartement, kField1 + 24, y, 96, kRankNomDepartement, name, sizeof name,
            *record->departement != '\0');
+  BoolDlgBox_set_geo(kAutreCommune, french("Choisir la commune"), kLabel2, y, 120, kLine,
+                     kRankAutreCommune);
+  BoolDlgBox_set(kAutreCommune, !*record->commune);
 }
 
 static void defineMeasures(const Record *record) {
-  int y = lineOf(kLowerY, 0);
+  int y = formLine(kLowerY, 0);
   formGroup("Mesures", kLeft, kLowerY, kMeasuresWidth, 3);
   formLabel("Poids (kg)", kLabel1, y, 48);
   NumDlgBox_set_geo(kPoids, kField1, y, kNarrow, kLine, kRankPoids);
@@ -152,7 +158,7 @@ static void defineMeasures(const Record *record) {
   NumDlgBox_mandatory(kPoids, 0);
   if (record->poids > 0) NumDlgBox_set(kPoids, record->poids, 2);
 
-  y = lineOf(kLowerY, 1);
+  y = formLine(kLowerY, 1);
   formLabel("Taille (m)", kLabel1, y, 48);
   NumDlgBox_set_geo(kTaille, kField1, y, kNarrow, kLine, kRankTaille);
   NumDlgBox_set_nchiff(kTaille, 2);
@@ -160,25 +166,28 @@ static void defineMeasures(const Record *record) {
   NumDlgBox_mandatory(kTaille, 0);
   if (record->taille > 0) NumDlgBox_set(kTaille, record->taille, 2);
 
-  y = lineOf(kLowerY, 2);
+  y = formLine(kLowerY, 2);
   double index = bodyMassIndex(record->poids, record->taille);
   formLabel("IMC", kLabel1, y, 48);
   NumDlgBox_set_geo(kImc, kField1, y, kNarrow, kLine, kRankImc);
   NumDlgBox_set_nchiff(kImc, 1);
   NumDlgBox_mandatory(kImc, 0);
   if (index > 0) NumDlgBox_set(kImc, index, 0);
-  PushDlgBox_set_geo(kCalculer, "Calculer", kField1 + kNarrow + 6, y - 1, 40, 15, kRankCalculer);
+  formPush(kCalculer, "Calculer", kField1 + kNarrow + 6, y, 40, kRankCalculer);
 }
 
 static void defineFollowUp(const Record *record) {
   const int label = kFollowUpX + 8, field = label + 46, right = field + 60;
-  int y = lineOf(kLowerY, 0);
+  int y = formLine(kLowerY, 0);
   formGroup("Suivi", kFollowUpX, kLowerY, kWidth - kLeft - kFollowUpX, 3);
-  formLabel("Praticien", label, y, 44);
-  formText(kPraticien, field, y, 150, kRankPraticien, record->praticien, sizeof record->praticien,
-           0);
+  char doctor[64];
+  doctorName(record->medecin, doctor, sizeof doctor);
+  formLabel("Médecin", label, y, 44);
+  formNote(*doctor ? doctor : french("à choisir"), field, y, 90);
+  BoolDlgBox_set_geo(kAutreMedecin, french("Choisir"), field + 98, y, 52, kLine, kRankAutreMedecin);
+  BoolDlgBox_set(kAutreMedecin, !*record->medecin);
 
-  y = lineOf(kLowerY, 1);
+  y = formLine(kLowerY, 1);
   formLabel("Enfants", label, y, 44);
   IntDlgBox_set_geo(kEnfants, field, y, 20, kLine, kRankEnfants);
   IntDlgBox_set(kEnfants, record->enfants, 1);
@@ -189,7 +198,7 @@ static void defineFollowUp(const Record *record) {
   IntDlgBox_password(kCode, 1);
   if (record->code > 0) IntDlgBox_set(kCode, record->code, -1);
 
-  y = lineOf(kLowerY, 2);
+  y = formLine(kLowerY, 2);
   BoolDlgBox_set_geo(kSuivi, french("Suivi régulier"), label, y, 90, kLine, kRankSuivi);
   BoolDlgBox_set(kSuivi, record->suivi);
   BoolDlgBox_set_geo(kAccord, french("Accord de transmission"), right, y, 92, kLine, kRankAccord);
@@ -229,12 +238,21 @@ static void showIndex(Form *form) {
     formClear(form, kFirstNum + kImc);
 }
 
+static void addTypedProfession(Form *form) {
+  const char *profession = form->texts[kProfession];
+  char code[kProfessionCode];
+  if (professionCode(profession, code, sizeof code)) return;
+  if (backUpProfessions() && addProfession(profession))
+    showProfessionCode(form);
+  else
+    warn("Professions", "« %s » n’a pas pu être ajouté à la table des professions.", profession);
+}
+
 /* Keeps what is looked up and computed up to date while it is typed; what is typed over it goes. */
 static void keepUpToDate(Form *form) {
   switch (form->item) {
     case kFirstPush + kAjouter:
-      addProfession(form->texts[kProfession]);
-      showProfessionCode(form);
+      addTypedProfession(form);
       break;
     case kFirstText + kProfession:
     case kFirstText + kCodeProfession:
@@ -257,29 +275,6 @@ static void keepUpToDate(Form *form) {
     default:
       break;
   }
-}
-
-static int today(void) {
-  char text[9];
-  int date = 0;
-  ZRV_Get_Date_short(text);
-  NUMToLong(text, 8, &date);
-  return date;
-}
-
-/* Nobody is born tomorrow. */
-static const char *refuseFutureBirth(const Form *form) {
-  return form->dates[kNaissance] <= today() ? NULL : "La date de naissance est dans le futur.";
-}
-
-static void defineDialog(const Record *record) {
-  const FormFields fields = {kTexts, kInts, kNums, kDates, kBools, kPushes};
-  formBegin(kWidth, kHeight, fields, "OK", "Annuler", keepUpToDate, refuseFutureBirth);
-  defineIdentity(record);
-  defineBirth(record);
-  defineHome(record);
-  defineMeasures(record);
-  defineFollowUp(record);
 }
 
 /* A country that was not in the pop-up is still the record's. */
@@ -315,7 +310,6 @@ static void readHome(Record *record) {
 static void readBack(Record *record) {
   readIdentity(record);
   readHome(record);
-  TexteDlgBox_retrieve(kPraticien, record->praticien, sizeof record->praticien);
   IntDlgBox_retrieve(kEnfants, &record->enfants);
   IntDlgBox_retrieve(kCode, &record->code);
   NumDlgBox_retrieve(kPoids, &record->poids);
@@ -324,9 +318,33 @@ static void readBack(Record *record) {
   BoolDlgBox_retrieve(kAccord, &record->accord);
 }
 
-int enterPatient(const char *title, Record *record) {
+/* Nobody is born tomorrow. */
+static const char *keepEntered(const Form *form) {
+  Record next = *edited;
+  if (form->dates[kNaissance] > today()) return "La date de naissance est dans le futur.";
+  readBack(&next);
+  if (!saveRecord(&next)) return "La fiche n’a pas pu être enregistrée.";
+  *edited = next;
+  return NULL;
+}
+
+static void defineDialog(const Record *record) {
+  const FormFields fields = {kTexts, kInts, kNums, kDates, kBools, kPushes};
+  formBegin(kWidth, kHeight, fields, "OK", "Annuler", keepUpToDate, keepEntered);
+  defineIdentity(record);
+  defineBirth(record);
+  defineHome(record);
+  defineMeasures(record);
+  defineFollowUp(record);
+}
+
+int enterPatient(const char *title, Record *record, PatientWishes *wishes) {
+  char caption[140];
+  snprintf(caption, sizeof caption, "%s", title);
+  edited = record;
   defineDialog(record);
-  if (!formRun(title)) return 0;
-  readBack(record);
+  if (!formRun(caption)) return 0;
+  BoolDlgBox_retrieve(kAutreCommune, &wishes->commune);
+  BoolDlgBox_retrieve(kAutreMedecin, &wishes->doctor);
   return 1;
 }

@@ -4,9 +4,14 @@
 
 #include "record.h"
 
-/* Shows the record in a window with this title (CP1252) and lets the user change it. Returns 1 when
-   the entry was accepted (the record then holds it), 0 when it was cancelled (the record is
-   unchanged). */
-int enterPatient(const char *title, Record *record);
+/* What the user wishes to choose behind the dialog: 0 or 1. */
+typedef struct PatientWishes {
+  int commune, doctor;
+} PatientWishes;
+
+/* Shows the record in a window with this title (CP1252) and lets the user change and save it.
+   Returns 1 when it was saved (the record then holds what was entered), 0 when the dialog was
+   cancelled (record and wishes are unchanged). */
+int enterPatient(const char *title, Record *record, PatientWishes *wishes);
 
 #endif

@@ -2,7 +2,6 @@
 
 #include <korvel/korvel.h>
 
-#include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
 
@@ -13,7 +12,7 @@ static const char kCountries[] = "pays.tab", kDepartments[] = "departements.tab"
 static const char kCommunes[] = "communes.tab", kHistory[] = "communes_histo.tab";
 
 /* Columns of the tables. */
-enum { kName = 1, kPlainName = 2, kDepartment = 3 };
+enum { kName = 1, kDepartment = 3 };
 enum { kFrom = 2, kTo = 3 };
 
 char *countryChoices(void) {
@@ -51,47 +50,13 @@ int isCommuneOf(const char *code, const char *department) {
          strcmp(its, department) == 0;
 }
 
-/* Finds the first commune of a département that has the text in a column. */
-static int findCommune(const char *text, int column, const char *department, char *code, int size) {
-  const char *const labels[] = {text, department, NULL};
-  const int columns[] = {column, kDepartment, -1};
+int communeCode(const char *name, const char *department, char *code, int size) {
+  const char *const labels[] = {name, department, NULL};
+  const int columns[] = {kName, kDepartment, -1};
   useReferenceTables();
-  if (*text && ZRV_Code_NC_ex(labels, columns, kCommunes, code, size)) return 1;
+  if (*name && ZRV_Code_NC_ex(labels, columns, kCommunes, code, size)) return 1;
   *code = '\0';
   return 0;
-}
-
-int communeCode(const char *name, const char *department, char *code, int size) {
-  return findCommune(name, kName, department, code, size);
-}
-
-/* The table's names in capitals come without an article. */
-static const char *behindArticle(const char *plain) {
-  static const char *const kArticles[] = {"L ", "LE ", "LA ", "LES "};
-  for (size_t i = 0; i < sizeof kArticles / sizeof *kArticles; i++) {
-    size_t length = strlen(kArticles[i]);
-    if (strncmp(plain, kArticles[i], length) == 0) return plain + length;
-  }
-  return plain;
-}
-
-/* The pattern of the names that begin with a text; empty for an empty text. */
-static void patternOf(const char *text, char *pattern, size_t size) {
-  *pattern = '\0';
-  if (*text) snprintf(pattern, size, "%s*", text);
-}
-
-int communeByLetters(const char *letters, const char *department, char *code, int codeSize,
-                     char *name, int nameSize) {
-  char plain[kPlaceName], pattern[kPlaceName + 1];
-  *name = '\0';
-  plainCapitals(letters, plain, sizeof plain);
-  patternOf(plain, pattern, sizeof pattern);
-  if (!findCommune(pattern, kPlainName, department, code, codeSize)) {
-    patternOf(behindArticle(plain), pattern, sizeof pattern);
-    if (!findCommune(pattern, kPlainName, department, code, codeSize)) return 0;
-  }
-  return ZRV_Libelle_NC_idem("", 0, kName, kCommunes, name, nameSize);
 }
 
 /* A date column of the current line of the history as a number; 0 where it is empty. */

@@ -20,11 +20,6 @@ int communeName(const char *code, char *name, int size);
 int isCommuneOf(const char *code, const char *department);
 int communeCode(const char *name, const char *department, char *code, int size);
 
-/* The first commune of a département whose name begins with the letters, in whatever case, with or
-   without accents, hyphens and article. */
-int communeByLetters(const char *letters, const char *department, char *code, int codeSize,
-                     char *name, int nameSize);
-
 /* The name that the commune of a code bore on a day (YYYYMMDD; 0: the present one). Nothing is
    found where the code is of a later day. */
 int birthplaceName(const char *code, int day, char *name, int size);

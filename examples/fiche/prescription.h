@@ -4,7 +4,8 @@
 
 #include "record.h"
 
-/* Has the user add lines to the record's prescription until there are enough of them. */
+/* Has the user add lines to the record's prescription, which is saved with each of them, until
+   there are enough. */
 void enterPrescription(Record *record);
 
 #endif

@@ -2,11 +2,12 @@
 #ifndef FICHE_RECORD_H
 #define FICHE_RECORD_H
 
-#include <stdio.h>
-
 #include "places.h"
 
 enum { kMaxLines = 5 };
+
+/* Room for the code of a practitioner. */
+enum { kDoctorCode = 8 };
 
 /* A line of the prescription. */
 typedef struct Prescription {
@@ -16,6 +17,7 @@ typedef struct Prescription {
 } Prescription;
 
 typedef struct Record {
+  int number; /* of the record in the practice, from 1; 0 until it is saved */
   char nom[64];
   char prenom[64];
   char civilite[32];
@@ -27,7 +29,7 @@ typedef struct Record {
   char pays[kCountryCode];
   char departement[kDepartmentCode];
   char commune[kCommuneCode]; /* code of a commune of the département; empty while unknown */
-  char praticien[64];
+  char medecin[kDoctorCode];  /* code of the practitioner; empty while unknown */
   int enfants;
   int code;      /* access code; 0 for none */
   double poids;  /* kg; 0 while unknown */
@@ -38,10 +40,17 @@ typedef struct Record {
   Prescription ordonnance[kMaxLines];
 } Record;
 
+/* A record of which nothing is known yet. */
+Record emptyRecord(void);
+
 /* The body-mass index, in kg per square metre; 0 while weight or height is unknown. */
 double bodyMassIndex(double poids, double taille);
 
-/* Writes the record as lines of UTF-8 text. */
-void printRecord(FILE *out, const Record *record);
+/* First name and name. */
+void fullName(const Record *record, char *out, int size);
+
+/* Today as YYYYMMDD, and such a date as DD/MM/YYYY (11 bytes; empty for 0). */
+int today(void);
+void showDate(int date, char *out);
 
 #endif

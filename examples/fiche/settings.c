@@ -3,79 +3,35 @@
 #include <korvel/korvel.h>
 
 #include <stdio.h>
-#include <stdlib.h>
 #include <string.h>
-#include <sys/stat.h>
 
+#include "form.h"
 #include "french.h"
 
-static const char kVolume[] = "Cabinet";
 static const char kProfile[] = "Cabinet:fiche.ini";
-static const char kWindow[] = "Fenetre", kDoctor[] = "Praticien", kPatient[] = "Patient";
-static const char kPrescription[] = "Ordonnance";
+static const char kPractice[] = "Cabinet", kMenu[] = "Menu";
 
-/* Makes a folder and those above it. */
-static void makeFolders(const char *path) {
-  char folder[256];
-  snprintf(folder, sizeof folder, "%s", path);
-  for (char *slash = strchr(folder + 1, '/'); slash; slash = strchr(slash + 1, '/')) {
-    *slash = '\0';
-    mkdir(folder, 0777);
-    *slash = '/';
-  }
-  mkdir(folder, 0777);
+/* ---- The profile ---- */
+
+static void readText(const char *key, const char *usual, char *text, int size) {
+  GetPrivateProfileString(kPractice, key, french(usual), text, size, kProfile);
 }
 
-int openSettings(void) {
-  const char *volumes = getenv("FICHE_VOLUMES"), *data = getenv("XDG_DATA_HOME");
-  const char *home = getenv("HOME");
-  int length;
-  if (volumes)
-    length = snprintf(szVolumes, sizeof szVolumes, "%s", volumes);
-  else if (data && *data == '/')
-    length = snprintf(szVolumes, sizeof szVolumes, "%s/fiche", data);
-  else
-    length = snprintf(szVolumes, sizeof szVolumes, "%s/.local/share/fiche", home ? home : "");
-  if (length >= (int)sizeof szVolumes) return 0;
-  makeFolders(szVolumes);
-  return Dir_Is_Existing(kVolume) || MakeDir(kVolume);
-}
-
-static void readText(const char *section, const char *key, char *text, int size) {
-  char old[256];
-  snprintf(old, sizeof old, "%s", text);
-  GetPrivateProfileString(section, key, old, text, size, kProfile);
-}
-
-static void readReal(const char *key, double *value) {
+static double readReal(const char *key, const char *usual) {
   char text[32];
-  if (GetPrivateProfileString(kPatient, key, "", text, sizeof text, kProfile) > 0)
-    realcod_d_sup0(text, value);
+  double value = 0;
+  readText(key, usual, text, sizeof text);
+  realcod_d_sup0(text, &value);
+  return value;
 }
 
-void readWindowTitle(char *title, int size) {
-  snprintf(title, (size_t)size, "Fiche patient");
-  readText(kWindow, "titre", title, size);
-}
-
-void readLastRecord(Record *record) {
-  readText(kDoctor, "dernier", record->praticien, sizeof record->praticien);
-  readText(kPatient, "nom", record->nom, sizeof record->nom);
-  readText(kPatient, "prenom", record->prenom, sizeof record->prenom);
-  readText(kPatient, "civilite", record->civilite, sizeof record->civilite);
-  readText(kPatient, "sexe", record->sexe, sizeof record->sexe);
-  readText(kPatient, "profession", record->profession, sizeof record->profession);
-  readText(kPatient, "paysNaissance", record->paysNaissance, sizeof record->paysNaissance);
-  readText(kPatient, "communeNaissance", record->communeNaissance, sizeof record->communeNaissance);
-  readText(kPatient, "pays", record->pays, sizeof record->pays);
-  readText(kPatient, "departement", record->departement, sizeof record->departement);
-  readText(kPatient, "commune", record->commune, sizeof record->commune);
-  record->naissance = GetPrivateProfileInt(kPatient, "naissance", record->naissance, kProfile);
-  record->enfants = GetPrivateProfileInt(kPatient, "enfants", record->enfants, kProfile);
-  record->suivi = GetPrivateProfileInt(kPatient, "suivi", record->suivi, kProfile);
-  record->accord = GetPrivateProfileInt(kPatient, "accord", record->accord, kProfile);
-  readReal("poids", &record->poids);
-  readReal("taille", &record->taille);
+void readSettings(Settings *settings) {
+  readText("nom", "Cabinet médical", settings->cabinet, sizeof settings->cabinet);
+  readText("praticien", "", settings->praticien, sizeof settings->praticien);
+  readText("adresse", "", settings->adresse, sizeof settings->adresse);
+  readText("telephone", "", settings->telephone, sizeof settings->telephone);
+  settings->honoraires = readReal("honoraires", "30");
+  settings->confirmer = GetPrivateProfileInt(kMenu, "confirmer", 0, kProfile);
 }
 
 /* One "key=value" line more of a section's text. A bracket in it would end the section. */
@@ -85,52 +41,85 @@ static void addText(char *lines, size_t size, const char *key, const char *value
   for (char *bracket = lines + used; (bracket = strchr(bracket, '[')) != NULL;) *bracket = '(';
 }
 
-static void addInt(char *lines, size_t size, const char *key, int value) {
-  char text[12];
-  intdco_l(value, text, sizeof text);
-  addText(lines, size, key, text);
+int keepSettings(const Settings *settings) {
+  char lines[512] = "", fee[32];
+  realdco_d(settings->honoraires, fee, sizeof fee, 2);
+  addText(lines, sizeof lines, "nom", settings->cabinet);
+  addText(lines, sizeof lines, "praticien", settings->praticien);
+  addText(lines, sizeof lines, "adresse", settings->adresse);
+  addText(lines, sizeof lines, "telephone", settings->telephone);
+  addText(lines, sizeof lines, "honoraires", fee);
+  return WritePrivateProfileSection(kPractice, lines, kProfile) &&
+         WritePrivateProfileString(kMenu, "confirmer", settings->confirmer ? "1" : "0", kProfile);
 }
 
-static void addReal(char *lines, size_t size, const char *key, double value) {
-  char text[32];
-  realdco_d(value, text, sizeof text, 2);
-  addText(lines, size, key, text);
+/* ---- The dialog ---- */
+
+enum { kCabinet, kPraticien, kAdresse, kTelephone, kTexts };
+enum { kHonoraires, kNums };
+enum { kConfirmer, kBools };
+enum {
+  kRankCabinet,
+  kRankPraticien,
+  kRankAdresse,
+  kRankTelephone,
+  kRankHonoraires,
+  kRankConfirmer
+};
+
+/* The layout, in dialog units. */
+enum { kWidth = 260, kHeight = 176, kLabel = 16, kField = 76, kWide = 164 };
+enum { kPracticeY = 8, kUseY = 98 };
+
+static void readBack(Settings *settings) {
+  TexteDlgBox_retrieve(kCabinet, settings->cabinet, sizeof settings->cabinet);
+  TexteDlgBox_retrieve(kPraticien, settings->praticien, sizeof settings->praticien);
+  TexteDlgBox_retrieve(kAdresse, settings->adresse, sizeof settings->adresse);
+  TexteDlgBox_retrieve(kTelephone, settings->telephone, sizeof settings->telephone);
+  NumDlgBox_retrieve(kHonoraires, &settings->honoraires);
+  BoolDlgBox_retrieve(kConfirmer, &settings->confirmer);
 }
 
-/* A line of the prescription: code, number of days and dose. */
-static void addPrescription(char *lines, size_t size, int number, const Prescription *line) {
-  char key[16], value[128];
-  snprintf(key, sizeof key, "ligne%d", number);
-  snprintf(value, sizeof value, "%s %d %s", line->drug, line->days, line->dose);
-  addText(lines, size, key, value);
+static const char *keepEntered(const Form *form) {
+  Settings settings;
+  (void)form;
+  readBack(&settings);
+  return keepSettings(&settings) ? NULL : "Les réglages n’ont pas pu être enregistrés.";
 }
 
-static int keepPrescription(const Record *record) {
-  char lines[1024] = "";
-  for (int i = 0; i < record->lignes; i++)
-    addPrescription(lines, sizeof lines, i + 1, &record->ordonnance[i]);
-  return WritePrivateProfileSection(kPrescription, lines, kProfile);
+static void definePractice(const Settings *settings) {
+  formGroup("Cabinet", 8, kPracticeY, kWidth - 16, 4);
+  formLabel("Nom", kLabel, formLine(kPracticeY, 0), 58);
+  formText(kCabinet, kField, formLine(kPracticeY, 0), kWide, kRankCabinet, settings->cabinet,
+           sizeof settings->cabinet, 1);
+  formLabel("Praticien", kLabel, formLine(kPracticeY, 1), 58);
+  formText(kPraticien, kField, formLine(kPracticeY, 1), kWide, kRankPraticien, settings->praticien,
+           sizeof settings->praticien, 0);
+  formLabel("Adresse", kLabel, formLine(kPracticeY, 2), 58);
+  formText(kAdresse, kField, formLine(kPracticeY, 2), kWide, kRankAdresse, settings->adresse,
+           sizeof settings->adresse, 0);
+  formLabel("Téléphone", kLabel, formLine(kPracticeY, 3), 58);
+  formText(kTelephone, kField, formLine(kPracticeY, 3), 80, kRankTelephone, settings->telephone,
+           sizeof settings->telephone, 0);
 }
 
-int keepSettings(const char *title, const Record *record) {
-  char lines[1024] = "";
-  addText(lines, sizeof lines, "nom", record->nom);
-  addText(lines, sizeof lines, "prenom", record->prenom);
-  addText(lines, sizeof lines, "civilite", record->civilite);
-  addText(lines, sizeof lines, "sexe", record->sexe);
-  addText(lines, sizeof lines, "profession", record->profession);
-  addText(lines, sizeof lines, "paysNaissance", record->paysNaissance);
-  addText(lines, sizeof lines, "communeNaissance", record->communeNaissance);
-  addText(lines, sizeof lines, "pays", record->pays);
-  addText(lines, sizeof lines, "departement", record->departement);
-  addText(lines, sizeof lines, "commune", record->commune);
-  addInt(lines, sizeof lines, "naissance", record->naissance);
-  addInt(lines, sizeof lines, "enfants", record->enfants);
-  addReal(lines, sizeof lines, "poids", record->poids);
-  addReal(lines, sizeof lines, "taille", record->taille);
-  addInt(lines, sizeof lines, "suivi", record->suivi);
-  addInt(lines, sizeof lines, "accord", record->accord);
-  return WritePrivateProfileString(kWindow, "titre", title, kProfile) &&
-         WritePrivateProfileString(kDoctor, "dernier", record->praticien, kProfile) &&
-         WritePrivateProfileSection(kPatient, lines, kProfile) && keepPrescription(record);
+static void defineUse(const Settings *settings) {
+  formGroup("Application", 8, kUseY, kWidth - 16, 2);
+  formLabel("Consultation (€)", kLabel, formLine(kUseY, 0), 58);
+  NumDlgBox_set_geo(kHonoraires, kField, formLine(kUseY, 0), 40, kLine, kRankHonoraires);
+  NumDlgBox_set_nchiff(kHonoraires, 2);
+  NumDlgBox_set(kHonoraires, settings->honoraires, 1);
+  BoolDlgBox_set_geo(kConfirmer, french("Demander avant de quitter"), kLabel, formLine(kUseY, 1),
+                     140, kLine, kRankConfirmer);
+  BoolDlgBox_set(kConfirmer, settings->confirmer);
+}
+
+void enterSettings(void) {
+  const FormFields fields = {.texts = kTexts, .nums = kNums, .bools = kBools};
+  Settings settings;
+  readSettings(&settings);
+  formBegin(kWidth, kHeight, fields, "OK", "Annuler", NULL, keepEntered);
+  definePractice(&settings);
+  defineUse(&settings);
+  formRun(french("Réglages"));
 }

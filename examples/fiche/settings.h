@@ -1,23 +1,23 @@
-/* What the application keeps between two starts: a profile file on a volume of its own. */
+/* What the practice has set, in a profile file on the volume "Cabinet". Texts are CP1252. */
 #ifndef FICHE_SETTINGS_H
 #define FICHE_SETTINGS_H
 
-#include "record.h"
+typedef struct Settings {
+  char cabinet[64]; /* name of the practice */
+  char praticien[64];
+  char adresse[64];
+  char telephone[24];
+  double honoraires; /* of a consultation, in euros */
+  int confirmer;     /* 1: leaving the application is asked about */
+} Settings;
 
-/* Points the library's volumes at a folder of the user (FICHE_VOLUMES, else fiche/ in the user's
-   data folder), in which the volume "Cabinet" is made when it is missing. Returns 1, or 0 when
-   there is no such folder to be had. */
-int openSettings(void);
+/* What is not kept yet has a usual value. */
+void readSettings(Settings *settings);
 
-/* The window's title, CP1252: up to size - 1 characters; "Fiche patient" when none is kept. */
-void readWindowTitle(char *title, int size);
+/* Returns 1, or 0 when something could not be written. */
+int keepSettings(const Settings *settings);
 
-/* The last record, without its prescription; texts and numbers that are not kept stay as they are.
- */
-void readLastRecord(Record *record);
-
-/* Keeps title and record, except for the access code, which is nobody's business. Returns 1, or 0
-   when something could not be written. */
-int keepSettings(const char *title, const Record *record);
+/* Lets the user change and keep the settings. */
+void enterSettings(void);
 
 #endif

@@ -34,10 +34,12 @@ static int linkVolume(const char *folder) {
   return symlink(folder, link) == 0;
 }
 
-static void copyProfessions(const char *folder) {
-  char source[512], practice[512];
-  if (File_Is_Existing("Cabinet:professions.tab")) return;
-  snprintf(source, sizeof source, "%s/professions.tab", folder);
+/* The practice's own table is the one that comes with the program, until it is changed. */
+static void copyOnce(const char *folder, const char *table) {
+  char own[64], source[512], practice[512];
+  snprintf(own, sizeof own, "%s%s", kPractice, table);
+  if (File_Is_Existing(own)) return;
+  snprintf(source, sizeof source, "%s/%s", folder, table);
   snprintf(practice, sizeof practice, "%s/Cabinet", szVolumes);
   BSDCopy(source, practice);
 }
@@ -45,7 +47,8 @@ static void copyProfessions(const char *folder) {
 int openTables(void) {
   char folder[400];
   if (!findTables(folder, sizeof folder) || !linkVolume(folder)) return 0;
-  copyProfessions(folder);
+  copyOnce(folder, "professions.tab");
+  copyOnce(folder, "MT.par");
   strcpy(szDirTables, kPractice);
   return Dir_Is_Existing(kReference);
 }
@@ -53,6 +56,8 @@ int openTables(void) {
 void useReferenceTables(void) { setDirTables(kReference); }
 
 void usePracticeTables(void) { setDirTables(""); }
+
+void usePracticeFiles(void) { setDirTables(kPractice); }
 
 int referenceLabel(const char *table, const char *code, int column, char *out, int size) {
   useReferenceTables();

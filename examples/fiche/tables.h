@@ -4,14 +4,15 @@
 #define FICHE_TABLES_H
 
 /* Makes the volume "Tables" of the folder "tables" beside the program, and gives a practice that
-   has no table of professions yet a copy of the one there. The volumes must be open (openSettings).
-   Returns 1, or 0 when there are no tables. */
+   has no table of professions, or of practitioners, yet a copy of the one there. The volumes must
+   be open (openPractice). Returns 1, or 0 when there are no tables. */
 int openTables(void);
 
-/* From here on a table's name is that of a reference table ("pays.tab") or of one of the practice's
-   ("professions"). */
+/* From here on a table's name is that of a reference table ("pays.tab"), of one of the practice's
+   ("professions"), or of any of its files ("MT.par"). */
 void useReferenceTables(void);
 void usePracticeTables(void);
+void usePracticeFiles(void);
 
 /* Looks up a column of the line of a code in a reference table. Returns 1, or 0 with out empty when
    there is no such code. */

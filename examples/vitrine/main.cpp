@@ -12,8 +12,8 @@
 
 #include <string>
 
+#include "common/richline.h"
 #include "page.h"
-#include "richline.h"
 
 namespace {
 

@@ -7,7 +7,7 @@
 #include <stdio.h>
 #include <string.h>
 
-#include "richline.h"
+#include "common/richline.h"
 
 enum { kBlack = 0, kNavy = 4, kGrey = 7, kSilver = 8, kRed = 9, kYellow = 11, kBlue = 12 };
 enum { kWhite = 15, kColours = 16, kTransparent = 255 };

@@ -12,9 +12,15 @@
 namespace korvel::test {
 namespace {
 
-constexpr char kPatient[] = "Fiche patient", kHome[] = "Commune de résidence",
+constexpr char kMenu[] = "Cabinet médical", kNew[] = "Nouvelle fiche", kPaul[] = "Paul Martin",
+               kChoice[] = "Choix du patient", kHome[] = "Commune de résidence",
+               kDoctors[] = "Sélection de praticien en base", kRefused[] = "Saisie non acceptée",
                kFirstLine[] = "Ordonnance, ligne 1", kSecondLine[] = "Ordonnance, ligne 2",
-               kThirdLine[] = "Ordonnance, ligne 3";
+               kThirdLine[] = "Ordonnance, ligne 3", kProfessions[] = "Table des professions",
+               kSettings[] = "Réglages";
+
+// The tasks of the menu, in their order.
+enum Task { kNewRecord, kEditRecord, kDoctor, kPrescribe, kVisit, kTable, kSetUp };
 
 // A practice in a folder of its own: what the application keeps stays for its next start.
 class Fiche : public testing::Test {
@@ -43,13 +49,13 @@ class Fiche : public testing::Test {
     return lines;
   }
 
-  // A record from an earlier day, with these further lines.
+  // The first record of the practice, from an earlier day, with these further lines.
   void keepRecord(const std::string &lines) const {
-    std::filesystem::create_directory(folder_ + "/Cabinet");
-    std::ofstream(path("fiche.ini"), std::ios::binary)
-        << "[Patient]\r\nnom=Martin\r\nprenom=Paul\r\n"
-        << lines;
+    std::filesystem::create_directories(path("fiches"));
+    std::ofstream(path(kRecord), std::ios::binary) << "nom=Martin\r\nprenom=Paul\r\n" << lines;
   }
+
+  static constexpr char kRecord[] = "fiches/0001.fic";
 
  private:
   std::string folder_;
@@ -68,9 +74,34 @@ testing::AssertionResult comesUp(const std::string &title) {
   return testing::AssertionFailure() << "active is: " << activeWindow();
 }
 
+// Chooses a task of the menu, which is up or comes up.
+testing::AssertionResult choose(Task task, const std::string &menu = kMenu) {
+  const auto isUp = comesUp(menu);
+  if (!isUp) return isUp;
+  press("Home");
+  for (int i = 0; i < task; ++i) press("Down");
+  press("Return");
+  return testing::AssertionSuccess();
+}
+
+// Chooses the first patient of the list.
+testing::AssertionResult choosePatient() {
+  const auto isUp = comesUp(kChoice);
+  if (isUp) press("Tab Home Return");
+  return isUp;
+}
+
+// Leaves the menu and waits for the end.
+int leave(Application &application) {
+  if (!comesUp(kMenu)) return -1;
+  press("Escape");
+  return application.wait();
+}
+
 TEST_F(Fiche, KeepsWhatIsEnteredByWayOfTheTables) {
   auto application = start();
-  ASSERT_TRUE(comesUp(kPatient));
+  ASSERT_TRUE(choose(kNewRecord));
+  ASSERT_TRUE(comesUp(kNew));
   write("Lefèvre");
   press("Tab");
   write("Zoë");
@@ -96,6 +127,12 @@ TEST_F(Fiche, KeepsWhatIsEnteredByWayOfTheTables) {
   write("l'ile");
   press("Return");
 
+  ASSERT_TRUE(comesUp(kDoctors));
+  write("JL");
+  press("Tab Home Return");
+
+  ASSERT_TRUE(choose(kPrescribe));
+  ASSERT_TRUE(choosePatient());
   ASSERT_TRUE(comesUp(kFirstLine));
   write("dolip");
   press("Tab space Tab");
@@ -106,20 +143,14 @@ TEST_F(Fiche, KeepsWhatIsEnteredByWayOfTheTables) {
   ASSERT_TRUE(comesUp(kSecondLine));
   press("Escape");
 
-  ASSERT_EQ(application.wait(), 0);
-  const auto printed = application.output();
-  for (const char *line :
-       {"Profession : Éleveuse d’abeilles (12)", "Pays de naissance : Belgique (BE)",
-        "Commune de naissance : Ajaccio (2A004)", "Pays : Algérie (DZ)",
-        "Département : Haute-Corse (2B)", "Commune : L'Île-Rousse (2B134)"})
-    EXPECT_TRUE(holds(printed, line));
-  const auto record = kept("fiche.ini");
+  ASSERT_EQ(leave(application), 0);
+  const auto record = kept(kRecord);
   for (const char *line :
        {"nom=Lef\xE8vre", "prenom=Zo\xEB",
         "profession=\xC9leveuse d\x92"
         "abeilles",
         "naissance=19800102", "paysNaissance=BE", "communeNaissance=2A004", "pays=DZ",
-        "departement=2B", "commune=2B134", "ligne1=60234100 3 1 sachet"})
+        "departement=2B", "commune=2B134", "medecin=JLE", "ligne=60234100 3 1 sachet"})
     EXPECT_TRUE(holds(record, line));
   EXPECT_TRUE(holds(kept("professions.tab"),
                     "12,\xC9leveuse d\x92"
@@ -137,29 +168,33 @@ TEST_F(Fiche, ABirthplaceHasItsNameOfTheDayOfBirth) {
       {"2", "1", "2019", "Valserhône"},
       {"14", "7", "1950", "Bellegarde-sur-Valserine"},
   };
+  keepRecord("communeNaissance=01033\r\n");
   for (const auto &row : kCases) {
     SCOPED_TRACE(row.year);
-    keepRecord("communeNaissance=01033\r\n");
     auto application = start();
-    ASSERT_TRUE(comesUp(kPatient));
+    ASSERT_TRUE(choose(kEditRecord));
+    ASSERT_TRUE(choosePatient());
+    ASSERT_TRUE(comesUp(kPaul));
     press("Tab Tab Tab Tab Tab Tab");
     for (const char *part : {row.day, row.month, row.year}) {
       write(part);
       press("Tab");
     }
-    press("Return");
-    ASSERT_TRUE(comesUp(kFirstLine));
+    // Back to the first field, and on to the label of the birth place among the last ones.
+    for (int n = 0; n < 9 + 5; ++n) press("shift+Tab");
+    press("ctrl+a ctrl+c");
+    EXPECT_EQ(clipboard(), row.name);
     press("Escape");
-    ASSERT_EQ(application.wait(), 0);
-    EXPECT_TRUE(holds(application.output(),
-                      std::string("Commune de naissance : ") + row.name + " (01033)"));
+    EXPECT_EQ(leave(application), 0);
   }
 }
 
 TEST_F(Fiche, AnUnknownCodeIsNotAccepted) {
   keepRecord("naissance=19750228\r\ncommuneNaissance=99999\r\n");
   auto application = start();
-  ASSERT_TRUE(comesUp(kPatient));
+  ASSERT_TRUE(choose(kEditRecord));
+  ASSERT_TRUE(choosePatient());
+  ASSERT_TRUE(comesUp(kPaul));
   press("Return");
   // On to the birth place, which is cleared, and to the département.
   press("Tab Tab Tab Tab Tab Tab Tab Tab Tab Tab ctrl+a Delete Tab Tab");
@@ -169,82 +204,135 @@ TEST_F(Fiche, AnUnknownCodeIsNotAccepted) {
   press("Return");
   ASSERT_TRUE(comesUp(kHome));
   press("Escape");
-  ASSERT_TRUE(comesUp(kFirstLine));
+  ASSERT_TRUE(comesUp(kDoctors));
   press("Escape");
-  ASSERT_EQ(application.wait(), 0);
-  EXPECT_TRUE(holds(application.output(), "Commune de naissance : "));
-  EXPECT_TRUE(holds(application.output(), "Département : Paris (75)"));
-  EXPECT_TRUE(holds(application.output(), "Commune : "));
+  ASSERT_EQ(leave(application), 0);
+  const auto record = kept(kRecord);
+  for (const char *line : {"communeNaissance=", "departement=75", "commune=", "medecin="})
+    EXPECT_TRUE(holds(record, line));
 }
 
-TEST_F(Fiche, ACommuneIsChosenInTheList) {
-  keepRecord("naissance=19750228\r\ndepartement=69\r\n");
+TEST_F(Fiche, ABirthInTheFutureIsRefusedWithAMessage) {
+  keepRecord("naissance=19750228\r\n");
   auto application = start();
-  ASSERT_TRUE(comesUp(kPatient));
+  ASSERT_TRUE(choose(kEditRecord));
+  ASSERT_TRUE(choosePatient());
+  ASSERT_TRUE(comesUp(kPaul));
+  press("Tab Tab Tab Tab Tab Tab Tab Tab ctrl+a");
+  write("2099");
   press("Return");
-  ASSERT_TRUE(comesUp(kHome));
+  ASSERT_TRUE(comesUp(kRefused));
+  press("Return");
+  ASSERT_TRUE(comesUp(kPaul));
+  press("Escape");
+  ASSERT_EQ(leave(application), 0);
+  EXPECT_TRUE(holds(kept(kRecord), "naissance=19750228"));
+}
+
+// What was entered stays in the dialog, and the file as it was.
+TEST_F(Fiche, ARecordThatCannotBeSavedIsNotLost) {
+  keepRecord("naissance=19750228\r\n");
+  const std::string obstacle = path(std::string(kRecord) + ".tmp");
+  std::filesystem::create_directories(obstacle + "/full");
+  auto application = start();
+  ASSERT_TRUE(choose(kEditRecord));
+  ASSERT_TRUE(choosePatient());
+  ASSERT_TRUE(comesUp(kPaul));
+  write("Marteau");
+  press("Return");
+  ASSERT_TRUE(comesUp(kRefused));
+  EXPECT_TRUE(holds(kept(kRecord), "nom=Martin"));
+  std::filesystem::remove_all(obstacle);
+  press("Return");
+  ASSERT_TRUE(comesUp(kPaul));
+  press("Return");
+  ASSERT_TRUE(comesUp(kDoctors));
+  press("Escape");
+  ASSERT_EQ(leave(application), 0);
+  EXPECT_TRUE(holds(kept(kRecord), "nom=Marteau"));
+  EXPECT_FALSE(std::filesystem::exists(obstacle));
+}
+
+// Opens the choice of a commune of the département 69.
+class FicheCommune : public Fiche {
+ protected:
+  void SetUp() override {
+    keepRecord("naissance=19750228\r\ndepartement=69\r\nmedecin=JLE\r\n");
+    ASSERT_TRUE(choose(kEditRecord));
+    ASSERT_TRUE(choosePatient());
+    ASSERT_TRUE(comesUp(kPaul));
+    press("Return");
+    ASSERT_TRUE(comesUp(kHome));
+  }
+
+  Application application_ = start();
+};
+
+TEST_F(FicheCommune, IsChosenInTheList) {
   press("Tab End Up");
   press("Return");
-  ASSERT_TRUE(comesUp(kFirstLine));
-  press("Escape");
-  ASSERT_EQ(application.wait(), 0);
-  EXPECT_TRUE(holds(application.output(), "Commune : Vourles (69268)"));
+  ASSERT_EQ(leave(application_), 0);
+  EXPECT_TRUE(holds(kept(kRecord), "commune=69268"));
 }
 
-TEST_F(Fiche, ADoubleClickInTheListOfCommunesAcceptsIt) {
-  keepRecord("naissance=19750228\r\ndepartement=69\r\n");
-  auto application = start();
-  ASSERT_TRUE(comesUp(kPatient));
+TEST_F(FicheCommune, IsChosenAmongThoseThatBeginWithTheLetters) {
+  write("ville");
+  press("Tab End");
   press("Return");
-  ASSERT_TRUE(comesUp(kHome));
+  ASSERT_EQ(leave(application_), 0);
+  EXPECT_TRUE(holds(kept(kRecord), "commune=69266"));
+}
+
+TEST_F(FicheCommune, IsAcceptedByADoubleClick) {
   constexpr Place kFirstRow{200, 101};
   click(kFirstRow, 2);
-  ASSERT_TRUE(comesUp(kFirstLine));
-  press("Escape");
-  ASSERT_EQ(application.wait(), 0);
-  EXPECT_TRUE(holds(application.output(), "Commune : Affoux (69001)"));
+  ASSERT_EQ(leave(application_), 0);
+  EXPECT_TRUE(holds(kept(kRecord), "commune=69001"));
 }
 
 TEST_F(Fiche, AProfessionIsAddedOnceAndFoundInWhateverCase) {
-  keepRecord("naissance=19750228\r\nprofession=Sellier\r\n");
+  keepRecord("naissance=19750228\r\nprofession=Sellier\r\nmedecin=JLE\r\n");
   auto application = start();
-  ASSERT_TRUE(comesUp(kPatient));
+  ASSERT_TRUE(choose(kEditRecord));
+  ASSERT_TRUE(choosePatient());
+  ASSERT_TRUE(comesUp(kPaul));
   press("Tab Tab Tab Tab Tab space space");
   press("shift+Tab ctrl+a");
   write("SELLIER");
   press("Tab space shift+Tab ctrl+a");
   write("bourrelier+sellier");
-  press("Tab space Return");
-  ASSERT_TRUE(comesUp(kFirstLine));
+  press("Tab space");
+  ASSERT_TRUE(comesUp("Professions"));
+  press("Return");
+  ASSERT_TRUE(comesUp(kPaul));
   press("Escape");
-  ASSERT_EQ(application.wait(), 0);
+  ASSERT_EQ(leave(application), 0);
   const auto table = kept("professions.tab");
   ASSERT_EQ(table.size(), 16u);
   EXPECT_EQ(table[13], "11,Sans profession");
   EXPECT_EQ(table[14], "12,Sellier");
   EXPECT_EQ(table[15], "#FIN");
-  EXPECT_EQ(kept("professions.bak").size(), 15u);
 }
 
 TEST_F(Fiche, WhatIsTypedOverALabelGoes) {
   keepRecord("naissance=19750228\r\ncommuneNaissance=69123\r\n");
   auto application = start();
-  ASSERT_TRUE(comesUp(kPatient));
+  ASSERT_TRUE(choose(kEditRecord));
+  ASSERT_TRUE(choosePatient());
+  ASSERT_TRUE(comesUp(kPaul));
   // The labels are the last fields; the second one is the birth place.
   press("shift+Tab shift+Tab shift+Tab shift+Tab shift+Tab");
   write("x");
-  press("ctrl+a ctrl+c Return");
+  press("ctrl+a ctrl+c Escape");
   EXPECT_EQ(clipboard(), "Lyon");
-  ASSERT_TRUE(comesUp(kFirstLine));
-  press("Escape");
-  EXPECT_EQ(application.wait(), 0);
+  EXPECT_EQ(leave(application), 0);
 }
 
 TEST_F(Fiche, BehindTheLastDrugOfTheLettersComesTheFirst) {
   keepRecord("naissance=19750228\r\n");
   auto application = start();
-  ASSERT_TRUE(comesUp(kPatient));
-  press("Return");
+  ASSERT_TRUE(choose(kPrescribe));
+  ASSERT_TRUE(choosePatient());
   ASSERT_TRUE(comesUp(kFirstLine));
   write("digoxine nati");
   press("Tab space space Tab");
@@ -257,10 +345,132 @@ TEST_F(Fiche, BehindTheLastDrugOfTheLettersComesTheFirst) {
   press("Return");
   ASSERT_TRUE(comesUp(kThirdLine));
   press("Escape");
+  ASSERT_EQ(leave(application), 0);
+  const auto record = kept(kRecord);
+  EXPECT_TRUE(holds(record, "ligne=65458013 0 1"));
+  EXPECT_TRUE(holds(record, "ligne=67681303 0 2"));
+}
+
+TEST_F(Fiche, APatientIsFoundByTheFirstLettersAndGetsAPractitioner) {
+  keepRecord("naissance=19750228\r\n");
+  std::ofstream(path("fiches/0007.fic"), std::ios::binary)
+      << "nom=\xC9t\xE9\r\nprenom=Jo\xEBl\r\nnaissance=19600101\r\nenfants=3\r\n";
+  auto application = start();
+  ASSERT_TRUE(choose(kDoctor));
+  ASSERT_TRUE(comesUp(kChoice));
+  write("ete");
+  press("Tab Home Return");
+  ASSERT_TRUE(comesUp(kDoctors));
+  write("MG");
+  press("Tab Home Return");
+  ASSERT_EQ(leave(application), 0);
+  const auto record = kept("fiches/0007.fic");
+  EXPECT_TRUE(holds(record, "medecin=MGR"));
+  EXPECT_TRUE(holds(record, "nom=\xC9t\xE9"));
+  EXPECT_TRUE(holds(record, "enfants=3"));
+  EXPECT_FALSE(holds(kept(kRecord), "medecin=MGR"));
+}
+
+// Opens the table of professions.
+class FicheTable : public Fiche {
+ protected:
+  void SetUp() override {
+    ASSERT_TRUE(choose(kTable));
+    ASSERT_TRUE(comesUp(kProfessions));
+  }
+
+  // Renames the second profession, adds one and removes the first, answering the question.
+  void changeTable() {
+    press("shift+Tab Home Down Tab ctrl+a");
+    write("Artisan d’art");
+    press("Tab Tab space shift+Tab shift+Tab ctrl+a");
+    write("Notaire");
+    press("Tab space shift+Tab shift+Tab Home Tab Tab Tab Tab space");
+    ASSERT_TRUE(comesUp("Suppression"));
+    press("Left Return");
+    ASSERT_TRUE(comesUp(kProfessions));
+  }
+
+  Application application_ = start();
+};
+
+TEST_F(FicheTable, KeepsWhatWasAddedRenamedAndRemoved) {
+  changeTable();
+  press("Tab Return");
+  ASSERT_EQ(leave(application_), 0);
+  const auto table = kept("professions.tab");
+  ASSERT_EQ(table.size(), 15u);
+  EXPECT_EQ(table[3],
+            "02,Artisan d\x92"
+            "art");
+  EXPECT_EQ(table[13], "12,Notaire");
+  EXPECT_EQ(table[14], "#FIN");
+  EXPECT_TRUE(holds(kept("professions.bak"), "01,Agriculteur"));
+}
+
+TEST_F(FicheTable, IsAsBeforeWhenTheChangesAreCancelled) {
+  changeTable();
+  press("Escape");
+  ASSERT_TRUE(comesUp("Annulation"));
+  press("Left Return");
+  ASSERT_EQ(leave(application_), 0);
+  const auto table = kept("professions.tab");
+  ASSERT_EQ(table.size(), 15u);
+  EXPECT_EQ(table[3], "01,Agriculteur");
+  EXPECT_EQ(table[4], "02,Artisan");
+  EXPECT_EQ(table[13], "11,Sans profession");
+}
+
+TEST_F(Fiche, ANoteOfAVisitIsAPictureAndKeepsTheWeight) {
+  keepRecord("naissance=19750228\r\npoids=70.00\r\n");
+  auto application = start();
+  ASSERT_TRUE(choose(kVisit));
+  ASSERT_TRUE(choosePatient());
+  ASSERT_TRUE(comesUp("Note de visite : Paul Martin"));
+  for (const char *part : {"5", "3", "2024"}) {
+    press("ctrl+a");
+    write(part);
+    press("Tab");
+  }
+  write("Contrôle");
+  press("Tab ctrl+a");
+  write("68,5");
+  press("Return");
+  ASSERT_TRUE(comesUp("Note de visite"));
+  press("Return");
+  ASSERT_EQ(leave(application), 0);
+  EXPECT_TRUE(holds(kept(kRecord), "poids=68.50"));
+  std::ifstream note(path("notes/0001-20240305.png"), std::ios::binary);
+  std::string head(24, '\0');
+  note.read(head.data(), static_cast<std::streamsize>(head.size()));
+  // The signature, and width and height: 420 x 610.
+  EXPECT_EQ(head.substr(0, 8), "\x89PNG\r\n\x1A\n");
+  EXPECT_EQ(head.substr(16), std::string("\0\0\x01\xA4\0\0\x02\x62", 8));
+  EXPECT_GT(std::filesystem::file_size(path("notes/0001-20240305.png")), 4000u);
+}
+
+TEST_F(Fiche, SettingsNameTheMenuAndHaveItAskBeforeTheEnd) {
+  auto application = start();
+  ASSERT_TRUE(choose(kSetUp));
+  ASSERT_TRUE(comesUp(kSettings));
+  press("ctrl+a");
+  write("Cabinet de l’Été");
+  press("Tab Tab Tab Tab ctrl+a");
+  write("31,5");
+  press("Tab space Return");
+  ASSERT_TRUE(comesUp("Cabinet de l’Été"));
+  press("Escape");
+  ASSERT_TRUE(comesUp("Quitter"));
+  press("Escape");
+  ASSERT_TRUE(comesUp("Cabinet de l’Été"));
+  press("Escape");
+  ASSERT_TRUE(comesUp("Quitter"));
+  press("Return");
   ASSERT_EQ(application.wait(), 0);
-  const auto record = kept("fiche.ini");
-  EXPECT_TRUE(holds(record, "ligne1=65458013 0 1"));
-  EXPECT_TRUE(holds(record, "ligne2=67681303 0 2"));
+  const auto profile = kept("fiche.ini");
+  EXPECT_TRUE(holds(profile, "nom=Cabinet de l\x92\xC9t\xE9"));
+  EXPECT_TRUE(holds(profile, "honoraires=31.50"));
+  EXPECT_TRUE(holds(profile, "confirmer=1"));
 }
 
 }  // namespace

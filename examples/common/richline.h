@@ -1,6 +1,6 @@
-/* Builds one line of rich text, piece by piece. */
-#ifndef VITRINE_RICHLINE_H
-#define VITRINE_RICHLINE_H
+/* Builds one line of rich text, piece by piece; shared by the examples. */
+#ifndef COMMON_RICHLINE_H
+#define COMMON_RICHLINE_H
 
 #include <korvel/draw.h>
 
@@ -14,7 +14,7 @@ typedef struct RichLine {
 } RichLine;
 
 /* Escapes without arguments: the codes of draw.h. Pictures are numbered 148 to 161, and 168. */
-enum { kRightAligned = 131, kBullet = 138 };
+enum { kLeftAligned = 130, kRightAligned = 131, kBullet = 138 };
 
 /* What does not fit any more is left out. Distances are in half characters and quarter lines. */
 void lineStart(RichLine *line);

@@ -1,0 +1,38 @@
+#define _POSIX_C_SOURCE 200809L
+#include "practice.h"
+
+#include <korvel/korvel.h>
+
+#include <stdio.h>
+#include <stdlib.h>
+#include <string.h>
+#include <sys/stat.h>
+
+static const char kVolume[] = "Cabinet";
+
+/* Makes a folder and those above it. */
+static void makeFolders(const char *path) {
+  char folder[256];
+  snprintf(folder, sizeof folder, "%s", path);
+  for (char *slash = strchr(folder + 1, '/'); slash; slash = strchr(slash + 1, '/')) {
+    *slash = '\0';
+    mkdir(folder, 0777);
+    *slash = '/';
+  }
+  mkdir(folder, 0777);
+}
+
+int openPractice(void) {
+  const char *volumes = getenv("FICHE_VOLUMES"), *data = getenv("XDG_DATA_HOME");
+  const char *home = getenv("HOME");
+  int length;
+  if (volumes)
+    length = snprintf(szVolumes, sizeof szVolumes, "%s", volumes);
+  else if (data && *data == '/')
+    length = snprintf(szVolumes, sizeof szVolumes, "%s/fiche", data);
+  else
+    length = snprintf(szVolumes, sizeof szVolumes, "%s/.local/share/fiche", home ? home : "");
+  if (length >= (int)sizeof szVolumes) return 0;
+  makeFolders(szVolumes);
+  return Dir_Is_Existing(kVolume) || MakeDir(kVolume);
+}

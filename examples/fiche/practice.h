@@ -1,0 +1,10 @@
+/* The folder of the practice, in which the application keeps everything. */
+#ifndef FICHE_PRACTICE_H
+#define FICHE_PRACTICE_H
+
+/* Points the library's volumes at a folder of the user (FICHE_VOLUMES, else fiche/ in the user's
+   data folder), in which the volume "Cabinet" is made when it is missing. Returns 1, or 0 when
+   there is no such folder to be had. */
+int openPractice(void);
+
+#endif

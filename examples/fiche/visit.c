@@ -1,0 +1,192 @@
+#include "visit.h"
+
+#include <korvel/korvel.h>
+
+#include <stdio.h>
+#include <string.h>
+
+#include "form.h"
+#include "french.h"
+#include "message.h"
+#include "note.h"
+#include "records.h"
+#include "settings.h"
+
+enum { kMotif, kTension, kConclusion, kTexts };
+enum { kPouls, kInts };
+enum { kPoids, kTemperature, kNums };
+enum { kDate, kDates };
+enum { kConsultation, kTrace, kVaccin, kBools };
+enum { kApercu, kPushes };
+enum {
+  kRankDate,
+  kRankMotif,
+  kRankPoids,
+  kRankTension,
+  kRankPouls,
+  kRankTemperature,
+  kRankConclusion,
+  kRankConsultation,
+  kRankTrace,
+  kRankVaccin,
+  kRankApercu
+};
+
+/* The layout, in dialog units; the note stands to the right of the fields. */
+enum { kLabel = 16, kField = 66, kFields = 196, kNote = kFields + 16 };
+enum { kWidth = kNote + kNoteWidth / 2 + 8, kHeight = 384, kTop = 8 };
+enum { kVisitY = kTop, kExamY = 66, kEndY = 156, kActsY = 198 };
+
+static const char kFolder[] = "Cabinet:notes", kCaption[] = "Note de visite";
+
+/* Its fee is a setting of the practice; those of the others are invented. */
+static const struct {
+  const char *name;
+  double fee;
+} kActs[kBools] = {{"Consultation", 0}, {"Électrocardiogramme", 14.26}, {"Vaccination", 6.30}};
+
+static Record *edited;
+static Settings settings;
+
+/* The dialog's window, once it has shown the note; it is then kept up to date. */
+static WindowRef noteWindow;
+
+/* ---- What was entered ---- */
+
+static void addAct(Visit *visit, int i) {
+  visit->act[visit->acts].name = kActs[i].name;
+  visit->act[visit->acts].fee = i == kConsultation ? settings.honoraires : kActs[i].fee;
+  visit->acts++;
+}
+
+static Visit enteredVisit(void) {
+  Visit visit = {.acts = 0};
+  int isDone = 0;
+  DateDlgBox_retrieve(kDate, &visit.date);
+  TexteDlgBox_retrieve(kMotif, visit.motif, sizeof visit.motif);
+  TexteDlgBox_retrieve(kTension, visit.tension, sizeof visit.tension);
+  TexteDlgBox_retrieve(kConclusion, visit.conclusion, sizeof visit.conclusion);
+  IntDlgBox_retrieve(kPouls, &visit.pouls);
+  NumDlgBox_retrieve(kPoids, &visit.poids);
+  NumDlgBox_retrieve(kTemperature, &visit.temperature);
+  for (int i = 0; i < kBools; i++) {
+    BoolDlgBox_retrieve(i, &isDone);
+    if (isDone) addAct(&visit, i);
+  }
+  return visit;
+}
+
+/* ---- The note ---- */
+
+static void showNote(void) {
+  const Visit visit = enteredVisit();
+  if (noteWindow)
+    drawNote(GetWindowPort(noteWindow), Dlg_CoefX(kNote), Dlg_CoefY(kTop) + 4, &visit, edited,
+             &settings);
+}
+
+static int showNoteIn(WindowRef window) {
+  noteWindow = window;
+  showNote();
+  return 0;
+}
+
+static void keepUpToDate(Form *form) {
+  (void)form;
+  showNote();
+}
+
+static int notePath(const Visit *visit, char *path, int size) {
+  char colons[64], posix[256];
+  snprintf(colons, sizeof colons, "%s:%04d-%d.png", kFolder, edited->number, visit->date);
+  return MAC2UNIX(colons, posix) > 0 && snprintf(path, (size_t)size, "%s", posix) < size;
+}
+
+static int saveNote(const Visit *visit) {
+  char path[256];
+  CGrafPtr page = KorvelImagePort(kNoteWidth, kNoteHeight);
+  drawNote(page, 0, 0, visit, edited, &settings);
+  int isSaved = (Dir_Is_Existing(kFolder) || MakeDir(kFolder)) &&
+                notePath(visit, path, sizeof path) && KorvelPortSave(page, path);
+  KorvelPortRelease(page);
+  return isSaved;
+}
+
+static const char *keepEntered(const Form *form) {
+  const Visit visit = enteredVisit();
+  Record next = *edited;
+  (void)form;
+  if (visit.date > today()) return "La date de la visite est dans le futur.";
+  if (!saveNote(&visit)) return "La note n’a pas pu être enregistrée.";
+  if (visit.poids > 0) next.poids = visit.poids;
+  if (!saveRecord(&next)) return "La fiche n’a pas pu être enregistrée.";
+  *edited = next;
+  return NULL;
+}
+
+/* ---- The dialog ---- */
+
+static void defineVisit(void) {
+  formGroup("Visite", 8, kVisitY, kFields - 8, 2);
+  formLabel("Date", kLabel, formLine(kVisitY, 0), 44);
+  DateDlgBox_set_geo(kDate, kField, formLine(kVisitY, 0), 50, kLine, kRankDate);
+  DateDlgBox_set(kDate, today(), 1);
+  formLabel("Motif", kLabel, formLine(kVisitY, 1), 44);
+  formText(kMotif, kField, formLine(kVisitY, 1), 120, kRankMotif, "", sizeof((Visit *)0)->motif, 1);
+}
+
+static void defineNumber(int i, const char *label, int line, int rank) {
+  formLabel(label, kLabel, formLine(kExamY, line), 50);
+  NumDlgBox_set_geo(i, kField, formLine(kExamY, line), 36, kLine, rank);
+  NumDlgBox_set_nchiff(i, 1);
+  NumDlgBox_set_fvalid(i, realcod_d_ssup0);
+  NumDlgBox_mandatory(i, 0);
+}
+
+static void defineExamination(void) {
+  formGroup("Examen", 8, kExamY, kFields - 8, 4);
+  defineNumber(kPoids, "Poids (kg)", 0, kRankPoids);
+  if (edited->poids > 0) NumDlgBox_set(kPoids, edited->poids, 2);
+  formLabel("Tension", kLabel, formLine(kExamY, 1), 44);
+  formText(kTension, kField, formLine(kExamY, 1), 36, kRankTension, "", sizeof((Visit *)0)->tension,
+           0);
+  formLabel("Pouls", kLabel, formLine(kExamY, 2), 44);
+  IntDlgBox_set_geo(kPouls, kField, formLine(kExamY, 2), 36, kLine, kRankPouls);
+  IntDlgBox_set_fvalid(kPouls, intcod_i_ssup0);
+  IntDlgBox_mandatory(kPouls, 0);
+  defineNumber(kTemperature, "Température", 3, kRankTemperature);
+}
+
+static void defineEnd(void) {
+  formGroup("Conclusion", 8, kEndY, kFields - 8, 1);
+  formText(kConclusion, kLabel, formLine(kEndY, 0), 170, kRankConclusion, "",
+           sizeof((Visit *)0)->conclusion, 0);
+  formGroup("Actes", 8, kActsY, kFields - 8, kBools);
+  for (int i = 0; i < kBools; i++) {
+    BoolDlgBox_set_geo(i, french(kActs[i].name), kLabel, formLine(kActsY, i), 120, kLine,
+                       kRankConsultation + i);
+    BoolDlgBox_set(i, i == kConsultation);
+  }
+}
+
+static void defineDialog(void) {
+  const FormFields fields = {kTexts, kInts, kNums, kDates, kBools, kPushes};
+  formBegin(kWidth, kHeight, fields, "Enregistrer", "Annuler", keepUpToDate, keepEntered);
+  defineVisit();
+  defineExamination();
+  defineEnd();
+  formPush(kApercu, "Aperçu", kFields - 60, formLine(kActsY, kBools) + 10, 52, kRankApercu);
+  PushDlgBox_set_fvalid(kApercu, showNoteIn);
+}
+
+void enterVisit(Record *record) {
+  char title[200], name[140];
+  edited = record;
+  noteWindow = NULL;
+  readSettings(&settings);
+  fullName(record, name, sizeof name);
+  snprintf(title, sizeof title, "%s : %s", kCaption, name);
+  defineDialog();
+  if (formRun(title)) tell(kCaption, "La note de %s est dans le dossier des notes.", name);
+  noteWindow = NULL;
+}
