@@ -61,14 +61,18 @@ int widthOf(const QFont &font, const QStringList &lines) {
   return widest;
 }
 
-// A font that does not bring the lines into the room all the same is not worth the reading.
+// As little as need be: letters become whole pixels wide, so a line may stay wider than reckoned. A
+// font that does not bring the lines into the room all the same is not worth the reading.
 QFont narrowedInto(int room, const QFont &font, const QStringList &lines) {
   constexpr int kNarrowest = 80;  // percent
   const int needed = widthOf(font, lines);
   if (needed <= room || needed == 0) return font;
   QFont narrow = font;
-  narrow.setStretch(std::max(kNarrowest, 100 * room / needed));
-  return widthOf(narrow, lines) <= room ? narrow : font;
+  for (int percent = 100 * room / needed; percent >= kNarrowest; --percent) {
+    narrow.setStretch(percent);
+    if (widthOf(narrow, lines) <= room) return narrow;
+  }
+  return font;
 }
 
 }  // namespace
