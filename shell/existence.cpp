@@ -21,13 +21,6 @@ bool listPrints(const char *path) {
   return firstByte[0] != '\0';
 }
 
-// True for whatever stands under the path, a dangling link too. Asking for a link's target is the
-// cheapest call that does not follow the link.
-bool hasEntry(const char *path) {
-  char firstByte;
-  return readlink(path, &firstByte, 1) >= 0 || errno == EINVAL;
-}
-
 // Whether `ls` prints something for an entry that may not be read: any name but a folder's, and a
 // link whose target is missing under its own name. On links that lead in a circle versions of the
 // tool differ.
@@ -43,6 +36,12 @@ bool entryPrints(const char *path) {
 }
 
 }  // namespace
+
+// Asking for a link's target is the cheapest call that does not follow the link.
+bool hasEntry(const char *path) {
+  char firstByte;
+  return readlink(path, &firstByte, 1) >= 0 || errno == EINVAL;
+}
 
 bool exists(const char *path) { return textDecides(path) ? listPrints(path) : entryPrints(path); }
 

@@ -1,3 +1,5 @@
+#include "shell/mode.h"
+
 #include <sys/stat.h>
 
 #include <korvel/shell.h>
@@ -15,25 +17,27 @@ mode_t openedMode(mode_t mode) {
   return S_ISDIR(mode) ? kAllMayAll | (mode & (S_ISUID | S_ISGID)) : kAllMayAll;
 }
 
+void runChmod(const char *path) {
+  BSDInvokeTool(("chmod 0777 " + quoted(path)).c_str(), nullptr, 0);
+}
+
+}  // namespace
+
 void openToAll(const char *path) {
-  if (textDecides(path)) {
-    BSDInvokeTool(("chmod 0777 " + quoted(path)).c_str(), nullptr, 0);
-    return;
-  }
   struct stat entry;
   if (stat(path, &entry) == 0) static_cast<void>(chmod(path, openedMode(entry.st_mode)));
 }
 
-}  // namespace
 }  // namespace korvel::shell
 
 int BSDMACchmodrwx(const char *macPath) {
+  using namespace korvel::shell;
   if (macPath == nullptr) return -1;
-  return korvel::shell::orOnFailure(-1, [&] {
+  return orOnFailure(-1, [&] {
     char path[256];
     BSDMAC2UNIX(macPath, path);
-    if (!korvel::shell::exists(path)) return -1;
-    korvel::shell::openToAll(path);
+    if (!exists(path)) return -1;
+    textDecides(path) ? runChmod(path) : openToAll(path);
     return 0;
   });
 }

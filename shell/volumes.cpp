@@ -1,10 +1,14 @@
+#include "shell/volumes.h"
+
 #include <algorithm>
 #include <climits>
 #include <cstring>
+#include <span>
 #include <string_view>
 
 #include <korvel/desktop.h>
 #include <korvel/shell.h>
+#include "shell/command.h"
 #include "shell/existence.h"
 #include "shell/guard.h"
 
@@ -13,7 +17,7 @@ constinit char szVolumes[256] = "/Volumes";
 namespace korvel::shell {
 namespace {
 
-// Paths are held in buffers of this size.
+// Applications hold paths in buffers of this size.
 constexpr std::size_t kPathSize = 256;
 // The system knows no path of this size.
 constexpr std::size_t kSystemPathSize = PATH_MAX;
@@ -34,13 +38,19 @@ class VolumesFolder {
   std::size_t size_;
 };
 
+using Test = bool (*)(const char *path);
+
+// Whether there is a volume at a POSIX path. Also one that may not be listed is there: a path on it
+// would else lead to something else from the root. Kept: a quote in its name is read by a shell.
+bool isVolume(const char *path) { return textDecides(path) ? exists(path) : hasEntry(path); }
+
 // Kept: the volume is looked for under its name as written, also where that contains a "/".
-bool volumeExists(std::string_view folder, std::string_view name) {
+bool volumeExists(std::string_view folder, std::string_view name, Test test) {
   char path[kSystemPathSize];
   if (folder.size() + name.size() >= sizeof path) return false;
   char *end = std::copy(folder.begin(), folder.end(), path);
   *std::copy(name.begin(), name.end(), end) = '\0';
-  return exists(path);
+  return test(path);
 }
 
 char exchangedSeparator(char c) {
@@ -50,31 +60,39 @@ char exchangedSeparator(char c) {
 
 // Writes `folder` as it is and `colons` with its separators exchanged. Returns the length, or 0 if
 // that does not fit: the part that does would be the path of something else.
-int writePosix(std::string_view folder, std::string_view colons, char *out) {
-  if (folder.size() + colons.size() >= kPathSize) return 0;
-  char path[kPathSize];  // as colons may stand in out
+int writePosix(std::string_view folder, std::string_view colons, std::span<char> out) {
+  char path[kSystemPathSize];  // as colons may stand in out
+  if (folder.size() + colons.size() >= std::min(out.size(), sizeof path)) return 0;
   char *end = std::copy(folder.begin(), folder.end(), path);
   end = std::transform(colons.begin(), colons.end(), end, exchangedSeparator);
-  *std::copy(path, end, out) = '\0';
+  *std::copy(path, end, out.data()) = '\0';
   return static_cast<int>(end - path);
 }
 
-int convert(std::string_view macPath, char *out) {
+int convert(std::string_view macPath, std::span<char> out, Test test) {
   const VolumesFolder volumes;
   const std::size_t volumeEnd = std::min(macPath.find(':'), macPath.size());
-  return volumeExists(volumes.text(), macPath.substr(0, volumeEnd))
-             ? writePosix(volumes.text(), macPath, out)
-             : writePosix({}, macPath.substr(volumeEnd), out);
+  const int length = volumeExists(volumes.text(), macPath.substr(0, volumeEnd), test)
+                         ? writePosix(volumes.text(), macPath, out)
+                         : writePosix({}, macPath.substr(volumeEnd), out);
+  if (length == 0) out[0] = '\0';
+  return length;
 }
 
 }  // namespace
+
+int toPosix(std::string_view macPath, std::span<char> out) {
+  return convert(macPath, out, hasEntry);
+}
+
 }  // namespace korvel::shell
 
 int BSDMAC2UNIX(const char *macPath, char *out) {
-  using korvel::shell::convert;
+  using namespace korvel::shell;
   if (out == nullptr) return 0;
-  const auto work = [&] { return macPath == nullptr ? 0 : convert(macPath, out); };
-  const int length = korvel::shell::orOnFailure(0, work);
+  const std::span<char> room(out, kPathSize);
+  const int length =
+      orOnFailure(0, [&] { return macPath == nullptr ? 0 : convert(macPath, room, isVolume); });
   if (length == 0) out[0] = '\0';
   return length;
 }

@@ -4,8 +4,16 @@
    Commands run through /bin/sh -c with the caller's environment. A "close status" is what pclose
    gives: a wait status (see WIFEXITED and its kin), or -1 when the command could not be started or
    its status was not to be had (the application ignores SIGCHLD or collects every child).
-   Paths are POSIX paths unless called macPath (a colon path). Every path is put between single
-   quotes and not escaped: a path that contains a single quote breaks its command.
+   Paths are POSIX paths unless called macPath (a colon path). Every path and pattern is put between
+   single quotes and not escaped, so a few characters are read by the shell or the tool:
+   - "'" in a path or a pattern ends the quoting. The command breaks, or the shell runs what follows:
+     it runs "id" for "x'; id; '". A path of unknown origin must be refused if it has one;
+     the functions of files.h, but for its listings, take it as it is.
+   - "-" at the beginning of a path or a pattern makes it an option of the tool. Write "./-x" for a
+     path; colon paths never begin with one unless szVolumes does.
+   - BSDopen puts its path between double quotes: there "\"" ends the quoting, "$" and "`" run or
+     replace what follows, and "\\" hides the next character.
+   - The name of a process is not quoted at all: the shell reads every special character in it.
    A null text, function or output pointer is refused with the failure value, nothing being run,
    except where null is given a meaning. */
 #ifndef KORVEL_SHELL_H
@@ -63,8 +71,9 @@ KORVEL_API int BSDInvokeToolPr(const char *command, ToolLine_t perLine);
 
 /* Writes the POSIX form of a colon path. The text up to the first ":" (all of it, if there is
    none) names the volume: if it exists under szVolumes (desktop.h), the result is szVolumes, "/"
-   and the whole path; else the volume name is dropped and the rest taken from the root. In what
-   comes from macPath every ":" becomes "/" and every "/" becomes ":".
+   and the whole path; else the volume name is dropped and the rest taken from the root. A volume
+   that may not be listed exists all the same. In what comes from macPath every ":" becomes "/" and
+   every "/" becomes ":".
    Data:Docs:a/b gives /Volumes/Data/Docs/a:b if /Volumes/Data exists, /Docs/a:b if not.
    out: room for 256 bytes; may be macPath itself.
    Returns the length of the result, 0 to 255. A result of more than 255 bytes is not cut, which

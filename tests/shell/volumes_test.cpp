@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 #include <korvel/desktop.h>
 #include <korvel/shell.h>
+#include <sys/stat.h>
 
 #include <random>
 #include <string>
@@ -133,6 +134,23 @@ TEST(Mac2Unix, ConvertsInPlace) {
   BSDMAC2UNIX(path.data(), path.data());
   EXPECT_EQ(path.text(), workspace.path("Data/a:b/c"));
   EXPECT_TRUE(path.guardsIntact());
+}
+
+// A path on it would else lead to something else from the root.
+TEST(Mac2Unix, AVolumeThatMayNotBeListedExists) {
+  const Workspace workspace;
+  const Volumes volumes(workspace.path());
+  for (const char *name : {"searchable", "shut"}) workspace.makeFolder(name);
+  chmod(workspace.path("searchable").c_str(), 0711);
+  chmod(workspace.path("shut").c_str(), 0000);
+  for (const std::string name : {"searchable", "shut"}) {
+    const std::string answer = asPlainUser([&] {
+      return (BSDIsExisting(workspace.path(name).c_str()) == 0 ? "unlisted " : "listed ") +
+             converted(name + ":x");
+    });
+    EXPECT_EQ(answer.substr(answer.find(';')), ";unlisted " + workspace.path(name) + "/x");
+    EXPECT_NE(answer.substr(0, 6), "uid 0;");
+  }
 }
 
 TEST(Mac2Unix, RefusesNull) {

@@ -1,0 +1,13 @@
+// For shell/ and files/ only: opening a file or folder to all.
+#ifndef SHELL_MODE_H
+#define SHELL_MODE_H
+
+namespace korvel::shell {
+
+// Gives what stands at a POSIX path the mode 0777; a folder keeps its set-user and set-group bits.
+// No text of the path means anything to a shell.
+void openToAll(const char *path);
+
+}  // namespace korvel::shell
+
+#endif
