@@ -53,7 +53,7 @@ int openWriting(const char *mac, const char *path) {
   constexpr mode_t kReadableAndWritableByAll = 0666;
   const int descriptor = openCreating(path, O_NONBLOCK | O_NOCTTY, kReadableAndWritableByAll);
   if (descriptor < 0 && errno != EACCES) return descriptor;
-  BSDMACchmodrwx(mac);
+  openToAll(mac);
   return descriptor >= 0 ? descriptor : openExisting(path, O_WRONLY);
 }
 

@@ -8,6 +8,8 @@
 
 #include <korvel/desktop.h>
 #include <korvel/files.h>
+#include "shell/mode.h"
+#include "shell/volumes.h"
 
 namespace korvel::files {
 namespace {
@@ -60,6 +62,12 @@ PosixPath PosixPath::unlooked(const char *mac) {
   return path;
 }
 
+PosixPath PosixPath::ofTools(const char *mac) {
+  PosixPath path;
+  if (mac != nullptr) path.length_ = shell::toPosix(mac, path.text_);
+  return path;
+}
+
 bool PosixPath::append(char c) {
   if (length_ == kSize - 1) return false;
   text_[length_++] = c;
@@ -92,6 +100,8 @@ bool PosixPath::volumeIsFile(const char *mac, std::size_t volumeEnd) {
   return stat(text_, &status) == 0 && S_ISREG(status.st_mode);
 }
 
+void openToAll(const char *mac) { shell::openToAll(PosixPath::ofTools(mac).text()); }
+
 }  // namespace korvel::files
 
 using korvel::files::PosixPath;
@@ -117,20 +127,12 @@ int Dir_Is_Existing(const char *path) {
 
 int MakeDir(const char *path) {
   if (mkdir(PosixPath(path).text(), 0777) != 0) return 0;
-  BSDMACchmodrwx(path);
+  korvel::files::openToAll(path);
   return 1;
 }
 
-int MACRemove(const char *path) {
-  char posix[korvel::files::kPathSize];
-  BSDMAC2UNIX(path, posix);
-  return std::remove(posix);
-}
+int MACRemove(const char *path) { return std::remove(PosixPath::ofTools(path).text()); }
 
 int MACRename(const char *oldPath, const char *newPath) {
-  char oldPosix[korvel::files::kPathSize];
-  char newPosix[korvel::files::kPathSize];
-  BSDMAC2UNIX(oldPath, oldPosix);
-  BSDMAC2UNIX(newPath, newPosix);
-  return std::rename(oldPosix, newPosix);
+  return std::rename(PosixPath::ofTools(oldPath).text(), PosixPath::ofTools(newPath).text());
 }

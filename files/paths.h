@@ -17,6 +17,9 @@ class PosixPath {
   // where that does not follow.
   static PosixPath unlooked(const char *mac);
 
+  // As BSDMAC2UNIX makes it: without its volume a path is taken from the root.
+  static PosixPath ofTools(const char *mac);
+
   const char *text() const { return text_; }
   int length() const { return length_; }
 
@@ -34,6 +37,9 @@ class PosixPath {
   char text_[kSize];
   int length_ = 0;
 };
+
+// As BSDMACchmodrwx, but by system calls for every path.
+void openToAll(const char *mac);
 
 }  // namespace korvel::files
 

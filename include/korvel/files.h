@@ -4,8 +4,11 @@
    Paths are colon paths (volume:folder:file), NUL-terminated. The file functions take them to
    POSIX paths as MAC2UNIX does, the removing, renaming and listing ones as BSDMAC2UNIX does
    (shell.h); volumes stand under szVolumes (desktop.h). A path whose POSIX form has more than 511
-   bytes, or 255 for the latter and for what BSDMACchmodrwx is applied to, is refused, not cut: a
-   cut path would name another file.
+   bytes, or 255 for the listings, is refused, not cut: a cut path would name another file.
+
+   Only the listings (Dir_FindFiles and Dir_ProcessFiles) start processes. To all other functions a
+   path is a name and nothing else, whatever characters it holds: an apostrophe, a "$" or a leading
+   "-" is as good as any letter, in the name of a volume too.
 
    A handle outside 0 to 4 or of a free slot changes nothing and gives the failure value that each
    function states. A null path, buffer or list gives the failure value too. */
@@ -44,8 +47,8 @@ KORVEL_API extern int DATA_FILE_ID;
 /* Opens a file. read, write: flags, set when 1 or more.
    - read only: the file must exist.
    - write only: a missing file is created, readable and writable by all, whatever the process's
-     file mask (which is left alone), and BSDMACchmodrwx is applied to the path of what was opened
-     or may not be written. An existing file is not cut: writing starts at offset 0 over its
+     file mask (which is left alone), and what was opened or may not be written gets the mode 0777,
+     its path being taken as BSDMACchmodrwx takes it. An existing file is not cut: writing starts at offset 0 over its
      content; File_SetEOF shortens it.
    - both: the file must exist.
    The handle is DATA_FILE_ID + 1, which DATA_FILE_ID then becomes, or, once DATA_FILE_ID is 4, the
@@ -131,7 +134,7 @@ KORVEL_API int File_Is_Existing(const char *path);
 /* Returns 1 if the path names a folder or a link to one, else 0. */
 KORVEL_API int Dir_Is_Existing(const char *path);
 
-/* Creates a folder, then opens it to all by BSDMACchmodrwx.
+/* Creates a folder, then opens it to all as BSDMACchmodrwx does.
    Returns 1 if it was created, 0 if not (also if it was there). */
 KORVEL_API int MakeDir(const char *path);
 

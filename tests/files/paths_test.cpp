@@ -1,11 +1,16 @@
+#include <dirent.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstring>
+#include <filesystem>
 #include <string>
+#include <vector>
 
 #include <korvel/files.h>
+#include "tests/files/faults.h"
 #include "tests/files/volumes.h"
 #include "tests/support/poisoned_buffer.h"
 
@@ -150,6 +155,193 @@ TEST_F(Paths, ANewFolderIsOpenToAll) {
   chmod(volumes_.posix("file").c_str(), 0600);
   EXPECT_EQ(MakeDir("Data:file"), 0);
   EXPECT_EQ(modeOf(volumes_.posix("file")), 0600u) << "what was there keeps its mode";
+}
+
+// Which of the two conversions a function uses shows where the volume is a file (MAC2UNIX takes the
+// path from the root) and where it is missing (BSDMAC2UNIX does).
+class Conversions : public Paths {
+ protected:
+  // Something in the folder Data of the volumes, by its path from the root.
+  std::string fromRoot(const std::string &volume, const std::string &name) const {
+    std::string path = volumes_.posix(name);
+    std::replace(path.begin(), path.end(), '/', ':');
+    return volume + path;
+  }
+  std::string onFile(const std::string &name) const { return fromRoot("Plain", name); }
+  std::string onMissing(const std::string &name) const { return fromRoot("Absent", name); }
+};
+
+TEST_F(Conversions, OpeningAndExistenceUseMac2Unix) {
+  volumes_.file("a", "text");
+  volumes_.file("large", "22");
+  for (const int read : {0, 1}) {
+    const int handle = File_Open(onFile("a").c_str(), read, 1);
+    EXPECT_GE(handle, 0) << read;
+    File_Close(handle);
+    EXPECT_EQ(File_Open(onMissing("a").c_str(), read, 1), -2) << read;
+    const int descriptor = xFile_Open(onFile("a").c_str(), 1, read);
+    EXPECT_GE(descriptor, 0) << read;
+    xFile_Close(descriptor);
+    EXPECT_EQ(xFile_Open(onMissing("a").c_str(), 1, read), -1) << read;
+  }
+  const int handle = File_Open(onFile("a").c_str(), 1, 0);
+  EXPECT_GE(handle, 0);
+  File_Close(handle);
+  EXPECT_EQ(File_Open(onMissing("a").c_str(), 1, 0), -2);
+  const int descriptor = xFile_Open(onFile("new").c_str(), 0, 1);
+  EXPECT_GE(descriptor, 0);
+  xFile_Close(descriptor);
+  EXPECT_EQ(xFile_Open(onMissing("new").c_str(), 0, 1), -1);
+  EXPECT_EQ(File_Is_Existing(onFile("a").c_str()), 1);
+  EXPECT_EQ(File_Is_Existing(onMissing("a").c_str()), 0);
+  EXPECT_EQ(Dir_Is_Existing(onFile("").c_str()), 1);
+  EXPECT_EQ(Dir_Is_Existing(onMissing("").c_str()), 0);
+  char rows[512] = "";
+  std::strcpy(rows, onMissing("large").c_str());
+  std::strcpy(rows + 256, onFile("a").c_str());
+  EXPECT_EQ(Dir_SortSizeFiles(rows, 2), 1);
+  char item[256] = "a";
+  char *missing = nullptr;
+  EXPECT_EQ(ChCh_Detect_Missing_File(onFile("").c_str(), item, &missing), 0);
+  EXPECT_EQ(ChCh_Detect_Missing_File(onMissing("").c_str(), item, &missing), 1);
+}
+
+TEST_F(Conversions, RemovingAndRenamingUseBsdMac2Unix) {
+  volumes_.file("a", "text");
+  EXPECT_EQ(MACRename(onFile("a").c_str(), onMissing("b").c_str()), -1);
+  EXPECT_EQ(MACRename(onMissing("a").c_str(), onFile("b").c_str()), -1);
+  EXPECT_EQ(MACRename(onMissing("a").c_str(), onMissing("b").c_str()), 0);
+  EXPECT_EQ(content(volumes_.posix("b")), "text");
+  EXPECT_EQ(MACRemove(onFile("b").c_str()), -1);
+  EXPECT_EQ(MACRemove(onMissing("b").c_str()), 0);
+  EXPECT_NE(access(volumes_.posix("b").c_str(), F_OK), 0);
+}
+
+TEST_F(Conversions, ListingsUseBsdMac2Unix) {
+  volumes_.file("a", "text");
+  char row[256] = "";
+  EXPECT_EQ(Dir_FindFiles(row, onFile("").c_str(), 1, "a"), 0);
+  EXPECT_EQ(Dir_FindFiles(row, onMissing("").c_str(), 1, "a"), 1);
+  EXPECT_EQ(row, onMissing("") + ":a");
+  const test::Restored<int> result(BSDcr);
+  BSDcr = 0;
+  const FileVisit_t seven = [](const char *) { return 7; };
+  EXPECT_EQ(Dir_ProcessFiles(onFile("").c_str(), "a", seven), 0);
+  EXPECT_EQ(Dir_ProcessFiles(onMissing("").c_str(), "a", seven), 7);
+}
+
+// A folder or file that is made through MAC2UNIX has its mode changed through BSDMAC2UNIX, which
+// may lead elsewhere.
+TEST_F(Conversions, MakingUsesMac2UnixAndTheModeBsdMac2Unix) {
+  const mode_t mask = umask(022);
+  EXPECT_EQ(MakeDir(onFile("folder").c_str()), 1);
+  EXPECT_EQ(MakeDir(onMissing("folder2").c_str()), 0);
+  const int handle = File_Open(onFile("file").c_str(), 0, 1);
+  umask(mask);
+  EXPECT_GE(handle, 0);
+  EXPECT_EQ(modeOf(volumes_.posix("folder")), 0755u);
+  EXPECT_EQ(modeOf(volumes_.posix("file")), 0666u);
+}
+
+// A volume that a plain user may search but not list.
+class UnlistableVolume : public Paths {
+ protected:
+  UnlistableVolume() {
+    chmod(volumes_.root().c_str(), 0755);
+    for (const std::string &folder : {volumes_.posix("folder"), twin()}) {
+      std::filesystem::create_directories(folder);
+      std::ofstream(folder + "/a") << folder;
+      for (const std::string &path : {folder, folder + "/a"}) {
+        EXPECT_EQ(chown(path.c_str(), kNobody, kNobody), 0);
+        chmod(path.c_str(), 0755);
+      }
+    }
+    chmod(volumes_.folder().c_str(), 0711);
+  }
+  // What the colon path Data<twin> would be without its volume.
+  std::string twin() const { return volumes_.root() + "/twin"; }
+  std::string twinOnVolume(const std::string &name) const {
+    std::string path = twin() + name;
+    std::replace(path.begin(), path.end(), '/', ':');
+    return "Data" + path;
+  }
+  static constexpr id_t kNobody = 65534;
+};
+
+TEST_F(UnlistableVolume, IsAVolumeAllTheSame) {
+  if (geteuid() != 0) GTEST_SKIP() << "only root may give files away";
+  EXPECT_EQ(test::inChild([&] {
+              if (!test::becomeNobody() || opendir(volumes_.folder().c_str()) != nullptr) return 1;
+              umask(077);
+              char posix[256];
+              BSDMAC2UNIX("Data:folder:a", posix);
+              if (posix != volumes_.posix("folder/a")) return 2;
+              if (MakeDir("Data:folder:new") != 1) return 3;
+              if (modeOf(volumes_.posix("folder/new")) != 0777) return 4;
+              if (File_Open("Data:folder:b", 0, 1) != 0) return 5;
+              if (modeOf(volumes_.posix("folder/b")) != 0777) return 6;
+              if (MACRename("Data:folder:b", "Data:folder:c") != 0) return 7;
+              if (MACRemove("Data:folder:c") != 0) return 8;
+              char row[256];
+              if (Dir_FindFiles(row, "Data:folder", 1, "a") != 1) return 9;
+              if (std::strcmp(row, "Data:folder:a") != 0) return 10;
+              return BSDMACchmodrwx("Data:folder:a") == 0 ? 0 : 11;
+            }),
+            0);
+  EXPECT_EQ(modeOf(volumes_.posix("folder/a")), 0777u);
+}
+
+TEST_F(UnlistableVolume, NoPathOnItLeadsToTheSamePathFromTheRoot) {
+  if (geteuid() != 0) GTEST_SKIP() << "only root may give files away";
+  EXPECT_EQ(test::inChild([&] {
+              if (!test::becomeNobody()) return 1;
+              char row[256];
+              const std::string folder = twinOnVolume("");
+              const std::string a = twinOnVolume("/a");
+              if (Dir_FindFiles(row, folder.c_str(), 1, "a") != 0) return 2;
+              if (BSDMACchmodrwx(a.c_str()) != -1) return 3;
+              if (MACRename(a.c_str(), "Data:folder:b") != -1) return 4;
+              if (MACRename("Data:folder:a", a.c_str()) != -1) return 5;
+              if (MACRemove(a.c_str()) != -1) return 6;
+              if (File_Open(a.c_str(), 0, 1) != -2) return 7;
+              return MakeDir(twinOnVolume("/new").c_str()) == 0 ? 0 : 8;
+            }),
+            0);
+  EXPECT_EQ(content(twin() + "/a"), twin());
+  EXPECT_EQ(modeOf(twin() + "/a"), 0755u);
+  EXPECT_EQ(test::entries(twin()), std::vector<std::string>{"a"});
+}
+
+TEST_F(Paths, AVolumeMayHaveAnApostropheInItsName) {
+  mkdir((volumes_.root() + "/l'\xE9t\xE9").c_str(), 0700);
+  const std::string volume = "l'\xE9t\xE9:";
+  EXPECT_EQ(MakeDir((volume + "d'une").c_str()), 1);
+  EXPECT_EQ(modeOf(volumes_.root() + "/l'\xE9t\xE9/d'une"), 0777u);
+  const int handle = File_Open((volume + "d'une:a").c_str(), 0, 1);
+  ASSERT_GE(handle, 0);
+  File_Close(handle);
+  EXPECT_EQ(modeOf(volumes_.root() + "/l'\xE9t\xE9/d'une/a"), 0777u);
+  EXPECT_EQ(MACRename((volume + "d'une:a").c_str(), (volume + "b").c_str()), 0);
+  EXPECT_EQ(MACRemove((volume + "b").c_str()), 0);
+}
+
+TEST_F(Paths, APathOf511BytesIsRemovedAndRenamed) {
+  std::string posix = volumes_.folder();
+  std::string mac = "Data";
+  while (posix.size() < 400) {
+    posix += "/" + std::string(40, 'd');
+    mac += ":" + std::string(40, 'd');
+    ASSERT_EQ(mkdir(posix.c_str(), 0777), 0);
+  }
+  const std::string name(511 - posix.size() - 1, 'n');
+  std::ofstream(posix + "/" + name) << "x";
+  EXPECT_EQ(MACRename((mac + ":" + name).c_str(), (mac + ":n" + name).c_str()), -1) << "cut";
+  EXPECT_EQ(MACRename((mac + ":" + name).c_str(), (mac + ":b").c_str()), 0);
+  EXPECT_EQ(MACRename((mac + ":b").c_str(), (mac + ":" + name).c_str()), 0);
+  EXPECT_EQ(MACRemove((mac + ":n" + name).c_str()), -1);
+  EXPECT_EQ(MACRemove((mac + ":" + name).c_str()), 0);
+  EXPECT_EQ(MakeDir((mac + ":" + name).c_str()), 1);
+  EXPECT_EQ(modeOf(posix + "/" + name), 0777u);
 }
 
 TEST_F(Paths, RemovingAndRenaming) {
