@@ -185,15 +185,9 @@ int File_Close(int handle) {
   return 0;
 }
 
-int File_Size(int handle) {
-  const FileSlot *slot = openSlot(DATA_FILE_TAB, handle);
-  return slot == nullptr ? kFailed : slot->size;
-}
+int File_Size(int handle) { return isHandle(handle) ? DATA_FILE_TAB[handle].size : kFailed; }
 
-int File_GetPos(int handle) {
-  const FileSlot *slot = openSlot(DATA_FILE_TAB, handle);
-  return slot == nullptr ? kFailed : slot->position;
-}
+int File_GetPos(int handle) { return isHandle(handle) ? DATA_FILE_TAB[handle].position : kFailed; }
 
 int File_Read(int handle, void *buffer, int count) {
   if (!isHandle(handle)) return kFailed;

@@ -62,10 +62,12 @@ KORVEL_API int File_Open(const char *path, int read, int write);
    one. Returns 0. Returns -1 when the system refused; the slot then stays occupied. */
 KORVEL_API int File_Close(int handle);
 
-/* Returns the size field of the slot, -1 for a bad handle. */
+/* Returns the size field of the slot, also of a free one (0 after a close); -1 for a handle outside
+   0 to 4. */
 KORVEL_API int File_Size(int handle);
 
-/* Returns the position field of the slot, -1 for a bad handle. */
+/* Returns the position field of the slot, also of a free one (0 after a close); -1 for a handle
+   outside 0 to 4. */
 KORVEL_API int File_GetPos(int handle);
 
 /* Reads min(count, size - position) bytes at the position and moves it behind them.

@@ -165,14 +165,29 @@ TEST_F(FileHandles, AHandleThatIsNoneOrFreeChangesNothing) {
   }
   for (const int handle : {INT_MIN, -1, 0, 2, 4, 5, INT_MAX}) {
     EXPECT_EQ(File_Close(handle), -1) << handle;
-    EXPECT_EQ(File_Size(handle), -1) << handle;
-    EXPECT_EQ(File_GetPos(handle), -1) << handle;
+    const int field = handle < 0 || handle > 4 ? -1 : 0;
+    EXPECT_EQ(File_Size(handle), field) << handle;
+    EXPECT_EQ(File_GetPos(handle), field) << handle;
     EXPECT_EQ(File_Lseek(handle, 1), -1) << handle;
     EXPECT_EQ(File_SetEOF(handle, 1), -1) << handle;
   }
   EXPECT_STREQ(bytes, "xyz");
   EXPECT_EQ(DATA_FILE_ID, 1);
   EXPECT_EQ(content(volumes_.posix("a")), "text");
+}
+
+TEST_F(FileHandles, SizeAndPositionAreTheFieldsOfAnySlot) {
+  ASSERT_EQ(open(volumes_.file("a", "text"), 1, 0), 0);
+  EXPECT_EQ(read(0, 3), "tex");
+  EXPECT_EQ(File_Size(0), 4);
+  EXPECT_EQ(File_GetPos(0), 3);
+  EXPECT_EQ(File_Close(0), 0);
+  EXPECT_EQ(File_Size(0), 0);
+  EXPECT_EQ(File_GetPos(0), 0);
+  DATA_FILE_TAB[4].size = 12;
+  DATA_FILE_TAB[4].position = 7;
+  EXPECT_EQ(File_Size(4), 12);
+  EXPECT_EQ(File_GetPos(4), 7);
 }
 
 TEST_F(FileHandles, ClosingTwiceLowersTheCounterOnce) {
@@ -595,12 +610,14 @@ class Model {
     if (handle < 0 || handle > 4) return -1;
     Slot &slot = table[handle];
     if (slot.mode != 1 && slot.mode != 2) return 0;
-    if (count <= 0) return 0;
-    std::string &file = bytes(slot);
-    const auto end = static_cast<std::size_t>(slot.position + count);
-    if (file.size() < end) file.resize(end);
-    file.replace(static_cast<std::size_t>(slot.position), static_cast<std::size_t>(count),
-                 text.substr(0, static_cast<std::size_t>(count)));
+    if (count < 0) return 0;
+    if (count > 0) {
+      std::string &file = bytes(slot);
+      const auto end = static_cast<std::size_t>(slot.position + count);
+      if (file.size() < end) file.resize(end);
+      file.replace(static_cast<std::size_t>(slot.position), static_cast<std::size_t>(count),
+                   text.substr(0, static_cast<std::size_t>(count)));
+    }
     slot.position += count;
     if (slot.position > slot.size) slot.size = slot.position;
     return count;
@@ -685,12 +702,14 @@ TEST_F(FileHandles, LongSequencesOfCallsDoWhatTheRulesSay) {
     ASSERT_EQ(std::string(buffer.data(), expected.size()), expected) << "step " << step;
     ASSERT_TRUE(buffer.guardsIntact());
     ASSERT_EQ(DATA_FILE_ID, model.highest) << "step " << step;
+    for (int i = -1; i < 6; ++i) {
+      ASSERT_EQ(File_Size(i), model.size(i)) << "step " << step;
+      ASSERT_EQ(File_GetPos(i), model.position(i)) << "step " << step;
+    }
     for (int i = 0; i < 5; ++i) {
       const FileSlot &slot = DATA_FILE_TAB[i];
       ASSERT_EQ(slot.name, model.table[i].name) << "step " << step;
       ASSERT_EQ(slot.mode, model.table[i].mode) << "step " << step;
-      ASSERT_EQ(File_Size(i), model.size(i)) << "step " << step;
-      ASSERT_EQ(File_GetPos(i), model.position(i)) << "step " << step;
       if (slot.mode != -1) {
         ASSERT_EQ(mark(i), slot.position) << "step " << step;
       }
