@@ -212,8 +212,9 @@ int File_Re_Read(int handle, void *buffer, int count) {
 int File_Write(int handle, const void *buffer, int count) {
   if (!isHandle(handle)) return kFailed;
   FileSlot &slot = DATA_FILE_TAB[handle];
-  if (!mayWrite(slot.mode) || count <= 0) return 0;
-  if (buffer == nullptr || count > INT_MAX - std::max(slot.position, 0)) return kFailed;
+  if (!mayWrite(slot.mode) || count < 0) return 0;
+  if (count > 0 && (buffer == nullptr || count > INT_MAX - std::max(slot.position, 0)))
+    return kFailed;
   const auto put = static_cast<int>(
       writeAll(slot.reference, static_cast<const char *>(buffer), static_cast<std::size_t>(count)));
   slot.size = std::max(slot.size, slot.position + put);

@@ -80,8 +80,10 @@ KORVEL_API int File_Read(int handle, void *buffer, int count);
    Results as File_Read. */
 KORVEL_API int File_Re_Read(int handle, void *buffer, int count);
 
-/* Writes count bytes at the position and moves it behind them; a position past size raises size.
-   Returns count; 0 for a count below 1 and in a slot whose mode is neither 1 nor 2. Returns -1 when
+/* Writes count bytes at the position and moves it behind them; a position past size raises size,
+   also when count is 0 (the file itself does not grow then).
+   Returns count; 0 for a negative count and in a slot whose mode is neither 1 nor 2, with nothing
+   changed. Returns -1 when
    not all of them could be written (a full disk, a file that would reach 2 GiB), with the position
    as it was and size covering what did reach the file, and for a handle outside 0 to 4. */
 KORVEL_API int File_Write(int handle, const void *buffer, int count);

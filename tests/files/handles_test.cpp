@@ -487,6 +487,27 @@ TEST_F(FileHandles, SeekingBehindTheEndIsAllowedAndBeforeTheStartIsNot) {
   EXPECT_EQ(content(volumes_.posix("a")), std::string("0123\0\0x", 7));
 }
 
+TEST_F(FileHandles, WritingNothingBehindTheSizeMovesTheSizeThere) {
+  ASSERT_EQ(open(volumes_.file("a", "0123"), 1, 1), 0);
+  EXPECT_EQ(File_Write(0, "x", 0), 0);
+  EXPECT_EQ(File_Size(0), 4);
+  ASSERT_EQ(File_Lseek(0, 4), 0);
+  EXPECT_EQ(File_Write(0, "x", 0), 0);
+  EXPECT_EQ(File_Size(0), 4);
+  ASSERT_EQ(File_Lseek(0, 9), 0);
+  EXPECT_EQ(File_Write(0, "x", -1), 0);
+  EXPECT_EQ(File_Size(0), 4) << "a negative count does nothing";
+  EXPECT_EQ(File_Write(0, nullptr, 0), 0);
+  EXPECT_EQ(File_Size(0), 9);
+  EXPECT_EQ(File_GetPos(0), 9);
+  EXPECT_EQ(mark(0), 9);
+  EXPECT_EQ(content(volumes_.posix("a")), "0123") << "the file itself does not grow";
+  ASSERT_EQ(open("Data:a", 1, 0), 1);
+  ASSERT_EQ(File_Lseek(1, 9), 0);
+  EXPECT_EQ(File_Write(1, "x", 0), 0);
+  EXPECT_EQ(File_Size(1), 4) << "the mode is wrong";
+}
+
 TEST_F(FileHandles, ANullBufferIsAFailure) {
   ASSERT_EQ(open(volumes_.file("a", "0123"), 1, 1), 0);
   ASSERT_EQ(File_Lseek(0, 2), 0);
@@ -633,11 +654,12 @@ class Model {
     table[handle].position = length;
     return 0;
   }
-  int size(int handle) { return isOpen(handle) ? table[handle].size : -1; }
-  int position(int handle) { return isOpen(handle) ? table[handle].position : -1; }
+  int size(int handle) { return isHandle(handle) ? table[handle].size : -1; }
+  int position(int handle) { return isHandle(handle) ? table[handle].position : -1; }
 
  private:
-  bool isOpen(int handle) const { return handle >= 0 && handle <= 4 && table[handle].mode != -1; }
+  static bool isHandle(int handle) { return handle >= 0 && handle <= 4; }
+  bool isOpen(int handle) const { return isHandle(handle) && table[handle].mode != -1; }
   std::string &bytes(const Slot &slot) { return disk[slot.name]; }
   bool has(const Slot &slot, int begin, int count) {
     return static_cast<std::size_t>(begin + count) <= bytes(slot).size();
