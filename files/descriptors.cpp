@@ -18,11 +18,19 @@ bool isRegularFile(const char *path) {
   return stat(path, &status) == 0 && S_ISREG(status.st_mode);
 }
 
+// The opening of a pipe must not wait for the other end; its reading and writing do.
+constexpr int kAtOnce = O_NONBLOCK | O_NOCTTY;
+
+int waiting(int descriptor) {
+  if (descriptor >= 0) fcntl(descriptor, F_SETFL, fcntl(descriptor, F_GETFL) & ~O_NONBLOCK);
+  return descriptor;
+}
+
 int openDescriptor(const char *path, int read, int write) {
-  if (read < 1) return openCreating(path, O_TRUNC, kOpenToAll);
+  if (read < 1) return waiting(openCreating(path, O_TRUNC | kAtOnce, kOpenToAll));
   if (write < 1 && !isRegularFile(path)) return -1;
   const int access = write < 1 ? O_RDONLY : O_RDWR;
-  return retried([&] { return open(path, access | O_CLOEXEC); });
+  return waiting(retried([&] { return open(path, access | kAtOnce | O_CLOEXEC); }));
 }
 
 }  // namespace

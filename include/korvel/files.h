@@ -104,6 +104,7 @@ KORVEL_API int File_SetEOF(int handle, int length);
    - write set, read not: write-only, created or cut to nothing. A new file gets the mode 0777,
      whatever the process's file mask, which is left alone.
    - neither set: opens nothing and returns read itself (so 0 for two flags of 0).
+   Opening never waits: a pipe that nobody reads cannot be opened for writing.
    Returns the descriptor, or -1. */
 KORVEL_API int xFile_Open(const char *path, int read, int write);
 

@@ -7,6 +7,7 @@
 #include <string>
 
 #include <korvel/files.h>
+#include "tests/files/faults.h"
 #include "tests/files/volumes.h"
 
 namespace korvel {
@@ -23,6 +24,12 @@ class Descriptors : public testing::Test {
   }
   int open(const std::string &path, int read, int write) {
     return fd_ = xFile_Open(path.c_str(), read, write);
+  }
+
+  static mode_t mask() {
+    const mode_t mask = umask(0);
+    umask(mask);
+    return mask;
   }
 
   Volumes volumes_;
@@ -80,6 +87,42 @@ TEST_F(Descriptors, ReadingNeedsAnExistingRegularFile) {
   EXPECT_EQ(content(volumes_.posix("a")), "text") << "nothing is cut";
   EXPECT_EQ(xFile_Write(fd_, "T", 1), 1);
   EXPECT_EQ(content(volumes_.posix("a")), "Text");
+}
+
+TEST_F(Descriptors, WritingIntoAPipeWithoutAReaderFailsAtOnce) {
+  mkfifo(volumes_.posix("pipe").c_str(), 0666);
+  EXPECT_EQ(test::inChild([] {
+              alarm(10);
+              return xFile_Open("Data:pipe", 0, 1) == -1 ? 0 : 1;
+            }),
+            0);
+  EXPECT_EQ(modeOf(volumes_.posix("pipe")), 0666u & ~mask());
+}
+
+TEST_F(Descriptors, APipeWithAReaderIsWrittenAndWaitsForRoom) {
+  mkfifo(volumes_.posix("pipe").c_str(), 0666);
+  const int reader = ::open(volumes_.posix("pipe").c_str(), O_RDONLY | O_NONBLOCK);
+  ASSERT_GE(open("Data:pipe", 0, 1), 0);
+  EXPECT_EQ(fcntl(fd_, F_GETFL) & O_NONBLOCK, 0);
+  EXPECT_EQ(xFile_Write(fd_, "abc", 3), 3);
+  char bytes[4] = "";
+  EXPECT_EQ(xFile_Read(reader, bytes, 4), 3);
+  EXPECT_STREQ(bytes, "abc");
+  close(fd_);
+  ASSERT_GE(open("Data:pipe", 1, 1), 0);
+  EXPECT_EQ(fcntl(fd_, F_GETFL) & O_NONBLOCK, 0);
+  close(reader);
+}
+
+TEST_F(Descriptors, NoneKeepsAFlagOfItsOpening) {
+  const std::string path = volumes_.file("a", "text");
+  const int kFlags[][2] = {{1, 0}, {0, 1}, {1, 1}};
+  for (const auto &[read, write] : kFlags) {
+    ASSERT_GE(open(path, read, write), 0);
+    EXPECT_EQ(fcntl(fd_, F_GETFL) & (O_NONBLOCK | O_APPEND), 0);
+    close(fd_);
+  }
+  fd_ = -1;
 }
 
 TEST_F(Descriptors, ReadingAndSeeking) {
