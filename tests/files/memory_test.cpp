@@ -11,17 +11,7 @@
 #include <korvel/files.h>
 #include "tests/files/volumes.h"
 #include "tests/support/poisoned_buffer.h"
-
-#if defined(__SANITIZE_ADDRESS__)
-#define KORVEL_TEST_UNDER_ASAN 1
-#elif defined(__has_feature)
-#if __has_feature(address_sanitizer)
-#define KORVEL_TEST_UNDER_ASAN 1
-#endif
-#endif
-#ifndef KORVEL_TEST_UNDER_ASAN
-#define KORVEL_TEST_UNDER_ASAN 0
-#endif
+#include "tests/support/sanitizer.h"
 
 namespace korvel {
 namespace {
@@ -194,7 +184,7 @@ TEST_F(MemoryFiles, NumbersThatLieReachNoByteOutside) {
 
 // Kept: the slot is in use even if there is no memory for its block; the old block is lost.
 TEST_F(MemoryFiles, WithoutMemory) {
-  if (KORVEL_TEST_UNDER_ASAN) GTEST_SKIP() << "the sanitizer needs all the address space";
+  if (test::kUnderSanitizer) GTEST_SKIP() << "the sanitizer needs all the address space";
   const pid_t child = fork();
   if (child == 0) {
     const int handle = MFil_Open("", 0, 0);
@@ -216,6 +206,36 @@ TEST_F(MemoryFiles, WithoutMemory) {
   int status = 0;
   waitpid(child, &status, 0);
   EXPECT_EQ(status, 0);
+}
+
+TEST_F(MemoryFiles, ReadingTakesTheModes0And2AndWritingTheModes1And2) {
+  const int handle = MFil_Open("", 0, 0);
+  const struct {
+    int mode;
+    bool reads;
+    bool writes;
+  } kCases[] = {{-2, false, false}, {-1, false, false}, {0, true, false},
+                {1, false, true},   {2, true, true},    {3, false, false}};
+  for (const auto &row : kCases) {
+    MFilSlot &slot = DATA_MFIL_TAB[handle];
+    slot.mode = 2;
+    MFil_Lseek(handle, 0);
+    ASSERT_EQ(write(handle, "0123456789"), 10);
+    ASSERT_EQ(MFil_Lseek(handle, 4), 0);
+    slot.mode = row.mode;
+    char bytes[4] = "xyz";
+    EXPECT_EQ(MFil_Re_Read(handle, bytes, 2), row.reads ? 2 : 0) << row.mode;
+    EXPECT_STREQ(bytes, row.reads ? "23z" : "xyz") << row.mode;
+    EXPECT_EQ(MFil_Read(handle, bytes, 2), row.reads ? 2 : 0) << row.mode;
+    EXPECT_STREQ(bytes, row.reads ? "45z" : "xyz") << row.mode;
+    EXPECT_EQ(slot.position, row.reads ? 6 : 4) << row.mode;
+    EXPECT_EQ(MFil_LockPtr(handle, 0) != nullptr, row.reads) << row.mode;
+    slot.position = 4;
+    EXPECT_EQ(MFil_Write(handle, "ab", 2), row.writes ? 2 : 0) << row.mode;
+    EXPECT_EQ(slot.position, row.writes ? 6 : 4) << row.mode;
+    EXPECT_EQ(std::string(slot.block, 10), row.writes ? "0123ab6789" : "0123456789") << row.mode;
+  }
+  DATA_MFIL_TAB[handle].mode = 2;
 }
 
 TEST_F(MemoryFiles, ABlockThatTheApplicationResizedServesOn) {
