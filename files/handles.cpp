@@ -158,6 +158,18 @@ int readMarked(const FileSlot &slot, void *buffer, int count) {
 
 }  // namespace
 
+bool isUntouched(const FileSlot &slot, const FileSlot &left) {
+  return slot.mode == left.mode && slot.reference == left.reference &&
+         slot.position == left.position;
+}
+
+void release(FileSlot &slot) {
+  if (slot.reference >= 0) close(slot.reference);
+  slot.mode = kFreeSlot;
+  slot.size = 0;
+  slot.position = 0;
+}
+
 int openInFolder(const char *folder, const char *path) {
   // A file that opens tells that its folder is there.
   const int descriptor = openDescriptor(path, kReading);
@@ -168,6 +180,22 @@ int openInFolder(const char *folder, const char *path) {
 int openForReading(const char *path) {
   return openWithDescriptor(path, openDescriptor(path, kReading));
 }
+
+std::uint64_t lengthOf(const char *path) {
+  const int descriptor = openDescriptor(path, kReading);
+  struct stat status = {};
+  const bool isFile = descriptor >= 0 && fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode);
+  const int handle = openWithDescriptor(path, descriptor);
+  if (handle >= 0) closeOwn(handle);
+  const bool opened = handle >= 0 || (handle == kRefused && isFile && status.st_size > INT_MAX);
+  return isFile && opened ? static_cast<std::uint64_t>(status.st_size) : 0;
+}
+
+void closeOwn(int handle) {
+  if (File_Close(handle) != 0) leaveOpen(handle);
+}
+
+void leaveOpen(int handle) { leaveSlot(DATA_FILE_TAB, handle); }
 
 }  // namespace korvel::files
 

@@ -2,6 +2,8 @@
 #ifndef KORVEL_FILES_HANDLES_H
 #define KORVEL_FILES_HANDLES_H
 
+#include <cstdint>
+
 namespace korvel::files {
 
 // The highest descriptor that a slot's reference field holds. A variable for tests, which may not
@@ -14,6 +16,16 @@ extern int highestReference;
 int openInFolder(const char *folder, const char *path);
 // The same without a look at the folder.
 int openForReading(const char *path);
+
+// The length in bytes of a file, also of one that is too long for a slot, which is taken and given
+// back for it; 0 when it cannot be opened or no slot is free.
+std::uint64_t lengthOf(const char *path);
+
+// As File_Close, for a file that only the library knows: a slot that the system does not let go
+// becomes the library's own.
+void closeOwn(int handle);
+// Leaves such a file open, as told; its slot becomes the library's own.
+void leaveOpen(int handle);
 
 }  // namespace korvel::files
 

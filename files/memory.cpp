@@ -72,6 +72,14 @@ bool grow(MFilSlot &slot, int count) {
 }
 
 }  // namespace
+
+// A block is one that somebody has put there since.
+bool isUntouched(const MFilSlot &slot, const MFilSlot &left) {
+  return slot.mode == left.mode && slot.block == left.block;
+}
+
+void release(MFilSlot &slot) { slot = {nullptr, 0, kFreeSlot, 0, 0}; }
+
 }  // namespace korvel::files
 
 using namespace korvel::files;
@@ -86,14 +94,16 @@ int MFil_Open(const char * /*name*/, int wish, int minimum) {
   // Kept: the slot is in use even if there is no memory for its block.
   slot.mode = kOpen;
   slot.block = static_cast<char *>(GlobalAlloc(0, slot.capacity));
-  return slot.block == nullptr ? -1 : handle;
+  if (slot.block != nullptr) return handle;
+  leaveSlot(DATA_MFIL_TAB, handle);
+  return -1;
 }
 
 int MFil_Close(int handle) {
   MFilSlot *slot = openSlot(DATA_MFIL_TAB, handle);
   if (slot == nullptr) return 0;
   GlobalFree(slot->block);
-  *slot = {nullptr, 0, kFreeSlot, 0, 0};
+  release(*slot);
   giveBack(handle, DATA_MFIL_ID);
   return 0;
 }

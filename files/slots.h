@@ -4,14 +4,44 @@
 
 #include <algorithm>
 
+#include <korvel/files.h>
+
 namespace korvel::files {
 
 constexpr int kSlots = 5;
 constexpr int kFreeSlot = -1;  // mode of a slot that is not in use
 
-// The slot for a new handle; -1: none is free. `highest` is the table's counter.
+// Some failures inside the library leave a slot in use, though no application knows its handle. It
+// is the library's own, as long as nobody makes use of it, and holds how it was left.
 template <typename Slot>
-int takeSlot(const Slot (&table)[kSlots], int &highest) {
+struct OwnSlot {
+  bool isOwn = false;
+  Slot left = {};
+};
+template <typename Slot>
+inline constinit OwnSlot<Slot> ownSlots[kSlots] = {};
+
+bool isUntouched(const FileSlot &slot, const FileSlot &left);
+bool isUntouched(const MFilSlot &slot, const MFilSlot &left);
+// Frees a slot of the library's own.
+void release(FileSlot &slot);
+void release(MFilSlot &slot);
+
+// Makes a slot in use the library's own.
+template <typename Slot>
+void leaveSlot(const Slot (&table)[kSlots], int handle) {
+  ownSlots<Slot>[handle] = {true, table[handle]};
+}
+
+template <typename Slot>
+bool isOwn(const Slot (&table)[kSlots], int handle) {
+  const OwnSlot<Slot> &own = ownSlots<Slot>[handle];
+  return own.isOwn && isUntouched(table[handle], own.left);
+}
+
+// The handle that is next by the rule; -1: none is free.
+template <typename Slot>
+int nextSlot(const Slot (&table)[kSlots], int &highest) {
   if (highest < kSlots - 1) {
     // Kept: the slot above the counter is used without a look at its mode. As only the closing of
     // an open slot lowers the counter, it is in use only if the application lowered it.
@@ -22,6 +52,20 @@ int takeSlot(const Slot (&table)[kSlots], int &highest) {
     if (table[handle].mode == kFreeSlot) return handle;
   }
   return -1;
+}
+
+// The slot for a new handle; -1: none is free, nor one of the library's own, which is taken back
+// then. `highest` is the table's counter.
+template <typename Slot>
+int takeSlot(Slot (&table)[kSlots], int &highest) {
+  int handle = nextSlot(table, highest);
+  for (int own = 0; handle < 0 && own < kSlots; ++own) {
+    if (isOwn(table, own)) handle = own;
+  }
+  if (handle < 0) return -1;
+  if (isOwn(table, handle)) release(table[handle]);
+  ownSlots<Slot>[handle].isOwn = false;
+  return handle;
 }
 
 // The counter falls only when the highest handle is closed.

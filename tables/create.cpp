@@ -7,6 +7,7 @@
 
 #include <korvel/files.h>
 #include <korvel/tables.h>
+#include "files/handles.h"
 #include "files/paths.h"
 #include "files/replace.h"
 #include "tables/lock.h"
@@ -61,7 +62,7 @@ bool createInPlace(const TablePath &path, const EmptyTable &table) {
   for (const std::string_view piece : table.pieces()) {
     if (!writePiece(file, piece)) break;
   }
-  File_Close(file);
+  files::closeOwn(file);
   return true;
 }
 

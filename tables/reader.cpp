@@ -64,7 +64,7 @@ bool TableReader::start(int file, Slots slots) {
 // The file stays open under a descriptor of our own.
 bool TableReader::detachFile() {
   descriptor_ = fcntl(descriptor_, F_DUPFD_CLOEXEC, 0);
-  File_Close(file_);
+  files::closeOwn(file_);
   file_ = -1;
   return descriptor_ >= 0;
 }
@@ -81,7 +81,7 @@ std::string_view TableReader::next() {
 
 void TableReader::close() {
   if (file_ >= 0) {
-    File_Close(file_);
+    files::closeOwn(file_);
   } else if (descriptor_ >= 0) {
     ::close(descriptor_);
   }
@@ -93,6 +93,7 @@ void TableReader::close() {
 }
 
 void TableReader::leaveOpen() {
+  files::leaveOpen(file_);
   file_ = descriptor_ = -1;
   close();
 }

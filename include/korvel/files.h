@@ -36,7 +36,10 @@ typedef struct FileSlot {
 } FileSlot;
 
 /* The open files; a handle is an index. Initially all free. The library works on this table itself
-   and keeps no copy: what the application writes into it holds from the next call on. */
+   and keeps no copy: what the application writes into it holds from the next call on.
+   A refused edit of a table leaves the table open in a slot whose handle no application was given.
+   Such slots count as in use as long as there is a free one; then the first of them is closed and
+   handed out. One that the application has used since is the application's own. */
 KORVEL_API extern FileSlot DATA_FILE_TAB[5];
 
 /* The highest handle handed out by the sequential rule of File_Open, initially -1. Written by the
@@ -180,7 +183,7 @@ KORVEL_API extern int DATA_MFIL_ID;
 /* Opens an empty memory file. name: not used. The capacity is 4096, or wish if that is above 4096,
    or minimum if that is larger still. Handles are given as by File_Open.
    Returns the handle, 0 to 4, or -1 when no slot is free. Returns -1 also when there is no memory;
-   the slot then stays occupied (mode 2, null block). */
+   the slot then stays occupied (mode 2, null block) until one is needed and no other is free. */
 KORVEL_API int MFil_Open(const char *name, int wish, int minimum);
 
 /* Closes a memory file and frees its block. Closing DATA_MFIL_ID lowers that by one. Returns 0. */

@@ -115,7 +115,7 @@ std::optional<EditModel::Rewriting> EditModel::beginRewriting(const char *table)
   const bool blocked = files.contains(rewriting.temporary) && !isFile(rewriting.temporary);
   if (rewriting.target < 0 || blocked) {
     if (rewriting.target >= 0) fileHandles.used[static_cast<std::size_t>(rewriting.target)] = false;
-    leftOpen.push_back(rewriting.source);
+    fileHandles.leftOpen.insert(rewriting.source);
     return std::nullopt;
   }
   rewriting.old = files[*path];

@@ -30,9 +30,6 @@ class EditModel : public TableModel {
                      const std::function<void(const char *)> &perLine);
   int ZRV_Table_repair(const char *name, const char *version, const char *title);
 
-  // Handles of tables that stayed open; whoever closes them takes them out.
-  std::vector<int> leftOpen;
-
   // What `files` holds for a folder inside a tables directory.
   static constexpr const char *kFolder = "(folder)";
 

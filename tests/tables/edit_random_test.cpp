@@ -237,11 +237,11 @@ void RandomEdits::holdOrReleaseHandles() {
 }
 
 void RandomEdits::closeLeftOpen() {
-  for (const int handle : model_.leftOpen) {
+  for (const int handle : model_.fileHandles.leftOpen) {
     EXPECT_EQ(File_Close(handle), 0);
     model_.fileHandles.giveBack(handle);
   }
-  model_.leftOpen.clear();
+  model_.fileHandles.leftOpen.clear();
 }
 
 void RandomEdits::lookUp() {

@@ -38,7 +38,8 @@ int ModelHandles::take() {
       return i;
     }
   }
-  return -1;
+  if (leftOpen.empty()) return -1;
+  return leftOpen.extract(leftOpen.begin()).value();
 }
 
 void ModelHandles::giveBack(int handle) {

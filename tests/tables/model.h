@@ -9,6 +9,7 @@
 #include <array>
 #include <map>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 
@@ -34,12 +35,15 @@ class ModelBytes {
 struct ModelHandles {
   static constexpr int kCount = 5;
 
-  // -1: none is free. An opening that fails afterwards gives the slot back, not the counter.
+  // -1: none is free, nor one that stayed open. An opening that fails afterwards gives the slot
+  // back, not the counter.
   int take();
   void giveBack(int handle);
 
   int highest = -1;
   std::array<bool, kCount> used = {};
+  // Handles that stayed open after a failure; whoever closes one takes it out.
+  std::set<int> leftOpen;
 };
 
 class TableModel {
