@@ -8,6 +8,7 @@
 
 #include <korvel/files.h>
 #include "files/exchanges.h"
+#include "files/handles.h"
 #include "files/rows.h"
 
 namespace korvel::files {
@@ -108,18 +109,11 @@ int sortByName(char *list, int rows) {
   return sortRows(list, rows, keyOf, before);
 }
 
-// 0 for a file that cannot be opened.
-std::uint32_t sizeOf(const char *path) {
-  const int handle = File_Open(path, 1, 0);
-  if (handle < 0) return 0;
-  const auto size = static_cast<std::uint32_t>(File_Size(handle));
-  File_Close(handle);
-  return size;
-}
-
 int sortBySize(char *list, int rows) {
-  const auto keyOf = [](const char *row) -> std::uint64_t {
-    return std::numeric_limits<std::uint32_t>::max() - sizeOf(row);
+  const auto keyOf = [](const char *row) {
+    char path[kRowSize];
+    copyText(path, row);
+    return std::numeric_limits<std::uint64_t>::max() - lengthOf(path);
   };
   const auto before = [](const SortItem &a, const SortItem &b) { return a.key < b.key; };
   return sortRows(list, rows, keyOf, before);

@@ -244,7 +244,8 @@ KORVEL_API int GlobalUnlock(void *block);
 
 /* Lists the files of a folder whose names contain a pattern (as BSDDir_FindFiles does). One "*" at
    the beginning of the pattern and one at its end are left out; the rest is a grep pattern, any
-   case: "*.tab" finds ".tab" anywhere in a name.
+   case: "*.tab" finds ".tab" anywhere in a name. Of the directory the shell reads apostrophes, of
+   the pattern apostrophes and grep a leading "-" (shell.h).
    list: rows rows of 256 bytes each; may be null if rows is 0. A row becomes the directory as it
    was given, ":" and the name ("Data::" before it for a directory given as "Data:"). A row that
    would not fit is empty.
@@ -265,7 +266,8 @@ KORVEL_API int Dir_ProcessFiles(const char *directory, const char *pattern, File
 KORVEL_API int Dir_SortFiles(char *list, int rows);
 
 /* Sorts rows by the size of the files that they name, the largest first; rows of equal size keep
-   their order. Each file is opened once by File_Open; one that cannot be opened counts as empty.
+   their order. Each file is opened once, in a slot as by File_Open, but whatever its size and the
+   length of its path; one that cannot be opened, or for which no slot is free, counts as empty.
    Returns as Dir_SortFiles. */
 KORVEL_API int Dir_SortSizeFiles(char *list, int rows);
 

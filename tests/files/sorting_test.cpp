@@ -1,4 +1,5 @@
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -11,6 +12,7 @@
 
 #include <korvel/files.h>
 #include "tests/files/volumes.h"
+#include "tests/support/page_end.h"
 #include "tests/support/poisoned_buffer.h"
 
 namespace korvel {
@@ -159,12 +161,22 @@ TEST(SortFiles, RowsAsLongAsTheyMayBe) {
   }
 }
 
+// Rows that fill readable memory to its last byte, none with a terminator: a text ends before the
+// last byte of its row.
 TEST(SortFiles, ARowWithoutATerminatorIsNotReadPast) {
-  PoisonedBuffer rows(512);
-  std::memset(rows.data(), 'x', 512);
-  rows.data()[300] = 'a';
-  Dir_SortFiles(rows.data(), 2);
-  EXPECT_TRUE(rows.guardsIntact());
+  const std::string x(256, 'x');
+  for (const std::size_t different : {0, 1, 7, 8, 44, 247, 254}) {
+    std::string a = x;
+    a[different] = 'a';
+    test::PageEnd rows(x + a + x);
+    EXPECT_EQ(Dir_SortFiles(rows.data(), 3), 1) << different;
+    EXPECT_EQ(rows.data(), a.substr(0, 255)) << different;
+    EXPECT_EQ(rows.data() + 256, x.substr(0, 255)) << different;
+    EXPECT_EQ(rows.bytes().substr(512), x) << different;
+  }
+  test::PageEnd same(x + x);
+  EXPECT_EQ(Dir_SortFiles(same.data(), 2), 0);
+  EXPECT_EQ(same.bytes(), x + x);
 }
 
 TEST(SortFiles, WhatStandsBehindATerminatorDoesNotCount) {
@@ -229,6 +241,47 @@ TEST_F(SortSizeFiles, RandomSizesComeOutAsByPasses) {
     }
     expectAsByPasses(texts);
   }
+}
+
+TEST_F(SortSizeFiles, FilesOf2GiBAndMoreComeByTheirRealSize) {
+  const struct {
+    const char *name;
+    off_t size;
+  } kFiles[] = {{"one byte", 1},        {"2 GiB less 1", 0x7FFFFFFF},
+                {"2 GiB", 0x80000000},  {"4 GiB less 1", 0xFFFFFFFF},
+                {"4 GiB", 0x100000000}, {"5 GiB", 0x140000000}};
+  Texts texts;
+  for (const auto &file : kFiles) {
+    texts.push_back(volumes_.file(file.name, ""));
+    ASSERT_EQ(truncate(volumes_.posix(file.name).c_str(), file.size), 0);
+  }
+  PoisonedBuffer rows = asRows(texts);
+  EXPECT_EQ(Dir_SortSizeFiles(rows.data(), 6), 15);
+  std::reverse(texts.begin(), texts.end());
+  EXPECT_EQ(asTexts(rows), texts);
+  for (const FileSlot &slot : DATA_FILE_TAB) EXPECT_EQ(slot.mode, -1);
+}
+
+TEST_F(SortSizeFiles, FilesWithLongPathsComeByTheirRealSize) {
+  const std::string name(200, 'n');
+  PoisonedBuffer rows = asRows({volumes_.file("a", "1"), volumes_.file(name, "22")});
+  EXPECT_EQ(Dir_SortSizeFiles(rows.data(), 2), 1);
+  EXPECT_EQ(asTexts(rows), (Texts{"Data:" + name, "Data:a"}));
+}
+
+TEST_F(SortSizeFiles, WhatIsNoFileCountsAsEmpty) {
+  mkdir(volumes_.posix("folder").c_str(), 0777);
+  mkfifo(volumes_.posix("pipe").c_str(), 0666);
+  PoisonedBuffer rows = asRows({"Data:folder", "Data:pipe", volumes_.file("a", "1")});
+  EXPECT_EQ(Dir_SortSizeFiles(rows.data(), 3), 2);
+  EXPECT_EQ(asTexts(rows), (Texts{"Data:a", "Data:folder", "Data:pipe"}));
+}
+
+TEST_F(SortSizeFiles, ARowWithoutATerminatorIsNotReadPast) {
+  const std::string x(256, 'x');
+  test::PageEnd rows(x + x);
+  EXPECT_EQ(Dir_SortSizeFiles(rows.data(), 2), 0);
+  EXPECT_EQ(rows.bytes(), x + x);
 }
 
 TEST_F(SortSizeFiles, AllHandlesAreFreeAgain) {
