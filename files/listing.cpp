@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include <korvel/files.h>
+#include "files/paths.h"
 #include "files/rows.h"
 
 namespace korvel::files {
@@ -43,20 +44,18 @@ void makeColonPath(char *row, std::string_view directory) {
 }
 
 int findFiles(char *list, const char *directory, int rows, const char *pattern) {
-  char folder[kRowSize];
-  BSDMAC2UNIX(directory, folder);
+  const PosixPath folder = PosixPath::ofTools(directory);
   const TrimmedPattern trimmed(pattern);
   if (trimmed.text() == nullptr) return 0;
-  const int found = BSDDir_FindFiles(list, folder, rows, trimmed.text());
+  const int found = BSDDir_FindFiles(list, folder.text(), rows, trimmed.text());
   for (int i = 0; i < std::min(rows, found); ++i) makeColonPath(list + kRowSize * i, directory);
   return found;
 }
 
 int processFiles(const char *directory, const char *pattern, FileVisit_t visit) {
-  char folder[kRowSize];
-  BSDMAC2UNIX(directory, folder);
+  const PosixPath folder = PosixPath::ofTools(directory);
   const TrimmedPattern trimmed(pattern);
-  return trimmed.text() == nullptr ? 0 : BSDDir_ProcessFiles(folder, trimmed.text(), visit);
+  return trimmed.text() == nullptr ? 0 : BSDDir_ProcessFiles(folder.text(), trimmed.text(), visit);
 }
 
 }  // namespace

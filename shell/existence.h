@@ -1,4 +1,4 @@
-// For shell/ and files/ only: whether a path exists.
+// For shell/ only: whether a path exists.
 #ifndef SHELL_EXISTENCE_H
 #define SHELL_EXISTENCE_H
 

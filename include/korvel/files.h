@@ -4,7 +4,7 @@
    Paths are colon paths (volume:folder:file), NUL-terminated. The file functions take them to
    POSIX paths as MAC2UNIX does, the removing, renaming and listing ones as BSDMAC2UNIX does
    (shell.h); volumes stand under szVolumes (desktop.h). A path whose POSIX form has more than 511
-   bytes, or 255 for the listings, is refused, not cut: a cut path would name another file.
+   bytes is refused, not cut: a cut path would name another file.
 
    Only the listings (Dir_FindFiles and Dir_ProcessFiles) start processes. To all other functions a
    path is a name and nothing else, whatever characters it holds: an apostrophe, a "$" or a leading

@@ -129,6 +129,31 @@ TEST_F(Listing, NamesComeByteForByte) {
   EXPECT_EQ(rows, std::vector<std::string>{"Data:\xE9t\xE9.tab"});
 }
 
+// The tools read the apostrophe; the folder is not taken for the one of the same path from the
+// root.
+TEST_F(Listing, AVolumeWithAnApostropheGivesNothing) {
+  mkdir((volumes_.root() + "/l'\xE9t\xE9").c_str(), 0777);
+  std::string path = "l'\xE9t\xE9" + volumes_.folder();
+  std::replace(path.begin(), path.end(), '/', ':');
+  EXPECT_EQ(find(path, 10, "*").size(), 0u);
+  EXPECT_TRUE(process(path.c_str(), "*").empty());
+}
+
+TEST_F(Listing, AFolderOf511BytesIsListed) {
+  std::string posix = volumes_.folder();
+  std::string mac = "Data";
+  const auto enter = [&](std::size_t length) {
+    const std::string name(length, 'd');
+    posix += "/" + name;
+    mac += ":" + name;
+    mkdir(posix.c_str(), 0777);
+  };
+  while (posix.size() < 400) enter(40);
+  enter(511 - posix.size() - 1);
+  std::ofstream(posix + "/a") << "x";
+  EXPECT_EQ(process(mac.c_str(), "a"), std::vector<std::string>{"a"});
+}
+
 TEST_F(Listing, NoSuchFolderOrNoListGivesNothing) {
   EXPECT_EQ(find("Data:none", 10, "*").size(), 0u);
   EXPECT_EQ(find("Data", -1, "*").size(), 0u);

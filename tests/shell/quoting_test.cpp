@@ -1,4 +1,4 @@
-// Kept: paths and patterns are quoted and not escaped. Which characters the shell or a tool reads.
+// Which characters of paths and patterns the shell or a tool reads.
 #include <gtest/gtest.h>
 #include <korvel/shell.h>
 #include <unistd.h>
@@ -10,6 +10,7 @@
 namespace korvel::test {
 namespace {
 
+// Kept: nothing is escaped, so a single quote in the path breaks the command.
 TEST(Quoting, ASingleQuoteInAPathEndsIt) {
   const Workspace workspace;
   const std::string file = workspace.makeFile("it's");

@@ -172,6 +172,7 @@ TEST(Mac2Unix, StartsNoProcess) {
   EXPECT_EQ(tools.calls(), "");
 }
 
+// Kept: a quote in its name is read by a shell.
 TEST(Mac2Unix, RunsTheToolForAVolumeWithAQuote) {
   const Workspace workspace;
   workspace.makeFolder("its");
