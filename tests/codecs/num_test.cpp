@@ -212,6 +212,16 @@ TEST(NumReadInterval, ReadsBothBounds) {
       {"10,20-30", 3, 10, 0},
       {"10--20", 12, 10, 0},
       {"-10,20", 1 + 3, 0, 0},
+      // Nothing but the three separates, not even what separates the items of a list.
+      {"10+20", 3 + 11, 0, 0},
+      {"10:20", 3 + 11, 0, 0},
+      {"10.20", 3 + 11, 0, 0},
+      {"10/20", 3 + 11, 0, 0},
+      {"10 20", 3 + 11, 0, 0},
+      {"10\t20", 3 + 11, 0, 0},
+      {"10\xAD"
+       "20",
+       3 + 11, 0, 0},
       // No separator leaves no high bound at all, an empty one is another fault.
       {"10", 11, 10, 0},
       {"", 1 + 11, 0, 0},
@@ -281,6 +291,22 @@ TEST(NumReadReal, ReadsRealsAndPercentages) {
     const ExactRun run(row.num);
     double result = 77.0;
     EXPECT_EQ(NUMDToDouble(run.data(), run.width(), &result), row.status) << row.num;
+    EXPECT_EQ(result, row.value) << row.num;
+  }
+}
+
+// Each of these comes out otherwise when it is multiplied by 0.01, or divided as a float.
+TEST(NumReadReal, PercentagesAreDividedByAHundredExactly) {
+  constexpr struct {
+    const char *num;
+    double value;
+  } kRows[] = {
+      {"35%", 0.35}, {"41%", 0.41}, {"57 %", 0.57}, {"070%", 0.7}, {"114%", 1.14}, {"166%", 1.66},
+  };
+  for (const auto &row : kRows) {
+    const ExactRun run(row.num);
+    double result = 77.0;
+    EXPECT_EQ(NUMDToDouble(run.data(), run.width(), &result), 0) << row.num;
     EXPECT_EQ(result, row.value) << row.num;
   }
 }
