@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <random>
 #include <string>
@@ -102,6 +103,15 @@ TEST_F(MissingFiles, WithoutADirectoryTheItemIsThePath) {
   EXPECT_EQ(removed({"Data:a", "Data:x", "a"}, ""), Left({"Data:a"}, 0));
   EXPECT_EQ(removed({"Data:a", "Data:x"}, nullptr), Left({"Data:a"}, 0));
   EXPECT_EQ(detected({"Data:a", "Data:x"}, ""), 1);
+}
+
+// A ":" in front would make a path on the nameless volume of one whose volume is not there.
+TEST_F(MissingFiles, WithoutADirectoryNoSeparatorStandsInFront) {
+  std::string path = "No such volume" + volumes_.posix("a");
+  std::replace(path.begin(), path.end(), '/', ':');
+  EXPECT_EQ(removed({path, path + "x"}, ""), Left({path}, 0));
+  EXPECT_EQ(removed({path, path + "x"}, nullptr), Left({path}, 0));
+  EXPECT_EQ(detected({path, path + "x"}, ""), 1);
 }
 
 TEST_F(MissingFiles, DirectoryIsTakenUnchanged) {
