@@ -16,6 +16,8 @@ constinit Clock clockInUse = hostClock;
 ClockTime hostClock() {
   const std::time_t now = std::time(nullptr);
   std::tm local{};
+  // localtime_r alone would stay with the time zone of the process's first call.
+  tzset();
   if (localtime_r(&now, &local) == nullptr) return {};
   return {local.tm_year + 1900, local.tm_mon + 1, local.tm_mday,
           local.tm_hour,        local.tm_min,     local.tm_sec};

@@ -2,8 +2,12 @@
 
 #include <gtest/gtest.h>
 #include <korvel/dates.h>
+#include <sched.h>
 #include <stdlib.h>
+#include <sys/mount.h>
+#include <sys/wait.h>
 #include <time.h>
+#include <unistd.h>
 
 #include <optional>
 #include <string>
@@ -104,6 +108,53 @@ TEST(HostClock, TellsLocalTime) {
   const ClockTime west = inZone("WST+12");
   const ClockTime east = inZone("EST-12");
   EXPECT_NE(west.day, east.day);
+}
+
+// The hours between the local times that two moments of the host's clock tell.
+int hoursBetween(const ClockTime &from, const ClockTime &to) {
+  const auto moment = [](const ClockTime &clock) {
+    tm fields{};
+    fields.tm_year = clock.year - 1900;
+    fields.tm_mon = clock.month - 1;
+    fields.tm_mday = clock.day;
+    fields.tm_hour = clock.hour;
+    return timegm(&fields);
+  };
+  return static_cast<int>((moment(to) - moment(from)) / 3600);
+}
+
+TEST(HostClock, FollowsATimeZoneThatNobodyAnnounced) {
+  const TimeZone restored("WST+12");
+  const ClockTime west = dates::hostClock();
+  setenv("TZ", "EST-12", 1);
+  // The hour may strike between the two.
+  EXPECT_NEAR(hoursBetween(west, dates::hostClock()), 24, 1);
+}
+
+// The hours that the host's clock jumps when /etc/localtime becomes another zone, in a process with
+// a view of the files of its own; negative where it may not have one.
+int hoursWhenTheHostMoves() {
+  if (unshare(CLONE_NEWNS) != 0 || mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0)
+    return -1;
+  const auto moveTo = [](const char *zone) {
+    return mount(zone, "/etc/localtime", nullptr, MS_BIND, nullptr) == 0;
+  };
+  unsetenv("TZ");
+  if (!moveTo("/usr/share/zoneinfo/Etc/GMT+12")) return -1;
+  const ClockTime west = dates::hostClock();
+  if (!moveTo("/usr/share/zoneinfo/Etc/GMT-12")) return -1;
+  return hoursBetween(west, dates::hostClock());
+}
+
+TEST(HostClock, FollowsTheHostToAnotherTimeZone) {
+  const pid_t child = fork();
+  if (child == 0) _exit(hoursWhenTheHostMoves() & 0xFF);
+  int status = 0;
+  waitpid(child, &status, 0);
+  ASSERT_TRUE(WIFEXITED(status));
+  if (WEXITSTATUS(status) == 0xFF)
+    GTEST_SKIP() << "/etc/localtime can be changed for a moment by root only, with tzdata there";
+  EXPECT_NEAR(WEXITSTATUS(status), 24, 1);
 }
 
 }  // namespace
