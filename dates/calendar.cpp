@@ -129,6 +129,7 @@ int Get_Date_Diff(int date, unsigned int n) {
     left -= kYearDays + leapDay(f.year - 1);
     --f.year;
   }
+  // Kept: a whole month keeps the day, also one that the month reached does not have.
   while (left > daysIn(f.year, monthBefore(f.month))) {
     stepBack(f);
     left -= daysIn(f.year, f.month);

@@ -298,6 +298,11 @@ TEST(DaysTakenOff, CrossMonthsAndYears) {
       {20010301, 367, 20000229},
       {20010301, 366, 20000229},
       {20010301, 365, 20000301},
+      // Kept: a whole month keeps the day, also one that the month reached does not have.
+      {20010331, 28, 20010303},
+      {20010331, 29, 20010230},
+      {20010331, 30, 20010229},
+      {20010331, 31, 20010228},
       // No day of its own: the last one before.
       {20040300, 0, 20040229},
       // What is no month is stepped over, or steps back as January does.
