@@ -31,17 +31,20 @@ static_assert(std::size(names) == kDayAbbreviation + 1);
 // ASCII letters alone: é stays as it is.
 char capital(char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; }
 
-const char *abbreviate(const char *name, int place) {
+// The names are given out as char *, but are constants.
+char *nameAt(int place) { return const_cast<char *>(names[place]); }
+
+char *abbreviate(const char *name, int place) {
   for (std::size_t i = 0; i < kAbbreviation; ++i) abbreviation[i] = capital(name[i]);
-  return names[place];
+  return nameAt(place);
 }
 
 }  // namespace
 
-const char *utdatemy(int month) { return names[month >= 1 && month <= kMonths ? month : kNoMonth]; }
+char *utdatemy(int month) { return nameAt(month >= 1 && month <= kMonths ? month : kNoMonth); }
 
-const char *utdatedn(int day) { return names[day >= 0 && day < kDays ? kFirstDay + day : kNoDay]; }
+char *utdatedn(int day) { return nameAt(day >= 0 && day < kDays ? kFirstDay + day : kNoDay); }
 
-const char *utdatemm(int month) { return abbreviate(utdatemy(month), kMonthAbbreviation); }
+char *utdatemm(int month) { return abbreviate(utdatemy(month), kMonthAbbreviation); }
 
-const char *utdatedd(int day) { return abbreviate(utdatedn(day), kDayAbbreviation); }
+char *utdatedd(int day) { return abbreviate(utdatedn(day), kDayAbbreviation); }

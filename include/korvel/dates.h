@@ -93,6 +93,8 @@ KORVEL_API int Get_Date_Incr(int date, unsigned int n);
 
 /* Returns the date n days earlier. Whole years are taken off by the length of the calendar year
    before, whatever the month, so that across a leap day dates after February come out one day off.
+   Whole months are taken off by their own length and keep the day, so that the result may be a day
+   that does not exist: 20010331 less 30 gives 20010229. Validate_Date tells.
    A month above 12 has no days and is stepped over, a month below 1 steps back as January does; a
    result that an int cannot hold is -2147483648. */
 KORVEL_API int Get_Date_Diff(int date, unsigned int n);
@@ -107,17 +109,17 @@ KORVEL_API int Min_depuis_org(int date, int time, int origin);
 
 /* Returns the French name of a month 1 to 12, else "Illégal". The bytes of the names are those of
    the DOS Latin code page: é is 0x82. The text is the library's and must not be changed. */
-KORVEL_API const char *utdatemy(int month);
+KORVEL_API char *utdatemy(int month);
 
 /* Returns the French name of a day 0 (Dimanche) to 6, else "Illégal"; as utdatemy. */
-KORVEL_API const char *utdatedn(int day);
+KORVEL_API char *utdatedn(int day);
 
 /* Returns the first three letters of utdatemy's name, ASCII letters in upper case, in a buffer that
    the next call of utdatemm or utdatedd overwrites. */
-KORVEL_API const char *utdatemm(int month);
+KORVEL_API char *utdatemm(int month);
 
 /* Returns the first three letters of utdatedn's name, as utdatemm and in the same buffer. */
-KORVEL_API const char *utdatedd(int day);
+KORVEL_API char *utdatedd(int day);
 
 #ifdef __cplusplus
 }

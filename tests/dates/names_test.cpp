@@ -3,6 +3,7 @@
 
 #include <climits>
 #include <string>
+#include <type_traits>
 
 namespace korvel::test {
 namespace {
@@ -41,6 +42,16 @@ TEST(Names, OutsideTheirRangeAreIllegal) {
     EXPECT_STREQ(utdatedn(day), kIllegal) << day;
     EXPECT_STREQ(utdatedd(day), "ILL") << day;
   }
+}
+
+TEST(Names, AreGivenAsCharacterPointers) {
+  static_assert(std::is_same_v<decltype(utdatemy(1)), char *>);
+  static_assert(std::is_same_v<decltype(utdatedn(1)), char *>);
+  static_assert(std::is_same_v<decltype(utdatemm(1)), char *>);
+  static_assert(std::is_same_v<decltype(utdatedd(1)), char *>);
+  // The buffer of the abbreviations has room for three letters, and may be written.
+  utdatemm(1)[0] = '#';
+  EXPECT_STREQ(utdatemm(1), "JAN");
 }
 
 TEST(Names, AbbreviationsShareOneBuffer) {
