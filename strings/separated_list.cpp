@@ -62,7 +62,7 @@ int Teste_item_szliste(const char *list, int listLength, const char *item, int n
                    {item, static_cast<std::size_t>(n)});
 }
 
-const char *Get_item_liste(const char *list, int index) {
+char *Get_item_liste(const char *list, int index) {
   if (list == nullptr || index < 0) return nullptr;
   Items items(list);
   std::string_view item;

@@ -271,20 +271,6 @@ KORVEL_API int Dir_SortFiles(char *list, int rows);
    Returns as Dir_SortFiles. */
 KORVEL_API int Dir_SortSizeFiles(char *list, int rows);
 
-/* ---- Lists of files: lists of strings (strings.h) that name files of one folder ---- */
-
-/* Looks for the first item of a list that names no file: directory, ":" and the item are not a path
-   for which File_Is_Existing gives 1. With an empty (or null) directory the item is the whole path;
-   a ":" at the end of directory is not taken off.
-   Returns 1 and stores the address of the item in *item; 0, with *item as it was, when all files
-   exist, as those of an empty list do. */
-KORVEL_API int ChCh_Detect_Missing_File(const char *directory, const char *list, char **item);
-
-/* Removes the items of a list that name no file, in place, as ChCh_Delete_Item does.
-   Returns 1 when the last item that was tested names a file, 0 when it did not and was removed; 1
-   for an empty list. */
-KORVEL_API int ChCh_Remove_Missing_File(const char *directory, char *list);
-
 #ifdef __cplusplus
 }
 #endif

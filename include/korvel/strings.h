@@ -173,9 +173,9 @@ KORVEL_API int Teste_item_liste(const char *list, const char *item, int n);
 KORVEL_API int Teste_item_szliste(const char *list, int listLength, const char *item, int n);
 
 /* Copies the item number index (from 0), cut to 63 characters, to a buffer of the library.
-   Returns the buffer, which the next call overwrites. Returns null, the buffer being as it was,
+   Returns the buffer of 64 bytes, which the next call overwrites. Returns null, the buffer being as it was,
    for an index below 0 or at or past the number of items. */
-KORVEL_API const char *Get_item_liste(const char *list, int index);
+KORVEL_API char *Get_item_liste(const char *list, int index);
 
 /* --- Lists of strings ----------------------------------------------------------------------
 
@@ -218,6 +218,18 @@ KORVEL_API void ChCh_Bind_sep(char *list, int separator);
    item takes nothing but the final NUL; removing the only item leaves an empty list. Leaves an
    empty item alone. */
 KORVEL_API void ChCh_Delete_Item(char *item);
+
+/* Looks for the first item of a list that names no file: directory, ":" and the item are not a path
+   for which File_Is_Existing (files.h) gives 1. With an empty (or null) directory the item is the
+   whole path; a ":" at the end of directory is not taken off.
+   Returns 1 and stores the address of the item in *item; 0, with *item as it was, when all files
+   exist, as those of an empty list do. */
+KORVEL_API int ChCh_Detect_Missing_File(const char *directory, const char *list, char **item);
+
+/* Removes the items of a list that name no file, in place, as ChCh_Delete_Item does.
+   Returns 1 when the last item that was tested names a file, 0 when it did not and was removed; 1
+   for an empty list. */
+KORVEL_API int ChCh_Remove_Missing_File(const char *directory, char *list);
 
 #ifdef __cplusplus
 }

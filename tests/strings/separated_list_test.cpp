@@ -4,6 +4,7 @@
 #include <random>
 #include <string>
 #include <string_view>
+#include <type_traits>
 #include <vector>
 
 #include "tests/support/page_end.h"
@@ -37,6 +38,18 @@ TEST(CountItems, IsTheSeparatorsPlusOne) {
   };
   for (const auto &c : kCases) EXPECT_EQ(Teste_liste(c.list), c.items) << c.list;
   EXPECT_EQ(Teste_liste(nullptr), 0);
+}
+
+TEST(SeparatedLists, AreSeparatedByThreeBytesAndNoOther) {
+  const std::string_view separators = "+,-";
+  for (int c = 1; c < 256; ++c) {
+    const std::string list = {'a', static_cast<char>(c), 'b'};
+    const bool separates = separators.find(list[1]) != std::string_view::npos;
+    EXPECT_EQ(Teste_liste(list.c_str()), separates ? 2 : 1) << c;
+    EXPECT_EQ(Teste_item_liste(list.c_str(), "b", 1), separates ? 1 : 0) << c;
+    EXPECT_EQ(Teste_item_szliste(list.data(), 3, list.data(), 3), separates ? 0 : 1) << c;
+    EXPECT_EQ(Get_item_liste(list.c_str(), 0), separates ? "a" : list) << c;
+  }
 }
 
 TEST(FindItem, NeedsTheSameLengthAndBytes) {
@@ -171,6 +184,14 @@ TEST(GetItem, UsesOneBufferThatTheNextCallOverwrites) {
   // Without an item the buffer stays as it was.
   EXPECT_EQ(Get_item_liste("x", 5), nullptr);
   EXPECT_STREQ(first, "second");
+}
+
+TEST(GetItem, TheBufferMayBeWritten) {
+  static_assert(std::is_same_v<decltype(Get_item_liste("", 0)), char *>);
+  const std::string longest(63, 'i');
+  char *item = Get_item_liste(longest.c_str(), 0);
+  for (int i = 0; i < 64; ++i) item[i] = '#';
+  EXPECT_EQ(Get_item_liste(longest.c_str(), 0), longest);
 }
 
 TEST(GetItem, TakesItsOwnBufferAsList) {

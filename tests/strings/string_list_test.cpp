@@ -251,6 +251,15 @@ TEST(DeleteItem, WritesNothingBehindTheList) {
   EXPECT_TRUE(buffer.guardsIntact());
 }
 
+// The functions on files are declared beside the others; files.h is not included here.
+TEST(StringLists, OfFilesNeedNoOtherHeader) {
+  char list[] = "";
+  char *missing = list;
+  EXPECT_EQ(ChCh_Detect_Missing_File("", list, &missing), 0);
+  EXPECT_EQ(missing, list);
+  EXPECT_EQ(ChCh_Remove_Missing_File("", list), 1);
+}
+
 TEST(StringLists, AgreeWithVectorsOfStrings) {
   std::mt19937 random(19890714);
   const auto item = [&] {
