@@ -6,7 +6,6 @@
 #include "shell/existence.h"
 #include "shell/guard.h"
 #include "shell/replace.h"
-#include "shell/tool.h"
 
 namespace korvel::shell {
 namespace {
@@ -62,14 +61,6 @@ int copyInto(const std::string &source, const std::string &folder, const Rights 
   return exists(target.c_str()) ? 0 : -1;
 }
 
-int openDocument(std::string_view path) {
-  std::string command = "xdg-open \"";
-  command += path;
-  command += '"';
-  // The opener may hand its output on to the application that it starts, which outlives the pipe.
-  return Tool(command.c_str(), Flow::Nowhere).finish();
-}
-
 }  // namespace
 }  // namespace korvel::shell
 
@@ -102,9 +93,4 @@ int BSDRemove(const char *path) {
 int BSDRemove_psw(const char *path, const char *password) {
   if (path == nullptr || password == nullptr) return -1;
   return orOnFailure(-1, [&] { return removePath(path, Rights::superUsers(password)); });
-}
-
-int BSDopen(const char *path) {
-  if (path == nullptr) return -1;
-  return orOnFailure(-1, [&] { return korvel::shell::openDocument(path); });
 }

@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <paths.h>
+#include <poll.h>
 #include <signal.h>
 #include <spawn.h>
 #include <sys/wait.h>
@@ -13,6 +14,7 @@
 #include <utility>
 #include <vector>
 
+#include "shell/descriptor.h"
 #include "shell/system.h"
 
 extern char **environ;
@@ -43,27 +45,15 @@ std::vector<char *> plainBytesEnvironment() {
   return entries;
 }
 
-// Both ends of a pipe, closed at the end unless released.
-class Pipe {
- public:
-  Pipe() { made_ = pipe2(ends_, O_CLOEXEC) == 0; }
-  ~Pipe() {
-    for (int end : ends_) {
-      if (end >= 0) close(end);
-    }
+// Both ends of a pipe.
+struct Pipe {
+  Pipe() {
+    int ends[2];
+    if (pipe2(ends, O_CLOEXEC) != 0) return;
+    readEnd = Descriptor(ends[0]);
+    writeEnd = Descriptor(ends[1]);
   }
-  Pipe(const Pipe &) = delete;
-  Pipe &operator=(const Pipe &) = delete;
-
-  bool made() const { return made_; }
-  int readEnd() const { return ends_[0]; }
-  int writeEnd() const { return ends_[1]; }
-  int releaseReadEnd() { return std::exchange(ends_[0], -1); }
-  int releaseWriteEnd() { return std::exchange(ends_[1], -1); }
-
- private:
-  int ends_[2] = {-1, -1};
-  bool made_ = false;
+  Descriptor readEnd, writeEnd;
 };
 
 // What the new process does with its standard streams.
@@ -78,10 +68,6 @@ class StreamActions {
 
   bool use(int descriptor, int stream) {
     return ready_ && posix_spawn_file_actions_adddup2(&actions_, descriptor, stream) == 0;
-  }
-  bool discard(int stream) {
-    return ready_ &&
-           posix_spawn_file_actions_addopen(&actions_, stream, _PATH_DEVNULL, O_WRONLY, 0) == 0;
   }
   const posix_spawn_file_actions_t *get() const { return &actions_; }
 
@@ -204,19 +190,31 @@ bool handBlock(std::string_view block, LineBuffer &line, ToolLine_t perLine) {
 
 }  // namespace
 
-Tool::Tool(const char *command, Flow flow, Environment environment) {
+Tool::Tool(const char *command, Flow flow, Environment environment, int input) {
   if (!runsOnUnix()) return;
-  StreamActions streams;
-  if (flow == Flow::Nowhere) {
-    if (streams.discard(STDOUT_FILENO)) process_ = spawnShell(command, streams, environment);
-    return;
-  }
+  // Opened before the pipe: where the application has no standard input, this takes its number, and
+  // no end of the pipe does.
+  const Descriptor nothing(open(_PATH_DEVNULL, O_RDONLY | O_CLOEXEC));
   Pipe pipe;
-  if (!pipe.made()) return;
-  const bool ready = flow == Flow::FromTool ? streams.use(pipe.writeEnd(), STDOUT_FILENO)
-                                            : streams.use(pipe.readEnd(), STDIN_FILENO);
+  StreamActions streams;
+  const bool ready = flow == Flow::ToTool
+                         ? streams.use(pipe.readEnd.get(), STDIN_FILENO)
+                         : streams.use(input >= 0 ? input : nothing.get(), STDIN_FILENO) &&
+                               streams.use(pipe.writeEnd.get(), STDOUT_FILENO);
   if (ready) process_ = spawnShell(command, streams, environment);
-  if (started()) pipe_ = flow == Flow::FromTool ? pipe.releaseReadEnd() : pipe.releaseWriteEnd();
+  if (started()) pipe_ = (flow == Flow::FromTool ? pipe.readEnd : pipe.writeEnd).release();
+}
+
+bool Tool::writesWithin(std::chrono::milliseconds patience) const {
+  using Clock = std::chrono::steady_clock;
+  const Clock::time_point end = Clock::now() + patience;
+  pollfd output = {pipe_, POLLIN, 0};
+  int ready;
+  do {
+    const auto left = std::chrono::ceil<std::chrono::milliseconds>(end - Clock::now());
+    ready = poll(&output, 1, std::max<int>(0, static_cast<int>(left.count())));
+  } while (ready == -1 && errno == EINTR);
+  return ready > 0;
 }
 
 std::size_t Tool::readSome(char *to, std::size_t n) const {

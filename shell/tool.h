@@ -4,6 +4,7 @@
 
 #include <sys/types.h>
 
+#include <chrono>
 #include <cstddef>
 #include <string_view>
 
@@ -15,7 +16,6 @@ namespace korvel::shell {
 enum class Flow {
   FromTool,  // its output is read
   ToTool,    // its input is written
-  Nowhere,   // its output is thrown away; the tool may write as much as it likes
 };
 
 // What the tool inherits.
@@ -29,7 +29,10 @@ enum class Environment {
 // A command run by the shell, as popen and pclose do it, with the pipe read and written directly.
 class Tool {
  public:
-  Tool(const char *command, Flow flow, Environment environment = Environment::Callers);
+  // input: a descriptor that stays the caller's, for a tool whose output is read. A tool that gets
+  // none reads an empty one, and never the application's terminal.
+  Tool(const char *command, Flow flow, Environment environment = Environment::Callers,
+       int input = -1);
   ~Tool() { finish(); }
   Tool(const Tool &) = delete;
   Tool &operator=(const Tool &) = delete;
@@ -40,6 +43,9 @@ class Tool {
   std::size_t readSome(char *to, std::size_t n) const;
   // Exactly n bytes, however many pieces they come in; less only at the end of the output.
   std::size_t read(char *to, std::size_t n) const;
+  // Waits until the tool has written or its output has ended, no longer than `patience`. True if
+  // there is something to read, the end of the output included.
+  bool writesWithin(std::chrono::milliseconds patience) const;
   // Writes all of `input`, or as much as the tool lives to read. SIGPIPE does not reach the
   // application.
   void write(std::string_view input) const;

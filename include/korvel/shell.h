@@ -3,7 +3,8 @@
 
    Commands run through /bin/sh -c with the caller's environment. A "close status" is what pclose
    gives: a wait status (see WIFEXITED and its kin), or -1 when the command could not be started or
-   its status was not to be had (the application ignores SIGCHLD or collects every child).
+   its status was not to be had (the application ignores SIGCHLD or collects every child). A
+   command that is given no input reads an empty one, never the application's terminal.
    Paths are POSIX paths unless called macPath (a colon path). Every path and pattern is put between
    single quotes and not escaped, so a few characters are read by the shell or the tool:
    - "'" in a path or a pattern ends the quoting. The command breaks, or the shell runs what follows:
@@ -131,7 +132,10 @@ KORVEL_API int BSDprocesst(char *line);
 
 /* Opens a document with the application that the desktop has for it (by xdg-open, the path in
    double quotes, between which the shell still reads "$", "`" and "\"). What the opener prints is
-   thrown away. Returns the close status of the opener. */
+   thrown away. The viewer is not waited for, and is no child of the application.
+   Returns the close status of the opener when it ends within a second, as the shell tells it (ended
+   by a signal, it has exited with 128 + the signal); 0 when it still runs then; -1 if it could not
+   be started. */
 KORVEL_API int BSDopen(const char *path);
 
 /* Lists the files of a folder whose names contain a grep pattern, in any case, by "ls -1F" and

@@ -321,21 +321,5 @@ TEST(SCopy, CopiesWithoutAnyCheckAndGivesTheCloseStatus) {
   EXPECT_EQ(tools.calls(), "cp[-R][a b][/c \xE9]\n");
 }
 
-TEST(Open, HandsThePathToTheDesktopsOpener) {
-  const FakeTools tools;
-  tools.add("xdg-open", "exit 4");
-  EXPECT_EQ(BSDopen("/a folder/it's a \xE9 file.pdf"), 4 << 8);
-  EXPECT_EQ(tools.calls(), "xdg-open[/a folder/it's a \xE9 file.pdf]\n");
-  EXPECT_EQ(BSDopen(nullptr), -1);
-}
-
-// The application that shows the document may write as it likes.
-TEST(Open, LetsTheOpenerWrite) {
-  const FakeTools tools;
-  tools.add("xdg-open", "head -c 300000 /dev/zero && echo written >> \"$log/calls\"");
-  EXPECT_EQ(BSDopen("x"), 0);
-  EXPECT_EQ(tools.calls(), "xdg-open[x]\nwritten\n");
-}
-
 }  // namespace
 }  // namespace korvel::test

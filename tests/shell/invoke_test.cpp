@@ -147,6 +147,43 @@ TEST(InvokeTool, TakesCommandsOfAnyLength) {
   EXPECT_STREQ(out, "ok");
 }
 
+// The application's standard input is its own: a tool that reads gets an empty one, and does not
+// wait for somebody at a terminal.
+TEST(InvokeTool, AToolThatGetsNoInputReadsAnEmptyOne) {
+  const StandardInput typed("typed by somebody");
+  char out[32] = "";
+  EXPECT_EQ(BSDInvokeTool("cat; readlink /proc/self/fd/0", out, sizeof out), 0);
+  EXPECT_STREQ(out, "/dev/null\n");
+  EXPECT_EQ(linesOf("cat; echo end"), (Lines{"end"}));
+  EXPECT_EQ(BSDInvokeTool("read line", nullptr, 0), 1 << 8);
+  EXPECT_EQ(BSDInvokeToolWr("test \"$(cat)\" = given", "given"), 0);
+  EXPECT_EQ(typed.rest(), "typed by somebody");
+}
+
+TEST(InvokeTool, NoToolOfTheLibraryReadsTheApplicationsInput) {
+  const ResultGlobals saved;
+  const Workspace workspace;
+  const std::string file = workspace.makeFile("file"), folder = workspace.makeFolder("folder");
+  const FakeTools tools;
+  for (const char *name : {"cp", "rm", "xdg-open", "ps", "ls", "chmod"}) {
+    tools.addReader(name, "cat \"$log/" + std::string(name) + ".input\" >> \"$log/read\"");
+  }
+  const StandardInput typed("typed by somebody");
+  BSDSCopy(file.c_str(), folder.c_str());
+  BSDCopy(file.c_str(), folder.c_str());
+  BSDRemove(file.c_str());
+  BSDopen(file.c_str());
+  BSDtestProcess("nobody");
+  BSDkill("nobody");
+  BSDIsExisting("-x");
+  BSDDir_ProcessFiles(folder.c_str(), "", [](const char *) { return 0; });
+  EXPECT_EQ(tools.written("read"), "");
+  EXPECT_EQ(typed.rest(), "typed by somebody");
+  for (const char *name : {"cp", "rm", "xdg-open", "ps", "ls"}) {
+    EXPECT_NE(tools.calls().find(std::string(name) + "["), std::string::npos) << name;
+  }
+}
+
 // A soft limit of 0 descriptors: no pipe can be opened.
 class NoDescriptors {
  public:

@@ -126,6 +126,28 @@ void FakeTools::addReader(std::string_view name, std::string_view script) const 
   add(name, "/bin/cat > \"$log/" + std::string(name) + ".input\"\n" + std::string(script));
 }
 
+StandardInput::StandardInput(std::string_view text) : before_(dup(STDIN_FILENO)) {
+  int ends[2];
+  if (pipe(ends) != 0 || write(ends[1], text.data(), text.size()) < 0) {
+    throw std::runtime_error("no standard input");
+  }
+  dup2(ends[0], STDIN_FILENO);
+  close(ends[0]);
+  close(ends[1]);
+}
+
+StandardInput::~StandardInput() {
+  before_ < 0 ? close(STDIN_FILENO) : dup2(before_, STDIN_FILENO);
+  if (before_ >= 0) close(before_);
+}
+
+std::string StandardInput::rest() const {
+  std::string text;
+  char c;
+  while (read(STDIN_FILENO, &c, 1) == 1) text += c;
+  return text;
+}
+
 Volumes::Volumes(std::string_view folder) : before_(szVolumes, sizeof szVolumes) {
   std::memset(szVolumes, 0, sizeof szVolumes);
   folder.substr(0, sizeof szVolumes).copy(szVolumes, sizeof szVolumes);
@@ -134,11 +156,16 @@ Volumes::Volumes(std::string_view folder) : before_(szVolumes, sizeof szVolumes)
 Volumes::~Volumes() { before_.copy(szVolumes, sizeof szVolumes); }
 
 std::string asPlainUser(const std::function<std::string()> &work) {
+  return inChild(becomePlainUser, work);
+}
+
+std::string inChild(const std::function<void()> &prepare,
+                    const std::function<std::string()> &work) {
   int ends[2];
   if (pipe(ends) != 0) return "no pipe";
   const pid_t child = fork();
   if (child == 0) {
-    becomePlainUser();
+    prepare();
     const std::string answer = "uid " + std::to_string(geteuid()) + ";" + work();
     const ssize_t written = write(ends[1], answer.data(), answer.size());
     _exit(written == static_cast<ssize_t>(answer.size()) ? 0 : 1);
@@ -152,7 +179,7 @@ std::string asPlainUser(const std::function<std::string()> &work) {
   close(ends[0]);
   int status = -1;
   waitpid(child, &status, 0);
-  return status == 0 ? answer : "the plain user's process failed";
+  return status == 0 ? answer : "the process failed";
 }
 
 Printed popenOf(const std::string &command, std::size_t limit) {

@@ -70,6 +70,21 @@ class FakeTools {
   Variable path_;
 };
 
+// What stands on the standard input of this process.
+class StandardInput {
+ public:
+  explicit StandardInput(std::string_view text);
+  ~StandardInput();
+  StandardInput(const StandardInput &) = delete;
+  StandardInput &operator=(const StandardInput &) = delete;
+
+  // What nobody has read yet.
+  std::string rest() const;
+
+ private:
+  int before_;
+};
+
 // Points szVolumes somewhere else.
 class Volumes {
  public:
@@ -116,6 +131,9 @@ class ResultGlobals {
 // What `work` returns when a user without root rights runs it, in a process of its own. The text
 // begins with "uid <n>;", so that an assertion can tell that it was not root.
 std::string asPlainUser(const std::function<std::string()> &work);
+
+// The same after `prepare`, which ends the process where it cannot do its work.
+std::string inChild(const std::function<void()> &prepare, const std::function<std::string()> &work);
 
 // What popen of `command` prints, at most `limit` bytes, and its close status.
 struct Printed {

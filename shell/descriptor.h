@@ -1,0 +1,33 @@
+// For shell/ only: a descriptor that is closed at its end.
+#ifndef SHELL_DESCRIPTOR_H
+#define SHELL_DESCRIPTOR_H
+
+#include <unistd.h>
+
+#include <utility>
+
+namespace korvel::shell {
+
+// -1 holds none, as the calls that open answer on failure.
+class Descriptor {
+ public:
+  explicit Descriptor(int number = -1) : number_(number) {}
+  Descriptor(Descriptor &&other) : number_(other.release()) {}
+  Descriptor &operator=(Descriptor &&other) {
+    std::swap(number_, other.number_);
+    return *this;
+  }
+  ~Descriptor() {
+    if (number_ >= 0) close(number_);
+  }
+
+  int get() const { return number_; }
+  int release() { return std::exchange(number_, -1); }
+
+ private:
+  int number_;
+};
+
+}  // namespace korvel::shell
+
+#endif
