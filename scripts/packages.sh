@@ -15,7 +15,7 @@ readonly SCREEN_PACKAGES=(
 readonly TEST_PACKAGES=(
   "${BUILD_PACKAGES[@]}" "${TOOL_PACKAGES[@]}" "${SCREEN_PACKAGES[@]}"
   clang googletest libgtest-dev locales python3
-  at-spi2-core dbus libatspi2.0-dev pkg-config
+  at-spi2-core dbus libatspi2.0-dev libcrypt-dev pkg-config sudo
 )
 readonly BENCH_PACKAGES=(
   "${BUILD_PACKAGES[@]}" libbenchmark-dev libglib2.0-dev libinih-dev libsqlite3-dev mawk pkg-config

@@ -18,7 +18,8 @@ class Rights {
 
   int run(const std::string &command) const {
     if (password_ == nullptr) return BSDInvokeTool(command.c_str(), nullptr, 0);
-    return BSDInvokeToolWr(("sudo " + command).c_str(), password_);
+    // The password is read from the pipe, as there may be no terminal, and not asked for in words.
+    return BSDInvokeToolWr(("sudo -S -p '' " + command).c_str(), password_);
   }
 
  private:

@@ -103,8 +103,10 @@ KORVEL_API int BSDSCopy(const char *source, const char *destination);
      then nobody can tell what the tools take it for. */
 KORVEL_API int BSDCopy(const char *source, const char *folder);
 
-/* As BSDCopy, by "sudo"; password is written to the tool's standard input exactly as given (no
-   line end is added) and is not kept. */
+/* As BSDCopy, by "sudo -S" with an empty prompt, which needs no terminal; password is written to its
+   standard input exactly as given (no line end is added) and is not kept. A wrong password changes
+   nothing, gives -1 and takes the seconds that the system lets pass after one; sudo's complaint
+   goes to standard error. */
 KORVEL_API int BSDCopy_psw(const char *source, const char *folder, const char *password);
 
 /* Removes a file, a link, or a folder with all it holds, by "rm -dr".

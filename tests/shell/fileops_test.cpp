@@ -63,12 +63,13 @@ TEST(Remove, AsSuperUserHandsThePasswordOver) {
   const Workspace workspace;
   const std::string file = workspace.makeFile("a file"), folder = workspace.makeFolder("folder");
   const FakeTools tools;
-  tools.addReader("sudo", "exec \"$@\"");
+  tools.addReader("sudo", "shift 3; exec \"$@\"");
   EXPECT_EQ(BSDRemove_psw(file.c_str(), "pass w\xF6rd$"), 0);
   EXPECT_EQ(tools.inputOf("sudo"), "pass w\xF6rd$");
   EXPECT_EQ(BSDRemove_psw(folder.c_str(), ""), 0);
   EXPECT_EQ(tools.inputOf("sudo"), "");
-  EXPECT_EQ(tools.calls(), "sudo[rm][-dr][" + file + "]\nsudo[rm][-dr][" + folder + "]\n");
+  EXPECT_EQ(tools.calls(),
+            "sudo[-S][-p][][rm][-dr][" + file + "]\nsudo[-S][-p][][rm][-dr][" + folder + "]\n");
 }
 
 TEST(Copy, CopiesIntoTheFolderUnderItsOwnName) {
@@ -157,11 +158,11 @@ TEST(Copy, AsSuperUserHandsThePasswordToEveryTool) {
   const FakeTools tools;
   tools.addReader("sudo",
                   "/bin/cat \"$log/sudo.input\" >> \"$log/passwords\"; echo >> "
-                  "\"$log/passwords\"; exec \"$@\"");
+                  "\"$log/passwords\"; shift 3; exec \"$@\"");
   EXPECT_EQ(BSDCopy_psw(source.c_str(), to.c_str(), "s\xE9same"), 0);
   EXPECT_EQ(contentOf(to + "/name"), "new");
-  EXPECT_EQ(tools.calls(),
-            "sudo[rm][-dr][" + to + "/name]\nsudo[cp][-R][" + source + "][" + to + "]\n");
+  EXPECT_EQ(tools.calls(), "sudo[-S][-p][][rm][-dr][" + to + "/name]\nsudo[-S][-p][][cp][-R][" +
+                               source + "][" + to + "]\n");
   EXPECT_EQ(tools.written("passwords"), "s\xE9same\ns\xE9same\n");
 }
 
@@ -224,7 +225,7 @@ TEST(Copy, RemovesNothingThatItWasNotAskedToReplace) {
   workspace.makeLink("through/d", "../d");
   workspace.makeLink("sub link", "d/sub");
   const FakeTools tools;
-  tools.addReader("sudo", "exec \"$@\"");
+  tools.addReader("sudo", "shift 3; exec \"$@\"");
   const std::string before = workspace.snapshot();
   const struct {
     const char *source, *folder;
