@@ -117,7 +117,9 @@ KORVEL_API int BSDRemove(const char *path);
 KORVEL_API int BSDRemove_psw(const char *path, const char *password);
 
 /* Hands every line of the process list "ps -x -c" in which name occurs (a grep pattern, not
-   quoted) to BSDprocessf. Returns the close status of the listing. */
+   quoted) to BSDprocessf. A name that the list cuts to 15 bytes is made whole before, as far as what
+   is missing holds nothing that the shell or "kill" would take for something else (a blank, say).
+   Returns the close status of the search: 1 << 8 when no line matches. */
 KORVEL_API int BSDkill(const char *name);
 
 /* Runs "kill " with a line of the process list, its first column being the process number and the
@@ -125,7 +127,8 @@ KORVEL_API int BSDkill(const char *name);
    parentheses) is not killed. Returns 0. */
 KORVEL_API int BSDprocessf(char *line);
 
-/* Tells whether name (a grep pattern, not quoted) occurs in the process list "ps -x -c".
+/* Tells whether name (a grep pattern, not quoted) occurs in the process list "ps -x -c", with names
+   made whole as for BSDkill.
    Sets BSDtest to 1 if it does and to 0 if not, and returns it. */
 KORVEL_API int BSDtestProcess(const char *name);
 

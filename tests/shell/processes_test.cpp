@@ -98,6 +98,94 @@ TEST(TestProcess, DoesNotQuoteTheName) {
   EXPECT_EQ(BSDtestProcess("A.*a"), 1);
 }
 
+// A name that no other program of the machine has, of `size` bytes.
+std::string longName(std::size_t size) {
+  std::string name("k");
+  name.append(std::to_string(getpid())).append(1, '-');
+  while (name.size() < size) name += static_cast<char>('a' + name.size() % 26);
+  return name;
+}
+
+bool found(const std::string &name) { return BSDtestProcess(name.c_str()) == 1; }
+
+// The new process bears its name only once it has started the program.
+bool soonFound(const std::string &name) {
+  for (int i = 0; i < 200 && !found(name); ++i) usleep(10000);
+  return found(name);
+}
+
+TEST(TestProcess, FindsNamesOfAnyLength) {
+  const ResultGlobals saved;
+  for (const std::size_t size : {14u, 15u, 16u, 17u, 40u, 255u}) {
+    const Workspace workspace;
+    const std::string name = longName(size);
+    const Sleeper sleeper(sleepAs(workspace, name));
+    EXPECT_TRUE(soonFound(name)) << size;
+    EXPECT_TRUE(found(name + "$")) << size;
+    EXPECT_TRUE(found(name.substr(0, 12))) << size;
+    EXPECT_FALSE(found(name + "x")) << size;
+  }
+}
+
+TEST(TestProcess, TellsLongNamesThatBeginAlikeApart) {
+  const ResultGlobals saved;
+  const Workspace workspace;
+  const std::string name = longName(20);
+  const Sleeper sleeper(sleepAs(workspace, name + "-one"));
+  EXPECT_TRUE(soonFound(name + "-one"));
+  EXPECT_FALSE(found(name + "-two"));
+}
+
+// Its process runs the interpreter; the name is that of the script.
+TEST(TestProcess, FindsAScriptByItsLongName) {
+  const ResultGlobals saved;
+  const Workspace workspace;
+  const std::string name = longName(30) + ".sh";
+  const std::string script = workspace.makeFile(name, "#!/bin/sh\nwhile :; do sleep 0.2; done\n");
+  std::filesystem::permissions(script, std::filesystem::perms::owner_all);
+  const Sleeper sleeper(script);
+  EXPECT_TRUE(soonFound(name));
+}
+
+TEST(TestProcess, FindsAProgramThatWasReplacedSince) {
+  const ResultGlobals saved;
+  const Workspace workspace;
+  const std::string name = longName(24);
+  const Sleeper sleeper(sleepAs(workspace, name));
+  EXPECT_TRUE(soonFound(name));
+  std::filesystem::remove(workspace.path(name));
+  EXPECT_TRUE(found(name + "$"));
+}
+
+TEST(TestProcess, FindsLongNamesWith8BitLetters) {
+  const ResultGlobals saved;
+  const Variable locale("LC_ALL", "C.UTF-8");
+  const Workspace workspace;
+  // The 15th byte is the letter's first, its second, and one before it.
+  for (const std::size_t before : {14u, 13u, 17u}) {
+    const std::string name = longName(before) + "\xC3\xA9-" + longName(8);
+    const Sleeper sleeper(sleepAs(workspace, name));
+    EXPECT_TRUE(soonFound(name)) << before;
+    EXPECT_FALSE(found(name + "x")) << before;
+    // In a plain locale the letter is two bytes.
+    const Variable plain("LC_ALL", "C");
+    EXPECT_TRUE(found(name + "$")) << before;
+  }
+}
+
+// A line goes to "kill" as it is: a name is made whole by what stays part of its last word, and
+// never by what "kill" or the shell would take for something else.
+TEST(TestProcess, ANameIsNotMadeWholeByFurtherWords) {
+  const ResultGlobals saved;
+  const Workspace workspace;
+  const std::string name = longName(14);
+  for (const char *rest : {"-x 4194305", " 4194305", "-x;touch", "-x$(id)", "-x\n4194305"}) {
+    const Sleeper sleeper(sleepAs(workspace, name + rest));
+    EXPECT_TRUE(soonFound(name)) << rest;
+    EXPECT_FALSE(found("'4194305\\|touch\\|(id'")) << rest;
+  }
+}
+
 TEST(ProcessT, SetsTheFlag) {
   const ResultGlobals saved;
   BSDtest = 0;
@@ -117,6 +205,19 @@ TEST(Kill, EndsTheProcessesOfThatName) {
   EXPECT_EQ(BSDkill("korvel-sleep-2"), 0);
   EXPECT_EQ(first.endedBy(), SIGTERM);
   EXPECT_EQ(second.endedBy(), SIGTERM);
+}
+
+TEST(Kill, EndsAProcessByItsLongNameAndNoOther) {
+  const ResultGlobals saved;
+  const Workspace workspace;
+  const std::string name = longName(20);
+  Sleeper wanted(sleepAs(workspace, name + "-one"));
+  const Sleeper other(sleepAs(workspace, name + "-two"));
+  ASSERT_TRUE(soonFound(name + "-one"));
+  ASSERT_TRUE(soonFound(name + "-two"));
+  EXPECT_EQ(BSDkill((name + "-one").c_str()), 0);
+  EXPECT_EQ(wanted.endedBy(), SIGTERM);
+  EXPECT_TRUE(other.running());
 }
 
 TEST(Kill, LeavesOtherProcessesAlone) {
