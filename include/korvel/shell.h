@@ -94,8 +94,11 @@ KORVEL_API int BSDSCopy(const char *source, const char *destination);
 
 /* Copies source (a file or a folder with all it holds) into folder under its own name, replacing
    what stands there under that name.
-   Returns 0 if it is there afterwards. Returns -1 if it is not, if either does not exist, or if
-   what had to be replaced could not be removed. Returns -1 and changes nothing
+   What stands there is removed first, so that a copy that then fails leaves neither.
+   Returns 0 if anything stands there afterwards, whatever "cp" said: a copy that was cut, as on a
+   full disk, gives 0 too. An application that must know compares the sizes, or uses BSDSCopy, which
+   tells what "cp" said. Returns -1 if nothing stands there, if either does not exist, or if what
+   had to be replaced could not be removed. Returns -1 and changes nothing
    - if source has no last component (it ends with "/", "." or ".."),
    - if replacing would destroy the source: both are the same file or folder, by whatever name or
      link, or one of them stands inside the other,

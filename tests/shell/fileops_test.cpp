@@ -308,6 +308,18 @@ TEST(Copy, OfALinkIntoAnotherFolderReplacesAsAsked) {
   EXPECT_EQ(readlink(workspace.path("real/sub/name").c_str(), aim, sizeof aim), 4);
 }
 
+// Kept: what stands there afterwards counts, whole or cut, and whatever the tool says.
+TEST(Copy, GivesZeroForACopyThatWasCut) {
+  const Workspace workspace;
+  const std::string to = workspace.makeFolder("to"), source = workspace.makeFile("name", "whole");
+  workspace.makeFile("to/name", "old");
+  const FakeTools tools;
+  tools.add("cp", "printf wh > '" + to + "/name'; echo No space left >> \"$log/errors\"; exit 1");
+  EXPECT_EQ(copy(source, to), 0);
+  EXPECT_EQ(contentOf(to + "/name"), "wh");
+  EXPECT_EQ(tools.written("errors"), "No space left\n");
+}
+
 TEST(SCopy, CopiesWithoutAnyCheckAndGivesTheCloseStatus) {
   const Workspace workspace;
   const std::string source = workspace.makeFile("file", "text");
