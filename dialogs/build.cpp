@@ -1,4 +1,5 @@
 // Builds a dialog from nothing, out of the tables.
+#include "base/guard.h"
 #include "dialogs/callbacks.h"
 #include "dialogs/layout.h"
 #include "dialogs/numbering.h"
@@ -149,14 +150,6 @@ DialogRef buildCurrent(const char *title, WindowRef parent) {
   return dialog != nullptr ? makeCurrent(std::move(dialog)) : nullptr;
 }
 
-DialogRef buildOrNull(const char *title, WindowRef parent) noexcept {
-  try {
-    return buildCurrent(title, parent);
-  } catch (...) {
-    return nullptr;
-  }
-}
-
 }  // namespace
 
 }  // namespace korvel::dialogs
@@ -165,7 +158,8 @@ using namespace korvel::dialogs;
 
 int ZRVDlgBoxEx(const char *title, WindowRef parent) {
   if (isDialogUp()) return 0;
-  const DialogRef dialog = buildOrNull(title, parent);
+  const auto build = [&] { return buildCurrent(title, parent); };
+  const DialogRef dialog = korvel::base::orOnFailure(nullptr, build);
   if (dialog != nullptr) return DlgBoxFunc(dialog);
   endDefinition();
   return 0;

@@ -1,4 +1,5 @@
 // Runs a dialog whose layout is a template file of the resource folder.
+#include "base/guard.h"
 #include "dialogs/callbacks.h"
 #include "dialogs/run.h"
 #include "dialogs/screen.h"
@@ -22,15 +23,11 @@ constexpr const char *kFolder = "dialogs/";
 
 // Empty when there is no such template: a name leads to no other folder. One that is UTF-8 already
 // is found as well.
-std::string findTemplate(std::string_view name) noexcept {
-  try {
-    if (name.empty() || name.find('/') != name.npos) return {};
-    for (const std::string &file : {platform::nameOnDisk(toScreen(name)), std::string(name)}) {
-      std::string path = platform::findResource(kFolder + file, {".ui"});
-      if (!path.empty()) return path;
-    }
-  } catch (...) {
-    // Out of memory: nothing was found.
+std::string findTemplate(std::string_view name) {
+  if (name.empty() || name.find('/') != name.npos) return {};
+  for (const std::string &file : {platform::nameOnDisk(toScreen(name)), std::string(name)}) {
+    std::string path = platform::findResource(kFolder + file, {".ui"});
+    if (!path.empty()) return path;
   }
   return {};
 }
@@ -74,14 +71,6 @@ DialogRef openCurrent(const std::string &path) {
   return makeCurrent(std::move(dialog));
 }
 
-DialogRef openOrNull(const std::string &path) noexcept {
-  try {
-    return openCurrent(path);
-  } catch (...) {
-    return nullptr;
-  }
-}
-
 }  // namespace
 
 }  // namespace korvel::dialogs
@@ -90,9 +79,9 @@ using namespace korvel::dialogs;
 
 int ZRVDlgBox(const char *name) {
   if (name == nullptr || isDialogUp()) return 0;
-  const std::string path = findTemplate(name);
+  const std::string path = korvel::base::orOnFailure({}, [&] { return findTemplate(name); });
   if (path.empty()) return 0;
-  const DialogRef dialog = openOrNull(path);
+  const DialogRef dialog = korvel::base::orOnFailure(nullptr, [&] { return openCurrent(path); });
   if (dialog != nullptr) return DlgBoxFunc(dialog);
   endDefinition();
   return 0;

@@ -8,6 +8,7 @@
 #include <string>
 #include <utility>
 
+#include "base/guard.h"
 #include "messages/layout.h"
 #include "platform/loader.h"
 
@@ -145,20 +146,19 @@ int showInFront(Desktop &desktop, WindowRef owner, const Message &message) {
 
 using Show = int (*)(Desktop &desktop, WindowRef owner, const Message &message);
 
-int answerOf(Show shown, WindowRef owner, const Message &message) noexcept {
-  try {
+int answerOf(Show shown, WindowRef owner, const Message &message) {
+  const int unseen = keyItemsOf(message).ofEscape;
+  return base::orOnFailure(unseen, [&] {
     Desktop *desktop = platform::desktopWithScreen();
-    if (desktop != nullptr) return shown(*desktop, owner, message);
-  } catch (...) {  // out of memory: as where there is no screen
-  }
-  return keyItemsOf(message).ofEscape;
+    return desktop == nullptr ? unseen : shown(*desktop, owner, message);
+  });
 }
 
 }  // namespace
 
-int ask(WindowRef owner, const Message &message) noexcept { return answerOf(show, owner, message); }
+int ask(WindowRef owner, const Message &message) { return answerOf(show, owner, message); }
 
-int askInFront(WindowRef owner, const Message &message) noexcept {
+int askInFront(WindowRef owner, const Message &message) {
   return answerOf(showInFront, owner, message);
 }
 

@@ -24,10 +24,10 @@ struct Message {
 
 // Shows the message, centred on `owner` (null: on the screen), until it is answered. Returns the
 // item of the button: what Escape stands for where nothing can be shown.
-int ask(WindowRef owner, const Message &message) noexcept;
+int ask(WindowRef owner, const Message &message);
 
 // The same in front of the application's front window where `owner` is null.
-int askInFront(WindowRef owner, const Message &message) noexcept;
+int askInFront(WindowRef owner, const Message &message);
 
 // What Return and Escape stand for in the newest box, or in any dialog where none is up.
 struct KeyItems {

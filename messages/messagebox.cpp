@@ -5,6 +5,7 @@
 #include <cstring>
 #include <string>
 
+#include "base/guard.h"
 #include "messages/box.h"
 #include "messages/wrapping.h"
 
@@ -66,11 +67,9 @@ int NoteDialog(WindowRef owner, char *caption, char *text, int lines, unsigned f
 
 int MessageBox(WindowRef owner, const char *text, const char *caption, unsigned flags) {
   const Kind kind = korvel::messages::kindOf(flags);
-  try {
+  return korvel::base::orOnFailure(kind == Kind::Question ? kNo : kOk, [&] {
     const Prepared shown = prepared(orEmpty(caption), orEmpty(text));
     const Message message{kind, shown.caption, shown.text, shown.lines, flags};
     return resultOf(kind, korvel::messages::askInFront(owner, message));
-  } catch (...) {  // out of memory: nothing was shown
-    return kind == Kind::Question ? kNo : kOk;
-  }
+  });
 }

@@ -9,8 +9,8 @@
 #include <cerrno>
 
 #include <korvel/shell.h>
+#include "base/guard.h"
 #include "shell/command.h"
-#include "shell/guard.h"
 
 namespace korvel::shell {
 namespace {
@@ -49,5 +49,5 @@ bool exists(const char *path) { return textDecides(path) ? listPrints(path) : en
 
 int BSDIsExisting(const char *path) {
   if (path == nullptr) return 0;
-  return korvel::shell::orOnFailure(0, [&] { return korvel::shell::exists(path) ? 1 : 0; });
+  return korvel::base::orOnFailure(0, [&] { return korvel::shell::exists(path) ? 1 : 0; });
 }

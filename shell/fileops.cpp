@@ -2,9 +2,9 @@
 #include <string_view>
 
 #include <korvel/shell.h>
+#include "base/guard.h"
 #include "shell/command.h"
 #include "shell/existence.h"
-#include "shell/guard.h"
 #include "shell/replace.h"
 
 namespace korvel::shell {
@@ -65,8 +65,8 @@ int copyInto(const std::string &source, const std::string &folder, const Rights 
 }  // namespace
 }  // namespace korvel::shell
 
+using korvel::base::orOnFailure;
 using korvel::shell::copyInto;
-using korvel::shell::orOnFailure;
 using korvel::shell::removePath;
 using korvel::shell::Rights;
 

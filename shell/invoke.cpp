@@ -1,9 +1,9 @@
 #include <korvel/shell.h>
-#include "shell/guard.h"
+#include "base/guard.h"
 #include "shell/tool.h"
 
+using korvel::base::orOnFailure;
 using korvel::shell::Flow;
-using korvel::shell::orOnFailure;
 using korvel::shell::Tool;
 
 int BSDInvokeTool(const char *command, char *out, int outSize) {

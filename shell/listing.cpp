@@ -5,9 +5,9 @@
 #include <string_view>
 
 #include <korvel/shell.h>
+#include "base/guard.h"
 #include "shell/command.h"
 #include "shell/existence.h"
-#include "shell/guard.h"
 #include "shell/tool.h"
 
 constinit int BSDcr = 0;
@@ -105,13 +105,13 @@ int processFiles(const char *folder, const char *pattern, FileVisit_t visit) {
 
 int BSDDir_FindFiles(char *out, const char *folder, int max, const char *pattern) {
   if (folder == nullptr || pattern == nullptr || max < 0 || (out == nullptr && max > 0)) return 0;
-  return korvel::shell::orOnFailure(
+  return korvel::base::orOnFailure(
       0, [&] { return korvel::shell::findFiles(out, folder, max, pattern); });
 }
 
 int BSDDir_ProcessFiles(const char *folder, const char *pattern, FileVisit_t visit) {
   if (folder == nullptr || pattern == nullptr || visit == nullptr) return 0;
-  return korvel::shell::orOnFailure(
+  return korvel::base::orOnFailure(
       0, [&] { return korvel::shell::processFiles(folder, pattern, visit); });
 }
 

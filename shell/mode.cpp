@@ -3,9 +3,9 @@
 #include <sys/stat.h>
 
 #include <korvel/shell.h>
+#include "base/guard.h"
 #include "shell/command.h"
 #include "shell/existence.h"
-#include "shell/guard.h"
 
 namespace korvel::shell {
 namespace {
@@ -33,7 +33,7 @@ void openToAll(const char *path) {
 int BSDMACchmodrwx(const char *macPath) {
   using namespace korvel::shell;
   if (macPath == nullptr) return -1;
-  return orOnFailure(-1, [&] {
+  return korvel::base::orOnFailure(-1, [&] {
     char path[256];
     BSDMAC2UNIX(macPath, path);
     if (!exists(path)) return -1;

@@ -7,7 +7,7 @@
 #include <string_view>
 
 #include <korvel/shell.h>
-#include "shell/guard.h"
+#include "base/guard.h"
 #include "shell/tool.h"
 
 namespace korvel::shell {
@@ -45,5 +45,5 @@ int openDocument(std::string_view path) {
 
 int BSDopen(const char *path) {
   if (path == nullptr) return -1;
-  return korvel::shell::orOnFailure(-1, [&] { return korvel::shell::openDocument(path); });
+  return korvel::base::orOnFailure(-1, [&] { return korvel::shell::openDocument(path); });
 }

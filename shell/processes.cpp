@@ -7,8 +7,8 @@
 #include <string_view>
 
 #include <korvel/shell.h>
+#include "base/guard.h"
 #include "shell/descriptor.h"
-#include "shell/guard.h"
 #include "shell/processnames.h"
 #include "shell/tool.h"
 
@@ -54,8 +54,8 @@ int forEachProcess(const char *name, ToolLine_t perLine) {
 }  // namespace
 }  // namespace korvel::shell
 
+using korvel::base::orOnFailure;
 using korvel::shell::forEachProcess;
-using korvel::shell::orOnFailure;
 
 int BSDkill(const char *name) {
   if (name == nullptr) return -1;

@@ -8,9 +8,9 @@
 
 #include <korvel/desktop.h>
 #include <korvel/shell.h>
+#include "base/guard.h"
 #include "shell/command.h"
 #include "shell/existence.h"
-#include "shell/guard.h"
 
 constinit char szVolumes[256] = "/Volumes";
 
@@ -91,8 +91,8 @@ int BSDMAC2UNIX(const char *macPath, char *out) {
   using namespace korvel::shell;
   if (out == nullptr) return 0;
   const std::span<char> room(out, kPathSize);
-  const int length =
-      orOnFailure(0, [&] { return macPath == nullptr ? 0 : convert(macPath, room, isVolume); });
+  const int length = korvel::base::orOnFailure(
+      0, [&] { return macPath == nullptr ? 0 : convert(macPath, room, isVolume); });
   if (length == 0) out[0] = '\0';
   return length;
 }

@@ -6,9 +6,10 @@ import sys
 
 root = pathlib.Path(sys.argv[1])
 
-# What each folder may include besides itself, the public headers aside.
+# What each folder may include besides itself and base/, the public headers aside.
 FOUNDATIONS = ['strings', 'codecs', 'dates']
 ALLOWED = {
+    'base': [],
     'shell': [],
     'strings': [],
     'codecs': ['strings'],
@@ -33,7 +34,7 @@ for folder, others in ALLOWED.items():
         count += 1
         for name in re.findall(r'^\s*#\s*include\s+"([^"]+)"', source.read_text(), re.M):
             top = name.split('/')[0]
-            if top != folder and top in ALLOWED and top not in others:
+            if top in ALLOWED and top not in [folder, 'base'] + others:
                 problems.append(f'{source.relative_to(root)} includes "{name}"')
         for name in re.findall(r'^\s*#\s*include\s+<korvel/(\w+)\.h>', source.read_text(), re.M):
             if name not in SHARED_HEADERS + others + [folder]:

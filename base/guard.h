@@ -1,0 +1,35 @@
+// For all folders: the guard of the C functions, and of the seam to the desktop.
+#ifndef BASE_GUARD_H
+#define BASE_GUARD_H
+
+#include <new>
+#include <stdexcept>
+#include <type_traits>
+
+namespace korvel::base {
+
+// The result of `work`, or `failure` where it ran out of memory, which is all that the library's
+// own code throws. What callbacks of the application throw, called inside `work`, is theirs and
+// passes through.
+template <typename Work>
+std::invoke_result_t<Work> orOnFailure(std::invoke_result_t<Work> failure, Work work) {
+  try {
+    return work();
+  } catch (const std::bad_alloc &) {
+  } catch (const std::length_error &) {
+  }
+  return failure;
+}
+
+// Does `work` as far as there is memory for it.
+template <typename Work>
+void asFarAsMemoryAllows(Work work) {
+  orOnFailure(false, [&] {
+    work();
+    return true;
+  });
+}
+
+}  // namespace korvel::base
+
+#endif
