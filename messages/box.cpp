@@ -92,7 +92,7 @@ std::string shownTitle(std::string_view caption) {
 
 Rect boundsOf(Desktop &desktop, std::optional<Rect> owner, const Message &message) {
   const Rect screen = desktop.screenBounds();
-  const int width = boxWidth(message.caption.size(), message.text.size());
+  const int width = boxWidth(message.caption.size(), message.text.size(), screen.width());
   const int height = boxHeight(message.kind, message.lines, tallestOn(screen));
   return centredOn(owner.value_or(screen), width, height);
 }

@@ -19,6 +19,7 @@ constexpr Heights kNoteHeights{14, 62};
 constexpr int kButtonWidth = 80;
 constexpr int kYesFromRight = 200;
 constexpr int kLastFromRight = 100;  // "Non", and the one button of a note
+constexpr int kNarrowest = kYesFromRight + kLastFromRight - kButtonWidth;
 constexpr int kButtonTopFromBottom = 32;
 constexpr int kButtonFoot = 12;
 
@@ -43,8 +44,9 @@ int centredCorner(int from, int to, int length) {
 
 }  // namespace
 
-int boxWidth(std::size_t captionLength, std::size_t textLength) {
-  return captionLength < kLongText && textLength < kLongText ? kNarrow : kWide;
+int boxWidth(std::size_t captionLength, std::size_t textLength, int most) {
+  const int told = captionLength < kLongText && textLength < kLongText ? kNarrow : kWide;
+  return std::min(told, std::max(most, kNarrowest));
 }
 
 int boxHeight(Kind kind, int lines, int most) {

@@ -17,9 +17,10 @@ constexpr int kLinePitch = 14;
 
 constexpr Rect kIconRect{18, 18, 50, 50};
 
-int boxWidth(std::size_t captionLength, std::size_t textLength);
+// Never beyond `most`, nor without a place for the buttons.
+int boxWidth(std::size_t captionLength, std::size_t textLength, int most);
 
-// `lines` below 1 counts as 1; the result is never beyond `most`.
+// The same; `lines` below 1 counts as 1.
 int boxHeight(Kind kind, int lines, int most);
 
 // A box of this size in the middle of `owner`, with no negative corner.

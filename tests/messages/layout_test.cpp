@@ -11,11 +11,33 @@ namespace {
 constexpr int kInt = std::numeric_limits<int>::max();
 
 TEST(Layout, AnyTextOf51CharactersWidensTheBox) {
-  EXPECT_EQ(boxWidth(0, 0), 400);
-  EXPECT_EQ(boxWidth(50, 50), 400);
-  EXPECT_EQ(boxWidth(51, 0), 540);
-  EXPECT_EQ(boxWidth(0, 51), 540);
-  EXPECT_EQ(boxWidth(255, 4095), 540);
+  EXPECT_EQ(boxWidth(0, 0, 1280), 400);
+  EXPECT_EQ(boxWidth(50, 50, 1280), 400);
+  EXPECT_EQ(boxWidth(51, 0, 1280), 540);
+  EXPECT_EQ(boxWidth(0, 51, 1280), 540);
+  EXPECT_EQ(boxWidth(255, 4095, 1280), 540);
+}
+
+TEST(Layout, NoBoxIsWiderThanTheScreen) {
+  constexpr struct {
+    std::size_t text;
+    int most, width;
+  } kCases[] = {
+      {51, 541, 540},
+      {51, 540, 540},
+      {51, 539, 539},
+      {51, 400, 400},
+      {51, 320, 320},
+      {50, 401, 400},
+      {50, 399, 399},
+      {50, 220, 220},
+      // Never without a place for the buttons.
+      {50, 219, 220},
+      {51, 0, 220},
+      {51, -kInt, 220},
+  };
+  for (const auto &[text, most, width] : kCases) EXPECT_EQ(boxWidth(0, text, most), width) << most;
+  EXPECT_GE(questionButtons(220, 90).yes.left, 20);
 }
 
 TEST(Layout, HeightFollowsTheLines) {

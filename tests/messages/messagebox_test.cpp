@@ -278,6 +278,19 @@ TEST(MessageBox, IsNeverHigherThanTheScreen) {
   desk.finish();
 }
 
+TEST(MessageBox, IsNeverWiderThanTheScreen) {
+  ScriptedDesktop desk;
+  desk.setScreenBounds({0, 0, 320, 480});
+  desk.expectDialog("T").pressReturn();
+  MessageBox(nullptr, std::string(300, 'x').c_str(), "T", 0x10);
+  EXPECT_EQ(desk.layout(),
+            "dialog (0,195)-(320,285) in front of everything \"T\"\n"
+            "1 push button (120,58)-(200,78) \"Oui\" default\n"
+            "2 push button (220,58)-(300,78) \"Non\"\n"
+            "message (80,12)-(312,55) \"Lucida Grande\" 13, baselines 14 + 14 k\n");
+  desk.finish();
+}
+
 // ---- The two dialogs alone ----
 
 TEST(QuestionDialog, TakesTextAndLinesAsTheyAre) {
