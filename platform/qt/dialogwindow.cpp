@@ -91,6 +91,15 @@ void DialogWindow::closeEvent(QCloseEvent *event) {
   if (!isVisible() || input_ == Input::Dropped) event->accept();
 }
 
+// There is no button for it, but window managers have keys and menus of their own.
+void DialogWindow::changeEvent(QEvent *event) {
+  QDialog::changeEvent(event);
+  if (event->type() != QEvent::WindowStateChange || !isMinimized()) return;
+  const QWindow *behind = windowHandle() == nullptr ? nullptr : windowHandle()->transientParent();
+  const bool goesWithIt = behind != nullptr && behind->windowStates().testFlag(Qt::WindowMinimized);
+  if (!goesWithIt) setWindowState(windowState() & ~Qt::WindowMinimized);
+}
+
 void DialogWindow::setInput(Input input) { input_ = input; }
 
 void DialogWindow::holdInput() { setInput(Input::Held); }

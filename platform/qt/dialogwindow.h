@@ -10,7 +10,8 @@
 
 namespace korvel::platform::qt {
 
-// Blocks the application's other windows while it is shown. It never closes by itself: what a
+// Blocks the application's other windows while it is shown, and so is never minimised but together
+// with the window that it stands in front of. It never closes by itself: what a
 // person does to it as a whole is told, and the program decides.
 class DialogWindow final : public QDialog {
  public:
@@ -34,6 +35,7 @@ class DialogWindow final : public QDialog {
  protected:
   void keyPressEvent(QKeyEvent *event) override;
   void closeEvent(QCloseEvent *event) override;
+  void changeEvent(QEvent *event) override;
   bool eventFilter(QObject *object, QEvent *event) override;
 
  private:

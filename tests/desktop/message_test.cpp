@@ -103,6 +103,15 @@ TEST(Message, TheCloseBoxAnswersAsEscapeDoes) {
   }
 }
 
+TEST(Message, CannotBeMinimised) {
+  MessageHost host({"box", "0x10", "Fin", "Quitter ?"});
+  ASSERT_TRUE(waitForWindow("Fin")) << activeWindow();
+  minimiseWindow();
+  ASSERT_TRUE(waitForWindow("Fin")) << activeWindow();
+  press("Return");
+  EXPECT_EQ(host.ended(), Lines{"result 2"});
+}
+
 TEST(Message, SeveralComeInARow) {
   MessageHost host({"box", "0", "Un", "1", "0x10", "Deux", "2", "0x10", "", "3"});
   ASSERT_TRUE(waitForWindow("Un")) << activeWindow();

@@ -164,6 +164,11 @@ void click(Place place, int times) {
 
 void closeWindow() { click({activeContent().width - 8, -11}); }
 
+void minimiseWindow() {
+  run("xdotool getactivewindow windowminimize");
+  rest(300);
+}
+
 Content activeContent() {
   Content content;
   std::istringstream lines(outputOf("xwininfo -id $(xdotool getactivewindow)"));

@@ -67,6 +67,8 @@ void write(const std::string &text);
 void click(Place place, int times = 1);
 // Closes the active window by its frame.
 void closeWindow();
+// Has the window manager minimise the active window.
+void minimiseWindow();
 
 // The active window's content on the screen: its top left corner and its size.
 struct Content {

@@ -31,6 +31,15 @@ TEST(Window, ItsCloseBoxCancels) {
   EXPECT_TRUE(host.endedWith({"result 0"}));
 }
 
+TEST(Window, CannotBeMinimised) {
+  DialogHost host;
+  const std::string title = activeWindow();
+  minimiseWindow();
+  ASSERT_TRUE(waitForWindow(title)) << activeWindow();
+  press("Escape");
+  EXPECT_TRUE(host.endedWith({"result 0"}));
+}
+
 TEST(Window, ADisabledOkLooksDisabled) {
   DialogHost host;
   const Picture disabled = picture(112, 318, 76, 16);
