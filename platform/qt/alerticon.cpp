@@ -1,35 +1,13 @@
 #include "platform/qt/alerticon.h"
 
-#include <QIcon>
 #include <QPainter>
-#include <QPainterPath>
-#include <QStyle>
-#include <algorithm>
 
 #include "platform/qt/appearance.h"
 
 namespace korvel::platform::qt {
 namespace {
 
-QStyle::StandardPixmap pictureOf(AlertIcon icon) {
-  switch (icon) {
-    case AlertIcon::Stop:
-      return QStyle::SP_MessageBoxCritical;
-    case AlertIcon::Note:
-      return QStyle::SP_MessageBoxInformation;
-    case AlertIcon::Caution:
-      break;
-  }
-  return QStyle::SP_MessageBoxWarning;
-}
-
-bool isSharp(const QIcon &icon, const QSize &size, qreal pixelRatio) {
-  const QPixmap picture = icon.pixmap(size, pixelRatio);
-  const QSize wanted = size * pixelRatio;
-  return std::max(picture.width(), picture.height()) >= std::max(wanted.width(), wanted.height());
-}
-
-// Our own icons, in a square of 32.
+// In a square of 32.
 constexpr qreal kSide = 32;
 constexpr qreal kStroke = 3.6;
 
@@ -70,7 +48,7 @@ void drawCaution(QPainter &painter) {
   painter.drawPoint(QPointF(16, 23.8));
 }
 
-void drawOurs(QPainter &painter, AlertIcon icon, const QSize &size) {
+void draw(QPainter &painter, AlertIcon icon, const QSize &size) {
   painter.setRenderHint(QPainter::Antialiasing);
   painter.scale(size.width() / kSide, size.height() / kSide);
   switch (icon) {
@@ -96,11 +74,7 @@ AlertIconWidget::AlertIconWidget(QWidget *window, const Rect &rect, AlertIcon ic
 
 void AlertIconWidget::paintEvent(QPaintEvent *) {
   QPainter painter(this);
-  const QIcon own = style()->standardIcon(pictureOf(icon_), nullptr, this);
-  if (isSharp(own, size(), devicePixelRatioF()))
-    own.paint(&painter, rect());
-  else
-    drawOurs(painter, icon_, size());
+  draw(painter, icon_, size());
 }
 
 }  // namespace korvel::platform::qt

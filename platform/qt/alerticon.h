@@ -8,8 +8,9 @@
 
 namespace korvel::platform::qt {
 
-// The desktop's own, as long as it has it in the pixels of the screen; else one of ours in its
-// place, as a picture made larger would show its pixels.
+// Drawn by us, as no style has its own ones in the pixels of every screen: a red disc with a cross
+// for stop, a blue one with an "i" for a note, a yellow triangle with an exclamation mark for
+// caution.
 class AlertIconWidget final : public QWidget {
  public:
   AlertIconWidget(QWidget *window, const Rect &rect, AlertIcon icon);

@@ -337,6 +337,18 @@ TEST(QtMessage, ButtonsKeepTheirNames) {
   });
 }
 
+// ---- The window ----
+
+TEST(QtMessage, IsNotMinimised) {
+  const auto dialog = newBox("x");
+  showAndLeave(*dialog, [&] {
+    QWidget *window = widgetOf(dialog->window());
+    window->setWindowState(Qt::WindowMinimized);
+    EXPECT_FALSE(window->isMinimized());
+    EXPECT_FALSE(window->windowFlags().testFlag(Qt::WindowMinimizeButtonHint));
+  });
+}
+
 // ---- Icons ----
 
 QImage pictured(AlertIcon icon) {
@@ -371,6 +383,48 @@ TEST(QtMessage, TheThreeIconsDiffer) {
   EXPECT_NE(stop, note);
   EXPECT_NE(note, caution);
   EXPECT_NE(caution, stop);
+}
+
+// Where an icon has which colour, in a square of 32: its ground and its sign.
+constexpr struct {
+  AlertIcon icon;
+  QRgb ground;
+  QPoint onGround;
+  QRgb sign;
+  QPoint onSign;
+} kDesigns[] = {
+    {AlertIcon::Stop, qRgb(0xCC, 0x22, 0x2A), {16, 5}, qRgb(255, 255, 255), {16, 16}},
+    {AlertIcon::Note, qRgb(0x2B, 0x6C, 0xB0), {8, 16}, qRgb(255, 255, 255), {16, 19}},
+    {AlertIcon::Caution, qRgb(0xF5, 0xB8, 0x00), {10, 24}, qRgb(0x33, 0x2B, 0x00), {16, 15}},
+};
+
+// Also which icon is which: a red disc with a cross, a blue one with an "i", a yellow triangle with
+// an exclamation mark.
+void expectTheDesigns(double scale) {
+  for (const auto &[icon, ground, onGround, sign, onSign] : kDesigns) {
+    const QImage picture = pictured(icon);
+    const int number = static_cast<int>(icon);
+    ASSERT_EQ(picture.size(), QSize(32, 32) * scale);
+    const auto at = [&](const QPoint &place) {
+      return picture.pixel((QPointF(place) * scale).toPoint());
+    };
+    EXPECT_EQ(at(onGround), ground) << number;
+    EXPECT_EQ(at(onSign), sign) << number;
+    EXPECT_NE(at({1, 1}), ground) << number;
+  }
+}
+
+TEST(QtMessage, IconsAreOfOneDesignAtScale1) { expectTheDesigns(1); }
+
+// A process has one scale: these need a process to themselves, which CTest gives every test.
+TEST(QtMessage, IconsAreOfOneDesignAtScale1AndAHalf) {
+  setenv("QT_SCALE_FACTOR", "1.5", 1);
+  expectTheDesigns(1.5);
+}
+
+TEST(QtMessage, IconsAreOfOneDesignAtScale2) {
+  setenv("QT_SCALE_FACTOR", "2", 1);
+  expectTheDesigns(2);
 }
 
 TEST(QtMessage, AtScale2TheIconsAreSharp) {
