@@ -69,20 +69,24 @@ int lineHeight(const platform::FontMetrics &font) {
 
 }  // namespace korvel::draw
 
-using korvel::draw::surfaceOf;
+using korvel::draw::onSurface;
 using korvel::platform::FontMetrics;
 using korvel::platform::Port;
 
 int ch_font_set_ext(CGrafPtr port, const char *name, int fore, int back, int size, int style) {
-  Port *surface = surfaceOf(port);
-  if (surface == nullptr || name == nullptr) return 0;
-  korvel::draw::chooseFont(name);
-  if (*ch_font_FontName == '\0') return 0;
-  if (surface->setFont(korvel::draw::chosenFont(), korvel::draw::faceOf(style))) {
-    surface->setFontSize(size);
+  if (name == nullptr) return 0;
+  if (*name == '\0') {
+    *ch_font_FontName = '\0';
+    return 0;
   }
-  korvel::draw::setColours(*surface, fore, back);
-  return 0;
+  return onSurface(port, [&](Port &surface) {
+    korvel::draw::chooseFont(name);
+    if (surface.setFont(korvel::draw::chosenFont(), korvel::draw::faceOf(style))) {
+      surface.setFontSize(size);
+    }
+    korvel::draw::setColours(surface, fore, back);
+    return 0;
+  });
 }
 
 int ch_font_set(CGrafPtr port, const char *name, int fore, int back, int size) {
@@ -93,11 +97,11 @@ int ch_font_set(CGrafPtr port, const char *name, int fore, int back, int size) {
 int ch_font_metrics(CGrafPtr, int *height, int *widMax, int *leading) {
   CGrafPtr current = nullptr;
   GetPort(&current);
-  const Port *surface = surfaceOf(current);
-  if (surface == nullptr) return 0;
-  const FontMetrics font = surface->fontMetrics();
-  if (height != nullptr) *height = font.ascent + font.descent;
-  if (widMax != nullptr) *widMax = font.widest;
-  if (leading != nullptr) *leading = font.leading;
-  return 0;
+  return onSurface(current, [&](const Port &surface) {
+    const FontMetrics font = surface.fontMetrics();
+    if (height != nullptr) *height = font.ascent + font.descent;
+    if (widMax != nullptr) *widMax = font.widest;
+    if (leading != nullptr) *leading = font.leading;
+    return 0;
+  });
 }

@@ -5,12 +5,15 @@
 #include <korvel/draw.h>
 #include <korvel/strings.h>
 
-#include <array>
-#include <cstring>
+#include <sys/stat.h>
+
+#include <chrono>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 
+#include "base/guard.h"
 #include "draw/ports.h"
 #include "draw/primitives.h"
 #include "platform/desktop.h"
@@ -27,32 +30,65 @@ namespace {
 
 constexpr std::size_t kLongestName = 255;
 
-// The pictures read from one resource folder on one desktop.
-class Pictures {
- public:
-  // Forgets them all when the folder or the desktop has changed.
-  void standOn(const Desktop *desktop) {
-    const bool isSame =
-        desktop == desktop_ && std::memcmp(folder_.data(), szResources, folder_.size()) == 0;
-    if (isSame) return;
-    forget();
-    desktop_ = desktop;
-    std::memcpy(folder_.data(), szResources, folder_.size());
-  }
-  const Picture *find(std::string_view name) const {
-    const auto found = read_.find(name);
-    return found == read_.end() ? nullptr : found->second.get();
-  }
-  const Picture *keep(std::string_view name, std::unique_ptr<Picture> picture) {
-    return (read_[std::string(name)] = std::move(picture)).get();
-  }
-  void forget() { read_.clear(); }
+using Clock = std::chrono::system_clock;
 
- private:
-  std::map<std::string, std::unique_ptr<Picture>, std::less<>> read_;
-  const Desktop *desktop_ = nullptr;
-  std::array<char, sizeof szResources> folder_{};
+// What tells a file from what stood at its path before.
+struct FileState {
+  dev_t device;
+  ino_t inode;
+  off_t size;
+  Clock::time_point changed;
+
+  bool operator==(const FileState &) const = default;
 };
+
+std::optional<FileState> stateOf(const std::string &path) {
+  struct stat status;
+  if (stat(path.c_str(), &status) != 0) return std::nullopt;
+  // Of the status, as that time cannot be set back.
+  const auto changed = std::chrono::seconds(status.st_ctim.tv_sec) +
+                       std::chrono::nanoseconds(status.st_ctim.tv_nsec);
+  return FileState{status.st_dev, status.st_ino, status.st_size, Clock::time_point(changed)};
+}
+
+// Whether any later change of the file will show in its state: files are stamped by a clock that
+// ticks some hundred times a second.
+bool isAtRest(const FileState &state) {
+  return Clock::now() - state.changed > std::chrono::milliseconds(20);
+}
+
+// A file as it was when it was read.
+struct ReadPicture {
+  std::string path;
+  FileState state;
+  bool wasAtRest;
+  std::unique_ptr<Picture> picture;
+
+  // Null for a file that is none.
+  const Picture *shown() const { return picture->width() > 0 ? picture.get() : nullptr; }
+  bool isStill(const std::string &file, const FileState &now) const {
+    return wasAtRest && state == now && path == file;
+  }
+};
+
+// The pictures of one desktop by their names. Never destroyed: the toolkit that they belong to may
+// end before the process does.
+struct Pictures {
+  const Desktop *desktop = nullptr;
+  std::map<std::string, ReadPicture, std::less<>> read;
+};
+
+Pictures &pictures() {
+  static Pictures &all = *new Pictures;
+  return all;
+}
+
+Pictures &picturesOf(const Desktop *desktop) {
+  Pictures &known = pictures();
+  if (known.desktop != desktop) forgetPictures();
+  known.desktop = desktop;
+  return known;
+}
 
 std::string onScreen(std::string_view name) {
   std::string text(name);
@@ -60,19 +96,18 @@ std::string onScreen(std::string_view name) {
   return text;
 }
 
-// Empty when there is no such picture. A name that is UTF-8 already is found as well.
-std::string findFile(std::string_view name) {
-  for (const std::string &file : {platform::nameOnDisk(onScreen(name)), std::string(name)}) {
-    std::string path = platform::findResource("pictures/" + file, {".svg", ".png"});
-    if (!path.empty()) return path;
-  }
-  return {};
+std::string findFile(const std::string &name) {
+  return platform::findResource("pictures/" + name, {".svg", ".png"});
 }
 
-// Never destroyed: the toolkit that the pictures belong to may end before the process does.
-Pictures &pictures() {
-  static Pictures &all = *new Pictures;
-  return all;
+// Empty when there is no such picture: a name leads to no other folder. One that is UTF-8 already
+// is found as well.
+std::string findPictureFile(std::string_view name) {
+  if (name.find('/') != name.npos) return {};
+  const std::string given(name);
+  const std::string onDisk = platform::nameOnDisk(onScreen(name));
+  std::string path = findFile(onDisk);
+  return path.empty() && onDisk != given ? findFile(given) : path;
 }
 
 }  // namespace
@@ -80,42 +115,52 @@ Pictures &pictures() {
 const Picture *findPicture(std::string_view name) {
   Desktop *desktop = platform::desktopForDrawing();
   if (desktop == nullptr) return nullptr;
-  Pictures &known = pictures();
-  known.standOn(desktop);
-  if (const Picture *picture = known.find(name)) return picture;
-  const std::string path = findFile(name);
-  std::unique_ptr<Picture> picture = path.empty() ? nullptr : desktop->loadPicture(path);
-  return picture == nullptr ? nullptr : known.keep(name, std::move(picture));
+  auto &read = picturesOf(desktop).read;
+  const auto known = read.find(name);
+  std::string path = findPictureFile(name);
+  const std::optional<FileState> state = stateOf(path);
+  if (known != read.end()) {
+    if (state && known->second.isStill(path, *state)) return known->second.shown();
+    read.erase(known);
+  }
+  if (!state) return nullptr;
+  ReadPicture now{std::move(path), *state, isAtRest(*state), nullptr};
+  now.picture = desktop->loadPicture(now.path);
+  return now.picture == nullptr ? nullptr
+                                : read.emplace(name, std::move(now)).first->second.shown();
 }
 
-void forgetPictures() { pictures().forget(); }
+void forgetPictures() { pictures().read.clear(); }
 
 bool drawPicture(Port &surface, std::string_view name, int x, int y) {
   const Picture *picture = findPicture(name);
-  if (picture != nullptr) surface.drawPicture(*picture, x, y);
-  return picture != nullptr;
+  return picture != nullptr && surface.drawPicture(*picture, x, y);
 }
 
 }  // namespace korvel::draw
 
+using korvel::base::orOnFailure;
 using korvel::draw::kLongestName;
-using korvel::draw::surfaceOf;
 
 int BMP_affic_desfond0(const char *name, CGrafPtr port, int x, int y) {
   if (name == nullptr) return 1;
   const std::string_view wanted = name;
   if (wanted.size() > kLongestName) return 0;  // Kept: as if it had been drawn.
-  korvel::platform::Port *surface = surfaceOf(port);
-  return surface != nullptr && korvel::draw::drawPicture(*surface, wanted, x, y) ? 0 : 1;
+  const auto draw = [&](korvel::platform::Port &surface) {
+    return korvel::draw::drawPicture(surface, wanted, x, y) ? 1 : 0;
+  };
+  return korvel::draw::onSurface(port, draw) == 1 ? 0 : 1;
 }
 
 int BMP_affic_dimfond0(const char *name, int *cx, int *cy) {
   if (name == nullptr) return 1;
   const std::string_view wanted = name;
   if (wanted.size() > kLongestName) return 0;  // Kept: as if it had been measured.
-  const korvel::platform::Picture *picture = korvel::draw::findPicture(wanted);
-  if (picture == nullptr) return 1;
-  if (cx != nullptr) *cx = picture->width();
-  if (cy != nullptr) *cy = picture->height();
-  return 0;
+  return orOnFailure(1, [&] {
+    const korvel::platform::Picture *picture = korvel::draw::findPicture(wanted);
+    if (picture == nullptr) return 1;
+    if (cx != nullptr) *cx = picture->width();
+    if (cy != nullptr) *cy = picture->height();
+    return 0;
+  });
 }

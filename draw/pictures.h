@@ -1,4 +1,4 @@
-// For draw/ and its tests only: pictures by name, read once.
+// For draw/ and its tests only: pictures by name, read once as long as their files stay the same.
 #ifndef DRAW_PICTURES_H
 #define DRAW_PICTURES_H
 
@@ -8,8 +8,9 @@
 
 namespace korvel::draw {
 
-// The picture of that name in the resources, the library's own; null when there is none. A picture
-// is read at its first use and kept, one that is missing is looked for again at each use.
+// The picture of that name in the resources, the library's own and valid until the next call; null
+// when there is none, or none that can be read. Its file is read at the first use, and again when
+// another one, or other content, stands in its place.
 const platform::Picture *findPicture(std::string_view name);
 
 // Forgets what was read: for tests, which change files and desktops.

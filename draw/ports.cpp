@@ -70,23 +70,32 @@ Port *surfaceOf(CGrafPtr port) { return port == nullptr ? nullptr : port->surfac
 
 }  // namespace korvel::draw
 
+using korvel::base::orOnFailure;
+using korvel::draw::onSurface;
+using korvel::draw::portOn;
 using korvel::draw::surfaceOf;
 using korvel::platform::desktopForDrawing;
 
 CGrafPtr KorvelImagePort(int width, int height) {
-  Desktop *desktop = desktopForDrawing();
-  return desktop == nullptr ? nullptr : korvel::draw::portOn(desktop->newImage(width, height));
+  return orOnFailure(nullptr, [&] {
+    Desktop *desktop = desktopForDrawing();
+    return desktop == nullptr ? nullptr : portOn(desktop->newImage(width, height));
+  });
 }
 
 CGrafPtr KorvelPainterPort(void *qpainter) {
-  Desktop *desktop = qpainter == nullptr ? nullptr : desktopForDrawing();
-  return desktop == nullptr ? nullptr : korvel::draw::portOn(desktop->painterPort(qpainter));
+  return orOnFailure(nullptr, [&] {
+    Desktop *desktop = qpainter == nullptr ? nullptr : desktopForDrawing();
+    return desktop == nullptr ? nullptr : portOn(desktop->painterPort(qpainter));
+  });
 }
 
 CGrafPtr GetWindowPort(WindowRef window) {
-  Desktop *desktop = window == nullptr ? nullptr : desktopForDrawing();
-  const bool hasPort = desktop != nullptr && desktop->windowPort(window) != nullptr;
-  return hasPort ? korvel::draw::portOn(window) : nullptr;
+  return orOnFailure(nullptr, [&] {
+    Desktop *desktop = window == nullptr ? nullptr : desktopForDrawing();
+    const bool hasPort = desktop != nullptr && desktop->windowPort(window) != nullptr;
+    return hasPort ? portOn(window) : nullptr;
+  });
 }
 
 void KorvelPortRelease(CGrafPtr port) {
@@ -94,16 +103,18 @@ void KorvelPortRelease(CGrafPtr port) {
 }
 
 int KorvelPortSave(CGrafPtr port, const char *pngPath) {
-  const Port *surface = surfaceOf(port);
-  return surface != nullptr && pngPath != nullptr && surface->save(pngPath) ? 1 : 0;
+  return onSurface(port, [&](const Port &surface) {
+    return pngPath != nullptr && surface.save(pngPath) ? 1 : 0;
+  });
 }
 
 int KorvelPortPixel(CGrafPtr port, int x, int y, RGBColor *colour) {
-  const Port *surface = surfaceOf(port);
-  if (surface == nullptr || colour == nullptr) return 0;
-  const std::optional<RGBColor> pixel = surface->pixel(x, y);
-  if (pixel) *colour = *pixel;
-  return pixel ? 1 : 0;
+  if (colour == nullptr) return 0;
+  return onSurface(port, [&](const Port &surface) {
+    const std::optional<RGBColor> pixel = surface.pixel(x, y);
+    if (pixel) *colour = *pixel;
+    return pixel ? 1 : 0;
+  });
 }
 
 void SetPort(CGrafPtr port) { korvel::draw::g_current = port; }
@@ -111,5 +122,5 @@ void SetPort(CGrafPtr port) { korvel::draw::g_current = port; }
 void GetPort(CGrafPtr *port) {
   if (port == nullptr) return;
   CGrafPtr current = korvel::draw::g_current;
-  *port = surfaceOf(current) == nullptr ? nullptr : current;
+  *port = orOnFailure(nullptr, [&] { return surfaceOf(current) == nullptr ? nullptr : current; });
 }

@@ -25,14 +25,16 @@ void drawRectangle(Port &surface, const platform::Rect &rect, int colour) {
 
 }  // namespace korvel::draw
 
+using korvel::draw::onSurface;
 using korvel::draw::Pixels;
-using korvel::draw::surfaceOf;
 using korvel::draw::toShort;
 using korvel::platform::Port;
 
 void LineC_Ex(CGrafPtr port, int x1, int y1, int x2, int y2, RGBColor rgb, int width) {
-  Port *surface = surfaceOf(port);
-  if (surface != nullptr) korvel::draw::drawLine(*surface, {x1, y1}, {x2, y2}, rgb, width);
+  onSurface(port, [&](Port &surface) {
+    korvel::draw::drawLine(surface, {x1, y1}, {x2, y2}, rgb, width);
+    return 0;
+  });
 }
 
 void Line_Ex(CGrafPtr port, int x1, int y1, int x2, int y2, int colour, int width) {
@@ -40,9 +42,10 @@ void Line_Ex(CGrafPtr port, int x1, int y1, int x2, int y2, int colour, int widt
 }
 
 void Rectangle_Ex(CGrafPtr port, int x, int y, int cx, int cy, int colour) {
-  Port *surface = surfaceOf(port);
-  if (surface == nullptr) return;
-  const korvel::platform::Rect rect{toShort(x), toShort(y), toShort(Pixels{x} + cx),
-                                    toShort(Pixels{y} + cy)};
-  korvel::draw::drawRectangle(*surface, rect, colour);
+  onSurface(port, [&](Port &surface) {
+    const korvel::platform::Rect rect{toShort(x), toShort(y), toShort(Pixels{x} + cx),
+                                      toShort(Pixels{y} + cy)};
+    korvel::draw::drawRectangle(surface, rect, colour);
+    return 0;
+  });
 }

@@ -20,7 +20,7 @@ struct Point {
 void drawLine(platform::Port &surface, Point from, Point to, const RGBColor &colour, int width);
 void drawRectangle(platform::Port &surface, const platform::Rect &rect, int colour);
 
-// True when there is such a picture.
+// True when there is such a picture, and memory to draw it.
 bool drawPicture(platform::Port &surface, std::string_view name, int x, int y);
 
 }  // namespace korvel::draw

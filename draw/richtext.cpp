@@ -142,39 +142,42 @@ void selectSize(Port &surface, int size) {
 }  // namespace
 }  // namespace korvel::draw
 
+using korvel::draw::onSurface;
 using korvel::draw::Pixels;
-using korvel::draw::surfaceOf;
 using korvel::draw::toInt;
 using korvel::draw::Walker;
 using korvel::platform::Port;
 
 int TextOut_Ext(CGrafPtr port, int x, int y, int x0, int y0, const char *text, int len) {
-  Port *surface = surfaceOf(port);
-  if (surface == nullptr || !korvel::draw::isText(text, len)) return 0;
-  const int em = korvel::draw::emOf(*surface);
-  korvel::draw::Drawing drawing(*surface, em, {x0, y0}, y);
-  return toInt(Walker(drawing, em, x).walk({text, static_cast<std::size_t>(len)}));
+  if (!korvel::draw::isText(text, len)) return 0;
+  return onSurface(port, [&](Port &surface) {
+    const int em = korvel::draw::emOf(surface);
+    korvel::draw::Drawing drawing(surface, em, {x0, y0}, y);
+    return toInt(Walker(drawing, em, x).walk({text, static_cast<std::size_t>(len)}));
+  });
 }
 
 int GetTextExtent_Ext(CGrafPtr port, int x, int, const char *text, int len, int *cx, int *cy) {
-  const Port *surface = surfaceOf(port);
-  if (surface == nullptr || !korvel::draw::isText(text, len)) return 0;
-  const int em = korvel::draw::emOf(*surface);
-  korvel::draw::Measuring measuring(*surface, em);
-  const Pixels width = Walker(measuring, em, x).walk({text, static_cast<std::size_t>(len)});
-  if (cx != nullptr) *cx = toInt(width);
-  if (cy != nullptr) *cy = measuring.height();
-  return measuring.hasTab() ? 0 : 1;
+  if (!korvel::draw::isText(text, len)) return 0;
+  return onSurface(port, [&](const Port &surface) {
+    const int em = korvel::draw::emOf(surface);
+    korvel::draw::Measuring measuring(surface, em);
+    const Pixels width = Walker(measuring, em, x).walk({text, static_cast<std::size_t>(len)});
+    if (cx != nullptr) *cx = toInt(width);
+    if (cy != nullptr) *cy = measuring.height();
+    return measuring.hasTab() ? 0 : 1;
+  });
 }
 
 int ch_font_printstr(CGrafPtr port, int x, int y, int width, int fore, int back, int size,
                      const char *text) {
-  Port *surface = surfaceOf(port);
-  if (surface == nullptr || text == nullptr) return 0;
-  korvel::draw::selectSize(*surface, size);
-  korvel::draw::setColours(*surface, fore, back);
-  const Pixels left = Pixels{x} + korvel::draw::shiftIntoMiddle(port, x, y, width, text);
-  const int drawn = TextOut_Ext(port, toInt(left), y, 0, 0, text, korvel::draw::lengthOf(text));
-  surface->setForeground(korvel::draw::paletteColour(korvel::draw::kBlack));
-  return toInt(left + drawn);
+  if (text == nullptr) return 0;
+  return onSurface(port, [&](Port &surface) {
+    korvel::draw::selectSize(surface, size);
+    korvel::draw::setColours(surface, fore, back);
+    const Pixels left = Pixels{x} + korvel::draw::shiftIntoMiddle(port, x, y, width, text);
+    const int drawn = TextOut_Ext(port, toInt(left), y, 0, 0, text, korvel::draw::lengthOf(text));
+    surface.setForeground(korvel::draw::paletteColour(korvel::draw::kBlack));
+    return toInt(left + drawn);
+  });
 }

@@ -47,22 +47,22 @@ int runWidth(const Port &surface, std::string_view text) {
 }  // namespace korvel::draw
 
 using korvel::draw::isText;
-using korvel::draw::surfaceOf;
+using korvel::draw::onSurface;
 using korvel::platform::Port;
 
 int TextOut_0(CGrafPtr port, int x, int y, const char *text, int len) {
-  Port *surface = surfaceOf(port);
-  if (surface == nullptr || !isText(text, len)) return 0;
-  return korvel::draw::drawRun(*surface, x, y, {text, static_cast<std::size_t>(len)});
+  if (!isText(text, len)) return 0;
+  return onSurface(port, [&](Port &surface) {
+    return korvel::draw::drawRun(surface, x, y, {text, static_cast<std::size_t>(len)});
+  });
 }
 
 int GetTextExtent_0(CGrafPtr port, const char *text, int len, int *cx, int *cy) {
-  const Port *surface = surfaceOf(port);
-  const bool canMeasure =
-      surface != nullptr && isText(text, len) && len <= korvel::draw::kLongestRun;
-  if (!canMeasure) return 0;
-  const int width = korvel::draw::runWidth(*surface, {text, static_cast<std::size_t>(len)});
-  if (cx != nullptr) *cx = width;
-  if (cy != nullptr) *cy = 0;  // Kept: a run has no height.
-  return width;
+  if (!isText(text, len) || len > korvel::draw::kLongestRun) return 0;
+  return onSurface(port, [&](const Port &surface) {
+    const int width = korvel::draw::runWidth(surface, {text, static_cast<std::size_t>(len)});
+    if (cx != nullptr) *cx = width;
+    if (cy != nullptr) *cy = 0;  // Kept: a run has no height.
+    return width;
+  });
 }

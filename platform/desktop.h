@@ -203,8 +203,10 @@ class Desktop {
   // and stays until something else is drawn over it, whatever covers the window meanwhile.
   virtual Port *windowPort(WindowRef window) = 0;
 
-  // A picture file, SVG or PNG. Null when it cannot be read. It may be drawn into every port of
-  // this desktop, which keep nothing of it.
+  // A picture file, SVG or PNG, of at most 2^28 pixels. An SVG shows nothing of other files. What
+  // is no file, as a pipe, is never waited for. The picture may be drawn into every port of this
+  // desktop, which keep nothing of it. Null when it could not be looked at, for want of memory or
+  // of an application.
   virtual std::unique_ptr<Picture> loadPicture(const std::string &path) = 0;
 };
 
@@ -212,7 +214,7 @@ class Desktop {
 // module built for another one returns null. The desktop belongs to the module and lives until the
 // process ends.
 using ModuleEntry = Desktop *(*)(int version);
-constexpr int kSeamVersion = 4;
+constexpr int kSeamVersion = 5;
 constexpr const char *kModuleEntry = "korvel_desktop";
 
 }  // namespace korvel::platform

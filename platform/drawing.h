@@ -4,7 +4,8 @@
 // A port is a surface to draw on, with a font, two colours and a text mode of its own. All
 // coordinates are pixels from the port's top-left corner at scale 1 (a screen of scale 2 shows each
 // as 2 x 2 finer ones); a coordinate far outside is clipped, never an error. Text is in the screen
-// set (platform/screentext.h). Everything runs on the interface thread, and no method throws.
+// set (platform/screentext.h). Everything runs on the interface thread, and no method throws:
+// without memory nothing, or only a part, is drawn.
 #ifndef KORVEL_PLATFORM_DRAWING_H
 #define KORVEL_PLATFORM_DRAWING_H
 
@@ -38,7 +39,7 @@ class Picture {
  public:
   virtual ~Picture() = default;
 
-  // Its own size at scale 1, at least 1 x 1.
+  // Its own size at scale 1, at least 1 x 1; 0 x 0 for a file that is no picture.
   virtual int width() const = 0;
   virtual int height() const = 0;
 };
@@ -63,7 +64,7 @@ class Port {
   virtual int textWidth(std::string_view text) const = 0;
   // Draws the text with its baseline starting at (x, y), smoothed, in the foreground colour; opaque
   // text first fills the rectangle of its width from ascent to descent with the background colour.
-  // Returns its width.
+  // Returns its width; 0 when it could not, for want of memory.
   virtual int drawText(int x, int y, std::string_view text) = 0;
 
   virtual void setForeground(const RGBColor &colour) = 0;
@@ -72,14 +73,17 @@ class Port {
 
   // A line in the foreground colour by a square pen of `width` x `width` pixels (below 1: nothing)
   // that hangs to the right of and below each point from (x1, y1) to (x2, y2), both included. Level
-  // and upright lines are not smoothed, slanted ones may be.
+  // and upright lines are not smoothed, slanted ones may be. At any scale those are of the same
+  // thickness wherever they lie: of the whole number of finer pixels nearest to `width`, at
+  // least 1.
   virtual void drawLine(int x1, int y1, int x2, int y2, int width) = 0;
   // Inside the rectangle, in the foreground colour, not smoothed; an empty rectangle shows nothing.
   virtual void fillRect(const Rect &rect) = 0;
-  virtual void frameRect(const Rect &rect) = 0;  // one pixel wide
+  virtual void frameRect(const Rect &rect) = 0;  // one pixel wide, all sides as thick as a line
 
-  // Draws the picture at its own size, its top-left corner at (x, y).
-  virtual void drawPicture(const Picture &picture, int x, int y) = 0;
+  // Draws the picture, which is one, at its own size, its top-left corner at (x, y). False when it
+  // could not, for want of memory.
+  virtual bool drawPicture(const Picture &picture, int x, int y) = 0;
 
   // Writes what was drawn as a PNG file (transparent where nothing was drawn on a window); false
   // when it cannot be written, when nothing was drawn on a window, and for a port whose surface

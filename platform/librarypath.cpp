@@ -37,7 +37,7 @@ std::string executableFolder() { return folderOf("/proc/self/exe"); }
 
 bool isFile(const std::string &path) {
   struct stat status;
-  return stat(path.c_str(), &status) == 0 && !S_ISDIR(status.st_mode);
+  return stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode);
 }
 
 }  // namespace korvel::platform

@@ -13,7 +13,8 @@ std::string libraryFolder();
 // The folder of the executable, links resolved. Empty when the system cannot tell.
 std::string executableFolder();
 
-// True when `path` leads to something that is not a folder.
+// True when `path` leads to a file: not to a folder, and to nothing whose content comes from
+// elsewhere, such as a pipe or a device.
 bool isFile(const std::string &path);
 
 }  // namespace korvel::platform

@@ -34,7 +34,7 @@ KORVEL_API extern int char_dy;
 
 /* Chooses the font, colours and text mode of a port.
    name: copied into ch_font_FontName (names of 80 bytes or more are cut to 79). An empty name does
-   nothing else. A name the system answers with that family, or one of the same measures, selects
+   nothing else, and needs no port. A name the system answers with that family, or one of the same measures, selects
    it; any other leaves the port's font and size as they were.
    fore, back: palette indexes; back 255: text is drawn transparently and the background colour
    stays, else opaquely. size: points, 1 point being 1 pixel; a size below 1 stands for 12, one
@@ -141,8 +141,10 @@ KORVEL_API void Rectangle_Ex(CGrafPtr port, int x, int y, int cx, int cy, int co
 /* --- Pictures --------------------------------------------------------------------------------
 
    A picture is the file pictures/<name>.svg, else .png, of the application's resources, else of
-   the default set (szResources in desktop.h). Names are CP1252, those of files UTF-8. It is read at
-   its first use and kept. */
+   the default set (szResources in desktop.h), of at most 2^28 pixels. Names are CP1252, those of
+   files UTF-8; one with a '/' names no picture. An SVG shows nothing of other files that it refers
+   to. A picture is read at its first use, and again at the first use after its file was replaced;
+   one that cannot be read is as good as none. */
 
 /* Draws a picture at its own size with its top left corner at (x, y).
    Returns 0; 1 when there is no such picture or nothing to draw it on. Kept: 0 too for a name of

@@ -4,6 +4,7 @@
 
 #include <QApplication>
 #include <clocale>
+#include <memory>
 
 #include "platform/qt/screencheck.h"
 
@@ -64,8 +65,9 @@ constinit const std::string *g_withoutScreen = nullptr;
 
 bool startOffscreen(const std::string &problem) {
   if (!hasOffscreenPlatform()) return false;
+  auto kept = std::make_unique<std::string>(problem);
   startApplication(kOffscreenPlatform);
-  g_withoutScreen = new std::string(problem);
+  g_withoutScreen = kept.release();
   return true;
 }
 

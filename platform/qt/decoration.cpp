@@ -1,10 +1,10 @@
 #include "platform/qt/decoration.h"
 
 #include <QFontMetrics>
-#include <QImageReader>
 #include <QPainter>
 #include <algorithm>
 
+#include "platform/qt/picture.h"
 #include "platform/qt/text.h"
 
 namespace korvel::platform::qt {
@@ -22,12 +22,11 @@ QColor lineColor(const QPalette &palette) {
   return color;
 }
 
-QPixmap readPicture(const QString &path, const QSize &room, qreal pixelRatio) {
-  QImageReader reader(path);
-  const QSize size = reader.size();
-  if (size.isEmpty()) return {};
-  reader.setScaledSize(size.scaled(room * pixelRatio, Qt::KeepAspectRatio));
-  QPixmap picture = QPixmap::fromImage(reader.read());
+QPixmap readPicture(const std::string &path, const QSize &room, qreal pixelRatio) {
+  const auto read = QtPicture::read(path);
+  if (read->width() == 0) return {};
+  const QSize size = read->sizeAt(1).scaled(room * pixelRatio, Qt::KeepAspectRatio);
+  QPixmap picture = QPixmap::fromImage(read->rendered(size));
   picture.setDevicePixelRatio(pixelRatio);
   return picture;
 }
@@ -86,7 +85,7 @@ void StaticText::paintEvent(QPaintEvent *) {
 }
 
 Icon::Icon(QWidget *window, const Rect &rect, const std::string &path)
-    : QWidget(window), path_(QString::fromStdString(path)) {
+    : QWidget(window), path_(path) {
   setAttribute(Qt::WA_TransparentForMouseEvents);
   setGeometry(toQt(rect));
 }

@@ -48,7 +48,7 @@ class Icon final : public QWidget {
   void paintEvent(QPaintEvent *event) override;
 
  private:
-  const QString path_;
+  const std::string path_;
   QPixmap picture_;  // rendered for the screen on which it was last painted
 };
 

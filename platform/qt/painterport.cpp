@@ -32,13 +32,21 @@ int near(int place) { return std::clamp(place, -kFarthest, kFarthest); }
 
 }  // namespace
 
-void PainterPort::paintRect(const Rect &rect, QRgb colour) {
+// Of the device's own pixels, as long as the painter does not turn what it draws.
+PixelGrid PainterPort::grid() {
+  if (!painter_->isActive()) return {};
+  const QTransform &transform = painter_->deviceTransform();
+  const bool isUpright =
+      transform.type() <= QTransform::TxScale && transform.m11() > 0 && transform.m22() > 0;
+  if (!isUpright) return {};
+  return {{transform.m11(), transform.dx()}, {transform.m22(), transform.dy()}};
+}
+
+void PainterPort::paintPixels(const QRect &pixels, QRgb colour) {
   const Borrowed borrowed(painter_);
   if (!borrowed) return;
   painter_->setRenderHint(QPainter::Antialiasing, false);
-  const QPoint topLeft(near(rect.left), near(rect.top));
-  const QPoint end(near(rect.right), near(rect.bottom));
-  painter_->fillRect(QRect(topLeft, end - QPoint(1, 1)), QColor::fromRgb(colour));
+  painter_->fillRect(grid().fromPixels(pixels), QColor::fromRgb(colour));
 }
 
 void PainterPort::paintGlyphs(int x, int y, std::string_view text, const Rect &) {

@@ -16,7 +16,8 @@ class PainterPort final : public QtPort {
   std::optional<RGBColor> pixel(int, int) const override { return std::nullopt; }
 
  protected:
-  void paintRect(const Rect &rect, QRgb colour) override;
+  PixelGrid grid() override;
+  void paintPixels(const QRect &pixels, QRgb colour) override;
   void paintGlyphs(int x, int y, std::string_view text, const Rect &bounds) override;
   void paintSlantedStroke(const Stroke &stroke) override;
   void paintPicture(const QtPicture &picture, int x, int y) override;

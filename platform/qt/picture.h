@@ -2,10 +2,11 @@
 #ifndef KORVEL_PLATFORM_QT_PICTURE_H
 #define KORVEL_PLATFORM_QT_PICTURE_H
 
+#include <QByteArray>
 #include <QImage>
 #include <QSize>
-#include <QString>
 #include <memory>
+#include <string>
 #include <vector>
 
 #include "platform/drawing.h"
@@ -14,15 +15,19 @@ namespace korvel::platform::qt {
 
 class QtPicture final : public Picture {
  public:
-  // Null for a file that cannot be read as a picture.
-  static std::unique_ptr<QtPicture> read(const QString &path);
+  // The file is not looked at any more afterwards.
+  static std::unique_ptr<QtPicture> read(const std::string &path);
 
   int width() const override { return size_.width(); }
   int height() const override { return size_.height(); }
 
-  // With `scale` of its pixels to one of the port's; rendered at that scale when it is first asked
-  // for. Valid until the next call.
+  // Its size in pixels of which `scale` make one of the port's.
+  QSize sizeAt(qreal scale) const;
+  // The picture in that size, rendered when it is first asked for; in its own, to be stretched,
+  // where that would be too large. Valid until the next call.
   const QImage &at(qreal scale) const;
+  // In any size; null where that would be too large.
+  QImage rendered(const QSize &size) const;
 
  private:
   struct Rendered {
@@ -30,11 +35,11 @@ class QtPicture final : public Picture {
     QImage image;
   };
 
-  QtPicture(QString path, const QSize &size) : path_(std::move(path)), size_(size) {}
+  QtPicture(QByteArray svg, const QImage &image);
 
-  const QString path_;
+  const QByteArray svg_;  // empty for a picture of pixels
   const QSize size_;
-  mutable std::vector<Rendered> rendered_;
+  mutable std::vector<Rendered> rendered_;  // the first one in its own size
 };
 
 }  // namespace korvel::platform::qt

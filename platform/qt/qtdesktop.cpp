@@ -5,6 +5,7 @@
 #include <QWidget>
 #include <QWindow>
 
+#include "base/guard.h"
 #include "platform/qt/application.h"
 #include "platform/qt/painterport.h"
 #include "platform/qt/picture.h"
@@ -91,22 +92,28 @@ WindowRef QtDesktop::hostWindow(void *widget) {
 }
 
 std::unique_ptr<Port> QtDesktop::newImage(int width, int height) {
-  return ensureDrawing() ? ImagePort::make(width, height) : nullptr;
+  return base::orOnFailure(
+      nullptr, [&] { return ensureDrawing() ? ImagePort::make(width, height) : nullptr; });
 }
 
 std::unique_ptr<Port> QtDesktop::painterPort(void *painter) {
-  if (painter == nullptr || !ensureDrawing()) return nullptr;
-  return std::make_unique<PainterPort>(static_cast<QPainter *>(painter));
+  return base::orOnFailure(nullptr, [&]() -> std::unique_ptr<Port> {
+    if (painter == nullptr || !ensureDrawing()) return nullptr;
+    return std::make_unique<PainterPort>(static_cast<QPainter *>(painter));
+  });
 }
 
 Port *QtDesktop::windowPort(WindowRef window) {
   if (WindowPort *made = madePortOf(window)) return made;
-  QWidget *widget = livingWindow(window);
-  return widget == nullptr ? nullptr : &portOf(widget);
+  return base::orOnFailure(nullptr, [&] {
+    QWidget *widget = livingWindow(window);
+    return widget == nullptr ? nullptr : &portOf(widget);
+  });
 }
 
 std::unique_ptr<Picture> QtDesktop::loadPicture(const std::string &path) {
-  return ensureDrawing() ? QtPicture::read(QString::fromStdString(path)) : nullptr;
+  return base::orOnFailure(nullptr,
+                           [&] { return ensureDrawing() ? QtPicture::read(path) : nullptr; });
 }
 
 }  // namespace korvel::platform::qt

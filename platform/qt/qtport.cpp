@@ -3,7 +3,12 @@
 #include <algorithm>
 #include <limits>
 
+#include "base/guard.h"
+
 namespace korvel::platform::qt {
+
+using base::asFarAsMemoryAllows;
+
 namespace {
 
 constexpr int kUsualSize = 12;
@@ -19,6 +24,8 @@ int saturated(long long value) {
 Rect saturatedRect(long long left, long long top, long long right, long long bottom) {
   return {saturated(left), saturated(top), saturated(right), saturated(bottom)};
 }
+
+bool isEmpty(const Rect &rect) { return rect.left >= rect.right || rect.top >= rect.bottom; }
 
 unsigned short fullComponent(int component) {
   return static_cast<unsigned short>(component == 0xFF ? 0xFFFF : component << 8);
@@ -40,45 +47,55 @@ QtPort::QtPort()
       foreground_(qRgb(0, 0, 0)),
       background_(qRgb(255, 255, 255)) {}
 
-void QtPort::selectFont() {
-  if (canHaveFonts()) font_ = &screenFont(family_, face_, size_);
+void QtPort::select(const QString *family, unsigned face, int size) {
+  if (canHaveFonts()) font_ = &screenFont(family, face, size);
+  family_ = family;
+  face_ = face;
+  size_ = size;
 }
 
 bool QtPort::setFont(std::string_view family, unsigned face) {
-  const QString *answer = canHaveFonts() ? familyAnswering(family) : nullptr;
-  if (answer == nullptr) return false;
-  family_ = answer;
-  face_ = face & kFaceBits;
-  selectFont();
-  return true;
+  return base::orOnFailure(false, [&] {
+    const QString *answer = canHaveFonts() ? familyAnswering(family) : nullptr;
+    if (answer != nullptr) select(answer, face & kFaceBits, size_);
+    return answer != nullptr;
+  });
 }
 
 void QtPort::setFontSize(int points) {
   const int size = points < 1 ? kUsualSize : std::min(points, kLargestSize);
   if (size == size_) return;
-  size_ = size;
-  selectFont();
+  asFarAsMemoryAllows([&] { select(family_, face_, size); });
 }
 
 int QtPort::drawText(int x, int y, std::string_view text) {
   const int width = textWidth(text);
   if (width == 0) return 0;
+  return base::orOnFailure(0, [&] {
+    paintText(x, y, text, width);
+    return width;
+  });
+}
+
+void QtPort::paintText(int x, int y, std::string_view text, int width) {
   const long long left = x;
   const long long baseline = y;
   const long long right = left + width;
   const auto &[ascent, descent, leading, widest] = font_->metrics();
   if (isOpaque_)
-    paintIfAny(saturatedRect(left, baseline - ascent, right, baseline + descent), background_);
+    paintIfAny(grid().rect(saturatedRect(left, baseline - ascent, right, baseline + descent)),
+               background_);
   // Slanted letters and accents on capitals reach beyond the text's own box.
   const int height = ascent + descent;
   paintGlyphs(x, y, text,
               saturatedRect(left - height, baseline - ascent - height, right + height,
                             baseline + descent + height));
   if (font_->isUnderlined()) {
-    const long long top = baseline + font_->underline().top;
-    paintIfAny(saturatedRect(left, top, right, top + font_->underline().thickness), foreground_);
+    const auto &[top, thickness] = font_->underline();
+    const int level = saturated(baseline + top);
+    paintIfAny(grid().stroke({x, level, saturated(right - thickness), level, thickness}),
+               foreground_);
   }
-  return width;
 }
 
 void QtPort::setForeground(const RGBColor &colour) { foreground_ = toQt(colour); }
@@ -88,31 +105,36 @@ void QtPort::setBackground(const RGBColor &colour) { background_ = toQt(colour);
 void QtPort::drawLine(int x1, int y1, int x2, int y2, int width) {
   if (width < 1) return;
   const Stroke stroke{x1, y1, x2, y2, width};
-  if (stroke.isStraight())
-    paintIfAny(straightStroke(stroke), foreground_);
-  else
-    paintSlantedStroke(stroke);
+  asFarAsMemoryAllows([&] {
+    if (stroke.isStraight())
+      paintIfAny(grid().stroke(stroke), foreground_);
+    else
+      paintSlantedStroke(stroke);
+  });
 }
 
-void QtPort::paintIfAny(const Rect &rect, QRgb colour) {
-  if (rect.left < rect.right && rect.top < rect.bottom) paintRect(rect, colour);
+void QtPort::paintIfAny(const QRect &pixels, QRgb colour) {
+  if (!pixels.isEmpty()) paintPixels(pixels, colour);
 }
 
-void QtPort::fillRect(const Rect &rect) { paintIfAny(rect, foreground_); }
+void QtPort::fillRect(const Rect &rect) {
+  if (isEmpty(rect)) return;
+  asFarAsMemoryAllows([&] { paintIfAny(grid().rect(rect), foreground_); });
+}
 
 void QtPort::frameRect(const Rect &rect) {
-  if (rect.left >= rect.right || rect.top >= rect.bottom) return;
-  const int innerTop = rect.top + 1;
-  const int innerBottom = rect.bottom - 1;
-  paintRect({rect.left, rect.top, rect.right, innerTop}, foreground_);
-  paintIfAny({rect.left, std::max(innerTop, innerBottom), rect.right, rect.bottom}, foreground_);
-  paintIfAny({rect.left, innerTop, rect.left + 1, innerBottom}, foreground_);
-  paintIfAny({rect.right - 1, innerTop, rect.right, innerBottom}, foreground_);
+  if (isEmpty(rect)) return;
+  asFarAsMemoryAllows([&] {
+    for (const QRect &side : grid().frame(rect)) paintIfAny(side, foreground_);
+  });
 }
 
 // Ports and pictures of a desktop go together.
-void QtPort::drawPicture(const Picture &picture, int x, int y) {
-  paintPicture(static_cast<const QtPicture &>(picture), x, y);
+bool QtPort::drawPicture(const Picture &picture, int x, int y) {
+  return base::orOnFailure(false, [&] {
+    paintPicture(static_cast<const QtPicture &>(picture), x, y);
+    return true;
+  });
 }
 
 }  // namespace korvel::platform::qt

@@ -1,5 +1,5 @@
-// For platform/qt/ only: what all ports have in common. How a rectangle, glyphs, a path and a
-// picture get onto a surface is the part of each kind of port.
+// For platform/qt/ only: what all ports have in common. How pixels, glyphs, a path and a picture
+// get onto a surface is the part of each kind of port.
 #ifndef KORVEL_PLATFORM_QT_QTPORT_H
 #define KORVEL_PLATFORM_QT_QTPORT_H
 
@@ -9,6 +9,7 @@
 
 #include "platform/drawing.h"
 #include "platform/qt/picture.h"
+#include "platform/qt/pixelgrid.h"
 #include "platform/qt/screenfont.h"
 #include "platform/qt/strokes.h"
 
@@ -31,12 +32,14 @@ class QtPort : public Port {
   void drawLine(int x1, int y1, int x2, int y2, int width) final;
   void fillRect(const Rect &rect) final;
   void frameRect(const Rect &rect) final;
-  void drawPicture(const Picture &picture, int x, int y) final;
+  bool drawPicture(const Picture &picture, int x, int y) final;
 
  protected:
-  // All in coordinates of the port, which may lie anywhere; `rect` is not empty. Glyphs and strokes
-  // are drawn in the foreground colour; nothing of the glyphs reaches out of `bounds`.
-  virtual void paintRect(const Rect &rect, QRgb colour) = 0;
+  // The pixels of the surface as it is now; those to paint are never empty.
+  virtual PixelGrid grid() = 0;
+  virtual void paintPixels(const QRect &pixels, QRgb colour) = 0;
+  // In coordinates of the port, which may lie anywhere. Glyphs and strokes are drawn in the
+  // foreground colour; nothing of the glyphs reaches out of `bounds`.
   virtual void paintGlyphs(int x, int y, std::string_view text, const Rect &bounds) = 0;
   virtual void paintSlantedStroke(const Stroke &stroke) = 0;
   virtual void paintPicture(const QtPicture &picture, int x, int y) = 0;
@@ -45,8 +48,9 @@ class QtPort : public Port {
   QRgb foreground() const { return foreground_; }
 
  private:
-  void paintIfAny(const Rect &rect, QRgb colour);
-  void selectFont();
+  void paintIfAny(const QRect &pixels, QRgb colour);
+  void select(const QString *family, unsigned face, int size);
+  void paintText(int x, int y, std::string_view text, int width);
 
   const QString *family_ = nullptr;  // the system's
   unsigned face_ = 0;

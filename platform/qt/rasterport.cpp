@@ -6,6 +6,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "base/guard.h"
+
 namespace korvel::platform::qt {
 namespace {
 
@@ -18,23 +20,19 @@ int devicePixels(int place, qreal scale) {
   return static_cast<int>(std::lround(std::clamp(place * scale, -kFarthest, kFarthest)));
 }
 
-QRect deviceRect(const Rect &rect, qreal scale) {
-  const QPoint topLeft(devicePixels(rect.left, scale), devicePixels(rect.top, scale));
-  const QPoint end(devicePixels(rect.right, scale), devicePixels(rect.bottom, scale));
-  return {topLeft, end - QPoint(1, 1)};
-}
-
 }  // namespace
 
 // Opened here, as the toolkit takes only paths that are UTF-8.
 bool RasterPort::save(const std::string &path) const {
-  const Raster *raster = drawn();
-  if (raster == nullptr) return false;
-  const int descriptor = open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
-  if (descriptor < 0) return false;
-  QFile file;
-  return file.open(descriptor, QIODevice::WriteOnly, QFileDevice::AutoCloseHandle) &&
-         raster->image().save(&file, "PNG") && file.flush();
+  return base::orOnFailure(false, [&] {
+    const Raster *raster = drawn();
+    if (raster == nullptr) return false;
+    const int descriptor = open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
+    if (descriptor < 0) return false;
+    QFile file;
+    return file.open(descriptor, QIODevice::WriteOnly, QFileDevice::AutoCloseHandle) &&
+           raster->image().save(&file, "PNG") && file.flush();
+  });
 }
 
 std::optional<RGBColor> RasterPort::pixel(int x, int y) const {
@@ -47,12 +45,16 @@ std::optional<RGBColor> RasterPort::pixel(int x, int y) const {
   return fromQt(qUnpremultiply(colour));
 }
 
-void RasterPort::paintRect(const Rect &rect, QRgb colour) {
+PixelGrid RasterPort::grid() {
+  prepared();
+  return PixelGrid(scale());
+}
+
+void RasterPort::paintPixels(const QRect &pixels, QRgb colour) {
   Raster *raster = prepared();
   if (raster == nullptr) return;
-  const QRect place = deviceRect(rect, scale());
-  raster->fill(place, colour);
-  touched(place);
+  raster->fill(pixels, colour);
+  touched(pixels);
 }
 
 void RasterPort::blendGlyphs(Raster &raster, InkTable &inks, int x, int y, std::string_view text) {
@@ -78,7 +80,7 @@ void RasterPort::paintGlyphs(int x, int y, std::string_view text, const Rect &bo
     painter.setPen(QColor::fromRgb(foreground()));
     font().draw(painter, x, y, text, scale());
   }
-  touched(deviceRect(bounds, scale()));
+  touched(grid().rect(bounds));
 }
 
 void RasterPort::paintSlantedStroke(const Stroke &stroke) {
@@ -96,10 +98,10 @@ void RasterPort::paintSlantedStroke(const Stroke &stroke) {
 void RasterPort::paintPicture(const QtPicture &picture, int x, int y) {
   Raster *raster = prepared();
   if (raster == nullptr) return;
-  const QImage &image = picture.at(scale());
-  const QRect place(QPoint(devicePixels(x, scale()), devicePixels(y, scale())), image.size());
+  const QRect place(QPoint(devicePixels(x, scale()), devicePixels(y, scale())),
+                    picture.sizeAt(scale()));
   if (!place.intersects(QRect(QPoint(), raster->size()))) return;
-  raster->painter().drawImage(place.topLeft(), image);
+  raster->painter().drawImage(place, picture.at(scale()));
   touched(place);
 }
 

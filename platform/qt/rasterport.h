@@ -15,7 +15,8 @@ class RasterPort : public QtPort {
   std::optional<RGBColor> pixel(int x, int y) const override;
 
  protected:
-  void paintRect(const Rect &rect, QRgb colour) final;
+  PixelGrid grid() final;
+  void paintPixels(const QRect &pixels, QRgb colour) final;
   void paintGlyphs(int x, int y, std::string_view text, const Rect &bounds) final;
   void paintSlantedStroke(const Stroke &stroke) final;
   void paintPicture(const QtPicture &picture, int x, int y) final;
@@ -24,7 +25,7 @@ class RasterPort : public QtPort {
   virtual Raster *prepared() = 0;
   // What was drawn on; null when nothing was.
   virtual const Raster *drawn() const = 0;
-  // Pixels of the raster to one of the port's.
+  // Pixels of the raster to one of the port's; as it was when the raster was last prepared.
   virtual qreal scale() const { return 1; }
   // Called after each drawing with the part of the raster that it may have changed.
   virtual void touched(const QRect &) {}

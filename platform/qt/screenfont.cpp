@@ -118,6 +118,10 @@ class GlyphRow {
     run_.setRawFont(face);
     run_.setRawData(glyphs_.data(), places_.data(), static_cast<int>(glyphs_.size()));
     painter.drawGlyphRun(QPointF(0, static_cast<qreal>(baseline)), run_);
+    clear();
+  }
+  // Of what was left behind when there was no memory to draw it.
+  void clear() {
     glyphs_.clear();
     places_.clear();
   }
@@ -223,6 +227,7 @@ void ScreenFont::draw(QPainter &painter, int x, int y, std::string_view text, qr
   const long long baseline = placeOf(y, scale);
   if (!isNear(baseline, extent)) return;
   GlyphRow &row = glyphRow();
+  row.clear();
   std::uint8_t face = 0;
   long long next = x;
   for (const char byte : text) {
@@ -285,10 +290,12 @@ void endFonts() {
 const ScreenFont &screenFont(const QString *family, unsigned face, int size) {
   if (!fonts().endsWithApplication) qAddPostRoutine(endFonts);
   fonts().endsWithApplication = true;
-  std::unique_ptr<ScreenFont> &font =
-      fonts().families[family][face << 16 | static_cast<unsigned>(size)];
-  if (font == nullptr) font = std::make_unique<ScreenFont>(qtFont(family, face, size), face);
-  return *font;
+  Fonts::Faces &faces = fonts().families[family];
+  const unsigned key = face << 16 | static_cast<unsigned>(size);
+  auto font = faces.find(key);
+  if (font == faces.end())
+    font = faces.emplace(key, std::make_unique<ScreenFont>(qtFont(family, face, size), face)).first;
+  return *font->second;
 }
 
 bool canHaveFonts() {

@@ -1,17 +1,9 @@
 #include "platform/qt/strokes.h"
 
-#include <algorithm>
 #include <cmath>
-#include <limits>
 
 namespace korvel::platform::qt {
 namespace {
-
-int saturatedSum(int a, int b) {
-  const long long sum = static_cast<long long>(a) + b;
-  return static_cast<int>(
-      std::clamp<long long>(sum, std::numeric_limits<int>::min(), std::numeric_limits<int>::max()));
-}
 
 // A half plane: the points at least 0 deep.
 struct Side {
@@ -36,12 +28,6 @@ QPolygonF clipped(const QPolygonF &convex, const Side &side) {
 }
 
 }  // namespace
-
-Rect straightStroke(const Stroke &stroke) {
-  return {std::min(stroke.x1, stroke.x2), std::min(stroke.y1, stroke.y2),
-          saturatedSum(std::max(stroke.x1, stroke.x2), stroke.width),
-          saturatedSum(std::max(stroke.y1, stroke.y2), stroke.width)};
-}
 
 // A square moved along a line covers the rectangle around both its ends, less what lies too far
 // from the line between their middles. Only the part within the bounds is ever formed, as the

@@ -5,8 +5,6 @@
 #include <QPolygonF>
 #include <QRectF>
 
-#include "platform/geometry.h"
-
 namespace korvel::platform::qt {
 
 // A line by a pen of `width` x `width` pixels that hangs to the right of and below its points.
@@ -19,9 +17,6 @@ struct Stroke {
 
   bool isStraight() const { return x1 == x2 || y1 == y2; }  // level or upright
 };
-
-// What a straight stroke covers; a side beyond the range of int ends there.
-Rect straightStroke(const Stroke &stroke);
 
 // The outline of a slanted stroke as far as it lies within `bounds`, all but `bounds` to be taken
 // `scale` times. It is as thick as the pixels that the pen goes over one after the other, and ends

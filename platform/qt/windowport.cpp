@@ -7,6 +7,8 @@
 #include <unordered_map>
 #include <unordered_set>
 
+#include "base/guard.h"
+
 namespace korvel::platform::qt {
 namespace {
 
@@ -42,7 +44,7 @@ Addresses &goneWindows() {
 
 void endPort(const void *window) {
   ports().erase(window);
-  goneWindows().insert(window);
+  base::asFarAsMemoryAllows([&] { goneWindows().insert(window); });
 }
 
 }  // namespace
@@ -65,8 +67,9 @@ void WindowPort::adopt(qreal scale) {
     const QSize size = devicePixels(raster_->size(), scale / scale_);
     const QImage stretched =
         raster_->image().scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
-    raster_ = Raster::make(size, Raster::Ground::Nothing);
-    if (raster_ != nullptr) copy(stretched, *raster_);
+    std::unique_ptr<Raster> adopted = Raster::make(size, Raster::Ground::Nothing);
+    if (adopted != nullptr) copy(stretched, *adopted);
+    raster_ = std::move(adopted);
   }
   scale_ = scale;
 }
@@ -117,18 +120,16 @@ bool WindowPort::eventFilter(QObject *object, QEvent *event) {
   isInPaint_ = true;
   object->event(event);
   isInPaint_ = false;
-  show(static_cast<QPaintEvent *>(event)->region());
+  base::asFarAsMemoryAllows([&] { show(static_cast<QPaintEvent *>(event)->region()); });
   return true;
 }
 
 WindowPort &portOf(QWidget *window) {
-  std::unique_ptr<WindowPort> &port = ports()[window];
-  if (port == nullptr) {
-    port = std::make_unique<WindowPort>(window);
-    const void *address = window;
-    QObject::connect(window, &QObject::destroyed, [address] { endPort(address); });
-  }
-  return *port;
+  if (WindowPort *made = madePortOf(window)) return *made;
+  auto port = std::make_unique<WindowPort>(window);
+  const void *address = window;
+  QObject::connect(window, &QObject::destroyed, [address] { endPort(address); });
+  return *(ports()[window] = std::move(port));
 }
 
 WindowPort *madePortOf(const void *window) {

@@ -65,6 +65,8 @@ class PictureFolder {
   void add(const std::string &file, const std::string &size) {
     folder_.add("pictures/" + file, size);
   }
+  // Its path.
+  std::string file(const std::string &name) const { return folder_.path() + "/pictures/" + name; }
   // Makes it the application's folder.
   void stand() {
     std::memset(szResources, 0, sizeof szResources);

@@ -121,11 +121,23 @@ TEST_F(Fonts, ANameOfAnotherLanguageIsLookedUpInTheScreensSet) {
   EXPECT_STREQ(ch_font_FontName, "\xE9poque");
 }
 
+TEST_F(Fonts, AnEmptyNameIsEmptiedWithoutAPortToo) {
+  for (const auto set :
+       {ch_font_set, +[](CGrafPtr none, const char *name, int fore, int back, int size) {
+          return ch_font_set_ext(none, name, fore, back, size, 1);
+        }}) {
+    std::strcpy(ch_font_FontName, "Arial");
+    char_dy = 5;
+    EXPECT_EQ(set(nullptr, "", 9, 15, 40), 0);
+    EXPECT_STREQ(ch_font_FontName, "");
+    EXPECT_EQ(char_dy, 5);
+  }
+}
+
 TEST_F(Fonts, WithoutPortOrNameNothingHappens) {
   std::strcpy(ch_font_FontName, "Arial");
   char_dy = 5;
   EXPECT_EQ(ch_font_set(nullptr, "Courier New", 0, 255, 12), 0);
-  EXPECT_EQ(ch_font_set(nullptr, "", 0, 255, 12), 0);
   EXPECT_EQ(ch_font_set_ext(port, nullptr, 9, 15, 12, 1), 0);
   EXPECT_STREQ(ch_font_FontName, "Arial");
   EXPECT_EQ(char_dy, 5);

@@ -1,8 +1,13 @@
 // Pictures by name.
 #include "tests/draw/drawing_fixture.h"
 
+#include <sys/stat.h>
+
+#include <chrono>
 #include <climits>
+#include <filesystem>
 #include <string>
+#include <thread>
 
 namespace korvel::test {
 namespace {
@@ -82,9 +87,14 @@ TEST_F(Pictures, MayLieFarOutside) {
 
 // ---- What is kept ----
 
+// A file that has only just been written may be written once more within the same tick of the
+// clock.
+void letFilesRest() { std::this_thread::sleep_for(std::chrono::milliseconds(50)); }
+
 TEST_F(Pictures, AreReadOnce) {
   folder.add("a.svg", "20x10");
   folder.add("b.svg", "30x30");
+  letFilesRest();
   for (int i = 0; i < 3; ++i) {
     EXPECT_EQ(size("a"), "20x10");
     EXPECT_EQ(size("b"), "30x30");
@@ -97,6 +107,71 @@ TEST_F(Pictures, ThatComeLaterAreFound) {
   EXPECT_EQ(size("a"), "1");
   folder.add("a.svg", "20x10");
   EXPECT_EQ(size("a"), "20x10");
+}
+
+TEST_F(Pictures, AreSeenAnewWhenTheirFileIsWrittenAgain) {
+  for (const char *sizes :
+       {"20x10", "30x30", "40x40", "5x5"}) {  // of the same length, and of another
+    folder.add("a.svg", sizes);
+    EXPECT_EQ(size("a"), sizes);
+    EXPECT_EQ(draw("a"), 0);
+    if (sizes[0] == '3') letFilesRest();
+  }
+}
+
+TEST_F(Pictures, AreSeenAnewWhenAnotherFileTakesTheirPlace) {
+  folder.add("a.svg", "20x10");
+  folder.add("new.svg", "30x30");
+  letFilesRest();
+  EXPECT_EQ(size("a"), "20x10");
+  std::filesystem::rename(folder.file("new.svg"), folder.file("a.svg"));
+  EXPECT_EQ(size("a"), "30x30");
+  folder.add("a.png", "40x40");
+  EXPECT_EQ(size("a"), "30x30") << "an SVG comes first";
+  std::filesystem::remove(folder.file("a.svg"));
+  EXPECT_EQ(size("a"), "40x40");
+}
+
+TEST_F(Pictures, ThatWereRemovedAreGone) {
+  folder.add("a.svg", "20x10");
+  letFilesRest();
+  EXPECT_EQ(draw("a"), 0);
+  std::filesystem::remove(folder.file("a.svg"));
+  EXPECT_EQ(draw("a"), 1);
+  EXPECT_EQ(size("a"), "1");
+  folder.add("a.svg", "20x10");
+  EXPECT_EQ(draw("a"), 0);
+}
+
+TEST_F(Pictures, ThatCannotBeReadAreNotReadAgainUntilTheyChange) {
+  folder.add("a.svg", "no size");
+  letFilesRest();
+  for (int i = 0; i < 3; ++i) EXPECT_EQ(size("a"), "1");
+  EXPECT_EQ(desk.picturesRead().size(), 1u);
+  folder.add("a.svg", "20x10");
+  EXPECT_EQ(size("a"), "20x10");
+}
+
+TEST_F(Pictures, OfANameThatLeadsElsewhereAreNone) {
+  folder.add("a.svg", "20x10");
+  folder.add("sub/b.svg", "20x10");
+  folder.add("../c.svg", "20x10");
+  for (const std::string name :
+       {"../c", "../pictures/a", "sub/../a", "sub/b", "/a", "./a", folder.file("a").c_str()}) {
+    EXPECT_EQ(size(name), "1") << name;
+    EXPECT_EQ(draw(name), 1) << name;
+  }
+  EXPECT_TRUE(desk.picturesRead().empty());
+}
+
+TEST_F(Pictures, APipeOrADeviceIsNone) {
+  folder.add("a.png", "20x10");
+  ASSERT_EQ(mkfifo(folder.file("a.svg").c_str(), 0600), 0);
+  EXPECT_EQ(size("a"), "20x10") << "of the file behind it";
+  std::filesystem::create_symlink("/dev/zero", folder.file("b.svg"));
+  EXPECT_EQ(size("b"), "1");
+  std::filesystem::create_directory(folder.file("c.svg"));
+  EXPECT_EQ(size("c"), "1");
 }
 
 TEST_F(Pictures, OfAnotherFolderAreOthers) {

@@ -4,6 +4,8 @@
 #include "platform/loader.h"
 
 #include <climits>
+#include <functional>
+#include <iterator>
 #include <vector>
 
 namespace korvel::test {
@@ -166,6 +168,40 @@ TEST_F(Ports, TheCurrentPortIsTheOneSet) {
   GetPort(nullptr);
   KorvelPortRelease(a);
   KorvelPortRelease(b);
+}
+
+TEST_F(Ports, DrawingLeavesTheCurrentPortAlone) {
+  CGrafPtr drawnOn = KorvelImagePort(200, 100);
+  CGrafPtr other = KorvelImagePort(200, 100);
+  int cx = 0;
+  int cy = 0;
+  const std::function<void()> kFunctions[] = {
+      [&] { Line_Ex(drawnOn, 1, 2, 3, 4, 5, 2); },
+      [&] {
+        LineC_Ex(drawnOn, 1, 2, 3, 4, RGBColor{1, 2, 3}, 2);
+      },
+      [&] { Rectangle_Ex(drawnOn, 1, 2, 30, 40, 5); },
+      [&] { BMP_affic_desfond0("none", drawnOn, 1, 2); },
+      [&] { BMP_affic_dimfond0("none", &cx, &cy); },
+      [&] { ch_font_set(drawnOn, "Arial", 1, 2, 12); },
+      [&] { ch_font_set_ext(drawnOn, "Arial", 1, 2, 12, 1); },
+      [&] { ch_font_metrics(drawnOn, &cx, &cy, nullptr); },
+      [&] { TextOut_0(drawnOn, 1, 2, "abc", 3); },
+      [&] { GetTextExtent_0(drawnOn, "abc", 3, &cx, &cy); },
+      [&] { TextOut_Ext(drawnOn, 1, 2, 3, 4, "abc\xFF\x8A", 5); },
+      [&] { GetTextExtent_Ext(drawnOn, 1, 2, "abc\xFF\x8A", 5, &cx, &cy); },
+      [&] { ch_font_printstr(drawnOn, 1, 2, 100, 3, 4, 12, "abc"); },
+      [&] { KorvelPortSave(drawnOn, ""); },
+  };
+  for (CGrafPtr before : {other, drawnOn, CGrafPtr{nullptr}}) {
+    SetPort(before);
+    for (std::size_t i = 0; i < std::size(kFunctions); ++i) {
+      kFunctions[i]();
+      EXPECT_EQ(current(), before) << "function " << i;
+    }
+  }
+  KorvelPortRelease(drawnOn);
+  KorvelPortRelease(other);
 }
 
 TEST_F(Ports, GivingBackTheCurrentPortLeavesNone) {

@@ -1,8 +1,11 @@
 // Ports of the Qt module: pixels read back from images, from a host's painter and from windows.
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <QApplication>
+#include <QDir>
+#include <QFile>
 #include <QFontDatabase>
 #include <QImage>
 #include <QPaintEvent>
@@ -12,8 +15,10 @@
 #include <QWidget>
 #include <algorithm>
 #include <climits>
+#include <cmath>
 #include <cstdlib>
 #include <fstream>
+#include <functional>
 #include <random>
 
 #include "platform/desktop.h"
@@ -671,6 +676,95 @@ TEST_F(QtPainterPort, DrawsWhatAnImageShows) {
   EXPECT_GT(countOf(*image, kBlue, 300, 120), 500);
 }
 
+// ---- Rules at any scale ----
+
+// How long the stretches of black are along a row or a column of a picture.
+std::vector<int> blackStretches(const QImage &image, Qt::Orientation way, double scale, int at) {
+  const int place = static_cast<int>(at * scale);
+  const int length = way == Qt::Horizontal ? image.width() : image.height();
+  std::vector<int> stretches;
+  bool wasBlack = false;
+  for (int i = 0; i < length; ++i) {
+    const QRgb pixel = way == Qt::Horizontal ? image.pixel(i, place) : image.pixel(place, i);
+    const bool isBlack = pixel == qRgb(0, 0, 0);
+    if (isBlack && !wasBlack) stretches.push_back(0);
+    if (isBlack) ++stretches.back();
+    wasBlack = isBlack;
+  }
+  return stretches;
+}
+
+// On a port of at least 100 x 100, wherever on the finer pixels the rules lie. `shown` tells what
+// was drawn, in finer pixels.
+void expectRulesOfOneThickness(Port &port, double scale, const std::function<QImage()> &shown) {
+  constexpr int kPlaces = 8;
+  constexpr int kPitch = 11;
+  const auto clear = [&] {
+    port.setForeground(kWhite);
+    port.fillRect({0, 0, 100, 100});
+    port.setForeground(kBlack);
+  };
+  const auto thick = [&](int width, std::size_t count) {
+    return std::vector<int>(count, std::max(1, static_cast<int>(std::lround(width * scale))));
+  };
+  clear();
+  for (int i = 0; i < kPlaces; ++i)
+    port.frameRect({3 + kPitch * i, 10 + i, 10 + kPitch * i, 40 + i});
+  const QImage frames = shown();
+  EXPECT_EQ(blackStretches(frames, Qt::Horizontal, scale, 25), thick(1, 2 * kPlaces)) << scale;
+  for (int i = 0; i < kPlaces; ++i)
+    EXPECT_EQ(blackStretches(frames, Qt::Vertical, scale, 7 + kPitch * i), thick(1, 2)) << scale;
+  for (int width = 1; width <= 4; ++width) {
+    clear();
+    for (int i = 0; i < kPlaces; ++i) port.drawLine(3 + kPitch * i, 10, 3 + kPitch * i, 40, width);
+    EXPECT_EQ(blackStretches(shown(), Qt::Horizontal, scale, 25), thick(width, kPlaces)) << scale;
+    clear();
+    for (int i = 0; i < kPlaces; ++i) port.drawLine(10, 3 + kPitch * i, 40, 3 + kPitch * i, width);
+    EXPECT_EQ(blackStretches(shown(), Qt::Vertical, scale, 25), thick(width, kPlaces)) << scale;
+  }
+  clear();
+  port.setFont("Arial", kUnderline);
+  for (int i = 0; i < kPlaces; ++i) port.drawText(10, 3 + kPitch * i, std::string(20, ' '));
+  EXPECT_EQ(blackStretches(shown(), Qt::Vertical, scale, 25), thick(1, kPlaces)) << scale;
+}
+
+TEST(QtImage, RulesAreOfOneThickness) {
+  const auto image = newImage(100, 100);
+  expectRulesOfOneThickness(*image, 1, [&] { return saved(*image); });
+}
+
+TEST(QtPainterPorts, RulesAreOfOneThicknessAtAnyScale) {
+  qtDesktop();
+  for (const double scale : {1.0, 1.25, 1.5, 2.0, 2.75, 0.5}) {
+    QImage surface(300, 300, QImage::Format_RGB32);
+    QPainter painter(&surface);
+    painter.scale(scale, scale);
+    const auto port = qtDesktop().painterPort(&painter);
+    expectRulesOfOneThickness(*port, scale, [&] { return surface; });
+  }
+}
+
+TEST(QtPainterPorts, RulesAreOfOneThicknessOnAFineSurface) {
+  qtDesktop();
+  QImage surface(150, 150, QImage::Format_RGB32);
+  surface.setDevicePixelRatio(1.5);
+  QPainter painter(&surface);
+  const auto port = qtDesktop().painterPort(&painter);
+  expectRulesOfOneThickness(*port, 1.5, [&] { return surface; });
+}
+
+TEST(QtPainterPorts, AFrameIsOfOneShadeWhereThePainterIsTranslucent) {
+  qtDesktop();
+  QImage surface(20, 20, QImage::Format_RGB32);
+  surface.fill(Qt::white);
+  QPainter painter(&surface);
+  painter.setOpacity(0.5);
+  qtDesktop().painterPort(&painter)->frameRect({2, 2, 18, 18});
+  painter.end();
+  for (const QPoint place : {QPoint(2, 2), QPoint(17, 17), QPoint(2, 17), QPoint(2, 10)})
+    EXPECT_EQ(surface.pixel(place), surface.pixel(10, 2)) << place.x() << ' ' << place.y();
+}
+
 TEST_F(QtPainterPort, LeavesTheSettingsAsTheyWere) {
   const QPen pen(Qt::green, 3);
   const QBrush brush(Qt::yellow, Qt::Dense3Pattern);
@@ -793,7 +887,141 @@ TEST(QtPictures, ThatCannotBeReadAreNone) {
        {folder.path() + "/rien.svg", folder.path(), std::string(),
         folder.add("texte.png", "Ordonnance"), folder.add("vide.svg"),
         folder.add("coupe.png", "\x89PNG\r\n\x1A\n"), folder.add("faux.svg", "<svg")})
-    EXPECT_EQ(qtDesktop().loadPicture(path), nullptr) << path;
+    EXPECT_EQ(qtDesktop().loadPicture(path)->width(), 0) << path;
+}
+
+TEST(QtPictures, ThatCannotBeReadAreNoneInSilence) {
+  const test::TemporaryFolder folder;
+  qtDesktop();
+  const std::string kBroken[] = {
+      folder.add("faux.svg", "<svg"),
+      folder.add("sans.svg", "<svg xmlns='http://www.w3.org/2000/svg'><rect fill='url(#rien)'/>"),
+      folder.add("lien.svg",
+                 "<svg xmlns='http://www.w3.org/2000/svg' width='4' height='4'>"
+                 "<use href='#rien'/><g transform='zorglub'/></svg>"),
+      folder.add("coupe.png", "\x89PNG\r\n\x1A\n" + std::string("\0\0\0\rIHDR", 8)),
+  };
+  testing::internal::CaptureStderr();
+  for (const std::string &path : kBroken) qtDesktop().loadPicture(path);
+  qWarning("encore");
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "encore\n") << "and later words are heard";
+}
+
+TEST(QtPictures, APipeIsNone) {
+  const test::TemporaryFolder folder;
+  const std::string pipe = folder.path() + "/pipe.svg";
+  ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+  alarm(20);  // to end what would wait for ever
+  EXPECT_EQ(qtDesktop().loadPicture(pipe)->width(), 0);
+  EXPECT_EQ(qtDesktop().loadPicture("/dev/zero")->width(), 0);
+  alarm(0);
+}
+
+TEST(QtPictures, AreReadUnderTheBytesOfTheirPath) {
+  const test::TemporaryFolder folder;
+  const std::string path = folder.add(
+      "\xE9t\xE9.svg", "<svg xmlns='http://www.w3.org/2000/svg' width='4' height='7'></svg>");
+  EXPECT_EQ(qtDesktop().loadPicture(path)->height(), 7);
+}
+
+TEST(QtPictures, StayAsTheyWereReadAtEveryScale) {
+  const test::TemporaryFolder folder;
+  const auto svg = [](const char *colour) {
+    return std::string(
+               "<svg xmlns='http://www.w3.org/2000/svg' width='4' height='4'>"
+               "<rect width='4' height='4' fill='") +
+           colour + "'/></svg>";
+  };
+  const auto picture = qtDesktop().loadPicture(folder.add("a.svg", svg("#ff0000")));
+  folder.add("a.svg", svg("#0000ff"));
+  QImage surface(20, 20, QImage::Format_RGB32);
+  surface.fill(Qt::white);
+  QPainter painter(&surface);
+  painter.scale(3, 3);
+  EXPECT_TRUE(qtDesktop().painterPort(&painter)->drawPicture(*picture, 0, 0));
+  EXPECT_EQ(surface.pixelColor(6, 6), QColor(Qt::red));
+}
+
+bool saveBlank(const std::string &path, int width, int height, QImage::Format format) {
+  QImage image(width, height, format);
+  image.fill(0);
+  return image.save(QString::fromStdString(path));
+}
+
+TEST(QtPictures, HaveAtMost2To28Pixels) {
+  const test::TemporaryFolder folder;
+  const std::string path = folder.path() + "/grand.png";
+  ASSERT_TRUE(saveBlank(path, 16385, 16384, QImage::Format_Mono));
+  testing::internal::CaptureStderr();
+  EXPECT_EQ(qtDesktop().loadPicture(path)->width(), 0);
+  ASSERT_TRUE(saveBlank(path, 16384, 16384, QImage::Format_Mono));
+  EXPECT_EQ(qtDesktop().loadPicture(path)->width(), 16384);
+  // As large in memory as the toolkit would refuse by itself.
+  ASSERT_TRUE(saveBlank(path, 5800, 5800, QImage::Format_RGBX64));
+  EXPECT_EQ(qtDesktop().loadPicture(path)->width(), 5800);
+  const auto svg = [&](const char *side) {
+    return qtDesktop().loadPicture(
+        folder.add("grand.svg", std::string("<svg xmlns='http://www.w3.org/2000/svg' width='") +
+                                    side + "' height='" + side + "'></svg>"));
+  };
+  EXPECT_EQ(svg("16385")->width(), 0);
+  EXPECT_EQ(svg("9000")->width(), 9000);
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+}
+
+TEST(QtPictures, AnSvgBringsInNoOtherFile) {
+  qtDesktop();
+  const test::TemporaryFolder folder;
+  QImage image(8, 8, QImage::Format_RGB32);
+  image.fill(Qt::red);
+  const std::string red = folder.path() + "/rouge.png";
+  ASSERT_TRUE(image.save(QString::fromStdString(red)));
+  const std::string style = folder.add("style.css", ".a { fill: #ff0000 }");
+  const QString before = QDir::currentPath();
+  QDir::setCurrent(QString::fromStdString(folder.path()));
+  folder.add("data/rouge.png");
+  ASSERT_TRUE(image.save(QString::fromStdString(folder.path() + "/data/rouge.png")));
+
+  const auto svg = [](const std::string &prologue, const std::string &link,
+                      const std::string &name = "xlink:href") {
+    return prologue +
+           "<svg xmlns='http://www.w3.org/2000/svg' xmlns:xlink='http://www.w3.org/1999/xlink' "
+           "width='20' height='20'><rect class='a' x='10' width='10' height='20' fill='#0000ff'/>"
+           "<image width='8' height='8' " +
+           name + "=\"" + link + "\"/></svg>";
+  };
+  const auto data = [](const QByteArray &content, const std::string &type) {
+    return "data:image/" + type + ";base64," + content.toBase64().toStdString();
+  };
+  QFile file(QString::fromStdString(red));
+  ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+  const std::string kept = data(file.readAll(), "png");
+  const struct {
+    const char *what;
+    std::string text;
+    int red;
+  } kCases[] = {
+      {"a path", svg("", red), 0},
+      {"a path by its new name", svg("", red, "href"), 0},
+      {"an address", svg("", "file://" + red), 0},
+      {"a name beside it", svg("", "rouge.png"), 0},
+      {"a name that begins like data", svg("", "data/rouge.png"), 0},
+      {"an entity", svg("<!DOCTYPE svg [<!ENTITY f \"" + red + "\">]>", "&f;"), 0},
+      {"a resource of the program", svg("", ":/qt-project.org/styles/commonstyle/images/up-32.png"),
+       0},
+      {"an SVG inside", svg("", data(QByteArray::fromStdString(svg("", red)), "svg+xml")), 0},
+      {"a style sheet", svg("<?xml-stylesheet type='text/css' href='" + style + "'?>", ""), 0},
+      {"a picture inside", svg("", kept), 64},
+  };
+  for (const auto &[what, text, reds] : kCases) {
+    const auto picture = qtDesktop().loadPicture(folder.add("lien.svg", text));
+    ASSERT_EQ(picture->width(), 20) << what;
+    const auto port = newImage(kWidth, kHeight);
+    port->drawPicture(*picture, 0, 0);
+    EXPECT_EQ(countOf(*port, kRed), reds) << what;
+    EXPECT_EQ(countOf(*port, kBlue), 200) << what << ": the rest shows";
+  }
+  QDir::setCurrent(before);
 }
 
 TEST(QtPictures, OfRichTextAreInstalledAndAllDifferent) {
@@ -1109,6 +1337,23 @@ class QtBrokenScaleScreen : public QtScaledScreen {
  protected:
   QtBrokenScaleScreen() : QtScaledScreen(1.5) {}
 };
+
+class QtSlightScaleScreen : public QtScaledScreen {
+ protected:
+  QtSlightScaleScreen() : QtScaledScreen(1.25) {}
+};
+
+TEST_F(QtFineScreen, RulesAreOfOneThickness) {
+  expectRulesOfOneThickness(*port_, 2, [&] { return saved(*port_); });
+}
+
+TEST_F(QtBrokenScaleScreen, RulesAreOfOneThickness) {
+  expectRulesOfOneThickness(*port_, 1.5, [&] { return saved(*port_); });
+}
+
+TEST_F(QtSlightScaleScreen, RulesAreOfOneThickness) {
+  expectRulesOfOneThickness(*port_, 1.25, [&] { return saved(*port_); });
+}
 
 TEST_F(QtFineScreen, AWindowIsDrawnInItsFinePixels) {
   port_->setForeground(kRed);

@@ -684,7 +684,7 @@ std::unique_ptr<Picture> ScriptedDesktop::loadPicture(const std::string &path) {
   int height = 0;
   char by = 0;
   const bool isRead = static_cast<bool>(std::ifstream(path) >> width >> by >> height);
-  if (!isRead) return nullptr;
+  if (!isRead) width = height = 0;
   return std::make_unique<ScriptedPicture>(std::filesystem::path(path).stem(), width, height);
 }
 

@@ -173,9 +173,10 @@ void ScriptedPort::frameRect(const Rect &rect) {
       {Operation::Kind::Frame, placesOf(rect), 0, {}, nameOf(foreground_)});
 }
 
-void ScriptedPort::drawPicture(const platform::Picture &picture, int x, int y) {
+bool ScriptedPort::drawPicture(const platform::Picture &picture, int x, int y) {
   const auto &scripted = static_cast<const ScriptedPicture &>(picture);
   record_->operations.push_back({Operation::Kind::Picture, {x, y}, 0, scripted.name(), {}});
+  return true;
 }
 
 bool ScriptedPort::save(const std::string &path) const {

@@ -90,7 +90,7 @@ class ScriptedPort final : public platform::Port {
   void drawLine(int x1, int y1, int x2, int y2, int width) override;
   void fillRect(const platform::Rect &rect) override;
   void frameRect(const platform::Rect &rect) override;
-  void drawPicture(const platform::Picture &picture, int x, int y) override;
+  bool drawPicture(const platform::Picture &picture, int x, int y) override;
   bool save(const std::string &path) const override;
   std::optional<RGBColor> pixel(int x, int y) const override;
 

@@ -1,0 +1,40 @@
+#include "tests/support/failing_memory.h"
+
+#include <dlfcn.h>
+
+#include <cstdlib>
+#include <cstring>
+#include <new>
+
+namespace korvel::test {
+namespace {
+
+constinit int g_left = 0;  // allocations up to the failing one; 0 for none
+
+bool isOfToolkit(const void *caller) {
+  Dl_info info{};
+  return dladdr(caller, &info) != 0 && std::strstr(info.dli_fname, "/libQt6") != nullptr;
+}
+
+void *allocate(std::size_t size, const void *caller) {
+  if (g_left > 0 && !isOfToolkit(caller) && --g_left == 0) throw std::bad_alloc();
+  if (void *block = std::malloc(size == 0 ? 1 : size)) return block;
+  throw std::bad_alloc();
+}
+
+}  // namespace
+
+FailingMemory::FailingMemory(int n) { g_left = n; }
+FailingMemory::~FailingMemory() { g_left = 0; }
+bool FailingMemory::hasFailed() const { return g_left == 0; }
+
+}  // namespace korvel::test
+
+using korvel::test::allocate;
+
+void *operator new(std::size_t size) { return allocate(size, __builtin_return_address(0)); }
+void *operator new[](std::size_t size) { return allocate(size, __builtin_return_address(0)); }
+void operator delete(void *block) noexcept { std::free(block); }
+void operator delete[](void *block) noexcept { std::free(block); }
+void operator delete(void *block, std::size_t) noexcept { std::free(block); }
+void operator delete[](void *block, std::size_t) noexcept { std::free(block); }
