@@ -2,6 +2,7 @@
 
 #include <dlfcn.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <string>
@@ -17,10 +18,6 @@ constexpr const char *kModuleFile = "korvel-qt.so";
 constinit Desktop *g_given = nullptr;   // by a test
 constinit Desktop *g_loaded = nullptr;  // from the module
 constinit bool g_isSilent = false;      // while what is wrong was told before
-
-void report(const std::string &problem) {
-  if (!g_isSilent) std::fprintf(stderr, "korvel: %s\n", problem.c_str());
-}
 
 // A file name alone is a path too: it must not be looked for where libraries stand.
 std::string asPath(const std::string &file) {
@@ -61,6 +58,13 @@ Desktop *loadModule(const std::string &path) {
 }
 
 }  // namespace
+
+void report(std::string line) {
+  if (g_isSilent) return;
+  const auto isControl = [](char c) { return (c >= 0 && c < ' ') || c == 0x7F; };
+  std::replace_if(line.begin(), line.end(), isControl, '?');
+  std::fprintf(stderr, "korvel: %s\n", line.c_str());
+}
 
 Desktop *desktop() {
   if (g_given != nullptr) return g_given;

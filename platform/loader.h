@@ -2,6 +2,8 @@
 #ifndef KORVEL_PLATFORM_LOADER_H
 #define KORVEL_PLATFORM_LOADER_H
 
+#include <string>
+
 namespace korvel::platform {
 
 class Desktop;
@@ -17,6 +19,10 @@ Desktop *desktopForDrawing();
 
 // The desktop when it has a screen to show windows on, else null after one line on standard error.
 Desktop *desktopWithScreen();
+
+// Writes a line to standard error, as the library's. What it holds may come from anywhere: control
+// characters become question marks.
+void report(std::string line);
 
 // For tests: the desktop to use from now on; null returns to the module. Returns the one before.
 Desktop *setDesktop(Desktop *desktop);

@@ -84,6 +84,7 @@ inline std::string named(const char *workload, const char *who) {
 // Makes the application on the platform without a screen, and runs what `registerAll` registers.
 inline int runOffScreen(int argc, char **argv, void (*registerAll)()) {
   setenv("QT_QPA_PLATFORM", "offscreen", 0);
+  setenv("KORVEL_UNSEEN", "1", 1);
   // The toolkit collects updates for some milliseconds before it paints, which would hide all else.
   setenv("QT_QPA_UPDATE_IDLE_TIME", "0", 0);
   int count = 1;

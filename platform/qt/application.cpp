@@ -1,9 +1,17 @@
 #include "platform/qt/application.h"
 
 #include <errno.h>
+#include <fcntl.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <QApplication>
+#include <QScreen>
+#include <QThread>
+#include <QWidget>
 #include <clocale>
+#include <csignal>
 #include <memory>
 
 #include "platform/qt/screencheck.h"
@@ -59,6 +67,49 @@ void startApplication(const std::string &platform) {
   application->setQuitOnLastWindowClosed(false);
 }
 
+constexpr unsigned kTrialSeconds = 10;
+
+// For a child process: what ends it is its own affair, and nobody hears of it.
+void standAlone() {
+  for (const int signal : {SIGALRM, SIGABRT, SIGSEGV, SIGTERM}) std::signal(signal, SIG_DFL);
+  sigset_t all;
+  sigfillset(&all);
+  sigprocmask(SIG_UNBLOCK, &all, nullptr);
+  const rlimit noCore{};
+  setrlimit(RLIMIT_CORE, &noCore);
+  alarm(kTrialSeconds);
+  qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &) {});
+  const int nowhere = open("/dev/null", O_RDWR);
+  if (nowhere < 0) return;
+  dup2(nowhere, STDOUT_FILENO);
+  dup2(nowhere, STDERR_FILENO);
+}
+
+[[noreturn]] void tryOut(const std::string &platform) {
+  standAlone();
+  startApplication(platform);
+  const bool hasScreen = QGuiApplication::primaryScreen() != nullptr;
+  if (hasScreen) {
+    QWidget window;
+    window.show();
+    QCoreApplication::processEvents();
+  }
+  _exit(hasScreen ? 0 : 1);
+}
+
+// Tried in a process of its own: a platform that cannot be started ends the process that tries, or
+// never answers.
+bool startsInTrial(const std::string &platform) {
+  const pid_t child = fork();
+  if (child == 0) tryOut(platform);
+  int status = -1;
+  pid_t ended = 0;
+  do {
+    ended = child < 0 ? -1 : waitpid(child, &status, 0);
+  } while (ended < 0 && errno == EINTR);
+  return ended > 0 && WIFEXITED(status) && WEXITSTATUS(status) == 0;
+}
+
 // Why the application that was made for drawing alone has no screen. It stays the process's only
 // one, so that what was found out then holds for good.
 constinit const std::string *g_withoutScreen = nullptr;
@@ -71,6 +122,15 @@ bool startOffscreen(const std::string &problem) {
   return true;
 }
 
+// Empty when dialogs can be shown with this application.
+std::string whyUnfit(const QCoreApplication &application) {
+  if (qobject_cast<const QApplication *>(&application) == nullptr)
+    return "no screen: the application's QCoreApplication is not a QApplication";
+  if (application.thread() != QThread::currentThread())
+    return "dialog not shown: asked for in another thread than the first one";
+  return whyUnseen(QGuiApplication::platformName().toStdString());
+}
+
 }  // namespace
 
 bool ensureApplication(std::string &problem) {
@@ -79,11 +139,10 @@ bool ensureApplication(std::string &problem) {
     return false;
   }
   if (QCoreApplication *application = QCoreApplication::instance()) {
-    if (qobject_cast<QApplication *>(application) != nullptr) return true;
-    problem = "no screen: the application's QCoreApplication is not a QApplication";
-    return false;
+    problem = whyUnfit(*application);
+    return problem.empty();
   }
-  const PlatformChoice choice = choosePlatform();
+  const PlatformChoice choice = choosePlatform(startsInTrial);
   if (choice.name.empty()) {
     problem = choice.problem;
     return false;

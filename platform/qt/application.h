@@ -6,9 +6,9 @@
 
 namespace korvel::platform::qt {
 
-// Makes sure of an application that can show windows: the host application's own when it has one,
-// whatever its platform, else one of ours, made at the first call that finds a screen and kept
-// until the process ends. On false, `problem` says why in one line.
+// Makes sure of an application that can show windows from this thread: the host application's own
+// when it has one, else one of ours, made at the first call that finds a screen and kept until the
+// process ends. On false, `problem` says why in one line.
 bool ensureApplication(std::string &problem);
 
 // Makes sure of an application that fonts and pictures can be drawn with: the host application's

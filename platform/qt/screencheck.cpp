@@ -91,25 +91,43 @@ bool pluginExists(const std::string &name) {
   return false;
 }
 
-// Empty when the platform can be started.
-std::string problemOf(const std::string &platform) {
-  if (platform == "xcb" && !xServerAnswers())
+// Qt, too, takes names in capitals.
+std::string nameOf(const std::string &entry) {
+  std::string name = entry.substr(0, entry.find(':'));
+  for (char &c : name)
+    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+  return name;
+}
+
+bool isX11(const std::string &name) { return name == "xcb"; }
+bool isWayland(const std::string &name) { return name.starts_with("wayland"); }
+
+// What one entry of QT_QPA_PLATFORM, a platform's name, perhaps followed by ":" and parameters, has
+// against it; empty when it can be started.
+std::string problemOf(const std::string &entry, bool (*starts)(const std::string &platform)) {
+  const std::string platform = nameOf(entry);
+  if (isX11(platform) && !xServerAnswers())
     return "no screen: the X server at DISPLAY=\"" + environment("DISPLAY") + "\" does not answer";
-  if (platform.starts_with("wayland") && !waylandAnswers())
+  if (isWayland(platform) && !waylandAnswers())
     return "no screen: the compositor at WAYLAND_DISPLAY=\"" + environment("WAYLAND_DISPLAY") +
            "\" does not answer";
   if (!pluginExists(platform)) return "no screen: Qt has no plugin for platform " + platform;
+  std::string unseen = whyUnseen(platform);
+  if (!unseen.empty()) return unseen;
+  const bool isKnown = isX11(platform) || isWayland(platform) || platform == kOffscreenPlatform;
+  if ((!isKnown || entry != platform) && !starts(entry))
+    return "no screen: platform " + entry + " cannot be started";
   return {};
 }
 
-// One entry of QT_QPA_PLATFORM is a platform's name, perhaps followed by ":" and parameters.
-PlatformChoice chooseAmong(const std::string &entries) {
+PlatformChoice chooseAmong(const std::string &entries,
+                           bool (*starts)(const std::string &platform)) {
   PlatformChoice choice;
   std::size_t begin = 0;
   while (begin <= entries.size()) {
     const std::size_t end = std::min(entries.find(';', begin), entries.size());
     const std::string entry = entries.substr(begin, end - begin);
-    choice.problem = problemOf(entry.substr(0, entry.find(':')));
+    choice.problem = problemOf(entry, starts);
     if (choice.problem.empty()) {
       choice.name = entry;
       return choice;
@@ -121,16 +139,22 @@ PlatformChoice chooseAmong(const std::string &entries) {
 
 }  // namespace
 
-PlatformChoice choosePlatform() {
+std::string whyUnseen(const std::string &name) {
+  if (isX11(name) || isWayland(name) || environment("KORVEL_UNSEEN") == "1") return {};
+  return "no screen: nobody may see what platform " + name +
+         " shows (KORVEL_UNSEEN=1 says that it is meant)";
+}
+
+PlatformChoice choosePlatform(bool (*starts)(const std::string &platform)) {
   const std::string wanted = environment("QT_QPA_PLATFORM");
-  if (!wanted.empty()) return chooseAmong(wanted);
+  if (!wanted.empty()) return chooseAmong(wanted, starts);
 
   PlatformChoice choice;
   if (!environment("DISPLAY").empty()) {
-    choice = chooseAmong("xcb");
+    choice = chooseAmong("xcb", starts);
     if (!choice.name.empty()) return choice;
   }
-  if (!environment("WAYLAND_DISPLAY").empty()) return chooseAmong("wayland");
+  if (!environment("WAYLAND_DISPLAY").empty()) return chooseAmong("wayland", starts);
   if (choice.problem.empty())
     choice.problem = "no screen: neither DISPLAY nor WAYLAND_DISPLAY is set";
   return choice;

@@ -15,8 +15,13 @@ struct PlatformChoice {
 };
 
 // The first entry of QT_QPA_PLATFORM that can be started when that is set; else X11 when its
-// server answers; else Wayland when its compositor answers.
-PlatformChoice choosePlatform();
+// server answers; else Wayland when its compositor answers. `starts` tries a platform out where
+// nothing else tells whether it can be started.
+PlatformChoice choosePlatform(bool (*starts)(const std::string &platform));
+
+// Empty when the platform of this name shows its windows to somebody, as X11 and Wayland do, or
+// KORVEL_UNSEEN is 1, which says that it is meant when nobody sees them.
+std::string whyUnseen(const std::string &name);
 
 // Whether Qt can be started where there is no screen at all.
 bool hasOffscreenPlatform();

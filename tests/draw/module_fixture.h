@@ -19,6 +19,7 @@ class ModuleTest : public testing::Test {
   static void SetUpTestSuite() {
     setenv("KORVEL_DESKTOP", KORVEL_TEST_MODULE, 1);
     setenv("QT_QPA_PLATFORM", "offscreen", 1);
+    setenv("KORVEL_UNSEEN", "1", 1);
   }
   ModuleTest() { standOn(KORVEL_TEST_RESOURCES); }
 

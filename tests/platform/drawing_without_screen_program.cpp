@@ -32,7 +32,8 @@ int main() {
   if (drawing->newDialog({0, 0, 100, 100}, nullptr, "Fiche") != nullptr) return 5;
   if (drawing->frontWindow() != nullptr || drawing->windowPort(nullptr) != nullptr) return 6;
 
-  setenv("QT_QPA_PLATFORM", "offscreen", 1);  // which would be one
+  setenv("QT_QPA_PLATFORM", "offscreen", 1);  // which would be one,
+  setenv("KORVEL_UNSEEN", "1", 1);            // as it is meant
   if (freopen("/dev/null", "w", stderr) == nullptr) return 7;
   if (desktopWithScreen() != nullptr) return 8;
   return isInkedBy(*image) && drawing->newImage(10, 10) != nullptr ? 0 : 9;

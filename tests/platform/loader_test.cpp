@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 #include <korvel/desktop.h>
 
+#include <sys/wait.h>
+
 #include <cstdlib>
 
 #include "platform/desktop.h"
@@ -132,9 +134,9 @@ TEST(HostWindow, WithoutADesktopThereIsNoWindow) {
 
 // The screen of this process's environment is taken away in a process of its own.
 int exitStatusWith(const char *environment, const char *program = KORVEL_TEST_NO_SCREEN) {
-  const std::string command = "env -u DISPLAY -u WAYLAND_DISPLAY -u QT_QPA_PLATFORM " +
-                              std::string(environment) +
-                              " KORVEL_DESKTOP='" KORVEL_TEST_MODULE "' '" + program + "'";
+  const std::string command =
+      "env -u KORVEL_UNSEEN -u DISPLAY -u WAYLAND_DISPLAY -u QT_QPA_PLATFORM " +
+      std::string(environment) + " KORVEL_DESKTOP='" KORVEL_TEST_MODULE "' '" + program + "'";
   return std::system(command.c_str());
 }
 
@@ -151,6 +153,25 @@ TEST(NoScreen, NothingToShowOnIsNoReasonToDie) {
       {"QT_QPA_PLATFORM=xcb", "X server"},
       {"QT_QPA_PLATFORM=nonsense", "no plugin for platform nonsense"},
       {"QT_QPA_PLATFORM='wayland;xcb' DISPLAY=:4711", "X server"},
+      {"QT_QPA_PLATFORM=XCB", "X server"},
+      {"QT_QPA_PLATFORM='xcb:nowhere:0' DISPLAY=:4711", "X server"},
+      {"QT_QPA_PLATFORM=offscreen", "KORVEL_UNSEEN"},
+      {"QT_QPA_PLATFORM=OffScreen", "KORVEL_UNSEEN"},
+      {"QT_QPA_PLATFORM=offscreen:xyz", "KORVEL_UNSEEN"},
+      {"QT_QPA_PLATFORM=offscreen KORVEL_UNSEEN=0", "KORVEL_UNSEEN"},
+      {"QT_QPA_PLATFORM=offscreen KORVEL_UNSEEN=", "KORVEL_UNSEEN"},
+      {"QT_QPA_PLATFORM=minimal", "KORVEL_UNSEEN"},
+      {"QT_QPA_PLATFORM=vnc", "KORVEL_UNSEEN"},
+      {"QT_QPA_PLATFORM=eglfs", "KORVEL_UNSEEN"},
+      {"QT_QPA_PLATFORM=linuxfb:fb=/dev/fb0", "KORVEL_UNSEEN"},
+      {"QT_QPA_PLATFORM=minimalegl", "KORVEL_UNSEEN"},
+      {"QT_QPA_PLATFORM=vkkhrdisplay", "KORVEL_UNSEEN"},
+      {"QT_QPA_PLATFORM='xcb;offscreen;vnc'", "KORVEL_UNSEEN"},
+      {"QT_QPA_PLATFORM='offscreen;xcb'", "X server"},
+      {"QT_QPA_PLATFORM=';'", "no plugin for platform"},
+      {"QT_QPA_PLATFORM=':offscreen'", "no plugin for platform"},
+      {"QT_QPA_PLATFORM=../offscreen", "no plugin for platform"},
+      {"QT_QPA_PLATFORM=\"$(printf 'deux\\nlignes')\"", "deux?lignes"},
   };
   for (const auto &each : kCases) {
     int status = -1;
@@ -159,6 +180,28 @@ TEST(NoScreen, NothingToShowOnIsNoReasonToDie) {
     EXPECT_TRUE(isOneLine(error)) << each.environment << ": " << error;
     EXPECT_NE(error.find(each.reason), std::string::npos) << each.environment << ": " << error;
   }
+}
+
+// Whether a screen comes of it is the machine's affair, but the process lives, and soon knows.
+TEST(NoScreen, WhatIsMeantUnseenIsNoReasonToDieEither) {
+  for (const char *platform :
+       {"offscreen:xyz", "offscreen:configfile=/nowhere", "minimal", "minimal:xyz", "vnc",
+        "vnc:port=nonsense", "eglfs", "linuxfb", "linuxfb:fb=/dev/null", "minimalegl",
+        "vkkhrdisplay", "eglfs;linuxfb;vkkhrdisplay"}) {
+    const std::string environment =
+        "timeout 60 env KORVEL_UNSEEN=1 QT_QPA_PLATFORM='" + std::string(platform) + "'";
+    int status = -1;
+    const std::string error = errorOf([&] { status = exitStatusWith(environment.c_str()); });
+    ASSERT_TRUE(WIFEXITED(status)) << platform;
+    EXPECT_TRUE(WEXITSTATUS(status) == 0 || WEXITSTATUS(status) == 1)
+        << platform << ": " << WEXITSTATUS(status);
+    EXPECT_EQ(isOneLine(error), WEXITSTATUS(status) == 0) << platform << ": " << error;
+  }
+}
+
+TEST(NoScreen, WhatIsMeantUnseenIsAScreen) {
+  const int status = exitStatusWith("KORVEL_UNSEEN=1 QT_QPA_PLATFORM=offscreen");
+  EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 1);
 }
 
 TEST(NoScreen, ImagesAreDrawnAndThenThereIsStillNoScreen) {

@@ -51,6 +51,7 @@ QPoint placeOfRow(QWidget *list, int row) {
 platform::Desktop &qtDesktop() {
   setenv("KORVEL_DESKTOP", KORVEL_TEST_MODULE, 0);
   setenv("QT_QPA_PLATFORM", "offscreen", 0);
+  setenv("KORVEL_UNSEEN", "1", 1);
   platform::Desktop *desktop = platform::desktop();
   std::string problem;
   if (desktop == nullptr || !desktop->hasScreen(problem)) {
