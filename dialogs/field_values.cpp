@@ -15,8 +15,19 @@ namespace {
 // What a validation function may count on having at its text.
 constexpr std::size_t kEntryRoom = 256;
 
+// What a function that throws was asked has not been accepted.
 template <typename Function, typename Value>
-bool accept(const Function *functions, int i, std::string_view text, Value *slot) {
+bool answer(Function function, char *text, Value *slot, int &valid) {
+  try {
+    return function(text, slot) == 0;
+  } catch (...) {
+    valid = 0;
+    throw;
+  }
+}
+
+template <typename Function, typename Value>
+bool accept(const Function *functions, int i, std::string_view text, Value *slot, int *valid) {
   if (functions == nullptr || functions[i] == nullptr) return false;
   char small[kEntryRoom];
   std::vector<char> large;
@@ -26,7 +37,7 @@ bool accept(const Function *functions, int i, std::string_view text, Value *slot
     entry = large.data();
   }
   *std::copy(text.begin(), text.end(), entry) = '\0';
-  return functions[i](entry, slot) == 0;
+  return answer(functions[i], entry, slot, valid[i]);
 }
 
 bool isMissing(int mandatory, std::string_view text) { return mandatory != 0 && text.empty(); }
@@ -56,9 +67,15 @@ bool textLengthIsAcceptable(int i, std::size_t length) {
   return static_cast<long long>(length) <= TDB_iCarac[i];
 }
 
-bool acceptInteger(int i, std::string_view text) { return accept(vi, i, text, &IDB_iInts[i]); }
-bool acceptNumber(int i, std::string_view text) { return accept(vf, i, text, &NDB_dNums[i]); }
-bool acceptDate(int i, std::string_view text) { return accept(vd, i, text, &DDB_lDates[i]); }
+bool acceptInteger(int i, std::string_view text) {
+  return accept(vi, i, text, &IDB_iInts[i], IDB_bOK);
+}
+bool acceptNumber(int i, std::string_view text) {
+  return accept(vf, i, text, &NDB_dNums[i], NDB_bOK);
+}
+bool acceptDate(int i, std::string_view text) {
+  return accept(vd, i, text, &DDB_lDates[i], DDB_bOK);
+}
 
 bool storedTextIsAcceptable(int i) {
   return textLengthIsAcceptable(i, storedText(kFieldTexts, i).size());
