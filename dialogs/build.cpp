@@ -157,7 +157,7 @@ DialogRef buildCurrent(const char *title, WindowRef parent) {
 using namespace korvel::dialogs;
 
 int ZRVDlgBoxEx(const char *title, WindowRef parent) {
-  if (isDialogUp()) return 0;
+  if (!mayShowDialog()) return 0;
   const auto build = [&] { return buildCurrent(title, parent); };
   const DialogRef dialog = korvel::base::orOnFailure(nullptr, build);
   if (dialog != nullptr) return DlgBoxFunc(dialog);

@@ -13,7 +13,7 @@
 #include <new>
 #include <string_view>
 
-using korvel::dialogs::isDialogUp;
+using korvel::dialogs::mayShowDialog;
 
 namespace {
 
@@ -182,7 +182,7 @@ char *SelectMT(void *, void *, const char *dirTables) {
   ZRV_Table_scan(kTable, &firstLine, &lastLine, listeNoms);
   sz_MTliste[0] = '\0';
   // A dialog that is up keeps its tables: this one is not shown.
-  if (nbase == 0 || isDialogUp() || !tables.makeRows()) return sz_MTliste;
+  if (nbase == 0 || !mayShowDialog() || !tables.makeRows()) return sz_MTliste;
   sortEntries();
   joinAll();
   if (runDialog() != 0) keepSelection();

@@ -7,8 +7,10 @@
 #include "dialogs/numbering.h"
 #include "dialogs/screen.h"
 #include "dialogs/stored_text.h"
+#include "platform/loader.h"
 
 #include <korvel/desktop.h>
+#include <pthread.h>
 
 #include <algorithm>
 
@@ -29,6 +31,7 @@ constexpr int kAccepted = 1;
 
 // The dialog that is up. An application may write DlgBox_hDlg, so the library does not rely on it.
 constinit DialogRef current = nullptr;
+constinit pthread_t currentThread = {};  // in which it was made
 constinit bool isRunning = false;
 constinit Screen *runningItems = nullptr;
 
@@ -170,13 +173,20 @@ int runToEnd(platform::Dialog &dialog) {
 
 }  // namespace
 
-bool isDialogUp() { return current != nullptr; }
+bool mayShowDialog() {
+  if (current == nullptr) return true;
+  if (pthread_equal(pthread_self(), currentThread) == 0) {
+    platform::report("dialog not shown: asked for in another thread than the first one");
+  }
+  return false;
+}
 
 Screen *runningScreen() { return runningItems; }
 
 DialogRef makeCurrent(std::unique_ptr<platform::Dialog> dialog) {
   SetPort(GetWindowPort(dialog->window()));
   current = new KorvelDialog{std::move(dialog)};
+  currentThread = pthread_self();
   DlgBox_hDlg = current;
   return current;
 }

@@ -17,7 +17,9 @@ namespace korvel::dialogs {
 
 class Screen;
 
-bool isDialogUp();
+// False while a dialog is up; a call in another thread than that dialog's is told of on standard
+// error, in one line.
+bool mayShowDialog();
 
 // The items of the dialog that runs; null while none does.
 Screen *runningScreen();

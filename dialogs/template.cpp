@@ -78,7 +78,7 @@ DialogRef openCurrent(const std::string &path) {
 using namespace korvel::dialogs;
 
 int ZRVDlgBox(const char *name) {
-  if (name == nullptr || isDialogUp()) return 0;
+  if (name == nullptr || !mayShowDialog()) return 0;
   const std::string path = korvel::base::orOnFailure({}, [&] { return findTemplate(name); });
   if (path.empty()) return 0;
   const DialogRef dialog = korvel::base::orOnFailure(nullptr, [&] { return openCurrent(path); });

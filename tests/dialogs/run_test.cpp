@@ -12,6 +12,7 @@
 #include <memory>
 #include <stdexcept>
 #include <string>
+#include <thread>
 #include <vector>
 
 namespace korvel::test {
@@ -706,6 +707,39 @@ TEST_P(DialogRun, EndingTheDefinitionDuringTheRunLeavesTheButtons) {
   };
   expectDialog().press(12).hit(3).hit(5).press(kOk);
   EXPECT_EQ(run(), 1);
+}
+
+TEST_P(DialogRun, WhatAThrowingValidatorWasAskedIsNotAccepted) {
+  expectDialog()
+      .check([] { IntDlgBox_set_fvalid(0, throwAlways); })
+      .replace(5, "7")
+      .check([&] {
+        EXPECT_EQ(IDB_bOK[0], 0);
+        EXPECT_FALSE(desk.isEnabled(kOk));
+      })
+      .check([] { IntDlgBox_set_fvalid(0, intcod_i); })
+      .replace(5, "8")
+      .press(kOk);
+  EXPECT_EQ(run(), 1);
+  EXPECT_EQ(IDB_iInts[0], 8);
+}
+
+TEST_P(DialogRun, InAnotherThreadADialogIsRefusedInOneLineAndTheFirstGoesOn) {
+  std::string told;
+  Callbacks::onAction = [&] {
+    ::testing::internal::CaptureStderr();
+    std::thread([&] {
+      EXPECT_EQ(ZRVDlgBoxEx("autre", nullptr), 0);
+      EXPECT_EQ(IDB, 1) << "the definition is the first one's";
+    }).join();
+    told = ::testing::internal::GetCapturedStderr();
+    EXPECT_EQ(ZRVDlgBoxEx("autre", nullptr), 0) << "without a line";
+  };
+  PushDlgBox_set_fvalid(0, Callbacks::action);
+  expectDialog().press(12).replace(5, "8").press(kOk);
+  EXPECT_EQ(run(), 1);
+  EXPECT_EQ(told, "korvel: dialog not shown: asked for in another thread than the first one\n");
+  EXPECT_EQ(IDB_iInts[0], 8);
 }
 
 TEST_P(DialogRun, AThrowingCallbackEndsOnlyItsHit) {
