@@ -28,39 +28,49 @@ constexpr std::size_t kLongestTitle = 255;
 constexpr std::size_t kLongLabel = 9;
 constexpr const char *kIconName = "icons/2";
 
+// A dialog while it is filled.
+struct Built {
+  Dialog &dialog;
+  Size size;
+
+  int addItem(ItemKind kind, const Rect &rect, std::string_view title) {
+    return dialog.addItem(kind, heldInside(rect, size), title);
+  }
+};
+
 // Adds the items of one field; returns the first one's number.
-using AddItems = int (*)(Dialog &dialog, int i);
+using AddItems = int (*)(Built &built, int i);
 
-int addText(Dialog &dialog, int i) {
-  if (TDBC[i] == 1) return dialog.addItem(ItemKind::PopUp, popUpRect(i), "");
+int addText(Built &built, int i) {
+  if (TDBC[i] == 1) return built.addItem(ItemKind::PopUp, popUpRect(i), "");
   const ItemKind kind = TDBL[i] == 1 ? ItemKind::ListBox : ItemKind::EditText;
-  return dialog.addItem(kind, fieldRect(kTexts, i), "");
+  return built.addItem(kind, fieldRect(kTexts, i), "");
 }
 
-int addBool(Dialog &dialog, int i) {
-  return dialog.addItem(ItemKind::CheckBox, fieldRect(kBools, i),
-                        toScreen(storedText(kBoolLabels, i)));
+int addBool(Built &built, int i) {
+  return built.addItem(ItemKind::CheckBox, fieldRect(kBools, i),
+                       toScreen(storedText(kBoolLabels, i)));
 }
 
-int addInt(Dialog &dialog, int i) {
-  return dialog.addItem(ItemKind::EditText, fieldRect(kInts, i), "");
+int addInt(Built &built, int i) {
+  return built.addItem(ItemKind::EditText, fieldRect(kInts, i), "");
 }
 
-int addNum(Dialog &dialog, int i) {
-  return dialog.addItem(ItemKind::EditText, fieldRect(kNums, i), "");
+int addNum(Built &built, int i) {
+  return built.addItem(ItemKind::EditText, fieldRect(kNums, i), "");
 }
 
-int addDate(Dialog &dialog, int i) {
-  const auto rects = dateRects(i);
-  const int first = dialog.addItem(ItemKind::EditText, rects[0], "");
-  dialog.addItem(ItemKind::EditText, rects[1], "");
-  dialog.addItem(ItemKind::EditText, rects[2], "");
+int addDate(Built &built, int i) {
+  const auto rects = dateParts(heldInside(dateRect(i), built.size));
+  const int first = built.addItem(ItemKind::EditText, rects[0], "");
+  built.addItem(ItemKind::EditText, rects[1], "");
+  built.addItem(ItemKind::EditText, rects[2], "");
   return first;
 }
 
-int addPush(Dialog &dialog, int i) {
+int addPush(Built &built, int i) {
   // Kept: labels of push buttons go to the screen without conversion.
-  return dialog.addItem(ItemKind::PushButton, fieldRect(kPushes, i), storedText(kPushLabels, i));
+  return built.addItem(ItemKind::PushButton, fieldRect(kPushes, i), storedText(kPushLabels, i));
 }
 
 struct Adder {
@@ -70,28 +80,31 @@ struct Adder {
 constexpr Adder kAdders[] = {{&kTexts, addText}, {&kBools, addBool}, {&kInts, addInt},
                              {&kNums, addNum},   {&kDates, addDate}, {&kPushes, addPush}};
 
-int addField(Dialog &dialog, const FieldId &field) {
+int addField(Built &built, const FieldId &field) {
   const auto *adder = std::find_if(std::begin(kAdders), std::end(kAdders),
                                    [&](const Adder &a) { return a.family == field.family; });
-  return adder->add(dialog, field.index);
+  return adder->add(built, field.index);
+}
+
+bool hasLongLabels() {
+  return boundedText(OK_sz1).size() >= kLongLabel || boundedText(OK_sz2).size() >= kLongLabel;
 }
 
 // Kept: the labels of the button pair go to the screen without conversion.
-void addButtonPair(Dialog &dialog, int width, int height) {
+void addButtonPair(Built &built) {
   const std::string_view ok = boundedText(OK_sz1);
   const std::string_view cancel = boundedText(OK_sz2);
-  const bool longLabels = ok.size() >= kLongLabel || cancel.size() >= kLongLabel;
-  const ButtonPair rects = buttonPair(width, height, longLabels);
-  dialog.addItem(ItemKind::PushButton, rects.ok, ok.empty() ? kOkText : ok);
-  dialog.addItem(ItemKind::PushButton, rects.cancel, cancel.empty() ? kCancelText : cancel);
+  const ButtonPair rects = buttonPair(built.size, hasLongLabels());
+  built.addItem(ItemKind::PushButton, rects.ok, ok.empty() ? kOkText : ok);
+  built.addItem(ItemKind::PushButton, rects.cancel, cancel.empty() ? kCancelText : cancel);
   if (OK_def == platform::kOkItem || OK_def == platform::kCancelItem) {
-    dialog.setDefaultItem(OK_def);
+    built.dialog.setDefaultItem(OK_def);
   }
 }
 
-void addFields(Dialog &dialog, const std::vector<FieldId> &order) {
+void addFields(Built &built, const std::vector<FieldId> &order) {
   for (const FieldId &field : order) {
-    recordItems(*field.family, field.index, addField(dialog, field));
+    recordItems(*field.family, field.index, addField(built, field));
   }
 }
 
@@ -102,13 +115,14 @@ std::string_view convertedStatic(int i) {
   return storedText(kStaticTexts, i);
 }
 
-void addStatic(Dialog &dialog, int i) {
+void addStatic(Built &built, int i) {
   if (SDB_type[i] < 0) {
-    dialog.addGroupBox(groupBoxRect(i), convertedStatic(i));
+    built.dialog.addGroupBox(heldInside(groupBoxRect(i), built.size), convertedStatic(i));
   } else if (SDB_type[i] == 0) {
-    dialog.addStaticText(staticTextRect(i), convertedStatic(i));
+    built.dialog.addStaticText(heldInside(staticTextRect(i), built.size), convertedStatic(i));
   } else {
-    dialog.addIcon(iconRect(i), platform::findResource(kIconName, {".svg", ".png"}));
+    built.dialog.addIcon(heldInside(iconRect(i), built.size),
+                         platform::findResource(kIconName, {".svg", ".png"}));
   }
 }
 
@@ -118,25 +132,27 @@ struct Place {
   WindowRef parent;
 };
 
-Place findPlace(platform::Desktop &desktop, WindowRef parent, int width, int height) {
+Place findPlace(platform::Desktop &desktop, WindowRef parent, const Size &size) {
   if (parent == nullptr) parent = desktop.frontWindow();
   const auto parentBounds = desktop.windowBounds(parent);
-  if (!parentBounds) return {centredOn(desktop.screenBounds(), width, height), nullptr};
-  return {centredOn(*parentBounds, width, height), parent};
+  if (!parentBounds) return {centredOn(desktop.screenBounds(), size.width, size.height), nullptr};
+  return {centredOn(*parentBounds, size.width, size.height), parent};
 }
 
 std::unique_ptr<Dialog> build(platform::Desktop &desktop, const char *title, WindowRef parent,
                               const std::vector<FieldId> &order) {
+  const Size size = shownSize(LDB_cx, LDB_cy, hasLongLabels());
   // Kept: the size in the tables is overwritten, and scaled again by a further run.
   LDB_cx = Dlg_CoefCX(LDB_cx);
   LDB_cy = Dlg_CoefY(LDB_cy);
-  const Place place = findPlace(desktop, parent, LDB_cx, LDB_cy);
+  const Place place = findPlace(desktop, parent, size);
   auto dialog = desktop.newDialog(place.bounds, place.parent, kInitialTitle);
   if (dialog == nullptr) return nullptr;
   dialog->setTitle(toScreen(boundedText(title != nullptr ? title : "", kLongestTitle)));
-  addButtonPair(*dialog, LDB_cx, LDB_cy);
-  addFields(*dialog, order);
-  for (int i = 0; isInUse(kStatics, i); ++i) addStatic(*dialog, i);
+  Built built{*dialog, size};
+  addButtonPair(built);
+  addFields(built, order);
+  for (int i = 0; isInUse(kStatics, i); ++i) addStatic(built, i);
   return dialog;
 }
 

@@ -32,7 +32,31 @@ Rect withHeight(Rect rect, int height) {
   return rect;
 }
 
+int buttonWidth(bool longLabels) { return longLabels ? kWideButtonWidth : kButtonWidth; }
+
+int shownSide(long long pixels, int roomForButtons) {
+  return pixels <= 0 ? roomForButtons : static_cast<int>(std::min<long long>(pixels, kLargestSide));
+}
+
+void hold(int &from, int &to) {
+  const int length = std::clamp(to - from, 0, kLargestSide);
+  from = std::clamp(from, 0, kLargestSide - length);
+  to = from + length;
+}
+
 }  // namespace
+
+Size shownSize(int cx, int cy, bool longLabels) {
+  const int roomAcross = 2 * (buttonWidth(longLabels) + 2 * kButtonFromMiddle);
+  const int roomDown = 2 * kButtonsAboveFoot - kButtonHeight;
+  return {shownSide(2LL * cx, roomAcross), shownSide(7LL * cy / 4, roomDown)};
+}
+
+Rect heldInside(Rect rect, const Size &dialog) {
+  if (dialog.width == kLargestSide) hold(rect.left, rect.right);
+  if (dialog.height == kLargestSide) hold(rect.top, rect.bottom);
+  return rect;
+}
 
 Rect centredOn(const Rect &parent, int width, int height) {
   const auto left =
@@ -43,14 +67,13 @@ Rect centredOn(const Rect &parent, int width, int height) {
           static_cast<int>(static_cast<long long>(top) + height)};
 }
 
-ButtonPair buttonPair(int width, int height, bool longLabels) {
-  const int buttonWidth = longLabels ? kWideButtonWidth : kButtonWidth;
-  const auto top = static_cast<int>(static_cast<long long>(height) - kButtonsAboveFoot);
-  const int okLeft = width / 2 - buttonWidth - kButtonFromMiddle;
-  const int cancelLeft = width / 2 + kButtonFromMiddle;
-  const auto bottom = static_cast<int>(static_cast<long long>(top) + kButtonHeight);
-  return {{okLeft, top, okLeft + buttonWidth, bottom},
-          {cancelLeft, top, cancelLeft + buttonWidth, bottom}};
+ButtonPair buttonPair(const Size &dialog, bool longLabels) {
+  const int width = buttonWidth(longLabels);
+  const int top = dialog.height - kButtonsAboveFoot;
+  const int okLeft = dialog.width / 2 - width - kButtonFromMiddle;
+  const int cancelLeft = dialog.width / 2 + kButtonFromMiddle;
+  const int bottom = top + kButtonHeight;
+  return {{okLeft, top, okLeft + width, bottom}, {cancelLeft, top, cancelLeft + width, bottom}};
 }
 
 Rect fieldRect(const Family &family, int i) {
@@ -61,12 +84,17 @@ Rect fieldRect(const Family &family, int i) {
 
 Rect popUpRect(int i) { return withHeight(fieldRect(kTexts, i), kPopUpHeight); }
 
-std::array<Rect, 3> dateRects(int i) {
-  const Rect whole = fieldRect(kDates, i);
+Rect dateRect(int i) {
+  Rect rect = fieldRect(kDates, i);
+  rect.right = rect.left + kDateParts[2].to;
+  return rect;
+}
+
+std::array<Rect, 3> dateParts(const Rect &date) {
   std::array<Rect, 3> rects;
   for (std::size_t part = 0; part < rects.size(); ++part) {
-    rects[part] = {whole.left + kDateParts[part].from, whole.top, whole.left + kDateParts[part].to,
-                   whole.bottom};
+    rects[part] = {date.left + kDateParts[part].from, date.top, date.left + kDateParts[part].to,
+                   date.bottom};
   }
   return rects;
 }

@@ -11,6 +11,19 @@ namespace korvel::dialogs {
 
 using platform::Rect;
 
+// How large a dialog is shown whose size is told in dialog units: one without a width or height has
+// room for its button pair, and no side is longer than kLargestSide.
+struct Size {
+  int width;
+  int height;
+};
+constexpr int kLargestSide = 16384;
+Size shownSize(int cx, int cy, bool longLabels);
+
+// A rectangle in a dialog of this size. What lies outside is moved to the edge, and made no longer
+// than it, where the dialog was held to kLargestSide: there it would lie inside otherwise.
+Rect heldInside(Rect rect, const Size &dialog);
+
 // The whole dialog, centred on `parent`.
 Rect centredOn(const Rect &parent, int width, int height);
 
@@ -19,13 +32,14 @@ struct ButtonPair {
   Rect ok;
   Rect cancel;
 };
-ButtonPair buttonPair(int width, int height, bool longLabels);
+ButtonPair buttonPair(const Size &dialog, bool longLabels);
 
 // The rectangle of field i as its place and size say.
 Rect fieldRect(const Family &family, int i);
 
 Rect popUpRect(int i);
-std::array<Rect, 3> dateRects(int i);  // day, month, year
+Rect dateRect(int i);                             // of all three items
+std::array<Rect, 3> dateParts(const Rect &date);  // day, month, year
 
 Rect groupBoxRect(int i);
 Rect staticTextRect(int i);

@@ -156,8 +156,9 @@ class Desktop {
  public:
   virtual ~Desktop() = default;
 
-  // True when windows can be shown. Never aborts; on false, `problem` says why in one line. Once
-  // something was drawn where there was no screen, there is none for the rest of the process.
+  // True when windows can be shown, by this thread and to somebody. Never aborts; on false,
+  // `problem` says why in one line. Once something was drawn where there was no screen, there is
+  // none for the rest of the process.
   virtual bool hasScreen(std::string &problem) = 0;
 
   // The application's active window; while another application is the active one, the dialog that
@@ -170,8 +171,8 @@ class Desktop {
   virtual Rect screenBounds() = 0;
 
   // A movable modal dialog, not yet visible, whose content covers `bounds` (moved into view where
-  // it would lie outside the screen), in front of `parent` (null: of everything). Null only when
-  // there is no screen.
+  // it would lie outside the screen; of one far larger than any screen a part may be left out), in
+  // front of `parent` (null: of everything). Null only when there is no screen.
   virtual std::unique_ptr<Dialog> newDialog(const Rect &bounds, WindowRef parent,
                                             std::string_view title) = 0;
 

@@ -22,6 +22,9 @@ QColor lineColor(const QPalette &palette) {
   return color;
 }
 
+// No icon is shown larger, whatever room it has.
+constexpr QSize kLargestIcon(2048, 2048);
+
 QPixmap readPicture(const std::string &path, const QSize &room, qreal pixelRatio) {
   const auto read = QtPicture::read(path);
   if (read->width() == 0) return {};
@@ -93,7 +96,7 @@ Icon::Icon(QWidget *window, const Rect &rect, const std::string &path)
 void Icon::paintEvent(QPaintEvent *) {
   const qreal pixelRatio = devicePixelRatioF();
   if (picture_.isNull() || picture_.devicePixelRatio() != pixelRatio)
-    picture_ = readPicture(path_, size(), pixelRatio);
+    picture_ = readPicture(path_, size().boundedTo(kLargestIcon), pixelRatio);
   const QSizeF shown = picture_.deviceIndependentSize();
   const QPointF corner((width() - shown.width()) / 2, (height() - shown.height()) / 2);
   QPainter(this).drawPixmap(corner, picture_);

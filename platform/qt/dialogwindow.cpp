@@ -13,6 +13,13 @@ namespace {
 // Room for a title bar, whose height no window manager tells beforehand.
 constexpr int kTitleBar = 28;
 
+// More than any screen has; what is painted is kept in memory pixel by pixel.
+constexpr int kMostPixels = 1 << 25;
+
+QSize withinMostPixels(const QSize &size) {
+  return size.boundedTo({kMostPixels, kMostPixels / std::max(1, size.width())});
+}
+
 int movedInto(int low, int high, int begin, int length) {
   return std::max(low, std::min(begin, high - length));
 }
@@ -63,7 +70,7 @@ DialogWindow::DialogWindow()
 }
 
 void DialogWindow::setContentRect(const QRect &rect) {
-  const QRect content = movedIntoView(rect);
+  const QRect content = movedIntoView({rect.topLeft(), withinMostPixels(rect.size())});
   setFixedSize(content.size());
   setGeometry(content);
   winId();  // makes the window, without showing it

@@ -17,7 +17,8 @@ class DialogWindow final : public QDialog {
  public:
   DialogWindow();
 
-  // Where the content lies on the screen; moved into view. The size is fixed from then on.
+  // Where the content lies on the screen; moved into view. The size is fixed from then on. Of a
+  // content with far more pixels than any screen the window shows the upper part.
   void setContentRect(const QRect &rect);
   // The window stays in front of this one, which may go away first.
   void setFrontOf(QWidget *window);

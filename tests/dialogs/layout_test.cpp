@@ -8,6 +8,7 @@
 #include <korvel/dialogs.h>
 
 #include <climits>
+#include <cstdio>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
@@ -341,6 +342,89 @@ TEST_F(DialogLayout, AnySizeIsSurvived) {
   }
   LDB_cx = LDB_cy = INT_MIN / 2;
   layoutOf();
+}
+
+// What the first three lines of a layout say: the size of the dialog, and where its buttons are.
+std::string sizeAndButtons(const std::string &layout) {
+  int left = 0, top = 0, right = 0, bottom = 0;
+  std::sscanf(layout.c_str(), "dialog (%d,%d)-(%d,%d)", &left, &top, &right, &bottom);
+  std::string told = std::to_string(right - left) + " x " + std::to_string(bottom - top);
+  for (const char *button : {"\n1 push button ", "\n2 push button "}) {
+    const std::size_t begin = layout.find(button) + std::strlen(button);
+    told += ' ';
+    told += layout.substr(begin, layout.find(' ', begin) - begin);
+  }
+  return told;
+}
+
+TEST_F(DialogLayout, WithoutASizeItHasRoomForItsButtons) {
+  const char *const kBoth = "200 x 48 (10,14)-(90,34) (110,14)-(190,34)";
+  for (const int size : {0, -1, -1000, INT_MIN}) {
+    TailleDlgBox_set(size, size);
+    EXPECT_EQ(sizeAndButtons(layoutOf()), kBoth) << size;
+    EXPECT_EQ(LDB_cx, Dlg_CoefCX(size)) << "the tables say what they are told to";
+    EXPECT_EQ(LDB_cy, Dlg_CoefY(size));
+  }
+  TailleDlgBox_set(0, 100);
+  EXPECT_EQ(sizeAndButtons(layoutOf()), "200 x 175 (10,141)-(90,161) (110,141)-(190,161)");
+  TailleDlgBox_set(200, 0);
+  EXPECT_EQ(sizeAndButtons(layoutOf()), "400 x 48 (110,14)-(190,34) (210,14)-(290,34)");
+  TailleDlgBox_set(1, 1);
+  EXPECT_EQ(sizeAndButtons(layoutOf()), "2 x 1 (-89,-33)-(-9,-13) (11,-33)-(91,-13)");
+  BOKDlgBox_textes("Neuf car.", "Non");
+  TailleDlgBox_set(0, 0);
+  EXPECT_EQ(sizeAndButtons(layoutOf()), "240 x 48 (10,14)-(110,34) (130,14)-(230,34)");
+}
+
+TEST_F(DialogLayout, NoSideIsLongerThan16384Pixels) {
+  TailleDlgBox_set(8191, 9362);
+  EXPECT_EQ(sizeAndButtons(layoutOf()).substr(0, 14), "16382 x 16383 ");
+  TailleDlgBox_set(8192, 9363);
+  EXPECT_EQ(sizeAndButtons(layoutOf()).substr(0, 14), "16384 x 16384 ");
+  for (const int size : {9364, 1 << 30, INT_MAX}) {
+    TailleDlgBox_set(size, size);
+    EXPECT_EQ(sizeAndButtons(layoutOf()),
+              "16384 x 16384 (8102,16350)-(8182,16370) (8202,16350)-(8282,16370)")
+        << size;
+    EXPECT_EQ(LDB_cx, Dlg_CoefCX(size));
+  }
+  TailleDlgBox_set(INT_MAX, 100);
+  EXPECT_EQ(sizeAndButtons(layoutOf()).substr(0, 12), "16384 x 175 ");
+}
+
+TEST_F(DialogLayout, OutsideAHeldDialogItemsAreMovedToItsEdge) {
+  TailleDlgBox_set(20000, 20000);
+  TexteDlgBox_param(4, 100);
+  TexteDlgBox_set_geo(0, 32767, 32767, 50, 12, 0);
+  TexteDlgBox_set_geo(1, -32768, -32768, 50, 12, 1);
+  TexteDlgBox_set_geo(2, 0, 0, 32767, 32767, 2);
+  TexteDlgBox_set_geo(3, 8142, 9354, 50, 12, 3);
+  DateDlgBox_param(1, 500);
+  DateDlgBox_set_geo(0, 32767, 0, 1, 12, 4);
+  StaticDlgBox_param(3);
+  for (int i = 0; i < 3; ++i) {
+    StaticDlgBox_set_geo(i, 32767, 32767, 10, 10);
+    StaticDlgBox_set_type(i, i - 1);
+  }
+  const std::string layout = layoutOf();
+  for (const char *line :
+       {"3 edit text (16284,16369)-(16384,16384)", "4 edit text (0,0)-(100,15)",
+        "5 edit text (0,0)-(16384,16384)", "6 edit text (16284,16369)-(16384,16384)",
+        "7 edit text (16284,0)-(16304,15)", "8 edit text (16314,0)-(16334,15)",
+        "9 edit text (16344,0)-(16384,15)", "group box (16364,16368)-(16384,16384)",
+        "static text (16364,16369)-(16384,16384)", "icon (16364,16364)-(16384,16384)"}) {
+    EXPECT_NE(layout.find(line), std::string::npos) << line << "\n" << layout;
+  }
+}
+
+TEST_F(DialogLayout, OutsideAnyOtherDialogItemsStay) {
+  TailleDlgBox_set(8191, 9362);
+  TexteDlgBox_param(2, 100);
+  TexteDlgBox_set_geo(0, 32767, 32767, 50, 12, 0);
+  TexteDlgBox_set_geo(1, -10, -10, 50, 12, 1);
+  const std::string layout = layoutOf();
+  EXPECT_NE(layout.find("3 edit text (65534,57342)-(65634,57357)"), std::string::npos) << layout;
+  EXPECT_NE(layout.find("4 edit text (-20,-17)-(80,-2)"), std::string::npos) << layout;
 }
 
 TEST_F(DialogLayout, TitleIsConvertedAndCut) {

@@ -1,6 +1,7 @@
 // The desktop of the Qt module: application, windows, the modal run.
 #include <dlfcn.h>
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 
 #include <QApplication>
 #include <QDialog>
@@ -11,6 +12,7 @@
 #include <QTimer>
 #include <QWindow>
 #include <clocale>
+#include <thread>
 
 #include "platform/desktop.h"
 #include "tests/platform/qt_person.h"
@@ -152,8 +154,40 @@ TEST(QtModule, APortOutlivesTheApplicationOfItsHost) {
   EXPECT_EQ(image->drawText(5, 35, "Avant"), width);
 }
 
+TEST(QtModule, AHostThatNobodySeesIsNoScreenButDraws) {
+  const test::EnvironmentGuard offscreen("QT_QPA_PLATFORM", "offscreen");
+  int count = 1;
+  char name[] = "host";
+  char *arguments[] = {name, nullptr};
+  const QApplication host(count, arguments);
+  Desktop &desktop = qtDesktop();
+  for (const char *value : {static_cast<const char *>(nullptr), "", "0", "yes"}) {
+    const test::EnvironmentGuard unseen("KORVEL_UNSEEN", value);
+    std::string problem;
+    EXPECT_FALSE(desktop.hasScreen(problem));
+    EXPECT_NE(problem.find("platform offscreen"), std::string::npos) << problem;
+    EXPECT_EQ(desktop.newDialog(kBounds, nullptr, "Fiche"), nullptr);
+    EXPECT_NE(desktop.newImage(10, 10), nullptr);
+  }
+  std::string problem;
+  EXPECT_TRUE(desktop.hasScreen(problem)) << problem;
+}
+
+TEST(QtModule, InAnotherThreadThereIsNoScreen) {
+  Desktop &desktop = qtDesktop();
+  std::thread([&] {
+    std::string problem;
+    EXPECT_FALSE(desktop.hasScreen(problem));
+    EXPECT_NE(problem.find("another thread"), std::string::npos) << problem;
+    EXPECT_EQ(desktop.newDialog(kBounds, nullptr, "Fiche"), nullptr);
+  }).join();
+  std::string problem;
+  EXPECT_TRUE(desktop.hasScreen(problem)) << problem;
+}
+
 TEST(QtModule, DrawsOnTheScreenThatThereIs) {
   const test::EnvironmentGuard offscreen("QT_QPA_PLATFORM", "offscreen");
+  const test::EnvironmentGuard unseen("KORVEL_UNSEEN", "1");
   void *module = dlopen(KORVEL_TEST_MODULE, RTLD_NOW | RTLD_LOCAL);
   ASSERT_NE(module, nullptr);
   Desktop *desktop = reinterpret_cast<ModuleEntry>(dlsym(module, kModuleEntry))(kSeamVersion);
@@ -255,6 +289,40 @@ TEST(QtDesktop, ADialogLargerThanTheScreenShowsItsTopLeftCorner) {
   EXPECT_EQ(place.left(), qtDesktop().screenBounds().left);
   EXPECT_GE(place.top(), qtDesktop().screenBounds().top);
   EXPECT_LT(place.top(), qtDesktop().screenBounds().top + 60);
+}
+
+// Wants a process to itself, as the module's tests do.
+TEST(QtDesktop, TheLargestDialogIsShownAndDrawnOnInLessThanAGibibyte) {
+  constexpr int kSide = 16384;
+  const auto dialog = qtDesktop().newDialog({0, 0, kSide, kSide}, nullptr, "Fiche");
+  dialog->addItem(ItemKind::PushButton, {20, kSide - 34, 100, kSide - 14}, "OK");
+  dialog->addItem(ItemKind::PushButton, {120, kSide - 34, 200, kSide - 14}, "Annuler");
+  for (const ItemKind kind : {ItemKind::PushButton, ItemKind::CheckBox, ItemKind::ListBox,
+                              ItemKind::PopUp, ItemKind::EditText}) {
+    dialog->addItem(kind, {0, 0, kSide, kSide}, "x");
+    dialog->addItem(kind, {-65536, -65536, 65536, 65536}, "x");
+  }
+  dialog->addGroupBox({-65536, -65536, 65536, 65536}, "x");
+  dialog->addStaticText({-65536, -65536, 65536, 65536}, "x");
+  dialog->addIcon({0, 0, 65536, 65536}, KORVEL_TEST_RESOURCES "/icons/2.svg");
+  QtPerson person("Fiche");
+  person.act(0, [&](QWidget *window) {
+    EXPECT_TRUE(window->isVisible());
+    EXPECT_GE(window->width(), 2000);
+    EXPECT_GE(window->height(), 1500);
+    window->repaint();
+    Port *port = qtDesktop().windowPort(dialog->window());
+    ASSERT_NE(port, nullptr);
+    port->fillRect({0, 0, kSide, kSide});
+    window->repaint();
+  });
+  person.pressReturn();
+  RecordedHits hits;
+  hits.record(*dialog);
+  person.finish();
+  rusage used{};
+  getrusage(RUSAGE_SELF, &used);
+  EXPECT_LT(used.ru_maxrss, 1L << 20) << "in KiB";
 }
 
 TEST(QtDesktop, ADialogStandsInFrontOfItsParent) {
