@@ -30,6 +30,16 @@ std::vector<std::string_view> split(std::string_view list, std::string_view sepa
   }
 }
 
+std::vector<std::string_view> choicesOf(int i) {
+  return split(storedText(kChoices, i), kChoiceSeparators);
+}
+
+// Unlike a pop-up, which has one empty choice then, a list without a text has no rows.
+std::vector<std::string_view> rowsOf(int i) {
+  const std::string_view rows = storedText(kChoices, i);
+  return rows.empty() ? std::vector<std::string_view>() : split(rows, kRowSeparators);
+}
+
 void writeEdit(Screen &screen, int item, int i) {
   const std::string_view text = storedText(kFieldTexts, i);
   if (TDB_bPassw[i] != 0) {
@@ -45,13 +55,10 @@ void fillEdit(Screen &screen, int item, int i) {
 }
 
 void fillPopUp(Screen &screen, int item, int i) {
-  screen.addChoices(item, split(storedText(kChoices, i), kChoiceSeparators),
-                    storedText(kFieldTexts, i));
+  screen.addChoices(item, choicesOf(i), storedText(kFieldTexts, i));
 }
 
-void fillList(Screen &screen, int item, int i) {
-  screen.addRows(item, split(storedText(kChoices, i), kRowSeparators));
-}
+void fillList(Screen &screen, int item, int i) { screen.addRows(item, rowsOf(i)); }
 
 void fill(Screen &screen, int i) {
   const int item = itemOf(kTexts, i);
@@ -129,7 +136,7 @@ void clear(Screen &screen, int i) {
 // The number, from 1, of the last choice equal to the text; 0 for none.
 // Kept: counted in the list string, whatever entries the pop-up shows.
 int numberInList(int i, std::string_view text) {
-  const auto choices = split(storedText(kChoices, i), kChoiceSeparators);
+  const auto choices = choicesOf(i);
   const auto found = std::find(choices.rbegin(), choices.rend(), text);
   return static_cast<int>(choices.rend() - found);
 }
@@ -153,9 +160,9 @@ void changeText(Screen &screen, int i, std::string_view given) {
 void rebuildChoices(Screen &screen, int i) {
   const int item = itemOf(kTexts, i);
   if (TDBC[i] == 1) {
-    screen.setChoices(item, split(storedText(kChoices, i), kChoiceSeparators));
+    screen.setChoices(item, choicesOf(i));
   } else if (TDBL[i] == 1) {
-    screen.setRows(item, split(storedText(kChoices, i), kRowSeparators));
+    screen.setRows(item, rowsOf(i));
   }
 }
 

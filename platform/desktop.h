@@ -98,7 +98,7 @@ class Dialog {
   virtual void addAlertIcon(const Rect &rect, AlertIcon icon) = 0;
 
   // The push button that Return stands for; shown as such. Return does nothing while it is
-  // disabled.
+  // disabled, nor while the focus is in a list without rows.
   virtual void setDefaultItem(int item) = 0;
 
   virtual ItemKind kind(int item) const = 0;

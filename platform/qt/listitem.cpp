@@ -175,6 +175,11 @@ int ListItem::rowAfter(const QKeyEvent &event) const {
 }
 
 void ListItem::keyPressEvent(QKeyEvent *event) {
+  const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+  if (isReturn && rowCount() == 0) {
+    event->accept();
+    return;
+  }
   const int row = rowCount() == 0 ? -1 : rowAfter(*event);
   if (row < 0) {
     QListView::keyPressEvent(event);

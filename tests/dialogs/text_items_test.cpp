@@ -516,6 +516,19 @@ TEST_P(List, AClickedRowIsStored) {
   EXPECT_EQ(Callbacks::identifiers(), "100 100 ");
 }
 
+TEST_P(List, OneWithoutATextHasNoRows) {
+  describe("", "a");
+  expectDialog().check([&] { EXPECT_TRUE(desk.entries(kItem).empty()); }).press(kCancel);
+  run();
+  describe("$", "a");
+  expectDialog()
+      .check([&] {
+        EXPECT_EQ(desk.entries(kItem), (std::vector<std::string>{"", ""}));
+      })
+      .press(kCancel);
+  run();
+}
+
 TEST_P(List, OneNeverSetHasNoRows) {
   TDB_bInit[0] = 0;
   expectDialog().check([&] { EXPECT_TRUE(desk.entries(kItem).empty()); }).press(kOk);

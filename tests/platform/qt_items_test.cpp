@@ -275,6 +275,29 @@ TEST_F(QtItems, ScrollBarsComeAsNeeded) {
   run();
 }
 
+TEST_F(QtItems, WhereAListHasNoRowADoubleClickIsNothing) {
+  const int empty = addList({}, {200, 20, 330, 80});
+  const int list = addList({"a"});
+  for (const int item : {empty, list}) {
+    person().act(item, [](QWidget *widget) {
+      auto *rows = qobject_cast<QListView *>(widget)->viewport();
+      QTest::mouseDClick(rows, Qt::LeftButton, {}, rows->rect().bottomLeft() + QPoint(5, -3));
+    });
+  }
+  person().pressEscape();
+  EXPECT_EQ(run(), (Lines{"2"}));
+}
+
+TEST_F(QtItems, ReturnInAListWithoutRowsIsNothing) {
+  dialog_->setDefaultItem(kOkItem);
+  const int list = addList({}, {200, 20, 330, 80});
+  person().act(list, [](QWidget *widget) { widget->setFocus(); });
+  person().key(Qt::Key_Return).key(Qt::Key_Enter, Qt::KeypadModifier);
+  person().check([=, this] { dialog_->setEntries(list, {"a"}); });
+  person().key(Qt::Key_Return);
+  EXPECT_EQ(run(), (Lines{"1"}));
+}
+
 TEST_F(QtItems, NothingCanBeEditedOrMovedInAList) {
   const int list = addList({"a", "b"});
   person().clickRow(list, 0);
