@@ -1,6 +1,8 @@
 // The choice of a practitioner: a dialog of the library's own, made with the functions that every
 // application has.
+#include "dialogs/families.h"
 #include "dialogs/run.h"
+#include "dialogs/stored_text.h"
 
 #include <korvel/dialogs.h>
 #include <korvel/strings.h>
@@ -13,7 +15,7 @@
 #include <new>
 #include <string_view>
 
-using korvel::dialogs::mayShowDialog;
+using namespace korvel::dialogs;
 
 namespace {
 
@@ -121,6 +123,9 @@ class Tables {
   }
   ~Tables() {
     liste_base = nullptr;
+    for (int i = 0; i < kTexts.capacity; ++i) {
+      if (listText != nullptr && kChoices.texts[i] == listText) useOwnSlice(kChoices, i);
+    }
     listText = nullptr;
   }
   Tables(const Tables &) = delete;

@@ -161,6 +161,39 @@ TEST_F(Practitioners, EmptyInitialsMatchNothing) {
   select();
 }
 
+TEST_F(Practitioners, AnEmptiedListCannotBeAccepted) {
+  write({"A,One"});
+  expectDialog()
+      .clickRow(kNames, 0)
+      .type(kInitials, "x")
+      .pressReturn()
+      .hit(kNames)
+      .pressReturn()
+      .check([&] { EXPECT_FALSE(desk.isEnabled(kOk)); })
+      .press(kCancel);
+  EXPECT_EQ(select(), "");
+}
+
+TEST_F(Practitioners, TheFirstItemNumberIs100) {
+  write({"A,One"});
+  expectDialog().check([] { EXPECT_EQ(TDB_ID_TEXTE, 100); }).press(kCancel);
+  select();
+  EXPECT_EQ(TDB_ID_TEXTE, 100);
+}
+
+TEST_F(Practitioners, AfterwardsNoTableLeadsToTheRows) {
+  write({"A,One", "B,Two"});
+  for (const int end : {kOk, kCancel}) {
+    expectDialog()
+        .clickRow(kNames, 0)
+        .check([] { EXPECT_EQ(TDB_PSZLBUFFER[1], *liste); })
+        .press(end);
+    select();
+    EXPECT_EQ(TDB_PSZLBUFFER[1], TDB_SZLBUFFER + TDB_BUFFERSIZE);
+    EXPECT_STREQ(TDB_PSZLBUFFER[1], "");
+  }
+}
+
 TEST_F(Practitioners, NarrowingClearsTheSelection) {
   write({"A,One", "B,Two"});
   expectDialog()
