@@ -1,15 +1,17 @@
 // Runs a dialog whose layout is a template file of the resource folder.
 #include "base/guard.h"
 #include "dialogs/callbacks.h"
+#include "dialogs/families.h"
+#include "dialogs/numbering.h"
 #include "dialogs/run.h"
 #include "dialogs/screen.h"
 #include "platform/loader.h"
 #include "platform/resources.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <iterator>
 #include <memory>
+#include <optional>
 #include <string>
 
 namespace korvel::dialogs {
@@ -32,15 +34,35 @@ std::string findTemplate(std::string_view name) {
   return {};
 }
 
-// What a form says about itself may hold anything; the line stays one.
-std::string inOneLine(std::string text) {
-  const auto isControl = [](char c) { return (c >= 0 && c < ' ') || c == 0x7F; };
-  std::replace_if(text.begin(), text.end(), isControl, '?');
-  return text;
+void reportNotShown(const std::string &reason) { platform::report("dialog not shown: " + reason); }
+
+void reportMissing(const char *name) noexcept {
+  try {
+    reportNotShown("there is no template " + std::string(name));
+  } catch (...) {
+    // Out of memory.
+  }
 }
 
-void report(const std::string &path, const std::string &problem) {
-  std::fprintf(stderr, "korvel: dialog not shown: %s\n", inOneLine(path + ": " + problem).c_str());
+std::optional<int> missingItem(const Dialog &dialog, const Family &family, int i) {
+  const int first = itemOf(family, i);
+  for (int item = first; item < first + family.itemsPerField; ++item) {
+    if (dialog.kind(item) == ItemKind::None) return item;
+  }
+  return std::nullopt;
+}
+
+// Such a field may keep OK disabled with nothing on the screen to change that.
+void reportFieldsWithoutItem(const std::string &path, const Dialog &dialog) {
+  for (const Family *family : kValidatedFamilies) {
+    for (int i = 0; isInUse(*family, i); ++i) {
+      if (family->mandatory[i] == 0) continue;
+      if (const auto item = missingItem(dialog, *family, i)) {
+        platform::report(path + ": " + family->name + " " + std::to_string(i) +
+                         " is mandatory, and there is no item " + std::to_string(*item));
+      }
+    }
+  }
 }
 
 std::unique_ptr<Dialog> readTemplate(platform::Desktop &desktop, const std::string &path,
@@ -62,12 +84,13 @@ DialogRef openCurrent(const std::string &path) {
   std::string problem;
   auto dialog = readTemplate(*desktop, path, problem);
   if (dialog == nullptr) {
-    report(path, problem);
+    reportNotShown(path + ": " + problem);
     return nullptr;
   }
   // A template's items are numbered by itself: none is moved.
   std::fill(std::begin(Dlg_itemOffset), std::end(Dlg_itemOffset), 0);
   std::fill(std::begin(Dlg_rkOffset), std::end(Dlg_rkOffset), 0);
+  reportFieldsWithoutItem(path, *dialog);
   return makeCurrent(std::move(dialog));
 }
 
@@ -80,7 +103,10 @@ using namespace korvel::dialogs;
 int ZRVDlgBox(const char *name) {
   if (name == nullptr || !mayShowDialog()) return 0;
   const std::string path = korvel::base::orOnFailure({}, [&] { return findTemplate(name); });
-  if (path.empty()) return 0;
+  if (path.empty()) {
+    korvel::base::asFarAsMemoryAllows([&] { reportMissing(name); });
+    return 0;
+  }
   const DialogRef dialog = korvel::base::orOnFailure(nullptr, [&] { return openCurrent(path); });
   if (dialog != nullptr) return DlgBoxFunc(dialog);
   endDefinition();

@@ -41,6 +41,15 @@ class TemplateRun : public DialogTest {
     EXPECT_EQ(run(name), 0);
     return ::testing::internal::GetCapturedStderr();
   }
+  // A missing template is told of like any other mistake.
+  void expectMissing(const std::string &name) {
+    std::string told = name;
+    std::replace_if(
+        told.begin(), told.end(), [](char c) { return c == '\n'; }, '?');
+    EXPECT_EQ(runAndListen(name.c_str()),
+              "korvel: dialog not shown: there is no template " + told + "\n");
+    expectUntouched();
+  }
   void expectUntouched() const {
     EXPECT_EQ(TDB, 1);
     EXPECT_EQ(HDB, 1);
@@ -66,14 +75,13 @@ class TemplateRun : public DialogTest {
 
 TEST_F(TemplateRun, AMissingTemplateGives0AtOnceAndResetsNothing) {
   describeText();
-  for (const char *name : {"absent", "", "visite.ui", "..", "/", "visite/visite"}) {
-    EXPECT_EQ(runAndListen(name), "") << name;
-    expectUntouched();
+  for (const char *name :
+       {"absent", "", "visite.ui", "..", "/", "visite/visite", "\xE9t\xE9", "deux\nlignes"}) {
+    expectMissing(name);
   }
   EXPECT_EQ(runAndListen(nullptr), "");
   expectUntouched();
-  EXPECT_EQ(runAndListen(std::string(100000, 'x').c_str()), "");
-  expectUntouched();
+  expectMissing(std::string(100000, 'x'));
   EXPECT_EQ(desk.dialogsShown(), 0);
 }
 
@@ -83,8 +91,7 @@ TEST_F(TemplateRun, ANameIsNoPath) {
   describeText();
   for (const char *name : {"dossier/visite", "./visite", "/visite", "../dialogs/visite", "visite/",
                            "dossier/../visite", "dossier"}) {
-    EXPECT_EQ(runAndListen(name), "") << name;
-    expectUntouched();
+    expectMissing(name);
   }
   EXPECT_EQ(desk.dialogsShown(), 0);
 }
@@ -105,17 +112,56 @@ TEST_F(TemplateRun, NamesAreAsLongAsTheDiskHasThem) {
   EXPECT_EQ(run(longest.c_str()), 1);
   describeText();
   for (const std::size_t length : {251, 253, 255, 256, 257, 4096}) {
-    EXPECT_EQ(runAndListen(std::string(length, 'x').c_str()), "") << length;
-    EXPECT_EQ(runAndListen(std::string(length, '\xE9').c_str()), "") << length;
-    expectUntouched();
+    expectMissing(std::string(length, 'x'));
+    expectMissing(std::string(length, '\xE9'));
   }
 }
 
 TEST_F(TemplateRun, WithoutAScreenAMissingTemplateIsStillMissing) {
   describeText();
   desk.takeScreenAway("no display");
-  EXPECT_EQ(runAndListen("absent"), "");
-  expectUntouched();
+  expectMissing("absent");
+}
+
+TEST_F(TemplateRun, AMandatoryFieldWithoutAnItemIsToldOf) {
+  draw({{100, ItemKind::EditText}, {500, ItemKind::EditText}, {502, ItemKind::EditText}});
+  TexteDlgBox_param(3, 100);
+  TexteDlgBox_mandatory(1, 0);
+  IntDlgBox_param(1, 300);
+  NumDlgBox_param(1, 400);
+  NumDlgBox_mandatory(0, 0);
+  DateDlgBox_param(1, 500);
+  BoolDlgBox_param(1, 600);
+  PushDlgBox_param(1, 700);
+  expectDialog().press(kCancel);
+  const std::string told = runAndListen();
+  std::vector<std::string> lines;
+  for (std::size_t begin = 0; begin < told.size();) {
+    const std::size_t end = told.find('\n', begin);
+    ASSERT_NE(end, std::string::npos);
+    lines.push_back(told.substr(begin, end - begin));
+    begin = end + 1;
+  }
+  const char *const kEnds[] = {"visite.ui: text field 2 is mandatory, and there is no item 102",
+                               "visite.ui: integer field 0 is mandatory, and there is no item 300",
+                               "visite.ui: date field 0 is mandatory, and there is no item 501"};
+  ASSERT_EQ(lines.size(), std::size(kEnds)) << told;
+  for (std::size_t n = 0; n < lines.size(); ++n) {
+    EXPECT_TRUE(lines[n].starts_with("korvel: ") && lines[n].ends_with(kEnds[n])) << lines[n];
+  }
+}
+
+TEST_F(TemplateRun, FieldsThatHaveTheirItemsAreNotToldOf) {
+  draw({{3, ItemKind::EditText},
+        {5, ItemKind::EditText},
+        {6, ItemKind::EditText},
+        {7, ItemKind::EditText}});
+  TexteDlgBox_param(1, 3);
+  TexteDlgBox_set(0, "x");
+  DateDlgBox_param(1, 5);
+  DateDlgBox_set(0, 20240229, 1);
+  expectDialog().press(kCancel);
+  EXPECT_EQ(runAndListen(), "");
 }
 
 TEST_F(TemplateRun, NamesAreCp1252AndFilesUtf8) {
