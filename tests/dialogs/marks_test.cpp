@@ -5,6 +5,8 @@
 #include <korvel/codecs.h>
 #include <korvel/dialogs.h>
 
+#include <climits>
+
 namespace korvel::test {
 namespace {
 
@@ -107,8 +109,28 @@ TEST_F(Marks, FollowWhatCallbacksDoToTheFlags) {
 }
 
 TEST_F(Marks, AFlagThatIsNeither0Nor1DisablesOkAndIsMarked) {
-  DialogScript &script = expectDialog().check([] { NDB_bOK[0] = 2; });
-  expectMarks(script.press(11), "3 unacceptable\n6 unacceptable\n7 unacceptable\n").press(kCancel);
+  TexteDlgBox_set(0, "x");
+  IntDlgBox_set(0, 5, 0);
+  const struct {
+    int *flag;
+    const char *marks;
+    const char *unmarks;
+  } kFlags[] = {{&TDB_bOK[0], "3 unacceptable\n", "3 acceptable\n"},
+                {&IDB_bOK[0], "6 unacceptable\n", "6 acceptable\n"},
+                {&NDB_bOK[0], "7 unacceptable\n", "7 acceptable\n"},
+                {&DDB_bOK[0], "8 unacceptable\n9 unacceptable\n10 unacceptable\n",
+                 "8 acceptable\n9 acceptable\n10 acceptable\n"}};
+  DialogScript &script = expectDialog();
+  for (const auto &each : kFlags) {
+    for (const int value : {2, -1, 256, INT_MIN}) {
+      script.check([=] { *each.flag = value; }).press(11);
+      script.check([this, value] { EXPECT_FALSE(desk.isEnabled(kOk)) << value; });
+      expectMarks(script, each.marks).check([=] { *each.flag = 1; }).press(11);
+      script.check([this] { EXPECT_TRUE(desk.isEnabled(kOk)); });
+      expectMarks(script, each.unmarks);
+    }
+  }
+  script.press(kCancel);
   run();
 }
 

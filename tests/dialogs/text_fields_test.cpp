@@ -282,7 +282,7 @@ TEST_F(TextFields, PasswordIsAFlag) {
 TEST_F(TextFields, TabStopsEndInZero) {
   TexteDlgBox_param(6, 3);
   const int stops[] = {10, 20, 30, 0, 40};
-  TDB_ITABSTOPS[1][4] = 7;
+  TDB_ITABSTOPS[1][3] = TDB_ITABSTOPS[1][4] = 7;
   EXPECT_EQ(TexteDlgBox_set_tabstops(1, stops), 0);
   EXPECT_EQ(TDB_ITABSTOPS[1][2], 30);
   EXPECT_EQ(TDB_ITABSTOPS[1][3], 0);
@@ -295,6 +295,7 @@ TEST_F(TextFields, TabStopsAreCutAt127) {
     SCOPED_TRACE(count);
     std::vector<int> stops(static_cast<std::size_t>(count), 5);
     stops.push_back(0);
+    TDB_ITABSTOPS[1][std::min(count, 127)] = 99;
     TDB_ITABSTOPS[2][0] = 99;
     TexteDlgBox_set_tabstops(1, stops.data());
     EXPECT_EQ(TDB_ITABSTOPS[1][std::min(count, 127)], 0);

@@ -137,6 +137,68 @@ TEST_F(Validation, TypesNotInUseTakeNoPart) {
   EXPECT_EQ(TDB_bOK[0], 7);
 }
 
+// Each validator notes whose turn it is and the flags that are set by then.
+std::vector<std::string> s_turns;
+std::string flags() {
+  std::string all;
+  for (const int flag : {TDB_bOK[0], IDB_bOK[0], NDB_bOK[0], DDB_bOK[0]}) {
+    all += " " + std::to_string(flag);
+  }
+  return all;
+}
+int refuseInteger(char *, int *) {
+  s_turns.push_back("integer" + flags());
+  return 1;
+}
+int refuseNumber(char *, double *) {
+  s_turns.push_back("number" + flags());
+  return 1;
+}
+int refuseDate(char *, int *) {
+  s_turns.push_back("date" + flags());
+  return 1;
+}
+
+TEST_F(Validation, GoesFromTextsOverIntegersAndNumbersToDates) {
+  s_turns.clear();
+  DateDlgBox_param(1, 60);
+  NumDlgBox_param(1, 50);
+  IntDlgBox_param(2, 40);
+  TexteDlgBox_param(1, 30);
+  TexteDlgBox_set(0, "");
+  for (int i = 0; i < 2; ++i) {
+    IntDlgBox_set(i, i, 0);
+    IntDlgBox_set_fvalid(i, refuseInteger);
+  }
+  NumDlgBox_set(0, 1, 0);
+  NumDlgBox_set_fvalid(0, refuseNumber);
+  DateDlgBox_set(0, 20240229, 0);
+  DateDlgBox_set_fvalid(0, refuseDate);
+  TDB_bOK[0] = IDB_bOK[0] = NDB_bOK[0] = DDB_bOK[0] = 7;
+  EXPECT_EQ(ZRVDlgBox_valid(), 0);
+  ASSERT_EQ(s_turns.size(), 4U);
+  EXPECT_EQ(s_turns[0].substr(0, 9), "integer 0") << "texts have been judged";
+  EXPECT_EQ(s_turns[1].substr(0, 11), "integer 0 0");
+  EXPECT_EQ(s_turns[2].substr(0, 10), "number 0 0");
+  EXPECT_EQ(s_turns[3].substr(0, 10), "date 0 0 0") << "and numbers";
+  EXPECT_EQ(flags(), " 0 0 0 0");
+}
+
+TEST_F(Validation, AMandatoryFieldWithoutAValueAsksNoValidator) {
+  s_turns.clear();
+  IntDlgBox_param(1, 40);
+  IntDlgBox_set_fvalid(0, refuseInteger);
+  NumDlgBox_param(1, 50);
+  NumDlgBox_set_fvalid(0, refuseNumber);
+  DateDlgBox_param(1, 60);
+  DateDlgBox_set_fvalid(0, refuseDate);
+  EXPECT_EQ(ZRVDlgBox_valid(), 0);
+  EXPECT_EQ(s_turns, std::vector<std::string>{});
+  for (int *set : {IDB_bInit, NDB_bInit, DDB_bInit}) *set = 1;
+  EXPECT_EQ(ZRVDlgBox_valid(), 0);
+  EXPECT_EQ(s_turns.size(), 3U) << "one with a value does";
+}
+
 TEST_F(Validation, AMissingValidatorRefuses) {
   IntDlgBox_param(1, 3);
   IntDlgBox_set(0, 1, 0);
