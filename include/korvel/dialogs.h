@@ -24,7 +24,13 @@
    Callbacks name fields by identifier: first item number + i, for dates + 3 * i, whatever the
    rank. A date consists of three items: day, month, year.
 
-   One dialog at a time, on the interface thread. */
+   One dialog at a time, on the interface thread: the one that asked for the first dialog, or that
+   made the application's QApplication. In another thread a dialog ends at once as cancelled, after
+   one line on standard error.
+
+   A screen is one that shows to somebody: X11 or Wayland. Any other platform of Qt's (offscreen,
+   minimal, vnc, eglfs, linuxfb and the like), also of the application's own QApplication, counts as
+   no screen, unless the environment variable KORVEL_UNSEEN is 1, which says that it is meant. */
 #ifndef KORVEL_DIALOGS_H
 #define KORVEL_DIALOGS_H
 
@@ -35,6 +41,13 @@ extern "C" {
 #endif
 
 /* ---- Functions that an application supplies ---- */
+
+/* A function written in C++ may throw: that ends the handling of the key or click that led to it,
+   and the dialog goes on. A final callback that throws has not accepted; nor has a validation
+   function, whose field is not acceptable. While the dialog is being filled, before it is shown, a
+   validation function that throws ends it as cancelled.
+   None may leave by longjmp: the dialog would stay on the screen, where nothing answers any more,
+   and every further dialog of the process would end as cancelled. */
 
 /* A validation function of an integer or date field. text: what was entered; may be changed in
    place and never lengthened beyond 255 characters. value: the field's slot in its value table.
@@ -119,7 +132,11 @@ KORVEL_API int TexteDlgBox_set_ncarac(int i, int n);
    are shown only if the field was also given a text, which may be empty (TexteDlgBox_set). */
 KORVEL_API int TexteDlgBox_set_liste(int i, const char *choices);
 
-/* Turns a pop-up into a list, or a list into a pop-up; does nothing to other fields. */
+/* Turns a pop-up into a list, or a list into a pop-up; does nothing to other fields.
+   A list shows no row as the chosen one when the dialog comes up, whatever text its field has: with
+   a text given to it (TexteDlgBox_set) button 1 accepts a value that nobody has seen. Give a list
+   field the empty text, so that a mandatory one waits for a choice.
+   A list whose string is empty has no rows; a pop-up has one empty choice then. */
 KORVEL_API int TexteDlgBox_change_liste(int i);
 
 /* Has field i use the caller's own choices, not copied: they must live until the run has ended. */
@@ -371,7 +388,10 @@ KORVEL_API extern int FDB;             /* 1 once a background colour is set */
 KORVEL_API extern RGBColor FDB_bkgcol; /* kept for the application: dialogs built from the */
 KORVEL_API extern int FDB_hbrbkg;      /* tables have the desktop's own background */
 
-/* Sets the dialog's size in dialog units. */
+/* Sets the dialog's size in dialog units. Without a width or height, or with a negative one, the
+   dialog is shown with room for its button pair. No side is shown longer than 16384 pixels; of a
+   dialog held to that, items that lie outside stand at its edge. A window of far more pixels than
+   any screen shows the upper part of its dialog. */
 KORVEL_API int TailleDlgBox_set(int cx, int cy);
 
 /* Records a background colour (see FDB_bkgcol). */
@@ -514,10 +534,11 @@ KORVEL_API int ZRVDlgBoxEx(const char *title, WindowRef parent);
 
    Sets all entries of Dlg_itemOffset and Dlg_rkOffset to 0 and then behaves as ZRVDlgBoxEx, with
    the same results; the global callback hears the identifier of a date whichever of its three items
-   changed. 0 at once, with nothing touched, when there is no such template (none has a '/' in its
-   name), for null, and while a dialog is up already. 0 with the reset of a cancelled dialog, after
-   one line on standard error, without a screen and for a form that cannot be read, lacks item 1 or
-   2 or has a number twice. */
+   changed. 0 at once, with nothing touched, for null, while a dialog is up already, and, after one
+   line on standard error, when there is no such template (none has a '/' in its name). 0 with the
+   reset of a cancelled dialog, after one line on standard error, without a screen and for a form
+   that cannot be read, lacks item 1 or 2 or has a number twice. A mandatory field whose item the
+   form lacks is told of in one line on standard error; the dialog is shown. */
 KORVEL_API int ZRVDlgBox(const char *name);
 
 /* Runs a built dialog to its end and disposes of it; results as for ZRVDlgBoxEx. Returns 0 and
