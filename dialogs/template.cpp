@@ -36,12 +36,8 @@ std::string findTemplate(std::string_view name) {
 
 void reportNotShown(const std::string &reason) { platform::report("dialog not shown: " + reason); }
 
-void reportMissing(const char *name) noexcept {
-  try {
-    reportNotShown("there is no template " + std::string(name));
-  } catch (...) {
-    // Out of memory.
-  }
+void reportMissing(const char *name) {
+  reportNotShown("there is no template " + std::string(name));
 }
 
 std::optional<int> missingItem(const Dialog &dialog, const Family &family, int i) {
