@@ -142,20 +142,21 @@ std::vector<std::string> s_turns;
 std::string flags() {
   std::string all;
   for (const int flag : {TDB_bOK[0], IDB_bOK[0], NDB_bOK[0], DDB_bOK[0]}) {
-    all += " " + std::to_string(flag);
+    all += ' ';
+    all += std::to_string(flag);
   }
   return all;
 }
 int refuseInteger(char *, int *) {
-  s_turns.push_back("integer" + flags());
+  s_turns.push_back(std::string("integer").append(flags()));
   return 1;
 }
 int refuseNumber(char *, double *) {
-  s_turns.push_back("number" + flags());
+  s_turns.push_back(std::string("number").append(flags()));
   return 1;
 }
 int refuseDate(char *, int *) {
-  s_turns.push_back("date" + flags());
+  s_turns.push_back(std::string("date").append(flags()));
   return 1;
 }
 
