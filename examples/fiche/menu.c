@@ -65,7 +65,8 @@ static void runChosen(void) {
 static int mayLeave(void) {
   Settings settings;
   readSettings(&settings);
-  return !settings.confirmer || agrees("Quitter", "Quitter « %s » ?", settings.cabinet);
+  return !settings.confirmer ||
+         agrees("Quitter", "Quitter «\u00A0%s\u00A0»\u00A0?", settings.cabinet);
 }
 
 /* Returns 0 when the user leaves. */

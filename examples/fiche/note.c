@@ -76,13 +76,21 @@ static void drawHeading(Page *page, const char *title) {
 
 /* ---- Paragraphs ---- */
 
+/* A blank that was typed where French wants one that does not break ends no line. */
+static int mayBreakAt(const char *text, int blank) {
+  static const char kClosing[] = "?!:;\xBB";
+  const char next = text[blank + (int)strspn(text + blank, " ")];
+  if (next == '\0') return 1;
+  return !strchr(kClosing, next) && (blank == 0 || text[blank - 1] != '\xAB');
+}
+
 /* As many bytes of whole words as fit; of a longer word what it has. */
 static int fittingLength(const Page *page, const char *text, int width) {
   int fitting = 0, length = 0;
   while (text[length]) {
     length += (int)strcspn(text + length, " ");
     if (fitting > 0 && widthOf(page, text, length) > width) break;
-    fitting = length;
+    if (mayBreakAt(text, length)) fitting = length;
     length += (int)strspn(text + length, " ");
   }
   return fitting;
@@ -117,7 +125,7 @@ static void drawPractice(Page *page, const Settings *settings, const Visit *visi
            *settings->praticien && *settings->adresse ? ", " : "", settings->adresse);
   drawText(page, line, kSmall, 0, kGrey);
   page->y += 15;
-  snprintf(line, sizeof line, "%s%s", *settings->telephone ? french("Téléphone : ") : "",
+  snprintf(line, sizeof line, "%s%s", *settings->telephone ? french("Téléphone\u00A0: ") : "",
            settings->telephone);
   drawText(page, line, kSmall, 0, kGrey);
   page->y += 20;
@@ -140,10 +148,10 @@ static void drawPatient(Page *page, const Record *record) {
   drawRow(page, &line);
   if (!doctorCard(record->medecin, card, sizeof card)) return;
   page->left += kIndent;
-  drawText(page, french("Médecin traitant : "), kSmall, kItalic, kGrey);
-  page->left += widthOf(page, french("Médecin traitant : "), 19);
+  drawText(page, french("Médecin traitant\u00A0: "), kSmall, kItalic, kGrey);
+  page->left += widthOf(page, french("Médecin traitant\u00A0: "), 19);
   drawText(page, card, kSmall, kItalic, kGrey);
-  page->left -= kIndent + widthOf(page, french("Médecin traitant : "), 19);
+  page->left -= kIndent + widthOf(page, french("Médecin traitant\u00A0: "), 19);
   page->y += kPitch - 3;
 }
 
@@ -215,7 +223,7 @@ static void drawFee(Page *page, const char *name, double fee, int right) {
   realdco_d(fee, text, sizeof text, 2);
   char *point = strchr(text, '.');
   if (point) *point = ',';
-  strcat(text, french(" €"));
+  strcat(text, french("\u00A0€"));
   lineStart(&line);
   addTab(&line, page, 12);
   lineText(&line, french(name));

@@ -245,7 +245,8 @@ static void addTypedProfession(Form *form) {
   if (backUpProfessions() && addProfession(profession))
     showProfessionCode(form);
   else
-    warn("Professions", "« %s » n’a pas pu être ajouté à la table des professions.", profession);
+    warn("Professions", "«\u00A0%s\u00A0» n’a pas pu être ajouté à la table des professions.",
+         profession);
 }
 
 /* Keeps what is looked up and computed up to date while it is typed; what is typed over it goes. */

@@ -56,7 +56,7 @@ static void noteLine(const Prescription *line, int y) {
   size_t room = kShown - strlen(line->dose) - strlen(days);
   drugName(line->drug, name, sizeof name);
   if (strlen(name) > room) strcpy(name + room, french("…"));
-  snprintf(note, sizeof note, "%s : %s%s", name, line->dose, days);
+  snprintf(note, sizeof note, french("%s\u00A0: %s%s"), name, line->dose, days);
   formNote(note, kLabel, y, kWidth - 2 * kLabel);
 }
 
@@ -124,7 +124,7 @@ static int enterLine(Record *record) {
 
 void enterPrescription(Record *record) {
   if (record->lignes == kMaxLines &&
-      agreesToLose("Ordonnance", "L’ordonnance a déjà %d lignes.\rEn commencer une nouvelle ?",
+      agreesToLose("Ordonnance", "L’ordonnance a déjà %d lignes.\rEn commencer une nouvelle\u00A0?",
                    kMaxLines))
     record->lignes = 0;
   while (record->lignes < kMaxLines && enterLine(record)) continue;

@@ -17,7 +17,7 @@
 /* What was chosen is not lost while there is hope to save it. */
 static void keepOrAskAgain(Record *record) {
   while (!saveRecord(record) &&
-         agrees("Fiche", "La fiche n’a pas pu être enregistrée.\rEssayer encore ?"))
+         agrees("Fiche", "La fiche n’a pas pu être enregistrée.\rEssayer encore\u00A0?"))
     continue;
 }
 
@@ -52,8 +52,8 @@ void assignDoctor(void) {
   if (!chooseRecord(&record)) return;
   fullName(&record, name, sizeof name);
   if (doctorCard(record.medecin, card, sizeof card) &&
-      !agrees("Médecin traitant", "Le médecin traitant de %s est %s.\rEn choisir un autre ?", name,
-              card))
+      !agrees("Médecin traitant", "Le médecin traitant de %s est %s.\rEn choisir un autre\u00A0?",
+              name, card))
     return;
   chooseDoctorOf(&record);
 }

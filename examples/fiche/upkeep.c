@@ -47,7 +47,7 @@ static void showTable(Form *form) {
 static int isKnown(const char *profession) {
   char code[8];
   if (!professionCode(profession, code, sizeof code)) return 0;
-  warn(kCaption, "« %s » est déjà dans la table, avec le code %s.", profession, code);
+  warn(kCaption, "«\u00A0%s\u00A0» est déjà dans la table, avec le code %s.", profession, code);
   return 1;
 }
 
@@ -59,8 +59,9 @@ static int isChosen(void) {
 
 static void tellUnwritten(const char *profession) {
   tellFailure(kCaption,
-              "« %s » n’a pas pu être écrit dans la table.\rUn libellé n’a ni virgule, ni « + », "
-              "ni « ? », ni « $ ».",
+              "«\u00A0%s\u00A0» n’a pas pu être écrit dans la table.\rUn libellé n’a ni virgule, "
+              "ni «\u00A0+\u00A0», "
+              "ni «\u00A0?\u00A0», ni «\u00A0$\u00A0».",
               profession);
 }
 
@@ -88,7 +89,8 @@ static void renameChosen(Form *form) {
 static void removeChosen(Form *form) {
   const char *row = form->texts[kListe];
   if (!isChosen()) return;
-  if (!agreesToLose("Suppression", "Supprimer « %s » de la table ?", row + strcspn(row, "\t") + 1))
+  if (!agreesToLose("Suppression", "Supprimer «\u00A0%s\u00A0» de la table\u00A0?",
+                    row + strcspn(row, "\t") + 1))
     return;
   if (removeProfession(chosen))
     showTable(form);
@@ -131,14 +133,16 @@ static void defineDialog(void) {
 }
 
 static void undoChanges(void) {
-  if (changes == 0 || !agreesToLose("Annulation", "Revenir à la table d’avant les changements ?"))
+  if (changes == 0 ||
+      !agreesToLose("Annulation", "Revenir à la table d’avant les changements\u00A0?"))
     return;
   if (!restoreProfessions()) tellFailure(kCaption, "La table d’avant n’a pas pu être remise.");
 }
 
 void enterProfessions(void) {
   if (!backUpProfessions() &&
-      !agreesToLose(kCaption, "La table n’a pas pu être sauvegardée. Continuer tout de même ?"))
+      !agreesToLose(kCaption,
+                    "La table n’a pas pu être sauvegardée. Continuer tout de même\u00A0?"))
     return;
   *chosen = '\0';
   changes = 0;

@@ -71,14 +71,15 @@ const Box kBoxes[] = {
     {"&Note", "Fiche enregistrée", "Le dossier de Mme Lefèvre est à jour.", 0},
     {"&Information", "Information", "Trois ordonnances sont à renouveler cette semaine.", kNote},
     {"&Attention", "Attention",
-     "Deux médicaments de cette ordonnance ne doivent pas être pris ensemble : vérifiez les doses "
+     "Deux médicaments de cette ordonnance ne doivent pas être pris ensemble\u00A0: vérifiez les "
+     "doses "
      "avant de l’imprimer.",
      kCaution},
     {"A&rrêt", "Impression impossible", "L’imprimante ne répond pas.", kStop},
-    {"&Question", "Quitter la fiche", "Enregistrer les changements avant de quitter la fiche ?",
-     kQuestion},
+    {"&Question", "Quitter la fiche",
+     "Enregistrer les changements avant de quitter la fiche\u00A0?", kQuestion},
     {"&Suppression", "Supprimer un acte",
-     "Supprimer l’acte sélectionné ? Il ne pourra pas être retrouvé.",
+     "Supprimer l’acte sélectionné\u00A0? Il ne pourra pas être retrouvé.",
      kQuestion | kCaution | kNoDefault},
 };
 
@@ -115,7 +116,7 @@ class Window : public QWidget {
     const int result =
         MessageBox(KorvelWidgetWindow(this), cp1252(QString::fromUtf8(box.text)).c_str(),
                    cp1252(QString::fromUtf8(box.caption)).c_str(), box.flags);
-    strip_->show(QStringLiteral("Réponse : ") + answerOf(result));
+    strip_->show(QStringLiteral("Réponse\u00A0: ") + answerOf(result));
   }
 
   Strip *strip_;

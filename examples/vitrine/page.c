@@ -48,9 +48,10 @@ typedef struct Sample {
 } Sample;
 
 static const Sample kSamples[] = {
-    {"Arial", 11, 0, kBlack, kTransparent, "Arial 11 : Portez ce vieux whisky"},
-    {"Arial", 13, kBold, kBlack, kTransparent, "Arial 13 gras : \311t\351, No\353l, gar\347on"},
-    {"Times New Roman", 16, kItalic, kNavy, kTransparent, "Times 16 italique : c\234ur, \200 5"},
+    {"Arial", 11, 0, kBlack, kTransparent, "Arial 11\240: Portez ce vieux whisky"},
+    {"Arial", 13, kBold, kBlack, kTransparent, "Arial 13 gras\240: \311t\351, No\353l, gar\347on"},
+    {"Times New Roman", 16, kItalic, kNavy, kTransparent,
+     "Times 16 italique\240: c\234ur, 5\240\200"},
     {"Courier New", 13, 0, kBlack, kYellow, " Courier 13 sur fond jaune "},
     {"Arial", 13, kUnderlined, kRed, kTransparent, "Arial 13 soulign\351, en rouge"},
     {"Arial", 13, kCondensed, kBlack, kTransparent, "Arial 13 condens\351"},

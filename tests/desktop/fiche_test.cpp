@@ -426,7 +426,7 @@ TEST_F(Fiche, ANoteOfAVisitIsAPictureAndKeepsTheWeight) {
   auto application = start();
   ASSERT_TRUE(choose(kVisit));
   ASSERT_TRUE(choosePatient());
-  ASSERT_TRUE(comesUp("Note de visite : Paul Martin"));
+  ASSERT_TRUE(comesUp("Note de visite\u00A0: Paul Martin"));
   for (const char *part : {"5", "3", "2024"}) {
     press("ctrl+a");
     write(part);
