@@ -1,4 +1,4 @@
-# shellcheck shell=bash
+# shellcheck shell=bash disable=SC2034
 # Sourced by the scripts: the Debian packages each of them needs, asked for only when one is
 # missing.
 
@@ -16,6 +16,7 @@ readonly TEST_PACKAGES=(
   "${BUILD_PACKAGES[@]}" "${TOOL_PACKAGES[@]}" "${SCREEN_PACKAGES[@]}"
   clang googletest libgtest-dev locales python3
   at-spi2-core dbus libatspi2.0-dev libcrypt-dev pkg-config sudo
+  fontconfig fonts-dejavu-core fonts-noto-core fonts-urw-base35
 )
 readonly BENCH_PACKAGES=(
   "${BUILD_PACKAGES[@]}" libbenchmark-dev libglib2.0-dev libinih-dev libsqlite3-dev mawk pkg-config
@@ -45,8 +46,8 @@ ensure_packages() {
     as_root=(sudo)
   fi
   say "installing ${missing[*]}"
-  "${as_root[@]}" apt-get update -q >/dev/null &&
+  { "${as_root[@]}" apt-get update -q >/dev/null &&
     "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
-      apt-get install -q -y --no-install-recommends "${missing[@]}" >/dev/null ||
+      apt-get install -q -y --no-install-recommends "${missing[@]}" >/dev/null; } ||
     fail "could not install: ${missing[*]}"
 }

@@ -4,8 +4,8 @@
 
 # Waits up to ten seconds until a window with exactly this title is on the screen and active.
 wait_for_window() {
-  local i
-  for i in $(seq 200); do
+  local _
+  for _ in $(seq 200); do
     [ "$(xdotool getactivewindow getwindowname 2>/dev/null)" = "$1" ] && return
     sleep 0.05
   done

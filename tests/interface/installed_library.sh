@@ -17,7 +17,7 @@ done
 
 # A sanitized library needs a sanitized application.
 flags=()
-[ "$sanitized" = 1 ] && flags=(-fsanitize=address,undefined)
+[ "$sanitized" = 1 ] && flags=('-fsanitize=address,undefined')
 
 "$cmake" -S "$application" -B "$scratch/found" -DCMAKE_PREFIX_PATH="$prefix" \
   -DCMAKE_C_COMPILER="$cc" -DCMAKE_C_FLAGS="${flags[*]-}" >/dev/null
