@@ -7,4 +7,8 @@
    there is no such folder to be had. */
 int openPractice(void);
 
+/* Returns 1 if there is a folder of this colon path, which is made for its owner alone when it is
+   missing; else 0. */
+int haveFolder(const char *path);
+
 #endif

@@ -9,6 +9,7 @@
 #include <string.h>
 
 #include "french.h"
+#include "practice.h"
 
 static const char kFolder[] = "Cabinet:fiches", kPattern[] = ".fic";
 
@@ -166,7 +167,7 @@ static void listFolder(void) {
   Dir_ProcessFiles(kFolder, kPattern, noteNumber);
 }
 
-int openRecords(void) { return Dir_Is_Existing(kFolder) || MakeDir(kFolder); }
+int openRecords(void) { return haveFolder(kFolder); }
 
 int countRecords(void) {
   listFolder();

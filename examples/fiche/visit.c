@@ -9,6 +9,7 @@
 #include "french.h"
 #include "message.h"
 #include "note.h"
+#include "practice.h"
 #include "records.h"
 #include "settings.h"
 
@@ -106,8 +107,8 @@ static int saveNote(const Visit *visit) {
   char path[256];
   CGrafPtr page = KorvelImagePort(kNoteWidth, kNoteHeight);
   drawNote(page, 0, 0, visit, edited, &settings);
-  int isSaved = (Dir_Is_Existing(kFolder) || MakeDir(kFolder)) &&
-                notePath(visit, path, sizeof path) && KorvelPortSave(page, path);
+  int isSaved =
+      haveFolder(kFolder) && notePath(visit, path, sizeof path) && KorvelPortSave(page, path);
   KorvelPortRelease(page);
   return isSaved;
 }
@@ -185,7 +186,7 @@ void enterVisit(Record *record) {
   noteWindow = NULL;
   readSettings(&settings);
   fullName(record, name, sizeof name);
-  snprintf(title, sizeof title, "%s : %s", kCaption, name);
+  snprintf(title, sizeof title, french("%s\u00A0: %s"), kCaption, name);
   defineDialog();
   if (formRun(title)) tell(kCaption, "La note de %s est dans le dossier des notes.", name);
   noteWindow = NULL;

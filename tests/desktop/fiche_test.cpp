@@ -1,5 +1,6 @@
 // The example application with its real tables: what a person enters, and the record it keeps.
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include <algorithm>
 #include <filesystem>
@@ -31,9 +32,14 @@ class Fiche : public testing::Test {
   }
   ~Fiche() override { std::filesystem::remove_all(folder_); }
 
-  Application start() const {
-    return Application({FICHE}, {"FICHE_VOLUMES=" + folder_,
+  // With its volumes in the test's folder, or in one below it.
+  Application start(const std::string &below = "") const {
+    return Application({FICHE}, {"FICHE_VOLUMES=" + folder_ + below,
                                  std::string("LSAN_OPTIONS=suppressions=") + TOOLKIT_LEAKS});
+  }
+
+  std::filesystem::perms modeOf(const std::string &below) const {
+    return std::filesystem::status(folder_ + below).permissions();
   }
 
   std::string path(const std::string &name) const { return folder_ + "/Cabinet/" + name; }
@@ -447,6 +453,37 @@ TEST_F(Fiche, ANoteOfAVisitIsAPictureAndKeepsTheWeight) {
   EXPECT_EQ(head.substr(0, 8), "\x89PNG\r\n\x1A\n");
   EXPECT_EQ(head.substr(16), std::string("\0\0\x01\xA4\0\0\x02\x62", 8));
   EXPECT_GT(std::filesystem::file_size(path("notes/0001-20240305.png")), 4000u);
+}
+
+TEST_F(Fiche, KeepsWhatItKnowsInFoldersForItsOwnerAlone) {
+  const mode_t mask = umask(0);
+  auto application = start("/data/volumes");
+  umask(mask);
+  ASSERT_TRUE(choose(kNewRecord));
+  ASSERT_TRUE(comesUp(kNew));
+  write("Garçon");
+  press("Tab");
+  write("Loïc");
+  press("Tab Tab Tab Tab Tab");
+  for (const char *part : {"3", "9", "2016"}) {
+    write(part);
+    press("Tab");
+  }
+  press("Return");
+  ASSERT_TRUE(comesUp(kDoctors));
+  press("Escape");
+  ASSERT_TRUE(choose(kVisit));
+  ASSERT_TRUE(choosePatient());
+  ASSERT_TRUE(comesUp("Note de visite\u00A0: Loïc Garçon"));
+  press("Tab Tab Tab");
+  write("Contrôle");
+  press("Return");
+  ASSERT_TRUE(comesUp("Note de visite"));
+  press("Return");
+  ASSERT_EQ(leave(application), 0);
+  for (const char *folder : {"/data", "/data/volumes", "/data/volumes/Cabinet",
+                             "/data/volumes/Cabinet/fiches", "/data/volumes/Cabinet/notes"})
+    EXPECT_EQ(modeOf(folder), std::filesystem::perms::owner_all) << folder;
 }
 
 TEST_F(Fiche, SettingsNameTheMenuAndHaveItAskBeforeTheEnd) {
