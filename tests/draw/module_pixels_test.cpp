@@ -64,6 +64,28 @@ TEST_F(ModulePixels, ARectangleIsFilledInsideAFrameOfOnePixel) {
   EXPECT_EQ(image.pixel(10, 21), kBlack);
 }
 
+// As TextOut_0 and as TextOut_Ext draw it.
+std::string inkOfText(const std::string &text, bool isRich) {
+  const Image image(kSide, kSide);
+  const int length = static_cast<int>(text.size());
+  ch_font_set(image.port(), "Arial", 0, 255, 13);
+  if (isRich)
+    TextOut_Ext(image.port(), 0, 0, 5, 5, text.data(), length);
+  else
+    TextOut_0(image.port(), 5, 5, text.data(), length);
+  std::string pixels;
+  for (int y = 0; y < kSide; ++y)
+    for (int x = 0; x < kSide; ++x) pixels += image.pixel(x, y) == kWhite ? '.' : '#';
+  return pixels;
+}
+
+TEST_F(ModulePixels, ASpaceThatDoesNotBreakLooksLikeOneThatDoes) {
+  for (const bool isRich : {false, true}) {
+    EXPECT_EQ(inkOfText("a\xA0?", isRich), inkOfText("a ?", isRich));
+    EXPECT_NE(inkOfText("a\xA0?", isRich), inkOfText("a?", isRich));
+  }
+}
+
 TEST_F(ModulePixels, AnEmptyRectangleShowsNothing) {
   const Image image(kSide, kSide);
   Rectangle_Ex(image.port(), 10, 20, 0, 15, 9);

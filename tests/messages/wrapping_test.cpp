@@ -65,6 +65,7 @@ TEST(Wrapping, BreaksAtTheFirstSpaceBeyondColumn50) {
       {"a space before other punctuation does not", digits(60) + " ; b", digits(60) + "\r; b", 2},
       {"a space at the end is a break too", digits(51) + " ", digits(51) + "\r", 2},
       {"of two spaces the first is a break", digits(51) + "  b", digits(51) + "\r b", 2},
+      {"a space that does not break stays", digits(60) + "\xA0? b", digits(60) + "\xA0?\rb", 2},
       {"a tab is not a space", digits(60) + "\tb", digits(60) + "\tb", 2},
       {"without a space there is no break", digits(200), digits(200), 2},
   };
