@@ -2,11 +2,9 @@
 
 #include <QApplication>
 #include <QFontMetrics>
-#include <QPainterPath>
 #include <QStyle>
 #include <QStyleOptionFrame>
 #include <algorithm>
-#include <cmath>
 
 namespace korvel::platform::qt {
 namespace {
@@ -28,19 +26,21 @@ constexpr int kDayWidth = 20;
 constexpr int kButtonHeight = 22;
 constexpr int kCheckBoxHeight = 18;
 
-// A font's own figures are those of text without accents on capitals.
+// A font's own figures are those of text without accents on capitals. What counts are the pixels,
+// to which hinting moves the outlines, but not a faint shade beyond them.
 int overhangOf(const QFont &font) {
+  QFont sharp = font;
+  sharp.setStyleStrategy(QFont::NoAntialias);
+  const QRect ink = QFontMetrics(sharp).tightBoundingRect(QStringLiteral("ÉÀÇÎÖgjpq"));
   const QFontMetrics metrics(font);
-  QPainterPath outline;
-  outline.addText(0, 0, font, QStringLiteral("ÉÀÇÎÖgjpq"));
-  const QRectF ink = outline.boundingRect();
-  return std::max({0, static_cast<int>(std::ceil(-ink.top())) - metrics.ascent(),
-                   static_cast<int>(std::ceil(ink.bottom())) - metrics.descent()});
+  return std::max({0, -ink.top() - metrics.ascent(), ink.top() + ink.height() - metrics.descent()});
 }
 
+// A family whose lines have much air around their letters fits in a smaller size only.
 bool fits(const QFont &font) {
   const QFontMetrics metrics(font);
-  return metrics.height() + 2 * overhangOf(font) <= kFieldHeight + 2 * kFieldMargin &&
+  return metrics.height() <= kFieldHeight &&
+         metrics.height() + 2 * overhangOf(font) <= kFieldHeight + 2 * kFieldMargin &&
          metrics.horizontalAdvance("00") < kDayWidth &&
          metrics.horizontalAdvance("0000") < kYearWidth;
 }

@@ -242,7 +242,8 @@ TEST_F(QtItems, ADragSelectsTheRowUnderTheMouseAtItsEnd) {
 }
 
 TEST_F(QtItems, ARowHalfInViewStaysInPlaceBetweenTwoClicks) {
-  const int list = addList({"0", "1", "2", "3", "4", "5", "6", "7"});
+  // No whole number of rows of 14 to 18 pixels.
+  const int list = addList({"0", "1", "2", "3", "4", "5", "6", "7"}, {20, 20, 150, 73});
   int lowest = -1;
   person().with<QListView>(list, [&lowest](QListView &view) {
     const QPoint bottom(10, view.viewport()->height() - 1);
@@ -420,6 +421,21 @@ TEST_F(QtInk, TwoAndFourDigitsAreShownWholeInTheItemsOfADate) {
   dialog_->setText(year, "2888");
   EXPECT_EQ(inkOf(widget<QLineEdit>(day), Qt::magenta).size(), neededInk("28"));
   EXPECT_EQ(inkOf(widget<QLineEdit>(year), Qt::magenta).size(), neededInk("2888"));
+}
+
+TEST_F(QtInk, TwoLinesWithAccentsAndTailsAreShownWholeInTheHeightOfTwoFields) {
+  dialog_->addStaticText({20, 20, 80, 50}, std::string(kTall) + " " + kTall);
+  EXPECT_EQ(inkOf(*window()->findChild<QLabel *>(), Qt::magenta).size(),
+            neededInk(QStringLiteral("ÉÀÇgpq\nÉÀÇgpq")));
+}
+
+TEST_F(QtItems, ASpaceThatDoesNotBreakTakesTheWordBeforeItsSignAlong) {
+  const int width = window()->fontMetrics().horizontalAdvance(QStringLiteral("Ou vous")) + 2;
+  dialog_->addStaticText({20, 20, 20 + width, 80}, "Ou vous\xA0?");
+  auto *label = window()->findChild<QLabel *>();
+  const QImage shown = label->grab().toImage();
+  label->setText(QStringLiteral("Ou\nvous ?"));
+  EXPECT_EQ(shown, label->grab().toImage());
 }
 
 TEST_F(QtItems, ATitleTooLongForItsButtonIsNarrowed) {
