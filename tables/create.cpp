@@ -8,9 +8,9 @@
 #include <korvel/files.h>
 #include <korvel/tables.h>
 #include "files/handles.h"
+#include "files/lock.h"
 #include "files/paths.h"
 #include "files/replace.h"
-#include "tables/lock.h"
 #include "tables/markers.h"
 #include "tables/path.h"
 #include "tables/reader.h"
@@ -76,7 +76,7 @@ int create(const TablePath &path, const EmptyTable &table) {
 // The removal waits for whoever edits the table, who would otherwise bring it back.
 int removeTable(const TablePath &path) {
   if (!path || !exists(path)) return 0;
-  TableLock lock;
+  files::FileLock lock;
   static_cast<void>(lock.take(PosixPath(path.text).text()));
   // Kept: its own result does not count.
   MACRemove(path.text);

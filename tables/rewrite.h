@@ -13,10 +13,10 @@
 #include <initializer_list>
 #include <string_view>
 
+#include "files/lock.h"
 #include "files/paths.h"
 #include "files/replace.h"
 #include "tables/line.h"
-#include "tables/lock.h"
 #include "tables/path.h"
 #include "tables/reader.h"
 #include "tables/rebuild.h"
@@ -98,7 +98,7 @@ class TableRewrite {
   bool moveFile(const char *path);
   bool moveLink(const char *path);
 
-  TableLock lock_;
+  files::FileLock lock_;
   TableReader reader_;
   WritingHandle handle_;
   LeftOver leftOver_;

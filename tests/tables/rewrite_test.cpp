@@ -12,6 +12,7 @@
 #include <cerrno>
 #include <thread>
 
+#include "files/lock.h"
 #include "tests/tables/edits.h"
 
 namespace korvel {
@@ -520,6 +521,18 @@ TEST_F(Rewrite, AnEditThatWaitedWorksOnWhatIsThereNow) {
   EXPECT_EQ(replaceColumn(1, "x"), 1);
   replacing.join();
   EXPECT_EQ(tableText(), lines({"Autre", "a,x"}));
+}
+
+TEST_F(Rewrite, AnEditThatWaitedTooLongGivesZero) {
+  const int other = open(posixPath("actes").c_str(), O_RDWR);
+  ASSERT_EQ(flock(other, LOCK_EX), 0);
+  files::lockPatience = 50;
+  ZRV_Libelle_NC_set_ligne(6);
+  EXPECT_EQ(replaceColumn(1, "x"), 0);
+  EXPECT_EQ(files(), (Files{{"actes.tab", actes()}}));
+  files::lockPatience = 5000;
+  close(other);
+  EXPECT_EQ(replaceColumn(1, "x"), 1);
 }
 
 TEST_F(Rewrite, AnEditThatWaitedForATableThatIsGoneGivesZero) {

@@ -1,0 +1,150 @@
+#include "files/lock.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <chrono>
+#include <cstdio>
+#include <string>
+#include <thread>
+
+#include "tests/files/faults.h"
+#include "tests/files/scratch.h"
+
+namespace korvel::files {
+namespace {
+
+using test::inChild;
+
+class Lock : public testing::Test {
+ protected:
+  ~Lock() override { lockPatience = 5000; }
+
+  // A descriptor that has the lock of a file.
+  static int holding(const std::string &path) {
+    const int file = open(path.c_str(), O_RDWR | O_CLOEXEC);
+    EXPECT_EQ(flock(file, LOCK_EX | LOCK_NB), 0);
+    return file;
+  }
+
+  bool othersMayTakeIt() const {
+    return inChild([&] { return FileLock().take(path_.c_str()) ? 1 : 0; }) == 1;
+  }
+
+  const test::Scratch scratch_;
+  const std::string path_ = scratch_.file("p", "text");
+};
+
+TEST_F(Lock, KeepsOthersOutUntilItIsReleased) {
+  lockPatience = 20;
+  FileLock lock;
+  ASSERT_TRUE(lock.take(path_.c_str()));
+  EXPECT_FALSE(othersMayTakeIt());
+  lock.release();
+  EXPECT_TRUE(othersMayTakeIt());
+}
+
+TEST_F(Lock, OffersTheFile) {
+  FileLock lock;
+  EXPECT_EQ(lock.descriptor(), -1);
+  ASSERT_TRUE(lock.take(path_.c_str()));
+  char text[8] = "";
+  EXPECT_EQ(read(lock.descriptor(), text, sizeof text), 4);
+  EXPECT_STREQ(text, "text");
+  EXPECT_EQ(pwrite(lock.descriptor(), "T", 1, 0), 1);
+  EXPECT_EQ(test::content(path_), "Text");
+  lock.release();
+  EXPECT_EQ(lock.descriptor(), -1);
+}
+
+TEST_F(Lock, WaitsForWhoeverHasIt) {
+  const int other = holding(path_);
+  bool released = false;
+  std::thread releasing([&] {
+    usleep(50000);
+    released = true;
+    close(other);
+  });
+  FileLock lock;
+  EXPECT_TRUE(lock.take(path_.c_str()));
+  EXPECT_TRUE(released);
+  releasing.join();
+}
+
+TEST_F(Lock, WaitsNoLongerThanItsPatience) {
+  EXPECT_EQ(lockPatience, 5000);
+  lockPatience = 100;
+  const int other = holding(path_);
+  const auto begin = std::chrono::steady_clock::now();
+  FileLock lock;
+  EXPECT_FALSE(lock.take(path_.c_str()));
+  EXPECT_EQ(errno, ETIMEDOUT);
+  EXPECT_EQ(lock.descriptor(), -1);
+  const auto waited = std::chrono::steady_clock::now() - begin;
+  EXPECT_GE(waited, std::chrono::milliseconds(100));
+  EXPECT_LT(waited, std::chrono::milliseconds(3000));
+  close(other);
+}
+
+TEST_F(Lock, IsThatOfTheFileThatThePathLeadsToNow) {
+  const int other = holding(path_);
+  std::thread replacing([&] {
+    usleep(5000);
+    std::rename(scratch_.file("new", "other").c_str(), path_.c_str());
+    close(other);
+  });
+  FileLock lock;
+  EXPECT_TRUE(lock.take(path_.c_str()));
+  replacing.join();
+  struct stat locked;
+  struct stat now;
+  ASSERT_EQ(fstat(lock.descriptor(), &locked), 0);
+  ASSERT_EQ(stat(path_.c_str(), &now), 0);
+  EXPECT_EQ(locked.st_ino, now.st_ino);
+}
+
+TEST_F(Lock, OfAFileThatGoesMeanwhileIsMissed) {
+  const int other = holding(path_);
+  std::thread removing([&] {
+    usleep(5000);
+    unlink(path_.c_str());
+    close(other);
+  });
+  FileLock lock;
+  EXPECT_FALSE(lock.take(path_.c_str()));
+  EXPECT_EQ(errno, ENOENT);
+  removing.join();
+}
+
+TEST_F(Lock, IsForRegularFilesThatMayBeWritten) {
+  FileLock lock;
+  EXPECT_FALSE(lock.take((scratch_.path() + "/missing").c_str()));
+  EXPECT_EQ(errno, ENOENT);
+  const std::string pipe = scratch_.path() + "/pipe";
+  ASSERT_EQ(mkfifo(pipe.c_str(), 0666), 0);
+  EXPECT_FALSE(lock.take(pipe.c_str()));
+  EXPECT_EQ(errno, EINVAL);
+  chmod(scratch_.path().c_str(), 0755);
+  chmod(path_.c_str(), 0444);
+  EXPECT_EQ(inChild([&] {
+              if (geteuid() == 0 && !test::becomeNobody()) return 2;
+              return lock.take(path_.c_str()) || errno != EACCES ? 1 : 0;
+            }),
+            0);
+}
+
+TEST_F(Lock, IsFollowedThroughALink) {
+  const std::string link = scratch_.path() + "/link";
+  ASSERT_EQ(symlink("p", link.c_str()), 0);
+  lockPatience = 20;
+  FileLock lock;
+  ASSERT_TRUE(lock.take(link.c_str()));
+  EXPECT_FALSE(othersMayTakeIt());
+}
+
+}  // namespace
+}  // namespace korvel::files
