@@ -7,7 +7,6 @@
 
 #include <cerrno>
 #include <chrono>
-#include <optional>
 
 #include "files/transfer.h"
 
@@ -17,8 +16,6 @@ constinit int lockPatience = 5000;
 
 namespace {
 
-using Clock = std::chrono::steady_clock;
-
 enum class Lead { ToOurs, ToAnother, Nowhere };
 
 Lead leadOf(const char *path, const struct stat &ours) {
@@ -27,36 +24,10 @@ Lead leadOf(const char *path, const struct stat &ours) {
   return now.st_dev == ours.st_dev && now.st_ino == ours.st_ino ? Lead::ToOurs : Lead::ToAnother;
 }
 
-// The time that one taking of a lock may last.
-class Patience {
- public:
-  // Sleeps for a moment. Returns false when the time is over; errno is set.
-  bool wait() {
-    const Clock::time_point now = Clock::now();
-    if (!end_) end_ = now + std::chrono::milliseconds(lockPatience);
-    if (now >= *end_) {
-      errno = ETIMEDOUT;
-      return false;
-    }
-    // Moments of unequal length, or two who wait might keep step.
-    constexpr useconds_t kShortest = 100;
-    constexpr useconds_t kLongest = 1000;
-    const auto count = static_cast<unsigned long long>(now.time_since_epoch().count());
-    usleep(kShortest + static_cast<useconds_t>(count % (kLongest - kShortest)));
-    return true;
-  }
-
- private:
-  std::optional<Clock::time_point> end_;
-};
-
-// Shares that pass locks on may say either.
-bool isHeld(int error) { return error == EWOULDBLOCK || error == EACCES; }
-
 // Returns false when another one has the lock all the time. There is none to wait for where the
 // file system has no locks.
 bool lockWithin(Patience &patience, int file) {
-  while (retried([&] { return flock(file, LOCK_EX | LOCK_NB); }) != 0 && isHeld(errno)) {
+  while (tryLock(file) == LockTry::Held) {
     if (!patience.wait()) return false;
   }
   return true;
@@ -77,6 +48,27 @@ int openRegular(const char *path, struct stat &status) {
 }
 
 }  // namespace
+
+LockTry tryLock(int file) {
+  if (retried([&] { return flock(file, LOCK_EX | LOCK_NB); }) == 0) return LockTry::Taken;
+  // Shares that pass locks on may say either.
+  return errno == EWOULDBLOCK || errno == EACCES ? LockTry::Held : LockTry::NoLocks;
+}
+
+bool Patience::wait() {
+  const auto now = std::chrono::steady_clock::now();
+  if (!end_) end_ = now + std::chrono::milliseconds(lockPatience);
+  if (now >= *end_) {
+    errno = ETIMEDOUT;
+    return false;
+  }
+  // Moments of unequal length, or two who wait might keep step.
+  constexpr useconds_t kShortest = 100;
+  constexpr useconds_t kLongest = 1000;
+  const auto count = static_cast<unsigned long long>(now.time_since_epoch().count());
+  usleep(kShortest + static_cast<useconds_t>(count % (kLongest - kShortest)));
+  return true;
+}
 
 bool FileLock::take(const char *path) {
   Patience patience;

@@ -7,7 +7,27 @@
 #ifndef KORVEL_FILES_LOCK_H
 #define KORVEL_FILES_LOCK_H
 
+#include <chrono>
+#include <optional>
+
 namespace korvel::files {
+
+// The longest wait for a lock, in milliseconds. A variable for tests.
+extern int lockPatience;
+
+// What one try for the lock of an open file comes to. The lock lasts until the file is closed.
+enum class LockTry { Taken, Held, NoLocks };
+LockTry tryLock(int file);
+
+// The time that one wait may last: lockPatience, from the first moment that is waited on.
+class Patience {
+ public:
+  // Sleeps for a moment. Returns false when the time is over; errno is ETIMEDOUT then.
+  bool wait();
+
+ private:
+  std::optional<std::chrono::steady_clock::time_point> end_;
+};
 
 class FileLock {
  public:
@@ -31,9 +51,6 @@ class FileLock {
  private:
   int file_ = -1;
 };
-
-// Milliseconds. A variable for tests.
-extern int lockPatience;
 
 }  // namespace korvel::files
 

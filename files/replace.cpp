@@ -7,9 +7,7 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <atomic>
 #include <cerrno>
-#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -17,6 +15,7 @@
 #include <memory>
 #include <new>
 
+#include "files/lock.h"
 #include "files/transfer.h"
 
 namespace korvel::files {
@@ -29,8 +28,8 @@ namespace {
 constexpr mode_t kOpenToAll = 0777;
 constexpr mode_t kPermissions = 0777;
 constexpr mode_t kPermissionsAndSetId = 07777;
-constexpr int kMaxLinks = 40;         // as many as the kernel follows
-constexpr int kNamingAttempts = 100;  // against others who take the same name
+constexpr int kMaxLinks = 40;  // as many as the kernel follows
+constexpr int kNames = 8;      // of temporaries in one folder
 constexpr const char *kDescriptors = "/proc/self/fd";
 constexpr const char *kAccessList = "system.posix_acl_access";
 
@@ -81,34 +80,40 @@ bool followLink(char (&path)[PATH_MAX]) {
   return true;
 }
 
-std::uint64_t hashed(const char *text) {  // FNV-1a
-  std::uint64_t hash = 0xCBF29CE484222325u;
-  for (; *text != '\0'; ++text) {
-    hash ^= static_cast<unsigned char>(*text);
-    hash *= 0x100000001B3u;
-  }
-  return hash;
+template <std::size_t size>
+void nameTemporary(int number, char (&name)[size]) {
+  std::snprintf(name, size, ".korvel-%d", number);
 }
 
-// The name that every process gives first to a nameless temporary of the file `name`, so that what
-// a kill left there is found, and removed, by a later replacement.
-void sharedName(const char *name, char (&out)[NAME_MAX]) {
-  std::snprintf(out, sizeof out, ".korvel-%016llx", static_cast<unsigned long long>(hashed(name)));
+bool leadsTo(int folder, const char *name, int file) {
+  struct stat named;
+  struct stat own;
+  return fstatat(folder, name, &named, AT_SYMLINK_NOFOLLOW) == 0 && fstat(file, &own) == 0 &&
+         named.st_dev == own.st_dev && named.st_ino == own.st_ino;
 }
 
-// A name that no other temporary of a live process has.
-void ownName(const char *name, char (&out)[NAME_MAX]) {
-  static constinit std::atomic<unsigned> counter = 0;
-  std::snprintf(out, sizeof out, ".korvel-%016llx-%ld-%u",
-                static_cast<unsigned long long>(hashed(name)), static_cast<long>(getpid()),
-                counter.fetch_add(1));
-}
-
-// A temporary bears its name for an instant only, unless its process was killed in it.
-bool isAbandoned(int folder, const char *name) {
+bool isOld(int folder, const char *name) {
   struct stat status;
   return fstatat(folder, name, &status, AT_SYMLINK_NOFOLLOW) == 0 &&
          time(nullptr) - status.st_ctime >= abandonedAfter;
+}
+
+// `file`: the temporary if it could be opened, else -1. One that gets locked here stays so until it
+// is closed: nobody else removes it and gives its name to another one meanwhile.
+bool isAbandoned(int folder, const char *name, int file) {
+  const LockTry tried = file < 0 ? LockTry::NoLocks : tryLock(file);
+  if (tried == LockTry::NoLocks) return isOld(folder, name);
+  return tried == LockTry::Taken && leadsTo(folder, name, file);
+}
+
+// Locks that go over a network want a descriptor for writing.
+void removeIfAbandoned(int folder, const char *name) {
+  int file = retried([&] {
+    return openat(folder, name, O_RDWR | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
+  });
+  if (file < 0 && errno == ENOENT) return;
+  if (isAbandoned(folder, name, file)) unlinkat(folder, name, 0);
+  closeIfOpen(file);
 }
 
 // Advances the vectors by the bytes that were written.
@@ -307,14 +312,26 @@ bool Replacement::openOld(IfMissing ifMissing) {
   return fstat(old_, &oldStatus_) == 0 && S_ISREG(oldStatus_.st_mode);
 }
 
+// Removes what kills left in the folder.
+void Replacement::sweep() const {
+  char name[sizeof temporary_];
+  for (int number = 0; number < kNames; ++number) {
+    nameTemporary(number, name);
+    removeIfAbandoned(folder_, name);
+  }
+}
+
 bool Replacement::openTemporary() {
+  sweep();
   // A nameless file gets its name through the list of descriptors.
   if (access(kDescriptors, X_OK) != 0) return openNamed();
   place_ = Place::Unnamed;
   if (!faulty(ReplaceStep::Temporary)) {
     content_ = retried([&] { return openat(folder_, ".", O_TMPFILE | O_RDWR | O_CLOEXEC, 0600); });
   }
-  return content_ >= 0 || (hasNoUnnamedFiles(errno) && openNamed());
+  if (content_ < 0) return hasNoUnnamedFiles(errno) && openNamed();
+  tryLock(content_);
+  return true;
 }
 
 bool Replacement::openNamed() {
@@ -322,22 +339,28 @@ bool Replacement::openNamed() {
   return takeName([this] {
     content_ = retried(
         [&] { return openat(folder_, temporary_, O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0600); });
-    return content_ >= 0;
+    if (content_ < 0) return false;
+    // Somebody may have found it before it was locked.
+    if (tryLock(content_) != LockTry::Held && leadsTo(folder_, temporary_, content_)) return true;
+    closeIfOpen(content_);
+    errno = EEXIST;
+    return false;
   });
 }
 
-// Sets temporary_ to a name under which make() succeeds; it fails with EEXIST for one in use. The
-// name that all share comes first, so that what a kill leaves is found later.
+// Sets temporary_ to a name under which make() succeeds; it fails with EEXIST for one in use.
 template <typename Make>
 bool Replacement::takeName(Make make) {
-  sharedName(name_, temporary_);
-  for (int attempt = 0; attempt < kNamingAttempts; ++attempt) {
-    if (make()) return true;
-    if (errno != EEXIST) break;
-    if (!isAbandoned(folder_, temporary_) || unlinkat(folder_, temporary_, 0) != 0)
-      ownName(name_, temporary_);
-  }
-  temporary_[0] = '\0';
+  Patience patience;
+  do {
+    for (int number = 0; number < kNames; ++number) {
+      nameTemporary(number, temporary_);
+      if (make()) return true;
+      temporary_[0] = '\0';
+      if (errno != EEXIST) return false;
+    }
+    sweep();
+  } while (patience.wait());
   return false;
 }
 
@@ -376,11 +399,7 @@ bool Replacement::commit() {
 }
 
 bool Replacement::commitAs(const char *path) {
-  bool done = content_ >= 0 && !failed_ && place_ != Place::Aside && settle();
-  if (done) {
-    done = !faulty(ReplaceStep::Link) &&
-           (place_ == Place::Unnamed ? linkedAs(AT_FDCWD, path) : renamedAs(path));
-  }
+  const bool done = appearAs(AT_FDCWD, path);
   const int error = errno;
   if (done) {
     int folder = openFolderOf(path);
@@ -390,6 +409,25 @@ bool Replacement::commitAs(const char *path) {
   discard();
   errno = error;
   return done;
+}
+
+bool Replacement::commitNew() {
+  errno = EEXIST;
+  const bool done = old_ < 0 && appearAs(folder_, name_);
+  const int error = errno;
+  if (done && rules_.folderSync) syncFolder(folder_, content_);
+  discard();
+  errno = error;
+  return done;
+}
+
+bool Replacement::appearAs(int folder, const char *name) {
+  if (content_ < 0 || failed_ || place_ == Place::Aside) {
+    errno = EINVAL;
+    return false;
+  }
+  if (!settle() || faulty(ReplaceStep::Link)) return false;
+  return place_ == Place::Unnamed ? linkedAs(folder, name) : renamedAs(folder, name);
 }
 
 // Makes the content what is to bear a name.
@@ -407,14 +445,10 @@ bool Replacement::exchange() {
   return true;
 }
 
-// A process that stood still for a minute may find its temporary taken for abandoned, and its name
-// with another one.
+// Where no lock can tell, a process that stood still for a minute may find its temporary taken for
+// abandoned, and its name with another one.
 bool Replacement::stillNamed() {
-  struct stat named;
-  struct stat own;
-  if (fstatat(folder_, temporary_, &named, AT_SYMLINK_NOFOLLOW) == 0 &&
-      fstat(content_, &own) == 0 && named.st_ino == own.st_ino)
-    return true;
+  if (leadsTo(folder_, temporary_, content_)) return true;
   temporary_[0] = '\0';
   errno = ENOENT;
   return false;
@@ -430,14 +464,17 @@ bool Replacement::linkedAs(int folder, const char *name) {
   return linkat(AT_FDCWD, descriptor, folder, name, AT_SYMLINK_FOLLOW) == 0;
 }
 
-// A file system that cannot rename without replacing has no way but to look first.
-bool Replacement::renamedAs(const char *path) {
+// A file system that cannot rename without replacing may have links, which never replace; the
+// temporary's own name then goes with discard(). One that has neither leaves nothing but to look
+// first.
+bool Replacement::renamedAs(int folder, const char *name) {
   if (!stillNamed()) return false;
-  int result = renameat2(folder_, temporary_, AT_FDCWD, path, RENAME_NOREPLACE);
+  int result = renameat2(folder_, temporary_, folder, name, RENAME_NOREPLACE);
   if (result != 0 && (errno == EINVAL || errno == ENOSYS)) {
+    if (linkat(folder_, temporary_, folder, name, 0) == 0) return true;
     struct stat status;
-    if (lstat(path, &status) == 0) errno = EEXIST;
-    if (errno == ENOENT) result = renameat(folder_, temporary_, AT_FDCWD, path);
+    if (fstatat(folder, name, &status, AT_SYMLINK_NOFOLLOW) == 0) errno = EEXIST;
+    if (errno == ENOENT) result = renameat(folder_, temporary_, folder, name);
   }
   if (result == 0) temporary_[0] = '\0';
   return result == 0;

@@ -6,8 +6,8 @@
 //  1. Open      A symbolic link is followed to the file it stands for, so the link itself stays.
 //               The file must be a regular one that this process may write; nothing is changed
 //               where it is not, even if the folder would let the file be exchanged.
-//  2. Temporary A nameless file in the same folder; where the file system has none, one named
-//               ".korvel-" and more, readable by its owner only until step 4.
+//  2. Temporary A nameless file in the same folder; where the file system has none, one that has
+//               its name from the start, readable by its owner only until step 4.
 //  3. Write     The new content goes there. A write that falls short fails the replacement.
 //  4. Adopt     Owner, group, access list, extended attributes and mode are taken over from the
 //               old file, as far as this process may give them. A group or an access list that
@@ -19,12 +19,20 @@
 //  8. Folder    The folder reaches the disk, so that the new content outlives a loss of power. A
 //               caller may do without.
 //
-// commitAs() ends otherwise: the temporary gets its own, new name instead of steps 6 and 7, and the
-// old file stays.
+// commitAs() and commitNew() end otherwise: the temporary gets a name that nothing bears, instead
+// of steps 6 and 7.
 //
-// Until step 7 the old file is untouched and a failure removes the temporary. A kill leaves no
-// temporary behind if it is nameless, but for the instant between steps 6 and 7; what a kill did
-// leave is removed by a replacement of the same file a minute later or more.
+// Until step 7 the old file is untouched and a failure removes the temporary. A kill leaves none
+// behind if it is nameless, but for the instant between steps 6 and 7. What it did leave, the next
+// replacement of whatever file in that folder removes:
+//
+//  - The names are ".korvel-0" to ".korvel-7", so eight looks find all there can be, and a folder
+//    of thousands of files is never read. Who finds all eight in use waits for one, as for a lock.
+//  - Whoever writes a temporary has it locked. One that is not locked is left over, even when a new
+//    process bears the number of the old one, after a restart, and on another machine of a share
+//    that passes locks on.
+//  - Where no lock can tell (the file system has none, or the temporary may not be opened) it is
+//    left over when it did not change for a minute (abandonedAfter).
 //
 // Only where the folder does not admit the exchange (it is not writable, or sticky and the file
 // someone else's, or the file is a mount point) is the file overwritten in place, unless the caller
@@ -90,6 +98,10 @@ class Replacement {
   // disk, and the file stays as it is. On false, errno is EEXIST when something bears the path.
   bool commitAs(const char *path);
 
+  // As commit(), for a file that begin() found missing, but never takes the place of another one.
+  // On false, errno is EEXIST when somebody else has made the file meanwhile.
+  bool commitNew();
+
   // Ends the replacement and leaves the file as it was.
   void discard();
 
@@ -99,6 +111,7 @@ class Replacement {
   bool findFile(const char *path, IfMissing ifMissing);
   bool openFolder();
   bool openOld(IfMissing ifMissing);
+  void sweep() const;
   bool openTemporary();
   bool openNamed();
   bool openAside();
@@ -107,8 +120,9 @@ class Replacement {
   template <typename Make>
   bool takeName(Make make);
   bool giveName();
+  bool appearAs(int folder, const char *name);
   bool linkedAs(int folder, const char *name);
-  bool renamedAs(const char *path);
+  bool renamedAs(int folder, const char *name);
   bool exchange();
   bool mayOverwrite() const;
   bool overwrite();
@@ -121,9 +135,9 @@ class Replacement {
   int old_ = -1;      // the file, open for writing and if possible reading; -1: to be created
   int content_ = -1;  // what is being written
   struct stat oldStatus_ = {};
-  char path_[PATH_MAX] = {};       // of the file itself, no symbolic link
-  const char *name_ = nullptr;     // its last component, in path_
-  char temporary_[NAME_MAX] = {};  // name of a named temporary, else ""
+  char path_[PATH_MAX] = {};    // of the file itself, no symbolic link
+  const char *name_ = nullptr;  // its last component, in path_
+  char temporary_[16] = {};     // name of a named temporary, else ""
 };
 
 // Replaces a file's content by the pieces. Result as Replacement::commit().
@@ -137,7 +151,8 @@ enum class ReplaceStep { Open, Temporary, Write, Adopt, Sync, Link, Rename, Fold
 using ReplaceFault = int (*)(ReplaceStep step);
 extern ReplaceFault replaceFault;
 
-// Age in seconds from which a temporary with a name counts as left by a kill. A variable for tests.
+// Seconds without a change after which a temporary counts as left by a kill where no lock can tell.
+// A variable for tests.
 extern int abandonedAfter;
 
 }  // namespace korvel::files
