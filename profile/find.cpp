@@ -68,7 +68,7 @@ std::optional<Characters> findValue(std::string_view text, std::string_view sect
     const KeySearch search = findKey(whole, header->next, key, kReadLine);
     if (search.end == KeySearch::EndOfText) break;
     if (search.end == KeySearch::Found) {
-      Characters characters(search.line, kReadLine);
+      Characters characters(search.line, search.line.size());
       takeKey(characters, key);
       return characters;
     }

@@ -11,7 +11,8 @@
 
 namespace korvel::profile {
 
-// How many characters of a line count when a value is read, and when a file is rewritten.
+// How many characters of a line count when a value is looked for, and when a file is rewritten. The
+// value itself is read to its end.
 inline constexpr std::size_t kReadLine = 1023;
 inline constexpr std::size_t kRewriteLine = 16383;
 
@@ -32,6 +33,8 @@ struct Line {
   const char *begin;
   const char *end;   // its carriage return, or the end of the text
   const char *next;  // where the next line begins: behind a line feed that follows at once
+
+  std::size_t size() const { return static_cast<std::size_t>(end - begin); }
 };
 
 // The line that begins at `begin`.

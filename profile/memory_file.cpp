@@ -45,24 +45,27 @@ bool InputFile::openAt(const char *posixPath) {
   return descriptor_ >= 0;
 }
 
-MemoryFile::MemoryFile(off_t size) : handle_(MFil_Open("", 1, asInt(size))) {}
+MemoryFile::MemoryFile(off_t size) {
+  errno = 0;
+  handle_ = MFil_Open("", 1, asInt(size));
+  isWithoutMemory_ = !isOpen() && errno == ENOMEM;
+}
 
 MemoryFile::~MemoryFile() {
   if (isOpen()) MFil_Close(handle_);
 }
 
-bool MemoryFile::load(const InputFile &file) {
-  if (file.size() >= INT_MAX) return false;
+bool MemoryFile::load(int descriptor, off_t size) {
+  if (size >= INT_MAX) return false;
   MFilSlot &slot = DATA_MFIL_TAB[handle_];
-  const ssize_t got =
-      readSome(file.descriptor(), slot.block, static_cast<std::size_t>(slot.capacity));
+  const ssize_t got = readSome(descriptor, slot.block, static_cast<std::size_t>(slot.capacity));
   if (got < 0) return false;
   slot.size = slot.position = static_cast<int>(got);
-  if (got == file.size() && got < slot.capacity) return true;
+  if (got == size && got < slot.capacity) return true;
   // The file is no longer what it was when it was opened, or does not tell its size.
   char piece[16384];
   for (;;) {
-    const ssize_t more = readSome(file.descriptor(), piece, sizeof piece);
+    const ssize_t more = readSome(descriptor, piece, sizeof piece);
     if (more <= 0) return more == 0;
     if (MFil_Write(handle_, piece, static_cast<int>(more)) != more) return false;
   }

@@ -39,12 +39,15 @@ class MemoryFile {
   MemoryFile(const MemoryFile &) = delete;
   MemoryFile &operator=(const MemoryFile &) = delete;
 
-  // False when no memory file was free. Nothing else may be called then.
+  // False when no memory file was free or there was no memory for it. Nothing else may be called
+  // then.
   bool isOpen() const { return handle_ >= 0; }
+  // True when it is memory that was missing.
+  bool isWithoutMemory() const { return isWithoutMemory_; }
 
-  // Takes the whole content of a file; an empty memory file only. False when it does not fit into
-  // memory or cannot be read.
-  bool load(const InputFile &file);
+  // Takes the whole content of an open file of about this size; an empty memory file only. False
+  // when it does not fit into memory or cannot be read.
+  bool load(int descriptor, off_t size);
 
   // Appends; false when there is no memory.
   bool append(std::string_view piece);
@@ -54,6 +57,7 @@ class MemoryFile {
 
  private:
   int handle_;
+  bool isWithoutMemory_;
 };
 
 }  // namespace korvel::profile

@@ -1,4 +1,9 @@
 // Profiles read and written through memory files.
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
 #include <cstddef>
 #include <cstring>
 #include <optional>
@@ -7,6 +12,7 @@
 #include <korvel/codecs.h>
 #include <korvel/files.h>
 #include <korvel/profile.h>
+#include "files/lock.h"
 #include "files/paths.h"
 #include "files/replace.h"
 #include "profile/find.h"
@@ -53,14 +59,14 @@ void readValue(const char *section, const char *key, const char *path, Destinati
   if (!file.open(path)) return;
   // One byte more shows that the file has come to its end.
   MemoryFile memory(file.size() + 1);
-  if (!memory.isOpen() || !memory.load(file)) return;
+  if (!memory.isOpen() || !memory.load(file.descriptor(), file.size())) return;
   if (const auto value = findValue(memory.bytes(), section, key)) destination.set(*value);
 }
 
-// A profile is never overwritten in place, which a kill might interrupt. Its new content is on the
-// disk before its name leads there, so that a loss of power leaves one of the two contents whole;
-// waiting until it is certain to be the new one would double the time that the application waits.
-constexpr files::ReplaceRules kRules = {.inPlace = false, .folderSync = false};
+// A new content is on the disk before its name leads there, so that a loss of power leaves one of
+// the two contents whole; waiting until it is certain to be the new one would double the time that
+// the application waits.
+constexpr files::ReplaceRules kRules = {.folderSync = false};
 
 // Hands a new content on to the file: large pieces as they are, small ones gathered in a memory
 // file.
@@ -97,28 +103,69 @@ class FileOutput final : public Output {
   bool whole_ = true;
 };
 
-// Puts in the place of a file what `rewrite` makes of its content.
-template <typename Rewrite>
-int rewriteFile(const char *path, Rewrite rewrite) {
-  using files::IfMissing;
-  const files::PosixPath posixPath(path);
-  InputFile file;
-  const bool missing = File_Is_Existing(path) == 0;
-  // Kept: a file that cannot be read counts as done, and so does a lack of memory files.
-  if (!missing && !file.open(path)) return kDone;
-  MemoryFile gathered(FileOutput::kGathered);
-  if (!gathered.isOpen()) {
-    const bool created =
-        !missing || files::replaceFile(posixPath.text(), {}, IfMissing::Create, kRules);
-    return created ? kDone : kFailed;
-  }
-  MemoryFile input(file.size() + 1);
-  if (!input.isOpen() || !(missing || input.load(file))) return kFailed;
+enum class Outcome { Done, Failed, MadeByAnother };
+
+Outcome outcomeOf(bool done) { return done ? Outcome::Done : Outcome::Failed; }
+
+// A file that was missing comes into being at once with its content, and takes nobody's place.
+Outcome create(files::Replacement &replacement) {
+  if (replacement.commitNew()) return Outcome::Done;
+  return errno == EEXIST ? Outcome::MadeByAnother : Outcome::Failed;
+}
+
+Outcome createEmpty(const char *path) {
   files::Replacement replacement;
-  if (!replacement.begin(posixPath.text(), IfMissing::Create, kRules)) return kFailed;
+  if (!replacement.begin(path, files::IfMissing::Create, kRules)) return Outcome::Failed;
+  return outcomeOf(create(replacement) != Outcome::Failed);
+}
+
+// A file that is there.
+bool isUnreadable(const char *path) {
+  struct stat status;
+  return stat(path, &status) == 0 && faccessat(AT_FDCWD, path, R_OK, AT_EACCESS) != 0 &&
+         errno == EACCES;
+}
+
+// Puts what `rewrite` makes of the content of a file in its place. The file: open, or -1 for a
+// missing one.
+template <typename Rewrite>
+Outcome rewriteOpen(const char *path, int file, Rewrite rewrite) {
+  const bool missing = file < 0;
+  struct stat status = {};
+  if (!missing && fstat(file, &status) != 0) return Outcome::Failed;
+  MemoryFile gathered(FileOutput::kGathered);
+  if (gathered.isWithoutMemory()) return Outcome::Failed;
+  // Kept: a lack of memory files counts as done.
+  if (!gathered.isOpen()) return missing ? createEmpty(path) : Outcome::Done;
+  MemoryFile input(status.st_size + 1);
+  if (!input.isOpen() || !(missing || input.load(file, status.st_size))) return Outcome::Failed;
+  files::Replacement replacement;
+  if (!replacement.begin(path, files::IfMissing::Create, kRules)) return Outcome::Failed;
   FileOutput output(replacement, gathered);
   rewrite(input.bytes(), output);
-  return output.finish() && replacement.commit() ? kDone : kFailed;
+  if (!output.finish()) return Outcome::Failed;
+  return missing ? create(replacement) : outcomeOf(replacement.commit());
+}
+
+// The same for the file at a path, one process after another.
+template <typename Rewrite>
+Outcome rewriteLocked(const char *path, Rewrite rewrite) {
+  files::FileLock lock;
+  if (lock.take(path)) return rewriteOpen(path, lock.descriptor(), rewrite);
+  if (errno == ENOENT) return rewriteOpen(path, -1, rewrite);
+  // Kept: what cannot be read counts as done.
+  const bool isNoFile = errno == EINVAL;
+  return outcomeOf(isNoFile || (errno == EACCES && isUnreadable(path)));
+}
+
+template <typename Rewrite>
+int rewriteFile(const char *path, Rewrite rewrite) {
+  constexpr int kAttempts = 100;  // against others who make the file and remove it again
+  const files::PosixPath posixPath(path);
+  Outcome outcome = Outcome::MadeByAnother;
+  for (int i = 0; i < kAttempts && outcome == Outcome::MadeByAnother; ++i)
+    outcome = rewriteLocked(posixPath.text(), rewrite);
+  return outcome == Outcome::Done ? kDone : kFailed;
 }
 
 int writeKey(std::string_view section, std::string_view key, Text value, const char *path) {

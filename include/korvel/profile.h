@@ -11,8 +11,11 @@
    count. Any "[" in a section, not only at the beginning of a line, ends it, unless it stands in
    the value that is looked for. There are no comments.
 
-   When a value is read, only the first 1023 characters of a line count; when a file is rewritten,
-   lines are cut at 16383 characters. Every line written ends with "\r\n".
+   When a value is looked for, only the first 1023 characters of a line count: a name or key that
+   ends behind them is not found, a "[" behind them ends nothing. The value that is found is read to
+   the end of its line. When a file is rewritten, lines are cut at 16383 characters, so that a key,
+   its "=" and its value keep their bytes if they are no more than that together. Every line written
+   ends with "\r\n".
 
    path is a colon path (files.h). Each call reads the file anew and needs memory files for its
    duration (files.h, DATA_MFIL_TAB): one to read, two to write. */
@@ -50,13 +53,21 @@ KORVEL_API int GetPrivateProfileInt(const char *section, const char *key, int de
    The first line with the key is replaced; further ones stay. A new key goes behind the last line
    of its section that is not empty; a new section to the end of the file, behind an empty line if
    the file has content. Empty lines are kept; those at the end of the file stay there.
-   A missing file is created, readable and writable by all. The file is replaced as a whole: at any
-   moment, also after a kill or a loss of power, it has its old content or the new one. A symbolic
-   link stays and its file is replaced; owner and mode are kept.
-   Returns 1. Returns 0 when section is null, and with nothing changed when file or folder cannot be
-   written, the disk is full, or there is no memory (or memory file for the old content).
-   Returns 1 with nothing written when an existing file cannot be read, and when no memory file is
-   free; a missing file is then created empty. */
+   A missing file is created, readable and writable by all; behind a symbolic link that leads to
+   nothing its target is. The file is replaced as a whole: at any moment, also after a kill or a
+   loss of power, it has its old content or the new one. A symbolic link stays and its file is
+   replaced; owner and mode are kept.
+   Where the folder does not admit that (it may not be written, or it is sticky and the file someone
+   else's, or the file is a mount point) the file is overwritten instead: what it grows by comes
+   first, and a full disk leaves the old content, but a kill or a loss of power meanwhile may leave
+   a mixture, and so may be what is read meanwhile.
+   Several processes that write one file do so one after another and lose nothing of each other; a
+   program that writes it by other means may lose what it writes at the same time.
+   Returns 1. Returns 0 when section is null, and with nothing changed when the file cannot be opened
+   for writing (not even to create it), the disk is full, there is no memory (or memory file for the
+   old content), or another process holds the file (flock) for more than 5 seconds.
+   Returns 1 with nothing written when the file is there but may not be read, or is a pipe or a
+   device, and when no memory file is free; a missing file is then created empty. */
 KORVEL_API int WritePrivateProfileString(const char *section, const char *key, const char *value,
                                          const char *path);
 

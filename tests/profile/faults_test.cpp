@@ -1,24 +1,68 @@
 // What a disk, a kill or missing rights leave of a profile: the old one or the new one, whole.
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/file.h>
 #include <sys/mount.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <csignal>
+#include <cstdarg>
+#include <cstdlib>
+#include <cstring>
 #include <filesystem>
 #include <functional>
 #include <optional>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include <korvel/profile.h>
+#include "files/lock.h"
 #include "files/replace.h"
 #include "tests/files/volumes.h"
 #include "tests/profile/files_in_memory.h"
 #include "tests/profile/literal_profile.h"
 #include "tests/profile/processes.h"
+#include "tests/support/sanitizer.h"
+
+namespace {
+
+// The errors that the next openings of a path, and looks at one, give; 0 for what is so.
+int pathError = 0;
+int lookError = 0;
+
+bool fails(int error) {
+  if (error != 0) errno = error;
+  return error != 0;
+}
+
+}  // namespace
+
+// Every opening of a path by this program comes here, and every look at one.
+extern "C" int open(const char *path, int flags, ...) {
+  mode_t mode = 0;
+  if ((flags & O_CREAT) != 0) {
+    va_list rest;
+    va_start(rest, flags);
+    mode = va_arg(rest, mode_t);
+    va_end(rest);
+  }
+  if (fails(pathError)) return -1;
+  return static_cast<int>(syscall(SYS_openat, AT_FDCWD, path, flags, mode));
+}
+extern "C" int stat(const char *path, struct stat *status) {
+  if (fails(lookError)) return -1;
+  return static_cast<int>(syscall(SYS_newfstatat, AT_FDCWD, path, status, 0));
+}
+extern "C" int lstat(const char *path, struct stat *status) {
+  if (fails(lookError)) return -1;
+  return static_cast<int>(syscall(SYS_newfstatat, AT_FDCWD, path, status, AT_SYMLINK_NOFOLLOW));
+}
 
 namespace {
 
@@ -78,9 +122,10 @@ int killEverywhere(const Writer &writer, const std::optional<std::string> &old, 
     const auto now = fileContent(target);
     EXPECT_TRUE(now == old || now == changed) << writer.name << ", stop " << kills + 1;
     if (now == old) ++foundOld;
-    // Nothing that the kill left behind stands in the way.
+    // Nothing that the kill left behind stands in the way, or stays.
     EXPECT_EQ(writer.write(), 1) << writer.name << ", stop " << kills + 1;
     EXPECT_EQ(content(target), writer.result(now.value_or(""))) << writer.name;
+    EXPECT_EQ(entries(volumes.folder()).size(), throughLink ? 2u : 1u) << writer.name;
   }
   EXPECT_EQ(fileContent(target), changed) << writer.name;
   // Both were seen: the kills did fall on either side of the change.
@@ -100,6 +145,16 @@ TEST(Kill, AtEverySystemCallLeavesTheOldProfileOrTheNew) {
   }
   EXPECT_GE(kills, 300);
   RecordProperty("kills", kills);
+}
+
+TEST(Kill, AlsoWhereTemporariesHaveNames) {
+  korvel::test::FilesInMemory inMemory;
+  korvel::files::replaceFault = [](korvel::files::ReplaceStep step) {
+    return step == korvel::files::ReplaceStep::Temporary ? EOPNOTSUPP : 0;
+  };
+  for (const auto &old : {std::optional(profileOf(3)), std::optional<std::string>()})
+    killEverywhere(kWriters[0], old, false);
+  korvel::files::replaceFault = nullptr;
 }
 
 TEST(FullDisk, FileSizeLimitLeavesTheOldProfile) {
@@ -182,6 +237,7 @@ class Rights : public testing::Test {
   }
   void expectRefusal() {
     for (const Writer &writer : kWriters) EXPECT_EQ(inChildOfAUser(writer.write), 0) << writer.name;
+    chmod(volumes_.folder().c_str(), 0777);
     EXPECT_EQ(content(volumes_.posix("p.ini")), kOld);
     EXPECT_EQ(entries(volumes_.folder()), std::vector<std::string>{"p.ini"});
   }
@@ -195,8 +251,8 @@ TEST_F(Rights, ReadOnlyFileIsLeftAlone) {
   expectRefusal();
 }
 
-TEST_F(Rights, FileInAReadOnlyFolderIsLeftAlone) {
-  give(0555, 0666);
+TEST_F(Rights, FileInAFolderThatMayNotBeSearchedIsLeftAlone) {
+  give(0666, 0666);
   expectRefusal();
 }
 
@@ -216,6 +272,275 @@ TEST_F(Rights, FileAndFolderOpenToAllAreWritten) {
   give(0777, 0666);
   EXPECT_EQ(inChildOfAUser(kWriters[0].write), 1);
   EXPECT_EQ(content(volumes_.posix("p.ini")), "[Main]\r\nkey1=new\r\n");
+}
+
+// A profile that may be written in a folder that does not admit another file in its place.
+class InPlace : public Rights {
+ protected:
+  ~InPlace() override { korvel::files::replaceFault = nullptr; }
+
+  void expectOverwriting(const std::function<int(const std::function<int()> &)> &run) {
+    struct stat before = {};
+    struct stat after = {};
+    stat(volumes_.posix("p.ini").c_str(), &before);
+    for (const Writer &writer : kWriters) {
+      const std::string old = content(volumes_.posix("p.ini"));
+      EXPECT_EQ(run(writer.write), 1) << writer.name;
+      EXPECT_EQ(content(volumes_.posix("p.ini")), writer.result(old)) << writer.name;
+    }
+    stat(volumes_.posix("p.ini").c_str(), &after);
+    EXPECT_EQ(before.st_ino, after.st_ino);
+    EXPECT_EQ(entries(volumes_.folder()), std::vector<std::string>{"p.ini"});
+  }
+};
+
+TEST_F(InPlace, InAReadOnlyFolder) {
+  give(0555, 0666);
+  expectOverwriting(inChildOfAUser);
+}
+
+TEST_F(InPlace, InAStickyFolderASomeoneElsesFile) {
+  if (geteuid() != 0) GTEST_SKIP() << "needs a second user";
+  give(01777, 0666);
+  expectOverwriting(inChildOfAUser);
+}
+
+TEST_F(InPlace, WhereAnotherFileIsMounted) {
+  const std::string file = volumes_.posix("p.ini");
+  if (mount(file.c_str(), file.c_str(), nullptr, MS_BIND, nullptr) != 0)
+    GTEST_SKIP() << "may not mount";
+  expectOverwriting(inChild);
+  EXPECT_EQ(umount2(file.c_str(), MNT_DETACH), 0);
+}
+
+TEST_F(InPlace, AFullDiskLeavesTheOldProfile) {
+  const std::string disk = volumes_.folder();
+  if (mount("none", disk.c_str(), "tmpfs", 0, "size=65536,mode=0777") != 0)
+    GTEST_SKIP() << "may not mount a small disk";
+  const std::string old = profileOf(1000);
+  volumes_.file("p.ini", old);
+  volumes_.file("ballast", std::string(32768, 'b'));
+  give(0555, 0666);
+  const std::string more(40000, 'v');
+  EXPECT_EQ(inChildOfAUser([&] { return WritePrivateProfileSection("More", more.c_str(), kPath); }),
+            0);
+  EXPECT_TRUE(content(volumes_.posix("p.ini")) == old);
+  for (const Writer &writer : kWriters) {
+    const std::string before = content(volumes_.posix("p.ini"));
+    EXPECT_EQ(inChildOfAUser(writer.write), 1) << writer.name;
+    EXPECT_TRUE(content(volumes_.posix("p.ini")) == writer.result(before)) << writer.name;
+  }
+  EXPECT_EQ(umount2(disk.c_str(), MNT_DETACH), 0);
+}
+
+int overwritings;
+
+TEST_F(InPlace, AFaultInTheMidstOfTheOverwritingLeavesTheOldProfile) {
+  const std::string old = profileOf(60000);
+  give(0555, 0666);
+  volumes_.file("p.ini", old);
+  for (int nth = 1; nth <= 4; ++nth) {
+    overwritings = nth;
+    korvel::files::replaceFault = [](korvel::files::ReplaceStep step) {
+      return step == korvel::files::ReplaceStep::Overwrite && --overwritings == 0 ? ENOSPC : 0;
+    };
+    for (const Writer &writer : {kWriters[0], kWriters[1]}) {
+      EXPECT_EQ(inChildOfAUser(writer.write), 0) << writer.name << ' ' << nth;
+      EXPECT_TRUE(content(volumes_.posix("p.ini")) == old) << writer.name << ' ' << nth;
+    }
+  }
+}
+
+// --- What is no missing file -------------------------------------------------------------------
+
+class Errors : public Rights {
+ protected:
+  ~Errors() override { pathError = 0; }
+};
+
+// Only an answer that there is no such file makes a profile a missing one.
+TEST_F(Errors, AtOpeningGiveZeroAndLeaveTheProfile) {
+  for (const int error : {EACCES, EIO, EMFILE, ENFILE, ENOMEM, ELOOP, ENOTDIR, EPERM, EROFS,
+                          ENAMETOOLONG, ESTALE, ETXTBSY}) {
+    for (const Writer &writer : kWriters) {
+      pathError = error;
+      EXPECT_EQ(writer.write(), 0) << writer.name << ": " << strerror(error);
+      pathError = 0;
+      EXPECT_EQ(content(volumes_.posix("p.ini")), kOld) << writer.name << ": " << strerror(error);
+      EXPECT_EQ(entries(volumes_.folder()), std::vector<std::string>{"p.ini"});
+    }
+  }
+}
+
+TEST_F(Errors, AtALookGiveZeroAndLeaveTheProfile) {
+  for (const int error : {EIO, ENOMEM, ESTALE, EACCES}) {
+    for (const Writer &writer : kWriters) {
+      lookError = error;
+      const int result = writer.write();
+      lookError = 0;
+      EXPECT_EQ(result, 0) << writer.name << ": " << strerror(error);
+      EXPECT_EQ(content(volumes_.posix("p.ini")), kOld) << writer.name << ": " << strerror(error);
+    }
+  }
+}
+
+TEST_F(Errors, ProcessWithoutDescriptorsLeavesTheProfile) {
+  for (const Writer &writer : kWriters) {
+    EXPECT_EQ(inChild([&] {
+                const rlimit none = {0, 0};
+                return setrlimit(RLIMIT_NOFILE, &none) == 0 ? writer.write() : 99;
+              }),
+              0)
+        << writer.name;
+  }
+  EXPECT_EQ(content(volumes_.posix("p.ini")), kOld);
+}
+
+TEST_F(Errors, ProcessWithoutMemoryLeavesTheProfile) {
+  if (test::kUnderSanitizer) GTEST_SKIP() << "the sanitizer needs all the address space";
+  for (const Writer &writer : kWriters) {
+    for (const char *path : {kPath, "Data:new.ini"}) {
+      EXPECT_EQ(inChild([&] {
+                  const rlimit none = {0, 0};
+                  if (setrlimit(RLIMIT_AS, &none) != 0) return 99;
+                  void *volatile kept;
+                  do kept = std::malloc(4096);
+                  while (kept != nullptr);
+                  const int written = WritePrivateProfileString("Main", "key1", "new", path);
+                  return written + 2 * writer.write();
+                }),
+                0)
+          << writer.name << ' ' << path;
+    }
+  }
+  EXPECT_EQ(content(volumes_.posix("p.ini")), kOld);
+  EXPECT_EQ(entries(volumes_.folder()), std::vector<std::string>{"p.ini"});
+}
+
+// --- Several at once ---------------------------------------------------------------------------
+
+class AtOnce : public testing::Test {
+ protected:
+  static constexpr int kProcesses = 16;
+
+  ~AtOnce() override { korvel::files::lockPatience = 5000; }
+
+  // Runs body(process) in that many processes at once; returns the number that returned 0.
+  static int run(const std::function<int(int process)> &body) {
+    std::vector<pid_t> children;
+    for (int process = 0; process < kProcesses; ++process) {
+      const pid_t child = fork();
+      if (child == 0) _exit(body(process));
+      children.push_back(child);
+    }
+    int succeeded = 0;
+    for (const pid_t child : children) {
+      int status = 0;
+      waitpid(child, &status, 0);
+      if (WIFEXITED(status) && WEXITSTATUS(status) == 0) ++succeeded;
+    }
+    return succeeded;
+  }
+
+  // Each process writes a key of its own again and again, and finds what it wrote each time.
+  static int writeOften(int process) {
+    const std::string key = "key" + std::to_string(process);
+    for (int i = 1; i <= 50; ++i) {
+      if (WritePrivateProfileString("Main", key.c_str(), std::to_string(i).c_str(), kPath) != 1)
+        return 1;
+      if (GetPrivateProfileInt("Main", key.c_str(), -1, kPath) != i) return 2;
+    }
+    return 0;
+  }
+  void expectAllWritten() const {
+    for (int process = 0; process < kProcesses; ++process) {
+      const std::string key = "key" + std::to_string(process);
+      EXPECT_EQ(GetPrivateProfileInt("Main", key.c_str(), -1, kPath), 50) << key;
+    }
+    EXPECT_EQ(entries(volumes_.folder()), std::vector<std::string>{"p.ini"});
+  }
+
+  korvel::test::FilesInMemory inMemory_;
+  Volumes volumes_;
+};
+
+TEST_F(AtOnce, SixteenProcessesLoseNothing) {
+  EXPECT_EQ(run(writeOften), kProcesses);
+  expectAllWritten();
+}
+
+TEST_F(AtOnce, NorWhereTheFileIsOverwritten) {
+  volumes_.file("p.ini", "");
+  chmod(volumes_.root().c_str(), 0755);
+  chmod(volumes_.folder().c_str(), 0555);
+  chmod(volumes_.posix("p.ini").c_str(), 0666);
+  EXPECT_EQ(run([](int process) {
+              return inChildOfAUser([&] {
+                const std::string key = "key" + std::to_string(process);
+                for (int i = 1; i <= 50; ++i) {
+                  const std::string value = std::to_string(i);
+                  if (WritePrivateProfileString("Main", key.c_str(), value.c_str(), kPath) != 1)
+                    return 1;
+                }
+                return 0;
+              });
+            }),
+            kProcesses);
+  chmod(volumes_.folder().c_str(), 0777);
+  expectAllWritten();
+}
+
+TEST_F(AtOnce, NorWhenAllCreateTheFile) {
+  for (int round = 0; round < 20; ++round) {
+    std::filesystem::remove(volumes_.posix("p.ini"));
+    for (const bool named : {false, true}) {
+      if (named) {
+        korvel::files::replaceFault = [](korvel::files::ReplaceStep step) {
+          return step == korvel::files::ReplaceStep::Temporary ? EOPNOTSUPP : 0;
+        };
+      }
+      const std::string section = named ? "Named" : "Main";
+      EXPECT_EQ(run([&](int process) {
+                  const std::string key = "key" + std::to_string(process);
+                  return WritePrivateProfileString(section.c_str(), key.c_str(), "7", kPath) - 1;
+                }),
+                kProcesses);
+      korvel::files::replaceFault = nullptr;
+      for (int process = 0; process < kProcesses; ++process) {
+        const std::string key = "key" + std::to_string(process);
+        EXPECT_EQ(GetPrivateProfileInt(section.c_str(), key.c_str(), -1, kPath), 7) << round;
+      }
+      EXPECT_EQ(entries(volumes_.folder()), std::vector<std::string>{"p.ini"});
+      if (!named) std::filesystem::remove(volumes_.posix("p.ini"));
+    }
+  }
+}
+
+TEST_F(AtOnce, AWriterThatWaitedTooLongGivesZero) {
+  volumes_.file("p.ini", "[Main]\r\nkey1=old\r\n");
+  const int other = open(volumes_.posix("p.ini").c_str(), O_RDWR | O_CLOEXEC);
+  ASSERT_EQ(flock(other, LOCK_EX), 0);
+  korvel::files::lockPatience = 30;
+  for (const Writer &writer : kWriters) EXPECT_EQ(writer.write(), 0) << writer.name;
+  EXPECT_EQ(content(volumes_.posix("p.ini")), "[Main]\r\nkey1=old\r\n");
+  close(other);
+  EXPECT_EQ(kWriters[0].write(), 1);
+  EXPECT_EQ(content(volumes_.posix("p.ini")), "[Main]\r\nkey1=new\r\n");
+}
+
+TEST_F(AtOnce, AWriterThatWaitedWorksOnWhatIsThereNow) {
+  volumes_.file("p.ini", "[Main]\r\nkey1=old\r\n");
+  const int other = open(volumes_.posix("p.ini").c_str(), O_RDWR | O_CLOEXEC);
+  ASSERT_EQ(flock(other, LOCK_EX), 0);
+  std::thread replacing([&] {
+    usleep(30000);
+    volumes_.file("new", "[Main]\r\nkey1=other\r\nmore=1\r\n");
+    std::filesystem::rename(volumes_.posix("new"), volumes_.posix("p.ini"));
+    close(other);
+  });
+  EXPECT_EQ(kWriters[0].write(), 1);
+  replacing.join();
+  EXPECT_EQ(content(volumes_.posix("p.ini")), "[Main]\r\nkey1=new\r\nmore=1\r\n");
 }
 
 }  // namespace

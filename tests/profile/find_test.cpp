@@ -111,23 +111,22 @@ TEST(FindValue, FollowsTheFormat) {
   }
 }
 
-TEST(FindValue, LineIsCutAt1023Characters) {
-  // The whole line counts, not the value.
-  for (const std::size_t length : {1020U, 1021U, 1022U, 3000U}) {
-    const std::string text = "[A]\r\nx=" + std::string(length, 'v') + "\r\ny=1\r\n";
-    EXPECT_EQ(valueOf(text, "A", "x"), std::string(std::min<std::size_t>(length, 1021), 'v'));
+TEST(FindValue, ValuesOfEveryLengthAreRead) {
+  for (const std::size_t length : {1020U, 1021U, 1022U, 1023U, 3000U, 16381U, 16382U, 100000U}) {
+    const std::string value = std::string(length - 1, 'v') + "\xE9";
+    const std::string text = "[A]\r\nx=" + value + "\r\ny=1\r\n";
+    EXPECT_EQ(valueOf(text, "A", "x"), value);
     EXPECT_EQ(valueOf(text, "A", "y"), "1");
   }
-  // The key may take all of the characters that count; nothing is left for its value.
+  // Also where it begins behind the last character at which a key is looked for.
   const std::string key(1022, 'k');
-  EXPECT_EQ(valueOf("[A]\r\n" + key + "=[v]=\r\n", "A", key), "");
-  // Line feeds do not count.
+  EXPECT_EQ(valueOf("[A]\r\n" + key + "=[v]=\r\n", "A", key), "[v]=");
   const std::string feeds =
       "[A]\r\nx=" + std::string(600, 'v') + std::string(600, '\n') + std::string(600, 'w');
-  EXPECT_EQ(valueOf(feeds, "A", "x"), std::string(600, 'v') + std::string(421, 'w'));
+  EXPECT_EQ(valueOf(feeds, "A", "x"), std::string(600, 'v') + std::string(600, 'w'));
 }
 
-TEST(FindValue, NothingBehindTheCutCounts) {
+TEST(FindValue, NothingBehind1023CharactersCounts) {
   const auto withByteAt = [](std::size_t index, char c) {
     std::string line(1100, 'l');
     line[index] = c;
@@ -135,7 +134,7 @@ TEST(FindValue, NothingBehindTheCutCounts) {
   };
   EXPECT_EQ(valueOf(withByteAt(1022, '['), "A", "y"), std::nullopt);
   EXPECT_EQ(valueOf(withByteAt(1023, '['), "A", "y"), "1");
-  EXPECT_EQ(valueOf(withByteAt(1022, '='), "A", std::string(1022, 'l')), "");
+  EXPECT_EQ(valueOf(withByteAt(1022, '='), "A", std::string(1022, 'l')), std::string(77, 'l'));
   EXPECT_EQ(valueOf(withByteAt(1023, '='), "A", std::string(1023, 'l')), std::nullopt);
   const auto header = [](std::size_t length) {
     return "[" + std::string(length, 's') + "]\r\nx=1\r\n";

@@ -59,11 +59,12 @@ inline LiteralMeaning literalMeaning(const std::string &line, std::string_view k
 inline std::optional<std::string> literalRead(std::string_view file, std::string_view section,
                                               std::string_view key) {
   bool inSection = false;
-  for (const std::string &line : literalLines(file, 1023)) {
+  for (const std::string &whole : literalLines(file, file.size())) {
+    const std::string line = whole.substr(0, 1023);
     if (inSection) {
       std::size_t value = 0;
       const LiteralMeaning meaning = literalMeaning(line, key, value);
-      if (meaning == LiteralMeaning::Key) return line.substr(value);
+      if (meaning == LiteralMeaning::Key) return whole.substr(value);
       if (meaning == LiteralMeaning::Bracket) inSection = false;
     }
     if (!inSection && literalNames(line, section)) inSection = true;

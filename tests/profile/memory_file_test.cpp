@@ -23,7 +23,7 @@ TEST(MemoryFile, TakesAFileThatGrowsMeanwhile) {
     ASSERT_TRUE(file.open(path.c_str()));
     std::ofstream(volumes.posix("f"), std::ios::app) << std::string(growth, 'g');
     MemoryFile memory(file.size() + 1);
-    ASSERT_TRUE(memory.load(file));
+    ASSERT_TRUE(memory.load(file.descriptor(), file.size()));
     EXPECT_EQ(memory.bytes(), "at first" + std::string(growth, 'g'));
   }
 }
@@ -35,7 +35,7 @@ TEST(MemoryFile, TakesAFileThatShrinksMeanwhile) {
   ASSERT_TRUE(file.open(path.c_str()));
   ASSERT_EQ(truncate(volumes.posix("f").c_str(), 5), 0);
   MemoryFile memory(file.size() + 1);
-  ASSERT_TRUE(memory.load(file));
+  ASSERT_TRUE(memory.load(file.descriptor(), file.size()));
   EXPECT_EQ(memory.bytes(), "xxxxx");
 }
 
@@ -46,7 +46,7 @@ TEST(MemoryFile, RefusesAFileThatNoMemoryFileCanHold) {
   InputFile file;
   ASSERT_TRUE(file.open(path.c_str()));
   MemoryFile memory(1);
-  EXPECT_FALSE(memory.load(file));
+  EXPECT_FALSE(memory.load(file.descriptor(), file.size()));
 }
 
 TEST(MemoryFile, GathersPiecesUntilItIsCleared) {

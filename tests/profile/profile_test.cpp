@@ -73,17 +73,33 @@ TEST(ReadString, CutsValueAndDefaultToTheCapacity) {
   EXPECT_EQ(GetPrivateProfileString("A", "x", "dflt", nullptr, 5, kPath), 0);
 }
 
-TEST(ReadString, CutsALongValueWithItsLineAndAtTheCapacity) {
+TEST(ReadString, CutsALongValueAtTheCapacityOnly) {
   Volumes volumes;
   const std::string value(3000, 'v');
   ASSERT_EQ(WritePrivateProfileString("A", "x", value.c_str(), kPath), 1);
-  constexpr int kWithinTheLine = 1021;
-  for (const int capacity : {1021, 1022, 1023, 1024, 3001, 4096}) {
+  for (const int capacity : {1021, 1022, 1023, 1024, 1025, 3000, 3001, 4096}) {
     PoisonedBuffer buffer(static_cast<std::size_t>(capacity));
-    const int kept = std::min(capacity - 1, kWithinTheLine);
+    const int kept = std::min(capacity - 1, 3000);
     EXPECT_EQ(GetPrivateProfileString("A", "x", "dflt", buffer.data(), capacity, kPath), kept);
     EXPECT_EQ(buffer.text(), value.substr(0, static_cast<std::size_t>(kept))) << capacity;
     EXPECT_TRUE(buffer.guardsIntact()) << capacity;
+  }
+}
+
+// Reading a value in order to write it again loses nothing.
+TEST(ReadString, GivesWholeWhatWasWrittenAlsoAfterLaterRewritings) {
+  Volumes volumes;
+  for (const std::size_t length : {1021U, 1022U, 5000U, 16381U}) {
+    const std::string value = std::string(length - 1, 'v') + "\xE9";
+    std::string read(20000, '\0');
+    for (int round = 0; round < 3; ++round) {
+      ASSERT_EQ(WritePrivateProfileString("A", "x", value.c_str(), kPath), 1);
+      ASSERT_EQ(WritePrivateProfileString("A", "y", std::to_string(round).c_str(), kPath), 1);
+      const int got = GetPrivateProfileString("A", "x", "", read.data(), 20000, kPath);
+      EXPECT_EQ(read.substr(0, static_cast<std::size_t>(got)), value) << round;
+      EXPECT_EQ(WritePrivateProfileString("A", "x", read.c_str(), kPath), 1);
+    }
+    EXPECT_EQ(content(volumes.posix("p.ini")), "[A]\r\nx=" + value + "\r\ny=2\r\n");
   }
 }
 
@@ -282,15 +298,38 @@ TEST(WriteString, CountsWhatCannotBeReadAsDone) {
   // Kept: 1, with nothing written.
   ASSERT_EQ(mkfifo(volumes.posix("pipe").c_str(), 0666), 0);
   EXPECT_EQ(WritePrivateProfileString("A", "x", "1", "Data:pipe"), 1);
-  std::filesystem::create_symlink("nowhere", volumes.posix("link"));
-  EXPECT_EQ(WritePrivateProfileString("A", "x", "1", "Data:link"), 1);
-  EXPECT_EQ(entries(volumes.folder()), (std::vector<std::string>{"link", "pipe"}));
+  EXPECT_EQ(entries(volumes.folder()), std::vector<std::string>{"pipe"});
   volumes.file("p.ini", "[A]\r\nx=1\r\n");
   chmod(volumes.root().c_str(), 0777);
   chmod(volumes.folder().c_str(), 0777);
   chmod(volumes.posix("p.ini").c_str(), 0222);
   EXPECT_EQ(inChildOfAUser([] { return WritePrivateProfileString("A", "x", "2", kPath); }), 1);
   EXPECT_EQ(content(volumes.posix("p.ini")), "[A]\r\nx=1\r\n");
+}
+
+TEST(WriteString, CreatesTheTargetOfALinkThatLeadsToNothing) {
+  Volumes volumes;
+  std::filesystem::create_symlink("target.ini", volumes.posix("one"));
+  std::filesystem::create_symlink(volumes.posix("one"), volumes.posix("two"));
+  EXPECT_EQ(WritePrivateProfileString("A", "x", "1", "Data:two"), 1);
+  EXPECT_EQ(content(volumes.posix("target.ini")), "[A]\r\nx=1\r\n");
+  EXPECT_EQ(modeOf(volumes.posix("target.ini")), 0777u);
+  EXPECT_EQ(WritePrivateProfileSection("B", "y=2", "Data:one"), 1);
+  EXPECT_EQ(content(volumes.posix("target.ini")), "[A]\r\nx=1\r\n\r\n[B]\r\ny=2\r\n");
+  EXPECT_TRUE(std::filesystem::is_symlink(volumes.posix("two")));
+  EXPECT_EQ(entries(volumes.folder()), (std::vector<std::string>{"one", "target.ini", "two"}));
+}
+
+TEST(WriteString, FailsBehindALinkWhereNoFileCanBeCreated) {
+  Volumes volumes;
+  std::filesystem::create_symlink("missing/p.ini", volumes.posix("away"));
+  std::filesystem::create_symlink("loop2", volumes.posix("loop1"));
+  std::filesystem::create_symlink("loop1", volumes.posix("loop2"));
+  for (const char *path : {"Data:away", "Data:loop1", "Data:loop2", "Data:loop1:p.ini"}) {
+    EXPECT_EQ(WritePrivateProfileString("A", "x", "1", path), 0) << path;
+    EXPECT_EQ(WritePrivateProfileSection("A", "x=1", path), 0) << path;
+  }
+  EXPECT_EQ(entries(volumes.folder()), (std::vector<std::string>{"away", "loop1", "loop2"}));
 }
 
 // Many small pieces, and pieces of every size around what is gathered.
