@@ -5,6 +5,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <cerrno>
 #include <chrono>
 
@@ -15,6 +16,30 @@ namespace korvel::files {
 constinit int lockPatience = 5000;
 
 namespace {
+
+long long microseconds() {
+  const auto now = std::chrono::steady_clock::now().time_since_epoch();
+  return std::chrono::duration_cast<std::chrono::microseconds>(now).count();
+}
+
+// How this process came by its locks lately: when the last one was released, since when there was
+// no pause between one and the next, and whether the last one had to be waited for.
+constinit std::atomic<long long> released = 0;
+constinit std::atomic<long long> withoutPauseSince = 0;
+constinit std::atomic<bool> hasWaited = false;
+
+// Others look for a lock now and then only. Between two that are taken at once one after the other
+// there would be no moment in which they find it free.
+void letOthersIn() {
+  constexpr useconds_t kPause = 2000;
+  constexpr long long kTurn = 100000;
+  const long long now = microseconds();
+  if (now - released < kPause) {
+    if (!hasWaited && now - withoutPauseSince < kTurn) return;
+    usleep(kPause);
+  }
+  withoutPauseSince = microseconds();
+}
 
 enum class Lead { ToOurs, ToAnother, Nowhere };
 
@@ -55,22 +80,28 @@ LockTry tryLock(int file) {
   return errno == EWOULDBLOCK || errno == EACCES ? LockTry::Held : LockTry::NoLocks;
 }
 
+// Who has waited for long looks more often, and is more likely to be next than a newcomer. The
+// moments are of unequal length, or two who wait might keep step.
 bool Patience::wait() {
+  using std::chrono::milliseconds;
   const auto now = std::chrono::steady_clock::now();
-  if (!end_) end_ = now + std::chrono::milliseconds(lockPatience);
-  if (now >= *end_) {
+  if (!begin_) begin_ = now;
+  const auto waited = std::chrono::duration_cast<milliseconds>(now - *begin_);
+  if (waited >= milliseconds(lockPatience)) {
     errno = ETIMEDOUT;
     return false;
   }
-  // Moments of unequal length, or two who wait might keep step.
-  constexpr useconds_t kShortest = 100;
-  constexpr useconds_t kLongest = 1000;
-  const auto count = static_cast<unsigned long long>(now.time_since_epoch().count());
-  usleep(kShortest + static_cast<useconds_t>(count % (kLongest - kShortest)));
+  constexpr long long kFirst = 1000;  // microseconds
+  constexpr milliseconds kHalved{50};
+  const long long longest = kFirst * kHalved / (kHalved + waited);
+  const long long ticks = now.time_since_epoch().count();
+  usleep(static_cast<useconds_t>(longest / 2 + ticks % (longest / 2 + 1)));
   return true;
 }
 
 bool FileLock::take(const char *path) {
+  release();
+  letOthersIn();
   Patience patience;
   Lead lead = Lead::ToAnother;
   while (lead == Lead::ToAnother) {
@@ -80,14 +111,17 @@ bool FileLock::take(const char *path) {
     if (file_ < 0 || !lockWithin(patience, file_)) break;
     lead = leadOf(path, status);
   }
+  hasWaited = patience.hasWaited();
   if (lead != Lead::ToOurs) release();
   return lead == Lead::ToOurs;
 }
 
 void FileLock::release() {
+  if (file_ < 0) return;
   const int error = errno;
-  if (file_ >= 0) close(file_);
+  close(file_);
   file_ = -1;
+  released = microseconds();
   errno = error;
 }
 

@@ -24,9 +24,10 @@ class Patience {
  public:
   // Sleeps for a moment. Returns false when the time is over; errno is ETIMEDOUT then.
   bool wait();
+  bool hasWaited() const { return begin_.has_value(); }
 
  private:
-  std::optional<std::chrono::steady_clock::time_point> end_;
+  std::optional<std::chrono::steady_clock::time_point> begin_;
 };
 
 class FileLock {
@@ -40,6 +41,7 @@ class FileLock {
   // false, holding nothing, when it is no regular file that this process may read and write; errno
   // says why: ENOENT for a missing one, EINVAL for what is no regular file, ETIMEDOUT when the wait
   // was too long. Where the file system has no locks, returns true at once.
+  // A process that takes one lock after another makes short pauses, so that others get theirs.
   bool take(const char *path);
 
   void release();

@@ -2,8 +2,10 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <signal.h>
 #include <sys/file.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -88,6 +90,26 @@ TEST_F(Lock, WaitsNoLongerThanItsPatience) {
   EXPECT_GE(waited, std::chrono::milliseconds(100));
   EXPECT_LT(waited, std::chrono::milliseconds(3000));
   close(other);
+}
+
+TEST_F(Lock, IsGotBesideAProcessThatTakesItAgainAndAgain) {
+  const pid_t child = fork();
+  if (child == 0) {
+    FileLock lock;
+    for (;;) {
+      lock.take(path_.c_str());
+      usleep(30000);
+      lock.release();
+    }
+  }
+  usleep(20000);
+  int taken = 0;
+  for (int i = 0; i < 5; ++i) {
+    if (FileLock().take(path_.c_str())) ++taken;
+  }
+  kill(child, SIGKILL);
+  waitpid(child, nullptr, 0);
+  EXPECT_EQ(taken, 5);
 }
 
 TEST_F(Lock, IsThatOfTheFileThatThePathLeadsToNow) {
