@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <sys/mman.h>
+#include <sys/stat.h>
 #include <sys/uio.h>
 #include <sys/xattr.h>
 #include <unistd.h>
@@ -202,12 +203,14 @@ bool setMode(int file, mode_t mode) {
 }
 
 // The mode comes last: a change of owner or of access list alters it.
-bool adopt(int old, const struct stat &status, int made) {
+bool adopt(int old, int made) {
   if (faulty(ReplaceStep::Adopt)) return false;
   if (old < 0) {
     fchmod(made, kOpenToAll);  // where the file system keeps modes at all
     return true;
   }
+  struct stat status;
+  if (fstat(old, &status) != 0) return false;
   Kept kept = copyOwner(status, made);
   // Beside an access list the mode's group rights are the most that anyone of the list has; without
   // it they would be the group's.
@@ -281,6 +284,7 @@ bool Replacement::findFile(const char *path, IfMissing ifMissing) {
       if (errno != ENOENT || ifMissing == IfMissing::Fail) return false;
       break;
     }
+    if (rules_.anew && S_ISLNK(status.st_mode)) break;
     if (!S_ISLNK(status.st_mode)) {
       // Opening a device or a pipe may do something: it is not even tried.
       if (!S_ISREG(status.st_mode)) return false;
@@ -309,7 +313,8 @@ bool Replacement::openOld(IfMissing ifMissing) {
   old_ = openFor(O_RDWR);
   if (old_ < 0 && errno == EACCES) old_ = openFor(O_WRONLY);
   if (old_ < 0) return errno == ENOENT && ifMissing == IfMissing::Create;
-  return fstat(old_, &oldStatus_) == 0 && S_ISREG(oldStatus_.st_mode);
+  struct stat status;
+  return fstat(old_, &status) == 0 && S_ISREG(status.st_mode);
 }
 
 // Removes what kills left in the folder.
@@ -386,13 +391,13 @@ bool Replacement::append(std::span<const std::string_view> pieces) {
   return !failed_;
 }
 
-bool Replacement::commit() {
+bool Replacement::commit(const std::function<bool()> &stillWanted) {
   if (content_ < 0) return false;
   bool done = !failed_;
   if (place_ == Place::Aside) {
     done = done && overwrite();
   } else if (done) {
-    done = exchange() || (mayOverwrite() && overwrite());
+    done = exchange(stillWanted) || (mayOverwrite() && overwrite());
   }
   discard();
   return done;
@@ -432,13 +437,18 @@ bool Replacement::appearAs(int folder, const char *name) {
 
 // Makes the content what is to bear a name.
 bool Replacement::settle() {
-  return adopt(old_, oldStatus_, content_) && !faulty(ReplaceStep::Sync) && synced(content_);
+  return adopt(old_ >= 0 ? old_ : rules_.like, content_) && !faulty(ReplaceStep::Sync) &&
+         synced(content_);
 }
 
-bool Replacement::exchange() {
+bool Replacement::exchange(const std::function<bool()> &stillWanted) {
   if (!settle()) return false;
   if (place_ == Place::Unnamed && !giveName()) return false;
   if (faulty(ReplaceStep::Rename) || !stillNamed()) return false;
+  if (stillWanted && !stillWanted()) {
+    errno = ESTALE;
+    return false;
+  }
   if (renameat(folder_, temporary_, folder_, name_) != 0) return false;
   temporary_[0] = '\0';
   if (rules_.folderSync) syncFolder(folder_, content_);

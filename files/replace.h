@@ -46,8 +46,9 @@
 #define KORVEL_FILES_REPLACE_H
 
 #include <limits.h>
-#include <sys/stat.h>
+#include <sys/types.h>
 
+#include <functional>
 #include <span>
 #include <string_view>
 
@@ -65,8 +66,12 @@ struct ReplaceRules {
   // Step 8; without it a loss of power soon after may bring the old file back.
   bool folderSync = true;
   // For IfMissing::Create: a file that is there gives way as if it were missing. It need not be
-  // writable, nothing is taken over from it, and it is never overwritten in place.
+  // writable, nothing is taken over from it, and it is never overwritten in place. A symbolic link
+  // gives way itself; what it leads to stays as it is.
   bool anew = false;
+  // For IfMissing::Create: an open file from which a new one takes over what step 4 says, instead
+  // of being open to all; below 0 for none.
+  int like = -1;
 };
 
 // A replacement in progress. Content is appended in any number of calls (each costs a system call
@@ -91,8 +96,9 @@ class Replacement {
 
   // Puts the new content in the file's place. Returns true when the file now has it; on false the
   // file is as it was (but for a disk that fails while the file is overwritten in place). Ends the
-  // replacement in both cases.
-  bool commit();
+  // replacement in both cases. stillWanted: asked just before the new content takes its name; when
+  // it says no, commit() returns false with nothing changed.
+  bool commit(const std::function<bool()> &stillWanted = {});
 
   // As commit(), but the new content appears at a POSIX path that nothing bears yet, on the same
   // disk, and the file stays as it is. On false, errno is EEXIST when something bears the path.
@@ -123,7 +129,7 @@ class Replacement {
   bool appearAs(int folder, const char *name);
   bool linkedAs(int folder, const char *name);
   bool renamedAs(int folder, const char *name);
-  bool exchange();
+  bool exchange(const std::function<bool()> &stillWanted);
   bool mayOverwrite() const;
   bool overwrite();
   bool overwriteBeginning(off_t size);
@@ -134,7 +140,6 @@ class Replacement {
   int folder_ = -1;   // the file's folder
   int old_ = -1;      // the file, open for writing and if possible reading; -1: to be created
   int content_ = -1;  // what is being written
-  struct stat oldStatus_ = {};
   char path_[PATH_MAX] = {};    // of the file itself, no symbolic link
   const char *name_ = nullptr;  // its last component, in path_
   char temporary_[16] = {};     // name of a named temporary, else ""

@@ -71,6 +71,7 @@ using korvel::test::entries;
 using korvel::test::inChild;
 using korvel::test::inChildOfAUser;
 using korvel::test::killedAtStop;
+using korvel::test::kUnderSanitizer;
 using korvel::test::literalWriteKey;
 using korvel::test::literalWriteSection;
 using korvel::test::Volumes;
@@ -397,7 +398,7 @@ TEST_F(Errors, ProcessWithoutDescriptorsLeavesTheProfile) {
 }
 
 TEST_F(Errors, ProcessWithoutMemoryLeavesTheProfile) {
-  if (test::kUnderSanitizer) GTEST_SKIP() << "the sanitizer needs all the address space";
+  if (kUnderSanitizer) GTEST_SKIP() << "the sanitizer needs all the address space";
   for (const Writer &writer : kWriters) {
     for (const char *path : {kPath, "Data:new.ini"}) {
       EXPECT_EQ(inChild([&] {
