@@ -49,7 +49,8 @@ TablePath joined(std::string_view directory, std::string_view name, std::string_
 
 TablePath pathInDefault(std::string_view name) {
   const std::string_view directory = textOf(szDirTables);
-  if (directory.size() == sizeof szDirTables) return {};
+  // The folder of the volumes would stand in for an empty one.
+  if (directory.empty() || directory.size() == sizeof szDirTables) return {};
   return joined(directory, name, ".tab");
 }
 

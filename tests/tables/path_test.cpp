@@ -52,6 +52,46 @@ TEST_F(TablePaths, DefaultDirectoryAddsTheExtension) {
   EXPECT_STREQ(tablePath("").text, "Data:tables:.tab");
 }
 
+// Without any directory chosen, none stands in for it.
+TEST_F(TablePaths, WithoutADirectoryThereIsNoTable) {
+  setText(szDirTables, "");
+  EXPECT_FALSE(tablePath("t"));
+  EXPECT_FALSE(defaultTablePath("t"));
+  setText(ZRV_Libelle_NC_szDirTables, "Data:others");
+  EXPECT_STREQ(tablePath("t").text, "Data:others:t");
+  EXPECT_FALSE(defaultTablePath("t"));
+}
+
+TEST_F(TablePaths, WithoutADirectoryNothingIsCreatedAndNothingFound) {
+  const std::string stray = volumes_.root() + "/t.tab";
+  const std::string text = test::lines({"T", "V", "#DEBUT", "01,A", "#FIN"});
+  std::FILE *file = std::fopen(stray.c_str(), "wb");
+  ASSERT_NE(file, nullptr);
+  std::fputs(text.c_str(), file);
+  std::fclose(file);
+  const std::vector<std::string> before = test::entries(volumes_.root());
+  setText(szDirTables, "");
+  char out[8] = "-";
+  EXPECT_EQ(ZRV_Table_create("new", "1", "T"), 0);
+  EXPECT_EQ(ZRV_Table_create("t", "1", "T"), 0);
+  EXPECT_EQ(test::lookUp("01", 1, "t").result, 0);
+  EXPECT_EQ(test::search(&ZRV_Code_NC, "A", 1, "t").result, 0);
+  ZRV_Libelle_NC_set_ligne(4);
+  EXPECT_EQ(ZRV_Libelle_NC_idem_delete("", 0, "t"), 0);
+  EXPECT_EQ(ZRV_Libelle_NC_idem_insert("", 0, "t", 1), 0);
+  EXPECT_EQ(ZRV_Table_liste("t", out, sizeof out), 0);
+  EXPECT_STREQ(out, "");
+  EXPECT_EQ(ZRV_Table_scan("t", nullptr, nullptr, nullptr), 0);
+  EXPECT_EQ(ZRV_Table_sauvegarde("t", 1), 0);
+  EXPECT_EQ(ZRV_Table_modify("t", "u", "2", "U"), 0);
+  // Kept: where there is nothing to repair the result is 1.
+  EXPECT_EQ(ZRV_Table_repair("t", "2", "U"), 1);
+  EXPECT_EQ(ZRV_Table_remove("t"), 0);
+  EXPECT_EQ(test::entries(volumes_.root()), before);
+  EXPECT_EQ(test::content(stray), text);
+  EXPECT_EQ(DATA_FILE_ID, -1);
+}
+
 TEST_F(TablePaths, DefaultDirectoryMustBeAFolder) {
   volumes_.file("file", "");
   for (const char *directory : {"Data:nowhere", "Nowhere", "Data:file"}) {
