@@ -1,4 +1,4 @@
-// For files/ only: reading and writing through descriptors, interruptions and short transfers
+// For files/ and tables/ only: reading and writing through descriptors, interruptions and short transfers
 // gathered.
 #ifndef KORVEL_FILES_TRANSFER_H
 #define KORVEL_FILES_TRANSFER_H

@@ -1,14 +1,15 @@
 #include "tables/reader.h"
 
-#include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
-#include <cerrno>
+#include <climits>
 #include <cstdlib>
 
 #include <korvel/files.h>
 #include "files/handles.h"
+#include "files/transfer.h"
 #include "tables/path.h"
 
 namespace korvel::tables {
@@ -22,12 +23,24 @@ constexpr std::size_t kBufferSize =
 constinit char sharedBuffer[kBufferSize] = {};
 constinit bool sharedBufferTaken = false;
 
-ssize_t readSome(int descriptor, char *to, std::size_t count) {
-  ssize_t got = 0;
-  do {
-    got = read(descriptor, to, count);
-  } while (got < 0 && errno == EINTR);
-  return got;
+ssize_t readSome(int descriptor, char *to, std::size_t count, off_t offset) {
+  return files::retried([&] { return pread(descriptor, to, count, offset); });
+}
+
+// Returns false when there are not so many bytes.
+bool readAll(int descriptor, char *to, int count) {
+  for (int done = 0; done < count;) {
+    const ssize_t got =
+        readSome(descriptor, to + done, static_cast<std::size_t>(count - done), done);
+    if (got <= 0) return false;
+    done += static_cast<int>(got);
+  }
+  return true;
+}
+
+bool sameContent(const struct stat &a, const struct stat &b) {
+  return a.st_size == b.st_size && a.st_mtim.tv_sec == b.st_mtim.tv_sec &&
+         a.st_mtim.tv_nsec == b.st_mtim.tv_nsec;
 }
 
 }  // namespace
@@ -54,41 +67,70 @@ bool TableReader::start(int file, Slots slots) {
   if (file < 0) return false;
   file_ = file;
   descriptor_ = DATA_FILE_TAB[file].reference;
-  left_ = File_Size(file);
+  size_ = File_Size(file);
+  if (slots == Slots::File) measure();
   const bool complete = (slots == Slots::File || (memory_ = MFil_Open("", 0, 0)) >= 0) &&
-                        (slots != Slots::Memory || detachFile()) && takeBuffer();
+                        (slots == Slots::Memory ? load() : takeBuffer());
   if (!complete) close();
   return complete;
 }
 
-// The file stays open under a descriptor of our own.
-bool TableReader::detachFile() {
-  descriptor_ = fcntl(descriptor_, F_DUPFD_CLOEXEC, 0);
+void TableReader::readThrough(int descriptor) {
+  descriptor_ = descriptor;
+  measure();
+}
+
+// The handle's size is 0 also where the system does not tell it.
+void TableReader::measure() {
+  struct stat status;
+  isWhole_ = fstat(descriptor_, &status) == 0 && status.st_size <= INT_MAX;
+  size_ = isWhole_ ? static_cast<int>(status.st_size) : 0;
+}
+
+// What changes while it is read is read again, as long as that may help.
+bool TableReader::load() {
+  constexpr int kAttempts = 3;
+  Loaded loaded = Loaded::Not;
+  for (int i = 0; i < kAttempts && loaded != Loaded::Whole; ++i) loaded = loadOnce();
   files::closeOwn(file_);
-  file_ = -1;
-  return descriptor_ >= 0;
+  file_ = descriptor_ = -1;
+  return loaded != Loaded::Not;
+}
+
+TableReader::Loaded TableReader::loadOnce() {
+  struct stat before;
+  struct stat after;
+  if (fstat(descriptor_, &before) != 0 || before.st_size > INT_MAX) return Loaded::Not;
+  size_ = static_cast<int>(before.st_size);
+  giveBackBuffer();
+  buffer_ =
+      static_cast<char *>(std::calloc(1, kMargin + static_cast<std::size_t>(size_) + kMargin));
+  if (buffer_ == nullptr || !readAll(descriptor_, buffer_ + kMargin, size_)) return Loaded::Not;
+  const bool same = fstat(descriptor_, &after) == 0 && sameContent(before, after);
+  return same ? Loaded::Whole : Loaded::WholeButChanged;
 }
 
 std::string_view TableReader::next() {
-  if (left_ <= 0) return {};
-  const auto wish = std::min(static_cast<std::size_t>(left_), blockSize);
+  if (position_ >= size_) return {};
+  const auto wish = std::min(static_cast<std::size_t>(size_ - position_), blockSize);
+  if (descriptor_ < 0) {
+    const std::string_view block(buffer_ + kMargin + position_, wish);
+    position_ += static_cast<int>(wish);
+    return block;
+  }
   char *block = buffer_ + kMargin;
-  const ssize_t got = readSome(descriptor_, block, wish);
-  left_ = got > 0 ? left_ - static_cast<int>(got) : 0;
+  const ssize_t got = readSome(descriptor_, block, wish, position_);
   isWhole_ = isWhole_ && got > 0;
+  position_ = got > 0 ? position_ + static_cast<int>(got) : size_;
   return got > 0 ? std::string_view(block, static_cast<std::size_t>(got)) : std::string_view();
 }
 
 void TableReader::close() {
-  if (file_ >= 0) {
-    files::closeOwn(file_);
-  } else if (descriptor_ >= 0) {
-    ::close(descriptor_);
-  }
+  if (file_ >= 0) files::closeOwn(file_);
   if (memory_ >= 0) MFil_Close(memory_);
   giveBackBuffer();
   file_ = memory_ = descriptor_ = -1;
-  left_ = 0;
+  size_ = position_ = 0;
   isWhole_ = true;
 }
 

@@ -1,8 +1,9 @@
 // For tables/ and its tests only: the file of a table, read in large blocks.
 //
 // An application sees of it what it would see of a file that is first loaded whole into a memory
-// file: the same slots taken and given back, and no reading without a free one. A block is read
-// only when it is asked for, and only one stands in memory.
+// file: the same slots taken and given back, and no reading without a free one. But for readings
+// during which the application runs, a block is read only when it is asked for, and only one stands
+// in memory.
 #ifndef TABLES_READER_H
 #define TABLES_READER_H
 
@@ -17,7 +18,7 @@ namespace korvel::tables {
 enum class Slots {
   File,           // a file handle
   FileAndMemory,  // both; for readings during which nothing of the application runs
-  Memory,         // both at first, the file handle is given back once the file is open
+  Memory,         // both at first; the file is read whole and its handle given back
 };
 
 // The blocks of a table file. kMargin bytes before and behind a block may be read as well; what
@@ -43,12 +44,19 @@ class TableReader {
   // The same for a table by its name.
   bool openTable(const char *name, Slots slots);
 
+  // From the start on, reads through a descriptor of the caller's instead of the file handle's own.
+  void readThrough(int descriptor);
+
   // The next bytes of the file, where the ones before stood; empty at its end. A file that is cut
   // short meanwhile ends there; what it grows by is not read.
   std::string_view next();
 
-  // False when a read failed or the file was cut short: what next() gave is not all of it.
+  // False when the file's size is not known, a read failed or the file was cut short: what next()
+  // gave is not all of it.
   bool isWhole() const { return isWhole_; }
+
+  // The file, open for reading; it stays the reader's.
+  int descriptor() const { return descriptor_; }
 
   // Gives everything back but the file handle, which stays open.
   void leaveOpen();
@@ -57,15 +65,20 @@ class TableReader {
   void close();
 
  private:
+  enum class Loaded { Not, Whole, WholeButChanged };
+
   bool start(int file, Slots slots);
-  bool detachFile();
+  void measure();
+  bool load();
+  Loaded loadOnce();
   bool takeBuffer();
   void giveBackBuffer();
 
   int file_ = -1;        // handle
   int memory_ = -1;      // handle
-  int descriptor_ = -1;  // the file's
-  int left_ = 0;         // bytes of the file not read yet
+  int descriptor_ = -1;  // the file's; -1: it is loaded
+  int size_ = 0;         // of the file
+  int position_ = 0;     // behind the last byte given
   bool isWhole_ = true;
   char *buffer_ = nullptr;
 };

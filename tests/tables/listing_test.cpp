@@ -256,6 +256,58 @@ TEST_F(Listing, TheCallbackMayWriteIntoItsLine) {
             (Lines{"01|Consultation|01/01/95|31/12/99", "02|Garde", "07|Visite|01/01/95"}));
 }
 
+// Whatever becomes of the file during the walk, and whatever its size.
+TEST_F(Listing, TheTableIsWalkedAsItWasAtTheCall) {
+  static std::string path;
+  path = posixPath("t");
+  constexpr TableLine_t kMeddlings[] = {
+      [](char *) { EXPECT_EQ(truncate(path.c_str(), 0), 0); },
+      [](char *) { EXPECT_EQ(truncate(path.c_str(), 300000), 0); },
+      [](char *) { unlink(path.c_str()); },
+      // Written over in place.
+      [](char *) {
+        std::FILE *file = std::fopen(path.c_str(), "r+b");
+        ASSERT_NE(file, nullptr);
+        std::fseek(file, 0, SEEK_SET);
+        const std::string other(600000, 'x');
+        std::fwrite(other.data(), 1, other.size(), file);
+        std::fclose(file);
+      },
+      [](char *) {
+        std::FILE *file = std::fopen(path.c_str(), "ab");
+        ASSERT_NE(file, nullptr);
+        std::fputs("99999,more\r\n", file);
+        std::fclose(file);
+      },
+  };
+  static TableLine_t meddle;
+  for (const std::size_t size : {100U, 262143U, 262144U, 262145U, 600000U}) {
+    std::string text = "t\r\nv\r\n#DEBUT\r\n";
+    Lines expected;
+    while (text.size() < size) {
+      expected.push_back(std::to_string(expected.size()) + "|Libell\xE9");
+      text += std::to_string(expected.size() - 1) + ",Libell\xE9\r\n";
+    }
+    text += "#FIN\r\n";
+    for (const TableLine_t one : kMeddlings) {
+      table("t", text);
+      handed().clear();
+      meddle = one;
+      const auto count = static_cast<int>(expected.size());
+      EXPECT_EQ(scan("t", 0,
+                     [](char *fields) {
+                       if (handed().empty()) meddle(fields);
+                       take(fields);
+                     }),
+                (Scanned{1, 4, 3 + count}))
+          << size;
+      EXPECT_TRUE(handed() == expected) << size;
+      EXPECT_EQ(DATA_FILE_ID, -1);
+      EXPECT_EQ(DATA_MFIL_ID, -1);
+    }
+  }
+}
+
 TEST_F(Listing, TheCallbackMayUseAndEditTheTable) {
   EXPECT_EQ(scan("actes", 0,
                  [](char *fields) {
