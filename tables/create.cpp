@@ -1,6 +1,11 @@
 // A table's beginning, its end and its back-up.
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include <algorithm>
 #include <cerrno>
+#include <cstdio>
 #include <cstring>
 #include <span>
 #include <string_view>
@@ -11,6 +16,7 @@
 #include "files/lock.h"
 #include "files/paths.h"
 #include "files/replace.h"
+#include "files/transfer.h"
 #include "tables/markers.h"
 #include "tables/path.h"
 #include "tables/reader.h"
@@ -49,28 +55,29 @@ bool createWhole(const TablePath &path, const EmptyTable &table) {
          made.append(table.pieces()) && made.commitAs(posix.text());
 }
 
-bool writePiece(int file, std::string_view piece) {
-  const auto size = static_cast<int>(piece.size());
-  return File_Write(file, piece.data(), size) == size;
-}
-
 // Kept: what becomes of the writing does not count; on a full disk the table begins as far as it
 // goes.
 bool createInPlace(const TablePath &path, const EmptyTable &table) {
-  const int file = File_Open(path.text, 0, 1);
-  if (file < 0) return false;
-  for (const std::string_view piece : table.pieces()) {
-    if (!writePiece(file, piece)) break;
+  constexpr mode_t kOpenToAll = 0777;
+  WritingHandle handle;
+  if (!handle.take(path.text)) return false;
+  const int file = files::openCreating(PosixPath(path.text).text(), O_EXCL, kOpenToAll);
+  if (file < 0) {
+    handle.dropUnopened();
+    return false;
   }
-  files::closeOwn(file);
+  for (const std::string_view piece : table.pieces()) {
+    if (files::writeAll(file, piece.data(), piece.size()) != piece.size()) break;
+  }
+  close(file);
   return true;
 }
 
 int create(const TablePath &path, const EmptyTable &table) {
   if (!path) return 0;
   if (exists(path) || createWhole(path, table)) return 1;
-  // Somebody else may have made it meanwhile.
-  return exists(path) || createInPlace(path, table) ? 1 : 0;
+  // Somebody else may make it meanwhile.
+  return exists(path) || createInPlace(path, table) || exists(path) ? 1 : 0;
 }
 
 // The removal waits for whoever edits the table, who would otherwise bring it back.
@@ -79,7 +86,7 @@ int removeTable(const TablePath &path) {
   files::FileLock lock;
   static_cast<void>(lock.take(PosixPath(path.text).text()));
   // Kept: its own result does not count.
-  MACRemove(path.text);
+  std::remove(PosixPath(path.text).text());
   return 1;
 }
 

@@ -28,13 +28,10 @@ bool WritingHandle::take(const char *path) {
   FileSlot &slot = DATA_FILE_TAB[handle_];
   slot.mode = files::kFreeSlot;
   slot.position = 0;
-  const std::size_t length = std::strlen(path);
-  if (length < sizeof slot.name) {
-    std::memcpy(slot.name, path, length + 1);
-  } else {
-    handle_ = -1;
-  }
-  return handle_ >= 0;
+  const std::size_t length = strnlen(path, sizeof slot.name - 1);
+  std::memcpy(slot.name, path, length);
+  slot.name[length] = '\0';
+  return true;
 }
 
 void WritingHandle::giveBack() {

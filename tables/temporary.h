@@ -22,7 +22,8 @@ class WritingHandle {
   WritingHandle(const WritingHandle &) = delete;
   WritingHandle &operator=(const WritingHandle &) = delete;
 
-  // Returns false when no slot is free or the colon path is too long for one.
+  // The slot's name is the beginning of a colon path that is too long for it. Returns false when no
+  // slot is free.
   bool take(const char *path);
 
   // As by a closing.
