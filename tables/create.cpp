@@ -102,10 +102,21 @@ TablePath backUpPath(const TablePath &table) {
   return path;
 }
 
-// A back-up that may not be written gives way to a new one, where its folder admits that.
-bool beginBackUp(Replacement &made, const char *path) {
-  return made.begin(path, IfMissing::Create, {.inPlace = false}) ||
-         (errno == EACCES && made.begin(path, IfMissing::Create, {.inPlace = false, .anew = true}));
+bool isLink(const char *path) {
+  struct stat status;
+  return lstat(path, &status) == 0 && S_ISLNK(status.st_mode);
+}
+
+// A back-up that is a symbolic link or may not be written gives way to a new one, where its folder
+// admits that. A new one has what its table has: owner, group, mode.
+bool beginBackUp(Replacement &made, const char *path, int table) {
+  files::ReplaceRules rules = {.inPlace = false, .like = table};
+  if (!isLink(path)) {
+    if (made.begin(path, IfMissing::Create, rules)) return true;
+    if (errno != EACCES) return false;
+  }
+  rules.anew = true;
+  return made.begin(path, IfMissing::Create, rules);
 }
 
 bool copyTo(Replacement &backUp, TableReader &table) {
@@ -126,7 +137,7 @@ void backUp(const TablePath &path, bool overwrite) {
   if (!table.open(path.text, Slots::File) || !handle.take(target.text)) return;
   const PosixPath posix(target.text);
   Replacement made;
-  if (!beginBackUp(made, posix.text()) || !copyTo(made, table)) return;
+  if (!beginBackUp(made, posix.text(), table.descriptor()) || !copyTo(made, table)) return;
   static_cast<void>(replaces ? made.commit() : made.commitAs(posix.text()));
 }
 

@@ -267,7 +267,72 @@ TEST_F(Create, AnOldBackUpThatMayNotBeWrittenGivesWay) {
   EXPECT_EQ(content(folder() + "/actes.bak"), "old");
   EXPECT_EQ(backUpAsNobody(1), 0);
   EXPECT_EQ(files(), (Files{{"actes.bak", actes()}, {"actes.tab", actes()}}));
-  EXPECT_EQ(modeOf(folder() + "/actes.bak"), 0777U);
+  EXPECT_EQ(modeOf(folder() + "/actes.bak"), modeOf(posixPath("actes")));
+}
+
+TEST_F(Create, AnOldBackUpThatIsALinkGivesWayAndItsTargetStays) {
+  const std::string backUp = folder() + "/actes.bak";
+  volumes_.file("tables/elsewhere", "precious");
+  for (const char *target : {"elsewhere", "nowhere", "actes.tab", "actes.bak"}) {
+    symlink(target, backUp.c_str());
+    EXPECT_EQ(ZRV_Table_sauvegarde("actes", 0), 0);
+    EXPECT_EQ(std::filesystem::read_symlink(backUp), target);
+    EXPECT_EQ(ZRV_Table_sauvegarde("actes", 1), 0);
+    EXPECT_FALSE(std::filesystem::is_symlink(backUp)) << target;
+    EXPECT_EQ(files(),
+              (Files{{"actes.bak", actes()}, {"actes.tab", actes()}, {"elsewhere", "precious"}}));
+    EXPECT_EQ(modeOf(backUp), modeOf(posixPath("actes")));
+    unlink(backUp.c_str());
+  }
+}
+
+TEST_F(Create, ALinkThatTheNewBackUpCannotReplaceStays) {
+  const std::string backUp = folder() + "/actes.bak";
+  volumes_.file("tables/elsewhere", "precious");
+  symlink("elsewhere", backUp.c_str());
+  for (const ReplaceStep step :
+       {ReplaceStep::Open, ReplaceStep::Temporary, ReplaceStep::Write, ReplaceStep::Adopt,
+        ReplaceStep::Sync, ReplaceStep::Link, ReplaceStep::Rename}) {
+    Fault fault(step, 1, ENOSPC);
+    EXPECT_EQ(ZRV_Table_sauvegarde("actes", 1), 0);
+    EXPECT_EQ(std::filesystem::read_symlink(backUp), "elsewhere");
+    EXPECT_EQ(content(backUp), "precious");
+  }
+}
+
+TEST_F(Create, AFirstBackUpHasModeAndGroupOfItsTable) {
+  const std::string backUp = folder() + "/actes.bak";
+  for (const mode_t mask : {0U, 077U}) {
+    for (const mode_t mode : {0600U, 0640U, 0644U, 0666U, 0777U}) {
+      chmod(posixPath("actes").c_str(), mode);
+      const mode_t before = umask(mask);
+      EXPECT_EQ(ZRV_Table_sauvegarde("actes", 0), 0);
+      umask(before);
+      EXPECT_EQ(modeOf(backUp), mode);
+      unlink(backUp.c_str());
+    }
+  }
+  if (geteuid() != 0) GTEST_SKIP() << "only root may give files to any group";
+  ASSERT_EQ(chown(posixPath("actes").c_str(), static_cast<uid_t>(-1), 34), 0);
+  EXPECT_EQ(ZRV_Table_sauvegarde("actes", 0), 0);
+  struct stat status = {};
+  ASSERT_EQ(stat(backUp.c_str(), &status), 0);
+  EXPECT_EQ(status.st_gid, 34U);
+}
+
+// Where the group cannot be given, it gets no more than everyone has.
+TEST_F(Create, AFirstBackUpOfAnotherGroupsTableIsNotOpenToOnesOwn) {
+  if (geteuid() != 0) GTEST_SKIP() << "needs a second user";
+  chmod(volumes_.root().c_str(), 0755);
+  chmod(folder().c_str(), 0777);
+  ASSERT_EQ(chown(posixPath("actes").c_str(), 65534, 34), 0);
+  chmod(posixPath("actes").c_str(), 0660);
+  EXPECT_EQ(inChild([&] {
+              if (!becomeNobody()) return 2;
+              return ZRV_Table_sauvegarde("actes", 0);
+            }),
+            0);
+  EXPECT_EQ(modeOf(folder() + "/actes.bak"), 0600U);
 }
 
 // Nothing is removed before the new one is whole.
