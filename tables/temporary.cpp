@@ -50,16 +50,19 @@ TablePath temporaryPath(const TablePath &table) {
 }
 
 bool LeftOver::openFor(const char *table) {
-  close();
+  if (file_ >= 0) return true;
   const std::size_t length = std::strlen(table);
   if (length == 0 || length >= sizeof path_) return false;
   std::memcpy(path_, table, length + 1);
   replaceLast(path_);
   struct stat left;
   struct stat rewritten;
-  if (lstat(path_, &left) != 0) return true;
-  if (stat(table, &rewritten) == 0 && isSameFile(left, rewritten)) return true;
+  if (lstat(path_, &left) != 0) return errno == ENOENT;
+  if (stat(table, &rewritten) != 0) return false;
+  if (isSameFile(left, rewritten)) return true;
   if (!S_ISREG(left.st_mode)) return false;
+  // In a folder that is open to all anybody may have put it there.
+  if (left.st_uid != geteuid()) return true;
   file_ = open(path_, O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
   return file_ >= 0;
 }

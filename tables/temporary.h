@@ -3,7 +3,7 @@
 //
 // That file is called like the table, but for its last character, which is '_'. In fact the new
 // content stands in a file without a name, and nobody meets the other one. Two things remain: it
-// takes a file handle as long as it is written, and one of that name that somebody left there is
+// takes a file handle as long as it is written, and one of that name that this user left there is
 // gone through.
 #ifndef TABLES_TEMPORARY_H
 #define TABLES_TEMPORARY_H
@@ -47,14 +47,15 @@ class LeftOver {
   LeftOver &operator=(const LeftOver &) = delete;
 
   // Looks for that of the table at a POSIX path. Returns false when what stands there is no file
-  // that could be written through: a folder, say. The table itself is none.
+  // that could be written through: a folder, say. The table itself is none, nor is another user's
+  // file. One that is open already stays the one.
   bool openFor(const char *table);
 
   // Kept: what it holds behind the new content becomes part of that. The bytes from an offset on,
   // up to as many as the buffer holds; their number, 0 at the end, -1 when they cannot be read.
   long read(long offset, char *to, unsigned long size) const;
 
-  // Kept: the rewriting uses it up.
+  // Kept: the rewriting uses it up. Its bytes can be read still.
   void consume();
 
  private:

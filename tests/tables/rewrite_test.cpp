@@ -179,6 +179,24 @@ TEST_F(Rewrite, ALeftOverFileIsUsedUpByAWriteThatFails) {
   EXPECT_EQ(files(), (Files{{"actes.tab", actes()}}));
 }
 
+// A file that somebody else put there is not taken for the user's own data.
+TEST_F(Rewrite, AStrangersLeftOverFileIsNotTakenOver) {
+  if (geteuid() != 0) GTEST_SKIP() << "needs a second user";
+  const std::string longer = actes() + "99,Rest\r\n";
+  leaveOver(longer);
+  ASSERT_EQ(chown(temporary().c_str(), 12, static_cast<gid_t>(-1)), 0);
+  for (const mode_t mode : {0666U, 0600U}) {
+    table("actes", actes());
+    chmod(temporary().c_str(), mode);
+    ZRV_Libelle_NC_set_ligne(6);
+    EXPECT_EQ(deleteLine(), 1);
+    std::string expected = actes();
+    expected.erase(expected.find("07,"), 20);
+    EXPECT_EQ(files(), (Files{{"actes.ta_", longer}, {"actes.tab", expected}}));
+    EXPECT_EQ(openHandles(), std::vector<int>{});
+  }
+}
+
 TEST_F(Rewrite, WhereTheTemporaryCannotStandNothingIsRewritten) {
   mkdir(temporary().c_str(), 0777);
   ZRV_Libelle_NC_set_ligne(6);
