@@ -58,6 +58,7 @@ class BoundBuffer {
 // An edit of the current line alone.
 class CurrentLineEdit : public LineEdit {
  public:
+  void restart() final { met_ = false; }
   int nextAfter(int line) const final { return line < line_ ? line_ : kNoLine; }
   bool apply(int /*line*/, std::string_view kept, RewriteOutput &output) final {
     met_ = true;
@@ -121,6 +122,7 @@ class InsertLine final : public CurrentLineEdit {
 
  private:
   void write(std::string_view kept, RewriteOutput &output) override {
+    inserted_ = {};
     const int fields = fields_ == kAsMany ? countFields(textOf(kept)) : fields_;
     inserted_.write(kUnknownField);
     for (int i = 1; i < fields && inserted_.room() >= kFurtherField.size(); ++i) {
@@ -140,8 +142,7 @@ class DeleteLine final : public CurrentLineEdit {
 
 // Whether the table is rewritten; the current line need not have been met.
 bool rewrite(const char *table, LineEdit &edit) {
-  TableRewrite rewriting;
-  return rewriting.begin(tablePath(table)) && rewriting.copy(edit) && rewriting.commit();
+  return TableRewrite(tablePath(table)).run(edit) == TableRewrite::Result::Done;
 }
 
 }  // namespace

@@ -28,6 +28,7 @@ class ChangeHeading final : public LineEdit {
  public:
   explicit ChangeHeading(const Heading &heading) : heading_(heading) {}
 
+  void restart() override { met_ = false; }
   int nextAfter(int line) const override {
     if (line < kTitleLine) return kTitleLine;
     return line < kVersionLine ? kVersionLine : kNoLine;
@@ -55,6 +56,7 @@ class RestoreHeading final : public LineEdit {
 
   explicit RestoreHeading(const Heading &heading) : heading_(heading) {}
 
+  void restart() override { finding_ = Finding::None; }
   int nextAfter(int line) const override {
     if (line < kTitleLine) return kTitleLine;
     return line < kBeginLine && finding_ == Finding::None ? kBeginLine : kNoLine;
@@ -73,6 +75,7 @@ class RestoreHeading final : public LineEdit {
     output.writeLine({kept});
     return true;
   }
+  bool isWanted() const override { return finding_ == Finding::Restored; }
   // None: the table is too short to tell, or was not read so far.
   Finding finding() const { return finding_; }
 
@@ -81,39 +84,35 @@ class RestoreHeading final : public LineEdit {
   Finding finding_ = Finding::None;
 };
 
-bool isTaken(const TablePath &path) {
+bool isFolder(const TablePath &path) {
   struct stat status;
-  return lstat(files::PosixPath(path.text).text(), &status) == 0;
+  return lstat(files::PosixPath(path.text).text(), &status) == 0 && S_ISDIR(status.st_mode);
 }
 
 int modify(const TablePath &path, const TablePath &newPath, const Heading &heading) {
   const bool keepsName = std::string_view(path.text) == newPath.text;
-  if (!newPath || (!keepsName && isTaken(newPath))) return 0;
-  TableRewrite rewriting;
+  if (!newPath || (!keepsName && isFolder(newPath))) return 0;
   ChangeHeading edit(heading);
-  if (!rewriting.begin(path) || !rewriting.copy(edit)) return 0;
-  const bool done = keepsName ? rewriting.commit() : rewriting.commitAs(newPath);
+  const bool done = TableRewrite(path, newPath).run(edit) == TableRewrite::Result::Done;
   // Kept: a table without a line gets its new name, too.
   return done && edit.met() ? 1 : 0;
 }
 
 int repair(const TablePath &path, const Heading &heading) {
-  TableRewrite rewriting;
-  // Kept: where nothing can be read or rewritten, nothing counts as damaged.
-  if (!rewriting.begin(path)) return 1;
   RestoreHeading edit(heading);
-  const bool copied = rewriting.copy(edit);
+  const TableRewrite::Result result = TableRewrite(path).run(edit);
+  // Kept: where nothing can be read or rewritten, nothing counts as damaged.
+  if (result == TableRewrite::Result::Unopened) return 1;
   switch (edit.finding()) {
-    case RestoreHeading::Finding::Restored:
-      return copied && rewriting.commit() ? 1 : 0;
     case RestoreHeading::Finding::Sound:
       return 1;
     case RestoreHeading::Finding::Damaged:
       return 0;
+    case RestoreHeading::Finding::Restored:
     case RestoreHeading::Finding::None:
       break;
   }
-  return copied ? 1 : 0;
+  return result == TableRewrite::Result::Done ? 1 : 0;
 }
 
 }  // namespace

@@ -1,11 +1,15 @@
 #include "tables/rewrite.h"
 
+#include <fcntl.h>
 #include <limits.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
 #include <cstring>
+#include <string>
 
 #include "tables/unchanged.h"
 
@@ -110,24 +114,156 @@ bool LineCopier::endLine(std::string_view kept) {
 
 }  // namespace
 
-bool TableRewrite::begin(const TablePath &path) {
-  if (!path) return false;
-  path_ = files::PosixPath(path.text);
-  const bool isOurs = lock_.take(path_.text());
-  if (!reader_.open(path.text, Slots::File) || !isOurs) return false;
-  if (openTemporary(path)) return true;
+namespace {
+
+constexpr int kAttempts = 3;
+
+bool isSameFile(const struct stat &a, const struct stat &b) {
+  return a.st_dev == b.st_dev && a.st_ino == b.st_ino;
+}
+
+bool isSameTime(const timespec &a, const timespec &b) {
+  return a.tv_sec == b.tv_sec && a.tv_nsec == b.tv_nsec;
+}
+
+bool isUnchanged(const struct stat &before, const struct stat &now) {
+  return isSameFile(before, now) && before.st_size == now.st_size &&
+         isSameTime(before.st_mtim, now.st_mtim) && isSameTime(before.st_ctim, now.st_ctim);
+}
+
+bool isLink(const char *path) {
+  struct stat status;
+  return lstat(path, &status) == 0 && S_ISLNK(status.st_mode);
+}
+
+bool isFree(const char *path) {
+  struct stat status;
+  return lstat(path, &status) != 0 && errno == ENOENT;
+}
+
+bool leadToOneFile(const char *a, const char *b) {
+  struct stat ofA;
+  struct stat ofB;
+  return stat(a, &ofA) == 0 && stat(b, &ofB) == 0 && isSameFile(ofA, ofB);
+}
+
+std::string folderOf(const char *path) {
+  const std::string_view text = path;
+  return std::string(text.substr(0, text.rfind('/') + 1));
+}
+
+bool mayWriteFolder(const std::string &folder) {
+  return faccessat(AT_FDCWD, folder.c_str(), W_OK | X_OK, AT_EACCESS) == 0;
+}
+
+// Whether this process may take its name from what is there.
+bool mayRemove(const char *path) {
+  const std::string folder = folderOf(path);
+  struct stat ofFolder;
+  struct stat ofFile;
+  if (!mayWriteFolder(folder) || stat(folder.c_str(), &ofFolder) != 0 || lstat(path, &ofFile) != 0)
+    return false;
+  const uid_t user = geteuid();
+  return (ofFolder.st_mode & S_ISVTX) == 0 || user == 0 || user == ofFile.st_uid ||
+         user == ofFolder.st_uid;
+}
+
+// Whether a link may be given the other path, and leads to the same file then.
+bool mayMoveLink(const char *path, const char *newPath) {
+  char target[PATH_MAX];
+  const ssize_t length = readlink(path, target, sizeof target);
+  if (length <= 0 || length == static_cast<ssize_t>(sizeof target)) return false;
+  const std::string folder = folderOf(newPath);
+  const std::string_view text(target, static_cast<std::size_t>(length));
+  const std::string seenFromThere = (text[0] == '/' ? "" : folder) + std::string(text);
+  struct stat from;
+  struct stat to;
+  return leadToOneFile(seenFromThere.c_str(), path) && mayRemove(path) && mayWriteFolder(folder) &&
+         stat(folderOf(path).c_str(), &from) == 0 && stat(folder.c_str(), &to) == 0 &&
+         from.st_dev == to.st_dev;
+}
+
+// Whether both lead to the same place, through whatever links.
+bool isSamePlace(const char *a, const char *b) {
+  char placeOfA[PATH_MAX];
+  char placeOfB[PATH_MAX];
+  return realpath(a, placeOfA) != nullptr && realpath(b, placeOfB) != nullptr &&
+         std::strcmp(placeOfA, placeOfB) == 0;
+}
+
+}  // namespace
+
+TableRewrite::TableRewrite(const TablePath &path, const TablePath &newPath)
+    : colonPath_(path),
+      path_(path.text),
+      newPath_(newPath.text),
+      move_(std::strcmp(path.text, newPath.text) == 0 ? Move::Nothing
+            : isLink(path_.text())                    ? Move::Link
+                                                      : Move::File) {}
+
+TableRewrite::Result TableRewrite::run(LineEdit &edit) {
+  for (int attempt = 1;; ++attempt) {
+    edit.restart();
+    changed_ = false;
+    if (!begin()) return attempt == 1 ? Result::Unopened : Result::Failed;
+    if (!copy(edit)) return Result::Failed;
+    if (!edit.isWanted() || commit()) return Result::Done;
+    if (!changed_ || attempt == kAttempts) return Result::Failed;
+    giveBack();
+  }
+}
+
+// In the order in which an application sees handles given back.
+void TableRewrite::giveBack() {
+  handle_.giveBack();
+  reader_.close();
+  lock_.release();
+  targetLock_.release();
+}
+
+// What is read is the file that is locked.
+bool TableRewrite::begin() {
+  if (!colonPath_) return false;
+  const bool isOurs = takeLocks();
+  if (!reader_.open(colonPath_.text, Slots::File) || !isOurs) return false;
+  if (fstat(lock_.descriptor(), &asRead_) != 0) return false;
+  reader_.readThrough(lock_.descriptor());
+  if (openTemporary()) return openTarget();
   // Kept: the table stays open when it cannot be rewritten.
   reader_.leaveOpen();
   return false;
 }
 
-bool TableRewrite::openTemporary(const TablePath &path) {
-  const TablePath temporary = temporaryPath(path);
+// Of two tables always in the same order: no two renamings wait for each other.
+bool TableRewrite::takeLocks() {
+  const bool replaces = move_ != Move::Nothing && !leadToOneFile(path_.text(), newPath_.text());
+  const bool targetFirst = replaces && std::strcmp(newPath_.text(), path_.text()) < 0;
+  return (!targetFirst || takeTargetLock()) && lock_.take(path_.text()) &&
+         (!replaces || targetFirst || takeTargetLock());
+}
+
+// What cannot be edited need not be waited for.
+bool TableRewrite::takeTargetLock() {
+  return targetLock_.take(newPath_.text()) || errno != ETIMEDOUT;
+}
+
+bool TableRewrite::openTemporary() {
+  const TablePath temporary = temporaryPath(colonPath_);
   if (!handle_.take(temporary.text)) return false;
-  const bool opened = leftOver_.openFor(path_.text()) &&
-                      replacement_.begin(path_.text(), files::IfMissing::Fail, kRules);
+  const bool opened =
+      leftOver_.openFor(path_.text()) &&
+      (move_ == Move::File ? mayRemove(path_.text())
+                           : replacement_.begin(path_.text(), files::IfMissing::Fail, kRules));
   if (!opened) handle_.dropUnopened();
   return opened;
+}
+
+// Where the new path is another one.
+bool TableRewrite::openTarget() {
+  if (move_ == Move::Link) return mayMoveLink(path_.text(), newPath_.text());
+  return move_ == Move::Nothing ||
+         replacement_.begin(newPath_.text(), files::IfMissing::Create,
+                            {.inPlace = false, .anew = true, .like = lock_.descriptor()});
 }
 
 bool TableRewrite::copy(LineEdit &edit) {
@@ -155,38 +291,38 @@ bool TableRewrite::appendLeftOver(RewriteOutput &output) const {
   }
 }
 
-bool TableRewrite::commit() { return replacement_.commit(); }
-
-bool TableRewrite::commitAs(const TablePath &path) {
-  const files::PosixPath target(path.text);
-  struct stat status;
-  if (lstat(path_.text(), &status) != 0) return false;
-  return S_ISLNK(status.st_mode) ? moveLink(target.text()) : moveFile(target.text());
+bool TableRewrite::isAsRead() {
+  struct stat now;
+  changed_ = stat(path_.text(), &now) != 0 || !isUnchanged(asRead_, now);
+  return !changed_;
 }
 
-// A kill in the middle leaves the old table under the old path and the new one under the new path.
-bool TableRewrite::moveFile(const char *path) {
-  if (!replacement_.commitAs(path)) return false;
+bool TableRewrite::commit() {
+  const bool wasFree = move_ == Move::File && isFree(newPath_.text());
+  if (!replacement_.commit([this] { return isAsRead(); })) return false;
+  switch (move_) {
+    case Move::File:
+      return finishMovingFile(wasFree);
+    case Move::Link:
+      return moveLink();
+    case Move::Nothing:
+      break;
+  }
+  return true;
+}
+
+// The new table bears its new name. A kill here leaves the old table under the old name, too.
+bool TableRewrite::finishMovingFile(bool wasFree) {
   if (unlink(path_.text()) == 0) return true;
-  unlink(path);
+  if (wasFree) unlink(newPath_.text());
   return false;
 }
 
-// A kill in the middle leaves two links to one table.
-bool TableRewrite::moveLink(const char *path) {
-  char target[PATH_MAX];
-  const ssize_t length = readlink(path_.text(), target, sizeof target - 1);
-  if (length <= 0) return false;
-  target[length] = '\0';
-  if (symlink(target, path) != 0) return false;
-  struct stat table;
-  struct stat linked;
-  // A relative link leads elsewhere from another folder.
-  const bool leadsToTable = stat(path_.text(), &table) == 0 && stat(path, &linked) == 0 &&
-                            table.st_dev == linked.st_dev && table.st_ino == linked.st_ino;
-  if (leadsToTable && replacement_.commit()) return unlink(path_.text()) == 0;
-  unlink(path);
-  return false;
+// A kill before this leaves the new table under the old name. A link that would take the place of
+// its own table, or of a link on the way there, has nothing to do but go.
+bool TableRewrite::moveLink() {
+  if (isSamePlace(path_.text(), newPath_.text())) return unlink(path_.text()) == 0;
+  return rename(path_.text(), newPath_.text()) == 0;
 }
 
 }  // namespace korvel::tables

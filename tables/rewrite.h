@@ -8,6 +8,8 @@
 #ifndef TABLES_REWRITE_H
 #define TABLES_REWRITE_H
 
+#include <sys/stat.h>
+
 #include <climits>
 #include <cstddef>
 #include <initializer_list>
@@ -62,48 +64,74 @@ class LineEdit {
   LineEdit(const LineEdit &) = delete;
   LineEdit &operator=(const LineEdit &) = delete;
 
+  // The lines come from the first one on, maybe not for the first time.
+  virtual void restart() = 0;
   // The next one of them behind a line; kNoLine when there is none. Asked at the start, with 0, and
   // after each apply().
   virtual int nextAfter(int line) const = 0;
   // Writes what comes in the line's place, line end included. kept: its characters. Returns false
   // to leave the table as it is after all; no line behind it is read then.
   virtual bool apply(int line, std::string_view kept, RewriteOutput &output) = 0;
+  // Behind the last line: false leaves the table as it is.
+  virtual bool isWanted() const { return true; }
 
  protected:
   LineEdit() = default;
   ~LineEdit() = default;
 };
 
-// One rewriting of one table. Without a commit everything stays as it was; the table is free for
-// others once the object is gone.
+// One rewriting of one table, which is free for others once the object is gone.
+//
+// Who knows no lock may change the table meanwhile. It is looked at again just before the new one
+// takes its place; if it is not what was read, the edit starts again on what is there now, three
+// times at most in all.
 class TableRewrite {
  public:
-  // Waits for the table and opens it, two file handles being taken as told by WritingHandle.
-  // Returns false when it does not open or cannot be replaced.
-  bool begin(const TablePath &path);
+  explicit TableRewrite(const TablePath &path) : TableRewrite(path, path) {}
+  // newPath: the colon path that the table has afterwards; what bears it already gives way.
+  TableRewrite(const TablePath &path, const TablePath &newPath);
 
-  // Copies all lines but those that change. Returns false, with nothing to commit, when they cannot
-  // all be read and written, or the edit gives up.
-  bool copy(LineEdit &edit);
+  enum class Result {
+    Unopened,  // the table does not open or cannot be replaced
+    Failed,    // not all could be read and written, or the edit gave up
+    Done       // the new table stands, or is not wanted
+  };
 
-  // Puts the new content in the table's place. Returns true when it is there.
-  bool commit();
-  // The same under a new colon path, which nothing bears; the old path is free then.
-  bool commitAs(const TablePath &path);
+  // Waits for the table and edits it, two file handles being taken as told by WritingHandle. The
+  // table is as it was unless the result is Done.
+  Result run(LineEdit &edit);
 
  private:
-  bool openTemporary(const TablePath &path);
+  // What of the table gets the new path: nothing, as it is the old one; the file; or the symbolic
+  // link that it is, whose file stays where it is.
+  enum class Move { Nothing, File, Link };
+
+  bool begin();
+  bool takeLocks();
+  bool takeTargetLock();
+  bool openTemporary();
+  bool openTarget();
+  bool copy(LineEdit &edit);
   bool copyLines(LineEdit &edit, RewriteOutput &output);
   bool appendLeftOver(RewriteOutput &output) const;
-  bool moveFile(const char *path);
-  bool moveLink(const char *path);
+  bool isAsRead();
+  bool commit();
+  bool finishMovingFile(bool wasFree);
+  bool moveLink();
+  void giveBack();
 
+  TablePath colonPath_;
+  files::PosixPath path_;
+  files::PosixPath newPath_;
+  Move move_;
   files::FileLock lock_;
+  files::FileLock targetLock_;  // of the table that gives way
+  struct stat asRead_ = {};
+  bool changed_ = false;  // what is there now is not what was read
   TableReader reader_;
   WritingHandle handle_;
   LeftOver leftOver_;
   files::Replacement replacement_;
-  files::PosixPath path_{nullptr};
 };
 
 }  // namespace korvel::tables

@@ -77,8 +77,8 @@ long LeftOver::read(long offset, char *to, unsigned long size) const {
 }
 
 void LeftOver::consume() {
-  if (file_ >= 0) unlink(path_);
-  close();
+  if (file_ >= 0 && path_[0] != '\0') unlink(path_);
+  path_[0] = '\0';
 }
 
 void LeftOver::close() {

@@ -63,6 +63,11 @@ constexpr Editing kEditings[] = {
        return ZRV_Table_modify("actes", "new", textOf(round).c_str(), textOf(round).c_str());
      },
      true},
+    {"replace another",
+     [](int round) {
+       return ZRV_Table_modify("actes", "other", textOf(round).c_str(), textOf(round).c_str());
+     },
+     true},
     {"repair",
      [](int round) {
        return ZRV_Table_repair("actes", textOf(round).c_str(), textOf(round).c_str());
@@ -81,6 +86,7 @@ class Killed : public test::Edits {
     for (const std::string &name : test::entries(folder())) unlink((folder() + "/" + name).c_str());
     table("actes", longTable());
     volumes_.file("tables/actes.bak", "old back-up");
+    table("other", "another table");
     ZRV_Libelle_NC_set_ligne(6);
   }
   // Some blocks of writing, with an irregular line here and there.
@@ -107,7 +113,8 @@ void expectOldOrNew(const Files &now, const Files &before, const Files &after) {
   bool hasTable = false;
   for (const auto &[name, text] : now) {
     EXPECT_TRUE(among(before, name, text) || among(after, name, text)) << name;
-    hasTable = hasTable || name == "actes.tab" || name == "new.tab";
+    hasTable = hasTable || name == "actes.tab" || name == "new.tab" ||
+               (name == "other.tab" && text != "another table");
   }
   EXPECT_TRUE(hasTable);
 }
@@ -140,7 +147,7 @@ TEST_F(Killed, AtEveryStepTheTableIsTheOldOneOrTheNew) {
     EXPECT_GE(own, 7) << editing.name;
     kills += own;
   }
-  EXPECT_GE(kills, 74);
+  EXPECT_GE(kills, 83);
 }
 
 TEST_F(Killed, WithoutNamelessFilesTooTheTableIsTheOldOneOrTheNew) {
@@ -291,7 +298,7 @@ TEST_F(KilledAnyTime, TheTableIsThatBeforeOrAfterTheEditThatWasGoingOn) {
       ASSERT_TRUE(isBefore || isAfter) << "group " << group << " after " << done;
       if (done > 0 && done < kEdits) ++inTheMiddle;
       const Files left = visible(files());
-      ASSERT_EQ(left.size(), 2U) << "table and back-up";
+      ASSERT_EQ(left.size(), 3U) << "table, back-up and another table";
     }
   }
   EXPECT_GT(inTheMiddle, kKills / 2);
@@ -385,16 +392,50 @@ TEST_F(AtOnce, ATableIsCreatedOnce) {
   }
 }
 
-TEST_F(AtOnce, OneNewNameGoesToOneTable) {
+// Each replaces the one before it: the last one stands there, whole.
+TEST_F(AtOnce, OneNewNameGoesToTheLastTable) {
   for (int process = 0; process < kProcesses; ++process)
     table("t" + std::to_string(process), "old " + std::to_string(process));
   EXPECT_EQ(run([](int process) {
               const std::string name = "t" + std::to_string(process);
               return 1 - ZRV_Table_modify(name.c_str(), "new", "1", name.c_str());
             }),
-            1);
-  EXPECT_EQ(files().size(), 1U + kProcesses);
+            kProcesses);
+  EXPECT_EQ(test::entries(folder()), (std::vector<std::string>{"actes.tab", "new.tab"}));
   EXPECT_EQ(tableText("new").substr(0, 1), "t");
+  EXPECT_EQ(tableText("new").substr(2), "\r\n");
+}
+
+// Two tables that change their names with each other are one afterwards, and nobody waits for long.
+TEST_F(AtOnce, RenamingsCrossEachOther) {
+  for (int round = 0; round < 20; ++round) {
+    table("a", lines({"a"}));
+    table("b", lines({"b"}));
+    EXPECT_GE(run([](int process) {
+                const bool even = process % 2 == 0;
+                const char *from = even ? "a" : "b";
+                return 1 - ZRV_Table_modify(from, even ? "b" : "a", "1", from);
+              }),
+              1);
+    EXPECT_EQ(files().size(), 2U) << "one of them, and the example table";
+  }
+}
+
+// An edit of a table that another one replaces is made before or behind that: the one that replaced
+// it is not lost.
+TEST_F(AtOnce, ATableThatReplacesAnEditedOneStays) {
+  for (int round = 0; round < 50; ++round) {
+    table("from", lines({"from", "v"}));
+    table("to", lines({"to", "v"}));
+    EXPECT_EQ(run([](int process) {
+                ZRV_Libelle_NC_set_ligne(2);
+                if (process == 0) return 1 - ZRV_Table_modify("from", "to", "1", "from");
+                return 1 - replaceColumn(1, "x", "to");
+              }),
+              kProcesses);
+    EXPECT_EQ(test::entries(folder()), (std::vector<std::string>{"actes.tab", "to.tab"}));
+    EXPECT_EQ(tableText("to").substr(0, 6), "from\r\n");
+  }
 }
 
 }  // namespace

@@ -275,7 +275,9 @@ int EditModel::ZRV_Table_modify(const char *name, const char *newName, const cha
                                 const char *title) {
   const std::optional<std::string> path = pathOf(name);
   const std::optional<std::string> newPath = pathOf(newName);
-  if (!path || !newPath || (*newPath != *path && files.contains(*newPath))) return 0;
+  if (!path || !newPath) return 0;
+  const bool isTakenByFolder = files.contains(*newPath) && !isFile(*newPath);
+  if (*newPath != *path && isTakenByFolder) return 0;
   std::optional<Rewriting> rewriting = beginRewriting(name);
   if (!rewriting) return 0;
   int line = 0;

@@ -416,6 +416,30 @@ TEST_F(Edit, FlushingKeepsWhatStandsFromTheFirstEmptyFieldOn) {
   EXPECT_EQ(tableText(), oneLineTable("07,x"));
 }
 
+// Kept: an empty text followed by a flush ends the stored line there.
+TEST_F(Edit, SettingAnEmptyTextAndFlushingEndsTheStoredLineThere) {
+  table("actes", lines({"07,Visite,01/01/95,x"}));
+  ASSERT_EQ(test::lookUp("07", 1, "actes").result, 1);
+  EXPECT_EQ(setColumn(2, ""), 1);
+  EXPECT_EQ(flushLine(), 1);
+  EXPECT_EQ(tableText(), lines({"07,Visite"}));
+}
+
+// Kept: a separator in a new text makes a further field.
+TEST_F(Edit, ASeparatorInATextMakesFurtherFields) {
+  for (const char *text : {"a,b", "a+b"}) {
+    table("actes", lines({"07,Visite,x"}));
+    ASSERT_EQ(test::lookUp("07", 1, "actes").result, 1);
+    EXPECT_EQ(replaceColumn(1, text), 1);
+    EXPECT_EQ(tableText(), lines({"07," + std::string(text) + ",x"}));
+    EXPECT_EQ(test::lookUp("07", 2, "actes").out, "b");
+    EXPECT_EQ(test::lookUp("07", 3, "actes").out, "x");
+    EXPECT_EQ(setColumn(3, text), 1);
+    EXPECT_EQ(flushLine(), 1);
+    EXPECT_EQ(tableText(), lines({"07,a,b,a,b"}));
+  }
+}
+
 TEST_F(Edit, FlushingAnUnchangedLineOnlyPutsCommas) {
   for (const std::string_view line : {"07", "", "07,a", "07,a,", "07,,", ",", ",,a", "07,a,,b,c"}) {
     oneLineRead(line);

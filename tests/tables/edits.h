@@ -4,8 +4,10 @@
 
 #include <cstdlib>
 #include <filesystem>
+#include <functional>
 #include <map>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "tests/files/faults.h"
@@ -76,6 +78,30 @@ class Edits : private MemoryDisk, public Tables {
     for (int handle = 4; handle >= 0; --handle) File_Close(handle);
     DATA_FILE_ID = -1;
   }
+};
+
+// Runs something at each passage through a step, which then goes on.
+class EachTime {
+ public:
+  EachTime(ReplaceStep step, std::function<void(int nth)> act) {
+    step_ = step;
+    passages_ = 0;
+    act_ = std::move(act);
+    files::replaceFault = [](ReplaceStep passed) {
+      if (passed == step_) act_(++passages_);
+      return 0;
+    };
+  }
+  ~EachTime() { files::replaceFault = nullptr; }
+  EachTime(const EachTime &) = delete;
+  EachTime &operator=(const EachTime &) = delete;
+
+  int passages() const { return passages_; }
+
+ private:
+  static inline ReplaceStep step_;
+  static inline int passages_;
+  static inline std::function<void(int)> act_;
 };
 
 inline int replaceColumn(int column, const char *text, const char *table = "actes") {

@@ -1,7 +1,10 @@
 // The heading lines of a table and its name.
+#include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 
 #include <cerrno>
+#include <thread>
 
 #include "tests/tables/edits.h"
 
@@ -64,25 +67,83 @@ TEST_F(Header, ModifyChangesTheLinesThatThereAre) {
   }
 }
 
-TEST_F(Header, ANewNameThatExistsIsRefused) {
+TEST_F(Header, ANewNameOfAnotherTableReplacesThatOne) {
+  chmod(posixPath("actes").c_str(), 0640);
   table("new", "other");
-  EXPECT_EQ(ZRV_Table_modify("actes", "new", "3", "Titre"), 0);
-  EXPECT_EQ(files(), (Files{{"actes.tab", unchanged()}, {"new.tab", "other"}}));
-  mkdir(posixPath("sub").c_str(), 0777);
-  symlink("nowhere", posixPath("dangling").c_str());
-  for (const char *name : {"sub", "dangling"}) {
-    EXPECT_EQ(ZRV_Table_modify("actes", name, "3", "Titre"), 0) << name;
-    EXPECT_EQ(tableText(), unchanged()) << name;
+  EXPECT_EQ(ZRV_Table_modify("actes", "new", "3", "Titre"), 1);
+  EXPECT_EQ(files(), (Files{{"new.tab", changed()}}));
+  EXPECT_EQ(modeOf(posixPath("new")), 0640U);
+  EXPECT_EQ(openHandles(), std::vector<int>{});
+  EXPECT_EQ(DATA_FILE_ID, -1);
+}
+
+// As a renaming does: the link goes, what it leads to stays.
+TEST_F(Header, ANewNameOfALinkReplacesTheLink) {
+  table("other", "other");
+  for (const char *target : {"other.tab", "nowhere", "actes.tab", "new.tab"}) {
+    table("actes", unchanged());
+    symlink(target, posixPath("new").c_str());
+    EXPECT_EQ(ZRV_Table_modify("actes", "new", "3", "Titre"), 1) << target;
+    EXPECT_EQ(files(), (Files{{"new.tab", changed()}, {"other.tab", "other"}})) << target;
+    EXPECT_FALSE(std::filesystem::is_symlink(posixPath("new")));
+    unlink(posixPath("new").c_str());
   }
 }
 
-TEST_F(Header, ANewNameThatAppearsMeanwhileIsRefused) {
+TEST_F(Header, ANewNameOfAnotherLinkToTheTableReplacesThatLink) {
+  ASSERT_EQ(link(posixPath("actes").c_str(), posixPath("new").c_str()), 0);
+  EXPECT_EQ(ZRV_Table_modify("actes", "new", "3", "Titre"), 1);
+  EXPECT_EQ(files(), (Files{{"new.tab", changed()}}));
+}
+
+TEST_F(Header, ANewNameOfAFolderIsRefused) {
+  mkdir(posixPath("sub").c_str(), 0777);
+  EXPECT_EQ(ZRV_Table_modify("actes", "sub", "3", "Titre"), 0);
+  EXPECT_EQ(files(), (Files{{"actes.tab", unchanged()}, {"sub.tab", "(folder)"}}));
+  volumes_.file("shared.tab", unchanged());
+  symlink("../shared.tab", posixPath("linked").c_str());
+  EXPECT_EQ(ZRV_Table_modify("linked", "sub", "3", "Titre"), 0);
+  EXPECT_EQ(content(volumes_.posix("shared.tab")), unchanged());
+  EXPECT_EQ(test::entries(folder()),
+            (std::vector<std::string>{"actes.tab", "linked.tab", "sub.tab"}));
+}
+
+TEST_F(Header, AFaultAtAnyStepLeavesTheTableOfTheNewName) {
+  for (const ReplaceStep step :
+       {ReplaceStep::Open, ReplaceStep::Temporary, ReplaceStep::Write, ReplaceStep::Adopt,
+        ReplaceStep::Sync, ReplaceStep::Link, ReplaceStep::Rename}) {
+    table("new", "other");
+    Fault fault(step, 1, ENOSPC);
+    EXPECT_EQ(ZRV_Table_modify("actes", "new", "3", "Titre"), 0) << static_cast<int>(step);
+    EXPECT_EQ(files(), (Files{{"actes.tab", unchanged()}, {"new.tab", "other"}}))
+        << static_cast<int>(step);
+    closeHandles();
+  }
+}
+
+TEST_F(Header, ANewNameThatAppearsMeanwhileIsReplaced) {
   Fault fault(ReplaceStep::Link, 1, [&] {
     table("new", "other");
     return 0;
   });
-  EXPECT_EQ(ZRV_Table_modify("actes", "new", "3", "Titre"), 0);
-  EXPECT_EQ(files(), (Files{{"actes.tab", unchanged()}, {"new.tab", "other"}}));
+  EXPECT_EQ(ZRV_Table_modify("actes", "new", "3", "Titre"), 1);
+  EXPECT_EQ(files(), (Files{{"new.tab", changed()}}));
+}
+
+TEST_F(Header, TheTableOfTheNewNameIsWaitedFor) {
+  table("new", "other");
+  const int other = open(posixPath("new").c_str(), O_RDWR);
+  ASSERT_EQ(flock(other, LOCK_EX), 0);
+  Files seen;
+  std::thread releasing([&] {
+    usleep(100000);
+    seen = files();
+    close(other);
+  });
+  EXPECT_EQ(ZRV_Table_modify("actes", "new", "3", "Titre"), 1);
+  releasing.join();
+  EXPECT_EQ(seen, (Files{{"actes.tab", unchanged()}, {"new.tab", "other"}}));
+  EXPECT_EQ(files(), (Files{{"new.tab", changed()}}));
 }
 
 TEST_F(Header, WhatCannotBeRenamedStaysAsItWas) {
@@ -155,6 +216,31 @@ TEST_F(Header, ASymbolicLinkIsRenamedAndItsTableChanged) {
   EXPECT_TRUE(S_ISLNK(status.st_mode));
   EXPECT_EQ(lstat(posixPath("linked").c_str(), &status), -1);
   EXPECT_EQ(tableText("new"), changed());
+}
+
+TEST_F(Header, ASymbolicLinkThatGetsTheNameOfAnotherTableReplacesThatOne) {
+  volumes_.file("shared.tab", unchanged());
+  symlink("../shared.tab", posixPath("linked").c_str());
+  table("new", "other");
+  EXPECT_EQ(ZRV_Table_modify("linked", "new", "3", "Titre"), 1);
+  EXPECT_EQ(content(volumes_.posix("shared.tab")), changed());
+  EXPECT_EQ(std::filesystem::read_symlink(posixPath("new")), "../shared.tab");
+  EXPECT_EQ(test::entries(folder()), (std::vector<std::string>{"actes.tab", "new.tab"}));
+}
+
+// Only the link goes then.
+TEST_F(Header, ASymbolicLinkThatGetsANameOfItsTable) {
+  for (const char *name : {"shared", "second"}) {
+    table("shared", unchanged());
+    symlink("shared.tab", posixPath("second").c_str());
+    symlink("second.tab", posixPath("linked").c_str());
+    EXPECT_EQ(ZRV_Table_modify("linked", name, "3", "Titre"), 1);
+    EXPECT_EQ(tableText("shared"), changed());
+    EXPECT_EQ(tableText("second"), changed());
+    EXPECT_EQ(test::entries(folder()),
+              (std::vector<std::string>{"actes.tab", "second.tab", "shared.tab"}));
+    unlink(posixPath("second").c_str());
+  }
 }
 
 TEST_F(Header, ALinkThatWouldLeadElsewhereIsNotRenamed) {
@@ -241,6 +327,20 @@ TEST_F(Header, RepairOfWhatDoesNotOpenGivesOne) {
   EXPECT_EQ(tableText(), kData);
   EXPECT_EQ(openHandles(), std::vector<int>{0});
   closeHandles();
+}
+
+TEST_F(Header, RepairInAReadOnlyFolderGivesOneWithTheTableUntouched) {
+  table("actes", kData);
+  chmod(volumes_.root().c_str(), 0755);
+  chmod(posixPath("actes").c_str(), 0666);
+  chmod(folder().c_str(), 0555);
+  EXPECT_EQ(inChild([&] {
+              if (geteuid() == 0 && !becomeNobody()) return 2;
+              return ZRV_Table_repair("actes", "2", "Actes");
+            }),
+            1);
+  chmod(folder().c_str(), 0755);
+  EXPECT_EQ(files(), (Files{{"actes.tab", std::string(kData)}}));
 }
 
 TEST_F(Header, RepairWithoutATitleOrVersionDoesNothing) {

@@ -9,7 +9,10 @@
 #include <sys/xattr.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <atomic>
 #include <cerrno>
+#include <chrono>
 #include <thread>
 
 #include "files/lock.h"
@@ -525,19 +528,42 @@ TEST_F(Rewrite, AnEditWaitsForWhoeverHasTheTable) {
   EXPECT_EQ(seen, actes());
 }
 
+// Whether somebody has the table at a path.
+bool isTaken(const std::string &path) {
+  const int file = open(path.c_str(), O_RDWR);
+  const bool taken = flock(file, LOCK_EX | LOCK_NB) != 0;
+  close(file);
+  return taken;
+}
+
 TEST_F(Rewrite, AnEditThatWaitedWorksOnWhatIsThereNow) {
   const int other = open(posixPath("actes").c_str(), O_RDWR);
   ASSERT_EQ(flock(other, LOCK_EX), 0);
   const std::string changed = lines({"Autre", "a,b"});
+  std::string seen;
   std::thread replacing([&] {
     usleep(50000);
+    seen = tableText();
     volumes_.file("tables/new", changed);
     std::rename((folder() + "/new").c_str(), posixPath("actes").c_str());
     close(other);
   });
-  ZRV_Libelle_NC_set_ligne(2);
-  EXPECT_EQ(replaceColumn(1, "x"), 1);
+  // What it has is the new table, from the first attempt on.
+  int attempts = 0;
+  bool hasTheNewOne = true;
+  {
+    Fault fault(ReplaceStep::Sync, 1, [&] {
+      ++attempts;
+      hasTheNewOne = isTaken(posixPath("actes"));
+      return 0;
+    });
+    ZRV_Libelle_NC_set_ligne(2);
+    EXPECT_EQ(replaceColumn(1, "x"), 1);
+  }
   replacing.join();
+  EXPECT_EQ(seen, actes()) << "it waited";
+  EXPECT_EQ(attempts, 1);
+  EXPECT_TRUE(hasTheNewOne);
   EXPECT_EQ(tableText(), lines({"Autre", "a,x"}));
 }
 
@@ -548,9 +574,20 @@ TEST_F(Rewrite, AnEditThatWaitedTooLongGivesZero) {
   ZRV_Libelle_NC_set_ligne(6);
   EXPECT_EQ(replaceColumn(1, "x"), 0);
   EXPECT_EQ(files(), (Files{{"actes.tab", actes()}}));
+  EXPECT_EQ(openHandles(), std::vector<int>{});
   files::lockPatience = 5000;
   close(other);
   EXPECT_EQ(replaceColumn(1, "x"), 1);
+}
+
+// Kept: the table stays open then. It is not kept from others.
+TEST_F(Rewrite, ATableThatStaysOpenIsFree) {
+  mkdir(temporary().c_str(), 0777);
+  ZRV_Libelle_NC_set_ligne(6);
+  EXPECT_EQ(replaceColumn(1, "x"), 0);
+  EXPECT_EQ(openHandles(), std::vector<int>{0});
+  EXPECT_FALSE(isTaken(posixPath("actes")));
+  closeHandles();
 }
 
 TEST_F(Rewrite, AnEditThatWaitedForATableThatIsGoneGivesZero) {
@@ -565,6 +602,195 @@ TEST_F(Rewrite, AnEditThatWaitedForATableThatIsGoneGivesZero) {
   EXPECT_EQ(replaceColumn(1, "x"), 0);
   removing.join();
   EXPECT_EQ(files(), Files{});
+}
+
+// --- Those who know no lock ----------------------------------------------------------------------
+
+// Adds bytes to a file as a program does that knows nothing of edits.
+void append(const std::string &path, std::string_view bytes) {
+  const int file = open(path.c_str(), O_WRONLY | O_APPEND);
+  EXPECT_EQ(write(file, bytes.data(), bytes.size()), static_cast<ssize_t>(bytes.size()));
+  close(file);
+}
+
+// The table has changed between the reading and the renaming: the edit is made on the new one.
+TEST_F(Rewrite, WhatIsAppendedDuringAnEditIsNotLost) {
+  for (const ReplaceStep step : {ReplaceStep::Open, ReplaceStep::Write, ReplaceStep::Adopt,
+                                 ReplaceStep::Sync, ReplaceStep::Link, ReplaceStep::Rename}) {
+    table("actes", actes());
+    Fault fault(step, 1, [&] {
+      append(posixPath("actes"), "08,Ajout");
+      return 0;
+    });
+    ZRV_Libelle_NC_set_ligne(6);
+    EXPECT_EQ(replaceColumn(1, "x"), 1);
+    std::string expected = actes();
+    expected.replace(expected.find("Visite"), 6, "x");
+    EXPECT_EQ(files(), (Files{{"actes.tab", expected + "08,Ajout\r\n"}}));
+    EXPECT_EQ(openHandles(), std::vector<int>{});
+    EXPECT_EQ(DATA_FILE_ID, -1);
+  }
+}
+
+TEST_F(Rewrite, WhatReplacesTheTableDuringAnEditIsEdited) {
+  const auto replace = [&](const std::string &text) {
+    volumes_.file("tables/made", text);
+    std::rename((folder() + "/made").c_str(), posixPath("actes").c_str());
+    return 0;
+  };
+  // As long as the old one, too.
+  std::string other = actes();
+  other.replace(other.find("Garde"), 5, "Repas");
+  Fault fault(ReplaceStep::Rename, 1, [&] { return replace(other); });
+  ZRV_Libelle_NC_set_ligne(6);
+  EXPECT_EQ(deleteLine(), 1);
+  other.erase(other.find("07,"), 20);
+  EXPECT_EQ(files(), (Files{{"actes.tab", other}}));
+}
+
+TEST_F(Rewrite, ATableThatGoesDuringAnEditStaysGone) {
+  Fault fault(ReplaceStep::Rename, 1, [&] { return unlink(posixPath("actes").c_str()); });
+  ZRV_Libelle_NC_set_ligne(6);
+  EXPECT_EQ(replaceColumn(1, "x"), 0);
+  EXPECT_EQ(files(), Files{});
+}
+
+TEST_F(Rewrite, EveryEditStartsAgainOnAChangedTable) {
+  const struct {
+    const char *name;
+    int (*edit)();
+    std::string table;
+    std::string expected;
+  } kEdits[] = {
+      {"insert", [] { return insertLine(0); }, lines({"a,b"}),
+       lines({"a,b",
+              "N\xE9"
+              "ant,N\xE9"
+              "ant",
+              "c,d"})},
+      {"delete", [] { return deleteLine(); }, lines({"a,b"}), lines({"c,d"})},
+      {"flush", [] { return flushLine(); }, lines({"a,b"}), lines({"01,x", "c,d"})},
+      {"modify", [] { return ZRV_Table_modify("actes", "actes", "2", "T"); }, lines({"a,b"}),
+       lines({"T", "Version: 2"})},
+      {"repair", [] { return ZRV_Table_repair("actes", "2", "T"); }, lines({"a,b"}),
+       lines({"T", "Version: 2", "a,b", "c,d"})},
+  };
+  for (const auto &row : kEdits) {
+    table("actes", row.table);
+    ZRV_Libelle_NC_set_ligne(1);
+    std::memcpy(ZRV_Libelle_NC_szBuffer, "01\0x\0", 6);
+    Fault fault(ReplaceStep::Rename, 1, [&] {
+      append(posixPath("actes"), "c,d");
+      return 0;
+    });
+    EXPECT_EQ(row.edit(), 1) << row.name;
+    EXPECT_EQ(files(), (Files{{"actes.tab", row.expected}})) << row.name;
+  }
+}
+
+TEST_F(Rewrite, ARenamingStartsAgainOnAChangedTable) {
+  table("new", "other");
+  Fault fault(ReplaceStep::Rename, 1, [&] {
+    append(posixPath("actes"), "c,d");
+    return 0;
+  });
+  EXPECT_EQ(ZRV_Table_modify("actes", "new", "2", "Actes"), 1);
+  EXPECT_EQ(files(), (Files{{"new.tab", actes() + "c,d\r\n"}}));
+}
+
+// A left-over file gives its tail to the attempt that succeeds.
+TEST_F(Rewrite, TheTailOfALeftOverFileIsThereAfterASecondAttempt) {
+  leaveOver(actes() + "99,Rest\r\n99,Ende\r\n");
+  Fault fault(ReplaceStep::Rename, 1, [&] {
+    append(posixPath("actes"), "08,Ajout\r\n");
+    return 0;
+  });
+  EXPECT_EQ(rewriteOnly(), 0);
+  EXPECT_EQ(files(), (Files{{"actes.tab", actes() + "08,Ajout\r\n" + "9,Ende\r\n"}}));
+}
+
+TEST_F(Rewrite, AnEditGivesUpWhenTheTableChangesThreeTimes) {
+  for (const int changes : {2, 3}) {
+    table("actes", actes());
+    ASSERT_EQ(test::lookUp("07", 1, "actes").result, 1);
+    const State before = state();
+    std::string appended;
+    {
+      test::EachTime fault(ReplaceStep::Rename, [&](int nth) {
+        if (nth > changes) return;
+        append(posixPath("actes"), "08,Ajout\r\n");
+        appended += "08,Ajout\r\n";
+      });
+      EXPECT_EQ(deleteLine(), changes == 3 ? 0 : 1);
+      EXPECT_EQ(fault.passages(), 3);
+    }
+    std::string expected = actes();
+    if (changes == 2) expected.erase(expected.find("07,"), 20);
+    EXPECT_EQ(files(), (Files{{"actes.tab", expected + appended}}));
+    EXPECT_EQ(state(), before);
+    EXPECT_EQ(openHandles(), std::vector<int>{});
+    EXPECT_EQ(DATA_FILE_ID, -1);
+  }
+}
+
+// Beside many edits, somebody appends. What is lost was appended between an edit's last look at the
+// table and its end.
+TEST_F(Rewrite, AppendingForeignersLoseNothingButInTheLastInstantOfAnEdit) {
+  using Clock = std::chrono::steady_clock;
+  struct Span {
+    Clock::time_point begin;
+    Clock::time_point end;
+    bool overlaps(const Span &other) const { return begin <= other.end && other.begin <= end; }
+  };
+  constexpr int kEdits = 300;
+  std::string large = actes();
+  for (int i = 0; i < 5000; ++i) large += std::to_string(i) + ",Libell\xE9\r\n";
+  table("actes", large);
+
+  std::atomic<bool> stop = false;
+  std::vector<Span> appended;
+  const auto lineOf = [](std::size_t number) { return std::to_string(number) + ",ajout\r\n"; };
+  std::thread foreigner([&] {
+    while (!stop) {
+      const std::string line = lineOf(appended.size());
+      Span span;
+      span.begin = Clock::now();
+      append(posixPath("actes"), line);
+      span.end = Clock::now();
+      appended.push_back(span);
+      usleep(static_cast<useconds_t>(500 + appended.size() * 7919 % 2000));
+    }
+  });
+  std::vector<Span> blind;
+  int done = 0;
+  {
+    test::EachTime look(ReplaceStep::Rename, [&](int) { blind.push_back({Clock::now(), {}}); });
+    for (int i = 0; i < kEdits; ++i) {
+      const std::size_t before = blind.size();
+      usleep(1000);
+      ZRV_Libelle_NC_set_ligne(4);
+      if (replaceColumn(1, std::to_string(i).c_str()) == 1) ++done;
+      // Only the last attempt puts anything in the table's place.
+      if (blind.size() > before)
+        blind.erase(blind.begin() + static_cast<long>(before), blind.end() - 1);
+      if (blind.size() > before) blind.back().end = Clock::now();
+    }
+  }
+  stop = true;
+  foreigner.join();
+
+  EXPECT_GT(done, kEdits / 2);
+  EXPECT_GT(appended.size(), 50U);
+  const std::string now = "\r\n" + tableText();
+  int unexplained = 0;
+  for (std::size_t i = 0; i < appended.size(); ++i) {
+    if (now.find(lineOf(i).insert(0, "\r\n")) != std::string::npos) continue;
+    const bool explained = std::any_of(blind.begin(), blind.end(), [&](const Span &instant) {
+      return instant.overlaps(appended[i]);
+    });
+    if (!explained) ++unexplained;
+  }
+  EXPECT_EQ(unexplained, 0) << "of " << appended.size();
 }
 
 }  // namespace

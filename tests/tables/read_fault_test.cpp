@@ -1,0 +1,183 @@
+// Edits and back-ups of a table that cannot be read to its end, or of which the system does not
+// tell the size.
+#include <sys/syscall.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdint>
+
+#include "tests/tables/edits.h"
+
+namespace {
+
+// The calls of a kind that are still answered; from then on `failures` of them fail.
+struct CountedFault {
+  int answered = -1;  // below 0: all
+  int failures = 0;
+
+  bool strikes() {
+    if (answered < 0 || answered-- > 0 || failures == 0) return false;
+    --failures;
+    answered = 0;
+    errno = EIO;
+    return true;
+  }
+};
+
+CountedFault statusFault;
+CountedFault readFault;
+size_t mostAtOnce = SIZE_MAX;  // bytes that a reading gives
+
+}  // namespace
+
+// The library's questions for the status of an open file, and its readings, come here.
+extern "C" int fstat(int descriptor, struct stat *status) {
+  if (statusFault.strikes()) return -1;
+  return static_cast<int>(syscall(SYS_fstat, descriptor, status));
+}
+extern "C" ssize_t read(int descriptor, void *to, size_t count) {
+  if (readFault.strikes()) return -1;
+  return syscall(SYS_read, descriptor, to, std::min(count, mostAtOnce));
+}
+extern "C" ssize_t pread(int descriptor, void *to, size_t count, off_t offset) {
+  if (readFault.strikes()) return -1;
+  return syscall(SYS_pread64, descriptor, to, std::min(count, mostAtOnce), offset);
+}
+
+namespace korvel {
+namespace {
+
+using test::Files;
+
+constexpr int kForGood = 1000000;
+
+struct Editing {
+  const char *name;
+  int (*edit)();
+};
+
+constexpr Editing kEditings[] = {
+    {"replace", [] { return test::replaceColumn(1, "x"); }},
+    {"insert", [] { return test::insertLine(2); }},
+    {"delete", [] { return test::deleteLine(); }},
+    {"flush", [] { return test::flushLine(); }},
+    {"modify", [] { return ZRV_Table_modify("actes", "actes", "3", "Titre"); }},
+    {"rename", [] { return ZRV_Table_modify("actes", "new", "3", "Titre"); }},
+    {"repair", [] { return ZRV_Table_repair("actes", "3", "Titre"); }},
+    {"back up", [] { return 1 + ZRV_Table_sauvegarde("actes", 1); }},
+};
+
+class ReadFaults : public test::Edits {
+ protected:
+  ~ReadFaults() override { heal(); }
+
+  static void heal() {
+    statusFault = readFault = {};
+    mostAtOnce = SIZE_MAX;
+  }
+
+  void reset() {
+    heal();
+    closeHandles();
+    for (const std::string &name : test::entries(folder())) unlink((folder() + "/" + name).c_str());
+    table("actes", table_);
+    volumes_.file("tables/actes.bak", "old back-up");
+    ZRV_Libelle_NC_set_ligne(6);
+    std::snprintf(ZRV_Libelle_NC_szBuffer, sizeof ZRV_Libelle_NC_szBuffer, "99");
+  }
+
+  // But for a temporary whose end could not be told from another's.
+  Files visibleFiles() const {
+    Files all = files();
+    std::erase_if(all, [](const auto &file) { return file.first.starts_with(".korvel-"); });
+    return all;
+  }
+
+  // Makes the edit with one fault after the other until none strikes any more. All that may be
+  // there is the files as they were, or what the edit makes of them.
+  void expectNothingLost(const Editing &editing, CountedFault &fault, int failures) {
+    reset();
+    const Files before = files();
+    ASSERT_EQ(editing.edit(), 1) << editing.name;
+    const Files after = files();
+    int struck = 0;
+    for (int nth = 0;; ++nth) {
+      reset();
+      fault = {nth, failures};
+      const int result = editing.edit();
+      const bool strikes = fault.failures < failures;
+      heal();
+      if (!strikes) break;
+      ++struck;
+      const Files now = visibleFiles();
+      EXPECT_TRUE(now == before || now == after) << editing.name << ", " << nth << " answered";
+      const bool answersAsItIs = now == before || result == 1;
+      EXPECT_TRUE(answersAsItIs) << editing.name << ", " << nth << " answered";
+    }
+    EXPECT_GT(struck, 0) << editing.name;
+  }
+
+  std::string table_ = test::actes();
+};
+
+TEST_F(ReadFaults, AStatusThatIsNotToldLosesNothing) {
+  for (const Editing &editing : kEditings) {
+    expectNothingLost(editing, statusFault, 1);
+    expectNothingLost(editing, statusFault, kForGood);
+  }
+}
+
+TEST_F(ReadFaults, AReadThatFailsLosesNothing) {
+  tables::TableReader::blockSize = 16;
+  for (const Editing &editing : kEditings) {
+    expectNothingLost(editing, readFault, 1);
+    expectNothingLost(editing, readFault, kForGood);
+  }
+}
+
+TEST_F(ReadFaults, WithoutAnyStatusTheEditGivesZero) {
+  for (const Editing &editing : kEditings) {
+    reset();
+    const Files before = files();
+    statusFault = {0, kForGood};
+    const int result = editing.edit();
+    heal();
+    EXPECT_EQ(files(), before) << editing.name;
+    // Kept: a table that cannot be repaired counts as sound, and a back-up always answers 0.
+    const bool alwaysOne =
+        editing.name == std::string("repair") || editing.name == std::string("back up");
+    EXPECT_EQ(result, alwaysOne ? 1 : 0) << editing.name;
+  }
+}
+
+TEST_F(ReadFaults, AWalkOverWhatCannotBeReadCallsNobody) {
+  reset();
+  mostAtOnce = 16;
+  static int called;
+  called = 0;
+  readFault = {3, kForGood};
+  int first = 0;
+  int last = -7;
+  const int result = ZRV_Table_scan("actes", &first, &last, [](char *) { ++called; });
+  heal();
+  EXPECT_EQ(result, 0);
+  EXPECT_EQ(called, 0);
+  EXPECT_EQ(last, -7);
+}
+
+TEST_F(ReadFaults, ReadingsThatGiveLessThanAskedForAreGoneOnWith) {
+  for (const Editing &editing : kEditings) {
+    reset();
+    ASSERT_EQ(editing.edit(), 1) << editing.name;
+    const Files after = files();
+    reset();
+    mostAtOnce = 16;
+    EXPECT_EQ(editing.edit(), 1) << editing.name;
+    heal();
+    EXPECT_EQ(files(), after) << editing.name;
+  }
+}
+
+}  // namespace
+}  // namespace korvel
