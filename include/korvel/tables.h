@@ -16,8 +16,9 @@
 
    Table names: with a directory set by setDirTables, the table is that directory's file of exactly
    the name given ("actes.tab"); otherwise it is the file of szDirTables named like the table plus
-   ".tab" ("actes"). One ':' at the end of the directory does not count. A path of more than 255
-   characters names no table.
+   ".tab" ("actes"). One ':' at the end of the directory does not count. While both are empty there
+   is no directory: nothing is created and nothing found. A path of more than 255 characters names
+   no table.
 
    A buffer to fill is given with its size in bytes: at most size - 1 characters are written and
    always a terminator; a null buffer or a size below 1 is not written. A null table or
@@ -166,7 +167,15 @@ KORVEL_API int ZRV_Code_NC_ex_next(const char *const *labels, const int *columns
 
    What is edited is the line whose number is ZRV_Libelle_NC_il, counted in the table as it is at
    that moment: edits of one table wait for each other, also those of other processes, and none is
-   lost. Of the key only the length counts, and that only where it is said.
+   lost. An edit waits 5 seconds at most, then gives 0. A program that changes the table without
+   waiting loses nothing either: the edit is made again on what is there then; if the table changes
+   under the third attempt, too, the edit gives 0. Only what such a program writes in the last
+   instant, while the new table takes its place, is lost. Of the key only the length counts, and that
+   only where it is said.
+
+   A new text is written as it stands: each ',' or '+' in it makes a further field, and the columns
+   behind it count on from there; a carriage return makes a further line. An empty text is an empty
+   field, which ends the line's fields: what stands behind it stays in the file and is no column.
 
    An edit rewrites the table: every line then ends with CR LF, the last one too, line feeds
    elsewhere are gone, and of a line that is not the edited one the first 1023 characters stay. In
@@ -176,16 +185,17 @@ KORVEL_API int ZRV_Code_NC_ex_next(const char *const *labels, const int *columns
 
    Returns 1 when the table has the line, 0 when it has fewer; it is rewritten in both cases.
    Returns 0, with the table, the current line and the buffer as they were, when the table will not
-   open or may not be written, when its folder does not let a file be exchanged or the disk is full,
-   and for a null table or text. At any moment the file is the old table or the new one, whole.
+   open, cannot be read to its end or may not be written, when its folder does not let a file be
+   exchanged (one that may not be written; a sticky one, for another user's table) or the disk is
+   full, and for a null table or text. At any moment the file is the old table or the new one, whole.
    Owner, group, mode and a symbolic link stay; only where the process may not give a file away the
    owner or the group becomes its own. Another hard link to the table keeps the old content.
 
    While an edit runs it takes two file handles (files.h). When the temporary file cannot be made,
    as in a folder that may not be written or with one handle free, the first of them stays open.
-   That file is called like the table, its last character replaced by '_'; if somebody has left one
+   That file is called like the table, its last character replaced by '_'; if this user has left one
    of that name, the edit uses it up, and what it holds behind the length of the new table becomes
-   the end of that. */
+   the end of that. Another user's file of that name is left alone. */
 
 /* Replaces a column (from 1 on) of the current line in the table; the code, for keyLength 0 and
    column 0. In a line that does not have the column, no field changes. The buffer is left alone. */
@@ -206,14 +216,17 @@ KORVEL_API int ZRV_Libelle_NC_idem_delete(const char *key, int keyLength, const 
 /* Replaces a column (from 1 on) of the line in the buffer; the code, for keyLength 0 and column 0.
    No file is touched, the table's name not looked at. text: may stand in the buffer itself. The
    buffer is split afterwards, also if it was not; what passes its room is cut off. An empty text
-   for a column ends the fields there. Returns 1, or 0 when the line does not have the column (or
+   for a column ends the buffer's fields there: a flush then ends the stored line there, too. A ','
+   or '+' in the text makes further fields. Returns 1, or 0 when the line does not have the column (or
    text is null). The current line's number and the read flag remain. */
 KORVEL_API int ZRV_Libelle_NC_set(const char *key, int keyLength, int column, const char *table,
                                   const char *text);
 
 /* Writes the fields of the buffer in place of those of the current line in the table. On 1 the
    buffer is left joined: it holds the fields as one, with ',' between them, until a line is looked
-   up again. The read flag remains. */
+   up again. The read flag remains. What the buffer's fields do not have is gone from the line, as
+   behind an empty text of ZRV_Libelle_NC_set; only what stood from the line's first empty field on
+   stays. */
 KORVEL_API int ZRV_Libelle_NC_idem_flush(const char *key, int keyLength, const char *table);
 
 /* ---- Table maintenance ----
@@ -228,25 +241,31 @@ typedef void (*TableLine_t)(char *fields);
 /* Creates a table of four lines: the title, "Version: " and the version, "#DEBUT", "#FIN"; readable
    and writable by all.
    Returns 1 if it was created, or exists and is left untouched. A disk that is full is no failure:
-   the table is then as long as it could get. Returns 0 if no file can be created there. */
+   the table is then as long as it could get. Returns 0 if no file can be created there, as in a
+   folder that may not be written. */
 KORVEL_API int ZRV_Table_create(const char *name, const char *version, const char *title);
 
 /* Removes a table, after waiting for edits of it. Returns 0 if it does not exist, else 1, whether
-   or not it could be removed. */
+   or not it could be removed: in a folder that may not be written the table stays, with 1. */
 KORVEL_API int ZRV_Table_remove(const char *name);
 
 /* Copies a table to its back-up, whose path is the table's with ".bak" for its last four
    characters. overwrite: 0 leaves a back-up alone that exists. A back-up is replaced as a whole,
-   even one that may not be written, or, if the new one cannot be written, not at all. A table whose
-   path ends with ".bak" has none. Always returns 0. */
+   even one that may not be written, or, if the new one cannot be written, not at all. A back-up that
+   is a symbolic link is replaced itself; what it leads to is left alone. A first back-up, and one
+   that replaces a link or a file that may not be written, has the mode and the group of its table,
+   as far as the process may give them. A table whose path ends with ".bak" has none. In a folder
+   that may not be written nothing is done. Always returns 0. */
 KORVEL_API int ZRV_Table_sauvegarde(const char *name, int overwrite);
 
 /* Puts the title in the place of line 1 and "Version: " and the version in that of line 2, as far
    as the table has them, and gives the table a new name, which may be the old one. The table is
-   rewritten as by an edit.
+   rewritten as by an edit. Another table of the new name is replaced, after waiting for edits of it;
+   so is a symbolic link. A table that is a symbolic link stays one under its new name.
    Returns 1. Returns 0 if the table has no line; it is renamed then all the same. Returns 0 and
-   leaves everything as it was when something else has the new name already, and where an edit would
-   fail. A kill may leave the old table, the new one, or each under its name. */
+   leaves everything as it was when the new name is that of a folder, and where an edit would fail,
+   as in a folder that may not be written. A kill may leave the old table, the new one, or each under
+   its name. */
 KORVEL_API int ZRV_Table_modify(const char *name, const char *newName, const char *version,
                                 const char *title);
 
@@ -257,18 +276,19 @@ KORVEL_API int ZRV_Table_modify(const char *name, const char *newName, const cha
    Returns 1 if there is a line "#DEBUT", else 0, with out empty. */
 KORVEL_API int ZRV_Table_liste(const char *name, char *out, int outSize);
 
-/* Hands every data line to perLine, cut to its first 254 characters; the table's content is that of
-   the moment of the call.
+/* Hands every data line to perLine, cut to its first 254 characters. The table is read whole before
+   that, so what becomes of the file during the walk changes nothing.
    firstLine: if it holds 0, set to the number of the line behind "#DEBUT". lastLine: set to the
    number of the lines but one, which is that of the last data line in a table that ends with
    "#FIN". Both are set as the lines pass, and may be null, as may perLine. Lines count from 1.
-   Returns 1 if there is a line "#DEBUT", else 0. */
+   Returns 1 if there is a line "#DEBUT", else 0. Returns 0, with nothing called or set, if the table
+   cannot be read to its end or does not fit into memory. */
 KORVEL_API int ZRV_Table_scan(const char *name, int *firstLine, int *lastLine, TableLine_t perLine);
 
 /* Puts back a missing heading: if line 1 is not exactly the title, the title and "Version: " and
    the version are put before it, the table being rewritten as by an edit.
    Returns 1 if that is done, or there was nothing to do; that includes a table that will not open
-   or cannot be rewritten. Returns 0, the table untouched, if line 1 is the title but line 3 is not
+   or cannot be rewritten, as in a folder that may not be written. Returns 0, the table untouched, if line 1 is the title but line 3 is not
    "#DEBUT", and if writing fails. */
 KORVEL_API int ZRV_Table_repair(const char *name, const char *version, const char *title);
 
