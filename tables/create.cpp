@@ -12,7 +12,6 @@
 
 #include <korvel/files.h>
 #include <korvel/tables.h>
-#include "files/handles.h"
 #include "files/lock.h"
 #include "files/paths.h"
 #include "files/replace.h"
