@@ -149,9 +149,9 @@ TEST_F(DialogLayout, FieldsStandByRankThenTypeThenIndex) {
   IntDlgBox_set_geo(2, 5, 0, 0, 0, -1);
   DateDlgBox_set_geo(0, 6, 0, 0, 0, 7);
   EXPECT_EQ(layoutOf(),
-            "dialog (640,512)-(640,512) in front of everything \"T\"\n"
-            "1 push button (-90,-34)-(-10,-14) \"OK\" default\n"
-            "2 push button (10,-34)-(90,-14) \"Annuler\"\n"
+            "dialog (540,488)-(740,536) in front of everything \"T\"\n"
+            "1 push button (10,14)-(90,34) \"OK\" default\n"
+            "2 push button (110,14)-(190,34) \"Annuler\"\n"
             "3 push button (0,0)-(0,0) \"P\"\n"
             "4 edit text (4,0)-(4,0)\n"
             "5 edit text (6,0)-(6,0)\n"
@@ -182,9 +182,9 @@ TEST_F(DialogLayout, TypesNotInUseAreNotPlaced) {
   StaticDlgBox_param(1);
   SDB = 0;
   EXPECT_EQ(layoutOf(),
-            "dialog (640,512)-(640,512) in front of everything \"T\"\n"
-            "1 push button (-90,-34)-(-10,-14) \"OK\" default\n"
-            "2 push button (10,-34)-(90,-14) \"Annuler\"\n");
+            "dialog (540,488)-(740,536) in front of everything \"T\"\n"
+            "1 push button (10,14)-(90,34) \"OK\" default\n"
+            "2 push button (110,14)-(190,34) \"Annuler\"\n");
 }
 
 TEST_F(DialogLayout, Decoration) {

@@ -134,7 +134,7 @@ TEST_F(ThrowingCallbacks, TheGlobalCallbackEndsOnlyItsHit) {
   person.press(kActionText).type("7").press(kActionText).press(kOkText);
   EXPECT_EQ(run(), 1);
   EXPECT_EQ(s_calls, 3);
-  EXPECT_EQ(IDB_iInts[0], 7);
+  EXPECT_EQ(IDB_iInts[0], 57);
 }
 
 TEST_F(ThrowingCallbacks, TheFinalCallbackKeepsTheDialogOpen) {
