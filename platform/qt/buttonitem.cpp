@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "platform/qt/fieldaccess.h"
+#include "platform/qt/mostpixels.h"
 #include "platform/qt/text.h"
 
 namespace korvel::platform::qt {
@@ -31,6 +32,7 @@ ButtonItem::ButtonItem(QWidget *window, HitSink &sink, int number, const Appeara
   QAbstractButton::setText(withoutShortcuts(toQt(title)));
   setAccessibleName(toQt(title));
   setGeometry(appearance.pushButton(rect));
+  resize(withinMostPixels(size()));
   setFont(narrowedToFit(appearance.font, toQt(title), rect.width() - 2 * kTitleMargin));
 }
 

@@ -7,18 +7,13 @@
 #include <QWindow>
 #include <algorithm>
 
+#include "platform/qt/mostpixels.h"
+
 namespace korvel::platform::qt {
 namespace {
 
 // Room for a title bar, whose height no window manager tells beforehand.
 constexpr int kTitleBar = 28;
-
-// More than any screen has; what is painted is kept in memory pixel by pixel.
-constexpr int kMostPixels = 1 << 25;
-
-QSize withinMostPixels(const QSize &size) {
-  return size.boundedTo({kMostPixels, kMostPixels / std::max(1, size.width())});
-}
 
 int movedInto(int low, int high, int begin, int length) {
   return std::max(low, std::min(begin, high - length));

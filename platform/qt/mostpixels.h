@@ -1,0 +1,21 @@
+// For platform/qt/ only: how much of a window or a button is painted at most, as both are kept in
+// memory pixel by pixel.
+#ifndef KORVEL_PLATFORM_QT_MOSTPIXELS_H
+#define KORVEL_PLATFORM_QT_MOSTPIXELS_H
+
+#include <QSize>
+#include <algorithm>
+
+namespace korvel::platform::qt {
+
+// More than any screen has.
+constexpr int kMostPixels = 1 << 25;
+
+// Less high where it would have more.
+inline QSize withinMostPixels(const QSize &size) {
+  return size.boundedTo({kMostPixels, kMostPixels / std::max(1, size.width())});
+}
+
+}  // namespace korvel::platform::qt
+
+#endif
