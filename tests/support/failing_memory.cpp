@@ -13,7 +13,9 @@ constinit int g_left = 0;  // allocations up to the failing one; 0 for none
 
 bool isOfToolkit(const void *caller) {
   Dl_info info{};
-  return dladdr(caller, &info) != 0 && std::strstr(info.dli_fname, "/libQt6") != nullptr;
+  if (dladdr(caller, &info) == 0) return false;
+  const auto has = [&](const char *part) { return std::strstr(info.dli_fname, part) != nullptr; };
+  return has("/libQt6") || has("/plugins/");
 }
 
 void *allocate(std::size_t size, const void *caller) {
