@@ -737,6 +737,7 @@ TEST(QtPainterPorts, RulesAreOfOneThicknessAtAnyScale) {
   qtDesktop();
   for (const double scale : {1.0, 1.25, 1.5, 2.0, 2.75, 0.5}) {
     QImage surface(300, 300, QImage::Format_RGB32);
+    surface.fill(Qt::white);
     QPainter painter(&surface);
     painter.scale(scale, scale);
     const auto port = qtDesktop().painterPort(&painter);
