@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <QBuffer>
 #include <QFile>
@@ -17,10 +18,14 @@ constexpr qint64 kMostPixels = 1 << 28;
 bool isTooLarge(const QSize &size) { return qint64{size.width()} * size.height() > kMostPixels; }
 
 // While pictures are read, the toolkit's own limit does not count, and nobody hears what it thinks
-// of them.
+// of them. What the PNG library finds wrong it writes to standard error itself.
 class Reading {
  public:
-  Reading() : limit_(QImageReader::allocationLimit()) {
+  Reading()
+      : limit_(QImageReader::allocationLimit()), error_(fcntl(STDERR_FILENO, F_DUPFD_CLOEXEC, 3)) {
+    const int nowhere = open("/dev/null", O_WRONLY | O_CLOEXEC);
+    if (error_ >= 0 && nowhere >= 0) dup2(nowhere, STDERR_FILENO);
+    if (nowhere >= 0) close(nowhere);
     QImageReader::setAllocationLimit(0);
     g_isReading = true;
     g_previous = qInstallMessageHandler(dropOwn);
@@ -29,6 +34,9 @@ class Reading {
     qInstallMessageHandler(g_previous);
     g_isReading = false;
     QImageReader::setAllocationLimit(limit_);
+    if (error_ < 0) return;
+    dup2(error_, STDERR_FILENO);
+    close(error_);
   }
   Reading(const Reading &) = delete;
   Reading &operator=(const Reading &) = delete;
@@ -41,6 +49,7 @@ class Reading {
   static constinit inline thread_local bool g_isReading = false;
   static constinit inline QtMessageHandler g_previous = nullptr;
   const int limit_;
+  const int error_;  // standard error; -1 when there is none
 };
 
 // A pipe or a device would be waited for.

@@ -17,6 +17,7 @@ bool isPlainPicture(QStringView link) {
   if (!link.startsWith(u"data:") || at < 0) return false;
   QByteArray content = QByteArray::fromBase64(link.mid(at + kEncoding.size()).toLatin1());
   QBuffer buffer(&content);
+  buffer.open(QIODevice::ReadOnly);
   return !QImageReader::imageFormat(&buffer).startsWith("svg");
 }
 
