@@ -106,10 +106,10 @@ KORVEL_API int BSDSCopy(const char *source, const char *destination);
      then nobody can tell what the tools take it for. */
 KORVEL_API int BSDCopy(const char *source, const char *folder);
 
-/* As BSDCopy, by "sudo -S" with an empty prompt, which needs no terminal; password is written to its
-   standard input exactly as given (no line end is added) and is not kept. A wrong password changes
-   nothing, gives -1 and takes the seconds that the system lets pass after one; sudo's complaint
-   goes to standard error. */
+/* As BSDCopy, by "sudo -S" with an empty prompt, which needs no terminal; password is written to
+   its standard input exactly as given (no line end is added) and is not kept. A wrong password
+   changes nothing, gives -1 and takes the seconds that the system lets pass after one; sudo's
+   complaint goes to standard error. */
 KORVEL_API int BSDCopy_psw(const char *source, const char *folder, const char *password);
 
 /* Removes a file, a link, or a folder with all it holds, by "rm -dr".
@@ -120,8 +120,8 @@ KORVEL_API int BSDRemove(const char *path);
 KORVEL_API int BSDRemove_psw(const char *path, const char *password);
 
 /* Hands every line of the process list "ps -x -c" in which name occurs (a grep pattern, not
-   quoted) to BSDprocessf. A name that the list cuts to 15 bytes is made whole before, as far as what
-   is missing holds nothing that the shell or "kill" would take for something else (a blank, say).
+   quoted) to BSDprocessf. A name that the list cuts to 15 bytes is made whole before, unless what is
+   missing holds something that the shell or "kill" would take for something else (a blank, say).
    Returns the close status of the search: 1 << 8 when no line matches. */
 KORVEL_API int BSDkill(const char *name);
 

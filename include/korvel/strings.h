@@ -173,8 +173,8 @@ KORVEL_API int Teste_item_liste(const char *list, const char *item, int n);
 KORVEL_API int Teste_item_szliste(const char *list, int listLength, const char *item, int n);
 
 /* Copies the item number index (from 0), cut to 63 characters, to a buffer of the library.
-   Returns the buffer of 64 bytes, which the next call overwrites. Returns null, the buffer being as it was,
-   for an index below 0 or at or past the number of items. */
+   Returns the buffer of 64 bytes, which the next call overwrites. Returns null, the buffer being
+   as it was, for an index below 0 or at or past the number of items. */
 KORVEL_API char *Get_item_liste(const char *list, int index);
 
 /* --- Lists of strings ----------------------------------------------------------------------
