@@ -62,10 +62,13 @@ KORVEL_API int intcod_l_sup0(char *text, int *value);
    ignored. Values too large become infinite, too small 0; both are accepted.
    The digits of the integral part are summed from the last to the first in double precision, then
    those of the fraction from the first to the last, and the exponent is applied in steps of ten:
-   the result may differ in its last bits from the nearest double. Returns 0 and stores the value,
-   or leaves *value untouched and returns the first that applies: 1  empty after trimming, 2  a sign
-   with nothing behind it, 3  a character that is not a digit in the integral part, 4  a character
-   that is not a digit in the fraction, 5 to 8  4 plus the code of intcod_l for the exponent. */
+   the result may differ in its last bits from the nearest double.
+   Returns 0 and stores the value, or leaves *value untouched and returns the first that applies:
+   1  empty after trimming,
+   2  a sign with nothing behind it,
+   3  a character that is not a digit in the integral part,
+   4  a character that is not a digit in the fraction,
+   5 to 8  4 plus the code of intcod_l for the exponent. */
 KORVEL_API int realcod_d(char *text, double *value);
 
 /* As realcod_d; the double result is rounded to single precision when it is stored. */
@@ -77,10 +80,13 @@ KORVEL_API int realcod_f(char *text, float *value);
    integral part followed by a lone point. Values are exact below a magnitude of 2147483648. From
    there on the integral part stays 2147483647 (2147483648 for a negative value) and the decimals
    are the lowest digits of what is left of the value; they are zeros when that is too large for a
-   double. NaN is written as 0. Decimals past the 308th are zeros. Returns 0  written, 1  written,
-   and the capacity is 20 or less, 2  does not fit: the buffer holds what did (the lowest digits of
-   the integral part; or all of them, the point and the lowest decimals; or everything but the
-   sign); nothing is written when the capacity is below 1. */
+   double. NaN is written as 0. Decimals past the 308th are zeros.
+   Returns
+   0  written,
+   1  written, and the capacity is 20 or less,
+   2  does not fit: the buffer holds what did (the lowest digits of the integral part; or all of
+      them, the point and the lowest decimals; or everything but the sign); nothing is written when
+      the capacity is below 1. */
 KORVEL_API int realdco_d(double value, char *buffer, int capacity, int decimals);
 
 /* Writes a real with `digits` + 1 significant digits, truncated, as d.ddd with an exponent where it
@@ -119,18 +125,22 @@ KORVEL_API void utrealfs(const float *x, float *integral, float *fraction);
    readers read no more than `width` bytes, stop at a NUL, accept blanks around the digits and one
    sign, and refuse values below 0.
 
-   Codes of all of them: 0 done; 1 to 8 those of the reader of integers or reals underneath;
-   11 the width is too small for the value (writing), too large for a number or below 0 (reading);
-   12 the value read is below 0. */
+   Codes of all of them:
+   0  done,
+   1 to 8  those of the reader of integers or reals underneath,
+   11  the width is too small for the value (writing), too large for a number or below 0 (reading),
+   12  the value read is below 0. */
 
-/* Writes an integer as a NUM. The sign stands behind the fill: -5 at width 4 gives "00-5".
+/* Writes an integer as a NUM: 7 at width 2 gives "07". The sign stands behind the fill: -5 at width
+   4 gives "00-5".
    Returns 0, or 11 with nothing written. */
 KORVEL_API int LongToNUM(int value, char *destination, int width);
 
 /* The same as LongToNUM, for values of 16 bits. */
 KORVEL_API int IntToNUM(int value, char *destination, int width);
 
-/* Reads a NUM of at most 11 characters with intcod_l. On failure *result is 0. */
+/* Reads a NUM of at most 11 characters with intcod_l. " 042" gives 42, "-042" fails with 12. On
+   failure *result is 0. */
 KORVEL_API int NUMToLong(const char *num, int width, int *result);
 
 /* Reads a NUM of at most 11 characters with intcod_i. On failure *result is 0. */

@@ -25,37 +25,44 @@ KORVEL_API extern int a_org;
 
 /* ---- Display to stored ---- */
 
-/* Stores DD/MM/YYYY as YYYYMMDD (9 bytes); the year is copied as it stands. */
+/* Stores DD/MM/YYYY as YYYYMMDD (9 bytes); the year is copied as it stands.
+   "07/03/2004" gives "20040307". */
 KORVEL_API void ZRV_Build_Date(const char *date, char *out);
 
 /* Stores DD/MM/YY as YYYYMMDD (9 bytes), the year placed by a_org.
-   Returns the code of LongToNUM for the year, 0 on success. */
+   Returns the code of LongToNUM for the year, 0 on success.
+   With an a_org of 1950, "07/03/49" gives "20490307" and "07/03/50" gives "19500307". */
 KORVEL_API int ZRV_Build_Date_short(const char *date, char *out);
 
-/* Stores DD/MM/YY and HH:MM as YYYYMMDDHHMM (13 bytes). Returns as ZRV_Build_Date_short. */
+/* Stores DD/MM/YY and HH:MM as YYYYMMDDHHMM (13 bytes). Returns as ZRV_Build_Date_short.
+   "07/03/04" and "09:05" give "200403070905". */
 KORVEL_API int ZRV_Build_Date_long(const char *date, const char *time, char *out);
 
-/* Stores DD/MM/YY and HH:MM:SS as YYYYMMDDHHMMSS (15 bytes). Returns as ZRV_Build_Date_short. */
+/* Stores DD/MM/YY and HH:MM:SS as YYYYMMDDHHMMSS (15 bytes). Returns as ZRV_Build_Date_short.
+   "07/03/04" and "09:05:00" give "20040307090500". */
 KORVEL_API int ZRV_Build_Date_slong(const char *date, const char *time, char *out);
 
 /* Stores the midnight of a display date as YYYYMMDD0000 (13 bytes). Exactly 10 characters are
    DD/MM/YYYY, any other length is DD/MM/YY.
-   Returns 10 when the year was copied, else as ZRV_Build_Date_short. */
+   Returns 10 when the year was copied, else as ZRV_Build_Date_short.
+   "07/03/2004" gives "200403070000" and 10. */
 KORVEL_API int ZRV_Build_Date_SV(const char *date, char *out);
 
 /* ---- Stored to display ---- */
 
-/* Shows a stored date as DD/MM/YYYY (11 bytes). */
+/* Shows a stored date as DD/MM/YYYY (11 bytes). "20040307" gives "07/03/2004". */
 KORVEL_API void ZRV_Inv_Date(const char *stored, char *out);
 
-/* Shows a stored date as DD/MM/YY (9 bytes). */
+/* Shows a stored date as DD/MM/YY (9 bytes). "20040307" gives "07/03/04". */
 KORVEL_API void ZRV_Inv_Date_2(const char *stored, char *out);
 
-/* Shows YYYYMMDDHHMMSS as DD/MM/YYYY HH:MM:SS (20 bytes). */
+/* Shows YYYYMMDDHHMMSS as DD/MM/YYYY HH:MM:SS (20 bytes). "20040307090500" gives
+   "07/03/2004 09:05:00". */
 KORVEL_API void ZRV_Inv_Date_Time(const char *stored, char *out);
 
 /* Shortens a display date to DD/MM/YY (9 bytes): exactly 10 characters are DD/MM/YYYY, any other
-   length is DD/MM/YY. Returns the length of the input. */
+   length is DD/MM/YY. Returns the length of the input. "07/03/2004" gives "07/03/04"
+   and 10. */
 KORVEL_API int ZRV_Reduc_Date(const char *date, char *out);
 
 /* ---- Clock ---- */
@@ -74,21 +81,21 @@ KORVEL_API int ZRV_Get_Date_slong(char *out);
 
 /* ---- Calendar ---- */
 
-/* Returns 1 for a leap year, else 0. */
+/* Returns 1 for a leap year, else 0: 1 for 2000, 0 for 1900. */
 KORVEL_API int utdately(int year);
 
-/* Returns the days of a month, 28 to 31, or 0 for a month outside 1 to 12. */
+/* Returns the days of a month, 28 to 31, or 0 for a month outside 1 to 12. 2004 and 2 give 29. */
 KORVEL_API int utdatedm(int year, int month);
 
-/* Returns the day of the week, 0 (Sunday) to 6 (Saturday). */
+/* Returns the day of the week, 0 (Sunday) to 6 (Saturday). 2000, 1 and 1 give 6. */
 KORVEL_API int utdatedw(int year, int month, int day);
 
 /* Returns 1 when the number is a date of the years 1800 to 2100, else 0. Of a longer year, only the
-   last four digits count. */
+   last four digits count. 20000229 gives 1, 19000229 gives 0. */
 KORVEL_API int Validate_Date(int date);
 
 /* Returns the date n days later. A month outside 1 to 12 has no days and is stepped over; a result
-   that an int cannot hold is 2147483647. */
+   that an int cannot hold is 2147483647. 20001231 and 1 give 20010101. */
 KORVEL_API int Get_Date_Incr(int date, unsigned int n);
 
 /* Returns the date n days earlier. Whole years are taken off by the length of the calendar year
@@ -96,7 +103,7 @@ KORVEL_API int Get_Date_Incr(int date, unsigned int n);
    Whole months are taken off by their own length and keep the day, so that the result may be a day
    that does not exist: 20010331 less 30 gives 20010229. Validate_Date tells.
    A month above 12 has no days and is stepped over, a month below 1 steps back as January does; a
-   result that an int cannot hold is -2147483648. */
+   result that an int cannot hold is -2147483648. 20000315 less 20 gives 20000224. */
 KORVEL_API int Get_Date_Diff(int date, unsigned int n);
 
 /* Returns the minutes from the origin year to a date (YYYYMMDD) and time (HHMM): 1 January of the
