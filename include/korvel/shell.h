@@ -120,8 +120,8 @@ KORVEL_API int BSDRemove(const char *path);
 KORVEL_API int BSDRemove_psw(const char *path, const char *password);
 
 /* Hands every line of the process list "ps -x -c" in which name occurs (a grep pattern, not
-   quoted) to BSDprocessf. A name that the list cuts to 15 bytes is made whole before, unless what is
-   missing holds something that the shell or "kill" would take for something else (a blank, say).
+   quoted) to BSDprocessf. A name that the list cuts to 15 bytes is made whole before, unless what
+   is missing holds something that the shell or "kill" would read otherwise (a blank, say).
    Returns the close status of the search: 1 << 8 when no line matches. */
 KORVEL_API int BSDkill(const char *name);
 
