@@ -97,17 +97,17 @@ TEST(Entry, AMaskedTextGivesOutOnlyItsAsterisks) {
 TEST(Entry, AMaskedTextLooksTheSameWhateverItIs) {
   DialogHost host;
   press("Tab");
-  write("iiiiii");
+  write("iiiiiiiiii");
   press("Tab");
   const Picture thin = picture(110, 36, 220, 26);
   press("shift+Tab");
-  write("WWWWWW");
+  write("WWWWWWWWWW");
   press("Tab");
   const Picture wide = picture(110, 36, 220, 26);
   EXPECT_GT(thin.darkPixels(), 20);
   EXPECT_TRUE(thin.pixels == wide.pixels);
   press("Escape");
-  EXPECT_TRUE(host.endedWith({"result 0", "text 1 WWWWWW"}));
+  EXPECT_TRUE(host.endedWith({"result 0", "text 1 WWWWWWWWWW"}));
 }
 
 TEST(Entry, TheCursorStaysInItsPlaceInAMaskedText) {
