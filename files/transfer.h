@@ -1,5 +1,5 @@
-// For files/ and tables/ only: reading and writing through descriptors, interruptions and short transfers
-// gathered.
+// For files/ and tables/ only: reading and writing through descriptors, interruptions and short
+// transfers gathered.
 #ifndef KORVEL_FILES_TRANSFER_H
 #define KORVEL_FILES_TRANSFER_H
 

@@ -6,6 +6,7 @@
 #include <cerrno>
 #include <thread>
 
+#include "files/lock.h"
 #include "tests/tables/edits.h"
 
 namespace korvel {
@@ -144,6 +145,31 @@ TEST_F(Header, TheTableOfTheNewNameIsWaitedFor) {
   releasing.join();
   EXPECT_EQ(seen, (Files{{"actes.tab", unchanged()}, {"new.tab", "other"}}));
   EXPECT_EQ(files(), (Files{{"new.tab", changed()}}));
+}
+
+TEST_F(Header, TheTableOfTheNewNameIsNobodyElsesMeanwhile) {
+  table("new", "other");
+  bool isTaken = false;
+  Fault fault(ReplaceStep::Rename, 1, [&] {
+    const int other = open(posixPath("new").c_str(), O_RDWR);
+    isTaken = flock(other, LOCK_EX | LOCK_NB) != 0;
+    close(other);
+    return 0;
+  });
+  EXPECT_EQ(ZRV_Table_modify("actes", "new", "3", "Titre"), 1);
+  EXPECT_TRUE(isTaken);
+}
+
+TEST_F(Header, ATableOfTheNewNameThatIsWaitedForTooLongStays) {
+  table("new", "other");
+  const int other = open(posixPath("new").c_str(), O_RDWR);
+  ASSERT_EQ(flock(other, LOCK_EX), 0);
+  files::lockPatience = 50;
+  EXPECT_EQ(ZRV_Table_modify("actes", "new", "3", "Titre"), 0);
+  files::lockPatience = 5000;
+  close(other);
+  EXPECT_EQ(files(), (Files{{"actes.tab", unchanged()}, {"new.tab", "other"}}));
+  EXPECT_EQ(openHandles(), std::vector<int>{});
 }
 
 TEST_F(Header, WhatCannotBeRenamedStaysAsItWas) {

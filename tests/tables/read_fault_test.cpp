@@ -5,7 +5,9 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <chrono>
 #include <cstdint>
+#include <utility>
 
 #include "tests/tables/edits.h"
 
@@ -27,7 +29,9 @@ struct CountedFault {
 
 CountedFault statusFault;
 CountedFault readFault;
-size_t mostAtOnce = SIZE_MAX;  // bytes that a reading gives
+size_t mostAtOnce = SIZE_MAX;    // bytes that a reading gives
+void (*duringRead)() = nullptr;  // runs once, between two readings
+int readingsBefore = 0;
 
 }  // namespace
 
@@ -42,6 +46,7 @@ extern "C" ssize_t read(int descriptor, void *to, size_t count) {
 }
 extern "C" ssize_t pread(int descriptor, void *to, size_t count, off_t offset) {
   if (readFault.strikes()) return -1;
+  if (duringRead != nullptr && readingsBefore-- == 0) std::exchange(duringRead, nullptr)();
   return syscall(SYS_pread64, descriptor, to, std::min(count, mostAtOnce), offset);
 }
 
@@ -75,6 +80,7 @@ class ReadFaults : public test::Edits {
   static void heal() {
     statusFault = readFault = {};
     mostAtOnce = SIZE_MAX;
+    duringRead = nullptr;
   }
 
   void reset() {
@@ -176,6 +182,39 @@ TEST_F(ReadFaults, ReadingsThatGiveLessThanAskedForAreGoneOnWith) {
     EXPECT_EQ(editing.edit(), 1) << editing.name;
     heal();
     EXPECT_EQ(files(), after) << editing.name;
+  }
+}
+
+// The file is written over in place while it is read: what is walked is the one or the other.
+TEST_F(ReadFaults, AWalkIsNotOverHalfOfAnOldTableAndHalfOfANewOne) {
+  static std::string path;
+  static std::string other;
+  static std::string codes;
+  path = posixPath("actes");
+  for (const bool longer : {false, true}) {
+    other = table_;
+    std::replace(other.begin(), other.end(), '0', '9');
+    if (longer) other += "98,Ajout\r\n";
+    for (const int nth : {1, 2, 4}) {
+      reset();
+      // Two changes within one tick of the clock bear the same time.
+      std::filesystem::last_write_time(
+          path, std::filesystem::file_time_type::clock::now() - std::chrono::hours(1));
+      codes.clear();
+      mostAtOnce = 16;
+      readingsBefore = nth;
+      duringRead = [] {
+        std::FILE *file = std::fopen(path.c_str(), "r+b");
+        std::fputs(other.c_str(), file);
+        std::fclose(file);
+      };
+      EXPECT_EQ(ZRV_Table_scan("actes", nullptr, nullptr,
+                               [](char *fields) { codes.append(fields).append("+"); }),
+                1);
+      EXPECT_EQ(duringRead, nullptr);
+      heal();
+      EXPECT_EQ(codes, "91+92+97+") << nth;
+    }
   }
 }
 
