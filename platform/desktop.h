@@ -180,11 +180,13 @@ class Desktop {
   // screen) and in front of it. A template is a Qt Designer form. Its push buttons, check boxes,
   // list widgets, combo boxes and line edits are items, each under the number in its dynamic
   // property `item` (1 to 32767); the numbers may have gaps. One without a number stands there and
-  // is never hit. All else is decoration. Texts, fonts, layout, order of the Tab key and the first
-  // entries of pop-ups and lists are as designed, and the push button designed as the default one
-  // is the default item, else item 1. Null when the file cannot be read or is no form, when two
-  // widgets have the same number or one has a number that is none, and without a screen; `problem`
-  // then says why, in one line. A form brings no code in, and none of its signals are connected.
+  // is never hit. All else is decoration. Texts, fonts, style sheets, layout, order of the Tab key
+  // and the first entries of pop-ups and lists are as designed, and the push button designed as the
+  // default one is the default item, else item 1. The form's connections enable and show widgets
+  // and set what is no item. Null when the file cannot be read or is no form, when two widgets have
+  // the same number or one has a number that is none, and without a screen; `problem` then says
+  // why, in one line. A form brings no code in, reads no file but a label's picture, which stands
+  // in the folder above its own, and does nothing to its window and to items 1 and 2.
   virtual std::unique_ptr<Dialog> newDialogFromTemplate(const std::string &path, WindowRef parent,
                                                         std::string &problem) = 0;
 

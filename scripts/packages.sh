@@ -3,7 +3,8 @@
 # missing.
 
 readonly BUILD_PACKAGES=(
-  build-essential cmake ninja-build qt6-base-dev libqt6svg6
+  build-essential cmake ninja-build qt6-base-dev qt6-tools-dev libqt6opengl6-dev
+  libqt6svg6 libqt6uitools6
 )
 # The tools that the library runs beside those of every system.
 readonly TOOL_PACKAGES=(

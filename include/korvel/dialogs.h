@@ -527,8 +527,14 @@ KORVEL_API int ZRVDlgBoxEx(const char *title, WindowRef parent);
    items are those of their tables, first item number + index without a rank, rank r as item r; a
    date takes three items. Push buttons, check boxes and list widgets are control items, combo boxes
    pop-ups, line edits editable text. All else is decoration and stays as drawn, and so do titles,
-   fonts, layouts and the order of the Tab key; the window's title is that of the form unless
-   TitreDlgBox_set gave one. Return presses the push button drawn as the default one, else item 1.
+   fonts, style sheets, layouts, the pages of tab widgets, scroll areas and the order of the Tab
+   key; the window's title is that of the form unless TitreDlgBox_set gave one. Return presses the
+   push button drawn as the default one, else item 1.
+   Connections drawn in the form work where they enable, show or focus a widget, or set one that is
+   no item; none reaches the window and items 1 and 2. A form loads and runs nothing else: widgets
+   of plugins are plain ones, a style sheet that names a file (url, @import) or sets properties
+   (qproperty-) is left out, a rich text with a picture is shown as its words, and a label's picture
+   is a file of the resource folder.
    Choices and rows of a list string are added to those that the form has: choices behind, rows in
    front.
 

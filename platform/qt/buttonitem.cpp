@@ -65,10 +65,14 @@ void CheckItem::setValue(int value) {
   setChecked(isSetOn_);
 }
 
+void CheckItem::nextCheckState() {
+  if (number() == 0) QCheckBox::nextCheckState();
+}
+
 // A screen reader toggles the box where the mouse would click on it.
 void CheckItem::refuseToggle(bool isOn) {
   if (isOn == isSetOn_) return;
-  if (!isVisible()) {  // the form brings it along
+  if (!isVisible() || number() == 0) {  // the form brings it along
     isSetOn_ = isOn;
     return;
   }

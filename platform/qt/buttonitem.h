@@ -36,7 +36,8 @@ class CheckItem final : public QCheckBox, public Item {
 
  protected:
   void keyPressEvent(QKeyEvent *event) override;
-  void nextCheckState() override {}
+  // One that is no item of the dialog is the form's own, and keeps its value itself.
+  void nextCheckState() override;
 
  private:
   void refuseToggle(bool isOn);

@@ -34,6 +34,8 @@ class Item {
   virtual ~Item() = default;
 
   int number() const { return number_; }
+  // Of one that a form makes, whose number is told after it.
+  void setNumber(int number) { number_ = number; }
   ItemKind kind() const { return kind_; }
 
   virtual QWidget *widget() = 0;
@@ -59,7 +61,7 @@ class Item {
 
  private:
   HitSink &sink_;
-  const int number_;
+  int number_;
   const ItemKind kind_;
 };
 

@@ -2,8 +2,6 @@
 
 #include <QAccessible>
 #include <QApplication>
-#include <QFile>
-#include <QFileInfo>
 #include <QHash>
 #include <QLayout>
 #include <QPointer>
@@ -16,8 +14,7 @@
 #include "platform/qt/decoration.h"
 #include "platform/qt/fieldaccess.h"
 #include "platform/qt/fieldnames.h"
-#include "platform/qt/form.h"
-#include "platform/qt/formbuilder.h"
+#include "platform/qt/formloader.h"
 #include "platform/qt/listitem.h"
 #include "platform/qt/popupitem.h"
 #include "platform/qt/text.h"
@@ -65,18 +62,15 @@ QtDialog::QtDialog(const Rect &bounds, QWidget *parent, std::string_view title) 
 
 std::unique_ptr<QtDialog> QtDialog::fromTemplate(const std::string &path, QWidget *parent,
                                                  std::string &problem) {
-  const std::optional<Form> form = readForm(path, problem);
-  if (!form) return nullptr;
   std::unique_ptr<QtDialog> dialog(new QtDialog);
-  BuiltForm built;
-  const QString folder = QFileInfo(QFile::decodeName(path.c_str())).path();
-  if (!buildForm(*form, folder, dialog->window_, *dialog, built, problem)) return nullptr;
-  dialog->items_ = std::move(built.items);
+  DialogWindow &window = dialog->window_;
+  LoadedForm loaded;
+  if (!loadForm(path, window, *dialog, loaded, problem)) return nullptr;
+  dialog->items_ = std::move(loaded.items);
   dialog->followTabOrder();
-  dialog->setDefaultItem(built.defaultItem > 0 ? built.defaultItem : kOkItem);
-  const FormProperties &designed = form->window.properties;
-  dialog->showTitle(designed.value(QStringLiteral("windowTitle")).toString());
-  dialog->place(designed.value(QStringLiteral("geometry")).toRect().size(), parent);
+  dialog->setDefaultItem(loaded.defaultItem > 0 ? loaded.defaultItem : kOkItem);
+  dialog->showTitle(window.windowTitle());
+  dialog->place(window.testAttribute(Qt::WA_Resized) ? window.size() : QSize(), parent);
   return dialog;
 }
 
@@ -226,7 +220,10 @@ ListClick QtDialog::lastClick(int item) const {
 
 void QtDialog::setEnabled(int item, bool enabled) {
   Item *found = find(item);
-  if (found == nullptr || found->widget()->isEnabled() == enabled) return;
+  if (found == nullptr) return;
+  // One inside of what a form disables is enabled with it, unless it is disabled itself.
+  const bool isDisabled = found->widget()->testAttribute(Qt::WA_ForceDisabled);
+  if (isDisabled != enabled) return;
   if (!enabled) keepFocusFrom(found->widget());
   found->widget()->setEnabled(enabled);
 }

@@ -1,22 +1,38 @@
 // Dialogs of the Qt module that are made from forms.
 #include <gtest/gtest.h>
+#include <sys/inotify.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QDir>
 #include <QGroupBox>
 #include <QLabel>
 #include <QLayout>
 #include <QLineEdit>
 #include <QListView>
+#include <QPixmap>
 #include <QPushButton>
+#include <QScrollArea>
+#include <QSlider>
+#include <QSpinBox>
 #include <QTabWidget>
 #include <QWindow>
+#include <new>
+#include <random>
 
 #include "platform/desktop.h"
 #include "tests/platform/qt_person.h"
 #include "tests/platform/recorded_hits.h"
 #include "tests/platform/temporary_folder.h"
+
+// Of the leak checker, where the program is built with it.
+extern "C" {
+[[gnu::weak]] void __lsan_disable();
+[[gnu::weak]] void __lsan_enable();
+}
 
 namespace korvel::platform {
 namespace {
@@ -54,6 +70,21 @@ std::string widget(const std::string &className, const std::string &name,
 }
 
 std::string entry(const std::string &text) { return "<item>" + string("text", text) + "</item>"; }
+
+std::string page(const std::string &name, const std::string &title, const std::string &inside) {
+  return widget("QWidget", name,
+                "<attribute name=\"title\"><string>" + title + "</string></attribute>" + inside);
+}
+
+std::string connection(const std::string &sender, const std::string &signal,
+                       const std::string &receiver, const std::string &slot) {
+  return "<connection><sender>" + sender + "</sender><signal>" + signal + "</signal><receiver>" +
+         receiver + "</receiver><slot>" + slot + "</slot></connection>\n";
+}
+
+std::string connections(const std::string &inside) {
+  return "<connections>" + inside + "</connections>";
+}
 
 std::string form(const std::string &inside, const std::string &behind = "") {
   return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<ui version=\"4.0\">\n<class>F</class>\n" +
@@ -107,6 +138,9 @@ class QtTemplate : public testing::Test {
       edit.setFocus();
       test::typeText(&edit, text);
     });
+  }
+  void tick(const char *name) {
+    on(name, [](QWidget &box) { clickOn(&box, {8, 11}); });
   }
   void press(const char *name) {
     on(name, [](QWidget &button) { clickOn(&button, button.rect().center()); });
@@ -355,10 +389,6 @@ TEST_F(QtTemplate, ALabelsShortcutLeadsToItsBuddy) {
 }
 
 TEST_F(QtTemplate, PagesOfATabWidgetHoldItems) {
-  const auto page = [](const std::string &name, const std::string &title, const std::string &in) {
-    return "<widget class=\"QWidget\" name=\"" + name + "\"><attribute name=\"title\"><string>" +
-           title + "</string></attribute>" + in + "</widget>";
-  };
   ASSERT_TRUE(read(form(
       kPair +
       widget(
@@ -371,6 +401,237 @@ TEST_F(QtTemplate, PagesOfATabWidgetHoldItems) {
   person().pressEscape();
   EXPECT_EQ(run(), (Lines{"4 text x", "2"})) << "the focus starts on the page in front";
 }
+
+TEST_F(QtTemplate, AScrollAreaHoldsItems) {
+  ASSERT_TRUE(read(form(
+      kPair +
+      widget("QScrollArea", "area",
+             rect(10, 10, 200, 100) + property("widgetResizable", "bool", "true") +
+                 widget("QWidget", "inside",
+                        property("minimumSize", "size", "<width>150</width><height>600</height>") +
+                            widget("QLineEdit", "top", rect(5, 5, 90, 22) + item("3")) +
+                            widget("QLineEdit", "bottom", rect(5, 500, 90, 22) + item("4")))))));
+  auto &area = widgetNamed<QScrollArea>("area");
+  EXPECT_EQ(area.widget(), &widgetNamed<QWidget>("inside"));
+  person().act(0, [](QWidget *w) {
+    test::typeText(w, "a");
+    test::pressKey(w, Qt::Key_Tab);
+    test::typeText(w, "b");
+  });
+  person().check([&] {
+    EXPECT_FALSE(widgetNamed<QLineEdit>("top").visibleRegion().contains(QPoint(5, 5)));
+    EXPECT_TRUE(widgetNamed<QLineEdit>("bottom").visibleRegion().contains(QPoint(5, 5)))
+        << "the area follows the focus";
+  });
+  person().pressEscape();
+  EXPECT_EQ(run(), (Lines{"3 text a", "4 text b", "2"}));
+}
+
+TEST_F(QtTemplate, AStyleSheetPaints) {
+  const std::string red = "QLabel { background-color: #ff0000 } #own { background: #0000ff }";
+  ASSERT_TRUE(read(
+      "<ui>" +
+      widget("QDialog", "F",
+             rect(0, 0, 400, 300) + string("styleSheet", red) + kPair +
+                 widget("QLabel", "l", rect(0, 0, 50, 20)) +
+                 widget("QLabel", "own", rect(0, 30, 50, 20)) +
+                 widget("QLabel", "self",
+                        rect(0, 60, 50, 20) + string("styleSheet", "background: rgb(0, 255, 0)"))) +
+      "</ui>"));
+  const QImage image = window()->grab().toImage();
+  EXPECT_EQ(image.pixelColor(40, 10), QColor(Qt::red));
+  EXPECT_EQ(image.pixelColor(40, 40), QColor(Qt::blue));
+  EXPECT_EQ(image.pixelColor(40, 70), QColor(Qt::green));
+}
+
+TEST_F(QtTemplate, ALabelShowsAPictureOfTheResourceFolder) {
+  QImage picture(7, 5, QImage::Format_RGB32);
+  picture.fill(Qt::red);
+  folder_.add("icons/rouge.png");
+  ASSERT_TRUE(picture.save(QString::fromStdString(folder_.path() + "/icons/rouge.png")));
+  ASSERT_TRUE(read(
+      form(kPair + widget("QLabel", "l", property("pixmap", "pixmap", "../icons/rouge.png")))));
+  EXPECT_EQ(widgetNamed<QLabel>("l").pixmap().size(), QSize(7, 5));
+}
+
+// ---- Connections ----
+
+TEST_F(QtTemplate, AConnectionEnablesAndShowsItems) {
+  ASSERT_TRUE(read(
+      form(kPair + widget("QCheckBox", "more", rect(10, 100, 100, 22)) +
+               widget("QPushButton", "hide", rect(10, 130, 100, 22)) +
+               widget("QLineEdit", "e",
+                      rect(10, 10, 100, 22) + item("3") + property("enabled", "bool", "false")) +
+               widget("QLineEdit", "f", rect(10, 40, 100, 22) + item("4")),
+           connections(connection("more", "toggled(bool)", "e", "setEnabled(bool)") +
+                       connection("hide", "clicked()", "f", "hide()") +
+                       connection("more", "toggled(bool)", "e", "setFocus()")))));
+  tick("more");
+  person().check([&] {
+    EXPECT_TRUE(widgetNamed<QCheckBox>("more").isChecked()) << "it is the form's own";
+    EXPECT_TRUE(widgetNamed<QLineEdit>("e").isEnabled());
+    EXPECT_TRUE(widgetNamed<QLineEdit>("e").hasFocus());
+  });
+  person().act(0, [](QWidget *w) { test::typeText(w, "x"); });
+  press("hide");
+  person().check([&] { EXPECT_FALSE(widgetNamed<QLineEdit>("f").isVisible()); });
+  tick("more");
+  person().check([&] { EXPECT_FALSE(widgetNamed<QLineEdit>("e").isEnabled()); });
+  person().pressEscape();
+  EXPECT_EQ(run(), (Lines{"3 text x", "2"}));
+}
+
+TEST_F(QtTemplate, AConnectionSetsWhatIsNoItem) {
+  ASSERT_TRUE(read(form(
+      kPair + widget("QLineEdit", "e", rect(10, 10, 100, 22) + item("3")) +
+          widget("QLabel", "echo") + widget("QLabel", "n") +
+          widget("QSlider", "s",
+                 property("orientation", "enum", "Qt::Horizontal") +
+                     property("minimum", "number", "-5") + property("maximum", "number", "50")) +
+          widget("QSpinBox", "v") +
+          widget("QComboBox", "c", rect(10, 40, 100, 22) + item("4") + entry("x") + entry("y")) +
+          widget("QTabWidget", "t",
+                 rect(0, 100, 100, 80) + page("one", "1", "") + page("two", "2", "")),
+      connections(connection("e", "textChanged(QString)", "echo", "setText(QString)") +
+                  connection("s", "valueChanged(int)", "v", "setValue(int)") +
+                  connection("s", "valueChanged(int)", "n", "setNum(int)") +
+                  connection("c", "currentIndexChanged(int)", "t", "setCurrentIndex(int)")))));
+  typeInto("e", "<b>a");
+  on("s", [](QWidget &slider) { dynamic_cast<QSlider &>(slider).setValue(12); });
+  on("c", [](QWidget &popUp) {
+    popUp.setFocus();
+    test::pressKey(&popUp, Qt::Key_Down);
+  });
+  person().check([&] {
+    EXPECT_EQ(widgetNamed<QLabel>("echo").text(), "<b>a");
+    EXPECT_EQ(widgetNamed<QLabel>("echo").textFormat(), Qt::PlainText) << "typed is no markup";
+    EXPECT_EQ(widgetNamed<QSpinBox>("v").value(), 12);
+    EXPECT_EQ(widgetNamed<QLabel>("n").text(), "12");
+    EXPECT_EQ(widgetNamed<QTabWidget>("t").currentIndex(), 1);
+  });
+  person().pressEscape();
+  EXPECT_EQ(run(), (Lines{"3 text <", "3 text <b", "3 text <b>", "3 text <b>a", "4 value 2", "2"}));
+}
+
+TEST_F(QtTemplate, AConnectionReachesNeitherTheWindowNorItsButtons) {
+  std::string all;
+  for (const char *slot : {"close()", "hide()", "accept()", "reject()", "done(int)",
+                           "deleteLater()", "setDisabled(bool)", "setVisible(bool)", "lower()"})
+    for (const char *receiver : {"F", "ok", "no", "twin"}) {
+      all += connection("p", "clicked()", receiver, slot);
+      all += connection("p", "clicked(bool)", receiver, slot);
+      all += connection("b", "toggled(bool)", receiver, slot);
+    }
+  all += connection("b", "toggled(bool)", "ok", "setEnabled(bool)");
+  all += connection("p", "clicked()", "ok", "click()");
+  ASSERT_TRUE(
+      read(form(kPair + widget("QPushButton", "p", rect(10, 70, 100, 22) + item("9")) +
+                    widget("QCheckBox", "b", rect(10, 40, 100, 22)) + widget("QLabel", "twin") +
+                    widget("QLabel", "twin") + widget("QLabel", "F"),
+                connections(all))));
+  dialog_->setEnabled(1, false);
+  press("p");
+  tick("b");
+  person().check([&] {
+    EXPECT_TRUE(window()->isVisible());
+    EXPECT_TRUE(window()->isEnabled());
+    EXPECT_FALSE(widgetNamed<QPushButton>("ok").isEnabled());
+    EXPECT_TRUE(widgetNamed<QPushButton>("ok").isVisible());
+    EXPECT_TRUE(widgetNamed<QPushButton>("no").isEnabled());
+    EXPECT_TRUE(widgetNamed<QPushButton>("no").isVisible());
+    EXPECT_TRUE(widgetNamed<QLabel>("twin").isVisible()) << "which of them is meant?";
+  });
+  person().pressEscape();
+  EXPECT_EQ(run(), (Lines{"9", "2"}));
+}
+
+TEST_F(QtTemplate, AConnectionLeavesWhatAnItemHoldsToTheProgram) {
+  ASSERT_TRUE(read(form(
+      kPair + widget("QPushButton", "p", rect(10, 70, 100, 22)) +
+          widget("QCheckBox", "own", rect(10, 100, 100, 22)) +
+          widget("QLineEdit", "source", rect(10, 130, 100, 22)) +
+          widget("QLineEdit", "e", rect(10, 10, 100, 22) + item("3") + string("text", "a")) +
+          widget("QCheckBox", "b", item("4")) +
+          widget("QComboBox", "c", item("5") + entry("x") + entry("y")),
+      connections(connection("p", "clicked()", "e", "clear()") +
+                  connection("p", "clicked()", "e", "deleteLater()") +
+                  connection("p", "clicked()", "e", "paste()") +
+                  connection("p", "clicked()", "b", "toggle()") +
+                  connection("p", "clicked()", "b", "click()") +
+                  connection("own", "toggled(bool)", "b", "setChecked(bool)") +
+                  connection("own", "stateChanged(int)", "c", "setCurrentIndex(int)") +
+                  connection("source", "textChanged(QString)", "e", "setText(QString)") +
+                  connection("source", "textChanged(QString)", "e", "setStyleSheet(QString)")))));
+  press("p");
+  tick("own");
+  typeInto("source", "z");
+  person().check([&] {
+    EXPECT_EQ(dialog_->text(3), "a");
+    EXPECT_EQ(dialog_->value(4), 0);
+    EXPECT_EQ(dialog_->value(5), 1);
+    EXPECT_EQ(widgetNamed<QLineEdit>("e").styleSheet(), "");
+  });
+  person().pressEscape();
+  EXPECT_EQ(run(), Lines{"2"});
+}
+
+TEST_F(QtTemplate, OkStaysDisabledInsideOfWhatAConnectionEnables) {
+  ASSERT_TRUE(read(
+      form(widget("QCheckBox", "b", rect(10, 10, 100, 22) + property("checked", "bool", "true")) +
+               widget("QGroupBox", "group", rect(0, 40, 400, 260) + kPair),
+           connections(connection("b", "toggled(bool)", "group", "setEnabled(bool)")))));
+  tick("b");
+  person().check([&] {
+    EXPECT_FALSE(widgetNamed<QPushButton>("ok").isEnabled());
+    dialog_->setEnabled(1, false);
+  });
+  tick("b");
+  person().check([&] {
+    EXPECT_TRUE(widgetNamed<QPushButton>("no").isEnabled());
+    EXPECT_FALSE(widgetNamed<QPushButton>("ok").isEnabled());
+    dialog_->setEnabled(1, true);
+    EXPECT_TRUE(widgetNamed<QPushButton>("ok").isEnabled());
+  });
+  person().pressEscape();
+  EXPECT_EQ(run(), Lines{"2"});
+}
+
+TEST_F(QtTemplate, ConnectionsThatAnswerEachOtherComeToAnEnd) {
+  std::string all;
+  for (const auto &[a, b] : {std::pair("a", "b"), std::pair("b", "a")}) {
+    all += connection(a, "toggled(bool)", b, "setChecked(bool)");
+    all += connection(a, "clicked()", b, "click()");
+    all += connection(a, "toggled(bool)", b, "toggle()");
+  }
+  for (const auto &[s, v] : {std::pair("s", "v"), std::pair("v", "s")})
+    all += connection(s, "valueChanged(int)", v, "setValue(int)");
+  for (const auto &[e, f] : {std::pair("e", "f"), std::pair("f", "e")}) {
+    all += connection(e, "textChanged(QString)", f, "setText(QString)");
+    all += connection(e, "editingFinished()", e, "setFocus()");
+  }
+  all += connection("a", "destroyed()", "b", "setFocus()");
+  ASSERT_TRUE(read(form(
+      kPair + widget("QCheckBox", "a", rect(10, 10, 90, 22)) +
+          widget("QCheckBox", "b", rect(10, 40, 90, 22)) +
+          widget("QSlider", "s", rect(10, 70, 90, 22)) +
+          widget("QSpinBox", "v", rect(10, 100, 90, 22) + property("minimum", "number", "30")) +
+          widget("QLineEdit", "e", rect(10, 130, 90, 22)) +
+          widget("QLineEdit", "f", rect(10, 160, 90, 22) + property("maxLength", "number", "2")),
+      connections(all))));
+  tick("a");
+  on("s", [](QWidget &slider) { dynamic_cast<QSlider &>(slider).setValue(12); });
+  typeInto("e", "abc");
+  typeInto("f", "d");
+  person().check([&] {
+    EXPECT_TRUE(widgetNamed<QCheckBox>("b").isChecked());
+    EXPECT_EQ(widgetNamed<QSpinBox>("v").value(), 30);
+    EXPECT_EQ(widgetNamed<QLineEdit>("f").text().size(), 2);
+  });
+  person().pressEscape();
+  EXPECT_EQ(run(), Lines{"2"});
+}
+
+// ---- Where it comes up ----
 
 TEST_F(QtTemplate, ComesUpInTheMiddleOfItsParent) {
   QWidget host;
@@ -431,6 +692,22 @@ TEST_F(QtTemplate, AFaultIsNamedInOneLine) {
             "</item><item row=\"0\" column=\"0\"><layout "
             "class=\"QHBoxLayout\" name=\"h\"/></item></layout>"),
        "two widgets stand in one cell"},
+      {"a cell taken by a row",
+       form("<layout class=\"QFormLayout\" name=\"f\"><item row=\"1\" column=\"0\" colspan=\"2\">" +
+            widget("QLabel", "l") + "</item><item row=\"1\" column=\"1\">" + widget("QLabel", "m") +
+            "</item></layout>"),
+       "two widgets stand in one cell"},
+      {"two layouts of one widget",
+       form(kPair + widget("QWidget", "w",
+                           "<layout class=\"QGridLayout\" name=\"a\"/>"
+                           "<layout class=\"QGridLayout\" name=\"b\"/>")),
+       "\"w\" has a layout too many"},
+      {"a layout of a tab widget",
+       form(kPair + widget("QTabWidget", "t", "<layout class=\"QVBoxLayout\" name=\"a\"/>")),
+       "\"t\" has a layout too many"},
+      {"a scroll area of two",
+       form(kPair + widget("QScrollArea", "s", widget("QLabel", "l") + widget("QLabel", "m"))),
+       "\"s\" scrolls two widgets"},
   };
   for (const auto &[fault, content, said] : kCases) {
     SCOPED_TRACE(fault);
@@ -447,6 +724,11 @@ TEST_F(QtTemplate, AFileThatCannotBeReadIsAFault) {
   problem_.clear();
   EXPECT_EQ(desktop_.newDialogFromTemplate(folder_.path(), nullptr, problem_), nullptr);
   EXPECT_NE(problem_, "");
+  problem_.clear();
+  const std::string pipe = folder_.path() + "/pipe.ui";
+  ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+  EXPECT_EQ(desktop_.newDialogFromTemplate(pipe, nullptr, problem_), nullptr);
+  EXPECT_EQ(problem_, "not a file");
 }
 
 std::string repeated(const std::string &text, int times) {
@@ -561,6 +843,276 @@ TEST_F(QtTemplate, AWindowOfWildSizeIsCut) {
     EXPECT_LE(window()->width(), 4096);
     EXPECT_LE(window()->height(), 4096);
   }
+}
+
+TEST_F(QtTemplate, AStyleSheetThatReachesOutIsLeftOut) {
+  for (const char *sheet :
+       {"QLabel { image: url(/etc/passwd) }", "QLabel { background: URL (x.png) }",
+        "@import 'x.qss'; QLabel { color: red }", "QLabel { image: \\75 rl(x.png) }",
+        "QPushButton { qproperty-enabled: true }", "QLineEdit { QProperty-inputMask: '9' }",
+        "QLabel { font-size: 20000px }", "QLabel { min-width: 99999.5 pt }"}) {
+    ASSERT_TRUE(read("<ui>" +
+                     widget("QDialog", "F",
+                            rect(0, 0, 400, 300) + string("styleSheet", sheet) + kPair +
+                                widget("QLabel", "l", string("styleSheet", sheet))) +
+                     "</ui>"));
+    EXPECT_EQ(window()->styleSheet(), "") << sheet;
+    EXPECT_EQ(widgetNamed<QLabel>("l").styleSheet(), "") << sheet;
+  }
+}
+
+TEST_F(QtTemplate, RichTextBringsInNoFile) {
+  QImage picture(40, 40, QImage::Format_RGB32);
+  picture.fill(Qt::red);
+  const std::string file = folder_.path() + "/rouge.png";
+  ASSERT_TRUE(picture.save(QString::fromStdString(file)));
+  const std::string kMarkups[] = {
+      "<img src='" + file + "'>Nom",
+      "Nom<p style='background-image: url(" + file + ")'></p>",
+      "<table background='" + file + "'><tr><td>Nom</td></tr></table>",
+      "<html><head><link rel='stylesheet' type='text/css' href='" + file + "'></head>Nom</html>",
+      "<style>p { background: &#117;rl(" + file + ") }</style><p>Nom</p>",
+      "<p>&lt;img src='" + file + "'&gt;</p><img src='x'>Nom",
+      "<span style='font-size: 9000pt'>Nom</span>",
+  };
+  for (const std::string &markup : kMarkups) {
+    SCOPED_TRACE(markup);
+    const QString text = QString::fromStdString(markup).toHtmlEscaped();
+    const std::string told = text.toStdString();
+    ASSERT_TRUE(read(form(
+        kPair + widget("QLabel", "l",
+                       rect(0, 0, 300, 200) + string("text", told) + string("toolTip", told)))));
+    const auto &label = widgetNamed<QLabel>("l");
+    EXPECT_TRUE(label.text().contains("Nom")) << label.text().toStdString();
+    EXPECT_FALSE(label.text().contains("<")) << label.text().toStdString();
+    EXPECT_FALSE(label.toolTip().contains("<")) << label.toolTip().toStdString();
+    EXPECT_NE(window()->grab().toImage().pixelColor(5, 5), QColor(Qt::red));
+  }
+  ASSERT_TRUE(read(form(kPair + widget("QLabel", "l",
+                                       string("text", "![x](" + file + ")") +
+                                           property("textFormat", "enum", "Qt::MarkdownText")))));
+  EXPECT_NE(widgetNamed<QLabel>("l").textFormat(), Qt::MarkdownText);
+}
+
+TEST_F(QtTemplate, RichTextOfWordsStaysRich) {
+  const std::string rich =
+      "<html><head/><body><p><span style=\" font-weight:600; color:#ff0000;\">Nom</span> "
+      "<i>et</i> prénom</p></body></html>";
+  const QString escaped = QString::fromStdString(rich).toHtmlEscaped();
+  ASSERT_TRUE(read(form(kPair + widget("QLabel", "l", string("text", escaped.toStdString())))));
+  EXPECT_EQ(widgetNamed<QLabel>("l").text().toStdString(), rich);
+}
+
+TEST_F(QtTemplate, APictureIsAFileOfTheResourceFolder) {
+  QImage picture(4, 4, QImage::Format_RGB32);
+  picture.fill(Qt::red);
+  folder_.add("res/dialogs/x");
+  for (const char *name : {"/outside.png", "/res-other.png", "/res/dialogs/own.png"})
+    ASSERT_TRUE(picture.save(QString::fromStdString(folder_.path() + name)));
+  ASSERT_EQ(mkfifo((folder_.path() + "/res/pipe.png").c_str(), 0600), 0);
+  const struct {
+    std::string name;
+    bool isShown;
+  } kCases[] = {
+      {"own.png", true},
+      {"../dialogs/own.png", true},
+      {"../../res/dialogs/own.png", true},
+      {"../../outside.png", false},
+      {"../../res-other.png", false},
+      {folder_.path() + "/outside.png", false},
+      {folder_.path() + "/res/dialogs/own.png", false},
+      {"../pipe.png", false},
+      {"..", false},
+      {":/qt-project.org/styles/commonstyle/images/up-32.png", false},
+      {"", false},
+  };
+  for (const auto &[name, isShown] : kCases) {
+    problem_.clear();
+    const std::string file = folder_.add(
+        "res/dialogs/f.ui", form(kPair + widget("QLabel", "l", property("pixmap", "pixmap", name)) +
+                                 widget("QPushButton", "p", property("icon", "iconset", name))));
+    dialog_ = desktop_.newDialogFromTemplate(file, nullptr, problem_);
+    ASSERT_NE(dialog_, nullptr) << problem_;
+    EXPECT_EQ(!widgetNamed<QLabel>("l").pixmap().isNull(), isShown) << name;
+    EXPECT_TRUE(widgetNamed<QPushButton>("p").icon().isNull()) << name;
+  }
+}
+
+TEST_F(QtTemplate, AFormMakesNoSecondWindow) {
+  for (const char *className : {"QDialog", "QMainWindow", "QDockWidget", "QMenu", "QWizard",
+                                "QSplashScreen", "QMdiArea", "QTextBrowser", "QToolBar"}) {
+    ASSERT_TRUE(
+        read(form(kPair + widget(className, "w",
+                                 property("visible", "bool", "true") +
+                                     property("windowModality", "enum", "Qt::NonModal") +
+                                     property("source", "url", "<string>/etc/passwd</string>") +
+                                     widget("QLineEdit", "e", item("3"))))))
+        << className;
+    EXPECT_STREQ(widgetNamed<QWidget>("w").metaObject()->className(), "QWidget") << className;
+    EXPECT_FALSE(widgetNamed<QWidget>("w").isWindow()) << className;
+    EXPECT_EQ(dialog_->kind(3), ItemKind::EditText) << className;
+  }
+}
+
+TEST_F(QtTemplate, TheWindowStaysTheDesktops) {
+  ASSERT_TRUE(read("<ui>" +
+                   widget("QDialog", "F",
+                          rect(0, 0, 400, 300) + property("enabled", "bool", "false") +
+                              property("modal", "bool", "false") +
+                              property("windowModality", "enum", "Qt::NonModal") +
+                              property("visible", "bool", "true") +
+                              property("windowOpacity", "double", "0") +
+                              property("item", "number", "7") + kPair) +
+                   "</ui>"));
+  EXPECT_TRUE(window()->isEnabled());
+  EXPECT_FALSE(window()->isVisible());
+  EXPECT_EQ(window()->windowModality(), Qt::ApplicationModal);
+  EXPECT_EQ(window()->windowOpacity(), 1);
+  EXPECT_EQ(dialog_->kind(7), ItemKind::None);
+}
+
+// What the toolkit's loader says about a form, or a folder of plugins, must not show.
+TEST_F(QtTemplate, NothingIsWrittenOnStandardError) {
+  const std::string odd =
+      kPair + string("unknown", "x") + property("frameShape", "enum", "QFrame::Nothing") +
+      widget("QFrame", "f", property("frameShape", "enum", "QFrame::Nothing")) +
+      widget("QLabel", "l",
+             property("alignment", "set", "Qt::AlignNowhere") +
+                 property("buddy", "cstring", "nobody") +
+                 property("font", "font", "<family></family>")) +
+      widget("Unknown", "u") +
+      "<layout class=\"QHBoxLayout\" name=\"h\" stretch=\"1,x,2\"><item/></layout>";
+  ::testing::internal::CaptureStderr();
+  EXPECT_TRUE(read(form(odd, "<tabstops><tabstop>nobody</tabstop></tabstops>" +
+                                 connections(connection("l", "toggled(bool)", "f", "hide()")))));
+  EXPECT_FALSE(read(form(odd + odd)));
+  EXPECT_FALSE(read("<ui><widget>"));
+  EXPECT_EQ(::testing::internal::GetCapturedStderr(), "");
+  ::testing::internal::CaptureStderr();
+  qWarning("heard");
+  EXPECT_NE(::testing::internal::GetCapturedStderr().find("heard"), std::string::npos);
+}
+
+class LibraryPaths : public QtTemplate {
+ protected:
+  LibraryPaths() {
+    folder_.add("designer/libplugin.so", "none");
+    QCoreApplication::addLibraryPath(QString::fromStdString(folder_.path()));
+    watch_ = inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
+    inotify_add_watch(watch_, (folder_.path() + "/designer").c_str(), IN_OPEN);
+  }
+  ~LibraryPaths() override {
+    close(watch_);
+    QCoreApplication::setLibraryPaths(before_);
+  }
+  // Whether anything was looked for there since the last question.
+  bool wasLookedAt() const {
+    alignas(inotify_event) char events[4096];
+    return ::read(watch_, events, sizeof events) > 0;
+  }
+  const QStringList before_ = QCoreApplication::libraryPaths();
+
+ private:
+  int watch_ = -1;
+};
+
+TEST_F(LibraryPaths, NoPluginOfTheFormEditorIsLookedFor) {
+  ASSERT_TRUE(read(form(kPair + widget("PluginWidget", "w"))));
+  EXPECT_FALSE(wasLookedAt());
+  EXPECT_EQ(QDir(QString::fromStdString(folder_.path() + "/designer")).entryList().size(), 3);
+  EXPECT_TRUE(wasLookedAt()) << "else nothing is tested here";
+}
+
+TEST_F(LibraryPaths, StayAsTheyWere) {
+  const QStringList before = QCoreApplication::libraryPaths();
+  EXPECT_TRUE(read(form(kPair)));
+  EXPECT_EQ(QCoreApplication::libraryPaths(), before);
+  EXPECT_FALSE(read(form(kPair + kPair)));
+  EXPECT_EQ(QCoreApplication::libraryPaths(), before);
+}
+
+class ThrowingFilter final : public QObject {
+ public:
+  ThrowingFilter() { qApp->installEventFilter(this); }
+  bool eventFilter(QObject *object, QEvent *event) override {
+    if (event->type() == QEvent::DynamicPropertyChange && object->inherits("QPushButton"))
+      throw std::bad_alloc();
+    return false;
+  }
+};
+
+TEST_F(LibraryPaths, StayAsTheyWereWhenAnExceptionPasses) {
+  const QStringList before = QCoreApplication::libraryPaths();
+  {
+    ThrowingFilter filter;
+    // The toolkit's loader keeps what it had read so far.
+    if (__lsan_disable != nullptr) __lsan_disable();
+    EXPECT_THROW(read(form(kPair)), std::bad_alloc);
+    if (__lsan_enable != nullptr) __lsan_enable();
+  }
+  EXPECT_EQ(QCoreApplication::libraryPaths(), before);
+  ::testing::internal::CaptureStderr();
+  qWarning("heard");
+  EXPECT_NE(::testing::internal::GetCapturedStderr().find("heard"), std::string::npos);
+  EXPECT_TRUE(read(form(kPair)));
+}
+
+// Pieces of a form in places where they do not belong.
+TEST_F(QtTemplate, ShuffledFormsAreSurvived) {
+  const std::vector<std::string> kPieces = {
+      "<widget class=\"QWidget\" name=\"w\">",
+      "<widget class=\"QScrollArea\" name=\"s\">",
+      "<widget class=\"QTabWidget\" name=\"t\">",
+      "<widget class=\"QLabel\" name=\"l\">",
+      "<widget class=\"QToolBox\" name=\"x\">",
+      "<widget class=\"QComboBox\" name=\"c\">",
+      "<widget class=\"QStackedWidget\" name=\"k\">",
+      "<widget class=\"Line\" name=\"i\">",
+      "<widget class=\"QGroupBox\" name=\"g\">",
+      "<widget class=\"QLineEdit\" name=\"e\">",
+      "<layout class=\"QFormLayout\" name=\"f\">",
+      "<layout class=\"Unknown\" name=\"u\">",
+      "<layout class=\"QGridLayout\" name=\"d\">",
+      "<item row=\"1\" column=\"1\" rowspan=\"0\">",
+      "<item>",
+      "<spacer name=\"p\">",
+      "</>",
+      "</>",
+      "</>",
+      "</>",
+      "</>",
+      "<property name=\"buddy\"><cstring>e</cstring></property>",
+      "<property name=\"currentIndex\"><number>1</number></property>",
+      "<property name=\"orientation\"><enum>Qt::Vertical</enum></property>",
+      "<attribute name=\"title\"><string>t</string></attribute>",
+      "<zorder>e</zorder>"};
+  std::mt19937 random(1);
+  int made = 0;
+  for (int n = 0; n < 1000; ++n) {
+    std::string inside;
+    std::vector<std::string> open;
+    const auto close = [&] {
+      inside += "</" + open.back() + ">";
+      open.pop_back();
+    };
+    for (int piece = 0; piece < 25; ++piece) {
+      const std::string &next = kPieces[random() % kPieces.size()];
+      if (next == "</>") {
+        if (!open.empty()) close();
+        continue;
+      }
+      inside += next;
+      if (next.find("</") == std::string::npos)
+        open.push_back(next.substr(1, next.find_first_of(" >") - 1));
+    }
+    while (!open.empty()) close();
+    if (!read(
+            form(kPair + inside, "<tabstops><tabstop>e</tabstop><tabstop>c</tabstop></tabstops>")))
+      continue;
+    ++made;
+    window()->grab();
+  }
+  EXPECT_GT(made, 100);
 }
 
 }  // namespace
