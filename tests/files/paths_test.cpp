@@ -10,6 +10,7 @@
 #include <vector>
 
 #include <korvel/files.h>
+#include <korvel/strings.h>
 #include "tests/files/faults.h"
 #include "tests/files/volumes.h"
 #include "tests/support/poisoned_buffer.h"
