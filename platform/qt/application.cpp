@@ -139,8 +139,9 @@ bool ensureApplication(std::string &problem) {
     return false;
   }
   if (QCoreApplication *application = QCoreApplication::instance()) {
-    problem = whyUnfit(*application);
-    return problem.empty();
+    const std::string why = whyUnfit(*application);
+    if (!why.empty()) problem = why;
+    return why.empty();
   }
   const PlatformChoice choice = choosePlatform(startsInTrial);
   if (choice.name.empty()) {
