@@ -227,6 +227,22 @@ TEST_P(IntegerItems, EmptyingKeepsTheValue) {
   }
 }
 
+TEST_P(IntegerItems, AnEmptiedMandatoryOneAsksNoValidator) {
+  IntDlgBox_set(0, 7, 0);
+  IntDlgBox_set_fvalid(0, recordInteger);
+  expectDialog()
+      .check([] { s_seen.clear(); })
+      .replace(kItem, "")
+      .check([&] {
+        EXPECT_TRUE(s_seen.empty());
+        EXPECT_FALSE(desk.isEnabled(kOk));
+      })
+      .replace(kItem, "5")
+      .check([] { EXPECT_FALSE(s_seen.empty()); })
+      .press(kCancel);
+  run();
+}
+
 TEST_P(IntegerItems, TheValidatorMayStoreWhatItRefuses) {
   IntDlgBox_set(0, 7, 0);
   IntDlgBox_set_fvalid(0, refuseInteger);
@@ -630,6 +646,22 @@ TEST_P(NumberItems, EmptyingKeepsTheValue) {
   }
 }
 
+TEST_P(NumberItems, AnEmptiedMandatoryOneAsksNoValidator) {
+  NumDlgBox_set(0, 7, 0);
+  NumDlgBox_set_fvalid(0, recordNumber);
+  expectDialog()
+      .check([] { s_seen.clear(); })
+      .replace(kItem, "")
+      .check([&] {
+        EXPECT_TRUE(s_seen.empty());
+        EXPECT_FALSE(desk.isEnabled(kOk));
+      })
+      .replace(kItem, "5")
+      .check([] { EXPECT_FALSE(s_seen.empty()); })
+      .press(kCancel);
+  run();
+}
+
 TEST_P(NumberItems, ShowingFillsAgainAndClearingEmpties) {
   NumDlgBox_set(0, 7, 2);
   NumDlgBox_set_nchiff(0, 1);
@@ -794,6 +826,19 @@ TEST_P(DateItems, APartlyEmptyDateKeepsTheStoredOne) {
   expectDialog().replace(3, "").replace(4, "").replace(5, "").press(kOk);
   EXPECT_EQ(run(), 1);
   EXPECT_EQ(DDB_lDates[0], 20240229);
+}
+
+TEST_P(DateItems, AnEmptiedPartOfAMandatoryOneAsksNoValidator) {
+  DateDlgBox_set_fvalid(0, recordInteger);
+  expectDialog()
+      .check([] { s_seen.clear(); })
+      .replace(4, "")
+      .check([&] {
+        EXPECT_TRUE(s_seen.empty());
+        EXPECT_FALSE(desk.isEnabled(kOk));
+      })
+      .press(kCancel);
+  run();
 }
 
 TEST_P(DateItems, AZeroDayIsAcceptedWithoutTheValidator) {
