@@ -220,7 +220,8 @@ TEST(Template, ThreeInARow) {
 TEST(Template, AMissingOneShowsNothingAndResetsNothing) {
   TemplateHost host("missing");
   EXPECT_TRUE(host.endedWith({"result 0", "in use 1"}));
-  EXPECT_TRUE(host.errors().empty());
+  ASSERT_EQ(host.errors().size(), 1u);
+  EXPECT_NE(host.errors()[0].find("there is no template missing"), std::string::npos);
 }
 
 TEST(Template, WithoutADisplayItAnswersAsIfCancelled) {
