@@ -221,7 +221,7 @@ TEST(Template, AMissingOneShowsNothingAndResetsNothing) {
   TemplateHost host("missing");
   EXPECT_TRUE(host.endedWith({"result 0", "in use 1"}));
   ASSERT_EQ(host.errors().size(), 1u);
-  EXPECT_NE(host.errors()[0].find("there is no template missing"), std::string::npos);
+  EXPECT_NE(host.errors()[0].find("there is no template absent"), std::string::npos);
 }
 
 TEST(Template, WithoutADisplayItAnswersAsIfCancelled) {
