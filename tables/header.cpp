@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include <korvel/tables.h>
+#include "base/guard.h"
 #include "files/paths.h"
 #include "tables/markers.h"
 #include "tables/path.h"
@@ -123,7 +124,9 @@ using namespace korvel::tables;
 int ZRV_Table_modify(const char *name, const char *newName, const char *version,
                      const char *title) {
   if (version == nullptr || title == nullptr) return 0;
-  return modify(tablePath(name), tablePath(newName), {version, title});
+  return korvel::base::orOnFailure(0, [&] {
+    return modify(tablePath(name), tablePath(newName), {version, title});
+  });
 }
 
 int ZRV_Table_repair(const char *name, const char *version, const char *title) {

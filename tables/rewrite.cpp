@@ -112,10 +112,6 @@ bool LineCopier::endLine(std::string_view kept) {
   return goesOn && !output_.failed();
 }
 
-}  // namespace
-
-namespace {
-
 constexpr int kAttempts = 3;
 
 bool isSameFile(const struct stat &a, const struct stat &b) {
@@ -145,6 +141,13 @@ bool leadToOneFile(const char *a, const char *b) {
   struct stat ofA;
   struct stat ofB;
   return stat(a, &ofA) == 0 && stat(b, &ofB) == 0 && isSameFile(ofA, ofB);
+}
+
+// Whether both are spellings of one name; a link is not followed.
+bool isOneEntry(const char *a, const char *b) {
+  struct stat ofA;
+  struct stat ofB;
+  return lstat(a, &ofA) == 0 && lstat(b, &ofB) == 0 && isSameFile(ofA, ofB);
 }
 
 std::string folderOf(const char *path) {
@@ -313,6 +316,8 @@ bool TableRewrite::commit() {
 
 // The new table bears its new name. A kill here leaves the old table under the old name, too.
 bool TableRewrite::finishMovingFile(bool wasFree) {
+  // Another spelling of the old name: the new table, which is a new file, stands there already.
+  if (isOneEntry(path_.text(), newPath_.text())) return true;
   if (unlink(path_.text()) == 0) return true;
   if (wasFree) unlink(newPath_.text());
   return false;
@@ -321,6 +326,7 @@ bool TableRewrite::finishMovingFile(bool wasFree) {
 // A kill before this leaves the new table under the old name. A link that would take the place of
 // its own table, or of a link on the way there, has nothing to do but go.
 bool TableRewrite::moveLink() {
+  if (isOneEntry(path_.text(), newPath_.text())) return true;
   if (isSamePlace(path_.text(), newPath_.text())) return unlink(path_.text()) == 0;
   return rename(path_.text(), newPath_.text()) == 0;
 }

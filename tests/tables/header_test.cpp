@@ -78,6 +78,19 @@ TEST_F(Header, ANewNameOfAnotherTableReplacesThatOne) {
   EXPECT_EQ(DATA_FILE_ID, -1);
 }
 
+TEST_F(Header, AnotherSpellingOfTheNameKeepsTheTable) {
+  for (const char *name : {":actes", ".:actes"}) {
+    table("actes", unchanged());
+    EXPECT_EQ(ZRV_Table_modify("actes", name, "3", "Titre"), 1) << name;
+    EXPECT_EQ(files(), (Files{{"actes.tab", changed()}})) << name;
+  }
+  volumes_.file("shared.tab", unchanged());
+  ASSERT_EQ(symlink("../shared.tab", posixPath("linked").c_str()), 0);
+  EXPECT_EQ(ZRV_Table_modify("linked", ":linked", "3", "Titre"), 1);
+  EXPECT_TRUE(std::filesystem::is_symlink(posixPath("linked")));
+  EXPECT_EQ(content(volumes_.posix("shared.tab")), changed());
+}
+
 // As a renaming does: the link goes, what it leads to stays.
 TEST_F(Header, ANewNameOfALinkReplacesTheLink) {
   table("other", "other");

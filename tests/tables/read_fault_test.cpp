@@ -73,6 +73,11 @@ constexpr Editing kEditings[] = {
     {"back up", [] { return 1 + ZRV_Table_sauvegarde("actes", 1); }},
 };
 
+// Kept: a table that cannot be repaired counts as sound, and a back-up always answers 0.
+bool saysOneAnyhow(const Editing &editing) {
+  return editing.name == std::string("repair") || editing.name == std::string("back up");
+}
+
 class ReadFaults : public test::Edits {
  protected:
   ~ReadFaults() override { heal(); }
@@ -118,8 +123,9 @@ class ReadFaults : public test::Edits {
       ++struck;
       const Files now = visibleFiles();
       EXPECT_TRUE(now == before || now == after) << editing.name << ", " << nth << " answered";
-      const bool answersAsItIs = now == before || result == 1;
-      EXPECT_TRUE(answersAsItIs) << editing.name << ", " << nth << " answered";
+      if (!saysOneAnyhow(editing)) {
+        EXPECT_EQ(result, now == after ? 1 : 0) << editing.name << ", " << nth << " answered";
+      }
     }
     EXPECT_GT(struck, 0) << editing.name;
   }
@@ -150,10 +156,7 @@ TEST_F(ReadFaults, WithoutAnyStatusTheEditGivesZero) {
     const int result = editing.edit();
     heal();
     EXPECT_EQ(files(), before) << editing.name;
-    // Kept: a table that cannot be repaired counts as sound, and a back-up always answers 0.
-    const bool alwaysOne =
-        editing.name == std::string("repair") || editing.name == std::string("back up");
-    EXPECT_EQ(result, alwaysOne ? 1 : 0) << editing.name;
+    EXPECT_EQ(result, saysOneAnyhow(editing) ? 1 : 0) << editing.name;
   }
 }
 
