@@ -119,10 +119,17 @@ bool FileLock::take(const char *path) {
 void FileLock::release() {
   if (file_ < 0) return;
   const int error = errno;
+  // A child that was forked meanwhile has the same lock, and would keep it.
+  flock(file_, LOCK_UN);
   close(file_);
   file_ = -1;
   released = microseconds();
   errno = error;
+}
+
+bool FileLock::isAt(const char *path) const {
+  struct stat ours;
+  return file_ >= 0 && fstat(file_, &ours) == 0 && leadOf(path, ours) == Lead::ToOurs;
 }
 
 }  // namespace korvel::files

@@ -46,6 +46,9 @@ class FileLock {
 
   void release();
 
+  // Whether a path still leads to the locked file.
+  bool isAt(const char *path) const;
+
   // The locked file, open for reading and writing, at its beginning; -1 when none is. It stays the
   // lock's own.
   int descriptor() const { return file_; }

@@ -1,6 +1,7 @@
 #include "files/replace.h"
 
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/mman.h>
 #include <sys/stat.h>
 #include <sys/uio.h>
@@ -527,6 +528,7 @@ bool Replacement::overwriteBeginning(off_t size) {
 void Replacement::discard() {
   if (temporary_[0] != '\0' && stillNamed()) unlinkat(folder_, temporary_, 0);
   temporary_[0] = '\0';
+  if (content_ >= 0) flock(content_, LOCK_UN);  // which a child forked meanwhile would keep
   closeIfOpen(content_);
   closeIfOpen(old_);
   closeIfOpen(folder_);

@@ -64,8 +64,8 @@ void readValue(const char *section, const char *key, const char *path, Destinati
 }
 
 // A new content is on the disk before its name leads there, so that a loss of power leaves one of
-// the two contents whole; waiting until it is certain to be the new one would double the time that
-// the application waits.
+// the two contents whole (where it is exchanged); waiting until it is certain to be the new one
+// would double the time that the application waits.
 constexpr files::ReplaceRules kRules = {.folderSync = false};
 
 // Hands a new content on to the file: large pieces as they are, small ones gathered in a memory
@@ -119,17 +119,19 @@ Outcome createEmpty(const char *path) {
   return outcomeOf(create(replacement) != Outcome::Failed);
 }
 
-// A file that is there.
-bool isUnreadable(const char *path) {
+// What is there is no regular file, or this process may not read it. `error`: that of the opening.
+bool cannotBeRead(const char *path, int error) {
   struct stat status;
-  return stat(path, &status) == 0 && faccessat(AT_FDCWD, path, R_OK, AT_EACCESS) != 0 &&
-         errno == EACCES;
+  if (stat(path, &status) != 0) return false;
+  if (error == EINVAL) return !S_ISREG(status.st_mode);
+  return error == EACCES && faccessat(AT_FDCWD, path, R_OK, AT_EACCESS) != 0 && errno == EACCES;
 }
 
-// Puts what `rewrite` makes of the content of a file in its place. The file: open, or -1 for a
-// missing one.
+// Puts what `rewrite` makes of the content of a file in its place. The lock holds the file, or
+// nothing where that is missing.
 template <typename Rewrite>
-Outcome rewriteOpen(const char *path, int file, Rewrite rewrite) {
+Outcome rewriteOpen(const char *path, const files::FileLock &lock, Rewrite rewrite) {
+  const int file = lock.descriptor();
   const bool missing = file < 0;
   struct stat status = {};
   if (!missing && fstat(file, &status) != 0) return Outcome::Failed;
@@ -144,23 +146,28 @@ Outcome rewriteOpen(const char *path, int file, Rewrite rewrite) {
   FileOutput output(replacement, gathered);
   rewrite(input.bytes(), output);
   if (!output.finish()) return Outcome::Failed;
-  return missing ? create(replacement) : outcomeOf(replacement.commit());
+  if (missing) return create(replacement);
+  // Somebody who knows no lock may have put another file there, and a third one written to that.
+  bool isAnother = false;
+  const bool done = replacement.commit([&] {
+    isAnother = !lock.isAt(path);
+    return !isAnother;
+  });
+  return isAnother ? Outcome::MadeByAnother : outcomeOf(done);
 }
 
 // The same for the file at a path, one process after another.
 template <typename Rewrite>
 Outcome rewriteLocked(const char *path, Rewrite rewrite) {
   files::FileLock lock;
-  if (lock.take(path)) return rewriteOpen(path, lock.descriptor(), rewrite);
-  if (errno == ENOENT) return rewriteOpen(path, -1, rewrite);
+  if (lock.take(path) || errno == ENOENT) return rewriteOpen(path, lock, rewrite);
   // Kept: what cannot be read counts as done.
-  const bool isNoFile = errno == EINVAL;
-  return outcomeOf(isNoFile || (errno == EACCES && isUnreadable(path)));
+  return outcomeOf(cannotBeRead(path, errno));
 }
 
 template <typename Rewrite>
 int rewriteFile(const char *path, Rewrite rewrite) {
-  constexpr int kAttempts = 100;  // against others who make the file and remove it again
+  constexpr int kAttempts = 100;  // against others who make, remove or exchange the file
   const files::PosixPath posixPath(path);
   Outcome outcome = Outcome::MadeByAnother;
   for (int i = 0; i < kAttempts && outcome == Outcome::MadeByAnother; ++i)

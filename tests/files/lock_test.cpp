@@ -50,6 +50,21 @@ TEST_F(Lock, KeepsOthersOutUntilItIsReleased) {
   EXPECT_TRUE(othersMayTakeIt());
 }
 
+TEST_F(Lock, IsNotKeptByAChildThatWasForkedMeanwhile) {
+  lockPatience = 20;
+  FileLock lock;
+  ASSERT_TRUE(lock.take(path_.c_str()));
+  const pid_t child = fork();
+  if (child == 0) {
+    pause();
+    _exit(0);
+  }
+  lock.release();
+  EXPECT_TRUE(lock.take(path_.c_str()));
+  kill(child, SIGKILL);
+  waitpid(child, nullptr, 0);
+}
+
 TEST_F(Lock, OffersTheFile) {
   FileLock lock;
   EXPECT_EQ(lock.descriptor(), -1);

@@ -158,6 +158,28 @@ TEST(Kill, AlsoWhereTemporariesHaveNames) {
   korvel::files::replaceFault = nullptr;
 }
 
+// Somebody who knows no lock puts another file there just before the new content would be.
+TEST(Exchanged, AProfileIsWrittenAnewFromWhatStandsThereNow) {
+  static const std::string other = "[Other]\r\nkept=1\r\n";
+  static std::string from;
+  static std::string to;
+  for (const Writer &writer : kWriters) {
+    Volumes volumes;
+    volumes.file("p.ini", profileOf(3));
+    volumes.file("other.ini", other);
+    from = volumes.posix("other.ini");
+    to = volumes.posix("p.ini");
+    korvel::files::replaceFault = [](korvel::files::ReplaceStep step) {
+      if (step == korvel::files::ReplaceStep::Sync) rename(from.c_str(), to.c_str());
+      return 0;
+    };
+    EXPECT_EQ(writer.write(), 1) << writer.name;
+    korvel::files::replaceFault = nullptr;
+    EXPECT_EQ(content(volumes.posix("p.ini")), writer.result(other)) << writer.name;
+    EXPECT_EQ(entries(volumes.folder()), std::vector<std::string>{"p.ini"});
+  }
+}
+
 TEST(FullDisk, FileSizeLimitLeavesTheOldProfile) {
   const std::string old = profileOf(400);
   for (const Writer &writer : kWriters) {
@@ -362,7 +384,7 @@ class Errors : public Rights {
 // Only an answer that there is no such file makes a profile a missing one.
 TEST_F(Errors, AtOpeningGiveZeroAndLeaveTheProfile) {
   for (const int error : {EACCES, EIO, EMFILE, ENFILE, ENOMEM, ELOOP, ENOTDIR, EPERM, EROFS,
-                          ENAMETOOLONG, ESTALE, ETXTBSY}) {
+                          ENAMETOOLONG, ESTALE, ETXTBSY, EINVAL, EBUSY}) {
     for (const Writer &writer : kWriters) {
       pathError = error;
       EXPECT_EQ(writer.write(), 0) << writer.name << ": " << strerror(error);
@@ -374,13 +396,14 @@ TEST_F(Errors, AtOpeningGiveZeroAndLeaveTheProfile) {
 }
 
 TEST_F(Errors, AtALookGiveZeroAndLeaveTheProfile) {
-  for (const int error : {EIO, ENOMEM, ESTALE, EACCES}) {
+  for (const int error : {EIO, ENOMEM, ESTALE, EACCES, EINVAL}) {
     for (const Writer &writer : kWriters) {
       lookError = error;
       const int result = writer.write();
       lookError = 0;
       EXPECT_EQ(result, 0) << writer.name << ": " << strerror(error);
       EXPECT_EQ(content(volumes_.posix("p.ini")), kOld) << writer.name << ": " << strerror(error);
+      EXPECT_EQ(entries(volumes_.folder()), std::vector<std::string>{"p.ini"});
     }
   }
 }
