@@ -245,7 +245,7 @@ int File_Write(int handle, const void *buffer, int count) {
     return kFailed;
   const auto put = static_cast<int>(
       writeAll(slot.reference, static_cast<const char *>(buffer), static_cast<std::size_t>(count)));
-  slot.size = std::max(slot.size, slot.position + put);
+  if (put > 0 || count == 0) slot.size = std::max(slot.size, slot.position + put);
   if (put != count) {
     putMarkBack(slot);
     return kFailed;

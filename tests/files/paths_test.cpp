@@ -253,7 +253,9 @@ class UnlistableVolume : public Paths {
       std::filesystem::create_directories(folder);
       std::ofstream(folder + "/a") << folder;
       for (const std::string &path : {folder, folder + "/a"}) {
-        EXPECT_EQ(chown(path.c_str(), kNobody, kNobody), 0);
+        if (geteuid() == 0) {
+          EXPECT_EQ(chown(path.c_str(), kNobody, kNobody), 0);
+        }
         chmod(path.c_str(), 0755);
       }
     }
