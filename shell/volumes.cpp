@@ -1,6 +1,7 @@
 #include "shell/volumes.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <climits>
 #include <cstring>
 #include <span>
@@ -40,9 +41,14 @@ class VolumesFolder {
 
 using Test = bool (*)(const char *path);
 
-// Whether there is a volume at a POSIX path. Also one that may not be listed is there: a path on it
-// would else lead to something else from the root. Kept: a quote in its name is read by a shell.
-bool isVolume(const char *path) { return textDecides(path) ? exists(path) : hasEntry(path); }
+// Only what the system tells to be missing is missing, not what may not be looked at: a path on it
+// would else lead to something else from the root.
+bool mayBeThere(const char *path) {
+  return hasEntry(path) || (errno != ENOENT && errno != ENOTDIR && errno != ENAMETOOLONG);
+}
+
+// Kept: a quote in the name of a volume is read by a shell.
+bool isVolume(const char *path) { return textDecides(path) ? exists(path) : mayBeThere(path); }
 
 // Kept: the volume is looked for under its name as written, also where that contains a "/".
 bool volumeExists(std::string_view folder, std::string_view name, Test test) {
@@ -82,7 +88,7 @@ int convert(std::string_view macPath, std::span<char> out, Test test) {
 }  // namespace
 
 int toPosix(std::string_view macPath, std::span<char> out) {
-  return convert(macPath, out, hasEntry);
+  return convert(macPath, out, mayBeThere);
 }
 
 }  // namespace korvel::shell

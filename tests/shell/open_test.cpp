@@ -59,6 +59,7 @@ TEST(Open, DoesNotWaitForTheViewer) {
   EXPECT_EQ(BSDopen("x"), 0);
   EXPECT_LT(Clock::now() - before, seconds(10));
   // It goes on, and is no child that the application would have to wait for.
+  ASSERT_TRUE(soon([&] { return tools.written("viewer").ends_with('\n'); }));
   const pid_t viewer = std::stoi(tools.written("viewer"));
   EXPECT_EQ(kill(viewer, 0), 0);
   EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1);
