@@ -180,14 +180,18 @@ int DlgBoxGlobal_BAS(int item, int textInUse, int textFirstItem, char **texts, i
 
 char *SelectMT(void *, void *, const char *dirTables) {
   setDirTables(dirTables);
+  // A dialog that is up keeps its tables, which may be those of an earlier call of this function.
+  if (!mayShowDialog()) {
+    sz_MTliste[0] = '\0';
+    return sz_MTliste;
+  }
   Tables tables;
   if (!tables.hasEntries()) return sz_MTliste;
   int firstLine = 0;
   int lastLine = 0;
   ZRV_Table_scan(kTable, &firstLine, &lastLine, listeNoms);
   sz_MTliste[0] = '\0';
-  // A dialog that is up keeps its tables: this one is not shown.
-  if (nbase == 0 || !mayShowDialog() || !tables.makeRows()) return sz_MTliste;
+  if (nbase == 0 || !tables.makeRows()) return sz_MTliste;
   sortEntries();
   joinAll();
   if (runDialog() != 0) keepSelection();

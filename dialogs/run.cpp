@@ -1,6 +1,7 @@
 // The run of a dialog: filling, waiting for hits, ending.
 #include "dialogs/run.h"
 
+#include "base/guard.h"
 #include "dialogs/callbacks.h"
 #include "dialogs/field_items.h"
 #include "dialogs/marks.h"
@@ -176,7 +177,9 @@ int runToEnd(platform::Dialog &dialog) {
 bool mayShowDialog() {
   if (current == nullptr) return true;
   if (pthread_equal(pthread_self(), currentThread) == 0) {
-    platform::report("dialog not shown: asked for in another thread than the first one");
+    base::asFarAsMemoryAllows([] {
+      platform::report("dialog not shown: asked for in another thread than the first one");
+    });
   }
   return false;
 }
@@ -184,8 +187,8 @@ bool mayShowDialog() {
 Screen *runningScreen() { return runningItems; }
 
 DialogRef makeCurrent(std::unique_ptr<platform::Dialog> dialog) {
-  SetPort(GetWindowPort(dialog->window()));
   current = new KorvelDialog{std::move(dialog)};
+  SetPort(GetWindowPort(current->onScreen->window()));
   currentThread = pthread_self();
   DlgBox_hDlg = current;
   return current;

@@ -259,6 +259,22 @@ TEST_F(Practitioners, WhileADialogIsUpNothingIsShownAndItsTablesStay) {
   EXPECT_EQ(ZRVDlgBoxEx("T", nullptr), 1);
 }
 
+TEST_F(Practitioners, ACallOutOfAChooserLeavesItsEntries) {
+  write({"ABC,Upper", "B,Other"});
+  expectDialog()
+      .check([&] {
+        const char *entries = liste_base;
+        EXPECT_EQ(select(), "");
+        EXPECT_EQ(liste_base, entries);
+        EXPECT_NE(liste_base, nullptr);
+        EXPECT_EQ(nbase, 2);
+      })
+      .type(kInitials, "A")
+      .check([&] { EXPECT_EQ(names(), Names{"ABC\tUpper"}); })
+      .press(kCancel);
+  EXPECT_EQ(select(), "");
+}
+
 TEST_F(Practitioners, WithoutAScreenTheResultIsEmpty) {
   write({"A,One"});
   desk.takeScreenAway("no screen");
