@@ -32,7 +32,7 @@ ButtonItem::ButtonItem(QWidget *window, HitSink &sink, int number, const Appeara
   QAbstractButton::setText(withoutShortcuts(toQt(title)));
   setAccessibleName(toQt(title));
   setGeometry(appearance.pushButton(rect));
-  resize(withinMostPixels(size()));
+  resize(withinMostPixels(size(), devicePixelRatioF()));
   setFont(narrowedToFit(appearance.font, toQt(title), rect.width() - 2 * kTitleMargin));
 }
 

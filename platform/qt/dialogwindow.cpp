@@ -65,7 +65,8 @@ DialogWindow::DialogWindow()
 }
 
 void DialogWindow::setContentRect(const QRect &rect) {
-  const QRect content = movedIntoView({rect.topLeft(), withinMostPixels(rect.size())});
+  const QRect content =
+      movedIntoView({rect.topLeft(), withinMostPixels(rect.size(), devicePixelRatioF())});
   setFixedSize(content.size());
   setGeometry(content);
   winId();  // makes the window, without showing it

@@ -205,7 +205,6 @@ class FormFilter {
   void passLayout();
   void passCell(Cells *cells);
   void passSpacer();
-  void passProperties(Widget &widget);
   void passProperty(Widget &widget);
   void passValue(Widget &widget, const QString &name);
   void passPart();

@@ -14,6 +14,7 @@
 #include "platform/qt/buttonitem.h"
 #include "platform/qt/formfilter.h"
 #include "platform/qt/listitem.h"
+#include "platform/qt/picture.h"
 #include "platform/qt/popupitem.h"
 #include "platform/qt/text.h"
 #include "platform/qt/textitem.h"
@@ -50,8 +51,9 @@ class QuietLoading {
 
  private:
   static void drop(QtMsgType type, const QMessageLogContext &context, const QString &message) {
-    if (type == QtFatalMsg || QThread::currentThreadId() != g_thread)
-      g_previous(type, context, message);
+    const QtMessageHandler previous = g_previous;  // null for an instant in which others may speak
+    if (previous != nullptr && (type == QtFatalMsg || QThread::currentThreadId() != g_thread))
+      previous(type, context, message);
   }
 
   static constinit inline Qt::HANDLE g_thread = nullptr;
@@ -132,7 +134,9 @@ void showPictures(QWidget &window, const std::string &formPath) {
     const QString name = label->property(handed::kPicture).toString();
     if (name.isEmpty()) continue;
     const QString path = fileIn(resources, forms.dirName(), name);
-    if (!path.isEmpty()) label->setPixmap(QPixmap(path));
+    if (path.isEmpty()) continue;
+    const auto picture = QtPicture::read(QFile::encodeName(path).toStdString());
+    if (picture->width() > 0) label->setPixmap(QPixmap::fromImage(picture->at(1)));
   }
 }
 

@@ -11,9 +11,10 @@ namespace korvel::platform::qt {
 // More than any screen has.
 constexpr int kMostPixels = 1 << 25;
 
-// Less high where it would have more.
-inline QSize withinMostPixels(const QSize &size) {
-  return size.boundedTo({kMostPixels, kMostPixels / std::max(1, size.width())});
+// Less high where it would have more; `scale` device pixels make one of the size's.
+inline QSize withinMostPixels(const QSize &size, qreal scale) {
+  const auto most = static_cast<int>(kMostPixels / std::max(1.0, scale * scale));
+  return size.boundedTo({most, most / std::max(1, size.width())});
 }
 
 }  // namespace korvel::platform::qt

@@ -7,15 +7,12 @@
 #include <QBuffer>
 #include <QFile>
 #include <QImageReader>
+#include <cstdio>
 
 #include "platform/qt/svgtext.h"
 
 namespace korvel::platform::qt {
 namespace {
-
-constexpr qint64 kMostPixels = 1 << 28;
-
-bool isTooLarge(const QSize &size) { return qint64{size.width()} * size.height() > kMostPixels; }
 
 // While pictures are read, the toolkit's own limit does not count, and nobody hears what it thinks
 // of them. What the PNG library finds wrong it writes to standard error itself.
@@ -24,17 +21,20 @@ class Reading {
   Reading()
       : limit_(QImageReader::allocationLimit()), error_(fcntl(STDERR_FILENO, F_DUPFD_CLOEXEC, 3)) {
     const int nowhere = open("/dev/null", O_WRONLY | O_CLOEXEC);
+    std::fflush(stderr);
     if (error_ >= 0 && nowhere >= 0) dup2(nowhere, STDERR_FILENO);
     if (nowhere >= 0) close(nowhere);
     QImageReader::setAllocationLimit(0);
     g_isReading = true;
-    g_previous = qInstallMessageHandler(dropOwn);
+    g_previous = qInstallMessageHandler(nullptr);  // known before it is asked for
+    qInstallMessageHandler(dropOwn);
   }
   ~Reading() {
     qInstallMessageHandler(g_previous);
     g_isReading = false;
     QImageReader::setAllocationLimit(limit_);
     if (error_ < 0) return;
+    std::fflush(stderr);
     dup2(error_, STDERR_FILENO);
     close(error_);
   }
@@ -82,10 +82,11 @@ constexpr std::size_t kMostScales = 4;
 }  // namespace
 
 std::unique_ptr<QtPicture> QtPicture::read(const std::string &path) {
-  const Reading reading;
   QFile file;
   if (!openFile(file, path)) return std::unique_ptr<QtPicture>(new QtPicture({}, {}));
-  const bool isSvg = QImageReader::imageFormat(&file).startsWith("svg");
+  const Reading reading;
+  // The toolkit knows an SVG by its first bytes only, where anything may stand.
+  const bool isSvg = path.ends_with(".svg") || QImageReader::imageFormat(&file).startsWith("svg");
   const QByteArray svg = isSvg ? withoutLinks(file.readAll()) : QByteArray();
   const QImage image = isSvg ? imageOfSvg(svg) : imageOf(QImageReader(&file));
   return std::unique_ptr<QtPicture>(new QtPicture(svg, image));
@@ -100,10 +101,10 @@ QSize QtPicture::sizeAt(qreal scale) const {
 
 QImage QtPicture::rendered(const QSize &size) const {
   if (isTooLarge(size)) return {};
+  if (svg_.isEmpty())
+    return rendered_[0].image.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
   const Reading reading;
-  return svg_.isEmpty()
-             ? rendered_[0].image.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation)
-             : imageOfSvg(svg_, size);
+  return imageOfSvg(svg_, size);
 }
 
 const QImage &QtPicture::at(qreal scale) const {

@@ -13,6 +13,11 @@
 
 namespace korvel::platform::qt {
 
+// No picture has more pixels, nor is it shown in more.
+inline bool isTooLarge(const QSize &size) {
+  return qint64{size.width()} * size.height() > (1 << 28);
+}
+
 class QtPicture final : public Picture {
  public:
   // The file is not looked at any more afterwards.

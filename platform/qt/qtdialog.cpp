@@ -314,10 +314,11 @@ void QtDialog::pressDefault() {
   if (item != nullptr && item->widget()->isEnabled()) itemHit(item->number());
 }
 
-// A dialog without such an item can be cancelled as well.
+// A dialog without such an item can be cancelled as well, and one whose form disables what the item
+// stands in.
 void QtDialog::pressCancel() {
   Item *item = find(kCancelItem);
-  if (item == nullptr || item->widget()->isEnabled()) itemHit(kCancelItem);
+  if (item == nullptr || !item->widget()->testAttribute(Qt::WA_ForceDisabled)) itemHit(kCancelItem);
 }
 
 // What happens during a hit, by a way on which it could not be held, is told after it.

@@ -5,6 +5,8 @@
 #include <QXmlStreamReader>
 #include <QXmlStreamWriter>
 
+#include "platform/qt/picture.h"
+
 namespace korvel::platform::qt {
 namespace {
 
@@ -18,7 +20,8 @@ bool isPlainPicture(QStringView link) {
   QByteArray content = QByteArray::fromBase64(link.mid(at + kEncoding.size()).toLatin1());
   QBuffer buffer(&content);
   buffer.open(QIODevice::ReadOnly);
-  return !QImageReader::imageFormat(&buffer).startsWith("svg");
+  QImageReader reader(&buffer);
+  return !reader.format().startsWith("svg") && !isTooLarge(reader.size());
 }
 
 bool leadsOutside(const QXmlStreamAttribute &attribute) {

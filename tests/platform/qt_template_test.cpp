@@ -596,6 +596,17 @@ TEST_F(QtTemplate, OkStaysDisabledInsideOfWhatAConnectionEnables) {
   EXPECT_EQ(run(), Lines{"2"});
 }
 
+TEST_F(QtTemplate, EscapeCancelsAlsoInsideOfWhatAConnectionDisables) {
+  ASSERT_TRUE(read(
+      form(widget("QCheckBox", "b", rect(10, 10, 100, 22) + property("checked", "bool", "true")) +
+               widget("QGroupBox", "group", rect(0, 40, 400, 260) + kPair),
+           connections(connection("b", "toggled(bool)", "group", "setEnabled(bool)")))));
+  tick("b");
+  person().check([&] { EXPECT_FALSE(widgetNamed<QPushButton>("no").isEnabled()); });
+  person().pressEscape();
+  EXPECT_EQ(run(), Lines{"2"});
+}
+
 TEST_F(QtTemplate, ConnectionsThatAnswerEachOtherComeToAnEnd) {
   std::string all;
   for (const auto &[a, b] : {std::pair("a", "b"), std::pair("b", "a")}) {
