@@ -23,9 +23,7 @@ std::string folderOf(const char *file) {
   return path.substr(0, path.rfind('/'));
 }
 
-}  // namespace
-
-std::string libraryFolder() {
+std::string findLibraryFolder() {
   Dl_info info{};
   if (dladdr(&g_anchor, &info) == 0 || info.dli_fname == nullptr) return executableFolder();
   const std::string folder = folderOf(info.dli_fname);
@@ -33,7 +31,20 @@ std::string libraryFolder() {
   return folder.empty() ? executableFolder() : folder;
 }
 
-std::string executableFolder() { return folderOf("/proc/self/exe"); }
+}  // namespace
+
+// Both are found once: a file that is replaced while it runs has no path any more, and a relative
+// path leads elsewhere once the process has changed its folder. Never destroyed, as drawing may go
+// on while the process ends.
+std::string libraryFolder() {
+  static const std::string &folder = *new std::string(findLibraryFolder());
+  return folder;
+}
+
+std::string executableFolder() {
+  static const std::string &folder = *new std::string(folderOf("/proc/self/exe"));
+  return folder;
+}
 
 bool isFile(const std::string &path) {
   struct stat status;
