@@ -46,7 +46,7 @@ int centredCorner(int from, int to, int length) {
 
 int boxWidth(std::size_t captionLength, std::size_t textLength, int most) {
   const int told = captionLength < kLongText && textLength < kLongText ? kNarrow : kWide;
-  return std::min(told, std::max(most, kNarrowest));
+  return most < 1 ? told : std::min(told, std::max(most, kNarrowest));
 }
 
 int boxHeight(Kind kind, int lines, int most) {

@@ -17,7 +17,7 @@ constexpr int kLinePitch = 14;
 
 constexpr Rect kIconRect{18, 18, 50, 50};
 
-// Never beyond `most`, nor without a place for the buttons.
+// Never beyond `most`, unless that is not known (below 1), nor without a place for the buttons.
 int boxWidth(std::size_t captionLength, std::size_t textLength, int most);
 
 // The same; `lines` below 1 counts as 1.

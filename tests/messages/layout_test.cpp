@@ -33,8 +33,10 @@ TEST(Layout, NoBoxIsWiderThanTheScreen) {
       {50, 220, 220},
       // Never without a place for the buttons.
       {50, 219, 220},
-      {51, 0, 220},
-      {51, -kInt, 220},
+      {51, 1, 220},
+      // Of no screen nothing is known.
+      {51, 0, 540},
+      {50, -kInt, 400},
   };
   for (const auto &[text, most, width] : kCases) EXPECT_EQ(boxWidth(0, text, most), width) << most;
   EXPECT_GE(questionButtons(220, 90).yes.left, 20);
