@@ -4,7 +4,7 @@
 
 readonly BUILD_PACKAGES=(
   build-essential cmake ninja-build qt6-base-dev qt6-tools-dev libqt6opengl6-dev
-  libqt6svg6 libqt6uitools6
+  libqt6svg6 libqt6uitools6 pkg-config
 )
 # The tools that the library runs beside those of every system.
 readonly TOOL_PACKAGES=(
@@ -16,11 +16,11 @@ readonly SCREEN_PACKAGES=(
 readonly TEST_PACKAGES=(
   "${BUILD_PACKAGES[@]}" "${TOOL_PACKAGES[@]}" "${SCREEN_PACKAGES[@]}"
   clang googletest libgtest-dev locales python3
-  at-spi2-core dbus libatspi2.0-dev libcrypt-dev pkg-config sudo
+  at-spi2-core dbus libatspi2.0-dev git libcrypt-dev sudo
   fontconfig fonts-dejavu-core fonts-noto-core fonts-urw-base35
 )
 readonly BENCH_PACKAGES=(
-  "${BUILD_PACKAGES[@]}" libbenchmark-dev libglib2.0-dev libinih-dev libsqlite3-dev mawk pkg-config
+  "${BUILD_PACKAGES[@]}" libbenchmark-dev libglib2.0-dev libinih-dev libsqlite3-dev mawk
   fonts-liberation
 )
 
