@@ -24,9 +24,9 @@
    Callbacks name fields by identifier: first item number + i, for dates + 3 * i, whatever the
    rank. A date consists of three items: day, month, year.
 
-   One dialog at a time, on the interface thread: the one that asked for the first dialog, or that
-   made the application's QApplication. In another thread a dialog ends at once as cancelled, after
-   one line on standard error.
+   One dialog at a time, on the interface thread: the one that made the application's QApplication
+   or, where it has none, the first one that asked for a dialog or a message or drew anything. In
+   another thread a dialog ends at once as cancelled, after one line on standard error.
 
    A screen is one that shows to somebody: X11 or Wayland. Any other platform of Qt's (offscreen,
    minimal, vnc, eglfs, linuxfb and the like), also of the application's own QApplication, counts as
@@ -565,8 +565,9 @@ KORVEL_API int DlgBoxFunc(DialogRef dialog);
 KORVEL_API int ZRVDlgBox_texte_set(int i, const char *text);
 
 /* Builds the choices of pop-up field i, or the rows of list field i, anew from its list string,
-   which stays as it is. A pop-up then shows no choice. Rows go to the screen without conversion.
-   The field's text and flag stay. */
+   which stays as it is. A pop-up then shows no choice, a list no chosen row. Rows go to the screen
+   without conversion. The field's text and flag stay, so button 1 may accept a value that nobody
+   sees: put the empty text in with ZRVDlgBox_texte_set where that is not meant. */
 KORVEL_API int ZRVDlgBox_texte_set_liste(int i);
 
 /* Puts a text onto the item of number field i and hands it to the validation function, which stores

@@ -34,8 +34,8 @@ KORVEL_API extern int char_dy;
 
 /* Chooses the font, colours and text mode of a port.
    name: copied into ch_font_FontName (names of 80 bytes or more are cut to 79). An empty name does
-   nothing else, and needs no port. A name the system answers with that family, or one of the same measures, selects
-   it; any other leaves the port's font and size as they were.
+   nothing else, and needs no port. A name the system answers with that family, or one of the same
+   measures, selects it; any other leaves the port's font and size as they were.
    fore, back: palette indexes; back 255: text is drawn transparently and the background colour
    stays, else opaquely. size: points, 1 point being 1 pixel; a size below 1 stands for 12, one
    above 1000 for 1000. style: the sum of 1 bold, 2 underlined, 4 italic, 8 condensed, 16 extended.

@@ -16,6 +16,7 @@
 #define KORVEL_FILES_H
 
 #include <korvel/shell.h>
+#include <korvel/strings.h>
 #include <korvel/types.h>
 
 #ifdef __cplusplus
@@ -51,8 +52,8 @@ KORVEL_API extern int DATA_FILE_ID;
    - read only: the file must exist.
    - write only: a missing file is created, readable and writable by all, whatever the process's
      file mask (which is left alone), and what was opened or may not be written gets the mode 0777,
-     its path being taken as BSDMACchmodrwx takes it. An existing file is not cut: writing starts at offset 0 over its
-     content; File_SetEOF shortens it.
+     its path being taken as BSDMACchmodrwx takes it. An existing file is not cut: writing starts at
+     offset 0 over its content; File_SetEOF shortens it.
    - both: the file must exist.
    The handle is DATA_FILE_ID + 1, which DATA_FILE_ID then becomes, or, once DATA_FILE_ID is 4, the
    first free slot. DATA_FILE_ID stays raised when the opening fails.

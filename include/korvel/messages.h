@@ -3,12 +3,11 @@
    A box is a movable modal window titled with its caption, in front of everything that the
    application shows, also of a data-entry dialog out of whose callbacks it is opened. It is 400
    pixels wide when caption and text are both shorter than 51 characters, else 540, and never wider
-   than the screen; it cannot be minimised. Return stands for
-   the default button until Tab or an arrow key moves to the other one, then for that; Alt with its
-   first letter presses a button; Escape and the window's close box answer "Non" or "OK". A text
-   that does not fit scrolls, by wheel and by keys; caption and text can be read by a screen reader.
-   Where there is no screen a box answers at once as Escape does, and standard error says why in one
-   line.
+   than the screen; it cannot be minimised. Return stands for the default button until Tab or an
+   arrow key moves to the other one, then for that; Alt with its first letter presses a button;
+   Escape and the window's close box answer "Non" or "OK". A text that does not fit scrolls, by
+   wheel and by keys; caption and text can be read by a screen reader. Where there is no screen a
+   box answers at once as Escape does, and standard error says why in one line.
 
    While a box is shown its port is the current one, and its text's font the chosen one (draw.h):
    ch_font_FontName becomes "Lucida Grande", at 13, and char_dy follows. Both stay so afterwards.

@@ -56,16 +56,17 @@ KORVEL_API int GetPrivateProfileInt(const char *section, const char *key, int de
    A missing file is created, readable and writable by all; behind a symbolic link that leads to
    nothing its target is. The file is replaced as a whole: at any moment, also after a kill or a
    loss of power, it has its old content or the new one. A symbolic link stays and its file is
-   replaced; owner and mode are kept.
+   replaced; owner, group and mode are kept as far as this process may give them, and another hard
+   link to the file keeps the old content.
    Where the folder does not admit that (it may not be written, or it is sticky and the file someone
    else's, or the file is a mount point) the file is overwritten instead: what it grows by comes
    first, and a full disk leaves the old content, but a kill or a loss of power meanwhile may leave
-   a mixture, and so may be what is read meanwhile.
+   a mixture of both, and whoever reads the file meanwhile may see one.
    Several processes that write one file do so one after another and lose nothing of each other; a
    program that writes it by other means may lose what it writes at the same time.
-   Returns 1. Returns 0 when section is null, and with nothing changed when the file cannot be opened
-   for writing (not even to create it), the disk is full, there is no memory (or memory file for the
-   old content), or another process holds the file (flock) for more than 5 seconds.
+   Returns 1. Returns 0 when section is null, and with nothing changed when the file cannot be
+   opened for writing (not even to create it), the disk is full, there is no memory (or memory file
+   for the old content), or another process holds the file (flock) for more than 5 seconds.
    Returns 1 with nothing written when the file is there but may not be read, or is a pipe or a
    device, and when no memory file is free; a missing file is then created empty. */
 KORVEL_API int WritePrivateProfileString(const char *section, const char *key, const char *value,

@@ -7,8 +7,8 @@
    command that is given no input reads an empty one, never the application's terminal.
    Paths are POSIX paths unless called macPath (a colon path). Every path and pattern is put between
    single quotes and not escaped, so a few characters are read by the shell or the tool:
-   - "'" in a path or a pattern ends the quoting. The command breaks, or the shell runs what follows:
-     it runs "id" for "x'; id; '". A path of unknown origin must be refused if it has one;
+   - "'" in a path or a pattern ends the quoting. The command breaks, or the shell runs what
+     follows: it runs "id" for "x'; id; '". A path of unknown origin must be refused if it has one;
      the functions of files.h, but for its listings, take it as it is.
    - "-" at the beginning of a path or a pattern makes it an option of the tool. Write "./-x" for a
      path; colon paths never begin with one unless szVolumes does.

@@ -170,8 +170,8 @@ KORVEL_API int ZRV_Code_NC_ex_next(const char *const *labels, const int *columns
    lost. An edit waits 5 seconds at most, then gives 0. A program that changes the table without
    waiting loses nothing either: the edit is made again on what is there then; if the table changes
    under the third attempt, too, the edit gives 0. Only what such a program writes in the last
-   instant, while the new table takes its place, is lost. Of the key only the length counts, and that
-   only where it is said.
+   instant, while the new table takes its place, is lost. Of the key only the length counts, and
+   that only where it is said.
 
    A new text is written as it stands: each ',' or '+' in it makes a further field, and the columns
    behind it count on from there; a carriage return makes a further line. An empty text is an empty
@@ -187,9 +187,10 @@ KORVEL_API int ZRV_Code_NC_ex_next(const char *const *labels, const int *columns
    Returns 0, with the table, the current line and the buffer as they were, when the table will not
    open, cannot be read to its end or may not be written, when its folder does not let a file be
    exchanged (one that may not be written; a sticky one, for another user's table) or the disk is
-   full, and for a null table or text. At any moment the file is the old table or the new one, whole.
-   Owner, group, mode and a symbolic link stay; only where the process may not give a file away the
-   owner or the group becomes its own. Another hard link to the table keeps the old content.
+   full, and for a null table or text. At any moment the file is the old table or the new one,
+   whole. Owner, group, mode and a symbolic link stay; only where the process may not give a file
+   away the owner or the group becomes its own. Another hard link to the table keeps the old
+   content.
 
    While an edit runs it takes two file handles (files.h). When the temporary file cannot be made,
    as in a folder that may not be written or with one handle free, the first of them stays open.
@@ -217,8 +218,8 @@ KORVEL_API int ZRV_Libelle_NC_idem_delete(const char *key, int keyLength, const 
    No file is touched, the table's name not looked at. text: may stand in the buffer itself. The
    buffer is split afterwards, also if it was not; what passes its room is cut off. An empty text
    for a column ends the buffer's fields there: a flush then ends the stored line there, too. A ','
-   or '+' in the text makes further fields. Returns 1, or 0 when the line does not have the column (or
-   text is null). The current line's number and the read flag remain. */
+   or '+' in the text makes further fields. Returns 1, or 0 when the line does not have the column
+   (or text is null). The current line's number and the read flag remain. */
 KORVEL_API int ZRV_Libelle_NC_set(const char *key, int keyLength, int column, const char *table,
                                   const char *text);
 
@@ -251,21 +252,21 @@ KORVEL_API int ZRV_Table_remove(const char *name);
 
 /* Copies a table to its back-up, whose path is the table's with ".bak" for its last four
    characters. overwrite: 0 leaves a back-up alone that exists. A back-up is replaced as a whole,
-   even one that may not be written, or, if the new one cannot be written, not at all. A back-up that
-   is a symbolic link is replaced itself; what it leads to is left alone. A first back-up, and one
-   that replaces a link or a file that may not be written, has the mode and the group of its table,
-   as far as the process may give them. A table whose path ends with ".bak" has none. In a folder
-   that may not be written nothing is done. Always returns 0. */
+   even one that may not be written, or, if the new one cannot be written, not at all. A back-up
+   that is a symbolic link is replaced itself; what it leads to is left alone. A first back-up, and
+   one that replaces a link or a file that may not be written, has the mode and the group of its
+   table, as far as the process may give them. A table whose path ends with ".bak" has none. In a
+   folder that may not be written nothing is done. Always returns 0. */
 KORVEL_API int ZRV_Table_sauvegarde(const char *name, int overwrite);
 
 /* Puts the title in the place of line 1 and "Version: " and the version in that of line 2, as far
    as the table has them, and gives the table a new name, which may be the old one. The table is
-   rewritten as by an edit. Another table of the new name is replaced, after waiting for edits of it;
-   so is a symbolic link. A table that is a symbolic link stays one under its new name.
+   rewritten as by an edit. Another table of the new name is replaced, after waiting for edits of
+   it; so is a symbolic link. A table that is a symbolic link stays one under its new name.
    Returns 1. Returns 0 if the table has no line; it is renamed then all the same. Returns 0 and
    leaves everything as it was when the new name is that of a folder, and where an edit would fail,
-   as in a folder that may not be written. A kill may leave the old table, the new one, or each under
-   its name. */
+   as in a folder that may not be written. A kill may leave the old table, the new one, or each
+   under its name. */
 KORVEL_API int ZRV_Table_modify(const char *name, const char *newName, const char *version,
                                 const char *title);
 
@@ -281,15 +282,15 @@ KORVEL_API int ZRV_Table_liste(const char *name, char *out, int outSize);
    firstLine: if it holds 0, set to the number of the line behind "#DEBUT". lastLine: set to the
    number of the lines but one, which is that of the last data line in a table that ends with
    "#FIN". Both are set as the lines pass, and may be null, as may perLine. Lines count from 1.
-   Returns 1 if there is a line "#DEBUT", else 0. Returns 0, with nothing called or set, if the table
-   cannot be read to its end or does not fit into memory. */
+   Returns 1 if there is a line "#DEBUT", else 0. Returns 0, with nothing called or set, if the
+   table cannot be read to its end or does not fit into memory. */
 KORVEL_API int ZRV_Table_scan(const char *name, int *firstLine, int *lastLine, TableLine_t perLine);
 
 /* Puts back a missing heading: if line 1 is not exactly the title, the title and "Version: " and
    the version are put before it, the table being rewritten as by an edit.
    Returns 1 if that is done, or there was nothing to do; that includes a table that will not open
-   or cannot be rewritten, as in a folder that may not be written. Returns 0, the table untouched, if line 1 is the title but line 3 is not
-   "#DEBUT", and if writing fails. */
+   or cannot be rewritten, as in a folder that may not be written. Returns 0, the table untouched,
+   if line 1 is the title but line 3 is not "#DEBUT", and if writing fails. */
 KORVEL_API int ZRV_Table_repair(const char *name, const char *version, const char *title);
 
 #ifdef __cplusplus
