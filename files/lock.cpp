@@ -108,6 +108,8 @@ bool FileLock::take(const char *path) {
     release();
     struct stat status;
     file_ = openRegular(path, status);
+    // A file server has a lease on it, and was just asked to give it back.
+    if (file_ < 0 && errno == EWOULDBLOCK && patience.wait()) continue;
     if (file_ < 0 || !lockWithin(patience, file_)) break;
     lead = leadOf(path, status);
   }

@@ -65,6 +65,36 @@ TEST_F(Lock, IsNotKeptByAChildThatWasForkedMeanwhile) {
   waitpid(child, nullptr, 0);
 }
 
+// As a file server has one that serves the file to somebody else.
+TEST_F(Lock, WaitsForALeaseToBeGivenBack) {
+  int ready[2];
+  ASSERT_EQ(pipe(ready), 0);
+  const pid_t holder = fork();
+  if (holder == 0) {
+    sigset_t breaking;
+    sigemptyset(&breaking);
+    sigaddset(&breaking, SIGIO);
+    sigprocmask(SIG_BLOCK, &breaking, nullptr);
+    const int file = open(path_.c_str(), O_RDWR);
+    const char granted = fcntl(file, F_SETLEASE, F_WRLCK) == 0 ? 'y' : 'n';
+    if (write(ready[1], &granted, 1) != 1) _exit(1);
+    int signal = 0;
+    sigwait(&breaking, &signal);
+    usleep(20000);
+    fcntl(file, F_SETLEASE, F_UNLCK);
+    _exit(0);
+  }
+  char granted = 'n';
+  EXPECT_EQ(read(ready[0], &granted, 1), 1);
+  FileLock lock;
+  EXPECT_TRUE(granted == 'n' || lock.take(path_.c_str()));
+  kill(holder, SIGKILL);
+  waitpid(holder, nullptr, 0);
+  close(ready[0]);
+  close(ready[1]);
+  if (granted == 'n') GTEST_SKIP() << "the file system gives no leases";
+}
+
 TEST_F(Lock, OffersTheFile) {
   FileLock lock;
   EXPECT_EQ(lock.descriptor(), -1);
