@@ -75,7 +75,7 @@ typedef struct EventRecord {
   int what;
   int key;          /* key events: 13 Return, 3 Enter, 27 Escape, else any other character */
   WindowRef window; /* update and activate events: the window that is meant */
-  void *reference;  /* the reference value of that window: the application's record of it, or null */
+  void *reference; /* the reference value of that window: the application's record of it, or null */
 } EventRecord;
 
 /* The handler in a window record, whose tenth pointer-sized field holds its address. */

@@ -43,9 +43,8 @@ static int askAtEdit(int item, int t, int t0, char **texts, int tn, int b, int b
   return 0;
 }
 
-static int askAtEnd(WindowRef window, int t, char **texts, int tn, int b, int *bools, int bn,
-                    int i, int *ints, int in, int n, double *nums, int nn, int d, int *dates,
-                    int dn) {
+static int askAtEnd(WindowRef window, int t, char **texts, int tn, int b, int *bools, int bn, int i,
+                    int *ints, int in, int n, double *nums, int nn, int d, int *dates, int dn) {
   (void)t, (void)texts, (void)tn, (void)b, (void)bools, (void)bn, (void)i, (void)ints, (void)in;
   (void)n, (void)nums, (void)nn, (void)d, (void)dates, (void)dn;
   if (!isCurrentPortOf(window)) say("port lost", g_edited);

@@ -670,8 +670,8 @@ Port *ScriptedDesktop::windowPort(WindowRef window) {
   for (const auto &each : windows_) {
     if (refOf(*each) != window || !each->isOpen) continue;
     if (each->port == nullptr) {
-      each->port = newPort(ScriptedPort::Surface::Window, each->bounds.width(),
-                           each->bounds.height());
+      each->port =
+          newPort(ScriptedPort::Surface::Window, each->bounds.width(), each->bounds.height());
     }
     return each->port.get();
   }

@@ -186,8 +186,8 @@ class ScriptedDesktop : public platform::Desktop {
   std::shared_ptr<Shown> newest_;
   int dialogsShown_ = 0;
   int open_ = 0;
-  std::shared_ptr<FontNames> fonts_ = std::make_shared<FontNames>(
-      FontNames{"Arial", "Courier New", "Times New Roman"});
+  std::shared_ptr<FontNames> fonts_ =
+      std::make_shared<FontNames>(FontNames{"Arial", "Courier New", "Times New Roman"});
   std::vector<std::shared_ptr<PortRecord>> records_;
   std::vector<std::string> picturesRead_;
 };
