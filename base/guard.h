@@ -1,6 +1,6 @@
 // For all folders: the guard of the C functions, and of the seam to the desktop.
-#ifndef BASE_GUARD_H
-#define BASE_GUARD_H
+#ifndef KORVEL_BASE_GUARD_H
+#define KORVEL_BASE_GUARD_H
 
 #include <new>
 #include <stdexcept>

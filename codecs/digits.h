@@ -2,8 +2,8 @@
 //
 // Eight digits in one 64-bit word stand as in memory on a little-endian machine: the first digit in
 // the lowest byte.
-#ifndef CODECS_DIGITS_H
-#define CODECS_DIGITS_H
+#ifndef KORVEL_CODECS_DIGITS_H
+#define KORVEL_CODECS_DIGITS_H
 
 #include <array>
 #include <bit>

@@ -1,13 +1,13 @@
 // Integers to text and back.
 #include "codecs/integer.h"
 
-#include <korvel/codecs.h>
-#include <korvel/strings.h>
-
 #include <climits>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+
+#include <korvel/codecs.h>
+#include <korvel/strings.h>
 
 #include "codecs/digits.h"
 #include "codecs/status.h"

@@ -1,6 +1,6 @@
 // For codecs/ only: the integer codec behind the exported functions.
-#ifndef CODECS_INTEGER_H
-#define CODECS_INTEGER_H
+#ifndef KORVEL_CODECS_INTEGER_H
+#define KORVEL_CODECS_INTEGER_H
 
 #include <cstdint>
 

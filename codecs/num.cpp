@@ -1,10 +1,10 @@
 // Fixed-digit numbers: runs of decimal characters of a fixed width, without terminator.
-#include <korvel/codecs.h>
-
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+
+#include <korvel/codecs.h>
 
 #include "codecs/integer.h"
 #include "codecs/status.h"

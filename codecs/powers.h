@@ -1,6 +1,6 @@
 // For codecs/ only: powers of ten as repeated steps give them, in double precision.
-#ifndef CODECS_POWERS_H
-#define CODECS_POWERS_H
+#ifndef KORVEL_CODECS_POWERS_H
+#define KORVEL_CODECS_POWERS_H
 
 namespace korvel::codecs {
 

@@ -4,13 +4,13 @@
 // last to the first as digit x 10^k, those of the fraction are added from the first to the last as
 // digit x factor, the factor being 0.1 and then divided by 10 at each step. Everything faster than
 // that below is exact where it differs.
-#include <korvel/codecs.h>
-#include <korvel/strings.h>
-
 #include <array>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+
+#include <korvel/codecs.h>
+#include <korvel/strings.h>
 
 #include "codecs/digits.h"
 #include "codecs/integer.h"

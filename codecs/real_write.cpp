@@ -1,12 +1,12 @@
 // Reals to texts: fixed decimals, and significant digits with an exponent.
-#include <korvel/codecs.h>
-
 #include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+
+#include <korvel/codecs.h>
 
 #include "codecs/digits.h"
 #include "codecs/integer.h"

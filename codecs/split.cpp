@@ -1,10 +1,10 @@
 // Reals split into integral part and fraction.
 #include "codecs/split.h"
 
-#include <korvel/codecs.h>
-
 #include <bit>
 #include <cstdint>
+
+#include <korvel/codecs.h>
 
 namespace {
 

@@ -1,6 +1,6 @@
 // For codecs/ only: the integral part of a real as the writers see it.
-#ifndef CODECS_SPLIT_H
-#define CODECS_SPLIT_H
+#ifndef KORVEL_CODECS_SPLIT_H
+#define KORVEL_CODECS_SPLIT_H
 
 namespace korvel::codecs {
 

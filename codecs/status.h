@@ -1,6 +1,6 @@
 // For codecs/ only: the status codes of the conversions, as the public header tells them.
-#ifndef CODECS_STATUS_H
-#define CODECS_STATUS_H
+#ifndef KORVEL_CODECS_STATUS_H
+#define KORVEL_CODECS_STATUS_H
 
 namespace korvel::codecs {
 

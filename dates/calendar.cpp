@@ -3,11 +3,11 @@
 // Years are those of the Gregorian calendar, carried on without a reform in both directions: its
 // rule repeats every 400 years, which are 146097 days. 1 January 2000 is a Saturday. Numbers that
 // are no dates go through the same steps; wide integers keep these from overflowing.
-#include <korvel/dates.h>
-
 #include <algorithm>
 #include <cstdint>
 #include <limits>
+
+#include <korvel/dates.h>
 
 namespace {
 

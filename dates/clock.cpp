@@ -1,11 +1,11 @@
 // The current date and time as stored texts.
 #include "dates/clock.h"
 
-#include <korvel/codecs.h>
-#include <korvel/dates.h>
-
 #include <ctime>
 #include <initializer_list>
+
+#include <korvel/codecs.h>
+#include <korvel/dates.h>
 
 #include "dates/status.h"
 

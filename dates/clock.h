@@ -1,6 +1,6 @@
 // For dates/ and tests only: where the current date and time come from.
-#ifndef DATES_CLOCK_H
-#define DATES_CLOCK_H
+#ifndef KORVEL_DATES_CLOCK_H
+#define KORVEL_DATES_CLOCK_H
 
 namespace korvel::dates {
 

@@ -1,8 +1,8 @@
 // French names of months and days, in the bytes of the DOS Latin code page.
-#include <korvel/dates.h>
-
 #include <cstddef>
 #include <iterator>
+
+#include <korvel/dates.h>
 
 namespace {
 

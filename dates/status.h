@@ -1,6 +1,6 @@
 // For dates/ only.
-#ifndef DATES_STATUS_H
-#define DATES_STATUS_H
+#ifndef KORVEL_DATES_STATUS_H
+#define KORVEL_DATES_STATUS_H
 
 namespace korvel::dates {
 

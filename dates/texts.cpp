@@ -2,12 +2,12 @@
 //
 // Fields are taken by their position alone. Every input is copied before anything is written, so
 // that an output may be an input.
-#include <korvel/codecs.h>
-#include <korvel/dates.h>
-
 #include <array>
 #include <cstddef>
 #include <cstring>
+
+#include <korvel/codecs.h>
+#include <korvel/dates.h>
 
 #include "dates/status.h"
 

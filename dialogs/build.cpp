@@ -1,4 +1,9 @@
 // Builds a dialog from nothing, out of the tables.
+#include <algorithm>
+#include <iterator>
+#include <memory>
+#include <string>
+
 #include "base/guard.h"
 #include "dialogs/callbacks.h"
 #include "dialogs/layout.h"
@@ -8,11 +13,6 @@
 #include "dialogs/stored_text.h"
 #include "platform/loader.h"
 #include "platform/resources.h"
-
-#include <algorithm>
-#include <iterator>
-#include <memory>
-#include <string>
 
 namespace korvel::dialogs {
 

@@ -1,11 +1,11 @@
 // The application's two callbacks.
 #include "dialogs/callbacks.h"
 
+#include <korvel/messages.h>
+
 #include "dialogs/families.h"
 #include "dialogs/numbering.h"
 #include "dialogs/stored_text.h"
-
-#include <korvel/messages.h>
 
 namespace {
 

@@ -1,9 +1,9 @@
 // Changes of fields that the application's callbacks and actions ask for while the dialog is up.
+#include <korvel/dialogs.h>
+
 #include "dialogs/field_items.h"
 #include "dialogs/run.h"
 #include "dialogs/screen.h"
-
-#include <korvel/dialogs.h>
 
 using namespace korvel::dialogs;
 

@@ -1,9 +1,9 @@
 // Date fields: their tables, how an application describes them, and the validation of a calendar
 // date. A date is the number yyyymmdd.
-#include "dialogs/families.h"
-
 #include <korvel/codecs.h>
 #include <korvel/dates.h>
+
+#include "dialogs/families.h"
 
 using namespace korvel::dialogs;
 

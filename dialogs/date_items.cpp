@@ -1,12 +1,12 @@
 // Date fields on the screen: three items, for day, month and year.
+#include <string>
+
+#include <korvel/codecs.h>
+
 #include "dialogs/field_items.h"
 #include "dialogs/field_values.h"
 #include "dialogs/numbering.h"
 #include "dialogs/screen.h"
-
-#include <korvel/codecs.h>
-
-#include <string>
 
 namespace korvel::dialogs {
 

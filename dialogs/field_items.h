@@ -3,9 +3,9 @@
 #ifndef KORVEL_DIALOGS_FIELD_ITEMS_H
 #define KORVEL_DIALOGS_FIELD_ITEMS_H
 
-#include "dialogs/families.h"
-
 #include <string_view>
+
+#include "dialogs/families.h"
 
 namespace korvel::dialogs {
 

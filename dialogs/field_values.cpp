@@ -1,12 +1,12 @@
 // The values in the tables, as shown text and by the rules of validity.
 #include "dialogs/field_values.h"
 
-#include "dialogs/stored_text.h"
+#include <algorithm>
+#include <vector>
 
 #include <korvel/codecs.h>
 
-#include <algorithm>
-#include <vector>
+#include "dialogs/stored_text.h"
 
 namespace korvel::dialogs {
 

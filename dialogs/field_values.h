@@ -2,10 +2,10 @@
 #ifndef KORVEL_DIALOGS_FIELD_VALUES_H
 #define KORVEL_DIALOGS_FIELD_VALUES_H
 
-#include <korvel/dialogs.h>
-
 #include <cstddef>
 #include <string_view>
+
+#include <korvel/dialogs.h>
 
 namespace korvel::dialogs {
 

@@ -1,7 +1,7 @@
 // Integer fields: their tables and how an application describes them.
-#include "dialogs/families.h"
-
 #include <korvel/codecs.h>
+
+#include "dialogs/families.h"
 
 using namespace korvel::dialogs;
 

@@ -2,10 +2,10 @@
 #ifndef KORVEL_DIALOGS_LAYOUT_H
 #define KORVEL_DIALOGS_LAYOUT_H
 
+#include <array>
+
 #include "dialogs/families.h"
 #include "platform/desktop.h"
-
-#include <array>
 
 namespace korvel::dialogs {
 

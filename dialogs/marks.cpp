@@ -1,11 +1,11 @@
 // Which items are marked on the screen because they keep OK disabled.
 #include "dialogs/marks.h"
 
+#include <algorithm>
+
 #include "dialogs/families.h"
 #include "dialogs/numbering.h"
 #include "dialogs/screen.h"
-
-#include <algorithm>
 
 namespace korvel::dialogs {
 

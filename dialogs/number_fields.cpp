@@ -1,9 +1,9 @@
 // Number fields: their tables and how an application describes them.
-#include "dialogs/families.h"
+#include <algorithm>
 
 #include <korvel/codecs.h>
 
-#include <algorithm>
+#include "dialogs/families.h"
 
 using namespace korvel::dialogs;
 

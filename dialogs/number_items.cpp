@@ -1,10 +1,10 @@
 // Number fields on the screen.
+#include <string>
+
 #include "dialogs/field_items.h"
 #include "dialogs/field_values.h"
 #include "dialogs/numbering.h"
 #include "dialogs/screen.h"
-
-#include <string>
 
 namespace korvel::dialogs {
 

@@ -2,10 +2,10 @@
 #ifndef KORVEL_DIALOGS_NUMBERING_H
 #define KORVEL_DIALOGS_NUMBERING_H
 
-#include "dialogs/families.h"
-
 #include <optional>
 #include <vector>
+
+#include "dialogs/families.h"
 
 namespace korvel::dialogs {
 

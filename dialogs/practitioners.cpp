@@ -1,19 +1,19 @@
 // The choice of a practitioner: a dialog of the library's own, made with the functions that every
 // application has.
-#include "dialogs/families.h"
-#include "dialogs/run.h"
-#include "dialogs/stored_text.h"
-
-#include <korvel/dialogs.h>
-#include <korvel/strings.h>
-#include <korvel/tables.h>
-
 #include <algorithm>
 #include <cstddef>
 #include <cstring>
 #include <memory>
 #include <new>
 #include <string_view>
+
+#include <korvel/dialogs.h>
+#include <korvel/strings.h>
+#include <korvel/tables.h>
+
+#include "dialogs/families.h"
+#include "dialogs/run.h"
+#include "dialogs/stored_text.h"
 
 using namespace korvel::dialogs;
 

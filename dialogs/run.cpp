@@ -1,6 +1,12 @@
 // The run of a dialog: filling, waiting for hits, ending.
 #include "dialogs/run.h"
 
+#include <algorithm>
+
+#include <pthread.h>
+
+#include <korvel/desktop.h>
+
 #include "base/guard.h"
 #include "dialogs/callbacks.h"
 #include "dialogs/field_items.h"
@@ -9,11 +15,6 @@
 #include "dialogs/screen.h"
 #include "dialogs/stored_text.h"
 #include "platform/loader.h"
-
-#include <korvel/desktop.h>
-#include <pthread.h>
-
-#include <algorithm>
 
 constinit DialogRef DlgBox_hDlg = nullptr;
 

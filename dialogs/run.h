@@ -2,11 +2,11 @@
 #ifndef KORVEL_DIALOGS_RUN_H
 #define KORVEL_DIALOGS_RUN_H
 
-#include "platform/desktop.h"
+#include <memory>
 
 #include <korvel/dialogs.h>
 
-#include <memory>
+#include "platform/desktop.h"
 
 // What a DialogRef refers to.
 struct KorvelDialog {

@@ -1,11 +1,11 @@
 // The dialog's items as the field types see them.
 #include "dialogs/screen.h"
 
-#include "platform/screentext.h"
+#include <utility>
 
 #include <korvel/strings.h>
 
-#include <utility>
+#include "platform/screentext.h"
 
 namespace korvel::dialogs {
 

@@ -3,12 +3,12 @@
 #ifndef KORVEL_DIALOGS_SCREEN_H
 #define KORVEL_DIALOGS_SCREEN_H
 
-#include "platform/desktop.h"
-
 #include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "platform/desktop.h"
 
 namespace korvel::dialogs {
 

@@ -1,9 +1,9 @@
 // Title, size, background and the button pair.
-#include "dialogs/stored_text.h"
+#include <cstring>
 
 #include <korvel/dialogs.h>
 
-#include <cstring>
+#include "dialogs/stored_text.h"
 
 using namespace korvel::dialogs;
 

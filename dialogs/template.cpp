@@ -1,4 +1,10 @@
 // Runs a dialog whose layout is a template file of the resource folder.
+#include <algorithm>
+#include <iterator>
+#include <memory>
+#include <optional>
+#include <string>
+
 #include "base/guard.h"
 #include "dialogs/callbacks.h"
 #include "dialogs/families.h"
@@ -7,12 +13,6 @@
 #include "dialogs/screen.h"
 #include "platform/loader.h"
 #include "platform/resources.h"
-
-#include <algorithm>
-#include <iterator>
-#include <memory>
-#include <optional>
-#include <string>
 
 namespace korvel::dialogs {
 

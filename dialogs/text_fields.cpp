@@ -1,9 +1,9 @@
 // Text fields: their tables and how an application describes them.
-#include "dialogs/families.h"
-#include "dialogs/stored_text.h"
-
 #include <algorithm>
 #include <cstring>
+
+#include "dialogs/families.h"
+#include "dialogs/stored_text.h"
 
 using namespace korvel::dialogs;
 

@@ -1,13 +1,13 @@
 // Text fields on the screen: edit text, pop-up or list, by the kind of their item.
+#include <algorithm>
+#include <string>
+
 #include "dialogs/callbacks.h"
 #include "dialogs/field_items.h"
 #include "dialogs/field_values.h"
 #include "dialogs/numbering.h"
 #include "dialogs/screen.h"
 #include "dialogs/stored_text.h"
-
-#include <algorithm>
-#include <string>
 
 namespace korvel::dialogs {
 

@@ -1,10 +1,10 @@
 // Validation of all fields from their stored values, and the ending of a definition, without a
 // dialog on the screen.
+#include <cstdint>
+
 #include "dialogs/callbacks.h"
 #include "dialogs/families.h"
 #include "dialogs/field_values.h"
-
-#include <cstdint>
 
 using namespace korvel::dialogs;
 

@@ -1,6 +1,6 @@
 // For draw/ only: the escapes of rich text, one row per code.
-#ifndef DRAW_ESCAPES_H
-#define DRAW_ESCAPES_H
+#ifndef KORVEL_DRAW_ESCAPES_H
+#define KORVEL_DRAW_ESCAPES_H
 
 #include <array>
 #include <cstddef>

@@ -1,13 +1,13 @@
 // The chosen font: its name and offset, which all ports share, and its measures.
 #include "draw/fonts.h"
 
-#include <korvel/desktop.h>
-#include <korvel/draw.h>
-#include <korvel/strings.h>
-
 #include <algorithm>
 #include <cstring>
 #include <string_view>
+
+#include <korvel/desktop.h>
+#include <korvel/draw.h>
+#include <korvel/strings.h>
 
 #include "draw/palette.h"
 #include "draw/ports.h"

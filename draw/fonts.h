@@ -1,6 +1,6 @@
 // For draw/ only: what fonts.cpp and the centred text share.
-#ifndef DRAW_FONTS_H
-#define DRAW_FONTS_H
+#ifndef KORVEL_DRAW_FONTS_H
+#define KORVEL_DRAW_FONTS_H
 
 #include <string>
 

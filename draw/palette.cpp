@@ -1,9 +1,9 @@
 // The palette of 16 colours.
 #include "draw/palette.h"
 
-#include <korvel/draw.h>
-
 #include <iterator>
+
+#include <korvel/draw.h>
 
 namespace korvel::draw {
 namespace {

@@ -1,6 +1,6 @@
 // For draw/ only: the palette's colours as values.
-#ifndef DRAW_PALETTE_H
-#define DRAW_PALETTE_H
+#ifndef KORVEL_DRAW_PALETTE_H
+#define KORVEL_DRAW_PALETTE_H
 
 #include <korvel/types.h>
 

@@ -1,17 +1,17 @@
 // Pictures by name, drawn or measured.
 #include "draw/pictures.h"
 
-#include <korvel/desktop.h>
-#include <korvel/draw.h>
-#include <korvel/strings.h>
-
-#include <sys/stat.h>
-
 #include <chrono>
 #include <map>
 #include <memory>
 #include <optional>
 #include <string>
+
+#include <sys/stat.h>
+
+#include <korvel/desktop.h>
+#include <korvel/draw.h>
+#include <korvel/strings.h>
 
 #include "base/guard.h"
 #include "draw/ports.h"

@@ -1,6 +1,6 @@
 // For draw/ and its tests only: pictures by name, read once as long as their files stay the same.
-#ifndef DRAW_PICTURES_H
-#define DRAW_PICTURES_H
+#ifndef KORVEL_DRAW_PICTURES_H
+#define KORVEL_DRAW_PICTURES_H
 
 #include <string_view>
 

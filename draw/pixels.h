@@ -1,6 +1,6 @@
 // For draw/ only: positions that a caller may have chosen anywhere in the range of an int.
-#ifndef DRAW_PIXELS_H
-#define DRAW_PIXELS_H
+#ifndef KORVEL_DRAW_PIXELS_H
+#define KORVEL_DRAW_PIXELS_H
 
 #include <algorithm>
 #include <cstdint>

@@ -1,10 +1,10 @@
 // The ports that the library hands out, and which of them is current.
 #include "draw/ports.h"
 
-#include <korvel/desktop.h>
-
 #include <memory>
 #include <utility>
+
+#include <korvel/desktop.h>
 
 #include "platform/loader.h"
 

@@ -1,6 +1,6 @@
 // For draw/ and its tests only: what stands behind the ports that the library hands out.
-#ifndef DRAW_PORTS_H
-#define DRAW_PORTS_H
+#ifndef KORVEL_DRAW_PORTS_H
+#define KORVEL_DRAW_PORTS_H
 
 #include <korvel/types.h>
 

@@ -1,11 +1,11 @@
 // For draw/ only: lines, rectangles and pictures on a surface. Line and rectangle leave the
 // foreground black.
-#ifndef DRAW_PRIMITIVES_H
-#define DRAW_PRIMITIVES_H
-
-#include <korvel/types.h>
+#ifndef KORVEL_DRAW_PRIMITIVES_H
+#define KORVEL_DRAW_PRIMITIVES_H
 
 #include <string_view>
+
+#include <korvel/types.h>
 
 #include "draw/pixels.h"
 #include "platform/drawing.h"

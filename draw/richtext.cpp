@@ -1,10 +1,10 @@
 // Rich text: one line with tabs, bullets, pictures, lines and frames, drawn or measured.
-#include <korvel/draw.h>
-
 #include <algorithm>
 #include <climits>
 #include <cstdint>
 #include <cstring>
+
+#include <korvel/draw.h>
 
 #include "draw/fonts.h"
 #include "draw/palette.h"

@@ -1,10 +1,10 @@
 // Plain text: a run of at most 255 bytes, drawn or measured.
 #include "draw/text.h"
 
+#include <cstring>
+
 #include <korvel/draw.h>
 #include <korvel/strings.h>
-
-#include <cstring>
 
 #include "draw/ports.h"
 

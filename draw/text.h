@@ -1,6 +1,6 @@
 // For draw/ only: plain text on a surface, before any limit of the interface but the longest run.
-#ifndef DRAW_TEXT_H
-#define DRAW_TEXT_H
+#ifndef KORVEL_DRAW_TEXT_H
+#define KORVEL_DRAW_TEXT_H
 
 #include <string_view>
 

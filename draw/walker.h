@@ -14,8 +14,8 @@
 //   int lineHeight()
 //   void setPenAcross(Pixels x), void setPenDown(Pixels y)
 //   void line(Point to), void frame(Point corner)
-#ifndef DRAW_WALKER_H
-#define DRAW_WALKER_H
+#ifndef KORVEL_DRAW_WALKER_H
+#define KORVEL_DRAW_WALKER_H
 
 #include <optional>
 #include <string_view>

@@ -1,10 +1,11 @@
+#include <cstdint>
+
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <cstdint>
-
 #include <korvel/files.h>
+
 #include "files/paths.h"
 #include "files/transfer.h"
 

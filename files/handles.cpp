@@ -1,6 +1,4 @@
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
+#include "files/handles.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -8,8 +6,12 @@
 #include <cstring>
 #include <limits>
 
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include <korvel/files.h>
-#include "files/handles.h"
+
 #include "files/paths.h"
 #include "files/slots.h"
 #include "files/transfer.h"

@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include <korvel/files.h>
+
 #include "files/paths.h"
 #include "files/rows.h"
 

@@ -1,13 +1,13 @@
 #include "files/lock.h"
 
+#include <atomic>
+#include <cerrno>
+#include <chrono>
+
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
-
-#include <atomic>
-#include <cerrno>
-#include <chrono>
 
 #include "files/transfer.h"
 

@@ -1,11 +1,12 @@
-#include <malloc.h>
-
 #include <algorithm>
 #include <climits>
 #include <cstdlib>
 #include <cstring>
 
+#include <malloc.h>
+
 #include <korvel/files.h>
+
 #include "files/slots.h"
 
 constinit MFilSlot DATA_MFIL_TAB[korvel::files::kSlots] = {{nullptr, 0, -1, 0, 0},

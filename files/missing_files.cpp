@@ -1,9 +1,8 @@
 // Lists of strings that name files of one folder.
-#include <limits.h>
-
 #include <algorithm>
 #include <cstddef>
 #include <cstring>
+#include <limits.h>
 #include <string_view>
 
 #include <korvel/files.h>

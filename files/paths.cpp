@@ -1,13 +1,14 @@
 #include "files/paths.h"
 
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <cstdio>
 #include <cstring>
 
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include <korvel/desktop.h>
 #include <korvel/files.h>
+
 #include "shell/mode.h"
 #include "shell/volumes.h"
 

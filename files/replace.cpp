@@ -1,13 +1,5 @@
 #include "files/replace.h"
 
-#include <fcntl.h>
-#include <sys/file.h>
-#include <sys/mman.h>
-#include <sys/stat.h>
-#include <sys/uio.h>
-#include <sys/xattr.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
@@ -16,6 +8,14 @@
 #include <ctime>
 #include <memory>
 #include <new>
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/mman.h>
+#include <sys/stat.h>
+#include <sys/uio.h>
+#include <sys/xattr.h>
+#include <unistd.h>
 
 #include "files/lock.h"
 #include "files/transfer.h"

@@ -45,12 +45,12 @@
 #ifndef KORVEL_FILES_REPLACE_H
 #define KORVEL_FILES_REPLACE_H
 
-#include <limits.h>
-#include <sys/types.h>
-
 #include <functional>
+#include <limits.h>
 #include <span>
 #include <string_view>
+
+#include <sys/types.h>
 
 namespace korvel::files {
 

@@ -7,6 +7,7 @@
 #include <span>
 
 #include <korvel/files.h>
+
 #include "files/exchanges.h"
 #include "files/handles.h"
 #include "files/rows.h"

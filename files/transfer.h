@@ -3,10 +3,10 @@
 #ifndef KORVEL_FILES_TRANSFER_H
 #define KORVEL_FILES_TRANSFER_H
 
-#include <sys/types.h>
-
 #include <cerrno>
 #include <cstddef>
+
+#include <sys/types.h>
 
 namespace korvel::files {
 

@@ -1,12 +1,12 @@
 #include "messages/box.h"
 
-#include <korvel/desktop.h>
-#include <korvel/draw.h>
-#include <korvel/strings.h>
-
 #include <memory>
 #include <string>
 #include <utility>
+
+#include <korvel/desktop.h>
+#include <korvel/draw.h>
+#include <korvel/strings.h>
 
 #include "base/guard.h"
 #include "messages/layout.h"

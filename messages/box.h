@@ -2,9 +2,9 @@
 #ifndef KORVEL_MESSAGES_BOX_H
 #define KORVEL_MESSAGES_BOX_H
 
-#include <korvel/types.h>
-
 #include <string_view>
+
+#include <korvel/types.h>
 
 #include "messages/flags.h"
 

@@ -1,7 +1,7 @@
 // The event filter of the boxes.
-#include <korvel/messages.h>
-
 #include <cstring>
+
+#include <korvel/messages.h>
 
 #include "messages/box.h"
 

@@ -1,9 +1,9 @@
 // The boxes as applications call them.
-#include <korvel/messages.h>
-#include <korvel/strings.h>
-
 #include <cstring>
 #include <string>
+
+#include <korvel/messages.h>
+#include <korvel/strings.h>
 
 #include "base/guard.h"
 #include "messages/box.h"

@@ -15,13 +15,13 @@
 #ifndef KORVEL_PLATFORM_DESKTOP_H
 #define KORVEL_PLATFORM_DESKTOP_H
 
-#include <korvel/types.h>
-
 #include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include <korvel/types.h>
 
 #include "platform/drawing.h"
 #include "platform/geometry.h"

@@ -9,11 +9,11 @@
 #ifndef KORVEL_PLATFORM_DRAWING_H
 #define KORVEL_PLATFORM_DRAWING_H
 
-#include <korvel/types.h>
-
 #include <optional>
 #include <string>
 #include <string_view>
+
+#include <korvel/types.h>
 
 #include "platform/geometry.h"
 

@@ -1,10 +1,10 @@
 #include "platform/librarypath.h"
 
-#include <dlfcn.h>
-#include <sys/stat.h>
-
 #include <cstdlib>
 #include <memory>
+
+#include <dlfcn.h>
+#include <sys/stat.h>
 
 namespace korvel::platform {
 namespace {

@@ -1,11 +1,11 @@
 #include "platform/loader.h"
 
-#include <dlfcn.h>
-
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <string>
+
+#include <dlfcn.h>
 
 #include "platform/desktop.h"
 #include "platform/librarypath.h"

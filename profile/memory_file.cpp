@@ -1,15 +1,16 @@
 #include "profile/memory_file.h"
 
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <cerrno>
 #include <climits>
 #include <cstddef>
 
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include <korvel/files.h>
+
 #include "files/paths.h"
 
 namespace korvel::profile {

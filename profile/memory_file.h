@@ -2,9 +2,9 @@
 #ifndef KORVEL_PROFILE_MEMORY_FILE_H
 #define KORVEL_PROFILE_MEMORY_FILE_H
 
-#include <sys/types.h>
-
 #include <string_view>
+
+#include <sys/types.h>
 
 namespace korvel::profile {
 

@@ -1,17 +1,18 @@
 // Profiles read and written through memory files.
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <cerrno>
 #include <cstddef>
 #include <cstring>
 #include <optional>
 #include <string_view>
 
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include <korvel/codecs.h>
 #include <korvel/files.h>
 #include <korvel/profile.h>
+
 #include "files/lock.h"
 #include "files/paths.h"
 #include "files/replace.h"

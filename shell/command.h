@@ -1,6 +1,6 @@
 // For shell/ only: how command texts are put together.
-#ifndef SHELL_COMMAND_H
-#define SHELL_COMMAND_H
+#ifndef KORVEL_SHELL_COMMAND_H
+#define KORVEL_SHELL_COMMAND_H
 
 #include <cstring>
 #include <string>

@@ -1,10 +1,10 @@
 // For shell/ only: a descriptor that is closed at its end.
-#ifndef SHELL_DESCRIPTOR_H
-#define SHELL_DESCRIPTOR_H
-
-#include <unistd.h>
+#ifndef KORVEL_SHELL_DESCRIPTOR_H
+#define KORVEL_SHELL_DESCRIPTOR_H
 
 #include <utility>
+
+#include <unistd.h>
 
 namespace korvel::shell {
 

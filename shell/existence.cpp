@@ -2,13 +2,14 @@
 // dangling link, and at least "." for a folder that may be read.
 #include "shell/existence.h"
 
+#include <cerrno>
+
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <cerrno>
-
 #include <korvel/shell.h>
+
 #include "base/guard.h"
 #include "shell/command.h"
 

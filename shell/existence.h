@@ -1,6 +1,6 @@
 // For shell/ only: whether a path exists.
-#ifndef SHELL_EXISTENCE_H
-#define SHELL_EXISTENCE_H
+#ifndef KORVEL_SHELL_EXISTENCE_H
+#define KORVEL_SHELL_EXISTENCE_H
 
 namespace korvel::shell {
 

@@ -2,6 +2,7 @@
 #include <string_view>
 
 #include <korvel/shell.h>
+
 #include "base/guard.h"
 #include "shell/command.h"
 #include "shell/existence.h"

@@ -1,4 +1,5 @@
 #include <korvel/shell.h>
+
 #include "base/guard.h"
 #include "shell/tool.h"
 

@@ -3,6 +3,7 @@
 #include <sys/stat.h>
 
 #include <korvel/shell.h>
+
 #include "base/guard.h"
 #include "shell/command.h"
 #include "shell/existence.h"

@@ -1,6 +1,6 @@
 // For shell/ and files/ only: opening a file or folder to all.
-#ifndef SHELL_MODE_H
-#define SHELL_MODE_H
+#ifndef KORVEL_SHELL_MODE_H
+#define KORVEL_SHELL_MODE_H
 
 namespace korvel::shell {
 

@@ -1,12 +1,13 @@
 // Documents shown by the desktop's own opener, which may end only when the viewer does.
-#include <paths.h>
-
 #include <chrono>
 #include <cstdlib>
 #include <string>
 #include <string_view>
 
+#include <paths.h>
+
 #include <korvel/shell.h>
+
 #include "base/guard.h"
 #include "shell/tool.h"
 

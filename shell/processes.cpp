@@ -1,12 +1,13 @@
 // Processes found by name: "ps -x -c | grep name", with whole names between the two.
-#include <sys/mman.h>
-#include <unistd.h>
-
 #include <cstddef>
 #include <string>
 #include <string_view>
 
+#include <sys/mman.h>
+#include <unistd.h>
+
 #include <korvel/shell.h>
+
 #include "base/guard.h"
 #include "shell/descriptor.h"
 #include "shell/processnames.h"

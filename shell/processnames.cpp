@@ -2,12 +2,12 @@
 // name of the program's file, or, for a script, in the interpreter's arguments.
 #include "shell/processnames.h"
 
-#include <fcntl.h>
-#include <limits.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <charconv>
+#include <limits.h>
+
+#include <fcntl.h>
+#include <unistd.h>
 
 #include "shell/descriptor.h"
 

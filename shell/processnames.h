@@ -1,6 +1,6 @@
 // For shell/ only: names of processes that are longer than the kernel keeps them.
-#ifndef SHELL_PROCESSNAMES_H
-#define SHELL_PROCESSNAMES_H
+#ifndef KORVEL_SHELL_PROCESSNAMES_H
+#define KORVEL_SHELL_PROCESSNAMES_H
 
 #include <string>
 #include <string_view>

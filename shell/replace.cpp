@@ -1,11 +1,11 @@
 #include "shell/replace.h"
 
-#include <sys/stat.h>
-
 #include <cstdlib>
 #include <memory>
 #include <optional>
 #include <string>
+
+#include <sys/stat.h>
 
 #include "shell/command.h"
 

@@ -1,6 +1,6 @@
 // For shell/ only: what a copy may remove to make room.
-#ifndef SHELL_REPLACE_H
-#define SHELL_REPLACE_H
+#ifndef KORVEL_SHELL_REPLACE_H
+#define KORVEL_SHELL_REPLACE_H
 
 #include <string>
 

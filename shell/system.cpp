@@ -1,10 +1,10 @@
 // The system's version, as packed decimal digits (0x1060 is 10.6.0), and its one bundle.
 #include "shell/system.h"
 
+#include <string_view>
+
 #include <dlfcn.h>
 #include <gnu/lib-names.h>
-
-#include <string_view>
 
 #include <korvel/shell.h>
 

@@ -1,6 +1,6 @@
 // For shell/ and its tests only: which system the library believes to be on.
-#ifndef SHELL_SYSTEM_H
-#define SHELL_SYSTEM_H
+#ifndef KORVEL_SHELL_SYSTEM_H
+#define KORVEL_SHELL_SYSTEM_H
 
 namespace korvel::shell {
 

@@ -1,18 +1,18 @@
 #include "shell/tool.h"
 
-#include <fcntl.h>
-#include <paths.h>
-#include <poll.h>
-#include <signal.h>
-#include <spawn.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <signal.h>
 #include <utility>
 #include <vector>
+
+#include <fcntl.h>
+#include <paths.h>
+#include <poll.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include "shell/descriptor.h"
 #include "shell/system.h"

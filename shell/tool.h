@@ -1,12 +1,12 @@
 // For shell/ only: one running shell command and the pipe to it.
-#ifndef SHELL_TOOL_H
-#define SHELL_TOOL_H
-
-#include <sys/types.h>
+#ifndef KORVEL_SHELL_TOOL_H
+#define KORVEL_SHELL_TOOL_H
 
 #include <chrono>
 #include <cstddef>
 #include <string_view>
+
+#include <sys/types.h>
 
 #include <korvel/shell.h>
 

@@ -9,6 +9,7 @@
 
 #include <korvel/desktop.h>
 #include <korvel/shell.h>
+
 #include "base/guard.h"
 #include "shell/command.h"
 #include "shell/existence.h"

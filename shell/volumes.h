@@ -1,6 +1,6 @@
 // For shell/ and files/ only: colon paths by the rule of BSDMAC2UNIX.
-#ifndef SHELL_VOLUMES_H
-#define SHELL_VOLUMES_H
+#ifndef KORVEL_SHELL_VOLUMES_H
+#define KORVEL_SHELL_VOLUMES_H
 
 #include <span>
 #include <string_view>

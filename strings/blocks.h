@@ -3,8 +3,8 @@
 // Two types with the same operations: one on the vector instructions that every x86-64 has, one in
 // plain C++ for every other machine. Code written over either is a template over the block type
 // and never branches on the machine; `Block` is the one to use, the tests run both.
-#ifndef STRINGS_BLOCKS_H
-#define STRINGS_BLOCKS_H
+#ifndef KORVEL_STRINGS_BLOCKS_H
+#define KORVEL_STRINGS_BLOCKS_H
 
 #include <array>
 #include <cstddef>

@@ -1,6 +1,6 @@
 // For strings/ only: how a character handed over as an int meets the bytes of a text.
-#ifndef STRINGS_BYTES_H
-#define STRINGS_BYTES_H
+#ifndef KORVEL_STRINGS_BYTES_H
+#define KORVEL_STRINGS_BYTES_H
 
 namespace korvel::strings {
 

@@ -5,10 +5,10 @@
 #include "strings/machine.h"
 
 #ifdef __x86_64__
-#include <immintrin.h>
-
 #include <array>
 #include <cstdint>
+
+#include <immintrin.h>
 
 // What a function needs to use them in a program made for every x86-64.
 #define WIDE __attribute__((target("avx2")))

@@ -1,6 +1,6 @@
 // For strings/ and its tests only: upper-casing in steps of 32 bytes, on machines that can.
-#ifndef STRINGS_CAPITALS_H
-#define STRINGS_CAPITALS_H
+#ifndef KORVEL_STRINGS_CAPITALS_H
+#define KORVEL_STRINGS_CAPITALS_H
 
 #include <cstddef>
 

@@ -1,10 +1,10 @@
 // The two character-set conversions and the upper-casing, in place.
 #include "strings/charsets.h"
 
-#include <korvel/strings.h>
-
 #include <cstddef>
 #include <cstring>
+
+#include <korvel/strings.h>
 
 #include "strings/capitals.h"
 

@@ -1,7 +1,7 @@
 // For strings/ and its tests only: the walks over a text behind the two character-set conversions
 // and the upper-casing.
-#ifndef STRINGS_CHARSETS_H
-#define STRINGS_CHARSETS_H
+#ifndef KORVEL_STRINGS_CHARSETS_H
+#define KORVEL_STRINGS_CHARSETS_H
 
 #include <bit>
 #include <cstddef>

@@ -1,8 +1,8 @@
 // Comparison of counted byte runs, exact and with wildcards, and search of one in another.
-#include <korvel/strings.h>
-
 #include <cstddef>
 #include <cstring>
+
+#include <korvel/strings.h>
 
 #include "strings/scan.h"
 

@@ -1,9 +1,9 @@
 // Insertion and deletion in place.
-#include <korvel/strings.h>
-
 #include <algorithm>
 #include <cstddef>
 #include <cstring>
+
+#include <korvel/strings.h>
 
 namespace {
 

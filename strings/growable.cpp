@@ -1,11 +1,11 @@
 #include "strings/growable.h"
 
-#include <korvel/strings.h>
-
 #include <climits>
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
+
+#include <korvel/strings.h>
 
 namespace {
 

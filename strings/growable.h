@@ -1,6 +1,6 @@
 // For strings/ and its tests only: the growing byte buffer behind szcopyex.
-#ifndef STRINGS_GROWABLE_H
-#define STRINGS_GROWABLE_H
+#ifndef KORVEL_STRINGS_GROWABLE_H
+#define KORVEL_STRINGS_GROWABLE_H
 
 #include <cstddef>
 

@@ -1,7 +1,7 @@
 // For strings/, tables/ and profile/ and their tests only: the vectors wider than those of every
 // x86-64 that this machine computes with.
-#ifndef STRINGS_MACHINE_H
-#define STRINGS_MACHINE_H
+#ifndef KORVEL_STRINGS_MACHINE_H
+#define KORVEL_STRINGS_MACHINE_H
 
 namespace korvel::strings {
 

@@ -1,6 +1,6 @@
 // For strings/ and its tests only: the capitals of the Mac OS Roman character set.
-#ifndef STRINGS_MACROMAN_H
-#define STRINGS_MACROMAN_H
+#ifndef KORVEL_STRINGS_MACROMAN_H
+#define KORVEL_STRINGS_MACROMAN_H
 
 #include <array>
 

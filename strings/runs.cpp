@@ -1,9 +1,9 @@
 // Copies of counted byte runs, with and without terminator.
-#include <korvel/strings.h>
-
 #include <algorithm>
 #include <cstddef>
 #include <cstring>
+
+#include <korvel/strings.h>
 
 namespace {
 

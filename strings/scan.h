@@ -1,7 +1,7 @@
 // For strings/ and its tests only: the loops over blocks behind trimming and behind
 // comparison and search of runs.
-#ifndef STRINGS_SCAN_H
-#define STRINGS_SCAN_H
+#ifndef KORVEL_STRINGS_SCAN_H
+#define KORVEL_STRINGS_SCAN_H
 
 #include <bit>
 #include <cstddef>

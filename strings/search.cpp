@@ -1,7 +1,7 @@
 // Comparison and search in terminated texts.
-#include <korvel/strings.h>
-
 #include <cstring>
+
+#include <korvel/strings.h>
 
 #include "strings/bytes.h"
 

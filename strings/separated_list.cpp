@@ -1,10 +1,10 @@
 // Separated lists: one text whose items stand between '+', ',' and '-'.
-#include <korvel/strings.h>
-
 #include <algorithm>
 #include <cstddef>
 #include <cstring>
 #include <string_view>
+
+#include <korvel/strings.h>
 
 namespace {
 

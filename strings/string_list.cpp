@@ -2,11 +2,11 @@
 //
 // Nothing behind the first NUL of an empty list or behind the second NUL of another is read: a list
 // may fill its buffer to the last byte.
-#include <korvel/strings.h>
-
 #include <algorithm>
 #include <cstddef>
 #include <cstring>
+
+#include <korvel/strings.h>
 
 namespace {
 

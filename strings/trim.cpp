@@ -1,9 +1,9 @@
 // Trimming at both ends, in place.
-#include <korvel/strings.h>
-
 #include <cstddef>
 #include <cstring>
 #include <limits>
+
+#include <korvel/strings.h>
 
 #include "strings/bytes.h"
 #include "strings/scan.h"

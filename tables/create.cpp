@@ -1,8 +1,4 @@
 // A table's beginning, its end and its back-up.
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
@@ -10,8 +6,13 @@
 #include <span>
 #include <string_view>
 
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include <korvel/files.h>
 #include <korvel/tables.h>
+
 #include "files/lock.h"
 #include "files/paths.h"
 #include "files/replace.h"

@@ -8,6 +8,7 @@
 
 #include <korvel/strings.h>
 #include <korvel/tables.h>
+
 #include "tables/line.h"
 #include "tables/path.h"
 #include "tables/rebuild.h"

@@ -1,9 +1,10 @@
 // The heading lines of a table: changed together with its name, or put back.
-#include <sys/stat.h>
-
 #include <string_view>
 
+#include <sys/stat.h>
+
 #include <korvel/tables.h>
+
 #include "base/guard.h"
 #include "files/paths.h"
 #include "tables/markers.h"

@@ -4,8 +4,8 @@
 // kept  what a reader keeps of them: the first 1023 that are no line feeds
 // text  what counts once the line is split: the kept characters before the first NUL, at most 1022,
 //       as the second terminator of the split line takes the last place of the buffer
-#ifndef TABLES_LINE_H
-#define TABLES_LINE_H
+#ifndef KORVEL_TABLES_LINE_H
+#define KORVEL_TABLES_LINE_H
 
 #include <algorithm>
 #include <cstddef>

@@ -5,6 +5,7 @@
 
 #include <korvel/strings.h>
 #include <korvel/tables.h>
+
 #include "tables/line.h"
 #include "tables/markers.h"
 #include "tables/path.h"

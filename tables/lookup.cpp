@@ -7,6 +7,7 @@
 #include <korvel/dates.h>
 #include <korvel/strings.h>
 #include <korvel/tables.h>
+
 #include "tables/line.h"
 #include "tables/pattern.h"
 #include "tables/state.h"

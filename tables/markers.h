@@ -1,6 +1,6 @@
 // For tables/ only: the texts that frame a table.
-#ifndef TABLES_MARKERS_H
-#define TABLES_MARKERS_H
+#ifndef KORVEL_TABLES_MARKERS_H
+#define KORVEL_TABLES_MARKERS_H
 
 #include <string_view>
 

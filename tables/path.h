@@ -1,6 +1,6 @@
 // For tables/ only: from a table's name to the path of its file.
-#ifndef TABLES_PATH_H
-#define TABLES_PATH_H
+#ifndef KORVEL_TABLES_PATH_H
+#define KORVEL_TABLES_PATH_H
 
 namespace korvel::tables {
 

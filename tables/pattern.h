@@ -1,6 +1,6 @@
 // For tables/ and its tests only: from a key or label to what is searched for in the file.
-#ifndef TABLES_PATTERN_H
-#define TABLES_PATTERN_H
+#ifndef KORVEL_TABLES_PATTERN_H
+#define KORVEL_TABLES_PATTERN_H
 
 #include <array>
 #include <cstdint>

@@ -1,13 +1,14 @@
 #include "tables/reader.h"
 
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <climits>
 #include <cstdlib>
 
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include <korvel/files.h>
+
 #include "files/handles.h"
 #include "files/transfer.h"
 #include "tables/path.h"

@@ -4,8 +4,8 @@
 // file: the same slots taken and given back, and no reading without a free one. But for readings
 // during which the application runs, a block is read only when it is asked for, and only one stands
 // in memory.
-#ifndef TABLES_READER_H
-#define TABLES_READER_H
+#ifndef KORVEL_TABLES_READER_H
+#define KORVEL_TABLES_READER_H
 
 #include <cstddef>
 #include <string_view>

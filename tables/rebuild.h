@@ -2,8 +2,8 @@
 //
 // What stands from the first empty field of a line on is no field, but nothing that an edit may
 // lose: it is written back as it is. Every separator before that becomes a ','.
-#ifndef TABLES_REBUILD_H
-#define TABLES_REBUILD_H
+#ifndef KORVEL_TABLES_REBUILD_H
+#define KORVEL_TABLES_REBUILD_H
 
 #include <string_view>
 

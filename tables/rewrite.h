@@ -5,15 +5,15 @@
 // stand in memory at any time. The new content takes the old one's place in one step: a kill, a
 // full disk or a failure at any moment leaves the old table or the new one, whole, with owner and
 // mode as they were. A table that is a symbolic link stays one.
-#ifndef TABLES_REWRITE_H
-#define TABLES_REWRITE_H
-
-#include <sys/stat.h>
+#ifndef KORVEL_TABLES_REWRITE_H
+#define KORVEL_TABLES_REWRITE_H
 
 #include <climits>
 #include <cstddef>
 #include <initializer_list>
 #include <string_view>
+
+#include <sys/stat.h>
 
 #include "files/lock.h"
 #include "files/paths.h"

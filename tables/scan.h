@@ -3,8 +3,8 @@
 //
 // A place found is only a candidate: whoever asks compares the line by the rules. No line that
 // matches is without a candidate, as long as the stretch is regular.
-#ifndef TABLES_SCAN_H
-#define TABLES_SCAN_H
+#ifndef KORVEL_TABLES_SCAN_H
+#define KORVEL_TABLES_SCAN_H
 
 #include <cstddef>
 #include <cstdint>

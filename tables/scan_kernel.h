@@ -2,8 +2,8 @@
 //
 // Each of those sources has a copy of its own, and calls nothing that is compiled once for all: a
 // function shared between them might be the one with the instructions that the machine lacks.
-#ifndef TABLES_SCAN_KERNEL_H
-#define TABLES_SCAN_KERNEL_H
+#ifndef KORVEL_TABLES_SCAN_KERNEL_H
+#define KORVEL_TABLES_SCAN_KERNEL_H
 
 #include <cstddef>
 #include <cstdint>

@@ -5,6 +5,7 @@
 
 #include <korvel/strings.h>
 #include <korvel/tables.h>
+
 #include "tables/line.h"
 
 constinit char szDirTables[256] = "";

@@ -1,6 +1,6 @@
 // For tables/ only: the current line, which lookup, search and editing share.
-#ifndef TABLES_STATE_H
-#define TABLES_STATE_H
+#ifndef KORVEL_TABLES_STATE_H
+#define KORVEL_TABLES_STATE_H
 
 #include <string_view>
 

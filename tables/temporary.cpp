@@ -1,13 +1,14 @@
 #include "tables/temporary.h"
 
+#include <cerrno>
+#include <cstring>
+
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <cerrno>
-#include <cstring>
-
 #include <korvel/files.h>
+
 #include "files/slots.h"
 
 namespace korvel::tables {

@@ -5,8 +5,8 @@
 // content stands in a file without a name, and nobody meets the other one. Two things remain: it
 // takes a file handle as long as it is written, and one of that name that this user left there is
 // gone through.
-#ifndef TABLES_TEMPORARY_H
-#define TABLES_TEMPORARY_H
+#ifndef KORVEL_TABLES_TEMPORARY_H
+#define KORVEL_TABLES_TEMPORARY_H
 
 #include <limits.h>
 

@@ -1,6 +1,6 @@
 // For tables/ and its tests only: the lines that a rewriting hands on as they came in.
-#ifndef TABLES_UNCHANGED_H
-#define TABLES_UNCHANGED_H
+#ifndef KORVEL_TABLES_UNCHANGED_H
+#define KORVEL_TABLES_UNCHANGED_H
 
 #include <cstddef>
 #include <string_view>

@@ -1,6 +1,6 @@
 // For tables/ only: the walk over the lines of a table to the one that is wanted.
-#ifndef TABLES_WALK_H
-#define TABLES_WALK_H
+#ifndef KORVEL_TABLES_WALK_H
+#define KORVEL_TABLES_WALK_H
 
 #include <climits>
 #include <string_view>

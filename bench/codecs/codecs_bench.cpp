@@ -1,8 +1,6 @@
 // Numbers to text and back, a million random values each, beside the standard library's own
 // conversions. The library's texts are terminated and trimmed in place; the peers are told where
 // their text ends and leave it without a terminator.
-#include <korvel/codecs.h>
-
 #include <algorithm>
 #include <charconv>
 #include <cstddef>
@@ -13,6 +11,8 @@
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include <korvel/codecs.h>
 
 #include "bench/support/ratios.h"
 

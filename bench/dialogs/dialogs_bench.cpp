@@ -1,6 +1,6 @@
 // A data-entry dialog of the library beside the same dialog made by hand with the toolkit, in one
 // process, on the toolkit's platform without a screen. Both are painted into memory.
-#include <korvel/dialogs.h>
+#include <string>
 
 #include <QApplication>
 #include <QComboBox>
@@ -8,7 +8,8 @@
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPushButton>
-#include <string>
+
+#include <korvel/dialogs.h>
 
 #include "bench/dialogs/screen.h"
 

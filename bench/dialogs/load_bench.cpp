@@ -1,12 +1,12 @@
 // What loading the library and one call cost a program: two small C programs that differ in
 // nothing else are started in turns.
-#include <spawn.h>
-#include <sys/wait.h>
-
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <vector>
+
+#include <spawn.h>
+#include <sys/wait.h>
 
 extern "C" char **environ;
 

@@ -1,8 +1,11 @@
 // The choice among as many practitioners as there may be, beside a dialog made by hand with the
 // toolkit whose list has as many rows, in one process, on the toolkit's platform without a screen.
-#include <korvel/desktop.h>
-#include <korvel/dialogs.h>
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
 #include <stdlib.h>
+#include <string>
+
 #include <sys/stat.h>
 
 #include <QAbstractItemView>
@@ -11,10 +14,9 @@
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPushButton>
-#include <cstdio>
-#include <filesystem>
-#include <fstream>
-#include <string>
+
+#include <korvel/desktop.h>
+#include <korvel/dialogs.h>
 
 #include "bench/dialogs/screen.h"
 

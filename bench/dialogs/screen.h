@@ -1,17 +1,18 @@
 // For bench/dialogs/ only: keys into the dialog that is up, and the moments at which it has
 // painted.
-#ifndef BENCH_DIALOGS_SCREEN_H
-#define BENCH_DIALOGS_SCREEN_H
+#ifndef KORVEL_BENCH_DIALOGS_SCREEN_H
+#define KORVEL_BENCH_DIALOGS_SCREEN_H
+
+#include <chrono>
+#include <cstdlib>
+#include <functional>
+#include <string>
 
 #include <QApplication>
 #include <QKeyEvent>
 #include <QTimer>
 #include <QWidget>
 #include <QWindow>
-#include <chrono>
-#include <cstdlib>
-#include <functional>
-#include <string>
 
 #include "bench/support/ratios.h"
 

@@ -1,8 +1,10 @@
 // Text drawn into an image and measured, beside the same made by hand with the toolkit, in one
 // process, on the toolkit's platform without a screen. The toolkit's painter stays open on its
 // image, its fonts, glyphs and pictures are prepared, and it is told where everything stands.
-#include <korvel/desktop.h>
-#include <korvel/draw.h>
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+#include <string_view>
 
 #include <QApplication>
 #include <QFontMetrics>
@@ -11,10 +13,9 @@
 #include <QPainter>
 #include <QRawFont>
 #include <QString>
-#include <cstdio>
-#include <cstdlib>
-#include <string>
-#include <string_view>
+
+#include <korvel/desktop.h>
+#include <korvel/draw.h>
 
 #include "bench/support/ratios.h"
 

@@ -1,10 +1,4 @@
 // The file layer beside the system calls it is made of and beside what a user would take instead.
-#include <fcntl.h>
-#include <korvel/desktop.h>
-#include <korvel/files.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
@@ -16,6 +10,13 @@
 #include <random>
 #include <string>
 #include <vector>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <korvel/desktop.h>
+#include <korvel/files.h>
 
 #include "bench/support/ratios.h"
 #include "files/replace.h"

@@ -2,14 +2,6 @@
 // settings of Qt, the key files of GLib, inih. Each of them parses the file again for every call,
 // as the library does; QSettings, which would keep what it parsed, is given a file whose time has
 // changed. Those that write sync what they wrote, as the library does.
-#include <fcntl.h>
-#include <glib.h>
-#include <ini.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
-#include <QSettings>
-#include <QString>
 #include <algorithm>
 #include <array>
 #include <cstdio>
@@ -20,8 +12,18 @@
 #include <string>
 #include <vector>
 
+#include <fcntl.h>
+#include <ini.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <QSettings>
+#include <QString>
+#include <glib.h>
+
 #include <korvel/desktop.h>
 #include <korvel/profile.h>
+
 #include "bench/support/ratios.h"
 
 namespace {

@@ -1,9 +1,5 @@
 // Path conversion and existence beside the stat that they need, and listings beside the bare
 // command.
-#include <korvel/desktop.h>
-#include <korvel/shell.h>
-#include <sys/stat.h>
-
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -11,6 +7,11 @@
 #include <fstream>
 #include <string>
 #include <vector>
+
+#include <sys/stat.h>
+
+#include <korvel/desktop.h>
+#include <korvel/shell.h>
 
 #include "bench/support/ratios.h"
 

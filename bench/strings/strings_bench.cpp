@@ -1,15 +1,17 @@
 // The string primitives beside what a user would take instead.
-#include <fnmatch.h>
-#include <glib.h>
-#include <iconv.h>
-#include <korvel/strings.h>
-
 #include <algorithm>
 #include <cstring>
 #include <iterator>
 #include <random>
 #include <string>
 #include <vector>
+
+#include <fnmatch.h>
+#include <iconv.h>
+
+#include <glib.h>
+
+#include <korvel/strings.h>
 
 #include "bench/support/ratios.h"
 

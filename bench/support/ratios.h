@@ -4,12 +4,12 @@
 // "korvel" for the library and the peer's own name for each peer. With `goal`, a program states
 // what ratio korvel/peer it aims at; the closing table shows ratio and goal side by side. Nothing
 // is asserted: machines are noisy, a reader judges.
-#ifndef BENCH_SUPPORT_RATIOS_H
-#define BENCH_SUPPORT_RATIOS_H
-
-#include <benchmark/benchmark.h>
+#ifndef KORVEL_BENCH_SUPPORT_RATIOS_H
+#define KORVEL_BENCH_SUPPORT_RATIOS_H
 
 #include <string_view>
+
+#include <benchmark/benchmark.h>
 
 namespace korvel::bench {
 

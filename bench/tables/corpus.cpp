@@ -1,14 +1,15 @@
 #include "bench/tables/corpus.h"
 
-#include <korvel/desktop.h>
-#include <korvel/tables.h>
-#include <sqlite3.h>
-
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <map>
+
+#include <sqlite3.h>
+
+#include <korvel/desktop.h>
+#include <korvel/tables.h>
 
 namespace korvel::bench {
 namespace {

@@ -1,6 +1,6 @@
 // For bench/tables/ only: the tables that the programs work on.
-#ifndef BENCH_TABLES_CORPUS_H
-#define BENCH_TABLES_CORPUS_H
+#ifndef KORVEL_BENCH_TABLES_CORPUS_H
+#define KORVEL_BENCH_TABLES_CORPUS_H
 
 #include <string>
 

@@ -2,14 +2,6 @@
 // and beside the mere writing, syncing and renaming of the same bytes ("write") or the copying of
 // the file ("copy"). On a disk, where every way syncs what it writes, and in memory, where syncing
 // costs nothing.
-#include <fcntl.h>
-#include <spawn.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
-#include <korvel/desktop.h>
-#include <korvel/tables.h>
-
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
@@ -21,6 +13,14 @@
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include <fcntl.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <korvel/desktop.h>
+#include <korvel/tables.h>
 
 #include "bench/support/ratios.h"
 #include "bench/tables/corpus.h"

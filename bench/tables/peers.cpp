@@ -1,14 +1,14 @@
 #include "bench/tables/peers.h"
 
-#include <fcntl.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <fstream>
 #include <vector>
+
+#include <fcntl.h>
+#include <unistd.h>
 
 namespace korvel::bench {
 

@@ -1,10 +1,10 @@
 // For bench/tables/ only: what else finds a line of a table, and what it costs to read one at all.
-#ifndef BENCH_TABLES_PEERS_H
-#define BENCH_TABLES_PEERS_H
-
-#include <sqlite3.h>
+#ifndef KORVEL_BENCH_TABLES_PEERS_H
+#define KORVEL_BENCH_TABLES_PEERS_H
 
 #include <string>
+
+#include <sqlite3.h>
 
 namespace korvel::bench {
 

@@ -1,12 +1,12 @@
 // Lookups and searches in tables of a hundred lines to a million, beside what else would find the
 // line and beside the mere reading of the file ("limit"). The files are in the system's cache.
-#include <korvel/tables.h>
-
 #include <cstdio>
 #include <cstdlib>
 #include <functional>
 #include <memory>
 #include <string>
+
+#include <korvel/tables.h>
 
 #include "bench/support/ratios.h"
 #include "bench/tables/corpus.h"

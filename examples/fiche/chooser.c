@@ -1,9 +1,9 @@
 #include "chooser.h"
 
-#include <korvel/korvel.h>
-
 #include <stdlib.h>
 #include <string.h>
+
+#include <korvel/korvel.h>
 
 #include "choices.h"
 #include "form.h"

@@ -1,9 +1,9 @@
 #include "drugs.h"
 
-#include <korvel/korvel.h>
-
 #include <stdio.h>
 #include <string.h>
+
+#include <korvel/korvel.h>
 
 #include "french.h"
 #include "tables.h"

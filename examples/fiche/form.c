@@ -1,9 +1,9 @@
 #include "form.h"
 
-#include <korvel/korvel.h>
-
 #include <stdio.h>
 #include <string.h>
+
+#include <korvel/korvel.h>
 
 #include "french.h"
 

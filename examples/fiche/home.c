@@ -1,10 +1,10 @@
 #include "home.h"
 
-#include <korvel/korvel.h>
-
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
+
+#include <korvel/korvel.h>
 
 #include "choices.h"
 #include "form.h"

@@ -1,9 +1,9 @@
 #include "message.h"
 
-#include <korvel/messages.h>
-
 #include <stdarg.h>
 #include <stdio.h>
+
+#include <korvel/messages.h>
 
 #include "french.h"
 

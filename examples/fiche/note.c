@@ -1,11 +1,11 @@
 #include "note.h"
 
+#include <stdio.h>
+#include <string.h>
+
 #include <korvel/codecs.h>
 #include <korvel/desktop.h>
 #include <korvel/draw.h>
-
-#include <stdio.h>
-#include <string.h>
 
 #include "common/richline.h"
 #include "doctors.h"

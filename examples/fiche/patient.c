@@ -1,9 +1,9 @@
 #include "patient.h"
 
-#include <korvel/korvel.h>
-
 #include <stdio.h>
 #include <string.h>
+
+#include <korvel/korvel.h>
 
 #include "doctors.h"
 #include "form.h"

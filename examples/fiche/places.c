@@ -1,9 +1,9 @@
 #include "places.h"
 
-#include <korvel/korvel.h>
-
 #include <stdlib.h>
 #include <string.h>
+
+#include <korvel/korvel.h>
 
 #include "french.h"
 #include "tables.h"

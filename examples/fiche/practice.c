@@ -1,12 +1,13 @@
 #define _POSIX_C_SOURCE 200809L
 #include "practice.h"
 
-#include <korvel/korvel.h>
-
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
+
 #include <sys/stat.h>
+
+#include <korvel/korvel.h>
 
 static const char kVolume[] = "Cabinet";
 

@@ -1,9 +1,9 @@
 #include "prescription.h"
 
-#include <korvel/korvel.h>
-
 #include <stdio.h>
 #include <string.h>
+
+#include <korvel/korvel.h>
 
 #include "drugs.h"
 #include "form.h"

@@ -1,9 +1,9 @@
 #include "record.h"
 
+#include <stdio.h>
+
 #include <korvel/codecs.h>
 #include <korvel/dates.h>
-
-#include <stdio.h>
 
 Record emptyRecord(void) {
   Record record = {.paysNaissance = "FR", .pays = "FR"};

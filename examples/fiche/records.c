@@ -1,12 +1,12 @@
 #define _POSIX_C_SOURCE 200809L
 #include "records.h"
 
-#include <korvel/korvel.h>
-
 #include <stddef.h>
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
+
+#include <korvel/korvel.h>
 
 #include "french.h"
 #include "practice.h"

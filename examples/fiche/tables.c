@@ -1,12 +1,13 @@
 #define _POSIX_C_SOURCE 200809L
 #include "tables.h"
 
-#include <korvel/korvel.h>
-
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
+
 #include <unistd.h>
+
+#include <korvel/korvel.h>
 
 #include "french.h"
 

@@ -1,9 +1,9 @@
 #include "upkeep.h"
 
-#include <korvel/korvel.h>
-
 #include <stdio.h>
 #include <string.h>
+
+#include <korvel/korvel.h>
 
 #include "form.h"
 #include "french.h"

@@ -1,9 +1,9 @@
 #include "visit.h"
 
-#include <korvel/korvel.h>
-
 #include <stdio.h>
 #include <string.h>
+
+#include <korvel/korvel.h>
 
 #include "form.h"
 #include "french.h"

@@ -1,7 +1,5 @@
 // The showcase: a host application of Qt's own that lends its window and a painter to the library.
-#include <korvel/desktop.h>
-#include <korvel/draw.h>
-#include <korvel/messages.h>
+#include <string>
 
 #include <QApplication>
 #include <QHBoxLayout>
@@ -10,7 +8,9 @@
 #include <QVBoxLayout>
 #include <QWidget>
 
-#include <string>
+#include <korvel/desktop.h>
+#include <korvel/draw.h>
+#include <korvel/messages.h>
 
 #include "common/richline.h"
 #include "page.h"

@@ -1,11 +1,11 @@
 /* Texts are CP1252, as the library reads them: é is \351, è \350, à \340, É \311. */
 #include "page.h"
 
-#include <korvel/desktop.h>
-#include <korvel/draw.h>
-
 #include <stdio.h>
 #include <string.h>
+
+#include <korvel/desktop.h>
+#include <korvel/draw.h>
 
 #include "common/richline.h"
 

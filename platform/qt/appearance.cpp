@@ -1,10 +1,11 @@
 #include "platform/qt/appearance.h"
 
+#include <algorithm>
+
 #include <QApplication>
 #include <QFontMetrics>
 #include <QStyle>
 #include <QStyleOptionFrame>
-#include <algorithm>
 
 namespace korvel::platform::qt {
 namespace {

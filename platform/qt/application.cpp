@@ -1,6 +1,10 @@
 #include "platform/qt/application.h"
 
+#include <clocale>
+#include <csignal>
 #include <errno.h>
+#include <memory>
+
 #include <fcntl.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
@@ -10,9 +14,6 @@
 #include <QScreen>
 #include <QThread>
 #include <QWidget>
-#include <clocale>
-#include <csignal>
-#include <memory>
 
 #include "platform/qt/screencheck.h"
 

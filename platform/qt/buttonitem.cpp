@@ -1,7 +1,8 @@
 #include "platform/qt/buttonitem.h"
 
-#include <QKeyEvent>
 #include <algorithm>
+
+#include <QKeyEvent>
 
 #include "platform/qt/fieldaccess.h"
 #include "platform/qt/mostpixels.h"

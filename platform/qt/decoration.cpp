@@ -1,8 +1,9 @@
 #include "platform/qt/decoration.h"
 
+#include <algorithm>
+
 #include <QFontMetrics>
 #include <QPainter>
-#include <algorithm>
 
 #include "platform/qt/picture.h"
 #include "platform/qt/text.h"

@@ -2,13 +2,14 @@
 #ifndef KORVEL_PLATFORM_QT_DECORATION_H
 #define KORVEL_PLATFORM_QT_DECORATION_H
 
+#include <string>
+#include <string_view>
+
 #include <QGroupBox>
 #include <QLabel>
 #include <QPixmap>
 #include <QString>
 #include <QWidget>
-#include <string>
-#include <string_view>
 
 #include "platform/qt/appearance.h"
 

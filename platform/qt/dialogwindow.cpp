@@ -1,11 +1,12 @@
 #include "platform/qt/dialogwindow.h"
 
+#include <algorithm>
+
 #include <QCloseEvent>
 #include <QGuiApplication>
 #include <QKeyEvent>
 #include <QScreen>
 #include <QWindow>
-#include <algorithm>
 
 #include "platform/qt/mostpixels.h"
 

@@ -2,11 +2,12 @@
 #ifndef KORVEL_PLATFORM_QT_DIALOGWINDOW_H
 #define KORVEL_PLATFORM_QT_DIALOGWINDOW_H
 
-#include <QDialog>
-#include <QEvent>
 #include <functional>
 #include <memory>
 #include <vector>
+
+#include <QDialog>
+#include <QEvent>
 
 namespace korvel::platform::qt {
 

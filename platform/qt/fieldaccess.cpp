@@ -1,11 +1,12 @@
 #include "platform/qt/fieldaccess.h"
 
+#include <algorithm>
+
 #include <QAbstractItemView>
 #include <QAccessible>
 #include <QAccessibleWidget>
 #include <QApplication>
 #include <QFontMetrics>
-#include <algorithm>
 
 #include "platform/qt/popupitem.h"
 #include "platform/qt/textitem.h"

@@ -1,8 +1,9 @@
 #include "platform/qt/fieldnames.h"
 
+#include <algorithm>
+
 #include <QLabel>
 #include <QTextDocumentFragment>
-#include <algorithm>
 
 namespace korvel::platform::qt {
 namespace {

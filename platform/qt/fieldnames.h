@@ -5,9 +5,10 @@
 #ifndef KORVEL_PLATFORM_QT_FIELDNAMES_H
 #define KORVEL_PLATFORM_QT_FIELDNAMES_H
 
+#include <vector>
+
 #include <QRect>
 #include <QString>
-#include <vector>
 
 class QWidget;
 

@@ -1,5 +1,8 @@
 #include "platform/qt/formfilter.h"
 
+#include <algorithm>
+#include <iterator>
+
 #include <QFile>
 #include <QFileInfo>
 #include <QHash>
@@ -10,8 +13,6 @@
 #include <QVector>
 #include <QXmlStreamReader>
 #include <QXmlStreamWriter>
-#include <algorithm>
-#include <iterator>
 
 namespace korvel::platform::qt {
 namespace {

@@ -6,10 +6,11 @@
 #ifndef KORVEL_PLATFORM_QT_FORMFILTER_H
 #define KORVEL_PLATFORM_QT_FORMFILTER_H
 
-#include <QByteArray>
-#include <QStringList>
 #include <optional>
 #include <string>
+
+#include <QByteArray>
+#include <QStringList>
 
 namespace korvel::platform::qt {
 

@@ -3,13 +3,14 @@
 #ifndef KORVEL_PLATFORM_QT_GLYPHINK_H
 #define KORVEL_PLATFORM_QT_GLYPHINK_H
 
-#include <QRawFont>
-#include <QRect>
 #include <array>
 #include <cstdint>
 #include <functional>
 #include <optional>
 #include <vector>
+
+#include <QRawFont>
+#include <QRect>
 
 namespace korvel::platform::qt {
 

@@ -1,10 +1,11 @@
 #include "platform/qt/listitem.h"
 
+#include <algorithm>
+
 #include <QFontMetrics>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QScrollBar>
-#include <algorithm>
 
 #include "platform/qt/fieldaccess.h"
 #include "platform/qt/text.h"

@@ -1,5 +1,7 @@
 #include "platform/qt/messagepane.h"
 
+#include <algorithm>
+
 #include <QApplication>
 #include <QFontMetrics>
 #include <QKeyEvent>
@@ -9,7 +11,6 @@
 #include <QScrollBar>
 #include <QStyle>
 #include <QStyleOptionFocusRect>
-#include <algorithm>
 
 #include "platform/qt/appearance.h"
 #include "platform/qt/screenfont.h"

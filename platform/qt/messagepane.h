@@ -2,11 +2,12 @@
 #ifndef KORVEL_PLATFORM_QT_MESSAGEPANE_H
 #define KORVEL_PLATFORM_QT_MESSAGEPANE_H
 
+#include <string_view>
+#include <vector>
+
 #include <QLabel>
 #include <QScrollArea>
 #include <QStringList>
-#include <string_view>
-#include <vector>
 
 #include "platform/desktop.h"
 

@@ -3,8 +3,9 @@
 #ifndef KORVEL_PLATFORM_QT_MOSTPIXELS_H
 #define KORVEL_PLATFORM_QT_MOSTPIXELS_H
 
-#include <QSize>
 #include <algorithm>
+
+#include <QSize>
 
 namespace korvel::platform::qt {
 

@@ -1,5 +1,7 @@
 #include "platform/qt/picture.h"
 
+#include <cstdio>
+
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -7,7 +9,6 @@
 #include <QBuffer>
 #include <QFile>
 #include <QImageReader>
-#include <cstdio>
 
 #include "platform/qt/svgtext.h"
 

@@ -2,12 +2,13 @@
 #ifndef KORVEL_PLATFORM_QT_PICTURE_H
 #define KORVEL_PLATFORM_QT_PICTURE_H
 
-#include <QByteArray>
-#include <QImage>
-#include <QSize>
 #include <memory>
 #include <string>
 #include <vector>
+
+#include <QByteArray>
+#include <QImage>
+#include <QSize>
 
 #include "platform/drawing.h"
 

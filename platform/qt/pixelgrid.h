@@ -2,9 +2,10 @@
 #ifndef KORVEL_PLATFORM_QT_PIXELGRID_H
 #define KORVEL_PLATFORM_QT_PIXELGRID_H
 
+#include <array>
+
 #include <QRect>
 #include <QRectF>
-#include <array>
 
 #include "platform/geometry.h"
 #include "platform/qt/strokes.h"

@@ -1,5 +1,7 @@
 #include "platform/qt/qtdialog.h"
 
+#include <algorithm>
+
 #include <QAccessible>
 #include <QApplication>
 #include <QHash>
@@ -7,7 +9,6 @@
 #include <QPointer>
 #include <QPushButton>
 #include <QScreen>
-#include <algorithm>
 
 #include "platform/qt/alerticon.h"
 #include "platform/qt/buttonitem.h"

@@ -2,9 +2,10 @@
 #ifndef KORVEL_PLATFORM_QT_QTDIALOG_H
 #define KORVEL_PLATFORM_QT_QTDIALOG_H
 
-#include <QEventLoop>
 #include <deque>
 #include <vector>
+
+#include <QEventLoop>
 
 #include "platform/desktop.h"
 #include "platform/qt/appearance.h"

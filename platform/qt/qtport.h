@@ -3,9 +3,10 @@
 #ifndef KORVEL_PLATFORM_QT_QTPORT_H
 #define KORVEL_PLATFORM_QT_QTPORT_H
 
-#include <QRgb>
 #include <string>
 #include <string_view>
+
+#include <QRgb>
 
 #include "platform/drawing.h"
 #include "platform/qt/picture.h"

@@ -3,11 +3,12 @@
 #ifndef KORVEL_PLATFORM_QT_RASTER_H
 #define KORVEL_PLATFORM_QT_RASTER_H
 
-#include <QImage>
-#include <QPainter>
 #include <cstdint>
 #include <cstdlib>
 #include <memory>
+
+#include <QImage>
+#include <QPainter>
 
 #include "platform/qt/glyphink.h"
 

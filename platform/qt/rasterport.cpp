@@ -1,10 +1,11 @@
 #include "platform/qt/rasterport.h"
 
+#include <algorithm>
+#include <cmath>
+
 #include <fcntl.h>
 
 #include <QFile>
-#include <algorithm>
-#include <cmath>
 
 #include "base/guard.h"
 

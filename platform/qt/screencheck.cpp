@@ -1,5 +1,9 @@
 #include "platform/qt/screencheck.h"
 
+#include <cstdlib>
+#include <cstring>
+#include <string_view>
+
 #include <dlfcn.h>
 #include <sys/socket.h>
 #include <sys/un.h>
@@ -11,9 +15,6 @@
 #include <QJsonObject>
 #include <QPluginLoader>
 #include <QStringList>
-#include <cstdlib>
-#include <cstring>
-#include <string_view>
 
 namespace korvel::platform::qt {
 namespace {

@@ -1,10 +1,5 @@
 #include "platform/qt/screenfont.h"
 
-#include <QFontDatabase>
-#include <QFontMetricsF>
-#include <QGlyphRun>
-#include <QGuiApplication>
-#include <QTextLayout>
 #include <algorithm>
 #include <cmath>
 #include <limits>
@@ -12,6 +7,12 @@
 #include <set>
 #include <string>
 #include <unordered_map>
+
+#include <QFontDatabase>
+#include <QFontMetricsF>
+#include <QGlyphRun>
+#include <QGuiApplication>
+#include <QTextLayout>
 
 #include "platform/qt/text.h"
 #include "platform/screentext.h"

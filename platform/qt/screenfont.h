@@ -6,16 +6,17 @@
 #ifndef KORVEL_PLATFORM_QT_SCREENFONT_H
 #define KORVEL_PLATFORM_QT_SCREENFONT_H
 
-#include <QFont>
-#include <QPainter>
-#include <QRawFont>
-#include <QString>
 #include <array>
 #include <cmath>
 #include <cstdint>
 #include <memory>
 #include <string_view>
 #include <vector>
+
+#include <QFont>
+#include <QPainter>
+#include <QRawFont>
+#include <QString>
 
 #include "platform/drawing.h"
 #include "platform/qt/glyphink.h"

@@ -2,10 +2,11 @@
 #ifndef KORVEL_PLATFORM_QT_TEXT_H
 #define KORVEL_PLATFORM_QT_TEXT_H
 
-#include <QString>
 #include <optional>
 #include <string>
 #include <string_view>
+
+#include <QString>
 
 namespace korvel::platform::qt {
 

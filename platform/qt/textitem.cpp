@@ -1,5 +1,7 @@
 #include "platform/qt/textitem.h"
 
+#include <algorithm>
+
 #include <QAction>
 #include <QContextMenuEvent>
 #include <QDragLeaveEvent>
@@ -8,7 +10,6 @@
 #include <QKeyEvent>
 #include <QMenu>
 #include <QMimeData>
-#include <algorithm>
 
 #include "platform/qt/fieldaccess.h"
 #include "platform/qt/text.h"

@@ -2,9 +2,10 @@
 #ifndef KORVEL_PLATFORM_QT_TEXTITEM_H
 #define KORVEL_PLATFORM_QT_TEXTITEM_H
 
+#include <optional>
+
 #include <QClipboard>
 #include <QLineEdit>
-#include <optional>
 
 #include "platform/qt/appearance.h"
 #include "platform/qt/item.h"

@@ -1,11 +1,12 @@
 #include "platform/qt/windowport.h"
 
-#include <QEvent>
-#include <QPaintEvent>
-#include <QPainter>
 #include <cmath>
 #include <unordered_map>
 #include <unordered_set>
+
+#include <QEvent>
+#include <QPaintEvent>
+#include <QPainter>
 
 #include "base/guard.h"
 

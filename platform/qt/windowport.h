@@ -2,9 +2,10 @@
 #ifndef KORVEL_PLATFORM_QT_WINDOWPORT_H
 #define KORVEL_PLATFORM_QT_WINDOWPORT_H
 
+#include <memory>
+
 #include <QObject>
 #include <QWidget>
-#include <memory>
 
 #include "platform/qt/rasterport.h"
 

@@ -1,11 +1,11 @@
 #include "codecs/digits.h"
 
-#include <gtest/gtest.h>
-
 #include <cstdint>
 #include <random>
 #include <string>
 #include <string_view>
+
+#include <gtest/gtest.h>
 
 #include "tests/support/poisoned_buffer.h"
 

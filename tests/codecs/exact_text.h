@@ -1,6 +1,6 @@
 // For tests/codecs/ only: texts as a caller holds them in the tightest case.
-#ifndef TESTS_CODECS_EXACT_TEXT_H
-#define TESTS_CODECS_EXACT_TEXT_H
+#ifndef KORVEL_TESTS_CODECS_EXACT_TEXT_H
+#define KORVEL_TESTS_CODECS_EXACT_TEXT_H
 
 #include <algorithm>
 #include <memory>

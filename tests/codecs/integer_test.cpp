@@ -1,12 +1,13 @@
-#include <gtest/gtest.h>
-#include <korvel/codecs.h>
-
 #include <algorithm>
 #include <climits>
 #include <cstdlib>
 #include <random>
 #include <string>
 #include <string_view>
+
+#include <gtest/gtest.h>
+
+#include <korvel/codecs.h>
 
 #include "tests/codecs/exact_text.h"
 #include "tests/codecs/literal_codecs.h"

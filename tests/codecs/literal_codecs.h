@@ -1,7 +1,7 @@
 // For tests/codecs/ only: the conversions written down one character and one step at a time, as
 // models that the library's own are compared with.
-#ifndef TESTS_CODECS_LITERAL_CODECS_H
-#define TESTS_CODECS_LITERAL_CODECS_H
+#ifndef KORVEL_TESTS_CODECS_LITERAL_CODECS_H
+#define KORVEL_TESTS_CODECS_LITERAL_CODECS_H
 
 #include <algorithm>
 #include <cmath>

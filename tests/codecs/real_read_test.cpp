@@ -1,6 +1,3 @@
-#include <gtest/gtest.h>
-#include <korvel/codecs.h>
-
 #include <cmath>
 #include <cstdint>
 #include <cstring>
@@ -9,6 +6,10 @@
 #include <random>
 #include <string>
 #include <string_view>
+
+#include <gtest/gtest.h>
+
+#include <korvel/codecs.h>
 
 #include "tests/codecs/exact_text.h"
 #include "tests/codecs/literal_codecs.h"

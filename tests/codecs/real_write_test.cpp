@@ -1,6 +1,3 @@
-#include <gtest/gtest.h>
-#include <korvel/codecs.h>
-
 #include <algorithm>
 #include <bit>
 #include <climits>
@@ -9,6 +6,10 @@
 #include <limits>
 #include <random>
 #include <string>
+
+#include <gtest/gtest.h>
+
+#include <korvel/codecs.h>
 
 #include "tests/codecs/literal_codecs.h"
 #include "tests/support/poisoned_buffer.h"

@@ -1,11 +1,12 @@
-#include <gtest/gtest.h>
-#include <korvel/codecs.h>
-
 #include <bit>
 #include <cmath>
 #include <cstdint>
 #include <limits>
 #include <random>
+
+#include <gtest/gtest.h>
+
+#include <korvel/codecs.h>
 
 #include "tests/codecs/literal_codecs.h"
 

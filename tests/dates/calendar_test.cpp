@@ -1,10 +1,11 @@
-#include <gtest/gtest.h>
-#include <korvel/dates.h>
-
 #include <algorithm>
 #include <climits>
 #include <cstdint>
 #include <random>
+
+#include <gtest/gtest.h>
+
+#include <korvel/dates.h>
 
 namespace korvel::test {
 namespace {

@@ -1,16 +1,18 @@
 #include "dates/clock.h"
 
-#include <gtest/gtest.h>
-#include <korvel/dates.h>
-#include <sched.h>
+#include <optional>
 #include <stdlib.h>
+#include <string>
+#include <time.h>
+
+#include <sched.h>
 #include <sys/mount.h>
 #include <sys/wait.h>
-#include <time.h>
 #include <unistd.h>
 
-#include <optional>
-#include <string>
+#include <gtest/gtest.h>
+
+#include <korvel/dates.h>
 
 #include "tests/support/poisoned_buffer.h"
 

@@ -1,9 +1,10 @@
-#include <gtest/gtest.h>
-#include <korvel/dates.h>
-
 #include <climits>
 #include <string>
 #include <type_traits>
+
+#include <gtest/gtest.h>
+
+#include <korvel/dates.h>
 
 namespace korvel::test {
 namespace {

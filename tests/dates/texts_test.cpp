@@ -1,12 +1,13 @@
-#include <gtest/gtest.h>
-#include <korvel/dates.h>
-
 #include <climits>
 #include <cstring>
 #include <random>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include <gtest/gtest.h>
+
+#include <korvel/dates.h>
 
 #include "tests/support/poisoned_buffer.h"
 

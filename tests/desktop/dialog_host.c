@@ -5,9 +5,10 @@
    Scenarios: plain; cancel-default (button 2 is the default); refuse (the final callback refuses
    the text "non"); optional (nothing is mandatory, nothing set); no-edit (opens with every high
    byte in its text fields). */
-#include <korvel/korvel.h>
 #include <stdio.h>
 #include <string.h>
+
+#include <korvel/korvel.h>
 
 enum { kPlain, kMasked, kChoice, kList, kTexts };
 

@@ -1,12 +1,12 @@
 // For tests/desktop/: what dialog_host shows, and where.
-#ifndef TESTS_DESKTOP_DIALOG_HOST_H
-#define TESTS_DESKTOP_DIALOG_HOST_H
-
-#include <gtest/gtest.h>
+#ifndef KORVEL_TESTS_DESKTOP_DIALOG_HOST_H
+#define KORVEL_TESTS_DESKTOP_DIALOG_HOST_H
 
 #include <algorithm>
 #include <string>
 #include <vector>
+
+#include <gtest/gtest.h>
 
 #include "tests/desktop/screen_user.h"
 

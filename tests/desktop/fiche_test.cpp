@@ -1,12 +1,13 @@
 // The example application with its real tables: what a person enters, and the record it keeps.
-#include <gtest/gtest.h>
-#include <sys/stat.h>
-
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <string>
 #include <vector>
+
+#include <sys/stat.h>
+
+#include <gtest/gtest.h>
 
 #include "tests/desktop/screen_user.h"
 

@@ -4,10 +4,11 @@
    message_host dialog: a data-entry dialog whose fields ask when they are edited, and that asks
    before it ends; "edited <answer>", "final <answer>", then "result <n> text <text>". Where the
    dialog's port is not the current one after an answer, "port lost <answer>" comes in between. */
-#include <korvel/korvel.h>
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
+
+#include <korvel/korvel.h>
 
 enum { kYes = 2 };
 

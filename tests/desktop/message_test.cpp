@@ -1,9 +1,9 @@
 // Message boxes as real windows.
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <string>
 #include <vector>
+
+#include <gtest/gtest.h>
 
 #include "tests/desktop/screen_user.h"
 

@@ -1,9 +1,10 @@
 /* practitioners_host <folder>: an application that lets its user choose a practitioner of the table
    in the volume "Data" of that folder, and writes "chosen <entry>", as ASCII with \xNN for every
    other byte. */
-#include <korvel/korvel.h>
 #include <stdio.h>
 #include <string.h>
+
+#include <korvel/korvel.h>
 
 int main(int argc, char **argv) {
   if (argc != 2) return 2;

@@ -1,8 +1,8 @@
 // The choice of a practitioner as a real window, with real keys and clicks.
-#include <gtest/gtest.h>
-
 #include <string>
 #include <vector>
+
+#include <gtest/gtest.h>
 
 #include "tests/desktop/screen_user.h"
 #include "tests/platform/temporary_folder.h"

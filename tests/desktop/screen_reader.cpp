@@ -1,8 +1,8 @@
 #include "tests/desktop/screen_reader.h"
 
-#include <atspi/atspi.h>
-
 #include <memory>
+
+#include <atspi/atspi.h>
 
 namespace korvel::test {
 

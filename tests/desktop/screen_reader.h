@@ -1,7 +1,7 @@
 // For tests/desktop/: a screen reader, which sees an application by its accessibility interface
 // only.
-#ifndef TESTS_DESKTOP_SCREEN_READER_H
-#define TESTS_DESKTOP_SCREEN_READER_H
+#ifndef KORVEL_TESTS_DESKTOP_SCREEN_READER_H
+#define KORVEL_TESTS_DESKTOP_SCREEN_READER_H
 
 #include <functional>
 #include <string>

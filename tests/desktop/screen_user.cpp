@@ -1,11 +1,5 @@
 #include "tests/desktop/screen_user.h"
 
-#include <fcntl.h>
-#include <signal.h>
-#include <spawn.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
@@ -14,8 +8,14 @@
 #include <filesystem>
 #include <fstream>
 #include <functional>
+#include <signal.h>
 #include <sstream>
 #include <thread>
+
+#include <fcntl.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 extern char **environ;
 

@@ -1,7 +1,7 @@
 // For tests/desktop/: a person in front of a real screen. The application under test is another
 // process; keys, clicks and pictures come from outside of it.
-#ifndef TESTS_DESKTOP_SCREEN_USER_H
-#define TESTS_DESKTOP_SCREEN_USER_H
+#ifndef KORVEL_TESTS_DESKTOP_SCREEN_USER_H
+#define KORVEL_TESTS_DESKTOP_SCREEN_USER_H
 
 #include <cstdint>
 #include <string>

@@ -10,9 +10,10 @@
 
    The action also writes whether the port of the dialog's window is the current one, the end of a
    run whether any is: "port <0 or 1>". */
-#include <korvel/korvel.h>
 #include <stdio.h>
 #include <string.h>
+
+#include <korvel/korvel.h>
 
 /* Items of the template. */
 enum { kName = 10, kChoice = 11, kList = 12, kNumber = 20, kDate = 30, kBox = 40, kAction = 50 };

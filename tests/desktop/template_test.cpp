@@ -1,10 +1,10 @@
 // Dialogs whose layout is a form, with real keys and clicks.
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <cstdio>
 #include <string>
 #include <vector>
+
+#include <gtest/gtest.h>
 
 #include "tests/desktop/screen_user.h"
 

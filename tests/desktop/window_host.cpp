@@ -1,11 +1,12 @@
 // window_host: an application with a window of its own, which shows a dialog in front of it. The
 // window writes "typed <text>" when something is typed into it; the dialog ends as usual.
-#include <korvel/korvel.h>
+#include <cstdio>
 
 #include <QApplication>
 #include <QLineEdit>
 #include <QTimer>
-#include <cstdio>
+
+#include <korvel/korvel.h>
 
 namespace {
 

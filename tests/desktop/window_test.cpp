@@ -1,8 +1,8 @@
 // The dialog as a window among others.
-#include "tests/desktop/dialog_host.h"
-
 #include <algorithm>
 #include <cstdlib>
+
+#include "tests/desktop/dialog_host.h"
 
 namespace korvel::test {
 namespace {

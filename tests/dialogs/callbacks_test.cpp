@@ -1,11 +1,12 @@
-#include "tests/dialogs/dialog_fixture.h"
-
-#include <gtest/gtest.h>
-#include <korvel/dialogs.h>
-
 #include <climits>
 #include <cstdint>
 #include <string>
+
+#include <gtest/gtest.h>
+
+#include <korvel/dialogs.h>
+
+#include "tests/dialogs/dialog_fixture.h"
 
 namespace korvel::test {
 namespace {

@@ -1,15 +1,16 @@
 // Changes of fields that callbacks and actions ask for while the dialog is up.
-#include "tests/dialogs/dialog_fixture.h"
-
-#include <gtest/gtest.h>
-#include <korvel/codecs.h>
-#include <korvel/dialogs.h>
-
 #include <climits>
 #include <cstring>
 #include <functional>
 #include <string>
 #include <vector>
+
+#include <gtest/gtest.h>
+
+#include <korvel/codecs.h>
+#include <korvel/dialogs.h>
+
+#include "tests/dialogs/dialog_fixture.h"
 
 namespace korvel::test {
 namespace {

@@ -1,12 +1,12 @@
 // Every test starts from the tables as they are at load.
 #include "tests/dialogs/dialog_fixture.h"
 
-#include <korvel/desktop.h>
-
 #include <climits>
 #include <cstdlib>
 #include <cstring>
 #include <iterator>
+
+#include <korvel/desktop.h>
 
 namespace korvel::test {
 

@@ -1,18 +1,19 @@
 // For tests/dialogs/ only: every test starts from the tables as they are at load, and records what
 // the library tells its callbacks.
-#ifndef TESTS_DIALOGS_DIALOG_FIXTURE_H
-#define TESTS_DIALOGS_DIALOG_FIXTURE_H
-
-#include "tests/platform/scripted_desktop.h"
-#include "tests/platform/temporary_folder.h"
-
-#include <gtest/gtest.h>
-#include <korvel/dialogs.h>
+#ifndef KORVEL_TESTS_DIALOGS_DIALOG_FIXTURE_H
+#define KORVEL_TESTS_DIALOGS_DIALOG_FIXTURE_H
 
 #include <functional>
 #include <map>
 #include <string>
 #include <vector>
+
+#include <gtest/gtest.h>
+
+#include <korvel/dialogs.h>
+
+#include "tests/platform/scripted_desktop.h"
+#include "tests/platform/temporary_folder.h"
 
 namespace korvel::test {
 

@@ -1,14 +1,15 @@
 // Check boxes, push buttons and static texts: the types with labels in slices of a fixed size.
-#include "tests/dialogs/dialog_fixture.h"
-
-#include <gtest/gtest.h>
-#include <korvel/dialogs.h>
-
 #include <algorithm>
 #include <climits>
 #include <cstring>
 #include <ostream>
 #include <string>
+
+#include <gtest/gtest.h>
+
+#include <korvel/dialogs.h>
+
+#include "tests/dialogs/dialog_fixture.h"
 
 namespace korvel::test {
 namespace {

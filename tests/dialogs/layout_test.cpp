@@ -1,18 +1,19 @@
 // Dialog units, and a dialog's layout as recorded lines.
 #include "dialogs/layout.h"
 
-#include "tests/dialogs/dialog_fixture.h"
-
-#include <gtest/gtest.h>
-#include <korvel/desktop.h>
-#include <korvel/dialogs.h>
-
 #include <climits>
 #include <cstdio>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <string>
+
+#include <gtest/gtest.h>
+
+#include <korvel/desktop.h>
+#include <korvel/dialogs.h>
+
+#include "tests/dialogs/dialog_fixture.h"
 
 namespace korvel::test {
 namespace {

@@ -1,11 +1,12 @@
 // Which items are marked as not yet acceptable, and when the screen is told.
-#include "tests/dialogs/dialog_fixture.h"
+#include <climits>
 
 #include <gtest/gtest.h>
+
 #include <korvel/codecs.h>
 #include <korvel/dialogs.h>
 
-#include <climits>
+#include "tests/dialogs/dialog_fixture.h"
 
 namespace korvel::test {
 namespace {

@@ -1,14 +1,15 @@
 // Items and ranks at the borders of the numbering tables, fixed items, shared ranks.
 #include "dialogs/numbering.h"
 
-#include "tests/dialogs/dialog_fixture.h"
-
-#include <gtest/gtest.h>
-#include <korvel/dialogs.h>
-
 #include <climits>
 #include <string>
 #include <vector>
+
+#include <gtest/gtest.h>
+
+#include <korvel/dialogs.h>
+
+#include "tests/dialogs/dialog_fixture.h"
 
 namespace korvel::test {
 namespace {

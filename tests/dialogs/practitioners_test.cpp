@@ -1,12 +1,4 @@
 // The choice of a practitioner.
-#include "tests/dialogs/dialog_fixture.h"
-#include "tests/files/volumes.h"
-
-#include <gtest/gtest.h>
-#include <korvel/dialogs.h>
-#include <korvel/strings.h>
-#include <korvel/tables.h>
-
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
@@ -14,6 +6,15 @@
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include <gtest/gtest.h>
+
+#include <korvel/dialogs.h>
+#include <korvel/strings.h>
+#include <korvel/tables.h>
+
+#include "tests/dialogs/dialog_fixture.h"
+#include "tests/files/volumes.h"
 
 namespace korvel::test {
 namespace {

@@ -1,17 +1,18 @@
 // Thousands of random hits, after each of which every item on the screen and every table is held
 // against a literal model: one that walks through the told steps on plain values, field by field.
-#include "tests/dialogs/dialog_fixture.h"
-
-#include <gtest/gtest.h>
-#include <korvel/codecs.h>
-#include <korvel/dialogs.h>
-
 #include <algorithm>
 #include <cstring>
 #include <map>
 #include <random>
 #include <string>
 #include <vector>
+
+#include <gtest/gtest.h>
+
+#include <korvel/codecs.h>
+#include <korvel/dialogs.h>
+
+#include "tests/dialogs/dialog_fixture.h"
 
 namespace korvel::test {
 namespace {

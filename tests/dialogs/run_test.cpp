@@ -1,12 +1,4 @@
 // The run as a whole: its end, its callbacks, its OK button, and what a callback may do meanwhile.
-#include "tests/dialogs/dialog_fixture.h"
-
-#include <gtest/gtest.h>
-#include <korvel/codecs.h>
-#include <korvel/desktop.h>
-#include <korvel/dialogs.h>
-#include <korvel/messages.h>
-
 #include <climits>
 #include <cstring>
 #include <memory>
@@ -14,6 +6,15 @@
 #include <string>
 #include <thread>
 #include <vector>
+
+#include <gtest/gtest.h>
+
+#include <korvel/codecs.h>
+#include <korvel/desktop.h>
+#include <korvel/dialogs.h>
+#include <korvel/messages.h>
+
+#include "tests/dialogs/dialog_fixture.h"
 
 namespace korvel::test {
 namespace {

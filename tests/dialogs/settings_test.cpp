@@ -1,12 +1,13 @@
-#include "tests/dialogs/dialog_fixture.h"
-#include "tests/support/poisoned_buffer.h"
-
-#include <gtest/gtest.h>
-#include <korvel/dialogs.h>
-
 #include <climits>
 #include <cstring>
 #include <string>
+
+#include <gtest/gtest.h>
+
+#include <korvel/dialogs.h>
+
+#include "tests/dialogs/dialog_fixture.h"
+#include "tests/support/poisoned_buffer.h"
 
 namespace korvel::test {
 namespace {

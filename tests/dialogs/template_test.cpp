@@ -1,16 +1,17 @@
 // Dialogs whose layout is a template: how it is found, what may be wrong with it, and how the
 // fields' items are numbered in it. What a dialog does once it is up is tested for both kinds of
 // dialogs by run_test.cpp, text_items_test.cpp and value_items_test.cpp.
-#include "tests/dialogs/dialog_fixture.h"
-
-#include <gtest/gtest.h>
-#include <korvel/desktop.h>
-#include <korvel/dialogs.h>
-
 #include <algorithm>
 #include <cstring>
 #include <string>
 #include <vector>
+
+#include <gtest/gtest.h>
+
+#include <korvel/desktop.h>
+#include <korvel/dialogs.h>
+
+#include "tests/dialogs/dialog_fixture.h"
 
 namespace korvel::test {
 namespace {

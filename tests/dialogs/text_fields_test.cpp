@@ -1,14 +1,15 @@
-#include "dialogs/stored_text.h"
-#include "tests/dialogs/dialog_fixture.h"
-#include "tests/support/poisoned_buffer.h"
-
-#include <gtest/gtest.h>
-#include <korvel/dialogs.h>
-
 #include <algorithm>
 #include <climits>
 #include <cstring>
 #include <string>
+
+#include <gtest/gtest.h>
+
+#include <korvel/dialogs.h>
+
+#include "dialogs/stored_text.h"
+#include "tests/dialogs/dialog_fixture.h"
+#include "tests/support/poisoned_buffer.h"
 
 namespace korvel::test {
 namespace {

@@ -1,14 +1,5 @@
 // Callbacks that throw, in an application of the shared library as it is installed: it brings a C++
 // runtime of its own, beside the application's. The dialogs stand on the desktop module.
-#include <gtest/gtest.h>
-#include <korvel/dialogs.h>
-
-#include <QAbstractButton>
-#include <QApplication>
-#include <QLineEdit>
-#include <QTest>
-#include <QTimer>
-
 #include <csetjmp>
 #include <cstdlib>
 #include <deque>
@@ -16,6 +7,15 @@
 #include <functional>
 #include <stdexcept>
 #include <string>
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QLineEdit>
+#include <QTest>
+#include <QTimer>
+#include <gtest/gtest.h>
+
+#include <korvel/dialogs.h>
 
 namespace {
 

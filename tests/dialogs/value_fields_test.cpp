@@ -1,14 +1,15 @@
 // Integer, number and date fields: what they have in common, then what is their own.
-#include "tests/dialogs/dialog_fixture.h"
-
-#include <gtest/gtest.h>
-#include <korvel/codecs.h>
-#include <korvel/dialogs.h>
-
 #include <climits>
 #include <cstring>
 #include <ostream>
 #include <string>
+
+#include <gtest/gtest.h>
+
+#include <korvel/codecs.h>
+#include <korvel/dialogs.h>
+
+#include "tests/dialogs/dialog_fixture.h"
 
 namespace korvel::test {
 namespace {

@@ -1,16 +1,17 @@
 // Check boxes, integers, numbers, dates and push buttons on the screen.
-#include "tests/dialogs/dialog_fixture.h"
-
-#include <gtest/gtest.h>
-#include <korvel/codecs.h>
-#include <korvel/dialogs.h>
-
 #include <climits>
 #include <cmath>
 #include <cstring>
 #include <functional>
 #include <string>
 #include <vector>
+
+#include <gtest/gtest.h>
+
+#include <korvel/codecs.h>
+#include <korvel/dialogs.h>
+
+#include "tests/dialogs/dialog_fixture.h"
 
 namespace korvel::test {
 namespace {

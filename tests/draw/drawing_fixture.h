@@ -1,19 +1,20 @@
 // For tests/draw/ only: every test starts with an image of 12-point text on a scripted desktop, and
 // leaves the globals and what outlasts a text as they are at load.
-#ifndef TESTS_DRAW_DRAWING_FIXTURE_H
-#define TESTS_DRAW_DRAWING_FIXTURE_H
-
-#include "draw/pictures.h"
-#include "tests/platform/scripted_desktop.h"
-#include "tests/platform/temporary_folder.h"
-
-#include <gtest/gtest.h>
-#include <korvel/desktop.h>
-#include <korvel/draw.h>
+#ifndef KORVEL_TESTS_DRAW_DRAWING_FIXTURE_H
+#define KORVEL_TESTS_DRAW_DRAWING_FIXTURE_H
 
 #include <cstring>
 #include <string>
 #include <string_view>
+
+#include <gtest/gtest.h>
+
+#include <korvel/desktop.h>
+#include <korvel/draw.h>
+
+#include "draw/pictures.h"
+#include "tests/platform/scripted_desktop.h"
+#include "tests/platform/temporary_folder.h"
 
 namespace korvel::test {
 

@@ -1,7 +1,7 @@
 // Choosing a font and reading its measures.
-#include "tests/draw/drawing_fixture.h"
-
 #include <climits>
+
+#include "tests/draw/drawing_fixture.h"
 
 namespace korvel::test {
 namespace {

@@ -1,12 +1,12 @@
 // For tests/draw/ only: rich text drawn and measured step by step, as a reader of the rules would
 // do it by hand, with a walk of its own for each of the two.
-#ifndef TESTS_DRAW_LITERAL_TEXT_H
-#define TESTS_DRAW_LITERAL_TEXT_H
-
-#include "platform/drawing.h"
+#ifndef KORVEL_TESTS_DRAW_LITERAL_TEXT_H
+#define KORVEL_TESTS_DRAW_LITERAL_TEXT_H
 
 #include <functional>
 #include <string>
+
+#include "platform/drawing.h"
 
 namespace korvel::test {
 

@@ -1,16 +1,17 @@
 // For tests/draw/ only: the drawing functions on the desktop module itself, on its toolkit's
 // platform without a screen, with the default pictures.
-#ifndef TESTS_DRAW_MODULE_FIXTURE_H
-#define TESTS_DRAW_MODULE_FIXTURE_H
-
-#include "tests/draw/drawing_fixture.h"
-
-#include <gtest/gtest.h>
-#include <korvel/desktop.h>
-#include <korvel/draw.h>
+#ifndef KORVEL_TESTS_DRAW_MODULE_FIXTURE_H
+#define KORVEL_TESTS_DRAW_MODULE_FIXTURE_H
 
 #include <cstdlib>
 #include <cstring>
+
+#include <gtest/gtest.h>
+
+#include <korvel/desktop.h>
+#include <korvel/draw.h>
+
+#include "tests/draw/drawing_fixture.h"
 
 namespace korvel::test {
 

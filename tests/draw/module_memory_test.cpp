@@ -1,9 +1,9 @@
 // The drawing functions on the desktop module, where memory runs out at each allocation in turn.
-#include <sys/wait.h>
-#include <unistd.h>
-
 #include <functional>
 #include <string>
+
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include "tests/draw/module_fixture.h"
 #include "tests/platform/temporary_folder.h"

@@ -1,9 +1,9 @@
 // Pixels that the drawing functions leave in an image of the desktop module.
-#include "tests/draw/module_fixture.h"
+#include <string>
 
 #include <korvel/draw.h>
 
-#include <string>
+#include "tests/draw/module_fixture.h"
 
 namespace korvel::test {
 namespace {

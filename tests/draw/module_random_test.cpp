@@ -1,13 +1,13 @@
 // Random rich texts on images of the desktop module, drawn and measured beside the literal model:
 // same results and, from time to time compared, same pixels.
+#include <memory>
+#include <string>
+
 #include "platform/desktop.h"
 #include "platform/loader.h"
 #include "tests/draw/literal_text.h"
 #include "tests/draw/module_fixture.h"
 #include "tests/draw/random_texts.h"
-
-#include <memory>
-#include <string>
 
 namespace korvel::test {
 namespace {

@@ -1,8 +1,9 @@
 // The palette of 16 colours.
-#include <gtest/gtest.h>
-#include <korvel/draw.h>
-
 #include <climits>
+
+#include <gtest/gtest.h>
+
+#include <korvel/draw.h>
 
 namespace {
 

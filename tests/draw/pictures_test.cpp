@@ -1,13 +1,13 @@
 // Pictures by name.
-#include "tests/draw/drawing_fixture.h"
-
-#include <sys/stat.h>
-
 #include <chrono>
 #include <climits>
 #include <filesystem>
 #include <string>
 #include <thread>
+
+#include <sys/stat.h>
+
+#include "tests/draw/drawing_fixture.h"
 
 namespace korvel::test {
 namespace {

@@ -1,12 +1,11 @@
 // Ports: made, current, given back, gone with a window.
-#include "tests/draw/drawing_fixture.h"
-
-#include "platform/loader.h"
-
 #include <climits>
 #include <functional>
 #include <iterator>
 #include <vector>
+
+#include "platform/loader.h"
+#include "tests/draw/drawing_fixture.h"
 
 namespace korvel::test {
 namespace {

@@ -1,7 +1,7 @@
 // Lines and framed rectangles.
-#include "tests/draw/drawing_fixture.h"
-
 #include <climits>
+
+#include "tests/draw/drawing_fixture.h"
 
 namespace korvel::test {
 namespace {

@@ -1,12 +1,12 @@
 // Random rich texts, drawn and measured beside the literal model: same operations, same results.
 // What outlasts a text goes on from each to the next in both.
+#include <memory>
+#include <string>
+
 #include "tests/draw/drawing_fixture.h"
 #include "tests/draw/literal_text.h"
 #include "tests/draw/random_texts.h"
 #include "tests/platform/scripted_port.h"
-
-#include <memory>
-#include <string>
 
 namespace korvel::test {
 namespace {

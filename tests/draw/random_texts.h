@@ -1,6 +1,6 @@
 // For tests/draw/ only: random rich texts that repeat from run to run.
-#ifndef TESTS_DRAW_RANDOM_TEXTS_H
-#define TESTS_DRAW_RANDOM_TEXTS_H
+#ifndef KORVEL_TESTS_DRAW_RANDOM_TEXTS_H
+#define KORVEL_TESTS_DRAW_RANDOM_TEXTS_H
 
 #include <random>
 #include <string>

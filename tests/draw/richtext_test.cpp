@@ -1,9 +1,9 @@
 // Rich text: each escape drawn and measured, by hand-made texts.
-#include "tests/draw/drawing_fixture.h"
-
 #include <climits>
 #include <memory>
 #include <string>
+
+#include "tests/draw/drawing_fixture.h"
 
 namespace korvel::test {
 namespace {

@@ -2,9 +2,9 @@
 // every escape, lines, frames, pictures, a text in the middle of its box.
 #include "tests/draw/sample_page.h"
 
-#include <korvel/draw.h>
-
 #include <string>
+
+#include <korvel/draw.h>
 
 namespace korvel::test {
 namespace {

@@ -1,6 +1,6 @@
 // For tests/draw/ only: a page that shows all that the drawing functions can do.
-#ifndef TESTS_DRAW_SAMPLE_PAGE_H
-#define TESTS_DRAW_SAMPLE_PAGE_H
+#ifndef KORVEL_TESTS_DRAW_SAMPLE_PAGE_H
+#define KORVEL_TESTS_DRAW_SAMPLE_PAGE_H
 
 #include <korvel/types.h>
 

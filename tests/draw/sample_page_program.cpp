@@ -1,11 +1,11 @@
 // sample_page_program <png>: draws the sample page and saves it, as the reference of its test:
 //
 //   build/release/tests/draw/sample_page_program tests/draw/pictures/sample_page.png
-#include "tests/draw/sample_page.h"
+#include <cstdio>
 
 #include <korvel/desktop.h>
 
-#include <cstdio>
+#include "tests/draw/sample_page.h"
 
 int main(int argc, char **argv) {
   using namespace korvel::test;

@@ -4,11 +4,12 @@
 // Another version of the font library smooths letters a little differently, so the two are compared
 // by the mean colours of cells, which overlap and are as large as a short word.
 #include "tests/draw/sample_page.h"
-#include "tests/draw/module_fixture.h"
 
 #include <algorithm>
 #include <cstdlib>
 #include <vector>
+
+#include "tests/draw/module_fixture.h"
 
 namespace korvel::test {
 namespace {

@@ -1,11 +1,11 @@
 // Plain text: runs drawn and measured.
-#include "platform/screentext.h"
-#include "tests/draw/drawing_fixture.h"
+#include <climits>
+#include <memory>
 
 #include <korvel/strings.h>
 
-#include <climits>
-#include <memory>
+#include "platform/screentext.h"
+#include "tests/draw/drawing_fixture.h"
 
 namespace korvel::test {
 namespace {

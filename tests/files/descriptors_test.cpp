@@ -1,12 +1,14 @@
-#include <fcntl.h>
-#include <gtest/gtest.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <climits>
 #include <string>
 
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <gtest/gtest.h>
+
 #include <korvel/files.h>
+
 #include "tests/files/faults.h"
 #include "tests/files/volumes.h"
 

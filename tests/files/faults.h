@@ -1,17 +1,17 @@
 // For tests of what replaces files: steps that fail, processes that die or are somebody else, disks
 // that are small.
-#ifndef TESTS_FILES_FAULTS_H
-#define TESTS_FILES_FAULTS_H
+#ifndef KORVEL_TESTS_FILES_FAULTS_H
+#define KORVEL_TESTS_FILES_FAULTS_H
+
+#include <functional>
+#include <string>
+#include <utility>
 
 #include <grp.h>
 #include <sys/mount.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
-
-#include <functional>
-#include <string>
-#include <utility>
 
 #include "files/replace.h"
 

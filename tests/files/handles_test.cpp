@@ -1,21 +1,24 @@
-#include <fcntl.h>
-#include <grp.h>
-#include <gtest/gtest.h>
-#include <signal.h>
-#include <sys/resource.h>
-#include <sys/stat.h>
-#include <sys/wait.h>
-#include <unistd.h>
+#include "files/handles.h"
 
 #include <climits>
 #include <cstring>
 #include <map>
 #include <random>
+#include <signal.h>
 #include <string>
 #include <vector>
 
+#include <fcntl.h>
+#include <grp.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <gtest/gtest.h>
+
 #include <korvel/files.h>
-#include "files/handles.h"
+
 #include "tests/files/volumes.h"
 #include "tests/support/poisoned_buffer.h"
 

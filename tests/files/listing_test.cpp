@@ -1,12 +1,14 @@
-#include <gtest/gtest.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <string>
 #include <vector>
 
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <gtest/gtest.h>
+
 #include <korvel/files.h>
+
 #include "tests/files/volumes.h"
 #include "tests/support/poisoned_buffer.h"
 

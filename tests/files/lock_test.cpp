@@ -1,18 +1,19 @@
 #include "files/lock.h"
 
-#include <fcntl.h>
-#include <gtest/gtest.h>
+#include <cerrno>
+#include <chrono>
+#include <cstdio>
 #include <signal.h>
+#include <string>
+#include <thread>
+
+#include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <cerrno>
-#include <chrono>
-#include <cstdio>
-#include <string>
-#include <thread>
+#include <gtest/gtest.h>
 
 #include "tests/files/faults.h"
 #include "tests/files/scratch.h"

@@ -1,14 +1,16 @@
-#include <gtest/gtest.h>
-#include <sys/resource.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
 #include <climits>
 #include <cstring>
 #include <random>
 #include <string>
 
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <gtest/gtest.h>
+
 #include <korvel/files.h>
+
 #include "tests/files/volumes.h"
 #include "tests/support/poisoned_buffer.h"
 #include "tests/support/sanitizer.h"

@@ -1,6 +1,3 @@
-#include <gtest/gtest.h>
-#include <sys/stat.h>
-
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
@@ -9,8 +6,13 @@
 #include <string_view>
 #include <vector>
 
+#include <sys/stat.h>
+
+#include <gtest/gtest.h>
+
 #include <korvel/files.h>
 #include <korvel/strings.h>
+
 #include "tests/files/volumes.h"
 #include "tests/support/page_end.h"
 

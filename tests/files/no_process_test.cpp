@@ -1,19 +1,21 @@
 // Nothing but the listings of folders starts a process, whatever stands in a path.
-#include <fcntl.h>
-#include <gtest/gtest.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
 #include <functional>
 #include <string>
 
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <gtest/gtest.h>
+
 #include <korvel/files.h>
 #include <korvel/profile.h>
 #include <korvel/strings.h>
 #include <korvel/tables.h>
+
 #include "tests/files/faults.h"
 #include "tests/files/volumes.h"
 #include "tests/support/no_processes.h"

@@ -1,10 +1,5 @@
 // No failure inside the library ends later calls: a slot that stays taken, as told, is taken back
 // when it is needed.
-#include <gtest/gtest.h>
-#include <sys/resource.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <cerrno>
 #include <climits>
 #include <cstring>
@@ -12,9 +7,16 @@
 #include <string>
 #include <vector>
 
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <gtest/gtest.h>
+
 #include <korvel/files.h>
 #include <korvel/profile.h>
 #include <korvel/tables.h>
+
 #include "files/handles.h"
 #include "tables/reader.h"
 #include "tests/files/faults.h"

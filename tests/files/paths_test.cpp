@@ -1,16 +1,18 @@
-#include <dirent.h>
-#include <gtest/gtest.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <cstring>
 #include <filesystem>
 #include <string>
 #include <vector>
 
+#include <dirent.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <gtest/gtest.h>
+
 #include <korvel/files.h>
 #include <korvel/strings.h>
+
 #include "tests/files/faults.h"
 #include "tests/files/volumes.h"
 #include "tests/support/poisoned_buffer.h"

@@ -1,6 +1,6 @@
 // For tests of files: a folder that goes with its object, and plain ways to look at files.
-#ifndef TESTS_FILES_SCRATCH_H
-#define TESTS_FILES_SCRATCH_H
+#ifndef KORVEL_TESTS_FILES_SCRATCH_H
+#define KORVEL_TESTS_FILES_SCRATCH_H
 
 #include <algorithm>
 #include <cstdlib>

@@ -1,7 +1,3 @@
-#include <gtest/gtest.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <cstdint>
 #include <cstring>
@@ -10,7 +6,13 @@
 #include <string>
 #include <vector>
 
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <gtest/gtest.h>
+
 #include <korvel/files.h>
+
 #include "tests/files/volumes.h"
 #include "tests/support/page_end.h"
 #include "tests/support/poisoned_buffer.h"

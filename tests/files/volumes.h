@@ -1,17 +1,18 @@
 // For tests that use colon paths: a folder of volumes of their own, and the handle tables as they
 // were at the start.
-#ifndef TESTS_FILES_VOLUMES_H
-#define TESTS_FILES_VOLUMES_H
-
-#include <sys/stat.h>
+#ifndef KORVEL_TESTS_FILES_VOLUMES_H
+#define KORVEL_TESTS_FILES_VOLUMES_H
 
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
 #include <string>
 
+#include <sys/stat.h>
+
 #include <korvel/desktop.h>
 #include <korvel/files.h>
+
 #include "tests/files/scratch.h"
 
 namespace korvel::test {

@@ -1,8 +1,9 @@
 /* An application linked at a fixed address: the library's arrays then live in the application
    (copy relocations), and both must see the same ones. Ends with 0 when they do. */
-#include <korvel/korvel.h>
 #include <stdio.h>
 #include <string.h>
+
+#include <korvel/korvel.h>
 
 static int failures;
 

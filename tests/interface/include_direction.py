@@ -20,7 +20,7 @@ ALLOWED = {
     'platform': [],
     'draw': ['strings', 'platform'],
     'messages': ['strings', 'platform', 'draw'],
-    'dialogs': FOUNDATIONS + ['tables', 'platform', 'messages'],
+    'dialogs': FOUNDATIONS + ['tables', 'platform', 'draw', 'messages'],
 }
 # The public headers that each folder may use: those of the folders below it and its own.
 SHARED_HEADERS = ['types', 'desktop']

@@ -1,8 +1,9 @@
 // The event filter of the boxes.
-#include <gtest/gtest.h>
-#include <korvel/messages.h>
-
 #include <string>
+
+#include <gtest/gtest.h>
+
+#include <korvel/messages.h>
 
 #include "tests/platform/scripted_desktop.h"
 

@@ -1,9 +1,9 @@
 // Where things stand in a message box.
 #include "messages/layout.h"
 
-#include <gtest/gtest.h>
-
 #include <limits>
+
+#include <gtest/gtest.h>
 
 namespace korvel::messages {
 namespace {

@@ -1,10 +1,11 @@
 // Message, question and note boxes on a scripted desktop.
-#include <gtest/gtest.h>
-#include <korvel/messages.h>
-
 #include <functional>
 #include <limits>
 #include <string>
+
+#include <gtest/gtest.h>
+
+#include <korvel/messages.h>
 
 #include "tests/platform/scripted_desktop.h"
 

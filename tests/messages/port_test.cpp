@@ -1,12 +1,13 @@
 // The current port and font while a box is shown, and afterwards.
-#include <gtest/gtest.h>
-#include <korvel/desktop.h>
-#include <korvel/draw.h>
-#include <korvel/messages.h>
-
 #include <cstring>
 #include <memory>
 #include <string>
+
+#include <gtest/gtest.h>
+
+#include <korvel/desktop.h>
+#include <korvel/draw.h>
+#include <korvel/messages.h>
 
 #include "tests/platform/scripted_desktop.h"
 

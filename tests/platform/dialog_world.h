@@ -1,7 +1,7 @@
 // For tests/platform/ only: a desktop together with the person who uses its dialogs, so that one
 // file of tests holds every desktop to the same contract.
-#ifndef TESTS_PLATFORM_DIALOG_WORLD_H
-#define TESTS_PLATFORM_DIALOG_WORLD_H
+#ifndef KORVEL_TESTS_PLATFORM_DIALOG_WORLD_H
+#define KORVEL_TESTS_PLATFORM_DIALOG_WORLD_H
 
 #include <functional>
 #include <memory>

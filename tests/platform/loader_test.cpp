@@ -1,11 +1,12 @@
 #include "platform/loader.h"
 
-#include <gtest/gtest.h>
-#include <korvel/desktop.h>
+#include <cstdlib>
 
 #include <sys/wait.h>
 
-#include <cstdlib>
+#include <gtest/gtest.h>
+
+#include <korvel/desktop.h>
 
 #include "platform/desktop.h"
 #include "tests/platform/scripted_desktop.h"

@@ -1,9 +1,15 @@
 // Thousands of random keys and clicks on a dialog with fields of every type, in the Qt module.
 // After each of them OK, the marks and all that is shown must agree with the tables, by a statement
 // of that agreement that is made here anew.
-#include <gtest/gtest.h>
-#include <korvel/codecs.h>
-#include <korvel/dialogs.h>
+#include <cmath>
+#include <cstdlib>
+#include <cstring>
+#include <deque>
+#include <functional>
+#include <map>
+#include <random>
+#include <regex>
+#include <string>
 
 #include <QAbstractItemView>
 #include <QApplication>
@@ -18,15 +24,10 @@
 #include <QTest>
 #include <QTimer>
 #include <QWindow>
-#include <cmath>
-#include <cstdlib>
-#include <cstring>
-#include <deque>
-#include <functional>
-#include <map>
-#include <random>
-#include <regex>
-#include <string>
+#include <gtest/gtest.h>
+
+#include <korvel/codecs.h>
+#include <korvel/dialogs.h>
 
 #include "tests/platform/qt_person.h"
 

@@ -1,6 +1,6 @@
 // What the Qt module adds to its fields for people who do not see them all, or not all of them:
 // marks, names, and use by other ways than keys and clicks.
-#include <gtest/gtest.h>
+#include <cmath>
 
 #include <QAccessible>
 #include <QApplication>
@@ -13,7 +13,7 @@
 #include <QScreen>
 #include <QScrollBar>
 #include <QTimer>
-#include <cmath>
+#include <gtest/gtest.h>
 
 #include "platform/desktop.h"
 #include "tests/platform/qt_person.h"

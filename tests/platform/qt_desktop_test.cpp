@@ -1,6 +1,8 @@
 // The desktop of the Qt module: application, windows, the modal run.
+#include <clocale>
+#include <thread>
+
 #include <dlfcn.h>
-#include <gtest/gtest.h>
 #include <sys/resource.h>
 
 #include <QApplication>
@@ -11,8 +13,7 @@
 #include <QTest>
 #include <QTimer>
 #include <QWindow>
-#include <clocale>
-#include <thread>
+#include <gtest/gtest.h>
 
 #include "platform/desktop.h"
 #include "tests/platform/qt_person.h"

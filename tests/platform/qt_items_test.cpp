@@ -1,6 +1,4 @@
 // Items of the Qt module other than edit text, and how all of them are placed.
-#include <gtest/gtest.h>
-
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
@@ -14,6 +12,7 @@
 #include <QTest>
 #include <QWheelEvent>
 #include <QWindow>
+#include <gtest/gtest.h>
 
 #include "platform/desktop.h"
 #include "tests/platform/qt_person.h"

@@ -1,5 +1,5 @@
 // Message boxes of the Qt module: how the lines look, what keys do, what assistive software reads.
-#include <gtest/gtest.h>
+#include <string>
 
 #include <QAccessible>
 #include <QImage>
@@ -11,7 +11,7 @@
 #include <QTest>
 #include <QWheelEvent>
 #include <QWindow>
-#include <string>
+#include <gtest/gtest.h>
 
 #include "platform/desktop.h"
 #include "tests/platform/qt_person.h"

@@ -1,6 +1,6 @@
 #include "tests/platform/qt_person.h"
 
-#include <gtest/gtest.h>
+#include <utility>
 
 #include <QApplication>
 #include <QCheckBox>
@@ -12,8 +12,7 @@
 #include <QTest>
 #include <QTimer>
 #include <QWindow>
-
-#include <utility>
+#include <gtest/gtest.h>
 
 #include "platform/loader.h"
 

@@ -1,13 +1,14 @@
 // For tests/platform/ only: a person who uses the dialogs of the Qt module, with keys and clicks
 // that come in at the dialog's window as they come from the screen.
-#ifndef TESTS_PLATFORM_QT_PERSON_H
-#define TESTS_PLATFORM_QT_PERSON_H
+#ifndef KORVEL_TESTS_PLATFORM_QT_PERSON_H
+#define KORVEL_TESTS_PLATFORM_QT_PERSON_H
 
-#include <QObject>
-#include <QWidget>
 #include <deque>
 #include <string>
 #include <vector>
+
+#include <QObject>
+#include <QWidget>
 
 #include "tests/platform/dialog_world.h"
 

@@ -1,5 +1,12 @@
 // Ports of the Qt module: pixels read back from images, from a host's painter and from windows.
-#include <gtest/gtest.h>
+#include <algorithm>
+#include <climits>
+#include <cmath>
+#include <cstdlib>
+#include <fstream>
+#include <functional>
+#include <random>
+
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -13,13 +20,7 @@
 #include <QPushButton>
 #include <QTest>
 #include <QWidget>
-#include <algorithm>
-#include <climits>
-#include <cmath>
-#include <cstdlib>
-#include <fstream>
-#include <functional>
-#include <random>
+#include <gtest/gtest.h>
 
 #include "platform/desktop.h"
 #include "tests/platform/qt_person.h"

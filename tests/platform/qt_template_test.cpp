@@ -1,5 +1,7 @@
 // Dialogs of the Qt module that are made from forms.
-#include <gtest/gtest.h>
+#include <new>
+#include <random>
+
 #include <sys/inotify.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -20,8 +22,7 @@
 #include <QSpinBox>
 #include <QTabWidget>
 #include <QWindow>
-#include <new>
-#include <random>
+#include <gtest/gtest.h>
 
 #include "platform/desktop.h"
 #include "tests/platform/qt_person.h"

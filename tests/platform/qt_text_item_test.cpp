@@ -1,6 +1,4 @@
 // Edit-text items of the Qt module: every way in which a person changes a text.
-#include <gtest/gtest.h>
-
 #include <QApplication>
 #include <QClipboard>
 #include <QDropEvent>
@@ -9,6 +7,7 @@
 #include <QMenu>
 #include <QMimeData>
 #include <QTest>
+#include <gtest/gtest.h>
 
 #include "platform/desktop.h"
 #include "tests/platform/qt_person.h"

@@ -1,6 +1,6 @@
 // For tests/platform/ only: what a dialog's run told its handler, as readable lines.
-#ifndef TESTS_PLATFORM_RECORDED_HITS_H
-#define TESTS_PLATFORM_RECORDED_HITS_H
+#ifndef KORVEL_TESTS_PLATFORM_RECORDED_HITS_H
+#define KORVEL_TESTS_PLATFORM_RECORDED_HITS_H
 
 #include <functional>
 #include <map>

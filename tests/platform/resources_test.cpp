@@ -1,9 +1,10 @@
 #include "platform/resources.h"
 
-#include <gtest/gtest.h>
-#include <korvel/desktop.h>
-
 #include <cstring>
+
+#include <gtest/gtest.h>
+
+#include <korvel/desktop.h>
 
 #include "platform/librarypath.h"
 #include "tests/platform/temporary_folder.h"

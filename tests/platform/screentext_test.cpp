@@ -1,9 +1,9 @@
 #include "platform/screentext.h"
 
-#include <gtest/gtest.h>
-
 #include <map>
 #include <set>
+
+#include <gtest/gtest.h>
 
 namespace korvel::platform {
 namespace {

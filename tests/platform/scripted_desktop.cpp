@@ -1,11 +1,6 @@
 // A desktop in memory, used by a person who was written down in advance.
 #include "tests/platform/scripted_desktop.h"
 
-#include "platform/loader.h"
-#include "platform/screentext.h"
-
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
@@ -13,6 +8,11 @@
 #include <set>
 #include <sstream>
 #include <utility>
+
+#include <gtest/gtest.h>
+
+#include "platform/loader.h"
+#include "platform/screentext.h"
 
 namespace korvel::test {
 

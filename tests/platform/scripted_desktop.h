@@ -9,11 +9,8 @@
 // screen. Whatever goes against the script fails the test at once: a dialog that was not expected
 // or bears another title, a press of a disabled button, a choice that is not offered, steps left
 // over when the dialog has ended, a dialog still open when the steps are used up.
-#ifndef TESTS_PLATFORM_SCRIPTED_DESKTOP_H
-#define TESTS_PLATFORM_SCRIPTED_DESKTOP_H
-
-#include "platform/desktop.h"
-#include "tests/platform/scripted_port.h"
+#ifndef KORVEL_TESTS_PLATFORM_SCRIPTED_DESKTOP_H
+#define KORVEL_TESTS_PLATFORM_SCRIPTED_DESKTOP_H
 
 #include <deque>
 #include <functional>
@@ -22,6 +19,9 @@
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "platform/desktop.h"
+#include "tests/platform/scripted_port.h"
 
 namespace korvel::test {
 

@@ -2,14 +2,14 @@
 // goes against its script.
 #include "tests/platform/scripted_desktop.h"
 
-#include "platform/loader.h"
+#include <functional>
+#include <string>
+#include <vector>
 
 #include <gtest/gtest-spi.h>
 #include <gtest/gtest.h>
 
-#include <functional>
-#include <string>
-#include <vector>
+#include "platform/loader.h"
 
 namespace korvel::test {
 namespace {

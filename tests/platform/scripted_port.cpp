@@ -1,12 +1,12 @@
 // A port in memory that records what is drawn on it.
 #include "tests/platform/scripted_port.h"
 
-#include "tests/platform/scripted_desktop.h"
-
 #include <algorithm>
 #include <iterator>
 #include <sstream>
 #include <utility>
+
+#include "tests/platform/scripted_desktop.h"
 
 namespace korvel::test {
 

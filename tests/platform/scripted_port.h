@@ -5,10 +5,8 @@
 // is a pixel wider, as is every one of a bold face. The ascent is three quarters of the size, the
 // descent one quarter, the leading a sixth; the widest character is as wide as the size. All are
 // cut to whole pixels.
-#ifndef TESTS_PLATFORM_SCRIPTED_PORT_H
-#define TESTS_PLATFORM_SCRIPTED_PORT_H
-
-#include "platform/drawing.h"
+#ifndef KORVEL_TESTS_PLATFORM_SCRIPTED_PORT_H
+#define KORVEL_TESTS_PLATFORM_SCRIPTED_PORT_H
 
 #include <array>
 #include <memory>
@@ -18,6 +16,8 @@
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "platform/drawing.h"
 
 namespace korvel::test {
 

@@ -2,12 +2,12 @@
 // records what it is told.
 #include "tests/platform/scripted_port.h"
 
-#include "tests/platform/scripted_desktop.h"
-#include "tests/platform/temporary_folder.h"
+#include <memory>
 
 #include <gtest/gtest.h>
 
-#include <memory>
+#include "tests/platform/scripted_desktop.h"
+#include "tests/platform/temporary_folder.h"
 
 namespace korvel::test {
 namespace {

@@ -1,11 +1,10 @@
 // For tests/platform/ only: a folder that lives as long as its object.
-#ifndef TESTS_PLATFORM_TEMPORARY_FOLDER_H
-#define TESTS_PLATFORM_TEMPORARY_FOLDER_H
-
-#include <stdlib.h>
+#ifndef KORVEL_TESTS_PLATFORM_TEMPORARY_FOLDER_H
+#define KORVEL_TESTS_PLATFORM_TEMPORARY_FOLDER_H
 
 #include <filesystem>
 #include <fstream>
+#include <stdlib.h>
 #include <string>
 
 namespace korvel::test {

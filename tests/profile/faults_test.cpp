@@ -1,14 +1,4 @@
 // What a disk, a kill or missing rights leave of a profile: the old one or the new one, whole.
-#include <fcntl.h>
-#include <gtest/gtest.h>
-#include <sys/file.h>
-#include <sys/mount.h>
-#include <sys/resource.h>
-#include <sys/stat.h>
-#include <sys/syscall.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
 #include <cerrno>
 #include <csignal>
 #include <cstdarg>
@@ -21,7 +11,19 @@
 #include <thread>
 #include <vector>
 
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/mount.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/syscall.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <gtest/gtest.h>
+
 #include <korvel/profile.h>
+
 #include "files/lock.h"
 #include "files/replace.h"
 #include "tests/files/volumes.h"

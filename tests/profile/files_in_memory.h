@@ -1,11 +1,11 @@
 // For tests/profile/ only: scratch folders in memory, where a sync costs nothing.
-#ifndef TESTS_PROFILE_FILES_IN_MEMORY_H
-#define TESTS_PROFILE_FILES_IN_MEMORY_H
-
-#include <unistd.h>
+#ifndef KORVEL_TESTS_PROFILE_FILES_IN_MEMORY_H
+#define KORVEL_TESTS_PROFILE_FILES_IN_MEMORY_H
 
 #include <cstdlib>
 #include <string>
+
+#include <unistd.h>
 
 namespace korvel::test {
 

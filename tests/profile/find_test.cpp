@@ -1,11 +1,11 @@
 #include "profile/find.h"
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <optional>
 #include <string>
 #include <string_view>
+
+#include <gtest/gtest.h>
 
 #include "tests/profile/literal_profile.h"
 #include "tests/profile/random_profiles.h"

@@ -1,7 +1,4 @@
 // Profiles written by the library, read by others.
-#include <glib.h>
-#include <gtest/gtest.h>
-
 #include <array>
 #include <cstdio>
 #include <map>
@@ -11,7 +8,11 @@
 #include <string>
 #include <utility>
 
+#include <glib.h>
+#include <gtest/gtest.h>
+
 #include <korvel/profile.h>
+
 #include "tests/files/volumes.h"
 
 namespace {

@@ -1,7 +1,7 @@
 // For tests/profile/ only: profiles read and rewritten one character at a time, the plain way; what
 // the library does faster is compared with this.
-#ifndef TESTS_PROFILE_LITERAL_PROFILE_H
-#define TESTS_PROFILE_LITERAL_PROFILE_H
+#ifndef KORVEL_TESTS_PROFILE_LITERAL_PROFILE_H
+#define KORVEL_TESTS_PROFILE_LITERAL_PROFILE_H
 
 #include <cstddef>
 #include <optional>

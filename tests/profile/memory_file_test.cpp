@@ -1,12 +1,14 @@
 #include "profile/memory_file.h"
 
-#include <gtest/gtest.h>
-#include <unistd.h>
-
 #include <fstream>
 #include <string>
 
+#include <unistd.h>
+
+#include <gtest/gtest.h>
+
 #include <korvel/files.h>
+
 #include "tests/files/volumes.h"
 
 namespace {

@@ -1,14 +1,14 @@
 // For tests/profile/ only: what must happen in a process of its own.
-#ifndef TESTS_PROFILE_PROCESSES_H
-#define TESTS_PROFILE_PROCESSES_H
+#ifndef KORVEL_TESTS_PROFILE_PROCESSES_H
+#define KORVEL_TESTS_PROFILE_PROCESSES_H
+
+#include <functional>
+#include <signal.h>
 
 #include <grp.h>
-#include <signal.h>
 #include <sys/ptrace.h>
 #include <sys/wait.h>
 #include <unistd.h>
-
-#include <functional>
 
 namespace korvel::test {
 

@@ -1,6 +1,3 @@
-#include <gtest/gtest.h>
-#include <sys/stat.h>
-
 #include <algorithm>
 #include <array>
 #include <climits>
@@ -10,7 +7,12 @@
 #include <string>
 #include <string_view>
 
+#include <sys/stat.h>
+
+#include <gtest/gtest.h>
+
 #include <korvel/profile.h>
+
 #include "tests/files/volumes.h"
 #include "tests/profile/files_in_memory.h"
 #include "tests/profile/literal_profile.h"

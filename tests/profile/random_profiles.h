@@ -1,6 +1,6 @@
 // For tests/profile/ only: files, names and values that hit every rule of the format often.
-#ifndef TESTS_PROFILE_RANDOM_PROFILES_H
-#define TESTS_PROFILE_RANDOM_PROFILES_H
+#ifndef KORVEL_TESTS_PROFILE_RANDOM_PROFILES_H
+#define KORVEL_TESTS_PROFILE_RANDOM_PROFILES_H
 
 #include <algorithm>
 #include <cstddef>

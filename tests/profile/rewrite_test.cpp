@@ -1,10 +1,10 @@
 #include "profile/rewrite.h"
 
-#include <gtest/gtest.h>
-
 #include <optional>
 #include <string>
 #include <string_view>
+
+#include <gtest/gtest.h>
 
 #include "tests/profile/literal_profile.h"
 #include "tests/profile/random_profiles.h"

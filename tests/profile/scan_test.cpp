@@ -1,11 +1,11 @@
 #include "profile/scan.h"
 
-#include <gtest/gtest.h>
-
 #include <random>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include <gtest/gtest.h>
 
 #include "tests/support/page_end.h"
 

@@ -1,13 +1,15 @@
-#include <gtest/gtest.h>
-#include <korvel/shell.h>
+#include <cstring>
+#include <string>
+#include <vector>
+
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/un.h>
 #include <unistd.h>
 
-#include <cstring>
-#include <string>
-#include <vector>
+#include <gtest/gtest.h>
+
+#include <korvel/shell.h>
 
 #include "tests/shell/workspace.h"
 

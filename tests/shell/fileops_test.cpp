@@ -1,9 +1,11 @@
-#include <gtest/gtest.h>
-#include <korvel/shell.h>
+#include <string>
+
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <string>
+#include <gtest/gtest.h>
+
+#include <korvel/shell.h>
 
 #include "tests/shell/workspace.h"
 

@@ -1,17 +1,19 @@
-#include <dirent.h>
-#include <gtest/gtest.h>
-#include <korvel/shell.h>
+#include <cstdio>
+#include <iterator>
+#include <random>
 #include <signal.h>
+#include <string>
+#include <vector>
+
+#include <dirent.h>
 #include <sys/resource.h>
 #include <sys/time.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <cstdio>
-#include <iterator>
-#include <random>
-#include <string>
-#include <vector>
+#include <gtest/gtest.h>
+
+#include <korvel/shell.h>
 
 #include "tests/shell/workspace.h"
 #include "tests/support/poisoned_buffer.h"

@@ -1,12 +1,14 @@
-#include <gtest/gtest.h>
-#include <korvel/shell.h>
-#include <sys/stat.h>
-
 #include <algorithm>
 #include <cstdint>
 #include <random>
 #include <string>
 #include <vector>
+
+#include <sys/stat.h>
+
+#include <gtest/gtest.h>
+
+#include <korvel/shell.h>
 
 #include "tests/shell/workspace.h"
 #include "tests/support/poisoned_buffer.h"

@@ -1,10 +1,12 @@
-#include <gtest/gtest.h>
-#include <korvel/shell.h>
-#include <sys/stat.h>
-
 #include <algorithm>
 #include <string>
 #include <vector>
+
+#include <sys/stat.h>
+
+#include <gtest/gtest.h>
+
+#include <korvel/shell.h>
 
 #include "tests/shell/workspace.h"
 

@@ -1,13 +1,15 @@
-#include <gtest/gtest.h>
+#include <cerrno>
+#include <chrono>
 #include <signal.h>
+#include <string>
+
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <cerrno>
-#include <chrono>
-#include <string>
+#include <gtest/gtest.h>
 
 #include <korvel/shell.h>
+
 #include "tests/shell/workspace.h"
 
 namespace korvel::test {

@@ -1,11 +1,13 @@
-#include <gtest/gtest.h>
-#include <korvel/shell.h>
+#include <filesystem>
 #include <signal.h>
+#include <string>
+
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <filesystem>
-#include <string>
+#include <gtest/gtest.h>
+
+#include <korvel/shell.h>
 
 #include "tests/shell/workspace.h"
 

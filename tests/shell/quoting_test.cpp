@@ -1,9 +1,11 @@
 // Which characters of paths and patterns the shell or a tool reads.
-#include <gtest/gtest.h>
-#include <korvel/shell.h>
+#include <string>
+
 #include <unistd.h>
 
-#include <string>
+#include <gtest/gtest.h>
+
+#include <korvel/shell.h>
 
 #include "tests/shell/workspace.h"
 

@@ -1,18 +1,20 @@
 // The operations of the super-user with the system's own sudo: a user of the test's own, with a
 // password and an entry in sudoers. They are there for the processes of the test alone, which see
 // the files of the machine through mounts of their own, and leave nothing behind however they end.
+#include <fstream>
+#include <string>
+
 #include <crypt.h>
 #include <grp.h>
-#include <gtest/gtest.h>
 #include <sched.h>
 #include <sys/mount.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <fstream>
-#include <string>
+#include <gtest/gtest.h>
 
 #include <korvel/shell.h>
+
 #include "tests/shell/workspace.h"
 
 namespace korvel::test {

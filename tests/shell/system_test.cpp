@@ -1,9 +1,11 @@
-#include <dlfcn.h>
-#include <gtest/gtest.h>
-#include <korvel/shell.h>
 #include <stdio.h>
-
 #include <string>
+
+#include <dlfcn.h>
+
+#include <gtest/gtest.h>
+
+#include <korvel/shell.h>
 
 #include "tests/shell/workspace.h"
 

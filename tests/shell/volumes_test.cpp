@@ -1,11 +1,13 @@
-#include <gtest/gtest.h>
-#include <korvel/desktop.h>
-#include <korvel/shell.h>
-#include <sys/stat.h>
-
 #include <random>
 #include <string>
 #include <vector>
+
+#include <sys/stat.h>
+
+#include <gtest/gtest.h>
+
+#include <korvel/desktop.h>
+#include <korvel/shell.h>
 
 #include "tests/shell/workspace.h"
 #include "tests/support/poisoned_buffer.h"

@@ -1,10 +1,5 @@
 #include "tests/shell/workspace.h"
 
-#include <grp.h>
-#include <sys/stat.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
@@ -15,6 +10,11 @@
 #include <sstream>
 #include <stdexcept>
 #include <vector>
+
+#include <grp.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 namespace korvel::test {
 namespace {

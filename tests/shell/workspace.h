@@ -1,14 +1,14 @@
 // For tests/shell/ only: folders, tools, users and globals of one test, all put back at its end.
-#ifndef TESTS_SHELL_WORKSPACE_H
-#define TESTS_SHELL_WORKSPACE_H
-
-#include <korvel/desktop.h>
-#include <korvel/shell.h>
+#ifndef KORVEL_TESTS_SHELL_WORKSPACE_H
+#define KORVEL_TESTS_SHELL_WORKSPACE_H
 
 #include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
+
+#include <korvel/desktop.h>
+#include <korvel/shell.h>
 
 #include "shell/system.h"
 

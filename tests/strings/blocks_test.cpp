@@ -1,9 +1,9 @@
 #include "strings/blocks.h"
 
-#include <gtest/gtest.h>
-
 #include <array>
 #include <string>
+
+#include <gtest/gtest.h>
 
 #include "tests/strings/guarded_pages.h"
 #include "tests/strings/random_text.h"

@@ -1,12 +1,13 @@
 #include "strings/charsets.h"
 
-#include <gtest/gtest.h>
-#include <korvel/strings.h>
-
 #include <algorithm>
 #include <array>
 #include <string>
 #include <string_view>
+
+#include <gtest/gtest.h>
+
+#include <korvel/strings.h>
 
 #include "strings/capitals.h"
 #include "tests/strings/guarded_pages.h"

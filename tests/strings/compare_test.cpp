@@ -1,10 +1,11 @@
-#include <gtest/gtest.h>
-#include <korvel/strings.h>
-
 #include <climits>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include <gtest/gtest.h>
+
+#include <korvel/strings.h>
 
 #include "strings/scan.h"
 #include "tests/strings/guarded_pages.h"

@@ -1,10 +1,11 @@
-#include <gtest/gtest.h>
-#include <korvel/strings.h>
-
 #include <algorithm>
 #include <climits>
 #include <string>
 #include <string_view>
+
+#include <gtest/gtest.h>
+
+#include <korvel/strings.h>
 
 #include "tests/strings/guarded_pages.h"
 #include "tests/strings/random_text.h"

@@ -1,12 +1,13 @@
 #include "strings/growable.h"
 
-#include <gtest/gtest.h>
-#include <korvel/strings.h>
-
 #include <climits>
 #include <cstdlib>
 #include <string>
 #include <string_view>
+
+#include <gtest/gtest.h>
+
+#include <korvel/strings.h>
 
 #include "tests/strings/random_text.h"
 

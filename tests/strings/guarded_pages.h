@@ -1,14 +1,14 @@
 // For tests/strings/ only: memory with unreadable pages around it.
-#ifndef TESTS_STRINGS_GUARDED_PAGES_H
-#define TESTS_STRINGS_GUARDED_PAGES_H
-
-#include <sys/mman.h>
-#include <unistd.h>
+#ifndef KORVEL_TESTS_STRINGS_GUARDED_PAGES_H
+#define KORVEL_TESTS_STRINGS_GUARDED_PAGES_H
 
 #include <cstddef>
 #include <cstdlib>
 #include <cstring>
 #include <string_view>
+
+#include <sys/mman.h>
+#include <unistd.h>
 
 namespace korvel::test {
 

@@ -1,5 +1,6 @@
 // A null pointer is never followed: every function does nothing and gives its failing result.
 #include <gtest/gtest.h>
+
 #include <korvel/strings.h>
 
 namespace {

@@ -1,6 +1,6 @@
 // For tests/strings/ only: random texts that repeat from run to run.
-#ifndef TESTS_STRINGS_RANDOM_TEXT_H
-#define TESTS_STRINGS_RANDOM_TEXT_H
+#ifndef KORVEL_TESTS_STRINGS_RANDOM_TEXT_H
+#define KORVEL_TESTS_STRINGS_RANDOM_TEXT_H
 
 #include <cstddef>
 #include <random>

@@ -1,7 +1,8 @@
-#include <gtest/gtest.h>
-#include <korvel/strings.h>
-
 #include <string>
+
+#include <gtest/gtest.h>
+
+#include <korvel/strings.h>
 
 #include "tests/strings/guarded_pages.h"
 #include "tests/strings/random_text.h"

@@ -1,11 +1,12 @@
-#include <gtest/gtest.h>
-#include <korvel/strings.h>
-
 #include <random>
 #include <string>
 #include <string_view>
 #include <type_traits>
 #include <vector>
+
+#include <gtest/gtest.h>
+
+#include <korvel/strings.h>
 
 #include "tests/support/page_end.h"
 

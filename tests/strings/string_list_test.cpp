@@ -1,6 +1,3 @@
-#include <gtest/gtest.h>
-#include <korvel/strings.h>
-
 #include <algorithm>
 #include <climits>
 #include <cstring>
@@ -8,6 +5,10 @@
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include <gtest/gtest.h>
+
+#include <korvel/strings.h>
 
 #include "tests/support/page_end.h"
 #include "tests/support/poisoned_buffer.h"

@@ -1,9 +1,10 @@
-#include <gtest/gtest.h>
-#include <korvel/strings.h>
-
 #include <cstring>
 #include <string>
 #include <string_view>
+
+#include <gtest/gtest.h>
+
+#include <korvel/strings.h>
 
 #include "strings/scan.h"
 #include "tests/strings/guarded_pages.h"

@@ -1,10 +1,10 @@
 #include "tests/support/failing_memory.h"
 
-#include <dlfcn.h>
-
 #include <cstdlib>
 #include <cstring>
 #include <new>
+
+#include <dlfcn.h>
 
 namespace korvel::test {
 namespace {

@@ -1,6 +1,6 @@
 // For all tests: memory that runs out at the n-th allocation of the library's own code.
-#ifndef TESTS_SUPPORT_FAILING_MEMORY_H
-#define TESTS_SUPPORT_FAILING_MEMORY_H
+#ifndef KORVEL_TESTS_SUPPORT_FAILING_MEMORY_H
+#define KORVEL_TESTS_SUPPORT_FAILING_MEMORY_H
 
 namespace korvel::test {
 

@@ -1,12 +1,12 @@
 // Linked into a test program, makes sure that the desktop's font is of the family that
 // KORVEL_TEST_FONT names, when it does (desktop_font.conf.in): where that family is not installed
 // another one would take its place unseen.
-#include <gtest/gtest.h>
-
 #include <array>
 #include <cstdio>
 #include <cstdlib>
 #include <string>
+
+#include <gtest/gtest.h>
 
 namespace {
 

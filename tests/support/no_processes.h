@@ -1,14 +1,14 @@
 // For all tests: a process that may start no other.
-#ifndef TESTS_SUPPORT_NO_PROCESSES_H
-#define TESTS_SUPPORT_NO_PROCESSES_H
+#ifndef KORVEL_TESTS_SUPPORT_NO_PROCESSES_H
+#define KORVEL_TESTS_SUPPORT_NO_PROCESSES_H
+
+#include <cstddef>
+#include <vector>
 
 #include <linux/filter.h>
 #include <linux/seccomp.h>
 #include <sys/prctl.h>
 #include <sys/syscall.h>
-
-#include <cstddef>
-#include <vector>
 
 namespace korvel::test {
 

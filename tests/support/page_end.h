@@ -1,14 +1,14 @@
 // For all tests: bytes that end where the readable memory ends.
-#ifndef TESTS_SUPPORT_PAGE_END_H
-#define TESTS_SUPPORT_PAGE_END_H
-
-#include <sys/mman.h>
-#include <unistd.h>
+#ifndef KORVEL_TESTS_SUPPORT_PAGE_END_H
+#define KORVEL_TESTS_SUPPORT_PAGE_END_H
 
 #include <cstddef>
 #include <cstring>
 #include <stdexcept>
 #include <string_view>
+
+#include <sys/mman.h>
+#include <unistd.h>
 
 namespace korvel::test {
 

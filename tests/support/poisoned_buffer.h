@@ -1,6 +1,6 @@
 // For all tests: a buffer that proves what a function wrote and what it left alone.
-#ifndef TESTS_SUPPORT_POISONED_BUFFER_H
-#define TESTS_SUPPORT_POISONED_BUFFER_H
+#ifndef KORVEL_TESTS_SUPPORT_POISONED_BUFFER_H
+#define KORVEL_TESTS_SUPPORT_POISONED_BUFFER_H
 
 #include <algorithm>
 #include <cstddef>

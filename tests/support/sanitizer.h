@@ -1,6 +1,6 @@
 // For all tests: whether the address sanitizer is there, which needs all the address space.
-#ifndef TESTS_SUPPORT_SANITIZER_H
-#define TESTS_SUPPORT_SANITIZER_H
+#ifndef KORVEL_TESTS_SUPPORT_SANITIZER_H
+#define KORVEL_TESTS_SUPPORT_SANITIZER_H
 
 namespace korvel::test {
 

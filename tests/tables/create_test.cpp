@@ -1,11 +1,11 @@
 // A table's beginning, its end and its back-up.
-#include <fcntl.h>
+#include <cerrno>
 #include <signal.h>
+#include <thread>
+
+#include <fcntl.h>
 #include <sys/file.h>
 #include <sys/resource.h>
-
-#include <cerrno>
-#include <thread>
 
 #include "tests/tables/edits.h"
 

@@ -1,9 +1,9 @@
 // Edits that are killed, and edits of many processes at once: what the table is afterwards.
+#include <random>
 #include <signal.h>
+
 #include <sys/wait.h>
 #include <unistd.h>
-
-#include <random>
 
 #include "tests/tables/edit_model.h"
 #include "tests/tables/edits.h"

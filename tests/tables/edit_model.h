@@ -1,7 +1,7 @@
 // For tests of tables: what editing and upkeep do, on the files of the model, byte by byte. An
 // edit reads the old file and writes the temporary one, line after line, as told.
-#ifndef TESTS_TABLES_EDIT_MODEL_H
-#define TESTS_TABLES_EDIT_MODEL_H
+#ifndef KORVEL_TESTS_TABLES_EDIT_MODEL_H
+#define KORVEL_TESTS_TABLES_EDIT_MODEL_H
 
 #include <functional>
 #include <optional>

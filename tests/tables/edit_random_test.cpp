@@ -1,13 +1,13 @@
 // Long random sequences of lookups, searches, edits and upkeep, each call made on the library and
 // on the model: results, buffers, exported state and all files on the disk must agree after every
 // one.
-#include <dirent.h>
-#include <fcntl.h>
-
 #include <algorithm>
 #include <climits>
 #include <random>
 #include <utility>
+
+#include <dirent.h>
+#include <fcntl.h>
 
 #include "tests/tables/edit_model.h"
 #include "tests/tables/edits.h"

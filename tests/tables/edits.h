@@ -1,6 +1,6 @@
 // For tests of table editing: what a call left on the disk and in the handle table.
-#ifndef TESTS_TABLES_EDITS_H
-#define TESTS_TABLES_EDITS_H
+#ifndef KORVEL_TESTS_TABLES_EDITS_H
+#define KORVEL_TESTS_TABLES_EDITS_H
 
 #include <cstdlib>
 #include <filesystem>

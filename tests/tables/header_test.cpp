@@ -1,10 +1,10 @@
 // The heading lines of a table and its name.
+#include <cerrno>
+#include <thread>
+
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
-
-#include <cerrno>
-#include <thread>
 
 #include "files/lock.h"
 #include "tests/tables/edits.h"

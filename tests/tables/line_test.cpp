@@ -1,8 +1,8 @@
 #include "tables/line.h"
 
-#include <gtest/gtest.h>
-
 #include <string>
+
+#include <gtest/gtest.h>
 
 namespace korvel::tables {
 namespace {

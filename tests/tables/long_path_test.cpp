@@ -1,5 +1,6 @@
 // Tables whose colon path is longer than the name of a handle's slot.
 #include <signal.h>
+
 #include <sys/resource.h>
 
 #include "tests/tables/edits.h"

@@ -3,8 +3,8 @@
 //
 // A function of the model has the name of the library's and its arguments; it works on the model's
 // state and leaves the library's alone.
-#ifndef TESTS_TABLES_MODEL_H
-#define TESTS_TABLES_MODEL_H
+#ifndef KORVEL_TESTS_TABLES_MODEL_H
+#define KORVEL_TESTS_TABLES_MODEL_H
 
 #include <array>
 #include <map>

@@ -1,13 +1,13 @@
 // Edits and back-ups of a table that cannot be read to its end, or of which the system does not
 // tell the size.
-#include <sys/syscall.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <cerrno>
 #include <chrono>
 #include <cstdint>
 #include <utility>
+
+#include <sys/syscall.h>
+#include <unistd.h>
 
 #include "tests/tables/edits.h"
 

@@ -1,8 +1,8 @@
 #include "tables/reader.h"
 
-#include <unistd.h>
-
 #include <random>
+
+#include <unistd.h>
 
 #include "tests/tables/tables.h"
 

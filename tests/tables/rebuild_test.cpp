@@ -1,10 +1,10 @@
 #include "tables/rebuild.h"
 
-#include <gtest/gtest.h>
-
 #include <climits>
 #include <string>
 #include <string_view>
+
+#include <gtest/gtest.h>
 
 namespace korvel::tables {
 namespace {

@@ -1,19 +1,19 @@
 // What every rewriting of a table does, whatever the edit.
 #include "tables/rewrite.h"
 
-#include <fcntl.h>
+#include <algorithm>
+#include <atomic>
+#include <cerrno>
+#include <chrono>
 #include <signal.h>
+#include <thread>
+
+#include <fcntl.h>
 #include <sys/file.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/xattr.h>
 #include <unistd.h>
-
-#include <algorithm>
-#include <atomic>
-#include <cerrno>
-#include <chrono>
-#include <thread>
 
 #include "files/lock.h"
 #include "tests/tables/edits.h"

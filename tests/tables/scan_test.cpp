@@ -1,14 +1,15 @@
 #include "tables/scan.h"
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <cstring>
 #include <random>
 #include <string>
 #include <vector>
 
+#include <gtest/gtest.h>
+
 #include <korvel/strings.h>
+
 #include "tables/pattern.h"
 #include "tables/reader.h"
 

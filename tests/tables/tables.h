@@ -1,8 +1,6 @@
 // For tests of tables: a tables directory of their own, and the state as it was at the start.
-#ifndef TESTS_TABLES_TABLES_H
-#define TESTS_TABLES_TABLES_H
-
-#include <gtest/gtest.h>
+#ifndef KORVEL_TESTS_TABLES_TABLES_H
+#define KORVEL_TESTS_TABLES_TABLES_H
 
 #include <cstdio>
 #include <cstring>
@@ -11,7 +9,10 @@
 #include <string_view>
 #include <vector>
 
+#include <gtest/gtest.h>
+
 #include <korvel/tables.h>
+
 #include "tables/reader.h"
 #include "tables/scan.h"
 #include "tests/files/volumes.h"

@@ -1,11 +1,11 @@
 #include "tables/unchanged.h"
 
-#include <gtest/gtest.h>
-
 #include <climits>
 #include <random>
 #include <string>
 #include <string_view>
+
+#include <gtest/gtest.h>
 
 #include "tests/support/page_end.h"
 

@@ -1,6 +1,7 @@
 /* The smallest application: one call of the library, through its installed headers. */
-#include <korvel/korvel.h>
 #include <string.h>
+
+#include <korvel/korvel.h>
 
 int main(void) {
   char text[16] = "  bonjour  ";
