@@ -1,1 +1,2 @@
+/* What starting and ending a process costs by itself. */
 int main(void) { return 0; }

@@ -1,3 +1,4 @@
+/* What the library adds to a process that loads it and makes one call. */
 #include <korvel/strings.h>
 
 int main(void) {

@@ -1,3 +1,4 @@
+// Writes the tables that the benchmarks search, and the same rows as a database.
 #include "bench/tables/corpus.h"
 
 #include <cstdio>

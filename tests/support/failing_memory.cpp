@@ -1,3 +1,4 @@
+// Replaces the allocation functions of the test program by ones that can be told to fail.
 #include "tests/support/failing_memory.h"
 
 #include <cstdlib>
