@@ -1,36 +1,40 @@
-// Upper-casing with the 256-bit instructions that most x86-64 machines have.
+// Texts in capitals: long ones with the 256-bit instructions that most x86-64 machines have, the
+// rest by the loops over blocks in charset_blocks.h.
 #include "strings/capitals.h"
 
-#include "strings/charsets.h"
+#include <array>
+#include <cstdint>
+#include <cstring>
+
+#include <korvel/strings.h>
+
+#include "strings/charset_blocks.h"
 #include "strings/machine.h"
 
 #ifdef __x86_64__
-#include <array>
-#include <cstdint>
-
 #include <immintrin.h>
 
-// What a function needs to use them in a program made for every x86-64.
+// Allows a function these instructions in a program built for every x86-64.
 #define WIDE __attribute__((target("avx2")))
 
-namespace {
+namespace korvel::strings {
 
-using korvel::strings::kStretch;
+namespace {
 
 constexpr std::size_t kWide = 32;
 static_assert(kStretch == 2 * kWide);
 
-// Bytes above this one go through the table of all capitals: few of them stand in a text. Those
+// Bytes above this one are looked up in the table of all capitals: a text has few of them. Those
 // between the two rows of accented letters and this one are their own capitals.
 constexpr unsigned char kLastOwnCapital = 0xBD;
 
-// What turns the sixteen letters from `first` on into their capitals by an exclusive or, twice:
-// a wide shuffle looks up each of its halves on its own.
+// The exclusive or of each of the sixteen letters from `first` on with its capital, twice: a wide
+// shuffle looks up each of its halves by itself.
 constexpr std::array<char, kWide> changesFrom(unsigned char first) {
   std::array<char, kWide> changes{};
   for (unsigned i = 0; i < kWide; ++i) {
     const auto letter = static_cast<unsigned char>(first + i % 16);
-    changes[i] = static_cast<char>(letter ^ korvel::strings::plainCapitalOf(letter));
+    changes[i] = static_cast<char>(letter ^ plainCapitalOf(letter));
   }
   return changes;
 }
@@ -45,7 +49,7 @@ constexpr std::array<char, kWide> kChanges80After90 = [] {
 
 constexpr bool areOwnCapitals(unsigned first, unsigned last) {
   for (unsigned c = first; c <= last; ++c) {
-    if (korvel::strings::plainCapitalOf(static_cast<unsigned char>(c)) != c) return false;
+    if (plainCapitalOf(static_cast<unsigned char>(c)) != c) return false;
   }
   return true;
 }
@@ -57,10 +61,10 @@ WIDE inline __m256i load(const char *p) {
 
 WIDE inline __m256i filled(unsigned char c) { return _mm256_set1_epi8(static_cast<char>(c)); }
 
-// What turns the letters of 80..9F into their capitals by an exclusive or, 0 for all other bytes.
-// The two rows move to 60..7F, where a shuffle sees the low four bits alone; every other byte comes
-// out at 80 or above, where it gives 0. Moved on by a row, only 80..8F remain below 80: they take
-// back the change of 90..9F and have their own.
+// The exclusive or of the letters 80..9F with their capitals, 0 for all other bytes. The two rows
+// are shifted to 60..7F, where a shuffle sees the low four bits alone; every other byte ends at 80
+// or above, where it gives 0. Shifted by one more row, only 80..8F stay below 80: they cancel the
+// change of 90..9F and take their own.
 WIDE inline __m256i changesOfAccented(__m256i b) {
   const __m256i places = _mm256_adds_epu8(_mm256_xor_si256(b, filled(0x80)), filled(0x60));
   const __m256i placesOf80 = _mm256_adds_epu8(places, filled(0x10));
@@ -68,8 +72,7 @@ WIDE inline __m256i changesOfAccented(__m256i b) {
                           _mm256_shuffle_epi8(load(kChanges80After90.data()), placesOf80));
 }
 
-// Moved up so far that 'z' is the largest signed byte, the small letters are those above where
-// 'a' - 1 comes to stand.
+// As asciiCapitals.
 WIDE inline __m256i changesOfAscii(__m256i b) {
   constexpr unsigned char kUp = 0x7F - 'z';
   const __m256i isSmall = _mm256_cmpgt_epi8(_mm256_add_epi8(b, filled(kUp)), filled('a' - 1 + kUp));
@@ -80,8 +83,8 @@ WIDE inline __m256i capitals(__m256i b) {
   return _mm256_xor_si256(_mm256_xor_si256(b, changesOfAscii(b)), changesOfAccented(b));
 }
 
-// The high bit set where a byte is above kLastOwnCapital: those that have it and lose it, moved up
-// so far that kLastOwnCapital becomes FF.
+// The high bit set where a byte is above kLastOwnCapital: where a byte has it and loses it when
+// kLastOwnCapital is shifted up to FF.
 WIDE inline __m256i leftToTable(__m256i b) {
   return _mm256_andnot_si256(_mm256_add_epi8(b, filled(0xFF - kLastOwnCapital)), b);
 }
@@ -103,21 +106,33 @@ WIDE void capitaliseStretches(char *s, const char *end) {
     if (highBits(leftToTable(_mm256_max_epu8(front, back))) == 0) continue;
     const std::uint64_t marked =
         highBits(leftToTable(front)) | (highBits(leftToTable(back)) << kWide);
-    korvel::strings::capitaliseMarked(s, marked);
+    capitaliseMarked(s, marked);
   }
 }
 
 }  // namespace
 
-std::size_t korvel::strings::capitaliseWide(char *s, std::size_t n) {
+std::size_t capitaliseWide(char *s, std::size_t n) {
   const std::size_t whole = n - n % kStretch;
-  if (whole == 0 || !korvel::strings::thisMachine().avx2) return 0;
+  if (whole == 0 || !thisMachine().avx2) return 0;
   capitaliseStretches(s, s + whole);
   return whole;
 }
+
+}  // namespace korvel::strings
 
 #else
 
 std::size_t korvel::strings::capitaliseWide(char * /*s*/, std::size_t /*n*/) { return 0; }
 
 #endif
+
+void korvel::strings::capitalise(std::span<char> text) {
+  const std::size_t done = capitaliseWide(text.data(), text.size());
+  capitaliseBlocks<Block>(text.data() + done, text.size() - done);
+}
+
+char *strupr(char *s) {
+  if (s != nullptr) korvel::strings::capitalise({s, std::strlen(s)});
+  return s;
+}

@@ -1,13 +1,17 @@
-// For strings/ and its tests only: upper-casing in steps of 32 bytes, on machines that can.
+// For strings/, tables/ and tests: texts in capitals without diacritics.
 #ifndef KORVEL_STRINGS_CAPITALS_H
 #define KORVEL_STRINGS_CAPITALS_H
 
 #include <cstddef>
+#include <span>
 
 namespace korvel::strings {
 
-// Capitalises the first bytes among the n at s, as `capitalise` would. Returns how many: all but
-// the last few of a long text, 0 where the text is short or the machine has no such instructions.
+// In place, all bytes of the span; Mac OS Roman.
+void capitalise(std::span<char> text);
+
+// Capitalises the first of the n bytes at s in steps of 64, on machines with 256-bit instructions.
+// Returns how many: 0 where the text is short or the machine has no such instructions.
 std::size_t capitaliseWide(char *s, std::size_t n);
 
 }  // namespace korvel::strings

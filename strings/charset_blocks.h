@@ -1,7 +1,7 @@
-// For strings/ and its tests only: the walks over a text behind the two character-set conversions
-// and the upper-casing.
-#ifndef KORVEL_STRINGS_CHARSETS_H
-#define KORVEL_STRINGS_CHARSETS_H
+// For strings/ and its tests only: the loops over blocks behind the two character-set conversions
+// and the capitals.
+#ifndef KORVEL_STRINGS_CHARSET_BLOCKS_H
+#define KORVEL_STRINGS_CHARSET_BLOCKS_H
 
 #include <bit>
 #include <cstddef>
@@ -12,8 +12,7 @@
 
 namespace korvel::strings {
 
-// Calls step(place, count) over the n bytes at s: kBlock bytes a step, what remains in the last
-// one.
+// Calls step(place, count) for the n bytes at s, kBlock bytes at a time and the rest at the end.
 template <typename Step>
 void overBlocks(char *s, std::size_t n, Step step) {
   const std::size_t rest = n % kBlock;
@@ -32,10 +31,10 @@ AnyBlock change(char from, char to) {
   return AnyBlock::filled(static_cast<char>(from ^ to));
 }
 
-// From CP1252. Each character takes its change, every other byte none; the e with grave and with
-// acute share one, so do the e with circumflex and the i with diaeresis.
+// From CP1252. Each character takes its change, every other byte none. The e with grave and with
+// acute share one; so do the e with circumflex and the i with diaeresis.
 template <typename AnyBlock>
-void convertToMac(char *s, std::size_t n) {
+void convertBlocksToMac(char *s, std::size_t n) {
   overBlocks(s, n, [](char *place, std::size_t count) {
     const AnyBlock b = AnyBlock::load(place, count);
     const AnyBlock changes =
@@ -50,7 +49,7 @@ void convertToMac(char *s, std::size_t n) {
 
 // To CP1252. Kept: e circumflex and i diaeresis go to the Mac set and are never brought back.
 template <typename AnyBlock>
-void convertFromMac(char *s, std::size_t n) {
+void convertBlocksToWindows(char *s, std::size_t n) {
   overBlocks(s, n, [](char *place, std::size_t count) {
     const AnyBlock b = AnyBlock::load(place, count);
     const AnyBlock changes =
@@ -62,8 +61,8 @@ void convertFromMac(char *s, std::size_t n) {
   });
 }
 
-// The ASCII letters of a block as capitals. Moved up so far that 'z' is the largest signed byte,
-// the small letters are those above where 'a' - 1 comes to stand.
+// The ASCII letters of a block as capitals. 'z' is shifted up to 127, the largest signed byte: one
+// signed comparison then finds 'a' to 'z'.
 template <typename AnyBlock>
 AnyBlock asciiCapitals(AnyBlock b) {
   constexpr char kUp = '\x7F' - 'z';
@@ -72,7 +71,7 @@ AnyBlock asciiCapitals(AnyBlock b) {
   return b ^ (isSmall & AnyBlock::filled('a' ^ 'A'));
 }
 
-// Sends the bytes of s that the bits of `marked` name through the table.
+// Looks up the bytes of s whose bits are set in `marked`.
 inline void capitaliseMarked(char *s, std::uint64_t marked) {
   for (; marked != 0; marked &= marked - 1) {
     char &c = s[std::countr_zero(marked)];
@@ -82,7 +81,7 @@ inline void capitaliseMarked(char *s, std::uint64_t marked) {
 
 inline constexpr std::size_t kStretch = 4 * kBlock;
 
-// Four blocks at once, so that a text without accents is asked for them only once.
+// Four blocks at once: one test tells that none of them has an accent.
 template <typename AnyBlock>
 void capitaliseStretch(char *s) {
   const AnyBlock b0 = AnyBlock::load(s, kBlock);
@@ -99,9 +98,9 @@ void capitaliseStretch(char *s) {
   capitaliseMarked(s, front | (back << (2 * kBlock)));
 }
 
-// ASCII letters are turned by blocks, every other byte goes through the table.
+// ASCII letters are changed by blocks, every other byte is looked up.
 template <typename AnyBlock>
-void capitalise(char *s, std::size_t n) {
+void capitaliseBlocks(char *s, std::size_t n) {
   const std::size_t rest = n % kStretch;
   for (const char *end = s + (n - rest); s != end; s += kStretch) capitaliseStretch<AnyBlock>(s);
   overBlocks(s, rest, [](char *place, std::size_t count) {

@@ -1,27 +1,41 @@
-// The two character-set conversions and the upper-casing, in place.
+// The two character-set conversions. Their loops are in charset_blocks.h, where the tests reach
+// them for each type of block.
 #include "strings/charsets.h"
 
-#include <cstddef>
 #include <cstring>
 
 #include <korvel/strings.h>
 
-#include "strings/capitals.h"
+#include "strings/charset_blocks.h"
 
-using korvel::strings::Block;
+namespace korvel::strings {
+
+void convertToMac(std::span<char> text) { convertBlocksToMac<Block>(text.data(), text.size()); }
+
+void convertToWindows(std::span<char> text) {
+  convertBlocksToWindows<Block>(text.data(), text.size());
+}
+
+std::string toMac(std::string_view text) {
+  std::string converted(text);
+  convertToMac(converted);
+  return converted;
+}
+
+std::string toWindows(std::string_view text) {
+  std::string converted(text);
+  convertToWindows(converted);
+  return converted;
+}
+
+}  // namespace korvel::strings
+
+using namespace korvel::strings;
 
 void w2mstr(char *s) {
-  if (s != nullptr) korvel::strings::convertToMac<Block>(s, std::strlen(s));
+  if (s != nullptr) convertToMac({s, std::strlen(s)});
 }
 
 void m2wstr(char *s) {
-  if (s != nullptr) korvel::strings::convertFromMac<Block>(s, std::strlen(s));
-}
-
-char *strupr(char *s) {
-  if (s == nullptr) return nullptr;
-  const std::size_t length = std::strlen(s);
-  const std::size_t done = korvel::strings::capitaliseWide(s, length);
-  korvel::strings::capitalise<Block>(s + done, length - done);
-  return s;
+  if (s != nullptr) convertToWindows({s, std::strlen(s)});
 }

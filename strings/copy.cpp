@@ -1,76 +1,92 @@
-// Copies of counted byte runs, with and without terminator.
+// Copies of counted runs and of terminated texts that never leave the buffer they fill.
+#include "strings/copy.h"
+
 #include <algorithm>
 #include <cstddef>
 #include <cstring>
 
 #include <korvel/strings.h>
 
+#include "base/views.h"
+
+namespace korvel::strings {
+
 namespace {
 
-bool isCopy(const char *d, int capacity, const char *source, int n) {
-  return d != nullptr && source != nullptr && capacity > 0 && n >= 0;
+// There is room to write and something that can be read, if only no bytes at all.
+bool isCopy(std::span<char> d, std::string_view source) {
+  return !d.empty() && source.data() != nullptr;
 }
 
-// Copies what fits, right even where both overlap. Returns 1 when all n bytes fit.
-int copyBytes(char *d, int capacity, const char *source, int n) {
-  if (!isCopy(d, capacity, source, n)) return 0;
-  std::memmove(d, source, static_cast<std::size_t>(std::min(n, capacity)));
-  return n <= capacity ? 1 : 0;
-}
+// Length of the text in d, d.size() when nothing within it ends the text.
+std::size_t textLength(std::span<char> d) { return d.empty() ? 0 : strnlen(d.data(), d.size()); }
 
-// Copies what fits in front of a terminator; 1 <= room. Returns 1 when all n bytes fit.
-int copyTerminated(char *d, int room, const char *source, int n) {
-  const int copied = std::min(n, room - 1);
-  std::memmove(d, source, static_cast<std::size_t>(copied));
-  d[copied] = '\0';
-  return copied == n ? 1 : 0;
-}
-
-// Length of the text in d, capacity when nothing within it ends the text.
-int boundedLength(const char *d, int capacity) {
-  return static_cast<int>(strnlen(d, static_cast<std::size_t>(capacity)));
+void zerosForBlanks(std::span<char> run) {
+  for (char &c : run) c = c == ' ' ? '0' : c;
 }
 
 }  // namespace
 
+bool copyBytes(std::span<char> d, std::string_view source) {
+  if (!isCopy(d, source)) return false;
+  std::memmove(d.data(), source.data(), std::min(source.size(), d.size()));
+  return source.size() <= d.size();
+}
+
+bool copyTerminated(std::span<char> d, std::string_view source) {
+  if (!isCopy(d, source)) return false;
+  const std::size_t copied = std::min(source.size(), d.size() - 1);
+  std::memmove(d.data(), source.data(), copied);
+  d[copied] = '\0';
+  return copied == source.size();
+}
+
+bool appendTerminated(std::span<char> d, std::string_view source) {
+  if (!isCopy(d, source)) return false;
+  const std::size_t used = textLength(d);
+  if (used < d.size()) return copyTerminated(d.subspan(used), source);
+  d.back() = '\0';
+  return false;
+}
+
+bool copyWhole(std::span<char> d, std::string_view source) {
+  return source.size() < d.size() && copyTerminated(d, source);
+}
+
+bool appendWhole(std::span<char> d, std::string_view source) {
+  return copyWhole(d.subspan(textLength(d)), source);
+}
+
+}  // namespace korvel::strings
+
+using namespace korvel::base;
+using namespace korvel::strings;
+
 int szcnum(char *p, int n) {
-  if (p == nullptr) return 1;
-  for (int i = 0; i < n; ++i) p[i] = p[i] == ' ' ? '0' : p[i];
+  zerosForBlanks(roomOf(p, n));
   return 1;
 }
 
 int szcopy(char *d, int capacity, const char *source, int n) {
-  return copyBytes(d, capacity, source, n);
+  return copyBytes(roomOf(d, capacity), bytesOf(source, n)) ? 1 : 0;
 }
 
 int szcopy_overlap(char *d, int capacity, const char *source, int n) {
-  return copyBytes(d, capacity, source, n);
+  return copyBytes(roomOf(d, capacity), bytesOf(source, n)) ? 1 : 0;
 }
 
 int szcopy_0t(char *d, int capacity, const char *source, int n) {
-  return isCopy(d, capacity, source, n) ? copyTerminated(d, capacity, source, n) : 0;
+  return copyTerminated(roomOf(d, capacity), bytesOf(source, n)) ? 1 : 0;
 }
 
 int szconcat_0t(char *d, int capacity, const char *source, int n) {
-  if (!isCopy(d, capacity, source, n)) return 0;
-  const int length = boundedLength(d, capacity);
-  if (length == capacity) {
-    d[capacity - 1] = '\0';
-    return 0;
-  }
-  return copyTerminated(d + length, capacity - length, source, n);
+  return appendTerminated(roomOf(d, capacity), bytesOf(source, n)) ? 1 : 0;
 }
 
 void secure_lstrcpy(char *d, int capacity, const char *source) {
-  if (!isCopy(d, capacity, source, 0)) return;
-  const std::size_t length = std::strlen(source);
-  if (length < static_cast<std::size_t>(capacity)) std::memmove(d, source, length + 1);
+  if (source != nullptr) copyWhole(roomOf(d, capacity), source);
 }
 
 void secure_lstrcat(char *d, int capacity, const char *source) {
-  if (!isCopy(d, capacity, source, 0)) return;
-  const int used = boundedLength(d, capacity);
-  const std::size_t length = std::strlen(source);
-  const auto room = static_cast<std::size_t>(capacity - used);
-  if (length < room) std::memmove(d + used, source, length + 1);
+  if (source != nullptr) appendWhole(roomOf(d, capacity), source);
 }

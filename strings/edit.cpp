@@ -1,9 +1,12 @@
-// Insertion and deletion in place.
+// Insertion and deletion in terminated texts, in place.
 #include <algorithm>
 #include <cstddef>
 #include <cstring>
+#include <string_view>
 
 #include <korvel/strings.h>
+
+namespace korvel::strings {
 
 namespace {
 
@@ -15,40 +18,40 @@ std::size_t insertionPoint(int p, std::size_t length) {
 // The place of a deletion is always a character of the text, which is not empty.
 std::size_t deletionPoint(int p, std::size_t length) { return insertionPoint(p, length - 1); }
 
-bool fits(std::size_t length, int capacity) {
-  return capacity > 0 && length < static_cast<std::size_t>(capacity);
+void deleteBytes(char *s, std::size_t n, int p) {
+  const std::size_t length = std::strlen(s);
+  // Kept: more than the whole length is refused even where cutting it would make it harmless.
+  if (n > length) return;
+  const std::size_t place = deletionPoint(p, length);
+  const std::size_t count = std::min(n, length - place);
+  std::memmove(s + place, s + place + count, length + 1 - place - count);
 }
 
-int insertBytes(char *d, int size, const char *bytes, std::size_t count, int p) {
+int insertBytes(char *d, int size, std::string_view bytes, int p) {
   const std::size_t length = std::strlen(d);
-  if (!fits(length + count, size)) return 0;
+  if (length + bytes.size() >= static_cast<std::size_t>(size)) return 0;
   char *place = d + insertionPoint(p, length);
   const std::size_t tail = static_cast<std::size_t>(d + length + 1 - place);
-  std::memmove(place + count, place, tail);
-  std::memmove(place, bytes, count);
-  return static_cast<int>(count);
+  std::memmove(place + bytes.size(), place, tail);
+  std::memmove(place, bytes.data(), bytes.size());
+  return static_cast<int>(bytes.size());
 }
 
 }  // namespace
 
+}  // namespace korvel::strings
+
+using namespace korvel::strings;
+
 void chdelch(char *s, int n, int p) {
-  if (s == nullptr || n < 1) return;
-  const std::size_t length = std::strlen(s);
-  const auto wanted = static_cast<std::size_t>(n);
-  // Kept: more than the whole length is refused even where cutting it would make it harmless.
-  if (wanted > length) return;
-  const std::size_t place = deletionPoint(p, length);
-  const std::size_t count = std::min(wanted, length - place);
-  std::memmove(s + place, s + place + count, length + 1 - place - count);
+  if (s != nullptr && n > 0) deleteBytes(s, static_cast<std::size_t>(n), p);
 }
 
 int chinsch(char *d, int size, const char *s, int p) {
-  if (d == nullptr || s == nullptr || size <= 0) return 0;
-  return insertBytes(d, size, s, std::strlen(s), p);
+  return d == nullptr || s == nullptr || size <= 0 ? 0 : insertBytes(d, size, s, p);
 }
 
 int chinsch_c(char *d, int size, int c, int p) {
-  if (d == nullptr || size <= 0) return 0;
   const char byte = static_cast<char>(c);
-  return insertBytes(d, size, &byte, 1, p);
+  return d == nullptr || size <= 0 ? 0 : insertBytes(d, size, {&byte, 1}, p);
 }

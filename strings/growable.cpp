@@ -1,3 +1,4 @@
+// Appends to a heap buffer of the application that grows as needed.
 #include "strings/growable.h"
 
 #include <climits>
@@ -7,9 +8,9 @@
 
 #include <korvel/strings.h>
 
-namespace {
+namespace korvel::strings {
 
-using korvel::strings::Allocate;
+namespace {
 
 constexpr int kNoSize = -1;
 
@@ -24,7 +25,7 @@ void copyBytes(char *d, const char *source, int n) {
   if (n > 0) std::memmove(d, source, static_cast<std::size_t>(n));
 }
 
-// The old block goes last: source may stand in it.
+// The old block is released last: source may be part of it.
 int replaceBuffer(char **buf, int *capacity, int used, const char *source, int n,
                   Allocate allocate) {
   const int size = grownCapacity(*capacity, used, n);
@@ -43,16 +44,18 @@ int replaceBuffer(char **buf, int *capacity, int used, const char *source, int n
 
 }  // namespace
 
-int korvel::strings::appendGrowing(char **buf, int *capacity, int used, const char *source, int n,
-                                   Allocate allocate) {
+int appendGrowing(char **buf, int *capacity, int used, const char *source, int n,
+                  Allocate allocate) {
   if (buf == nullptr || capacity == nullptr || source == nullptr || used < 0 || n < 0) return 0;
   // A null buffer holds nothing, whatever its capacity says (as after a failed allocation).
-  const int held = *buf == nullptr ? 0 : *capacity;
-  if (used > held) return 0;
-  if (held - used < n) return replaceBuffer(buf, capacity, used, source, n, allocate);
+  const int available = *buf == nullptr ? 0 : *capacity;
+  if (used > available) return 0;
+  if (available - used < n) return replaceBuffer(buf, capacity, used, source, n, allocate);
   if (n > 0) copyBytes(*buf + used, source, n);
   return 1;
 }
+
+}  // namespace korvel::strings
 
 int szcopyex(char **buf, int *capacity, int used, const char *source, int n) {
   return korvel::strings::appendGrowing(buf, capacity, used, source, n, std::malloc);

@@ -1,14 +1,18 @@
 // Separated lists: one text whose items stand between '+', ',' and '-'.
 #include <algorithm>
 #include <cstddef>
-#include <cstring>
 #include <string_view>
 
 #include <korvel/strings.h>
 
+#include "base/views.h"
+#include "strings/copy.h"
+
+namespace korvel::strings {
+
 namespace {
 
-// What Get_item_liste gives out; large enough for every item an application lists.
+// The buffer that Get_item_liste returns; large enough for every item that an application lists.
 constexpr std::size_t kItemCapacity = 64;
 char currentItem[kItemCapacity];
 
@@ -33,45 +37,50 @@ class Items {
   std::string_view rest_;
 };
 
-int holdsItem(std::string_view list, std::string_view wanted) {
+int countItems(std::string_view list) {
+  return static_cast<int>(std::count_if(list.begin(), list.end(), isSeparator)) + 1;
+}
+
+bool holdsItem(std::string_view list, std::string_view wanted) {
   Items items(list);
   std::string_view item;
   for (bool more = true; more;) {
     more = items.next(item);
-    if (item == wanted) return 1;
+    if (item == wanted) return true;
   }
-  return 0;
+  return false;
 }
 
-}  // namespace
-
-int Teste_liste(const char *list) {
-  if (list == nullptr) return 0;
-  const std::string_view text(list);
-  return static_cast<int>(std::count_if(text.begin(), text.end(), isSeparator)) + 1;
-}
-
-int Teste_item_liste(const char *list, const char *item, int n) {
-  if (list == nullptr || item == nullptr || n < 0) return 0;
-  return holdsItem(list, {item, static_cast<std::size_t>(n)});
-}
-
-int Teste_item_szliste(const char *list, int listLength, const char *item, int n) {
-  if (list == nullptr || item == nullptr || listLength < 0 || n < 0) return 0;
-  return holdsItem({list, static_cast<std::size_t>(listLength)},
-                   {item, static_cast<std::size_t>(n)});
-}
-
-char *Get_item_liste(const char *list, int index) {
-  if (list == nullptr || index < 0) return nullptr;
+// The list may be in the buffer itself, as the result of the call before.
+char *copyItem(std::string_view list, int index) {
   Items items(list);
   std::string_view item;
   bool more = items.next(item);
   for (; more && index > 0; --index) more = items.next(item);
   if (index > 0) return nullptr;
-  // The list may stand in the buffer itself, given out by the call before.
-  const std::size_t length = std::min(item.size(), kItemCapacity - 1);
-  std::memmove(currentItem, item.data(), length);
-  currentItem[length] = '\0';
+  copyTerminated(currentItem, item);
   return currentItem;
+}
+
+}  // namespace
+
+}  // namespace korvel::strings
+
+using namespace korvel::base;
+using namespace korvel::strings;
+
+int Teste_liste(const char *list) { return list == nullptr ? 0 : countItems(list); }
+
+int Teste_item_liste(const char *list, const char *item, int n) {
+  if (list == nullptr || item == nullptr || n < 0) return 0;
+  return holdsItem(list, bytesOf(item, n)) ? 1 : 0;
+}
+
+int Teste_item_szliste(const char *list, int listLength, const char *item, int n) {
+  if (list == nullptr || item == nullptr || listLength < 0 || n < 0) return 0;
+  return holdsItem(bytesOf(list, listLength), bytesOf(item, n)) ? 1 : 0;
+}
+
+char *Get_item_liste(const char *list, int index) {
+  return list == nullptr || index < 0 ? nullptr : copyItem(list, index);
 }

@@ -1,16 +1,18 @@
-// Lists of strings: items one behind the other, each ended by a NUL, a second NUL at the end.
-//
-// Nothing behind the first NUL of an empty list or behind the second NUL of another is read: a list
-// may fill its buffer to the last byte.
+// Lists of strings: walks, and edits in place.
+#include "strings/string_list.h"
+
 #include <algorithm>
 #include <cstddef>
 #include <cstring>
 
 #include <korvel/strings.h>
 
-namespace {
+#include "base/views.h"
+#include "strings/bytes.h"
 
-constexpr char kBindingSeparator = '+';
+namespace korvel::strings {
+
+namespace {
 
 bool isEmpty(const char *item) { return item[0] == '\0'; }
 
@@ -29,24 +31,18 @@ std::size_t bytesToListEnd(const char *item) {
   return static_cast<std::size_t>(at + 1 - item);
 }
 
-void bind(char *list, char separator) {
-  if (list == nullptr || isEmpty(list)) return;
-  char *end = endOf(list);
-  while (!isLast(end)) {
-    *end = separator;
-    end = endOf(end + 1);
-  }
+int countItems(const char *list) {
+  // Kept: an empty list counts as one item.
+  int count = 1;
+  for (const char *item = list; !isLastItem(item); item = nextItem(item)) ++count;
+  return count;
 }
-
-// What an int character argument equals when it equals a byte of text at all.
-bool isTextByte(int c) { return c >= -128 && c <= 127 && c != 0; }
 
 }  // namespace
 
-void ChCh_Put_00(char *buffer, int capacity) {
-  if (buffer == nullptr || capacity < 1) return;
-  const auto room = static_cast<std::size_t>(capacity);
-  const std::size_t length = strnlen(buffer, room);
+void endList(std::span<char> buffer) {
+  const std::size_t room = buffer.size();
+  const std::size_t length = strnlen(buffer.data(), room);
   if (length + 1 < room) {
     buffer[length + 1] = '\0';
     return;
@@ -55,41 +51,66 @@ void ChCh_Put_00(char *buffer, int capacity) {
   if (room > 1) buffer[room - 2] = '\0';
 }
 
-int ChCh_Is_00(const char *item) {
-  if (item == nullptr) return 1;
-  return isEmpty(item) || isLast(endOf(item)) ? 1 : 0;
+bool isLastItem(const char *item) { return isEmpty(item) || isLast(endOf(item)); }
+
+const char *nextItem(const char *item) {
+  if (isEmpty(item)) return item;
+  const char *end = endOf(item);
+  return isLast(end) ? item : end + 1;
 }
 
-char *ChCh_Get_Next_Item(const char *item) {
-  char *same = const_cast<char *>(item);
-  return ChCh_Is_00(item) == 1 ? same : endOf(same) + 1;
-}
-
-int ChCh_Count_Item(const char *list) {
-  // Kept: an empty list counts as one item.
-  int count = 1;
-  for (const char *item = list; ChCh_Is_00(item) == 0; item = endOf(item) + 1) ++count;
-  return count;
-}
-
-void ChCh_Cut(char *s) {
-  if (s == nullptr) return;
+void cutItems(char *s) {
   // Kept: '-' separates the items of a separated list but is not cut at.
   std::replace_if(
       s, endOf(s), [](char c) { return c == '+' || c == ','; }, '\0');
 }
 
-void ChCh_Cut_sep(char *s, int separator) {
-  if (s == nullptr || !isTextByte(separator)) return;
-  std::replace(s, endOf(s), static_cast<char>(separator), '\0');
+void cutItemsAt(char *s, char separator) { std::replace(s, endOf(s), separator, '\0'); }
+
+void bindItems(char *list, char separator) {
+  if (isEmpty(list)) return;
+  for (char *end = endOf(list); !isLast(end); end = endOf(end + 1)) *end = separator;
 }
 
-void ChCh_Bind(char *list) { bind(list, kBindingSeparator); }
-
-void ChCh_Bind_sep(char *list, int separator) { bind(list, static_cast<char>(separator)); }
-
-void ChCh_Delete_Item(char *item) {
-  if (item == nullptr || isEmpty(item)) return;
+void deleteItem(char *item) {
+  if (isEmpty(item)) return;
   const char *rest = endOf(item) + 1;
   std::memmove(item, rest, bytesToListEnd(rest));
+}
+
+}  // namespace korvel::strings
+
+using namespace korvel::base;
+using namespace korvel::strings;
+
+void ChCh_Put_00(char *buffer, int capacity) {
+  if (buffer != nullptr && capacity > 0) endList(roomOf(buffer, capacity));
+}
+
+int ChCh_Is_00(const char *item) { return item == nullptr || isLastItem(item) ? 1 : 0; }
+
+char *ChCh_Get_Next_Item(const char *item) {
+  return const_cast<char *>(item == nullptr ? nullptr : nextItem(item));
+}
+
+int ChCh_Count_Item(const char *list) { return countItems(list != nullptr ? list : ""); }
+
+void ChCh_Cut(char *s) {
+  if (s != nullptr) cutItems(s);
+}
+
+void ChCh_Cut_sep(char *s, int separator) {
+  if (s != nullptr && isTextByte(separator)) cutItemsAt(s, static_cast<char>(separator));
+}
+
+void ChCh_Bind(char *list) {
+  if (list != nullptr) bindItems(list, '+');
+}
+
+void ChCh_Bind_sep(char *list, int separator) {
+  if (list != nullptr) bindItems(list, static_cast<char>(separator));
+}
+
+void ChCh_Delete_Item(char *item) {
+  if (item != nullptr) deleteItem(item);
 }

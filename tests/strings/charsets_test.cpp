@@ -10,6 +10,7 @@
 #include <korvel/strings.h>
 
 #include "strings/capitals.h"
+#include "strings/charset_blocks.h"
 #include "tests/strings/guarded_pages.h"
 #include "tests/strings/random_text.h"
 
@@ -290,13 +291,13 @@ TYPED_TEST(CharsetsByBlocks, AgreeWithTheModelsAtEveryLength) {
       const std::string text = random.anyText(length);
       const auto n = static_cast<std::size_t>(length);
       char *s = pages.runAtEnd(text);
-      korvel::strings::convertToMac<TypeParam>(s, n);
+      korvel::strings::convertBlocksToMac<TypeParam>(s, n);
       ASSERT_EQ(std::string(s, n), modelled(text, modelToMac));
       s = pages.runAtEnd(text);
-      korvel::strings::convertFromMac<TypeParam>(s, n);
+      korvel::strings::convertBlocksToWindows<TypeParam>(s, n);
       ASSERT_EQ(std::string(s, n), modelled(text, modelFromMac));
       s = pages.runAtEnd(text);
-      korvel::strings::capitalise<TypeParam>(s, n);
+      korvel::strings::capitaliseBlocks<TypeParam>(s, n);
       ASSERT_EQ(std::string(s, n), modelUpper(text));
     }
   }
