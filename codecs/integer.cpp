@@ -1,4 +1,4 @@
-// Integers to text and back.
+// Integers to text and back. Short texts are read and written without a branch on their content.
 #include "codecs/integer.h"
 
 #include <climits>
@@ -7,10 +7,10 @@
 #include <cstring>
 
 #include <korvel/codecs.h>
-#include <korvel/strings.h>
 
 #include "codecs/digits.h"
 #include "codecs/status.h"
+#include "strings/trim.h"
 
 namespace korvel::codecs {
 
@@ -21,7 +21,8 @@ constexpr std::size_t kShortText = 12;
 
 __extension__ using Word128 = unsigned __int128;
 
-// Both ways by arithmetic instead of a branch: a sign is foretold no better than by tossing a coin.
+// Branch-free both ways: signs are random in real data, and a branch would be mispredicted half the
+// time.
 int signedValue(std::uint32_t magnitude, bool negative) {
   const std::uint32_t flip = 0U - static_cast<std::uint32_t>(negative);
   return static_cast<int>((magnitude ^ flip) - flip);
@@ -32,8 +33,8 @@ std::uint32_t absolute(int value) {
   return (static_cast<std::uint32_t>(value) ^ flip) - flip;
 }
 
-// The two bytes at `at`, or the first two when the text ends before: a text of at least one
-// character has two with its terminator, and what is behind its end is shifted out later.
+// The two bytes at `at`, or the first two where the text ends before: one character and the
+// terminator are two bytes. What is behind the end of the text is shifted out later.
 std::uint64_t twoBytes(const char *text, std::size_t length, std::size_t at) {
   const std::size_t inside = std::size_t{0} - static_cast<std::size_t>(at < length);
   std::uint16_t bytes = 0;
@@ -48,8 +49,8 @@ struct ShortNumber {
   std::uint64_t tail;
 };
 
-// The length decides nothing but offsets and a shift count: it changes from one field to the next,
-// and a branch on it would be foretold wrong too often.
+// Only offsets and a shift depend on the length: it varies from field to field, so a branch on it
+// would often be mispredicted.
 ShortNumber shortNumber(const char *text, std::size_t length, bool hasSign) {
   std::uint64_t first = twoBytes(text, length, 0) | twoBytes(text, length, 2) << 16U |
                         twoBytes(text, length, 4) << 32U | twoBytes(text, length, 6) << 48U;
@@ -82,8 +83,7 @@ bool readShort(const char *text, std::uint32_t limit, int *value) {
 // Reads any text. The magnitude is summed in whole numbers: from kMaxDigits + 1 significant digits
 // on it is above every limit, whatever the rest.
 int readAny(char *text, std::uint32_t limit, int *value) {
-  chelibl_f(text);
-  chelibl_d(text);
+  strings::trimBlanks(text);
   if (text[0] == '\0') return kEmpty;
   const char *digits = skipSign(text);
   if (*digits == '\0') return kSignAlone;
@@ -109,8 +109,8 @@ char *writeSigned(int value, char *out) {
   return magnitude == kNoMagnitude ? out : writeDigits(magnitude, out);
 }
 
-// What digits inserted one by one in front leave in a buffer that does not hold them all: the
-// lowest ones.
+// Leaves the lowest digits in a buffer that does not hold them all, as if they were inserted one by
+// one in front.
 void keepLowest(const char *text, int length, char *buffer, int capacity) {
   const int room = capacity - 1;
   std::memcpy(buffer, text + length - room, static_cast<std::size_t>(room));
@@ -139,6 +139,12 @@ int readInteger(char *text, std::uint32_t limit, int *value) {
   return readAny(text, limit, value);
 }
 
+int readIntegerFrom(int bound, char *text, std::uint32_t limit, int *value) {
+  const int status = readInteger(text, limit, value);
+  if (status != kRead) return status;
+  return *value < bound ? kBelowBound : kAccepted;
+}
+
 int writeInteger(int value, char *buffer, int capacity, int safeSize) {
   if (capacity < kIntegerSize) {
     const int status = writeCut(value, buffer, capacity);
@@ -150,19 +156,7 @@ int writeInteger(int value, char *buffer, int capacity, int safeSize) {
 
 }  // namespace korvel::codecs
 
-namespace {
-
 using namespace korvel::codecs;
-
-// The widest text of 16 bits, "-32768", with its terminator.
-constexpr int kSafeSize16 = 7;
-
-int acceptFrom(int bound, int status, const int *value) {
-  if (status != kRead) return status;
-  return *value < bound ? kBelowBound : kAccepted;
-}
-
-}  // namespace
 
 int intcod_i(char *text, int *value) {
   if (text == nullptr || value == nullptr) return kEmpty;
@@ -175,17 +169,24 @@ int intcod_l(char *text, int *value) {
 }
 
 int intdco_i(int value, char *buffer, int capacity) {
-  if (buffer == nullptr) return kDoesNotFit;
-  return writeInteger(value, buffer, capacity, kSafeSize16);
+  return buffer == nullptr ? kDoesNotFit : writeInteger(value, buffer, capacity, kShortSize);
 }
 
 int intdco_l(int value, char *buffer, int capacity) {
-  if (buffer == nullptr) return kDoesNotFit;
-  return writeInteger(value, buffer, capacity, kIntegerSize);
+  return buffer == nullptr ? kDoesNotFit : writeInteger(value, buffer, capacity);
 }
 
-int intcod_i_sup0(char *text, int *value) { return acceptFrom(0, intcod_i(text, value), value); }
+int intcod_i_sup0(char *text, int *value) {
+  if (text == nullptr || value == nullptr) return kEmpty;
+  return readIntegerFrom(0, text, kLimit16, value);
+}
 
-int intcod_i_ssup0(char *text, int *value) { return acceptFrom(1, intcod_i(text, value), value); }
+int intcod_i_ssup0(char *text, int *value) {
+  if (text == nullptr || value == nullptr) return kEmpty;
+  return readIntegerFrom(1, text, kLimit16, value);
+}
 
-int intcod_l_sup0(char *text, int *value) { return acceptFrom(0, intcod_l(text, value), value); }
+int intcod_l_sup0(char *text, int *value) {
+  if (text == nullptr || value == nullptr) return kEmpty;
+  return readIntegerFrom(0, text, kLimit32, value);
+}

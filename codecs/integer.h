@@ -1,4 +1,4 @@
-// For codecs/ only: the integer codec behind the exported functions.
+// For codecs/, dialogs/ and profile/: the codec of integers behind the exported functions.
 #ifndef KORVEL_CODECS_INTEGER_H
 #define KORVEL_CODECS_INTEGER_H
 
@@ -9,15 +9,19 @@ namespace korvel::codecs {
 inline constexpr std::uint32_t kLimit16 = 32767;
 inline constexpr std::uint32_t kLimit32 = 2147483647;
 
-// Room for every 32-bit integer and its terminator.
+// Room for every integer of 16 bits, or of 32 bits, and its terminator.
+inline constexpr int kShortSize = 7;
 inline constexpr int kIntegerSize = 12;
 
-// Trims the text in place and reads a magnitude of 0 to `limit`; the codes are those of intcod_l.
+// Trims the text in place and reads a magnitude of 0 to `limit`. The codes are those of intcod_l.
 int readInteger(char *text, std::uint32_t limit, int *value);
 
-// Writes the value; the codes are those of intdco_l with `safeSize`, at most kIntegerSize, as the
-// capacity from which a fitting text is not kBelowSafeSize.
-int writeInteger(int value, char *buffer, int capacity, int safeSize);
+// As readInteger, and 1 for a value below `bound`, which is stored all the same.
+int readIntegerFrom(int bound, char *text, std::uint32_t limit, int *value);
+
+// Writes the value. The codes are those of intdco_l; 1 is for a capacity below `safeSize`, which is
+// at most kIntegerSize.
+int writeInteger(int value, char *buffer, int capacity, int safeSize = kIntegerSize);
 
 }  // namespace korvel::codecs
 

@@ -10,11 +10,12 @@
 #include <cstring>
 
 #include <korvel/codecs.h>
-#include <korvel/strings.h>
 
 #include "codecs/digits.h"
 #include "codecs/integer.h"
+#include "codecs/real.h"
 #include "codecs/status.h"
+#include "strings/trim.h"
 
 namespace korvel::codecs {
 
@@ -133,8 +134,7 @@ Parts partsOf(char *text) {
 }
 
 int readAny(char *text, double *value) {
-  chelibl_f(text);
-  chelibl_d(text);
+  strings::trimBlanks(text);
   if (text[0] == '\0') return kEmpty;
   const bool negative = text[0] == '-';
   char *const number = text + (skipSign(text) - text);
@@ -155,37 +155,44 @@ int readAny(char *text, double *value) {
   return kRead;
 }
 
-int readReal(char *text, double *value) {
-  return readPlain(text, value) ? kRead : readAny(text, value);
+int readSingle(char *text, float *value) {
+  double read = 0.0;
+  const int status = readReal(text, &read);
+  if (status == kRead) *value = static_cast<float>(read);
+  return status;
+}
+
+template <typename IsAccepted>
+int readAccepted(char *text, double *value, IsAccepted isAccepted) {
+  const int status = readReal(text, value);
+  if (status != kRead) return status;
+  return isAccepted(*value) ? kAccepted : kBelowBound;
 }
 
 }  // namespace
+
+int readReal(char *text, double *value) {
+  return readPlain(text, value) ? kRead : readAny(text, value);
+}
 
 }  // namespace korvel::codecs
 
 using namespace korvel::codecs;
 
 int realcod_d(char *text, double *value) {
-  if (text == nullptr || value == nullptr) return kEmpty;
-  return readReal(text, value);
+  return text == nullptr || value == nullptr ? kEmpty : readReal(text, value);
 }
 
 int realcod_f(char *text, float *value) {
-  if (text == nullptr || value == nullptr) return kEmpty;
-  double whole = 0.0;
-  const int status = readReal(text, &whole);
-  if (status == kRead) *value = static_cast<float>(whole);
-  return status;
+  return text == nullptr || value == nullptr ? kEmpty : readSingle(text, value);
 }
 
 int realcod_d_sup0(char *text, double *value) {
-  const int status = realcod_d(text, value);
-  if (status != kRead) return status;
-  return *value < 0.0 ? kBelowBound : kAccepted;
+  if (text == nullptr || value == nullptr) return kEmpty;
+  return readAccepted(text, value, [](double read) { return read >= 0.0; });
 }
 
 int realcod_d_ssup0(char *text, double *value) {
-  const int status = realcod_d(text, value);
-  if (status != kRead) return status;
-  return *value <= 0.0 ? kBelowBound : kAccepted;
+  if (text == nullptr || value == nullptr) return kEmpty;
+  return readAccepted(text, value, [](double read) { return read > 0.0; });
 }

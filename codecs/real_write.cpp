@@ -4,6 +4,7 @@
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
+#include <cstdio>
 #include <cstring>
 
 #include <korvel/codecs.h>
@@ -11,6 +12,7 @@
 #include "codecs/digits.h"
 #include "codecs/integer.h"
 #include "codecs/powers.h"
+#include "codecs/real.h"
 #include "codecs/split.h"
 #include "codecs/status.h"
 
@@ -144,58 +146,17 @@ bool writePlain(double x, char *buffer, int capacity, int decimals) {
   return true;
 }
 
-// All decimal digits of a whole number, however large, the lowest first.
-class WholeDigits {
- public:
-  // Truncates `number`, which is not negative. Infinity and NaN have no digits.
-  explicit WholeDigits(double number) {
-    if (!std::isfinite(number) || number < 1.0) return;
-    int exponent = 0;
-    const double mantissa = std::frexp(std::trunc(number), &exponent);
-    const int bits = std::min(exponent, kDoubleBits);
-    add(static_cast<std::uint64_t>(std::ldexp(mantissa, bits)));
-    for (int left = exponent - bits; left > 0; left -= kShift) shift(std::min(left, kShift));
-  }
-
-  // The digit at place `i` from 0 on; 0 past the last one.
-  char digit(int i) const {
-    const auto limb = static_cast<std::size_t>(i / kLimbDigits);
-    if (limb >= limbs_.size()) return '0';
-    return static_cast<char>('0' + limbs_[limb] / kTens[i % kLimbDigits] % 10);
-  }
-
- private:
-  static constexpr int kDoubleBits = 53;
-  static constexpr int kLimbDigits = 9;
-  static constexpr std::uint32_t kLimb = 1000000000;
-  static constexpr int kShift = 29;  // kLimb shifted by it still fits 64 bits with a carry
-
-  void add(std::uint64_t number) {
-    for (auto &limb : limbs_) {
-      limb = static_cast<std::uint32_t>(number % kLimb);
-      number /= kLimb;
-    }
-  }
-  void shift(int bits) {
-    std::uint64_t carry = 0;
-    for (auto &limb : limbs_) {
-      carry += std::uint64_t{limb} << static_cast<unsigned>(bits);
-      limb = static_cast<std::uint32_t>(carry % kLimb);
-      carry /= kLimb;
-    }
-  }
-
-  std::array<std::uint32_t, 35> limbs_{};  // 315 digits: the largest double has 309
-};
-
 // The decimals are the lowest digits of fraction x scale, truncated; where they do not all fit, the
 // lowest stay. Past the largest power of ten nothing is left of the fraction but zeros.
 bool appendDecimals(BoundedText &text, double fraction, int decimals) {
   const int places = std::min(decimals, kMaxPower);
   const int zeros = decimals - places;
-  const WholeDigits digits(fraction * tenTo(places));
+  const double whole = std::trunc(fraction * tenTo(places));
+  char digits[kMaxPower + 2];
+  const int count =
+      std::snprintf(digits, sizeof digits, "%0*.0f", places, std::isfinite(whole) ? whole : 0.0);
   const int kept = std::min(decimals, text.room());
-  for (int i = kept - 1; i >= 0; --i) text.append(i < zeros ? '0' : digits.digit(i - zeros));
+  for (int i = kept; i > 0; --i) text.append(i > zeros ? digits[count + zeros - i] : '0');
   return kept == decimals;
 }
 
@@ -275,17 +236,20 @@ int writeSignificant(double x, char *buffer, int capacity, int extraDigits) {
 
 }  // namespace
 
+int writeReal(double value, char *buffer, int capacity, int decimals) {
+  return writePlain(value, buffer, capacity, decimals)
+             ? status(capacity)
+             : writeFixed(value, buffer, capacity, decimals);
+}
+
 }  // namespace korvel::codecs
 
 using namespace korvel::codecs;
 
 int realdco_d(double value, char *buffer, int capacity, int decimals) {
-  if (buffer == nullptr) return kDoesNotFit;
-  if (writePlain(value, buffer, capacity, decimals)) return status(capacity);
-  return writeFixed(value, buffer, capacity, decimals);
+  return buffer == nullptr ? kDoesNotFit : writeReal(value, buffer, capacity, decimals);
 }
 
 int realdco_sd(double value, char *buffer, int capacity, int digits) {
-  if (buffer == nullptr) return kDoesNotFit;
-  return writeSignificant(value, buffer, capacity, digits);
+  return buffer == nullptr ? kDoesNotFit : writeSignificant(value, buffer, capacity, digits);
 }

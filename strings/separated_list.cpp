@@ -1,4 +1,6 @@
-// Separated lists: one text whose items stand between '+', ',' and '-'.
+// Separated lists: items counted, looked for and copied out.
+#include "strings/separated_list.h"
+
 #include <algorithm>
 #include <cstddef>
 #include <string_view>
@@ -15,27 +17,6 @@ namespace {
 // The buffer that Get_item_liste returns; large enough for every item that an application lists.
 constexpr std::size_t kItemCapacity = 64;
 char currentItem[kItemCapacity];
-
-bool isSeparator(char c) { return c == '+' || c == ',' || c == '-'; }
-
-// Walks over the items of a list; there is always at least one.
-class Items {
- public:
-  explicit Items(std::string_view list) : rest_(list) {}
-
-  // Cuts the next item off. True when it is not the last.
-  bool next(std::string_view &item) {
-    const auto end = std::find_if(rest_.begin(), rest_.end(), isSeparator);
-    const auto length = static_cast<std::size_t>(end - rest_.begin());
-    item = rest_.substr(0, length);
-    if (length == rest_.size()) return false;
-    rest_.remove_prefix(length + 1);
-    return true;
-  }
-
- private:
-  std::string_view rest_;
-};
 
 int countItems(std::string_view list) {
   return static_cast<int>(std::count_if(list.begin(), list.end(), isSeparator)) + 1;

@@ -1,0 +1,15 @@
+// For codecs/ and dialogs/: the codec of reals behind the exported functions.
+#ifndef KORVEL_CODECS_REAL_H
+#define KORVEL_CODECS_REAL_H
+
+namespace korvel::codecs {
+
+// Trims the text in place and reads it. The codes are those of realcod_d.
+int readReal(char *text, double *value);
+
+// Writes the value. The codes are those of realdco_d.
+int writeReal(double value, char *buffer, int capacity, int decimals);
+
+}  // namespace korvel::codecs
+
+#endif
