@@ -1,4 +1,4 @@
-// For codecs/ only: the status codes of the conversions, as the public header tells them.
+// For codecs/, dates/ and dialogs/: the status codes of the conversions, as in the public header.
 #ifndef KORVEL_CODECS_STATUS_H
 #define KORVEL_CODECS_STATUS_H
 

@@ -1,13 +1,14 @@
 // The current date and time as stored texts.
 #include "dates/clock.h"
 
+#include <cstddef>
 #include <ctime>
-#include <initializer_list>
+#include <span>
 
-#include <korvel/codecs.h>
 #include <korvel/dates.h>
 
-#include "dates/status.h"
+#include "codecs/num.h"
+#include "codecs/status.h"
 
 namespace korvel::dates {
 
@@ -16,7 +17,7 @@ constinit Clock clockInUse = hostClock;
 ClockTime hostClock() {
   const std::time_t now = std::time(nullptr);
   std::tm local{};
-  // localtime_r alone would stay with the time zone of the process's first call.
+  // localtime_r alone would keep the time zone of the process's first call.
   tzset();
   if (localtime_r(&now, &local) == nullptr) return {};
   return {local.tm_year + 1900, local.tm_mon + 1, local.tm_mday,
@@ -25,15 +26,21 @@ ClockTime hostClock() {
 
 namespace {
 
-constexpr int kYearWidth = 4;
-constexpr int kFieldWidth = 2;
+// The fields behind the year, in the order of a stored date.
+constexpr std::size_t kToDay = 2;
+constexpr std::size_t kToMinute = 4;
+constexpr std::size_t kToSecond = 5;
 
 // Kept: the status is that of the last field alone.
-int writeStored(char *out, int year, std::initializer_list<int> fields) {
-  int status = LongToNUM(year, out, kYearWidth);
+int storeNow(char *out, std::size_t fieldCount) {
+  constexpr std::size_t kYearWidth = 4;
+  constexpr std::size_t kFieldWidth = 2;
+  const ClockTime now = clockInUse();
+  const int fields[] = {now.month, now.day, now.hour, now.minute, now.second};
+  int status = codecs::writeNum(now.year, {out, kYearWidth});
   out += kYearWidth;
-  for (const int field : fields) {
-    status = LongToNUM(field, out, kFieldWidth);
+  for (const int field : std::span(fields).first(fieldCount)) {
+    status = codecs::writeNum(field, {out, kFieldWidth});
     out += kFieldWidth;
   }
   *out = '\0';
@@ -44,22 +51,13 @@ int writeStored(char *out, int year, std::initializer_list<int> fields) {
 
 }  // namespace korvel::dates
 
+using namespace korvel::codecs;
 using namespace korvel::dates;
 
-int ZRV_Get_Date_short(char *out) {
-  if (out == nullptr) return kNoOutput;
-  const ClockTime now = clockInUse();
-  return writeStored(out, now.year, {now.month, now.day});
-}
+int ZRV_Get_Date_short(char *out) { return out == nullptr ? kWrongWidth : storeNow(out, kToDay); }
 
-int ZRV_Get_Date_long(char *out) {
-  if (out == nullptr) return kNoOutput;
-  const ClockTime now = clockInUse();
-  return writeStored(out, now.year, {now.month, now.day, now.hour, now.minute});
-}
+int ZRV_Get_Date_long(char *out) { return out == nullptr ? kWrongWidth : storeNow(out, kToMinute); }
 
 int ZRV_Get_Date_slong(char *out) {
-  if (out == nullptr) return kNoOutput;
-  const ClockTime now = clockInUse();
-  return writeStored(out, now.year, {now.month, now.day, now.hour, now.minute, now.second});
+  return out == nullptr ? kWrongWidth : storeNow(out, kToSecond);
 }

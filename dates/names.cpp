@@ -4,6 +4,8 @@
 
 #include <korvel/dates.h>
 
+namespace korvel::dates {
+
 namespace {
 
 constexpr std::size_t kAbbreviation = 3;
@@ -31,8 +33,12 @@ static_assert(std::size(names) == kDayAbbreviation + 1);
 // ASCII letters alone: é stays as it is.
 char capital(char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; }
 
-// The names are given out as char *, but are constants.
+// The names are char * to the application, but constants.
 char *nameAt(int place) { return const_cast<char *>(names[place]); }
+
+char *monthName(int month) { return nameAt(month >= 1 && month <= kMonths ? month : kNoMonth); }
+
+char *dayName(int day) { return nameAt(day >= 0 && day < kDays ? kFirstDay + day : kNoDay); }
 
 char *abbreviate(const char *name, int place) {
   for (std::size_t i = 0; i < kAbbreviation; ++i) abbreviation[i] = capital(name[i]);
@@ -41,10 +47,14 @@ char *abbreviate(const char *name, int place) {
 
 }  // namespace
 
-char *utdatemy(int month) { return nameAt(month >= 1 && month <= kMonths ? month : kNoMonth); }
+}  // namespace korvel::dates
 
-char *utdatedn(int day) { return nameAt(day >= 0 && day < kDays ? kFirstDay + day : kNoDay); }
+using namespace korvel::dates;
 
-char *utdatemm(int month) { return abbreviate(utdatemy(month), kMonthAbbreviation); }
+char *utdatemy(int month) { return monthName(month); }
 
-char *utdatedd(int day) { return abbreviate(utdatedn(day), kDayAbbreviation); }
+char *utdatedn(int day) { return dayName(day); }
+
+char *utdatemm(int month) { return abbreviate(monthName(month), kMonthAbbreviation); }
+
+char *utdatedd(int day) { return abbreviate(dayName(day), kDayAbbreviation); }

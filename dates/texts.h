@@ -1,0 +1,12 @@
+// For dates/ and tables/: display dates as stored ones.
+#ifndef KORVEL_DATES_TEXTS_H
+#define KORVEL_DATES_TEXTS_H
+
+namespace korvel::dates {
+
+// Stores DD/MM/YY as YYYYMMDD (9 bytes). The codes are those of ZRV_Build_Date_short.
+int storeShortDate(const char *date, char *out);
+
+}  // namespace korvel::dates
+
+#endif
