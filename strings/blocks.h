@@ -1,8 +1,8 @@
-// For strings/ and its tests only: sixteen bytes handled at once.
+// For strings/, tables/, profile/ and tests: sixteen bytes handled at once.
 //
 // Two types with the same operations: one on the vector instructions that every x86-64 has, one in
-// plain C++ for every other machine. Code written over either is a template over the block type
-// and never branches on the machine; `Block` is the one to use, the tests run both.
+// plain C++ for every other machine. Loops are templates over the block type and never branch on
+// the machine: the library uses `Block`, the tests run both.
 #ifndef KORVEL_STRINGS_BLOCKS_H
 #define KORVEL_STRINGS_BLOCKS_H
 
@@ -19,15 +19,15 @@ namespace korvel::strings {
 
 inline constexpr std::size_t kBlock = 16;
 
-// The mask of a block whose bytes all agree.
+// The mask of a comparison that all bytes pass.
 inline constexpr unsigned kWholeBlock = (1U << kBlock) - 1;
 
-// Comparisons give 0xFF for a byte that agrees and 0 for one that does not; `mask` gathers the
-// high bits of the bytes, the first byte's in bit 0.
+// Comparisons give 0xFF for a byte that passes and 0 for one that does not. `mask` gathers the high
+// bits of the bytes, the first byte's in bit 0.
 //
-// `load` and `store` take a count of 1 to kBlock and touch no byte behind it. A block of fewer than
-// kBlock bytes is filled up with zeros or with bytes it holds already, and where a byte stands in
-// it depends on the count alone: such blocks can be compared with each other and stored again, but
+// `load` and `store` take a count of 1 to kBlock and touch no byte behind it. A block of fewer
+// bytes is filled up with zeros or with bytes that it holds already; the place of a byte in it
+// depends on the count alone. Such blocks can be compared with each other and stored again, but
 // positions in them mean nothing.
 class PlainBlock {
  public:
@@ -47,13 +47,13 @@ class PlainBlock {
   friend PlainBlock operator==(PlainBlock a, PlainBlock b) {
     return combined(a, b, [](unsigned x, unsigned y) { return x == y ? 0xFFU : 0U; });
   }
-  // Of bytes taken as signed.
+  // Signed bytes.
   friend PlainBlock operator>(PlainBlock a, PlainBlock b) {
     return combined(a, b, [](unsigned x, unsigned y) {
       return static_cast<std::int8_t>(x) > static_cast<std::int8_t>(y) ? 0xFFU : 0U;
     });
   }
-  // Of each byte alone, modulo 256.
+  // Modulo 256.
   friend PlainBlock operator+(PlainBlock a, PlainBlock b) {
     return combined(a, b, [](unsigned x, unsigned y) { return x + y; });
   }

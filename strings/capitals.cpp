@@ -74,8 +74,9 @@ WIDE inline __m256i changesOfAccented(__m256i b) {
 
 // As asciiCapitals.
 WIDE inline __m256i changesOfAscii(__m256i b) {
-  constexpr unsigned char kUp = 0x7F - 'z';
-  const __m256i isSmall = _mm256_cmpgt_epi8(_mm256_add_epi8(b, filled(kUp)), filled('a' - 1 + kUp));
+  constexpr unsigned char kShift = 0x7F - 'z';
+  const __m256i isSmall =
+      _mm256_cmpgt_epi8(_mm256_add_epi8(b, filled(kShift)), filled('a' - 1 + kShift));
   return _mm256_and_si256(isSmall, filled('a' ^ 'A'));
 }
 

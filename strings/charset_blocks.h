@@ -25,7 +25,7 @@ AnyBlock isByte(AnyBlock b, char c) {
   return b == AnyBlock::filled(c);
 }
 
-// What turns `from` into `to` by an exclusive or.
+// The exclusive or of `from` and `to`.
 template <typename AnyBlock>
 AnyBlock change(char from, char to) {
   return AnyBlock::filled(static_cast<char>(from ^ to));
@@ -65,9 +65,9 @@ void convertBlocksToWindows(char *s, std::size_t n) {
 // signed comparison then finds 'a' to 'z'.
 template <typename AnyBlock>
 AnyBlock asciiCapitals(AnyBlock b) {
-  constexpr char kUp = '\x7F' - 'z';
+  constexpr char kShift = '\x7F' - 'z';
   const AnyBlock isSmall =
-      b + AnyBlock::filled(kUp) > AnyBlock::filled(static_cast<char>('a' - 1 + kUp));
+      b + AnyBlock::filled(kShift) > AnyBlock::filled(static_cast<char>('a' - 1 + kShift));
   return b ^ (isSmall & AnyBlock::filled('a' ^ 'A'));
 }
 

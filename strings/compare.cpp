@@ -33,7 +33,7 @@ std::size_t comparedLength(std::string_view a, std::string_view b) {
   return a.size() == b.size() ? a.size() : kDifferentLengths;
 }
 
-// Plain char is unsigned on some machines; order and differences here never are.
+// Plain char is unsigned on some machines; these bytes are signed on all.
 int signedByte(char c) { return static_cast<signed char>(c); }
 
 int positionOf(const char *found, const char *s) {

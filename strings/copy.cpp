@@ -13,12 +13,12 @@ namespace korvel::strings {
 
 namespace {
 
-// There is room to write and something that can be read, if only no bytes at all.
+// There is room to write, and `source` is no null pointer.
 bool isCopy(std::span<char> d, std::string_view source) {
   return !d.empty() && source.data() != nullptr;
 }
 
-// Length of the text in d, d.size() when nothing within it ends the text.
+// Length of the text in d; d.size() where it has no terminator.
 std::size_t textLength(std::span<char> d) { return d.empty() ? 0 : strnlen(d.data(), d.size()); }
 
 void zerosForBlanks(std::span<char> run) {

@@ -6,7 +6,7 @@
 
 namespace korvel::strings {
 
-// Gives a block that std::free releases, or null.
+// Returns a block that std::free releases, or null.
 using Allocate = void *(*)(std::size_t size);
 
 // szcopyex with the allocator as an argument, so that a test can run out of memory.

@@ -1,5 +1,4 @@
-// Asks the processor itself: what compilers offer for it brings code that runs when the library is
-// loaded.
+// CPUID by hand: __builtin_cpu_supports would add a load-time constructor.
 #include "strings/machine.h"
 
 #ifdef __x86_64__
@@ -7,16 +6,17 @@
 #endif
 
 namespace korvel::strings {
+
 namespace {
 
 #ifdef __x86_64__
-// Bits of what xgetbv tells: the registers that the system keeps for a process.
-constexpr unsigned kWideKept = 0x06;    // 128-bit and 256-bit
-constexpr unsigned kWidestKept = 0xE6;  // those, the 512-bit and the mask registers
+// Bits of the answer of xgetbv: the registers that the system saves for a process.
+constexpr unsigned kWideSaved = 0x06;    // 128-bit and 256-bit
+constexpr unsigned kWidestSaved = 0xE6;  // those, the 512-bit and the mask registers
 
 bool hasAll(unsigned bits, unsigned wanted) { return (bits & wanted) == wanted; }
 
-unsigned keptRegisters() {
+unsigned savedRegisters() {
   unsigned low = 0;
   unsigned high = 0;
   __asm__("xgetbv" : "=a"(low), "=d"(high) : "c"(0));
@@ -28,13 +28,13 @@ Machine asked() {
   unsigned b = 0;
   unsigned c = 0;
   unsigned d = 0;
-  // Without it there is no xgetbv.
+  // Without OSXSAVE there is no xgetbv.
   if (__get_cpuid(1, &a, &b, &c, &d) == 0 || !hasAll(c, bit_OSXSAVE)) return {};
-  const unsigned kept = keptRegisters();
+  const unsigned saved = savedRegisters();
   if (__get_cpuid_count(7, 0, &a, &b, &c, &d) == 0) return {};
   Machine machine;
-  machine.avx2 = hasAll(kept, kWideKept) && hasAll(b, bit_AVX2);
-  machine.avx512bw = hasAll(kept, kWidestKept) && hasAll(b, bit_AVX512F | bit_AVX512BW);
+  machine.avx2 = hasAll(saved, kWideSaved) && hasAll(b, bit_AVX2);
+  machine.avx512bw = hasAll(saved, kWidestSaved) && hasAll(b, bit_AVX512F | bit_AVX512BW);
   machine.avx512vbmi2 = machine.avx512bw && hasAll(c, bit_AVX512VBMI2);
   return machine;
 }

@@ -1,22 +1,21 @@
-// For strings/, tables/ and profile/ and their tests only: the vectors wider than those of every
-// x86-64 that this machine computes with.
+// For strings/, tables/, profile/ and tests: the vector instructions that this machine has beyond
+// those of every x86-64.
 #ifndef KORVEL_STRINGS_MACHINE_H
 #define KORVEL_STRINGS_MACHINE_H
 
 namespace korvel::strings {
 
-// Each is true when the processor has the instructions and the system keeps their registers. None
-// is on other processors.
+// Each is true when the processor has the instructions and the system saves their registers; all
+// are false on processors that are no x86-64.
 struct Machine {
   bool avx2 = false;
   bool avx512bw = false;
-  // Together with avx512bw only. Processors without it slow down for a while when they meet the
-  // widest vectors.
+  // Implies avx512bw. Processors without it slow down for a while at the widest vectors.
   bool avx512vbmi2 = false;
 };
 
-// Asked at the first call only: a virtual machine takes longer to answer than a short text to
-// handle.
+// Asks the processor at the first call only: in a virtual machine the answer takes longer than a
+// short text.
 const Machine &thisMachine();
 
 }  // namespace korvel::strings

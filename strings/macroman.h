@@ -1,4 +1,4 @@
-// For strings/ and its tests only: the capitals of the Mac OS Roman character set.
+// For strings/ only: the capitals of the Mac OS Roman character set.
 #ifndef KORVEL_STRINGS_MACROMAN_H
 #define KORVEL_STRINGS_MACROMAN_H
 
@@ -6,15 +6,14 @@
 
 namespace korvel::strings {
 
-// Mac OS Roman byte (less 0x80) to its capital without diacritics.
+// The capital without diacritics of each byte from 0x80 on.
 //
-// Which byte is which letter: the Unicode consortium's table of Mac OS Roman (APPLE/ROMAN.TXT).
-// Its capital: the first character of the letter's canonical decomposition, upper-cased (the
-// Unicode character database). So the capitals with diacritics lose them as well.
-// No decomposition, hence kept as letters of their own: ae and oe (to AE, OE), o with a stroke (to
-// O with a stroke). Dotless i becomes I. No capital in one byte of the set, hence unchanged: sharp
-// s, the ligatures fi and fl, the micro sign, pi, f with a hook, the ordinals. Signs and accents
-// that stand alone are unchanged.
+// Letters are those of the Unicode consortium's table of Mac OS Roman (APPLE/ROMAN.TXT). Their
+// capital is the first character of the canonical decomposition, in upper case (the Unicode
+// character database): capitals with diacritics lose them, too.
+// ae, oe and o with a stroke have no decomposition and stay letters of their own. Dotless i becomes
+// I. Sharp s, the ligatures fi and fl, the micro sign, pi, f with a hook and the ordinals have no
+// capital of one byte and stay, as do signs and lone accents.
 inline constexpr std::array<unsigned char, 128> kPlainCapitals = {
     // clang-format off
     'A',  'A',  'C',  'E',  'N',  'O',  'U',  'A',  // 80: Ä Å Ç É Ñ Ö Ü á
@@ -41,7 +40,7 @@ constexpr unsigned char plainCapitalOf(unsigned char c) {
   return c >= 'a' && c <= 'z' ? static_cast<unsigned char>(c - 'a' + 'A') : c;
 }
 
-// The same for every byte. A capital is its own capital, so a byte may be looked up twice.
+// For every byte. A capital is its own capital, so a byte may be looked up twice.
 inline constexpr std::array<unsigned char, 256> kPlainCapitalOfByte = [] {
   std::array<unsigned char, 256> table{};
   for (unsigned c = 0; c < table.size(); ++c) {

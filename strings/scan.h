@@ -1,5 +1,4 @@
-// For strings/ and its tests only: the loops over blocks behind trimming and behind
-// comparison and search of runs.
+// For strings/ and its tests only: the loops over blocks behind trimming, comparison and search.
 #ifndef KORVEL_STRINGS_SCAN_H
 #define KORVEL_STRINGS_SCAN_H
 
@@ -11,7 +10,7 @@
 
 namespace korvel::strings {
 
-// How many of the n bytes at s are left when every c at their end is taken off.
+// The length of the n bytes at s without every c at their end.
 template <typename AnyBlock>
 std::size_t lengthWithoutTail(const char *s, std::size_t n, char c) {
   const AnyBlock tail = AnyBlock::filled(c);
@@ -23,7 +22,7 @@ std::size_t lengthWithoutTail(const char *s, std::size_t n, char c) {
   return n;
 }
 
-// True when the n bytes at a and b agree, a '?' in either agreeing with any byte.
+// True when the n bytes at a and b agree; a '?' in either agrees with any byte.
 template <typename AnyBlock>
 bool agreeWithJokers(const char *a, const char *b, std::size_t n) {
   const AnyBlock joker = AnyBlock::filled('?');
@@ -44,8 +43,8 @@ bool agreeWithJokers(const char *a, const char *b, std::size_t n) {
   return at == n || agreeing(at, n - at).mask() == kWholeBlock;
 }
 
-// Looks for a pattern by its first and last byte, sixteen places at a time; the bytes between are
-// compared only where both are right.
+// Looks for a pattern by its first and last byte, sixteen places at a time. Where both agree, the
+// bytes between are compared.
 template <typename AnyBlock>
 class PatternProbe {
  public:
@@ -56,7 +55,7 @@ class PatternProbe {
         first_(AnyBlock::filled(pattern[0])),
         last_(AnyBlock::filled(pattern[n - 1])) {}
 
-  // True when the pattern stands at one of the kBlock places from s on.
+  // True when the pattern is at one of the kBlock places from s on.
   bool hit(const char *s) const { return anyIs(s, candidates(s)); }
   bool hitInFour(const char *s) const {
     const AnyBlock c0 = candidates(s);
@@ -89,11 +88,11 @@ class PatternProbe {
   AnyBlock last_;
 };
 
-// Up to this length a wrong candidate costs a few nanoseconds to dismiss; beyond it a pattern that
-// resembles itself could cost the square of its length, so a search of linear time takes over.
+// Up to this length a wrong candidate is dismissed within a few nanoseconds. Beyond it, a pattern
+// that resembles itself could cost the square of its length: a search in linear time takes over.
 inline constexpr std::size_t kLongestProbedPattern = 256;
 
-// True when the np bytes at p stand side by side among the ns bytes at s; 1 <= np <= ns.
+// True when the np bytes at p occur side by side in the ns bytes at s; 1 <= np <= ns.
 template <typename AnyBlock>
 bool containsRun(const char *p, std::size_t np, const char *s, std::size_t ns) {
   if (np == 1) return std::memchr(s, static_cast<unsigned char>(*p), ns) != nullptr;
@@ -107,7 +106,7 @@ bool containsRun(const char *p, std::size_t np, const char *s, std::size_t ns) {
   for (; at + kBlock <= places; at += kBlock) {
     if (probe.hit(s + at)) return true;
   }
-  // The last places, together with some already probed when there are enough of them.
+  // The last places, with some that were probed before where there are enough.
   if (at < places && places >= kBlock) return probe.hit(s + places - kBlock);
   for (; at < places; ++at) {
     if (probe.hitAt(s + at)) return true;
