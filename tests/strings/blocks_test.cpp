@@ -1,3 +1,4 @@
+// Both types of blocks give the same results, byte by byte, and touch exactly the bytes counted.
 #include "strings/blocks.h"
 
 #include <array>

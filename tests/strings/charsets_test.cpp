@@ -1,3 +1,5 @@
+// The two character-set conversions and the capitals, on every byte, every length and both types of
+// blocks.
 #include "strings/charsets.h"
 
 #include <algorithm>
@@ -107,6 +109,13 @@ std::string modelled(std::string s, Model model) {
   return s;
 }
 
+TEST(CharacterSets, ConvertWholeStringsWithTheirNuls) {
+  using namespace std::string_view_literals;
+  EXPECT_EQ(korvel::strings::toMac("d\xE9j\xE0\0\xE9"sv), "d\x8Ej\x88\0\x8E"sv);
+  EXPECT_EQ(korvel::strings::toWindows("d\x8Ej\x88\0\x8E"sv), "d\xE9j\xE0\0\xE9"sv);
+  EXPECT_EQ(korvel::strings::toMac(""), "");
+}
+
 TEST(CharacterSets, AgreeWithTheModelAtThePagesEdges) {
   RandomText random(9);
   GuardedPages pages;
@@ -123,7 +132,7 @@ TEST(CharacterSets, AgreeWithTheModelAtThePagesEdges) {
 
 // --- Capitals ----------------------------------------------------------------------------------
 
-// Capitals without diacritics, told the other way round: which bytes of the Mac set become what.
+// The bytes of the Mac set that become each capital.
 constexpr struct {
   unsigned char capital;
   std::string_view letters;
@@ -159,8 +168,7 @@ void modelUpperString(PascalString &s) {
   }
 }
 
-// The text is handed on in chunks of 255 bytes while the index i of the chunk has
-// length / 255 >= i.
+// In chunks of 255 bytes, while the index i of the chunk has length / 255 >= i.
 std::string modelUpper(std::string s) {
   constexpr std::size_t kChunk = 255;
   for (std::size_t i = 0; s.size() / kChunk >= i; ++i) {
@@ -227,7 +235,7 @@ TEST(Strupr, AgreesWithTheModelAtThePagesEdges) {
 
 // --- Wide steps ---------------------------------------------------------------------------------
 
-// The bytes that are taken in wide steps: every whole stretch of 64, on a machine that can.
+// How many bytes are done in wide steps: every whole stretch of 64, on a machine that can.
 std::size_t widelyDone(std::size_t length) {
 #ifdef __x86_64__
   return __builtin_cpu_supports("avx2") ? length - length % 64 : 0;
@@ -236,7 +244,7 @@ std::size_t widelyDone(std::size_t length) {
 #endif
 }
 
-// What is taken in wide steps is right, the rest is left as it was.
+// The wide steps are right, and the rest is unchanged.
 void expectWidelyCapitalised(char *s, const std::string &text) {
   const std::size_t done = korvel::strings::capitaliseWide(s, text.size());
   ASSERT_EQ(done, widelyDone(text.size()));
@@ -276,7 +284,7 @@ TEST(CapitaliseWide, LeavesAShortTextToTheBlocks) {
   EXPECT_EQ(s, std::string(64, widelyDone(64) == 64 ? 'A' : 'a'));
 }
 
-// --- Both kinds of blocks ----------------------------------------------------------------------
+// --- Both types of blocks ----------------------------------------------------------------------
 
 template <typename AnyBlock>
 class CharsetsByBlocks : public testing::Test {};

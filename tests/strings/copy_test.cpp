@@ -1,3 +1,4 @@
+// Copies of counted runs and of terminated texts at every capacity.
 #include <algorithm>
 #include <climits>
 #include <string>
@@ -23,7 +24,7 @@ constexpr std::string_view kSource =
     "abc\0\xE9"
     "f ghijklmnopqrstuvwxyz"sv;
 
-// Capacities that allow nothing.
+// No byte may be written.
 constexpr int kNoCapacities[] = {0, -1, INT_MIN};
 
 std::string_view bytesOf(PoisonedBuffer &buffer, int n) {
@@ -98,19 +99,11 @@ TEST(Szcopy, ReadsNoByteBehindWhatItCopies) {
   }
 }
 
-// What is copied onto itself, byte by byte in the direction told.
+// The bytes to copy are taken out before any is overwritten.
 std::string modelOverlap(std::string bytes, int to, int from, int capacity, int n) {
-  const auto move = [&](int i) {
-    if (i < capacity) {
-      bytes[static_cast<std::size_t>(to + i)] = bytes[static_cast<std::size_t>(from + i)];
-    }
-  };
-  if (to > from) {
-    for (int i = n - 1; i >= 0; --i) move(i);
-  } else {
-    for (int i = 0; i < n; ++i) move(i);
-  }
-  return bytes;
+  const auto count = static_cast<std::size_t>(std::min(n, capacity));
+  const std::string copied = bytes.substr(static_cast<std::size_t>(from), count);
+  return bytes.replace(static_cast<std::size_t>(to), count, copied);
 }
 
 TEST(SzcopyOverlap, IsRightInBothDirectionsAndWithinTheCapacity) {
@@ -211,7 +204,7 @@ TEST(BoundedRuns, ANegativeLengthFailsAndWritesNothing) {
   }
 }
 
-TEST(BoundedRuns, TheSourceMayStandInTheDestination) {
+TEST(BoundedRuns, TheSourceMayBePartOfTheDestination) {
   for (Copy copy : {szcopy_overlap, szcopy, szcopy_0t}) {
     char text[] = "0123456789";
     EXPECT_EQ(copy(text, 8, text + 2, 5), 1);

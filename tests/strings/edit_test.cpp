@@ -1,3 +1,4 @@
+// Insertion and deletion in place, at every position and capacity.
 #include <algorithm>
 #include <climits>
 #include <string>

@@ -1,3 +1,4 @@
+// The growing buffer: its sizes, and what is left when memory runs out.
 #include "strings/growable.h"
 
 #include <climits>
@@ -16,7 +17,7 @@ namespace {
 using korvel::strings::appendGrowing;
 using korvel::test::RandomText;
 
-// The caller's side: buffer, capacity and the used length that it counts itself.
+// The caller's side: the buffer, its capacity and the used length, which the caller counts.
 class Growing {
  public:
   Growing() = default;
@@ -39,7 +40,7 @@ class Growing {
 
 void *noMemory(std::size_t /*size*/) { return nullptr; }
 
-TEST(Szcopyex, GrowsByTheRuleTold) {
+TEST(Szcopyex, DoublesWhatIsNeeded) {
   Growing g;
   // The first block is exactly as large as what comes in.
   EXPECT_EQ(g.append("abc"), 1);
@@ -124,14 +125,14 @@ TEST(Szcopyex, AFailedLaterAllocationLeavesEverythingAsItWas) {
   EXPECT_EQ(g.content(), "abc");
 }
 
-TEST(Szcopyex, TheSourceMayStandInTheBuffer) {
+TEST(Szcopyex, TheSourceMayBePartOfTheBuffer) {
   Growing g;
   EXPECT_EQ(g.append("abcd"), 1);
   EXPECT_EQ(g.append(g.content()), 1);
   EXPECT_EQ(g.content(), "abcdabcd");
 }
 
-TEST(Szcopyex, RefusesWhatCannotBe) {
+TEST(Szcopyex, RefusesImpossibleLengthsAndSizes) {
   char bytes[] = "abc";
   const struct {
     char *buf;
@@ -148,7 +149,7 @@ TEST(Szcopyex, RefusesWhatCannotBe) {
       {bytes, -1, 0, 1},
       {bytes, -1, 1, 1},
       {nullptr, 3, 1, 1},
-      // A new size that is no int.
+      // The new size does not fit an int.
       {bytes, INT_MAX, INT_MAX, 1},
       {bytes, 3, 3, INT_MAX},
       {bytes, 3, 3, INT_MAX / 2 - 2},

@@ -1,4 +1,4 @@
-// For tests/strings/ only: memory with unreadable pages around it.
+// For tests/strings/ only: memory between pages that cannot be read.
 #ifndef KORVEL_TESTS_STRINGS_GUARDED_PAGES_H
 #define KORVEL_TESTS_STRINGS_GUARDED_PAGES_H
 
@@ -12,8 +12,8 @@
 
 namespace korvel::test {
 
-// One readable and writable page between two that may not be touched: a function that reads or
-// writes a single byte outside what it was given ends the test program.
+// One readable and writable page between two that may not be touched: reading or writing a single
+// byte outside it ends the test program.
 class GuardedPages {
  public:
   GuardedPages() : pageSize_(static_cast<std::size_t>(sysconf(_SC_PAGESIZE))) {
@@ -26,11 +26,11 @@ class GuardedPages {
   GuardedPages(const GuardedPages &) = delete;
   GuardedPages &operator=(const GuardedPages &) = delete;
 
-  // The bytes just in front of the page that may not be touched.
+  // The bytes at the very end of the page.
   char *runAtEnd(std::string_view bytes) { return put(page() + pageSize_ - bytes.size(), bytes); }
-  // The bytes just behind the page that may not be touched.
+  // The bytes at its very start.
   char *runAtStart(std::string_view bytes) { return put(page(), bytes); }
-  // The same for a text, its terminator being the last byte.
+  // The same for a text with its terminator.
   char *textAtEnd(std::string_view text) {
     page()[pageSize_ - 1] = '\0';
     return put(page() + pageSize_ - 1 - text.size(), text);

@@ -1,8 +1,10 @@
+// The machine's vector instructions, beside what the compiler's own question answers.
 #include "strings/machine.h"
 
 #include <gtest/gtest.h>
 
 namespace korvel::strings {
+
 namespace {
 
 #ifdef __x86_64__
@@ -13,23 +15,24 @@ TEST(Machine, HasTheVectorsThatTheCompilerSeesToo) {
   EXPECT_EQ(machine.avx512vbmi2, __builtin_cpu_supports("avx512vbmi2") != 0);
 }
 #else
-TEST(Machine, HasNoneOfAnotherProcessor) {
+TEST(Machine, HasNoVectorsOfAnotherProcessor) {
   const Machine &machine = thisMachine();
   EXPECT_FALSE(machine.avx2 || machine.avx512bw || machine.avx512vbmi2);
 }
 #endif
 
-// The processor is asked once: a later call answers what is kept, even where that has changed.
+// The processor is asked once: a later call returns the stored answer, even one that was changed.
 TEST(Machine, AnswersAlikeEachTime) {
-  auto &kept = const_cast<Machine &>(thisMachine());
-  const Machine asked = kept;
-  kept = {!asked.avx2, !asked.avx512bw, !asked.avx512vbmi2};
+  auto &stored = const_cast<Machine &>(thisMachine());
+  const Machine asked = stored;
+  stored = {!asked.avx2, !asked.avx512bw, !asked.avx512vbmi2};
   const Machine again = thisMachine();
-  kept = asked;
+  stored = asked;
   EXPECT_NE(again.avx2, asked.avx2);
   EXPECT_NE(again.avx512bw, asked.avx512bw);
   EXPECT_NE(again.avx512vbmi2, asked.avx512vbmi2);
 }
 
 }  // namespace
+
 }  // namespace korvel::strings

@@ -15,7 +15,7 @@ class RandomText {
 
   // A number from `low` to `high`.
   int number(int low, int high) { return std::uniform_int_distribution<int>(low, high)(engine_); }
-  // A text of `length` characters out of `alphabet`.
+  // A text of `length` characters of `alphabet`.
   std::string text(int length, std::string_view alphabet) {
     std::string result;
     for (int i = 0; i < length; ++i) {
@@ -24,7 +24,7 @@ class RandomText {
     }
     return result;
   }
-  // A text of any bytes but NUL.
+  // A text of any bytes except NUL.
   std::string anyText(int length) {
     std::string result;
     for (int i = 0; i < length; ++i) result += static_cast<char>(number(1, 255));

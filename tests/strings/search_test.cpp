@@ -1,3 +1,4 @@
+// Comparison of terminated texts, and search in them.
 #include <string>
 
 #include <gtest/gtest.h>
@@ -81,13 +82,9 @@ TEST(Chcher, TheEmptyPatternIsFoundInATextThatIsNotEmptyOnly) {
   EXPECT_EQ(chcher("", "x"), 0);
 }
 
-int modelChcher(const std::string &p, const std::string &s) {
-  for (std::size_t at = 0; at < s.size(); ++at) {
-    std::size_t i = 0;
-    while (i < p.size() && at + i < s.size() && s[at + i] == p[i]) ++i;
-    if (i == p.size()) return static_cast<int>(at);
-  }
-  return -1;
+int modelChcher(const std::string &pattern, const std::string &s) {
+  const std::size_t found = s.empty() ? std::string::npos : s.find(pattern);
+  return found == std::string::npos ? -1 : static_cast<int>(found);
 }
 
 TEST(Chcher, AgreesWithTheModel) {

@@ -1,3 +1,4 @@
+// Separated lists: items counted, looked for and copied out.
 #include <random>
 #include <string>
 #include <string_view>
@@ -33,7 +34,7 @@ TEST(CountItems, IsTheSeparatorsPlusOne) {
       {"-,+", 4},
       {"a++b", 3},
       {"a+", 2},
-      // Bytes next to the separators in value, and 8-bit letters, are text.
+      // The neighbours of the separators in the character set, and 8-bit letters, are text.
       {"a*b.c/d", 1},
       {"\xAB+\xAC\xAD\xE9", 2},
   };
@@ -101,7 +102,7 @@ TEST(FindItem, TakesTheGivenLengthOfTheItemOnly) {
   EXPECT_EQ(Teste_item_liste("ab+c", "ab", 1), 0);
 }
 
-TEST(FindItem, RefusesWhatIsNoListOrItem) {
+TEST(FindItem, RefusesNullPointersAndNegativeLengths) {
   EXPECT_EQ(Teste_item_liste(nullptr, "a", 1), 0);
   EXPECT_EQ(Teste_item_liste("a", nullptr, 1), 0);
   EXPECT_EQ(Teste_item_liste("a", "a", -1), 0);
@@ -139,7 +140,7 @@ TEST(GetItem, CountsFromZero) {
   constexpr struct {
     const char *list;
     int index;
-    const char *item;  // null: there is none
+    const char *item;  // null past the last one
   } kCases[] = {
       {"a+b,c", 0, "a"},
       {"a+b,c", 1, "b"},
@@ -159,10 +160,11 @@ TEST(GetItem, CountsFromZero) {
   };
   for (const auto &c : kCases) {
     const char *item = Get_item_liste(c.list, c.index);
-    if (c.item == nullptr)
+    if (c.item == nullptr) {
       EXPECT_EQ(item, nullptr) << c.list << " at " << c.index;
-    else
+    } else {
       EXPECT_STREQ(item, c.item) << c.list << " at " << c.index;
+    }
   }
   EXPECT_EQ(Get_item_liste(nullptr, 0), nullptr);
 }
@@ -200,7 +202,7 @@ TEST(GetItem, TakesItsOwnBufferAsList) {
   EXPECT_STREQ(Get_item_liste(item, 0), "abc");
 }
 
-// The same answers, one byte at a time.
+// Splits the list one byte at a time.
 std::vector<std::string> itemsOf(std::string_view list) {
   std::vector<std::string> items(1);
   for (const char c : list) {
@@ -235,10 +237,11 @@ TEST(SeparatedLists, AgreeWithAByteByByteReaderOnRandomTexts) {
         << list << " / " << wanted;
     const int index = static_cast<int>(random() % 8) - 1;
     const char *item = Get_item_liste(list.c_str(), index);
-    if (index < 0 || index >= count)
+    if (index < 0 || index >= count) {
       ASSERT_EQ(item, nullptr) << list << " at " << index;
-    else
+    } else {
       ASSERT_EQ(item, items[static_cast<std::size_t>(index)]) << list << " at " << index;
+    }
   }
 }
 

@@ -1,3 +1,4 @@
+// Lists of strings at the end of readable memory: walked, cut, bound, and items deleted.
 #include <algorithm>
 #include <climits>
 #include <cstring>
@@ -51,12 +52,12 @@ TEST(PutTwoNuls, CutsTheTextWhereThereIsNoRoom) {
     int capacity;
     std::string_view left;
   } kCases[] = {
-      // One more than needed, exact, one less, and so on down.
+      // One byte more than needed, exactly enough, one less, and so on.
       {7, {"abcd\0\0\x5A", 7}}, {6, {"abcd\0\0", 6}}, {5, {"abc\0\0", 5}}, {4, {"ab\0\0", 4}},
       {3, {"a\0\0", 3}},        {2, {"\0\0", 2}},     {1, {"\0", 1}},
   };
   for (const auto &c : kCases) {
-    // The text may pass the capacity: bytes behind it stay as they were.
+    // The text may be longer than the capacity: the bytes behind it do not change.
     std::string bytes("abcd\0\x5A\x5A\x5A", 8);
     ChCh_Put_00(bytes.data(), c.capacity);
     EXPECT_EQ(std::string_view(bytes).substr(0, c.left.size()), c.left) << c.capacity;
@@ -122,7 +123,7 @@ TEST(Cut, MakesItemsOfASeparatedList) {
     std::string_view text;
     std::string_view bytes;  // without the final NULs
   } kCases[] = {
-      // Kept: '-' is no separator here.
+      // Kept: '-' separates the items of a separated list but is not cut at.
       {"a+b-c", {"a\0b-c", 5}},
       {"a,b+c", {"a\0b\0c", 5}},
       {"abc", "abc"},
@@ -130,7 +131,7 @@ TEST(Cut, MakesItemsOfASeparatedList) {
       {"+", {"\0", 1}},
       {"a++b", {"a\0\0b", 4}},
       {"\xE9t\xE9,\xE0", {"\xE9t\xE9\0\xE0", 5}},
-      // Bytes next to '+' and ',' in value are text.
+      // The neighbours of '+' and ',' in the character set are text.
       {"a*b.c/d", "a*b.c/d"},
   };
   for (const auto &c : kCases) {
@@ -252,7 +253,7 @@ TEST(DeleteItem, WritesNothingBehindTheList) {
   EXPECT_TRUE(buffer.guardsIntact());
 }
 
-// The functions on files are declared beside the others; files.h is not included here.
+// strings.h declares the functions on files, too: files.h is not included here.
 TEST(StringLists, OfFilesNeedNoOtherHeader) {
   char list[] = "";
   char *missing = list;

@@ -1,3 +1,4 @@
+// Trimming at both ends, at the edges of pages and on both types of blocks.
 #include <cstring>
 #include <string>
 #include <string_view>
@@ -20,7 +21,7 @@ using korvel::test::RandomText;
 constexpr int kSignedEAcute = -23;
 constexpr int kUnsignedEAcute = 0xE9;
 
-// Runs `trim` on a copy of `text` that has not one byte of room to spare.
+// Trims a copy of `text` in a buffer of exactly its size.
 template <typename Trim>
 void expectTrimmed(std::string_view text, std::string_view left, Trim trim) {
   SCOPED_TRACE('"' + std::string(text) + '"');
@@ -88,7 +89,7 @@ TEST(Chelibl_f, LeavesWhatIsBehindTheNewTerminator) {
 }
 
 TEST(Chelibl_f, ATextThatEndsInNoBlankIsNotWrittenTo) {
-  // The text is a constant of the program: a write ends it.
+  // The text is in read-only memory: a write would end the program.
   static const char kConstant[] = "abc";
   EXPECT_EQ(chelibl_f(const_cast<char *>(kConstant)), 3);
 }
@@ -137,7 +138,7 @@ TEST(Chelicar, TheCharacterIsComparedWithTheSignedByte) {
       "\xE9"
       "ab",
       [](char *s) { return chelicar_d(s, kUnsignedEAcute); });
-  // What is no byte equals none, even where its low 8 bits would.
+  // A value outside the range of a byte equals no byte, even where its low 8 bits would.
   expectTrimmed("  ab  ", "  ab  ", [](char *s) { return chelicar_f(s, 256 + ' '); });
   expectTrimmed("  ab  ", "  ab  ", [](char *s) { return chelicar_d(s, ' ' - 256); });
 }
