@@ -206,10 +206,11 @@ TEST(GetItem, TakesItsOwnBufferAsList) {
 std::vector<std::string> itemsOf(std::string_view list) {
   std::vector<std::string> items(1);
   for (const char c : list) {
-    if (c == '+' || c == ',' || c == '-')
+    if (c == '+' || c == ',' || c == '-') {
       items.emplace_back();
-    else
+    } else {
       items.back() += c;
+    }
   }
   return items;
 }
