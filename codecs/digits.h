@@ -1,7 +1,7 @@
-// For codecs/ and its tests only: decimal digits, one at a time and eight at once.
+// For codecs/ and its tests only: decimal digits, one at a time and eight at once. Reals are
+// written fast because their digits are.
 //
-// Eight digits in one 64-bit word stand as in memory on a little-endian machine: the first digit in
-// the lowest byte.
+// Eight digits in a 64-bit word are in little-endian order: the first digit in the lowest byte.
 #ifndef KORVEL_CODECS_DIGITS_H
 #define KORVEL_CODECS_DIGITS_H
 
@@ -17,7 +17,7 @@ inline constexpr bool kWordsHoldText = std::endian::native == std::endian::littl
 inline constexpr std::uint64_t kEightZeros = 0x3030303030303030U;  // "00000000"
 inline constexpr int kMaxDigits = 10;                              // of a 32-bit magnitude
 
-// 0 to 9 for a digit, anything above for another character, in any locale.
+// 0 to 9 for a digit, more for any other character. Independent of the locale.
 inline unsigned digitValue(char c) { return static_cast<unsigned>(c - '0'); }
 inline bool isDigit(char c) { return digitValue(c) < 10; }
 
@@ -30,7 +30,7 @@ inline bool areDigits(const char *begin, const char *end) {
 
 inline const char *skipSign(const char *p) { return *p == '+' || *p == '-' ? p + 1 : p; }
 
-// True when every byte is 0 to 9: its high bit is clear, and stays so with 0x76 added.
+// True when every byte is 0 to 9: its high bit is clear, and stays clear when 0x76 is added.
 inline bool areDigitValues(std::uint64_t bytes) {
   return ((bytes | (bytes + 0x7676767676767676U)) & 0x8080808080808080U) == 0;
 }
@@ -44,9 +44,9 @@ inline std::uint32_t joinDigits(std::uint64_t bytes) {
   return static_cast<std::uint32_t>((high + low) >> 32U);
 }
 
-// The eight digits of a number below 100000000, leading zeros included, each a byte 0 to 9. The
-// number is halved three times: into two of four digits, four of two, eight of one. The divisions
-// by 100 and 10 are multiplications that are exact for what is divided there.
+// The eight digits of a number below 100000000, with leading zeros, each a byte 0 to 9. The number
+// is split three times: into two of four digits, four of two, eight of one. The divisions by 100
+// and 10 are multiplications that are exact in that range.
 inline std::uint64_t splitDigits(std::uint32_t number) {
   const std::uint64_t fours = number / 10000 | std::uint64_t{number % 10000} << 32U;
   const std::uint64_t hundreds = ((fours * 10486) >> 20U) & 0x0000007F0000007FU;
@@ -55,21 +55,17 @@ inline std::uint64_t splitDigits(std::uint32_t number) {
   return (twos - 10 * tens) << 8U | tens;
 }
 
-// [k] is 10^k.
-inline constexpr std::uint32_t kTens[kMaxDigits] = {
-    1, 10, 100, 1000, 10000, 100000, 1000000, 10000000, 100000000, 1000000000};
-
-// [b] serves the numbers of b bits: in the upper half of the sum with such a number stands how many
-// digits it has. Where a power of ten lies among those numbers, it is what the carry comes from.
+// For a number n of b bits the upper half of kDigitCounts[b] + n is the digit count of n. Where a
+// power of ten lies in that range, the lower half carries exactly when n reaches it.
 inline constexpr auto kDigitCounts = [] {
   std::array<std::uint64_t, 33> table{};  // 0 counts as a number of one bit
   std::uint64_t digits = 1;
+  std::uint64_t power = 10;  // the least number with more digits
   for (unsigned bits = 1; bits <= 32; ++bits) {
-    const std::uint64_t bound = std::uint64_t{1} << bits;
-    const std::uint64_t power = digits < kMaxDigits ? kTens[digits] : bound;
-    const bool crosses = power < bound;
-    if (crosses) ++digits;
-    table[bits] = (digits << 32U) - (crosses ? power : 0);
+    table[bits] = digits << 32U;
+    if (power >= std::uint64_t{1} << bits) continue;
+    table[bits] = (++digits << 32U) - power;
+    power *= 10;
   }
   return table;
 }();
@@ -80,7 +76,7 @@ inline int digitCount(std::uint32_t number) {
   return static_cast<int>((number + kDigitCounts[bits]) >> 32U);
 }
 
-// Writes the digits of the number, without a terminator. Returns where they end.
+// Writes the digits of the number, without a terminator. Returns their end.
 inline char *writeDigits(std::uint32_t number, char *out) {
   const int count = digitCount(number);
   char *const end = out + count;

@@ -64,7 +64,7 @@ ShortNumber shortNumber(const char *text, std::size_t length, bool hasSign) {
 }
 
 // Reads the plain case: at most kShortText characters, no blanks, within the limit. Returns false
-// with nothing done for every other text.
+// and changes nothing for any other text.
 bool readShort(const char *text, std::uint32_t limit, int *value) {
   const std::size_t length = std::strlen(text);
   if (length - 1 >= kShortText) return false;
@@ -80,8 +80,7 @@ bool readShort(const char *text, std::uint32_t limit, int *value) {
   return true;
 }
 
-// Reads any text. The magnitude is summed in whole numbers: from kMaxDigits + 1 significant digits
-// on it is above every limit, whatever the rest.
+// Reads any text. A magnitude of more than kMaxDigits significant digits is above every limit.
 int readAny(char *text, std::uint32_t limit, int *value) {
   strings::trimBlanks(text);
   if (text[0] == '\0') return kEmpty;
@@ -98,8 +97,8 @@ int readAny(char *text, std::uint32_t limit, int *value) {
   return kRead;
 }
 
-// Writes `-` and the digits into room for any value. Kept: -2147483648 has no positive magnitude,
-// so no digit follows its sign.
+// Writes the sign and the digits into a buffer that holds any value. Returns their end.
+// Kept: -2147483648 has no positive magnitude, so no digit follows its sign.
 char *writeSigned(int value, char *out) {
   constexpr auto kNoMagnitude = static_cast<std::uint32_t>(INT_MIN);
   const bool negative = value < 0;

@@ -1,4 +1,4 @@
-// For codecs/ only: powers of ten as repeated steps give them, in double precision.
+// For codecs/ only: powers of ten in double precision, as repeated multiplication gives them.
 #ifndef KORVEL_CODECS_POWERS_H
 #define KORVEL_CODECS_POWERS_H
 

@@ -1,9 +1,9 @@
 // Texts to reals.
 //
-// The digits give the same bits on every machine: those of the integral part are summed from the
-// last to the first as digit x 10^k, those of the fraction are added from the first to the last as
-// digit x factor, the factor being 0.1 and then divided by 10 at each step. Everything faster than
-// that below is exact where it differs.
+// The result has the same bits on every machine. The digits of the integral part are summed from
+// the last to the first as digit x 10^k. The digits of the fraction are added from the first to the
+// last as digit x factor; the factor starts at 0.1 and is divided by 10 at each step. The shortcuts
+// below are exact.
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -21,12 +21,12 @@ namespace korvel::codecs {
 
 namespace {
 
-// Whole numbers of so many digits, and their parts, are exact in double precision, in any order.
+// Sums of up to so many digits of a whole number are exact in double precision, in any order.
 constexpr std::ptrdiff_t kExactDigits = 15;
 
 constexpr std::size_t kTableDigits = 16;
 
-// [k][d] is what the digit d adds at place k behind the separator.
+// [k][d] is the value of the digit d at place k behind the separator.
 constexpr auto kFractionDigits = [] {
   std::array<std::array<double, 10>, kTableDigits> table{};
   double factor = 0.1;
@@ -40,7 +40,7 @@ constexpr auto kFractionDigits = [] {
 }();
 
 // Reads the plain case: no blanks and no exponent, at most kExactDigits digits before the separator
-// and kTableDigits behind it. Returns false with nothing done for every other text.
+// and kTableDigits behind it. Returns false and changes nothing for any other text.
 bool readPlain(const char *text, double *value) {
   const bool negative = *text == '-';
   const char *p = text + static_cast<int>(negative | (*text == '+'));
@@ -67,8 +67,7 @@ bool readPlain(const char *text, double *value) {
   return true;
 }
 
-// A digit 0 adds nothing, whatever its place: past the largest power that would be 0 times
-// infinity.
+// A digit 0 is skipped: past the largest power of ten it would be 0 times infinity.
 double integralSum(const char *begin, const char *end) {
   double sum = 0.0;
   double power = 1.0;
@@ -89,7 +88,7 @@ double withFraction(double sum, const char *begin, const char *end) {
   return sum;
 }
 
-// One step at a time, until a step changes nothing: 0 and infinity stay what they are.
+// One step at a time, until a step changes nothing, as from 0 or infinity on.
 double scaled(double value, int exponent) {
   for (; exponent > 0; --exponent) {
     const double next = value * 10.0;
@@ -104,7 +103,7 @@ double scaled(double value, int exponent) {
   return value;
 }
 
-// The parts of a trimmed text behind its sign.
+// The parts of a trimmed text without its sign.
 struct Parts {
   const char *integral;
   const char *integralEnd;

@@ -20,7 +20,7 @@ namespace korvel::codecs {
 
 namespace {
 
-// A capacity up to this one is told to the caller of realdco_d as too small for every value.
+// Up to this capacity the status says that not every value fits.
 constexpr int kUnsafeSize = 20;
 
 int status(int capacity) { return capacity <= kUnsafeSize ? kBelowSafeSize : kWritten; }
@@ -41,7 +41,7 @@ class BoundedText {
     end();
     return true;
   }
-  // The caller has looked at the room.
+  // `count` is at most room().
   void append(const char *bytes, int count) {
     std::memcpy(buffer_ + length_, bytes, static_cast<std::size_t>(count));
     length_ += count;
@@ -64,7 +64,7 @@ class BoundedText {
   int length_ = 0;
 };
 
-// The digits of a magnitude of at most 2147483648; none for 0.
+// The digits of a magnitude of at most 2147483648, without any for 0.
 struct IntegralDigits {
   char bytes[kMaxDigits];
   int count;
@@ -79,7 +79,7 @@ IntegralDigits integralDigits(double magnitude) {
   return digits;
 }
 
-// Digits that are inserted one by one in front: where they do not all fit, the lowest stay.
+// As if the digits were inserted one by one in front: where they do not all fit, the lowest stay.
 bool appendOrKeepLowest(BoundedText &text, const char *digits, int count) {
   const int kept = std::min(count, text.room());
   text.append(digits + count - kept, kept);
@@ -90,10 +90,10 @@ bool appendOrKeepLowest(BoundedText &text, const char *digits, int count) {
 
 constexpr double kIntegralBound = 2147483648.0;
 
-// Up to here the decimals are one number of 32 bits.
+// So many decimals are a number of 32 bits.
 constexpr int kShortDecimals = 8;
 
-// Room for the sign, the integral part, the point and the terminator; the decimals come on top.
+// Room for the sign, the integral part, the point and the terminator, without the decimals.
 constexpr int kRoomButDecimals = kMaxDigits + 3;
 
 struct Rounding {
@@ -112,15 +112,15 @@ constexpr auto kShortRounding = [] {
   return table;
 }();
 
-// Half away from zero; -0.0 is not below zero. The sign picks the summand instead of a branch: it
-// is foretold no better than by tossing a coin.
+// Half away from zero; -0.0 is not below zero. Branch-free: a branch on the sign would be
+// mispredicted half the time.
 double rounded(double x, double half) {
   const double summands[] = {half, -half};
   return x + summands[static_cast<int>(x < 0.0)];
 }
 
 // Writes the plain case: few decimals, a magnitude within the bounds, room for all of it. Returns
-// false with nothing done for every other one.
+// false and changes nothing in any other case.
 bool writePlain(double x, char *buffer, int capacity, int decimals) {
   if (decimals < 0 || decimals > kShortDecimals || capacity < kRoomButDecimals + decimals) {
     return false;
@@ -135,8 +135,8 @@ bool writePlain(double x, char *buffer, int capacity, int decimals) {
   const auto integral = static_cast<std::uint32_t>(magnitude);
   out = writeDigits(integral, out);
   if (decimals > 0) {
-    // The fraction is at most 1 - 2^-53: times a power of ten, that is still rounded to less than
-    // the power, so no carry can come out of it.
+    // The fraction is at most 1 - 2^-53. Times a power of ten it is still rounded to less than the
+    // power: there is no carry.
     const double fraction = magnitude - static_cast<double>(integral);
     *out++ = '.';
     writePadded(static_cast<std::uint32_t>(fraction * rounding.scale), decimals, out);
@@ -147,7 +147,7 @@ bool writePlain(double x, char *buffer, int capacity, int decimals) {
 }
 
 // The decimals are the lowest digits of fraction x scale, truncated; where they do not all fit, the
-// lowest stay. Past the largest power of ten nothing is left of the fraction but zeros.
+// lowest stay. Decimals past the largest power of ten are zeros.
 bool appendDecimals(BoundedText &text, double fraction, int decimals) {
   const int places = std::min(decimals, kMaxPower);
   const int zeros = decimals - places;
@@ -180,8 +180,8 @@ int writeFixed(double x, char *buffer, int capacity, int decimals) {
 
 // ---- Significant digits ----
 
-// The next digit of a fraction, which goes on with the rest. A fraction of 1 and above, left over
-// by an integral part that stopped at its bound, has no digit but 9: the rest of it stays above 1.
+// Takes the next digit off a fraction. A fraction of 1 and above, which an integral part at its
+// bound leaves, has only digits 9: the rest of it stays above 1.
 char nextDigit(double &fraction) {
   fraction *= 10.0;
   const double digit = std::min(integralPart(fraction), 9.0);
@@ -189,7 +189,7 @@ char nextDigit(double &fraction) {
   return static_cast<char>('0' + static_cast<int>(digit));
 }
 
-// Moves a fraction above 0 to its first significant digit. Returns over how many zeros.
+// Moves a fraction above 0 to its first significant digit. Returns the number of zeros skipped.
 int skipLeadingZeros(double &fraction) {
   int zeros = 0;
   for (; fraction * 10.0 < 1.0; ++zeros) fraction *= 10.0;
