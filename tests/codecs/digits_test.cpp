@@ -1,3 +1,4 @@
+// The digits of numbers of every length, one at a time and eight at once.
 #include "codecs/digits.h"
 
 #include <cstdint>

@@ -1,4 +1,4 @@
-// For tests/codecs/ only: texts as a caller holds them in the tightest case.
+// For tests/codecs/ only: texts and runs in memory of exactly their size.
 #ifndef KORVEL_TESTS_CODECS_EXACT_TEXT_H
 #define KORVEL_TESTS_CODECS_EXACT_TEXT_H
 
@@ -10,8 +10,7 @@
 
 namespace korvel::test {
 
-// A writable text in memory of its own that ends with the terminator: the sanitizers see a read
-// behind it.
+// A writable text whose memory ends with the terminator: the sanitizers see a read behind it.
 class ExactText {
  public:
   explicit ExactText(std::string_view text) : bytes_(text.begin(), text.end()) {
@@ -25,7 +24,7 @@ class ExactText {
   std::vector<char> bytes_;
 };
 
-// A run of characters without a terminator, likewise; an empty one is a place too.
+// A run of characters without a terminator; an empty one has an address, too.
 class ExactRun {
  public:
   explicit ExactRun(std::string_view run)

@@ -1,3 +1,4 @@
+// Integers read and written: rows, borders, and random ones beside the literal models.
 #include <algorithm>
 #include <climits>
 #include <cstdlib>
@@ -51,7 +52,7 @@ struct Bad {
   int status;
 };
 
-TEST(IntegerRead, ReadsWhatEveryRangeHolds) {
+TEST(IntegerRead, ReadsValuesOfEitherRange) {
   constexpr Good kGood[] = {
       {"0", 0},
       {"7", 7},
@@ -70,7 +71,7 @@ TEST(IntegerRead, ReadsWhatEveryRangeHolds) {
       {"  +12  ", 12},
       {" 7", 7},
       {"7 ", 7},
-      // Leading zeros without end.
+      // Any number of leading zeros.
       {"0000000000000000012", 12},
       {"-00000000000", 0},
       {"000000000000", 0},
@@ -82,7 +83,7 @@ TEST(IntegerRead, ReadsWhatEveryRangeHolds) {
   }
 }
 
-TEST(IntegerRead, RefusesWhatIsNoInteger) {
+TEST(IntegerRead, RefusesOtherTexts) {
   constexpr Bad kBad[] = {
       // Empty.
       {"", 1},
@@ -111,7 +112,7 @@ TEST(IntegerRead, RefusesWhatIsNoInteger) {
       {"0:", 3},
       {"0x1F", 3},
       {"1e3", 3},
-      // Bytes of 0x80 and above, among them what other sets call digits.
+      // Bytes of 0x80 and above, among them digits of other character sets.
       {"\xB2", 3},
       {"1\xB9", 3},
       {"\xA0"
@@ -120,7 +121,7 @@ TEST(IntegerRead, RefusesWhatIsNoInteger) {
       {"\xB0\xB1", 3},
       {"1234567\xFF", 3},
       {"-\x80", 3},
-      // Too large, and not even digits: the characters are looked at first.
+      // Too large, and not only digits: the characters are checked first.
       {"99999999999999999999x", 3},
   };
   for (const Bad &row : kBad) {
@@ -237,7 +238,7 @@ TEST(IntegerRead, ReadsBackEveryLengthAndBorder) {
   }
 }
 
-TEST(IntegerValidators, AcceptFromTheirBoundOn) {
+TEST(IntegerValidators, AcceptValuesFromTheirBoundOn) {
   constexpr struct {
     Reader validator;
     const char *text;

@@ -1,18 +1,17 @@
-// For tests/codecs/ only: the conversions written down one character and one step at a time, as
-// models that the library's own are compared with.
+// For tests/codecs/ only: models of the conversions, which go one character and one step at a time.
 #ifndef KORVEL_TESTS_CODECS_LITERAL_CODECS_H
 #define KORVEL_TESTS_CODECS_LITERAL_CODECS_H
 
 #include <algorithm>
+#include <charconv>
 #include <cmath>
 #include <cstddef>
-#include <cstdio>
 #include <limits>
 #include <string>
 
 namespace korvel::test {
 
-// What a reader leaves behind: `value` counts only with status 0.
+// The results of a reader; `value` counts only with status 0.
 template <typename Value>
 struct Reading {
   int status = 0;
@@ -20,7 +19,7 @@ struct Reading {
   std::string text;
 };
 
-// What a writer leaves behind.
+// The results of a writer.
 struct Writing {
   int status = 0;
   std::string text;
@@ -33,8 +32,8 @@ inline void literalTrim(std::string &text) {
 
 inline bool literalIsDigit(char c) { return c >= '0' && c <= '9'; }
 
-// Digits from the last to the first, each times a power of ten that grows by one step. A digit 0
-// adds nothing, so that it never meets an infinite power.
+// Digits from the last to the first, each times a power of ten that grows by one step. A digit 0 is
+// skipped: the power may be infinite.
 inline double literalMagnitude(const std::string &digits) {
   double sum = 0.0;
   double power = 1.0;
@@ -101,7 +100,7 @@ inline Reading<double> literalReadReal(std::string text) {
   return {0, negative ? -value : value, text};
 }
 
-// A text in a buffer that takes one character at a time or refuses it.
+// A buffer of a given capacity that takes one character at a time or refuses it.
 class LiteralBuffer {
  public:
   explicit LiteralBuffer(int capacity) : capacity_(capacity) {}
@@ -137,12 +136,12 @@ inline double literalIntegral(double x) {
   return std::clamp(std::trunc(x), -2147483648.0, 2147483647.0) + 0.0;
 }
 
-// The decimal digits of a whole number, exact at any size; none where it is no number.
+// The decimal digits of a whole number, exact at any size; empty for infinity and NaN.
 inline std::string literalWholeDigits(double number) {
   if (!std::isfinite(number)) return "";
   char digits[400];
-  std::snprintf(digits, sizeof digits, "%.0f", std::fabs(std::trunc(number)));
-  return digits;
+  const double whole = std::fabs(std::trunc(number));
+  return {digits, std::to_chars(digits, digits + 400, whole, std::chars_format::fixed, 0).ptr};
 }
 
 inline Writing literalWriteFixed(double x, int capacity, int decimals) {
@@ -207,7 +206,7 @@ inline Writing literalWriteSignificant(double x, int capacity, int extraDigits) 
   }
   while (budget > 0) {
     fraction *= 10.0;
-    // What is left above an integral part that stopped at its bound has no digit but 9.
+    // The rest above an integral part at its bound has only digits 9.
     const double digit = std::min(literalIntegral(fraction), 9.0);
     fraction -= digit;
     if (buffer.text.empty() && digit == 0.0) {

@@ -1,3 +1,4 @@
+// Numbers of a fixed width: written, read, and in lists.
 #include <algorithm>
 #include <climits>
 #include <limits>
@@ -20,7 +21,7 @@ namespace {
 
 using Writer = int (*)(int, char *, int);
 
-// `run` is what stands in all of the width, or empty where nothing is written.
+// `run` fills the width, or is empty where nothing is written.
 void expectWrites(int value, int width, int status, std::string_view run) {
   for (const Writer writer : {LongToNUM, IntToNUM}) {
     PoisonedBuffer buffer(static_cast<std::size_t>(std::max(width, 0)));
@@ -51,7 +52,7 @@ TEST(NumWrite, RefusesAWidthTooSmall) {
   EXPECT_EQ(IntToNUM(1, nullptr, 4), 11);
 }
 
-TEST(NumWrite, SignStandsBehindTheFill) {
+TEST(NumWrite, WritesTheSignBehindTheFill) {
   // Kept: the fill stands in front of the sign.
   expectWrites(-5, 4, 0, "00-5");
   expectWrites(-5, 2, 0, "-5");
@@ -76,7 +77,8 @@ TEST(NumWrite, AgreesWithTheLiteralWriterAtEveryWidth) {
 }
 
 TEST(NumWrite, RealsAreNeverWritten) {
-  // Kept: the writer of reals never answers 0 for the working area.
+  // Kept: the writer of reals answers 1 for the 20 bytes that would be formatted into, which counts
+  // as a failure; nothing is ever placed.
   for (const double value : {0.0, 1.5, -12.25, 1e300, std::numeric_limits<double>::quiet_NaN(),
                              std::numeric_limits<double>::infinity()}) {
     for (const int width : {-1, 0, 1, 8, 20}) {
@@ -94,7 +96,7 @@ TEST(NumWrite, RealsAreNeverWritten) {
 
 using Reader = int (*)(const char *, int, int *);
 
-// The result is the value, or 0 on failure.
+// `value` is 0 on failure.
 void expectReads(Reader reader, std::string_view num, int status, int value) {
   const ExactRun run(num);
   int result = 77;
@@ -118,7 +120,7 @@ TEST(NumRead, ReadsDigitsWithBlanksAroundAndOneSign) {
       {"-000", 0, 0},
       {"7", 0, 7},
       {"00000000007", 0, 7},
-      // What fails gives 0.
+      // Failures give 0.
       {"", 1, 0},
       {"    ", 1, 0},
       {"  - ", 2, 0},
@@ -213,7 +215,7 @@ TEST(NumReadInterval, ReadsBothBounds) {
       {"10,20-30", 3, 10, 0},
       {"10--20", 12, 10, 0},
       {"-10,20", 1 + 3, 0, 0},
-      // Nothing but the three separates, not even what separates the items of a list.
+      // Only these three separate, not even '+', which separates the items of a list.
       {"10+20", 3 + 11, 0, 0},
       {"10:20", 3 + 11, 0, 0},
       {"10.20", 3 + 11, 0, 0},
@@ -223,7 +225,7 @@ TEST(NumReadInterval, ReadsBothBounds) {
       {"10\xAD"
        "20",
        3 + 11, 0, 0},
-      // No separator leaves no high bound at all, an empty one is another fault.
+      // Without a separator there is no high bound; an empty one is another fault.
       {"10", 11, 10, 0},
       {"", 1 + 11, 0, 0},
       {"[]", 1 + 11, 0, 0},
@@ -296,7 +298,7 @@ TEST(NumReadReal, ReadsRealsAndPercentages) {
   }
 }
 
-// Each of these comes out otherwise when it is multiplied by 0.01, or divided as a float.
+// Each of these differs when it is multiplied by 0.01, or divided as a float.
 TEST(NumReadReal, PercentagesAreDividedByAHundredExactly) {
   constexpr struct {
     const char *num;
@@ -332,7 +334,7 @@ TEST(NumList, CountsItemsThatAreAllRead) {
       {"1-2", 2},
       {" 1 , 2 ", 2},
       {"00000000001,2", 2},
-      // One that is not read leaves none.
+      // One item that is not read makes it 0.
       {"1+x", 0},
       {"x+1", 0},
       {"", 0},

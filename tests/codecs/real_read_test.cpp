@@ -1,3 +1,4 @@
+// Reals read to the bit: rows, faults, and random texts beside the literal reader.
 #include <cmath>
 #include <cstdint>
 #include <cstring>
@@ -87,7 +88,7 @@ TEST(RealRead, ReadsReals) {
   for (const auto &row : kGood) expectReads(row.text, row.value);
 }
 
-TEST(RealRead, RefusesWhatIsNoReal) {
+TEST(RealRead, RefusesOtherTexts) {
   constexpr struct {
     const char *text;
     int status;
@@ -103,12 +104,12 @@ TEST(RealRead, RefusesWhatIsNoReal) {
       {"- 1", 3},
       {"1x.5", 3},
       {"\xB2", 3},
-      // There is no grouping: the point wins, the comma is no digit.
+      // There is no grouping: the point separates, and the comma is no digit.
       {"1,234.5", 3},
       {"1 e5", 3},
-      // A point in the exponent is no separator, and hides the comma that would have been one.
+      // Kept: a point in the exponent takes the separator's part from a comma in the mantissa.
       {"1,5e2.0", 3},
-      // The first "e" is the mark, whatever "E" comes before.
+      // The first "e" is the mark, even behind an "E".
       {"1E5e2", 3},
       // In the fraction.
       {"1.2.3", 4},
@@ -138,7 +139,7 @@ TEST(RealRead, TextStaysTrimmedWhateverTheOutcome) {
   EXPECT_EQ(read("    ").text, "");
   EXPECT_EQ(read(" x ").text, "x");
   EXPECT_EQ(read(" 1.5e ").text, "1.5e");
-  // The exponent's text is trimmed too, once it is looked at.
+  // The exponent's text is trimmed, too, where it is read.
   EXPECT_EQ(read(" 1e   5 ").text, "1e5");
   EXPECT_EQ(read("1e   x").text, "1ex");
   EXPECT_EQ(read("xe   5").text, "xe   5");
@@ -187,7 +188,7 @@ TEST(RealRead, NoDigitStringGivesNaN) {
     expectReads(zeros, 0.0);
     expectReads(std::string(zeros).append("5.5"), 5.5);
     expectReads(small, literalReadReal(small).value);
-    // Infinite before the exponent is looked at.
+    // Infinite before the exponent is applied.
     if (count > 308) expectReads(std::string(large).append("e-2000000000"), kInfinity);
   }
 }
@@ -227,7 +228,7 @@ TEST(RealReadSingle, RoundsTheDoubleWhenStored) {
   expectSingle("1ex", 7, -1.5F);
 }
 
-TEST(RealValidators, AcceptFromTheirBoundOn) {
+TEST(RealValidators, AcceptValuesFromTheirBoundOn) {
   constexpr struct {
     Reader validator;
     const char *text;

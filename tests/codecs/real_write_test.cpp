@@ -1,3 +1,4 @@
+// Reals written with fixed decimals and with significant digits, beside the literal writers.
 #include <algorithm>
 #include <bit>
 #include <climits>
@@ -74,7 +75,7 @@ TEST(RealWriteFixed, WritesFixedDecimals) {
       {12.7, -1, "13."},
       {-0.2, -5, "-0."},
       {0.0, INT_MIN, "0."},
-      // Decimals as far as a double tells them.
+      // Decimals up to and past the precision of a double.
       {0.1, 10, "0.1000000000"},
       {1.0 / 3.0, 12, "0.333333333333"},
       {1.0 / 3.0, 15, "0.333333333333333"},
@@ -90,7 +91,7 @@ TEST(RealWriteFixed, WritesFixedDecimals) {
   }
 }
 
-TEST(RealWriteFixed, StatusTellsWhatIsBelowTheSafeSize) {
+TEST(RealWriteFixed, StatusReportsACapacityBelowTheSafeSize) {
   expectWrites(realdco_d, 0.0, 32, 2, {0, "0.00"});
   expectWrites(realdco_d, 0.0, 21, 2, {0, "0.00"});
   expectWrites(realdco_d, 0.0, 20, 2, {1, "0.00"});
@@ -168,7 +169,7 @@ TEST(RealWriteFixed, NothingBehindTheTerminatorIsTouched) {
   }
 }
 
-// Any bits but a NaN's payload: the exponents of all sizes, and those of everyday numbers.
+// Doubles of any bits, and everyday numbers.
 double randomReal(std::mt19937_64 &random) {
   if (random() % 4 == 0) return std::bit_cast<double>(static_cast<std::uint64_t>(random()));
   double bound = 1.0;
@@ -201,7 +202,7 @@ TEST(RealWriteFixed, AgreesWithTheLiteralWriterOnRandomReals) {
 }
 
 TEST(RealWriteFixed, AgreesWithTheLiteralWriterOnHalves) {
-  // Values next to those where the last decimal turns.
+  // Values next to those where the last decimal changes.
   for (int decimals = 0; decimals <= 9; ++decimals) {
     const double scale = std::pow(10.0, decimals);
     for (int i = 0; i < 2000; ++i) {
@@ -248,8 +249,8 @@ TEST(RealWriteSignificant, WritesSignificantDigitsTruncated) {
       {-0.0012345, 2, "-1.23e-3"},
       {10.0, 1, "1.0e1"},
       {2147483647.0, 9, "2.147483647e9"},
-      // Kept: a negative number of digits leaves one digit of an integral part and none of a
-      // fraction.
+      // Kept: without any budget each digit of the integral part replaces the one before it, and
+      // one stays. A fraction has no digit.
       {1234.5, -1, "1.e3"},
       {1234.5, INT_MIN, "1.e3"},
       {7.0, -3, "7."},
@@ -263,7 +264,7 @@ TEST(RealWriteSignificant, WritesSignificantDigitsTruncated) {
   }
 }
 
-TEST(RealWriteSignificant, NeverTellsASmallCapacity) {
+TEST(RealWriteSignificant, NeverReportsASmallCapacity) {
   expectWrites(realdco_sd, 5.0, 3, 0, {0, "5."});
   expectWrites(realdco_sd, 0.0, 2, 9, {0, "0"});
   expectWrites(realdco_sd, 0.0, 1, 9, {2, ""});
@@ -274,14 +275,14 @@ TEST(RealWriteSignificant, WhatDoesNotFitLeavesAPartialText) {
   expectWrites(realdco_sd, 1234.5, 5, 3, {2, "1234"});
   expectWrites(realdco_sd, 1234.5, 6, 3, {2, "1.234"});
   expectWrites(realdco_sd, -1234.5, 6, 3, {2, "1.234"});
-  // Kept: an exponent that does not fit is left out or cut without a word.
+  // Kept: an exponent that does not fit is cut without a word. It may even be left out.
   expectWrites(realdco_sd, 1234.5, 7, 3, {0, "1.234e"});
   expectWrites(realdco_sd, 1234.5, 8, 3, {0, "1.234e3"});
   expectWrites(realdco_sd, 1234567890.0, 5, 0, {0, "1.e9"});
   expectWrites(realdco_sd, 1e-12, 5, 0, {0, "9.e3"});
 }
 
-TEST(RealWriteSignificant, BoundedForWhateverIsNoEverydayNumber) {
+TEST(RealWriteSignificant, BoundedForInfinitiesAndNaN) {
   expectWrites(realdco_sd, kNaN, 32, 3, {0, "0"});
   expectWrites(realdco_sd, kInfinity, 32, 3, {0, "2.147e9"});
   expectWrites(realdco_sd, -kInfinity, 32, 3, {0, "-2.147e9"});
@@ -297,7 +298,7 @@ TEST(RealWriteSignificant, EveryDigitAboveTheBoundIsNine) {
       // Less than 1 above the bound is exact.
       {2147483647.5, 12, "2.147483647500e9"},
       {-2147483648.5, 12, "-2.147483648500e9"},
-      // 1 and more is nines, however little it is.
+      // From 1 above the bound on, all digits are nines.
       {2147483648.0, 12, "2.147483647999e9"},
       {2147483648.5, 12, "2.147483647999e9"},
       {2147483657.25, 12, "2.147483647999e9"},

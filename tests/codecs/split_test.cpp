@@ -1,3 +1,4 @@
+// Reals split into integral part and fraction.
 #include <bit>
 #include <cmath>
 #include <cstdint>
@@ -28,7 +29,7 @@ TEST(SplitDouble, TruncatesTowardZero) {
       {0.25, 0.0, 0.25},
       {-0.25, 0.0, -0.25},
       {2147483646.5, 2147483646.0, 0.5},
-      // Held to 32 bits; what is above stays in the fraction.
+      // Clamped to 32 bits; the fraction takes the rest.
       {2147483647.0, 2147483647.0, 0.0},
       {2147483647.5, 2147483647.0, 0.5},
       {2147483648.0, 2147483647.0, 1.0},
@@ -96,7 +97,7 @@ TEST(SplitSingle, ClearsTheBitsBelowThePoint) {
       {1.75F, 1.0F, 0.75F},
       {-1.75F, -1.0F, -0.75F},
       {8388607.5F, 8388607.0F, 0.5F},
-      // From an exponent of 23 on there is nothing below the point.
+      // From an exponent of 23 on there are no bits below the point.
       {8388608.0F, 8388608.0F, 0.0F},
       {-16777216.0F, -16777216.0F, 0.0F},
       // No step through 32 bits.
