@@ -120,7 +120,7 @@ Wide daysOfYears(Wide origin, Wide year) {
 int minutesFrom(int origin, const Fields &f, int time) {
   Wide days = f.day;
   for (int month = 1; month < f.month; ++month) days += daysIn(f.year, month);
-  // Kept: the leap day that counts is that of each year itself, not of the year before.
+  // Kept: each year counts its own leap day, from January on.
   days += daysOfYears(origin, f.year);
   const int hours = time / 100 % 100;
   const int minutes = time % 100;

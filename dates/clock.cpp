@@ -31,7 +31,7 @@ constexpr std::size_t kToDay = 2;
 constexpr std::size_t kToMinute = 4;
 constexpr std::size_t kToSecond = 5;
 
-// Kept: the status is that of the last field alone.
+// Kept: only the last field decides the status.
 int storeNow(char *out, std::size_t fieldCount) {
   constexpr std::size_t kYearWidth = 4;
   constexpr std::size_t kFieldWidth = 2;

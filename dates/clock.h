@@ -1,4 +1,4 @@
-// For dates/ and tests only: where the current date and time come from.
+// For dates/ and tests: the clock that the library reads.
 #ifndef KORVEL_DATES_CLOCK_H
 #define KORVEL_DATES_CLOCK_H
 
@@ -16,10 +16,10 @@ struct ClockTime {
 
 using Clock = ClockTime (*)();
 
-// The host's clock in its time zone; all zeros when it cannot be told.
+// The host's clock in its time zone; all zeros where there is none.
 ClockTime hostClock();
 
-// The clock that the library reads: hostClock, unless a test has put its own in place.
+// hostClock, unless a test has put its own in place.
 extern Clock clockInUse;
 
 }  // namespace korvel::dates

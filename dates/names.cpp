@@ -10,9 +10,10 @@ namespace {
 
 constexpr std::size_t kAbbreviation = 3;
 
+// Kept: both abbreviations are one buffer.
 constinit char abbreviation[kAbbreviation + 1] = "   ";
 
-// Places in the table below.
+// Indices of the table below.
 constexpr int kNoMonth = 0;
 constexpr int kMonths = 12;
 constexpr int kFirstDay = kMonths + 1;
@@ -21,7 +22,7 @@ constexpr int kNoDay = kFirstDay + kDays;
 constexpr int kMonthAbbreviation = kNoDay + 1;
 constexpr int kDayAbbreviation = kNoDay + 2;
 
-// Kept: é is the byte 0x82 (octal 202), Aout has no accent, both abbreviations are one buffer.
+// Kept: é is the byte 0x82 (octal 202), Aout has no accent.
 constinit const char *const names[] = {
     "Ill\202gal",  "Janvier",  "F\202vrier", "Mars",       "Avril",      "Mai",
     "Juin",        "Juillet",  "Aout",       "Septembre",  "Octobre",    "Novembre",
@@ -30,10 +31,10 @@ constinit const char *const names[] = {
 };
 static_assert(std::size(names) == kDayAbbreviation + 1);
 
-// ASCII letters alone: é stays as it is.
+// Only ASCII letters: é stays.
 char capital(char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; }
 
-// The names are char * to the application, but constants.
+// Applications get char *, but the names are constants.
 char *nameAt(int place) { return const_cast<char *>(names[place]); }
 
 char *monthName(int month) { return nameAt(month >= 1 && month <= kMonths ? month : kNoMonth); }

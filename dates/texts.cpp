@@ -74,7 +74,7 @@ int storeMidnight(const char *date, char *out) {
   const Input input(date);
   if (input.length() != kLongDate) return storeDateAndTime(date, nullptr, "0000", out);
   writeLayout(input, "ghijdeab0000", out);
-  // Kept: a year that is copied gives the length of the input for a status.
+  // Kept: a copied year gives the length of the input for a status.
   return kLongDate;
 }
 
