@@ -1,4 +1,7 @@
+// The calendar, days added and taken off, and minutes counted: rows, borders, and random numbers
+// beside models that count days.
 #include <algorithm>
+#include <chrono>
 #include <climits>
 #include <cstdint>
 #include <random>
@@ -10,97 +13,91 @@
 namespace korvel::test {
 namespace {
 
-// ---- The steps written down one day, month and year at a time ----
+// ---- Models that count days on the standard library's calendar ----
 
 using Wide = std::int64_t;
 
-Wide literalLeap(Wide year) {
-  return year % 400 == 0 || (year % 4 == 0 && year % 100 != 0) ? 1 : 0;
+constexpr Wide kCycleYears = 400;
+constexpr Wide kCycleDays = 146097;
+
+Wide floorDivided(Wide a, Wide b) { return (a >= 0 ? a : a - b + 1) / b; }
+
+// The number of a day. Months are counted from year 0 on. The standard calendar knows some 65,000
+// years: all are moved into the cycle that begins with year 0.
+Wide dayNumber(Wide month, Wide day) {
+  const Wide year = floorDivided(month, 12);
+  const Wide cycles = floorDivided(year, kCycleYears);
+  const std::chrono::year inCycle(static_cast<int>(year - cycles * kCycleYears));
+  const std::chrono::sys_days first = inCycle / static_cast<int>(month - 12 * year + 1) / 1;
+  return first.time_since_epoch().count() + cycles * kCycleDays + day - 1;
 }
 
-Wide literalDays(Wide year, Wide month) {
-  switch (month) {
-    case 1:
-    case 3:
-    case 5:
-    case 7:
-    case 8:
-    case 10:
-    case 12:
-      return 31;
-    case 4:
-    case 6:
-    case 9:
-    case 11:
-      return 30;
-    case 2:
-      return 28 + literalLeap(year);
-    default:
-      return 0;
-  }
+Wide newYear(Wide year) { return dayNumber(12 * year, 1); }
+
+struct Date {
+  Wide year;
+  int month;
+  int day;
+
+  Wide months() const { return 12 * year + month - 1; }
+  // What is below January counts as January, what is above December as the next January.
+  Wide nearestMonths() const { return 12 * year + std::clamp(month, 1, 13) - 1; }
+};
+
+Date fieldsOf(int date) { return {date / 10000, date / 100 % 100, date % 100}; }
+
+Date dateOf(Wide number) {
+  const Wide cycles = floorDivided(number, kCycleDays);
+  const std::chrono::days inCycle(number - cycles * kCycleDays);
+  const std::chrono::year_month_day date{std::chrono::sys_days(inCycle)};
+  return {int{date.year()} + cycles * kCycleYears, static_cast<int>(unsigned{date.month()}),
+          static_cast<int>(unsigned{date.day()})};
 }
 
-int literalHeld(Wide number) {
-  return static_cast<int>(std::min<Wide>(std::max<Wide>(number, INT_MIN), INT_MAX));
+int clamped(Wide number) { return static_cast<int>(std::clamp<Wide>(number, INT_MIN, INT_MAX)); }
+
+int numberOf(const Date &date, Wide day) {
+  return clamped(date.year * 10000 + date.month * 100 + day);
 }
 
-int literalIncr(int date, unsigned n) {
-  Wide year = date / 10000;
-  Wide month = date / 100 % 100;
-  Wide day = Wide{date % 100} + n;
-  while (day > literalDays(year, month)) {
-    day -= literalDays(year, month);
-    ++month;
-    if (month > 12) {
-      month = 1;
-      ++year;
-    }
-  }
-  return literalHeld(year * 10000 + month * 100 + day);
+int modelIncr(int date, unsigned n) {
+  const Date from = fieldsOf(date);
+  const Wide days = Wide{from.day} + n;
+  if (days <= 0) return numberOf(from, days);
+  const Date reached = dateOf(dayNumber(from.nearestMonths(), days));
+  return numberOf(reached, reached.day);
 }
 
-int literalDiff(int date, unsigned days) {
-  Wide n = days;
-  Wide year = date / 10000;
-  Wide month = date / 100 % 100;
-  const Wide day = date % 100;
-  while (n > 365 + literalLeap(year - 1)) {
-    n -= 365 + literalLeap(year - 1);
-    --year;
-  }
-  while (n > literalDays(year, month <= 1 ? 12 : month - 1)) {
-    if (month <= 1) {
-      month = 12;
-      --year;
-    } else {
-      --month;
-    }
-    n -= literalDays(year, month);
-  }
-  if (day > n) return literalHeld(year * 10000 + month * 100 + day - n);
-  if (month <= 1) {
-    month = 12;
-    --year;
-  } else {
-    --month;
-  }
-  return literalHeld(year * 10000 + month * 100 + literalDays(year, month) - (n - day));
+// Whole years go back to the first new year behind the day that lies n days before this new year,
+// whole months then to the first month behind the day that lies the rest before this month.
+int modelDiff(int date, unsigned n) {
+  Date from = fieldsOf(date);
+  const Wide thisNewYear = newYear(from.year);
+  from.year = std::min(from.year, dateOf(thisNewYear - n).year + 1);
+  Wide left = n - (thisNewYear - newYear(from.year));
+  if (from.month > 13 && left > 0) from.month = 13;
+
+  const Wide months = from.nearestMonths();
+  const Wide reached = std::min(months, dateOf(dayNumber(months, 1) - left).months() + 1);
+  left -= dayNumber(months, 1) - dayNumber(reached, 1);
+  const Date month = reached < months ? dateOf(dayNumber(reached, 1)) : from;
+  if (from.day > left) return numberOf(month, from.day - left);
+  if (month.month > 13) return numberOf(month, from.day - left - 100);
+  const Date last = dateOf(dayNumber(reached, 1) - 1);
+  return numberOf(last, last.day + from.day - left);
 }
 
-int literalMinutes(int date, int time, int origin) {
-  const Wide year = date / 10000;
-  const Wide month = date / 100 % 100;
-  Wide days = date % 100;
-  for (Wide m = 1; m < month; ++m) days += literalDays(year, m);
-  for (Wide y = year; y >= Wide{origin} + 1; --y) days += 365 + literalLeap(y);
-  return literalHeld(days * 1440 + time / 100 % 100 * 60 + time % 100);
+int modelMinutes(int date, int time, int origin) {
+  const Date to = fieldsOf(date);
+  Wide days = dayNumber(to.nearestMonths(), to.day) + 1 - newYear(to.year);
+  if (to.year > origin) days += newYear(to.year + 1) - newYear(Wide{origin} + 1);
+  return clamped(days * 1440 + time / 100 % 100 * 60 + time % 100);
 }
 
 int randomDate(std::mt19937 &random) {
-  const int year = static_cast<int>(random() % 10000);
-  const int month = 1 + static_cast<int>(random() % 12);
-  const int day = 1 + static_cast<int>(random() % literalDays(year, month));
-  return year * 10000 + month * 100 + day;
+  const Wide days = newYear(10000) - newYear(0);
+  const Date date = dateOf(newYear(0) + static_cast<Wide>(random() % static_cast<unsigned>(days)));
+  return numberOf(date, date.day);
 }
 
 unsigned randomDays(std::mt19937 &random) { return random() >> random() % 32; }
@@ -192,8 +189,8 @@ TEST(Validate, AcceptsExactlyTheDaysOfEveryMonth) {
   for (int year = 1799; year <= 2101; ++year) {
     for (int month = 0; month <= 13; ++month) {
       for (int day = 0; day <= 32; ++day) {
-        const bool isDate =
-            year >= 1800 && year <= 2100 && day >= 1 && day <= literalDays(year, month);
+        const bool isDay = (std::chrono::year(year) / month / day).ok();
+        const bool isDate = isDay && year >= 1800 && year <= 2100;
         ASSERT_EQ(Validate_Date(year * 10000 + month * 100 + day), isDate ? 1 : 0)
             << year << '-' << month << '-' << day;
       }
@@ -219,12 +216,12 @@ TEST(DaysAdded, CrossMonthsAndYears) {
       {20000101, 146098, 24000102},
       {20000101, 146096, 23991231},
       {20000229, 366, 20010301},
-      // A day past its month goes on like one counted.
+      // A day past the end of its month is carried into the next.
       {20040231, 0, 20040302},
       // No days are added to a date without days.
       {20040300, 0, 20040300},
       {20040300, 1, 20040301},
-      // What is no month is stepped over.
+      // A month that does not exist is stepped over.
       {20040007, 0, 20040107},
       {20041307, 0, 20050107},
       {20049907, 1, 20050108},
@@ -232,49 +229,43 @@ TEST(DaysAdded, CrossMonthsAndYears) {
   };
   for (const auto &row : kRows) {
     EXPECT_EQ(Get_Date_Incr(row.date, row.n), row.result) << row.date << " + " << row.n;
-    EXPECT_EQ(literalIncr(row.date, row.n), row.result) << row.date << " + " << row.n;
+    EXPECT_EQ(modelIncr(row.date, row.n), row.result) << row.date << " + " << row.n;
   }
 }
 
-TEST(DaysAdded, HeldToWhatAnIntHolds) {
-  EXPECT_EQ(Get_Date_Incr(20000101, 77000000), literalIncr(20000101, 77000000));
+TEST(DaysAdded, ClampedToAnInt) {
+  EXPECT_EQ(Get_Date_Incr(20000101, 77000000), modelIncr(20000101, 77000000));
   EXPECT_EQ(Get_Date_Incr(20000101, UINT_MAX), INT_MAX);
   EXPECT_EQ(Get_Date_Incr(INT_MAX, UINT_MAX), INT_MAX);
   EXPECT_EQ(Get_Date_Incr(INT_MIN, UINT_MAX), INT_MAX);
 }
 
-TEST(DaysAdded, AgreeWithTheLiteralStepsOnRandomDates) {
+TEST(DaysAdded, AgreeWithTheModelOnRandomDates) {
   std::mt19937 random(57);
   for (int i = 0; i < 20000; ++i) {
     const int date = randomDate(random);
-    const unsigned n = random() >> (8 + random() % 24);
-    ASSERT_EQ(Get_Date_Incr(date, n), literalIncr(date, n)) << date << " + " << n;
-  }
-  // The longest walks, a few of them.
-  for (int i = 0; i < 8; ++i) {
-    const int date = randomDate(random);
-    const unsigned n = random() >> 6;
-    ASSERT_EQ(Get_Date_Incr(date, n), literalIncr(date, n)) << date << " + " << n;
+    const unsigned n = randomDays(random);
+    ASSERT_EQ(Get_Date_Incr(date, n), modelIncr(date, n)) << date << " + " << n;
   }
 }
 
-TEST(DaysAdded, AgreeWithTheLiteralStepsAroundWholeCycles) {
+TEST(DaysAdded, AgreeWithTheModelAroundWholeCycles) {
   for (const int date :
        {20000101, 20000229, 20000301, 19991231, 101, 20041315, 20040015, -20040315}) {
     for (unsigned cycles = 1; cycles <= 3; ++cycles) {
       for (unsigned n = cycles * 146097 - 70; n <= cycles * 146097 + 70; ++n) {
-        ASSERT_EQ(Get_Date_Incr(date, n), literalIncr(date, n)) << date << " + " << n;
+        ASSERT_EQ(Get_Date_Incr(date, n), modelIncr(date, n)) << date << " + " << n;
       }
     }
   }
 }
 
-TEST(DaysAdded, AgreeWithTheLiteralStepsOnAnyNumber) {
+TEST(DaysAdded, AgreeWithTheModelOnAnyNumber) {
   std::mt19937 random(58);
   for (int i = 0; i < 20000; ++i) {
     const auto date = static_cast<int>(random());
-    const unsigned n = random() >> (10 + random() % 22);
-    ASSERT_EQ(Get_Date_Incr(date, n), literalIncr(date, n)) << date << " + " << n;
+    const unsigned n = randomDays(random);
+    ASSERT_EQ(Get_Date_Incr(date, n), modelIncr(date, n)) << date << " + " << n;
   }
 }
 
@@ -304,46 +295,41 @@ TEST(DaysTakenOff, CrossMonthsAndYears) {
       {20010331, 29, 20010230},
       {20010331, 30, 20010229},
       {20010331, 31, 20010228},
-      // No day of its own: the last one before.
+      // Day 0 is the last day of the month before.
       {20040300, 0, 20040229},
-      // What is no month is stepped over, or steps back as January does.
+      // A month above 12 is stepped over; one below 1 steps back as January does.
       {20041407, 0, 20041407},
       {20041407, 7, 20041231},
       {20040007, 7, 20031231},
   };
   for (const auto &row : kRows) {
-    EXPECT_EQ(literalDiff(row.date, row.n), row.result) << row.date << " - " << row.n;
+    EXPECT_EQ(modelDiff(row.date, row.n), row.result) << row.date << " - " << row.n;
     EXPECT_EQ(Get_Date_Diff(row.date, row.n), row.result) << row.date << " - " << row.n;
   }
 }
 
-TEST(DaysTakenOff, HeldToWhatAnIntHolds) {
+TEST(DaysTakenOff, ClampedToAnInt) {
   EXPECT_EQ(Get_Date_Diff(20000101, UINT_MAX), INT_MIN);
   EXPECT_EQ(Get_Date_Diff(INT_MIN, UINT_MAX), INT_MIN);
   EXPECT_EQ(Get_Date_Diff(INT_MAX, UINT_MAX), INT_MIN);
 }
 
-TEST(DaysTakenOff, AgreeWithTheLiteralStepsOnAnyNumber) {
+TEST(DaysTakenOff, AgreeWithTheModelOnAnyNumber) {
   std::mt19937 random(59);
   for (int i = 0; i < 20000; ++i) {
     const int date = randomDate(random);
-    const unsigned n = random() >> (8 + random() % 24);
-    ASSERT_EQ(Get_Date_Diff(date, n), literalDiff(date, n)) << date << " - " << n;
-    const auto any = static_cast<int>(random());
-    ASSERT_EQ(Get_Date_Diff(any, n), literalDiff(any, n)) << any << " - " << n;
-  }
-  for (int i = 0; i < 8; ++i) {
-    const int date = randomDate(random);
     const unsigned n = randomDays(random);
-    ASSERT_EQ(Get_Date_Diff(date, n), literalDiff(date, n)) << date << " - " << n;
+    ASSERT_EQ(Get_Date_Diff(date, n), modelDiff(date, n)) << date << " - " << n;
+    const auto any = static_cast<int>(random());
+    ASSERT_EQ(Get_Date_Diff(any, n), modelDiff(any, n)) << any << " - " << n;
   }
 }
 
-TEST(DaysTakenOff, AgreeWithTheLiteralStepsAroundWholeCycles) {
+TEST(DaysTakenOff, AgreeWithTheModelAroundWholeCycles) {
   for (const int date : {24000101, 24000229, 24000301, 23991231, 20041315, 20040015, -20040315}) {
     for (unsigned cycles = 1; cycles <= 3; ++cycles) {
       for (unsigned n = cycles * 146097 - 400; n <= cycles * 146097 + 400; ++n) {
-        ASSERT_EQ(Get_Date_Diff(date, n), literalDiff(date, n)) << date << " - " << n;
+        ASSERT_EQ(Get_Date_Diff(date, n), modelDiff(date, n)) << date << " - " << n;
       }
     }
   }
@@ -364,14 +350,14 @@ TEST(Minutes, CountFromTheOriginYear) {
       {19500102, 0, 1950, 2 * 1440},
       {19500201, 0, 1950, 32 * 1440},
       {19510101, 0, 1950, 366 * 1440},
-      // Kept: the leap day that counts is that of the date's own year, from January on.
+      // Kept: each year counts its own leap day, from January on.
       {19520101, 0, 1950, (1 + 365 + 366) * 1440},
       {19530101, 0, 1950, (1 + 365 + 366 + 365) * 1440},
-      // The origin year's own leap day counts only in its months.
+      // The leap day of the origin year counts only from its March on.
       {19520301, 0, 1952, (1 + 31 + 29) * 1440},
       // Before the origin year no year counts.
       {19490101, 0, 1950, 1440},
-      // What is no date or time goes through the same steps.
+      // Numbers that are no date or time go through the same steps.
       {19501399, 9999, 1950, (99 + 365) * 1440 + 99 * 60 + 99},
       {0, 0, 1950, 0},
       {19500101, 12359, 1950, 1440 + 23 * 60 + 59},
@@ -382,23 +368,23 @@ TEST(Minutes, CountFromTheOriginYear) {
   }
 }
 
-TEST(Minutes, HeldToWhatAnIntHolds) {
+TEST(Minutes, ClampedToAnInt) {
   EXPECT_EQ(Min_depuis_org(99991231, 2359, 0), INT_MAX);
   EXPECT_EQ(Min_depuis_org(20000101, 0, INT_MIN), INT_MAX);
   EXPECT_EQ(Min_depuis_org(INT_MAX, INT_MAX, INT_MIN), INT_MAX);
   EXPECT_EQ(Min_depuis_org(20000101, 0, INT_MAX), 1440);
-  EXPECT_EQ(Min_depuis_org(INT_MIN, INT_MIN, INT_MAX), literalMinutes(INT_MIN, INT_MIN, INT_MAX));
+  EXPECT_EQ(Min_depuis_org(INT_MIN, INT_MIN, INT_MAX), modelMinutes(INT_MIN, INT_MIN, INT_MAX));
 }
 
-TEST(Minutes, AgreeWithTheLiteralStepsOnAnyNumber) {
+TEST(Minutes, AgreeWithTheModelOnAnyNumber) {
   std::mt19937 random(60);
   for (int i = 0; i < 20000; ++i) {
     const int date = i % 2 == 0 ? randomDate(random) : static_cast<int>(random() % 200000000);
     const auto time = static_cast<int>(random() % 10000);
     const auto origin = static_cast<int>(random() % 12000) - 1000;
-    ASSERT_EQ(Min_depuis_org(date, time, origin), literalMinutes(date, time, origin))
+    ASSERT_EQ(Min_depuis_org(date, time, origin), modelMinutes(date, time, origin))
         << date << ' ' << time << " from " << origin;
-    ASSERT_EQ(Min_depuis_org(-date, -time, -origin), literalMinutes(-date, -time, -origin))
+    ASSERT_EQ(Min_depuis_org(-date, -time, -origin), modelMinutes(-date, -time, -origin))
         << -date << ' ' << -time << " from " << -origin;
   }
 }

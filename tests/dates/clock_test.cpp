@@ -1,3 +1,4 @@
+// The current date and time as stored texts, with a stopped clock and with the host's.
 #include "dates/clock.h"
 
 #include <optional>
@@ -21,21 +22,21 @@ namespace {
 
 using dates::ClockTime;
 
-ClockTime told{};
+ClockTime stoppedAt{};
 
-// Stops the library's clock at a time of the test's choice.
+// Stops the library's clock at a given time while it lives.
 class StoppedClock {
  public:
   explicit StoppedClock(ClockTime time) {
-    told = time;
-    dates::clockInUse = [] { return told; };
+    stoppedAt = time;
+    dates::clockInUse = [] { return stoppedAt; };
   }
   StoppedClock(const StoppedClock &) = delete;
   StoppedClock &operator=(const StoppedClock &) = delete;
   ~StoppedClock() { dates::clockInUse = dates::hostClock; }
 };
 
-// Sets the host's time zone for as long as it lives.
+// Sets the host's time zone while it lives.
 class TimeZone {
  public:
   explicit TimeZone(const char *zone) {
@@ -73,8 +74,8 @@ TEST(Clock, FillsEveryFieldOnTheLeft) {
   expectTells(ZRV_Get_Date_slong, "00071231235960", 0);
 }
 
-TEST(Clock, StatusIsThatOfTheLastField) {
-  // Kept: a field before the last one that does not fit is not told.
+TEST(Clock, OnlyTheLastFieldDecidesTheStatus) {
+  // Kept: only the last field decides the status.
   const StoppedClock clock({2004, 123, 7, 9, 5, 123});
   char text[15] = "..............";
   EXPECT_EQ(ZRV_Get_Date_short(text), 0);
@@ -112,7 +113,7 @@ TEST(HostClock, TellsLocalTime) {
   EXPECT_NE(west.day, east.day);
 }
 
-// The hours between the local times that two moments of the host's clock tell.
+// The hours between two local times.
 int hoursBetween(const ClockTime &from, const ClockTime &to) {
   const auto moment = [](const ClockTime &clock) {
     tm fields{};
@@ -125,16 +126,16 @@ int hoursBetween(const ClockTime &from, const ClockTime &to) {
   return static_cast<int>((moment(to) - moment(from)) / 3600);
 }
 
-TEST(HostClock, FollowsATimeZoneThatNobodyAnnounced) {
+TEST(HostClock, FollowsATimeZoneSetWithoutTzset) {
   const TimeZone restored("WST+12");
   const ClockTime west = dates::hostClock();
   setenv("TZ", "EST-12", 1);
-  // The hour may strike between the two.
+  // The hour may change between the two.
   EXPECT_NEAR(hoursBetween(west, dates::hostClock()), 24, 1);
 }
 
 // The hours that the host's clock jumps when /etc/localtime becomes another zone, in a process with
-// a view of the files of its own; negative where it may not have one.
+// its own view of the file system; negative where that is not allowed.
 int hoursWhenTheHostMoves() {
   if (unshare(CLONE_NEWNS) != 0 || mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0)
     return -1;

@@ -1,3 +1,4 @@
+// The French names of months and days, and their abbreviations.
 #include <climits>
 #include <string>
 #include <type_traits>

@@ -1,3 +1,4 @@
+// Display dates to stored ones and back: rows, short texts, overlap and random bytes.
 #include <climits>
 #include <cstring>
 #include <random>
@@ -18,7 +19,7 @@ using namespace std::string_view_literals;
 
 constexpr int kNone = 0;
 
-// Restores the origin year that a test changes.
+// Changes the origin year while it lives.
 class OriginYear {
  public:
   explicit OriginYear(int year) : before_(a_org) { a_org = year; }
@@ -30,7 +31,7 @@ class OriginYear {
   int before_;
 };
 
-// The conversions under one signature; `time` is used by those that take one.
+// All conversions under one signature; some ignore `time`.
 using Convert = int (*)(const char *date, const char *time, char *out);
 
 constexpr Convert kBuild = [](const char *date, const char *, char *out) {
@@ -61,7 +62,7 @@ constexpr Convert kReduc = [](const char *date, const char *, char *out) {
   return ZRV_Reduc_Date(date, out);
 };
 
-// Memory of its own that ends with the terminator: the sanitizers see a read behind it.
+// The text in memory that ends with its terminator: the sanitizers see a read behind it.
 std::vector<char> exact(std::string_view text) {
   std::vector<char> bytes(text.begin(), text.end());
   bytes.push_back('\0');
@@ -69,7 +70,7 @@ std::vector<char> exact(std::string_view text) {
   return bytes;
 }
 
-// `out` is all that is written before the final terminator, NULs within included.
+// `out` is everything written before the final terminator, inner NULs included.
 void expectConverts(Convert convert, std::string_view date, std::string_view time, int status,
                     std::string_view out) {
   const std::vector<char> dateText = exact(date);
@@ -96,15 +97,15 @@ TEST(BuildDate, StoresDisplayDates) {
       {kBuildLong, "07/03/04", "09:05", 0, "200403070905"},
       {kBuildSlong, "07/03/04", "09:05:00", 0, "20040307090500"},
       {kBuildSV, "07/03/04", "", 0, "200403070000"},
-      // Kept: a year that is copied gives 10 for a status.
+      // Kept: a copied year gives the length of the input for a status.
       {kBuildSV, "07/03/2004", "", 10, "200403070000"},
-      // Separators are not looked at.
+      // Separators are not checked.
       {kBuild, "07.03 2004", "", kNone, "20040307"},
       {kBuildLong, "07x03x04", "09h05", 0, "200403070905"},
-      // Nor is anything checked.
+      // Nor are the digits.
       {kBuild, "ab/cd/efgh", "", kNone, "efghcdab"},
       {kBuild, "99/99/9999", "", kNone, "99999999"},
-      // What follows the fields does not count.
+      // Characters behind the fields are ignored.
       {kBuild, "07/03/2004 09:05:00", "", kNone, "20040307"},
       {kBuildShort, "07/03/2004", "", 0, "20200307"},
       {kBuildSV, "07/03/04 ", "", 0, "200403070000"},
@@ -187,7 +188,7 @@ TEST(ShortTexts, ReadAsIfNulsFollowed) {
       {kBuild, "07/03/04", "", kNone,
        "04\0\0"
        "0307"sv},
-      // A NUL in the place of a year's digit counts like any other character.
+      // A NUL in place of a year's digit counts like any other character.
       {kBuildShort, "1/2", "", 0,
        "1472\0\0"
        "1/"sv},
@@ -247,7 +248,7 @@ TEST(DateTexts, NullPointersAreNeverFollowed) {
   EXPECT_STREQ(out, "");
 }
 
-// Any bytes of any length: nothing but the output's own bytes is written, and it is terminated.
+// Any bytes of any length: nothing outside the output is written, and it is terminated.
 TEST(DateTexts, StayInTheirOutputForAnyInput) {
   constexpr struct {
     Convert convert;
