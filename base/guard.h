@@ -1,4 +1,4 @@
-// For all folders: the guard of the C functions, and of the seam to the desktop.
+// For all folders: the guard of the exported functions, and of the seam to the desktop.
 #ifndef KORVEL_BASE_GUARD_H
 #define KORVEL_BASE_GUARD_H
 
@@ -8,9 +8,8 @@
 
 namespace korvel::base {
 
-// The result of `work`, or `failure` where it ran out of memory, which is all that the library's
-// own code throws. What callbacks of the application throw, called inside `work`, is theirs and
-// passes through.
+// The result of `work`, or `failure` where it ran out of memory: the library's own code throws
+// nothing else. Exceptions of the application's callbacks, called inside `work`, pass through.
 template <typename Work>
 std::invoke_result_t<Work> orOnFailure(std::invoke_result_t<Work> failure, Work work) {
   try {
@@ -21,7 +20,7 @@ std::invoke_result_t<Work> orOnFailure(std::invoke_result_t<Work> failure, Work 
   return failure;
 }
 
-// Does `work` as far as there is memory for it.
+// Does `work`, or as much of it as memory allows.
 template <typename Work>
 void asFarAsMemoryAllows(Work work) {
   orOnFailure(false, [&] {

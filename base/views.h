@@ -14,7 +14,7 @@ constexpr std::string_view bytesOf(const char *p, int n) {
                                 : std::string_view();
 }
 
-// The capacity of a buffer to fill, none for a null pointer or a capacity below 1.
+// A buffer to fill; empty for a null pointer or a capacity below 1.
 constexpr std::span<char> roomOf(char *p, int capacity) {
   return p != nullptr && capacity > 0 ? std::span(p, static_cast<std::size_t>(capacity))
                                       : std::span<char>();

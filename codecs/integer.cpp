@@ -1,10 +1,12 @@
 // Integers to text and back. Short texts are read and written without a branch on their content.
 #include "codecs/integer.h"
 
+#include <algorithm>
 #include <climits>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <string_view>
 
 #include <korvel/codecs.h>
 
@@ -108,25 +110,14 @@ char *writeSigned(int value, char *out) {
   return magnitude == kNoMagnitude ? out : writeDigits(magnitude, out);
 }
 
-// Leaves the lowest digits in a buffer that does not hold them all, as if they were inserted one by
-// one in front.
-void keepLowest(const char *text, int length, char *buffer, int capacity) {
-  const int room = capacity - 1;
-  std::memcpy(buffer, text + length - room, static_cast<std::size_t>(room));
-  buffer[room] = '\0';
-}
-
-int writeCut(int value, char *buffer, int capacity) {
-  char text[kIntegerSize];
-  const int length = static_cast<int>(writeSigned(value, text) - text);
+// As if the digits were inserted one by one in front: where they do not all fit, the lowest stay.
+int writeCut(std::string_view text, char *buffer, int capacity, int safeSize) {
   if (capacity < 1) return kDoesNotFit;
-  if (length >= capacity) {
-    keepLowest(text, length, buffer, capacity);
-    return kDoesNotFit;
-  }
-  std::memcpy(buffer, text, static_cast<std::size_t>(length));
-  buffer[length] = '\0';
-  return kBelowSafeSize;
+  const std::size_t kept = std::min(text.size(), static_cast<std::size_t>(capacity - 1));
+  std::memcpy(buffer, text.end() - kept, kept);
+  buffer[kept] = '\0';
+  if (kept < text.size()) return kDoesNotFit;
+  return capacity < safeSize ? kBelowSafeSize : kWritten;
 }
 
 }  // namespace
@@ -146,8 +137,8 @@ int readIntegerFrom(int bound, char *text, std::uint32_t limit, int *value) {
 
 int writeInteger(int value, char *buffer, int capacity, int safeSize) {
   if (capacity < kIntegerSize) {
-    const int status = writeCut(value, buffer, capacity);
-    return status == kBelowSafeSize && capacity >= safeSize ? kWritten : status;
+    char text[kIntegerSize];
+    return writeCut({text, writeSigned(value, text)}, buffer, capacity, safeSize);
   }
   *writeSigned(value, buffer) = '\0';
   return kWritten;

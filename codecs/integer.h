@@ -13,13 +13,13 @@ inline constexpr std::uint32_t kLimit32 = 2147483647;
 inline constexpr int kShortSize = 7;
 inline constexpr int kIntegerSize = 12;
 
-// Trims the text in place and reads a magnitude of 0 to `limit`. The codes are those of intcod_l.
+// Trims the text in place and reads a magnitude of 0 to `limit`. Returns the code of intcod_l.
 int readInteger(char *text, std::uint32_t limit, int *value);
 
 // As readInteger, and 1 for a value below `bound`, which is stored all the same.
 int readIntegerFrom(int bound, char *text, std::uint32_t limit, int *value);
 
-// Writes the value. The codes are those of intdco_l; 1 is for a capacity below `safeSize`, which is
+// Writes the value. Returns the code of intdco_l, with 1 for a capacity below `safeSize`, which is
 // at most kIntegerSize.
 int writeInteger(int value, char *buffer, int capacity, int safeSize = kIntegerSize);
 

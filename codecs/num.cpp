@@ -103,7 +103,7 @@ int numAt(std::string_view list, int index) {
 
 }  // namespace
 
-// Kept: the fill stands in front of the sign.
+// Kept: the zeros are in front of the sign.
 int writeNum(int value, std::span<char> destination) {
   char text[kIntegerSize];
   writeInteger(value, text, kIntegerSize);

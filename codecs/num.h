@@ -10,11 +10,11 @@
 
 namespace korvel::codecs {
 
-// Fills `destination` with the value. The codes are those of LongToNUM.
+// Fills `destination` with the value. Returns the code of LongToNUM.
 int writeNum(int value, std::span<char> destination);
 
-// Reads a number from 0 to `limit`. The codes are those of NUMToLong; 11, too, for a run without
-// data and where there is no `result`.
+// Reads a number from 0 to `limit`. Returns the code of NUMToLong, with 11 for a run without data
+// and for a null `result`, too.
 int readNum(std::string_view num, int *result, std::uint32_t limit = kLimit32);
 
 }  // namespace korvel::codecs

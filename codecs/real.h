@@ -4,10 +4,10 @@
 
 namespace korvel::codecs {
 
-// Trims the text in place and reads it. The codes are those of realcod_d.
+// Trims the text in place and reads it. Returns the code of realcod_d.
 int readReal(char *text, double *value);
 
-// Writes the value. The codes are those of realdco_d.
+// Writes the value. Returns the code of realdco_d.
 int writeReal(double value, char *buffer, int capacity, int decimals);
 
 }  // namespace korvel::codecs

@@ -1,8 +1,8 @@
 // Dates as numbers: the calendar, days added and taken off, minutes counted.
 //
-// Years are those of the Gregorian calendar, carried on without a reform in both directions: its
-// rule repeats every 400 years, which are 146097 days. 1 January 2000 is a Saturday. Numbers that
-// are not dates go through the same steps; wide integers keep these from overflowing.
+// The Gregorian calendar holds for all years: its rule repeats every 400 years, which are 146097
+// days. 1 January 2000 is a Saturday. Numbers that are not dates go through the same steps; wide
+// integers keep these from overflowing.
 #include "dates/calendar.h"
 
 #include <cstdint>

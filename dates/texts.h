@@ -4,7 +4,7 @@
 
 namespace korvel::dates {
 
-// Stores DD/MM/YY as YYYYMMDD (9 bytes). The codes are those of ZRV_Build_Date_short.
+// Stores DD/MM/YY as YYYYMMDD (9 bytes). Returns the code of ZRV_Build_Date_short.
 int storeShortDate(const char *date, char *out);
 
 }  // namespace korvel::dates

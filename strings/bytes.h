@@ -4,7 +4,7 @@
 
 namespace korvel::strings {
 
-// Bytes are signed, and the terminator is no byte of the text.
+// True for the signed value of a byte other than the terminator.
 inline bool isTextByte(int c) { return c >= -128 && c <= 127 && c != 0; }
 
 }  // namespace korvel::strings

@@ -31,7 +31,7 @@ AnyBlock change(char from, char to) {
   return AnyBlock::filled(static_cast<char>(from ^ to));
 }
 
-// From CP1252. Each character takes its change, every other byte none. The e with grave and with
+// From CP1252. The bytes without a change stay. The e with grave and with
 // acute share one; so do the e with circumflex and the i with diaeresis.
 template <typename AnyBlock>
 void convertBlocksToMac(char *s, std::size_t n) {
@@ -81,7 +81,7 @@ inline void capitaliseMarked(char *s, std::uint64_t marked) {
 
 inline constexpr std::size_t kStretch = 4 * kBlock;
 
-// Four blocks at once: one test tells that none of them has an accent.
+// Four blocks at once: a single test rules out accents in all of them.
 template <typename AnyBlock>
 void capitaliseStretch(char *s) {
   const AnyBlock b0 = AnyBlock::load(s, kBlock);

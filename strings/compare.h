@@ -17,7 +17,7 @@ inline bool matches(std::string_view a, std::string_view b) {
   return !a.empty() && a.size() == b.size() && agreeWithJokers<Block>(a.data(), b.data(), a.size());
 }
 
-// As matches; a '*' that ends a run matches whatever follows, as the public header tells.
+// As matches; a '*' at the end of a run matches any rest. Where both runs end in one, `a` decides.
 bool matchesWithStar(std::string_view a, std::string_view b);
 
 bool contains(std::string_view s, std::string_view run);

@@ -8,7 +8,7 @@ namespace korvel::strings {
 
 // The capital without diacritics of each byte from 0x80 on.
 //
-// Letters are those of the Unicode consortium's table of Mac OS Roman (APPLE/ROMAN.TXT). Their
+// Letters: the Unicode consortium's table of Mac OS Roman (APPLE/ROMAN.TXT). Their
 // capital is the first character of the canonical decomposition, in upper case (the Unicode
 // character database): capitals with diacritics lose them, too.
 // ae, oe and o with a stroke have no decomposition and stay letters of their own. Dotless i becomes

@@ -32,7 +32,7 @@ bool holdsItem(std::string_view list, std::string_view wanted) {
   return false;
 }
 
-// The list may be in the buffer itself, as the result of the call before.
+// The list may be the buffer itself, the result of an earlier call.
 char *copyItem(std::string_view list, int index) {
   Items items(list);
   std::string_view item;

@@ -1,4 +1,4 @@
-// For strings/ and codecs/: separated lists, texts whose items stand between '+', ',' and '-'.
+// For strings/ and codecs/: separated lists, texts whose items are separated by '+', ',' or '-'.
 #ifndef KORVEL_STRINGS_SEPARATED_LIST_H
 #define KORVEL_STRINGS_SEPARATED_LIST_H
 

@@ -1,5 +1,5 @@
-// For strings/, tables/, files/ and dialogs/: lists of strings, whose items stand one behind the
-// other, each ended by a NUL, with a second NUL behind the last.
+// For strings/, tables/, files/ and dialogs/: lists of strings. Items follow each other, each ended
+// by a NUL; a second NUL follows the last.
 //
 // Nothing behind the first NUL of an empty list or behind the second NUL of another is read: a list
 // may fill its buffer to the last byte.

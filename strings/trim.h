@@ -4,8 +4,8 @@
 
 namespace korvel::strings {
 
-// Removes every `c` at the end, or at the start, of the text. A `c` that is no byte of a text
-// removes nothing. Returns the new length.
+// Removes every `c` at the end, or at the start, of the text. A `c` that cannot be in a text (0, or
+// outside the range of a signed byte) removes nothing. Returns the new length.
 int trimEnd(char *s, int c);
 int trimStart(char *s, int c);
 

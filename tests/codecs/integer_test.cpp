@@ -23,10 +23,10 @@ using Reader = int (*)(char *, int *);
 using Writer = int (*)(int, char *, int);
 
 Reading<int> read(Reader reader, std::string_view text) {
-  ExactText held(text);
+  ExactText exact(text);
   Reading<int> reading{0, kUntouched, ""};
-  reading.status = reader(held.data(), &reading.value);
-  reading.text = held.text();
+  reading.status = reader(exact.data(), &reading.value);
+  reading.text = exact.text();
   return reading;
 }
 

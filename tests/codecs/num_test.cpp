@@ -53,7 +53,7 @@ TEST(NumWrite, RefusesAWidthTooSmall) {
 }
 
 TEST(NumWrite, WritesTheSignBehindTheFill) {
-  // Kept: the fill stands in front of the sign.
+  // Kept: the zeros are in front of the sign.
   expectWrites(-5, 4, 0, "00-5");
   expectWrites(-5, 2, 0, "-5");
   // Kept: -2147483648 has no positive magnitude, so no digit follows its sign.
@@ -211,7 +211,7 @@ TEST(NumReadInterval, ReadsBothBounds) {
       {"10               ;               20", 0, 10, 20},
       // Bounds are not put in order.
       {"20-10", 0, 20, 10},
-      // The first separator splits; a second one is no digit.
+      // The first separator splits; a second one is not a digit.
       {"10,20-30", 3, 10, 0},
       {"10--20", 12, 10, 0},
       {"-10,20", 1 + 3, 0, 0},

@@ -26,10 +26,10 @@ bool sameBits(double a, double b) { return std::memcmp(&a, &b, sizeof a) == 0; }
 using Reader = int (*)(char *, double *);
 
 Reading<double> read(Reader reader, std::string_view text) {
-  ExactText held(text);
+  ExactText exact(text);
   Reading<double> reading{0, kUntouched, ""};
-  reading.status = reader(held.data(), &reading.value);
-  reading.text = held.text();
+  reading.status = reader(exact.data(), &reading.value);
+  reading.text = exact.text();
   return reading;
 }
 
@@ -104,7 +104,7 @@ TEST(RealRead, RefusesOtherTexts) {
       {"- 1", 3},
       {"1x.5", 3},
       {"\xB2", 3},
-      // There is no grouping: the point separates, and the comma is no digit.
+      // There is no grouping: the point separates, and the comma is not a digit.
       {"1,234.5", 3},
       {"1 e5", 3},
       // Kept: a point in the exponent takes the separator's part from a comma in the mantissa.
@@ -210,9 +210,9 @@ TEST(RealRead, NullPointersCountAsEmptyText) {
 
 TEST(RealReadSingle, RoundsTheDoubleWhenStored) {
   const auto expectSingle = [](std::string_view text, int status, float value) {
-    ExactText held(text);
+    ExactText exact(text);
     float stored = -1.5F;
-    EXPECT_EQ(realcod_f(held.data(), &stored), status) << text;
+    EXPECT_EQ(realcod_f(exact.data(), &stored), status) << text;
     EXPECT_EQ(stored, value) << text;
   };
   expectSingle(" 1,5 ", 0, 1.5F);

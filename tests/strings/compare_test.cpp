@@ -147,11 +147,11 @@ TEST(Szincl, FindsTheRunAnywhere) {
 
 TEST(CountedRuns, ALengthBelow1Gives0) {
   for (Compare compare : {szcomp, szcompex, szcompex2, szincl}) {
-    for (int none : {0, -1, INT_MIN}) {
-      EXPECT_EQ(compare("*", none, "*", 1), 0);
-      EXPECT_EQ(compare("*", 1, "*", none), 0);
-      EXPECT_EQ(compare("*", none, "*", none), 0);
-      EXPECT_EQ(compare("?", none, "?", INT_MIN), 0);
+    for (int below1 : {0, -1, INT_MIN}) {
+      EXPECT_EQ(compare("*", below1, "*", 1), 0);
+      EXPECT_EQ(compare("*", 1, "*", below1), 0);
+      EXPECT_EQ(compare("*", below1, "*", below1), 0);
+      EXPECT_EQ(compare("?", below1, "?", INT_MIN), 0);
     }
   }
 }

@@ -29,7 +29,7 @@ constexpr Deletion kDeletions[] = {
     {"abcde", 1, 0, "bcde"},
     {"abcde", 2, 1, "ade"},
     {"abcde", 5, 0, ""},
-    // n is cut to what stands from p on.
+    // n is cut to the characters from p on.
     {"abcde", 4, 3, "abc"},
     {"abcde", 5, 4, "abcd"},
     // p is brought into the text.

@@ -108,7 +108,7 @@ TEST(ChcherC, GivesTheFirstPositionOfTheCharacter) {
       {'c', "abca", 2},
       {'x', "abca", -1},
       {'a', "", -1},
-      // The terminator is no character of the text.
+      // The terminator is never found.
       {0, "abc", -1},
       {0, "", -1},
       // The character is compared with the signed byte.
