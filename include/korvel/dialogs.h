@@ -17,12 +17,24 @@
    and returns -1. Coordinates and ranks are stored as shorts (truncated). Library code never
    follows a count beyond the capacity of its tables, nor a null pointer in them.
 
-   Items. Item 1 accepts ("OK"), item 2 cancels; the fields' items follow. A field with a rank
-   r >= 0 is item r - Dlg_rkOffset[r]; ZRVDlgBoxEx places the fields by ascending rank, and inside
-   a rank in the order text, check box, integer, number, date, push button. A field with a negative
-   rank is the fixed item first item number + i (a date: + 3 * i); ZRVDlgBoxEx does not place it.
-   Callbacks name fields by identifier: first item number + i, for dates + 3 * i, whatever the
-   rank. A date consists of three items: day, month, year.
+   Items, identifiers and ranks. A field has up to three numbers:
+   - its item, the place in the dialog: item 1 accepts ("OK"), item 2 cancels, and the fields' items
+     follow. A date consists of three items: day, month, year;
+   - its identifier, by which callbacks name it: first item number + i, for dates + 3 * i. It does
+     not depend on the rank;
+   - its rank, which orders the items: ZRVDlgBoxEx adds the fields by ascending rank, and inside a
+     rank in the order text, check box, integer, number, date, push button. A field with a negative
+     rank has its identifier for its item, and ZRVDlgBoxEx does not add it.
+   Example: TexteDlgBox_param(2, 100) and DateDlgBox_param(1, 400), text 0 at rank 0, date 0 at
+   rank 1, text 1 at rank 2:
+
+     field    rank   items       identifier   Dlg_rkOffset[rank]   Dlg_itemOffset[item]
+     text 0   0      3           100          0 - 3 = -3           3 - 100 = -97
+     date 0   1      4, 5, 6     400          1 - 4 = -3           -396, -395, -394
+     text 1   2      7           101          2 - 7 = -5           7 - 101 = -94
+
+   The two offsets lead from one number to the other: the field of rank r is item
+   r - Dlg_rkOffset[r], and item n belongs to the field with the identifier n - Dlg_itemOffset[n].
 
    One dialog at a time, on the interface thread: the one that made the application's QApplication
    or, where it has none, the first one that asked for a dialog or a message or drew anything. In
@@ -39,6 +51,34 @@
 #ifdef __cplusplus
 extern "C" {
 #endif
+
+/* ---- Numbers that applications pass ---- */
+
+/* The button pair: its item numbers, and the numbers of its buttons. */
+enum { KorvelAcceptItem = 1, KorvelCancelItem = 2 };
+
+/* The rank of a field without one. */
+enum { KorvelNoRank = -1 };
+
+/* Modes of IntDlgBox_set and NumDlgBox_set: which values the field accepts. */
+enum {
+  KorvelAnyValue = 0,
+  KorvelNotNegative = 1,
+  KorvelPositive = 2,
+  KorvelKeepValidation = -1 /* the validation function stays; also for DateDlgBox_set */
+};
+
+/* Modes of DateDlgBox_set. */
+enum {
+  KorvelUncheckedDate = 0, /* any number of 0 and above */
+  KorvelCalendarDate = 1   /* a day of the years 1800 to 2100 */
+};
+
+/* Types of a static (StaticDlgBox_set_type). */
+enum { KorvelGroupBox = -1, KorvelStaticText = 0, KorvelIcon = 1 };
+
+/* The status of intcod_l_date for a number that is no day; codecs.h lists the others. */
+enum { KorvelNoDayStatus = 2 };
 
 /* ---- Functions that an application supplies ---- */
 
@@ -120,7 +160,7 @@ KORVEL_API int TexteDlgBox_param(int n, int idFirst);
 /* Gives field i its text, cut to TDB_BUFFERSIZE - 1 characters, and marks it as set. */
 KORVEL_API int TexteDlgBox_set(int i, const char *text);
 
-/* Place and size in dialog units, and rank (-1: none). */
+/* Place and size in dialog units, and rank (KorvelNoRank: none). */
 KORVEL_API int TexteDlgBox_set_geo(int i, int x, int y, int cx, int cy, int rk);
 
 /* Lowers the longest acceptable text of field i to n characters (below 0 counts as 0). The limit is
@@ -214,10 +254,12 @@ KORVEL_API extern ValidInt_t *vi; /* initially vi_tab; may be pointed at an own 
    without place, rank -1, validated by intcod_i. */
 KORVEL_API int IntDlgBox_param(int n, int idFirst);
 
-/* Gives field i its value and marks it as set. mode 0: validated by intcod_i, 1: intcod_i_sup0, 2:
-   intcod_i_ssup0; any other mode keeps the validation function. */
+/* Gives field i its value and marks it as set. mode: KorvelAnyValue has it validated by intcod_i,
+   KorvelNotNegative by intcod_i_sup0, KorvelPositive by intcod_i_ssup0; any other mode keeps the
+   validation function. */
 KORVEL_API int IntDlgBox_set(int i, int value, int mode);
 
+/* Place and size in dialog units, and rank (KorvelNoRank: none). */
 KORVEL_API int IntDlgBox_set_geo(int i, int x, int y, int cx, int cy, int rk);
 
 /* Has field i validated by an own function. */
@@ -259,18 +301,28 @@ KORVEL_API extern ValidNum_t *vf; /* initially vf_tab; may be pointed at an own 
    without place, rank -1, validated by realcod_d. */
 KORVEL_API int NumDlgBox_param(int n, int idFirst);
 
-/* Gives field i its value and marks it as set. mode 0: validated by realcod_d, 1: realcod_d_sup0,
-   2: realcod_d_ssup0; any other mode keeps the validation function. Showing a field rounds its
-   value to the decimals shown, as its validation function reads the shown text back. */
+/* Gives field i its value and marks it as set. mode: KorvelAnyValue has it validated by realcod_d,
+   KorvelNotNegative by realcod_d_sup0, KorvelPositive by realcod_d_ssup0; any other mode keeps the
+   validation function. Showing a field rounds its value to the decimals shown, as its validation
+   function reads the shown text back. */
 KORVEL_API int NumDlgBox_set(int i, double value, int mode);
 
 /* Sets the decimals shown; n below 0 counts as 0. */
 KORVEL_API int NumDlgBox_set_nchiff(int i, int n);
 
+/* Place and size in dialog units, and rank (KorvelNoRank: none). */
 KORVEL_API int NumDlgBox_set_geo(int i, int x, int y, int cx, int cy, int rk);
+
+/* Has field i validated by an own function. */
 KORVEL_API int NumDlgBox_set_fvalid(int i, ValidNum_t function);
+
+/* Stores the value in *out. */
 KORVEL_API int NumDlgBox_retrieve(int i, double *out);
+
+/* on non-zero: field i may not be empty. 0: it may, and is marked valid. */
 KORVEL_API int NumDlgBox_mandatory(int i, int on);
+
+/* Returns 1 when field i is marked acceptable, else 0. */
 KORVEL_API int NumDlgBox_get_valid(int i);
 
 /* ---- Date fields: at most 20 ---- */
@@ -296,20 +348,34 @@ KORVEL_API extern ValidInt_t *vd; /* initially vd_tab; may be pointed at an own 
    -1, validated by intcod_l. */
 KORVEL_API int DateDlgBox_param(int n, int idFirst);
 
-/* Gives field i its value and marks it as set. mode 0: validated by intcod_l_sup0, 1:
-   intcod_l_date; any other mode keeps the validation function. */
+/* Gives field i its value and marks it as set. mode: KorvelUncheckedDate has it validated by
+   intcod_l_sup0, KorvelCalendarDate by intcod_l_date; any other mode keeps the validation
+   function. */
 KORVEL_API int DateDlgBox_set(int i, int yyyymmdd, int mode);
 
+/* Place in dialog units and height, and rank (KorvelNoRank: none). cx is kept and not used. */
 KORVEL_API int DateDlgBox_set_geo(int i, int x, int y, int cx, int cy, int rk);
+
+/* Has field i validated by an own function, which is given the text yyyymmdd. */
 KORVEL_API int DateDlgBox_set_fvalid(int i, ValidInt_t function);
+
+/* Stores the value, yyyymmdd, in *out. */
 KORVEL_API int DateDlgBox_retrieve(int i, int *out);
+
+/* on non-zero: field i may not be empty. 0: it may, and is marked valid. */
 KORVEL_API int DateDlgBox_mandatory(int i, int on);
+
+/* Returns 1 when field i is marked acceptable, else 0. */
 KORVEL_API int DateDlgBox_get_valid(int i);
 
 /* Validates the date yyyymmdd in `text`, which is trimmed in place.
-   Returns 0 and stores the value when it is a day of the years 1800 to 2100. Otherwise the code of
-   intcod_l (1 to 4, nothing stored), or 1 for a value below 0 and 2 for no day of those years,
-   with the value stored all the same. Example: "20230230" gives 2. */
+   Returns 0 and stores the value when it is a day of the years 1800 to 2100, else
+   1 to 4  the code of intcod_l, nothing being stored,
+   1  a value below 0, stored all the same,
+   2  a number that is no day of those years, stored all the same.
+     intcod_l_date("20230228 ", value) -> 0, text = "20230228", value = 20230228
+     intcod_l_date("20230230", value) -> KorvelNoDayStatus, value = 20230230
+     intcod_l_date("30/02", value) -> KorvelNoDigitStatus */
 KORVEL_API int intcod_l_date(char *text, int *value);
 
 /* ---- Push buttons: at most 10 ---- */
@@ -359,11 +425,14 @@ KORVEL_API int StaticDlgBox_param(int n);
    set of the screen: set it again for a further dialog. */
 KORVEL_API int StaticDlgBox_set(int i, const char *text);
 
+/* Place and size in dialog units. */
 KORVEL_API int StaticDlgBox_set_geo(int i, int x, int y, int cx, int cy);
 
-/* type below 0: a group box titled with the text, 1.4 times as high as cy says. 0: the text,
-   left-aligned and wrapped at words, in at least 15 pixels of height. Above 0: the icon
-   icons/2 of the resource folder (whatever the type), in 2 * cx by 2 * cy pixels. */
+/* Sets what the static is.
+   type: KorvelGroupBox, or any below 0: a group box titled with the text, 1.4 times as high as cy
+   says. KorvelStaticText: the text, left-aligned and wrapped at words, in at least 15 pixels of
+   height. KorvelIcon, or any above 0: the icon icons/2 of the resource folder (whatever the type),
+   in 2 * cx by 2 * cy pixels. */
 KORVEL_API int StaticDlgBox_set_type(int i, int type);
 
 /* ---- Title, size, background and the button pair ---- */
@@ -427,7 +496,8 @@ KORVEL_API int BOKDlgBox_textes(const char *text1, const char *text2);
 /* Brings back the texts kept by the last BOKDlgBox_textes, one level only. */
 KORVEL_API int BOKDlgBox_textes_reset(void);
 
-/* Makes button n (1 or 2) the default button; any other n is ignored. */
+/* Makes button n (KorvelAcceptItem or KorvelCancelItem) the default button; any other n is ignored.
+ */
 KORVEL_API int BOKDlgBox_def(int n);
 
 /* Makes button 1 the default button. */
@@ -486,14 +556,18 @@ KORVEL_API int TexteDlgBox_global_ex(int i, DlgBoxGlobal_t callback);
 /* The dialog of the current run; null while none is up. Set by the library only. */
 KORVEL_API extern DialogRef DlgBox_hDlg;
 
-/* Numbering, filled by ZRVDlgBoxEx while it adds items: the identifier of item n is
-   n - Dlg_itemOffset[n], the item of rank r is r - Dlg_rkOffset[r]. Fields that share a rank are
-   all placed; the rank leads to the last of them. */
+/* Numbering, filled by ZRVDlgBoxEx while it adds items (the example at the top of this header): the
+   identifier of item n is n - Dlg_itemOffset[n], the item of rank r is r - Dlg_rkOffset[r]. Fields
+   that share a rank are all placed; the rank leads to the last of them. */
 KORVEL_API extern int Dlg_itemOffset[128];
 KORVEL_API extern int Dlg_rkOffset[128];
 
 /* Dialog units to pixels, truncating toward zero: 2 * v, 2 * v, 7 * v / 4 and 5 * v / 4, each cut
-   to 32 bits. Example: -3 gives -6, -6, -5 and -3. */
+   to 32 bits.
+     Dlg_CoefX(-3) -> -6
+     Dlg_CoefCX(-3) -> -6
+     Dlg_CoefY(-3) -> -5
+     Dlg_CoefCY(-3) -> -3 */
 KORVEL_API int Dlg_CoefX(int x);
 KORVEL_API int Dlg_CoefCX(int cx);
 KORVEL_API int Dlg_CoefY(int y);
@@ -547,8 +621,10 @@ KORVEL_API int ZRVDlgBoxEx(const char *title, WindowRef parent);
    form lacks is told of in one line on standard error; the dialog is shown. */
 KORVEL_API int ZRVDlgBox(const char *name);
 
-/* Runs a built dialog to its end and disposes of it; results as for ZRVDlgBoxEx. Returns 0 and
-   does nothing for null, for a dialog that is running already and for anything that is none. */
+/* Runs a built dialog to its end and disposes of it; results as for ZRVDlgBoxEx. ZRVDlgBoxEx and
+   ZRVDlgBox end in this call. It is not for applications, which are never given a dialog that is
+   not running yet (DlgBox_hDlg is): for null, for a dialog that runs already and for anything else
+   it returns 0 and does nothing. */
 KORVEL_API int DlgBoxFunc(DialogRef dialog);
 
 /* ---- Changing fields while the dialog is up ---- */

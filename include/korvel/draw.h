@@ -8,8 +8,8 @@
    Conventions. Texts are CP1252; a text with a length need not be terminated. A port that is null,
    released or gone with its window: the function does nothing and gives its failing result, and so
    it is with a null text of a length above 0 and with a negative length. Null outputs are skipped.
-   A colour is a palette index (vga_col); a background of 255 means transparent. No function here
-   changes which port is current.
+   A colour is a palette index (KorvelBlack and its kin). No function here changes which port is
+   current.
 
    On the interface thread only. */
 #ifndef KORVEL_DRAW_H
@@ -20,6 +20,40 @@
 #ifdef __cplusplus
 extern "C" {
 #endif
+
+/* --- Palette and text styles ----------------------------------------------------------------- */
+
+/* Palette indexes. */
+enum {
+  KorvelBlack = 0,
+  KorvelMaroon = 1,
+  KorvelGreen = 2,
+  KorvelOlive = 3,
+  KorvelNavy = 4,
+  KorvelPurple = 5,
+  KorvelTeal = 6,
+  KorvelGrey = 7,
+  KorvelSilver = 8,
+  KorvelRed = 9,
+  KorvelLime = 10,
+  KorvelYellow = 11,
+  KorvelBlue = 12,
+  KorvelFuchsia = 13,
+  KorvelAqua = 14,
+  KorvelWhite = 15,
+  KorvelColours = 16,     /* how many there are */
+  KorvelTransparent = 255 /* as a background: none */
+};
+
+/* Styles of text, to be added up. */
+enum {
+  KorvelPlain = 0,
+  KorvelBold = 1,
+  KorvelUnderlined = 2,
+  KorvelItalic = 4,
+  KorvelCondensed = 8,
+  KorvelExtended = 16
+};
 
 /* --- Fonts ----------------------------------------------------------------------------------- */
 
@@ -36,10 +70,10 @@ KORVEL_API extern int char_dy;
    name: copied into ch_font_FontName (names of 80 bytes or more are cut to 79). An empty name does
    nothing else, and needs no port. A name the system answers with that family, or one of the same
    measures, selects it; any other leaves the port's font and size as they were.
-   fore, back: palette indexes; back 255: text is drawn transparently and the background colour
-   stays, else opaquely. size: points, 1 point being 1 pixel; a size below 1 stands for 12, one
-   above 1000 for 1000. style: the sum of 1 bold, 2 underlined, 4 italic, 8 condensed, 16 extended.
-   Sets the colours and char_dy whether the font is known or not. Returns 0 always. */
+   fore, back: palette indexes; with KorvelTransparent as back, text is drawn transparently and the
+   background colour stays, else opaquely. size: points, 1 point being 1 pixel; a size below 1
+   counts as 12, one above 1000 as 1000. style: the sum of KorvelBold and its kin. Sets the colours
+   and char_dy whether the font is known or not. Returns 0 always. */
 KORVEL_API int ch_font_set_ext(CGrafPtr port, const char *name, int fore, int back, int size,
                                int style);
 
@@ -73,26 +107,64 @@ KORVEL_API int GetTextExtent_0(CGrafPtr port, const char *text, int len, int *cx
    v of one byte a is a - 32; of two bytes a, b it is (a - 32) + 224 * (b - 32). Across, pixels are
    cw * h / 2, down lh * v / 4, truncated toward zero.
 
-     128 h, 133 hh       tab: x becomes the position given, unless it is there or past it
-     129 h, 134 hh       tab: x becomes the smallest multiple of the step given that is greater than
-                         x; no effect when the step is not above 0
-     131                 the next run ends at x, and does not move x on
-     130                 takes 131 back
-     138                 bullet: a framed red square of side cw at (x + cw/2, y + cw/2); 2 * cw wide
-     148 to 161, 168     picture, its top left corner at (x, y + 1); 2 * cw wide. Closed and open
-                         folders: 148 repferb, 149 repouvb, 150 repferr, 151 repouvr, 152 repferv,
-                         153 repouvv, 154 repferj, 155 repouvj, 156 repfero, 157 repouvo,
-                         158 repfebb, 159 repfebr, 160 repferl, 161 repouvl; bullet: 168 puceb
-     200 h v, 201 hh vv  sets the pen; 211 and 212 are the same
-     202 h v, 203 hh vv  draws a black line, 2 pixels wide, from the pen to the point, where the pen
-                         then is
-     213 h v, 214 hh vv  draws a black frame, 2 pixels wide, with the pen and the point as corners
-     any other           has no arguments and no effect
-
-   Tab positions, tab steps and the pen are kept as shorts (truncated). An escape cut off by the
-   end of the text has no effect, but 200, 201, 211 and 212 set the pen across when only their v is
-   cut off. The pen and the effect of 131 outlast the call.
+   Tab positions, tab steps and the pen are kept as shorts (truncated). An escape cut off by the end
+   of the text has no effect, except that a pen escape sets the pen across when only its v is cut
+   off. The pen and the effect of KorvelRightAlignEscape outlast the call.
    Kept: what is drawn behind a bullet, a line or a frame is black. */
+
+/* The byte that starts an escape, and the codes that may follow it. The wide ones take each
+   argument in two bytes. Any other code has no arguments and no effect. */
+enum {
+  KorvelEscape = 255,
+
+  /* h: x becomes the position given, unless it is there or past it. */
+  KorvelTabEscape = 128,
+  KorvelWideTabEscape = 133,
+
+  /* h: x becomes the smallest multiple of the step given that is greater than x; no effect when the
+     step is not above 0. */
+  KorvelTabEveryEscape = 129,
+  KorvelWideTabEveryEscape = 134,
+
+  /* The next run ends at x, and does not move x on; and taking that back. */
+  KorvelRightAlignEscape = 131,
+  KorvelLeftAlignEscape = 130,
+
+  /* A framed red square of side cw at (x + cw/2, y + cw/2); it is 2 * cw wide. */
+  KorvelBulletEscape = 138,
+
+  /* h v: sets the pen. 211 is the same, and 212 wide. */
+  KorvelPenEscape = 200,
+  KorvelWidePenEscape = 201,
+
+  /* h v: draws a black line, 2 pixels wide, from the pen to the point, which becomes the pen. */
+  KorvelLineEscape = 202,
+  KorvelWideLineEscape = 203,
+
+  /* h v: draws a black frame, 2 pixels wide, with the pen and the point as corners. */
+  KorvelFrameEscape = 213,
+  KorvelWideFrameEscape = 214
+};
+
+/* Codes of pictures, closed and open folders and a dot, with the pictures' names. Their top left
+   corner is at (x, y + 1), and they are 2 * cw wide. */
+enum {
+  KorvelBlueFolderEscape = 148,       /* repferb */
+  KorvelBlueOpenFolderEscape = 149,   /* repouvb */
+  KorvelRedFolderEscape = 150,        /* repferr */
+  KorvelRedOpenFolderEscape = 151,    /* repouvr */
+  KorvelGreenFolderEscape = 152,      /* repferv */
+  KorvelGreenOpenFolderEscape = 153,  /* repouvv */
+  KorvelYellowFolderEscape = 154,     /* repferj */
+  KorvelYellowOpenFolderEscape = 155, /* repouvj */
+  KorvelOrangeFolderEscape = 156,     /* repfero */
+  KorvelOrangeOpenFolderEscape = 157, /* repouvo */
+  KorvelWhiteBlueFolderEscape = 158,  /* repfebb */
+  KorvelWhiteRedFolderEscape = 159,   /* repfebr */
+  KorvelLilacFolderEscape = 160,      /* repferl */
+  KorvelLilacOpenFolderEscape = 161,  /* repouvl */
+  KorvelDotEscape = 168               /* puceb */
+};
 
 /* Draws rich text of len bytes. Runs, bullets and pictures are placed at (x0 + current x, y0 + y),
    the current x starting at x; lines and frames at (x0 + pen, y0 + pen).
@@ -113,15 +185,14 @@ KORVEL_API int GetTextExtent_Ext(CGrafPtr port, int x, int y, const char *text, 
    the box; width: its width in pixels. A text that holds a tab, or is as wide as the box or wider,
    starts at x. fore, back, size: as for ch_font_set_ext; sets char_dy. Lines and frames are placed
    from the port's corner. Leaves the foreground black.
-   Returns the x just past the text; 0 for a null text or a port that is none. */
+   Returns the x just past the text; 0 for a null text, a null port or one that is gone. */
 KORVEL_API int ch_font_printstr(CGrafPtr port, int x, int y, int width, int fore, int back,
                                 int size, const char *text);
 
 /* --- Colours, lines, rectangles -------------------------------------------------------------- */
 
-/* Copies the colour of the palette entry index mod 16 into out (index -1 is entry 15): 0 black,
-   1 maroon, 2 green, 3 olive, 4 navy, 5 purple, 6 teal, 7 grey, 8 silver, 9 red, 10 lime,
-   11 yellow, 12 blue, 13 fuchsia, 14 aqua, 15 white. Null does nothing.
+/* Copies the colour of the palette entry index mod 16 into out (index -1 is entry 15). Null does
+   nothing.
    Returns out. */
 KORVEL_API RGBColor *vga_col(RGBColor *out, int index);
 
@@ -133,7 +204,7 @@ KORVEL_API void Line_Ex(CGrafPtr port, int x1, int y1, int x2, int y2, int colou
 /* Line_Ex in any colour. */
 KORVEL_API void LineC_Ex(CGrafPtr port, int x1, int y1, int x2, int y2, RGBColor rgb, int width);
 
-/* Fills a rectangle in a palette colour and frames it, inside, with one black pixel. x, y: its top
+/* Fills a rectangle in a palette colour and frames it, inside, by one black pixel. x, y: its top
    left corner; cx, cy: its size; sides are kept as shorts (truncated). Shows nothing when cx or cy
    is not above 0. Leaves the foreground black. */
 KORVEL_API void Rectangle_Ex(CGrafPtr port, int x, int y, int cx, int cy, int colour);
@@ -144,7 +215,7 @@ KORVEL_API void Rectangle_Ex(CGrafPtr port, int x, int y, int cx, int cy, int co
    the default set (szResources in desktop.h), of at most 2^28 pixels. Names are CP1252, those of
    files UTF-8; one with a '/' names no picture. An SVG shows nothing of other files that it refers
    to. A picture is read at its first use, and again at the first use after its file was replaced;
-   one that cannot be read is as good as none. */
+   one that cannot be read counts as missing. */
 
 /* Draws a picture at its own size with its top left corner at (x, y).
    Returns 0; 1 when there is no such picture or nothing to draw it on. Kept: 0 too for a name of

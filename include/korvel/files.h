@@ -25,13 +25,28 @@ extern "C" {
 
 /* ---- Numbered file handles ---- */
 
+/* Modes of a slot. */
+enum {
+  KorvelFreeMode = -1, /* nothing is open in it */
+  KorvelReadMode = 0,
+  KorvelWriteMode = 1,
+  KorvelReadWriteMode = 2 /* also that of every open memory file */
+};
+
+/* What File_Open and MFil_Open return instead of a handle. */
+enum {
+  KorvelNoSlotStatus = -1,    /* no slot is free; MFil_Open: or there is no memory */
+  KorvelNotOpenedStatus = -2, /* the file cannot be opened */
+  KorvelNoFlagStatus = -3     /* neither reading nor writing was asked for */
+};
+
 /* One open file. Mode and the numbers are true at any time between two calls of the library: size
-   and position are what File_Size and File_GetPos give, and the mark of the descriptor stands at
+   and position are what File_Size and File_GetPos give, and the offset of the descriptor (lseek) is
    position. */
 typedef struct FileSlot {
   char name[144];  /* the path given to File_Open, as it was given */
   short reference; /* the descriptor; -1 after a close that failed for good */
-  int mode;        /* -1: free; 0: reading; 1: writing; 2: reading and writing */
+  int mode;        /* KorvelFreeMode or one of its kin */
   int size;        /* length in bytes: taken at opening, grown by writes, not cut by File_SetEOF */
   int position;    /* where the next byte is read or written */
 } FileSlot;
@@ -39,21 +54,21 @@ typedef struct FileSlot {
 /* The open files; a handle is an index. Initially all free. The library works on this table itself
    and keeps no copy: what the application writes into it holds from the next call on.
    A refused edit of a table leaves the table open in a slot whose handle no application was given.
-   Such slots count as in use as long as there is a free one; then the first of them is closed and
-   handed out. One that the application has used since is the application's own. */
+   Such slots count as in use while there is a free one; then the first of them is closed and handed
+   out. One that the application has used since is the application's own. */
 KORVEL_API extern FileSlot DATA_FILE_TAB[5];
 
 /* The highest handle handed out by the sequential rule of File_Open, initially -1. Written by the
    library. An application that lowers it has the slots above it handed out again even if they are
-   in use; the descriptors that stood in them remain open and are then its own to close. */
+   in use; their descriptors remain open and are then its own to close. */
 KORVEL_API extern int DATA_FILE_ID;
 
 /* Opens a file. read, write: flags, set when 1 or more.
    - read only: the file must exist.
-   - write only: a missing file is created, readable and writable by all, whatever the process's
-     file mask (which is left alone), and what was opened or may not be written gets the mode 0777,
-     its path being taken as BSDMACchmodrwx takes it. An existing file is not cut: writing starts at
-     offset 0 over its content; File_SetEOF shortens it.
+   - write only: a missing file is created, whatever the process's file mask (which is left alone).
+     The file gets the mode 0777 as BSDMACchmodrwx gives it, the path being taken as BSDMAC2UNIX
+     does: after it was opened, or, if it may not be written, before a second attempt. An existing
+     file is not cut: writing starts at offset 0 over its content; File_SetEOF shortens it.
    - both: the file must exist.
    The handle is DATA_FILE_ID + 1, which DATA_FILE_ID then becomes, or, once DATA_FILE_ID is 4, the
    first free slot. DATA_FILE_ID stays raised when the opening fails.
@@ -87,9 +102,9 @@ KORVEL_API int File_Re_Read(int handle, void *buffer, int count);
 /* Writes count bytes at the position and moves it behind them; a position past size raises size,
    also when count is 0 (the file itself does not grow then).
    Returns count; 0 for a negative count and in a slot whose mode is neither 1 nor 2, with nothing
-   changed. Returns -1 when
-   not all of them could be written (a full disk, a file that would reach 2 GiB), with the position
-   as it was and size covering what did reach the file, and for a handle outside 0 to 4. */
+   changed. Returns -1 when not all of them could be written (a full disk, a file that would reach
+   2 GiB), with the position as it was and size covering what did reach the file, and for a handle
+   outside 0 to 4. */
 KORVEL_API int File_Write(int handle, const void *buffer, int count);
 
 /* Moves the position to an offset from the start, 0 or more; it may lie behind the end.
@@ -169,7 +184,7 @@ KORVEL_API int MACRename(const char *oldPath, const char *newPath);
 typedef struct MFilSlot {
   char *block;  /* from GlobalAlloc; null after an allocation that failed */
   int capacity; /* bytes of the block that count as allocated */
-  int mode;     /* -1: free; 2: open */
+  int mode;     /* KorvelFreeMode, or KorvelReadWriteMode: open */
   int size;     /* bytes of data: the highest position ever written */
   int position; /* where the next byte is read or written */
 } MFilSlot;

@@ -3,26 +3,16 @@
    A box is a movable modal window titled with its caption, in front of everything that the
    application shows, also of a data-entry dialog out of whose callbacks it is opened. It is 400
    pixels wide when caption and text are both shorter than 51 characters, else 540, and never wider
-   than the screen; it cannot be minimised. Return stands for the default button until Tab or an
-   arrow key moves to the other one, then for that; Alt with its first letter presses a button;
-   Escape and the window's close box answer "Non" or "OK". A text that does not fit scrolls, by
-   wheel and by keys; caption and text can be read by a screen reader. Where there is no screen a
-   box answers at once as Escape does, and standard error says why in one line.
+   than the screen; it cannot be minimised. Return presses the default button, or the other one once
+   Tab or an arrow key has moved to it; Alt with its first letter presses a button; Escape and the
+   window's close box answer "Non" or "OK". A text that does not fit scrolls, by wheel and by keys;
+   caption and text can be read by a screen reader. Without a screen a box answers at once as Escape
+   does, and standard error says why in one line.
 
    While a box is shown its port is the current one, and its text's font the chosen one (draw.h):
    ch_font_FontName becomes "Lucida Grande", at 13, and char_dy follows. Both stay so afterwards.
 
-   Texts are CP1252, NUL-terminated; a null text counts as an empty one. Flags are bits, and
-   unknown ones are ignored:
-
-     0x10            MessageBox only: question, else note
-     0x40, not 0x20  question: the default button is "Non", else "Oui"
-     0x02 or 0x08    question: caution icon
-     0x02            note: caution icon; else
-     0x04            note: stop icon; else
-     0x01            note: note icon
-
-   Without one of its icon bits a box shows no icon. */
+   Texts are CP1252, NUL-terminated; a null text counts as an empty one. */
 #ifndef KORVEL_MESSAGES_H
 #define KORVEL_MESSAGES_H
 
@@ -32,21 +22,36 @@
 extern "C" {
 #endif
 
-/* Shows a message in lines of its own making and returns the answer.
-   owner: the window on which the box is centred; null for the front window, and where there is
-   none, the screen. The port of that window is the current one afterwards; none is without one.
+/* Flags, to be added up; other bits are ignored. A box without one of its icon bits shows no icon.
+   A warning before something is lost: KorvelQuestion | KorvelCautionIcon | KorvelDefaultNon. */
+enum {
+  KorvelNoteIcon = 0x01,         /* note: note icon, unless one of the next two is set */
+  KorvelCautionIcon = 0x02,      /* question and note: caution icon */
+  KorvelStopIcon = 0x04,         /* note: stop icon, unless KorvelCautionIcon is set */
+  KorvelOtherCautionIcon = 0x08, /* question: caution icon, too */
+  KorvelQuestion = 0x10,         /* MessageBox only: a question, else a note */
+  KorvelDefaultOui = 0x20,       /* question: the default button is "Oui" even with the next bit */
+  KorvelDefaultNon = 0x40        /* question: the default button is "Non", else "Oui" */
+};
+
+/* Answers. */
+enum { KorvelOkAnswer = 1, KorvelOuiAnswer = 2, KorvelNonAnswer = 3 };
+
+/* Shows a message, broken into lines by the library, and returns the answer.
+   owner: the window on which the box is centred; null for the front window, or the screen if there
+   is none. The port of that window is the current one afterwards; without a window there is none.
    text: at most 4095 characters; a line ends at a carriage return or a line feed (at both: twice),
-   and at the first space beyond column 50 that does not stand before ":" or ",". caption: at most
-   255 characters; when empty, the title is "Dialogue utilisateur". When either is longer, the box
-   says "MessageBox impossible" under the title "Erreur interne" instead.
+   and at the first space beyond column 50 that is not followed by ":" or ",". caption: at most 255
+   characters; when empty, the title is "Dialogue utilisateur". When either is longer, the box says
+   "MessageBox impossible" under the title "Erreur interne" instead.
    Returns 2 for "Oui" and 3 for "Non" of a question, 1 for "OK" of a note. */
 KORVEL_API int MessageBox(WindowRef owner, const char *text, const char *caption, unsigned flags);
 
-/* Shows a question as it stands, lines ended by carriage returns.
+/* Shows a question whose text has its lines already, ended by carriage returns.
    owner: the window on which the box is centred; null for the screen. caption: as for MessageBox,
-   without its limit. lines: what the height is made for, 20 pixels a line and 50 more; below 1
-   counts as 1, and the box is never higher than the screen. caption and text are only read. No port
-   is current afterwards.
+   without its limit. lines: sets the height, 20 pixels a line and 50 more; below 1 counts as 1, and
+   the box is never higher than the screen. caption and text are only read. No port is current
+   afterwards.
    Returns 2 for "Oui" and 3 for "Non". */
 KORVEL_API int QuestionDialog(WindowRef owner, char *caption, char *text, int lines,
                               unsigned flags);
@@ -70,12 +75,15 @@ enum {
   KorvelActivateEvent = 8
 };
 
+/* Keys of a box. */
+enum { KorvelEnterKey = 3, KorvelReturnKey = 13, KorvelEscapeKey = 27 };
+
 /* An event, made and owned by the application. */
 typedef struct EventRecord {
-  int what;
-  int key;          /* key events: 13 Return, 3 Enter, 27 Escape, else any other character */
+  int what;         /* KorvelKeyEvent or one of its kin */
+  int key;          /* key events: KorvelReturnKey or one of its kin, else any other character */
   WindowRef window; /* update and activate events: the window that is meant */
-  void *reference; /* the reference value of that window: the application's record of it, or null */
+  void *reference;  /* the reference value of the window: the application's record of it, or null */
 } EventRecord;
 
 /* The handler in a window record, whose tenth pointer-sized field holds its address. */
@@ -86,8 +94,8 @@ typedef void (*WindowEvent_t)(EventRecord *event);
    null handler is not called), and counts as not handled. Return and Enter are the default button,
    Escape is "Non" or "OK": *itemHit becomes that button's number.
    dialog: the dialog that the event came to; not looked at, as only the newest box takes events
-   (without one: button 1 for Return, 2 for Escape). event: null counts as not handled. itemHit: may
-   be null; untouched when the event is not handled.
+   (without a box: button 1 for Return, 2 for Escape). event: null counts as not handled. itemHit:
+   may be null; untouched when the event is not handled.
    Returns 1 when the event is handled, else 0. */
 KORVEL_API int MessageBoxFilter(DialogRef dialog, EventRecord *event, int *itemHit);
 
