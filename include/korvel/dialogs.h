@@ -133,11 +133,14 @@ KORVEL_API extern int TDB;            /* 1 while the type is in use */
 KORVEL_API extern int TDB_N;          /* number of fields */
 KORVEL_API extern int TDB_ID_TEXTE;   /* first item number */
 KORVEL_API extern int TDB_BUFFERSIZE; /* bytes of a slice: 8192 / TDB_N */
+
+/* Place and size in dialog units, and rank. */
 KORVEL_API extern short TDB_x[20];
 KORVEL_API extern short TDB_y[20];
 KORVEL_API extern short TDB_cx[20];
 KORVEL_API extern short TDB_cy[20];
 KORVEL_API extern short TDB_rk[20];
+
 KORVEL_API extern int TDB_bInit[20];         /* 1 once the field was given a text */
 KORVEL_API extern int TDB_bMand[20];         /* 1: may not be empty */
 KORVEL_API extern int TDB_bOK[20];           /* 1: acceptable */
@@ -205,15 +208,18 @@ KORVEL_API int TexteDlgBox_get_valid(int i);
 
 /* ---- Check boxes: at most 64 ---- */
 
-KORVEL_API extern int BDB;
-KORVEL_API extern int BDB_N;
+KORVEL_API extern int BDB;            /* 1 while the type is in use */
+KORVEL_API extern int BDB_N;          /* number of fields */
 KORVEL_API extern int BDB_ID_FLAG;    /* first item number */
 KORVEL_API extern int BDB_BUFFERSIZE; /* bytes of a label: 48 */
+
+/* Place and size in dialog units, and rank. */
 KORVEL_API extern short BDB_x[64];
 KORVEL_API extern short BDB_y[64];
 KORVEL_API extern short BDB_cx[64];
 KORVEL_API extern short BDB_cy[64];
 KORVEL_API extern short BDB_rk[64];
+
 KORVEL_API extern int BDB_bFlags[64];      /* the value: 0 or 1 */
 KORVEL_API extern char *BDB_pszBuffer[64]; /* the label: a slice of BDB_szBuffer */
 KORVEL_API extern char BDB_szBuffer[3072];
@@ -233,21 +239,24 @@ KORVEL_API int BoolDlgBox_retrieve(int i, int *out);
 
 /* ---- Integer fields: at most 128 ---- */
 
-KORVEL_API extern int IDB;
-KORVEL_API extern int IDB_N;
+KORVEL_API extern int IDB;        /* 1 while the type is in use */
+KORVEL_API extern int IDB_N;      /* number of fields */
 KORVEL_API extern int IDB_ID_INT; /* first item number */
+
+/* Place and size in dialog units, and rank. */
 KORVEL_API extern short IDB_x[128];
 KORVEL_API extern short IDB_y[128];
 KORVEL_API extern short IDB_cx[128];
 KORVEL_API extern short IDB_cy[128];
 KORVEL_API extern short IDB_rk[128];
-KORVEL_API extern int IDB_bInit[128];    /* 1 once the field was given a value */
-KORVEL_API extern int IDB_bMand[128];    /* 1: may not be empty */
-KORVEL_API extern int IDB_bOK[128];      /* 1: acceptable */
-KORVEL_API extern int IDB_bPassw[128];   /* 1: shown as one "*" per character */
-KORVEL_API extern int IDB_iInts[128];    /* the value */
-KORVEL_API extern short IDB_lPassw[128]; /* length of the text last seen in a masked field */
-KORVEL_API extern ValidInt_t vi_tab[128];
+
+KORVEL_API extern int IDB_bInit[128];     /* 1 once the field was given a value */
+KORVEL_API extern int IDB_bMand[128];     /* 1: may not be empty */
+KORVEL_API extern int IDB_bOK[128];       /* 1: acceptable */
+KORVEL_API extern int IDB_bPassw[128];    /* 1: shown as one "*" per character */
+KORVEL_API extern int IDB_iInts[128];     /* the value */
+KORVEL_API extern short IDB_lPassw[128];  /* length of the text last seen in a masked field */
+KORVEL_API extern ValidInt_t vi_tab[128]; /* the validation functions */
 KORVEL_API extern ValidInt_t *vi; /* initially vi_tab; may be pointed at an own table of 128 */
 
 /* Takes n integer fields (0 to 128) into use: value 0, not set, mandatory, valid, not masked,
@@ -281,20 +290,23 @@ KORVEL_API int IntDlgBox_get_valid(int i);
 
 /* ---- Number fields: at most 128 ---- */
 
-KORVEL_API extern int NDB;
-KORVEL_API extern int NDB_N;
+KORVEL_API extern int NDB;        /* 1 while the type is in use */
+KORVEL_API extern int NDB_N;      /* number of fields */
 KORVEL_API extern int NDB_ID_NUM; /* first item number */
+
+/* Place and size in dialog units, and rank. */
 KORVEL_API extern short NDB_x[128];
 KORVEL_API extern short NDB_y[128];
 KORVEL_API extern short NDB_cx[128];
 KORVEL_API extern short NDB_cy[128];
 KORVEL_API extern short NDB_rk[128];
-KORVEL_API extern int NDB_bInit[128];
-KORVEL_API extern int NDB_bMand[128];
-KORVEL_API extern int NDB_bOK[128];
-KORVEL_API extern double NDB_dNums[128]; /* the value */
-KORVEL_API extern int NDB_iChiff[128];   /* decimals shown */
-KORVEL_API extern ValidNum_t vf_tab[128];
+
+KORVEL_API extern int NDB_bInit[128];     /* 1 once the field was given a value */
+KORVEL_API extern int NDB_bMand[128];     /* 1: may not be empty */
+KORVEL_API extern int NDB_bOK[128];       /* 1: acceptable */
+KORVEL_API extern double NDB_dNums[128];  /* the value */
+KORVEL_API extern int NDB_iChiff[128];    /* decimals shown */
+KORVEL_API extern ValidNum_t vf_tab[128]; /* the validation functions */
 KORVEL_API extern ValidNum_t *vf; /* initially vf_tab; may be pointed at an own table of 128 */
 
 /* Takes n number fields (0 to 128) into use: value 0.0 with 5 decimals, not set, mandatory, valid,
@@ -327,21 +339,26 @@ KORVEL_API int NumDlgBox_get_valid(int i);
 
 /* ---- Date fields: at most 20 ---- */
 
-KORVEL_API extern int DDB;
-KORVEL_API extern int DDB_N;
+KORVEL_API extern int DDB;   /* 1 while the type is in use */
+KORVEL_API extern int DDB_N; /* number of fields */
+
 /* First item number; a date takes three. The two identifiers just below it also count as date 0: no
    push button should have them. */
 KORVEL_API extern int DDB_ID_DATE;
+
+/* Place and height in dialog units, and rank. cx is not used: the three items have widths of their
+   own. */
 KORVEL_API extern short DDB_x[20];
 KORVEL_API extern short DDB_y[20];
-KORVEL_API extern short DDB_cx[20]; /* not used: the three items have widths of their own */
+KORVEL_API extern short DDB_cx[20];
 KORVEL_API extern short DDB_cy[20];
 KORVEL_API extern short DDB_rk[20];
-KORVEL_API extern int DDB_bInit[20];
-KORVEL_API extern int DDB_bMand[20];
-KORVEL_API extern int DDB_bOK[20];
-KORVEL_API extern int DDB_lDates[20]; /* the value: yyyymmdd */
-KORVEL_API extern ValidInt_t vd_tab[20];
+
+KORVEL_API extern int DDB_bInit[20];     /* 1 once the field was given a value */
+KORVEL_API extern int DDB_bMand[20];     /* 1: may not be empty */
+KORVEL_API extern int DDB_bOK[20];       /* 1: acceptable */
+KORVEL_API extern int DDB_lDates[20];    /* the value: yyyymmdd */
+KORVEL_API extern ValidInt_t vd_tab[20]; /* the validation functions */
 KORVEL_API extern ValidInt_t *vd; /* initially vd_tab; may be pointed at an own table of 20 */
 
 /* Takes n date fields (0 to 20) into use: value 0, not set, mandatory, valid, without place, rank
@@ -380,18 +397,21 @@ KORVEL_API int intcod_l_date(char *text, int *value);
 
 /* ---- Push buttons: at most 10 ---- */
 
-KORVEL_API extern int PDB;
-KORVEL_API extern int PDB_N;
+KORVEL_API extern int PDB;            /* 1 while the type is in use */
+KORVEL_API extern int PDB_N;          /* number of fields */
 KORVEL_API extern int PDB_ID_PUSH;    /* first item number */
 KORVEL_API extern int PDB_BUFFERSIZE; /* bytes of a label: 16 */
+
+/* Place and size in dialog units, and rank. */
 KORVEL_API extern short PDB_x[10];
 KORVEL_API extern short PDB_y[10];
 KORVEL_API extern short PDB_cx[10];
 KORVEL_API extern short PDB_cy[10];
 KORVEL_API extern short PDB_rk[10];
+
 KORVEL_API extern char *PDB_pszBuffer[10]; /* the label: a slice of PDB_szBuffer */
 KORVEL_API extern char PDB_szBuffer[160];
-KORVEL_API extern PushAction_t vp_tab[10];
+KORVEL_API extern PushAction_t vp_tab[10]; /* the actions */
 KORVEL_API extern PushAction_t *vp; /* initially vp_tab; may be pointed at an own table of 10 */
 
 /* Takes n push buttons (0 to 10) into use: without label, action or place, rank -1. */
@@ -406,14 +426,17 @@ KORVEL_API int PushDlgBox_set_fvalid(int i, PushAction_t function);
 
 /* ---- Static texts, group boxes and icons: at most 128 ---- */
 
-KORVEL_API extern int SDB;
-KORVEL_API extern int SDB_N;
+KORVEL_API extern int SDB;            /* 1 while the type is in use */
+KORVEL_API extern int SDB_N;          /* number of statics */
 KORVEL_API extern int SDB_BUFFERSIZE; /* bytes of a text: 512 */
+
+/* Place and size in dialog units. */
 KORVEL_API extern short SDB_x[128];
 KORVEL_API extern short SDB_y[128];
 KORVEL_API extern short SDB_cx[128];
 KORVEL_API extern short SDB_cy[128];
-KORVEL_API extern short SDB_type[128];
+
+KORVEL_API extern short SDB_type[128];      /* KorvelGroupBox or one of its kin */
 KORVEL_API extern char *SDB_pszBuffer[128]; /* the text: a slice of SDB_szBuffer */
 KORVEL_API extern char SDB_szBuffer[65536];
 
