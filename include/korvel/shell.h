@@ -3,7 +3,7 @@
 
    Commands run through /bin/sh -c with the caller's environment. A "close status" is what pclose
    gives: a wait status (see WIFEXITED and its kin), or -1 when the command could not be started or
-   its status was not to be had (the application ignores SIGCHLD or collects every child). A
+   its status could not be had (the application ignores SIGCHLD or collects every child). A
    command that is given no input reads an empty one, never the application's terminal.
    Paths are POSIX paths unless called macPath (a colon path). Every path and pattern is put between
    single quotes and not escaped, so a few characters are read by the shell or the tool:
@@ -40,6 +40,9 @@ KORVEL_API int MACOSVersion(void);
 
 /* Returns 1: the system is a Unix (its version is above 4095). */
 KORVEL_API int RunningOnCarbonX(void);
+
+/* The status for a bundle that is not there. */
+enum { KorvelNoBundleStatus = -4960 };
 
 /* Loads a library of the system by its bundle name.
    name: "System.framework" is the C library; there is no other.
@@ -93,15 +96,15 @@ KORVEL_API int BSDIsExisting(const char *path);
 KORVEL_API int BSDSCopy(const char *source, const char *destination);
 
 /* Copies source (a file or a folder with all it holds) into folder under its own name, replacing
-   what stands there under that name.
-   What stands there is removed first, so that a copy that then fails leaves neither.
-   Returns 0 if anything stands there afterwards, whatever "cp" said: a copy that was cut, as on a
-   full disk, gives 0 too. An application that must know compares the sizes, or uses BSDSCopy, which
-   tells what "cp" said. Returns -1 if nothing stands there, if either does not exist, or if what
-   had to be replaced could not be removed. Returns -1 and changes nothing
+   what is there under that name. What is there is removed first, so that a copy that then fails
+   leaves neither.
+   Returns 0 if anything is there afterwards, whatever "cp" said: a copy that was cut, as on a full
+   disk, gives 0 too. An application that must know compares the sizes, or uses BSDSCopy, which
+   tells what "cp" said. Returns -1 if nothing is there, if either does not exist, or if what had to
+   be replaced could not be removed. Returns -1 and changes nothing
    - if source has no last component (it ends with "/", "." or ".."),
    - if replacing would destroy the source: both are the same file or folder, by whatever name or
-     link, or one of them stands inside the other,
+     link, or one of them is inside the other,
    - if something would have to be replaced and a path holds a single quote or begins with "-", as
      then nobody can tell what the tools take it for. */
 KORVEL_API int BSDCopy(const char *source, const char *folder);
@@ -125,9 +128,10 @@ KORVEL_API int BSDRemove_psw(const char *path, const char *password);
    Returns the close status of the search: 1 << 8 when no line matches. */
 KORVEL_API int BSDkill(const char *name);
 
-/* Runs "kill " with a line of the process list, its first column being the process number and the
-   others going with it as they are: what the shell cannot read so (a state column "S<", a name in
-   parentheses) is not killed. Returns 0. */
+/* What BSDkill does with each line that it finds; an application may call it with a line of its
+   own. Runs "kill " followed by the whole line, which begins with the process number. A line that
+   the shell cannot read so (a state column "S<", a name in parentheses) kills nothing. Returns 0.
+ */
 KORVEL_API int BSDprocessf(char *line);
 
 /* Tells whether name (a grep pattern, not quoted) occurs in the process list "ps -x -c", with names
@@ -135,7 +139,8 @@ KORVEL_API int BSDprocessf(char *line);
    Sets BSDtest to 1 if it does and to 0 if not, and returns it. */
 KORVEL_API int BSDtestProcess(const char *name);
 
-/* Sets BSDtest to 1. Returns 0. */
+/* What BSDtestProcess does with each line that it finds; an application may call it, too. Sets
+   BSDtest to 1; line is not looked at. Returns 0. */
 KORVEL_API int BSDprocesst(char *line);
 
 /* Opens a document with the application that the desktop has for it (by xdg-open, the path in
@@ -163,9 +168,10 @@ KORVEL_API int BSDDir_FindFiles(char *out, const char *folder, int max, const ch
    found. Returns 0 and changes nothing if folder is empty or does not exist. */
 KORVEL_API int BSDDir_ProcessFiles(const char *folder, const char *pattern, FileVisit_t visit);
 
-/* Handles one line of a listing, in place: takes off a final "*", and, unless the line then ends
-   with "/" (a folder), calls BSDDir_ProcessFiles_fPtr with the text behind its last "/", stores
-   the result in BSDcr and counts the file in BSDnNbFic.
+/* What BSDDir_ProcessFiles does with each line of its listing; an application may call it with a
+   line of its own, which is changed in place. Takes off a final "*", and, unless the line then ends
+   with "/" (a folder), calls BSDDir_ProcessFiles_fPtr with the text behind its last "/", stores the
+   result in BSDcr and counts the file in BSDnNbFic.
    Returns that result; 0 for a folder, and for a null function. */
 KORVEL_API int BSDDir_ProcessFiles_f(char *line);
 

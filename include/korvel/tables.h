@@ -2,14 +2,14 @@
    code's label, search of a label's code, editing of the line found, and upkeep of whole tables.
 
    A table is 8-bit text (CP1252), its lines ended by CR LF: a title, "Version: " and a text,
-   "#DEBUT", the data lines, "#FIN". The fields of a line stand between ',' or '+'; the first one is
-   the code, the ones behind it are the columns, numbered from 1. A field holds neither separator;
-   an empty field ends the line's fields, what stands behind it is no column. Lookup and search walk
-   all lines, the heading ones too; lines are numbered from 1.
+   "#DEBUT", the data lines, "#FIN". The fields of a line are separated by ',' or '+'; the first one
+   is the code, the following ones are the columns, numbered from 1. A field holds neither
+   separator; an empty field ends the line's fields, and what follows it is no column. Lookup and
+   search walk all lines, the heading ones too; lines are numbered from 1.
 
    Reading: a line ends at a carriage return or at the end of the file; line feeds are ignored
-   wherever they stand. Of a line the first 1022 characters count (line feeds not among them) and,
-   if it holds a NUL, those before it.
+   everywhere. Of a line the first 1022 characters count (not counting line feeds) and, if it holds
+   a NUL, those before it.
 
    Comparison is case-sensitive, byte by byte, of equal lengths; '?' on either side, so in the file
    too, equals any character.
@@ -23,7 +23,7 @@
    A buffer to fill is given with its size in bytes: at most size - 1 characters are written and
    always a terminator; a null buffer or a size below 1 is not written. A null table or
    list of criteria is a table that will not open; a null key or label matches no line. Where the
-   table's last line is said to stand in the buffer, a table without lines leaves it as it was. */
+   table's last line is said to be in the buffer, a table without lines leaves it as it was. */
 #ifndef KORVEL_TABLES_H
 #define KORVEL_TABLES_H
 
@@ -44,8 +44,8 @@ KORVEL_API extern char szDirTables[256];
 KORVEL_API extern char ZRV_Libelle_NC_szDirTables[256];
 
 /* The current line, split: its fields one behind the other, each ended by a NUL, a second NUL
-   behind the last one. What stands behind that is not part of it. Written by the functions below
-   as they say. */
+   behind the last one. What follows is not part of it. Written by the functions below as they
+   say. */
 KORVEL_API extern char ZRV_Libelle_NC_szBuffer[1024];
 
 /* Number of the current line, from 1; 0 for none. */
@@ -69,10 +69,10 @@ KORVEL_API char *getDirTables(void);
    key: keyLength characters, need not be terminated; a length below 1 matches no line.
    column: 0 for the code, from 1 on for a column; a column that the line does not have gives "", as
    does one below 0.
-   Returns 1; the line is the current one then and stands in the buffer.
+   Returns 1; the line is the current one then and is in the buffer.
    Returns 0, out untouched, when no code matches: the current line is then the number of lines of
-   the table, the read flag 1 and the table's last line stands in the buffer. Returns 0 too when the
-   table will not open: the current line and the read flag are then 0, out and buffer untouched. */
+   the table, the read flag 1 and the table's last line in the buffer. Returns 0 too when the table
+   will not open: the current line and the read flag are then 0, out and buffer untouched. */
 KORVEL_API int ZRV_Libelle_NC(const char *key, int keyLength, int column, const char *table,
                               char *out, int outSize);
 
@@ -81,7 +81,7 @@ KORVEL_API int ZRV_Libelle_NC(const char *key, int keyLength, int column, const 
 KORVEL_API int ZRV_Libelle_2(int code, int column, const char *table, char *out, int outSize);
 
 /* Gives another column of the current line.
-   While the read flag is 1 the buffer is used as it stands: keyLength 0 with column 0 gives the
+   While the read flag is 1 the buffer is used as it is: keyLength 0 with column 0 gives the
    code, with 1; otherwise a column from 1 on, with 1, or "" and 0 when the line does not have it.
    Column 0 with another keyLength, and one below 0, is a column that no line has. While the read
    flag is 0 this is ZRV_Libelle_NC_idem_0. The key itself is not looked at. */
@@ -91,28 +91,28 @@ KORVEL_API int ZRV_Libelle_NC_idem(const char *key, int keyLength, int column, c
 /* Reads the table again up to the current line and gives a column of it.
    keyLength 0 with column 0 gives the code; otherwise a column from 1 on, "" when the line does not
    have it (no line has column 0 or one below). The key itself is not looked at.
-   Returns 1; the line stands in the buffer then, the read flag is 1.
+   Returns 1; the line is in the buffer then, the read flag is 1.
    Returns 0, out untouched, when the table has fewer lines: the read flag is 1 all the same, and
-   the last line stands in the buffer, not split. Returns 0 too when the table will not open: the
+   the last line is in the buffer, not split. Returns 0 too when the table will not open: the
    read flag is then 0, the buffer untouched. The current line's number never changes. */
 KORVEL_API int ZRV_Libelle_NC_idem_0(const char *key, int keyLength, int column, const char *table,
                                      char *out, int outSize);
 
-/* Looks up the next line behind the current one whose code matches the key, and gives a column of
+/* Looks up the next line after the current one whose code matches the key, and gives a column of
    it (from 1 on; "" when the line does not have it, and for column 0 and below).
-   Returns 1; the line is the current one then and stands in the buffer.
-   Returns 0, out, the current line's number and the read flag untouched, when there is none; the
-   table's last line then stands in the buffer. Returns 0 too when the table will not open: the
+   Returns 1; the line is the current one then and is in the buffer.
+   Returns 0, with out, the current line's number and the read flag untouched, when there is none;
+   the table's last line is then in the buffer. Returns 0 too when the table will not open: the
    buffer is then untouched as well. */
 KORVEL_API int ZRV_Libelle_NC_next(const char *key, int keyLength, int column, const char *table,
                                    char *out, int outSize);
 
 /* Looks up, among the lines whose code matches the key, the first one in force on a day, and gives
    a column of it. dateColumn: the column of the first day in force, DD/MM/YY; the next column holds
-   the last one. A line where either is missing or no date is in force on every day. date: YYYYMMDD
-   as a number. Returns 1; the line is the current one then and stands in the buffer. Returns 0 when
-   no line is: out then holds the column of the last line whose code matches (it is untouched if
-   there is none), and the state is what ZRV_Libelle_NC or ZRV_Libelle_NC_next left. */
+   the last day. A line where either is missing or no date is in force on every day. date: YYYYMMDD
+   as a number. Returns 1; the line is the current one then and is in the buffer. Returns 0 when no
+   line is in force: out then holds the column of the last line whose code matches (it is untouched
+   if none does), and the state is what ZRV_Libelle_NC or ZRV_Libelle_NC_next left. */
 KORVEL_API int ZRV_Libelle_NC_dates(const char *key, int keyLength, int column, const char *table,
                                     char *out, int outSize, int dateColumn, int date);
 
@@ -126,13 +126,13 @@ KORVEL_API void ZRV_Libelle_NC_set_ligne(int line);
 
    In every search the code of each line goes to out before the line is compared: without a match
    out holds the code of the table's last line. A line that does not have the column is compared by
-   its last field. A match becomes the current line and stands in the buffer.
+   its last field. A match becomes the current line and is in the buffer.
 
-   Without a match the result is 0 and the table's last line stands in the buffer; the functions
-   that start at the first line set the current line to the number of lines and the read flag to 1,
-   those that go on behind the current line leave both as they were. When the table will not open
-   the result is 0, out and buffer are untouched; the former then set both to 0. A table without
-   lines leaves out untouched. */
+   Without a match the result is 0 and the table's last line is in the buffer; the functions that
+   start at the first line set the current line to the number of lines and the read flag to 1, the
+   functions that go on after the current line leave both as they were. When the table will not open
+   the result is 0, out and buffer are untouched; the functions that start at the first line then
+   set both to 0. A table without lines leaves out untouched. */
 
 /* Looks for the first line whose column matches the label and gives its code.
    label: NUL-terminated; an empty one matches no line. column: from 1 on; below that, the last
@@ -141,12 +141,15 @@ KORVEL_API int ZRV_Code_NC(const char *label, int column, const char *table, cha
                            int outSize);
 
 /* As ZRV_Code_NC without regard to case: label and field are compared as strupr writes them. The
-   examined column then stands in the buffer as strupr writes it, that of the last line if none
-   matches. A label of more than 255 characters matches no line. */
+   examined column is in the buffer then as strupr writes it, the column of the last line if none
+   matches. A label of more than 255 characters matches no line.
+   strupr (strings.h) takes the CP1252 bytes of a table for Mac OS Roman ones: é and è count as E, ç
+   as A, ê as I, and à, É, À and Ç as themselves. So "Séance" in a table is found by "SEANCE" and
+   "seance", and not by "SÉANCE". */
 KORVEL_API int ZRV_CodeNCS_NC(const char *label, int column, const char *table, char *out,
                               int outSize);
 
-/* As ZRV_Code_NC, for lines behind the current one only. */
+/* As ZRV_Code_NC, for lines after the current one only. */
 KORVEL_API int ZRV_Code_NC_next(const char *label, int column, const char *table, char *out,
                                 int outSize);
 
@@ -159,29 +162,27 @@ KORVEL_API int ZRV_Code_NC_next(const char *label, int column, const char *table
 KORVEL_API int ZRV_Code_NC_ex(const char *const *labels, const int *columns, const char *table,
                               char *out, int outSize);
 
-/* As ZRV_Code_NC_ex, for lines behind the current one only. */
+/* As ZRV_Code_NC_ex, for lines after the current one only. */
 KORVEL_API int ZRV_Code_NC_ex_next(const char *const *labels, const int *columns, const char *table,
                                    char *out, int outSize);
 
 /* ---- Table editing ----
 
-   What is edited is the line whose number is ZRV_Libelle_NC_il, counted in the table as it is at
-   that moment: edits of one table wait for each other, also those of other processes, and none is
-   lost. An edit waits 5 seconds at most, then gives 0. A program that changes the table without
-   waiting loses nothing either: the edit is made again on what is there then; if the table changes
-   under the third attempt, too, the edit gives 0. Only what such a program writes in the last
-   instant, while the new table takes its place, is lost. Of the key only the length counts, and
-   that only where it is said.
+   An edit changes the line whose number is ZRV_Libelle_NC_il, counted in the table as it is at that
+   moment: edits of one table wait for each other, also across processes, and none is lost. An edit
+   waits 5 seconds at most, then gives 0. A program that changes the table without waiting loses
+   nothing either: the edit is made again on the changed table; if the table changes under the third
+   attempt, too, the edit gives 0. Only what such a program writes in the last instant, while the
+   new table takes its place, is lost. Of the key only the length counts, and only where it is said.
 
-   A new text is written as it stands: each ',' or '+' in it makes a further field, and the columns
-   behind it count on from there; a carriage return makes a further line. An empty text is an empty
-   field, which ends the line's fields: what stands behind it stays in the file and is no column.
+   A new text is written as it is: each ',' or '+' in it makes a further field, and the columns
+   after it count on from there; a carriage return makes a further line. An empty text is an empty
+   field, which ends the line's fields: what follows it stays in the file and is no column.
 
    An edit rewrites the table: every line then ends with CR LF, the last one too, line feeds
    elsewhere are gone, and of a line that is not the edited one the first 1023 characters stay. In
-   the edited line ',' stands between the fields; what stands from its first empty field on is left
-   as it is, like an empty column and those behind it. A line may become longer than the 1022
-   characters that are read of it.
+   the edited line the fields are separated by ','; from its first empty field on the line is left
+   as it is. A line may become longer than the 1022 characters that are read of it.
 
    Returns 1 when the table has the line, 0 when it has fewer; it is rewritten in both cases.
    Returns 0, with the table, the current line and the buffer as they were, when the table will not
@@ -189,33 +190,33 @@ KORVEL_API int ZRV_Code_NC_ex_next(const char *const *labels, const int *columns
    exchanged (one that may not be written; a sticky one, for another user's table) or the disk is
    full, and for a null table or text. At any moment the file is the old table or the new one,
    whole. Owner, group, mode and a symbolic link stay; only where the process may not give a file
-   away the owner or the group becomes its own. Another hard link to the table keeps the old
+   away, its owner or group becomes the process's own. Another hard link to the table keeps the old
    content.
 
    While an edit runs it takes two file handles (files.h). When the temporary file cannot be made,
    as in a folder that may not be written or with one handle free, the first of them stays open.
-   That file is called like the table, its last character replaced by '_'; if this user has left one
-   of that name, the edit uses it up, and what it holds behind the length of the new table becomes
-   the end of that. Another user's file of that name is left alone. */
+   The temporary file is called like the table, its last character replaced by '_'; if this user has
+   left a file of that name, the edit uses it up, and what it holds beyond the length of the new
+   table becomes the end of the new table. Another user's file of that name is left alone. */
 
 /* Replaces a column (from 1 on) of the current line in the table; the code, for keyLength 0 and
    column 0. In a line that does not have the column, no field changes. The buffer is left alone. */
 KORVEL_API int ZRV_Libelle_NC_idem_replace(const char *key, int keyLength, int column,
                                            const char *table, const char *text);
 
-/* Adds a line to the table behind the current one, its fields all "Néant".
+/* Adds a line to the table after the current one, its fields all "Néant".
    fields: their number, of which as many are written as fit into 1023 characters (170); 0: as many
-   as the current line has; below 0: nothing is changed, 0 is returned. On 1 the new line stands in
-   the buffer and the read flag is 1, but the number of the current line remains. */
+   as the current line has; below 0: nothing is changed, 0 is returned. On 1 the new line is in the
+   buffer and the read flag is 1, but the number of the current line remains. */
 KORVEL_API int ZRV_Libelle_NC_idem_insert(const char *key, int keyLength, const char *table,
                                           int fields);
 
-/* Removes the current line from the table. Its number remains, and is then that of the line behind
-   it. The buffer is left alone. */
+/* Removes the current line from the table. Its number remains, and is then the number of the next
+   line. The buffer is left alone. */
 KORVEL_API int ZRV_Libelle_NC_idem_delete(const char *key, int keyLength, const char *table);
 
 /* Replaces a column (from 1 on) of the line in the buffer; the code, for keyLength 0 and column 0.
-   No file is touched, the table's name not looked at. text: may stand in the buffer itself. The
+   No file is touched, the table's name not looked at. text: may be in the buffer itself. The
    buffer is split afterwards, also if it was not; what passes its room is cut off. An empty text
    for a column ends the buffer's fields there: a flush then ends the stored line there, too. A ','
    or '+' in the text makes further fields. Returns 1, or 0 when the line does not have the column
@@ -223,17 +224,17 @@ KORVEL_API int ZRV_Libelle_NC_idem_delete(const char *key, int keyLength, const 
 KORVEL_API int ZRV_Libelle_NC_set(const char *key, int keyLength, int column, const char *table,
                                   const char *text);
 
-/* Writes the fields of the buffer in place of those of the current line in the table. On 1 the
+/* Writes the fields of the buffer in place of the fields of the current line in the table. On 1 the
    buffer is left joined: it holds the fields as one, with ',' between them, until a line is looked
-   up again. The read flag remains. What the buffer's fields do not have is gone from the line, as
-   behind an empty text of ZRV_Libelle_NC_set; only what stood from the line's first empty field on
-   stays. */
+   up again. The read flag remains. Fields that the buffer does not have are gone from the line, as
+   after an empty text of ZRV_Libelle_NC_set; only the rest from the line's first empty field
+   on stays. */
 KORVEL_API int ZRV_Libelle_NC_idem_flush(const char *key, int keyLength, const char *table);
 
 /* ---- Table maintenance ----
 
-   A null name is that of a table that does not exist; for a null version or title nothing is done
-   and 0 returned. */
+   A null name is a table that does not exist; for a null version or title nothing is done and 0
+   returned. */
 
 /* Called by ZRV_Table_scan. fields: the fields of a line, each ended by a NUL, a second NUL behind
    the last; valid during the call, and writable up to there. */
@@ -255,22 +256,22 @@ KORVEL_API int ZRV_Table_remove(const char *name);
    even one that may not be written, or, if the new one cannot be written, not at all. A back-up
    that is a symbolic link is replaced itself; what it leads to is left alone. A first back-up, and
    one that replaces a link or a file that may not be written, has the mode and the group of its
-   table, as far as the process may give them. A table whose path ends with ".bak" has none. In a
+   table, if the process may give them. A table whose path ends with ".bak" has no back-up. In a
    folder that may not be written nothing is done. Always returns 0. */
 KORVEL_API int ZRV_Table_sauvegarde(const char *name, int overwrite);
 
-/* Puts the title in the place of line 1 and "Version: " and the version in that of line 2, as far
-   as the table has them, and gives the table a new name, which may be the old one. The table is
-   rewritten as by an edit. Another table of the new name is replaced, after waiting for edits of
-   it; so is a symbolic link. A table that is a symbolic link stays one under its new name.
+/* Replaces line 1 by the title and line 2 by "Version: " and the version, if the table has these
+   lines, and gives the table a new name, which may be the old one. The table is rewritten as by an
+   edit. Another table of the new name is replaced, after waiting for edits of it; so is a symbolic
+   link. A table that is a symbolic link stays one under its new name.
    Returns 1. Returns 0 if the table has no line; it is renamed then all the same. Returns 0 and
-   leaves everything as it was when the new name is that of a folder, and where an edit would fail,
-   as in a folder that may not be written. A kill may leave the old table, the new one, or each
-   under its name. */
+   leaves everything as it was when the new name is a folder's, and where an edit would fail, as in
+   a folder that may not be written. A kill may leave the old table, the new one, or each under its
+   name. */
 KORVEL_API int ZRV_Table_modify(const char *name, const char *newName, const char *version,
                                 const char *title);
 
-/* Lists the codes of the data lines, those between "#DEBUT" and "#FIN", with '+' between them. A
+/* Lists the codes of the data lines (between "#DEBUT" and "#FIN"), with '+' between them. A
    line counts with its first 254 characters. The table is looked for in szDirTables only, and
    always gets ".tab".
    out: empty at first. A code that does not fit is left out, but not the '+' before it.
@@ -279,11 +280,11 @@ KORVEL_API int ZRV_Table_liste(const char *name, char *out, int outSize);
 
 /* Hands every data line to perLine, cut to its first 254 characters. The table is read whole before
    that, so what becomes of the file during the walk changes nothing.
-   firstLine: if it holds 0, set to the number of the line behind "#DEBUT". lastLine: set to the
-   number of the lines but one, which is that of the last data line in a table that ends with
-   "#FIN". Both are set as the lines pass, and may be null, as may perLine. Lines count from 1.
-   Returns 1 if there is a line "#DEBUT", else 0. Returns 0, with nothing called or set, if the
-   table cannot be read to its end or does not fit into memory. */
+   firstLine: if it holds 0, set to the number of the line after "#DEBUT". lastLine: set to the
+   number of lines less one, which is the last data line in a table that ends with "#FIN". Both are
+   set as the lines pass, and may be null, as may perLine. Lines count from 1. Returns 1 if there is
+   a line "#DEBUT", else 0. Returns 0, with nothing called or set, if the table cannot be read to
+   its end or does not fit into memory. */
 KORVEL_API int ZRV_Table_scan(const char *name, int *firstLine, int *lastLine, TableLine_t perLine);
 
 /* Puts back a missing heading: if line 1 is not exactly the title, the title and "Version: " and
