@@ -104,8 +104,8 @@ KORVEL_API int intcod_l_sup0(char *text, int *value);
    trimmed in place too. An "e" with nothing behind it is ignored. Values too large become infinite,
    values too small 0; both are accepted.
    The digits of the integral part are summed from the last to the first in double precision, then
-   those of the fraction from the first to the last, and the exponent is applied in steps of ten:
-   the result may differ in its last bits from the nearest double.
+   the digits of the fraction from the first to the last, and the exponent is applied in steps of
+   ten: the result may differ in its last bits from the nearest double.
    Returns 0 and stores the value, or leaves *value untouched and returns the first that applies:
    1  empty after trimming,
    2  a sign with nothing behind it,

@@ -1,7 +1,7 @@
-/* What a Linux host application needs beyond the library's own interface: where resources stand,
-   windows and painters of its toolkit given to the library, and ports to draw on.
+/* What a Linux host application needs beyond the library's own interface: where resources are
+   found, windows and painters of its toolkit given to the library, and ports to draw on.
 
-   Windows are those of Qt 6 Widgets, which is loaded at the first dialog or drawing. An
+   Windows are windows of Qt 6 Widgets, which is loaded at the first dialog or drawing. An
    application that uses Qt itself makes its QApplication before that; for any other one the library
    makes it. */
 #ifndef KORVEL_DESKTOP_H
@@ -13,7 +13,7 @@
 extern "C" {
 #endif
 
-/* Folder under which volumes stand, a NUL-terminated POSIX path with or without a final '/',
+/* Folder of the volumes, a NUL-terminated POSIX path with or without a final '/',
    initially "/Volumes". A volume is a folder or a link in it:
    - with root rights: mkdir /Volumes, then  ln -s /srv/cabinet /Volumes/Data  (or a mount point);
    - without: the application sets szVolumes to a folder of the user, say "/home/u/volumes", and
@@ -29,20 +29,20 @@ KORVEL_API extern char szVolumes[256];
 KORVEL_API extern char szResources[256];
 
 /* Gives the library a window of the host application, for example as the parent of a dialog.
-   qwidget: a QWidget * of a Qt 6 application, or null; any widget stands for its window.
+   qwidget: a QWidget * of a Qt 6 application, or null; any widget of the window will do.
    Returns the window, valid as long as the widget; the widget stays the caller's. Returns null for
-   null, and where no desktop is to be had. */
+   null, and where no desktop can be had. */
 KORVEL_API WindowRef KorvelWidgetWindow(void *qwidget);
 
 /* --- Ports -----------------------------------------------------------------------------------
 
    A port is a surface to draw on with the functions of draw.h, with a font, two colours and a text
    mode of its own: at first the system's font at 12 points, black on white, transparent. Ports of
-   images and painters belong to who made them, until KorvelPortRelease; the port of a window
-   belongs to the window and goes with it. A port that is gone is as good as null, until another one
-   takes its place.
+   images and painters belong to the application, until KorvelPortRelease; the port of a window
+   belongs to the window and disappears with it. A port that is gone counts as null, until another
+   one takes its place.
 
-   Needs no screen. Where no desktop is to be had there are no ports; standard error then says why,
+   Needs no screen. Where no desktop can be had there are no ports; standard error then says why,
    once. */
 
 /* Makes a white image off screen. width, height: 1 to 32767 pixels.

@@ -156,7 +156,7 @@ KORVEL_API extern char TDB_SZLBUFFER[8192];  /* likewise */
 KORVEL_API extern int TDB_ITABSTOPS[5][128]; /* each row ends in 0 */
 
 /* Takes n text fields (1 to 20) into use, the first with item number idFirst. Each is empty,
-   mandatory, valid, without place, at rank -1, neither pop-up nor list, and may hold 8192 / n - 1
+   mandatory, valid, without place or rank, neither pop-up nor list, and may hold 8192 / n - 1
    characters. Leaves TDB_bPassw and the tab stops as they are. */
 KORVEL_API int TexteDlgBox_param(int n, int idFirst);
 
@@ -224,7 +224,7 @@ KORVEL_API extern int BDB_bFlags[64];      /* the value: 0 or 1 */
 KORVEL_API extern char *BDB_pszBuffer[64]; /* the label: a slice of BDB_szBuffer */
 KORVEL_API extern char BDB_szBuffer[3072];
 
-/* Takes n check boxes (0 to 64) into use: off, without label or place, rank -1. */
+/* Takes n check boxes (0 to 64) into use: off, without label, place or rank. */
 KORVEL_API int BoolDlgBox_param(int n, int idFirst);
 
 /* Sets the value, stored as given. */
@@ -260,7 +260,7 @@ KORVEL_API extern ValidInt_t vi_tab[128]; /* the validation functions */
 KORVEL_API extern ValidInt_t *vi; /* initially vi_tab; may be pointed at an own table of 128 */
 
 /* Takes n integer fields (0 to 128) into use: value 0, not set, mandatory, valid, not masked,
-   without place, rank -1, validated by intcod_i. */
+   without place or rank, validated by intcod_i. */
 KORVEL_API int IntDlgBox_param(int n, int idFirst);
 
 /* Gives field i its value and marks it as set. mode: KorvelAnyValue has it validated by intcod_i,
@@ -310,7 +310,7 @@ KORVEL_API extern ValidNum_t vf_tab[128]; /* the validation functions */
 KORVEL_API extern ValidNum_t *vf; /* initially vf_tab; may be pointed at an own table of 128 */
 
 /* Takes n number fields (0 to 128) into use: value 0.0 with 5 decimals, not set, mandatory, valid,
-   without place, rank -1, validated by realcod_d. */
+   without place or rank, validated by realcod_d. */
 KORVEL_API int NumDlgBox_param(int n, int idFirst);
 
 /* Gives field i its value and marks it as set. mode: KorvelAnyValue has it validated by realcod_d,
@@ -361,8 +361,8 @@ KORVEL_API extern int DDB_lDates[20];    /* the value: yyyymmdd */
 KORVEL_API extern ValidInt_t vd_tab[20]; /* the validation functions */
 KORVEL_API extern ValidInt_t *vd; /* initially vd_tab; may be pointed at an own table of 20 */
 
-/* Takes n date fields (0 to 20) into use: value 0, not set, mandatory, valid, without place, rank
-   -1, validated by intcod_l. */
+/* Takes n date fields (0 to 20) into use: value 0, not set, mandatory, valid, without place or
+   rank, validated by intcod_l. */
 KORVEL_API int DateDlgBox_param(int n, int idFirst);
 
 /* Gives field i its value and marks it as set. mode: KorvelUncheckedDate has it validated by
@@ -414,7 +414,7 @@ KORVEL_API extern char PDB_szBuffer[160];
 KORVEL_API extern PushAction_t vp_tab[10]; /* the actions */
 KORVEL_API extern PushAction_t *vp; /* initially vp_tab; may be pointed at an own table of 10 */
 
-/* Takes n push buttons (0 to 10) into use: without label, action or place, rank -1. */
+/* Takes n push buttons (0 to 10) into use: without label, action, place or rank. */
 KORVEL_API int PushDlgBox_param(int n, int idFirst);
 
 /* Label (cut to 15 characters), place and size in dialog units, rank. A null label leaves the
@@ -440,8 +440,8 @@ KORVEL_API extern short SDB_type[128];      /* KorvelGroupBox or one of its kin 
 KORVEL_API extern char *SDB_pszBuffer[128]; /* the text: a slice of SDB_szBuffer */
 KORVEL_API extern char SDB_szBuffer[65536];
 
-/* Takes n statics (0 to 128) into use: no text, no place, type 0. They are no items and have no
-   rank. */
+/* Takes n statics (0 to 128) into use: no text, no place, KorvelStaticText. They are no items and
+   have no rank. */
 KORVEL_API int StaticDlgBox_param(int n);
 
 /* Sets the text, cut to 511 characters. Building the dialog converts it in place to the character
@@ -481,9 +481,9 @@ KORVEL_API extern RGBColor FDB_bkgcol; /* kept for the application: dialogs buil
 KORVEL_API extern int FDB_hbrbkg;      /* tables have the desktop's own background */
 
 /* Sets the dialog's size in dialog units. Without a width or height, or with a negative one, the
-   dialog is shown with room for its button pair. No side is shown longer than 16384 pixels; of a
-   dialog held to that, items that lie outside stand at its edge. A window of far more pixels than
-   any screen shows the upper part of its dialog. */
+   dialog is shown with room for its button pair. No side is shown longer than 16384 pixels: items
+   that would lie outside are placed at the edge. A window of far more pixels than any screen shows
+   the upper part of its dialog. */
 KORVEL_API int TailleDlgBox_set(int cx, int cy);
 
 /* Records a background colour (see FDB_bkgcol). */
@@ -538,14 +538,14 @@ KORVEL_API extern DlgBoxFinal_t DlgBoxFinal_fonct;
 /* The error text last recorded by a final callback; not reset by the end of a run. */
 KORVEL_API extern char DlgBoxFinal_szErr[256];
 
-/* What stands for "no global callback": returns 0. Never called through DlgBoxGlobal_fonct, whose
-   type it does not have; null in that slot means the same. */
+/* Means "no global callback" in DlgBoxGlobal_fonct, as null does, and returns 0. Never called
+   through DlgBoxGlobal_fonct, whose type it does not have. */
 KORVEL_API int DlgBoxGlobal_nul(void);
 
 /* Sets the global callback. */
 KORVEL_API int DlgBoxGlobal_set(DlgBoxGlobal_t callback);
 
-/* What stands for "no final callback": returns 1 (accept). As above. */
+/* Means "no final callback" in DlgBoxFinal_fonct, likewise, and returns 1 (accept). */
 KORVEL_API int DlgBoxFinal_nul(void);
 
 /* Sets the final callback. */
@@ -598,7 +598,7 @@ KORVEL_API int Dlg_CoefCY(int cy);
 
 /* Builds the dialog described by the tables, centred on `parent` (null: on the active window, and
    where there is none on the screen), shows it and runs it to its end.
-   title: at most 255 characters are shown; a title set with TitreDlgBox_set goes before it.
+   title: at most 255 characters are shown; a title set with TitreDlgBox_set takes its place.
 
    At first a mandatory field that was never given a value is not acceptable; a text field then
    keeps its flag as it is. Values given are checked, which may clear a flag and never sets one.
@@ -607,8 +607,8 @@ KORVEL_API int Dlg_CoefCY(int cy);
    fields in use are 1; an acceptable change then calls the global callback. A text that is longer
    than its slice is stored cut and is not acceptable. Button 1, or a double click in a list, calls
    the final callback. A double click that it accepts still stores the row and, when the field is
-   acceptable, calls the global callback before the dialog closes. From its making on, the port of
-   the dialog's window is the current one (desktop.h); it goes with the dialog.
+   acceptable, calls the global callback before the dialog closes. When the dialog is made,
+   the port of its window becomes the current one (desktop.h); it disappears with the dialog.
 
    Returns 1 when the entry was accepted, 0 when it was cancelled (button 2, Escape, the window's
    close box). Either end resets the in-use flags of all field types and HDB to 0 and both
@@ -621,11 +621,11 @@ KORVEL_API int ZRVDlgBoxEx(const char *title, WindowRef parent);
 /* Runs the dialog whose layout is the template `name`: the file dialogs/<name>.ui of the resource
    folder (szResources in desktop.h), a form drawn with Qt Designer. In the form a widget's dynamic
    property `item` (an int) is its item number: item 1 accepts, item 2 cancels, and the fields'
-   items are those of their tables, first item number + index without a rank, rank r as item r; a
+   items are given by their tables: without a rank first item number + index, with rank r item r; a
    date takes three items. Push buttons, check boxes and list widgets are control items, combo boxes
    pop-ups, line edits editable text. All else is decoration and stays as drawn, and so do titles,
    fonts, style sheets, layouts, the pages of tab widgets, scroll areas and the order of the Tab
-   key; the window's title is that of the form unless TitreDlgBox_set gave one. Return presses the
+   key; the window's title is the form's unless TitreDlgBox_set gave one. Return presses the
    push button drawn as the default one, else item 1.
    Connections drawn in the form work where they enable, show or focus a widget, or set one that is
    no item; none reaches the window and items 1 and 2. A form loads and runs nothing else: widgets
@@ -640,8 +640,8 @@ KORVEL_API int ZRVDlgBoxEx(const char *title, WindowRef parent);
    changed. 0 at once, with nothing touched, for null, while a dialog is up already, and, after one
    line on standard error, when there is no such template (none has a '/' in its name). 0 with the
    reset of a cancelled dialog, after one line on standard error, without a screen and for a form
-   that cannot be read, lacks item 1 or 2 or has a number twice. A mandatory field whose item the
-   form lacks is told of in one line on standard error; the dialog is shown. */
+   that cannot be read, lacks item 1 or 2 or has a number twice. For a mandatory field whose item
+   the form lacks there is one line on standard error; the dialog is shown. */
 KORVEL_API int ZRVDlgBox(const char *name);
 
 /* Runs a built dialog to its end and disposes of it; results as for ZRVDlgBoxEx. ZRVDlgBoxEx and

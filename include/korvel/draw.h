@@ -212,8 +212,8 @@ KORVEL_API void Rectangle_Ex(CGrafPtr port, int x, int y, int cx, int cy, int co
 /* --- Pictures --------------------------------------------------------------------------------
 
    A picture is the file pictures/<name>.svg, else .png, of the application's resources, else of
-   the default set (szResources in desktop.h), of at most 2^28 pixels. Names are CP1252, those of
-   files UTF-8; one with a '/' names no picture. An SVG shows nothing of other files that it refers
+   the default set (szResources in desktop.h), of at most 2^28 pixels. Names are CP1252, file
+   names UTF-8; one with a '/' names no picture. An SVG shows nothing of other files that it refers
    to. A picture is read at its first use, and again at the first use after its file was replaced;
    one that cannot be read counts as missing. */
 

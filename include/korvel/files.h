@@ -3,12 +3,12 @@
 
    Paths are colon paths (volume:folder:file), NUL-terminated. The file functions take them to
    POSIX paths as MAC2UNIX does, the removing, renaming and listing ones as BSDMAC2UNIX does
-   (shell.h); volumes stand under szVolumes (desktop.h). A path whose POSIX form has more than 511
+   (shell.h); volumes are under szVolumes (desktop.h). A path whose POSIX form has more than 511
    bytes is refused, not cut: a cut path would name another file.
 
    Only the listings (Dir_FindFiles and Dir_ProcessFiles) start processes. To all other functions a
    path is a name and nothing else, whatever characters it holds: an apostrophe, a "$" or a leading
-   "-" is as good as any letter, in the name of a volume too.
+   "-" is a letter like any other, in the name of a volume too.
 
    A handle outside 0 to 4 or of a free slot changes nothing and gives the failure value that each
    function states. A null path, buffer or list gives the failure value too. */
@@ -30,7 +30,7 @@ enum {
   KorvelFreeMode = -1, /* nothing is open in it */
   KorvelReadMode = 0,
   KorvelWriteMode = 1,
-  KorvelReadWriteMode = 2 /* also that of every open memory file */
+  KorvelReadWriteMode = 2 /* also of every open memory file */
 };
 
 /* What File_Open and MFil_Open return instead of a handle. */

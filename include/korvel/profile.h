@@ -8,7 +8,7 @@
    with "[", a name and "]" opens the section of that name; what follows on it is ignored. In a
    section the line of a key begins with the key and "="; the value is everything behind, up to the
    end of the line. Names and keys are compared byte for byte: upper and lower case differ, blanks
-   count. Any "[" in a section, not only at the beginning of a line, ends it, unless it stands in
+   count. Any "[" in a section, not only at the beginning of a line, ends it, unless it is in
    the value that is looked for. There are no comments.
 
    When a value is looked for, only the first 1023 characters of a line count: a name or key that
@@ -56,12 +56,12 @@ KORVEL_API int GetPrivateProfileInt(const char *section, const char *key, int de
    A missing file is created, readable and writable by all; behind a symbolic link that leads to
    nothing its target is. The file is replaced as a whole: at any moment, also after a kill or a
    loss of power, it has its old content or the new one. A symbolic link stays and its file is
-   replaced; owner, group and mode are kept as far as this process may give them, and another hard
+   replaced; owner, group and mode are kept if this process may give them, and another hard
    link to the file keeps the old content.
    Where the folder does not admit that (it may not be written, or it is sticky and the file someone
    else's, or the file is a mount point) the file is overwritten instead: what it grows by comes
    first, and a full disk leaves the old content, but a kill or a loss of power meanwhile may leave
-   a mixture of both, and whoever reads the file meanwhile may see one.
+   a mixture of both, and a program that reads the file meanwhile may see one.
    Several processes that write one file do so one after another and lose nothing of each other; a
    program that writes it by other means may lose what it writes at the same time.
    Returns 1. Returns 0 when section is null, and with nothing changed when the file cannot be

@@ -26,7 +26,7 @@
 extern "C" {
 #endif
 
-/* Handles one line of a tool's output. line: NUL-terminated, without its line feed; it stands in a
+/* Handles one line of a tool's output. line: NUL-terminated, without its line feed, in a
    writable buffer of 8192 bytes that the next line overwrites.
    Returns 0 to go on with the next line, anything else to stop. */
 typedef int (*ToolLine_t)(char *line);
