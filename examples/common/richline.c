@@ -2,8 +2,6 @@
 
 #include <string.h>
 
-enum { kEscape = 255, kTab = 133, kTabEvery = 134, kPen = 201, kDrawTo = 203, kFrameTo = 214 };
-
 void lineStart(RichLine *line) { line->length = 0; }
 
 static void put(RichLine *line, const char *bytes, int count) {
@@ -15,7 +13,7 @@ static void put(RichLine *line, const char *bytes, int count) {
 void lineText(RichLine *line, const char *text) { put(line, text, (int)strlen(text)); }
 
 void lineEscape(RichLine *line, int code) {
-  const char bytes[] = {(char)kEscape, (char)code};
+  const char bytes[] = {(char)KorvelEscape, (char)code};
   put(line, bytes, sizeof bytes);
 }
 
@@ -32,25 +30,25 @@ static void putPlace(RichLine *line, int code, int halfCharacters, int quarterLi
 }
 
 void lineTab(RichLine *line, int halfCharacters) {
-  lineEscape(line, kTab);
+  lineEscape(line, KorvelWideTabEscape);
   putDistance(line, halfCharacters);
 }
 
 void lineTabEvery(RichLine *line, int halfCharacters) {
-  lineEscape(line, kTabEvery);
+  lineEscape(line, KorvelWideTabEveryEscape);
   putDistance(line, halfCharacters);
 }
 
 void linePen(RichLine *line, int halfCharacters, int quarterLines) {
-  putPlace(line, kPen, halfCharacters, quarterLines);
+  putPlace(line, KorvelWidePenEscape, halfCharacters, quarterLines);
 }
 
 void lineDrawTo(RichLine *line, int halfCharacters, int quarterLines) {
-  putPlace(line, kDrawTo, halfCharacters, quarterLines);
+  putPlace(line, KorvelWideLineEscape, halfCharacters, quarterLines);
 }
 
 void lineFrameTo(RichLine *line, int halfCharacters, int quarterLines) {
-  putPlace(line, kFrameTo, halfCharacters, quarterLines);
+  putPlace(line, KorvelWideFrameEscape, halfCharacters, quarterLines);
 }
 
 void lineDraw(const RichLine *line, CGrafPtr port, int x, int y) {

@@ -13,10 +13,8 @@ typedef struct RichLine {
   int length;
 } RichLine;
 
-/* Escapes without arguments: the codes of draw.h. Pictures are numbered 148 to 161, and 168. */
-enum { kLeftAligned = 130, kRightAligned = 131, kBullet = 138 };
-
-/* What does not fit any more is left out. Distances are in half characters and quarter lines. */
+/* What does not fit any more is left out. Distances are in half characters and quarter lines. An
+   escape is one without arguments, as KorvelBulletEscape. */
 void lineStart(RichLine *line);
 void lineText(RichLine *line, const char *text);
 void lineEscape(RichLine *line, int code);

@@ -9,9 +9,6 @@
 
 enum { kMaxStatics = 64 };
 
-/* The icon of a message box (messages.h). */
-enum { kCaution = 0x02 };
-
 static int statics;
 static FormChange change;
 static FormCheck check;
@@ -42,7 +39,7 @@ static int accepted(WindowRef window, int textsInUse, char **texts, int textCoun
   Form form = {0, texts, bools, ints, nums, dates, NULL, 0, 0};
   const char *reason = check(&form);
   if (!reason) return 1;
-  DlgBoxFinal_MessageBox(window, french(reason), french("Saisie non acceptée"), kCaution);
+  DlgBoxFinal_MessageBox(window, french(reason), french("Saisie non acceptée"), KorvelCautionIcon);
   return 0;
 }
 
@@ -74,14 +71,16 @@ static void addStatic(const char *text, int x, int y, int cx, int cy, int type) 
 }
 
 void formGroup(const char *title, int x, int y, int cx, int lines) {
-  addStatic(french(title), x, y, cx, kPitch * (lines + 1), -1);
+  addStatic(french(title), x, y, cx, kPitch * (lines + 1), KorvelGroupBox);
 }
 
 void formLabel(const char *text, int x, int y, int cx) { formNote(french(text), x, y, cx); }
 
-void formIcon(int x, int y) { addStatic("", x, y, 20, 20, 1); }
+void formIcon(int x, int y) { addStatic("", x, y, 20, 20, KorvelIcon); }
 
-void formNote(const char *text, int x, int y, int cx) { addStatic(text, x, y, cx, kLine, 0); }
+void formNote(const char *text, int x, int y, int cx) {
+  addStatic(text, x, y, cx, kLine, KorvelStaticText);
+}
 
 void formText(int i, int x, int y, int cx, int rank, const char *text, int capacity,
               int mandatory) {

@@ -7,12 +7,6 @@
 
 #include "french.h"
 
-/* The bits of a box (messages.h). */
-enum { kNoteIcon = 0x01, kCautionIcon = 0x02, kStopIcon = 0x04, kQuestion = 0x10, kNoFirst = 0x40 };
-
-/* The answer of MessageBox for "Oui". */
-enum { kYes = 2 };
-
 static int show(const char *caption, unsigned flags, const char *format, va_list arguments) {
   char text[1024];
   vsnprintf(text, sizeof text, french(format), arguments);
@@ -22,36 +16,37 @@ static int show(const char *caption, unsigned flags, const char *format, va_list
 void tell(const char *caption, const char *format, ...) {
   va_list arguments;
   va_start(arguments, format);
-  show(caption, kNoteIcon, format, arguments);
+  show(caption, KorvelNoteIcon, format, arguments);
   va_end(arguments);
 }
 
 void warn(const char *caption, const char *format, ...) {
   va_list arguments;
   va_start(arguments, format);
-  show(caption, kCautionIcon, format, arguments);
+  show(caption, KorvelCautionIcon, format, arguments);
   va_end(arguments);
 }
 
 void tellFailure(const char *caption, const char *format, ...) {
   va_list arguments;
   va_start(arguments, format);
-  show(caption, kStopIcon, format, arguments);
+  show(caption, KorvelStopIcon, format, arguments);
   va_end(arguments);
 }
 
 int agrees(const char *caption, const char *format, ...) {
   va_list arguments;
   va_start(arguments, format);
-  int answer = show(caption, kQuestion, format, arguments);
+  int answer = show(caption, KorvelQuestion, format, arguments);
   va_end(arguments);
-  return answer == kYes;
+  return answer == KorvelOuiAnswer;
 }
 
 int agreesToLose(const char *caption, const char *format, ...) {
   va_list arguments;
   va_start(arguments, format);
-  int answer = show(caption, kQuestion | kCautionIcon | kNoFirst, format, arguments);
+  int answer =
+      show(caption, KorvelQuestion | KorvelCautionIcon | KorvelDefaultNon, format, arguments);
   va_end(arguments);
-  return answer == kYes;
+  return answer == KorvelOuiAnswer;
 }

@@ -12,11 +12,6 @@
 #include "drugs.h"
 #include "french.h"
 
-/* Colours and styles, as draw.h numbers them, and the pictures of rich text. */
-enum { kBlack = 0, kNavy = 4, kGrey = 7, kSilver = 8, kWhite = 15, kTransparent = 255 };
-enum { kBold = 1, kItalic = 4 };
-enum { kPatientFolder = 149, kDot = 168 };
-
 /* The page in pixels: margins, type sizes, and from one line to the next. */
 enum { kMargin = 20, kSize = 13, kSmall = 11, kPitch = 19, kInner = kNoteWidth - 2 * kMargin };
 
@@ -28,7 +23,7 @@ typedef struct Page {
 } Page;
 
 static void chooseFont(const Page *page, int size, int style, int colour) {
-  ch_font_set_ext(page->port, "Arial", colour, kTransparent, size, style);
+  ch_font_set_ext(page->port, "Arial", colour, KorvelTransparent, size, style);
 }
 
 static int widthOf(const Page *page, const char *text, int length) {
@@ -38,7 +33,7 @@ static int widthOf(const Page *page, const char *text, int length) {
 
 /* Tabs count in halves of the width of an X, which is at least 8 pixels. */
 static void measureUnit(Page *page) {
-  chooseFont(page, kSize, 0, kBlack);
+  chooseFont(page, kSize, KorvelPlain, KorvelBlack);
   page->unit = widthOf(page, "X", 1);
   if (page->unit < 8) page->unit = 8;
 }
@@ -52,12 +47,12 @@ static void addTab(RichLine *line, const Page *page, int pixels) {
 /* A text that ends at a place. */
 static void addRightAligned(RichLine *line, const Page *page, int pixels, const char *text) {
   addTab(line, page, pixels);
-  lineEscape(line, kRightAligned);
+  lineEscape(line, KorvelRightAlignEscape);
   lineText(line, text);
 }
 
 static void drawRow(Page *page, const RichLine *line) {
-  chooseFont(page, kSize, 0, kBlack);
+  chooseFont(page, kSize, KorvelPlain, KorvelBlack);
   lineDraw(line, page->port, page->left, page->y);
   page->y += kPitch;
 }
@@ -69,8 +64,9 @@ static void drawText(Page *page, const char *text, int size, int style, int colo
 
 static void drawHeading(Page *page, const char *title) {
   page->y += 8;
-  drawText(page, french(title), kSize, kBold, kNavy);
-  Line_Ex(page->port, page->left, page->y + 18, page->left + kInner - 1, page->y + 18, kSilver, 1);
+  drawText(page, french(title), kSize, KorvelBold, KorvelNavy);
+  Line_Ex(page->port, page->left, page->y + 18, page->left + kInner - 1, page->y + 18, KorvelSilver,
+          1);
   page->y += 24;
 }
 
@@ -97,7 +93,7 @@ static int fittingLength(const Page *page, const char *text, int width) {
 }
 
 static void drawParagraph(Page *page, const char *text) {
-  chooseFont(page, kSize, 0, kBlack);
+  chooseFont(page, kSize, KorvelPlain, KorvelBlack);
   while (*text) {
     int length = fittingLength(page, text, kInner);
     TextOut_0(page->port, page->left, page->y, text, length);
@@ -110,26 +106,26 @@ static void drawParagraph(Page *page, const char *text) {
 /* ---- The parts of the page ---- */
 
 static void drawSheet(const Page *page, int x, int y) {
-  Rectangle_Ex(page->port, x, y, kNoteWidth, kNoteHeight, kWhite);
+  Rectangle_Ex(page->port, x, y, kNoteWidth, kNoteHeight, KorvelWhite);
 }
 
 static void drawPractice(Page *page, const Settings *settings, const Visit *visit) {
   char line[160], date[11];
-  drawText(page, settings->cabinet, 18, kBold, kNavy);
+  drawText(page, settings->cabinet, 18, KorvelBold, KorvelNavy);
   showDate(visit->date, date);
-  chooseFont(page, kSize, 0, kBlack);
+  chooseFont(page, kSize, KorvelPlain, KorvelBlack);
   TextOut_0(page->port, page->left + kInner - widthOf(page, date, (int)strlen(date)), page->y + 4,
             date, (int)strlen(date));
   page->y += 24;
   snprintf(line, sizeof line, "%s%s%s", settings->praticien,
            *settings->praticien && *settings->adresse ? ", " : "", settings->adresse);
-  drawText(page, line, kSmall, 0, kGrey);
+  drawText(page, line, kSmall, KorvelPlain, KorvelGrey);
   page->y += 15;
   snprintf(line, sizeof line, "%s%s", *settings->telephone ? french("Téléphone\u00A0: ") : "",
            settings->telephone);
-  drawText(page, line, kSmall, 0, kGrey);
+  drawText(page, line, kSmall, KorvelPlain, KorvelGrey);
   page->y += 20;
-  Line_Ex(page->port, page->left, page->y, page->left + kInner - 1, page->y, kNavy, 2);
+  Line_Ex(page->port, page->left, page->y, page->left + kInner - 1, page->y, KorvelNavy, 2);
   page->y += 10;
 }
 
@@ -140,7 +136,7 @@ static void drawPatient(Page *page, const Record *record) {
   fullName(record, name, sizeof name);
   showDate(record->naissance, birth);
   lineStart(&line);
-  lineEscape(&line, kPatientFolder);
+  lineEscape(&line, KorvelBlueOpenFolderEscape);
   addTab(&line, page, kIndent);
   lineText(&line, name);
   lineText(&line, french(", né(e) le "));
@@ -148,9 +144,9 @@ static void drawPatient(Page *page, const Record *record) {
   drawRow(page, &line);
   if (!doctorCard(record->medecin, card, sizeof card)) return;
   page->left += kIndent;
-  drawText(page, french("Médecin traitant\u00A0: "), kSmall, kItalic, kGrey);
+  drawText(page, french("Médecin traitant\u00A0: "), kSmall, KorvelItalic, KorvelGrey);
   page->left += widthOf(page, french("Médecin traitant\u00A0: "), 19);
-  drawText(page, card, kSmall, kItalic, kGrey);
+  drawText(page, card, kSmall, KorvelItalic, KorvelGrey);
   page->left -= kIndent + widthOf(page, french("Médecin traitant\u00A0: "), 19);
   page->y += kPitch - 3;
 }
@@ -159,10 +155,10 @@ static void drawPatient(Page *page, const Record *record) {
 static void drawMeasure(Page *page, const char *label, const char *value, const char *unit) {
   RichLine line;
   lineStart(&line);
-  lineEscape(&line, kDot);
+  lineEscape(&line, KorvelDotEscape);
   lineText(&line, french(label));
   addRightAligned(&line, page, 190, value);
-  lineEscape(&line, kLeftAligned);
+  lineEscape(&line, KorvelLeftAlignEscape);
   addTab(&line, page, 200);
   lineText(&line, french(unit));
   drawRow(page, &line);
@@ -195,7 +191,7 @@ static void drawPrescription(Page *page, const Prescription *prescribed) {
   drugName(prescribed->drug, name, sizeof name);
   name[strcspn(name, ",;")] = '\0';
   lineStart(&line);
-  lineEscape(&line, kDot);
+  lineEscape(&line, KorvelDotEscape);
   lineText(&line, name);
   drawRow(page, &line);
   snprintf(dose, sizeof dose, "%s", prescribed->dose);
@@ -204,7 +200,7 @@ static void drawPrescription(Page *page, const Prescription *prescribed) {
              prescribed->days > 1 ? "s" : "");
   page->left += kIndent;
   page->y -= 2;
-  drawText(page, dose, kSmall, kItalic, kBlack);
+  drawText(page, dose, kSmall, KorvelItalic, KorvelBlack);
   page->left -= kIndent;
   page->y += kPitch - 3;
 }
@@ -243,7 +239,7 @@ static void drawFees(Page *page, const Visit *visit, int bottom) {
   double total = 0;
   RichLine line;
   page->y = bottom - height;
-  chooseFont(page, kSize, 0, kBlack);
+  chooseFont(page, kSize, KorvelPlain, KorvelBlack);
   lineStart(&line);
   linePen(&line, 0, 0);
   lineFrameTo(&line, halfCharacters(page, kInner), quarterLines(page, height));

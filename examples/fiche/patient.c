@@ -109,7 +109,7 @@ static void defineBirth(const Record *record) {
   formLabel("Né(e) le", kLabel1, y, 48);
   DateDlgBox_set_geo(kNaissance, kField1, y, 50, kLine, kRankNaissance);
   DateDlgBox_set_fvalid(kNaissance, intcod_l_date);
-  if (record->naissance > 0) DateDlgBox_set(kNaissance, record->naissance, 1);
+  if (record->naissance > 0) DateDlgBox_set(kNaissance, record->naissance, KorvelCalendarDate);
   formLabel("Pays", kLabel2, y, 48);
   formPopUp(kPaysNaissance, kField2, y, 120, kRankPaysNaissance, country, countryChoices());
 
@@ -156,7 +156,7 @@ static void defineMeasures(const Record *record) {
   NumDlgBox_set_nchiff(kPoids, 1);
   NumDlgBox_set_fvalid(kPoids, realcod_d_ssup0);
   NumDlgBox_mandatory(kPoids, 0);
-  if (record->poids > 0) NumDlgBox_set(kPoids, record->poids, 2);
+  if (record->poids > 0) NumDlgBox_set(kPoids, record->poids, KorvelPositive);
 
   y = formLine(kLowerY, 1);
   formLabel("Taille (m)", kLabel1, y, 48);
@@ -164,7 +164,7 @@ static void defineMeasures(const Record *record) {
   NumDlgBox_set_nchiff(kTaille, 2);
   NumDlgBox_set_fvalid(kTaille, realcod_d_ssup0);
   NumDlgBox_mandatory(kTaille, 0);
-  if (record->taille > 0) NumDlgBox_set(kTaille, record->taille, 2);
+  if (record->taille > 0) NumDlgBox_set(kTaille, record->taille, KorvelPositive);
 
   y = formLine(kLowerY, 2);
   double index = bodyMassIndex(record->poids, record->taille);
@@ -172,7 +172,7 @@ static void defineMeasures(const Record *record) {
   NumDlgBox_set_geo(kImc, kField1, y, kNarrow, kLine, kRankImc);
   NumDlgBox_set_nchiff(kImc, 1);
   NumDlgBox_mandatory(kImc, 0);
-  if (index > 0) NumDlgBox_set(kImc, index, 0);
+  if (index > 0) NumDlgBox_set(kImc, index, KorvelAnyValue);
   formPush(kCalculer, "Calculer", kField1 + kNarrow + 6, y, 40, kRankCalculer);
 }
 
@@ -190,13 +190,13 @@ static void defineFollowUp(const Record *record) {
   y = formLine(kLowerY, 1);
   formLabel("Enfants", label, y, 44);
   IntDlgBox_set_geo(kEnfants, field, y, 20, kLine, kRankEnfants);
-  IntDlgBox_set(kEnfants, record->enfants, 1);
+  IntDlgBox_set(kEnfants, record->enfants, KorvelNotNegative);
   formLabel("Code d’accès", right, y, 48);
   IntDlgBox_set_geo(kCode, right + 50, y, 40, kLine, kRankCode);
   IntDlgBox_set_fvalid(kCode, intcod_l_sup0);
   IntDlgBox_mandatory(kCode, 0);
   IntDlgBox_password(kCode, 1);
-  if (record->code > 0) IntDlgBox_set(kCode, record->code, -1);
+  if (record->code > 0) IntDlgBox_set(kCode, record->code, KorvelKeepValidation);
 
   y = formLine(kLowerY, 2);
   BoolDlgBox_set_geo(kSuivi, french("Suivi régulier"), label, y, 90, kLine, kRankSuivi);

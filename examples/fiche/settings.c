@@ -108,7 +108,7 @@ static void defineUse(const Settings *settings) {
   formLabel("Consultation (€)", kLabel, formLine(kUseY, 0), 58);
   NumDlgBox_set_geo(kHonoraires, kField, formLine(kUseY, 0), 40, kLine, kRankHonoraires);
   NumDlgBox_set_nchiff(kHonoraires, 2);
-  NumDlgBox_set(kHonoraires, settings->honoraires, 1);
+  NumDlgBox_set(kHonoraires, settings->honoraires, KorvelNotNegative);
   BoolDlgBox_set_geo(kConfirmer, french("Demander avant de quitter"), kLabel, formLine(kUseY, 1),
                      140, kLine, kRankConfirmer);
   BoolDlgBox_set(kConfirmer, settings->confirmer);

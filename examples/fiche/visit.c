@@ -131,7 +131,7 @@ static void defineVisit(void) {
   formGroup("Visite", 8, kVisitY, kFields - 8, 2);
   formLabel("Date", kLabel, formLine(kVisitY, 0), 44);
   DateDlgBox_set_geo(kDate, kField, formLine(kVisitY, 0), 50, kLine, kRankDate);
-  DateDlgBox_set(kDate, today(), 1);
+  DateDlgBox_set(kDate, today(), KorvelCalendarDate);
   formLabel("Motif", kLabel, formLine(kVisitY, 1), 44);
   formText(kMotif, kField, formLine(kVisitY, 1), 120, kRankMotif, "", sizeof((Visit *)0)->motif, 1);
 }
@@ -147,7 +147,7 @@ static void defineNumber(int i, const char *label, int line, int rank) {
 static void defineExamination(void) {
   formGroup("Examen", 8, kExamY, kFields - 8, 4);
   defineNumber(kPoids, "Poids (kg)", 0, kRankPoids);
-  if (edited->poids > 0) NumDlgBox_set(kPoids, edited->poids, 2);
+  if (edited->poids > 0) NumDlgBox_set(kPoids, edited->poids, KorvelPositive);
   formLabel("Tension", kLabel, formLine(kExamY, 1), 44);
   formText(kTension, kField, formLine(kExamY, 1), 36, kRankTension, "", sizeof((Visit *)0)->tension,
            0);

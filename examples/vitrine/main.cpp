@@ -17,15 +17,6 @@
 
 namespace {
 
-// The bits of a message box.
-enum : unsigned {
-  kNote = 0x01,
-  kCaution = 0x02,
-  kStop = 0x04,
-  kQuestion = 0x10,
-  kNoDefault = 0x40
-};
-
 // Texts of the application are CP1252.
 std::string cp1252(QString text) {
   constexpr char16_t kApostrophe = 0x2019;
@@ -46,11 +37,11 @@ class Strip : public QWidget {
   void paintEvent(QPaintEvent *) override {
     QPainter painter(this);
     const CGrafPtr port = KorvelPainterPort(&painter);
-    Rectangle_Ex(port, 0, 0, width(), height(), 15);
-    ch_font_set(port, "Arial", 0, 255, 13);
+    Rectangle_Ex(port, 0, 0, width(), height(), KorvelWhite);
+    ch_font_set(port, "Arial", KorvelBlack, KorvelTransparent, 13);
     RichLine line;
     lineStart(&line);
-    lineEscape(&line, 168);
+    lineEscape(&line, KorvelDotEscape);
     lineText(&line, text_.c_str());
     lineDraw(&line, port, 8, 6);
     KorvelPortRelease(port);
@@ -69,24 +60,25 @@ struct Box {
 
 const Box kBoxes[] = {
     {"&Note", "Fiche enregistrée", "Le dossier de Mme Lefèvre est à jour.", 0},
-    {"&Information", "Information", "Trois ordonnances sont à renouveler cette semaine.", kNote},
+    {"&Information", "Information", "Trois ordonnances sont à renouveler cette semaine.",
+     KorvelNoteIcon},
     {"&Attention", "Attention",
      "Deux médicaments de cette ordonnance ne doivent pas être pris ensemble\u00A0: vérifiez les "
      "doses "
      "avant de l’imprimer.",
-     kCaution},
-    {"A&rrêt", "Impression impossible", "L’imprimante ne répond pas.", kStop},
+     KorvelCautionIcon},
+    {"A&rrêt", "Impression impossible", "L’imprimante ne répond pas.", KorvelStopIcon},
     {"&Question", "Quitter la fiche",
-     "Enregistrer les changements avant de quitter la fiche\u00A0?", kQuestion},
+     "Enregistrer les changements avant de quitter la fiche\u00A0?", KorvelQuestion},
     {"&Suppression", "Supprimer un acte",
      "Supprimer l’acte sélectionné\u00A0? Il ne pourra pas être retrouvé.",
-     kQuestion | kCaution | kNoDefault},
+     KorvelQuestion | KorvelCautionIcon | KorvelDefaultNon},
 };
 
 QString answerOf(int result) {
-  return result == 2   ? QStringLiteral("Oui")
-         : result == 3 ? QStringLiteral("Non")
-                       : QStringLiteral("OK");
+  return result == KorvelOuiAnswer   ? QStringLiteral("Oui")
+         : result == KorvelNonAnswer ? QStringLiteral("Non")
+                                     : QStringLiteral("OK");
 }
 
 class Window : public QWidget {

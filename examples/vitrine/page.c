@@ -9,10 +9,6 @@
 
 #include "common/richline.h"
 
-enum { kBlack = 0, kNavy = 4, kGrey = 7, kSilver = 8, kRed = 9, kYellow = 11, kBlue = 12 };
-enum { kWhite = 15, kColours = 16, kTransparent = 255 };
-enum { kBold = 1, kUnderlined = 2, kItalic = 4, kCondensed = 8, kExtended = 16 };
-
 /* Left edge of everything, and of the right half. */
 enum { kLeft = 16, kRight = 340 };
 
@@ -21,20 +17,20 @@ static void text(CGrafPtr port, int x, int y, const char *string) {
 }
 
 static void heading(CGrafPtr port, int x, int y, const char *title) {
-  ch_font_set_ext(port, "Arial", kNavy, kTransparent, 14, kBold);
+  ch_font_set_ext(port, "Arial", KorvelNavy, KorvelTransparent, 14, KorvelBold);
   text(port, x, y, title);
-  Line_Ex(port, x, y + 20, x + 303, y + 20, kSilver, 1);
+  Line_Ex(port, x, y + 20, x + 303, y + 20, KorvelSilver, 1);
 }
 
 static void drawPalette(CGrafPtr port, int y) {
   heading(port, kLeft, y, "Palette");
-  for (int index = 0; index < kColours; ++index) {
+  for (int index = 0; index < KorvelColours; ++index) {
     const int x = kLeft + index % 8 * 38;
     const int top = y + 28 + index / 8 * 44;
     char number[4];
     snprintf(number, sizeof number, "%d", index);
     Rectangle_Ex(port, x, top, 34, 22, index);
-    ch_font_printstr(port, x, top + 23, 34, kBlack, kTransparent, 11, number);
+    ch_font_printstr(port, x, top + 23, 34, KorvelBlack, KorvelTransparent, 11, number);
   }
 }
 
@@ -48,14 +44,16 @@ typedef struct Sample {
 } Sample;
 
 static const Sample kSamples[] = {
-    {"Arial", 11, 0, kBlack, kTransparent, "Arial 11\240: Portez ce vieux whisky"},
-    {"Arial", 13, kBold, kBlack, kTransparent, "Arial 13 gras\240: \311t\351, No\353l, gar\347on"},
-    {"Times New Roman", 16, kItalic, kNavy, kTransparent,
+    {"Arial", 11, KorvelPlain, KorvelBlack, KorvelTransparent,
+     "Arial 11\240: Portez ce vieux whisky"},
+    {"Arial", 13, KorvelBold, KorvelBlack, KorvelTransparent,
+     "Arial 13 gras\240: \311t\351, No\353l, gar\347on"},
+    {"Times New Roman", 16, KorvelItalic, KorvelNavy, KorvelTransparent,
      "Times 16 italique\240: c\234ur, 5\240\200"},
-    {"Courier New", 13, 0, kBlack, kYellow, " Courier 13 sur fond jaune "},
-    {"Arial", 13, kUnderlined, kRed, kTransparent, "Arial 13 soulign\351, en rouge"},
-    {"Arial", 13, kCondensed, kBlack, kTransparent, "Arial 13 condens\351"},
-    {"Arial", 13, kExtended, kBlack, kTransparent, "Arial 13 \351tendu"},
+    {"Courier New", 13, KorvelPlain, KorvelBlack, KorvelYellow, " Courier 13 sur fond jaune "},
+    {"Arial", 13, KorvelUnderlined, KorvelRed, KorvelTransparent, "Arial 13 soulign\351, en rouge"},
+    {"Arial", 13, KorvelCondensed, KorvelBlack, KorvelTransparent, "Arial 13 condens\351"},
+    {"Arial", 13, KorvelExtended, KorvelBlack, KorvelTransparent, "Arial 13 \351tendu"},
 };
 
 static void drawFonts(CGrafPtr port, int y) {
@@ -76,14 +74,19 @@ typedef struct Folder {
 } Folder;
 
 static const Folder kFolders[] = {
-    {148, 149, "bleu"},   {150, 151, "rouge"}, {152, 153, "vert"},        {154, 155, "jaune"},
-    {156, 157, "orange"}, {160, 161, "lilas"}, {158, 159, "bleu, rouge"},
+    {KorvelBlueFolderEscape, KorvelBlueOpenFolderEscape, "bleu"},
+    {KorvelRedFolderEscape, KorvelRedOpenFolderEscape, "rouge"},
+    {KorvelGreenFolderEscape, KorvelGreenOpenFolderEscape, "vert"},
+    {KorvelYellowFolderEscape, KorvelYellowOpenFolderEscape, "jaune"},
+    {KorvelOrangeFolderEscape, KorvelOrangeOpenFolderEscape, "orange"},
+    {KorvelLilacFolderEscape, KorvelLilacOpenFolderEscape, "lilas"},
+    {KorvelWhiteBlueFolderEscape, KorvelWhiteRedFolderEscape, "bleu, rouge"},
 };
 
 /* Icons and texts in columns: a table whose columns are tab positions. */
 static void drawFolders(CGrafPtr port, int y) {
   heading(port, kLeft, y, "Dossiers et tabulations");
-  ch_font_set(port, "Arial", kBlack, kTransparent, 13);
+  ch_font_set(port, "Arial", KorvelBlack, KorvelTransparent, 13);
   for (size_t n = 0; n < sizeof kFolders / sizeof *kFolders; ++n) {
     RichLine line;
     lineStart(&line);
@@ -93,7 +96,7 @@ static void drawFolders(CGrafPtr port, int y) {
     lineTab(&line, 12);
     lineText(&line, kFolders[n].label);
     lineTab(&line, 36);
-    lineEscape(&line, 168);
+    lineEscape(&line, KorvelDotEscape);
     lineText(&line, "puce");
     lineDraw(&line, port, kLeft, y + 28 + (int)n * 20);
   }
@@ -111,7 +114,7 @@ static const Act kActs[] = {
 static void drawFees(CGrafPtr port, int y) {
   enum { kFeeEnd = 56, kTotal = 2, kLines = 3 };
   heading(port, kRight, y, "Filets, cadres, nombres \340 droite");
-  ch_font_set(port, "Arial", kBlack, kTransparent, 13);
+  ch_font_set(port, "Arial", KorvelBlack, KorvelTransparent, 13);
   RichLine line;
   lineStart(&line);
   linePen(&line, 0, 0);
@@ -124,7 +127,7 @@ static void drawFees(CGrafPtr port, int y) {
     lineTab(&line, 3);
     lineText(&line, kActs[n].name);
     lineTab(&line, kFeeEnd);
-    lineEscape(&line, kRightAligned);
+    lineEscape(&line, KorvelRightAlignEscape);
     lineText(&line, kActs[n].fee);
     lineDraw(&line, port, kRight, y + 34 + n * 19 + (n == kTotal ? 5 : 0));
   }
@@ -132,10 +135,10 @@ static void drawFees(CGrafPtr port, int y) {
 
 static void drawBullets(CGrafPtr port, int y) {
   heading(port, kRight, y, "Puces et colonnes");
-  ch_font_set(port, "Arial", kBlack, kTransparent, 13);
+  ch_font_set(port, "Arial", KorvelBlack, KorvelTransparent, 13);
   RichLine line;
   lineStart(&line);
-  lineEscape(&line, kBullet);
+  lineEscape(&line, KorvelBulletEscape);
   lineText(&line, "Tension");
   lineTabEvery(&line, 20);
   lineText(&line, "13/8");
@@ -143,7 +146,7 @@ static void drawBullets(CGrafPtr port, int y) {
   lineText(&line, "assis");
   lineDraw(&line, port, kRight, y + 28);
   lineStart(&line);
-  lineEscape(&line, kBullet);
+  lineEscape(&line, KorvelBulletEscape);
   lineText(&line, "Pouls");
   lineTabEvery(&line, 20);
   lineText(&line, "72");
@@ -156,15 +159,15 @@ static void drawLines(CGrafPtr port, int y) {
   heading(port, kLeft, y, "Traits et textes centr\351s");
   for (int width = 1; width <= 4; ++width) {
     const int x = kLeft + (width - 1) * 30;
-    Line_Ex(port, x, y + 30, x + 22, y + 30, kBlue, width);
-    Line_Ex(port, x, y + 40, x, y + 76, kRed, width);
-    Line_Ex(port, x + 8, y + 40, x + 24, y + 76, kBlack, width);
+    Line_Ex(port, x, y + 30, x + 22, y + 30, KorvelBlue, width);
+    Line_Ex(port, x, y + 40, x, y + 76, KorvelRed, width);
+    Line_Ex(port, x + 8, y + 40, x + 24, y + 76, KorvelBlack, width);
   }
-  ch_font_set(port, "Arial", kBlack, kTransparent, 13);
-  Rectangle_Ex(port, kLeft + 132, y + 30, 170, 20, kWhite);
-  ch_font_printstr(port, kLeft + 132, y + 31, 170, kNavy, kTransparent, 13, "au milieu");
-  Rectangle_Ex(port, kLeft + 132, y + 56, 170, 20, kSilver);
-  ch_font_printstr(port, kLeft + 132, y + 57, 170, kBlack, kTransparent, 13,
+  ch_font_set(port, "Arial", KorvelBlack, KorvelTransparent, 13);
+  Rectangle_Ex(port, kLeft + 132, y + 30, 170, 20, KorvelWhite);
+  ch_font_printstr(port, kLeft + 132, y + 31, 170, KorvelNavy, KorvelTransparent, 13, "au milieu");
+  Rectangle_Ex(port, kLeft + 132, y + 56, 170, 20, KorvelSilver);
+  ch_font_printstr(port, kLeft + 132, y + 57, 170, KorvelBlack, KorvelTransparent, 13,
                    "et ici, sur fond gris");
 }
 
@@ -172,7 +175,7 @@ static void drawLines(CGrafPtr port, int y) {
 static void drawPicture(CGrafPtr port, const char *name, int x, int y) {
   int cx = 0, cy = 0;
   if (BMP_affic_dimfond0(name, &cx, &cy) != 0) return;
-  Rectangle_Ex(port, x, y, cx + 8, cy + 8, kWhite);
+  Rectangle_Ex(port, x, y, cx + 8, cy + 8, KorvelWhite);
   BMP_affic_desfond0(name, port, x + 4, y + 4);
 }
 

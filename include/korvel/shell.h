@@ -130,8 +130,8 @@ KORVEL_API int BSDkill(const char *name);
 
 /* What BSDkill does with each line that it finds; an application may call it with a line of its
    own. Runs "kill " followed by the whole line, which begins with the process number. A line that
-   the shell cannot read so (a state column "S<", a name in parentheses) kills nothing. Returns 0.
- */
+   the shell cannot read so (a state column "S<", a name in parentheses) kills
+   nothing. Returns 0. */
 KORVEL_API int BSDprocessf(char *line);
 
 /* Tells whether name (a grep pattern, not quoted) occurs in the process list "ps -x -c", with names
