@@ -1,3 +1,4 @@
+/* Escapes and their arguments as bytes (draw.h). */
 #include "richline.h"
 
 #include <string.h>

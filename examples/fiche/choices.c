@@ -1,3 +1,4 @@
+/* Lists that are narrowed while first letters are typed. */
 #include "choices.h"
 
 #include <stdio.h>

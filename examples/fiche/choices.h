@@ -2,8 +2,8 @@
 #ifndef FICHE_CHOICES_H
 #define FICHE_CHOICES_H
 
-/* Copies the rows whose text behind `column` tabs begins with the letters, in whatever case, with
-   or without accents, hyphens and article; all of them for no letters. out: as large as rows.
+/* Copies the rows whose text after `column` tabs begins with the letters, in any case, with or
+   without accents, hyphens and article; all of them for no letters. out: as large as rows.
    Returns how many there are. */
 int narrowRows(const char *rows, int column, const char *letters, char *out);
 

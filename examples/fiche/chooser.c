@@ -1,3 +1,4 @@
+/* The choice of a patient: a list of all records, narrowed by first letters. */
 #include "chooser.h"
 
 #include <stdlib.h>

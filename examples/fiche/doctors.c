@@ -1,3 +1,4 @@
+/* Practitioners by the library's own chooser, and their lines in its table. */
 #include "doctors.h"
 
 #include <stdio.h>

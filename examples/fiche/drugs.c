@@ -1,3 +1,4 @@
+/* Specialities by the first letters of their names: searches with several criteria. */
 #include "drugs.h"
 
 #include <stdio.h>

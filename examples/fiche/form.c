@@ -1,3 +1,4 @@
+/* The library's field tables and callbacks behind one small interface for all dialogs. */
 #include "form.h"
 
 #include <stdio.h>

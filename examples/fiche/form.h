@@ -49,7 +49,7 @@ typedef const char *(*FormCheck)(const Form *form);
 void formBegin(int cx, int cy, FormFields fields, const char *accept, const char *cancel,
                FormChange change, FormCheck check);
 
-/* Decorations; texts are UTF-8. A group's height is that of so many lines of fields. */
+/* Decorations; texts are UTF-8. A group is as high as so many lines of fields. */
 void formGroup(const char *title, int x, int y, int cx, int lines);
 void formLabel(const char *text, int x, int y, int cx);
 void formIcon(int x, int y);
@@ -60,8 +60,8 @@ void formNote(const char *text, int x, int y, int cx);
 /* Text field i; the buffer that takes its value has `capacity` bytes. */
 void formText(int i, int x, int y, int cx, int rank, const char *text, int capacity, int mandatory);
 
-/* Pop-up i, never mandatory. Choices too long for a copy of theirs (TDB_BUFFERSIZE) must live until
-   the dialog has ended. */
+/* Pop-up i, never mandatory. Choices of TDB_BUFFERSIZE bytes or more are not copied: they must live
+   until the dialog has ended. */
 void formPopUp(int i, int x, int y, int cx, int rank, const char *text, char *choices);
 
 /* List i, cy dialog units high, likewise. Nothing is chosen in it at first. */

@@ -1,3 +1,4 @@
+/* Bytes, capitals and order of CP1252, by tables of its own: no locale is needed. */
 #include "french.h"
 
 #include <string.h>
@@ -63,7 +64,7 @@ void withoutAccents(char *capitals) {
   for (; *capitals; capitals++) *capitals = letterOf((unsigned char)*capitals);
 }
 
-/* What stands for a capital in official lists: one letter or two, or a blank. */
+/* What official lists write for a capital: one letter or two, or a blank. */
 static const char *plainFormOf(unsigned char capital) {
   static char letter[2];
   if (capital == 0xC6) return "AE";

@@ -1,3 +1,4 @@
+/* The choice of a commune: a list narrowed by first letters, in a dialog behind the record. */
 #include "home.h"
 
 #include <stdio.h>

@@ -1,3 +1,4 @@
+/* The menu: a form drawn with Qt Designer, shown as a dialog again after each task. */
 #include "menu.h"
 
 #include <stdio.h>

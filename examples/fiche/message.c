@@ -1,3 +1,4 @@
+/* Sentences put together as by printf, each kind with the flags of its box. */
 #include "message.h"
 
 #include <stdarg.h>

@@ -3,7 +3,7 @@
 #ifndef FICHE_MESSAGE_H
 #define FICHE_MESSAGE_H
 
-/* What to put into a sentence stands behind its format, as for printf. */
+/* Values follow their format, as for printf. */
 #define FICHE_SENTENCE __attribute__((format(printf, 2, 3)))
 
 /* Something that is good to know, to be corrected, or that failed. */

@@ -1,3 +1,4 @@
+/* The largest dialog: all kinds of fields, codes looked up and an index computed while typing. */
 #include "patient.h"
 
 #include <stdio.h>
@@ -205,8 +206,7 @@ static void defineFollowUp(const Record *record) {
   BoolDlgBox_set(kAccord, record->accord);
 }
 
-/* A code is as good as the name that is found for it: while there is none the entry cannot be
-   accepted. */
+/* A code is only good if a name is found for it: until then the entry cannot be accepted. */
 static void showNameOfCode(Form *form, int codeField, int nameField, const char *name) {
   TexteDlgBox_mandatory(nameField, *form->texts[codeField] != '\0');
   formShowText(form, nameField, name);

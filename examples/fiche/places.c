@@ -1,3 +1,4 @@
+/* Countries, départements and communes from the reference tables, on a given day. */
 #include "places.h"
 
 #include <stdlib.h>

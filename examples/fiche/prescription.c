@@ -1,3 +1,4 @@
+/* Lines of a prescription: specialities found by first letters, days and a dose. */
 #include "prescription.h"
 
 #include <stdio.h>

@@ -1,3 +1,4 @@
+/* A code table that is edited: lines added, renamed and removed, and its back-up. */
 #include "professions.h"
 
 #include <stdio.h>

@@ -1,3 +1,4 @@
+/* What is computed from a record, and today. */
 #include "record.h"
 
 #include <stdio.h>

@@ -1,3 +1,4 @@
+/* Records as files: written whole beside the old one, read, and listed. */
 #define _POSIX_C_SOURCE 200809L
 #include "records.h"
 
@@ -20,7 +21,7 @@ enum { kDigits = 4, kPath = 64, kText = 4096 };
 
 typedef enum Kind { kTextKind, kIntKind, kNumKind } Kind;
 
-/* The lines of a record but those of the prescription. */
+/* The lines of a record, except for the prescription. */
 #define TEXT(member) \
   { #member, kTextKind, offsetof(Record, member), sizeof((Record *)0)->member }
 #define INT(member) \

@@ -5,11 +5,11 @@
 
 #include "record.h"
 
-/* Makes the folder when it is missing. Returns 1, or 0 when it is not to be had. */
+/* Makes the folder when it is missing. Returns 1, or 0 when it cannot be made. */
 int openRecords(void);
 
 /* Writes a record, a new one under the next free number, which it then bears. It is written beside
-   its file first and put in that one's place when it is whole: a failure leaves the file as it was.
+   its file first and takes the file's place when it is whole: a failure leaves the file as it was.
    Returns 1, or 0 when it could not be written. */
 int saveRecord(Record *record);
 

@@ -1,3 +1,4 @@
+/* Settings: a section of a profile, and the dialog that changes it. */
 #include "settings.h"
 
 #include <stdio.h>

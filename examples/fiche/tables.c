@@ -1,3 +1,4 @@
+/* Where the code tables are, and look-ups in the reference tables. */
 #define _POSIX_C_SOURCE 200809L
 #include "tables.h"
 
@@ -62,7 +63,7 @@ void usePracticeFiles(void) { setDirTables(kPractice); }
 
 int referenceLabel(const char *table, const char *code, int column, char *out, int size) {
   useReferenceTables();
-  /* In a key a question mark would stand for any character. */
+  /* In a key a question mark matches any character. */
   if (!strchr(code, '?') && ZRV_Libelle_NC(code, (int)strlen(code), column, table, out, size))
     return 1;
   *out = '\0';

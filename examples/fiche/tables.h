@@ -8,7 +8,7 @@
    be open (openPractice). Returns 1, or 0 when there are no tables. */
 int openTables(void);
 
-/* From here on a table's name is that of a reference table ("pays.tab"), of one of the practice's
+/* From here on a table's name means a reference table ("pays.tab"), of one of the practice's
    ("professions"), or of any of its files ("MT.par"). */
 void useReferenceTables(void);
 void usePracticeTables(void);

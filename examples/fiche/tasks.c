@@ -1,3 +1,4 @@
+/* What each entry of the menu does, one dialog after another. */
 #include "tasks.h"
 
 #include <string.h>

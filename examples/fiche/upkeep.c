@@ -1,3 +1,4 @@
+/* The table of professions in a list, with push buttons that change it at once. */
 #include "upkeep.h"
 
 #include <stdio.h>

@@ -1,3 +1,4 @@
+/* The dialog of a visit, with the note drawn into its window as it is typed. */
 #include "visit.h"
 
 #include <stdio.h>
@@ -33,14 +34,14 @@ enum {
   kRankApercu
 };
 
-/* The layout, in dialog units; the note stands to the right of the fields. */
+/* The layout, in dialog units; the note is to the right of the fields. */
 enum { kLabel = 16, kField = 66, kFields = 196, kNote = kFields + 16 };
 enum { kWidth = kNote + kNoteWidth / 2 + 8, kHeight = 384, kTop = 8 };
 enum { kVisitY = kTop, kExamY = 66, kEndY = 156, kActsY = 198 };
 
 static const char kFolder[] = "Cabinet:notes", kCaption[] = "Note de visite";
 
-/* Its fee is a setting of the practice; those of the others are invented. */
+/* Its fee is a setting of the practice; the other fees are invented. */
 static const struct {
   const char *name;
   double fee;
