@@ -222,7 +222,7 @@ KORVEL_API extern short BDB_rk[64];
 
 KORVEL_API extern int BDB_bFlags[64];      /* the value: 0 or 1 */
 KORVEL_API extern char *BDB_pszBuffer[64]; /* the label: a slice of BDB_szBuffer */
-KORVEL_API extern char BDB_szBuffer[3072];
+KORVEL_API extern char BDB_szBuffer[3072]; /* 64 slices of BDB_BUFFERSIZE bytes */
 
 /* Takes n check boxes (0 to 64) into use: off, without label, place or rank. */
 KORVEL_API int BoolDlgBox_param(int n, int idFirst);
@@ -410,7 +410,7 @@ KORVEL_API extern short PDB_cy[10];
 KORVEL_API extern short PDB_rk[10];
 
 KORVEL_API extern char *PDB_pszBuffer[10]; /* the label: a slice of PDB_szBuffer */
-KORVEL_API extern char PDB_szBuffer[160];
+KORVEL_API extern char PDB_szBuffer[160];  /* 10 slices of PDB_BUFFERSIZE bytes */
 KORVEL_API extern PushAction_t vp_tab[10]; /* the actions */
 KORVEL_API extern PushAction_t *vp; /* initially vp_tab; may be pointed at an own table of 10 */
 
@@ -438,7 +438,7 @@ KORVEL_API extern short SDB_cy[128];
 
 KORVEL_API extern short SDB_type[128];      /* KorvelGroupBox or one of its kin */
 KORVEL_API extern char *SDB_pszBuffer[128]; /* the text: a slice of SDB_szBuffer */
-KORVEL_API extern char SDB_szBuffer[65536];
+KORVEL_API extern char SDB_szBuffer[65536]; /* 128 slices of SDB_BUFFERSIZE bytes */
 
 /* Takes n statics (0 to 128) into use: no text, no place, KorvelStaticText. They are no items and
    have no rank. */
@@ -492,8 +492,8 @@ KORVEL_API int ColorDlgBox_bkg(RGBColor colour);
 KORVEL_API extern char OK_sz1[16];     /* text of button 1, initially "OK"; empty: "OK" is shown */
 KORVEL_API extern char OK_sz2[16];     /* text of button 2, initially "Annuler"; likewise */
 KORVEL_API extern char OK_sz1_bak[16]; /* the texts before the last change */
-KORVEL_API extern char OK_sz2_bak[16];
-KORVEL_API extern int OK_def; /* the default button, 1 or 2; initially 1 */
+KORVEL_API extern char OK_sz2_bak[16]; /* likewise */
+KORVEL_API extern int OK_def;          /* the default button, 1 or 2; initially 1 */
 
 /* Kept for the application: ZRVDlgBoxEx places the pair at the dialog's foot, without a shadow. */
 KORVEL_API extern int OK_x;
