@@ -36,7 +36,7 @@ enum {
 
 /* Further codes of the writers. */
 enum {
-  KorvelTightStatus = 1, /* written, but the capacity does not hold every value of the type */
+  KorvelTightStatus = 1, /* written, but the capacity is too small for some other value */
   KorvelCutStatus = 2    /* does not fit: the buffer holds a part */
 };
 

@@ -24,7 +24,7 @@
      not depend on the rank;
    - its rank, which orders the items: ZRVDlgBoxEx adds the fields by ascending rank, and inside a
      rank in the order text, check box, integer, number, date, push button. A field with a negative
-     rank has its identifier for its item, and ZRVDlgBoxEx does not add it.
+     rank is not added: its item, which a template may have, is its identifier.
    Example: TexteDlgBox_param(2, 100) and DateDlgBox_param(1, 400), text 0 at rank 0, date 0 at
    rank 1, text 1 at rank 2:
 
@@ -35,6 +35,7 @@
 
    The two offsets lead from one number to the other: the field of rank r is item
    r - Dlg_rkOffset[r], and item n belongs to the field with the identifier n - Dlg_itemOffset[n].
+   For a template (ZRVDlgBox) all offsets are 0.
 
    One dialog at a time, on the interface thread: the one that made the application's QApplication
    or, where it has none, the first one that asked for a dialog or a message or drew anything. In
@@ -107,8 +108,8 @@ typedef int (*PushAction_t)(WindowRef window);
    dates: in-use flag, first item number, value table, count. The callback may change any table.
    redisplay: room for `capacity` identifiers of fields to bring up to date on the screen: the
    identifier itself shows the table's value, its negative clears the field. A field's flag _bOK
-   then says whether what it shows is acceptable, so a value mended here may enable button 1. Push
-   buttons and static texts cannot be named; an identifier that matches no field is skipped.
+   then says whether what it shows is acceptable, so a value corrected here may enable button 1.
+   Push buttons and static texts cannot be named; an identifier that matches no field is skipped.
    capacity: 32 while a dialog runs; 0, and redisplay null, when called through a _global function.
    Returns the number of identifiers written; a negative number means none. */
 typedef int (*DlgBoxGlobal_t)(int item, int textInUse, int textFirstItem, char **texts,
@@ -607,8 +608,8 @@ KORVEL_API int Dlg_CoefCY(int cy);
    fields in use are 1; an acceptable change then calls the global callback. A text that is longer
    than its slice is stored cut and is not acceptable. Button 1, or a double click in a list, calls
    the final callback. A double click that it accepts still stores the row and, when the field is
-   acceptable, calls the global callback before the dialog closes. When the dialog is made,
-   the port of its window becomes the current one (desktop.h); it disappears with the dialog.
+   acceptable, calls the global callback before the dialog closes. When the dialog is made, the port
+   of its window becomes the current one (desktop.h); it disappears with the dialog.
 
    Returns 1 when the entry was accepted, 0 when it was cancelled (button 2, Escape, the window's
    close box). Either end resets the in-use flags of all field types and HDB to 0 and both
@@ -625,23 +626,22 @@ KORVEL_API int ZRVDlgBoxEx(const char *title, WindowRef parent);
    date takes three items. Push buttons, check boxes and list widgets are control items, combo boxes
    pop-ups, line edits editable text. All else is decoration and stays as drawn, and so do titles,
    fonts, style sheets, layouts, the pages of tab widgets, scroll areas and the order of the Tab
-   key; the window's title is the form's unless TitreDlgBox_set gave one. Return presses the
-   push button drawn as the default one, else item 1.
+   key; the window's title is the form's unless TitreDlgBox_set gave one. Return presses the push
+   button drawn as the default one, else item 1.
    Connections drawn in the form work where they enable, show or focus a widget, or set one that is
    no item; none reaches the window and items 1 and 2. A form loads and runs nothing else: widgets
    of plugins are plain ones, a style sheet that names a file (url, @import) or sets properties
    (qproperty-) is left out, a rich text with a picture is shown as its words, and a label's picture
    is a file of the resource folder.
-   Choices and rows of a list string are added to those that the form has: choices behind, rows in
-   front.
+   Choices of a list string come after the choices that the form has, rows before the form's rows.
 
    Sets all entries of Dlg_itemOffset and Dlg_rkOffset to 0 and then behaves as ZRVDlgBoxEx, with
-   the same results; the global callback hears the identifier of a date whichever of its three items
-   changed. 0 at once, with nothing touched, for null, while a dialog is up already, and, after one
-   line on standard error, when there is no such template (none has a '/' in its name). 0 with the
-   reset of a cancelled dialog, after one line on standard error, without a screen and for a form
-   that cannot be read, lacks item 1 or 2 or has a number twice. For a mandatory field whose item
-   the form lacks there is one line on standard error; the dialog is shown. */
+   the same results; the global callback is given the identifier of a date whichever of its three
+   items changed. 0 at once, with nothing touched, for null, while a dialog is up already, and,
+   after one line on standard error, when there is no such template (a name with a '/' names none).
+   0 with the reset of a cancelled dialog, after one line on standard error, without a screen and
+   for a form that cannot be read, lacks item 1 or 2 or has a number twice. For a mandatory field
+   whose item the form lacks there is one line on standard error; the dialog is shown. */
 KORVEL_API int ZRVDlgBox(const char *name);
 
 /* Runs a built dialog to its end and disposes of it; results as for ZRVDlgBoxEx. ZRVDlgBoxEx and

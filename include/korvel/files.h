@@ -72,9 +72,11 @@ KORVEL_API extern int DATA_FILE_ID;
    - both: the file must exist.
    The handle is DATA_FILE_ID + 1, which DATA_FILE_ID then becomes, or, once DATA_FILE_ID is 4, the
    first free slot. DATA_FILE_ID stays raised when the opening fails.
-   Returns the handle, 0 to 4. Returns -1 when no slot is free, -2 when the file cannot be opened
-   (also: a path of 144 bytes or more, which the slot could not hold; a folder; a file of 2 GiB or
-   more; a descriptor above 32767), -3 when neither flag is set. */
+   Returns the handle, 0 to 4, or
+   -1  no slot is free,
+   -2  the file cannot be opened (also: a path of 144 bytes or more, which the slot could not hold;
+       a folder; a file of 2 GiB or more; a descriptor above 32767),
+   -3  neither flag is set. */
 KORVEL_API int File_Open(const char *path, int read, int write);
 
 /* Closes a file and frees its slot; size and position become 0. Closing DATA_FILE_ID lowers that by
@@ -166,10 +168,11 @@ KORVEL_API int MakeDir(const char *path);
    text up to the first ":", all of it if there is none) is a regular file under szVolumes, the
    result is the rest of the path, from the root. In what comes from mac every ":" becomes "/" and
    every "/" becomes ":".
-   Data:tables:a.tab gives /Volumes/Data/tables/a.tab, but /tables/a.tab if /Volumes/Data is a file.
    out: room for 256 bytes; may be mac itself.
    Returns the length of the result. A result of more than 255 bytes is not cut: 0 is returned and
-   out is the empty text. */
+   out is the empty text. The result of the example would be /tables/a.tab if /Volumes/Data were a
+   file.
+     MAC2UNIX("Data:tables:a.tab", out) -> 26, out = "/Volumes/Data/tables/a.tab" */
 KORVEL_API int MAC2UNIX(const char *mac, char *out);
 
 /* Removes a file or an empty folder. Returns 0, or -1. */
