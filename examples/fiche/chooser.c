@@ -19,7 +19,7 @@ enum { kRankLettres, kRankListe };
 enum { kWidth = 250, kHeight = 196, kLabel = 16, kField = 80, kColumn = 40 };
 enum { kHeadY = 44, kListY = 60, kListHeight = 144 };
 
-/* The column of a row that the letters are looked for in: behind number and date of birth. */
+/* The column of a row in which the letters are looked for: after number and date of birth. */
 enum { kNameColumn = 2 };
 
 static const char kCaption[] = "Choix du patient";

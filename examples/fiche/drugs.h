@@ -13,7 +13,7 @@ typedef struct Drug {
    Returns 1, or 0 with everything empty. */
 int findDrug(const char *letters, Drug *drug);
 
-/* Finds the next one behind the speciality *drug; behind the last one the first again. Returns as
+/* Finds the next one after the speciality *drug; after the last one the first again. Returns as
    findDrug. */
 int findNextDrug(const char *letters, Drug *drug);
 

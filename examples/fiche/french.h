@@ -17,7 +17,7 @@ void withoutAccents(char *capitals);
    and apostrophes. Up to size - 1 characters. Example: "L'Haÿ-les-Roses" is "L HAY LES ROSES". */
 void plainCapitals(const char *cp1252, char *out, int size);
 
-/* Below, at or above 0 as a comes before, with or behind b in a French list. */
+/* Below, at or above 0 as a comes before, with or after b in a French list. */
 int frenchOrder(const char *a, const char *b);
 
 #endif

@@ -1,4 +1,4 @@
-/* The choice of a commune: a list narrowed by first letters, in a dialog behind the record. */
+/* The choice of a commune: a list narrowed by first letters, in a dialog after the record. */
 #include "home.h"
 
 #include <stdio.h>

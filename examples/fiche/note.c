@@ -184,7 +184,7 @@ static void drawExamination(Page *page, const Visit *visit, const Record *record
   drawNumber(page, "Température", visit->temperature, 1, "°C");
 }
 
-/* A speciality's name, without its form behind a comma or semicolon, and the dose under it. */
+/* A speciality's name, without its form after a comma or semicolon, and the dose under it. */
 static void drawPrescription(Page *page, const Prescription *prescribed) {
   enum { kIndent = 18 };
   char name[256], dose[112];

@@ -123,7 +123,7 @@ static void defineBirth(const Record *record) {
            *record->communeNaissance != '\0');
 }
 
-/* The commune itself is chosen in a dialog behind this one. */
+/* The commune itself is chosen in a dialog after this one. */
 static void defineHome(const Record *record) {
   char country[kPlaceName], name[kPlaceName], commune[kPlaceName];
   int y = formLine(kHomeY, 0);

@@ -4,7 +4,7 @@
 
 #include "record.h"
 
-/* What the user wishes to choose behind the dialog: 0 or 1. */
+/* What the user wishes to choose after the dialog: 0 or 1. */
 typedef struct PatientWishes {
   int commune, doctor;
 } PatientWishes;

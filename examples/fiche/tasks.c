@@ -26,7 +26,7 @@ static void chooseDoctorOf(Record *record) {
   if (chooseDoctor(record->medecin, sizeof record->medecin)) keepOrAskAgain(record);
 }
 
-/* The dialogs of a record, one behind the other. */
+/* The dialogs of a record, one after the other. */
 static void enterRecord(const char *title, Record *record) {
   PatientWishes wishes = {0, 0};
   if (!enterPatient(title, record, &wishes)) return;

@@ -25,7 +25,7 @@ enum {
   KorvelDoneStatus = 0,
   KorvelEmptyStatus = 1,            /* empty after trimming */
   KorvelRefusedStatus = 1,          /* validators: read and stored, but out of their range */
-  KorvelSignOnlyStatus = 2,         /* a sign with nothing behind it */
+  KorvelSignOnlyStatus = 2,         /* a sign with nothing after it */
   KorvelNoDigitStatus = 3,          /* a character that is not a digit 0 to 9 */
   KorvelTooLargeStatus = 4,         /* integers: the magnitude is above the limit */
   KorvelFractionStatus = 4,         /* reals: a character that is not a digit in the fraction */
@@ -52,7 +52,7 @@ enum {
    leading zeros.
    Returns 0 and stores the value, or leaves *value untouched and returns
    1  empty after trimming,
-   2  a sign with no digit behind it,
+   2  a sign with no digit after it,
    3  a character that is not a digit 0 to 9,
    4  magnitude above 32767 (-32768 too).
      intcod_i("  +12  ", value) -> 0, text = "+12", value = 12
@@ -99,16 +99,16 @@ KORVEL_API int intcod_l_sup0(char *text, int *value);
 
 /* Reads a decimal real: blanks around, one sign, digits with at most one separator, an exponent.
    The separator is the first point, or the first comma when the text has no point; there is no
-   grouping. The digits before or behind it may be missing: "." is 0. The exponent follows the first
+   grouping. The digits before or after it may be missing: "." is 0. The exponent follows the first
    "e", or the first "E" when the text has no "e"; it is an integer as intcod_l reads it, and is
-   trimmed in place too. An "e" with nothing behind it is ignored. Values too large become infinite,
+   trimmed in place too. An "e" with nothing after it is ignored. Values too large become infinite,
    values too small 0; both are accepted.
    The digits of the integral part are summed from the last to the first in double precision, then
    the digits of the fraction from the first to the last, and the exponent is applied in steps of
    ten: the result may differ in its last bits from the nearest double.
    Returns 0 and stores the value, or leaves *value untouched and returns the first that applies:
    1  empty after trimming,
-   2  a sign with nothing behind it,
+   2  a sign with nothing after it,
    3  a character that is not a digit in the integral part,
    4  a character that is not a digit in the fraction,
    6  an exponent of a sign alone,
@@ -125,7 +125,7 @@ KORVEL_API int realcod_d(char *text, double *value);
      realcod_f("0,1", value) -> 0, value = 0.1f */
 KORVEL_API int realcod_f(char *text, float *value);
 
-/* Writes a real with a fixed number of decimals behind a point, rounded half away from zero at the
+/* Writes a real with a fixed number of decimals after a point, rounded half away from zero at the
    last one. A value that rounds to 0 keeps its sign. No decimals write no point; a negative number
    of decimals writes the integral part followed by a lone point. Values are exact below a magnitude
    of 2147483648. From there on the integral part stays 2147483647 (2147483648 for a negative value)
@@ -147,10 +147,10 @@ KORVEL_API int realdco_d(double value, char *buffer, int capacity, int decimals)
 /* Writes a real with `digits` + 1 significant digits, truncated, as d.ddd with an exponent where it
    is not 0; 0 gives "0", and so does NaN. Values are exact below a magnitude of 2147483648. From
    there on (infinities included) the integral part stays 2147483647 (2147483648 for a negative
-   value); where that leaves 1 or more of the value, every digit behind it is 9.
+   value); where that leaves 1 or more of the value, every digit after it is 9.
    With a negative `digits`, one digit of an integral part is written, and no digit of a fraction.
    Returns 0, or 2 when the text does not fit (the buffer holds what did). An exponent that does not
-   fit behind its "e" is cut or left out and still gives 0. Nothing is written when the capacity is
+   fit after its "e" is cut or left out and still gives 0. Nothing is written when the capacity is
    below 1.
      realdco_sd(1234.5, buffer, 32, 3) -> 0, buffer = "1.234e3"
      realdco_sd(0.05, buffer, 32, 0) -> 0, buffer = "5.e-2" */
@@ -191,7 +191,7 @@ KORVEL_API void utrealfs(const float *x, float *integral, float *fraction);
    11  the width is too small for the value (writing), too large for a number or below 0 (reading),
    12  the value read is below 0.
 
-   In the examples "..." follows a NUM: no terminator is written behind it. */
+   In the examples "..." follows a NUM: no terminator is written after it. */
 
 /* Writes an integer as a NUM. The sign follows the fill.
    Returns 0, or 11 with nothing written.

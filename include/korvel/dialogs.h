@@ -196,7 +196,7 @@ KORVEL_API int TexteDlgBox_retrieve_liste(int i, char *dst);
 KORVEL_API int TexteDlgBox_mandatory(int i, int on);
 
 /* on non-zero: field i shows one "*" per character; 0: its text. While a masked field is edited,
-   a "*" at a position keeps the character that was there; a "*" behind the old text's end ends
+   a "*" at a position keeps the character that was there; a "*" after the old text's end ends
    the text. */
 KORVEL_API int TexteDlgBox_password(int i, int on);
 

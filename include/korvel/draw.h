@@ -174,7 +174,7 @@ KORVEL_API int TextOut_Ext(CGrafPtr port, int x, int y, int x0, int y0, const ch
 /* Measures rich text of len bytes that would be drawn from x on: cx becomes the distance by which x
    would move, cy the height of bullets and pictures (2 * cw) or 0. y is not used.
    Kept, where it differs from drawing: the codes 200 to 203 and 211 to 214 take no arguments, so
-   the bytes behind them count as text; behind 131 no run counts until 130, in later calls too.
+   the bytes after them count as text; after 131 no run counts until 130, in later calls too.
    Returns 1 when the text holds no tab, else 0. Returns 0 and leaves the outputs alone for a text
    that cannot be measured. */
 KORVEL_API int GetTextExtent_Ext(CGrafPtr port, int x, int y, const char *text, int len, int *cx,

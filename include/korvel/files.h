@@ -91,7 +91,7 @@ KORVEL_API int File_Size(int handle);
    outside 0 to 4. */
 KORVEL_API int File_GetPos(int handle);
 
-/* Reads min(count, size - position) bytes at the position and moves it behind them.
+/* Reads min(count, size - position) bytes at the position and moves it past them.
    Returns their number; 0 at the end, for a count below 1 and in a slot whose mode is neither 0 nor
    2. Returns -1, with the position as it was, when not all of them could be read, and for a handle
    outside 0 to 4. */
@@ -101,7 +101,7 @@ KORVEL_API int File_Read(int handle, void *buffer, int count);
    Results as File_Read. */
 KORVEL_API int File_Re_Read(int handle, void *buffer, int count);
 
-/* Writes count bytes at the position and moves it behind them; a position past size raises size,
+/* Writes count bytes at the position and moves it past them; a position past size raises size,
    also when count is 0 (the file itself does not grow then).
    Returns count; 0 for a negative count and in a slot whose mode is neither 1 nor 2, with nothing
    changed. Returns -1 when not all of them could be written (a full disk, a file that would reach
@@ -109,7 +109,7 @@ KORVEL_API int File_Re_Read(int handle, void *buffer, int count);
    outside 0 to 4. */
 KORVEL_API int File_Write(int handle, const void *buffer, int count);
 
-/* Moves the position to an offset from the start, 0 or more; it may lie behind the end.
+/* Moves the position to an offset from the start, 0 or more; it may lie beyond the end.
    Returns 0, or -1 with the position as it was. */
 KORVEL_API int File_Lseek(int handle, int offset);
 
@@ -208,7 +208,7 @@ KORVEL_API int MFil_Open(const char *name, int wish, int minimum);
 /* Closes a memory file and frees its block. Closing DATA_MFIL_ID lowers that by one. Returns 0. */
 KORVEL_API int MFil_Close(int handle);
 
-/* Copies min(count, size - position) bytes at the position and moves it behind them.
+/* Copies min(count, size - position) bytes at the position and moves it past them.
    Returns their number; 0 at the end, for a count below 1, a null block or a bad handle. */
 KORVEL_API int MFil_Read(int handle, void *buffer, int count);
 
@@ -216,7 +216,7 @@ KORVEL_API int MFil_Read(int handle, void *buffer, int count);
    Results as MFil_Read. */
 KORVEL_API int MFil_Re_Read(int handle, void *buffer, int count);
 
-/* Writes count bytes at the position and moves it behind them; a position past size raises size.
+/* Writes count bytes at the position and moves it past them; a position past size raises size.
    Where they pass the capacity, that becomes position + count, or position + 4096 for a count below
    4096, and the block may move.
    Returns count; 0 for a count below 1, a null block, a bad handle, or data that would reach 2 GiB,

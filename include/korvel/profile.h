@@ -6,13 +6,13 @@
    A line ends at a carriage return or at the end of the file; line feeds are ignored wherever they
    stand, so a file whose lines end with line feeds alone is one single line. A line that begins
    with "[", a name and "]" opens the section of that name; what follows on it is ignored. In a
-   section the line of a key begins with the key and "="; the value is everything behind, up to the
-   end of the line. Names and keys are compared byte for byte: upper and lower case differ, blanks
-   count. Any "[" in a section, not only at the beginning of a line, ends it, unless it is in
-   the value that is looked for. There are no comments.
+   section the line of a key begins with the key and "="; the value is everything after it, up to
+   the end of the line. Names and keys are compared byte for byte: upper and lower case differ,
+   blanks count. Any "[" in a section, not only at the beginning of a line, ends it, unless it is
+   in the value that is looked for. There are no comments.
 
    When a value is looked for, only the first 1023 characters of a line count: a name or key that
-   ends behind them is not found, a "[" behind them ends nothing. The value that is found is read to
+   ends beyond them is not found, a "[" beyond them ends nothing. The value that is found is read to
    the end of its line. When a file is rewritten, lines are cut at 16383 characters, so that a key,
    its "=" and its value keep their bytes if they are no more than that together. Every line written
    ends with "\r\n".
@@ -50,14 +50,14 @@ KORVEL_API int GetPrivateProfileInt(const char *section, const char *key, int de
 
 /* Sets a key of a section, or removes its line if value is null; if key is null, empties the
    section (WritePrivateProfileSection without a text).
-   The first line with the key is replaced; further ones stay. A new key goes behind the last line
-   of its section that is not empty; a new section to the end of the file, behind an empty line if
+   The first line with the key is replaced; further ones stay. A new key goes after the last line
+   of its section that is not empty; a new section to the end of the file, after an empty line if
    the file has content. Empty lines are kept; those at the end of the file stay there.
-   A missing file is created, readable and writable by all; behind a symbolic link that leads to
-   nothing its target is. The file is replaced as a whole: at any moment, also after a kill or a
-   loss of power, it has its old content or the new one. A symbolic link stays and its file is
-   replaced; owner, group and mode are kept if this process may give them, and another hard
-   link to the file keeps the old content.
+   A missing file is created, readable and writable by all; if it is a symbolic link that leads
+   to nothing, its target is created. The file is replaced as a whole: at any moment, also after
+   a kill or a loss of power, it has its old content or the new one. A symbolic link stays and
+   its file is replaced; owner, group and mode are kept if this process may give them, and
+   another hard link to the file keeps the old content.
    Where the folder does not admit that (it may not be written, or it is sticky and the file someone
    else's, or the file is a mount point) the file is overwritten instead: what it grows by comes
    first, and a full disk leaves the old content, but a kill or a loss of power meanwhile may leave
@@ -74,7 +74,7 @@ KORVEL_API int WritePrivateProfileString(const char *section, const char *key, c
 
 /* Replaces the whole content of a section by a text, written as it is and followed by "\r\n": lines
    "key=value", joined by "\r\n". If text is null nothing is left under the header.
-   The section ends before the next line that begins with "[". Its empty lines stay, behind the
+   The section ends before the next line that begins with "[". Its empty lines stay, after the
    text, unless it was the last section of the file. A missing section is added as by
    WritePrivateProfileString if text is not null. Only the first section of the name is replaced.
    Files and results as WritePrivateProfileString. */

@@ -153,7 +153,7 @@ KORVEL_API int BSDopen(const char *path);
 
 /* Lists the files of a folder whose names contain a grep pattern, in any case, by "ls -1F" and
    "grep -i". Names come byte for byte and in byte order, whatever the language settings. Folders
-   and the executable mark "*" are left out; the other marks that "ls -F" sets behind a name ("@"
+   and the executable mark "*" are left out; the other marks that "ls -F" sets after a name ("@"
    for a link, "|", "=") stay part of it.
    out: max slots of 256 bytes; may be null if max is 0. A name of more than 255 bytes is cut.
    Returns the number of files, which may exceed max (the first max are stored), modulo 65536. Not
@@ -170,7 +170,7 @@ KORVEL_API int BSDDir_ProcessFiles(const char *folder, const char *pattern, File
 
 /* What BSDDir_ProcessFiles does with each line of its listing; an application may call it with a
    line of its own, which is changed in place. Takes off a final "*", and, unless the line then ends
-   with "/" (a folder), calls BSDDir_ProcessFiles_fPtr with the text behind its last "/", stores the
+   with "/" (a folder), calls BSDDir_ProcessFiles_fPtr with the text after its last "/", stores the
    result in BSDcr and counts the file in BSDnNbFic.
    Returns that result; 0 for a folder, and for a null function. */
 KORVEL_API int BSDDir_ProcessFiles_f(char *line);

@@ -10,7 +10,7 @@
    0xE9 is passed as -23 (what a sign-extended char gives); 233 equals no byte.
 
    A run is a pointer and a length and need not be terminated. A function that fills a buffer
-   never writes at or behind its capacity; a capacity of 0 or below is never written and gives the
+   never writes at or past its capacity; a capacity of 0 or below is never written and gives the
    failing result. A null pointer is never followed and a negative length is never copied: the call
    then changes nothing and gives its failing result.
 
@@ -239,12 +239,12 @@ KORVEL_API char *Get_item_liste(const char *list, int index);
 
 /* --- Lists of strings ----------------------------------------------------------------------
 
-   Items one behind the other, each ended by a NUL, and one more NUL behind the last. An empty list
-   is a NUL; nothing behind it is read. An item is named by its address in the list. A null pointer
+   Items one after the other, each ended by a NUL, and one more NUL after the last. An empty list
+   is a NUL; nothing after it is read. An item is named by its address in the list. A null pointer
    counts as an empty list. In the examples "a\0b\0" is a list of two items; its last NUL is the
    terminator that C adds. */
 
-/* Makes the text in buffer a list of one item by writing a second NUL behind its terminator.
+/* Makes the text in buffer a list of one item by writing a second NUL after its terminator.
    Where that does not fit (capacity - 1 is at most the length), the last two bytes of the capacity
    become NUL, which cuts the text; of a capacity of 1, its only byte. Does nothing when capacity is
    below 1.
@@ -257,7 +257,7 @@ KORVEL_API void ChCh_Put_00(char *buffer, int capacity);
      ChCh_Is_00("b\0") -> 1 */
 KORVEL_API int ChCh_Is_00(const char *item);
 
-/* Returns the item behind item; item itself when it is empty or the last. A loop over a list ends
+/* Returns the item after item; item itself when it is empty or the last. A loop over a list ends
    when ChCh_Is_00 says so, or when the same pointer comes back.
      ChCh_Get_Next_Item("a\0b\0") -> "b" */
 KORVEL_API char *ChCh_Get_Next_Item(const char *item);
@@ -268,7 +268,7 @@ KORVEL_API char *ChCh_Get_Next_Item(const char *item);
 KORVEL_API int ChCh_Count_Item(const char *list);
 
 /* Makes the separated list s a list of strings by replacing every "+" and "," by a NUL; "-" is no
-   separator here and stays. The caller has put the second NUL behind the terminator before, for
+   separator here and stays. The caller has put the second NUL after the terminator before, for
    example by ChCh_Put_00.
      ChCh_Cut("a+b-c\0") -> s = "a\0b-c\0" */
 KORVEL_API void ChCh_Cut(char *s);
@@ -286,7 +286,7 @@ KORVEL_API void ChCh_Bind(char *list);
      ChCh_Bind_sep("a\0b\0", ';') -> list = "a;b\0" */
 KORVEL_API void ChCh_Bind_sep(char *list, int separator);
 
-/* Removes item from its list by moving what is behind it, final NULs included, onto it. The last
+/* Removes item from its list by moving what is after it, final NULs included, onto it. The last
    item is replaced by the final NUL; removing the only item leaves an empty list. Leaves an empty
    item alone.
      ChCh_Delete_Item("a\0b\0") -> item = "b\0"

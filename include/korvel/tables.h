@@ -43,8 +43,8 @@ KORVEL_API extern char szDirTables[256];
    by setDirTables and by the application. */
 KORVEL_API extern char ZRV_Libelle_NC_szDirTables[256];
 
-/* The current line, split: its fields one behind the other, each ended by a NUL, a second NUL
-   behind the last one. What follows is not part of it. Written by the functions below as they
+/* The current line, split: its fields one after the other, each ended by a NUL, a second NUL
+   after the last one. What follows is not part of it. Written by the functions below as they
    say. */
 KORVEL_API extern char ZRV_Libelle_NC_szBuffer[1024];
 
@@ -154,8 +154,8 @@ KORVEL_API int ZRV_Code_NC_next(const char *label, int column, const char *table
                                 int outSize);
 
 /* Looks for the first line that meets several criteria and gives its code.
-   labels: NUL-terminated texts, a null pointer behind the last. columns: the column of each, 0 for
-   the code, a number below 0 behind the last; the shorter list counts. Neighbours of one column
+   labels: NUL-terminated texts, a null pointer after the last. columns: the column of each, 0 for
+   the code, a number below 0 after the last; the shorter list counts. Neighbours of one column
    are alternatives, one of which must match; all columns must. In a label and in the file '?'
    equals any character and a '*' at the end whatever follows. Without criteria the first line
    matches. Returns 1 or 0. */
@@ -236,7 +236,7 @@ KORVEL_API int ZRV_Libelle_NC_idem_flush(const char *key, int keyLength, const c
    A null name is a table that does not exist; for a null version or title nothing is done and 0
    returned. */
 
-/* Called by ZRV_Table_scan. fields: the fields of a line, each ended by a NUL, a second NUL behind
+/* Called by ZRV_Table_scan. fields: the fields of a line, each ended by a NUL, a second NUL after
    the last; valid during the call, and writable up to there. */
 typedef void (*TableLine_t)(char *fields);
 

@@ -8,7 +8,7 @@ An example is a line of its own, which ends with a comma where it goes on in the
     a_org = 1980; ZRV_Build_Date_short("07/03/79", out) -> 0, out = "20790307"
 
 The names are those of the declared parameters. A text between quotes is handed over in a buffer
-named like its parameter; a parameter's own name hands over what is to be filled. Behind the arrow
+named like its parameter; a parameter's own name hands over what is to be filled. After the arrow
 come the result and what the call leaves behind. A text there includes its terminator; with "..." it
 ends without one, in front of what was there before. What is set in front of the call is a parameter
 or a global of the library, and `now` is the time of the clock."""
@@ -156,7 +156,7 @@ class Example:
                 passed.append('0')
             elif self.declaration.is_text(name) and argument.startswith('"'):
                 passed.append(name)
-            elif self.declaration.pointed(name) and (argument == name or argument[0] in '-0123456789'):
+            elif self.declaration.pointed(name) and re.match(rf'{name}$|[-\d]', argument):
                 passed.append(f'&{name}')
             else:
                 passed.append(argument)
@@ -176,7 +176,7 @@ class Example:
         call = self.call()
         returned = [result for result in self.results if not re.match(r'\w+ = ', result)]
         if len(returned) > 1 or returned != self.results[:len(returned)]:
-            raise Unreadable('one result stands behind the arrow, then what is left behind')
+            raise Unreadable('one result comes after the arrow, then what the call leaves')
         if returned:
             kind = self.declaration.result
             yield f'{kind}{"" if kind.endswith("*") else " "}returned = {call};'
