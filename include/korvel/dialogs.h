@@ -437,7 +437,7 @@ KORVEL_API extern short SDB_y[128];
 KORVEL_API extern short SDB_cx[128];
 KORVEL_API extern short SDB_cy[128];
 
-KORVEL_API extern short SDB_type[128];      /* KorvelGroupBox or one of its kin */
+KORVEL_API extern short SDB_type[128];      /* as given to StaticDlgBox_set_type */
 KORVEL_API extern char *SDB_pszBuffer[128]; /* the text: a slice of SDB_szBuffer */
 KORVEL_API extern char SDB_szBuffer[65536]; /* 128 slices of SDB_BUFFERSIZE bytes */
 

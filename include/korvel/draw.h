@@ -8,7 +8,7 @@
    Conventions. Texts are CP1252; a text with a length need not be terminated. A port that is null,
    released or gone with its window: the function does nothing and gives its failing result, and so
    it is with a null text of a length above 0 and with a negative length. Null outputs are skipped.
-   A colour is a palette index (KorvelBlack and its kin). No function here changes which port is
+   A colour is a palette index (KorvelBlack to KorvelWhite). No function here changes which port is
    current.
 
    On the interface thread only. */
@@ -72,7 +72,7 @@ KORVEL_API extern int char_dy;
    measures, selects it; any other leaves the port's font and size as they were.
    fore, back: palette indexes; with KorvelTransparent as back, text is drawn transparently and the
    background colour stays, else opaquely. size: points, 1 point being 1 pixel; a size below 1
-   counts as 12, one above 1000 as 1000. style: the sum of KorvelBold and its kin. Sets the colours
+   counts as 12, one above 1000 as 1000. style: a sum of the styles above. Sets the colours
    and char_dy whether the font is known or not. Returns 0 always. */
 KORVEL_API int ch_font_set_ext(CGrafPtr port, const char *name, int fore, int back, int size,
                                int style);

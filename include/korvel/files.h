@@ -46,7 +46,7 @@ enum {
 typedef struct FileSlot {
   char name[144];  /* the path given to File_Open, as it was given */
   short reference; /* the descriptor; -1 after a close that failed for good */
-  int mode;        /* KorvelFreeMode or one of its kin */
+  int mode;        /* one of the modes above */
   int size;        /* length in bytes: taken at opening, grown by writes, not cut by File_SetEOF */
   int position;    /* where the next byte is read or written */
 } FileSlot;

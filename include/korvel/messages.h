@@ -80,8 +80,8 @@ enum { KorvelEnterKey = 3, KorvelReturnKey = 13, KorvelEscapeKey = 27 };
 
 /* An event, made and owned by the application. */
 typedef struct EventRecord {
-  int what;         /* KorvelKeyEvent or one of its kin */
-  int key;          /* key events: KorvelReturnKey or one of its kin, else any other character */
+  int what;         /* one of the numbers above */
+  int key;          /* key events: one of the keys above, or any other character */
   WindowRef window; /* update and activate events: the window that is meant */
   void *reference;  /* the reference value of the window: the application's record of it, or null */
 } EventRecord;

@@ -3,9 +3,9 @@
      [Fenetre]
      largeur=640
 
-   A line ends at a carriage return or at the end of the file; line feeds are ignored wherever they
-   stand, so a file whose lines end with line feeds alone is one single line. A line that begins
-   with "[", a name and "]" opens the section of that name; what follows on it is ignored. In a
+   A line ends at a carriage return or at the end of the file; line feeds are ignored everywhere,
+   so a file whose lines end with line feeds alone is one single line. A line that begins with
+   "[", a name and "]" opens the section of that name; what follows on it is ignored. In a
    section the line of a key begins with the key and "="; the value is everything after it, up to
    the end of the line. Names and keys are compared byte for byte: upper and lower case differ,
    blanks count. Any "[" in a section, not only at the beginning of a line, ends it, unless it is

@@ -2,7 +2,7 @@
    folder and process operations that are done by running tools.
 
    Commands run through /bin/sh -c with the caller's environment. A "close status" is what pclose
-   gives: a wait status (see WIFEXITED and its kin), or -1 when the command could not be started or
+   gives: a wait status (see waitpid), or -1 when the command could not be started or
    its status could not be had (the application ignores SIGCHLD or collects every child). A
    command that is given no input reads an empty one, never the application's terminal.
    Paths are POSIX paths unless called macPath (a colon path). Every path and pattern is put between
