@@ -83,10 +83,6 @@ static void checkText(const char *where, const char *what, const char *is, const
 '''
 
 
-class Unreadable(Exception):
-    pass
-
-
 def top_level(text):
     """The parts of a list, split at the commas outside texts."""
     parts = re.findall(rf'(?:[^",]|{TEXT})+', text)
@@ -119,7 +115,10 @@ class Example:
         self.arguments = top_level(arguments)
         self.results = top_level(results)
         if len(self.arguments) != len(declaration.types):
-            raise Unreadable('another number of arguments than declared')
+            self.refuse('another number of arguments than declared')
+
+    def refuse(self, why):
+        sys.exit(f'{self.where}: {why}: {self.text}')
 
     def variables(self):
         """Which parameters need a variable, and what it holds before the call."""
@@ -143,7 +142,7 @@ class Example:
             elif self.declaration.pointed(name):
                 yield f'{self.declaration.pointed(name)} {name} = {value or -77};'
             else:
-                raise Unreadable(f'nothing is known of {name}')
+                self.refuse(f'no variable can be made for {name}')
 
     def globals(self):
         return [(name, value) for name, value in self.settings
@@ -176,7 +175,7 @@ class Example:
         call = self.call()
         returned = [result for result in self.results if not re.match(r'\w+ = ', result)]
         if len(returned) > 1 or returned != self.results[:len(returned)]:
-            raise Unreadable('one result comes after the arrow, then what the call leaves')
+            self.refuse('one result comes after the arrow, then what the call leaves')
         if returned:
             kind = self.declaration.result
             yield f'{kind}{"" if kind.endswith("*") else " "}returned = {call};'
@@ -220,7 +219,7 @@ def examples(headers, declared):
             example = re.sub(r'\s*\*/\s*$', '', example)
             found = EXAMPLE.match(example)
             if not found and ') -> ' in example:
-                sys.exit(f'{where}: reads like an example, and is none:{example}')
+                sys.exit(f'{where}: not an example, though it has an arrow:{example}')
             if found and found[2] not in declared:
                 sys.exit(f'{where}: nothing declares {found[2]}')
             if found:
