@@ -158,9 +158,8 @@ KORVEL_API int Min_depuis_org(int date, int time, int origin);
 
 /* ---- Names ---- */
 
-/* Returns the French name of a month 1 to 12, else "Illégal". The names are in the DOS Latin
-   code page: é is 0x82 (octal 202). The text is the library's and must not be
-   changed.
+/* Returns the French name of a month 1 to 12, else "Illégal". The names are in the DOS Latin code
+   page: é is 0x82 (octal 202). The text is the library's and must not be changed.
      utdatemy(2) -> "F\202vrier"
      utdatemy(13) -> "Ill\202gal" */
 KORVEL_API char *utdatemy(int month);

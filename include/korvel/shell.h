@@ -2,9 +2,9 @@
    folder and process operations that are done by running tools.
 
    Commands run through /bin/sh -c with the caller's environment. A "close status" is what pclose
-   gives: a wait status (see waitpid), or -1 when the command could not be started or
-   its status could not be had (the application ignores SIGCHLD or collects every child). A
-   command that is given no input reads an empty one, never the application's terminal.
+   gives: a wait status (see waitpid), or -1 when the command could not be started or its status
+   could not be had (the application ignores SIGCHLD or collects every child). A command
+   that is given no input reads an empty one, never the application's terminal.
    Paths are POSIX paths unless called macPath (a colon path). Every path and pattern is put between
    single quotes and not escaped, so a few characters are read by the shell or the tool:
    - "'" in a path or a pattern ends the quoting. The command breaks, or the shell runs what
@@ -130,8 +130,8 @@ KORVEL_API int BSDkill(const char *name);
 
 /* What BSDkill does with each line that it finds; an application may call it with a line of its
    own. Runs "kill " followed by the whole line, which begins with the process number. A line that
-   the shell cannot read so (a state column "S<", a name in parentheses) kills
-   nothing. Returns 0. */
+   the shell cannot read so (a state column "S<", a name in parentheses) kills nothing.
+   Returns 0. */
 KORVEL_API int BSDprocessf(char *line);
 
 /* Tells whether name (a grep pattern, not quoted) occurs in the process list "ps -x -c", with names

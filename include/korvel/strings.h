@@ -122,9 +122,9 @@ KORVEL_API int szcompex(const char *a, int la, const char *b, int lb);
 
 /* As szcompex, with "*" as the last byte of a run for "whatever follows": as many bytes are
    compared as that run has in front of its "*", provided the other run has as many. When both runs
-   end with
-   "*", the one of a counts, if b is long enough for it. Where b has a "*" at the place of the last
-   byte in front of the "*" of a, that byte is not compared (the last example: only "AB" is).
+   end with "*", the one of a counts, if b is long enough for it. Where b has a "*" at the place of
+   the last byte in front of the "*" of a, that byte is not compared (the last example: only "AB"
+   is).
      szcompex2("AB*", 3, "ABCD", 4) -> 1
      szcompex2("AB*", 3, "AB", 2) -> 1
      szcompex2("AB*", 3, "A", 1) -> 0
