@@ -1,16 +1,13 @@
 // The chosen font: its name and offset, which all ports share, and its measures.
 #include "draw/fonts.h"
 
-#include <algorithm>
 #include <cstring>
-#include <string_view>
 
-#include <korvel/desktop.h>
 #include <korvel/draw.h>
-#include <korvel/strings.h>
 
 #include "draw/palette.h"
 #include "draw/ports.h"
+#include "draw/text.h"
 
 extern "C" {
 constinit char ch_font_FontName[80] = "";
@@ -40,20 +37,34 @@ unsigned faceOf(int style) {
   return face;
 }
 
-// The name may be the buffer itself.
-void chooseFont(const char *name) {
+void takeName(const char *name) {
   const std::size_t length = strnlen(name, sizeof ch_font_FontName - 1);
   std::memmove(ch_font_FontName, name, length);
   ch_font_FontName[length] = '\0';
 }
 
+void putMetrics(const Port *surface, int *height, int *widest, int *leading) {
+  if (surface == nullptr) return;
+  const platform::FontMetrics font = surface->fontMetrics();
+  if (height != nullptr) *height = font.ascent + font.descent;
+  if (widest != nullptr) *widest = font.widest;
+  if (leading != nullptr) *leading = font.leading;
+}
+
 }  // namespace
 
-std::string chosenFont() {
-  // Counted, as the application may have filled the buffer to its last byte.
-  std::string name(ch_font_FontName, strnlen(ch_font_FontName, sizeof ch_font_FontName));
-  w2mstr(name.data());
-  return name;
+void chooseFont(CGrafPtr port, const char *name, const TextStyle &style) {
+  if (*name == '\0') {
+    *ch_font_FontName = '\0';
+    return;
+  }
+  Port *surface = surfaceOf(port);
+  if (surface == nullptr) return;
+  takeName(name);
+  if (surface->setFont(toScreen(ch_font_FontName), faceOf(style.style))) {
+    surface->setFontSize(style.size);
+  }
+  setColours(*surface, style.fore, style.back);
 }
 
 void setColours(Port &surface, int fore, int back) {
@@ -69,39 +80,23 @@ int lineHeight(const platform::FontMetrics &font) {
 
 }  // namespace korvel::draw
 
-using korvel::draw::onSurface;
-using korvel::platform::FontMetrics;
-using korvel::platform::Port;
+using namespace korvel::draw;
+using korvel::base::asFarAsMemoryAllows;
 
 int ch_font_set_ext(CGrafPtr port, const char *name, int fore, int back, int size, int style) {
   if (name == nullptr) return 0;
-  if (*name == '\0') {
-    *ch_font_FontName = '\0';
-    return 0;
-  }
-  return onSurface(port, [&](Port &surface) {
-    korvel::draw::chooseFont(name);
-    if (surface.setFont(korvel::draw::chosenFont(), korvel::draw::faceOf(style))) {
-      surface.setFontSize(size);
-    }
-    korvel::draw::setColours(surface, fore, back);
-    return 0;
-  });
+  asFarAsMemoryAllows([&] { chooseFont(port, name, {fore, back, size, style}); });
+  return 0;
 }
 
 int ch_font_set(CGrafPtr port, const char *name, int fore, int back, int size) {
-  return ch_font_set_ext(port, name, fore, back, size, 0);
+  if (name == nullptr) return 0;
+  asFarAsMemoryAllows([&] { chooseFont(port, name, {fore, back, size}); });
+  return 0;
 }
 
 // Kept: the port argument is not used.
 int ch_font_metrics(CGrafPtr, int *height, int *widMax, int *leading) {
-  CGrafPtr current = nullptr;
-  GetPort(&current);
-  return onSurface(current, [&](const Port &surface) {
-    const FontMetrics font = surface.fontMetrics();
-    if (height != nullptr) *height = font.ascent + font.descent;
-    if (widMax != nullptr) *widMax = font.widest;
-    if (leading != nullptr) *leading = font.leading;
-    return 0;
-  });
+  asFarAsMemoryAllows([&] { putMetrics(surfaceOf(currentPort()), height, widMax, leading); });
+  return 0;
 }

@@ -1,8 +1,8 @@
-// For draw/ only: what fonts.cpp and the centred text share.
+// For draw/ and messages/ only: the chosen font, which all ports share, and its measures.
 #ifndef KORVEL_DRAW_FONTS_H
 #define KORVEL_DRAW_FONTS_H
 
-#include <string>
+#include <korvel/types.h>
 
 #include "platform/drawing.h"
 
@@ -10,8 +10,18 @@ namespace korvel::draw {
 
 constexpr const char *kDefaultFont = "Arial";
 
-// ch_font_FontName as it goes to the screen.
-std::string chosenFont();
+// How a port draws text. Colours are palette indexes; `back` may be kTransparent. `style` is the
+// sum that ch_font_set_ext takes.
+struct TextStyle {
+  int fore;
+  int back;
+  int size;
+  int style = 0;
+};
+
+// Takes the name, which may be the buffer of the chosen font itself, and sets font, colours and
+// char_dy of a port. An empty name is only taken, and needs no port.
+void chooseFont(CGrafPtr port, const char *name, const TextStyle &style);
 
 // Sets colours and text mode of a surface, and char_dy from its font.
 void setColours(platform::Port &surface, int fore, int back);

@@ -11,11 +11,11 @@
 
 #include <korvel/desktop.h>
 #include <korvel/draw.h>
-#include <korvel/strings.h>
 
 #include "base/guard.h"
 #include "draw/ports.h"
 #include "draw/primitives.h"
+#include "draw/text.h"
 #include "platform/desktop.h"
 #include "platform/loader.h"
 #include "platform/resources.h"
@@ -90,12 +90,6 @@ Pictures &picturesOf(const Desktop *desktop) {
   return known;
 }
 
-std::string onScreen(std::string_view name) {
-  std::string text(name);
-  w2mstr(text.data());
-  return text;
-}
-
 std::string findFile(const std::string &name) {
   return platform::findResource("pictures/" + name, {".svg", ".png"});
 }
@@ -105,7 +99,7 @@ std::string findFile(const std::string &name) {
 std::string findPictureFile(std::string_view name) {
   if (name.find('/') != name.npos) return {};
   const std::string given(name);
-  const std::string onDisk = platform::nameOnDisk(onScreen(name));
+  const std::string onDisk = platform::nameOnDisk(toScreen(name));
   std::string path = findFile(onDisk);
   return path.empty() && onDisk != given ? findFile(given) : path;
 }

@@ -9,6 +9,7 @@
 #include "platform/loader.h"
 
 using korvel::platform::Desktop;
+using korvel::platform::desktopForDrawing;
 using korvel::platform::Port;
 
 // Never freed, only used again: a port that was given back can so be told from a live one.
@@ -16,7 +17,7 @@ struct KorvelPort {
   // Asked of the desktop at each use, as a window goes without telling.
   Port *surface() const {
     if (window == nullptr) return own.get();
-    Desktop *desktop = korvel::platform::desktopForDrawing();
+    Desktop *desktop = desktopForDrawing();
     return desktop == nullptr ? nullptr : desktop->windowPort(window);
   }
 
@@ -28,28 +29,22 @@ struct KorvelPort {
 namespace korvel::draw {
 namespace {
 
-constinit KorvelPort *g_ports = nullptr;
-constinit KorvelPort *g_current = nullptr;
+constinit KorvelPort *ports = nullptr;
+constinit KorvelPort *current = nullptr;
 
-KorvelPort *portOfWindow(WindowRef window) {
-  KorvelPort *port = g_ports;
-  while (port != nullptr && port->window != window) port = port->next;
-  return port;
-}
-
-// The one that was current has gone with its surface, and does not come back with another.
+// Reuses a port whose surface is gone. If that one was current, none is.
 KorvelPort *unusedPort() {
-  KorvelPort *port = g_ports;
+  KorvelPort *port = ports;
   while (port != nullptr && port->surface() != nullptr) port = port->next;
   if (port == nullptr) {
     port = new KorvelPort;
-    port->next = std::exchange(g_ports, port);
+    port->next = std::exchange(ports, port);
   }
-  if (g_current == port) g_current = nullptr;
+  if (current == port) current = nullptr;
   return port;
 }
 
-KorvelPort *portOn(std::unique_ptr<Port> surface) {
+CGrafPtr portOn(std::unique_ptr<Port> surface) {
   if (surface == nullptr) return nullptr;
   KorvelPort *port = unusedPort();
   port->window = nullptr;
@@ -57,45 +52,62 @@ KorvelPort *portOn(std::unique_ptr<Port> surface) {
   return port;
 }
 
-KorvelPort *portOn(WindowRef window) {
-  if (KorvelPort *known = portOfWindow(window)) return known;
-  KorvelPort *port = unusedPort();
-  port->window = window;
-  return port;
+CGrafPtr portOnImage(int width, int height) {
+  Desktop *desktop = desktopForDrawing();
+  return desktop == nullptr ? nullptr : portOn(desktop->newImage(width, height));
+}
+
+CGrafPtr portOnPainter(void *painter) {
+  Desktop *desktop = desktopForDrawing();
+  return desktop == nullptr ? nullptr : portOn(desktop->painterPort(painter));
+}
+
+bool readPixel(const Port &surface, int x, int y, RGBColor &colour) {
+  const std::optional<RGBColor> pixel = surface.pixel(x, y);
+  if (pixel) colour = *pixel;
+  return pixel.has_value();
 }
 
 }  // namespace
 
 Port *surfaceOf(CGrafPtr port) { return port == nullptr ? nullptr : port->surface(); }
 
+CGrafPtr portOf(WindowRef window) {
+  Desktop *desktop = window == nullptr ? nullptr : desktopForDrawing();
+  if (desktop == nullptr || desktop->windowPort(window) == nullptr) return nullptr;
+  KorvelPort *port = ports;
+  while (port != nullptr && port->window != window) port = port->next;
+  if (port == nullptr) {
+    port = unusedPort();
+    port->window = window;
+  }
+  return port;
+}
+
+CGrafPtr currentPort() { return surfaceOf(current) == nullptr ? nullptr : current; }
+
+void setCurrentPort(CGrafPtr port) { current = port; }
+
+void leavePortOf(WindowRef window) {
+  if (current != nullptr && current->window == window) current = nullptr;
+}
+
 }  // namespace korvel::draw
 
+using namespace korvel::draw;
 using korvel::base::orOnFailure;
-using korvel::draw::onSurface;
-using korvel::draw::portOn;
-using korvel::draw::surfaceOf;
-using korvel::platform::desktopForDrawing;
 
 CGrafPtr KorvelImagePort(int width, int height) {
-  return orOnFailure(nullptr, [&] {
-    Desktop *desktop = desktopForDrawing();
-    return desktop == nullptr ? nullptr : portOn(desktop->newImage(width, height));
-  });
+  return orOnFailure(nullptr, [&] { return portOnImage(width, height); });
 }
 
 CGrafPtr KorvelPainterPort(void *qpainter) {
-  return orOnFailure(nullptr, [&] {
-    Desktop *desktop = qpainter == nullptr ? nullptr : desktopForDrawing();
-    return desktop == nullptr ? nullptr : portOn(desktop->painterPort(qpainter));
-  });
+  if (qpainter == nullptr) return nullptr;
+  return orOnFailure(nullptr, [&] { return portOnPainter(qpainter); });
 }
 
 CGrafPtr GetWindowPort(WindowRef window) {
-  return orOnFailure(nullptr, [&] {
-    Desktop *desktop = window == nullptr ? nullptr : desktopForDrawing();
-    const bool hasPort = desktop != nullptr && desktop->windowPort(window) != nullptr;
-    return hasPort ? portOn(window) : nullptr;
-  });
+  return orOnFailure(nullptr, [&] { return portOf(window); });
 }
 
 void KorvelPortRelease(CGrafPtr port) {
@@ -103,24 +115,17 @@ void KorvelPortRelease(CGrafPtr port) {
 }
 
 int KorvelPortSave(CGrafPtr port, const char *pngPath) {
-  return onSurface(port, [&](const Port &surface) {
-    return pngPath != nullptr && surface.save(pngPath) ? 1 : 0;
-  });
+  if (pngPath == nullptr) return 0;
+  return onSurface(port, [&](const Port &surface) { return surface.save(pngPath) ? 1 : 0; });
 }
 
 int KorvelPortPixel(CGrafPtr port, int x, int y, RGBColor *colour) {
   if (colour == nullptr) return 0;
-  return onSurface(port, [&](const Port &surface) {
-    const std::optional<RGBColor> pixel = surface.pixel(x, y);
-    if (pixel) *colour = *pixel;
-    return pixel ? 1 : 0;
-  });
+  return onSurface(port, [&](const Port &surface) { return readPixel(surface, x, y, *colour); });
 }
 
-void SetPort(CGrafPtr port) { korvel::draw::g_current = port; }
+void SetPort(CGrafPtr port) { setCurrentPort(port); }
 
 void GetPort(CGrafPtr *port) {
-  if (port == nullptr) return;
-  CGrafPtr current = korvel::draw::g_current;
-  *port = orOnFailure(nullptr, [&] { return surfaceOf(current) == nullptr ? nullptr : current; });
+  if (port != nullptr) *port = orOnFailure(nullptr, [] { return currentPort(); });
 }

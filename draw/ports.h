@@ -1,4 +1,4 @@
-// For draw/ and its tests only: what stands behind the ports that the library hands out.
+// For draw/, messages/, dialogs/ and the tests: ports, their surfaces, and which one is current.
 #ifndef KORVEL_DRAW_PORTS_H
 #define KORVEL_DRAW_PORTS_H
 
@@ -11,6 +11,17 @@ namespace korvel::draw {
 
 // The surface of a port; null for a port that is null, given back, or gone with its window.
 platform::Port *surfaceOf(CGrafPtr port);
+
+// The port of a window, the same one at each call; null for null and for a window that is gone.
+CGrafPtr portOf(WindowRef window);
+
+// The current port; null when there is none or its surface is gone.
+CGrafPtr currentPort();
+void setCurrentPort(CGrafPtr port);
+
+// Leaves no current port if it is the one of `window`, which is about to go: a later window may get
+// the same address and would then be current by accident. Allocates nothing.
+void leavePortOf(WindowRef window);
 
 // The result of `work` on the surface of a port; 0 for a port that has none, and without memory.
 template <typename Work>

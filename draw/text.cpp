@@ -34,6 +34,12 @@ bool isRun(std::string_view text) {
 
 }  // namespace
 
+std::string toScreen(std::string_view text) {
+  std::string shown(text);
+  w2mstr(shown.data());
+  return shown;
+}
+
 int drawRun(Port &surface, Pixels x, Pixels y, std::string_view text) {
   return isRun(text) ? surface.drawText(toInt(x), toInt(y + char_dy), ScreenRun(text)) : 0;
 }

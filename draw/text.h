@@ -1,13 +1,17 @@
-// For draw/ only: plain text on a surface, before any limit of the interface but the longest run.
+// For draw/, messages/ and dialogs/ only: plain text on its way to the screen.
 #ifndef KORVEL_DRAW_TEXT_H
 #define KORVEL_DRAW_TEXT_H
 
+#include <string>
 #include <string_view>
 
 #include "draw/pixels.h"
 #include "platform/drawing.h"
 
 namespace korvel::draw {
+
+// A copy of a CP1252 text in the screen set.
+std::string toScreen(std::string_view text);
 
 // The longest run that is drawn or measured.
 constexpr int kLongestRun = 255;

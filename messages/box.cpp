@@ -4,11 +4,11 @@
 #include <string>
 #include <utility>
 
-#include <korvel/desktop.h>
-#include <korvel/draw.h>
-#include <korvel/strings.h>
-
 #include "base/guard.h"
+#include "draw/fonts.h"
+#include "draw/palette.h"
+#include "draw/ports.h"
+#include "draw/text.h"
 #include "messages/layout.h"
 #include "platform/loader.h"
 
@@ -23,8 +23,6 @@ using platform::Run;
 constexpr std::string_view kTitle = "Dialogue utilisateur";
 constexpr const char *kFontName = "Lucida Grande";
 constexpr int kFontSize = 13;
-constexpr int kBlack = 0;
-constexpr int kTransparent = 255;
 
 KeyItems keyItemsOf(const Message &message) {
   if (message.kind == Kind::Note) return {kFirstButton, kFirstButton};
@@ -46,24 +44,22 @@ class NewestBox {
   const KeyItems before_;
 };
 
-// The box's port is the current one, in the font of its text, as long as it is up. It is not left
-// to go with its window: one made later may have the address of that, and would be current then.
+// The box's port is the current one, in the font of its text, as long as the box is up.
 class CurrentPort {
  public:
-  explicit CurrentPort(WindowRef window) : port_(GetWindowPort(window)) {
-    SetPort(port_);
-    ch_font_set(port_, kFontName, kBlack, kTransparent, kFontSize);
+  explicit CurrentPort(WindowRef window) : window_(window) {
+    base::asFarAsMemoryAllows([&] {
+      const CGrafPtr port = draw::portOf(window_);
+      draw::setCurrentPort(port);
+      draw::chooseFont(port, kFontName, {draw::kBlack, draw::kTransparent, kFontSize});
+    });
   }
-  ~CurrentPort() {
-    CGrafPtr current = nullptr;
-    GetPort(&current);
-    if (current == port_) SetPort(nullptr);
-  }
+  ~CurrentPort() { draw::leavePortOf(window_); }
   CurrentPort(const CurrentPort &) = delete;
   CurrentPort &operator=(const CurrentPort &) = delete;
 
  private:
-  const CGrafPtr port_;
+  const WindowRef window_;
 };
 
 // The first press of any button is the answer; until then, what Escape stands for.
@@ -82,13 +78,6 @@ class Answer final : public platform::HitHandler {
   const int escape_;
   int button_;
 };
-
-// A caption that MessageBox has converted already does not change when it is converted once more.
-std::string shownTitle(std::string_view caption) {
-  std::string title(caption.empty() ? kTitle : caption);
-  w2mstr(title.data());
-  return title;
-}
 
 Rect boundsOf(Desktop &desktop, std::optional<Rect> owner, const Message &message) {
   const Rect screen = desktop.screenBounds();
@@ -116,7 +105,8 @@ std::unique_ptr<Dialog> build(Desktop &desktop, WindowRef owner, const Message &
   const auto ownerBounds = desktop.windowBounds(owner);
   const Rect bounds = boundsOf(desktop, ownerBounds, message);
   auto dialog =
-      desktop.newDialog(bounds, ownerBounds ? owner : nullptr, shownTitle(message.caption));
+      desktop.newDialog(bounds, ownerBounds ? owner : nullptr,
+                        draw::toScreen(message.caption.empty() ? kTitle : message.caption));
   if (dialog == nullptr) return nullptr;
   addButtons(*dialog, message.kind, bounds);
   const auto icon =
@@ -140,7 +130,7 @@ int show(Desktop &desktop, WindowRef owner, const Message &message) {
 int showInFront(Desktop &desktop, WindowRef owner, const Message &message) {
   if (owner == nullptr) owner = desktop.frontWindow();
   const int button = show(desktop, owner, message);
-  if (owner != nullptr) SetPort(GetWindowPort(owner));
+  if (owner != nullptr) draw::setCurrentPort(draw::portOf(owner));
   return button;
 }
 
