@@ -21,17 +21,8 @@ namespace {
 using platform::Dialog;
 using platform::ItemKind;
 
-constexpr const char *kFolder = "dialogs/";
-
-// Empty when there is no such template: a name leads to no other folder. One that is UTF-8 already
-// is found as well.
 std::string findTemplate(std::string_view name) {
-  if (name.empty() || name.find('/') != name.npos) return {};
-  for (const std::string &file : {platform::nameOnDisk(toScreen(name)), std::string(name)}) {
-    std::string path = platform::findResource(kFolder + file, {".ui"});
-    if (!path.empty()) return path;
-  }
-  return {};
+  return name.empty() ? std::string() : platform::findNamed("dialogs", name, {".ui"});
 }
 
 void reportNotShown(const std::string &reason) { platform::report("dialog not shown: " + reason); }

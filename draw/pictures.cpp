@@ -15,7 +15,6 @@
 #include "base/guard.h"
 #include "draw/ports.h"
 #include "draw/primitives.h"
-#include "draw/text.h"
 #include "platform/desktop.h"
 #include "platform/loader.h"
 #include "platform/resources.h"
@@ -90,20 +89,6 @@ Pictures &picturesOf(const Desktop *desktop) {
   return known;
 }
 
-std::string findFile(const std::string &name) {
-  return platform::findResource("pictures/" + name, {".svg", ".png"});
-}
-
-// Empty when there is no such picture: a name leads to no other folder. One that is UTF-8 already
-// is found as well.
-std::string findPictureFile(std::string_view name) {
-  if (name.find('/') != name.npos) return {};
-  const std::string given(name);
-  const std::string onDisk = platform::nameOnDisk(toScreen(name));
-  std::string path = findFile(onDisk);
-  return path.empty() && onDisk != given ? findFile(given) : path;
-}
-
 }  // namespace
 
 const Picture *findPicture(std::string_view name) {
@@ -111,7 +96,7 @@ const Picture *findPicture(std::string_view name) {
   if (desktop == nullptr) return nullptr;
   auto &read = picturesOf(desktop).read;
   const auto known = read.find(name);
-  std::string path = findPictureFile(name);
+  std::string path = platform::findNamed("pictures", name, {".svg", ".png"});
   const std::optional<FileState> state = stateOf(path);
   if (known != read.end()) {
     if (state && known->second.isStill(path, *state)) return known->second.shown();

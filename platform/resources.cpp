@@ -44,14 +44,15 @@ void appendUtf8(std::string &utf8, unsigned code) {
   utf8 += static_cast<char>(0x80 | (code & 0x3F));
 }
 
-}  // namespace
-
-std::string nameOnDisk(std::string_view screenName) {
+// No conversion to the screen set comes first: a byte that it changes shows the same character
+// there unchanged.
+std::string inUtf8(std::string_view name) {
   std::string utf8;
-  for (const char byte : screenName)
-    appendUtf8(utf8, characterOf(static_cast<unsigned char>(byte)));
+  for (const char byte : name) appendUtf8(utf8, characterOf(static_cast<unsigned char>(byte)));
   return utf8;
 }
+
+}  // namespace
 
 std::vector<std::string> defaultResourceFolders(const std::string &library) {
   return {library + "/resources", library + "/" KORVEL_INSTALLED_RESOURCES};
@@ -65,6 +66,16 @@ std::string findResource(std::string_view name, std::initializer_list<std::strin
     if (!path.empty()) return path;
   }
   return {};
+}
+
+std::string findNamed(std::string_view folder, std::string_view name,
+                      std::initializer_list<std::string_view> endings) {
+  if (name.find('/') != name.npos) return {};
+  const std::string prefix = std::string(folder) + '/';
+  const std::string utf8 = inUtf8(name);
+  std::string path = findResource(prefix + utf8, endings);
+  if (path.empty() && utf8 != name) path = findResource(prefix + std::string(name), endings);
+  return path;
 }
 
 }  // namespace korvel::platform

@@ -1,4 +1,4 @@
-// For dialogs/, draw/, messages/ and the tests: finds the application's resource files.
+// For dialogs/, draw/ and the tests: finds the application's resource files.
 #ifndef KORVEL_PLATFORM_RESOURCES_H
 #define KORVEL_PLATFORM_RESOURCES_H
 
@@ -15,8 +15,12 @@ namespace korvel::platform {
 // Example: findResource("icons/2", {".svg", ".png"}).
 std::string findResource(std::string_view name, std::initializer_list<std::string_view> endings);
 
-// The name of a resource, given in the screen set, as its file has it: in UTF-8.
-std::string nameOnDisk(std::string_view screenName);
+// findResource for a file `<folder>/<name><ending>` under a name from the application, in CP1252,
+// which its file has in UTF-8; a name that is UTF-8 already is found as well. Empty also for a name
+// with a '/', which would lead to another folder.
+// Example: findNamed("pictures", "puceb", {".svg", ".png"}).
+std::string findNamed(std::string_view folder, std::string_view name,
+                      std::initializer_list<std::string_view> endings);
 
 // Where the default set may stand, in the order in which it is looked for, of a library whose file
 // stands in the folder `library`: beside it in a build, in the data folder once installed.

@@ -5,8 +5,10 @@
 #include <gtest/gtest.h>
 
 #include <korvel/desktop.h>
+#include <korvel/strings.h>
 
 #include "platform/librarypath.h"
+#include "platform/screentext.h"
 #include "tests/platform/temporary_folder.h"
 
 namespace korvel::platform {
@@ -72,6 +74,28 @@ TEST_F(Resources, WhatIsNowhereIsEmpty) {
 TEST_F(Resources, ABufferFilledToItsLastByteIsReadNoFurther) {
   std::memset(szResources, 'x', sizeof szResources);
   EXPECT_EQ(findResource("icons/4711", {".svg"}), "");
+}
+
+TEST_F(Resources, ANameOfAnApplicationIsUtf8OnDisk) {
+  chooseFolder(folder_.path());
+  const std::string converted = folder_.add("pictures/\xC3\xA9t\xC3\xA9.png");
+  const std::string plain = folder_.add("pictures/puce.png");
+  EXPECT_EQ(findNamed("pictures", "\xE9t\xE9", {".svg", ".png"}), converted);
+  EXPECT_EQ(findNamed("pictures", "\xC3\xA9t\xC3\xA9", {".png"}), converted) << "UTF-8 already";
+  EXPECT_EQ(findNamed("pictures", "puce", {".png"}), plain);
+  EXPECT_EQ(findNamed("pictures", "../pictures/puce", {".png"}), "") << "another folder";
+  EXPECT_EQ(findNamed("pictures", "none", {".png"}), "");
+}
+
+// Each byte leads to the character that it shows, whether or not it is converted first.
+TEST_F(Resources, ANameIsTheSameInTheScreenSet) {
+  for (int byte = 1; byte < 256; ++byte) {
+    char converted[] = {static_cast<char>(byte), '\0'};
+    w2mstr(converted);
+    EXPECT_EQ(characterOf(static_cast<unsigned char>(converted[0])),
+              characterOf(static_cast<unsigned char>(byte)))
+        << byte;
+  }
 }
 
 TEST_F(Resources, TheDefaultSetIsBesideTheLibraryOrInTheDataFolder) {
