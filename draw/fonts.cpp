@@ -7,7 +7,7 @@
 
 #include "draw/palette.h"
 #include "draw/ports.h"
-#include "draw/text.h"
+#include "strings/charsets.h"
 
 extern "C" {
 constinit char ch_font_FontName[80] = "";
@@ -37,7 +37,7 @@ unsigned faceOf(int style) {
   return face;
 }
 
-void takeName(const char *name) {
+void storeName(const char *name) {
   const std::size_t length = strnlen(name, sizeof ch_font_FontName - 1);
   std::memmove(ch_font_FontName, name, length);
   ch_font_FontName[length] = '\0';
@@ -46,9 +46,9 @@ void takeName(const char *name) {
 void putMetrics(const Port *surface, int *height, int *widest, int *leading) {
   if (surface == nullptr) return;
   const platform::FontMetrics font = surface->fontMetrics();
-  if (height != nullptr) *height = font.ascent + font.descent;
-  if (widest != nullptr) *widest = font.widest;
-  if (leading != nullptr) *leading = font.leading;
+  put(height, font.ascent + font.descent);
+  put(widest, font.widest);
+  put(leading, font.leading);
 }
 
 }  // namespace
@@ -60,8 +60,8 @@ void chooseFont(CGrafPtr port, const char *name, const TextStyle &style) {
   }
   Port *surface = surfaceOf(port);
   if (surface == nullptr) return;
-  takeName(name);
-  if (surface->setFont(toScreen(ch_font_FontName), faceOf(style.style))) {
+  storeName(name);
+  if (surface->setFont(strings::toMac(ch_font_FontName), faceOf(style.style))) {
     surface->setFontSize(style.size);
   }
   setColours(*surface, style.fore, style.back);

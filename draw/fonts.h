@@ -19,8 +19,8 @@ struct TextStyle {
   int style = 0;
 };
 
-// Takes the name, which may be the buffer of the chosen font itself, and sets font, colours and
-// char_dy of a port. An empty name is only taken, and needs no port.
+// Stores the name, which may be the buffer of the chosen font itself, and sets font, colours and
+// char_dy of a port. An empty name is only stored, and needs no port.
 void chooseFont(CGrafPtr port, const char *name, const TextStyle &style);
 
 // Sets colours and text mode of a surface, and char_dy from its font.

@@ -1,7 +1,6 @@
 // Pictures by name, drawn or measured.
 #include "draw/pictures.h"
 
-#include <chrono>
 #include <map>
 #include <memory>
 #include <optional>
@@ -9,7 +8,6 @@
 
 #include <sys/stat.h>
 
-#include <korvel/desktop.h>
 #include <korvel/draw.h>
 
 #include "base/guard.h"
@@ -28,46 +26,43 @@ using platform::Port;
 namespace {
 
 constexpr std::size_t kLongestName = 255;
+constexpr std::chrono::seconds kRetryAfter(1);
 
 using Clock = std::chrono::system_clock;
 
-// What tells a file from what stood at its path before.
-struct FileState {
+// What tells a file from one that was at its path before.
+struct File {
+  std::string path;
   dev_t device;
   ino_t inode;
   off_t size;
-  Clock::time_point changed;
+  Clock::time_point changed;  // of the status, as that time cannot be set back
 
-  bool operator==(const FileState &) const = default;
+  bool operator==(const File &) const = default;
 };
 
-std::optional<FileState> stateOf(const std::string &path) {
+std::optional<File> fileOf(std::string_view name) {
+  std::string path = platform::findNamed("pictures", name, {".svg", ".png"});
   struct stat status;
   if (stat(path.c_str(), &status) != 0) return std::nullopt;
-  // Of the status, as that time cannot be set back.
   const auto changed = std::chrono::seconds(status.st_ctim.tv_sec) +
                        std::chrono::nanoseconds(status.st_ctim.tv_nsec);
-  return FileState{status.st_dev, status.st_ino, status.st_size, Clock::time_point(changed)};
-}
-
-// Whether any later change of the file will show in its state: files are stamped by a clock that
-// ticks some hundred times a second.
-bool isAtRest(const FileState &state) {
-  return Clock::now() - state.changed > std::chrono::milliseconds(20);
+  return File{std::move(path), status.st_dev, status.st_ino, status.st_size,
+              Clock::time_point(changed)};
 }
 
 // A file as it was when it was read.
 struct ReadPicture {
-  std::string path;
-  FileState state;
-  bool wasAtRest;
+  File file;
+  Clock::time_point readAt;
   std::unique_ptr<Picture> picture;
 
-  // Null for a file that is none.
-  const Picture *shown() const { return picture->width() > 0 ? picture.get() : nullptr; }
-  bool isStill(const std::string &file, const FileState &now) const {
-    return wasAtRest && state == now && path == file;
+  bool isReadable() const { return picture->width() > 0; }
+  bool standsFor(const File &now) const {
+    return file == now && isAtRest(file.changed, readAt) &&
+           (isReadable() || Clock::now() - readAt < kRetryAfter);
   }
+  const Picture *shown() const { return isReadable() ? picture.get() : nullptr; }
 };
 
 // The pictures of one desktop by their names. Never destroyed: the toolkit that they belong to may
@@ -82,31 +77,42 @@ Pictures &pictures() {
   return all;
 }
 
-Pictures &picturesOf(const Desktop *desktop) {
+auto &picturesOf(const Desktop *desktop) {
   Pictures &known = pictures();
-  if (known.desktop != desktop) forgetPictures();
+  if (known.desktop != desktop) known.read.clear();
   known.desktop = desktop;
-  return known;
+  return known.read;
+}
+
+bool isTooLong(std::string_view name) { return name.size() > kLongestName; }
+
+bool putSize(const Picture *picture, int *cx, int *cy) {
+  if (picture == nullptr) return false;
+  put(cx, picture->width());
+  put(cy, picture->height());
+  return true;
 }
 
 }  // namespace
 
+bool isAtRest(Clock::time_point changed, Clock::time_point now) {
+  return std::chrono::abs(now - changed) > std::chrono::milliseconds(20);
+}
+
 const Picture *findPicture(std::string_view name) {
   Desktop *desktop = platform::desktopForDrawing();
   if (desktop == nullptr) return nullptr;
-  auto &read = picturesOf(desktop).read;
-  const auto known = read.find(name);
-  std::string path = platform::findNamed("pictures", name, {".svg", ".png"});
-  const std::optional<FileState> state = stateOf(path);
-  if (known != read.end()) {
-    if (state && known->second.isStill(path, *state)) return known->second.shown();
+  auto &read = picturesOf(desktop);
+  const std::optional<File> file = fileOf(name);
+  if (const auto known = read.find(name); known != read.end()) {
+    if (file && known->second.standsFor(*file)) return known->second.shown();
     read.erase(known);
   }
-  if (!state) return nullptr;
-  ReadPicture now{std::move(path), *state, isAtRest(*state), nullptr};
-  now.picture = desktop->loadPicture(now.path);
-  return now.picture == nullptr ? nullptr
-                                : read.emplace(name, std::move(now)).first->second.shown();
+  if (!file) return nullptr;
+  const Clock::time_point now = Clock::now();
+  auto picture = desktop->loadPicture(file->path);
+  if (picture == nullptr) return nullptr;
+  return read.emplace(name, ReadPicture{*file, now, std::move(picture)}).first->second.shown();
 }
 
 void forgetPictures() { pictures().read.clear(); }
@@ -118,28 +124,17 @@ bool drawPicture(Port &surface, std::string_view name, int x, int y) {
 
 }  // namespace korvel::draw
 
-using korvel::base::orOnFailure;
-using korvel::draw::kLongestName;
+using namespace korvel::draw;
 
 int BMP_affic_desfond0(const char *name, CGrafPtr port, int x, int y) {
   if (name == nullptr) return 1;
-  const std::string_view wanted = name;
-  if (wanted.size() > kLongestName) return 0;  // Kept: as if it had been drawn.
-  const auto draw = [&](korvel::platform::Port &surface) {
-    return korvel::draw::drawPicture(surface, wanted, x, y) ? 1 : 0;
-  };
-  return korvel::draw::onSurface(port, draw) == 1 ? 0 : 1;
+  if (isTooLong(name)) return 0;  // Kept: as if it had been drawn.
+  return onSurface(port, 1,
+                   [&](Port &surface) { return drawPicture(surface, name, x, y) ? 0 : 1; });
 }
 
 int BMP_affic_dimfond0(const char *name, int *cx, int *cy) {
   if (name == nullptr) return 1;
-  const std::string_view wanted = name;
-  if (wanted.size() > kLongestName) return 0;  // Kept: as if it had been measured.
-  return orOnFailure(1, [&] {
-    const korvel::platform::Picture *picture = korvel::draw::findPicture(wanted);
-    if (picture == nullptr) return 1;
-    if (cx != nullptr) *cx = picture->width();
-    if (cy != nullptr) *cy = picture->height();
-    return 0;
-  });
+  if (isTooLong(name)) return 0;  // Kept: as if it had been measured.
+  return korvel::base::orOnFailure(1, [&] { return putSize(findPicture(name), cx, cy) ? 0 : 1; });
 }

@@ -2,22 +2,15 @@
 #ifndef KORVEL_DRAW_PIXELS_H
 #define KORVEL_DRAW_PIXELS_H
 
-#include <algorithm>
 #include <cstdint>
-#include <limits>
 
 namespace korvel::draw {
 
-// Positions and widths are added up in this type, in which no text is long enough to overflow.
+// Positions and widths are added up in this type, which no text is long enough to overflow. Where
+// they go to the screen they are clamped to int, far outside every port.
 using Pixels = std::int64_t;
 
-// The nearest int: so far outside every port that nothing is seen of the difference.
-constexpr int toInt(Pixels value) {
-  return static_cast<int>(
-      std::clamp<Pixels>(value, std::numeric_limits<int>::min(), std::numeric_limits<int>::max()));
-}
-
-// What the 16 bits of a short keep of a value.
+// Truncates to the 16 bits of a short.
 constexpr std::int16_t toShort(Pixels value) { return static_cast<std::int16_t>(value); }
 
 }  // namespace korvel::draw

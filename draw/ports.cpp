@@ -116,12 +116,12 @@ void KorvelPortRelease(CGrafPtr port) {
 
 int KorvelPortSave(CGrafPtr port, const char *pngPath) {
   if (pngPath == nullptr) return 0;
-  return onSurface(port, [&](const Port &surface) { return surface.save(pngPath) ? 1 : 0; });
+  return onSurface(port, 0, [&](const Port &surface) { return surface.save(pngPath) ? 1 : 0; });
 }
 
 int KorvelPortPixel(CGrafPtr port, int x, int y, RGBColor *colour) {
   if (colour == nullptr) return 0;
-  return onSurface(port, [&](const Port &surface) { return readPixel(surface, x, y, *colour); });
+  return onSurface(port, 0, [&](const Port &surface) { return readPixel(surface, x, y, *colour); });
 }
 
 void SetPort(CGrafPtr port) { setCurrentPort(port); }

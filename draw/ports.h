@@ -23,13 +23,25 @@ void setCurrentPort(CGrafPtr port);
 // the same address and would then be current by accident. Allocates nothing.
 void leavePortOf(WindowRef window);
 
-// The result of `work` on the surface of a port; 0 for a port that has none, and without memory.
+// Does `work` on the surface of a port, if it has one, as far as there is memory.
 template <typename Work>
-int onSurface(CGrafPtr port, Work work) {
-  return base::orOnFailure(0, [&] {
-    platform::Port *surface = surfaceOf(port);
-    return surface == nullptr ? 0 : work(*surface);
+void onSurface(CGrafPtr port, Work work) {
+  base::asFarAsMemoryAllows([&] {
+    if (platform::Port *surface = surfaceOf(port)) work(*surface);
   });
+}
+
+// The result of `work` on the surface of a port; `failure` without a surface or memory.
+template <typename Work>
+int onSurface(CGrafPtr port, int failure, Work work) {
+  int result = failure;
+  onSurface(port, [&](platform::Port &surface) { result = work(surface); });
+  return result;
+}
+
+// Sets an output of an exported function, unless it is null.
+inline void put(int *output, int value) {
+  if (output != nullptr) *output = value;
 }
 
 }  // namespace korvel::draw

@@ -3,20 +3,32 @@
 
 #include <korvel/draw.h>
 
+#include "base/numbers.h"
 #include "draw/palette.h"
 #include "draw/ports.h"
 
 namespace korvel::draw {
 
+using base::clampToInt;
 using platform::Port;
+using platform::Rect;
+
+namespace {
+
+Rect rectOfShorts(Pixels x, Pixels y, Pixels cx, Pixels cy) {
+  return {toShort(x), toShort(y), toShort(x + cx), toShort(y + cy)};
+}
+
+}  // namespace
 
 void drawLine(Port &surface, Point from, Point to, const RGBColor &colour, int width) {
   surface.setForeground(colour);
-  surface.drawLine(toInt(from.x), toInt(from.y), toInt(to.x), toInt(to.y), width);
+  surface.drawLine(clampToInt(from.x), clampToInt(from.y), clampToInt(to.x), clampToInt(to.y),
+                   width);
   surface.setForeground(paletteColour(kBlack));
 }
 
-void drawRectangle(Port &surface, const platform::Rect &rect, int colour) {
+void drawRectangle(Port &surface, const Rect &rect, int colour) {
   surface.setForeground(paletteColour(colour));
   surface.fillRect(rect);
   surface.setForeground(paletteColour(kBlack));
@@ -25,27 +37,19 @@ void drawRectangle(Port &surface, const platform::Rect &rect, int colour) {
 
 }  // namespace korvel::draw
 
-using korvel::draw::onSurface;
-using korvel::draw::Pixels;
-using korvel::draw::toShort;
-using korvel::platform::Port;
+using namespace korvel::draw;
 
 void LineC_Ex(CGrafPtr port, int x1, int y1, int x2, int y2, RGBColor rgb, int width) {
-  onSurface(port, [&](Port &surface) {
-    korvel::draw::drawLine(surface, {x1, y1}, {x2, y2}, rgb, width);
-    return 0;
-  });
+  onSurface(port, [&](Port &surface) { drawLine(surface, {x1, y1}, {x2, y2}, rgb, width); });
 }
 
 void Line_Ex(CGrafPtr port, int x1, int y1, int x2, int y2, int colour, int width) {
-  LineC_Ex(port, x1, y1, x2, y2, korvel::draw::paletteColour(colour), width);
+  onSurface(port, [&](Port &surface) {
+    drawLine(surface, {x1, y1}, {x2, y2}, paletteColour(colour), width);
+  });
 }
 
 void Rectangle_Ex(CGrafPtr port, int x, int y, int cx, int cy, int colour) {
-  onSurface(port, [&](Port &surface) {
-    const korvel::platform::Rect rect{toShort(x), toShort(y), toShort(Pixels{x} + cx),
-                                      toShort(Pixels{y} + cy)};
-    korvel::draw::drawRectangle(surface, rect, colour);
-    return 0;
-  });
+  onSurface(port,
+            [&](Port &surface) { drawRectangle(surface, rectOfShorts(x, y, cx, cy), colour); });
 }

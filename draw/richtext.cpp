@@ -1,11 +1,12 @@
 // Rich text: one line with tabs, bullets, pictures, lines and frames, drawn or measured.
 #include <algorithm>
-#include <climits>
 #include <cstdint>
-#include <cstring>
+#include <optional>
 
 #include <korvel/draw.h>
 
+#include "base/numbers.h"
+#include "base/views.h"
 #include "draw/fonts.h"
 #include "draw/palette.h"
 #include "draw/ports.h"
@@ -15,6 +16,7 @@
 
 namespace korvel::draw {
 
+using base::clampToInt;
 using platform::Port;
 
 namespace {
@@ -22,11 +24,11 @@ namespace {
 constexpr int kNarrowestEm = 8;
 constexpr int kPenWidth = 2;
 
-// What outlasts a text.
-constinit std::int16_t g_penX = 0;
-constinit std::int16_t g_penY = 0;
-constinit bool g_nextRunEndsAtX = false;  // when drawing
-constinit bool g_runsCount = true;        // when measuring
+// The state that outlasts a text.
+constinit std::int16_t penX = 0;
+constinit std::int16_t penY = 0;
+constinit bool endsNextRunAtX = false;  // when drawing
+constinit bool measuresRuns = true;     // when measuring
 
 int emOf(const Port &surface) { return std::max(runWidth(surface, "X"), kNarrowestEm); }
 
@@ -34,44 +36,46 @@ class Drawing {
  public:
   static constexpr bool kHasPen = true;
 
-  // Lines and frames are placed from `origin`, all else `y` below it.
+  // Lines and frames are placed from `origin`, all else from `y` below it.
   Drawing(Port &surface, int em, Point origin, int y)
       : surface_(surface), em_(em), origin_(origin), top_(origin.y + y) {}
 
   Pixels run(Pixels x, std::string_view text) {
     const Pixels left = origin_.x + x;
-    if (!g_nextRunEndsAtX) return drawRun(surface_, left, top_, text);
-    g_nextRunEndsAtX = false;
+    if (!endsNextRunAtX) return drawRun(surface_, left, top_, text);
+    endsNextRunAtX = false;
     drawRun(surface_, left - runWidth(surface_, text), top_, text);
     return 0;
   }
-  void alignRight() { g_nextRunEndsAtX = true; }
-  void alignOff() { g_nextRunEndsAtX = false; }
+  void alignRight() { endsNextRunAtX = true; }
+  void alignOff() { endsNextRunAtX = false; }
   void tab() {}
 
   // Kept: as any framed rectangle, a bullet leaves the foreground black.
   void bullet(Pixels x) {
     const Pixels left = origin_.x + x + em_ / 2;
     const Pixels top = top_ + em_ / 2;
-    drawRectangle(surface_, {toInt(left), toInt(top), toInt(left + em_), toInt(top + em_)}, kRed);
+    drawRectangle(
+        surface_,
+        {clampToInt(left), clampToInt(top), clampToInt(left + em_), clampToInt(top + em_)}, kRed);
   }
   void picture(Pixels x, const char *name) {
-    drawPicture(surface_, name, toInt(origin_.x + x), toInt(top_ + 1));
+    drawPicture(surface_, name, clampToInt(origin_.x + x), clampToInt(top_ + 1));
   }
 
   int lineHeight() {
-    if (lineHeight_ == kUnknown) lineHeight_ = draw::lineHeight(surface_.fontMetrics());
-    return lineHeight_;
+    if (!lineHeight_) lineHeight_ = draw::lineHeight(surface_.fontMetrics());
+    return *lineHeight_;
   }
-  void setPenAcross(Pixels x) { g_penX = toShort(x); }
-  void setPenDown(Pixels y) { g_penY = toShort(y); }
+  void setPenAcross(Pixels x) { penX = toShort(x); }
+  void setPenDown(Pixels y) { penY = toShort(y); }
   void line(Point to) {
-    stroke({g_penX, g_penY}, to);
-    g_penX = toShort(to.x);
-    g_penY = toShort(to.y);
+    stroke({penX, penY}, to);
+    penX = toShort(to.x);
+    penY = toShort(to.y);
   }
   void frame(Point corner) {
-    const Point pen{g_penX, g_penY};
+    const Point pen{penX, penY};
     stroke(pen, {corner.x, pen.y});
     stroke({corner.x, pen.y}, corner);
     stroke(corner, {pen.x, corner.y});
@@ -84,13 +88,11 @@ class Drawing {
              {origin_.x + to.x, origin_.y + to.y}, paletteColour(kBlack), kPenWidth);
   }
 
-  static constexpr int kUnknown = INT_MIN;
-
   Port &surface_;
   const int em_;
   const Point origin_;
   const Pixels top_;
-  int lineHeight_ = kUnknown;
+  std::optional<int> lineHeight_;
 };
 
 class Measuring {
@@ -101,10 +103,10 @@ class Measuring {
   Measuring(const Port &surface, int em) : surface_(surface), em_(em) {}
 
   // Kept: a run has no height.
-  Pixels run(Pixels, std::string_view text) { return g_runsCount ? runWidth(surface_, text) : 0; }
+  Pixels run(Pixels, std::string_view text) { return measuresRuns ? runWidth(surface_, text) : 0; }
   // Kept: until it is taken back, and not for the next run only.
-  void alignRight() { g_runsCount = false; }
-  void alignOff() { g_runsCount = true; }
+  void alignRight() { measuresRuns = false; }
+  void alignOff() { measuresRuns = true; }
   void tab() { hasTab_ = true; }
   void bullet(Pixels) { height_ = 2 * em_; }
   void picture(Pixels, const char *) { height_ = 2 * em_; }
@@ -119,65 +121,76 @@ class Measuring {
   bool hasTab_ = false;
 };
 
-// The lengths of the interface are ints.
-int lengthOf(const char *text) {
-  return static_cast<int>(std::min<std::size_t>(std::strlen(text), INT_MAX));
+int drawRichText(Port &surface, Pixels x, int y, Point origin, std::string_view text) {
+  const int em = emOf(surface);
+  Drawing drawing(surface, em, origin, y);
+  return clampToInt(Walker(drawing, em, x).walk(text));
 }
 
-// The shift that puts a text into the middle of a box, truncated toward zero.
-int shiftIntoMiddle(CGrafPtr port, int x, int y, int width, const char *text) {
-  int textWidth = 0;
-  int height = 0;
-  const bool isPlain = GetTextExtent_Ext(port, x, y, text, lengthOf(text), &textWidth, &height);
-  return isPlain && textWidth < width ? (width - textWidth) / 2 : 0;
+struct Extent {
+  int width;
+  int height;
+  bool hasTab;
+};
+
+Extent extentOf(const Port &surface, Pixels x, std::string_view text) {
+  const int em = emOf(surface);
+  Measuring measuring(surface, em);
+  const Pixels width = Walker(measuring, em, x).walk(text);
+  return {clampToInt(width), measuring.height(), measuring.hasTab()};
 }
 
-// Selects the size, and where no font was chosen the default one. Where that one is missing, font
-// and size stay.
+// Selects the size, and the default font if none was chosen. Where the default font is missing,
+// font and size stay.
 void selectSize(Port &surface, int size) {
   const bool hasFont = *ch_font_FontName != '\0' || surface.setFont(kDefaultFont, 0);
   if (hasFont) surface.setFontSize(size);
 }
 
+// Where a text begins in the middle of a box; one with a tab, or too wide, at the left of the box.
+int startInBox(const Port &surface, int x, int width, std::string_view text) {
+  const Extent extent = extentOf(surface, x, text);
+  const bool isCentred = !extent.hasTab && extent.width < width;
+  return clampToInt(isCentred ? x + (Pixels{width} - extent.width) / 2 : x);
+}
+
+int printCentred(Port &surface, int x, int y, int width, const TextStyle &style,
+                 std::string_view text) {
+  selectSize(surface, style.size);
+  setColours(surface, style.fore, style.back);
+  const Pixels start = startInBox(surface, x, width, text);
+  const int drawn = drawRichText(surface, start, y, {0, 0}, text);
+  surface.setForeground(paletteColour(kBlack));
+  return clampToInt(start + drawn);
+}
+
 }  // namespace
 }  // namespace korvel::draw
 
-using korvel::draw::onSurface;
-using korvel::draw::Pixels;
-using korvel::draw::toInt;
-using korvel::draw::Walker;
-using korvel::platform::Port;
+using namespace korvel::draw;
+using korvel::base::bytesOf;
 
 int TextOut_Ext(CGrafPtr port, int x, int y, int x0, int y0, const char *text, int len) {
-  if (!korvel::draw::isText(text, len)) return 0;
-  return onSurface(port, [&](Port &surface) {
-    const int em = korvel::draw::emOf(surface);
-    korvel::draw::Drawing drawing(surface, em, {x0, y0}, y);
-    return toInt(Walker(drawing, em, x).walk({text, static_cast<std::size_t>(len)}));
+  if (!isText(text, len)) return 0;
+  return onSurface(port, 0, [&](Port &surface) {
+    return drawRichText(surface, x, y, {x0, y0}, bytesOf(text, len));
   });
 }
 
 int GetTextExtent_Ext(CGrafPtr port, int x, int, const char *text, int len, int *cx, int *cy) {
-  if (!korvel::draw::isText(text, len)) return 0;
-  return onSurface(port, [&](const Port &surface) {
-    const int em = korvel::draw::emOf(surface);
-    korvel::draw::Measuring measuring(surface, em);
-    const Pixels width = Walker(measuring, em, x).walk({text, static_cast<std::size_t>(len)});
-    if (cx != nullptr) *cx = toInt(width);
-    if (cy != nullptr) *cy = measuring.height();
-    return measuring.hasTab() ? 0 : 1;
+  if (!isText(text, len)) return 0;
+  return onSurface(port, 0, [&](const Port &surface) {
+    const Extent extent = extentOf(surface, x, bytesOf(text, len));
+    put(cx, extent.width);
+    put(cy, extent.height);
+    return extent.hasTab ? 0 : 1;
   });
 }
 
 int ch_font_printstr(CGrafPtr port, int x, int y, int width, int fore, int back, int size,
                      const char *text) {
   if (text == nullptr) return 0;
-  return onSurface(port, [&](Port &surface) {
-    korvel::draw::selectSize(surface, size);
-    korvel::draw::setColours(surface, fore, back);
-    const Pixels left = Pixels{x} + korvel::draw::shiftIntoMiddle(port, x, y, width, text);
-    const int drawn = TextOut_Ext(port, toInt(left), y, 0, 0, text, korvel::draw::lengthOf(text));
-    surface.setForeground(korvel::draw::paletteColour(korvel::draw::kBlack));
-    return toInt(left + drawn);
+  return onSurface(port, 0, [&](Port &surface) {
+    return printCentred(surface, x, y, width, {fore, back, size}, text);
   });
 }

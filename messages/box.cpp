@@ -8,9 +8,9 @@
 #include "draw/fonts.h"
 #include "draw/palette.h"
 #include "draw/ports.h"
-#include "draw/text.h"
 #include "messages/layout.h"
 #include "platform/loader.h"
+#include "strings/charsets.h"
 
 namespace korvel::messages {
 namespace {
@@ -106,7 +106,7 @@ std::unique_ptr<Dialog> build(Desktop &desktop, WindowRef owner, const Message &
   const Rect bounds = boundsOf(desktop, ownerBounds, message);
   auto dialog =
       desktop.newDialog(bounds, ownerBounds ? owner : nullptr,
-                        draw::toScreen(message.caption.empty() ? kTitle : message.caption));
+                        strings::toMac(message.caption.empty() ? kTitle : message.caption));
   if (dialog == nullptr) return nullptr;
   addButtons(*dialog, message.kind, bounds);
   const auto icon =
