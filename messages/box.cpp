@@ -1,20 +1,21 @@
+// The window behind questions and notes: its items, and its run with its own port current.
 #include "messages/box.h"
 
 #include <memory>
-#include <string>
 #include <utility>
+
+#include <korvel/draw.h>
+#include <korvel/messages.h>
 
 #include "base/guard.h"
 #include "draw/fonts.h"
-#include "draw/palette.h"
 #include "draw/ports.h"
-#include "messages/layout.h"
-#include "platform/loader.h"
 #include "strings/charsets.h"
 
 namespace korvel::messages {
 namespace {
 
+using platform::AlertIcon;
 using platform::Desktop;
 using platform::Dialog;
 using platform::ItemKind;
@@ -24,134 +25,105 @@ constexpr std::string_view kTitle = "Dialogue utilisateur";
 constexpr const char *kFontName = "Lucida Grande";
 constexpr int kFontSize = 13;
 
-KeyItems keyItemsOf(const Message &message) {
-  if (message.kind == Kind::Note) return {kFirstButton, kFirstButton};
-  return {defaultsToNo(message.flags) ? kSecondButton : kFirstButton, kSecondButton};
+// The buttons by their items; a note has only the first.
+constexpr int kFirstButton = 1;
+constexpr int kSecondButton = 2;
+
+constinit KeyItems newestKeyItems{platform::kOkItem, platform::kCancelItem};
+
+// Kept: KorvelDefaultOui takes back what KorvelDefaultNon says.
+bool defaultsToNon(unsigned flags) {
+  return (flags & KorvelDefaultNon) != 0 && (flags & KorvelDefaultOui) == 0;
 }
 
-constexpr KeyItems kItemsOfAnyDialog{platform::kOkItem, platform::kCancelItem};
-constinit KeyItems g_keyItems = kItemsOfAnyDialog;
+KeyItems keyItemsOf(const Message &message) {
+  if (message.kind == Kind::Note) return {kFirstButton, kFirstButton};
+  return {defaultsToNon(message.flags) ? kSecondButton : kFirstButton, kSecondButton};
+}
 
-// Boxes may be opened from within each other; each is the newest one as long as it is up.
-class NewestBox {
+// Kept: a question knows no icon but the caution icon.
+std::optional<AlertIcon> iconOf(const Message &message) {
+  const auto isSet = [&](unsigned bits) { return (message.flags & bits) != 0; };
+  const bool isQuestion = message.kind == Kind::Question;
+  if (isSet(KorvelCautionIcon)) return AlertIcon::Caution;
+  if (isQuestion && isSet(KorvelOtherCautionIcon)) return AlertIcon::Caution;
+  if (!isQuestion && isSet(KorvelStopIcon)) return AlertIcon::Stop;
+  if (!isQuestion && isSet(KorvelNoteIcon)) return AlertIcon::Note;
+  return std::nullopt;
+}
+
+// A box that is up: the newest one, as boxes may be opened from within each other, and its port, in
+// the font of its text, the current one.
+class ShownBox final : public platform::HitHandler {
  public:
-  explicit NewestBox(KeyItems items) : before_(std::exchange(g_keyItems, items)) {}
-  ~NewestBox() { g_keyItems = before_; }
-  NewestBox(const NewestBox &) = delete;
-  NewestBox &operator=(const NewestBox &) = delete;
-
- private:
-  const KeyItems before_;
-};
-
-// The box's port is the current one, in the font of its text, as long as the box is up.
-class CurrentPort {
- public:
-  explicit CurrentPort(WindowRef window) : window_(window) {
+  ShownBox(WindowRef window, KeyItems items)
+      : window_(window), button_(items.ofEscape), before_(std::exchange(newestKeyItems, items)) {
     base::asFarAsMemoryAllows([&] {
       const CGrafPtr port = draw::portOf(window_);
       draw::setCurrentPort(port);
-      draw::chooseFont(port, kFontName, {draw::kBlack, draw::kTransparent, kFontSize});
+      draw::chooseFont(port, kFontName, {KorvelBlack, KorvelTransparent, kFontSize});
     });
   }
-  ~CurrentPort() { draw::leavePortOf(window_); }
-  CurrentPort(const CurrentPort &) = delete;
-  CurrentPort &operator=(const CurrentPort &) = delete;
+  ~ShownBox() {
+    draw::leavePortOf(window_);
+    newestKeyItems = before_;
+  }
+  ShownBox(const ShownBox &) = delete;
+  ShownBox &operator=(const ShownBox &) = delete;
+
+  // The first button pressed is the answer; until then it is Escape's.
+  Run hit(int item) override {
+    if (item != platform::kCancelItem) button_ = item;
+    return Run::Stop;
+  }
+  int button() const { return button_; }
 
  private:
   const WindowRef window_;
-};
-
-// The first press of any button is the answer; until then, what Escape stands for.
-class Answer final : public platform::HitHandler {
- public:
-  explicit Answer(KeyItems items) : escape_(items.ofEscape), button_(escape_) {}
-
-  int button() const { return button_; }
-
-  Run hit(int item) override {
-    button_ = item == platform::kCancelItem ? escape_ : item;
-    return Run::Stop;
-  }
-
- private:
-  const int escape_;
   int button_;
+  const KeyItems before_;
 };
 
-Rect boundsOf(Desktop &desktop, std::optional<Rect> owner, const Message &message) {
-  const Rect screen = desktop.screenBounds();
-  const int width = boxWidth(message.caption.size(), message.text.size(), screen.width());
-  const int height = boxHeight(message.kind, message.lines, tallestOn(screen));
-  return centredOn(owner.value_or(screen), width, height);
-}
-
-void addButtons(Dialog &dialog, Kind kind, const Rect &bounds) {
-  if (kind == Kind::Question) {
-    const ButtonPair buttons = questionButtons(bounds.width(), bounds.height());
-    dialog.addItem(ItemKind::PushButton, buttons.yes, "Oui");
-    dialog.addItem(ItemKind::PushButton, buttons.no, "Non");
+void addItems(Dialog &dialog, const Message &message, int width, int height) {
+  if (message.kind == Kind::Question) {
+    dialog.addItem(ItemKind::PushButton, firstOfTwoButtons(width, height), "Oui");
+    dialog.addItem(ItemKind::PushButton, lastButton(width, height), "Non");
   } else {
-    dialog.addItem(ItemKind::PushButton, noteButton(bounds.width(), bounds.height()), "OK");
+    dialog.addItem(ItemKind::PushButton, lastButton(width, height), "OK");
   }
-}
-
-void addText(Dialog &dialog, std::string_view text, const Rect &bounds) {
-  const Rect pane = textPane(bounds.width(), bounds.height());
-  dialog.addMessage(pane, text, {kFontName, kFontSize, kFirstBaseline - pane.top, kLinePitch});
+  if (const auto icon = iconOf(message)) dialog.addAlertIcon(kIconRect, *icon);
+  const Rect pane = textPane(width, height);
+  dialog.addMessage(pane, message.text,
+                    {kFontName, kFontSize, kFirstBaseline - pane.top, kLinePitch});
+  dialog.setDefaultItem(keyItemsOf(message).ofReturn);
 }
 
 std::unique_ptr<Dialog> build(Desktop &desktop, WindowRef owner, const Message &message) {
-  const auto ownerBounds = desktop.windowBounds(owner);
-  const Rect bounds = boundsOf(desktop, ownerBounds, message);
-  auto dialog =
-      desktop.newDialog(bounds, ownerBounds ? owner : nullptr,
-                        strings::toMac(message.caption.empty() ? kTitle : message.caption));
-  if (dialog == nullptr) return nullptr;
-  addButtons(*dialog, message.kind, bounds);
-  const auto icon =
-      message.kind == Kind::Question ? questionIcon(message.flags) : noteIcon(message.flags);
-  if (icon) dialog->addAlertIcon(kIconRect, *icon);
-  addText(*dialog, message.text, bounds);
-  dialog->setDefaultItem(keyItemsOf(message).ofReturn);
+  const std::optional<Rect> ownerBounds = desktop.windowBounds(owner);
+  const Rect screen = desktop.screenBounds();
+  const int width = boxWidth(message.caption.size(), message.text.size(), screen.width());
+  const int height = boxHeight(message.kind, message.lines, tallestOn(screen));
+  auto dialog = desktop.newDialog(
+      centredOn(ownerBounds.value_or(screen), width, height), ownerBounds ? owner : nullptr,
+      strings::toMac(message.caption.empty() ? kTitle : message.caption));
+  if (dialog != nullptr) addItems(*dialog, message, width, height);
   return dialog;
-}
-
-int show(Desktop &desktop, WindowRef owner, const Message &message) {
-  Answer answer(keyItemsOf(message));
-  const auto dialog = build(desktop, owner, message);
-  if (dialog == nullptr) return answer.button();
-  const NewestBox newest(keyItemsOf(message));
-  const CurrentPort port(dialog->window());
-  dialog->runModal(answer);
-  return answer.button();
-}
-
-int showInFront(Desktop &desktop, WindowRef owner, const Message &message) {
-  if (owner == nullptr) owner = desktop.frontWindow();
-  const int button = show(desktop, owner, message);
-  if (owner != nullptr) draw::setCurrentPort(draw::portOf(owner));
-  return button;
-}
-
-using Show = int (*)(Desktop &desktop, WindowRef owner, const Message &message);
-
-int answerOf(Show shown, WindowRef owner, const Message &message) {
-  const int unseen = keyItemsOf(message).ofEscape;
-  return base::orOnFailure(unseen, [&] {
-    Desktop *desktop = platform::desktopWithScreen();
-    return desktop == nullptr ? unseen : shown(*desktop, owner, message);
-  });
 }
 
 }  // namespace
 
-int ask(WindowRef owner, const Message &message) { return answerOf(show, owner, message); }
+int escapeAnswer(Kind kind) { return kind == Kind::Question ? KorvelNonAnswer : KorvelOkAnswer; }
 
-int askInFront(WindowRef owner, const Message &message) {
-  return answerOf(showInFront, owner, message);
+int ask(Desktop *desktop, WindowRef owner, const Message &message) {
+  const auto dialog = desktop == nullptr ? nullptr : build(*desktop, owner, message);
+  if (dialog == nullptr) return escapeAnswer(message.kind);
+  ShownBox box(dialog->window(), keyItemsOf(message));
+  dialog->runModal(box);
+  // Kept: "Oui" is answered as 2 and "Non" as 3.
+  const bool isOui = message.kind == Kind::Question && box.button() == kFirstButton;
+  return isOui ? KorvelOuiAnswer : escapeAnswer(message.kind);
 }
 
-KeyItems keyItems() { return g_keyItems; }
+KeyItems keyItems() { return newestKeyItems; }
 
 }  // namespace korvel::messages

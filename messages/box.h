@@ -6,13 +6,10 @@
 
 #include <korvel/types.h>
 
-#include "messages/flags.h"
+#include "messages/layout.h"
+#include "platform/desktop.h"
 
 namespace korvel::messages {
-
-// The buttons of a box by the items that they are; a note has the first one only.
-constexpr int kFirstButton = 1;
-constexpr int kSecondButton = 2;
 
 struct Message {
   Kind kind;
@@ -22,14 +19,14 @@ struct Message {
   unsigned flags;
 };
 
+// What Escape answers.
+int escapeAnswer(Kind kind);
+
 // Shows the message, centred on `owner` (null: on the screen), until it is answered. Returns the
-// item of the button: what Escape stands for where nothing can be shown.
-int ask(WindowRef owner, const Message &message);
+// answer; Escape's where there is no desktop or the message cannot be shown.
+int ask(platform::Desktop *desktop, WindowRef owner, const Message &message);
 
-// The same in front of the application's front window where `owner` is null.
-int askInFront(WindowRef owner, const Message &message);
-
-// What Return and Escape stand for in the newest box, or in any dialog where none is up.
+// The items that Return and Escape press in the newest box; in any dialog where no box is up.
 struct KeyItems {
   int ofReturn;
   int ofEscape;

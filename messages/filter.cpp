@@ -1,55 +1,50 @@
-// The event filter of the boxes.
+// The event filter of the boxes, for applications that pass events round in a loop of their own.
 #include <cstring>
 
 #include <korvel/messages.h>
 
 #include "messages/box.h"
 
+namespace korvel::messages {
 namespace {
-
-constexpr int kNotHandled = 0;
-constexpr int kHandled = 1;
-
-constexpr int kReturn = 13;
-constexpr int kEnter = 3;
-constexpr int kEscape = 27;
 
 // The tenth of a window record's fields, all of them as large as a pointer.
 constexpr std::size_t kHandlerOffset = 9 * sizeof(void *);
 
 bool isForAWindow(const EventRecord &event) {
-  const bool isOfThatKind = event.what == KorvelUpdateEvent || event.what == KorvelActivateEvent;
-  return isOfThatKind && event.reference != nullptr;
+  const bool hasThatKind = event.what == KorvelUpdateEvent || event.what == KorvelActivateEvent;
+  return hasThatKind && event.reference != nullptr;
 }
 
-bool isKey(const EventRecord &event) {
-  return event.what == KorvelKeyEvent || event.what == KorvelRepeatedKeyEvent;
-}
-
-WindowEvent_t handlerIn(const void *windowRecord) {
+void passToWindow(EventRecord &event) {
   WindowEvent_t handler = nullptr;
-  std::memcpy(&handler, static_cast<const char *>(windowRecord) + kHandlerOffset, sizeof handler);
-  return handler;
+  std::memcpy(&handler, static_cast<const char *>(event.reference) + kHandlerOffset,
+              sizeof handler);
+  if (handler != nullptr) handler(&event);
 }
 
-// The button that a key stands for; 0 for none.
+// The button that a key presses; 0 for none.
 int buttonOf(const EventRecord &event) {
-  if (!isKey(event)) return 0;
-  const auto items = korvel::messages::keyItems();
-  if (event.key == kReturn || event.key == kEnter) return items.ofReturn;
-  return event.key == kEscape ? items.ofEscape : 0;
+  if (event.what != KorvelKeyEvent && event.what != KorvelRepeatedKeyEvent) return 0;
+  if (event.key == KorvelReturnKey || event.key == KorvelEnterKey) return keyItems().ofReturn;
+  return event.key == KorvelEscapeKey ? keyItems().ofEscape : 0;
+}
+
+bool isHandled(EventRecord &event, int *itemHit) {
+  if (isForAWindow(event)) {
+    passToWindow(event);
+    return false;
+  }
+  const int button = buttonOf(event);
+  if (button != 0 && itemHit != nullptr) *itemHit = button;
+  return button != 0;
 }
 
 }  // namespace
+}  // namespace korvel::messages
+
+using namespace korvel::messages;
 
 int MessageBoxFilter(DialogRef, EventRecord *event, int *itemHit) {
-  if (event == nullptr) return kNotHandled;
-  if (isForAWindow(*event)) {
-    if (const WindowEvent_t handler = handlerIn(event->reference)) handler(event);
-    return kNotHandled;
-  }
-  const int button = buttonOf(*event);
-  if (button == 0) return kNotHandled;
-  if (itemHit != nullptr) *itemHit = button;
-  return kHandled;
+  return event != nullptr && isHandled(*event, itemHit) ? 1 : 0;
 }

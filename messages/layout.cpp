@@ -1,3 +1,4 @@
+// The lines of a message and the places in its box: numbers only, so that tests need no desktop.
 #include "messages/layout.h"
 
 #include <algorithm>
@@ -5,21 +6,18 @@
 namespace korvel::messages {
 namespace {
 
+constexpr int kWidestColumn = 50;
+constexpr int kLeastLines = 2;
+constexpr char kLineEnd = '\r';
+
 constexpr int kNarrow = 400;
 constexpr int kWide = 540;
 constexpr std::size_t kLongText = 51;
 
-struct Heights {
-  int ofLine;
-  int more;
-};
-constexpr Heights kQuestionHeights{20, 50};
-constexpr Heights kNoteHeights{14, 62};
-
 constexpr int kButtonWidth = 80;
-constexpr int kYesFromRight = 200;
-constexpr int kLastFromRight = 100;  // "Non", and the one button of a note
-constexpr int kNarrowest = kYesFromRight + kLastFromRight - kButtonWidth;
+constexpr int kFirstFromRight = 200;
+constexpr int kLastFromRight = 100;
+constexpr int kNarrowest = kFirstFromRight + kLastFromRight - kButtonWidth;
 constexpr int kButtonTopFromBottom = 32;
 constexpr int kButtonFoot = 12;
 
@@ -32,8 +30,12 @@ constexpr int kPaneFoot = 35;
 // For the frame around a box, whose height no desktop tells beforehand.
 constexpr int kTitleBar = 32;
 
-Rect buttonAt(int fromRight, int width, int height) {
-  const int left = width - fromRight;
+bool isLineEnd(char character) { return character == '\r' || character == '\n'; }
+
+// French sets a space before a colon; a line must not begin with what belongs to the one before.
+bool sticksToWhatPrecedes(char character) { return character == ':' || character == ','; }
+
+Rect buttonAt(int left, int height) {
   return {left, height - kButtonTopFromBottom, left + kButtonWidth, height - kButtonFoot};
 }
 
@@ -44,17 +46,42 @@ int centredCorner(int from, int to, int length) {
 
 }  // namespace
 
+int wrapLines(std::string &text) {
+  int lines = 1;
+  int column = 0;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    // Kept: a carriage return and line feed pair ends two lines, and a line end is itself counted
+    // in the column.
+    if (isLineEnd(text[i])) {
+      text[i] = kLineEnd;
+      ++lines;
+      column = 0;
+    }
+    const char next = i + 1 < text.size() ? text[i + 1] : '\0';
+    if (text[i] == ' ' && !sticksToWhatPrecedes(next) && column > kWidestColumn) {
+      text[i] = kLineEnd;
+      ++lines;
+      column = 1;
+    } else {
+      ++column;
+    }
+  }
+  return std::max(lines, kLeastLines);
+}
+
 int boxWidth(std::size_t captionLength, std::size_t textLength, int most) {
-  const int told = captionLength < kLongText && textLength < kLongText ? kNarrow : kWide;
-  return most < 1 ? told : std::min(told, std::max(most, kNarrowest));
+  const int width = std::max(captionLength, textLength) < kLongText ? kNarrow : kWide;
+  return most < 1 ? width : std::min(width, std::max(most, kNarrowest));
 }
 
 int boxHeight(Kind kind, int lines, int most) {
-  const Heights &heights = kind == Kind::Question ? kQuestionHeights : kNoteHeights;
-  const long long told = 1LL * std::max(lines, 1) * heights.ofLine + heights.more;
-  const int least = heights.ofLine + heights.more;
-  return static_cast<int>(std::min<long long>(told, std::max(most, least)));
+  const int perLine = kind == Kind::Question ? 20 : 14;
+  const int more = kind == Kind::Question ? 50 : 62;
+  const long long height = 1LL * std::max(lines, 1) * perLine + more;
+  return static_cast<int>(std::min<long long>(height, std::max(most, perLine + more)));
 }
+
+int tallestOn(const Rect &screen) { return screen.height() - kTitleBar; }
 
 Rect centredOn(const Rect &owner, int width, int height) {
   const int left = centredCorner(owner.left, owner.right, width);
@@ -62,13 +89,9 @@ Rect centredOn(const Rect &owner, int width, int height) {
   return {left, top, left + width, top + height};
 }
 
-int tallestOn(const Rect &screen) { return screen.height() - kTitleBar; }
+Rect firstOfTwoButtons(int width, int height) { return buttonAt(width - kFirstFromRight, height); }
 
-ButtonPair questionButtons(int width, int height) {
-  return {buttonAt(kYesFromRight, width, height), buttonAt(kLastFromRight, width, height)};
-}
-
-Rect noteButton(int width, int height) { return buttonAt(kLastFromRight, width, height); }
+Rect lastButton(int width, int height) { return buttonAt(width - kLastFromRight, height); }
 
 Rect textPane(int width, int height) {
   return {kTextLeft, kPaneTop, width - kPaneRightMargin, height - kPaneFoot};

@@ -1,15 +1,22 @@
-// For messages/ only: where things stand in a message box, in pixels.
+// For messages/ and its tests only: the lines of a message, and the places in its box in pixels.
 #ifndef KORVEL_MESSAGES_LAYOUT_H
 #define KORVEL_MESSAGES_LAYOUT_H
 
 #include <cstddef>
+#include <string>
 
-#include "messages/flags.h"
 #include "platform/geometry.h"
 
 namespace korvel::messages {
 
 using platform::Rect;
+
+enum class Kind { Question, Note };
+
+// Ends each line of `text` with a carriage return, in place, the length unchanged: at the line ends
+// that it has, and at the first space beyond the widest column of each line that is too long.
+// Returns the number of lines to make the box for: those of the text, at least 2.
+int wrapLines(std::string &text);
 
 // Baseline of the first line below the top of the box, and from line to line.
 constexpr int kFirstBaseline = 26;
@@ -17,26 +24,23 @@ constexpr int kLinePitch = 14;
 
 constexpr Rect kIconRect{18, 18, 50, 50};
 
-// Never beyond `most`, unless that is not known (below 1), nor without a place for the buttons.
+// At most `most`, unless that is unknown (below 1), but wide enough for two buttons.
 int boxWidth(std::size_t captionLength, std::size_t textLength, int most);
 
-// The same; `lines` below 1 counts as 1.
+// At most `most`, but high enough for a button; `lines` below 1 counts as 1.
 int boxHeight(Kind kind, int lines, int most);
+
+// The greatest height of a box's content on a screen.
+int tallestOn(const Rect &screen);
 
 // A box of this size in the middle of `owner`, with no negative corner.
 Rect centredOn(const Rect &owner, int width, int height);
 
-// The most that the content of a box may be high on a screen.
-int tallestOn(const Rect &screen);
+// "Oui" is the first of two buttons; "Non" and the one button of a note are the last.
+Rect firstOfTwoButtons(int width, int height);
+Rect lastButton(int width, int height);
 
-struct ButtonPair {
-  Rect yes;
-  Rect no;
-};
-ButtonPair questionButtons(int width, int height);
-Rect noteButton(int width, int height);
-
-// Where the lines are shown: as far as the buttons, and almost to the right edge.
+// Where the lines are shown: down to the buttons, and almost to the right edge.
 Rect textPane(int width, int height);
 
 }  // namespace korvel::messages

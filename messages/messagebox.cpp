@@ -1,75 +1,71 @@
-// The boxes as applications call them.
-#include <cstring>
+// Questions and notes as applications ask for them.
 #include <string>
 
 #include <korvel/messages.h>
-#include <korvel/strings.h>
 
 #include "base/guard.h"
+#include "base/views.h"
+#include "draw/ports.h"
 #include "messages/box.h"
-#include "messages/wrapping.h"
+#include "platform/loader.h"
+#include "strings/charsets.h"
+
+namespace korvel::messages {
+
+using base::orOnFailure;
+using platform::Desktop;
+using platform::desktopWithScreen;
 
 namespace {
 
-using korvel::messages::Kind;
-using korvel::messages::Message;
+constexpr std::size_t kLongestCaption = 255;
+constexpr std::size_t kLongestText = 4095;
 
-// Capacities of what a message is copied to, final NUL included.
-constexpr std::size_t kCaptionCapacity = 256;
-constexpr std::size_t kTextCapacity = 4096;
+Kind kindOf(unsigned flags) { return (flags & KorvelQuestion) != 0 ? Kind::Question : Kind::Note; }
 
-// Kept: "Oui" is answered as 2 and "Non" as 3.
-constexpr int kOk = 1;
-constexpr int kYes = 2;
-constexpr int kNo = 3;
-
-const char *orEmpty(const char *text) { return text == nullptr ? "" : text; }
-
-bool fits(const char *text, std::size_t capacity) { return strnlen(text, capacity) < capacity; }
-
-// A message in lines, ready for the screen.
-struct Prepared {
-  std::string caption;
-  std::string text;
-  int lines;
-};
-
-Prepared prepared(const char *caption, const char *text) {
-  if (!fits(caption, kCaptionCapacity) || !fits(text, kTextCapacity))
-    return {"Erreur interne", "MessageBox impossible", 2};
-  Prepared message{caption, text, 0};
-  w2mstr(message.caption.data());
-  message.lines = korvel::messages::wrapLines(message.text);
-  w2mstr(message.text.data());
-  return message;
+int askInLines(Desktop &desktop, WindowRef owner, std::string_view text, std::string_view caption,
+               unsigned flags) {
+  const Kind kind = kindOf(flags);
+  if (caption.size() > kLongestCaption || text.size() > kLongestText) {
+    return ask(&desktop, owner, {kind, "Erreur interne", "MessageBox impossible", 2, flags});
+  }
+  std::string shown(text);
+  const int lines = wrapLines(shown);
+  strings::convertToMac(shown);
+  return ask(&desktop, owner, {kind, caption, shown, lines, flags});
 }
 
-int resultOf(Kind kind, int button) {
-  if (kind == Kind::Note) return kOk;
-  return button == korvel::messages::kFirstButton ? kYes : kNo;
-}
-
-int askedAs(Kind kind, WindowRef owner, const char *caption, const char *text, int lines,
-            unsigned flags) {
-  const Message message{kind, orEmpty(caption), orEmpty(text), lines, flags};
-  return resultOf(kind, korvel::messages::ask(owner, message));
+// The owner's port is current afterwards even where memory ran out.
+int askInFront(WindowRef owner, std::string_view text, std::string_view caption, unsigned flags) {
+  const int unseen = escapeAnswer(kindOf(flags));
+  Desktop *desktop = desktopWithScreen();
+  if (desktop == nullptr) return unseen;
+  if (owner == nullptr) owner = desktop->frontWindow();
+  const int answer =
+      orOnFailure(unseen, [&] { return askInLines(*desktop, owner, text, caption, flags); });
+  if (owner != nullptr) {
+    base::asFarAsMemoryAllows([&] { draw::setCurrentPort(draw::portOf(owner)); });
+  }
+  return answer;
 }
 
 }  // namespace
+}  // namespace korvel::messages
+
+using namespace korvel::messages;
+using korvel::base::textOf;
 
 int QuestionDialog(WindowRef owner, char *caption, char *text, int lines, unsigned flags) {
-  return askedAs(Kind::Question, owner, caption, text, lines, flags);
+  const Message message{Kind::Question, textOf(caption), textOf(text), lines, flags};
+  return orOnFailure(KorvelNonAnswer, [&] { return ask(desktopWithScreen(), owner, message); });
 }
 
 int NoteDialog(WindowRef owner, char *caption, char *text, int lines, unsigned flags) {
-  return askedAs(Kind::Note, owner, caption, text, lines, flags);
+  const Message message{Kind::Note, textOf(caption), textOf(text), lines, flags};
+  return orOnFailure(KorvelOkAnswer, [&] { return ask(desktopWithScreen(), owner, message); });
 }
 
 int MessageBox(WindowRef owner, const char *text, const char *caption, unsigned flags) {
-  const Kind kind = korvel::messages::kindOf(flags);
-  return korvel::base::orOnFailure(kind == Kind::Question ? kNo : kOk, [&] {
-    const Prepared shown = prepared(orEmpty(caption), orEmpty(text));
-    const Message message{kind, shown.caption, shown.text, shown.lines, flags};
-    return resultOf(kind, korvel::messages::askInFront(owner, message));
-  });
+  return orOnFailure(escapeAnswer(kindOf(flags)),
+                     [&] { return askInFront(owner, textOf(text), textOf(caption), flags); });
 }

@@ -39,7 +39,7 @@ TEST(Layout, NoBoxIsWiderThanTheScreen) {
       {50, -kInt, 400},
   };
   for (const auto &[text, most, width] : kCases) EXPECT_EQ(boxWidth(0, text, most), width) << most;
-  EXPECT_GE(questionButtons(220, 90).yes.left, 20);
+  EXPECT_GE(firstOfTwoButtons(220, 90).left, 20);
 }
 
 TEST(Layout, HeightFollowsTheLines) {
@@ -81,12 +81,11 @@ TEST(Layout, IsCentredOnTheOwnerWithNoNegativeCorner) {
 }
 
 TEST(Layout, ButtonsStandAtTheFoot) {
-  EXPECT_EQ(questionButtons(400, 90).yes, (Rect{200, 58, 280, 78}));
-  EXPECT_EQ(questionButtons(400, 90).no, (Rect{300, 58, 380, 78}));
-  EXPECT_EQ(questionButtons(540, 110).yes, (Rect{340, 78, 420, 98}));
-  EXPECT_EQ(questionButtons(540, 110).no, (Rect{440, 78, 520, 98}));
-  EXPECT_EQ(noteButton(400, 90), (Rect{300, 58, 380, 78}));
-  EXPECT_EQ(noteButton(540, 104), (Rect{440, 72, 520, 92}));
+  EXPECT_EQ(firstOfTwoButtons(400, 90), (Rect{200, 58, 280, 78}));
+  EXPECT_EQ(lastButton(400, 90), (Rect{300, 58, 380, 78}));
+  EXPECT_EQ(firstOfTwoButtons(540, 110), (Rect{340, 78, 420, 98}));
+  EXPECT_EQ(lastButton(540, 110), (Rect{440, 78, 520, 98}));
+  EXPECT_EQ(lastButton(540, 104), (Rect{440, 72, 520, 92}));
 }
 
 TEST(Layout, ThePaneHoldsTheToldLinesAboveTheButtons) {
@@ -97,7 +96,7 @@ TEST(Layout, ThePaneHoldsTheToldLinesAboveTheButtons) {
       const Rect pane = textPane(400, height);
       EXPECT_EQ(pane.left, 80);
       EXPECT_LE(kFirstBaseline + (lines - 1) * kLinePitch + kDescent, pane.bottom) << lines;
-      EXPECT_LT(pane.bottom, noteButton(400, height).top);
+      EXPECT_LT(pane.bottom, lastButton(400, height).top);
     }
   }
 }

@@ -87,7 +87,7 @@ TEST(MessageBox, DefaultButtonByFlags) {
       {0x10, "1 push button (200,58)-(280,78) \"Oui\" default"},
       {0x30, "1 push button (200,58)-(280,78) \"Oui\" default"},
       {0x50, "2 push button (300,58)-(380,78) \"Non\" default"},
-      // Kept: 0x20 takes back what 0x40 says.
+      // Kept: KorvelDefaultOui takes back what KorvelDefaultNon says.
       {0x70, "1 push button (200,58)-(280,78) \"Oui\" default"},
       {0xFFFFFF5F, "2 push button (300,58)-(380,78) \"Non\" default"},
       {0xFFFFFFFF, "1 push button (200,58)-(280,78) \"Oui\" default"},

@@ -1,10 +1,10 @@
 // A message text in lines.
-#include "messages/wrapping.h"
-
 #include <random>
 #include <string>
 
 #include <gtest/gtest.h>
+
+#include "messages/layout.h"
 
 namespace korvel::messages {
 namespace {
