@@ -1,13 +1,13 @@
-// For draw/ only: the escapes of rich text, one row per code.
+// For draw/ only: the escapes of rich text, one row per code. A further code is a further row.
 #ifndef KORVEL_DRAW_ESCAPES_H
 #define KORVEL_DRAW_ESCAPES_H
 
 #include <array>
 #include <cstddef>
 
-namespace korvel::draw {
+#include <korvel/draw.h>
 
-constexpr unsigned char kEscape = 255;
+namespace korvel::draw {
 
 enum class Effect : unsigned char {
   None,
@@ -34,36 +34,37 @@ struct EscapeCode {
 };
 
 constexpr EscapeCode kEscapeCodes[] = {
-    {128, {Effect::TabTo, 1}},
-    {129, {Effect::TabEvery, 1}},
-    {130, {Effect::AlignOff}},
-    {131, {Effect::AlignRight}},
-    {133, {Effect::TabTo, 2}},
-    {134, {Effect::TabEvery, 2}},
-    {138, {Effect::Bullet}},
-    {148, {Effect::Picture, 0, "repferb"}},
-    {149, {Effect::Picture, 0, "repouvb"}},
-    {150, {Effect::Picture, 0, "repferr"}},
-    {151, {Effect::Picture, 0, "repouvr"}},
-    {152, {Effect::Picture, 0, "repferv"}},
-    {153, {Effect::Picture, 0, "repouvv"}},
-    {154, {Effect::Picture, 0, "repferj"}},
-    {155, {Effect::Picture, 0, "repouvj"}},
-    {156, {Effect::Picture, 0, "repfero"}},
-    {157, {Effect::Picture, 0, "repouvo"}},
-    {158, {Effect::Picture, 0, "repfebb"}},
-    {159, {Effect::Picture, 0, "repfebr"}},
-    {160, {Effect::Picture, 0, "repferl"}},
-    {161, {Effect::Picture, 0, "repouvl"}},
-    {168, {Effect::Picture, 0, "puceb"}},
-    {200, {Effect::SetPen, 1}},
-    {201, {Effect::SetPen, 2}},
-    {202, {Effect::Line, 1}},
-    {203, {Effect::Line, 2}},
+    {KorvelTabEscape, {Effect::TabTo, 1}},
+    {KorvelTabEveryEscape, {Effect::TabEvery, 1}},
+    {KorvelLeftAlignEscape, {Effect::AlignOff}},
+    {KorvelRightAlignEscape, {Effect::AlignRight}},
+    {KorvelWideTabEscape, {Effect::TabTo, 2}},
+    {KorvelWideTabEveryEscape, {Effect::TabEvery, 2}},
+    {KorvelBulletEscape, {Effect::Bullet}},
+    {KorvelBlueFolderEscape, {Effect::Picture, 0, "repferb"}},
+    {KorvelBlueOpenFolderEscape, {Effect::Picture, 0, "repouvb"}},
+    {KorvelRedFolderEscape, {Effect::Picture, 0, "repferr"}},
+    {KorvelRedOpenFolderEscape, {Effect::Picture, 0, "repouvr"}},
+    {KorvelGreenFolderEscape, {Effect::Picture, 0, "repferv"}},
+    {KorvelGreenOpenFolderEscape, {Effect::Picture, 0, "repouvv"}},
+    {KorvelYellowFolderEscape, {Effect::Picture, 0, "repferj"}},
+    {KorvelYellowOpenFolderEscape, {Effect::Picture, 0, "repouvj"}},
+    {KorvelOrangeFolderEscape, {Effect::Picture, 0, "repfero"}},
+    {KorvelOrangeOpenFolderEscape, {Effect::Picture, 0, "repouvo"}},
+    {KorvelWhiteBlueFolderEscape, {Effect::Picture, 0, "repfebb"}},
+    {KorvelWhiteRedFolderEscape, {Effect::Picture, 0, "repfebr"}},
+    {KorvelLilacFolderEscape, {Effect::Picture, 0, "repferl"}},
+    {KorvelLilacOpenFolderEscape, {Effect::Picture, 0, "repouvl"}},
+    {KorvelDotEscape, {Effect::Picture, 0, "puceb"}},
+    {KorvelPenEscape, {Effect::SetPen, 1}},
+    {KorvelWidePenEscape, {Effect::SetPen, 2}},
+    {KorvelLineEscape, {Effect::Line, 1}},
+    {KorvelWideLineEscape, {Effect::Line, 2}},
+    // The pen again.
     {211, {Effect::SetPen, 1}},
     {212, {Effect::SetPen, 2}},
-    {213, {Effect::Frame, 1}},
-    {214, {Effect::Frame, 2}},
+    {KorvelFrameEscape, {Effect::Frame, 1}},
+    {KorvelWideFrameEscape, {Effect::Frame, 2}},
 };
 
 constexpr std::size_t kCodes = 256;

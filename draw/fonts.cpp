@@ -25,8 +25,9 @@ constexpr struct {
   int style;
   unsigned face;
 } kFaceOfStyle[] = {
-    {1, platform::kBold},     {2, platform::kUnderline}, {4, platform::kItalic},
-    {8, platform::kCondense}, {16, platform::kExtend},
+    {KorvelBold, platform::kBold},       {KorvelUnderlined, platform::kUnderline},
+    {KorvelItalic, platform::kItalic},   {KorvelCondensed, platform::kCondense},
+    {KorvelExtended, platform::kExtend},
 };
 
 unsigned faceOf(int style) {
@@ -69,8 +70,8 @@ void chooseFont(CGrafPtr port, const char *name, const TextStyle &style) {
 
 void setColours(Port &surface, int fore, int back) {
   surface.setForeground(paletteColour(fore));
-  if (back != kTransparent) surface.setBackground(paletteColour(back));
-  surface.setOpaqueText(back != kTransparent);
+  if (back != KorvelTransparent) surface.setBackground(paletteColour(back));
+  surface.setOpaqueText(back != KorvelTransparent);
   char_dy = surface.fontMetrics().ascent + 1;
 }
 

@@ -10,8 +10,8 @@ namespace korvel::draw {
 
 constexpr const char *kDefaultFont = "Arial";
 
-// How a port draws text. Colours are palette indexes; `back` may be kTransparent. `style` is the
-// sum that ch_font_set_ext takes.
+// How a port draws text. Colours are palette indexes; `back` may be KorvelTransparent. `style` is
+// the sum that ch_font_set_ext takes.
 struct TextStyle {
   int fore;
   int back;

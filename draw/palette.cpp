@@ -18,12 +18,11 @@ constexpr RGBColor kPalette[] = {
     {0x0000, 0x0000, 0xFFFF}, {0xFFFF, 0x0000, 0xFFFF},  //
     {0x0000, 0xFFFF, 0xFFFF}, {0xFFFF, 0xFFFF, 0xFFFF},
 };
-constexpr unsigned kColours = 16;
-static_assert(std::size(kPalette) == kColours);
+static_assert(std::size(kPalette) == KorvelColours);
 
 }  // namespace
 
-RGBColor paletteColour(int index) { return kPalette[static_cast<unsigned>(index) % kColours]; }
+RGBColor paletteColour(int index) { return kPalette[static_cast<unsigned>(index) % KorvelColours]; }
 
 }  // namespace korvel::draw
 

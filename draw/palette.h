@@ -1,16 +1,10 @@
-// For draw/ and messages/ only: the palette's colours as values.
+// For draw/ only: the palette's colours as values.
 #ifndef KORVEL_DRAW_PALETTE_H
 #define KORVEL_DRAW_PALETTE_H
 
 #include <korvel/types.h>
 
 namespace korvel::draw {
-
-constexpr int kBlack = 0;
-constexpr int kRed = 9;
-
-// As a background: no colour at all.
-constexpr int kTransparent = 255;
 
 // The colour of the entry index mod 16; a negative index wraps as well.
 RGBColor paletteColour(int index);

@@ -25,13 +25,13 @@ void drawLine(Port &surface, Point from, Point to, const RGBColor &colour, int w
   surface.setForeground(colour);
   surface.drawLine(clampToInt(from.x), clampToInt(from.y), clampToInt(to.x), clampToInt(to.y),
                    width);
-  surface.setForeground(paletteColour(kBlack));
+  surface.setForeground(paletteColour(KorvelBlack));
 }
 
 void drawRectangle(Port &surface, const Rect &rect, int colour) {
   surface.setForeground(paletteColour(colour));
   surface.fillRect(rect);
-  surface.setForeground(paletteColour(kBlack));
+  surface.setForeground(paletteColour(KorvelBlack));
   surface.frameRect(rect);
 }
 

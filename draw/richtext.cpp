@@ -57,7 +57,8 @@ class Drawing {
     const Pixels top = top_ + em_ / 2;
     drawRectangle(
         surface_,
-        {clampToInt(left), clampToInt(top), clampToInt(left + em_), clampToInt(top + em_)}, kRed);
+        {clampToInt(left), clampToInt(top), clampToInt(left + em_), clampToInt(top + em_)},
+        KorvelRed);
   }
   void picture(Pixels x, const char *name) {
     drawPicture(surface_, name, clampToInt(origin_.x + x), clampToInt(top_ + 1));
@@ -85,7 +86,7 @@ class Drawing {
  private:
   void stroke(Point from, Point to) {
     drawLine(surface_, {origin_.x + from.x, origin_.y + from.y},
-             {origin_.x + to.x, origin_.y + to.y}, paletteColour(kBlack), kPenWidth);
+             {origin_.x + to.x, origin_.y + to.y}, paletteColour(KorvelBlack), kPenWidth);
   }
 
   Port &surface_;
@@ -160,7 +161,7 @@ int printCentred(Port &surface, int x, int y, int width, const TextStyle &style,
   setColours(surface, style.fore, style.back);
   const Pixels start = startInBox(surface, x, width, text);
   const int drawn = drawRichText(surface, start, y, {0, 0}, text);
-  surface.setForeground(paletteColour(kBlack));
+  surface.setForeground(paletteColour(KorvelBlack));
   return clampToInt(start + drawn);
 }
 

@@ -45,10 +45,10 @@ class Walker {
   }
 
  private:
-  static bool isEscape(char byte) { return static_cast<unsigned char>(byte) == kEscape; }
+  static bool isEscape(char byte) { return static_cast<unsigned char>(byte) == KorvelEscape; }
 
   void run() {
-    const std::size_t length = std::min(rest_.find(static_cast<char>(kEscape)), rest_.size());
+    const std::size_t length = std::min(rest_.find(static_cast<char>(KorvelEscape)), rest_.size());
     x_ += visitor_.run(x_, rest_.substr(0, length));
     rest_.remove_prefix(length);
   }
