@@ -1,13 +1,24 @@
+// Windows of the host application, which become owners of dialogs and surfaces to draw on.
 #include <korvel/desktop.h>
 
 #include "base/guard.h"
 #include "platform/desktop.h"
 #include "platform/loader.h"
 
-extern "C" WindowRef KorvelWidgetWindow(void *qwidget) {
+namespace korvel::platform {
+namespace {
+
+WindowRef hostWindow(void *widget) {
+  Desktop *found = desktop();
+  return found == nullptr ? nullptr : found->hostWindow(widget);
+}
+
+}  // namespace
+}  // namespace korvel::platform
+
+using namespace korvel::platform;
+
+WindowRef KorvelWidgetWindow(void *qwidget) {
   if (qwidget == nullptr) return nullptr;
-  return korvel::base::orOnFailure(nullptr, [&] {
-    korvel::platform::Desktop *desktop = korvel::platform::desktop();
-    return desktop == nullptr ? nullptr : desktop->hostWindow(qwidget);
-  });
+  return korvel::base::orOnFailure(nullptr, [&] { return hostWindow(qwidget); });
 }

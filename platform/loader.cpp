@@ -1,9 +1,11 @@
+// Finds and loads the desktop module, and says on standard error why there is none.
 #include "platform/loader.h"
 
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <string>
+#include <utility>
 
 #include <dlfcn.h>
 
@@ -15,17 +17,16 @@ namespace {
 
 constexpr const char *kModuleFile = "korvel-qt.so";
 
-constinit Desktop *g_given = nullptr;   // by a test
-constinit Desktop *g_loaded = nullptr;  // from the module
-constinit bool g_isSilent = false;      // while what is wrong was told before
+constinit Desktop *given = nullptr;   // by a test
+constinit Desktop *loaded = nullptr;  // from the module
 
-// A file name alone is a path too: it must not be looked for where libraries stand.
+// A file name alone is a path, too: it must not be looked for in the library folders of the system.
 std::string asPath(const std::string &file) {
   return file.find('/') == std::string::npos ? "./" + file : file;
 }
 
-// Empty when no module is to be found.
-std::string modulePath() {
+// Empty, with the problem, when no module is to be found.
+std::string modulePath(std::string &problem) {
   const char *chosen = std::getenv("KORVEL_DESKTOP");
   if (chosen != nullptr && *chosen != '\0') return asPath(chosen);
   const std::string beside = libraryFolder();
@@ -33,68 +34,71 @@ std::string modulePath() {
     const std::string path = folder + "/" + kModuleFile;
     if (isFile(path)) return path;
   }
-  report(std::string("no desktop module: ") + kModuleFile + " is neither in " + beside +
-         " nor in " + beside + "/korvel");
+  problem = std::string(kModuleFile) + " is neither in " + beside + " nor in " + beside + "/korvel";
   return {};
 }
 
 // A module that was opened is never closed, whatever it turns out to be: a toolkit does not
 // survive that.
-Desktop *loadModule(const std::string &path) {
+Desktop *loadModule(const std::string &path, std::string &problem) {
   void *module = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
   if (module == nullptr) {
-    report(std::string("no desktop module: ") + dlerror());
+    problem = dlerror();
     return nullptr;
   }
   const auto entry = reinterpret_cast<ModuleEntry>(dlsym(module, kModuleEntry));
   if (entry == nullptr) {
-    report("no desktop module: " + path + " is not one");
+    problem = path + " is not one";
     return nullptr;
   }
   Desktop *desktop = entry(kSeamVersion);
-  if (desktop == nullptr)
-    report("no desktop module: " + path + " belongs to another version of the library");
+  if (desktop == nullptr) problem = path + " belongs to another version of the library";
   return desktop;
 }
+
+// The desktop, loading it if need be; null with the problem.
+Desktop *find(std::string &problem) {
+  if (given != nullptr) return given;
+  if (loaded != nullptr) return loaded;
+  const std::string path = modulePath(problem);
+  if (!path.empty()) loaded = loadModule(path, problem);
+  return loaded;
+}
+
+void reportNoModule(const std::string &problem) { report("no desktop module: " + problem); }
 
 }  // namespace
 
 void report(std::string line) {
-  if (g_isSilent) return;
   const auto isControl = [](char c) { return (c >= 0 && c < ' ') || c == 0x7F; };
   std::replace_if(line.begin(), line.end(), isControl, '?');
   std::fprintf(stderr, "korvel: %s\n", line.c_str());
 }
 
 Desktop *desktop() {
-  if (g_given != nullptr) return g_given;
-  if (g_loaded != nullptr) return g_loaded;
-  const std::string path = modulePath();
-  if (!path.empty()) g_loaded = loadModule(path);
-  return g_loaded;
+  std::string problem;
+  Desktop *found = find(problem);
+  if (found == nullptr) reportNoModule(problem);
+  return found;
 }
 
 Desktop *desktopForDrawing() {
-  static constinit bool hasFailed = false;
-  g_isSilent = hasFailed;
-  Desktop *available = desktop();
-  g_isSilent = false;
-  hasFailed = available == nullptr;
-  return available;
+  static constinit bool isReported = false;
+  std::string problem;
+  Desktop *found = find(problem);
+  if (found == nullptr && !isReported) reportNoModule(problem);
+  isReported = found == nullptr;
+  return found;
 }
 
 Desktop *desktopWithScreen() {
-  Desktop *available = desktop();
+  Desktop *found = desktop();
   std::string problem;
-  if (available == nullptr || available->hasScreen(problem)) return available;
+  if (found == nullptr || found->hasScreen(problem)) return found;
   report(problem);
   return nullptr;
 }
 
-Desktop *setDesktop(Desktop *desktop) {
-  Desktop *before = g_given;
-  g_given = desktop;
-  return before;
-}
+Desktop *setDesktop(Desktop *desktop) { return std::exchange(given, desktop); }
 
 }  // namespace korvel::platform

@@ -1,3 +1,5 @@
+// The desktop module: found, loaded, refused with one line.
+// The desktop module: found, loaded, refused with one line.
 #include "platform/loader.h"
 
 #include <cstdlib>
