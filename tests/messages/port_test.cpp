@@ -1,6 +1,7 @@
 // The current port and font while a box is shown, and afterwards.
 #include <cstring>
 #include <memory>
+#include <new>
 #include <string>
 
 #include <gtest/gtest.h>
@@ -166,6 +167,25 @@ TEST(BoxPort, AWindowWhereTheBoxWasDoesNotBecomeCurrent) {
   desk.expectDialog("T").check([] { EXPECT_NE(currentPort(), nullptr); }).press(1);
   QuestionDialog(nullptr, g_caption, g_text, 2, 0);
   EXPECT_EQ(currentPort(), nullptr);
+  desk.finish();
+}
+
+// A desktop on which memory runs out while a box is made.
+class WithoutMemory final : public ScriptedDesktop {
+ public:
+  std::unique_ptr<platform::Dialog> newDialog(const platform::Rect &, WindowRef,
+                                              std::string_view) override {
+    throw std::bad_alloc();
+  }
+};
+
+TEST(BoxPort, WithoutMemoryForTheBoxTheOwnersPortIsCurrentAllTheSame) {
+  const DrawingGuard guard;
+  WithoutMemory desk;
+  const WindowRef owner = desk.addWindow({100, 100, 900, 700});
+  EXPECT_EQ(MessageBox(owner, "x", "T", KorvelQuestion), KorvelNonAnswer);
+  EXPECT_EQ(currentPort(), GetWindowPort(owner));
+  EXPECT_NE(currentPort(), nullptr);
   desk.finish();
 }
 
