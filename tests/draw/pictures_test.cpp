@@ -5,6 +5,7 @@
 #include <string>
 #include <thread>
 
+#include <sys/resource.h>
 #include <sys/stat.h>
 
 #include "tests/draw/drawing_fixture.h"
@@ -150,6 +151,30 @@ TEST_F(Pictures, ThatCannotBeReadAreNotReadAgainUntilTheyChange) {
   EXPECT_EQ(desk.picturesRead().size(), 1u);
   folder.add("a.svg", "20x10");
   EXPECT_EQ(size("a"), "20x10");
+}
+
+// Without descriptors a file that is there cannot be opened.
+TEST_F(Pictures, ThatCouldNotBeReadAreTriedAgainASecondLater) {
+  folder.add("a.svg", "20x10");
+  letFilesRest();
+  rlimit before;
+  ASSERT_EQ(getrlimit(RLIMIT_NOFILE, &before), 0);
+  const rlimit none{0, before.rlim_max};
+  ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &none), 0);
+  EXPECT_EQ(size("a"), "1");
+  ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &before), 0);
+  std::this_thread::sleep_for(std::chrono::milliseconds(1100));
+  EXPECT_EQ(size("a"), "20x10");
+}
+
+TEST_F(Pictures, AreReadAgainWhileALaterChangeOfTheirFileMayNotShow) {
+  using std::chrono::milliseconds;
+  const auto now = std::chrono::system_clock::now();
+  EXPECT_FALSE(draw::isAtRest(now, now));
+  EXPECT_FALSE(draw::isAtRest(now - milliseconds(10), now));
+  EXPECT_FALSE(draw::isAtRest(now + milliseconds(10), now));
+  EXPECT_TRUE(draw::isAtRest(now - milliseconds(30), now));
+  EXPECT_TRUE(draw::isAtRest(now + std::chrono::hours(1), now)) << "dated in the future";
 }
 
 TEST_F(Pictures, OfANameThatLeadsElsewhereAreNone) {

@@ -170,6 +170,8 @@ TEST_F(Ports, TheCurrentPortIsTheOneSet) {
 }
 
 TEST_F(Ports, DrawingLeavesTheCurrentPortAlone) {
+  PictureFolder folder;
+  folder.add("coeur.svg", "20x10");
   CGrafPtr drawnOn = KorvelImagePort(200, 100);
   CGrafPtr other = KorvelImagePort(200, 100);
   int cx = 0;
@@ -180,8 +182,8 @@ TEST_F(Ports, DrawingLeavesTheCurrentPortAlone) {
         LineC_Ex(drawnOn, 1, 2, 3, 4, RGBColor{1, 2, 3}, 2);
       },
       [&] { Rectangle_Ex(drawnOn, 1, 2, 30, 40, 5); },
-      [&] { BMP_affic_desfond0("none", drawnOn, 1, 2); },
-      [&] { BMP_affic_dimfond0("none", &cx, &cy); },
+      [&] { EXPECT_EQ(BMP_affic_desfond0("coeur", drawnOn, 1, 2), 0); },
+      [&] { EXPECT_EQ(BMP_affic_dimfond0("coeur", &cx, &cy), 0); },
       [&] { ch_font_set(drawnOn, "Arial", 1, 2, 12); },
       [&] { ch_font_set_ext(drawnOn, "Arial", 1, 2, 12, 1); },
       [&] { ch_font_metrics(drawnOn, &cx, &cy, nullptr); },
@@ -199,6 +201,7 @@ TEST_F(Ports, DrawingLeavesTheCurrentPortAlone) {
       EXPECT_EQ(current(), before) << "function " << i;
     }
   }
+  EXPECT_NE(desk.drawn(0).takeLines().find("picture (1,2) coeur"), std::string::npos);
   KorvelPortRelease(drawnOn);
   KorvelPortRelease(other);
 }
