@@ -9,10 +9,8 @@
 #include "draw/ports.h"
 #include "strings/charsets.h"
 
-extern "C" {
 constinit char ch_font_FontName[80] = "";
 constinit int char_dy = 0;
-}
 
 namespace korvel::draw {
 

@@ -5,9 +5,7 @@
 #include "platform/librarypath.h"
 #include "platform/screentext.h"
 
-extern "C" {
 constinit char szResources[256] = "";
-}
 
 namespace korvel::platform {
 namespace {

@@ -1,14 +1,15 @@
+// Resource files: the folders, the names, the endings.
 #include "platform/resources.h"
 
+#include <cstdlib>
 #include <cstring>
+#include <filesystem>
 
 #include <gtest/gtest.h>
 
 #include <korvel/desktop.h>
-#include <korvel/strings.h>
 
 #include "platform/librarypath.h"
-#include "platform/screentext.h"
 #include "tests/platform/temporary_folder.h"
 
 namespace korvel::platform {
@@ -87,23 +88,21 @@ TEST_F(Resources, ANameOfAnApplicationIsUtf8OnDisk) {
   EXPECT_EQ(findNamed("pictures", "none", {".png"}), "");
 }
 
-// Each byte leads to the character that it shows, whether or not it is converted first.
-TEST_F(Resources, ANameIsTheSameInTheScreenSet) {
-  for (int byte = 1; byte < 256; ++byte) {
-    char converted[] = {static_cast<char>(byte), '\0'};
-    w2mstr(converted);
-    EXPECT_EQ(characterOf(static_cast<unsigned char>(converted[0])),
-              characterOf(static_cast<unsigned char>(byte)))
-        << byte;
-  }
-}
-
 TEST_F(Resources, TheDefaultSetIsBesideTheLibraryOrInTheDataFolder) {
   const auto folders = defaultResourceFolders("/opt/korvel/lib");
   ASSERT_EQ(folders.size(), 2u);
   EXPECT_EQ(folders[0], "/opt/korvel/lib/resources");
   EXPECT_EQ(folders[1].rfind("/opt/korvel/lib/", 0), 0u);
   EXPECT_NE(folders[1].find("share/korvel/resources"), std::string::npos);
+}
+
+TEST(LibraryPath, AnExecutableTakenAwayWhileItRunsStillFindsItsResources) {
+  const test::TemporaryFolder folder;
+  folder.add("resources/pictures/puce.png");
+  const std::string program = folder.path() + "/program";
+  std::filesystem::copy_file(KORVEL_TEST_UNLINKED, program);
+  EXPECT_EQ(std::system(program.c_str()), 0);
+  EXPECT_FALSE(isFile(program));
 }
 
 TEST(LibraryPath, AnExecutableThatHoldsTheLibraryIsItsPlace) {
