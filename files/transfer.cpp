@@ -26,8 +26,8 @@ std::size_t writeAll(int descriptor, const char *from, std::size_t count) {
   return done;
 }
 
-// The mask belongs to the whole process: it is not cleared for a moment, the new file's mode is
-// set instead.
+// The mask belongs to the whole process, other threads included, so it is left alone and the new
+// file's mode is set instead.
 int openCreating(const char *path, int flags, mode_t mode) {
   struct stat status;
   const bool isThere = stat(path, &status) == 0;
