@@ -1,3 +1,4 @@
+// The table of open files behind the numbered handles.
 #include "files/handles.h"
 
 #include <algorithm>
@@ -38,8 +39,8 @@ enum Mode { kReading = 0, kWriting = 1, kReadingAndWriting = 2 };
 
 bool isSet(int flag) { return flag >= 1; }
 
-// What lies under a colon path is a folder or something with bytes in it. A pipe, whose opening
-// could wait forever, is neither.
+// Colon paths name folders and what has bytes. A pipe, whose opening could wait for ever, is
+// neither.
 bool hasBytes(const struct stat &status) {
   return S_ISREG(status.st_mode) || S_ISCHR(status.st_mode) || S_ISBLK(status.st_mode);
 }
@@ -48,9 +49,9 @@ int openExisting(const char *path, int access) {
   return retried([&] { return open(path, access | O_NONBLOCK | O_NOCTTY | O_CLOEXEC); });
 }
 
-// A file that may not be written may become writable by the change of mode. Nothing else that
-// cannot be opened has its mode changed: where the volume is missing, the path of that change leads
-// from the root to a file that nobody asked for.
+// A file that may not be written may become writable by the change of mode. After any other error
+// the mode is left alone: where the volume is missing, openToAll() would take the path from the
+// root, to a file that nobody asked for.
 int openWriting(const char *mac, const char *path) {
   constexpr mode_t kReadableAndWritableByAll = 0666;
   const int descriptor = openCreating(path, O_NONBLOCK | O_NOCTTY, kReadableAndWritableByAll);
@@ -59,27 +60,19 @@ int openWriting(const char *mac, const char *path) {
   return descriptor >= 0 ? descriptor : openExisting(path, O_WRONLY);
 }
 
-// What can be opened is opened without a look at the volume first.
-int openUnlooked(const char *mac) {
-  const PosixPath path = PosixPath::unlooked(mac);
-  return path.length() == 0 ? -1 : openExisting(path.text(), O_RDONLY);
+int openReading(const char *mac) {
+  const PosixPath path = PosixPath::withoutVolumeCheck(mac);
+  const int descriptor = path.length() == 0 ? -1 : openExisting(path.text(), O_RDONLY);
+  return descriptor >= 0 ? descriptor : openExisting(PosixPath(mac).text(), O_RDONLY);
 }
 
 int openDescriptor(const char *mac, int mode) {
-  const int descriptor = mode == kReading ? openUnlooked(mac) : -1;
-  if (descriptor >= 0) return descriptor;
+  if (mode == kReading) return openReading(mac);
   const PosixPath path(mac);
-  switch (mode) {
-    case kWriting:
-      return openWriting(mac, path.text());
-    case kReading:
-      return openExisting(path.text(), O_RDONLY);
-    default:
-      return openExisting(path.text(), O_RDWR);
-  }
+  return mode == kWriting ? openWriting(mac, path.text()) : openExisting(path.text(), O_RDWR);
 }
 
-// True when the slot can hold what was opened; its size is set then.
+// Whether the slot can hold what was opened. Sets the slot's size.
 bool admit(FileSlot &slot, int descriptor) {
   if (descriptor > highestReference) return false;
   struct stat status;
@@ -92,7 +85,7 @@ bool admit(FileSlot &slot, int descriptor) {
   return true;
 }
 
-// Takes over the descriptor, if it is one.
+// Takes over the descriptor; -1 is refused.
 int openInto(FileSlot &slot, int descriptor, int mode) {
   if (descriptor < 0) return kRefused;
   if (!admit(slot, descriptor)) {
@@ -104,7 +97,7 @@ int openInto(FileSlot &slot, int descriptor, int mode) {
   return 0;
 }
 
-// The handle of the next slot, which is free still; -1: there is none.
+// The handle of the next slot, still marked as free; -1 if there is none.
 int takeFreeSlot() {
   const int handle = takeSlot(DATA_FILE_TAB, DATA_FILE_ID);
   if (handle < 0) return kNoSlot;
@@ -140,7 +133,7 @@ int openWithDescriptor(const char *path, int descriptor) {
   return result == 0 ? handle : result;
 }
 
-// Whatever the error, the descriptor is gone, and its number may soon be someone else's: the slot
+// After any error the descriptor is gone, and its number may soon be someone else's: the slot
 // forgets it.
 bool closeDescriptor(FileSlot &slot) {
   if (close(slot.reference) == 0 || errno == EINTR) return true;
@@ -148,14 +141,58 @@ bool closeDescriptor(FileSlot &slot) {
   return false;
 }
 
-void putMarkBack(const FileSlot &slot) { lseek(slot.reference, slot.position, SEEK_SET); }
+void restoreOffset(const FileSlot &slot) { lseek(slot.reference, slot.position, SEEK_SET); }
 
-int readMarked(const FileSlot &slot, void *buffer, int count) {
+int readOrRestore(const FileSlot &slot, void *buffer, int count) {
   const auto wish = static_cast<std::size_t>(count);
   if (buffer != nullptr && readAll(slot.reference, static_cast<char *>(buffer), wish) == wish)
     return count;
-  putMarkBack(slot);
+  restoreOffset(slot);
   return kFailed;
+}
+
+int readNext(FileSlot &slot, void *buffer, int count) {
+  if (!mayRead(slot.mode)) return 0;
+  const int wish = clipped(count, slot.size, slot.position);
+  const int got = wish == 0 ? 0 : readOrRestore(slot, buffer, wish);
+  if (got > 0) slot.position += got;
+  return got;
+}
+
+int readAgain(const FileSlot &slot, void *buffer, int count) {
+  if (!mayRead(slot.mode)) return 0;
+  const int wish = std::min(count, slot.position);
+  if (wish <= 0) return 0;
+  if (lseek(slot.reference, -static_cast<off_t>(wish), SEEK_CUR) < 0) return kFailed;
+  return readOrRestore(slot, buffer, wish);
+}
+
+int writeNext(FileSlot &slot, const void *buffer, int count) {
+  if (!mayWrite(slot.mode) || count < 0) return 0;
+  if (count > 0 && (buffer == nullptr || count > INT_MAX - std::max(slot.position, 0)))
+    return kFailed;
+  const auto put = static_cast<int>(
+      writeAll(slot.reference, static_cast<const char *>(buffer), static_cast<std::size_t>(count)));
+  if (put > 0 || count == 0) slot.size = std::max(slot.size, slot.position + put);
+  if (put != count) {
+    restoreOffset(slot);
+    return kFailed;
+  }
+  slot.position += count;
+  return count;
+}
+
+int seek(FileSlot &slot, int offset) {
+  if (lseek(slot.reference, offset, SEEK_SET) < 0) return kFailed;
+  slot.position = offset;
+  return 0;
+}
+
+int setLength(FileSlot &slot, int length) {
+  if (retried([&] { return ftruncate(slot.reference, length); }) != 0) return kFailed;
+  lseek(slot.reference, length, SEEK_SET);
+  slot.position = length;
+  return 0;
 }
 
 }  // namespace
@@ -173,18 +210,16 @@ void release(FileSlot &slot) {
 }
 
 int openInFolder(const char *folder, const char *path) {
-  // A file that opens tells that its folder is there.
-  const int descriptor = openDescriptor(path, kReading);
-  if (descriptor < 0 && Dir_Is_Existing(folder) != 1) return kNoSlot;
+  // A file that opens proves that its folder is there.
+  const int descriptor = openReading(path);
+  if (descriptor < 0 && !folderExists(folder)) return kNoSlot;
   return openWithDescriptor(path, descriptor);
 }
 
-int openForReading(const char *path) {
-  return openWithDescriptor(path, openDescriptor(path, kReading));
-}
+int openForReading(const char *path) { return openWithDescriptor(path, openReading(path)); }
 
 std::uint64_t lengthOf(const char *path) {
-  const int descriptor = openDescriptor(path, kReading);
+  const int descriptor = openReading(path);
   struct stat status = {};
   const bool isFile = descriptor >= 0 && fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode);
   const int handle = openWithDescriptor(path, descriptor);
@@ -193,8 +228,18 @@ std::uint64_t lengthOf(const char *path) {
   return isFile && opened ? static_cast<std::uint64_t>(status.st_size) : 0;
 }
 
+bool closeFile(int handle) {
+  FileSlot *slot = openSlot(DATA_FILE_TAB, handle);
+  if (slot == nullptr || !closeDescriptor(*slot)) return false;
+  slot->size = 0;
+  slot->position = 0;
+  slot->mode = kFreeSlot;
+  giveBack(handle, DATA_FILE_ID);
+  return true;
+}
+
 void closeOwn(int handle) {
-  if (File_Close(handle) != 0) leaveOpen(handle);
+  if (!closeFile(handle)) leaveOpen(handle);
 }
 
 void leaveOpen(int handle) { leaveSlot(DATA_FILE_TAB, handle); }
@@ -205,69 +250,30 @@ using namespace korvel::files;
 
 int File_Open(const char *path, int read, int write) { return openFile(path, read, write); }
 
-int File_Close(int handle) {
-  FileSlot *slot = openSlot(DATA_FILE_TAB, handle);
-  if (slot == nullptr || !closeDescriptor(*slot)) return kFailed;
-  slot->size = 0;
-  slot->position = 0;
-  slot->mode = kFreeSlot;
-  giveBack(handle, DATA_FILE_ID);
-  return 0;
-}
+int File_Close(int handle) { return closeFile(handle) ? 0 : kFailed; }
 
 int File_Size(int handle) { return isHandle(handle) ? DATA_FILE_TAB[handle].size : kFailed; }
 
 int File_GetPos(int handle) { return isHandle(handle) ? DATA_FILE_TAB[handle].position : kFailed; }
 
 int File_Read(int handle, void *buffer, int count) {
-  if (!isHandle(handle)) return kFailed;
-  FileSlot &slot = DATA_FILE_TAB[handle];
-  if (!mayRead(slot.mode)) return 0;
-  const int wish = clipped(count, slot.size, slot.position);
-  const int got = wish == 0 ? 0 : readMarked(slot, buffer, wish);
-  if (got > 0) slot.position += got;
-  return got;
+  return isHandle(handle) ? readNext(DATA_FILE_TAB[handle], buffer, count) : kFailed;
 }
 
 int File_Re_Read(int handle, void *buffer, int count) {
-  if (!isHandle(handle)) return kFailed;
-  const FileSlot &slot = DATA_FILE_TAB[handle];
-  if (!mayRead(slot.mode)) return 0;
-  const int wish = std::min(count, slot.position);
-  if (wish <= 0) return 0;
-  if (lseek(slot.reference, -static_cast<off_t>(wish), SEEK_CUR) < 0) return kFailed;
-  return readMarked(slot, buffer, wish);
+  return isHandle(handle) ? readAgain(DATA_FILE_TAB[handle], buffer, count) : kFailed;
 }
 
 int File_Write(int handle, const void *buffer, int count) {
-  if (!isHandle(handle)) return kFailed;
-  FileSlot &slot = DATA_FILE_TAB[handle];
-  if (!mayWrite(slot.mode) || count < 0) return 0;
-  if (count > 0 && (buffer == nullptr || count > INT_MAX - std::max(slot.position, 0)))
-    return kFailed;
-  const auto put = static_cast<int>(
-      writeAll(slot.reference, static_cast<const char *>(buffer), static_cast<std::size_t>(count)));
-  if (put > 0 || count == 0) slot.size = std::max(slot.size, slot.position + put);
-  if (put != count) {
-    putMarkBack(slot);
-    return kFailed;
-  }
-  slot.position += count;
-  return count;
+  return isHandle(handle) ? writeNext(DATA_FILE_TAB[handle], buffer, count) : kFailed;
 }
 
 int File_Lseek(int handle, int offset) {
   FileSlot *slot = openSlot(DATA_FILE_TAB, handle);
-  if (slot == nullptr || lseek(slot->reference, offset, SEEK_SET) < 0) return kFailed;
-  slot->position = offset;
-  return 0;
+  return slot == nullptr ? kFailed : seek(*slot, offset);
 }
 
 int File_SetEOF(int handle, int length) {
   FileSlot *slot = openSlot(DATA_FILE_TAB, handle);
-  if (slot == nullptr) return kFailed;
-  if (retried([&] { return ftruncate(slot->reference, length); }) != 0) return kFailed;
-  lseek(slot->reference, length, SEEK_SET);
-  slot->position = length;
-  return 0;
+  return slot == nullptr ? kFailed : setLength(*slot, length);
 }

@@ -1,4 +1,5 @@
-// For files/ and tables/ and their tests only: numbered handles beyond what applications see.
+// For files/ and tables/: numbered file handles beyond what applications see. The size and position
+// of an open file are the fields of its slot, in DATA_FILE_TAB.
 #ifndef KORVEL_FILES_HANDLES_H
 #define KORVEL_FILES_HANDLES_H
 
@@ -10,21 +11,23 @@ namespace korvel::files {
 // have so many.
 extern int highestReference;
 
-// As File_Open(path, 1, 0) for a file in a folder, both colon paths: when the folder does not
-// exist, returns -1 with the slots and DATA_FILE_ID as they were. A path that the slot cannot hold
-// is opened all the same; the slot then holds its beginning.
-int openInFolder(const char *folder, const char *path);
-// The same without a look at the folder.
+// As File_Open(path, 1, 0), but a path that the slot cannot hold is opened too; the slot then holds
+// its beginning.
 int openForReading(const char *path);
+// The same for a file in a folder, both colon paths: when the folder does not exist, returns -1 and
+// leaves the slots and DATA_FILE_ID alone.
+int openInFolder(const char *folder, const char *path);
 
-// The length in bytes of a file, also of one that is too long for a slot, which is taken and given
-// back for it; 0 when it cannot be opened or no slot is free.
+// The length in bytes of a file, even of one too long for a slot. Takes a slot and gives it back; 0
+// when the file cannot be opened or no slot is free.
 std::uint64_t lengthOf(const char *path);
 
-// As File_Close, for a file that only the library knows: a slot that the system does not let go
-// becomes the library's own.
+// As File_Close; false when the system refused or the handle is not open.
+bool closeFile(int handle);
+// The same for a file that only the library knows: a slot that the system does not let go becomes
+// the library's own.
 void closeOwn(int handle);
-// Leaves such a file open, as told; its slot becomes the library's own.
+// Leaves such a file open; its slot becomes the library's own.
 void leaveOpen(int handle);
 
 }  // namespace korvel::files

@@ -1,34 +1,25 @@
+// Listings of folders given as colon paths; shell/ lists POSIX paths.
+#include "shell/listing.h"
+
 #include <algorithm>
 #include <cstring>
-#include <memory>
-#include <new>
 #include <string_view>
 
 #include <korvel/files.h>
 
+#include "base/guard.h"
 #include "files/paths.h"
 #include "files/rows.h"
 
 namespace korvel::files {
 namespace {
 
-// A pattern without its outer stars. text() is null where there is no memory for it.
-class TrimmedPattern {
- public:
-  explicit TrimmedPattern(std::string_view pattern) {
-    const bool starBehind = pattern.ends_with('*');
-    if (pattern.starts_with('*')) pattern.remove_prefix(1);
-    if (starBehind && !pattern.empty()) pattern.remove_suffix(1);
-    text_.reset(new (std::nothrow) char[pattern.size() + 1]);
-    if (text_ == nullptr) return;
-    pattern.copy(text_.get(), pattern.size());
-    text_[pattern.size()] = '\0';
-  }
-  const char *text() const { return text_.get(); }
-
- private:
-  std::unique_ptr<char[]> text_;
-};
+std::string_view withoutOuterStars(std::string_view pattern) {
+  const bool starBehind = pattern.ends_with('*');
+  if (pattern.starts_with('*')) pattern.remove_prefix(1);
+  if (starBehind && !pattern.empty()) pattern.remove_suffix(1);
+  return pattern;
+}
 
 // Kept: a directory given with a final ":" gets a second one.
 void makeColonPath(char *row, std::string_view directory) {
@@ -44,32 +35,31 @@ void makeColonPath(char *row, std::string_view directory) {
   row[directory.size()] = ':';
 }
 
-int findFiles(char *list, const char *directory, int rows, const char *pattern) {
+int findFiles(char *list, const char *directory, int rows, std::string_view pattern) {
   const PosixPath folder = PosixPath::ofTools(directory);
-  const TrimmedPattern trimmed(pattern);
-  if (trimmed.text() == nullptr) return 0;
-  const int found = BSDDir_FindFiles(list, folder.text(), rows, trimmed.text());
+  const int found = shell::findFiles(list, folder.text(), rows, withoutOuterStars(pattern));
   for (int i = 0; i < std::min(rows, found); ++i) makeColonPath(list + kRowSize * i, directory);
   return found;
 }
 
-int processFiles(const char *directory, const char *pattern, FileVisit_t visit) {
+int processFiles(const char *directory, std::string_view pattern, FileVisit_t visit) {
   const PosixPath folder = PosixPath::ofTools(directory);
-  const TrimmedPattern trimmed(pattern);
-  return trimmed.text() == nullptr ? 0 : BSDDir_ProcessFiles(folder.text(), trimmed.text(), visit);
+  return shell::processFiles(folder.text(), withoutOuterStars(pattern), visit);
 }
 
 }  // namespace
 }  // namespace korvel::files
 
 using namespace korvel::files;
+using korvel::base::orOnFailure;
 
 int Dir_FindFiles(char *list, const char *directory, int rows, const char *pattern) {
-  if (directory == nullptr || pattern == nullptr || (list == nullptr && rows != 0)) return 0;
-  return findFiles(list, directory, rows, pattern);
+  if (directory == nullptr || pattern == nullptr || rows < 0 || (list == nullptr && rows > 0))
+    return 0;
+  return orOnFailure(0, [&] { return findFiles(list, directory, rows, pattern); });
 }
 
 int Dir_ProcessFiles(const char *directory, const char *pattern, FileVisit_t visit) {
-  if (directory == nullptr || pattern == nullptr) return 0;
-  return processFiles(directory, pattern, visit);
+  if (directory == nullptr || pattern == nullptr || visit == nullptr) return 0;
+  return orOnFailure(0, [&] { return processFiles(directory, pattern, visit); });
 }

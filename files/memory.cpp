@@ -1,3 +1,6 @@
+// Memory files and the memory blocks of the handles.
+#include "files/memory.h"
+
 #include <algorithm>
 #include <climits>
 #include <cstdlib>
@@ -23,34 +26,30 @@ constexpr int kLeastCapacity = 4096;
 constexpr int kLeastGrowth = 4096;
 constexpr int kOpen = 2;
 
-// A block of no bytes is a block all the same.
+// A block of 0 bytes has an address too.
 std::size_t allocatedSize(int size) { return static_cast<std::size_t>(std::max(size, 1)); }
 
-// The slot, if its data can be reached: the application may have written into the table.
-MFilSlot *usableSlot(int handle) {
+void *allocated(int size) { return size < 0 ? nullptr : std::malloc(allocatedSize(size)); }
+
+// The slot of a handle whose mode passes and whose data can be reached: the application may have
+// written into the table.
+MFilSlot *usableSlot(int handle, bool (*modePasses)(int mode)) {
   MFilSlot *slot = openSlot(DATA_MFIL_TAB, handle);
-  const bool usable = slot != nullptr && slot->block != nullptr && slot->position >= 0 &&
-                      slot->position <= slot->capacity && slot->size <= slot->capacity;
+  const bool usable = slot != nullptr && modePasses(slot->mode) && slot->block != nullptr &&
+                      slot->position >= 0 && slot->position <= slot->capacity &&
+                      slot->size <= slot->capacity;
   return usable ? slot : nullptr;
 }
 
-MFilSlot *readableSlot(int handle) {
-  MFilSlot *slot = usableSlot(handle);
-  return slot != nullptr && mayRead(slot->mode) ? slot : nullptr;
-}
-
-MFilSlot *writableSlot(int handle) {
-  MFilSlot *slot = usableSlot(handle);
-  return slot != nullptr && mayWrite(slot->mode) ? slot : nullptr;
-}
+MFilSlot *readableSlot(int handle) { return usableSlot(handle, mayRead); }
 
 int grownCapacity(int position, int count) {
   const int growth = std::max(count, kLeastGrowth);
   return growth > INT_MAX - position ? INT_MAX : position + growth;
 }
 
-// A block of at least `size` bytes, with half as much again where that is to be had: many small
-// growths of the capacity then move the data only now and then.
+// A block of at least `size` bytes, with half as much again if there is memory for that: then many
+// small growths of the capacity move the data only now and then.
 char *grownBlock(char *block, int size) {
   const std::size_t wanted = allocatedSize(size);
   if (malloc_usable_size(block) >= wanted) return block;
@@ -72,76 +71,98 @@ bool grow(MFilSlot &slot, int count) {
   return true;
 }
 
+int readNext(MFilSlot &slot, void *buffer, int count) {
+  const int got = clipped(count, slot.size, slot.position);
+  std::memcpy(buffer, slot.block + slot.position, static_cast<std::size_t>(got));
+  slot.position += got;
+  return got;
+}
+
+int readAgain(const MFilSlot &slot, void *buffer, int count) {
+  const int got = std::max(0, std::min(count, slot.position));
+  std::memcpy(buffer, slot.block + slot.position - got, static_cast<std::size_t>(got));
+  return got;
+}
+
+int writeNext(MFilSlot &slot, const void *from, int count) {
+  if (count <= 0 || count > INT_MAX - slot.position) return 0;
+  if (slot.position + count > slot.capacity && !grow(slot, count)) return 0;
+  std::memcpy(slot.block + slot.position, from, static_cast<std::size_t>(count));
+  slot.position += count;
+  slot.size = std::max(slot.size, slot.position);
+  return count;
+}
+
+int seek(MFilSlot &slot, int offset) {
+  if (offset < 0 || offset > slot.size) return -1;
+  slot.position = offset;
+  return 0;
+}
+
 }  // namespace
 
-// A block is one that somebody has put there since.
+// A block there was put there since by the application.
 bool isUntouched(const MFilSlot &slot, const MFilSlot &left) {
   return slot.mode == left.mode && slot.block == left.block;
 }
 
 void release(MFilSlot &slot) { slot = {nullptr, 0, kFreeSlot, 0, 0}; }
 
-}  // namespace korvel::files
-
-using namespace korvel::files;
-
-int MFil_Open(const char * /*name*/, int wish, int minimum) {
+int openMemoryFile(int wish, int minimum) {
   const int handle = takeSlot(DATA_MFIL_TAB, DATA_MFIL_ID);
   if (handle < 0) return -1;
   MFilSlot &slot = DATA_MFIL_TAB[handle];
-  slot.capacity = std::max({kLeastCapacity, wish, minimum});
-  slot.size = 0;
-  slot.position = 0;
+  const int capacity = std::max({kLeastCapacity, wish, minimum});
   // Kept: the slot is in use even if there is no memory for its block.
-  slot.mode = kOpen;
-  slot.block = static_cast<char *>(GlobalAlloc(0, slot.capacity));
+  slot = {static_cast<char *>(allocated(capacity)), capacity, kOpen, 0, 0};
   if (slot.block != nullptr) return handle;
   leaveSlot(DATA_MFIL_TAB, handle);
   return -1;
 }
 
-int MFil_Close(int handle) {
+void closeMemoryFile(int handle) {
   MFilSlot *slot = openSlot(DATA_MFIL_TAB, handle);
-  if (slot == nullptr) return 0;
-  GlobalFree(slot->block);
+  if (slot == nullptr) return;
+  std::free(slot->block);
   release(*slot);
   giveBack(handle, DATA_MFIL_ID);
+}
+
+int writeMemoryFile(int handle, const void *from, int count) {
+  MFilSlot *slot = usableSlot(handle, mayWrite);
+  return slot == nullptr ? 0 : writeNext(*slot, from, count);
+}
+
+}  // namespace korvel::files
+
+using namespace korvel::files;
+
+int MFil_Open(const char * /*name*/, int wish, int minimum) {
+  return openMemoryFile(wish, minimum);
+}
+
+int MFil_Close(int handle) {
+  closeMemoryFile(handle);
   return 0;
 }
 
 int MFil_Read(int handle, void *buffer, int count) {
   MFilSlot *slot = readableSlot(handle);
-  if (slot == nullptr || buffer == nullptr) return 0;
-  const int got = clipped(count, slot->size, slot->position);
-  std::memcpy(buffer, slot->block + slot->position, static_cast<std::size_t>(got));
-  slot->position += got;
-  return got;
+  return slot == nullptr || buffer == nullptr ? 0 : readNext(*slot, buffer, count);
 }
 
 int MFil_Re_Read(int handle, void *buffer, int count) {
   const MFilSlot *slot = readableSlot(handle);
-  if (slot == nullptr || buffer == nullptr) return 0;
-  const int got = std::max(0, std::min(count, slot->position));
-  std::memcpy(buffer, slot->block + slot->position - got, static_cast<std::size_t>(got));
-  return got;
+  return slot == nullptr || buffer == nullptr ? 0 : readAgain(*slot, buffer, count);
 }
 
 int MFil_Write(int handle, const void *buffer, int count) {
-  MFilSlot *slot = writableSlot(handle);
-  if (slot == nullptr || buffer == nullptr || count <= 0) return 0;
-  if (count > INT_MAX - slot->position) return 0;
-  if (slot->position + count > slot->capacity && !grow(*slot, count)) return 0;
-  std::memcpy(slot->block + slot->position, buffer, static_cast<std::size_t>(count));
-  slot->position += count;
-  slot->size = std::max(slot->size, slot->position);
-  return count;
+  return buffer == nullptr ? 0 : writeMemoryFile(handle, buffer, count);
 }
 
 int MFil_Lseek(int handle, int offset) {
   MFilSlot *slot = openSlot(DATA_MFIL_TAB, handle);
-  if (slot == nullptr || offset < 0 || offset > slot->size) return -1;
-  slot->position = offset;
-  return 0;
+  return slot == nullptr ? -1 : seek(*slot, offset);
 }
 
 int MFil_GetPos(int handle) {
@@ -156,15 +177,13 @@ int MFil_Size(int handle) {
 
 char *MFil_LockPtr(int handle, int offset) {
   const MFilSlot *slot = readableSlot(handle);
-  if (slot == nullptr || offset < 0 || offset >= slot->size) return nullptr;
-  return slot->block + offset;
+  const bool isInside = slot != nullptr && offset >= 0 && offset < slot->size;
+  return isInside ? slot->block + offset : nullptr;
 }
 
 int MFil_UnLockPtr(int /*handle*/) { return 0; }
 
-void *GlobalAlloc(int /*flags*/, int size) {
-  return size < 0 ? nullptr : std::malloc(allocatedSize(size));
-}
+void *GlobalAlloc(int /*flags*/, int size) { return allocated(size); }
 
 void *GlobalReAlloc(void *block, int size) {
   return size < 0 ? nullptr : std::realloc(block, allocatedSize(size));

@@ -8,14 +8,17 @@
 #include <korvel/files.h>
 #include <korvel/strings.h>
 
+#include "files/paths.h"
+
 namespace korvel::files {
 namespace {
 
 constexpr char kPathSeparator = ':';
 
-// True when directory, ':' and item name a file. No directory: the item is the whole path. Kept: a
-// ':' at the end of the directory is not looked for. What is too long for a path names no file.
-bool fileExists(std::string_view directory, std::string_view item) {
+// Whether directory, ':' and item name a file. Without a directory the item is the whole path; what
+// is too long for a path names no file.
+// Kept: a ':' at the end of the directory is not looked for.
+bool isThere(std::string_view directory, std::string_view item) {
   char path[PATH_MAX];
   const std::size_t separator = directory.empty() ? 0 : 1;
   const std::size_t length = directory.size() + separator + item.size();
@@ -23,10 +26,30 @@ bool fileExists(std::string_view directory, std::string_view item) {
   char *end = std::copy(directory.begin(), directory.end(), path);
   if (separator != 0) *end++ = kPathSeparator;
   *std::copy(item.begin(), item.end(), end) = '\0';
-  return File_Is_Existing(path) == 1;
+  return fileExists(path);
 }
 
 std::string_view textOf(const char *s) { return s == nullptr ? std::string_view() : s; }
+
+// The first item of the list that is missing; null if all are there.
+const char *firstMissing(std::string_view directory, const char *list) {
+  while (*list != '\0' && isThere(directory, list)) list += std::strlen(list) + 1;
+  return *list == '\0' ? nullptr : list;
+}
+
+// Removes the missing items. Returns whether the last one was there.
+bool removeMissing(std::string_view directory, char *list) {
+  bool wasThere = true;
+  for (char *name = list; *name != '\0';) {
+    wasThere = isThere(directory, name);
+    if (wasThere) {
+      name += std::strlen(name) + 1;
+    } else {
+      ChCh_Delete_Item(name);
+    }
+  }
+  return wasThere;
+}
 
 }  // namespace
 }  // namespace korvel::files
@@ -34,23 +57,11 @@ std::string_view textOf(const char *s) { return s == nullptr ? std::string_view(
 using namespace korvel::files;
 
 int ChCh_Detect_Missing_File(const char *directory, const char *list, char **item) {
-  if (list == nullptr) return 0;
-  for (const char *name = list; *name != '\0'; name += std::strlen(name) + 1) {
-    if (fileExists(textOf(directory), name)) continue;
-    if (item != nullptr) *item = const_cast<char *>(name);
-    return 1;
-  }
-  return 0;
+  const char *missing = list == nullptr ? nullptr : firstMissing(textOf(directory), list);
+  if (missing != nullptr && item != nullptr) *item = const_cast<char *>(missing);
+  return missing == nullptr ? 0 : 1;
 }
 
 int ChCh_Remove_Missing_File(const char *directory, char *list) {
-  int exists = 1;
-  for (char *name = list; name != nullptr && *name != '\0';) {
-    exists = fileExists(textOf(directory), name) ? 1 : 0;
-    if (exists == 1)
-      name += std::strlen(name) + 1;
-    else
-      ChCh_Delete_Item(name);
-  }
-  return exists;
+  return list == nullptr || removeMissing(textOf(directory), list) ? 1 : 0;
 }

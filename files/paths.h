@@ -1,42 +1,17 @@
-// For files/, profile/ and tables/ only: colon paths to POSIX paths.
+// For files/, profile/ and tables/: colon paths, and what they name.
 #ifndef KORVEL_FILES_PATHS_H
 #define KORVEL_FILES_PATHS_H
 
-#include <cstddef>
+#include "shell/posix_path.h"
 
 namespace korvel::files {
 
-// The POSIX form of a colon path, as MAC2UNIX makes it. A path that is null or too long has none:
-// it becomes the empty text, which names no file.
-class PosixPath {
- public:
-  explicit PosixPath(const char *mac);
+using shell::kPathSize;
+using shell::PosixPath;
 
-  // The same without a look at the volume, for whoever opens or examines what the path names: if
-  // that is there, below the volume, the volume is no file and the path is right. The empty text
-  // where that does not follow.
-  static PosixPath unlooked(const char *mac);
-
-  // As BSDMAC2UNIX makes it: without its volume a path is taken from the root.
-  static PosixPath ofTools(const char *mac);
-
-  const char *text() const { return text_; }
-  int length() const { return length_; }
-
- private:
-  static constexpr int kSize = 512;
-
-  PosixPath() { text_[0] = '\0'; }
-
-  void end(bool fits);
-  bool append(char c);
-  bool appendVolumesFolder();
-  bool appendExchanged(const char *mac);
-  bool volumeIsFile(const char *mac, std::size_t volumeEnd);
-
-  char text_[kSize];
-  int length_ = 0;
-};
+// As File_Is_Existing and Dir_Is_Existing.
+bool fileExists(const char *mac);
+bool folderExists(const char *mac);
 
 // As BSDMACchmodrwx, but by system calls for every path.
 void openToAll(const char *mac);

@@ -1,4 +1,4 @@
-// For files/ only: the rows of a file list.
+// For files/: the rows of a file list.
 #ifndef KORVEL_FILES_ROWS_H
 #define KORVEL_FILES_ROWS_H
 
@@ -6,9 +6,11 @@
 #include <cstring>
 #include <string_view>
 
+#include "shell/listing.h"
+
 namespace korvel::files {
 
-constexpr std::size_t kRowSize = 256;
+using shell::kRowSize;
 
 // The text of a row; one without a terminator ends before its last byte.
 inline std::string_view rowText(const char *row) { return {row, strnlen(row, kRowSize - 1)}; }

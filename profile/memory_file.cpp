@@ -31,7 +31,8 @@ InputFile::~InputFile() {
 }
 
 bool InputFile::open(const char *path) {
-  if (!openAt(files::PosixPath::unlooked(path).text()) && !openAt(files::PosixPath(path).text()))
+  if (!openAt(files::PosixPath::withoutVolumeCheck(path).text()) &&
+      !openAt(files::PosixPath(path).text()))
     return false;
   struct stat status;
   if (fstat(descriptor_, &status) != 0) return false;

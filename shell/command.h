@@ -19,8 +19,8 @@ inline std::string quoted(std::string_view path) {
   return text;
 }
 
-// True where the shell or the tool takes `path` for something else than that path: a quote ends
-// the quoting, a leading "-" makes it an option. Only a run of the command can tell the outcome.
+// Whether the shell or the tool may take `path` for something else: a quote ends the quoting, a
+// leading "-" makes it an option. Then only running the command can tell the outcome.
 inline bool textDecides(const char *path) {
   return path[0] == '-' || std::strchr(path, '\'') != nullptr;
 }

@@ -1,4 +1,4 @@
-// A path exists when "ls -a" of it prints something: the name of whatever is no folder, also of a
+// A path exists when "ls -a" of it prints something: the name of anything but a folder, even of a
 // dangling link, and at least "." for a folder that may be read.
 #include "shell/existence.h"
 
@@ -12,19 +12,20 @@
 
 #include "base/guard.h"
 #include "shell/command.h"
+#include "shell/invoke.h"
 
 namespace korvel::shell {
 namespace {
 
 bool listPrints(const char *path) {
   char firstByte[2] = "";
-  BSDInvokeTool(("ls -a " + quoted(path)).c_str(), firstByte, sizeof firstByte);
+  runTool(("ls -a " + quoted(path)).c_str(), firstByte);
   return firstByte[0] != '\0';
 }
 
-// Whether `ls` prints something for an entry that may not be read: any name but a folder's, and a
-// link whose target is missing under its own name. On links that lead in a circle versions of the
-// tool differ.
+// Whether `ls` prints something for an entry that may not be read: the name of anything but a
+// folder, and of a link whose target is missing. For links that lead in a circle it depends on the
+// tool's version.
 bool unreadablePrints(const char *path) {
   struct stat object;
   if (stat(path, &object) == 0) return !S_ISDIR(object.st_mode);
@@ -48,7 +49,9 @@ bool exists(const char *path) { return textDecides(path) ? listPrints(path) : en
 
 }  // namespace korvel::shell
 
+using namespace korvel::shell;
+using korvel::base::orOnFailure;
+
 int BSDIsExisting(const char *path) {
-  if (path == nullptr) return 0;
-  return korvel::base::orOnFailure(0, [&] { return korvel::shell::exists(path) ? 1 : 0; });
+  return path != nullptr && orOnFailure(false, [&] { return exists(path); }) ? 1 : 0;
 }

@@ -4,12 +4,12 @@
 
 namespace korvel::shell {
 
-// True if `ls -a 'path'` prints anything. No process is started unless the text of the command
-// decides what it does.
+// Whether `ls -a 'path'` prints anything. Starts a process only where the path's text could change
+// what the command does.
 bool exists(const char *path);
 
-// True for whatever stands under the path, a dangling link and a folder that may not be read too.
-// No text of the path means anything to a shell.
+// Whether there is an entry at the path, be it a dangling link or a folder that may not be read. No
+// text of the path means anything to a shell.
 bool hasEntry(const char *path);
 
 }  // namespace korvel::shell

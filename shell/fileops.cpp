@@ -1,3 +1,4 @@
+// Copies and removals by "cp" and "rm".
 #include <string>
 #include <string_view>
 
@@ -6,21 +7,22 @@
 #include "base/guard.h"
 #include "shell/command.h"
 #include "shell/existence.h"
+#include "shell/invoke.h"
 #include "shell/replace.h"
 
 namespace korvel::shell {
 namespace {
 
-// As whom the tools of one operation run.
+// The user as whom the tools of one operation run.
 class Rights {
  public:
   static Rights callers() { return Rights(nullptr); }
   static Rights superUsers(const char *password) { return Rights(password); }
 
   int run(const std::string &command) const {
-    if (password_ == nullptr) return BSDInvokeTool(command.c_str(), nullptr, 0);
-    // The password is read from the pipe, as there may be no terminal, and not asked for in words.
-    return BSDInvokeToolWr(("sudo -S -p '' " + command).c_str(), password_);
+    if (password_ == nullptr) return runTool(command.c_str());
+    // The password comes through the pipe, as there may be no terminal, and without a prompt.
+    return feedTool(("sudo -S -p '' " + command).c_str(), password_);
   }
 
  private:
@@ -34,7 +36,7 @@ std::string copyCommand(std::string_view source, std::string_view destination) {
 
 std::string_view lastComponent(std::string_view path) { return path.substr(path.rfind('/') + 1); }
 
-// These names stand for a folder that has another name.
+// Whether a path ends without a name of its own: what it names has another.
 bool isNoName(std::string_view component) {
   return component.empty() || component == "." || component == "..";
 }
@@ -66,15 +68,12 @@ int copyInto(const std::string &source, const std::string &folder, const Rights 
 }  // namespace
 }  // namespace korvel::shell
 
+using namespace korvel::shell;
 using korvel::base::orOnFailure;
-using korvel::shell::copyInto;
-using korvel::shell::removePath;
-using korvel::shell::Rights;
 
 int BSDSCopy(const char *source, const char *destination) {
   if (source == nullptr || destination == nullptr) return -1;
-  return orOnFailure(
-      -1, [&] { return Rights::callers().run(korvel::shell::copyCommand(source, destination)); });
+  return orOnFailure(-1, [&] { return runTool(copyCommand(source, destination).c_str()); });
 }
 
 int BSDCopy(const char *source, const char *folder) {

@@ -1,38 +1,48 @@
-#include <korvel/shell.h>
+// Commands run to their end, for the interface and for the other tools.
+#include "shell/invoke.h"
 
 #include "base/guard.h"
 #include "shell/tool.h"
 
+namespace korvel::shell {
+
+int runTool(const char *command, std::span<char> output) {
+  Tool tool(command, Flow::FromTool);
+  if (tool.started() && !output.empty()) {
+    output[tool.read(output.data(), output.size() - 1)] = '\0';
+  }
+  return tool.finish();
+}
+
+int feedTool(const char *command, std::string_view input) {
+  Tool tool(command, Flow::ToTool);
+  if (tool.started()) tool.write(input);
+  return tool.finish();
+}
+
+int forEachLine(const char *command, ToolLine_t perLine) {
+  Tool tool(command, Flow::FromTool);
+  if (tool.started()) handLines(tool, perLine);
+  return tool.finish();
+}
+
+}  // namespace korvel::shell
+
+using namespace korvel::shell;
 using korvel::base::orOnFailure;
-using korvel::shell::Flow;
-using korvel::shell::Tool;
 
 int BSDInvokeTool(const char *command, char *out, int outSize) {
-  const bool wantsOutput = out != nullptr && outSize != 0;
-  if (command == nullptr || (wantsOutput && outSize < 0)) return -1;
-  return orOnFailure(-1, [&] {
-    Tool tool(command, Flow::FromTool);
-    if (wantsOutput && tool.started()) {
-      out[tool.read(out, static_cast<std::size_t>(outSize) - 1)] = '\0';
-    }
-    return tool.finish();
-  });
+  if (command == nullptr || (out != nullptr && outSize < 0)) return -1;
+  const std::span<char> output(out, out == nullptr ? 0 : static_cast<std::size_t>(outSize));
+  return orOnFailure(-1, [&] { return runTool(command, output); });
 }
 
 int BSDInvokeToolWr(const char *command, const char *input) {
   if (command == nullptr || input == nullptr) return -1;
-  return orOnFailure(-1, [&] {
-    Tool tool(command, Flow::ToTool);
-    if (tool.started()) tool.write(input);
-    return tool.finish();
-  });
+  return orOnFailure(-1, [&] { return feedTool(command, input); });
 }
 
 int BSDInvokeToolPr(const char *command, ToolLine_t perLine) {
   if (command == nullptr || perLine == nullptr) return -1;
-  return orOnFailure(-1, [&] {
-    Tool tool(command, Flow::FromTool);
-    if (tool.started()) handLines(tool, perLine);
-    return tool.finish();
-  });
+  return orOnFailure(-1, [&] { return forEachLine(command, perLine); });
 }

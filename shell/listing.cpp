@@ -1,10 +1,10 @@
+// The files of a folder, listed by "ls -1F" and "grep -i".
+#include "shell/listing.h"
+
 #include <algorithm>
 #include <cstdint>
 #include <cstring>
 #include <string>
-#include <string_view>
-
-#include <korvel/shell.h>
 
 #include "base/guard.h"
 #include "shell/command.h"
@@ -18,7 +18,6 @@ constinit FileVisit_t BSDDir_ProcessFiles_fPtr = nullptr;
 namespace korvel::shell {
 namespace {
 
-constexpr std::size_t kSlotSize = 256;
 constexpr std::size_t kBlockSize = 16384;
 
 std::string listCommand(std::string_view folder, std::string_view pattern) {
@@ -46,15 +45,15 @@ std::string outputOf(const Tool &tool, std::size_t limit) {
   return output;
 }
 
-// The slots of the caller, filled one after the other.
-class NameSlots {
+// The caller's rows, filled one after the other.
+class NameRows {
  public:
-  NameSlots(char *out, int max) : out_(out), max_(max) {}
+  NameRows(char *out, int max) : out_(out), max_(max) {}
 
   // Kept: the count has 16 bits and goes on from 0 after 65535.
   void add(std::string_view name) {
     if (stored_ < max_) {
-      store(name.substr(0, kSlotSize - 1));
+      store(name.substr(0, kRowSize - 1));
       ++stored_;
     }
     ++count_;
@@ -63,9 +62,9 @@ class NameSlots {
 
  private:
   void store(std::string_view name) {
-    char *slot = out_ + count_ * kSlotSize;
-    std::memcpy(slot, name.data(), name.size());
-    slot[name.size()] = '\0';
+    char *row = out_ + count_ * kRowSize;
+    std::memcpy(row, name.data(), name.size());
+    row[name.size()] = '\0';
   }
 
   char *out_;
@@ -74,55 +73,60 @@ class NameSlots {
   std::uint16_t count_ = 0;
 };
 
-int storeNames(std::string_view listing, NameSlots slots) {
+int storeNames(std::string_view listing, NameRows rows) {
   while (!listing.empty()) {
     const std::size_t end = std::min(listing.find('\n'), listing.size());
     const std::string_view name = withoutExecutableMark(listing.substr(0, end));
-    if (!isFolder(name)) slots.add(name);
+    if (!isFolder(name)) rows.add(name);
     listing.remove_prefix(std::min(end + 1, listing.size()));
   }
-  return slots.count();
+  return rows.count();
 }
 
-int findFiles(char *out, const char *folder, int max, const char *pattern) {
-  if (!mayBeListed(folder)) return 0;
-  const std::size_t bufferSize = kSlotSize * (max == 0 ? 1 : static_cast<std::size_t>(max));
-  const Tool tool(listCommand(folder, pattern).c_str(), Flow::FromTool, Environment::PlainBytes);
-  if (!tool.started()) return 0;
-  return storeNames(outputOf(tool, bufferSize - 1), NameSlots(out, max));
-}
-
-int processFiles(const char *folder, const char *pattern, FileVisit_t visit) {
-  if (!mayBeListed(folder)) return 0;
-  BSDDir_ProcessFiles_fPtr = visit;
-  BSDnNbFic = 0;
-  const Tool tool(listCommand(folder, pattern).c_str(), Flow::FromTool, Environment::PlainBytes);
-  if (tool.started()) handLines(tool, BSDDir_ProcessFiles_f);
-  return BSDcr;
-}
-
-}  // namespace
-}  // namespace korvel::shell
-
-int BSDDir_FindFiles(char *out, const char *folder, int max, const char *pattern) {
-  if (folder == nullptr || pattern == nullptr || max < 0 || (out == nullptr && max > 0)) return 0;
-  return korvel::base::orOnFailure(
-      0, [&] { return korvel::shell::findFiles(out, folder, max, pattern); });
-}
-
-int BSDDir_ProcessFiles(const char *folder, const char *pattern, FileVisit_t visit) {
-  if (folder == nullptr || pattern == nullptr || visit == nullptr) return 0;
-  return korvel::base::orOnFailure(
-      0, [&] { return korvel::shell::processFiles(folder, pattern, visit); });
-}
-
-int BSDDir_ProcessFiles_f(char *line) {
-  if (line == nullptr || BSDDir_ProcessFiles_fPtr == nullptr) return 0;
-  const std::string_view name = korvel::shell::withoutExecutableMark(line);
+// Hands the file of a line on; a folder is passed over. A visit may have set the function to null.
+int visitLine(char *line) {
+  if (BSDDir_ProcessFiles_fPtr == nullptr) return 0;
+  const std::string_view name = withoutExecutableMark(line);
   line[name.size()] = '\0';
-  if (korvel::shell::isFolder(name)) return 0;
+  if (isFolder(name)) return 0;
   const char *lastSlash = std::strrchr(line, '/');
   BSDcr = BSDDir_ProcessFiles_fPtr(lastSlash == nullptr ? line : lastSlash + 1);
   ++BSDnNbFic;
   return BSDcr;
 }
+
+}  // namespace
+
+int findFiles(char *out, const char *folder, int max, std::string_view pattern) {
+  if (!mayBeListed(folder)) return 0;
+  const std::size_t bufferSize = kRowSize * (max == 0 ? 1 : static_cast<std::size_t>(max));
+  const Tool tool(listCommand(folder, pattern).c_str(), Flow::FromTool, Environment::PlainBytes);
+  if (!tool.started()) return 0;
+  return storeNames(outputOf(tool, bufferSize - 1), NameRows(out, max));
+}
+
+int processFiles(const char *folder, std::string_view pattern, FileVisit_t visit) {
+  if (!mayBeListed(folder)) return 0;
+  BSDDir_ProcessFiles_fPtr = visit;
+  BSDnNbFic = 0;
+  const Tool tool(listCommand(folder, pattern).c_str(), Flow::FromTool, Environment::PlainBytes);
+  if (tool.started()) handLines(tool, visitLine);
+  return BSDcr;
+}
+
+}  // namespace korvel::shell
+
+using namespace korvel::shell;
+using korvel::base::orOnFailure;
+
+int BSDDir_FindFiles(char *out, const char *folder, int max, const char *pattern) {
+  if (folder == nullptr || pattern == nullptr || max < 0 || (out == nullptr && max > 0)) return 0;
+  return orOnFailure(0, [&] { return findFiles(out, folder, max, pattern); });
+}
+
+int BSDDir_ProcessFiles(const char *folder, const char *pattern, FileVisit_t visit) {
+  if (folder == nullptr || pattern == nullptr || visit == nullptr) return 0;
+  return orOnFailure(0, [&] { return processFiles(folder, pattern, visit); });
+}
+
+int BSDDir_ProcessFiles_f(char *line) { return line == nullptr ? 0 : visitLine(line); }

@@ -1,3 +1,4 @@
+// Files and folders opened to all, as by "chmod 0777".
 #include "shell/mode.h"
 
 #include <sys/stat.h>
@@ -7,19 +8,29 @@
 #include "base/guard.h"
 #include "shell/command.h"
 #include "shell/existence.h"
+#include "shell/invoke.h"
+#include "shell/posix_path.h"
 
 namespace korvel::shell {
 namespace {
 
 constexpr mode_t kAllMayAll = 0777;
 
-// As the chmod tool: a mode of four digits leaves a folder's set-user and set-group bits alone.
+// Like the chmod tool, which leaves a folder's set-user and set-group bits alone.
 mode_t openedMode(mode_t mode) {
   return S_ISDIR(mode) ? kAllMayAll | (mode & (S_ISUID | S_ISGID)) : kAllMayAll;
 }
 
-void runChmod(const char *path) {
-  BSDInvokeTool(("chmod 0777 " + quoted(path)).c_str(), nullptr, 0);
+int openIfThere(const char *macPath) {
+  char path[kPathSize];
+  PosixPath::readByShell(macPath).copyTo(path);
+  if (!exists(path)) return -1;
+  if (textDecides(path)) {
+    runTool(("chmod 0777 " + quoted(path)).c_str());
+  } else {
+    openToAll(path);
+  }
+  return 0;
 }
 
 }  // namespace
@@ -31,14 +42,9 @@ void openToAll(const char *path) {
 
 }  // namespace korvel::shell
 
+using namespace korvel::shell;
+using korvel::base::orOnFailure;
+
 int BSDMACchmodrwx(const char *macPath) {
-  using namespace korvel::shell;
-  if (macPath == nullptr) return -1;
-  return korvel::base::orOnFailure(-1, [&] {
-    char path[256];
-    BSDMAC2UNIX(macPath, path);
-    if (!exists(path)) return -1;
-    textDecides(path) ? runChmod(path) : openToAll(path);
-    return 0;
-  });
+  return macPath == nullptr ? -1 : orOnFailure(-1, [&] { return openIfThere(macPath); });
 }

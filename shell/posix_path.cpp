@@ -1,11 +1,12 @@
-#include "shell/volumes.h"
+#include "shell/posix_path.h"
 
 #include <algorithm>
 #include <cerrno>
 #include <climits>
 #include <cstring>
-#include <span>
 #include <string_view>
+
+#include <sys/stat.h>
 
 #include <korvel/desktop.h>
 #include <korvel/shell.h>
@@ -19,87 +20,90 @@ constinit char szVolumes[256] = "/Volumes";
 namespace korvel::shell {
 namespace {
 
-// Applications hold paths in buffers of this size.
-constexpr std::size_t kPathSize = 256;
-// The system knows no path of this size.
-constexpr std::size_t kSystemPathSize = PATH_MAX;
+std::string_view volumesFolder() {
+  std::string_view folder(szVolumes, strnlen(szVolumes, sizeof szVolumes));
+  while (folder.ends_with('/')) folder.remove_suffix(1);
+  return folder;
+}
 
-// The folder of the volumes, with one "/" behind it.
-class VolumesFolder {
- public:
-  VolumesFolder() {
-    std::string_view folder(szVolumes, strnlen(szVolumes, sizeof szVolumes));
-    while (folder.ends_with('/')) folder.remove_suffix(1);
-    *std::copy(folder.begin(), folder.end(), text_) = '/';
-    size_ = folder.size() + 1;
-  }
-  std::string_view text() const { return {text_, size_}; }
+// Kept: the volume is looked for under its name as written, also where that contains a "/".
+bool volumePasses(bool (*test)(const char *), std::string_view name) {
+  const std::string_view folder = volumesFolder();
+  char path[PATH_MAX];
+  if (folder.size() + 1 + name.size() >= sizeof path) return test("");
+  char *end = std::copy(folder.begin(), folder.end(), path);
+  *end++ = '/';
+  *std::copy(name.begin(), name.end(), end) = '\0';
+  return test(path);
+}
 
- private:
-  char text_[sizeof szVolumes + 1];
-  std::size_t size_;
-};
+bool isNoRegularFile(const char *path) {
+  struct stat status;
+  return stat(path, &status) != 0 || !S_ISREG(status.st_mode);
+}
 
-using Test = bool (*)(const char *path);
-
-// Only what the system tells to be missing is missing, not what may not be looked at: a path on it
-// would else lead to something else from the root.
+// Only what the system reports as missing is missing, not what may not be looked at: a path on that
+// volume would lead to something else from the root.
 bool mayBeThere(const char *path) {
   return hasEntry(path) || (errno != ENOENT && errno != ENOTDIR && errno != ENAMETOOLONG);
 }
 
 // Kept: a quote in the name of a volume is read by a shell.
-bool isVolume(const char *path) { return textDecides(path) ? exists(path) : mayBeThere(path); }
-
-// Kept: the volume is looked for under its name as written, also where that contains a "/".
-bool volumeExists(std::string_view folder, std::string_view name, Test test) {
-  char path[kSystemPathSize];
-  if (folder.size() + name.size() >= sizeof path) return false;
-  char *end = std::copy(folder.begin(), folder.end(), path);
-  *std::copy(name.begin(), name.end(), end) = '\0';
-  return test(path);
-}
+bool shellFinds(const char *path) { return textDecides(path) ? exists(path) : mayBeThere(path); }
 
 char exchangedSeparator(char c) {
   if (c == ':') return '/';
   return c == '/' ? ':' : c;
 }
 
-// Writes `folder` as it is and `colons` with its separators exchanged. Returns the length, or 0 if
-// that does not fit: the part that does would be the path of something else.
-int writePosix(std::string_view folder, std::string_view colons, std::span<char> out) {
-  char path[kSystemPathSize];  // as colons may stand in out
-  if (folder.size() + colons.size() >= std::min(out.size(), sizeof path)) return 0;
-  char *end = std::copy(folder.begin(), folder.end(), path);
-  end = std::transform(colons.begin(), colons.end(), end, exchangedSeparator);
-  *std::copy(path, end, out.data()) = '\0';
-  return static_cast<int>(end - path);
-}
-
-int convert(std::string_view macPath, std::span<char> out, Test test) {
-  const VolumesFolder volumes;
-  const std::size_t volumeEnd = std::min(macPath.find(':'), macPath.size());
-  const int length = volumeExists(volumes.text(), macPath.substr(0, volumeEnd), test)
-                         ? writePosix(volumes.text(), macPath, out)
-                         : writePosix({}, macPath.substr(volumeEnd), out);
-  if (length == 0) out[0] = '\0';
-  return length;
-}
-
 }  // namespace
 
-int toPosix(std::string_view macPath, std::span<char> out) {
-  return convert(macPath, out, mayBeThere);
+PosixPath::PosixPath(const char *mac, bool (*keepsVolume)(const char *path)) : PosixPath() {
+  if (mac == nullptr) return;
+  const std::size_t volumeEnd = std::strcspn(mac, ":");
+  if (volumePasses(keepsVolume, {mac, volumeEnd})) {
+    set(volumesFolder(), "/", mac);
+  } else {
+    set("", "", mac + volumeEnd);
+  }
+}
+
+PosixPath::PosixPath(const char *mac) : PosixPath(mac, isNoRegularFile) {}
+
+PosixPath PosixPath::withoutVolumeCheck(const char *mac) {
+  PosixPath path;
+  const char *volumeEnd = mac == nullptr ? nullptr : std::strpbrk(mac, ":/");
+  if (volumeEnd != nullptr && *volumeEnd == ':') path.set(volumesFolder(), "/", mac);
+  return path;
+}
+
+PosixPath PosixPath::ofTools(const char *mac) { return PosixPath(mac, mayBeThere); }
+
+PosixPath PosixPath::readByShell(const char *mac) { return PosixPath(mac, shellFinds); }
+
+void PosixPath::set(std::string_view folder, std::string_view separator, std::string_view mac) {
+  if (folder.size() + separator.size() + mac.size() >= kSize) return;
+  char *end = std::copy(folder.begin(), folder.end(), text_);
+  end = std::copy(separator.begin(), separator.end(), end);
+  end = std::transform(mac.begin(), mac.end(), end, exchangedSeparator);
+  *end = '\0';
+  length_ = static_cast<int>(end - text_);
+}
+
+int PosixPath::copyTo(char *out) const {
+  const int length = length_ < kPathSize ? length_ : 0;
+  std::memcpy(out, text_, static_cast<std::size_t>(length));
+  out[length] = '\0';
+  return length;
 }
 
 }  // namespace korvel::shell
 
+using namespace korvel::shell;
+using korvel::base::orOnFailure;
+
 int BSDMAC2UNIX(const char *macPath, char *out) {
-  using namespace korvel::shell;
   if (out == nullptr) return 0;
-  const std::span<char> room(out, kPathSize);
-  const int length = korvel::base::orOnFailure(
-      0, [&] { return macPath == nullptr ? 0 : convert(macPath, room, isVolume); });
-  if (length == 0) out[0] = '\0';
-  return length;
+  const auto read = [&] { return PosixPath::readByShell(macPath); };
+  return orOnFailure(PosixPath(), read).copyTo(out);
 }

@@ -10,6 +10,7 @@
 
 #include "base/guard.h"
 #include "shell/descriptor.h"
+#include "shell/invoke.h"
 #include "shell/processnames.h"
 #include "shell/tool.h"
 
@@ -17,6 +18,8 @@ constinit int BSDtest = 0;
 
 namespace korvel::shell {
 namespace {
+
+using base::orOnFailure;
 
 constexpr std::size_t kBlockSize = 16384;
 
@@ -30,8 +33,7 @@ std::string processList() {
   return withWholeNames(lines);
 }
 
-// A file without a name that holds `text` and is read from its beginning; none where it has no
-// room.
+// A nameless file that holds `text`, with its offset at the beginning; none where there is no room.
 Descriptor fileOf(std::string_view text) {
   Descriptor file(memfd_create("korvel", MFD_CLOEXEC));
   for (std::size_t done = 0; done < text.size();) {
@@ -52,34 +54,40 @@ int forEachProcess(const char *name, ToolLine_t perLine) {
   return grep.finish();
 }
 
-}  // namespace
-}  // namespace korvel::shell
-
-using korvel::base::orOnFailure;
-using korvel::shell::forEachProcess;
-
-int BSDkill(const char *name) {
-  if (name == nullptr) return -1;
-  return orOnFailure(-1, [&] { return forEachProcess(name, BSDprocessf); });
-}
-
+// Leaves the process alone where there is no memory for the command.
 // Kept: the whole line goes to "kill", not only the process number it begins with.
-int BSDprocessf(char *line) {
-  if (line == nullptr) return 0;
+int killProcess(char *line) {
   return orOnFailure(0, [&] {
-    BSDInvokeTool((std::string("kill ") + line).c_str(), nullptr, 0);
+    runTool((std::string("kill ") + line).c_str());
     return 0;
   });
 }
 
-int BSDtestProcess(const char *name) {
-  BSDtest = 0;
-  if (name == nullptr) return 0;
-  orOnFailure(-1, [&] { return forEachProcess(name, BSDprocesst); });
-  return BSDtest;
-}
-
-int BSDprocesst(char *) {
+int noteProcess(char *) {
   BSDtest = 1;
   return 0;
 }
+
+int testProcess(const char *name) {
+  BSDtest = 0;
+  if (name != nullptr) forEachProcess(name, noteProcess);
+  return BSDtest;
+}
+
+}  // namespace
+}  // namespace korvel::shell
+
+using namespace korvel::shell;
+using korvel::base::orOnFailure;
+
+int BSDkill(const char *name) {
+  return name == nullptr ? -1 : orOnFailure(-1, [&] { return forEachProcess(name, killProcess); });
+}
+
+int BSDprocessf(char *line) { return line == nullptr ? 0 : killProcess(line); }
+
+int BSDtestProcess(const char *name) {
+  return orOnFailure(0, [&] { return testProcess(name); });
+}
+
+int BSDprocesst(char *line) { return noteProcess(line); }
