@@ -8,7 +8,9 @@
 #include <korvel/files.h>
 #include <korvel/strings.h>
 
+#include "base/views.h"
 #include "files/paths.h"
+#include "strings/string_list.h"
 
 namespace korvel::files {
 namespace {
@@ -29,8 +31,6 @@ bool isThere(std::string_view directory, std::string_view item) {
   return fileExists(path);
 }
 
-std::string_view textOf(const char *s) { return s == nullptr ? std::string_view() : s; }
-
 // The first item of the list that is missing; null if all are there.
 const char *firstMissing(std::string_view directory, const char *list) {
   while (*list != '\0' && isThere(directory, list)) list += std::strlen(list) + 1;
@@ -45,7 +45,7 @@ bool removeMissing(std::string_view directory, char *list) {
     if (wasThere) {
       name += std::strlen(name) + 1;
     } else {
-      ChCh_Delete_Item(name);
+      strings::deleteItem(name);
     }
   }
   return wasThere;
@@ -55,6 +55,7 @@ bool removeMissing(std::string_view directory, char *list) {
 }  // namespace korvel::files
 
 using namespace korvel::files;
+using korvel::base::textOf;
 
 int ChCh_Detect_Missing_File(const char *directory, const char *list, char **item) {
   const char *missing = list == nullptr ? nullptr : firstMissing(textOf(directory), list);

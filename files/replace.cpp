@@ -91,7 +91,7 @@ bool leadsTo(int folder, const char *name, int file) {
   struct stat named;
   struct stat own;
   return fstatat(folder, name, &named, AT_SYMLINK_NOFOLLOW) == 0 && fstat(file, &own) == 0 &&
-         named.st_dev == own.st_dev && named.st_ino == own.st_ino;
+         isSameFile(named, own);
 }
 
 bool isOld(int folder, const char *name) {

@@ -1,6 +1,6 @@
+// Files read into memory files, and memory files filled piece by piece.
 #include "profile/memory_file.h"
 
-#include <algorithm>
 #include <cerrno>
 #include <climits>
 #include <cstddef>
@@ -11,18 +11,17 @@
 
 #include <korvel/files.h>
 
+#include "base/numbers.h"
+#include "files/memory.h"
 #include "files/paths.h"
+#include "files/transfer.h"
 
 namespace korvel::profile {
 namespace {
 
 ssize_t readSome(int descriptor, char *to, std::size_t count) {
-  ssize_t got = read(descriptor, to, count);
-  while (got < 0 && errno == EINTR) got = read(descriptor, to, count);
-  return got;
+  return files::retried([&] { return read(descriptor, to, count); });
 }
-
-int asInt(off_t size) { return static_cast<int>(std::min<off_t>(size, INT_MAX)); }
 
 }  // namespace
 
@@ -40,8 +39,8 @@ bool InputFile::open(const char *path) {
   return S_ISREG(status.st_mode);
 }
 
-// Whether it is a regular file is known once it is open; opening a pipe must not wait for the other
-// end meanwhile.
+// Whether it is a regular file is known once it is open; until then opening a pipe must not wait
+// for the other end.
 bool InputFile::openAt(const char *posixPath) {
   descriptor_ = ::open(posixPath, O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
   return descriptor_ >= 0;
@@ -49,13 +48,11 @@ bool InputFile::openAt(const char *posixPath) {
 
 MemoryFile::MemoryFile(off_t size) {
   errno = 0;
-  handle_ = MFil_Open("", 1, asInt(size));
+  handle_ = files::openMemoryFile(1, base::clampToInt(size));
   isWithoutMemory_ = !isOpen() && errno == ENOMEM;
 }
 
-MemoryFile::~MemoryFile() {
-  if (isOpen()) MFil_Close(handle_);
-}
+MemoryFile::~MemoryFile() { files::closeMemoryFile(handle_); }
 
 bool MemoryFile::load(int descriptor, off_t size) {
   if (size >= INT_MAX) return false;
@@ -64,18 +61,19 @@ bool MemoryFile::load(int descriptor, off_t size) {
   if (got < 0) return false;
   slot.size = slot.position = static_cast<int>(got);
   if (got == size && got < slot.capacity) return true;
-  // The file is no longer what it was when it was opened, or does not tell its size.
+  // The file has changed since it was opened, or does not report its size.
   char piece[16384];
   for (;;) {
     const ssize_t more = readSome(descriptor, piece, sizeof piece);
     if (more <= 0) return more == 0;
-    if (MFil_Write(handle_, piece, static_cast<int>(more)) != more) return false;
+    if (files::writeMemoryFile(handle_, piece, static_cast<int>(more)) != more) return false;
   }
 }
 
 bool MemoryFile::append(std::string_view piece) {
-  const int count = asInt(static_cast<off_t>(piece.size()));
-  return MFil_Write(handle_, piece.data(), count) == count && piece.size() <= INT_MAX;
+  if (piece.size() > INT_MAX) return false;
+  const int count = static_cast<int>(piece.size());
+  return files::writeMemoryFile(handle_, piece.data(), count) == count;
 }
 
 void MemoryFile::clear() {

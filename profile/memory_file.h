@@ -1,4 +1,4 @@
-// For profile/ only: a memory file for the time of a call.
+// For profile/ and its tests: a file to read, and a memory file for the time of a call.
 #ifndef KORVEL_PROFILE_MEMORY_FILE_H
 #define KORVEL_PROFILE_MEMORY_FILE_H
 
@@ -30,7 +30,7 @@ class InputFile {
   off_t size_ = 0;
 };
 
-// One of the memory files that the application has, too; it goes with its object.
+// One of the memory files that the application has too, closed with its object.
 class MemoryFile {
  public:
   // Room for `size` bytes, and more as they come.
@@ -45,7 +45,7 @@ class MemoryFile {
   // True when it is memory that was missing.
   bool isWithoutMemory() const { return isWithoutMemory_; }
 
-  // Takes the whole content of an open file of about this size; an empty memory file only. False
+  // Loads the whole content of an open file of about this size into an empty memory file. False
   // when it does not fit into memory or cannot be read.
   bool load(int descriptor, off_t size);
 

@@ -1,4 +1,4 @@
-// For shell/ only: a descriptor that is closed at its end.
+// For shell/ only: a descriptor that is closed with its owner.
 #ifndef KORVEL_SHELL_DESCRIPTOR_H
 #define KORVEL_SHELL_DESCRIPTOR_H
 
@@ -8,7 +8,7 @@
 
 namespace korvel::shell {
 
-// -1 holds none, as the calls that open answer on failure.
+// -1 holds none: what the calls that open give on failure.
 class Descriptor {
  public:
   explicit Descriptor(int number = -1) : number_(number) {}

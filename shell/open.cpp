@@ -24,8 +24,8 @@ std::string asWord(std::string_view text) {
   return word + "'";
 }
 
-// Runs a command as no child of ours, so that nobody has to wait for it, and prints its status.
-// What the command itself prints is thrown away: the viewer that it starts outlives the pipe.
+// A command that runs another one detached, so that nobody has to wait for it, and prints its
+// status. The command's own output is thrown away: the viewer that it starts outlives the pipe.
 std::string onItsOwn(std::string_view command) {
   return "(" _PATH_BSHELL " -c " + asWord(command) + " >" _PATH_DEVNULL "; echo $?) &";
 }
@@ -37,14 +37,16 @@ int openDocument(std::string_view path) {
   if (!opener.writesWithin(kPatience)) return 0;
   char status[8] = "";
   opener.read(status, sizeof status - 1);
-  const int untold = opener.finish();
-  return status[0] == '\0' ? untold : std::atoi(status) << 8;
+  const int withoutStatus = opener.finish();
+  return status[0] == '\0' ? withoutStatus : std::atoi(status) << 8;
 }
 
 }  // namespace
 }  // namespace korvel::shell
 
+using namespace korvel::shell;
+using korvel::base::orOnFailure;
+
 int BSDopen(const char *path) {
-  if (path == nullptr) return -1;
-  return korvel::base::orOnFailure(-1, [&] { return korvel::shell::openDocument(path); });
+  return path == nullptr ? -1 : orOnFailure(-1, [&] { return openDocument(path); });
 }

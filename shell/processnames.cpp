@@ -1,5 +1,5 @@
-// The kernel keeps 15 bytes of a process's name, and `ps -c` shows no more. The rest stands in the
-// name of the program's file, or, for a script, in the interpreter's arguments.
+// The kernel keeps 15 bytes of a process's name, and `ps -c` shows no more. The rest is in the name
+// of the program's file, or, for a script, in the interpreter's arguments.
 #include "shell/processnames.h"
 
 #include <algorithm>
@@ -16,7 +16,7 @@ namespace {
 
 constexpr std::size_t kKeptSize = 15;
 
-// Empty for what cannot be read.
+// The content of a file; empty if it cannot be read.
 std::string contentOf(const std::string &path) {
   const Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC));
   std::string content;
@@ -29,7 +29,7 @@ std::string contentOf(const std::string &path) {
 
 std::string_view lastComponent(std::string_view path) { return path.substr(path.rfind('/') + 1); }
 
-// Cuts the text in front of the next `separator` off `rest`; all of it without one.
+// Takes the text before the next `separator` off `rest`, or all of it without one.
 std::string_view cutAt(std::string_view &rest, char separator) {
   const std::size_t end = std::min(rest.find(separator), rest.size());
   const std::string_view piece = rest.substr(0, end);
@@ -37,7 +37,7 @@ std::string_view cutAt(std::string_view &rest, char separator) {
   return piece;
 }
 
-// The folder of what the kernel tells of the process that a line begins with.
+// The folder of /proc for the process whose number a line begins with.
 std::string folderOf(std::string_view line) {
   line.remove_prefix(std::min(line.find_first_not_of(' '), line.size()));
   int process = 0;
@@ -45,7 +45,7 @@ std::string folderOf(std::string_view line) {
   return "/proc/" + std::to_string(process) + "/";
 }
 
-// The name of the file that the process runs, which may have been replaced by a newer one.
+// The name of the file that the process runs, even if a newer file has replaced it.
 std::string programOf(const std::string &folder) {
   constexpr std::string_view kReplaced = " (deleted)";
   char path[PATH_MAX];
@@ -56,7 +56,7 @@ std::string programOf(const std::string &folder) {
   return std::string(name);
 }
 
-// A line goes to `kill` as it is: what is put behind it must stay part of its last word.
+// A line goes to `kill` as it is: what is appended must stay part of its last word.
 bool isPartOfWord(char c) {
   const auto byte = static_cast<unsigned char>(c);
   return byte >= 0x80 || (byte >= '0' && byte <= '9') || (byte >= 'A' && byte <= 'Z') ||
@@ -68,7 +68,7 @@ bool makesWhole(std::string_view name, std::string_view kept) {
          std::all_of(name.begin() + kKeptSize - 1, name.end(), isPartOfWord);
 }
 
-// What the kernel has cut off the name that it keeps; empty where that is not known.
+// What the kernel has cut off a name; empty if that is not known.
 std::string cutOff(const std::string &folder, std::string_view kept) {
   const std::string program = programOf(folder);
   if (makesWhole(program, kept)) return program.substr(kKeptSize);
@@ -80,7 +80,7 @@ std::string cutOff(const std::string &folder, std::string_view kept) {
   return {};
 }
 
-// True if a line ends with a name, in which `ps` shows a byte that it cannot print as "?".
+// Whether a line ends with a name. `ps` shows a byte that it cannot print as "?".
 bool endsWith(std::string_view line, std::string_view name) {
   return line.size() > name.size() &&
          std::equal(name.rbegin(), name.rend(), line.rbegin(),
@@ -95,8 +95,8 @@ char withLetter(char shown, char kept) {
 std::string withWholeName(std::string_view line) {
   std::string whole(line);
   const std::string folder = folderOf(line);
-  const std::string told = contentOf(folder + "comm");
-  const std::string_view kept = std::string_view(told).substr(0, told.rfind('\n'));
+  const std::string comm = contentOf(folder + "comm");
+  const std::string_view kept = std::string_view(comm).substr(0, comm.rfind('\n'));
   if (kept.size() != kKeptSize || !endsWith(line, kept)) return whole;
   const std::string rest = cutOff(folder, kept);
   if (rest.empty()) return whole;

@@ -6,8 +6,8 @@
 
 namespace korvel::shell {
 
-// True if `target` (which exists, in `folder`) can be removed without touching `source` or
-// anything that leads to it, and is no part of `source` either.
+// Whether `target` (which exists, in `folder`) can be removed without touching `source` or anything
+// that leads to it. Not if it is part of `source`.
 bool mayBeReplaced(const std::string &target, const std::string &folder, const std::string &source);
 
 }  // namespace korvel::shell

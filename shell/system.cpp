@@ -32,14 +32,12 @@ bool runsOnUnix() { return systemVersion > kLastClassicVersion; }
 
 }  // namespace korvel::shell
 
-int MACOSVersion(void) { return korvel::shell::systemVersion; }
+using namespace korvel::shell;
 
-int RunningOnCarbonX(void) { return korvel::shell::runsOnUnix() ? 1 : 0; }
+int MACOSVersion(void) { return systemVersion; }
 
-int LoadFrameworkBundleSystem(const char *name, CFBundleRef *out) {
-  return korvel::shell::loadBundle(name, out);
-}
+int RunningOnCarbonX(void) { return runsOnUnix() ? 1 : 0; }
 
-int LoadFrameworkBundle(const char *name, CFBundleRef *out) {
-  return korvel::shell::loadBundle(name, out);
-}
+int LoadFrameworkBundleSystem(const char *name, CFBundleRef *out) { return loadBundle(name, out); }
+
+int LoadFrameworkBundle(const char *name, CFBundleRef *out) { return loadBundle(name, out); }

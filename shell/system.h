@@ -1,13 +1,13 @@
-// For shell/ and its tests only: which system the library believes to be on.
+// For shell/ and its tests: which system the library believes to be on.
 #ifndef KORVEL_SHELL_SYSTEM_H
 #define KORVEL_SHELL_SYSTEM_H
 
 namespace korvel::shell {
 
-// The version as packed decimal digits. A variable so that tests can stand on an older system.
+// The version as packed decimal digits. A variable for tests, which pretend an older system.
 extern int systemVersion;
 
-// True from version 10.0 on; no tool is run before.
+// Whether the version is 10.0 or later; no tool runs on an earlier one.
 bool runsOnUnix();
 
 }  // namespace korvel::shell

@@ -1,3 +1,4 @@
+// Commands spawned with the pipe, the environment and the signals that they need.
 #include "shell/tool.h"
 
 #include <algorithm>
@@ -14,6 +15,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "base/posix.h"
 #include "shell/descriptor.h"
 #include "shell/system.h"
 
@@ -31,7 +33,7 @@ bool isVariable(std::string_view entry, std::string_view name) {
   return entry.size() > name.size() && entry.starts_with(name) && entry[name.size()] == '=';
 }
 
-// The caller's environment with the variables by which `ls` and `grep` look at names as bytes.
+// The caller's environment with the variables that make `ls` and `grep` treat names as bytes.
 std::vector<char *> plainBytesEnvironment() {
   static char locale[] = "LC_ALL=C";
   static char quoting[] = "QUOTING_STYLE=literal";
@@ -76,11 +78,11 @@ class StreamActions {
   bool ready_ = false;
 };
 
-// A tool is ended by SIGPIPE once nobody reads its output any more, also where the application
-// ignores or blocks that signal: a tool that never ends by itself would otherwise go on for ever.
-class MortalBySigpipe {
+// SIGPIPE ends a tool once nobody reads its output any more, even where the application ignores or
+// blocks that signal: a tool that never ends by itself would go on for ever.
+class SigpipeByDefault {
  public:
-  MortalBySigpipe() {
+  SigpipeByDefault() {
     ready_ = posix_spawnattr_init(&attributes_) == 0;
     if (!ready_) return;
     sigset_t defaults, blocked;
@@ -92,11 +94,11 @@ class MortalBySigpipe {
     posix_spawnattr_setsigmask(&attributes_, &blocked);
     posix_spawnattr_setflags(&attributes_, POSIX_SPAWN_SETSIGDEF | POSIX_SPAWN_SETSIGMASK);
   }
-  ~MortalBySigpipe() {
+  ~SigpipeByDefault() {
     if (ready_) posix_spawnattr_destroy(&attributes_);
   }
-  MortalBySigpipe(const MortalBySigpipe &) = delete;
-  MortalBySigpipe &operator=(const MortalBySigpipe &) = delete;
+  SigpipeByDefault(const SigpipeByDefault &) = delete;
+  SigpipeByDefault &operator=(const SigpipeByDefault &) = delete;
 
   const posix_spawnattr_t *get() const { return ready_ ? &attributes_ : nullptr; }
 
@@ -113,15 +115,15 @@ pid_t spawnShell(const char *command, const StreamActions &streams, Environment 
   std::vector<char *> plainBytes;
   if (environment == Environment::PlainBytes) plainBytes = plainBytesEnvironment();
   char *const *variables = plainBytes.empty() ? environ : plainBytes.data();
-  const MortalBySigpipe signals;
+  const SigpipeByDefault signals;
   pid_t process = -1;
   const int error =
       posix_spawn(&process, _PATH_BSHELL, streams.get(), signals.get(), arguments, variables);
   return error == 0 ? process : -1;
 }
 
-// Keeps the SIGPIPE of a write from this thread while it lives. The application's handling of the
-// signal is not touched, nor any other thread, nor tools that are already running.
+// While it lives, a write of this thread raises no SIGPIPE. It touches neither the application's
+// handling of the signal, nor other threads, nor tools that already run.
 class SigpipeHeldBack {
  public:
   SigpipeHeldBack() {
@@ -144,8 +146,7 @@ class SigpipeHeldBack {
  private:
   void take() {
     const timespec atOnce = {0, 0};
-    while (sigtimedwait(&sigpipe_, nullptr, &atOnce) == -1 && errno == EINTR) {
-    }
+    base::retried([&] { return sigtimedwait(&sigpipe_, nullptr, &atOnce); });
   }
 
   sigset_t sigpipe_;
@@ -176,8 +177,8 @@ class LineBuffer {
   std::size_t length_ = 0;
 };
 
-// Hands over every line that ends in `block` and keeps the rest in `line`. False once perLine asked
-// to stop.
+// Hands over every line that ends in `block` and keeps the rest in `line`. Returns false once
+// perLine asks to stop.
 bool handBlock(std::string_view block, LineBuffer &line, ToolLine_t perLine) {
   for (;;) {
     const std::size_t end = block.find('\n');
@@ -192,8 +193,8 @@ bool handBlock(std::string_view block, LineBuffer &line, ToolLine_t perLine) {
 
 Tool::Tool(const char *command, Flow flow, Environment environment, int input) {
   if (!runsOnUnix()) return;
-  // Opened before the pipe: where the application has no standard input, this takes its number, and
-  // no end of the pipe does.
+  // Opened before the pipe: if the application has no standard input, this takes its number instead
+  // of an end of the pipe.
   const Descriptor nothing(open(_PATH_DEVNULL, O_RDONLY | O_CLOEXEC));
   Pipe pipe;
   StreamActions streams;
@@ -209,19 +210,15 @@ bool Tool::writesWithin(std::chrono::milliseconds patience) const {
   using Clock = std::chrono::steady_clock;
   const Clock::time_point end = Clock::now() + patience;
   pollfd output = {pipe_, POLLIN, 0};
-  int ready;
-  do {
+  const auto untilTheEnd = [&] {
     const auto left = std::chrono::ceil<std::chrono::milliseconds>(end - Clock::now());
-    ready = poll(&output, 1, std::max<int>(0, static_cast<int>(left.count())));
-  } while (ready == -1 && errno == EINTR);
-  return ready > 0;
+    return poll(&output, 1, std::max(0, static_cast<int>(left.count())));
+  };
+  return base::retried(untilTheEnd) > 0;
 }
 
 std::size_t Tool::readSome(char *to, std::size_t n) const {
-  ssize_t got;
-  do {
-    got = ::read(pipe_, to, n);
-  } while (got == -1 && errno == EINTR);
+  const ssize_t got = base::retried([&] { return ::read(pipe_, to, n); });
   return got > 0 ? static_cast<std::size_t>(got) : 0;
 }
 
@@ -238,8 +235,7 @@ std::size_t Tool::read(char *to, std::size_t n) const {
 void Tool::write(std::string_view input) const {
   SigpipeHeldBack held;
   while (!input.empty()) {
-    const ssize_t put = ::write(pipe_, input.data(), input.size());
-    if (put == -1 && errno == EINTR) continue;
+    const ssize_t put = base::retried([&] { return ::write(pipe_, input.data(), input.size()); });
     if (put == -1 && errno == EPIPE) held.raised();
     if (put <= 0) return;
     input.remove_prefix(static_cast<std::size_t>(put));
@@ -252,10 +248,7 @@ int Tool::finish() {
   if (!started()) return -1;
   const pid_t process = std::exchange(process_, -1);
   int status = -1;
-  pid_t ended;
-  do {
-    ended = waitpid(process, &status, 0);
-  } while (ended == -1 && errno == EINTR);
+  const pid_t ended = base::retried([&] { return waitpid(process, &status, 0); });
   return ended == process ? status : -1;
 }
 

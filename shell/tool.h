@@ -12,25 +12,25 @@
 
 namespace korvel::shell {
 
-// Where the standard stream at the library's end of the pipe belongs.
+// The direction of the pipe.
 enum class Flow {
-  FromTool,  // its output is read
-  ToTool,    // its input is written
+  FromTool,  // the tool's output is read
+  ToTool,    // the tool's input is written
 };
 
 // What the tool inherits.
 enum class Environment {
   Callers,
-  // The caller's, but text is bytes: names in any character set pass through `ls` and `grep`
-  // unchanged, and in byte order.
+  // The caller's, with text as bytes: names in any character set pass through `ls` and `grep`
+  // unchanged, in byte order.
   PlainBytes,
 };
 
 // A command run by the shell, as popen and pclose do it, with the pipe read and written directly.
 class Tool {
  public:
-  // input: a descriptor that stays the caller's, for a tool whose output is read. A tool that gets
-  // none reads an empty one, and never the application's terminal.
+  // input: what a tool whose output is read gets as its standard input; the caller closes it.
+  // Without one the input is empty, and never the application's terminal.
   Tool(const char *command, Flow flow, Environment environment = Environment::Callers,
        int input = -1);
   ~Tool() { finish(); }
@@ -41,17 +41,17 @@ class Tool {
 
   // What the tool writes next, 1 to n bytes; 0 at the end of its output.
   std::size_t readSome(char *to, std::size_t n) const;
-  // Exactly n bytes, however many pieces they come in; less only at the end of the output.
+  // Exactly n bytes, in however many pieces they come; less only at the end of the output.
   std::size_t read(char *to, std::size_t n) const;
-  // Waits until the tool has written or its output has ended, no longer than `patience`. True if
-  // there is something to read, the end of the output included.
+  // Waits until the tool has written or its output has ended, but no longer than `patience`. True
+  // if there is something to read or the output has ended.
   bool writesWithin(std::chrono::milliseconds patience) const;
-  // Writes all of `input`, or as much as the tool lives to read. SIGPIPE does not reach the
-  // application.
+  // Writes `input`, as much of it as the tool reads before it ends. The application gets no
+  // SIGPIPE.
   void write(std::string_view input) const;
 
   // Closes the pipe and waits for the tool. Returns its wait status; -1 if it was not started, was
-  // finished before, or somebody else has collected its status.
+  // finished before, or its status was collected by somebody else.
   int finish();
 
  private:
