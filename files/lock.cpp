@@ -1,3 +1,4 @@
+// Locks of whole files by flock(), fair between processes.
 #include "files/lock.h"
 
 #include <atomic>
@@ -22,14 +23,14 @@ long long microseconds() {
   return std::chrono::duration_cast<std::chrono::microseconds>(now).count();
 }
 
-// How this process came by its locks lately: when the last one was released, since when there was
-// no pause between one and the next, and whether the last one had to be waited for.
+// The locks that this process took lately: when the last one was released, since when each followed
+// the one before without a pause, and whether the last one had to be waited for.
 constinit std::atomic<long long> released = 0;
 constinit std::atomic<long long> withoutPauseSince = 0;
 constinit std::atomic<bool> hasWaited = false;
 
-// Others look for a lock now and then only. Between two that are taken at once one after the other
-// there would be no moment in which they find it free.
+// Others try for a lock only now and then. Between two locks taken in quick succession they would
+// never find it free.
 void letOthersIn() {
   constexpr useconds_t kPause = 2000;
   constexpr long long kTurn = 100000;
@@ -41,16 +42,17 @@ void letOthersIn() {
   withoutPauseSince = microseconds();
 }
 
-enum class Lead { ToOurs, ToAnother, Nowhere };
+// What a path names now, compared with a file that was opened there.
+enum class Named { Ours, Another, Nothing };
 
-Lead leadOf(const char *path, const struct stat &ours) {
+Named namedBy(const char *path, const struct stat &ours) {
   struct stat now;
-  if (stat(path, &now) != 0) return Lead::Nowhere;
-  return now.st_dev == ours.st_dev && now.st_ino == ours.st_ino ? Lead::ToOurs : Lead::ToAnother;
+  if (stat(path, &now) != 0) return Named::Nothing;
+  return isSameFile(now, ours) ? Named::Ours : Named::Another;
 }
 
-// Returns false when another one has the lock all the time. There is none to wait for where the
-// file system has no locks.
+// Returns false when somebody else has the lock all the time. Where the file system has no locks
+// there is nothing to wait for.
 bool lockWithin(Patience &patience, int file) {
   while (tryLock(file) == LockTry::Held) {
     if (!patience.wait()) return false;
@@ -58,7 +60,7 @@ bool lockWithin(Patience &patience, int file) {
   return true;
 }
 
-// Locks that go over a network want a descriptor for writing.
+// Locks over a network need a descriptor for writing.
 int openRegular(const char *path, struct stat &status) {
   const int file = retried([&] { return open(path, O_RDWR | O_NONBLOCK | O_NOCTTY | O_CLOEXEC); });
   if (file < 0) return -1;
@@ -80,48 +82,62 @@ LockTry tryLock(int file) {
   return errno == EWOULDBLOCK || errno == EACCES ? LockTry::Held : LockTry::NoLocks;
 }
 
-// Who has waited for long looks more often, and is more likely to be next than a newcomer. The
-// moments are of unequal length, or two who wait might keep step.
-bool Patience::wait() {
-  using std::chrono::milliseconds;
-  const auto now = std::chrono::steady_clock::now();
+bool Patience::lasts() {
+  const auto now = Clock::now();
   if (!begin_) begin_ = now;
-  const auto waited = std::chrono::duration_cast<milliseconds>(now - *begin_);
-  if (waited >= milliseconds(lockPatience)) {
-    errno = ETIMEDOUT;
-    return false;
-  }
+  waited_ = std::chrono::duration_cast<std::chrono::milliseconds>(now - *begin_);
+  if (waited_.count() < lockPatience) return true;
+  errno = ETIMEDOUT;
+  return false;
+}
+
+// Whoever has waited long tries more often, and so is likelier to be next than a newcomer. The
+// pauses vary, or two that wait might keep step.
+bool Patience::wait() {
+  if (!lasts()) return false;
   constexpr long long kFirst = 1000;  // microseconds
-  constexpr milliseconds kHalved{50};
-  const long long longest = kFirst * kHalved / (kHalved + waited);
-  const long long ticks = now.time_since_epoch().count();
+  constexpr std::chrono::milliseconds kHalved{50};
+  const long long longest = kFirst * kHalved / (kHalved + waited_);
+  const long long ticks = Clock::now().time_since_epoch().count();
   usleep(static_cast<useconds_t>(longest / 2 + ticks % (longest / 2 + 1)));
   return true;
 }
 
 bool FileLock::take(const char *path) {
+  Patience patience;
+  return take(path, patience);
+}
+
+bool FileLock::take(const char *path, Patience &patience) {
   release();
   letOthersIn();
-  Patience patience;
-  Lead lead = Lead::ToAnother;
-  while (lead == Lead::ToAnother) {
-    release();
-    struct stat status;
-    file_ = openRegular(path, status);
-    // A file server has a lease on it, and was just asked to give it back.
-    if (file_ < 0 && errno == EWOULDBLOCK && patience.wait()) continue;
-    if (file_ < 0 || !lockWithin(patience, file_)) break;
-    lead = leadOf(path, status);
+  bool isOurs = takeOnce(path, patience);
+  while (!isOurs && errno == ESTALE && patience.lasts()) isOurs = takeOnce(path, patience);
+  hasWaited = patience.hasBegun();
+  return isOurs;
+}
+
+// Fails with ESTALE when another file has taken the place of the one that was opened.
+bool FileLock::takeOnce(const char *path, Patience &patience) {
+  struct stat opened;
+  // EWOULDBLOCK: a file server has a lease on the file, and was just asked to give it back.
+  do {
+    file_ = openRegular(path, opened);
+  } while (file_ < 0 && errno == EWOULDBLOCK && patience.wait());
+  if (file_ < 0) return false;
+  if (lockWithin(patience, file_)) {
+    const Named now = namedBy(path, opened);
+    if (now == Named::Ours) return true;
+    if (now == Named::Another) errno = ESTALE;
   }
-  hasWaited = patience.hasWaited();
-  if (lead != Lead::ToOurs) release();
-  return lead == Lead::ToOurs;
+  release();
+  return false;
 }
 
 void FileLock::release() {
   if (file_ < 0) return;
   const int error = errno;
-  // A child that was forked meanwhile has the same lock, and would keep it.
+  // A child forked meanwhile shares the lock, and would keep it.
   flock(file_, LOCK_UN);
   close(file_);
   file_ = -1;
@@ -131,7 +147,7 @@ void FileLock::release() {
 
 bool FileLock::isAt(const char *path) const {
   struct stat ours;
-  return file_ >= 0 && fstat(file_, &ours) == 0 && leadOf(path, ours) == Lead::ToOurs;
+  return file_ >= 0 && fstat(file_, &ours) == 0 && namedBy(path, ours) == Named::Ours;
 }
 
 }  // namespace korvel::files

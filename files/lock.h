@@ -1,9 +1,9 @@
-// For files/, tables/ and profile/ only: changes of one file wait for each other, also those of
-// other processes and, where the file system passes locks on, of other machines.
+// For files/, tables/ and profile/: changes of one file wait for each other, those of other
+// processes included and, where the file system passes locks on, those of other machines.
 //
-// The lock is the file's own: nothing is left lying about, and a process that ends gives it back.
-// As a change puts a new file in the old one's place, whoever has waited looks whether the path
-// still leads to the file that it locked, and else tries again with the new one.
+// The lock is the file's own: nothing is left lying about, and a process that ends gives it back. A
+// change puts a new file in the old one's place: whoever has waited checks that the path still
+// names the file that it locked, and else tries again with the new one.
 #ifndef KORVEL_FILES_LOCK_H
 #define KORVEL_FILES_LOCK_H
 
@@ -15,19 +15,24 @@ namespace korvel::files {
 // The longest wait for a lock, in milliseconds. A variable for tests.
 extern int lockPatience;
 
-// What one try for the lock of an open file comes to. The lock lasts until the file is closed.
+// The outcome of one try for the lock of an open file. The lock lasts until the file is closed.
 enum class LockTry { Taken, Held, NoLocks };
 LockTry tryLock(int file);
 
-// The time that one wait may last: lockPatience, from the first moment that is waited on.
+// The time that a wait, or several in a row, may last: lockPatience from the first call.
 class Patience {
  public:
-  // Sleeps for a moment. Returns false when the time is over; errno is ETIMEDOUT then.
+  // Returns false when the time is over, with errno ETIMEDOUT.
+  bool lasts();
+  // The same, and sleeps for a moment.
   bool wait();
-  bool hasWaited() const { return begin_.has_value(); }
+  bool hasBegun() const { return begin_.has_value(); }
 
  private:
-  std::optional<std::chrono::steady_clock::time_point> begin_;
+  using Clock = std::chrono::steady_clock;
+
+  std::optional<Clock::time_point> begin_;
+  std::chrono::milliseconds waited_{0};
 };
 
 class FileLock {
@@ -37,23 +42,26 @@ class FileLock {
   FileLock(const FileLock &) = delete;
   FileLock &operator=(const FileLock &) = delete;
 
-  // Waits until no one else changes the file at a POSIX path, for lockPatience at most. Returns
-  // false, holding nothing, when it is no regular file that this process may read and write; errno
-  // says why: ENOENT for a missing one, EINVAL for what is no regular file, ETIMEDOUT when the wait
-  // was too long. Where the file system has no locks, returns true at once.
+  // Waits until nobody else changes the file at a POSIX path, as long as the patience lasts.
+  // Returns false, holding nothing, unless it is a regular file that this process may read and
+  // write; errno says why: ENOENT if it is missing, EINVAL if it is not regular, ETIMEDOUT after
+  // too long a wait. Where the file system has no locks, returns true at once.
   // A process that takes one lock after another makes short pauses, so that others get theirs.
   bool take(const char *path);
+  bool take(const char *path, Patience &patience);
 
   void release();
 
-  // Whether a path still leads to the locked file.
+  // Whether a path still names the locked file.
   bool isAt(const char *path) const;
 
-  // The locked file, open for reading and writing, at its beginning; -1 when none is. It stays the
-  // lock's own.
+  // The locked file, open for reading and writing, at its beginning; -1 without one. The lock
+  // closes it.
   int descriptor() const { return file_; }
 
  private:
+  bool takeOnce(const char *path, Patience &patience);
+
   int file_ = -1;
 };
 

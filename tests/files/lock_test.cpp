@@ -138,6 +138,27 @@ TEST_F(Lock, WaitsNoLongerThanItsPatience) {
   close(other);
 }
 
+TEST_F(Lock, SeveralMayShareOnePatience) {
+  lockPatience = 400;
+  const std::string second = scratch_.file("q", "text");
+  const int other = holding(path_);
+  const int forGood = holding(second);
+  std::thread releasing([&] {
+    usleep(200000);
+    close(other);
+  });
+  Patience patience;
+  FileLock lock;
+  FileLock secondLock;
+  const auto begin = std::chrono::steady_clock::now();
+  EXPECT_TRUE(lock.take(path_.c_str(), patience));
+  EXPECT_FALSE(secondLock.take(second.c_str(), patience));
+  EXPECT_EQ(errno, ETIMEDOUT);
+  EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::milliseconds(580));
+  releasing.join();
+  close(forGood);
+}
+
 TEST_F(Lock, IsGotBesideAProcessThatTakesItAgainAndAgain) {
   const pid_t child = fork();
   if (child == 0) {
@@ -148,14 +169,17 @@ TEST_F(Lock, IsGotBesideAProcessThatTakesItAgainAndAgain) {
       lock.release();
     }
   }
-  usleep(20000);
-  int taken = 0;
-  for (int i = 0; i < 5; ++i) {
-    if (FileLock().take(path_.c_str())) ++taken;
+  int waitedFor = 0;
+  bool taken = true;
+  for (int i = 0; taken && waitedFor < 5 && i < 1000; ++i) {
+    Patience patience;
+    taken = FileLock().take(path_.c_str(), patience);
+    if (patience.hasBegun()) ++waitedFor;
   }
   kill(child, SIGKILL);
   waitpid(child, nullptr, 0);
-  EXPECT_EQ(taken, 5);
+  EXPECT_TRUE(taken);
+  EXPECT_EQ(waitedFor, 5) << "the child had the lock that often";
 }
 
 TEST_F(Lock, IsThatOfTheFileThatThePathLeadsToNow) {
