@@ -535,11 +535,4 @@ void Replacement::discard() {
   failed_ = false;
 }
 
-bool replaceFile(const char *path, std::span<const std::string_view> pieces, IfMissing ifMissing,
-                 ReplaceRules rules) {
-  Replacement replacement;
-  return replacement.begin(path, ifMissing, rules) && replacement.append(pieces) &&
-         replacement.commit();
-}
-
 }  // namespace korvel::files

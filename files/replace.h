@@ -145,10 +145,6 @@ class Replacement {
   char temporary_[16] = {};     // name of a named temporary, else ""
 };
 
-// Replaces a file's content by the pieces. Result as Replacement::commit().
-bool replaceFile(const char *path, std::span<const std::string_view> pieces,
-                 IfMissing ifMissing = IfMissing::Fail, ReplaceRules rules = {});
-
 // For tests: asked before each step; an error number other than 0 makes the step fail with it.
 // Temporary is the making of a nameless one, Write comes once per system call, Overwrite once per
 // stretch written in place.

@@ -316,9 +316,12 @@ const bool kReplaceGoals = goal("replace_4KB", "write_sync_rename", 1.3) &&
 void replaceWhole(State &state, const char *name) {
   const std::string path = stage().posix(name);
   const std::string text(std::filesystem::file_size(path), 'n');
-  const std::string_view piece = text;
-  for (auto _ : state)
-    benchmark::DoNotOptimize(korvel::files::replaceFile(path.c_str(), std::span(&piece, 1)));
+  for (auto _ : state) {
+    korvel::files::Replacement replacement;
+    const bool done =
+        replacement.begin(path.c_str()) && replacement.append(text) && replacement.commit();
+    benchmark::DoNotOptimize(done);
+  }
 }
 
 void writeSyncRename(State &state, const char *name, bool syncsFolder) {

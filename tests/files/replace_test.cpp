@@ -1,12 +1,12 @@
+// Replacements of whole files, with faults at the steps, kills and small disks. Failing system
+// calls are in replace_fault_test.cpp.
 #include "files/replace.h"
 
 #include <array>
 #include <cerrno>
-#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <functional>
-#include <new>
 #include <random>
 #include <signal.h>
 #include <string>
@@ -18,7 +18,6 @@
 #include <sys/mount.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
-#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <sys/xattr.h>
 #include <unistd.h>
@@ -26,79 +25,7 @@
 #include <gtest/gtest.h>
 
 #include "files/lock.h"
-#include "tests/files/faults.h"
-#include "tests/files/scratch.h"
-
-namespace korvel::files {
-namespace {
-
-// What a test wants of the next syncs: the error number of each, 0 for a real one.
-std::function<int(int)> atSync;
-// The same for tries to lock.
-std::function<int(int)> atLock;
-// The same for changes of mode, for extended attributes set and for renaming without replacing,
-// once for all.
-int modeError = 0;
-int attributeError = 0;
-int renameError = 0;
-// Arrays whose making may fail do so.
-bool noRoomForArrays = false;
-
-// The result of a system call that fails if there is an error.
-template <typename Call>
-int unless(int error, Call call) {
-  if (error == 0) return static_cast<int>(call());
-  errno = error;
-  return -1;
-}
-
-}  // namespace
-}  // namespace korvel::files
-
-// Every array of this program is made and given back here.
-void *operator new[](std::size_t size) {
-  if (void *array = std::malloc(size)) return array;
-  throw std::bad_alloc();
-}
-void *operator new[](std::size_t size, const std::nothrow_t &) noexcept {
-  return korvel::files::noRoomForArrays ? nullptr : std::malloc(size);
-}
-void operator delete[](void *array) noexcept { std::free(array); }
-void operator delete[](void *array, std::size_t) noexcept { std::free(array); }
-
-// Every sync of this program comes here.
-extern "C" int fsync(int descriptor) {
-  const int error = korvel::files::atSync ? korvel::files::atSync(descriptor) : 0;
-  return korvel::files::unless(error, [&] { return syscall(SYS_fsync, descriptor); });
-}
-
-// So does every try to lock. The structure of the same name stays hidden, as it is everywhere.
-#pragma GCC diagnostic push
-#pragma GCC diagnostic ignored "-Wshadow"
-extern "C" int flock(int descriptor, int operation) {
-  const int error = korvel::files::atLock ? korvel::files::atLock(descriptor) : 0;
-  return korvel::files::unless(error, [&] { return syscall(SYS_flock, descriptor, operation); });
-}
-#pragma GCC diagnostic pop
-
-extern "C" int renameat2(int folder, const char *name, int newFolder, const char *newName,
-                         unsigned flags) {
-  return korvel::files::unless(korvel::files::renameError, [&] {
-    return syscall(SYS_renameat2, folder, name, newFolder, newName, flags);
-  });
-}
-
-// So do every change of an open file's mode and of its extended attributes.
-extern "C" int fchmod(int descriptor, mode_t mode) {
-  return korvel::files::unless(korvel::files::modeError,
-                               [&] { return syscall(SYS_fchmod, descriptor, mode); });
-}
-extern "C" int fsetxattr(int descriptor, const char *name, const void *value, size_t size,
-                         int flags) {
-  return korvel::files::unless(korvel::files::attributeError, [&] {
-    return syscall(SYS_fsetxattr, descriptor, name, value, size, flags);
-  });
-}
+#include "tests/files/replacements.h"
 
 namespace korvel::files {
 namespace {
@@ -108,19 +35,9 @@ using test::content;
 using test::entries;
 using test::Fault;
 using test::inChild;
+using test::modeOf;
 using test::Scratch;
 using test::SmallDisk;
-
-bool replaceBy(const std::string &path, std::string_view text,
-               IfMissing ifMissing = IfMissing::Fail) {
-  return replaceFile(path.c_str(), std::span(&text, 1), ifMissing);
-}
-
-mode_t modeOf(const std::string &path) {
-  struct stat status = {};
-  stat(path.c_str(), &status);
-  return status.st_mode & 07777;
-}
 
 TEST(Replace, NewContentShorterEqualAndLonger) {
   Scratch scratch;
@@ -328,13 +245,6 @@ TEST(Replace, ExtendedAttributesAreKept) {
   EXPECT_STREQ(value, "poste 3");
 }
 
-// "u::rw-,u:12:rw-,g::r--,m::rw-,o::---" as the kernel keeps it.
-constexpr unsigned char kAccessListOf12[] = {
-    2,    0,    0,    0,  //
-    1,    0,    6,    0,    0xFF, 0xFF, 0xFF, 0xFF, 2,    0,    6,    0,   12, 0,
-    0,    0,    4,    0,    4,    0,    0xFF, 0xFF, 0xFF, 0xFF, 16,   0,   6,  0,
-    0xFF, 0xFF, 0xFF, 0xFF, 32,   0,    0,    0,    0xFF, 0xFF, 0xFF, 0xFF};
-
 TEST(Replace, AccessListIsKept) {
   Scratch scratch;
   const std::string file = scratch.file("a", "old");
@@ -346,44 +256,6 @@ TEST(Replace, AccessListIsKept) {
   ASSERT_EQ(getxattr(file.c_str(), "system.posix_acl_access", value, sizeof value),
             static_cast<ssize_t>(sizeof kAccessListOf12));
   EXPECT_TRUE(std::equal(std::begin(kAccessListOf12), std::end(kAccessListOf12), value));
-}
-
-// The mode shows the list's mask, rw-, where the group itself has r-- only.
-TEST(Replace, WithoutItsAccessListTheGroupHasNoMoreRightsThanEveryone) {
-  Scratch scratch;
-  const std::string file = scratch.file("a", "old");
-  if (setxattr(file.c_str(), "system.posix_acl_access", kAccessListOf12, sizeof kAccessListOf12,
-               0) != 0)
-    GTEST_SKIP() << "no access lists here";
-  ASSERT_EQ(modeOf(file), 0660u);
-  attributeError = ENOSPC;
-  const bool done = replaceBy(file, "new");
-  attributeError = 0;
-  EXPECT_TRUE(done);
-  EXPECT_EQ(getxattr(file.c_str(), "system.posix_acl_access", nullptr, 0), -1);
-  EXPECT_EQ(modeOf(file), 0600u);
-}
-
-TEST(Replace, AModeThatCannotBeChangedHindersOnlyWhereItIsNotTheOldOne) {
-  for (const int error : {EPERM, EACCES, EIO}) {
-    Scratch scratch;
-    const std::string file = scratch.file("a", "old");
-    chmod(file.c_str(), 0600);
-    modeError = error;
-    EXPECT_TRUE(replaceBy(file, "new")) << strerror(error);
-    modeError = 0;
-    EXPECT_EQ(content(file), "new") << strerror(error);
-    chmod(file.c_str(), 0644);
-    modeError = error;
-    Replacement replacement;
-    ASSERT_TRUE(replacement.begin(file.c_str(), IfMissing::Fail, {.inPlace = false}));
-    ASSERT_TRUE(replacement.append("newer"));
-    EXPECT_FALSE(replacement.commit()) << strerror(error);
-    modeError = 0;
-    EXPECT_EQ(content(file), "new") << strerror(error);
-    EXPECT_EQ(modeOf(file), 0644u);
-    EXPECT_EQ(entries(scratch.path()), std::vector<std::string>{"a"});
-  }
 }
 
 TEST(Replace, AnAccessListThatTheFolderGivesIsNotTakenOver) {
@@ -449,75 +321,6 @@ TEST(Replace, AFolderThatCannotBeSyncedStillHasTheNewFile) {
   Fault fault(ReplaceStep::Folder, 1, EIO);
   EXPECT_TRUE(replaceBy(file, "new"));
   EXPECT_EQ(content(file), "new");
-}
-
-class AtSync {
- public:
-  explicit AtSync(std::function<int(int)> act) { atSync = std::move(act); }
-  ~AtSync() { atSync = nullptr; }
-  AtSync(const AtSync &) = delete;
-  AtSync &operator=(const AtSync &) = delete;
-};
-
-// What a sync finds: how much of what mode, and what the file's name leads to by then.
-std::string syncSeen(int descriptor, const std::string &file) {
-  struct stat status = {};
-  fstat(descriptor, &status);
-  char what[64] = "the folder";
-  if (!S_ISDIR(status.st_mode))
-    std::snprintf(what, sizeof what, "%d bytes of mode %o", static_cast<int>(status.st_size),
-                  status.st_mode & 07777u);
-  return std::string(what) + " while the name leads to " + content(file) + "\n";
-}
-
-TEST(Replace, TheContentIsSyncedBeforeTheRenameAndTheFolderAfterIt) {
-  Scratch scratch;
-  const std::string file = scratch.file("a", "old");
-  chmod(file.c_str(), 0604);
-  for (const bool named : {false, true}) {
-    Fault fault(ReplaceStep::Temporary, 1, named ? EOPNOTSUPP : 0);
-    std::string seen;
-    {
-      const AtSync watch([&](int descriptor) {
-        seen += syncSeen(descriptor, file);
-        return 0;
-      });
-      EXPECT_TRUE(replaceBy(file, "the new one"));
-    }
-    EXPECT_EQ(seen,
-              "11 bytes of mode 604 while the name leads to old\n"
-              "the folder while the name leads to the new one\n");
-    scratch.file("a", "old");
-  }
-}
-
-TEST(Replace, ASyncThatIsInterruptedIsMadeAgainAndOneThatFailsLeavesTheOldFile) {
-  Scratch scratch;
-  const std::string file = scratch.file("a", "old");
-  constexpr struct {
-    int error, calls;
-    bool done;
-  } kRows[] = {
-      {EINTR, 3, true},  // one more for the content
-      // A file system that cannot sync has nothing to wait for.
-      {EINVAL, 2, true},
-      {ENOTSUP, 2, true},
-      {EROFS, 2, true},
-      {EIO, 1, false},
-      {ENOSPC, 1, false},
-      {EDQUOT, 1, false},
-  };
-  for (const auto &row : kRows) {
-    int calls = 0;
-    {
-      const AtSync watch([&](int) { return ++calls == 1 ? row.error : 0; });
-      EXPECT_EQ(replaceBy(file, "new"), row.done) << strerror(row.error);
-    }
-    EXPECT_EQ(calls, row.calls) << strerror(row.error);
-    EXPECT_EQ(content(file), row.done ? "new" : "old") << strerror(row.error);
-    EXPECT_EQ(entries(scratch.path()), std::vector<std::string>{"a"}) << strerror(row.error);
-    scratch.file("a", "old");
-  }
 }
 
 TEST(Replace, TheFolderMayBeSyncedLater) {
@@ -594,45 +397,6 @@ TEST(Replace, WithoutNamelessFilesAFaultLeavesTheOldFileAndNoTemporary) {
   }
 }
 
-// Makes replacements with a nameless temporary or, where that cannot be, with a named one.
-class Temporaries {
- public:
-  explicit Temporaries(bool named) : fault_(ReplaceStep::Temporary, 1, named ? EOPNOTSUPP : 0) {}
-
- private:
-  Fault fault_;
-};
-
-bool beginNamed(Replacement &replacement, const std::string &path,
-                IfMissing ifMissing = IfMissing::Fail) {
-  const Temporaries named(true);
-  return replacement.begin(path.c_str(), ifMissing);
-}
-
-// Where no lock can be had.
-class WithoutLocks {
- public:
-  WithoutLocks() {
-    atLock = [](int) { return ENOLCK; };
-  }
-  ~WithoutLocks() { atLock = nullptr; }
-  WithoutLocks(const WithoutLocks &) = delete;
-  WithoutLocks &operator=(const WithoutLocks &) = delete;
-};
-
-// Kills a process while its temporary has a name.
-void leaveTemporary(const std::string &file, bool named) {
-  EXPECT_EQ(inChild([&] {
-              if (named) {
-                Replacement replacement;
-                if (beginNamed(replacement, file) && replacement.append("killed")) raise(SIGKILL);
-              }
-              Fault fault(ReplaceStep::Rename, 1, [] { return raise(SIGKILL); });
-              return replaceBy(file, "killed") ? 0 : 1;
-            }),
-            -1);
-}
-
 TEST(Replace, ATemporaryLeftByAKillGoesWithTheNextReplacementInItsFolder) {
   for (const bool left : {false, true}) {
     for (const bool named : {false, true}) {
@@ -680,26 +444,6 @@ TEST(Replace, ATemporaryOfALiveProcessStaysHoweverOldItIs) {
   EXPECT_EQ(entries(scratch.path()), std::vector<std::string>{"a"});
 }
 
-TEST(Replace, WithoutLocksATemporaryIsLeftOverAfterAMinute) {
-  for (const bool named : {false, true}) {
-    Scratch scratch;
-    const std::string file = scratch.file("a", "old");
-    leaveTemporary(file, named);
-    const WithoutLocks withoutLocks;
-    const Temporaries temporaries(named);
-    // As long as it may belong to a live process it stays, and hinders nobody.
-    EXPECT_EQ(abandonedAfter, 60);
-    ASSERT_TRUE(replaceBy(file, "new"));
-    EXPECT_EQ(content(file), "new");
-    EXPECT_EQ(entries(scratch.path()).size(), 2u);
-    const int seconds = std::exchange(abandonedAfter, 0);
-    EXPECT_TRUE(replaceBy(file, "newer"));
-    abandonedAfter = seconds;
-    EXPECT_EQ(content(file), "newer");
-    EXPECT_EQ(entries(scratch.path()), std::vector<std::string>{"a"});
-  }
-}
-
 // A stranger's one cannot be opened.
 TEST(Replace, ATemporaryThatMayNotBeOpenedIsLeftOverAfterAMinute) {
   if (geteuid() != 0) GTEST_SKIP() << "needs a second user";
@@ -717,65 +461,6 @@ TEST(Replace, ATemporaryThatMayNotBeOpenedIsLeftOverAfterAMinute) {
             }),
             0);
   EXPECT_EQ(entries(scratch.path()), std::vector<std::string>{"a"});
-}
-
-TEST(Replace, ATemporaryTakenForAbandonedLeavesTheOldFileAndTheOtherTemporary) {
-  const WithoutLocks withoutLocks;
-  Scratch scratch;
-  const std::string file = scratch.file("a", "old");
-  Replacement slow;
-  ASSERT_TRUE(beginNamed(slow, file));
-  ASSERT_TRUE(slow.append("slow"));
-  const int seconds = std::exchange(abandonedAfter, 0);
-  Replacement other;
-  ASSERT_TRUE(beginNamed(other, file));
-  abandonedAfter = seconds;
-  ASSERT_TRUE(other.append("oth"));
-  EXPECT_FALSE(slow.commit());
-  EXPECT_EQ(content(file), "old");
-  ASSERT_TRUE(other.append("er"));
-  EXPECT_TRUE(other.commit());
-  EXPECT_EQ(content(file), "other");
-  EXPECT_EQ(entries(scratch.path()), std::vector<std::string>{"a"});
-}
-
-TEST(Replace, ATemporaryTakenForAbandonedLeavesTheOtherOneWhenItIsGivenUp) {
-  const WithoutLocks withoutLocks;
-  Scratch scratch;
-  const std::string file = scratch.file("a", "old");
-  Replacement slow;
-  ASSERT_TRUE(beginNamed(slow, file));
-  const int seconds = std::exchange(abandonedAfter, 0);
-  Replacement other;
-  ASSERT_TRUE(beginNamed(other, file));
-  abandonedAfter = seconds;
-  ASSERT_TRUE(other.append("other"));
-  slow.discard();
-  EXPECT_TRUE(other.commit());
-  EXPECT_EQ(content(file), "other");
-  EXPECT_EQ(entries(scratch.path()), std::vector<std::string>{"a"});
-}
-
-// Somebody who looks for what kills left finds it before it is locked.
-TEST(Replace, ATemporaryThatGoesBeforeItIsLockedIsMadeAnew) {
-  Scratch scratch;
-  const std::string file = scratch.file("a", "old");
-  const std::string first = scratch.path() + "/.korvel-0";
-  int tries = 0;
-  atLock = [&](int) {
-    if (++tries == 1) unlink(first.c_str());
-    return tries == 2 ? EWOULDBLOCK : 0;
-  };
-  Replacement replacement;
-  const bool begun = beginNamed(replacement, file);
-  atLock = nullptr;
-  ASSERT_TRUE(begun);
-  EXPECT_EQ(tries, 3);
-  ASSERT_TRUE(replacement.append("new"));
-  EXPECT_TRUE(replacement.commit());
-  EXPECT_EQ(content(file), "new");
-  // The one that somebody else seemed to have.
-  EXPECT_EQ(entries(scratch.path()), (std::vector<std::string>{".korvel-1", "a"}));
 }
 
 class AllNamesInUse : public testing::Test {
@@ -879,37 +564,6 @@ TEST(Replace, ALinkThatBearsTheNameOfATemporaryIsNotFollowed) {
     EXPECT_TRUE(replaceBy(file, "new"));
     EXPECT_EQ(content(file), "new");
     EXPECT_EQ(content(other), "other");
-  }
-}
-
-TEST(Replace, ANewFileAppearsOnlyWhereThereIsNone) {
-  for (const int noRename : {0, EINVAL}) {
-    for (const bool named : {false, true}) {
-      Scratch scratch;
-      const std::string file = scratch.path() + "/a";
-      const std::string link = scratch.path() + "/link";
-      symlink("a", link.c_str());
-      const auto beginNew = [&](Replacement &replacement, const std::string &text) {
-        const Temporaries temporaries(named);
-        return replacement.begin(link.c_str(), IfMissing::Create) && replacement.append(text);
-      };
-      Replacement first;
-      Replacement second;
-      Replacement third;
-      ASSERT_TRUE(beginNew(first, "first"));
-      ASSERT_TRUE(beginNew(second, "second"));
-      renameError = noRename;
-      EXPECT_TRUE(first.commitNew());
-      EXPECT_FALSE(second.commitNew());
-      EXPECT_EQ(errno, EEXIST);
-      ASSERT_TRUE(beginNew(third, "third"));
-      EXPECT_FALSE(third.commitNew());
-      EXPECT_EQ(errno, EEXIST);
-      renameError = 0;
-      EXPECT_EQ(content(file), "first");
-      EXPECT_EQ(modeOf(file), 0777u);
-      EXPECT_EQ(entries(scratch.path()), (std::vector<std::string>{"a", "link"}));
-    }
   }
 }
 
@@ -1101,25 +755,6 @@ TEST(Replace, AReadOnlyDiskIsAFailure) {
   EXPECT_EQ(content(file), "old");
 }
 
-// What is left when the folder does not admit the exchange.
-class InPlace : public testing::Test {
- protected:
-  // A folder that is not writable, with a file that is.
-  void SetUp() override {
-    file_ = scratch_.file("a", kOld);
-    chmod(file_.c_str(), 0666);
-    chmod(scratch_.path().c_str(), 0555);
-  }
-  // `body` as a user whom the folder refuses.
-  int asUser(const std::function<int()> &body) {
-    return inChild([&] { return geteuid() == 0 && !becomeNobody() ? 99 : body(); });
-  }
-
-  static constexpr char kOld[] = "the old content";
-  Scratch scratch_;
-  std::string file_;
-};
-
 TEST_F(InPlace, TheFileIsOverwritten) {
   struct stat before = {};
   struct stat after = {};
@@ -1211,37 +846,6 @@ TEST_F(InPlace, AFaultInTheMidstOfTheOverwritingLeavesTheOldFile) {
     EXPECT_TRUE(content(file_) == std::string(row.size, 'n'));
     scratch_.file("a", old);
   }
-}
-
-TEST_F(InPlace, WhatTheFileGrowsByIsSyncedBeforeAnOldByteIsTouched) {
-  EXPECT_EQ(asUser([&] {
-              std::string seen;
-              const AtSync watch([&](int) {
-                seen += content(file_) + "\n";
-                return 0;
-              });
-              if (!replaceBy(file_, "THE NEW CONTENT, LONGER")) return 1;
-              return seen == "the old content, LONGER\nTHE NEW CONTENT, LONGER\n" ? 0 : 2;
-            }),
-            0);
-}
-
-TEST_F(InPlace, AGrowthThatCannotBeSyncedLeavesTheOldFile) {
-  EXPECT_EQ(asUser([&] {
-              const AtSync watch([](int) { return ENOSPC; });
-              return replaceBy(file_, "a new content that is longer") ? 1 : 0;
-            }),
-            0);
-  EXPECT_EQ(content(file_), kOld);
-}
-
-TEST_F(InPlace, WithoutRoomToKeepTheOldBytesTheyStay) {
-  EXPECT_EQ(asUser([&] {
-              noRoomForArrays = true;
-              return replaceBy(file_, "a new content that is longer") ? 1 : 0;
-            }),
-            0);
-  EXPECT_EQ(content(file_), kOld);
 }
 
 TEST_F(InPlace, AFileThatMayNotBeReadIsOverwrittenToo) {

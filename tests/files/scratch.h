@@ -1,4 +1,4 @@
-// For tests of files: a folder that goes with its object, and plain ways to look at files.
+// For all tests: a folder removed with its object, and plain ways to look at files.
 #ifndef KORVEL_TESTS_FILES_SCRATCH_H
 #define KORVEL_TESTS_FILES_SCRATCH_H
 
@@ -11,6 +11,8 @@
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include <sys/stat.h>
 
 namespace korvel::test {
 
@@ -31,6 +33,12 @@ inline std::string randomBytes(std::mt19937 &random, std::size_t count) {
   std::string bytes(count, '\0');
   for (char &byte : bytes) byte = static_cast<char>(random());
   return bytes;
+}
+
+inline mode_t modeOf(const std::string &path) {
+  struct stat status = {};
+  stat(path.c_str(), &status);
+  return status.st_mode & 07777;
 }
 
 // A folder of its own, removed with everything in it.

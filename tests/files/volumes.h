@@ -69,12 +69,6 @@ class Volumes {
   Scratch scratch_;
 };
 
-inline mode_t modeOf(const std::string &path) {
-  struct stat status = {};
-  stat(path.c_str(), &status);
-  return status.st_mode & 07777;
-}
-
 }  // namespace korvel::test
 
 #endif

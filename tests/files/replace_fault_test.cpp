@@ -1,0 +1,386 @@
+// Replacements and locks when single system calls fail or an array finds no memory. A program by
+// itself: it takes over those calls, and operator new[], for the whole process.
+#include <cerrno>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <functional>
+#include <new>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <sys/stat.h>
+#include <sys/syscall.h>
+#include <sys/xattr.h>
+#include <unistd.h>
+
+#include <gtest/gtest.h>
+
+#include "files/lock.h"
+#include "files/replace.h"
+#include "tests/files/replacements.h"
+
+namespace korvel::files {
+namespace {
+
+// Called at each fsync(); gives the error number of that call, 0 for a real one.
+std::function<int(int descriptor)> atSync;
+// The same for flock().
+std::function<int(int descriptor)> atLock;
+// The error numbers of every fchmod(), fsetxattr() and renameat2().
+int modeError = 0;
+int attributeError = 0;
+int renameError = 0;
+// Every nothrow new[] fails.
+bool noRoomForArrays = false;
+
+// Fails with an error number, or makes the call if that is 0.
+template <typename Call>
+int unless(int error, Call call) {
+  if (error == 0) return static_cast<int>(call());
+  errno = error;
+  return -1;
+}
+
+}  // namespace
+}  // namespace korvel::files
+
+void *operator new[](std::size_t size) {
+  if (void *array = std::malloc(size)) return array;
+  throw std::bad_alloc();
+}
+void *operator new[](std::size_t size, const std::nothrow_t &) noexcept {
+  return korvel::files::noRoomForArrays ? nullptr : std::malloc(size);
+}
+void operator delete[](void *array) noexcept { std::free(array); }
+void operator delete[](void *array, std::size_t) noexcept { std::free(array); }
+
+extern "C" int fsync(int descriptor) {
+  const int error = korvel::files::atSync ? korvel::files::atSync(descriptor) : 0;
+  return korvel::files::unless(error, [&] { return syscall(SYS_fsync, descriptor); });
+}
+
+// The function hides the structure of the same name, as everywhere.
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wshadow"
+extern "C" int flock(int descriptor, int operation) {
+  const int error = korvel::files::atLock ? korvel::files::atLock(descriptor) : 0;
+  return korvel::files::unless(error, [&] { return syscall(SYS_flock, descriptor, operation); });
+}
+#pragma GCC diagnostic pop
+
+extern "C" int renameat2(int folder, const char *name, int newFolder, const char *newName,
+                         unsigned flags) {
+  return korvel::files::unless(korvel::files::renameError, [&] {
+    return syscall(SYS_renameat2, folder, name, newFolder, newName, flags);
+  });
+}
+
+extern "C" int fchmod(int descriptor, mode_t mode) {
+  return korvel::files::unless(korvel::files::modeError,
+                               [&] { return syscall(SYS_fchmod, descriptor, mode); });
+}
+
+extern "C" int fsetxattr(int descriptor, const char *name, const void *value, size_t size,
+                         int flags) {
+  return korvel::files::unless(korvel::files::attributeError, [&] {
+    return syscall(SYS_fsetxattr, descriptor, name, value, size, flags);
+  });
+}
+
+namespace korvel::files {
+namespace {
+
+using test::content;
+using test::entries;
+using test::Fault;
+using test::modeOf;
+using test::Scratch;
+
+// The mode shows the list's mask, rw-, where the group itself has r-- only.
+TEST(Replace, WithoutItsAccessListTheGroupHasNoMoreRightsThanEveryone) {
+  Scratch scratch;
+  const std::string file = scratch.file("a", "old");
+  if (setxattr(file.c_str(), "system.posix_acl_access", kAccessListOf12, sizeof kAccessListOf12,
+               0) != 0)
+    GTEST_SKIP() << "no access lists here";
+  ASSERT_EQ(modeOf(file), 0660u);
+  attributeError = ENOSPC;
+  const bool done = replaceBy(file, "new");
+  attributeError = 0;
+  EXPECT_TRUE(done);
+  EXPECT_EQ(getxattr(file.c_str(), "system.posix_acl_access", nullptr, 0), -1);
+  EXPECT_EQ(modeOf(file), 0600u);
+}
+
+TEST(Replace, AModeThatCannotBeChangedHindersOnlyWhereItIsNotTheOldOne) {
+  for (const int error : {EPERM, EACCES, EIO}) {
+    Scratch scratch;
+    const std::string file = scratch.file("a", "old");
+    chmod(file.c_str(), 0600);
+    modeError = error;
+    EXPECT_TRUE(replaceBy(file, "new")) << strerror(error);
+    modeError = 0;
+    EXPECT_EQ(content(file), "new") << strerror(error);
+    chmod(file.c_str(), 0644);
+    modeError = error;
+    Replacement replacement;
+    ASSERT_TRUE(replacement.begin(file.c_str(), IfMissing::Fail, {.inPlace = false}));
+    ASSERT_TRUE(replacement.append("newer"));
+    EXPECT_FALSE(replacement.commit()) << strerror(error);
+    modeError = 0;
+    EXPECT_EQ(content(file), "new") << strerror(error);
+    EXPECT_EQ(modeOf(file), 0644u);
+    EXPECT_EQ(entries(scratch.path()), std::vector<std::string>{"a"});
+  }
+}
+
+class AtSync {
+ public:
+  explicit AtSync(std::function<int(int)> act) { atSync = std::move(act); }
+  ~AtSync() { atSync = nullptr; }
+  AtSync(const AtSync &) = delete;
+  AtSync &operator=(const AtSync &) = delete;
+};
+
+// What a sync finds: how much of what mode, and what the file's name leads to by then.
+std::string syncSeen(int descriptor, const std::string &file) {
+  struct stat status = {};
+  fstat(descriptor, &status);
+  char what[64] = "the folder";
+  if (!S_ISDIR(status.st_mode))
+    std::snprintf(what, sizeof what, "%d bytes of mode %o", static_cast<int>(status.st_size),
+                  status.st_mode & 07777u);
+  return std::string(what) + " while the name leads to " + content(file) + "\n";
+}
+
+TEST(Replace, TheContentIsSyncedBeforeTheRenameAndTheFolderAfterIt) {
+  Scratch scratch;
+  const std::string file = scratch.file("a", "old");
+  chmod(file.c_str(), 0604);
+  for (const bool named : {false, true}) {
+    Fault fault(ReplaceStep::Temporary, 1, named ? EOPNOTSUPP : 0);
+    std::string seen;
+    {
+      const AtSync watch([&](int descriptor) {
+        seen += syncSeen(descriptor, file);
+        return 0;
+      });
+      EXPECT_TRUE(replaceBy(file, "the new one"));
+    }
+    EXPECT_EQ(seen,
+              "11 bytes of mode 604 while the name leads to old\n"
+              "the folder while the name leads to the new one\n");
+    scratch.file("a", "old");
+  }
+}
+
+TEST(Replace, ASyncThatIsInterruptedIsMadeAgainAndOneThatFailsLeavesTheOldFile) {
+  Scratch scratch;
+  const std::string file = scratch.file("a", "old");
+  constexpr struct {
+    int error, calls;
+    bool done;
+  } kRows[] = {
+      {EINTR, 3, true},  // one more for the content
+      // A file system that cannot sync has nothing to wait for.
+      {EINVAL, 2, true},
+      {ENOTSUP, 2, true},
+      {EROFS, 2, true},
+      {EIO, 1, false},
+      {ENOSPC, 1, false},
+      {EDQUOT, 1, false},
+  };
+  for (const auto &row : kRows) {
+    int calls = 0;
+    {
+      const AtSync watch([&](int) { return ++calls == 1 ? row.error : 0; });
+      EXPECT_EQ(replaceBy(file, "new"), row.done) << strerror(row.error);
+    }
+    EXPECT_EQ(calls, row.calls) << strerror(row.error);
+    EXPECT_EQ(content(file), row.done ? "new" : "old") << strerror(row.error);
+    EXPECT_EQ(entries(scratch.path()), std::vector<std::string>{"a"}) << strerror(row.error);
+    scratch.file("a", "old");
+  }
+}
+
+// Where no lock can be had.
+class WithoutLocks {
+ public:
+  WithoutLocks() {
+    atLock = [](int) { return ENOLCK; };
+  }
+  ~WithoutLocks() { atLock = nullptr; }
+  WithoutLocks(const WithoutLocks &) = delete;
+  WithoutLocks &operator=(const WithoutLocks &) = delete;
+};
+
+TEST(Replace, WithoutLocksATemporaryIsLeftOverAfterAMinute) {
+  for (const bool named : {false, true}) {
+    Scratch scratch;
+    const std::string file = scratch.file("a", "old");
+    leaveTemporary(file, named);
+    const WithoutLocks withoutLocks;
+    const Temporaries temporaries(named);
+    // As long as it may belong to a live process it stays, and hinders nobody.
+    EXPECT_EQ(abandonedAfter, 60);
+    ASSERT_TRUE(replaceBy(file, "new"));
+    EXPECT_EQ(content(file), "new");
+    EXPECT_EQ(entries(scratch.path()).size(), 2u);
+    const int seconds = std::exchange(abandonedAfter, 0);
+    EXPECT_TRUE(replaceBy(file, "newer"));
+    abandonedAfter = seconds;
+    EXPECT_EQ(content(file), "newer");
+    EXPECT_EQ(entries(scratch.path()), std::vector<std::string>{"a"});
+  }
+}
+
+TEST(Replace, ATemporaryTakenForAbandonedLeavesTheOldFileAndTheOtherTemporary) {
+  const WithoutLocks withoutLocks;
+  Scratch scratch;
+  const std::string file = scratch.file("a", "old");
+  Replacement slow;
+  ASSERT_TRUE(beginNamed(slow, file));
+  ASSERT_TRUE(slow.append("slow"));
+  const int seconds = std::exchange(abandonedAfter, 0);
+  Replacement other;
+  ASSERT_TRUE(beginNamed(other, file));
+  abandonedAfter = seconds;
+  ASSERT_TRUE(other.append("oth"));
+  EXPECT_FALSE(slow.commit());
+  EXPECT_EQ(content(file), "old");
+  ASSERT_TRUE(other.append("er"));
+  EXPECT_TRUE(other.commit());
+  EXPECT_EQ(content(file), "other");
+  EXPECT_EQ(entries(scratch.path()), std::vector<std::string>{"a"});
+}
+
+TEST(Replace, ATemporaryTakenForAbandonedLeavesTheOtherOneWhenItIsGivenUp) {
+  const WithoutLocks withoutLocks;
+  Scratch scratch;
+  const std::string file = scratch.file("a", "old");
+  Replacement slow;
+  ASSERT_TRUE(beginNamed(slow, file));
+  const int seconds = std::exchange(abandonedAfter, 0);
+  Replacement other;
+  ASSERT_TRUE(beginNamed(other, file));
+  abandonedAfter = seconds;
+  ASSERT_TRUE(other.append("other"));
+  slow.discard();
+  EXPECT_TRUE(other.commit());
+  EXPECT_EQ(content(file), "other");
+  EXPECT_EQ(entries(scratch.path()), std::vector<std::string>{"a"});
+}
+
+// Somebody who looks for what kills left finds it before it is locked.
+TEST(Replace, ATemporaryThatGoesBeforeItIsLockedIsMadeAnew) {
+  Scratch scratch;
+  const std::string file = scratch.file("a", "old");
+  const std::string first = scratch.path() + "/.korvel-0";
+  int tries = 0;
+  atLock = [&](int) {
+    if (++tries == 1) unlink(first.c_str());
+    return tries == 2 ? EWOULDBLOCK : 0;
+  };
+  Replacement replacement;
+  const bool begun = beginNamed(replacement, file);
+  atLock = nullptr;
+  ASSERT_TRUE(begun);
+  EXPECT_EQ(tries, 3);
+  ASSERT_TRUE(replacement.append("new"));
+  EXPECT_TRUE(replacement.commit());
+  EXPECT_EQ(content(file), "new");
+  // The one that somebody else seemed to have.
+  EXPECT_EQ(entries(scratch.path()), (std::vector<std::string>{".korvel-1", "a"}));
+}
+
+TEST(Replace, ANewFileAppearsOnlyWhereThereIsNone) {
+  for (const int noRename : {0, EINVAL}) {
+    for (const bool named : {false, true}) {
+      Scratch scratch;
+      const std::string file = scratch.path() + "/a";
+      const std::string link = scratch.path() + "/link";
+      symlink("a", link.c_str());
+      const auto beginNew = [&](Replacement &replacement, const std::string &text) {
+        const Temporaries temporaries(named);
+        return replacement.begin(link.c_str(), IfMissing::Create) && replacement.append(text);
+      };
+      Replacement first;
+      Replacement second;
+      Replacement third;
+      ASSERT_TRUE(beginNew(first, "first"));
+      ASSERT_TRUE(beginNew(second, "second"));
+      renameError = noRename;
+      EXPECT_TRUE(first.commitNew());
+      EXPECT_FALSE(second.commitNew());
+      EXPECT_EQ(errno, EEXIST);
+      ASSERT_TRUE(beginNew(third, "third"));
+      EXPECT_FALSE(third.commitNew());
+      EXPECT_EQ(errno, EEXIST);
+      renameError = 0;
+      EXPECT_EQ(content(file), "first");
+      EXPECT_EQ(modeOf(file), 0777u);
+      EXPECT_EQ(entries(scratch.path()), (std::vector<std::string>{"a", "link"}));
+    }
+  }
+}
+
+TEST_F(InPlace, WhatTheFileGrowsByIsSyncedBeforeAnOldByteIsTouched) {
+  EXPECT_EQ(asUser([&] {
+              std::string seen;
+              const AtSync watch([&](int) {
+                seen += content(file_) + "\n";
+                return 0;
+              });
+              if (!replaceBy(file_, "THE NEW CONTENT, LONGER")) return 1;
+              return seen == "the old content, LONGER\nTHE NEW CONTENT, LONGER\n" ? 0 : 2;
+            }),
+            0);
+}
+
+TEST_F(InPlace, AGrowthThatCannotBeSyncedLeavesTheOldFile) {
+  EXPECT_EQ(asUser([&] {
+              const AtSync watch([](int) { return ENOSPC; });
+              return replaceBy(file_, "a new content that is longer") ? 1 : 0;
+            }),
+            0);
+  EXPECT_EQ(content(file_), kOld);
+}
+
+TEST_F(InPlace, WithoutRoomToKeepTheOldBytesTheyStay) {
+  EXPECT_EQ(asUser([&] {
+              noRoomForArrays = true;
+              return replaceBy(file_, "a new content that is longer") ? 1 : 0;
+            }),
+            0);
+  EXPECT_EQ(content(file_), kOld);
+}
+
+// Every file that is opened is no longer the one at the path once it is locked.
+TEST(Lock, IsGivenUpWhenTheFileIsReplacedAgainAndAgain) {
+  Scratch scratch;
+  const std::string file = scratch.file("a", "0");
+  const int patience = std::exchange(lockPatience, 50);
+  int replaced = 0;
+  atLock = [&](int) {
+    std::rename(scratch.file("new", std::to_string(++replaced)).c_str(), file.c_str());
+    return 0;
+  };
+  const auto begin = std::chrono::steady_clock::now();
+  FileLock lock;
+  const bool taken = lock.take(file.c_str());
+  const int error = errno;
+  atLock = nullptr;
+  lockPatience = patience;
+  EXPECT_FALSE(taken);
+  EXPECT_EQ(error, ETIMEDOUT);
+  EXPECT_EQ(lock.descriptor(), -1);
+  EXPECT_GT(replaced, 1);
+  EXPECT_GE(std::chrono::steady_clock::now() - begin, std::chrono::milliseconds(50));
+  EXPECT_TRUE(lock.take(file.c_str())) << "once the storm is over";
+}
+
+}  // namespace
+}  // namespace korvel::files
