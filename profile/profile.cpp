@@ -1,4 +1,5 @@
 // Profiles read and written through memory files.
+#include <algorithm>
 #include <cerrno>
 #include <cstddef>
 #include <cstring>
@@ -9,10 +10,10 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <korvel/codecs.h>
-#include <korvel/files.h>
 #include <korvel/profile.h>
 
+#include "base/guard.h"
+#include "codecs/integer.h"
 #include "files/lock.h"
 #include "files/paths.h"
 #include "files/replace.h"
@@ -26,20 +27,17 @@ namespace {
 constexpr int kDone = 1;
 constexpr int kFailed = 0;
 
-// Holds every 32-bit integer.
-constexpr int kIntegerCapacity = 12;
+std::optional<std::string_view> optionalText(const char *text) {
+  return text == nullptr ? std::nullopt : std::optional<std::string_view>(text);
+}
 
-using Text = std::optional<std::string_view>;
-
-Text optionalText(const char *text) { return text == nullptr ? Text() : Text(text); }
-
-// A buffer of the application's to fill with one text.
+// A buffer of the application's, filled with one text.
 class Destination {
  public:
   Destination(char *bytes, int capacity)
       : bytes_(bytes), room_(static_cast<std::size_t>(capacity - 1)) {}
 
-  // The text may stand in the buffer already.
+  // The text may be in the buffer already.
   void set(const char *text) {
     const std::size_t length = text == nullptr ? 0 : strnlen(text, room_);
     if (length > 0) std::memmove(bytes_, text, length);
@@ -47,7 +45,7 @@ class Destination {
   }
   void set(Characters value) { bytes_[value.copyTo(bytes_, room_)] = '\0'; }
 
-  // A text ends at its first NUL, also one that came from a file.
+  // A text from a file ends at its first NUL too.
   int length() const { return static_cast<int>(std::strlen(bytes_)); }
 
  private:
@@ -55,21 +53,40 @@ class Destination {
   std::size_t room_;
 };
 
-void readValue(const char *section, const char *key, const char *path, Destination &destination) {
+// Returns whether there is a value.
+bool readValue(const char *section, const char *key, const char *path, Destination &destination) {
   InputFile file;
-  if (!file.open(path)) return;
+  if (section == nullptr || key == nullptr || !file.open(path)) return false;
   // One byte more shows that the file has come to its end.
   MemoryFile memory(file.size() + 1);
-  if (!memory.isOpen() || !memory.load(file.descriptor(), file.size())) return;
-  if (const auto value = findValue(memory.bytes(), section, key)) destination.set(*value);
+  if (!memory.isOpen() || !memory.load(file.descriptor(), file.size())) return false;
+  const auto value = findValue(memory.bytes(), section, key);
+  if (value) destination.set(*value);
+  return value.has_value();
 }
 
-// A new content is on the disk before its name leads there, so that a loss of power leaves one of
-// the two contents whole (where it is exchanged); waiting until it is certain to be the new one
-// would double the time that the application waits.
+int readText(const char *section, const char *key, const char *defaultText, const char *path,
+             Destination destination) {
+  destination.set(defaultText);
+  readValue(section, key, path, destination);
+  return destination.length();
+}
+
+int readInteger(const char *section, const char *key, int defaultValue, const char *path) {
+  char text[codecs::kIntegerSize];
+  Destination destination(text, codecs::kIntegerSize);
+  if (!readValue(section, key, path, destination)) return std::max(defaultValue, 0);
+  int value = 0;
+  const bool isInteger = codecs::readInteger(text, codecs::kLimit32, &value) == 0;
+  return isInteger ? std::max(value, 0) : 0;
+}
+
+// The new content is on the disk before its name leads there, so that a loss of power leaves either
+// content whole (where the file is exchanged). Making sure that it is the new one would double the
+// time that the application waits.
 constexpr files::ReplaceRules kRules = {.folderSync = false};
 
-// Hands a new content on to the file: large pieces as they are, small ones gathered in a memory
+// Passes the new content on to the file: large pieces as they are, small ones gathered in a memory
 // file.
 class FileOutput final : public Output {
  public:
@@ -108,7 +125,7 @@ enum class Outcome { Done, Failed, MadeByAnother };
 
 Outcome outcomeOf(bool done) { return done ? Outcome::Done : Outcome::Failed; }
 
-// A file that was missing comes into being at once with its content, and takes nobody's place.
+// A missing file appears at once with its content, and takes no other file's place.
 Outcome create(files::Replacement &replacement) {
   if (replacement.commitNew()) return Outcome::Done;
   return errno == EEXIST ? Outcome::MadeByAnother : Outcome::Failed;
@@ -120,7 +137,7 @@ Outcome createEmpty(const char *path) {
   return outcomeOf(create(replacement) != Outcome::Failed);
 }
 
-// What is there is no regular file, or this process may not read it. `error`: that of the opening.
+// Whether the file is not regular, or this process may not read it. error: why it was not opened.
 bool cannotBeRead(const char *path, int error) {
   struct stat status;
   if (stat(path, &status) != 0) return false;
@@ -128,8 +145,8 @@ bool cannotBeRead(const char *path, int error) {
   return error == EACCES && faccessat(AT_FDCWD, path, R_OK, AT_EACCESS) != 0 && errno == EACCES;
 }
 
-// Puts what `rewrite` makes of the content of a file in its place. The lock holds the file, or
-// nothing where that is missing.
+// Replaces the content of a file by what `rewrite` makes of it. The lock holds the file, or nothing
+// if it is missing.
 template <typename Rewrite>
 Outcome rewriteOpen(const char *path, const files::FileLock &lock, Rewrite rewrite) {
   const int file = lock.descriptor();
@@ -148,7 +165,7 @@ Outcome rewriteOpen(const char *path, const files::FileLock &lock, Rewrite rewri
   rewrite(input.bytes(), output);
   if (!output.finish()) return Outcome::Failed;
   if (missing) return create(replacement);
-  // Somebody who knows no lock may have put another file there, and a third one written to that.
+  // A program that takes no lock may have put another file there, which others then changed.
   bool isAnother = false;
   const bool done = replacement.commit([&] {
     isAnother = !lock.isAt(path);
@@ -168,7 +185,7 @@ Outcome rewriteLocked(const char *path, Rewrite rewrite) {
 
 template <typename Rewrite>
 int rewriteFile(const char *path, Rewrite rewrite) {
-  constexpr int kAttempts = 100;  // against others who make, remove or exchange the file
+  constexpr int kAttempts = 100;  // beside others that make, remove or exchange the file
   const files::PosixPath posixPath(path);
   Outcome outcome = Outcome::MadeByAnother;
   for (int i = 0; i < kAttempts && outcome == Outcome::MadeByAnother; ++i)
@@ -176,15 +193,16 @@ int rewriteFile(const char *path, Rewrite rewrite) {
   return outcome == Outcome::Done ? kDone : kFailed;
 }
 
-int writeKey(std::string_view section, std::string_view key, Text value, const char *path) {
+int writeSection(std::string_view section, const char *content, const char *path) {
   return rewriteFile(path, [&](std::string_view text, Output &output) {
-    rewriteKey(text, section, key, value, output);
+    rewriteSection(text, section, optionalText(content), output);
   });
 }
 
-int writeSection(std::string_view section, Text content, const char *path) {
+int writeKey(std::string_view section, const char *key, const char *value, const char *path) {
+  if (key == nullptr) return writeSection(section, nullptr, path);
   return rewriteFile(path, [&](std::string_view text, Output &output) {
-    rewriteSection(text, section, content, output);
+    rewriteKey(text, section, key, optionalText(value), output);
   });
 }
 
@@ -192,32 +210,25 @@ int writeSection(std::string_view section, Text content, const char *path) {
 }  // namespace korvel::profile
 
 using namespace korvel::profile;
+using korvel::base::orOnFailure;
 
 int GetPrivateProfileString(const char *section, const char *key, const char *defaultText,
                             char *destination, int capacity, const char *path) {
   if (destination == nullptr || capacity < 1) return 0;
-  Destination result(destination, capacity);
-  result.set(defaultText);
-  if (section != nullptr && key != nullptr) readValue(section, key, path, result);
-  return result.length();
+  return readText(section, key, defaultText, path, {destination, capacity});
 }
 
 int GetPrivateProfileInt(const char *section, const char *key, int defaultValue, const char *path) {
-  char text[kIntegerCapacity];
-  intdco_i(defaultValue, text, kIntegerCapacity);
-  GetPrivateProfileString(section, key, text, text, kIntegerCapacity, path);
-  int value = 0;
-  return intcod_l(text, &value) == 0 && value >= 0 ? value : 0;
+  return readInteger(section, key, defaultValue, path);
 }
 
 int WritePrivateProfileString(const char *section, const char *key, const char *value,
                               const char *path) {
   if (section == nullptr) return kFailed;
-  if (key == nullptr) return WritePrivateProfileSection(section, nullptr, path);
-  return writeKey(section, key, optionalText(value), path);
+  return orOnFailure(kFailed, [&] { return writeKey(section, key, value, path); });
 }
 
 int WritePrivateProfileSection(const char *section, const char *text, const char *path) {
   if (section == nullptr) return kFailed;
-  return writeSection(section, optionalText(text), path);
+  return orOnFailure(kFailed, [&] { return writeSection(section, text, path); });
 }
