@@ -165,15 +165,9 @@ int MFil_Lseek(int handle, int offset) {
   return slot == nullptr ? -1 : seek(*slot, offset);
 }
 
-int MFil_GetPos(int handle) {
-  const MFilSlot *slot = openSlot(DATA_MFIL_TAB, handle);
-  return slot == nullptr ? -1 : slot->position;
-}
+int MFil_GetPos(int handle) { return isHandle(handle) ? DATA_MFIL_TAB[handle].position : -1; }
 
-int MFil_Size(int handle) {
-  const MFilSlot *slot = openSlot(DATA_MFIL_TAB, handle);
-  return slot == nullptr ? -1 : slot->size;
-}
+int MFil_Size(int handle) { return isHandle(handle) ? DATA_MFIL_TAB[handle].size : -1; }
 
 char *MFil_LockPtr(int handle, int offset) {
   const MFilSlot *slot = readableSlot(handle);
