@@ -1,3 +1,5 @@
+// Lists of files sorted by name or by size, with the number of exchanges that bubble sort would
+// make.
 #include <algorithm>
 #include <cstdint>
 #include <cstring>
@@ -8,8 +10,8 @@
 
 #include <korvel/files.h>
 
-#include "files/exchanges.h"
 #include "files/handles.h"
+#include "files/inversions.h"
 #include "files/rows.h"
 
 namespace korvel::files {
@@ -20,7 +22,7 @@ constexpr std::size_t kKeySize = sizeof(std::uint64_t);
 char *rowAt(char *list, std::uint64_t row) { return list + row * kRowSize; }
 const char *rowAt(const char *list, std::uint64_t row) { return list + row * kRowSize; }
 
-// The number of bytes that all rows begin with, terminators left out.
+// The length of the longest text that all rows begin with.
 std::size_t commonPrefix(const char *list, std::size_t rows) {
   std::size_t prefix = rowText(list).size();
   for (std::size_t row = 1; row < rows && prefix > 0; ++row) {
@@ -31,8 +33,8 @@ std::size_t commonPrefix(const char *list, std::size_t rows) {
   return prefix;
 }
 
-// The bytes of a row from `begin` on as a number that orders as signed characters do. What stands
-// behind the terminator does not count.
+// The 8 bytes of a row from `begin` on, up to the terminator, as a number that sorts like signed
+// characters.
 std::uint64_t keyAt(const char *row, std::size_t begin) {
   constexpr std::uint64_t kSignBits = 0x8080808080808080u;
   std::uint64_t key = 0;
@@ -44,10 +46,10 @@ std::uint64_t keyAt(const char *row, std::size_t begin) {
   return key ^ kSignBits;
 }
 
-// A key whose last byte is not the terminator's may go on behind it.
+// Whether the row ends within its key.
 bool keyHoldsEnd(std::uint64_t key) { return (key & 0xFF) == 0x80; }
 
-// Compares two rows that are equal up to `begin`, as chcomp does.
+// Compares two rows that are equal up to `begin`, in the order of chcomp.
 int compareFrom(const char *a, const char *b, std::size_t begin) {
   for (std::size_t i = begin; i < kRowSize; ++i) {
     const int difference = static_cast<signed char>(a[i]) - static_cast<signed char>(b[i]);
@@ -56,16 +58,16 @@ int compareFrom(const char *a, const char *b, std::size_t begin) {
   return 0;
 }
 
-// Copies a row's text; the bytes behind the terminator stay.
+// Copies a row's text and terminator; the target's bytes behind that stay.
 void copyText(char *to, const char *from) {
   const std::string_view text = rowText(from);
   std::memcpy(to, text.data(), text.size());
   to[text.size()] = '\0';
 }
 
-// Moves the texts so that row i gets that of row order[i].row, each being moved once. `order` is
-// used up.
-void arrangeRows(char *list, std::span<SortItem> order) {
+// Gives row i the text of row order[i].row, following each cycle of the permutation, so that every
+// text moves once. Overwrites `order`.
+void permuteRows(char *list, std::span<SortItem> order) {
   char first[kRowSize];
   for (std::size_t start = 0; start < order.size(); ++start) {
     if (order[start].row == start) continue;
@@ -82,10 +84,7 @@ void arrangeRows(char *list, std::span<SortItem> order) {
   }
 }
 
-// Kept: the count of exchanges has 16 bits and a sign.
-int exchangeResult(std::uint64_t exchanges) { return static_cast<std::int16_t>(exchanges); }
-
-// Sorts the rows by the key of each, and by `before` where keys are equal.
+// Sorts the rows by the key of each, and by `before` between equal keys.
 template <typename KeyOf, typename Before>
 int sortRows(char *list, int rows, KeyOf keyOf, Before before) {
   const auto count = static_cast<std::size_t>(rows);
@@ -94,9 +93,10 @@ int sortRows(char *list, int rows, KeyOf keyOf, Before before) {
   const std::span<SortItem> items(memory.get(), count);
   const std::span<SortItem> scratch(memory.get() + count, count);
   for (std::size_t row = 0; row < count; ++row) items[row] = {keyOf(rowAt(list, row)), row};
-  const std::uint64_t exchanges = sortCounting(items, scratch, before);
-  if (exchanges != 0) arrangeRows(list, items);
-  return exchangeResult(exchanges);
+  const std::uint64_t inversions = sortCounting(items, scratch, before);
+  if (inversions != 0) permuteRows(list, items);
+  // Kept: the count of exchanges has 16 bits and a sign.
+  return static_cast<std::int16_t>(inversions);
 }
 
 int sortByName(char *list, int rows) {
