@@ -1,3 +1,5 @@
+// The thin layer over the system's descriptors.
+#include <algorithm>
 #include <cstdint>
 
 #include <fcntl.h>
@@ -12,26 +14,48 @@
 namespace korvel::files {
 namespace {
 
-constexpr mode_t kOpenToAll = 0777;
+// Opening a pipe must not wait for its other end; reading and writing it do.
+constexpr int kWithoutWaiting = O_NONBLOCK | O_NOCTTY;
 
 bool isRegularFile(const char *path) {
   struct stat status;
   return stat(path, &status) == 0 && S_ISREG(status.st_mode);
 }
 
-// The opening of a pipe must not wait for the other end; its reading and writing do.
-constexpr int kAtOnce = O_NONBLOCK | O_NOCTTY;
+int openWithoutWaiting(const char *path, int read, int write) {
+  constexpr mode_t kOpenToAll = 0777;
+  if (read < 1) return openCreating(path, O_TRUNC | kWithoutWaiting, kOpenToAll);
+  if (write < 1 && !isRegularFile(path)) return -1;
+  const int access = write < 1 ? O_RDONLY : O_RDWR;
+  return retried([&] { return open(path, access | kWithoutWaiting | O_CLOEXEC); });
+}
 
-int waiting(int descriptor) {
+int openDescriptor(const char *mac, int read, int write) {
+  // Kept: with neither flag set the result is the read flag itself.
+  if (read < 1 && write < 1) return read;
+  const int descriptor = openWithoutWaiting(PosixPath(mac).text(), read, write);
   if (descriptor >= 0) fcntl(descriptor, F_SETFL, fcntl(descriptor, F_GETFL) & ~O_NONBLOCK);
   return descriptor;
 }
 
-int openDescriptor(const char *path, int read, int write) {
-  if (read < 1) return waiting(openCreating(path, O_TRUNC | kAtOnce, kOpenToAll));
-  if (write < 1 && !isRegularFile(path)) return -1;
-  const int access = write < 1 ? O_RDONLY : O_RDWR;
-  return waiting(retried([&] { return open(path, access | kAtOnce | O_CLOEXEC); }));
+int readSome(int descriptor, void *buffer, std::size_t count) {
+  return std::max(0, static_cast<int>(retried([&] { return read(descriptor, buffer, count); })));
+}
+
+int writeSome(int descriptor, const void *buffer, std::size_t count) {
+  return static_cast<int>(retried([&] { return write(descriptor, buffer, count); }));
+}
+
+int upperHalfOfLength(int descriptor) {
+  const std::int64_t end = lseek(descriptor, 0, SEEK_END);
+  lseek(descriptor, 0, SEEK_SET);
+  // Kept: the result is the upper half of the length.
+  return static_cast<int>(end >> 32);
+}
+
+int setLength(int descriptor, int length) {
+  if (retried([&] { return ftruncate(descriptor, length); }) != 0) return -1;
+  return lseek(descriptor, length, SEEK_SET) < 0 ? -1 : 0;
 }
 
 }  // namespace
@@ -39,25 +63,18 @@ int openDescriptor(const char *path, int read, int write) {
 
 using namespace korvel::files;
 
-int xFile_Open(const char *path, int read, int write) {
-  // Kept: with neither flag set the result is the read flag itself.
-  if (read < 1 && write < 1) return read;
-  return openDescriptor(PosixPath(path).text(), read, write);
-}
+int xFile_Open(const char *path, int read, int write) { return openDescriptor(path, read, write); }
 
 int xFile_Close(int descriptor) { return close(descriptor); }
 
 int xFile_Read(int descriptor, void *buffer, int count) {
   if (buffer == nullptr || count < 0) return 0;
-  const ssize_t got =
-      retried([&] { return read(descriptor, buffer, static_cast<std::size_t>(count)); });
-  return got < 0 ? 0 : static_cast<int>(got);
+  return readSome(descriptor, buffer, static_cast<std::size_t>(count));
 }
 
 int xFile_Write(int descriptor, const void *buffer, int count) {
   if (buffer == nullptr || count < 0) return -1;
-  return static_cast<int>(
-      retried([&] { return write(descriptor, buffer, static_cast<std::size_t>(count)); }));
+  return writeSome(descriptor, buffer, static_cast<std::size_t>(count));
 }
 
 int xFile_Lseek(int descriptor, int offset) {
@@ -66,14 +83,6 @@ int xFile_Lseek(int descriptor, int offset) {
 
 int xFile_GetPos(int descriptor) { return static_cast<int>(lseek(descriptor, 0, SEEK_CUR)); }
 
-int xFile_Size(int descriptor) {
-  const std::int64_t end = lseek(descriptor, 0, SEEK_END);
-  lseek(descriptor, 0, SEEK_SET);
-  // Kept: the result is the upper half of the length.
-  return static_cast<int>(end >> 32);
-}
+int xFile_Size(int descriptor) { return upperHalfOfLength(descriptor); }
 
-int xFile_SetEOF(int descriptor, int length) {
-  if (retried([&] { return ftruncate(descriptor, length); }) != 0) return -1;
-  return lseek(descriptor, length, SEEK_SET) < 0 ? -1 : 0;
-}
+int xFile_SetEOF(int descriptor, int length) { return setLength(descriptor, length); }
