@@ -169,9 +169,10 @@ TEST_F(Lock, IsGotBesideAProcessThatTakesItAgainAndAgain) {
       lock.release();
     }
   }
+  const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(10);
   int waitedFor = 0;
   bool taken = true;
-  for (int i = 0; taken && waitedFor < 5 && i < 1000; ++i) {
+  while (taken && waitedFor < 5 && std::chrono::steady_clock::now() < end) {
     Patience patience;
     taken = FileLock().take(path_.c_str(), patience);
     if (patience.hasBegun()) ++waitedFor;
