@@ -1,3 +1,4 @@
+// The steps of a replacement, in the order of files/replace.h.
 #include "files/replace.h"
 
 #include <algorithm>
@@ -35,7 +36,7 @@ constexpr int kNames = 8;      // of temporaries in one folder
 constexpr const char *kDescriptors = "/proc/self/fd";
 constexpr const char *kAccessList = "system.posix_acl_access";
 
-// True when a test asks for this step to fail; errno is set.
+// Whether a test wants this step to fail. Sets errno.
 bool faulty(ReplaceStep step) {
   if (replaceFault == nullptr) return false;
   const int error = replaceFault(step);
@@ -49,14 +50,14 @@ void closeIfOpen(int &descriptor) {
   descriptor = -1;
 }
 
-// Devices and file systems that cannot sync refuse with these; there is nothing to wait for then.
+// The refusals of devices and file systems that cannot sync; there is nothing to wait for then.
 bool cannotSync(int error) { return error == EINVAL || error == ENOTSUP || error == EROFS; }
 
 bool synced(int descriptor) {
   return retried([&] { return fsync(descriptor); }) == 0 || cannotSync(errno);
 }
 
-// The folder, not the file, is what stands in the way.
+// Whether the folder, not the file, is the obstacle.
 bool folderRefuses(int error) {
   return error == EACCES || error == EPERM || error == EROFS || error == EBUSY;
 }
@@ -66,7 +67,7 @@ bool hasNoUnnamedFiles(int error) {
          error == ENOENT;
 }
 
-// Replaces what `path` names by what the symbolic link there contains.
+// Replaces the path of a symbolic link by the path of its target.
 bool followLink(char (&path)[PATH_MAX]) {
   char target[PATH_MAX];
   const ssize_t length = readlink(path, target, sizeof target);
@@ -87,7 +88,8 @@ void nameTemporary(int number, char (&name)[size]) {
   std::snprintf(name, size, ".korvel-%d", number);
 }
 
-bool leadsTo(int folder, const char *name, int file) {
+// Whether the name is the open file's.
+bool isNameOf(int folder, const char *name, int file) {
   struct stat named;
   struct stat own;
   return fstatat(folder, name, &named, AT_SYMLINK_NOFOLLOW) == 0 && fstat(file, &own) == 0 &&
@@ -100,15 +102,15 @@ bool isOld(int folder, const char *name) {
          time(nullptr) - status.st_ctime >= abandonedAfter;
 }
 
-// `file`: the temporary if it could be opened, else -1. One that gets locked here stays so until it
-// is closed: nobody else removes it and gives its name to another one meanwhile.
+// file: the temporary, or -1 if it cannot be opened. Once locked here it stays so until it is
+// closed: meanwhile nobody else removes it and gives its name to another one.
 bool isAbandoned(int folder, const char *name, int file) {
   const LockTry tried = file < 0 ? LockTry::NoLocks : tryLock(file);
   if (tried == LockTry::NoLocks) return isOld(folder, name);
-  return tried == LockTry::Taken && leadsTo(folder, name, file);
+  return tried == LockTry::Taken && isNameOf(folder, name, file);
 }
 
-// Locks that go over a network want a descriptor for writing.
+// Locks over a network need a descriptor for writing.
 void removeIfAbandoned(int folder, const char *name) {
   int file = retried([&] {
     return openat(folder, name, O_RDWR | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
@@ -150,8 +152,8 @@ bool copyAttribute(int from, int to, const char *name) {
   return length >= 0 && fsetxattr(to, name, value, static_cast<std::size_t>(length), 0) == 0;
 }
 
-// A folder may give every new file an access list; one that the old file does not have goes.
-// Returns false when the old file has one that cannot be taken over.
+// A folder may give every new file an access list; it is removed if the old file has none. Returns
+// false when the old file has one that cannot be copied.
 bool copyAttributes(int from, int to) {
   char names[65536];
   const ssize_t length = flistxattr(from, names, sizeof names);
@@ -192,8 +194,8 @@ mode_t modeFor(const struct stat &from, Kept kept) {
   return mode;
 }
 
-// A share on which all files belong to one user refuses every change of mode, and gives every file
-// the same one.
+// A share whose files all belong to one user refuses every change of mode and gives all files the
+// same one.
 bool setMode(int file, mode_t mode) {
   if (fchmod(file, mode) == 0) return true;
   const int error = errno;
@@ -203,24 +205,23 @@ bool setMode(int file, mode_t mode) {
   return hasIt;
 }
 
-// The mode comes last: a change of owner or of access list alters it.
+// The mode comes last: changes of the owner and the access list alter it.
 bool adopt(int old, int made) {
   if (faulty(ReplaceStep::Adopt)) return false;
   if (old < 0) {
-    fchmod(made, kOpenToAll);  // where the file system keeps modes at all
+    fchmod(made, kOpenToAll);  // has no effect where the file system has no modes
     return true;
   }
   struct stat status;
   if (fstat(old, &status) != 0) return false;
   Kept kept = copyOwner(status, made);
-  // Beside an access list the mode's group rights are the most that anyone of the list has; without
-  // it they would be the group's.
+  // With an access list the mode's group rights are the most that anyone in the list has; without
+  // it they would be the group's own.
   if (!copyAttributes(old, made)) kept.group = false;
   return setMode(made, modeFor(status, kept));
 }
 
-// The folder in which a path ends. One that may be changed but not read cannot be synced by itself;
-// see syncFolder().
+// The folder of a path. One that may be changed but not read cannot be synced; see syncFolder().
 int openFolderOf(const char *path) {
   char folder[PATH_MAX] = ".";
   if (const char *slash = std::strrchr(path, '/')) {
@@ -234,12 +235,12 @@ int openFolderOf(const char *path) {
   return open(folder, O_PATH | O_DIRECTORY | O_CLOEXEC);
 }
 
-// The content has its name: a folder that cannot be synced changes nothing about that.
+// Errors are ignored: the content has its name.
 void syncFolder(int folder, int content) {
   if (!faulty(ReplaceStep::Folder) && fsync(folder) != 0 && errno == EBADF) syncfs(content);
 }
 
-// Copies the bytes from `begin` to before `end` to the same place in another file.
+// Copies the bytes [begin, end) to the same place in another file.
 bool copyStretch(int from, int to, off_t begin, off_t end) {
   constexpr off_t kBlock = 262144;
   const auto block = std::unique_ptr<char, decltype(&std::free)>(
@@ -274,7 +275,7 @@ bool Replacement::begin(const char *path, IfMissing ifMissing, ReplaceRules rule
   return ready;
 }
 
-// Sets path_ and name_ to the file behind all symbolic links.
+// Sets path_ and name_ to the file at the end of all symbolic links.
 bool Replacement::findFile(const char *path, IfMissing ifMissing) {
   const std::size_t length = std::strlen(path);
   if (length == 0 || length >= sizeof path_) return false;
@@ -303,8 +304,8 @@ bool Replacement::openFolder() {
   return folder_ >= 0;
 }
 
-// Whether this process may write the file is what the kernel says when it opens it. Reading is
-// wanted only for the case that the file is overwritten in place.
+// Opening tells whether this process may write the file. Reading is needed only to overwrite it in
+// place.
 bool Replacement::openOld(IfMissing ifMissing) {
   if (rules_.anew) return true;
   const auto openFor = [this](int access) {
@@ -318,7 +319,7 @@ bool Replacement::openOld(IfMissing ifMissing) {
   return fstat(old_, &status) == 0 && S_ISREG(status.st_mode);
 }
 
-// Removes what kills left in the folder.
+// Removes the temporaries that kills left in the folder.
 void Replacement::sweep() const {
   char name[sizeof temporary_];
   for (int number = 0; number < kNames; ++number) {
@@ -329,7 +330,7 @@ void Replacement::sweep() const {
 
 bool Replacement::openTemporary() {
   sweep();
-  // A nameless file gets its name through the list of descriptors.
+  // Through the list of descriptors a nameless file gets its name.
   if (access(kDescriptors, X_OK) != 0) return openNamed();
   place_ = Place::Unnamed;
   if (!faulty(ReplaceStep::Temporary)) {
@@ -346,15 +347,15 @@ bool Replacement::openNamed() {
     content_ = retried(
         [&] { return openat(folder_, temporary_, O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0600); });
     if (content_ < 0) return false;
-    // Somebody may have found it before it was locked.
-    if (tryLock(content_) != LockTry::Held && leadsTo(folder_, temporary_, content_)) return true;
+    // Somebody may have removed it, as left over, before it was locked.
+    if (tryLock(content_) != LockTry::Held && isNameOf(folder_, temporary_, content_)) return true;
     closeIfOpen(content_);
     errno = EEXIST;
     return false;
   });
 }
 
-// Sets temporary_ to a name under which make() succeeds; it fails with EEXIST for one in use.
+// Sets temporary_ to a name with which make() succeeds; for a name in use it fails with EEXIST.
 template <typename Make>
 bool Replacement::takeName(Make make) {
   Patience patience;
@@ -436,7 +437,7 @@ bool Replacement::appearAs(int folder, const char *name) {
   return place_ == Place::Unnamed ? linkedAs(folder, name) : renamedAs(folder, name);
 }
 
-// Makes the content what is to bear a name.
+// Makes the content ready for its name.
 bool Replacement::settle() {
   return adopt(old_ >= 0 ? old_ : rules_.like, content_) && !faulty(ReplaceStep::Sync) &&
          synced(content_);
@@ -456,10 +457,10 @@ bool Replacement::exchange(const std::function<bool()> &stillWanted) {
   return true;
 }
 
-// Where no lock can tell, a process that stood still for a minute may find its temporary taken for
-// abandoned, and its name with another one.
+// Where locks cannot tell, the temporary of a process that stood still for a minute may have been
+// taken for left over, and its name given to another one.
 bool Replacement::stillNamed() {
-  if (leadsTo(folder_, temporary_, content_)) return true;
+  if (isNameOf(folder_, temporary_, content_)) return true;
   temporary_[0] = '\0';
   errno = ENOENT;
   return false;
@@ -475,9 +476,8 @@ bool Replacement::linkedAs(int folder, const char *name) {
   return linkat(AT_FDCWD, descriptor, folder, name, AT_SYMLINK_FOLLOW) == 0;
 }
 
-// A file system that cannot rename without replacing may have links, which never replace; the
-// temporary's own name then goes with discard(). One that has neither leaves nothing but to look
-// first.
+// A file system that cannot rename without replacing may have links, which never replace; discard()
+// then removes the temporary's own name. With neither, all that is left is to stat first.
 bool Replacement::renamedAs(int folder, const char *name) {
   if (!stillNamed()) return false;
   int result = renameat2(folder_, temporary_, folder, name, RENAME_NOREPLACE);
@@ -491,13 +491,13 @@ bool Replacement::renamedAs(int folder, const char *name) {
   return result == 0;
 }
 
-// Asked when a step of the exchange has just failed.
+// Called when a step of the exchange has just failed.
 bool Replacement::mayOverwrite() const {
   return old_ >= 0 && rules_.inPlace && folderRefuses(errno);
 }
 
-// What the file grows by is written and synced first: a full disk shows while every old byte is
-// still in its place. After a failure the file is cut back to its old length.
+// The bytes by which the file grows are written and synced first: a full disk shows while every old
+// byte is in place. After a failure the file is cut back to its old length.
 bool Replacement::overwrite() {
   struct stat made;
   struct stat old;
@@ -513,8 +513,8 @@ bool Replacement::overwrite() {
   return retried([&] { return ftruncate(old_, size); }) == 0 && synced(old_);
 }
 
-// The disk may still be found full where the file has holes or its file system writes every block
-// to a new place: what stood there is then put back, if it may be read.
+// The disk may still be full where the file has holes or its file system writes every block to a
+// new place: the old bytes are then restored, if they may be read.
 bool Replacement::overwriteBeginning(off_t size) {
   const auto count = static_cast<std::size_t>(size);
   const std::unique_ptr<char[]> before(new (std::nothrow) char[count]);
@@ -528,7 +528,7 @@ bool Replacement::overwriteBeginning(off_t size) {
 void Replacement::discard() {
   if (temporary_[0] != '\0' && stillNamed()) unlinkat(folder_, temporary_, 0);
   temporary_[0] = '\0';
-  if (content_ >= 0) flock(content_, LOCK_UN);  // which a child forked meanwhile would keep
+  if (content_ >= 0) flock(content_, LOCK_UN);  // a child forked meanwhile would keep it
   closeIfOpen(content_);
   closeIfOpen(old_);
   closeIfOpen(folder_);

@@ -12,7 +12,7 @@ namespace korvel::files {
 
 using shell::kRowSize;
 
-// The text of a row; one without a terminator ends before its last byte.
+// The text of a row; without a terminator it ends before the last byte.
 inline std::string_view rowText(const char *row) { return {row, strnlen(row, kRowSize - 1)}; }
 
 }  // namespace korvel::files

@@ -1,4 +1,4 @@
-// For files/ and tables/ only: the rule by which both handle tables hand out their slots.
+// For files/ and tables/: the rule by which both handle tables hand out their slots.
 #ifndef KORVEL_FILES_SLOTS_H
 #define KORVEL_FILES_SLOTS_H
 
@@ -11,8 +11,8 @@ namespace korvel::files {
 constexpr int kSlots = 5;
 constexpr int kFreeSlot = -1;  // mode of a slot that is not in use
 
-// Some failures inside the library leave a slot in use, though no application knows its handle. It
-// is the library's own, as long as nobody makes use of it, and holds how it was left.
+// Some failures inside the library leave a slot in use whose handle no application knows. It is the
+// library's own until the application changes it; `left` is the slot as it was left.
 template <typename Slot>
 struct OwnSlot {
   bool isOwn = false;
@@ -39,12 +39,12 @@ bool isOwn(const Slot (&table)[kSlots], int handle) {
   return own.isOwn && isUntouched(table[handle], own.left);
 }
 
-// The handle that is next by the rule; -1: none is free.
+// The handle that the rule gives next; -1 when no slot is free.
 template <typename Slot>
 int nextSlot(const Slot (&table)[kSlots], int &highest) {
   if (highest < kSlots - 1) {
-    // Kept: the slot above the counter is used without a look at its mode. As only the closing of
-    // an open slot lowers the counter, it is in use only if the application lowered it.
+    // Kept: the slot above the counter is used without a look at its mode. It is in use only if the
+    // application lowered the counter, as the library lowers it only for a slot that is closed.
     highest = std::max(highest, -1) + 1;
     return highest;
   }
@@ -54,8 +54,8 @@ int nextSlot(const Slot (&table)[kSlots], int &highest) {
   return -1;
 }
 
-// The slot for a new handle; -1: none is free, nor one of the library's own, which is taken back
-// then. `highest` is the table's counter.
+// The slot for a new handle: a free one, else one of the library's own, else -1. `highest` is the
+// table's counter.
 template <typename Slot>
 int takeSlot(Slot (&table)[kSlots], int &highest) {
   int handle = nextSlot(table, highest);
@@ -84,7 +84,7 @@ Slot *openSlot(Slot (&table)[kSlots], int handle) {
 inline bool mayRead(int mode) { return mode == 0 || mode == 2; }
 inline bool mayWrite(int mode) { return mode == 1 || mode == 2; }
 
-// How many of `count` bytes there are from the position to the end; 0 where that is less.
+// How many of `count` bytes there are between the position and the end, at least 0.
 inline int clipped(int count, int size, int position) {
   const long long rest = static_cast<long long>(size) - position;
   return static_cast<int>(std::max(0LL, std::min<long long>(count, rest)));

@@ -1,3 +1,4 @@
+// Whole reads and writes, and files created with their exact mode.
 #include "files/transfer.h"
 
 #include <fcntl.h>

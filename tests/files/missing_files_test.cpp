@@ -118,6 +118,7 @@ TEST_F(MissingFiles, WithoutADirectoryNoSeparatorStandsInFront) {
   EXPECT_EQ(detected({path, path + "x"}, ""), 1);
 }
 
+// Kept: a ':' at the end of the directory is not looked for.
 TEST_F(MissingFiles, DirectoryIsTakenUnchanged) {
   volumes_.file("folder/d", "x");
   EXPECT_EQ(removed({"d", "a"}, "Data:folder"), Left({"d"}, 0));

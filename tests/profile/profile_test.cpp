@@ -297,7 +297,7 @@ TEST(WriteString, FailsWhereNoFileCanBeCreated) {
 
 TEST(WriteString, CountsWhatCannotBeReadAsDone) {
   Volumes volumes;
-  // Kept: 1, with nothing written.
+  // Kept: what cannot be read counts as done.
   ASSERT_EQ(mkfifo(volumes.posix("pipe").c_str(), 0666), 0);
   EXPECT_EQ(WritePrivateProfileString("A", "x", "1", "Data:pipe"), 1);
   EXPECT_EQ(entries(volumes.folder()), std::vector<std::string>{"pipe"});
@@ -387,7 +387,7 @@ TEST(MemoryFiles, AreNeededToReadAndToWrite) {
   // None is free.
   EXPECT_EQ(valueIn("A", "x"), "(default)");
   EXPECT_EQ(GetPrivateProfileInt("A", "x", 9, kPath), 9);
-  // Kept: 1, with nothing written; a missing file is there afterwards, and empty.
+  // Kept: a lack of memory files counts as done. A missing file is there afterwards, and empty.
   EXPECT_EQ(WritePrivateProfileString("A", "x", "2", kPath), 1);
   EXPECT_EQ(WritePrivateProfileSection("A", "x=2", kPath), 1);
   EXPECT_EQ(WritePrivateProfileString("A", "x", "2", "Data:new.ini"), 1);

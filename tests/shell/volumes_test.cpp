@@ -174,7 +174,7 @@ TEST(Mac2Unix, StartsNoProcess) {
   EXPECT_EQ(tools.calls(), "");
 }
 
-// Kept: a quote in its name is read by a shell.
+// Kept: a quote in the name of a volume is read by a shell.
 TEST(Mac2Unix, RunsTheToolForAVolumeWithAQuote) {
   const Workspace workspace;
   workspace.makeFolder("its");
