@@ -4,13 +4,13 @@
 // that an output may be an input.
 #include "dates/texts.h"
 
-#include <algorithm>
 #include <array>
 #include <cstddef>
-#include <cstring>
+#include <string_view>
 
 #include <korvel/dates.h>
 
+#include "base/views.h"
 #include "codecs/num.h"
 #include "codecs/status.h"
 
@@ -28,8 +28,9 @@ constexpr std::size_t kWidest = 14;  // of the inputs: YYYYMMDDHHMMSS
 // The first characters of a text, with NULs for those that it does not have.
 class Input {
  public:
-  explicit Input(const char *text) : length_(text != nullptr ? std::strlen(text) : 0) {
-    std::copy_n(text, std::min(length_, kWidest), characters_.begin());
+  explicit Input(const char *date) : Input(base::textOf(date)) {}
+  explicit Input(std::string_view text) : length_(text.size()) {
+    text.copy(characters_.data(), kWidest);
   }
 
   int length() const { return static_cast<int>(length_); }
@@ -51,17 +52,20 @@ int widenedYear(const Input &date) {
 
 // In a layout 'a' is the first character of the input, 'b' the second and so on; every other
 // character is written as it is. Returns the end of what was written, which is terminated.
-char *writeLayout(const Input &input, const char *layout, char *out) {
-  for (; *layout != '\0'; ++layout) {
-    const bool isPosition = *layout >= 'a';
-    *out++ = isPosition ? input.at(static_cast<std::size_t>(*layout - 'a')) : *layout;
+template <std::size_t kSize>
+char *writeLayout(const Input &input, const char (&layout)[kSize], char *out) {
+  for (std::size_t i = 0; i + 1 < kSize; ++i) {
+    const char c = layout[i];
+    out[i] = c >= 'a' ? input.at(static_cast<std::size_t>(c - 'a')) : c;
   }
-  *out = '\0';
-  return out;
+  out[kSize - 1] = '\0';
+  return out + kSize - 1;
 }
 
 // Returns the code of LongToNUM for the year.
-int storeDateAndTime(const char *date, const char *time, const char *timeLayout, char *out) {
+template <std::size_t kSize>
+int storeDateAndTime(const char *date, const char *time, const char (&timeLayout)[kSize],
+                     char *out) {
   const Input day(date);
   const Input hours(time);
   const int status = codecs::writeNum(widenedYear(day), {out, kYearWidth});
@@ -72,20 +76,26 @@ int storeDateAndTime(const char *date, const char *time, const char *timeLayout,
 
 int storeMidnight(const char *date, char *out) {
   const Input input(date);
-  if (input.length() != kLongDate) return storeDateAndTime(date, nullptr, "0000", out);
+  if (input.length() != kLongDate) return storeDateAndTime(date, "", "0000", out);
   writeLayout(input, "ghijdeab0000", out);
   // Kept: a copied year gives the length of the input for a status.
   return kLongDate;
 }
 
 int reduce(const Input &date, char *out) {
-  if (out != nullptr) writeLayout(date, date.length() == kLongDate ? "ab/de/ij" : "ab/de/gh", out);
+  const bool isLong = date.length() == kLongDate;
+  if (out != nullptr) writeLayout(date, isLong ? "ab/de/ij" : "ab/de/gh", out);
   return date.length();
+}
+
+void showDateAndTime(const Input &stored, char *out) {
+  out = writeLayout(stored, "gh/ef/abcd", out);
+  writeLayout(stored, " ij:kl:mn", out);
 }
 
 }  // namespace
 
-int storeShortDate(const char *date, char *out) { return storeDateAndTime(date, nullptr, "", out); }
+int storeShortDate(const char *date, char *out) { return storeDateAndTime(date, "", "", out); }
 
 }  // namespace korvel::dates
 
@@ -121,7 +131,7 @@ void ZRV_Inv_Date_2(const char *stored, char *out) {
 }
 
 void ZRV_Inv_Date_Time(const char *stored, char *out) {
-  if (out != nullptr) writeLayout(Input(stored), "gh/ef/abcd ij:kl:mn", out);
+  if (out != nullptr) showDateAndTime(Input(stored), out);
 }
 
 int ZRV_Reduc_Date(const char *date, char *out) { return reduce(Input(date), out); }
