@@ -1,6 +1,7 @@
 // Numbers of a fixed width: runs of decimal characters without terminator.
 #include "codecs/num.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <cstring>
 
@@ -48,16 +49,18 @@ int readPercentage(std::string_view run, int *result) {
   return readNum(run, result);
 }
 
+bool separatesBounds(char c) { return c == ',' || c == '-' || c == ';'; }
+
 // Without a separator the high bound has no data.
 int readInterval(std::string_view run, int *low, int *high) {
   trimEnd(run);
   if (dropLast(run, ']')) trimEnd(run);
   trimStart(run);
   if (dropFirst(run, '[')) trimStart(run);
-  const std::size_t separator = run.find_first_of(",-;");
-  std::string_view lowBound = run.substr(0, separator);
+  const auto separator = std::find_if(run.begin(), run.end(), separatesBounds);
+  std::string_view lowBound(run.begin(), separator);
   std::string_view highBound;
-  if (separator != std::string_view::npos) highBound = run.substr(separator + 1);
+  if (separator != run.end()) highBound = {separator + 1, run.end()};
   trimEnd(lowBound);
   trimStart(highBound);
   return readNum(lowBound, low) + readNum(highBound, high);

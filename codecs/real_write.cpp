@@ -89,6 +89,7 @@ bool appendOrKeepLowest(BoundedText &text, const char *digits, int count) {
 // ---- Fixed decimals ----
 
 constexpr double kIntegralBound = 2147483648.0;
+constexpr double kShortBound = 1e18;  // for whole numbers of 64 bits
 
 // So many decimals are a number of 32 bits.
 constexpr int kShortDecimals = 8;
@@ -151,10 +152,15 @@ bool writePlain(double x, char *buffer, int capacity, int decimals) {
 bool appendDecimals(BoundedText &text, double fraction, int decimals) {
   const int places = std::min(decimals, kMaxPower);
   const int zeros = decimals - places;
-  const double whole = std::trunc(fraction * tenTo(places));
+  const double scaled = fraction * tenTo(places);
+  const double whole = std::isfinite(scaled) ? std::trunc(scaled) : 0.0;
   char digits[kMaxPower + 2];
-  const int count =
-      std::snprintf(digits, sizeof digits, "%0*.0f", places, std::isfinite(whole) ? whole : 0.0);
+  int count = places;
+  if (whole < kShortBound) {
+    writePadded(static_cast<std::uint64_t>(whole), places, digits);
+  } else {
+    count = std::snprintf(digits, sizeof digits, "%0*.0f", places, whole);
+  }
   const int kept = std::min(decimals, text.room());
   for (int i = kept; i > 0; --i) text.append(i > zeros ? digits[count + zeros - i] : '0');
   return kept == decimals;

@@ -9,8 +9,10 @@ namespace korvel::codecs {
 
 namespace {
 
-// 0 without a sign for magnitudes below 1.
-float truncated(float x) { return std::fabs(x) < 1.0F ? 0.0F : std::trunc(x); }
+// From 2^23 on a single has no fraction. Infinities and NaN stay.
+float truncated(float x) {
+  return std::fabs(x) < 0x1p23F ? static_cast<float>(static_cast<int>(x)) : x;
+}
 
 template <typename Real>
 void store(Real x, Real integralPart, Real *integral, Real *fraction) {
