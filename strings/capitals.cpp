@@ -1,23 +1,80 @@
 // Texts in capitals: long ones with the 256-bit instructions that most x86-64 machines have, the
-// rest by the loops over blocks in charset_blocks.h.
+// rest by blocks.
 #include "strings/capitals.h"
 
 #include <array>
+#include <bit>
 #include <cstdint>
 #include <cstring>
 
-#include <korvel/strings.h>
-
-#include "strings/charset_blocks.h"
-#include "strings/machine.h"
-
 #ifdef __x86_64__
 #include <immintrin.h>
+#endif
+
+#include <korvel/strings.h>
+
+#include "strings/blocks.h"
+#include "strings/machine.h"
+#include "strings/macroman.h"
+
+namespace korvel::strings {
+
+namespace {
+
+// The ASCII letters of a block as capitals. 'z' is shifted up to 127, the largest signed byte: one
+// signed comparison then finds 'a' to 'z'.
+Block asciiCapitals(Block b) {
+  constexpr char kShift = '\x7F' - 'z';
+  const Block isSmall =
+      b + Block::filled(kShift) > Block::filled(static_cast<char>('a' - 1 + kShift));
+  return b ^ (isSmall & Block::filled('a' ^ 'A'));
+}
+
+// Looks up the bytes of s whose bits are set in `marked`.
+void capitaliseMarked(char *s, std::uint64_t marked) {
+  for (; marked != 0; marked &= marked - 1) {
+    char &c = s[std::countr_zero(marked)];
+    c = plainCapital(c);
+  }
+}
+
+constexpr std::size_t kStretch = 4 * kBlock;
+
+// Four blocks at once: a single test rules out accents in all of them.
+void capitaliseStretch(char *s) {
+  const Block b0 = Block::load(s, kBlock);
+  const Block b1 = Block::load(s + kBlock, kBlock);
+  const Block b2 = Block::load(s + 2 * kBlock, kBlock);
+  const Block b3 = Block::load(s + 3 * kBlock, kBlock);
+  asciiCapitals(b0).store(s, kBlock);
+  asciiCapitals(b1).store(s + kBlock, kBlock);
+  asciiCapitals(b2).store(s + 2 * kBlock, kBlock);
+  asciiCapitals(b3).store(s + 3 * kBlock, kBlock);
+  if ((b0 | b1 | b2 | b3).mask() == 0) return;
+  const std::uint64_t front = b0.mask() | (b1.mask() << kBlock);
+  const std::uint64_t back = b2.mask() | (b3.mask() << kBlock);
+  capitaliseMarked(s, front | (back << (2 * kBlock)));
+}
+
+}  // namespace
+
+// ASCII letters are changed by blocks, every other byte is looked up.
+void capitaliseBlocks(char *s, std::size_t n) {
+  const std::size_t rest = n % kStretch;
+  for (const char *end = s + (n - rest); s != end; s += kStretch) capitaliseStretch(s);
+  overBlocks(s, rest, [](char *place, std::size_t count) {
+    const Block b = Block::load(place, count);
+    asciiCapitals(b).store(place, count);
+    if (b.mask() == 0) return;
+    if (count == kBlock) return capitaliseMarked(place, b.mask());
+    for (std::size_t i = 0; i < count; ++i) place[i] = plainCapital(place[i]);
+  });
+}
+
+#ifdef __x86_64__
 
 // Allows a function these instructions in a program built for every x86-64.
 #define WIDE __attribute__((target("avx2")))
-
-namespace korvel::strings {
 
 namespace {
 
@@ -66,10 +123,10 @@ WIDE inline __m256i filled(unsigned char c) { return _mm256_set1_epi8(static_cas
 // or above, where it gives 0. Shifted by one more row, only 80..8F stay below 80: they cancel the
 // change of 90..9F and take their own.
 WIDE inline __m256i changesOfAccented(__m256i b) {
-  const __m256i places = _mm256_adds_epu8(_mm256_xor_si256(b, filled(0x80)), filled(0x60));
+  const __m256i places = _mm256_adds_epu8(b ^ filled(0x80), filled(0x60));
   const __m256i placesOf80 = _mm256_adds_epu8(places, filled(0x10));
-  return _mm256_xor_si256(_mm256_shuffle_epi8(load(kChanges90.data()), places),
-                          _mm256_shuffle_epi8(load(kChanges80After90.data()), placesOf80));
+  return _mm256_shuffle_epi8(load(kChanges90.data()), places) ^
+         _mm256_shuffle_epi8(load(kChanges80After90.data()), placesOf80);
 }
 
 // As asciiCapitals.
@@ -77,12 +134,10 @@ WIDE inline __m256i changesOfAscii(__m256i b) {
   constexpr unsigned char kShift = 0x7F - 'z';
   const __m256i isSmall =
       _mm256_cmpgt_epi8(_mm256_add_epi8(b, filled(kShift)), filled('a' - 1 + kShift));
-  return _mm256_and_si256(isSmall, filled('a' ^ 'A'));
+  return isSmall & filled('a' ^ 'A');
 }
 
-WIDE inline __m256i capitals(__m256i b) {
-  return _mm256_xor_si256(_mm256_xor_si256(b, changesOfAscii(b)), changesOfAccented(b));
-}
+WIDE inline __m256i capitals(__m256i b) { return b ^ changesOfAscii(b) ^ changesOfAccented(b); }
 
 // The high bit set where a byte is above kLastOwnCapital: where a byte has it and loses it when
 // kLastOwnCapital is shifted up to FF.
@@ -105,9 +160,7 @@ WIDE void capitaliseStretches(char *s, const char *end) {
     store(s, capitals(front));
     store(s + kWide, capitals(back));
     if (highBits(leftToTable(_mm256_max_epu8(front, back))) == 0) continue;
-    const std::uint64_t marked =
-        highBits(leftToTable(front)) | (highBits(leftToTable(back)) << kWide);
-    capitaliseMarked(s, marked);
+    capitaliseMarked(s, highBits(leftToTable(front)) | (highBits(leftToTable(back)) << kWide));
   }
 }
 
@@ -120,18 +173,18 @@ std::size_t capitaliseWide(char *s, std::size_t n) {
   return whole;
 }
 
-}  // namespace korvel::strings
-
 #else
 
-std::size_t korvel::strings::capitaliseWide(char * /*s*/, std::size_t /*n*/) { return 0; }
+std::size_t capitaliseWide(char * /*s*/, std::size_t /*n*/) { return 0; }
 
 #endif
 
-void korvel::strings::capitalise(std::span<char> text) {
+void capitalise(std::span<char> text) {
   const std::size_t done = capitaliseWide(text.data(), text.size());
-  capitaliseBlocks<Block>(text.data() + done, text.size() - done);
+  capitaliseBlocks(text.data() + done, text.size() - done);
 }
+
+}  // namespace korvel::strings
 
 char *strupr(char *s) {
   if (s != nullptr) korvel::strings::capitalise({s, std::strlen(s)});

@@ -1,13 +1,14 @@
-// Comparison of texts and counted runs, exact and with wildcards, and search in them. The loops
-// over blocks are in scan.h, where the tests reach them for each type of block.
+// Comparison of texts and counted runs, exact and with wildcards, and search in them.
 #include "strings/compare.h"
 
+#include <bit>
 #include <cstddef>
 #include <cstring>
 
 #include <korvel/strings.h>
 
 #include "base/views.h"
+#include "strings/blocks.h"
 #include "strings/bytes.h"
 
 namespace korvel::strings {
@@ -33,6 +34,75 @@ std::size_t comparedLength(std::string_view a, std::string_view b) {
   return a.size() == b.size() ? a.size() : kDifferentLengths;
 }
 
+// Looks for a pattern by its first and last byte, sixteen places at a time. Where both agree, the
+// bytes between are compared.
+class PatternProbe {
+ public:
+  // 2 <= n
+  PatternProbe(const char *pattern, std::size_t n)
+      : pattern_(pattern),
+        n_(n),
+        first_(Block::filled(pattern[0])),
+        last_(Block::filled(pattern[n - 1])) {}
+
+  // True when the pattern is at one of the kBlock places from s on.
+  bool hit(const char *s) const { return anyIs(s, candidates(s)); }
+  bool hitInFour(const char *s) const {
+    const Block c0 = candidates(s);
+    const Block c1 = candidates(s + kBlock);
+    const Block c2 = candidates(s + 2 * kBlock);
+    const Block c3 = candidates(s + 3 * kBlock);
+    if (((c0 | c1) | (c2 | c3)).mask() == 0) return false;
+    return anyIs(s, c0) || anyIs(s + kBlock, c1) || anyIs(s + 2 * kBlock, c2) ||
+           anyIs(s + 3 * kBlock, c3);
+  }
+  bool hitAt(const char *place) const {
+    return place[0] == pattern_[0] && std::memcmp(place + 1, pattern_ + 1, n_ - 1) == 0;
+  }
+
+ private:
+  Block candidates(const char *s) const {
+    return (Block::load(s, kBlock) == first_) & (Block::load(s + n_ - 1, kBlock) == last_);
+  }
+  bool anyIs(const char *s, Block candidates) const {
+    for (unsigned left = candidates.mask(); left != 0; left &= left - 1) {
+      const char *place = s + std::countr_zero(left);
+      if (std::memcmp(place + 1, pattern_ + 1, n_ - 2) == 0) return true;
+    }
+    return false;
+  }
+
+  const char *pattern_;
+  std::size_t n_;
+  Block first_;
+  Block last_;
+};
+
+// Up to this length a wrong candidate is dismissed within a few nanoseconds. Beyond it, a pattern
+// that resembles itself could cost the square of its length: a search in linear time takes over.
+constexpr std::size_t kLongestProbedPattern = 256;
+
+// True when the np bytes at p occur side by side in the ns bytes at s; 1 <= np <= ns.
+bool containsRun(const char *p, std::size_t np, const char *s, std::size_t ns) {
+  if (np == 1) return std::memchr(s, static_cast<unsigned char>(*p), ns) != nullptr;
+  if (np > kLongestProbedPattern) return memmem(s, ns, p, np) != nullptr;
+  const PatternProbe probe(p, np);
+  const std::size_t places = ns - np + 1;
+  std::size_t at = 0;
+  for (; at + 4 * kBlock <= places; at += 4 * kBlock) {
+    if (probe.hitInFour(s + at)) return true;
+  }
+  for (; at + kBlock <= places; at += kBlock) {
+    if (probe.hit(s + at)) return true;
+  }
+  // The last places, with some that were probed before where there are enough.
+  if (at < places && places >= kBlock) return probe.hit(s + places - kBlock);
+  for (; at < places; ++at) {
+    if (probe.hitAt(s + at)) return true;
+  }
+  return false;
+}
+
 // Plain char is unsigned on some machines; these bytes are signed on all.
 int signedByte(char c) { return static_cast<signed char>(c); }
 
@@ -51,15 +121,34 @@ int findByte(int c, const char *s) {
 
 }  // namespace
 
+bool agree(const char *a, const char *b, std::size_t n) {
+  const Block joker = Block::filled('?');
+  const auto agreeing = [&](std::size_t at, std::size_t count) {
+    const Block x = Block::load(a + at, count);
+    const Block y = Block::load(b + at, count);
+    return (x == y) | (x == joker) | (y == joker);
+  };
+  std::size_t at = 0;
+  for (; at + 4 * kBlock <= n; at += 4 * kBlock) {
+    const Block front = agreeing(at, kBlock) & agreeing(at + kBlock, kBlock);
+    const Block back = agreeing(at + 2 * kBlock, kBlock) & agreeing(at + 3 * kBlock, kBlock);
+    if ((front & back).mask() != kWholeBlock) return false;
+  }
+  for (; at + kBlock <= n; at += kBlock) {
+    if (agreeing(at, kBlock).mask() != kWholeBlock) return false;
+  }
+  return at == n || agreeing(at, n - at).mask() == kWholeBlock;
+}
+
 bool matchesWithStar(std::string_view a, std::string_view b) {
   if (a.empty() || b.empty()) return false;
   const std::size_t n = comparedLength(a, b);
-  return n != kDifferentLengths && agreeWithJokers<Block>(a.data(), b.data(), n);
+  return n != kDifferentLengths && agree(a.data(), b.data(), n);
 }
 
 bool contains(std::string_view s, std::string_view run) {
   return !run.empty() && run.size() <= s.size() &&
-         containsRun<Block>(run.data(), run.size(), s.data(), s.size());
+         containsRun(run.data(), run.size(), s.data(), s.size());
 }
 
 int difference(const char *a, const char *b) {

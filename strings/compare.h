@@ -2,9 +2,8 @@
 #ifndef KORVEL_STRINGS_COMPARE_H
 #define KORVEL_STRINGS_COMPARE_H
 
+#include <cstddef>
 #include <string_view>
-
-#include "strings/scan.h"
 
 namespace korvel::strings {
 
@@ -12,9 +11,11 @@ namespace korvel::strings {
 
 inline bool areEqual(std::string_view a, std::string_view b) { return !a.empty() && a == b; }
 
-// '?' in either run matches any byte.
+// True when the n bytes at a and b agree; a '?' in either agrees with any byte.
+bool agree(const char *a, const char *b, std::size_t n);
+
 inline bool matches(std::string_view a, std::string_view b) {
-  return !a.empty() && a.size() == b.size() && agreeWithJokers<Block>(a.data(), b.data(), a.size());
+  return !a.empty() && a.size() == b.size() && agree(a.data(), b.data(), a.size());
 }
 
 // As matches; a '*' at the end of a run matches any rest. Where both runs end in one, `a` decides.

@@ -1,18 +1,30 @@
 // Trimming at both ends, in place.
 #include "strings/trim.h"
 
+#include <bit>
 #include <cstddef>
 #include <cstring>
 #include <limits>
 
 #include <korvel/strings.h>
 
+#include "strings/blocks.h"
 #include "strings/bytes.h"
-#include "strings/scan.h"
 
 namespace korvel::strings {
 
 namespace {
+
+// The length of the n bytes at s without every c at their end.
+std::size_t lengthWithoutTail(const char *s, std::size_t n, char c) {
+  const Block tail = Block::filled(c);
+  for (; n >= kBlock; n -= kBlock) {
+    const unsigned others = ~(Block::load(s + n - kBlock, kBlock) == tail).mask() & kWholeBlock;
+    if (others != 0) return n - kBlock + static_cast<std::size_t>(std::bit_width(others));
+  }
+  while (n > 0 && s[n - 1] == c) --n;
+  return n;
+}
 
 // trimEnd has usually just stored the terminator. Processors predict for each load instruction
 // whether it waits for such a store; memchr keeps the loads of strlen from being trained to wait.
@@ -26,7 +38,7 @@ std::size_t lengthToMove(const char *s) {
 int trimEnd(char *s, int c) {
   const std::size_t whole = std::strlen(s);
   if (!isTextByte(c)) return static_cast<int>(whole);
-  const std::size_t length = lengthWithoutTail<Block>(s, whole, static_cast<char>(c));
+  const std::size_t length = lengthWithoutTail(s, whole, static_cast<char>(c));
   if (length < whole) s[length] = '\0';
   return static_cast<int>(length);
 }

@@ -1,5 +1,4 @@
-// The two character-set conversions and the capitals, on every byte, every length and both types of
-// blocks.
+// The two character-set conversions and the capitals, on every byte and every length.
 #include "strings/charsets.h"
 
 #include <algorithm>
@@ -12,7 +11,6 @@
 #include <korvel/strings.h>
 
 #include "strings/capitals.h"
-#include "strings/charset_blocks.h"
 #include "tests/strings/guarded_pages.h"
 #include "tests/strings/random_text.h"
 
@@ -284,14 +282,9 @@ TEST(CapitaliseWide, LeavesAShortTextToTheBlocks) {
   EXPECT_EQ(s, std::string(64, widelyDone(64) == 64 ? 'A' : 'a'));
 }
 
-// --- Both types of blocks ----------------------------------------------------------------------
+// --- Blocks ------------------------------------------------------------------------------------
 
-template <typename AnyBlock>
-class CharsetsByBlocks : public testing::Test {};
-using BlockTypes = testing::Types<korvel::strings::PlainBlock, korvel::strings::Block>;
-TYPED_TEST_SUITE(CharsetsByBlocks, BlockTypes);
-
-TYPED_TEST(CharsetsByBlocks, AgreeWithTheModelsAtEveryLength) {
+TEST(CharsetBlocks, AgreeWithTheModelsAtEveryLength) {
   RandomText random(12);
   GuardedPages pages;
   for (int length = 0; length <= 200; ++length) {
@@ -299,13 +292,13 @@ TYPED_TEST(CharsetsByBlocks, AgreeWithTheModelsAtEveryLength) {
       const std::string text = random.anyText(length);
       const auto n = static_cast<std::size_t>(length);
       char *s = pages.runAtEnd(text);
-      korvel::strings::convertBlocksToMac<TypeParam>(s, n);
+      korvel::strings::convertToMac({s, n});
       ASSERT_EQ(std::string(s, n), modelled(text, modelToMac));
       s = pages.runAtEnd(text);
-      korvel::strings::convertBlocksToWindows<TypeParam>(s, n);
+      korvel::strings::convertToWindows({s, n});
       ASSERT_EQ(std::string(s, n), modelled(text, modelFromMac));
       s = pages.runAtEnd(text);
-      korvel::strings::capitaliseBlocks<TypeParam>(s, n);
+      korvel::strings::capitaliseBlocks(s, n);
       ASSERT_EQ(std::string(s, n), modelUpper(text));
     }
   }

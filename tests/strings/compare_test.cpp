@@ -10,7 +10,6 @@
 
 #include <korvel/strings.h>
 
-#include "strings/scan.h"
 #include "tests/strings/guarded_pages.h"
 #include "tests/strings/random_text.h"
 
@@ -258,37 +257,38 @@ TEST(Szincl, PatternsThatResembleThemselvesCostNoSquare) {
   EXPECT_EQ(szincl(p.data(), length(p), found.data(), length(found)), 1);
 }
 
-// --- Both types of blocks ----------------------------------------------------------------------
+// --- Every place of every length ---------------------------------------------------------------
 
-template <typename AnyBlock>
-class ScanByBlocks : public testing::Test {};
-using BlockTypes = testing::Types<korvel::strings::PlainBlock, korvel::strings::Block>;
-TYPED_TEST_SUITE(ScanByBlocks, BlockTypes);
+int compex(const char *a, const char *b, std::size_t n) {
+  return szcompex(a, static_cast<int>(n), b, static_cast<int>(n));
+}
 
-TYPED_TEST(ScanByBlocks, ADifferenceIsSeenAtEveryPlaceOfEveryLength) {
+int incl(const char *p, std::size_t np, const char *s, std::size_t ns) {
+  return szincl(p, static_cast<int>(np), s, static_cast<int>(ns));
+}
+
+TEST(Szcompex, ADifferenceIsSeenAtEveryPlaceOfEveryLength) {
   GuardedPages pagesA;
   GuardedPages pagesB;
-  using korvel::strings::agreeWithJokers;
-  for (std::size_t n = 0; n <= 150; ++n) {
+  for (std::size_t n = 1; n <= 150; ++n) {
     const std::string same(n, '\x80');
     const char *a = pagesA.runAtEnd(same);
-    EXPECT_TRUE(agreeWithJokers<TypeParam>(a, pagesB.runAtEnd(same), n));
+    EXPECT_EQ(compex(a, pagesB.runAtEnd(same), n), 1);
     for (std::size_t at = 0; at < n; ++at) {
       char *b = pagesB.runAtEnd(same);
       b[at] = '\x81';
-      EXPECT_FALSE(agreeWithJokers<TypeParam>(a, b, n)) << at << " of " << n;
-      EXPECT_FALSE(agreeWithJokers<TypeParam>(b, a, n)) << at << " of " << n;
+      EXPECT_EQ(compex(a, b, n), 0) << at << " of " << n;
+      EXPECT_EQ(compex(b, a, n), 0) << at << " of " << n;
       b[at] = '?';
-      EXPECT_TRUE(agreeWithJokers<TypeParam>(a, b, n)) << at << " of " << n;
-      EXPECT_TRUE(agreeWithJokers<TypeParam>(b, a, n)) << at << " of " << n;
+      EXPECT_EQ(compex(a, b, n), 1) << at << " of " << n;
+      EXPECT_EQ(compex(b, a, n), 1) << at << " of " << n;
     }
   }
 }
 
-TYPED_TEST(ScanByBlocks, APatternIsFoundAtEveryPlaceOfEveryLength) {
+TEST(Szincl, APatternIsFoundAtEveryPlaceOfEveryLength) {
   GuardedPages pagesP;
   GuardedPages pagesS;
-  using korvel::strings::containsRun;
   for (std::size_t np = 1; np <= 20; ++np) {
     // The ends of the pattern are everywhere, its inside is not.
     std::string p(np, np < 3 ? '\x90' : 'i');
@@ -296,26 +296,24 @@ TYPED_TEST(ScanByBlocks, APatternIsFoundAtEveryPlaceOfEveryLength) {
     const char *pattern = pagesP.runAtEnd(p);
     for (std::size_t ns = np; ns <= 150; ++ns) {
       const std::string without(ns, 'x');
-      EXPECT_FALSE(containsRun<TypeParam>(pattern, np, pagesS.runAtEnd(without), ns));
+      EXPECT_EQ(incl(pattern, np, pagesS.runAtEnd(without), ns), 0);
       for (std::size_t at = 0; at + np <= ns; ++at) {
         std::string with = without;
         with.replace(at, np, p);
-        ASSERT_TRUE(containsRun<TypeParam>(pattern, np, pagesS.runAtEnd(with), ns))
+        ASSERT_EQ(incl(pattern, np, pagesS.runAtEnd(with), ns), 1)
             << np << " at " << at << " of " << ns;
       }
     }
   }
 }
 
-TYPED_TEST(ScanByBlocks, LongPatternsAreFoundOnBothSidesOfTheLongestProbedOne) {
-  using korvel::strings::containsRun;
-  using korvel::strings::kLongestProbedPattern;
-  for (std::size_t np = kLongestProbedPattern - 1; np <= kLongestProbedPattern + 1; ++np) {
+TEST(Szincl, LongPatternsAreFoundAboveAndBelowTheLongestProbedOne) {
+  for (std::size_t np = 255; np <= 257; ++np) {
     std::string p(np, 'a');
     p[np / 2] = 'b';
     const std::string s = std::string(700, 'a') + p;
-    EXPECT_TRUE(containsRun<TypeParam>(p.data(), np, s.data(), s.size()));
-    EXPECT_FALSE(containsRun<TypeParam>(p.data(), np, s.data(), s.size() - np / 2));
+    EXPECT_EQ(incl(p.data(), np, s.data(), s.size()), 1);
+    EXPECT_EQ(incl(p.data(), np, s.data(), s.size() - np / 2), 0);
   }
 }
 
