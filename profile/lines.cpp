@@ -1,3 +1,4 @@
+// Lines and characters, and the stretches of plain lines that need no look at each character.
 #include "profile/lines.h"
 
 #include <algorithm>
@@ -9,7 +10,7 @@
 namespace korvel::profile {
 namespace {
 
-// How far a search for plain lines looks ahead, so that an odd line never costs more than this.
+// How far a search for plain lines looks ahead: the most that an odd line costs.
 constexpr std::size_t kLookAhead = std::size_t{1} << 18;
 
 const char *find(const char *begin, const char *end, char c) {
@@ -22,15 +23,15 @@ const char *findLast(const char *begin, const char *end, char c) {
   return static_cast<const char *>(memrchr(begin, static_cast<unsigned char>(c), size));
 }
 
-// The beginning of the line that holds `at`, which lies behind `from`, the beginning of a line, and
-// is no line feed of a line end.
+// The beginning of the line that holds `at`. `from`, in front of it, is the beginning of a line;
+// `at` is not the line feed of a "\r\n".
 const char *beginningOfLine(const char *from, const char *at) {
   const char *carriageReturn = findLast(from, at, '\r');
   if (carriageReturn == nullptr) return from;
   return carriageReturn + (carriageReturn[1] == '\n' ? 2 : 1);
 }
 
-// Set in the bytes where a line feed follows no carriage return, or where none follows one.
+// Set in the bytes that are a line feed but not behind a carriage return, or the other way round.
 strings::Block oddLineEnds(const char *at) {
   using strings::Block;
   using strings::kBlock;
@@ -49,7 +50,7 @@ const char *firstOddLineEnd(const char *at, const char *end) {
   return at;
 }
 
-// Where the first line of more characters than count begins, among lines that are plain otherwise.
+// The beginning of the first line of more than `limit` characters; the lines are plain otherwise.
 const char *firstLongLine(const char *begin, const char *end, std::size_t limit) {
   const std::size_t longest = limit + kLineEnd.size();
   while (static_cast<std::size_t>(end - begin) > longest) {
@@ -131,8 +132,8 @@ const char *passPlainLines(Stretch text, const char *from, std::string_view key)
   if (key.empty()) return from;
   const KeyProbe probe(key);
   if (static_cast<std::size_t>(from - text.begin) < probe.reach()) return from;
-  const char *at = widestScan()(from, text.end, probe);
-  // What is left at the end may begin within a line end.
+  const char *at = fastestScan()(from, text.end, probe);
+  // The scan may have stopped within a "\r\n".
   if (at == text.end || (*at == '\n' && at[-1] == '\r')) --at;
   return at < from ? from : beginningOfLine(from, at);
 }

@@ -1,3 +1,4 @@
+// The scan on vectors that every machine has, and the choice of the fastest one.
 #include "profile/scan.h"
 
 #include <algorithm>
@@ -11,7 +12,7 @@
 namespace korvel::profile {
 namespace {
 
-// What compilers make of vectors of sixteen bytes, which most machines have.
+// Vectors of sixteen bytes, as the compiler offers them for any machine.
 class PortableBytes {
  public:
   static constexpr std::ptrdiff_t kSize = 16;
@@ -59,16 +60,14 @@ class PortableBytes {
   Bytes bytes_;
 };
 
-Scan chosenByProcessor() {
+Scan askProcessor() {
 #ifdef __x86_64__
-  const strings::Machine &machine = strings::thisMachine();
-  if (machine.avx512bw) return scanAvx512;
-  if (machine.avx2) return scanAvx2;
+  if (strings::thisMachine().avx2) return scanAvx2;
 #endif
   return scanPortable;
 }
 
-// Asking the processor costs more than a search; null until it was asked.
+// Null until the processor was asked, which takes longer than a search.
 constinit std::atomic<Scan> chosen = nullptr;
 
 }  // namespace
@@ -84,10 +83,10 @@ const char *scanPortable(const char *at, const char *end, const KeyProbe &probe)
   return BlockScan<PortableBytes>(probe).run(at, end);
 }
 
-Scan widestScan() {
+Scan fastestScan() {
   Scan scan = chosen.load(std::memory_order_relaxed);
   if (scan == nullptr) {
-    scan = chosenByProcessor();
+    scan = askProcessor();
     chosen.store(scan, std::memory_order_relaxed);
   }
   return scan;

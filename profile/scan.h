@@ -1,4 +1,4 @@
-// For profile/ and its tests only: passing over bytes that mean nothing to the search for a key.
+// For profile/ and its tests: skips bytes that do not matter to the search for a key.
 #ifndef KORVEL_PROFILE_SCAN_H
 #define KORVEL_PROFILE_SCAN_H
 
@@ -7,36 +7,34 @@
 
 namespace korvel::profile {
 
-// What is looked for in a profile: a key, not empty and of no '\r', '\n', '[', at the beginning of
-// a line and followed by '='. It is found by the '='; the bytes before that are looked at, too.
+// What is searched: a key at the beginning of a line and followed by '='. The key is not empty and
+// holds no '\r', '\n' or '['. It is found by the '=' and the bytes before it.
 struct KeyProbe {
   explicit KeyProbe(std::string_view key);
 
-  // How many bytes before a byte are looked at.
+  // How many bytes before the '=' are read.
   std::size_t reach() const { return static_cast<std::size_t>(size) + 2; }
 
   const char *key;
   std::ptrdiff_t size;
-  // The two bytes before the '='; twice the only one of a key that has no more.
+  // The two bytes before the '='; both are the only byte of a key of one.
   char last;
   char lastButOne;
   std::ptrdiff_t lastButOneDistance;
 };
 
-// Gives the first byte from `at` on, before `end`, that is a '[', a line feed behind no carriage
-// return, or the '=' behind the key with a line end or a line feed in front of both. Where less
-// than a block of bytes is left the answer is where those begin.
+// Returns the first byte in [at, end) that is a '[', a line feed not behind a carriage return, or
+// the '=' of the key at a line's start; if there is none, the start of the last partial block.
 using Scan = const char *(*)(const char *at, const char *end, const KeyProbe &probe);
 
-// For every machine, and for those with wider vectors.
+// For every machine, and for those with AVX2.
 const char *scanPortable(const char *at, const char *end, const KeyProbe &probe);
 #ifdef __x86_64__
 const char *scanAvx2(const char *at, const char *end, const KeyProbe &probe);
-const char *scanAvx512(const char *at, const char *end, const KeyProbe &probe);
 #endif
 
-// The widest one that this machine runs.
-Scan widestScan();
+// The fastest one that this machine runs.
+Scan fastestScan();
 
 }  // namespace korvel::profile
 

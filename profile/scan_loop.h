@@ -1,7 +1,7 @@
-// For the sources scan*.cpp only, each of which is compiled for another set of instructions: the
-// loop that they share. Nothing that these sources use may be shared at link time, or a machine
-// might be given instructions that it does not have: so all here is internal, and neither this loop
-// nor those sources call an inline function of another header.
+// For profile/scan.cpp and profile/scan_avx2.cpp only, which are compiled for different processors:
+// their loop. Nothing that they use may be shared at link time, or a processor might meet
+// instructions that it does not have. So all here is internal, and neither this loop nor those
+// sources call an inline function of another header.
 #ifndef KORVEL_PROFILE_SCAN_LOOP_H
 #define KORVEL_PROFILE_SCAN_LOOP_H
 
@@ -16,7 +16,7 @@ namespace {
 //   load(p), filled(c)
 //   a ^ b                           zero where both are equal
 //   a.orDifference(b, c)            a | (b ^ c)
-//   a.least(b)                      the lesser one, unsigned
+//   a.least(b)                      the smaller one, unsigned
 //   a.leastWhereUnequal(b, c, d)    least(b) where c and d are unequal, else a
 //   a.hasZero(), a.zeroes()         a bit per byte, the first byte's lowest
 template <typename Block>
@@ -30,7 +30,7 @@ class BlockScan {
   const char *run(const char *at, const char *end) const {
     if (end - at < Block::kSize) return at;
     if (const char *stop = stopWithin(at, at + Block::kSize)) return stop;
-    // From here on each block begins where blocks begin in memory: it is loaded faster.
+    // From here on all blocks are aligned, which loads them faster.
     for (at = nextBlock(at); end - at >= kStride; at += kStride) {
       Block flags = flagsAt(at);
       for (std::ptrdiff_t i = Block::kSize; i < kStride; i += Block::kSize)
@@ -51,7 +51,7 @@ class BlockScan {
     return at + (Block::kSize - static_cast<std::ptrdiff_t>(address % Block::kSize));
   }
 
-  // Looks at whole blocks, at those bytes one by one that may be of interest.
+  // The first byte of interest in whole blocks, or null.
   const char *stopWithin(const char *at, const char *end) const {
     for (; at != end; at += Block::kSize) {
       for (unsigned long long left = flagsAt(at).zeroes(); left != 0; left &= left - 1) {
