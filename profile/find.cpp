@@ -1,3 +1,4 @@
+// Sections and keys are found line by line, past stretches of plain lines at once.
 #include "profile/find.h"
 
 #include <cstring>
@@ -17,8 +18,8 @@ bool takeKey(Characters &characters, std::string_view key) {
   return characters.take(key) && characters.take("=");
 }
 
-// No line begins with a key that holds one of these: they end the line, are no characters, or end
-// the section.
+// Whether a line can begin with the key. '\r' ends a line, '\n' is not a character of one, and '['
+// ends the section.
 bool mayBeginALine(std::string_view key) {
   return key.find_first_of("\r\n[") == std::string_view::npos;
 }
@@ -72,7 +73,7 @@ std::optional<Characters> findValue(std::string_view text, std::string_view sect
       takeKey(characters, key);
       return characters;
     }
-    // The line that ends a section may be the header of another of the same name.
+    // The line that ends a section may be the header of the next one of the same name.
     from = search.line.begin;
   }
   return std::nullopt;

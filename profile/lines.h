@@ -1,8 +1,7 @@
-// For profile/ and its tests only: how the bytes of a profile fall into lines and characters.
+// For profile/ and its tests: the lines of a profile and their characters.
 //
-// A line ends at a carriage return or where the text ends. A line feed is no character: it is
-// passed over wherever it stands. Of a line only the first so many characters count, as if nothing
-// stood behind them.
+// A line ends at a carriage return or at the end of the text. Line feeds are skipped everywhere:
+// they are not characters. Only so many first characters of a line count, the rest is ignored.
 #ifndef KORVEL_PROFILE_LINES_H
 #define KORVEL_PROFILE_LINES_H
 
@@ -11,8 +10,8 @@
 
 namespace korvel::profile {
 
-// How many characters of a line count when a value is looked for, and when a file is rewritten. The
-// value itself is read to its end.
+// How many characters of a line count when a value is looked for and when a file is rewritten. The
+// value itself is read to the end of its line.
 inline constexpr std::size_t kReadLine = 1023;
 inline constexpr std::size_t kRewriteLine = 16383;
 
@@ -32,7 +31,7 @@ inline Stretch stretchOf(std::string_view text) { return {text.data(), text.data
 struct Line {
   const char *begin;
   const char *end;   // its carriage return, or the end of the text
-  const char *next;  // where the next line begins: behind a line feed that follows at once
+  const char *next;  // the beginning of the next line, behind the "\r" and a "\n" right behind it
 
   std::size_t size() const { return static_cast<std::size_t>(end - begin); }
 };
@@ -40,21 +39,21 @@ struct Line {
 // The line that begins at `begin`.
 Line lineAt(const char *begin, const char *textEnd);
 
-// True when `at` is the first character of a line, in the text that begins at textBegin.
+// Whether `at` is the first character of a line, in the text that begins at textBegin.
 bool isFirstCharacter(const char *at, const char *textBegin);
 
-// The characters of a line, taken from the front.
+// The characters of a line, consumed from the front.
 class Characters {
  public:
   Characters(const Line &line, std::size_t limit) : at_(line.begin), end_(line.end), left_(limit) {}
 
-  // True when the next characters are these; they are then behind.
+  // Consumes these characters if they come next. Returns whether they do.
   bool take(std::string_view expected);
-  // True when a '[' is among what is left; takes everything up to it.
+  // Consumes everything up to the next '['. Returns whether there is one.
   bool takeToBracket();
-  // Copies what is left, capacity characters at most. Returns how many there were.
+  // Copies what is left, at most `capacity` characters. Returns their number.
   std::size_t copyTo(char *destination, std::size_t capacity);
-  // The next characters that stand side by side in memory; empty at the end.
+  // Consumes the next characters that are contiguous in memory; empty at the end.
   std::string_view takeRun();
 
  private:
@@ -65,16 +64,15 @@ class Characters {
   std::size_t left_;  // characters that still count
 };
 
-// The plain lines at the front of a stretch: ended by "\r\n", without a line feed elsewhere and
-// with no more characters than count. Returns where they end; not all of them need be found, but
-// when the first line is plain at least that one is. The stretch begins with a line.
+// The end of the plain lines at the front of a stretch that begins with a line: those that end with
+// "\r\n", hold no other line feed and have at most `limit` characters. May stop after fewer, but
+// not before the first of them.
 const char *plainLinesEnd(Stretch lines, std::size_t limit);
 
-// Passes over lines that do not matter to the search for a key: without a '[', without `key` and
-// '=' in front, without a line feed but behind their carriage return. Returns the beginning of a
-// line between `from` and the end before which all lines are so; may stop early. `from` is the
-// beginning of a line, `text` the whole text; key holds none of '\r', '\n', '['; no
-// line is passed over for an empty one.
+// Skips lines that do not matter to the search for a key: those that hold no '[', do not begin with
+// `key` and '=', and have a line feed only behind their carriage return. Returns the beginning of a
+// line; may skip fewer lines than it could, and skips none for an empty key. `text` is the whole
+// text, `from` the beginning of a line; the key holds no '\r', '\n' or '['.
 const char *passPlainLines(Stretch text, const char *from, std::string_view key);
 
 }  // namespace korvel::profile

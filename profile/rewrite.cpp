@@ -1,3 +1,4 @@
+// The text around a change is copied in stretches; odd lines in it are mended one by one.
 #include "profile/rewrite.h"
 
 #include <cstring>
@@ -8,7 +9,7 @@
 namespace korvel::profile {
 namespace {
 
-// A line without a character; the rest behind the last line end is none.
+// Whether a line has no characters. What follows the last line end is a line only with characters.
 bool isEmptyLine(const Line &line) {
   return line.next != line.end && Characters(line, 1).takeRun().empty();
 }
@@ -32,7 +33,7 @@ class Rewriter {
     }
   }
 
-  // The empty lines alone.
+  // Copies only the empty lines.
   void copyEmptyLines(const char *begin, const char *end) {
     while (begin != end) {
       const Line line = lineAt(begin, end);
@@ -41,7 +42,7 @@ class Rewriter {
     }
   }
 
-  // Where a line goes that is added before `place`: behind the last line that is not empty.
+  // The place for a line to add before `place`: behind the last line that is not empty.
   const char *behindLastText(const char *place) const {
     const char *textEnd = place;
     while (textEnd != text_.begin && (textEnd[-1] == '\r' || textEnd[-1] == '\n')) --textEnd;
@@ -70,20 +71,20 @@ class Rewriter {
   Output &output_;
 };
 
-// The place in a text that a change of a key is about.
+// Where a text changes with a key.
 struct KeyPlace {
   enum Kind {
-    KeyLine,     // the line with the key
-    SectionEnd,  // where the section ends that lacks the key
+    KeyLine,     // at the line with the key
+    SectionEnd,  // at the end of the section, which lacks the key
     NoSection,
   };
   Kind kind;
   const char *begin;
-  const char *next;  // behind the line with the key
+  const char *next;  // behind the line with the key, else as `begin`
 };
 
-// A new value goes to the first section of the name. The line to remove is the one that a reader
-// finds, in whichever section of the name that is.
+// A new value is set in the first section of the name. The line to remove is the one that a reader
+// finds, in any section of the name.
 KeyPlace findPlace(Stretch text, std::string_view section, std::string_view key, bool removing) {
   KeyPlace place{KeyPlace::NoSection, text.end, text.end};
   const char *from = text.begin;

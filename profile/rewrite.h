@@ -1,8 +1,7 @@
-// For profile/ and its tests only: the text of a profile with one key or one section changed.
+// For profile/ and its tests: the text of a profile with one key or one section changed.
 //
-// Every line written ends with "\r\n", whatever ended it before; line feeds elsewhere and what
-// passes kRewriteLine characters of a line are lost. Stretches that need none of this are handed
-// on as they are.
+// Every line is written with "\r\n" at its end and without other line feeds, cut at kRewriteLine
+// characters. Stretches of lines that are so already are passed on whole.
 #ifndef KORVEL_PROFILE_REWRITE_H
 #define KORVEL_PROFILE_REWRITE_H
 
@@ -13,7 +12,7 @@
 
 namespace korvel::profile {
 
-// Takes the new text, piece by piece.
+// Receives the new text, piece by piece.
 class Output {
  public:
   virtual void write(std::string_view piece) = 0;
@@ -22,15 +21,15 @@ class Output {
   ~Output() = default;
 };
 
-// Sets a key of a section, or removes its line when there is no value. The first line with the key
-// changes, later ones stay. A new key goes behind the last line of its section that is not empty, a
-// new section to the end of the text, before its empty lines and behind one of its own.
+// Sets a key of a section, or removes its line if there is no value. The first line with the key
+// changes, later ones stay. A new key is added behind the last line of its section that is not
+// empty, a new section behind the last line of the text that is not empty and an empty line.
 void rewriteKey(std::string_view text, std::string_view section, std::string_view key,
                 std::optional<std::string_view> value, Output &output);
 
-// Puts `content`, as it is, in place of all lines of a section; without one the header stays alone.
-// A section that is missing is added as by rewriteKey if there is content. The empty lines of the
-// old section stay, behind the content, unless the section was the last.
+// Replaces all lines of a section by `content`, unchanged; without content only the header is left.
+// A missing section is added as by rewriteKey if there is content. The empty lines of the old
+// section stay, behind the content, unless the section was the last.
 void rewriteSection(std::string_view text, std::string_view section,
                     std::optional<std::string_view> content, Output &output);
 
