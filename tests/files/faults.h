@@ -1,5 +1,4 @@
-// For tests of what replaces files: steps that fail, processes that die or are somebody else, disks
-// that are small.
+// For tests of replaced files: steps that fail, and small disks.
 #ifndef KORVEL_TESTS_FILES_FAULTS_H
 #define KORVEL_TESTS_FILES_FAULTS_H
 
@@ -7,19 +6,18 @@
 #include <string>
 #include <utility>
 
-#include <grp.h>
 #include <sys/mount.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include "files/replace.h"
+#include "tests/files/processes.h"
 
 namespace korvel::test {
 
 using files::ReplaceStep;
 
-// Makes the n-th passage through a step fail with an error, or runs something else there.
+// Makes the n-th passage through a step fail with an error, or runs a function there.
 class Fault {
  public:
   Fault(ReplaceStep step, int nth, int error) : Fault(step, nth, [error] { return error; }) {}
@@ -34,7 +32,7 @@ class Fault {
   Fault(const Fault &) = delete;
   Fault &operator=(const Fault &) = delete;
 
-  // Lets a second step fail too, whenever it is passed while a fault is in force.
+  // Makes a second step fail too, at each passage while a fault is in force.
   static void also(ReplaceStep step, int error) {
     also_ = step;
     alsoError_ = error;
@@ -53,21 +51,7 @@ class Fault {
   static inline int alsoError_ = 0;
 };
 
-// Runs `body` in a child process; returns what it returns, or -1 when it did not end by itself.
-inline int inChild(const std::function<int()> &body) {
-  const pid_t child = fork();
-  if (child == 0) _exit(body());
-  int status = 0;
-  waitpid(child, &status, 0);
-  return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-}
-
-inline bool becomeNobody() {
-  constexpr id_t kNobody = 65534;
-  return setgroups(0, nullptr) == 0 && setgid(kNobody) == 0 && setuid(kNobody) == 0;
-}
-
-// A mount that goes with the object; mounted() is false where this process may not mount.
+// A mount as long as the object lives; mounted() is false if this process may not mount.
 class SmallDisk {
  public:
   SmallDisk(const std::string &path, const char *options) : path_(path) {

@@ -96,6 +96,7 @@ namespace {
 using test::content;
 using test::entries;
 using test::Fault;
+using test::inChildOfAUser;
 using test::modeOf;
 using test::Scratch;
 
@@ -328,7 +329,7 @@ TEST(Replace, ANewFileAppearsOnlyWhereThereIsNone) {
 }
 
 TEST_F(InPlace, WhatTheFileGrowsByIsSyncedBeforeAnOldByteIsTouched) {
-  EXPECT_EQ(asUser([&] {
+  EXPECT_EQ(inChildOfAUser([&] {
               std::string seen;
               const AtSync watch([&](int) {
                 seen += content(file_) + "\n";
@@ -341,7 +342,7 @@ TEST_F(InPlace, WhatTheFileGrowsByIsSyncedBeforeAnOldByteIsTouched) {
 }
 
 TEST_F(InPlace, AGrowthThatCannotBeSyncedLeavesTheOldFile) {
-  EXPECT_EQ(asUser([&] {
+  EXPECT_EQ(inChildOfAUser([&] {
               const AtSync watch([](int) { return ENOSPC; });
               return replaceBy(file_, "a new content that is longer") ? 1 : 0;
             }),
@@ -350,7 +351,7 @@ TEST_F(InPlace, AGrowthThatCannotBeSyncedLeavesTheOldFile) {
 }
 
 TEST_F(InPlace, WithoutRoomToKeepTheOldBytesTheyStay) {
-  EXPECT_EQ(asUser([&] {
+  EXPECT_EQ(inChildOfAUser([&] {
               noRoomForArrays = true;
               return replaceBy(file_, "a new content that is longer") ? 1 : 0;
             }),

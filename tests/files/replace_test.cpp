@@ -35,6 +35,7 @@ using test::content;
 using test::entries;
 using test::Fault;
 using test::inChild;
+using test::inChildOfAUser;
 using test::modeOf;
 using test::Scratch;
 using test::SmallDisk;
@@ -760,7 +761,7 @@ TEST_F(InPlace, TheFileIsOverwritten) {
   struct stat after = {};
   stat(file_.c_str(), &before);
   for (const std::string text : {"short", "the new content", "a new content that is longer", ""}) {
-    EXPECT_EQ(asUser([&] { return replaceBy(file_, text) ? 0 : 1; }), 0);
+    EXPECT_EQ(inChildOfAUser([&] { return replaceBy(file_, text) ? 0 : 1; }), 0);
     EXPECT_EQ(content(file_), text);
   }
   stat(file_.c_str(), &after);
@@ -769,13 +770,13 @@ TEST_F(InPlace, TheFileIsOverwritten) {
 }
 
 TEST_F(InPlace, OnlyWhereTheCallerAgrees) {
-  EXPECT_EQ(asUser([&] {
+  EXPECT_EQ(inChildOfAUser([&] {
               Replacement replacement;
               return replacement.begin(file_.c_str(), IfMissing::Fail, {.inPlace = false}) ? 1 : 0;
             }),
             0);
   chmod(scratch_.path().c_str(), 0777);
-  EXPECT_EQ(asUser([&] {
+  EXPECT_EQ(inChildOfAUser([&] {
               Replacement replacement;
               if (!replacement.begin(file_.c_str(), IfMissing::Fail, {.inPlace = false})) return 2;
               if (!replacement.append("new")) return 3;
@@ -789,12 +790,12 @@ TEST_F(InPlace, OnlyWhereTheCallerAgrees) {
 TEST_F(InPlace, LargeContentComesWhole) {
   std::mt19937 random(3);
   const std::string text = test::randomBytes(random, 1000001);
-  EXPECT_EQ(asUser([&] { return replaceBy(file_, text) ? 0 : 1; }), 0);
+  EXPECT_EQ(inChildOfAUser([&] { return replaceBy(file_, text) ? 0 : 1; }), 0);
   EXPECT_TRUE(content(file_) == text);
 }
 
 TEST_F(InPlace, WithoutCommitNothingChanges) {
-  EXPECT_EQ(asUser([&] {
+  EXPECT_EQ(inChildOfAUser([&] {
               Replacement replacement;
               return replacement.begin(file_.c_str()) && replacement.append("new") ? 0 : 1;
             }),
@@ -803,7 +804,7 @@ TEST_F(InPlace, WithoutCommitNothingChanges) {
 }
 
 TEST_F(InPlace, ADiskTooFullForTheGrowthLeavesTheOldFile) {
-  EXPECT_EQ(asUser([&] {
+  EXPECT_EQ(inChildOfAUser([&] {
               Fault fault(ReplaceStep::Overwrite, 1, ENOSPC);
               return replaceBy(file_, "a new content that is longer") ? 1 : 0;
             }),
@@ -812,7 +813,7 @@ TEST_F(InPlace, ADiskTooFullForTheGrowthLeavesTheOldFile) {
 }
 
 TEST_F(InPlace, ADiskThatFillsUpDuringTheGrowthLeavesTheOldFile) {
-  EXPECT_EQ(asUser([&] {
+  EXPECT_EQ(inChildOfAUser([&] {
               Fault fault(ReplaceStep::Overwrite, 3, ENOSPC);
               return replaceBy(file_, std::string(1000000, 'n')) ? 1 : 0;
             }),
@@ -830,7 +831,7 @@ TEST_F(InPlace, AFaultInTheMidstOfTheOverwritingLeavesTheOldFile) {
   } kCases[] = {{600000, 3}, {900000, 5}, {300000, 2}};
   for (const auto &row : kCases) {
     for (int nth = 1; nth <= row.stretches; ++nth) {
-      EXPECT_EQ(asUser([&] {
+      EXPECT_EQ(inChildOfAUser([&] {
                   Fault fault(ReplaceStep::Overwrite, nth, ENOSPC);
                   return replaceBy(file_, std::string(row.size, 'n')) ? 1 : 0;
                 }),
@@ -838,7 +839,7 @@ TEST_F(InPlace, AFaultInTheMidstOfTheOverwritingLeavesTheOldFile) {
           << row.size << ' ' << nth;
       EXPECT_TRUE(content(file_) == old) << row.size << ' ' << nth;
     }
-    EXPECT_EQ(asUser([&] {
+    EXPECT_EQ(inChildOfAUser([&] {
                 Fault fault(ReplaceStep::Overwrite, row.stretches + 1, ENOSPC);
                 return replaceBy(file_, std::string(row.size, 'n')) ? 0 : 1;
               }),
@@ -850,7 +851,7 @@ TEST_F(InPlace, AFaultInTheMidstOfTheOverwritingLeavesTheOldFile) {
 
 TEST_F(InPlace, AFileThatMayNotBeReadIsOverwrittenToo) {
   chmod(file_.c_str(), 0222);
-  EXPECT_EQ(asUser([&] { return replaceBy(file_, "new") ? 0 : 1; }), 0);
+  EXPECT_EQ(inChildOfAUser([&] { return replaceBy(file_, "new") ? 0 : 1; }), 0);
   chmod(file_.c_str(), 0666);
   EXPECT_EQ(content(file_), "new");
 }
@@ -866,26 +867,27 @@ TEST_F(InPlace, AFullDiskUnderAFileWithHolesLeavesTheOldFile) {
   chmod(file.c_str(), 0666);
   chmod(disk.c_str(), 0555);
   const std::string old = content(file);
-  EXPECT_EQ(asUser([&] { return replaceBy(file, std::string(150000, 'n')) ? 1 : 0; }), 0);
+  EXPECT_EQ(inChildOfAUser([&] { return replaceBy(file, std::string(150000, 'n')) ? 1 : 0; }), 0);
   EXPECT_TRUE(content(file) == old);
 }
 
 TEST_F(InPlace, AMissingFileIsAFailure) {
-  EXPECT_EQ(
-      asUser([&] { return replaceBy(scratch_.path() + "/b", "new", IfMissing::Create) ? 1 : 0; }),
-      0);
+  EXPECT_EQ(inChildOfAUser([&] {
+              return replaceBy(scratch_.path() + "/b", "new", IfMissing::Create) ? 1 : 0;
+            }),
+            0);
 }
 
 TEST_F(InPlace, AReadOnlyFileIsLeftAlone) {
   chmod(file_.c_str(), 0444);
-  EXPECT_EQ(asUser([&] { return replaceBy(file_, "new") ? 1 : 0; }), 0);
+  EXPECT_EQ(inChildOfAUser([&] { return replaceBy(file_, "new") ? 1 : 0; }), 0);
   EXPECT_EQ(content(file_), kOld);
 }
 
 TEST_F(InPlace, ASomeoneElsesFileInAStickyFolderIsOverwritten) {
   if (geteuid() != 0) GTEST_SKIP() << "needs a second user";
   chmod(scratch_.path().c_str(), 01777);
-  EXPECT_EQ(asUser([&] { return replaceBy(file_, "the new content, longer") ? 0 : 1; }), 0);
+  EXPECT_EQ(inChildOfAUser([&] { return replaceBy(file_, "the new content, longer") ? 0 : 1; }), 0);
   EXPECT_EQ(content(file_), "the new content, longer");
   struct stat status = {};
   stat(file_.c_str(), &status);
@@ -898,7 +900,7 @@ TEST_F(InPlace, AFolderThatMayBeChangedButNotReadAdmitsTheExchange) {
   struct stat after = {};
   stat(file_.c_str(), &before);
   chmod(scratch_.path().c_str(), 0333);
-  EXPECT_EQ(asUser([&] { return replaceBy(file_, "new") ? 0 : 1; }), 0);
+  EXPECT_EQ(inChildOfAUser([&] { return replaceBy(file_, "new") ? 0 : 1; }), 0);
   EXPECT_EQ(content(file_), "new");
   stat(file_.c_str(), &after);
   EXPECT_NE(before.st_ino, after.st_ino);

@@ -76,11 +76,6 @@ class InPlace : public testing::Test {
     chmod(file_.c_str(), 0666);
     chmod(scratch_.path().c_str(), 0555);
   }
-  // `body` as a user whom the folder refuses.
-  int asUser(const std::function<int()> &body) {
-    return test::inChild([&] { return geteuid() == 0 && !test::becomeNobody() ? 99 : body(); });
-  }
-
   static constexpr char kOld[] = "the old content";
   test::Scratch scratch_;
   std::string file_;

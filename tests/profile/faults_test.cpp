@@ -26,10 +26,10 @@
 
 #include "files/lock.h"
 #include "files/replace.h"
+#include "tests/files/processes.h"
 #include "tests/files/volumes.h"
 #include "tests/profile/files_in_memory.h"
 #include "tests/profile/literal_profile.h"
-#include "tests/profile/processes.h"
 #include "tests/support/sanitizer.h"
 
 namespace {

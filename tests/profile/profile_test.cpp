@@ -13,10 +13,10 @@
 
 #include <korvel/profile.h>
 
+#include "tests/files/processes.h"
 #include "tests/files/volumes.h"
 #include "tests/profile/files_in_memory.h"
 #include "tests/profile/literal_profile.h"
-#include "tests/profile/processes.h"
 #include "tests/profile/random_profiles.h"
 #include "tests/support/poisoned_buffer.h"
 

@@ -1,6 +1,6 @@
-// For tests/profile/ only: what must happen in a process of its own.
-#ifndef KORVEL_TESTS_PROFILE_PROCESSES_H
-#define KORVEL_TESTS_PROFILE_PROCESSES_H
+// For all tests: code that must run in a process of its own, as somebody else or to be killed.
+#ifndef KORVEL_TESTS_FILES_PROCESSES_H
+#define KORVEL_TESTS_FILES_PROCESSES_H
 
 #include <functional>
 #include <signal.h>
@@ -12,7 +12,7 @@
 
 namespace korvel::test {
 
-// Runs `body` in a child process; returns what it returns, or -1 when it did not end by itself.
+// Runs `body` in a child process; returns its result, or -1 if the child was killed.
 inline int inChild(const std::function<int()> &body) {
   const pid_t child = fork();
   if (child == 0) _exit(body());
@@ -21,18 +21,18 @@ inline int inChild(const std::function<int()> &body) {
   return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
 }
 
-// The same as a user whom permissions hold back. The exit code 99 is for a failure to become one.
-inline int inChildOfAUser(const std::function<int()> &body) {
+inline bool becomeNobody() {
   constexpr id_t kNobody = 65534;
-  return inChild([&] {
-    const bool user = geteuid() != 0 ||
-                      (setgroups(0, nullptr) == 0 && setgid(kNobody) == 0 && setuid(kNobody) == 0);
-    return user ? body() : 99;
-  });
+  return setgroups(0, nullptr) == 0 && setgid(kNobody) == 0 && setuid(kNobody) == 0;
 }
 
-// Runs `body` in a child process and kills it where it enters or leaves its `stops`-th system call,
-// entering and leaving counted apart. Returns false when it had ended by itself before.
+// Runs `body` as a user whom permissions hold back; returns 99 if this process cannot become one.
+inline int inChildOfAUser(const std::function<int()> &body) {
+  return inChild([&] { return geteuid() == 0 && !becomeNobody() ? 99 : body(); });
+}
+
+// Runs `body` in a child process and kills it at its `stops`-th stop: each system call is two, one
+// at its entry and one at its exit. Returns false if the child ended before.
 inline bool killedAtStop(int stops, const std::function<void()> &body) {
   const pid_t child = fork();
   if (child == 0) {
