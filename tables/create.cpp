@@ -10,14 +10,13 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <korvel/files.h>
 #include <korvel/tables.h>
 
 #include "files/lock.h"
 #include "files/paths.h"
 #include "files/replace.h"
 #include "files/transfer.h"
-#include "tables/markers.h"
+#include "tables/line.h"
 #include "tables/path.h"
 #include "tables/reader.h"
 #include "tables/temporary.h"
@@ -29,35 +28,22 @@ using files::IfMissing;
 using files::PosixPath;
 using files::Replacement;
 
-constexpr std::string_view kEnd = "\r\n";
+using Pieces = std::span<const std::string_view>;
 
-// The pieces of a table without data lines.
-class EmptyTable {
- public:
-  EmptyTable(const char *version, const char *title)
-      : pieces_{title, kEnd, kVersionMark, version, kEnd, kBeginMark, kEnd, kEndMark, kEnd} {}
-
-  std::span<const std::string_view> pieces() const { return pieces_; }
-
- private:
-  std::string_view pieces_[9];
-};
-
-bool exists(const TablePath &path) { return File_Is_Existing(path.text) == 1; }
+bool exists(const TablePath &path) { return files::fileExists(path.text); }
 
 // The table appears with all its lines or not at all.
-bool createWhole(const TablePath &path, const EmptyTable &table) {
+bool createWhole(const TablePath &path, Pieces content) {
   WritingHandle handle;
   if (!handle.take(path.text)) return false;
   const PosixPath posix(path.text);
   Replacement made;
-  return made.begin(posix.text(), IfMissing::Create, {.inPlace = false}) &&
-         made.append(table.pieces()) && made.commitAs(posix.text());
+  return made.begin(posix.text(), IfMissing::Create, {.inPlace = false}) && made.append(content) &&
+         made.commitAs(posix.text());
 }
 
-// Kept: what becomes of the writing does not count; on a full disk the table begins as far as it
-// goes.
-bool createInPlace(const TablePath &path, const EmptyTable &table) {
+// Kept: the result of the writing does not count, so a full disk leaves the beginning of a table.
+bool createInPlace(const TablePath &path, Pieces content) {
   constexpr mode_t kOpenToAll = 0777;
   WritingHandle handle;
   if (!handle.take(path.text)) return false;
@@ -66,31 +52,35 @@ bool createInPlace(const TablePath &path, const EmptyTable &table) {
     handle.dropUnopened();
     return false;
   }
-  for (const std::string_view piece : table.pieces()) {
+  for (const std::string_view piece : content) {
     if (files::writeAll(file, piece.data(), piece.size()) != piece.size()) break;
   }
   close(file);
   return true;
 }
 
-int create(const TablePath &path, const EmptyTable &table) {
-  if (!path) return 0;
-  if (exists(path) || createWhole(path, table)) return 1;
-  // Somebody else may make it meanwhile.
-  return exists(path) || createInPlace(path, table) || exists(path) ? 1 : 0;
+bool create(const TablePath &path, std::string_view version, std::string_view title) {
+  if (!path) return false;
+  const std::string_view content[] = {title,       kWrittenEnd, kVersionMark,
+                                      version,     kWrittenEnd, kBeginMark,
+                                      kWrittenEnd, kEndMark,    kWrittenEnd};
+  if (exists(path) || createWhole(path, content)) return true;
+  // Another process may make it meanwhile.
+  return exists(path) || createInPlace(path, content) || exists(path);
 }
 
-// The removal waits for whoever edits the table, who would otherwise bring it back.
-int removeTable(const TablePath &path) {
-  if (!path || !exists(path)) return 0;
+// The removal waits for an edit of the table, which would otherwise bring it back.
+bool removeTable(const TablePath &path) {
+  if (!path || !exists(path)) return false;
+  const PosixPath posix(path.text);
   files::FileLock lock;
-  static_cast<void>(lock.take(PosixPath(path.text).text()));
-  // Kept: its own result does not count.
-  std::remove(PosixPath(path.text).text());
-  return 1;
+  static_cast<void>(lock.take(posix.text()));
+  // Kept: the removal's own result does not count.
+  std::remove(posix.text());
+  return true;
 }
 
-// The path of the back-up; none for a path that is too short or the back-up's own.
+// The path of the back-up; none for a path that is too short or ends like a back-up's.
 TablePath backUpPath(const TablePath &table) {
   constexpr std::string_view kExtension = ".bak";
   TablePath path = table;
@@ -102,13 +92,8 @@ TablePath backUpPath(const TablePath &table) {
   return path;
 }
 
-bool isLink(const char *path) {
-  struct stat status;
-  return lstat(path, &status) == 0 && S_ISLNK(status.st_mode);
-}
-
 // A back-up that is a symbolic link or may not be written gives way to a new one, where its folder
-// admits that. A new one has what its table has: owner, group, mode.
+// admits that. A new one gets owner, group and mode of its table.
 bool beginBackUp(Replacement &made, const char *path, int table) {
   files::ReplaceRules rules = {.inPlace = false, .like = table};
   if (!isLink(path)) {
@@ -148,13 +133,13 @@ using namespace korvel::tables;
 
 int ZRV_Table_create(const char *name, const char *version, const char *title) {
   if (version == nullptr || title == nullptr) return 0;
-  return create(tablePath(name), EmptyTable(version, title));
+  return create(tablePath(name), version, title) ? 1 : 0;
 }
 
-int ZRV_Table_remove(const char *name) { return removeTable(tablePath(name)); }
+int ZRV_Table_remove(const char *name) { return removeTable(tablePath(name)) ? 1 : 0; }
 
 int ZRV_Table_sauvegarde(const char *name, int overwrite) {
   backUp(tablePath(name), overwrite != 0);
-  // Kept: success included.
+  // Kept: the result of a back-up is 0, success included.
   return 0;
 }

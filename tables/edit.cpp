@@ -1,14 +1,14 @@
 // The current line changed: in the table itself, or in the buffer first.
 //
-// An edit of a table counts its lines as they are when it gets hold of it, and touches the shared
-// state only once the new table stands.
+// An edit of a table counts its lines as they are when it has the table's lock, and changes the
+// shared state only once the new table is in place.
 #include <algorithm>
 #include <cstring>
 #include <string_view>
 
-#include <korvel/strings.h>
 #include <korvel/tables.h>
 
+#include "strings/string_list.h"
 #include "tables/line.h"
 #include "tables/path.h"
 #include "tables/rebuild.h"
@@ -24,7 +24,6 @@ constexpr std::string_view kUnknownField =
 constexpr std::string_view kFurtherField =
     ",N\xE9"
     "ant";
-constexpr char kBoundBy = ',';
 
 // A line in the making, cut to what a reader would keep of it.
 class NewLine final : public LineSink {
@@ -34,6 +33,7 @@ class NewLine final : public LineSink {
     if (length > 0) std::memcpy(text_ + length_, piece.data(), length);
     length_ += length;
   }
+  void clear() { length_ = 0; }
   std::string_view text() const { return {text_, length_}; }
   std::size_t room() const { return sizeof text_ - length_; }
 
@@ -47,7 +47,7 @@ class BoundBuffer {
  public:
   BoundBuffer() {
     std::memcpy(text_, ZRV_Libelle_NC_szBuffer, kLineSize);
-    ChCh_Bind_sep(text_, kBoundBy);
+    strings::bindItems(text_, ',');
   }
   std::string_view text() const { return std::string_view(text_).substr(0, kLineSize - 1); }
 
@@ -56,54 +56,41 @@ class BoundBuffer {
   char text_[kLineSize + 2] = {};
 };
 
-// An edit of the current line alone.
-class CurrentLineEdit : public LineEdit {
+// An edit of the current line alone. write(kept, output) writes what takes its place.
+template <typename Write>
+class CurrentLineEdit final : public LineEdit {
  public:
-  void restart() final { met_ = false; }
-  int nextAfter(int line) const final { return line < line_ ? line_ : kNoLine; }
-  bool apply(int /*line*/, std::string_view kept, RewriteOutput &output) final {
-    met_ = true;
-    write(kept, output);
+  explicit CurrentLineEdit(Write write) : write_(write) {}
+
+  void restart() override { isMet_ = false; }
+  int nextAfter(int line) const override { return line < line_ ? line_ : kNoLine; }
+  bool apply(int /*line*/, std::string_view kept, RewriteOutput &output) override {
+    isMet_ = true;
+    write_(kept, output);
     return true;
   }
-  bool met() const { return met_; }
-
- protected:
-  ~CurrentLineEdit() = default;
+  bool isMet() const { return isMet_; }
 
  private:
-  virtual void write(std::string_view kept, RewriteOutput &output) = 0;
-
   const int line_ = ZRV_Libelle_NC_il;
-  bool met_ = false;
+  bool isMet_ = false;
+  Write write_;
 };
 
-class ReplaceField final : public CurrentLineEdit {
- public:
-  ReplaceField(FieldChoice choice, std::string_view value) : choice_(choice), value_(value) {}
+// Returns whether the table is rewritten and has the current line.
+template <typename Write>
+bool editCurrentLine(const char *table, Write write) {
+  CurrentLineEdit<Write> edit(write);
+  return TableRewrite(tablePath(table)).run(edit) == TableRewrite::Result::Done && edit.isMet();
+}
 
- private:
-  void write(std::string_view kept, RewriteOutput &output) override {
-    writeWithField(textOf(kept), choice_, value_, output);
+bool replaceField(const char *table, FieldChoice choice, std::string_view value) {
+  return editCurrentLine(table, [&](std::string_view kept, RewriteOutput &output) {
+    // Kept: a line that does not have the column counts as replaced.
+    writeWithField(textOf(kept), choice, value, output);
     output.write(kWrittenEnd);
-  }
-
-  FieldChoice choice_;
-  std::string_view value_;
-};
-
-class ReplaceFields final : public CurrentLineEdit {
- public:
-  explicit ReplaceFields(std::string_view fields) : fields_(fields) {}
-
- private:
-  void write(std::string_view kept, RewriteOutput &output) override {
-    writeWithFields(textOf(kept), fields_, output);
-    output.write(kWrittenEnd);
-  }
-
-  std::string_view fields_;
-};
+  });
+}
 
 int countFields(std::string_view text) {
   RawFields fields(text);
@@ -112,38 +99,47 @@ int countFields(std::string_view text) {
   return count;
 }
 
-class InsertLine final : public CurrentLineEdit {
- public:
-  // As many fields as the current line has.
-  static constexpr int kAsMany = 0;
-
-  explicit InsertLine(int fields) : fields_(fields) {}
-
-  std::string_view text() const { return inserted_.text(); }
-
- private:
-  void write(std::string_view kept, RewriteOutput &output) override {
-    inserted_ = {};
-    const int fields = fields_ == kAsMany ? countFields(textOf(kept)) : fields_;
-    inserted_.write(kUnknownField);
-    for (int i = 1; i < fields && inserted_.room() >= kFurtherField.size(); ++i) {
-      inserted_.write(kFurtherField);
+// fields: their number; 0 for as many as the current line has.
+bool insertLine(const char *table, int fields) {
+  NewLine inserted;
+  const bool done = editCurrentLine(table, [&](std::string_view kept, RewriteOutput &output) {
+    const int count = fields == 0 ? countFields(textOf(kept)) : fields;
+    inserted.clear();
+    inserted.write(kUnknownField);
+    for (int i = 1; i < count && inserted.room() >= kFurtherField.size(); ++i) {
+      inserted.write(kFurtherField);
     }
     output.writeLine({kept});
-    output.writeLine({inserted_.text()});
-  }
+    output.writeLine({inserted.text()});
+  });
+  if (!done) return false;
+  storeSplit(inserted.text());
+  // Kept: the current line's number remains the one of the line before the new one.
+  ZRV_Libelle_NC_read = 1;
+  return true;
+}
 
-  int fields_;
-  NewLine inserted_;
-};
+bool deleteLine(const char *table) {
+  return editCurrentLine(table, [](std::string_view /*kept*/, RewriteOutput & /*output*/) {});
+}
 
-class DeleteLine final : public CurrentLineEdit {
-  void write(std::string_view /*kept*/, RewriteOutput & /*output*/) override {}
-};
+bool setField(FieldChoice choice, std::string_view value) {
+  const BoundBuffer line;
+  NewLine changed;
+  const bool hadField = writeWithField(textOf(line.text()), choice, value, changed);
+  storeSplit(changed.text());
+  return hadField;
+}
 
-// Whether the table is rewritten; the current line need not have been met.
-bool rewrite(const char *table, LineEdit &edit) {
-  return TableRewrite(tablePath(table)).run(edit) == TableRewrite::Result::Done;
+bool flushLine(const char *table) {
+  const BoundBuffer line;
+  const bool done = editCurrentLine(table, [&](std::string_view kept, RewriteOutput &output) {
+    writeWithFields(textOf(kept), line.text(), output);
+    output.write(kWrittenEnd);
+  });
+  // Kept: the buffer stays joined.
+  if (done) storeWhole(line.text());
+  return done;
 }
 
 }  // namespace
@@ -154,43 +150,23 @@ using namespace korvel::tables;
 int ZRV_Libelle_NC_idem_replace(const char * /*key*/, int keyLength, int column, const char *table,
                                 const char *text) {
   if (text == nullptr) return 0;
-  // Kept: a line that does not have the column counts as replaced.
-  ReplaceField edit(FieldChoice::told(keyLength, column), text);
-  return rewrite(table, edit) && edit.met() ? 1 : 0;
+  return replaceField(table, currentLineChoice(keyLength, column), text) ? 1 : 0;
 }
 
 int ZRV_Libelle_NC_idem_insert(const char * /*key*/, int /*keyLength*/, const char *table,
                                int fields) {
-  if (fields < 0) return 0;
-  InsertLine edit(fields);
-  if (!rewrite(table, edit) || !edit.met()) return 0;
-  storeSplit(edit.text());
-  // Kept: the current line's number stays that of the line before the new one.
-  ZRV_Libelle_NC_read = 1;
-  return 1;
+  return fields >= 0 && insertLine(table, fields) ? 1 : 0;
 }
 
 int ZRV_Libelle_NC_idem_delete(const char * /*key*/, int /*keyLength*/, const char *table) {
-  DeleteLine edit;
-  return rewrite(table, edit) && edit.met() ? 1 : 0;
+  return deleteLine(table) ? 1 : 0;
 }
 
 int ZRV_Libelle_NC_set(const char * /*key*/, int keyLength, int column, const char * /*table*/,
                        const char *text) {
-  if (text == nullptr) return 0;
-  const BoundBuffer line;
-  NewLine changed;
-  const bool hadField =
-      writeWithField(textOf(line.text()), FieldChoice::told(keyLength, column), text, changed);
-  storeSplit(changed.text());
-  return hadField ? 1 : 0;
+  return text != nullptr && setField(currentLineChoice(keyLength, column), text) ? 1 : 0;
 }
 
 int ZRV_Libelle_NC_idem_flush(const char * /*key*/, int /*keyLength*/, const char *table) {
-  const BoundBuffer line;
-  ReplaceFields edit(line.text());
-  if (!rewrite(table, edit) || !edit.met()) return 0;
-  // Kept: the buffer stays joined.
-  storeWhole(line.text());
-  return 1;
+  return flushLine(table) ? 1 : 0;
 }

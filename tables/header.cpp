@@ -7,7 +7,7 @@
 
 #include "base/guard.h"
 #include "files/paths.h"
-#include "tables/markers.h"
+#include "tables/line.h"
 #include "tables/path.h"
 #include "tables/rewrite.h"
 
@@ -30,13 +30,13 @@ class ChangeHeading final : public LineEdit {
  public:
   explicit ChangeHeading(const Heading &heading) : heading_(heading) {}
 
-  void restart() override { met_ = false; }
+  void restart() override { isMet_ = false; }
   int nextAfter(int line) const override {
     if (line < kTitleLine) return kTitleLine;
     return line < kVersionLine ? kVersionLine : kNoLine;
   }
   bool apply(int line, std::string_view /*kept*/, RewriteOutput &output) override {
-    met_ = true;
+    isMet_ = true;
     if (line == kTitleLine) {
       heading_.writeTitle(output);
     } else {
@@ -45,11 +45,11 @@ class ChangeHeading final : public LineEdit {
     return true;
   }
   // Whether the table has any line.
-  bool met() const { return met_; }
+  bool isMet() const { return isMet_; }
 
  private:
   Heading heading_;
-  bool met_ = false;
+  bool isMet_ = false;
 };
 
 class RestoreHeading final : public LineEdit {
@@ -63,7 +63,7 @@ class RestoreHeading final : public LineEdit {
     if (line < kTitleLine) return kTitleLine;
     return line < kBeginLine && finding_ == Finding::None ? kBeginLine : kNoLine;
   }
-  // A heading that is there, sound or not, is left alone, and the rest of the table with it.
+  // An old heading, sound or not, is left alone, and the rest of the table with it.
   bool apply(int line, std::string_view kept, RewriteOutput &output) override {
     if (line == kBeginLine) {
       finding_ = kept == kBeginMark ? Finding::Sound : Finding::Damaged;
@@ -78,7 +78,7 @@ class RestoreHeading final : public LineEdit {
     return true;
   }
   bool isWanted() const override { return finding_ == Finding::Restored; }
-  // None: the table is too short to tell, or was not read so far.
+  // None: line 3 was not read.
   Finding finding() const { return finding_; }
 
  private:
@@ -91,46 +91,40 @@ bool isFolder(const TablePath &path) {
   return lstat(files::PosixPath(path.text).text(), &status) == 0 && S_ISDIR(status.st_mode);
 }
 
-int modify(const TablePath &path, const TablePath &newPath, const Heading &heading) {
+bool modify(const char *name, const char *newName, const Heading &heading) {
+  const TablePath path = tablePath(name);
+  const TablePath newPath = tablePath(newName);
   const bool keepsName = std::string_view(path.text) == newPath.text;
-  if (!newPath || (!keepsName && isFolder(newPath))) return 0;
+  if (!newPath || (!keepsName && isFolder(newPath))) return false;
   ChangeHeading edit(heading);
-  const bool done = TableRewrite(path, newPath).run(edit) == TableRewrite::Result::Done;
   // Kept: a table without a line gets its new name, too.
-  return done && edit.met() ? 1 : 0;
+  return TableRewrite(path, newPath).run(edit) == TableRewrite::Result::Done && edit.isMet();
 }
 
-int repair(const TablePath &path, const Heading &heading) {
+// Returns whether the heading is sound now.
+bool repair(const char *name, const Heading &heading) {
+  using Finding = RestoreHeading::Finding;
+  using Result = TableRewrite::Result;
   RestoreHeading edit(heading);
-  const TableRewrite::Result result = TableRewrite(path).run(edit);
+  const Result result = TableRewrite(tablePath(name)).run(edit);
   // Kept: where nothing can be read or rewritten, nothing counts as damaged.
-  if (result == TableRewrite::Result::Unopened) return 1;
-  switch (edit.finding()) {
-    case RestoreHeading::Finding::Sound:
-      return 1;
-    case RestoreHeading::Finding::Damaged:
-      return 0;
-    case RestoreHeading::Finding::Restored:
-    case RestoreHeading::Finding::None:
-      break;
-  }
-  return result == TableRewrite::Result::Done ? 1 : 0;
+  if (result == Result::Unopened || edit.finding() == Finding::Sound) return true;
+  return result == Result::Done && edit.finding() != Finding::Damaged;
 }
 
 }  // namespace
 }  // namespace korvel::tables
 
+using namespace korvel::base;
 using namespace korvel::tables;
 
 int ZRV_Table_modify(const char *name, const char *newName, const char *version,
                      const char *title) {
   if (version == nullptr || title == nullptr) return 0;
-  return korvel::base::orOnFailure(0, [&] {
-    return modify(tablePath(name), tablePath(newName), {version, title});
-  });
+  return orOnFailure(false, [&] { return modify(name, newName, {version, title}); }) ? 1 : 0;
 }
 
 int ZRV_Table_repair(const char *name, const char *version, const char *title) {
   if (version == nullptr || title == nullptr) return 0;
-  return repair(tablePath(name), {version, title});
+  return repair(name, {version, title}) ? 1 : 0;
 }

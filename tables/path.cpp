@@ -1,9 +1,12 @@
+// The rules by which a table's name becomes the path of its file.
 #include "tables/path.h"
 
+#include <algorithm>
 #include <cstring>
 #include <string_view>
 
-#include <korvel/files.h>
+#include <sys/stat.h>
+
 #include <korvel/tables.h>
 
 namespace korvel::tables {
@@ -14,48 +17,28 @@ std::string_view textOf(const char (&buffer)[Size]) {
   return {buffer, strnlen(buffer, Size)};
 }
 
-std::string_view withoutLastColon(std::string_view directory) {
-  if (directory.ends_with(':')) directory.remove_suffix(1);
-  return directory;
-}
-
-class PathWriter {
- public:
-  void append(std::string_view part) {
-    fits_ = fits_ && part.size() < kPathSize - length_;
-    if (!fits_) return;
-    std::memcpy(path_.text + length_, part.data(), part.size());
-    length_ += part.size();
-  }
-  TablePath path() {
-    path_.text[fits_ ? length_ : 0] = '\0';
-    return path_;
-  }
-
- private:
-  TablePath path_;
-  std::size_t length_ = 0;
-  bool fits_ = true;
-};
-
 TablePath joined(std::string_view directory, std::string_view name, std::string_view extension) {
-  PathWriter writer;
-  writer.append(withoutLastColon(directory));
-  writer.append(":");
-  writer.append(name);
-  writer.append(extension);
-  return writer.path();
+  if (directory.ends_with(':')) directory.remove_suffix(1);
+  TablePath path;
+  if (directory.size() + 1 + name.size() + extension.size() >= sizeof path.text) return path;
+  char *end = std::copy(directory.begin(), directory.end(), path.text);
+  *end++ = ':';
+  end = std::copy(name.begin(), name.end(), end);
+  end = std::copy(extension.begin(), extension.end(), end);
+  *end = '\0';
+  return path;
 }
 
-TablePath pathInDefault(std::string_view name) {
+TablePlace defaultPlace(std::string_view name) {
   const std::string_view directory = textOf(szDirTables);
   // The folder of the volumes would stand in for an empty one.
   if (directory.empty() || directory.size() == sizeof szDirTables) return {};
-  return joined(directory, name, ".tab");
+  return {joined(directory, name, ".tab"), szDirTables};
 }
 
-bool folderExists(const TablePlace &place) {
-  return place.folder == nullptr || Dir_Is_Existing(place.folder) == 1;
+TablePath existing(const TablePlace &place) {
+  const bool exists = place.path && (place.folder == nullptr || files::folderExists(place.folder));
+  return exists ? place.path : TablePath();
 }
 
 }  // namespace
@@ -63,20 +46,20 @@ bool folderExists(const TablePlace &place) {
 TablePlace tablePlace(const char *name) {
   if (name == nullptr) return {};
   const std::string_view chosen = textOf(ZRV_Libelle_NC_szDirTables);
-  if (chosen.empty()) return {pathInDefault(name), szDirTables};
-  // Kept: no extension is added here; the name is that of the file.
+  if (chosen.empty()) return defaultPlace(name);
+  // Kept: no extension is added here, as the name is that of the file.
   return {joined(chosen, name, ""), nullptr};
 }
 
-TablePath tablePath(const char *name) {
-  const TablePlace place = tablePlace(name);
-  return place.path && folderExists(place) ? place.path : TablePath();
-}
+TablePath tablePath(const char *name) { return existing(tablePlace(name)); }
 
 TablePath defaultTablePath(const char *name) {
-  if (name == nullptr) return {};
-  const TablePlace place = {pathInDefault(name), szDirTables};
-  return place.path && folderExists(place) ? place.path : TablePath();
+  return name == nullptr ? TablePath() : existing(defaultPlace(name));
+}
+
+bool isLink(const char *posix) {
+  struct stat status;
+  return lstat(posix, &status) == 0 && S_ISLNK(status.st_mode);
 }
 
 }  // namespace korvel::tables

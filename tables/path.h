@@ -1,38 +1,40 @@
-// For tables/ only: from a table's name to the path of its file.
+// For tables/ and its tests only: from a table's name to the path of its file.
 #ifndef KORVEL_TABLES_PATH_H
 #define KORVEL_TABLES_PATH_H
 
-namespace korvel::tables {
+#include "files/paths.h"
 
-inline constexpr int kPathSize = 256;
+namespace korvel::tables {
 
 // A colon path; "" for none.
 struct TablePath {
-  // What stands behind the terminator is not set.
+  // Sets no byte behind the terminator.
   TablePath() { text[0] = '\0'; }
 
-  char text[kPathSize];
+  char text[files::kPathSize];
 
   // False when there is none: no directory, a null name or 256 characters and more.
   explicit operator bool() const { return text[0] != '\0'; }
 };
 
-// Where a table's file stands: its path, and the folder that must exist for it; null: any.
+// The path of a table, and the folder that must exist for it; null: any.
 struct TablePlace {
   TablePath path;
   const char *folder = nullptr;
 };
 
-// The place of a table, as tablePath says but without looking whether the folder exists: whoever
-// opens the file finds that out.
+// The place of a table. The folder is not looked for: opening the file tells.
 TablePlace tablePlace(const char *name);
 
-// The path of a table. The directory of setDirTables goes first and takes the name as it stands;
+// The path of a table. A directory set by setDirTables comes first and takes the name as it is;
 // szDirTables must be an existing directory and adds ".tab".
 TablePath tablePath(const char *name);
 
 // The same in szDirTables, whatever setDirTables has set.
 TablePath defaultTablePath(const char *name);
+
+// Whether a POSIX path names a symbolic link.
+bool isLink(const char *posix);
 
 }  // namespace korvel::tables
 

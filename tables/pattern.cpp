@@ -72,6 +72,7 @@ void setBeginning(Pattern &pattern, std::string_view text) {
 Pattern exactPattern(Pattern::Start start, std::string_view text) {
   Pattern pattern;
   pattern.start = start;
+  if (!canBeField(text)) return pattern;
   pattern.bytes = Pattern::Bytes::Exact;
   addPair(pattern, text);
   setBeginning(pattern, text);

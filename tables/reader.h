@@ -1,9 +1,9 @@
 // For tables/ and its tests only: the file of a table, read in large blocks.
 //
 // An application sees of it what it would see of a file that is first loaded whole into a memory
-// file: the same slots taken and given back, and no reading without a free one. But for readings
-// during which the application runs, a block is read only when it is asked for, and only one stands
-// in memory.
+// file: the same slots are taken and given back, and without a free one nothing is read. In fact
+// one block at a time is read, when it is asked for. Only a reading during which the application
+// runs loads the whole file.
 #ifndef KORVEL_TABLES_READER_H
 #define KORVEL_TABLES_READER_H
 
@@ -21,15 +21,15 @@ enum class Slots {
   Memory,         // both at first; the file is read whole and its handle given back
 };
 
-// The blocks of a table file. kMargin bytes before and behind a block may be read as well; what
-// stands in them is not said.
+// The content of a table file. kMargin bytes in front of and behind what a call returns may be read
+// as well; their values are unspecified but where nextLines() tells them.
 class TableReader {
  public:
   static constexpr std::size_t kLargestBlock = 256 * 1024;
   static constexpr std::size_t kMargin = 2048;
 
-  // How much is read at once, up to that. A variable so that tests have seams between blocks
-  // everywhere.
+  // How much is read at once, up to kLargestBlock. A variable so that tests can end a block
+  // anywhere.
   static std::size_t blockSize;
 
   TableReader() = default;
@@ -37,7 +37,7 @@ class TableReader {
   TableReader(const TableReader &) = delete;
   TableReader &operator=(const TableReader &) = delete;
 
-  // Opens the file at a colon path. Returns false, holding nothing, when it will not open, a slot
+  // Opens the file at a colon path. Returns false, holding nothing, when it does not open, a slot
   // is missing or there is no memory.
   bool open(const char *path, Slots slots);
 
@@ -47,15 +47,22 @@ class TableReader {
   // From the start on, reads through a descriptor of the caller's instead of the file handle's own.
   void readThrough(int descriptor);
 
-  // The next bytes of the file, where the ones before stood; empty at its end. A file that is cut
-  // short meanwhile ends there; what it grows by is not read.
+  // Both return a view that is valid until the next call, empty at the end of the file. A file that
+  // is cut short meanwhile ends there; what it grows by is not read.
+
+  // The next bytes of the file.
   std::string_view next();
 
-  // False when the file's size is not known, a read failed or the file was cut short: what next()
-  // gave is not all of it.
+  // The next whole lines, each ended by a carriage return, with a line end like the first one's in
+  // front of them. A line whose end is in a later block is put together from its kept characters;
+  // the last line gains an end if the file has none.
+  std::string_view nextLines();
+
+  // False when the file's size is not known, a read failed or the file was cut short: what was
+  // returned is not all of it.
   bool isWhole() const { return isWhole_; }
 
-  // The file, open for reading; it stays the reader's.
+  // The file, open for reading; it remains the reader's.
   int descriptor() const { return descriptor_; }
 
   // Gives everything back but the file handle, which stays open.
@@ -73,6 +80,7 @@ class TableReader {
   Loaded loadOnce();
   bool takeBuffer();
   void giveBackBuffer();
+  char *nextBlock() const;
 
   int file_ = -1;        // handle
   int memory_ = -1;      // handle
@@ -81,26 +89,25 @@ class TableReader {
   int position_ = 0;     // behind the last byte given
   bool isWhole_ = true;
   char *buffer_ = nullptr;
+  std::string_view begun_;  // the beginning of a line that the last block did not end
+  LineScratch scratch_;
 };
 
-// One line after the other, for whoever wants them all.
+// One line after the other, for callers that want them all.
 class LineReader {
  public:
   // size: of the line buffer that says how many characters are kept, at most kLineSize
   explicit LineReader(TableReader &table, std::size_t size = kLineSize)
-      : table_(table), size_(size), gathered_(size) {}
+      : table_(table), size_(size) {}
 
   // The kept characters of the next line, valid until the next call. Returns false at the end.
   bool next(std::string_view &kept);
 
  private:
-  bool takeFromBlock(std::string_view &kept);
-
   TableReader &table_;
   std::size_t size_;
-  std::string_view block_;
-  bool unfinished_ = false;  // gathered_ holds the beginning of the next line
-  LineGatherer gathered_;
+  std::string_view lines_;  // that are left
+  LineScratch scratch_;
 };
 
 }  // namespace korvel::tables

@@ -1,40 +1,22 @@
+// Writes the text of an edited line: its fields, and what follows its first empty one.
 #include "tables/rebuild.h"
 
 #include <algorithm>
 #include <optional>
-
-#include "tables/line.h"
 
 namespace korvel::tables {
 namespace {
 
 constexpr std::string_view kWrittenSeparator = ",";
 
-// A part of a text.
-struct Place {
-  std::size_t begin;
-  std::size_t end;
-};
-
-// Where the first empty field begins, which may be the end of the text; none: no field is empty.
+// The offset of the first empty field, which may be the end of the text; none: no field is empty.
 std::optional<std::size_t> firstEmptyField(std::string_view text) {
   for (std::size_t begin = 0;;) {
-    const auto end = static_cast<std::size_t>(
-        std::find_if(text.begin() + static_cast<std::ptrdiff_t>(begin), text.end(), isSeparator) -
-        text.begin());
+    const std::size_t end = std::min(text.find_first_of(",+", begin), text.size());
     if (end == begin) return begin;
     if (end == text.size()) return std::nullopt;
     begin = end + 1;
   }
-}
-
-std::optional<Place> placeOf(std::string_view text, FieldChoice choice) {
-  const RawFields fields(text);
-  const Column chosen =
-      choice.isCode ? Column{fields.field(), true} : lookedUpColumn(fields, choice.column);
-  if (!chosen.exists) return std::nullopt;
-  const auto begin = static_cast<std::size_t>(chosen.field.data() - text.data());
-  return Place{begin, begin + chosen.field.size()};
 }
 
 void writeWithCommas(std::string_view text, LineSink &sink) {
@@ -51,17 +33,17 @@ void writeWithCommas(std::string_view text, LineSink &sink) {
 bool writeWithField(std::string_view text, FieldChoice choice, std::string_view value,
                     LineSink &sink) {
   const std::size_t restBegin = firstEmptyField(text).value_or(text.size());
-  const std::string_view list = text.substr(0, restBegin);
-  const std::optional<Place> replaced = placeOf(text, choice);
-  if (replaced) {
-    writeWithCommas(list.substr(0, replaced->begin), sink);
+  std::string_view list = text.substr(0, restBegin);
+  const ChosenField replaced = chosenField(RawFields(text), choice);
+  if (replaced.exists) {
+    const auto begin = static_cast<std::size_t>(replaced.field.data() - text.data());
+    writeWithCommas(list.substr(0, begin), sink);
     sink.write(value);
-    writeWithCommas(list.substr(replaced->end), sink);
-  } else {
-    writeWithCommas(list, sink);
+    list.remove_prefix(begin + replaced.field.size());
   }
+  writeWithCommas(list, sink);
   sink.write(text.substr(restBegin));
-  return replaced.has_value();
+  return replaced.exists;
 }
 
 void writeWithFields(std::string_view text, std::string_view fields, LineSink &sink) {

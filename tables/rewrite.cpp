@@ -1,3 +1,4 @@
+// Copies a table line by line into its replacement and puts that in place.
 #include "tables/rewrite.h"
 
 #include <cerrno>
@@ -11,6 +12,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "base/posix.h"
 #include "tables/unchanged.h"
 
 namespace korvel::tables {
@@ -43,65 +45,44 @@ void RewriteOutput::handOn(std::string_view piece) {
 
 namespace {
 
-// A table whose folder may not be written is left as it is. That the new one stands is enough: a
-// loss of power soon after brings back the old one or the new one, both whole.
+// A table whose folder may not be written is left as it is. A loss of power soon after an edit may
+// bring back the old table, whole: the folder need not reach the disk before the edit ends.
 constexpr files::ReplaceRules kRules{.inPlace = false, .folderSync = false};
 
-// Takes the old content block by block.
 class LineCopier {
  public:
   LineCopier(LineEdit &edit, RewriteOutput &output)
       : edit_(edit), output_(output), edited_(edit.nextAfter(0)) {}
 
-  // Both return false when the edit gave up or something could not be written.
-  bool take(std::string_view block);
-  bool finish() { return gathered_.empty() || endLine(gathered_.kept()); }
+  // Takes the next whole lines. Returns false when the edit gave up or something could not be
+  // written.
+  bool take(std::string_view lines);
 
  private:
-  bool takeWholeLines(std::string_view &block);
-  bool endLine(std::string_view kept);
+  bool takeOne(std::string_view kept);
 
   LineEdit &edit_;
   RewriteOutput &output_;
-  int edited_;             // the next line that does not stay
-  int line_ = 0;           // number of lines so far
-  LineGatherer gathered_;  // the beginning of a line whose end is not met yet
-  bool unfinished_ = false;
-  LineGatherer scratch_;
+  int edited_;    // the next line that does not stay
+  int line_ = 0;  // number of lines so far
+  LineScratch scratch_;
 };
 
-bool LineCopier::take(std::string_view block) {
-  if (unfinished_) {
-    const std::size_t end = block.find(kLineEnd);
-    gathered_.append(block.substr(0, end));
-    if (end == std::string_view::npos) return true;
-    block.remove_prefix(end + 1);
-    if (!endLine(gathered_.kept())) return false;
-    gathered_.clear();
+bool LineCopier::take(std::string_view lines) {
+  while (!lines.empty()) {
+    while (lines.starts_with(kIgnored)) lines.remove_prefix(1);
+    const UnchangedLines unchanged = unchangedLines(lines, edited_ - line_ - 1);
+    if (unchanged.count > 0) output_.write(lines.substr(0, unchanged.bytes));
+    line_ += unchanged.count;
+    lines.remove_prefix(unchanged.bytes);
+    const std::size_t end = lines.find(kLineEnd);
+    if (!takeOne(keptOf(lines.substr(0, end), scratch_))) return false;
+    lines.remove_prefix(end + 1);
   }
-  if (!takeWholeLines(block)) return false;
-  unfinished_ = !block.empty();
-  gathered_.append(block);
   return true;
 }
 
-// What remains of the block is the beginning of a line.
-bool LineCopier::takeWholeLines(std::string_view &block) {
-  for (;;) {
-    // Wherever a line feed stands it is no part of a line.
-    while (block.starts_with(kIgnored)) block.remove_prefix(1);
-    const UnchangedLines unchanged = unchangedLines(block, edited_ - line_ - 1);
-    if (unchanged.count > 0) output_.write(block.substr(0, unchanged.bytes));
-    line_ += unchanged.count;
-    block.remove_prefix(unchanged.bytes);
-    const std::size_t end = block.find(kLineEnd);
-    if (end == std::string_view::npos) return !output_.failed();
-    if (!endLine(keptOf(block.substr(0, end), scratch_))) return false;
-    block.remove_prefix(end + 1);
-  }
-}
-
-bool LineCopier::endLine(std::string_view kept) {
+bool LineCopier::takeOne(std::string_view kept) {
   ++line_;
   if (line_ != edited_) {
     output_.writeLine({kept});
@@ -114,22 +95,13 @@ bool LineCopier::endLine(std::string_view kept) {
 
 constexpr int kAttempts = 3;
 
-bool isSameFile(const struct stat &a, const struct stat &b) {
-  return a.st_dev == b.st_dev && a.st_ino == b.st_ino;
-}
-
 bool isSameTime(const timespec &a, const timespec &b) {
   return a.tv_sec == b.tv_sec && a.tv_nsec == b.tv_nsec;
 }
 
 bool isUnchanged(const struct stat &before, const struct stat &now) {
-  return isSameFile(before, now) && before.st_size == now.st_size &&
+  return base::isSameFile(before, now) && before.st_size == now.st_size &&
          isSameTime(before.st_mtim, now.st_mtim) && isSameTime(before.st_ctim, now.st_ctim);
-}
-
-bool isLink(const char *path) {
-  struct stat status;
-  return lstat(path, &status) == 0 && S_ISLNK(status.st_mode);
 }
 
 bool isFree(const char *path) {
@@ -140,14 +112,14 @@ bool isFree(const char *path) {
 bool leadToOneFile(const char *a, const char *b) {
   struct stat ofA;
   struct stat ofB;
-  return stat(a, &ofA) == 0 && stat(b, &ofB) == 0 && isSameFile(ofA, ofB);
+  return stat(a, &ofA) == 0 && stat(b, &ofB) == 0 && base::isSameFile(ofA, ofB);
 }
 
 // Whether both are spellings of one name; a link is not followed.
 bool isOneEntry(const char *a, const char *b) {
   struct stat ofA;
   struct stat ofB;
-  return lstat(a, &ofA) == 0 && lstat(b, &ofB) == 0 && isSameFile(ofA, ofB);
+  return lstat(a, &ofA) == 0 && lstat(b, &ofB) == 0 && base::isSameFile(ofA, ofB);
 }
 
 std::string folderOf(const char *path) {
@@ -207,11 +179,9 @@ TableRewrite::TableRewrite(const TablePath &path, const TablePath &newPath)
 TableRewrite::Result TableRewrite::run(LineEdit &edit) {
   for (int attempt = 1;; ++attempt) {
     edit.restart();
-    changed_ = false;
     if (!begin()) return attempt == 1 ? Result::Unopened : Result::Failed;
-    if (!copy(edit)) return Result::Failed;
-    if (!edit.isWanted() || commit()) return Result::Done;
-    if (!changed_ || attempt == kAttempts) return Result::Failed;
+    if (copy(edit) && (!edit.isWanted() || commit())) return Result::Done;
+    if (!hasChanged_ || attempt == kAttempts) return Result::Failed;
     giveBack();
   }
 }
@@ -274,15 +244,16 @@ bool TableRewrite::copy(LineEdit &edit) {
   const bool done = copyLines(edit, output) && appendLeftOver(output) && output.flush();
   leftOver_.consume();
   if (!done) replacement_.discard();
+  hasChanged_ = false;
   return done;
 }
 
 bool TableRewrite::copyLines(LineEdit &edit, RewriteOutput &output) {
   LineCopier copier(edit, output);
-  for (auto block = reader_.next(); !block.empty(); block = reader_.next()) {
-    if (!copier.take(block)) return false;
+  for (auto lines = reader_.nextLines(); !lines.empty(); lines = reader_.nextLines()) {
+    if (!copier.take(lines)) return false;
   }
-  return reader_.isWhole() && copier.finish();
+  return reader_.isWhole();
 }
 
 bool TableRewrite::appendLeftOver(RewriteOutput &output) const {
@@ -294,15 +265,18 @@ bool TableRewrite::appendLeftOver(RewriteOutput &output) const {
   }
 }
 
-bool TableRewrite::isAsRead() {
+bool TableRewrite::isAsRead() const {
   struct stat now;
-  changed_ = stat(path_.text(), &now) != 0 || !isUnchanged(asRead_, now);
-  return !changed_;
+  return stat(path_.text(), &now) == 0 && isUnchanged(asRead_, now);
 }
 
 bool TableRewrite::commit() {
   const bool wasFree = move_ == Move::File && isFree(newPath_.text());
-  if (!replacement_.commit([this] { return isAsRead(); })) return false;
+  const auto isStillAsRead = [this] {
+    hasChanged_ = !isAsRead();
+    return !hasChanged_;
+  };
+  if (!replacement_.commit(isStillAsRead)) return false;
   switch (move_) {
     case Move::File:
       return finishMovingFile(wasFree);

@@ -26,8 +26,6 @@
 
 namespace korvel::tables {
 
-inline constexpr std::string_view kWrittenEnd = "\r\n";
-
 // The new content on its way into the replacement: small pieces are gathered, large ones go
 // straight on.
 class RewriteOutput final : public LineSink {
@@ -114,7 +112,7 @@ class TableRewrite {
   bool copy(LineEdit &edit);
   bool copyLines(LineEdit &edit, RewriteOutput &output);
   bool appendLeftOver(RewriteOutput &output) const;
-  bool isAsRead();
+  bool isAsRead() const;
   bool commit();
   bool finishMovingFile(bool wasFree);
   bool moveLink();
@@ -127,7 +125,7 @@ class TableRewrite {
   files::FileLock lock_;
   files::FileLock targetLock_;  // of the table that gives way
   struct stat asRead_ = {};
-  bool changed_ = false;  // what is there now is not what was read
+  bool hasChanged_ = false;  // since it was read
   TableReader reader_;
   WritingHandle handle_;
   LeftOver leftOver_;

@@ -1,12 +1,13 @@
+// The exported state of the tables: the directories and the current line.
 #include "tables/state.h"
 
 #include <algorithm>
 #include <cstring>
 
-#include <korvel/strings.h>
 #include <korvel/tables.h>
 
-#include "tables/line.h"
+#include "strings/copy.h"
+#include "strings/string_list.h"
 
 constinit char szDirTables[256] = "";
 constinit char ZRV_Libelle_NC_szDirTables[256] = "";
@@ -36,24 +37,26 @@ void storeWhole(std::string_view kept) {
 
 void storeSplit(std::string_view kept) {
   storeWhole(kept);
-  ChCh_Put_00(ZRV_Libelle_NC_szBuffer, kLineSize);
-  ChCh_Cut(ZRV_Libelle_NC_szBuffer);
+  strings::endList(ZRV_Libelle_NC_szBuffer);
+  strings::cutItems(ZRV_Libelle_NC_szBuffer);
 }
 
-void copyOut(std::string_view field, char *out, int size) {
-  if (out == nullptr || size < 1) return;
-  const std::size_t length = std::min(field.size(), static_cast<std::size_t>(size) - 1);
-  if (length > 0) std::memmove(out, field.data(), length);
-  out[length] = '\0';
+SplitFields bufferFields() {
+  return SplitFields({ZRV_Libelle_NC_szBuffer, sizeof ZRV_Libelle_NC_szBuffer});
 }
 
 }  // namespace korvel::tables
 
 char *setDirTables(const char *dir) {
-  const std::size_t capacity = sizeof ZRV_Libelle_NC_szDirTables;
-  const std::size_t length = dir == nullptr ? capacity : strnlen(dir, capacity);
-  if (length < capacity) std::memmove(ZRV_Libelle_NC_szDirTables, dir, length + 1);
+  if (dir != nullptr) korvel::strings::copyWhole(ZRV_Libelle_NC_szDirTables, dir);
   return ZRV_Libelle_NC_szDirTables;
 }
 
 char *getDirTables(void) { return ZRV_Libelle_NC_szDirTables; }
+
+int ZRV_Libelle_NC_get_ligne(void) { return ZRV_Libelle_NC_il; }
+
+void ZRV_Libelle_NC_set_ligne(int line) {
+  ZRV_Libelle_NC_il = line;
+  ZRV_Libelle_NC_read = 0;
+}

@@ -4,24 +4,25 @@
 
 #include <string_view>
 
+#include "tables/line.h"
+
 namespace korvel::tables {
 
-// No current line: how a function begins that starts from the first line.
+// No current line: every function that starts from the first line begins with this.
 void forgetLine();
 
-// The line's number, and that the buffer is trusted.
+// Sets the line's number and marks the buffer as read.
 void setCurrentLine(int line);
 
-// Puts the kept characters of a line into the buffer and splits them. What stood in the buffer
-// behind the line and its two terminators stays.
+// Puts the kept characters of a line into the buffer and splits them. The buffer behind the line
+// and its two terminators is left alone.
 void storeSplit(std::string_view kept);
 
-// The same without splitting: one field, its separators in it.
+// The same without splitting: one field with the separators in it.
 void storeWhole(std::string_view kept);
 
-// Copies a field to a caller's buffer, cut to size - 1 characters. The field may stand in the
-// buffer itself.
-void copyOut(std::string_view field, char *out, int size);
+// The fields of the buffer.
+SplitFields bufferFields();
 
 }  // namespace korvel::tables
 

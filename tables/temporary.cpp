@@ -1,3 +1,4 @@
+// The handle and the left-over file of an edit's temporary.
 #include "tables/temporary.h"
 
 #include <cerrno>
@@ -9,16 +10,16 @@
 
 #include <korvel/files.h>
 
+#include "base/posix.h"
 #include "files/slots.h"
 
 namespace korvel::tables {
 namespace {
 
-bool isSameFile(const struct stat &a, const struct stat &b) {
-  return a.st_dev == b.st_dev && a.st_ino == b.st_ino;
-}
-
 void replaceLast(char *path) { path[std::strlen(path) - 1] = '_'; }
+
+// In a folder that is open to all anybody may have put it there.
+bool isAnotherUsers(const struct stat &file) { return file.st_uid != geteuid(); }
 
 }  // namespace
 
@@ -60,21 +61,16 @@ bool LeftOver::openFor(const char *table) {
   struct stat rewritten;
   if (lstat(path_, &left) != 0) return errno == ENOENT;
   if (stat(table, &rewritten) != 0) return false;
-  if (isSameFile(left, rewritten)) return true;
+  if (base::isSameFile(left, rewritten)) return true;
   if (!S_ISREG(left.st_mode)) return false;
-  // In a folder that is open to all anybody may have put it there.
-  if (left.st_uid != geteuid()) return true;
+  if (isAnotherUsers(left)) return true;
   file_ = open(path_, O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
   return file_ >= 0;
 }
 
 long LeftOver::read(long offset, char *to, unsigned long size) const {
   if (file_ < 0) return 0;
-  ssize_t got = 0;
-  do {
-    got = pread(file_, to, size, offset);
-  } while (got < 0 && errno == EINTR);
-  return got;
+  return base::retried([&] { return pread(file_, to, size, offset); });
 }
 
 void LeftOver::consume() {

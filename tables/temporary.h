@@ -1,10 +1,9 @@
 // For tables/ and its tests only: what an application can tell of the file through which a table is
 // rewritten.
 //
-// That file is called like the table, but for its last character, which is '_'. In fact the new
-// content stands in a file without a name, and nobody meets the other one. Two things remain: it
-// takes a file handle as long as it is written, and one of that name that this user left there is
-// gone through.
+// To an application, an edit goes through a file named like the table with '_' for its last
+// character. The content is really written to an unnamed file; two effects of the named one are
+// kept: a file handle is in use meanwhile, and a file already under that name is consumed.
 #ifndef KORVEL_TABLES_TEMPORARY_H
 #define KORVEL_TABLES_TEMPORARY_H
 
@@ -22,13 +21,13 @@ class WritingHandle {
   WritingHandle(const WritingHandle &) = delete;
   WritingHandle &operator=(const WritingHandle &) = delete;
 
-  // The slot's name is the beginning of a colon path that is too long for it. Returns false when no
-  // slot is free.
+  // The slot's name is the colon path, cut to what the slot holds. Returns false when no slot is
+  // free.
   bool take(const char *path);
 
-  // As by a closing.
+  // As a closing does.
   void giveBack();
-  // As by an opening that fails: the counter stays raised.
+  // As an opening that fails does: the counter stays raised.
   void dropUnopened();
 
  private:
@@ -38,7 +37,7 @@ class WritingHandle {
 // The path of the temporary file of a table.
 TablePath temporaryPath(const TablePath &table);
 
-// A file that stands where the temporary file would.
+// A file that an earlier edit left under the temporary's name.
 class LeftOver {
  public:
   LeftOver() = default;
@@ -46,16 +45,16 @@ class LeftOver {
   LeftOver(const LeftOver &) = delete;
   LeftOver &operator=(const LeftOver &) = delete;
 
-  // Looks for that of the table at a POSIX path. Returns false when what stands there is no file
-  // that could be written through: a folder, say. The table itself is none, nor is another user's
-  // file. One that is open already stays the one.
+  // Opens the file under the temporary's name, if there is one. False if it could not be written
+  // through: a folder, say. The table itself and another user's file are left alone. Once a file is
+  // open, further calls keep it. table: POSIX path
   bool openFor(const char *table);
 
-  // Kept: what it holds behind the new content becomes part of that. The bytes from an offset on,
-  // up to as many as the buffer holds; their number, 0 at the end, -1 when they cannot be read.
+  // Kept: bytes of the old temporary beyond the new content end up in the table. Reads from an
+  // offset on; returns the number of bytes, 0 at the end, -1 when they cannot be read.
   long read(long offset, char *to, unsigned long size) const;
 
-  // Kept: the rewriting uses it up. Its bytes can be read still.
+  // Kept: the rewriting uses up the old temporary. Its bytes can still be read.
   void consume();
 
  private:

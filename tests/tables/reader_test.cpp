@@ -101,6 +101,52 @@ TEST_F(Reader, DoesNotReadWhatAFileGrowsBy) {
   EXPECT_EQ(allOf(reader), "before");
 }
 
+// --- Whole lines ---------------------------------------------------------------------------------
+
+// The lines without line feeds, cut to what a reader keeps.
+std::string kept(const std::string &lines) {
+  std::string all;
+  std::size_t length = 0;
+  for (const char c : lines) {
+    if (c == '\n') continue;
+    length = c == '\r' ? 0 : length + 1;
+    if (length <= 1023) all += c;
+  }
+  return all;
+}
+
+// What nextLines() gives: lines that end with a carriage return, and in front of them a line end
+// like that of the first line.
+TEST_F(Reader, GivesWholeLinesWhereverABlockEnds) {
+  const std::string longLine(1500, 'a');
+  const std::string tables[] = {
+      "a\r\nbc\r\n\r\nlast\r\n",      "a\rbc\r\rlast", "\na\r\nb\nc\n\rd\n", "\r\n", "\n\n", "",
+      longLine + "\r\n\n" + longLine,
+  };
+  for (const std::string &bytes : tables) {
+    const std::string file = path(bytes);
+    std::string expected = kept(bytes);
+    if (!expected.empty() && !expected.ends_with('\r')) expected += '\r';
+    for (const Slots slots : {Slots::File, Slots::FileAndMemory, Slots::Memory}) {
+      for (const std::size_t block : {1U, 2U, 3U, 4U, 5U, 1023U, 1024U, 1025U, 262144U}) {
+        TableReader::blockSize = block;
+        TableReader reader;
+        ASSERT_TRUE(reader.open(file.c_str(), slots));
+        std::string all;
+        for (auto lines = reader.nextLines(); !lines.empty(); lines = reader.nextLines()) {
+          EXPECT_TRUE(lines.ends_with('\r'));
+          const bool isCrLf = lines.data()[lines.find('\r') + 1] == '\n';
+          EXPECT_EQ(std::string_view(lines.data() - 2, 2), isCrLf ? "\r\n" : "\r\r");
+          all += lines;
+        }
+        EXPECT_EQ(kept(all), expected) << block;
+        EXPECT_TRUE(reader.nextLines().empty());
+        EXPECT_TRUE(reader.isWhole());
+      }
+    }
+  }
+}
+
 // --- Line by line --------------------------------------------------------------------------------
 
 std::vector<std::string> linesOf(const std::string &path, std::size_t size) {

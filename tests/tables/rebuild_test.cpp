@@ -31,10 +31,10 @@ Rebuilt withField(std::string_view text, FieldChoice choice, std::string_view va
   return {hadField, sink.all};
 }
 Rebuilt withColumn(std::string_view text, int column, std::string_view value = "NEW") {
-  return withField(text, FieldChoice::told(2, column), value);
+  return withField(text, currentLineChoice(2, column), value);
 }
 Rebuilt withCode(std::string_view text, std::string_view value = "NEW") {
-  return withField(text, FieldChoice::told(0, 0), value);
+  return withField(text, currentLineChoice(0, 0), value);
 }
 std::string withFields(std::string_view text, std::string_view fields) {
   Text sink;
