@@ -244,7 +244,8 @@ bool TableRewrite::copy(LineEdit &edit) {
   const bool done = copyLines(edit, output) && appendLeftOver(output) && output.flush();
   leftOver_.consume();
   if (!done) replacement_.discard();
-  hasChanged_ = false;
+  // It may have been cut short while it was read.
+  hasChanged_ = !reader_.isWhole() && !isAsRead();
   return done;
 }
 

@@ -405,19 +405,6 @@ TEST_F(Rewrite, TheNthWriteFailingLeavesTheTable) {
   EXPECT_GE(writes, 20);
 }
 
-TEST_F(Rewrite, AReadThatFailsLeavesTheTable) {
-  const std::string text = actes();
-  ZRV_Libelle_NC_set_ligne(6);
-  tables::TableReader::blockSize = 16;
-  // The file is cut short after it was opened.
-  Fault fault(ReplaceStep::Open, 1, [&] {
-    EXPECT_EQ(truncate(posixPath("actes").c_str(), 40), 0);
-    return 0;
-  });
-  EXPECT_EQ(replaceColumn(1, "x"), 0);
-  EXPECT_EQ(tableText(), text.substr(0, 40));
-}
-
 TEST_F(Rewrite, AFileSizeLimitLeavesTheTable) {
   EXPECT_EQ(inChild([&] {
               signal(SIGXFSZ, SIG_IGN);
@@ -646,6 +633,32 @@ TEST_F(Rewrite, WhatReplacesTheTableDuringAnEditIsEdited) {
   EXPECT_EQ(deleteLine(), 1);
   other.erase(other.find("07,"), 20);
   EXPECT_EQ(files(), (Files{{"actes.tab", other}}));
+}
+
+TEST_F(Rewrite, ATableThatIsCutShortDuringAnEditIsEditedAsItIsThen) {
+  tables::TableReader::blockSize = 16;
+  const std::string cut = actes().substr(0, actes().find("#FIN"));
+  Fault fault(ReplaceStep::Open, 1,
+              [&] { return truncate(posixPath("actes").c_str(), static_cast<off_t>(cut.size())); });
+  ZRV_Libelle_NC_set_ligne(6);
+  EXPECT_EQ(replaceColumn(1, "x"), 1);
+  std::string expected = cut;
+  expected.replace(expected.find("Visite"), 6, "x");
+  EXPECT_EQ(files(), (Files{{"actes.tab", expected}}));
+  EXPECT_EQ(openHandles(), std::vector<int>{});
+}
+
+TEST_F(Rewrite, AnEditGivesUpWhenTheTableIsCutShortThreeTimes) {
+  tables::TableReader::blockSize = 16;
+  const std::string text = actes();
+  ZRV_Libelle_NC_set_ligne(1);
+  test::EachTime fault(ReplaceStep::Open, [&](int nth) {
+    EXPECT_EQ(truncate(posixPath("actes").c_str(), 80 - 16 * nth), 0);
+  });
+  EXPECT_EQ(deleteLine(), 0);
+  EXPECT_EQ(fault.passages(), 3);
+  EXPECT_EQ(files(), (Files{{"actes.tab", text.substr(0, 32)}}));
+  EXPECT_EQ(openHandles(), std::vector<int>{});
 }
 
 TEST_F(Rewrite, ATableThatGoesDuringAnEditStaysGone) {
