@@ -57,15 +57,20 @@ bool LeftOver::openFor(const char *table) {
   if (length == 0 || length >= sizeof path_) return false;
   std::memcpy(path_, table, length + 1);
   replaceLast(path_);
+  constexpr int kFlags = O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
+  file_ = base::retried([this] { return open(path_, kFlags); });
   struct stat left;
+  if (file_ < 0) {
+    // Another user's file need not be readable.
+    return errno == ENOENT || (errno == EACCES && lstat(path_, &left) == 0 &&
+                               S_ISREG(left.st_mode) && isAnotherUsers(left));
+  }
   struct stat rewritten;
-  if (lstat(path_, &left) != 0) return errno == ENOENT;
-  if (stat(table, &rewritten) != 0) return false;
-  if (base::isSameFile(left, rewritten)) return true;
-  if (!S_ISREG(left.st_mode)) return false;
-  if (isAnotherUsers(left)) return true;
-  file_ = open(path_, O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
-  return file_ >= 0;
+  const bool isKnown = fstat(file_, &left) == 0 && stat(table, &rewritten) == 0;
+  const bool isTable = isKnown && base::isSameFile(left, rewritten);
+  const bool isFile = isKnown && S_ISREG(left.st_mode);
+  if (!isFile || isTable || isAnotherUsers(left)) close();
+  return isFile;
 }
 
 long LeftOver::read(long offset, char *to, unsigned long size) const {

@@ -1,14 +1,17 @@
-// Edits and back-ups of a table that cannot be read to its end, or of which the system does not
-// tell the size.
+// Edits and back-ups while system calls or allocations fail: a table that cannot be read to its
+// end, a size that the system does not tell, a left-over file that is replaced meanwhile.
 #include <algorithm>
 #include <cerrno>
 #include <chrono>
+#include <cstdarg>
 #include <cstdint>
 #include <utility>
 
+#include <fcntl.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
+#include "tests/support/failing_memory.h"
 #include "tests/tables/edits.h"
 
 namespace {
@@ -32,10 +35,22 @@ CountedFault readFault;
 size_t mostAtOnce = SIZE_MAX;    // bytes that a reading gives
 void (*duringRead)() = nullptr;  // runs once, between two readings
 int readingsBefore = 0;
+int (*duringOpen)(const char *path) = nullptr;  // runs once, before a left-over file is opened
 
 }  // namespace
 
-// The library's questions for the status of an open file, and its readings, come here.
+// The library's openings, its readings and its questions for the status of an open file come here.
+extern "C" int open(const char *path, int flags, ...) {
+  std::va_list rest;
+  va_start(rest, flags);
+  const bool creates = (flags & O_CREAT) != 0 || (flags & O_TMPFILE) == O_TMPFILE;
+  const mode_t mode = creates ? va_arg(rest, mode_t) : 0;
+  va_end(rest);
+  if (duringOpen != nullptr && std::string_view(path).ends_with(".ta_")) {
+    if (std::exchange(duringOpen, nullptr)(path) != 0) return -1;
+  }
+  return static_cast<int>(syscall(SYS_openat, AT_FDCWD, path, flags, mode));
+}
 extern "C" int fstat(int descriptor, struct stat *status) {
   if (statusFault.strikes()) return -1;
   return static_cast<int>(syscall(SYS_fstat, descriptor, status));
@@ -86,6 +101,7 @@ class ReadFaults : public test::Edits {
     statusFault = readFault = {};
     mostAtOnce = SIZE_MAX;
     duringRead = nullptr;
+    duringOpen = nullptr;
   }
 
   void reset() {
@@ -218,6 +234,72 @@ TEST_F(ReadFaults, AWalkIsNotOverHalfOfAnOldTableAndHalfOfANewOne) {
       heal();
       EXPECT_EQ(codes, "91+92+97+") << nth;
     }
+  }
+}
+
+// What is looked at is what is opened: a name may lead elsewhere a moment later.
+TEST_F(ReadFaults, ALeftOverFileThatIsReplacedWhileItIsOpenedIsNotUsedUp) {
+  reset();
+  volumes_.file("tables/actes.ta_", "left");
+  duringOpen = [](const char *path) {
+    unlink(path);
+    return mkfifo(path, 0666);
+  };
+  EXPECT_EQ(test::deleteLine(), 0);
+  EXPECT_EQ(duringOpen, nullptr);
+  EXPECT_EQ(tableText(), table_);
+  struct stat status;
+  EXPECT_EQ(lstat((folder() + "/actes.ta_").c_str(), &status), 0);
+  EXPECT_TRUE(S_ISFIFO(status.st_mode));
+}
+
+TEST_F(ReadFaults, AnotherUsersLeftOverFileNeedNotBeReadable) {
+  if (geteuid() != 0) GTEST_SKIP() << "needs a second user";
+  for (const uid_t owner : {0U, 12U}) {
+    reset();
+    volumes_.file("tables/actes.ta_", "left");
+    ASSERT_EQ(chown((folder() + "/actes.ta_").c_str(), owner, static_cast<gid_t>(-1)), 0);
+    duringOpen = [](const char * /*path*/) {
+      errno = EACCES;
+      return -1;
+    };
+    EXPECT_EQ(test::deleteLine(), owner == 0 ? 0 : 1);
+    EXPECT_EQ(files().at("actes.ta_"), "left");
+  }
+}
+
+TEST_F(ReadFaults, ARenamingWithoutMemoryLeavesTheTable) {
+  const auto rename = [] { return ZRV_Table_modify("actes", "new", "3", "Titre"); };
+  for (const bool isLink : {false, true}) {
+    const auto begin = [&] {
+      reset();
+      if (!isLink) return;
+      std::rename(posixPath("actes").c_str(), (folder() + "/real").c_str());
+      ASSERT_EQ(symlink("real", posixPath("actes").c_str()), 0);
+    };
+    begin();
+    const Files before = files();
+    int failures = 0;
+    for (int nth = 1;; ++nth) {
+      begin();
+      int result = 0;
+      bool hasFailed = false;
+      {
+        const test::FailingMemory memory(nth);
+        result = rename();
+        hasFailed = memory.hasFailed();
+      }
+      if (!hasFailed) {
+        EXPECT_EQ(result, 1);
+        break;
+      }
+      ++failures;
+      EXPECT_EQ(result, 0) << nth;
+      EXPECT_EQ(files(), before) << nth;
+      EXPECT_EQ(openHandles(), std::vector<int>{}) << nth;
+    }
+    EXPECT_GT(failures, 0);
+    EXPECT_TRUE(files().contains("new.tab"));
   }
 }
 
