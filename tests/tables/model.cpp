@@ -1,6 +1,7 @@
 #include "tests/tables/model.h"
 
 #include <algorithm>
+#include <cstdio>
 #include <cstring>
 
 #include <korvel/codecs.h>
@@ -55,19 +56,17 @@ bool modelMatches(std::string_view a, std::string_view b) {
   return true;
 }
 
+// Stated byte by byte: which bytes must be there, and which of them may differ.
 bool modelMatchesWithStar(std::string_view a, std::string_view b) {
   if (a.empty() || b.empty()) return false;
-  std::size_t n = a.size();
-  if (a.back() == '*' && a.size() <= b.size() + 1) {
-    n = a.size() - 1;
-    if (a.size() >= 2 && a.size() - 2 < b.size() && b[a.size() - 2] == '*') n = a.size() - 2;
-  } else if (b.back() == '*' && b.size() <= a.size() + 1) {
-    n = b.size() - 1;
-  } else if (a.size() != b.size()) {
-    return false;
-  }
-  for (std::size_t i = 0; i < n; ++i) {
-    if (a[i] != b[i] && a[i] != '?' && b[i] != '?') return false;
+  const bool starOfA = a.back() == '*' && b.size() + 1 >= a.size();
+  const bool starOfB = !starOfA && b.back() == '*' && a.size() + 1 >= b.size();
+  if (!starOfA && !starOfB && a.size() != b.size()) return false;
+  for (std::size_t i = 0; i < a.size() && i < b.size(); ++i) {
+    if (starOfA && i + 1 == a.size()) break;
+    if (starOfB && i + 1 == b.size()) break;
+    const bool isExcused = starOfA && i + 2 == a.size() && b[i] == '*';
+    if (a[i] != b[i] && a[i] != '?' && b[i] != '?' && !isExcused) return false;
   }
   return true;
 }
@@ -217,10 +216,10 @@ int TableModel::ZRV_Libelle_NC(std::string_view key, int column, const char *tab
 }
 
 int TableModel::ZRV_Libelle_2(int code, int column, const char *table, char *out, int outSize) {
-  char key[2];
-  const bool hasKey = code >= 0 && code <= 99;
-  if (hasKey) LongToNUM(code, key, 2);
-  return ZRV_Libelle_NC(hasKey ? std::string_view(key, 2) : std::string_view(), column, table, out,
+  const std::string digits = std::to_string(code);
+  const bool hasKey = code >= 0 && digits.size() <= 2;
+  const std::string key = digits.size() < 2 ? "0" + digits : digits;
+  return ZRV_Libelle_NC(hasKey ? std::string_view(key) : std::string_view(), column, table, out,
                         outSize);
 }
 
@@ -273,6 +272,15 @@ int TableModel::dayOf(int keyLength, int column, const char *table) {
   char shown[9] = "";
   ZRV_Libelle_NC_idem(keyLength, column, table, shown, sizeof shown);
   if (shown[0] == '\0') return 0;
+  int parts[3] = {};
+  char behind = '\0';
+  const bool isDate =
+      std::strspn(shown, "0123456789/") == 8 && shown[2] == '/' && shown[5] == '/' &&
+      std::sscanf(shown, "%2d/%2d/%2d%c", &parts[0], &parts[1], &parts[2], &behind) == 3;
+  if (isDate) {
+    return (parts[2] < 50 ? 2000 + parts[2] : 1900 + parts[2]) * 10000 + parts[1] * 100 + parts[0];
+  }
+  // What else is in a column is a number by the conversions, which have models of their own.
   char stored[9] = "";
   ZRV_Build_Date_short(shown, stored);
   int day = 0;

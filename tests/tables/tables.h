@@ -3,8 +3,10 @@
 #define KORVEL_TESTS_TABLES_TABLES_H
 
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <initializer_list>
+#include <random>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -19,6 +21,13 @@
 #include "tests/support/poisoned_buffer.h"
 
 namespace korvel::test {
+
+// A seed for random calls, another one in each run. A failing test prints its seed; with that in
+// KORVEL_SEED the same calls come again.
+inline unsigned randomSeed() {
+  const char *wanted = std::getenv("KORVEL_SEED");
+  return wanted != nullptr ? static_cast<unsigned>(std::atoll(wanted)) : std::random_device{}();
+}
 
 // The lines, each ended by CR LF.
 inline std::string lines(std::initializer_list<std::string_view> texts) {
