@@ -31,7 +31,7 @@ std::string_view lastOf(std::string_view lines) {
 
 bool TableWalk::find(const LineTest &test) {
   for (auto lines = reader_.nextLines(); !lines.empty(); lines = reader_.nextLines()) {
-    if (findIn(lines, test)) return true;
+    if (findIn(behindSkipped(lines, test.skipped()), test)) return true;
     const std::string_view last = keptOf(lastOf(lines), scratch_);
     std::memcpy(last_.text, last.data(), last.size());
     kept_ = {last_.text, last.size()};
@@ -39,19 +39,9 @@ bool TableWalk::find(const LineTest &test) {
   return false;
 }
 
-bool TableWalk::findIn(std::string_view lines, const LineTest &test) {
-  if (line_ < test.skipped()) skipLines(lines, test.skipped() - line_);
-  if (lines.empty()) return false;
-  const int before = line_;
-  bool regular = true;
-  if (findByCandidates(lines, test, regular)) return true;
-  if (regular) return false;
-  line_ = before;
-  return findLineByLine(lines, test);
-}
-
 // Counts the lines by pieces and, in the piece where the last one ends, one by one.
-void TableWalk::skipLines(std::string_view &lines, int count) {
+std::string_view TableWalk::behindSkipped(std::string_view lines, int skipped) {
+  if (line_ >= skipped) return lines;
   constexpr std::size_t kPiece = 4096;
   const ScanKernel &kernel = kernelFor(lines.size());
   const char *at = lines.data();
@@ -59,17 +49,17 @@ void TableWalk::skipLines(std::string_view &lines, int count) {
   while (at != end) {
     const char *pieceEnd = at + std::min(kPiece, between(at, end).size());
     const auto ends = static_cast<int>(kernel.countLineEnds(at, pieceEnd));
-    if (ends >= count) break;
-    count -= ends;
+    if (ends >= skipped - line_) break;
     line_ += ends;
     at = pieceEnd;
   }
-  for (; at != end && count > 0; --count, ++line_) at = lineEndFrom(at, end) + 1;
+  for (; at != end && line_ < skipped; ++line_) at = lineEndFrom(at, end) + 1;
   if (at != end && *at == kIgnored) ++at;
-  lines = between(at, end);
+  return between(at, end);
 }
 
-bool TableWalk::findByCandidates(std::string_view lines, const LineTest &test, bool &regular) {
+bool TableWalk::findIn(std::string_view lines, const LineTest &test) {
+  if (lines.empty()) return false;
   // The byte in front of the lines is the last one of a line end.
   const char *front = lines.data() - 1;
   const char *end = lines.data() + lines.size();
@@ -77,20 +67,22 @@ bool TableWalk::findByCandidates(std::string_view lines, const LineTest &test, b
   const int shift = ends == LineEnds::CrLf ? 1 : 0;
   Scan scan = {ends, front, end - 1 + shift};
   const ScanKernel &kernel = kernelFor(lines.size());
-  const int before = line_;
   while (const char *candidate = kernel.next(test.pattern(), scan)) {
     if (!scan.regular) break;
     if (!test.mayBeginAt(candidate + 1)) continue;
-    line_ = before + static_cast<int>(scan.lines);
     // A candidate at the start of a line is the last byte of the line end itself.
     const char *start = lineEndBefore(front - 1, candidate + 1) + 1;
     const char *lineEnd = lineEndFrom(candidate + 1, end);
-    if (accept(between(start, lineEnd), test)) return true;
+    kept_ = keptOf(between(start, lineEnd), scratch_);
+    if (test.accepts(textOf(kept_))) {
+      line_ += static_cast<int>(scan.lines);
+      return true;
+    }
     // The line end is the next place where a candidate can be.
     scan.at = lineEnd + shift;
   }
-  regular = scan.regular;
-  line_ = before + static_cast<int>(scan.lines);
+  if (!scan.regular) return findLineByLine(lines, test);
+  line_ += static_cast<int>(scan.lines);
   return false;
 }
 
@@ -98,17 +90,11 @@ bool TableWalk::findLineByLine(std::string_view lines, const LineTest &test) {
   while (!lines.empty()) {
     const std::size_t end = lines.find(kLineEnd);
     ++line_;
-    if (accept(lines.substr(0, end), test)) return true;
+    kept_ = keptOf(lines.substr(0, end), scratch_);
+    if (test.accepts(textOf(kept_))) return true;
     lines.remove_prefix(end + 1);
   }
   return false;
-}
-
-bool TableWalk::accept(std::string_view raw, const LineTest &test) {
-  const std::string_view kept = keptOf(raw, scratch_);
-  if (line_ <= test.skipped() || !test.accepts(textOf(kept))) return false;
-  kept_ = kept;
-  return true;
 }
 
 }  // namespace korvel::tables

@@ -58,12 +58,10 @@ class TableWalk {
   std::string_view kept() const { return kept_; }
 
  private:
-  // Lines with a line end in front of them, as TableReader::nextLines() gives them.
+  // These work on lines as TableReader::nextLines() gives them.
+  std::string_view behindSkipped(std::string_view lines, int skipped);
   bool findIn(std::string_view lines, const LineTest &test);
-  void skipLines(std::string_view &lines, int count);
-  bool findByCandidates(std::string_view lines, const LineTest &test, bool &regular);
   bool findLineByLine(std::string_view lines, const LineTest &test);
-  bool accept(std::string_view raw, const LineTest &test);
 
   TableReader reader_;
   int line_ = 0;
