@@ -1,13 +1,17 @@
 #include "platform/qt/formloader.h"
 
+#include <algorithm>
+#include <iterator>
+
 #include <QApplication>
 #include <QBuffer>
 #include <QDialog>
 #include <QDir>
 #include <QFileInfo>
+#include <QHash>
 #include <QLabel>
 #include <QPixmap>
-#include <QThread>
+#include <QScopeGuard>
 #include <QUiLoader>
 #include <QVariant>
 
@@ -22,43 +26,34 @@
 namespace korvel::platform::qt {
 namespace {
 
-// The loader looks for plugins of the form editor in each of the application's library paths, and
-// runs what it finds there.
-class NoLibraryPaths {
- public:
-  NoLibraryPaths() : before_(QCoreApplication::libraryPaths()) {
-    QApplication::style();  // may be a plugin too, and is kept from its first use on
-    QCoreApplication::setLibraryPaths({});
-  }
-  ~NoLibraryPaths() { QCoreApplication::setLibraryPaths(before_); }
-  NoLibraryPaths(const NoLibraryPaths &) = delete;
-  NoLibraryPaths &operator=(const NoLibraryPaths &) = delete;
+constexpr int kLastItem = 32767;
 
- private:
-  const QStringList before_;
-};
+constinit thread_local bool isLoading = false;
+constinit QtMessageHandler handlerBefore = nullptr;
+
+// Null for an instant, in which other threads may speak.
+void tellOthers(QtMsgType type, const QMessageLogContext &context, const QString &message) {
+  const QtMessageHandler handler = handlerBefore;
+  if (handler != nullptr && (type == QtFatalMsg || !isLoading)) handler(type, context, message);
+}
 
 // The toolkit says on standard error what it does not like about a form, in its own words.
-class QuietLoading {
- public:
-  QuietLoading() {
-    g_thread = QThread::currentThreadId();
-    g_previous = qInstallMessageHandler(drop);
-  }
-  ~QuietLoading() { qInstallMessageHandler(g_previous); }
-  QuietLoading(const QuietLoading &) = delete;
-  QuietLoading &operator=(const QuietLoading &) = delete;
+auto quietly() {
+  isLoading = true;
+  handlerBefore = qInstallMessageHandler(tellOthers);
+  return qScopeGuard([] {
+    qInstallMessageHandler(handlerBefore);
+    isLoading = false;
+  });
+}
 
- private:
-  static void drop(QtMsgType type, const QMessageLogContext &context, const QString &message) {
-    const QtMessageHandler previous = g_previous;  // null for an instant in which others may speak
-    if (previous != nullptr && (type == QtFatalMsg || QThread::currentThreadId() != g_thread))
-      previous(type, context, message);
-  }
-
-  static constinit inline Qt::HANDLE g_thread = nullptr;
-  static constinit inline QtMessageHandler g_previous = nullptr;
-};
+// The loader looks for plugins of the form editor in each of these paths, and runs what it finds.
+auto withoutLibraryPaths() {
+  QApplication::style();  // may be a plugin too, and is kept from its first use on
+  const QStringList before = QCoreApplication::libraryPaths();
+  QCoreApplication::setLibraryPaths({});
+  return qScopeGuard([before] { QCoreApplication::setLibraryPaths(before); });
+}
 
 class FormLoader final : public QUiLoader {
  public:
@@ -68,57 +63,123 @@ class FormLoader final : public QUiLoader {
 
   QWidget *createWidget(const QString &className, QWidget *parent, const QString &name) override {
     if (parent == nullptr) return &window_;
-    if (className == QLatin1String("QPushButton") ||
-        className == QLatin1String("QCommandLinkButton"))
-      return make<ButtonItem>(parent);
-    if (className == QLatin1String("QCheckBox")) return make<CheckItem>(parent);
-    if (className == QLatin1String("QListWidget") || className == QLatin1String("QListView"))
-      return make<ListItem>(parent);
-    if (className == QLatin1String("QComboBox")) return make<PopUpItem>(parent);
-    if (className == QLatin1String("QLineEdit")) return make<TextItem>(parent);
-    return QUiLoader::createWidget(className, parent, name);
+    made_.push_back(createItem(className, parent));
+    if (made_.back() == nullptr) made_.back() = QUiLoader::createWidget(className, parent, name);
+    return made_.back();
   }
 
-  const std::vector<Item *> &made() const { return made_; }
+  // Those inside of the window, in the form's order.
+  const std::vector<QWidget *> &made() const { return made_; }
+  std::vector<QWidget *> named(const QString &name) const {
+    std::vector<QWidget *> found;
+    std::copy_if(made_.begin(), made_.end(), std::back_inserter(found),
+                 [&name](QWidget *widget) { return widget->objectName() == name; });
+    return found;
+  }
 
  private:
-  // Its number comes with its properties.
-  template <typename Made>
-  QWidget *make(QWidget *parent) {
-    auto *item = new Made(parent, sink_, 0);
-    made_.push_back(item);
-    return item;
+  // Its number comes with its properties. Null for a class that is no item.
+  QWidget *createItem(const QString &className, QWidget *parent) {
+    if (className == QLatin1String("QPushButton") ||
+        className == QLatin1String("QCommandLinkButton"))
+      return new ButtonItem(parent, sink_, 0);
+    if (className == QLatin1String("QCheckBox")) return new CheckItem(parent, sink_, 0);
+    if (className == QLatin1String("QListWidget") || className == QLatin1String("QListView"))
+      return new ListItem(parent, sink_, 0);
+    if (className == QLatin1String("QComboBox")) return new PopUpItem(parent, sink_, 0);
+    if (className == QLatin1String("QLineEdit")) return new TextItem(parent, sink_, 0);
+    return nullptr;
   }
 
   QDialog &window_;
   HitSink &sink_;
-  std::vector<Item *> made_;
+  std::vector<QWidget *> made_;
 };
 
-// ---- What the loader hands over ----
+// ---- The order of the Tab key, and connections ----
 
-// Texts of fields are bytes, as everywhere; those of buttons are as designed, shortcuts included.
-void fill(Item &item) {
-  const QWidget &widget = *item.widget();
-  item.setNumber(widget.property(handed::kItem).toInt());
-  if (item.kind() == ItemKind::EditText) item.setText(item.text());
-  const QStringList designed = widget.property(handed::kEntries).toStringList();
-  if (designed.isEmpty()) return;
-  std::vector<std::string> entries;
-  for (const QString &entry : designed) entries.push_back(fromQt(entry));
-  item.setEntries(entries);
-  const QVariant chosen = widget.property(handed::kChosen);
-  item.setValue(chosen.isValid() ? chosen.toInt() + 1 : 1);
+// The loader drops the whole order for one unknown name.
+void orderTabs(const FormLoader &loader, const QStringList &names) {
+  QWidget *before = nullptr;
+  for (const QString &name : names) {
+    const std::vector<QWidget *> found = loader.named(name);
+    if (found.empty() || found.front() == before) continue;
+    if (before != nullptr) QWidget::setTabOrder(before, found.front());
+    before = found.front();
+  }
 }
 
-void place(Item &item, LoadedForm &loaded) {
-  if (item.number() == 0) return;
-  const auto index = static_cast<std::size_t>(item.number()) - 1;
+// The loader would connect the window, its buttons and what items hold as well. What an item holds
+// is changed by a person or by the program, who both hear of it.
+void connectWidgets(const FormLoader &loader, const std::vector<FormConnection> &connections) {
+  for (const FormConnection &each : connections) {
+    const std::vector<QWidget *> senders = loader.named(each.sender);
+    const std::vector<QWidget *> receivers = loader.named(each.receiver);
+    if (senders.empty() || receivers.size() != 1) continue;
+    const auto *item = dynamic_cast<const Item *>(receivers.front());
+    const int number = item != nullptr ? item->number() : 0;
+    if (number == 1 || number == 2 || (number != 0 && each.setsContent)) continue;
+    QObject::connect(senders.front(), '2' + each.signal, receivers.front(), '1' + each.slot);
+    // What a person types is no markup.
+    auto *label = qobject_cast<QLabel *>(receivers.front());
+    if (label != nullptr && each.slot == "setText(QString)") label->setTextFormat(Qt::PlainText);
+  }
+}
+
+// ---- Items ----
+
+void place(Item &item, int number, LoadedForm &loaded) {
+  item.setNumber(number);
+  const auto index = static_cast<std::size_t>(number) - 1;
   if (loaded.items.size() <= index) loaded.items.resize(index + 1);
   loaded.items[index] = &item;
   const auto *button = qobject_cast<QPushButton *>(item.widget());
-  if (button != nullptr && button->isDefault()) loaded.defaultItem = item.number();
+  if (button != nullptr && button->isDefault()) loaded.defaultItem = number;
 }
+
+// What is wrong with the numbers of items; empty when nothing is.
+QString placeItems(const FormLoader &loader, LoadedForm &loaded) {
+  QHash<int, QString> takenBy;
+  for (QWidget *widget : loader.made()) {
+    const QVariant told = widget->property(handed::kItem);
+    if (!told.isValid()) continue;
+    const QString name = widget->objectName();
+    const int number = told.toInt();
+    if (number < 1 || number > kLastItem)
+      return QStringLiteral("\"%1\" has an item number that is none: %2")
+          .arg(name, told.toString());
+    auto *item = dynamic_cast<Item *>(widget);
+    const QString className = QLatin1String(widget->metaObject()->className());
+    // The numbers of a label and a group are for the form's reader.
+    if (item == nullptr && className != QLatin1String("QLabel") &&
+        className != QLatin1String("QGroupBox"))
+      return QStringLiteral("\"%1\" has an item number and is no item: %2").arg(name, className);
+    if (takenBy.contains(number))
+      return QStringLiteral("item %1 is there twice, as \"%2\" and as \"%3\"")
+          .arg(QString::number(number), takenBy.value(number), name);
+    takenBy.insert(number, name);
+    if (item != nullptr) place(*item, number, loaded);
+  }
+  return {};
+}
+
+// Texts of fields are bytes, as everywhere; those of buttons are as designed, shortcuts included.
+void fillItems(const FormLoader &loader) {
+  for (QWidget *widget : loader.made()) {
+    auto *item = dynamic_cast<Item *>(widget);
+    if (item == nullptr) continue;
+    if (item->kind() == ItemKind::EditText) item->setText(item->text());
+    std::vector<std::string> entries;
+    for (const QString &entry : widget->property(handed::kEntries).toStringList())
+      entries.push_back(fromQt(entry));
+    if (entries.empty()) continue;
+    item->setEntries(entries);
+    const QVariant chosen = widget->property(handed::kChosen);
+    if (item->kind() == ItemKind::PopUp) item->setValue(chosen.isValid() ? chosen.toInt() + 1 : 1);
+  }
+}
+
+// ---- Pictures ----
 
 // Empty for a name that leads out of the folder, and for what is no file.
 QString fileIn(const QDir &folder, const QString &formFolder, const QString &name) {
@@ -140,33 +201,27 @@ void showPictures(QWidget &window, const std::string &formPath) {
   }
 }
 
-// What a person types is no markup.
-void showPlainly(QWidget &window, const QStringList &told) {
-  for (const QString &name : told)
-    for (QLabel *label : window.findChildren<QLabel *>(name)) label->setTextFormat(Qt::PlainText);
-}
-
 }  // namespace
 
 bool loadForm(const std::string &path, QDialog &window, HitSink &sink, LoadedForm &loaded,
               std::string &problem) {
   std::optional<FilteredForm> form = readForm(path, problem);
   if (!form) return false;
-  const QuietLoading quiet;
+  const auto quiet = quietly();
   {
-    const NoLibraryPaths noPlugins;
+    const auto noPlugins = withoutLibraryPaths();
     FormLoader loader(window, sink);
     QBuffer content(&form->content);
     if (loader.load(&content) == nullptr) {
       problem = loader.errorString().toStdString();
       return false;
     }
-    for (Item *item : loader.made()) {
-      fill(*item);
-      place(*item, loaded);
-    }
+    problem = placeItems(loader, loaded).toStdString();
+    if (!problem.empty()) return false;
+    orderTabs(loader, form->tabOrder);
+    connectWidgets(loader, form->connections);
+    fillItems(loader);
   }
-  showPlainly(window, form->told);
   showPictures(window, path);
   return true;
 }

@@ -1097,6 +1097,12 @@ TEST_F(QtTemplate, ShuffledFormsAreSurvived) {
       "<property name=\"currentIndex\"><number>1</number></property>",
       "<property name=\"orientation\"><enum>Qt::Vertical</enum></property>",
       "<attribute name=\"title\"><string>t</string></attribute>",
+      "<attribute name=\"title\"></attribute>",
+      "<attribute name=\"label\"><number>1</number></attribute>",
+      "<property name=\"text\"></property>",
+      "<property name=\"leftMargin\"></property>",
+      "<property name=\"sizeHint\"></property>",
+      "<property name=\"geometry\"><rect></rect></property>",
       "<zorder>e</zorder>"};
   std::mt19937 random(1);
   int made = 0;
