@@ -38,10 +38,11 @@ ButtonItem::ButtonItem(QWidget *window, HitSink &sink, int number, const Appeara
 }
 
 void ButtonItem::keyPressEvent(QKeyEvent *event) {
-  if (isReturn(*event))
+  if (isReturn(*event)) {
     event->ignore();
-  else
+  } else {
     QPushButton::keyPressEvent(event);
+  }
 }
 
 CheckItem::CheckItem(QWidget *parent, HitSink &sink, int number)
@@ -82,10 +83,11 @@ void CheckItem::refuseToggle(bool isOn) {
 }
 
 void CheckItem::keyPressEvent(QKeyEvent *event) {
-  if (isReturn(*event))
+  if (isReturn(*event)) {
     event->ignore();
-  else
+  } else {
     QCheckBox::keyPressEvent(event);
+  }
 }
 
 }  // namespace korvel::platform::qt

@@ -80,12 +80,13 @@ void DialogWindow::setFrontOf(QWidget *window) {
 }
 
 void DialogWindow::keyPressEvent(QKeyEvent *event) {
-  if (event->matches(QKeySequence::Cancel))
+  if (event->matches(QKeySequence::Cancel)) {
     onCancel();
-  else if (isPlainReturn(*event))
+  } else if (isPlainReturn(*event)) {
     onReturn();
-  else
+  } else {
     event->ignore();
+  }
 }
 
 // An accepted end has hidden the window already.

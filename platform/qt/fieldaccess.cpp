@@ -53,10 +53,11 @@ class TextItemAccess final : public QAccessibleWidget, public TextOfField {
     return kind == QAccessible::Value ? shownText() : QAccessibleWidget::text(kind);
   }
   void setText(QAccessible::Text kind, const QString &text) override {
-    if (kind == QAccessible::Value)
+    if (kind == QAccessible::Value) {
       replaceText(0, characterCount(), text);
-    else
+    } else {
       QAccessibleWidget::setText(kind, text);
+    }
   }
   QAccessible::State state() const override {
     QAccessible::State state = QAccessibleWidget::state();
@@ -138,10 +139,11 @@ class PopUpItemAccess final : public QAccessibleWidget, public TextOfField {
     return kind == QAccessible::Value ? shownText() : QAccessibleWidget::text(kind);
   }
   void setText(QAccessible::Text kind, const QString &text) override {
-    if (kind == QAccessible::Value)
+    if (kind == QAccessible::Value) {
       item_.chooseByPerson(item_.findText(text));
-    else
+    } else {
       QAccessibleWidget::setText(kind, text);
+    }
   }
   QAccessible::State state() const override {
     QAccessible::State state = QAccessibleWidget::state();
@@ -156,14 +158,15 @@ class PopUpItemAccess final : public QAccessibleWidget, public TextOfField {
     return {showMenuAction(), pressAction(), increaseAction(), decreaseAction(), setFocusAction()};
   }
   void doAction(const QString &name) override {
-    if (name == increaseAction())
+    if (name == increaseAction()) {
       item_.chooseByPerson(item_.currentIndex() + 1);
-    else if (name == decreaseAction())
+    } else if (name == decreaseAction()) {
       item_.chooseByPerson(item_.currentIndex() - 1);
-    else if (name == showMenuAction() || name == pressAction())
+    } else if (name == showMenuAction() || name == pressAction()) {
       turnOver();
-    else
+    } else {
       QAccessibleWidget::doAction(name);
+    }
   }
 
   int cursorPosition() const override { return 0; }
@@ -188,10 +191,11 @@ class PopUpItemAccess final : public QAccessibleWidget, public TextOfField {
 
  private:
   void turnOver() {
-    if (item_.view()->isVisible())
+    if (item_.view()->isVisible()) {
       item_.hidePopup();
-    else if (mayBeUsed(item_))
+    } else if (mayBeUsed(item_)) {
       item_.showPopup();
+    }
   }
 
   PopUpItem &item_;

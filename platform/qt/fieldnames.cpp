@@ -101,10 +101,11 @@ class Namer {
   void add(const QLabel &label) {
     const QString name = nameFrom(label);
     if (name.isEmpty() || label.isHidden()) return;
-    if (label.buddy() != nullptr)
+    if (label.buddy() != nullptr) {
       madeFor_.push_back({label.buddy(), name});
-    else
+    } else {
       labels_.push_back({placeIn(window_, label), name});
+    }
   }
 
   const QWidget &window_;

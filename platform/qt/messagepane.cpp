@@ -40,10 +40,11 @@ QString inLines(std::string_view screenText) {
   QString text = toQt(screenText);
   text.replace(u'\t', QString(kTab, u' '));
   for (QChar &character : text) {
-    if (character == u'\r')
+    if (character == u'\r') {
       character = u'\n';
-    else if (character.category() == QChar::Other_Control)
+    } else if (character.category() == QChar::Other_Control) {
       character = u' ';
+    }
   }
   return text;
 }

@@ -106,10 +106,11 @@ void QtPort::drawLine(int x1, int y1, int x2, int y2, int width) {
   if (width < 1) return;
   const Stroke stroke{x1, y1, x2, y2, width};
   asFarAsMemoryAllows([&] {
-    if (stroke.isStraight())
+    if (stroke.isStraight()) {
       paintIfAny(grid().stroke(stroke), foreground_);
-    else
+    } else {
       paintSlantedStroke(stroke);
+    }
   });
 }
 

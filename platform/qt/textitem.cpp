@@ -76,10 +76,11 @@ void TextItem::replaceText(const QString &text) {
   const int begin = std::min(selectionBegin, length);
   const int end = std::min(selectionBegin + selectionLength, length);
   if (selectionLength > 0 && begin < end) {
-    if (cursorLeads)
+    if (cursorLeads) {
       setSelection(end, begin - end);
-    else
+    } else {
       setSelection(begin, end - begin);
+    }
   } else {
     setCursorPosition(std::min(cursor, length));
   }
@@ -106,10 +107,11 @@ QVariant TextItem::inputMethodQuery(Qt::InputMethodQuery query) const {
 }
 
 void TextItem::textChangedByUser() {
-  if (isComposing_)
+  if (isComposing_) {
     hasUntoldChange_ = true;
-  else
+  } else {
     tellChange();
+  }
 }
 
 void TextItem::tellChange() {
@@ -193,11 +195,12 @@ void TextItem::inputMethodEvent(QInputMethodEvent *event) {
   QInputMethodEvent admittedEvent =
       isSecret_ ? QInputMethodEvent()
                 : QInputMethodEvent(event->preeditString(), event->attributes());
-  if (commit && !event->commitString().isEmpty())
+  if (commit && !event->commitString().isEmpty()) {
     admittedEvent.setCommitString(shownFor(*commit), event->replacementStart(),
                                   event->replacementLength());
-  else if (event->commitString().isEmpty())
+  } else if (event->commitString().isEmpty()) {
     admittedEvent.setCommitString({}, event->replacementStart(), event->replacementLength());
+  }
 
   isComposing_ = true;
   QLineEdit::inputMethodEvent(&admittedEvent);
@@ -214,10 +217,11 @@ void TextItem::inputMethodEvent(QInputMethodEvent *event) {
 void TextItem::mouseReleaseEvent(QMouseEvent *event) {
   const bool pastesSelection =
       event->button() == Qt::MiddleButton && QGuiApplication::clipboard()->supportsSelection();
-  if (pastesSelection)
+  if (pastesSelection) {
     pasteFrom(QClipboard::Selection);
-  else
+  } else {
     QLineEdit::mouseReleaseEvent(event);
+  }
 }
 
 void TextItem::dropEvent(QDropEvent *event) {

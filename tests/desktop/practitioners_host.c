@@ -13,10 +13,11 @@ int main(int argc, char **argv) {
   printf("chosen ");
   for (; *entry; entry++) {
     unsigned char byte = (unsigned char)*entry;
-    if (byte >= 0x20 && byte < 0x7F)
+    if (byte >= 0x20 && byte < 0x7F) {
       putchar(byte);
-    else
+    } else {
       printf("\\x%02X", byte);
+    }
   }
   putchar('\n');
   return 0;

@@ -26,10 +26,11 @@ static void print(const char *label, const char *text) {
   printf("%s ", label);
   for (; *text; text++) {
     unsigned char byte = (unsigned char)*text;
-    if (byte >= 0x20 && byte < 0x7F)
+    if (byte >= 0x20 && byte < 0x7F) {
       putchar(byte);
-    else
+    } else {
       printf("\\x%02X", byte);
+    }
   }
   putchar('\n');
   fflush(stdout);

@@ -569,20 +569,22 @@ class Monkey {
 
   void clickSomewhere() {
     QWidget *target = window_;
-    if (QWidget *popUp = QApplication::activePopupWidget())
+    if (QWidget *popUp = QApplication::activePopupWidget()) {
       target = popUp;
-    else if (!oneIn(4))
+    } else if (!oneIn(4)) {
       target = items_[static_cast<std::size_t>(below(kItems))];
+    }
     if (target == items_[1] && !oneIn(4)) return;  // "Annuler" would come too often
     const QPoint place(below(target->width()), below(target->height()));
     const Qt::MouseButton button = oneIn(12) ? Qt::RightButton : Qt::LeftButton;
     did("click " + std::string(target->metaObject()->className()) + " at " +
         std::to_string(place.x()) + "," + std::to_string(place.y()));
     const QPoint inWindow = target->mapTo(target->window(), place);
-    if (button == Qt::LeftButton && oneIn(6))
+    if (button == Qt::LeftButton && oneIn(6)) {
       QTest::mouseDClick(target->window()->windowHandle(), button, Qt::NoModifier, inWindow);
-    else
+    } else {
       QTest::mouseClick(target->window()->windowHandle(), button, Qt::NoModifier, inWindow);
+    }
   }
 
   QTimer next_;

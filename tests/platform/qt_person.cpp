@@ -119,10 +119,11 @@ void QtPerson::nextStep() {
 
 void QtPerson::perform(QWidget *window, const Step &step) {
   const std::vector<QWidget *> items = itemWidgets(window);
-  if (step.item < 0 || static_cast<std::size_t>(step.item) > items.size())
+  if (step.item < 0 || static_cast<std::size_t>(step.item) > items.size()) {
     ADD_FAILURE() << "there is no item " << step.item;
-  else
+  } else {
     step.act(step.item == 0 ? window : items[static_cast<std::size_t>(step.item) - 1]);
+  }
 }
 
 void QtPerson::finish() {

@@ -41,16 +41,18 @@ class EnvironmentGuard {
       before_ = before;
       wasSet_ = true;
     }
-    if (value != nullptr)
+    if (value != nullptr) {
       setenv(name, value, 1);
-    else
+    } else {
       unsetenv(name);
+    }
   }
   ~EnvironmentGuard() {
-    if (wasSet_)
+    if (wasSet_) {
       setenv(name_, before_.c_str(), 1);
-    else
+    } else {
       unsetenv(name_);
+    }
   }
   EnvironmentGuard(const EnvironmentGuard &) = delete;
   EnvironmentGuard &operator=(const EnvironmentGuard &) = delete;
