@@ -20,6 +20,7 @@
 #include "platform/qt/listitem.h"
 #include "platform/qt/picture.h"
 #include "platform/qt/popupitem.h"
+#include "platform/qt/quiet.h"
 #include "platform/qt/text.h"
 #include "platform/qt/textitem.h"
 
@@ -27,25 +28,6 @@ namespace korvel::platform::qt {
 namespace {
 
 constexpr int kLastItem = 32767;
-
-constinit thread_local bool isLoading = false;
-constinit QtMessageHandler handlerBefore = nullptr;
-
-// Null for an instant, in which other threads may speak.
-void tellOthers(QtMsgType type, const QMessageLogContext &context, const QString &message) {
-  const QtMessageHandler handler = handlerBefore;
-  if (handler != nullptr && (type == QtFatalMsg || !isLoading)) handler(type, context, message);
-}
-
-// The toolkit says on standard error what it does not like about a form, in its own words.
-auto quietly() {
-  isLoading = true;
-  handlerBefore = qInstallMessageHandler(tellOthers);
-  return qScopeGuard([] {
-    qInstallMessageHandler(handlerBefore);
-    isLoading = false;
-  });
-}
 
 // The loader looks for plugins of the form editor in each of these paths, and runs what it finds.
 auto withoutLibraryPaths() {
@@ -207,7 +189,7 @@ bool loadForm(const std::string &path, QDialog &window, HitSink &sink, LoadedFor
               std::string &problem) {
   std::optional<FilteredForm> form = readForm(path, problem);
   if (!form) return false;
-  const auto quiet = quietly();
+  const Quiet quiet;  // the loader says what it does not like about a form in its own words
   {
     const auto noPlugins = withoutLibraryPaths();
     FormLoader loader(window, sink);

@@ -9,14 +9,16 @@
 #include <QBuffer>
 #include <QFile>
 #include <QImageReader>
+#include <QScopeGuard>
 
+#include "platform/qt/quiet.h"
 #include "platform/qt/svgtext.h"
 
 namespace korvel::platform::qt {
 namespace {
 
-// While pictures are read, the toolkit's own limit does not count, and nobody hears what it thinks
-// of them. What the PNG library finds wrong it writes to standard error itself.
+// While pictures are read, the toolkit's own limit of their size is off, and its remarks go
+// unheard. The PNG library writes its own to standard error, which leads nowhere meanwhile.
 class Reading {
  public:
   Reading()
@@ -26,13 +28,8 @@ class Reading {
     if (error_ >= 0 && nowhere >= 0) dup2(nowhere, STDERR_FILENO);
     if (nowhere >= 0) close(nowhere);
     QImageReader::setAllocationLimit(0);
-    g_isReading = true;
-    g_previous = qInstallMessageHandler(nullptr);  // known before it is asked for
-    qInstallMessageHandler(dropOwn);
   }
   ~Reading() {
-    qInstallMessageHandler(g_previous);
-    g_isReading = false;
     QImageReader::setAllocationLimit(limit_);
     if (error_ < 0) return;
     std::fflush(stderr);
@@ -43,12 +40,7 @@ class Reading {
   Reading &operator=(const Reading &) = delete;
 
  private:
-  static void dropOwn(QtMsgType type, const QMessageLogContext &context, const QString &message) {
-    if (!g_isReading) g_previous(type, context, message);
-  }
-
-  static constinit inline thread_local bool g_isReading = false;
-  static constinit inline QtMessageHandler g_previous = nullptr;
+  const Quiet quiet_;
   const int limit_;
   const int error_;  // standard error; -1 when there is none
 };
@@ -57,11 +49,13 @@ class Reading {
 bool openFile(QFile &file, const std::string &path) {
   const int descriptor = open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
   if (descriptor < 0) return false;
+  auto closing = qScopeGuard([descriptor] { close(descriptor); });
   struct stat status;
-  const bool isOpen = fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode) &&
-                      file.open(descriptor, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle);
-  if (!isOpen) close(descriptor);
-  return isOpen;
+  if (fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode) ||
+      !file.open(descriptor, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle))
+    return false;
+  closing.dismiss();
+  return true;
 }
 
 // In its own size when none is given.
