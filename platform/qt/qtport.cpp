@@ -1,13 +1,14 @@
 #include "platform/qt/qtport.h"
 
 #include <algorithm>
-#include <limits>
 
 #include "base/guard.h"
+#include "base/numbers.h"
 
 namespace korvel::platform::qt {
 
 using base::asFarAsMemoryAllows;
+using base::clampToInt;
 
 namespace {
 
@@ -16,13 +17,8 @@ constexpr int kLargestSize = 1000;
 
 constexpr unsigned kFaceBits = kBold | kItalic | kUnderline | kCondense | kExtend;
 
-int saturated(long long value) {
-  return static_cast<int>(std::clamp<long long>(value, std::numeric_limits<int>::min(),
-                                                std::numeric_limits<int>::max()));
-}
-
-Rect saturatedRect(long long left, long long top, long long right, long long bottom) {
-  return {saturated(left), saturated(top), saturated(right), saturated(bottom)};
+Rect clampedRect(long long left, long long top, long long right, long long bottom) {
+  return {clampToInt(left), clampToInt(top), clampToInt(right), clampToInt(bottom)};
 }
 
 bool isEmpty(const Rect &rect) { return rect.left >= rect.right || rect.top >= rect.bottom; }
@@ -83,17 +79,17 @@ void QtPort::paintText(int x, int y, std::string_view text, int width) {
   const long long right = left + width;
   const auto &[ascent, descent, leading, widest] = font_->metrics();
   if (isOpaque_)
-    paintIfAny(grid().rect(saturatedRect(left, baseline - ascent, right, baseline + descent)),
+    paintIfAny(grid().rect(clampedRect(left, baseline - ascent, right, baseline + descent)),
                background_);
   // Slanted letters and accents on capitals reach beyond the text's own box.
   const int height = ascent + descent;
   paintGlyphs(x, y, text,
-              saturatedRect(left - height, baseline - ascent - height, right + height,
-                            baseline + descent + height));
+              clampedRect(left - height, baseline - ascent - height, right + height,
+                          baseline + descent + height));
   if (font_->isUnderlined()) {
     const auto &[top, thickness] = font_->underline();
-    const int level = saturated(baseline + top);
-    paintIfAny(grid().stroke({x, level, saturated(right - thickness), level, thickness}),
+    const int level = clampToInt(baseline + top);
+    paintIfAny(grid().stroke({x, level, clampToInt(right - thickness), level, thickness}),
                foreground_);
   }
 }
