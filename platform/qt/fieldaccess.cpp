@@ -14,9 +14,31 @@
 namespace korvel::platform::qt {
 namespace {
 
-// The text of a field; to change it is left to the kinds of fields.
-class TextOfField : public QAccessibleTextInterface, public QAccessibleEditableTextInterface {
+// A field with its text; what a change of the text does is left to the kinds of fields.
+class FieldAccess : public QAccessibleWidget,
+                    public QAccessibleTextInterface,
+                    public QAccessibleEditableTextInterface {
  public:
+  using QAccessibleWidget::QAccessibleWidget;
+
+  void *interface_cast(QAccessible::InterfaceType type) override {
+    if (type == QAccessible::TextInterface) return static_cast<QAccessibleTextInterface *>(this);
+    if (type == QAccessible::EditableTextInterface)
+      return static_cast<QAccessibleEditableTextInterface *>(this);
+    return QAccessibleWidget::interface_cast(type);
+  }
+
+  QString text(QAccessible::Text kind) const override {
+    return kind == QAccessible::Value ? shownText() : QAccessibleWidget::text(kind);
+  }
+  void setText(QAccessible::Text kind, const QString &text) override {
+    if (kind == QAccessible::Value) {
+      replaceText(0, characterCount(), text);
+    } else {
+      QAccessibleWidget::setText(kind, text);
+    }
+  }
+
   int characterCount() const override { return static_cast<int>(shownText().size()); }
   QString text(int begin, int end) const override {
     return begin > end ? QString() : shownText().mid(begin, end - begin);
@@ -35,30 +57,11 @@ class TextOfField : public QAccessibleTextInterface, public QAccessibleEditableT
 };
 
 // A secret holds nothing here but its stars.
-class TextItemAccess final : public QAccessibleWidget, public TextOfField {
+class TextItemAccess final : public FieldAccess {
  public:
   explicit TextItemAccess(TextItem &item)
-      : QAccessibleWidget(&item, QAccessible::EditableText), item_(item) {}
+      : FieldAccess(&item, QAccessible::EditableText), item_(item) {}
 
-  void *interface_cast(QAccessible::InterfaceType type) override {
-    if (type == QAccessible::TextInterface) return static_cast<QAccessibleTextInterface *>(this);
-    if (type == QAccessible::EditableTextInterface)
-      return static_cast<QAccessibleEditableTextInterface *>(this);
-    return QAccessibleWidget::interface_cast(type);
-  }
-
-  using QAccessibleWidget::text;
-  using TextOfField::text;
-  QString text(QAccessible::Text kind) const override {
-    return kind == QAccessible::Value ? shownText() : QAccessibleWidget::text(kind);
-  }
-  void setText(QAccessible::Text kind, const QString &text) override {
-    if (kind == QAccessible::Value) {
-      replaceText(0, characterCount(), text);
-    } else {
-      QAccessibleWidget::setText(kind, text);
-    }
-  }
   QAccessible::State state() const override {
     QAccessible::State state = QAccessibleWidget::state();
     state.editable = !item_.isReadOnly();
@@ -112,17 +115,10 @@ class TextItemAccess final : public QAccessibleWidget, public TextOfField {
 
 // The text of a pop-up is its chosen entry; to change it is to choose the entry of that text. Its
 // child is the list of the entries.
-class PopUpItemAccess final : public QAccessibleWidget, public TextOfField {
+class PopUpItemAccess final : public FieldAccess {
  public:
   explicit PopUpItemAccess(PopUpItem &item)
-      : QAccessibleWidget(&item, QAccessible::ComboBox), item_(item) {}
-
-  void *interface_cast(QAccessible::InterfaceType type) override {
-    if (type == QAccessible::TextInterface) return static_cast<QAccessibleTextInterface *>(this);
-    if (type == QAccessible::EditableTextInterface)
-      return static_cast<QAccessibleEditableTextInterface *>(this);
-    return QAccessibleWidget::interface_cast(type);
-  }
+      : FieldAccess(&item, QAccessible::ComboBox), item_(item) {}
 
   int childCount() const override { return 1; }
   QAccessibleInterface *child(int index) const override {
@@ -133,18 +129,6 @@ class PopUpItemAccess final : public QAccessibleWidget, public TextOfField {
   }
   QAccessibleInterface *childAt(int, int) const override { return nullptr; }
 
-  using QAccessibleWidget::text;
-  using TextOfField::text;
-  QString text(QAccessible::Text kind) const override {
-    return kind == QAccessible::Value ? shownText() : QAccessibleWidget::text(kind);
-  }
-  void setText(QAccessible::Text kind, const QString &text) override {
-    if (kind == QAccessible::Value) {
-      item_.chooseByPerson(item_.findText(text));
-    } else {
-      QAccessibleWidget::setText(kind, text);
-    }
-  }
   QAccessible::State state() const override {
     QAccessible::State state = QAccessibleWidget::state();
     state.hasPopup = true;
@@ -183,7 +167,7 @@ class PopUpItemAccess final : public QAccessibleWidget, public TextOfField {
     QString wanted = shownText();
     begin = std::clamp(begin, 0, static_cast<int>(wanted.size()));
     end = std::clamp(end, begin, static_cast<int>(wanted.size()));
-    setText(QAccessible::Value, wanted.replace(begin, end - begin, text));
+    item_.chooseByPerson(item_.findText(wanted.replace(begin, end - begin, text)));
   }
 
  protected:
