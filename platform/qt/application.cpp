@@ -25,12 +25,12 @@ namespace {
 // folder, of which there often is none, or another user's, where there is no screen.
 class QuietStart {
  public:
-  QuietStart() : before_(std::setlocale(LC_ALL, nullptr)) {
-    g_previous = qInstallMessageHandler(dropNotices);
+  QuietStart() : locale_(std::setlocale(LC_ALL, nullptr)) {
+    outer_ = qInstallMessageHandler(dropNotices);
   }
   ~QuietStart() {
-    qInstallMessageHandler(g_previous);
-    std::setlocale(LC_ALL, before_.c_str());
+    qInstallMessageHandler(outer_);
+    std::setlocale(LC_ALL, locale_.c_str());
   }
   QuietStart(const QuietStart &) = delete;
   QuietStart &operator=(const QuietStart &) = delete;
@@ -40,11 +40,11 @@ class QuietStart {
                           const QString &message) {
     for (const char *notice : {"Detected locale", "QStandardPaths: "})
       if (message.startsWith(QLatin1String(notice))) return;
-    g_previous(type, context, message);
+    outer_(type, context, message);
   }
 
-  static constinit inline QtMessageHandler g_previous = nullptr;
-  const std::string before_;
+  static constinit inline QtMessageHandler outer_ = nullptr;
+  const std::string locale_;
 };
 
 // Qt keeps references to both for as long as it lives.
@@ -113,13 +113,13 @@ bool startsInTrial(const std::string &platform) {
 
 // Why the application that was made for drawing alone has no screen. It stays the process's only
 // one, so that what was found out then holds for good.
-constinit const std::string *g_withoutScreen = nullptr;
+constinit const std::string *withoutScreen = nullptr;
 
 bool startOffscreen(const std::string &problem) {
   if (!hasOffscreenPlatform()) return false;
   auto kept = std::make_unique<std::string>(problem);
   startApplication(kOffscreenPlatform);
-  g_withoutScreen = kept.release();
+  withoutScreen = kept.release();
   return true;
 }
 
@@ -135,8 +135,8 @@ std::string whyUnfit(const QCoreApplication &application) {
 }  // namespace
 
 bool ensureApplication(std::string &problem) {
-  if (g_withoutScreen != nullptr) {
-    problem = *g_withoutScreen;
+  if (withoutScreen != nullptr) {
+    problem = *withoutScreen;
     return false;
   }
   if (QCoreApplication *application = QCoreApplication::instance()) {

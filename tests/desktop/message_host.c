@@ -29,7 +29,7 @@ static void showBoxes(char **argument) {
     say("result", MessageBox(0, argument[2], argument[1], (unsigned)strtoul(argument[0], 0, 0)));
 }
 
-static int g_edited = 0; /* the last answer at an edit */
+static int lastEdit = 0; /* the last answer at an edit */
 
 /* Asks at an "!" in the text. */
 static int askAtEdit(int item, int t, int t0, char **texts, int tn, int b, int b0, int *bools,
@@ -40,7 +40,7 @@ static int askAtEdit(int item, int t, int t0, char **texts, int tn, int b, int b
   (void)dates, (void)dn, (void)redisplay, (void)capacity;
   size_t length = strlen(texts[0]);
   if (length > 0 && texts[0][length - 1] == '!')
-    g_edited = say("edited", MessageBox(0, "Vraiment ?", "Saisie", 0x10));
+    lastEdit = say("edited", MessageBox(0, "Vraiment ?", "Saisie", 0x10));
   return 0;
 }
 
@@ -48,7 +48,7 @@ static int askAtEnd(WindowRef window, int t, char **texts, int tn, int b, int *b
                     int *ints, int in, int n, double *nums, int nn, int d, int *dates, int dn) {
   (void)t, (void)texts, (void)tn, (void)b, (void)bools, (void)bn, (void)i, (void)ints, (void)in;
   (void)n, (void)nums, (void)nn, (void)d, (void)dates, (void)dn;
-  if (!isCurrentPortOf(window)) say("port lost", g_edited);
+  if (!isCurrentPortOf(window)) say("port lost", lastEdit);
   int answer = say("final", MessageBox(window, "Enregistrer la fiche ?", "Fin", 0x50));
   if (!isCurrentPortOf(window)) say("port lost", answer);
   return answer == kYes;
