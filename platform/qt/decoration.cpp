@@ -96,8 +96,10 @@ Icon::Icon(QWidget *window, const Rect &rect, const std::string &path)
 
 void Icon::paintEvent(QPaintEvent *) {
   const qreal pixelRatio = devicePixelRatioF();
-  if (picture_.isNull() || picture_.devicePixelRatio() != pixelRatio)
+  if (readFor_ != pixelRatio) {
     picture_ = readPicture(path_, size().boundedTo(kLargestIcon), pixelRatio);
+    readFor_ = pixelRatio;
+  }
   const QSizeF shown = picture_.deviceIndependentSize();
   const QPointF corner((width() - shown.width()) / 2, (height() - shown.height()) / 2);
   QPainter(this).drawPixmap(corner, picture_);

@@ -50,7 +50,8 @@ class Icon final : public QWidget {
 
  private:
   const std::string path_;
-  QPixmap picture_;  // rendered for the screen on which it was last painted
+  QPixmap picture_;    // rendered for the screen on which it was last painted
+  qreal readFor_ = 0;  // that screen's pixel ratio
 };
 
 }  // namespace korvel::platform::qt

@@ -1,4 +1,7 @@
 // Items of the Qt module other than edit text, and how all of them are placed.
+#include <sys/inotify.h>
+#include <unistd.h>
+
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
@@ -498,6 +501,22 @@ TEST_F(QtItems, AnIconThatCannotBeReadShowsNothing) {
   dialog_->addIcon({20, 20, 60, 60}, folder.add("2.png", "no picture"));
   dialog_->addIcon({20, 20, 60, 60}, "");
   EXPECT_EQ(window()->grab().toImage(), before);
+}
+
+TEST_F(QtItems, AnIconThatCannotBeReadIsNotReadAgain) {
+  const test::TemporaryFolder folder;
+  dialog_->addIcon({20, 20, 60, 60}, folder.add("2.png", "no picture"));
+  const int watch = inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
+  inotify_add_watch(watch, folder.path().c_str(), IN_OPEN);
+  const auto wasOpened = [watch] {
+    alignas(inotify_event) char events[4096];
+    return read(watch, events, sizeof events) > 0;
+  };
+  window()->grab();
+  EXPECT_TRUE(wasOpened());
+  window()->grab();
+  EXPECT_FALSE(wasOpened());
+  close(watch);
 }
 
 }  // namespace
