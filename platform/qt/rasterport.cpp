@@ -4,8 +4,10 @@
 #include <cmath>
 
 #include <fcntl.h>
+#include <unistd.h>
 
 #include <QFile>
+#include <QScopeGuard>
 
 #include "base/guard.h"
 
@@ -30,9 +32,10 @@ bool RasterPort::save(const std::string &path) const {
     if (raster == nullptr) return false;
     const int descriptor = open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
     if (descriptor < 0) return false;
+    const auto closing = qScopeGuard([descriptor] { close(descriptor); });
     QFile file;
-    return file.open(descriptor, QIODevice::WriteOnly, QFileDevice::AutoCloseHandle) &&
-           raster->image().save(&file, "PNG") && file.flush();
+    return file.open(descriptor, QIODevice::WriteOnly) && raster->image().save(&file, "PNG") &&
+           file.flush();
   });
 }
 

@@ -293,7 +293,7 @@ TEST(QtDesktop, ADialogLargerThanTheScreenShowsItsTopLeftCorner) {
 }
 
 // Wants a process to itself, as the module's tests do.
-TEST(QtDesktop, TheLargestDialogIsShownAndDrawnOnInLessThanAGibibyte) {
+void expectTheLargestDialogToTakeLessThanAGibibyte(const QSize &leastSize) {
   constexpr int kSide = 16384;
   const auto dialog = qtDesktop().newDialog({0, 0, kSide, kSide}, nullptr, "Fiche");
   dialog->addItem(ItemKind::PushButton, {20, kSide - 34, 100, kSide - 14}, "OK");
@@ -310,8 +310,8 @@ TEST(QtDesktop, TheLargestDialogIsShownAndDrawnOnInLessThanAGibibyte) {
   QtPerson person("Fiche");
   person.act(0, [&](QWidget *window) {
     EXPECT_TRUE(window->isVisible());
-    EXPECT_GE(window->width(), 2000);
-    EXPECT_GE(window->height(), 1500);
+    EXPECT_GE(window->width(), leastSize.width());
+    EXPECT_GE(window->height(), leastSize.height());
     window->repaint();
     Port *port = qtDesktop().windowPort(dialog->window());
     ASSERT_NE(port, nullptr);
@@ -325,6 +325,16 @@ TEST(QtDesktop, TheLargestDialogIsShownAndDrawnOnInLessThanAGibibyte) {
   rusage used{};
   getrusage(RUSAGE_SELF, &used);
   EXPECT_LT(used.ru_maxrss, 1L << 20) << "in KiB";
+}
+
+TEST(QtDesktop, TheLargestDialogIsShownAndDrawnOnInLessThanAGibibyte) {
+  expectTheLargestDialogToTakeLessThanAGibibyte({2000, 1500});
+}
+
+TEST(QtDesktop, AtScale2TheLargestDialogTakesNoMoreMemory) {
+  setenv("QT_SCALE_FACTOR", "2", 1);
+  expectTheLargestDialogToTakeLessThanAGibibyte({1000, 500});
+  ASSERT_EQ(qGuiApp->devicePixelRatio(), 2);
 }
 
 TEST(QtDesktop, ADialogStandsInFrontOfItsParent) {

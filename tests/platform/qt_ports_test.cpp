@@ -2,6 +2,8 @@
 #include <algorithm>
 #include <climits>
 #include <cmath>
+#include <filesystem>
+#include <iterator>
 #include <cstdlib>
 #include <fstream>
 #include <functional>
@@ -151,6 +153,20 @@ TEST(QtImage, IsSavedAsPng) {
   EXPECT_FALSE(image->save("/nowhere/port.png"));
   EXPECT_FALSE(image->save(""));
   EXPECT_FALSE(image->save("/dev/full"));
+}
+
+TEST(QtImage, LeavesNoFileOpenWhenItIsSavedOrCannotBe) {
+  const test::TemporaryFolder folder;
+  const auto image = newImage(5, 4);
+  const auto openFiles = [] {
+    const std::filesystem::directory_iterator files("/proc/self/fd");
+    return std::distance(begin(files), end(files));
+  };
+  const auto before = openFiles();
+  EXPECT_TRUE(image->save(folder.path() + "/port.png"));
+  EXPECT_FALSE(image->save("/dev/full"));
+  EXPECT_FALSE(image->save(folder.path()));
+  EXPECT_EQ(openFiles(), before);
 }
 
 TEST(QtImage, IsSavedUnderTheBytesOfItsPath) {
@@ -881,6 +897,20 @@ TEST(QtPictures, HaveTheirOwnSize) {
     port->drawPicture(*blue, 10, far);
   }
   EXPECT_EQ(countOf(*port, kBlue), 45 + 8);
+}
+
+TEST(QtPictures, AnSvgMayBeginWithADocumentTypeOrWithEmptyLines) {
+  const test::TemporaryFolder folder;
+  const std::string svg = "<svg xmlns='http://www.w3.org/2000/svg' width='4' height='7'></svg>";
+  const std::string type =
+      "<!DOCTYPE svg PUBLIC \"-//W3C//DTD SVG 1.1//EN\" "
+      "\"http://www.w3.org/Graphics/SVG/1.1/DTD/svg11.dtd\">";
+  for (const std::string &prologue :
+       {type, "<?xml version=\"1.0\"?>\n" + type, std::string(40, '\n'),
+        "<?xml version=\"1.0\"?>" + std::string(40, '\n') + "<!-- dessin -->"}) {
+    const auto picture = qtDesktop().loadPicture(folder.add("dessin.svg", prologue + svg));
+    EXPECT_EQ(std::pair(picture->width(), picture->height()), std::pair(4, 7)) << prologue;
+  }
 }
 
 TEST(QtPictures, ThatCannotBeReadAreNone) {
