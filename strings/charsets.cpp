@@ -55,10 +55,9 @@ std::string toMac(std::string_view text) {
   return converted;
 }
 
-std::string toWindows(std::string_view text) {
-  std::string converted(text);
-  convertToWindows(converted);
-  return converted;
+std::string toWindows(std::string text) {
+  convertToWindows(text);
+  return text;
 }
 
 }  // namespace korvel::strings

@@ -14,7 +14,7 @@ void convertToMac(std::span<char> text);
 void convertToWindows(std::span<char> text);
 
 std::string toMac(std::string_view text);
-std::string toWindows(std::string_view text);
+std::string toWindows(std::string text);
 
 }  // namespace korvel::strings
 

@@ -108,9 +108,10 @@ std::string modelled(std::string s, Model model) {
 }
 
 TEST(CharacterSets, ConvertWholeStringsWithTheirNuls) {
+  using namespace std::string_literals;
   using namespace std::string_view_literals;
   EXPECT_EQ(korvel::strings::toMac("d\xE9j\xE0\0\xE9"sv), "d\x8Ej\x88\0\x8E"sv);
-  EXPECT_EQ(korvel::strings::toWindows("d\x8Ej\x88\0\x8E"sv), "d\xE9j\xE0\0\xE9"sv);
+  EXPECT_EQ(korvel::strings::toWindows("d\x8Ej\x88\0\x8E"s), "d\xE9j\xE0\0\xE9"sv);
   EXPECT_EQ(korvel::strings::toMac(""), "");
 }
 
