@@ -18,6 +18,7 @@ namespace korvel::codecs {
 namespace {
 
 using strings::copyWhole;
+using strings::cutItem;
 
 // The working areas of the readers, terminator included.
 constexpr int kIntegerArea = 12;
@@ -81,25 +82,19 @@ int readRealNum(std::string_view run, double *result) {
 }
 
 int countNums(std::string_view list) {
-  strings::Items items(list);
-  std::string_view item;
+  int value = 0;
   int count = 0;
-  for (bool more = true; more; ++count) {
-    more = items.next(item);
-    int value = 0;
-    if (readNum(item, &value) != kRead) return 0;
+  for (; list.data() != nullptr; ++count) {
+    if (readNum(cutItem(list), &value) != kRead) return 0;
   }
   return count;
 }
 
 int numAt(std::string_view list, int index) {
-  strings::Items items(list);
-  std::string_view item;
   int value = 0;
   // Kept: past the last item it is still the last one.
-  for (bool more = true; more && index >= 0; --index) {
-    more = items.next(item);
-    if (readNum(item, &value) != kRead) return 0;
+  for (; list.data() != nullptr && index >= 0; --index) {
+    if (readNum(cutItem(list), &value) != kRead) return 0;
   }
   return value;
 }

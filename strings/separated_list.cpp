@@ -23,23 +23,17 @@ int countItems(std::string_view list) {
 }
 
 bool holdsItem(std::string_view list, std::string_view wanted) {
-  Items items(list);
-  std::string_view item;
-  for (bool more = true; more;) {
-    more = items.next(item);
-    if (item == wanted) return true;
+  while (list.data() != nullptr) {
+    if (cutItem(list) == wanted) return true;
   }
   return false;
 }
 
 // The list may be the buffer itself, the result of an earlier call.
 char *copyItem(std::string_view list, int index) {
-  Items items(list);
-  std::string_view item;
-  bool more = items.next(item);
-  for (; more && index > 0; --index) more = items.next(item);
-  if (index > 0) return nullptr;
-  copyTerminated(currentItem, item);
+  for (; list.data() != nullptr && index > 0; --index) cutItem(list);
+  if (list.data() == nullptr) return nullptr;
+  copyTerminated(currentItem, cutItem(list));
   return currentItem;
 }
 

@@ -3,31 +3,19 @@
 #define KORVEL_STRINGS_SEPARATED_LIST_H
 
 #include <algorithm>
-#include <cstddef>
 #include <string_view>
 
 namespace korvel::strings {
 
 inline bool isSeparator(char c) { return c == '+' || c == ',' || c == '-'; }
 
-// Walks over the items of a list; there is always at least one.
-class Items {
- public:
-  explicit Items(std::string_view list) : rest_(list) {}
-
-  // Cuts the next item off. True when it is not the last.
-  bool next(std::string_view &item) {
-    const auto end = std::find_if(rest_.begin(), rest_.end(), isSeparator);
-    const auto length = static_cast<std::size_t>(end - rest_.begin());
-    item = rest_.substr(0, length);
-    if (length == rest_.size()) return false;
-    rest_.remove_prefix(length + 1);
-    return true;
-  }
-
- private:
-  std::string_view rest_;
-};
+// Cuts the first item off a list. Behind the last one, the list is left without data.
+inline std::string_view cutItem(std::string_view &list) {
+  const auto end = std::find_if(list.begin(), list.end(), isSeparator);
+  const std::string_view item(list.begin(), end);
+  list = end == list.end() ? std::string_view() : std::string_view(end + 1, list.end());
+  return item;
+}
 
 }  // namespace korvel::strings
 
