@@ -36,7 +36,7 @@ struct Fields {
 Fields fieldsOf(int date) { return {date / 10000, date / 100 % 100, date % 100}; }
 
 int numberOf(const Fields &f, Wide day) {
-  return base::clampToInt(f.year * 10000 + f.month * 100 + day);
+  return base::clampToInt(f.year * 10000 + f.month * Wide{100} + day);
 }
 
 // January comes after December, and after every number above it.

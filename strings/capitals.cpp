@@ -15,11 +15,57 @@
 
 #include "strings/blocks.h"
 #include "strings/machine.h"
-#include "strings/macroman.h"
 
 namespace korvel::strings {
 
 namespace {
+
+// The capital without diacritics of each byte from 0x80 on.
+//
+// Letters: the Unicode consortium's table of Mac OS Roman (APPLE/ROMAN.TXT). Their
+// capital is the first character of the canonical decomposition, in upper case (the Unicode
+// character database): capitals with diacritics lose them, too.
+// ae, oe and o with a stroke have no decomposition and stay letters of their own. Dotless i becomes
+// I. Sharp s, the ligatures fi and fl, the micro sign, pi, f with a hook and the ordinals have no
+// capital of one byte and stay, as do signs and lone accents.
+constexpr std::array<unsigned char, 128> kPlainCapitals = {
+    // clang-format off
+    'A',  'A',  'C',  'E',  'N',  'O',  'U',  'A',  // 80: Ä Å Ç É Ñ Ö Ü á
+    'A',  'A',  'A',  'A',  'A',  'C',  'E',  'E',  // 88: à â ä ã å ç é è
+    'E',  'E',  'I',  'I',  'I',  'I',  'N',  'O',  // 90: ê ë í ì î ï ñ ó
+    'O',  'O',  'O',  'O',  'U',  'U',  'U',  'U',  // 98: ò ô ö õ ú ù û ü
+    0xA0, 0xA1, 0xA2, 0xA3, 0xA4, 0xA5, 0xA6, 0xA7,  // A0: † ° ¢ £ § • ¶ ß
+    0xA8, 0xA9, 0xAA, 0xAB, 0xAC, 0xAD, 0xAE, 0xAF,  // A8: ® © ™ ´ ¨ ≠ Æ Ø
+    0xB0, 0xB1, 0xB2, 0xB3, 0xB4, 0xB5, 0xB6, 0xB7,  // B0: ∞ ± ≤ ≥ ¥ µ ∂ ∑
+    0xB8, 0xB9, 0xBA, 0xBB, 0xBC, 0xBD, 0xAE, 0xAF,  // B8: ∏ π ∫ ª º Ω æ ø
+    0xC0, 0xC1, 0xC2, 0xC3, 0xC4, 0xC5, 0xC6, 0xC7,  // C0: ¿ ¡ ¬ √ ƒ ≈ ∆ «
+    0xC8, 0xC9, 0xCA, 'A',  'A',  'O',  0xCE, 0xCE,  // C8: » … (no-break space) À Ã Õ Œ œ
+    0xD0, 0xD1, 0xD2, 0xD3, 0xD4, 0xD5, 0xD6, 0xD7,  // D0: – — “ ” ‘ ’ ÷ ◊
+    'Y',  'Y',  0xDA, 0xDB, 0xDC, 0xDD, 0xDE, 0xDF,  // D8: ÿ Ÿ ⁄ € ‹ › ﬁ ﬂ
+    0xE0, 0xE1, 0xE2, 0xE3, 0xE4, 'A',  'E',  'A',  // E0: ‡ · ‚ „ ‰ Â Ê Á
+    'E',  'E',  'I',  'I',  'I',  'I',  'O',  'O',  // E8: Ë È Í Î Ï Ì Ó Ô
+    0xF0, 'O',  'U',  'U',  'U',  'I',  0xF6, 0xF7,  // F0: (private sign) Ò Ú Û Ù ı ˆ ˜
+    0xF8, 0xF9, 0xFA, 0xFB, 0xFC, 0xFD, 0xFE, 0xFF,  // F8: ¯ ˘ ˙ ˚ ¸ ˝ ˛ ˇ
+    // clang-format on
+};
+
+constexpr unsigned char plainCapitalOf(unsigned char c) {
+  if (c >= 0x80) return kPlainCapitals[c - 0x80U];
+  return c >= 'a' && c <= 'z' ? static_cast<unsigned char>(c - 'a' + 'A') : c;
+}
+
+// For every byte. A capital is its own capital, so a byte may be looked up twice.
+constexpr std::array<unsigned char, 256> kPlainCapitalOfByte = [] {
+  std::array<unsigned char, 256> table{};
+  for (unsigned c = 0; c < table.size(); ++c) {
+    table[c] = plainCapitalOf(static_cast<unsigned char>(c));
+  }
+  return table;
+}();
+
+char plainCapital(char c) {
+  return static_cast<char>(kPlainCapitalOfByte[static_cast<unsigned char>(c)]);
+}
 
 // The ASCII letters of a block as capitals. 'z' is shifted up to 127, the largest signed byte: one
 // signed comparison then finds 'a' to 'z'.
@@ -103,14 +149,6 @@ constexpr std::array<char, kWide> kChanges80After90 = [] {
   }
   return changes;
 }();
-
-constexpr bool areOwnCapitals(unsigned first, unsigned last) {
-  for (unsigned c = first; c <= last; ++c) {
-    if (plainCapitalOf(static_cast<unsigned char>(c)) != c) return false;
-  }
-  return true;
-}
-static_assert(areOwnCapitals(0xA0, kLastOwnCapital));
 
 WIDE inline __m256i load(const char *p) {
   return _mm256_loadu_si256(reinterpret_cast<const __m256i *>(p));

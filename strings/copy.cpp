@@ -25,20 +25,10 @@ void zerosForBlanks(std::span<char> run) {
   for (char &c : run) c = c == ' ' ? '0' : c;
 }
 
-}  // namespace
-
 bool copyBytes(std::span<char> d, std::string_view source) {
   if (!isCopy(d, source)) return false;
   std::memmove(d.data(), source.data(), std::min(source.size(), d.size()));
   return source.size() <= d.size();
-}
-
-bool copyTerminated(std::span<char> d, std::string_view source) {
-  if (!isCopy(d, source)) return false;
-  const std::size_t copied = std::min(source.size(), d.size() - 1);
-  std::memmove(d.data(), source.data(), copied);
-  d[copied] = '\0';
-  return copied == source.size();
 }
 
 bool appendTerminated(std::span<char> d, std::string_view source) {
@@ -47,6 +37,16 @@ bool appendTerminated(std::span<char> d, std::string_view source) {
   if (used < d.size()) return copyTerminated(d.subspan(used), source);
   d.back() = '\0';
   return false;
+}
+
+}  // namespace
+
+bool copyTerminated(std::span<char> d, std::string_view source) {
+  if (!isCopy(d, source)) return false;
+  const std::size_t copied = std::min(source.size(), d.size() - 1);
+  std::memmove(d.data(), source.data(), copied);
+  d[copied] = '\0';
+  return copied == source.size();
 }
 
 bool copyWhole(std::span<char> d, std::string_view source) {

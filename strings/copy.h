@@ -7,17 +7,11 @@
 
 namespace korvel::strings {
 
-// Nothing is written behind `d`. `source` may overlap it. Each is true when all of `source` has
-// arrived, with its terminator where one is written.
-
-// Copies what fits, without a terminator.
-bool copyBytes(std::span<char> d, std::string_view source);
+// Nothing is written behind `d`. `source` may overlap it. Each is true when all of `source` and the
+// terminator fit.
 
 // Copies what fits in front of a terminator.
 bool copyTerminated(std::span<char> d, std::string_view source);
-
-// Appends to the text in `d` what fits in front of a terminator.
-bool appendTerminated(std::span<char> d, std::string_view source);
 
 // Copies the whole text and terminates it, or changes nothing.
 bool copyWhole(std::span<char> d, std::string_view source);

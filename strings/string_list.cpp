@@ -31,12 +31,16 @@ std::size_t bytesToListEnd(const char *item) {
   return static_cast<std::size_t>(at + 1 - item);
 }
 
+bool isLastItem(const char *item) { return isEmpty(item) || isLast(endOf(item)); }
+
 int countItems(const char *list) {
   // Kept: an empty list counts as one item.
   int count = 1;
   for (const char *item = list; !isLastItem(item); item = nextItem(item)) ++count;
   return count;
 }
+
+void cutItemsAt(char *s, char separator) { std::replace(s, endOf(s), separator, '\0'); }
 
 }  // namespace
 
@@ -51,8 +55,6 @@ void endList(std::span<char> buffer) {
   if (room > 1) buffer[room - 2] = '\0';
 }
 
-bool isLastItem(const char *item) { return isEmpty(item) || isLast(endOf(item)); }
-
 const char *nextItem(const char *item) {
   if (isEmpty(item)) return item;
   const char *end = endOf(item);
@@ -64,8 +66,6 @@ void cutItems(char *s) {
   std::replace_if(
       s, endOf(s), [](char c) { return c == '+' || c == ','; }, '\0');
 }
-
-void cutItemsAt(char *s, char separator) { std::replace(s, endOf(s), separator, '\0'); }
 
 void bindItems(char *list, char separator) {
   if (isEmpty(list)) return;

@@ -14,16 +14,12 @@ namespace korvel::strings {
 // bytes of the buffer become NUL, which cuts the text.
 void endList(std::span<char> buffer);
 
-// True for an empty item, too.
-bool isLastItem(const char *item);
-
 // The item behind `item`, or `item` itself when that is the last.
 const char *nextItem(const char *item);
 
 // Makes a list of a separated list whose second NUL is there already, by replacing every '+' and
-// ',', or every `separator`.
+// ','.
 void cutItems(char *s);
-void cutItemsAt(char *s, char separator);
 
 // Makes one text of a list by replacing every NUL between two items.
 void bindItems(char *list, char separator);
