@@ -17,9 +17,6 @@ namespace korvel::codecs {
 
 namespace {
 
-using strings::copyWhole;
-using strings::cutItem;
-
 // The working areas of the readers, terminator included.
 constexpr int kIntegerArea = 12;
 constexpr int kRealArea = 20;
@@ -72,7 +69,7 @@ int readRealNum(std::string_view run, double *result) {
   const bool isPercentage = dropLast(run, '%');
   if (isPercentage) trimEnd(run);
   char text[kRealArea];
-  if (!copyWhole(text, run)) return kWrongWidth;
+  if (!strings::copyWhole(text, run)) return kWrongWidth;
   double value = 0.0;
   const int status = readReal(text, &value);
   if (status != kRead) return status;
@@ -85,7 +82,7 @@ int countNums(std::string_view list) {
   int value = 0;
   int count = 0;
   for (; list.data() != nullptr; ++count) {
-    if (readNum(cutItem(list), &value) != kRead) return 0;
+    if (readNum(strings::cutItem(list), &value) != kRead) return 0;
   }
   return count;
 }
@@ -94,7 +91,7 @@ int numAt(std::string_view list, int index) {
   int value = 0;
   // Kept: past the last item it is still the last one.
   for (; list.data() != nullptr && index >= 0; --index) {
-    if (readNum(cutItem(list), &value) != kRead) return 0;
+    if (readNum(strings::cutItem(list), &value) != kRead) return 0;
   }
   return value;
 }
@@ -117,7 +114,7 @@ int readNum(std::string_view num, int *result, std::uint32_t limit) {
   if (result == nullptr) return kWrongWidth;
   *result = 0;
   char text[kIntegerArea];
-  if (!copyWhole(text, num)) return kWrongWidth;
+  if (!strings::copyWhole(text, num)) return kWrongWidth;
   int value = 0;
   const int status = readInteger(text, limit, &value);
   if (status != kRead) return status;

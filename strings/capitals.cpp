@@ -22,9 +22,9 @@ namespace {
 
 // The capital without diacritics of each byte from 0x80 on.
 //
-// Letters: the Unicode consortium's table of Mac OS Roman (APPLE/ROMAN.TXT). Their
-// capital is the first character of the canonical decomposition, in upper case (the Unicode
-// character database): capitals with diacritics lose them, too.
+// Letters: the Unicode consortium's table of Mac OS Roman (APPLE/ROMAN.TXT). Their capital: the
+// first character of the canonical decomposition, in upper case (the Unicode character database).
+// So capitals with diacritics lose them, too.
 // ae, oe and o with a stroke have no decomposition and stay letters of their own. Dotless i becomes
 // I. Sharp s, the ligatures fi and fl, the micro sign, pi, f with a hook and the ordinals have no
 // capital of one byte and stay, as do signs and lone accents.
@@ -224,7 +224,9 @@ void capitalise(std::span<char> text) {
 
 }  // namespace korvel::strings
 
+using namespace korvel::strings;
+
 char *strupr(char *s) {
-  if (s != nullptr) korvel::strings::capitalise({s, std::strlen(s)});
+  if (s != nullptr) capitalise({s, std::strlen(s)});
   return s;
 }

@@ -1,4 +1,4 @@
-// For strings/, tables/ and dialogs/: copies into buffers of a given capacity.
+// For strings/, codecs/, tables/ and dialogs/: copies into buffers of a given capacity.
 #ifndef KORVEL_STRINGS_COPY_H
 #define KORVEL_STRINGS_COPY_H
 

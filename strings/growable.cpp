@@ -57,6 +57,8 @@ int appendGrowing(char **buf, int *capacity, int used, const char *source, int n
 
 }  // namespace korvel::strings
 
+using namespace korvel::strings;
+
 int szcopyex(char **buf, int *capacity, int used, const char *source, int n) {
-  return korvel::strings::appendGrowing(buf, capacity, used, source, n, std::malloc);
+  return appendGrowing(buf, capacity, used, source, n, std::malloc);
 }
