@@ -82,12 +82,15 @@ class PatternProbe {
 // that resembles itself could cost the square of its length: a search in linear time takes over.
 constexpr std::size_t kLongestProbedPattern = 256;
 
-// True when the np bytes at p occur side by side in the ns bytes at s; 1 <= np <= ns.
-bool containsRun(const char *p, std::size_t np, const char *s, std::size_t ns) {
-  if (np == 1) return std::memchr(s, static_cast<unsigned char>(*p), ns) != nullptr;
-  if (np > kLongestProbedPattern) return memmem(s, ns, p, np) != nullptr;
-  const PatternProbe probe(p, np);
-  const std::size_t places = ns - np + 1;
+bool contains(std::string_view text, std::string_view run) {
+  if (run.empty() || run.size() > text.size()) return false;
+  const char *const s = text.data();
+  if (run.size() == 1) return text.find(run[0]) != std::string_view::npos;
+  if (run.size() > kLongestProbedPattern) {
+    return memmem(s, text.size(), run.data(), run.size()) != nullptr;
+  }
+  const PatternProbe probe(run.data(), run.size());
+  const std::size_t places = text.size() - run.size() + 1;
   std::size_t at = 0;
   for (; at + 4 * kBlock <= places; at += 4 * kBlock) {
     if (probe.hitInFour(s + at)) return true;
@@ -102,6 +105,8 @@ bool containsRun(const char *p, std::size_t np, const char *s, std::size_t ns) {
   }
   return false;
 }
+
+bool areEqual(std::string_view a, std::string_view b) { return !a.empty() && a == b; }
 
 // Plain char is unsigned on some machines; these bytes are signed on all.
 int signedByte(char c) { return static_cast<signed char>(c); }
@@ -144,11 +149,6 @@ bool matchesWithStar(std::string_view a, std::string_view b) {
   if (a.empty() || b.empty()) return false;
   const std::size_t n = comparedLength(a, b);
   return n != kDifferentLengths && agree(a.data(), b.data(), n);
-}
-
-bool contains(std::string_view s, std::string_view run) {
-  return !run.empty() && run.size() <= s.size() &&
-         containsRun(run.data(), run.size(), s.data(), s.size());
 }
 
 int difference(const char *a, const char *b) {
