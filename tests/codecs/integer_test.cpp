@@ -83,7 +83,7 @@ TEST(IntegerRead, ReadsValuesOfEitherRange) {
   }
 }
 
-TEST(IntegerRead, RefusesOtherTexts) {
+TEST(IntegerRead, RefusesWhatIsNoInteger) {
   constexpr Bad kBad[] = {
       // Empty.
       {"", 1},

@@ -52,7 +52,7 @@ TEST(NumWrite, RefusesAWidthTooSmall) {
   EXPECT_EQ(IntToNUM(1, nullptr, 4), 11);
 }
 
-TEST(NumWrite, WritesTheSignBehindTheFill) {
+TEST(NumWrite, SignStandsBehindTheFill) {
   // Kept: the zeros are in front of the sign.
   expectWrites(-5, 4, 0, "00-5");
   expectWrites(-5, 2, 0, "-5");

@@ -88,7 +88,7 @@ TEST(RealRead, ReadsReals) {
   for (const auto &row : kGood) expectReads(row.text, row.value);
 }
 
-TEST(RealRead, RefusesOtherTexts) {
+TEST(RealRead, RefusesWhatIsNoReal) {
   constexpr struct {
     const char *text;
     int status;
