@@ -102,7 +102,7 @@ TEST_F(Create, AKillLeavesNoTableOrAWholeOne) {
   EXPECT_EQ(files(), (Files{{"actes.tab", actes()}, {"new.tab", whole}}));
 }
 
-// Kept: what becomes of the writing does not count.
+// Kept: the result of the writing does not count, so a full disk leaves the beginning of a table.
 TEST_F(Create, OnAFullDiskTheTableBeginsAsFarAsItGoes) {
   EXPECT_EQ(inChild([&] {
               signal(SIGXFSZ, SIG_IGN);
@@ -165,7 +165,7 @@ TEST_F(Create, RemovingWaitsForWhoeverHasTheTable) {
   EXPECT_EQ(files(), Files{});
 }
 
-// Kept: the result of the removal itself does not count.
+// Kept: the removal's own result does not count.
 TEST_F(Create, RemovingInAReadOnlyFolderGivesOneAllTheSame) {
   chmod(volumes_.root().c_str(), 0755);
   chmod(folder().c_str(), 0555);
@@ -180,6 +180,7 @@ TEST_F(Create, RemovingInAReadOnlyFolderGivesOneAllTheSame) {
 
 // --- Back-up -----------------------------------------------------------------------------------
 
+// Kept: the result of a back-up is 0, success included.
 TEST_F(Create, TheBackUpIsACopy) {
   const std::string text = "a\rb\nc" + std::string(20000, 'x');
   table("actes", text);

@@ -61,6 +61,7 @@ TEST_F(Edit, ReplacingTheCodeWithoutAKeyKeepsTheOtherFields) {
   EXPECT_EQ(tableText(), withLine6("Visite \xE0 domicile,Visite,01/01/95"));
 }
 
+// Kept: a line that does not have the column counts as replaced.
 TEST_F(Edit, ReplacingAColumnThatTheLineDoesNotHaveCountsAsReplaced) {
   for (const int column : {5, 3, 100, INT_MAX}) {
     ZRV_Libelle_NC_set_ligne(5);
@@ -205,6 +206,7 @@ TEST_F(Edit, AnInsertedLineHasNoMoreFieldsThanALineHolds) {
   EXPECT_EQ(tableText(), oneLineTable(many + "\r\n" + unknown(170)));
 }
 
+// Kept: the current line's number remains the one of the line before the new one.
 TEST_F(Edit, InsertingPutsTheNewLineIntoTheBuffer) {
   ZRV_Libelle_NC_set_ligne(6);
   ASSERT_EQ(insertLine(2), 1);

@@ -49,7 +49,7 @@ TEST_F(Header, ModifyChangesTheLinesThatThereAre) {
     int result;
     std::string_view after;
   } kCases[] = {
-      // Kept: without a first line the result is 0, though the name changes.
+      // Kept: a table without a line gets its new name, too. The result is 0.
       {"", 0, ""},
       {"\n", 0, ""},
       {"a", 1, "Titre\r\n"},
@@ -350,7 +350,7 @@ TEST_F(Header, RepairOfASoundTableUsesUpALeftOverFileToo) {
   EXPECT_EQ(files(), (Files{{"actes.tab", unchanged()}}));
 }
 
-// Kept: where there is nothing to repair, or no way to, the result is 1.
+// Kept: where nothing can be read or rewritten, nothing counts as damaged.
 TEST_F(Header, RepairOfWhatDoesNotOpenGivesOne) {
   mkdir(posixPath("sub").c_str(), 0777);
   EXPECT_EQ(ZRV_Table_repair("sub", "2", "Actes"), 1);

@@ -127,7 +127,7 @@ TEST(Columns, OfALookupAreEmptyBehindTheLast) {
       {"", 1, "", false},
       {"01,,B", 1, "", false},
       {"01,,B", 2, "", false},
-      // Kept: column 0 walks to the end of the list.
+      // Kept: a count below 1 goes to the last field, like an unsigned counter that wraps.
       {"01,A,B", 0, "", false},
       {"01,A,B", -1, "", false},
       {"01,A,B", INT_MIN, "", false},
@@ -154,7 +154,7 @@ TEST(Columns, OfASearchAreTheLastFieldBehindTheLast) {
       {"", 1, ""},
       {"01,,B", 1, "01"},
       {"01,A,B", INT_MAX, "B"},
-      // Kept: column 0 walks to the end of the list.
+      // Kept: a count below 1 goes to the last field, like an unsigned counter that wraps.
       {"01,A,B", 0, "B"},
       {"01,A,B", -7, "B"},
   };

@@ -84,7 +84,7 @@ TEST_F(Listing, CodesStandBetweenTheMarks) {
       {"#DEB?T\r01,A\r#?IN\r02,B\r", 1, "01"},
       {"??????\r01,A\r????\r02,B\r", 1, "01"},
       {"#debut\r01,A\r", 0, ""},
-      // Kept: a begin mark between the marks is a code as well.
+      // Kept: a further begin mark between the marks counts as one.
       {"#DEBUT\r01\r#DEBUT\r02\r", 1, "01+#DEBUT+02"},
       // Kept: an empty code leaves its separator.
       {"#DEBUT\r01\r\r,x\r02\r", 1, "01+++02"},
@@ -97,7 +97,8 @@ TEST_F(Listing, CodesStandBetweenTheMarks) {
   }
 }
 
-// Kept: a code that does not fit is left out, its separator is not.
+// Kept: a code that does not fit is left out, the separator before it is not, and shorter codes
+// may follow.
 TEST_F(Listing, TheListStaysInItsBuffer) {
   table("t", lines({"#DEBUT", "01", "ABCDE", "02", "3"}));
   constexpr struct {
@@ -197,7 +198,7 @@ TEST_F(Listing, TheWalkFollowsTheMarks) {
       {"#DEBUT\r01\r#FIN\rx\ry\r", {1, 2, 4}, {"01"}},
       {"#DEBUT\r01\r#FIN\r02\r#DEBUT\r03\r#FIN\r", {1, 2, 6}, {"01", "03"}},
       {"t\r#DEB?T\r01\r#F?N\r02\r", {1, 3, 4}, {"01"}},
-      // Kept: a begin mark between the marks is a data line as well.
+      // Kept: a further begin mark between the marks counts as one.
       {"#DEBUT\r01\r#DEBUT\r02\r", {1, 2, 3}, {"01", "#DEBUT", "02"}},
       {"#DEBUT\r\r,x\r01,,y\r", {1, 2, 3}, {"", "", "01"}},
   };

@@ -77,7 +77,7 @@ TEST_F(LongPaths, CanBeCreatedEditedBackedUpRepairedRenamedAndRemoved) {
   }
 }
 
-// Kept: what becomes of the writing does not count.
+// Kept: the result of the writing does not count, so a full disk leaves the beginning of a table.
 TEST_F(LongPaths, OnAFullDiskTheTableBeginsAsFarAsItGoes) {
   for (const std::size_t length : {143U, 144U, 255U}) {
     choose(length);

@@ -80,6 +80,7 @@ TEST_F(Lookup, BufferWithoutRoomIsNotWritten) {
   EXPECT_EQ(ZRV_Libelle_NC("01", 2, 1, "actes", nullptr, 10), 1);
 }
 
+// Kept: without a match the last line becomes the current one.
 TEST_F(Lookup, WithoutMatchTheLastLineIsCurrent) {
   EXPECT_EQ(lookUp("99", 1, "actes"), (Answer{0, kNoOut}));
   EXPECT_EQ(state(), (State{7, 1, "#FIN"}));
@@ -405,6 +406,7 @@ TEST_F(Idem, FromTheFileReadsItAgain) {
   EXPECT_EQ(state(), (State{2, 1, "09|new"}));
 }
 
+// Kept: the last line is left as it was read.
 TEST_F(Idem, BeyondTheLastLineLeavesThatLineUnsplit) {
   for (const int line : {4, 100, INT_MAX, 0, -1, INT_MIN}) {
     ZRV_Libelle_NC_set_ligne(line);

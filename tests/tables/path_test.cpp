@@ -31,7 +31,7 @@ TEST_F(TablePaths, ChosenDirectoryTakesTheNameAsItStands) {
     const char *path;
   } kCases[] = {
       {"Data:tables:", "actes.tab", "Data:tables:actes.tab"},
-      // Kept: no extension is added.
+      // Kept: no extension is added here, as the name is that of the file.
       {"Data:tables", "actes", "Data:tables:actes"},
       // It need not exist, and only one colon does not count.
       {"Nowhere", "actes.tab", "Nowhere:actes.tab"},
@@ -84,7 +84,7 @@ TEST_F(TablePaths, WithoutADirectoryNothingIsCreatedAndNothingFound) {
   EXPECT_EQ(ZRV_Table_scan("t", nullptr, nullptr, nullptr), 0);
   EXPECT_EQ(ZRV_Table_sauvegarde("t", 1), 0);
   EXPECT_EQ(ZRV_Table_modify("t", "u", "2", "U"), 0);
-  // Kept: where there is nothing to repair the result is 1.
+  // Kept: where nothing can be read or rewritten, nothing counts as damaged.
   EXPECT_EQ(ZRV_Table_repair("t", "2", "U"), 1);
   EXPECT_EQ(ZRV_Table_remove("t"), 0);
   EXPECT_EQ(test::entries(volumes_.root()), before);

@@ -142,7 +142,7 @@ TEST_F(Rewrite, ASeamBetweenBlocksMayStandAnywhere) {
 
 // --- The temporary file ------------------------------------------------------------------------
 
-// Kept: a temporary file that is longer than the new table keeps its tail, which ends up there.
+// Kept: bytes of the old temporary beyond the new content end up in the table.
 TEST_F(Rewrite, WhatALeftOverFileHoldsBehindTheNewTableEndsUpInIt) {
   const std::string longer = actes() + "99,Rest\r\nmore";
   leaveOver(longer);
@@ -172,6 +172,7 @@ TEST_F(Rewrite, ALargeLeftOverFileKeepsItsWholeTail) {
   EXPECT_TRUE(tableText() == actes() + large.substr(actes().size()));
 }
 
+// Kept: the rewriting uses up the old temporary.
 TEST_F(Rewrite, ALeftOverFileIsUsedUpByAWriteThatFails) {
   leaveOver("left");
   ZRV_Libelle_NC_set_ligne(6);
@@ -270,7 +271,7 @@ TEST_F(Rewrite, NeedsTwoFreeHandles) {
   closeHandles();
 }
 
-// Kept: the table stays open when the temporary file cannot be created.
+// Kept: the table stays open when it cannot be rewritten.
 TEST_F(Rewrite, TheTableStaysOpenWithoutATemporary) {
   mkdir(temporary().c_str(), 0777);
   ZRV_Libelle_NC_set_ligne(6);

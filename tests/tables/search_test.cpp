@@ -43,7 +43,7 @@ TEST_F(Search, IsCaseSensitiveUnlessAsked) {
 TEST_F(Search, InAnyCaseLeavesTheColumnInCapitals) {
   EXPECT_EQ(search(ZRV_CodeNCS_NC, "vISITE", 1, "actes"), (Answer{1, "02"}));
   EXPECT_EQ(state(), (State{5, 1, "02|VISITE|B|Y"}));
-  // Kept: the last line's as well, when nothing matches.
+  // Kept: the examined column of the last line is written in capitals even without a match.
   table("t", lines({"T", "01,first", "02,last"}));
   EXPECT_EQ(search(ZRV_CodeNCS_NC, "nothing", 1, "t"), (Answer{0, "02"}));
   EXPECT_EQ(state(), (State{3, 1, "02|LAST"}));
@@ -250,6 +250,7 @@ TEST_F(Search, EmptyLabelIsNotMet) {
   EXPECT_EQ(search(ZRV_Code_NC_ex, {{"", 1}, {"*", 1}}, "t"), (Answer{1, "01"}));
 }
 
+// Kept: the code is given before its line is compared.
 TEST_F(Search, CriteriaWithoutMatchLeaveTheLastLine) {
   EXPECT_EQ(search(ZRV_Code_NC_ex, {{"nothing", 1}}, "actes"), (Answer{0, "#FIN"}));
   EXPECT_EQ(state(), (State{8, 1, "#FIN"}));
