@@ -44,7 +44,7 @@ class ChangeHeading final : public LineEdit {
     }
     return true;
   }
-  // Whether the table has any line.
+  // True once the table turned out to have a line.
   bool isMet() const { return isMet_; }
 
  private:

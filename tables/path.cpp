@@ -31,7 +31,7 @@ TablePath joined(std::string_view directory, std::string_view name, std::string_
 
 TablePlace defaultPlace(std::string_view name) {
   const std::string_view directory = textOf(szDirTables);
-  // The folder of the volumes would stand in for an empty one.
+  // With an empty directory the path would be in the folder of the volumes.
   if (directory.empty() || directory.size() == sizeof szDirTables) return {};
   return {joined(directory, name, ".tab"), szDirTables};
 }

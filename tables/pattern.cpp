@@ -1,3 +1,4 @@
+// Picks the bytes of a text that are worth looking for: the rare ones.
 #include "tables/pattern.h"
 
 #include <algorithm>
@@ -12,21 +13,20 @@ bool isWild(char c) { return c == '?'; }
 
 bool isAsciiLetter(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }
 
-// How often a character meets its like in French texts, roughly.
+// How frequent a character is in French texts, roughly.
 int frequency(char c) {
   constexpr std::string_view kFrequent = " -aeilnorstuAEILNORSTU";
   if (kFrequent.find(c) != std::string_view::npos) return 2;
   return isAsciiLetter(c) ? 1 : 0;
 }
 
-// Two characters of the text to look for, by position; the rarest ones, and of several as rare the
-// last ones, since the codes and labels of neighbours differ there. The same twice if there is only
-// one that is not '?'.
+// The positions of the two rarest characters of a text; among equally rare ones the last, as the
+// codes and labels of neighbours differ there. The same twice if only one is not '?'.
 struct Places {
   std::size_t first = std::string_view::npos;
   std::size_t second = std::string_view::npos;
 
-  bool none() const { return first == std::string_view::npos; }
+  bool areNone() const { return first == std::string_view::npos; }
 };
 
 std::size_t rarest(std::string_view text, std::size_t excluded) {
@@ -46,10 +46,11 @@ Places placesToProbe(std::string_view text) {
   return places;
 }
 
-// Adds the probes for a text; without any character to look for, every place is a candidate.
+// Adds the probes for a text. In a text of '?' alone there is nothing to look for, and every place
+// is a candidate.
 void addPair(Pattern &pattern, std::string_view text) {
   const Places places = placesToProbe(text);
-  if (places.none()) {
+  if (places.areNone()) {
     pattern.bytes = Pattern::Bytes::Any;
     return;
   }
@@ -79,8 +80,8 @@ Pattern exactPattern(Pattern::Start start, std::string_view text) {
   return pattern;
 }
 
-// The bytes below 0x80 that fold to c differ by the case of a letter only, if at all. Bytes from
-// 0x80 on are candidates in any case.
+// Bytes below 0x80 that fold to c differ at most in the case of a letter. Bytes from 0x80 on are
+// always candidates.
 Probe foldedProbe(std::size_t offset, char c, const Folding &folding) {
   constexpr std::uint8_t kCase = 'a' ^ 'A';
   const auto folded = static_cast<std::uint8_t>(c);

@@ -1,4 +1,4 @@
-// For tables/ and its tests only: from a key or label to what is searched for in the file.
+// For tables/ and its tests only: from a key or label to the bytes that a scan looks for.
 #ifndef KORVEL_TABLES_PATTERN_H
 #define KORVEL_TABLES_PATTERN_H
 
@@ -11,7 +11,7 @@
 
 namespace korvel::tables {
 
-// Every byte as it compares when case does not count.
+// Every byte as a comparison without regard to case sees it.
 using Folding = std::array<std::uint8_t, 256>;
 
 // A line whose code is `key`.
@@ -20,14 +20,14 @@ Pattern lineWithCode(std::string_view key);
 // A line with a field `label`.
 Pattern lineWithField(std::string_view label);
 
-// The same without regard to case; label is folded already.
+// The same without regard to case. label: folded
 Pattern lineWithFoldedField(std::string_view label, const Folding &folding);
 
-// A line with a field that one of the labels stands for, '?' and a final '*' having their meaning;
-// as its code, if `isCode`. Not for a file that has a '*' itself.
+// A line with a field, or with `isCode` a code, that one of the labels matches by the rules of '?'
+// and a final '*'. Not for lines that hold a '*' themselves.
 Pattern lineWithOneOf(std::span<const char *const> labels, bool isCode);
 
-// How many characters of a label its field must have at least, if '?' and a final '*' are left out.
+// The number of characters of a label that are neither '?' nor a final '*'.
 std::size_t fixedCharacters(std::string_view label);
 
 }  // namespace korvel::tables

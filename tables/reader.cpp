@@ -48,7 +48,7 @@ bool hasSameContent(const struct stat &a, const struct stat &b) {
          a.st_mtim.tv_nsec == b.st_mtim.tv_nsec;
 }
 
-// Writes a line end like that of the first line in front of the lines.
+// Writes a line end like the first line's in front of the lines.
 void putLineEndBefore(char *lines, std::size_t size) {
   const auto *end = static_cast<const char *>(std::memchr(lines, kLineEnd, size));
   lines[-2] = kLineEnd;

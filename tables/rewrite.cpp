@@ -104,7 +104,7 @@ bool isUnchanged(const struct stat &before, const struct stat &now) {
          isSameTime(before.st_mtim, now.st_mtim) && isSameTime(before.st_ctim, now.st_ctim);
 }
 
-bool isFree(const char *path) {
+bool isUnused(const char *path) {
   struct stat status;
   return lstat(path, &status) != 0 && errno == ENOENT;
 }
@@ -131,7 +131,7 @@ bool mayWriteFolder(const std::string &folder) {
   return faccessat(AT_FDCWD, folder.c_str(), W_OK | X_OK, AT_EACCESS) == 0;
 }
 
-// Whether this process may take its name from what is there.
+// Whether this process may remove the name.
 bool mayRemove(const char *path) {
   const std::string folder = folderOf(path);
   struct stat ofFolder;
@@ -143,7 +143,7 @@ bool mayRemove(const char *path) {
          user == ofFolder.st_uid;
 }
 
-// Whether a link may be given the other path, and leads to the same file then.
+// Whether a link may be renamed to the other path and then still leads to its file.
 bool mayMoveLink(const char *path, const char *newPath) {
   char target[PATH_MAX];
   const ssize_t length = readlink(path, target, sizeof target);
@@ -158,7 +158,7 @@ bool mayMoveLink(const char *path, const char *newPath) {
          from.st_dev == to.st_dev;
 }
 
-// Whether both lead to the same place, through whatever links.
+// Whether both paths have the same target, through any links.
 bool isSamePlace(const char *a, const char *b) {
   char placeOfA[PATH_MAX];
   char placeOfB[PATH_MAX];
@@ -186,7 +186,7 @@ TableRewrite::Result TableRewrite::run(LineEdit &edit) {
   }
 }
 
-// In the order in which an application sees handles given back.
+// An application sees the handles given back in this order.
 void TableRewrite::giveBack() {
   handle_.giveBack();
   reader_.close();
@@ -194,7 +194,7 @@ void TableRewrite::giveBack() {
   targetLock_.release();
 }
 
-// What is read is the file that is locked.
+// Reads the file that is locked, whatever the path leads to by now.
 bool TableRewrite::begin() {
   if (!colonPath_) return false;
   const bool isOurs = takeLocks();
@@ -207,7 +207,8 @@ bool TableRewrite::begin() {
   return false;
 }
 
-// Of two tables always in the same order: no two renamings wait for each other.
+// Takes the locks of two tables always in the same order, so that no two renamings wait for each
+// other.
 bool TableRewrite::takeLocks() {
   const bool replaces = move_ != Move::Nothing && !leadToOneFile(path_.text(), newPath_.text());
   const bool targetFirst = replaces && std::strcmp(newPath_.text(), path_.text()) < 0;
@@ -215,7 +216,7 @@ bool TableRewrite::takeLocks() {
          (!replaces || targetFirst || takeTargetLock());
 }
 
-// What cannot be edited need not be waited for.
+// A target that cannot be locked need not be waited for.
 bool TableRewrite::takeTargetLock() {
   return targetLock_.take(newPath_.text()) || errno != ETIMEDOUT;
 }
@@ -231,7 +232,7 @@ bool TableRewrite::openTemporary() {
   return opened;
 }
 
-// Where the new path is another one.
+// Prepares the new path, if it is another one.
 bool TableRewrite::openTarget() {
   if (move_ == Move::Link) return mayMoveLink(path_.text(), newPath_.text());
   return move_ == Move::Nothing ||
@@ -272,7 +273,7 @@ bool TableRewrite::isAsRead() const {
 }
 
 bool TableRewrite::commit() {
-  const bool wasFree = move_ == Move::File && isFree(newPath_.text());
+  const bool wasUnused = move_ == Move::File && isUnused(newPath_.text());
   const auto isStillAsRead = [this] {
     hasChanged_ = !isAsRead();
     return !hasChanged_;
@@ -280,7 +281,7 @@ bool TableRewrite::commit() {
   if (!replacement_.commit(isStillAsRead)) return false;
   switch (move_) {
     case Move::File:
-      return finishMovingFile(wasFree);
+      return finishMovingFile(wasUnused);
     case Move::Link:
       return moveLink();
     case Move::Nothing:
@@ -289,17 +290,17 @@ bool TableRewrite::commit() {
   return true;
 }
 
-// The new table bears its new name. A kill here leaves the old table under the old name, too.
-bool TableRewrite::finishMovingFile(bool wasFree) {
-  // Another spelling of the old name: the new table, which is a new file, stands there already.
+// The new table has its new name. A kill here leaves the old table under the old name, too.
+bool TableRewrite::finishMovingFile(bool wasUnused) {
+  // Both are spellings of one name, which leads to the new table already.
   if (isOneEntry(path_.text(), newPath_.text())) return true;
   if (unlink(path_.text()) == 0) return true;
-  if (wasFree) unlink(newPath_.text());
+  if (wasUnused) unlink(newPath_.text());
   return false;
 }
 
-// A kill before this leaves the new table under the old name. A link that would take the place of
-// its own table, or of a link on the way there, has nothing to do but go.
+// A kill before this leaves the new table under the old name. A link that would replace its own
+// table, or a link on the way there, is only removed.
 bool TableRewrite::moveLink() {
   if (isOneEntry(path_.text(), newPath_.text())) return true;
   if (isSamePlace(path_.text(), newPath_.text())) return unlink(path_.text()) == 0;

@@ -1,10 +1,10 @@
 // For tables/ and its tests only: the one way in which a table is rewritten.
 //
-// The old file is read in large blocks. Lines that are to stay and end with CR LF go out as they
-// came in, many at a time; the others go out as what a reader keeps of them and CR LF. A few blocks
-// stand in memory at any time. The new content takes the old one's place in one step: a kill, a
-// full disk or a failure at any moment leaves the old table or the new one, whole, with owner and
-// mode as they were. A table that is a symbolic link stays one.
+// The old file is read in large blocks, a few of which are in memory at any time. Lines that stay
+// and end with CR LF are copied many at a time; of other lines a reader's characters and CR LF are
+// written. The new content takes the old one's place in one step: a kill, a full disk or a failure
+// at any moment leaves the old table or the new one, whole, with the old owner and mode. A table
+// that is a symbolic link stays one.
 #ifndef KORVEL_TABLES_REWRITE_H
 #define KORVEL_TABLES_REWRITE_H
 
@@ -26,8 +26,7 @@
 
 namespace korvel::tables {
 
-// The new content on its way into the replacement: small pieces are gathered, large ones go
-// straight on.
+// Writes into the replacement: gathers small pieces and passes large ones straight on.
 class RewriteOutput final : public LineSink {
  public:
   explicit RewriteOutput(files::Replacement &to) : to_(to) {}
@@ -35,7 +34,7 @@ class RewriteOutput final : public LineSink {
   void write(std::string_view piece) override;
   void writeLine(std::initializer_list<std::string_view> parts);
 
-  // Hands on what is gathered. Returns false when anything could not be written.
+  // Writes what is gathered. Returns false when anything could not be written.
   bool flush();
   bool failed() const { return failed_; }
   // Bytes written so far.
@@ -54,7 +53,7 @@ class RewriteOutput final : public LineSink {
   char gathered_[kGathered];
 };
 
-// What a rewriting does to the lines that do not stay.
+// What a rewriting does to the lines that it changes.
 class LineEdit {
  public:
   static constexpr int kNoLine = INT_MAX;
@@ -62,15 +61,15 @@ class LineEdit {
   LineEdit(const LineEdit &) = delete;
   LineEdit &operator=(const LineEdit &) = delete;
 
-  // The lines come from the first one on, maybe not for the first time.
+  // Called before the first line, once per attempt.
   virtual void restart() = 0;
-  // The next one of them behind a line; kNoLine when there is none. Asked at the start, with 0, and
-  // after each apply().
+  // The next line to change behind a line, or kNoLine. Called with 0 at the start, and after each
+  // apply().
   virtual int nextAfter(int line) const = 0;
-  // Writes what comes in the line's place, line end included. kept: its characters. Returns false
-  // to leave the table as it is after all; no line behind it is read then.
+  // Writes what takes the line's place, line end included. kept: its characters. Returns false to
+  // leave the table as it is after all; no further line is read then.
   virtual bool apply(int line, std::string_view kept, RewriteOutput &output) = 0;
-  // Behind the last line: false leaves the table as it is.
+  // Called behind the last line: false leaves the table as it is.
   virtual bool isWanted() const { return true; }
 
  protected:
@@ -78,30 +77,30 @@ class LineEdit {
   ~LineEdit() = default;
 };
 
-// One rewriting of one table, which is free for others once the object is gone.
+// One rewriting of one table. The table is locked for other edits until the object is destroyed.
 //
-// Who knows no lock may change the table meanwhile. It is looked at again just before the new one
-// takes its place; if it is not what was read, the edit starts again on what is there now, three
-// times at most in all.
+// A program that does not take the lock may change the table meanwhile. So it is looked at again
+// just before the new one takes its place; if it is not what was read, the edit starts again, with
+// three attempts in all.
 class TableRewrite {
  public:
   explicit TableRewrite(const TablePath &path) : TableRewrite(path, path) {}
-  // newPath: the colon path that the table has afterwards; what bears it already gives way.
+  // newPath: the colon path of the table afterwards; a file with that path gives way.
   TableRewrite(const TablePath &path, const TablePath &newPath);
 
   enum class Result {
     Unopened,  // the table does not open or cannot be replaced
-    Failed,    // not all could be read and written, or the edit gave up
-    Done       // the new table stands, or is not wanted
+    Failed,    // not everything could be read and written, or the edit gave up
+    Done       // the new table is in place, or is not wanted
   };
 
-  // Waits for the table and edits it, two file handles being taken as told by WritingHandle. The
-  // table is as it was unless the result is Done.
+  // Waits for the table and edits it. Takes two file handles meanwhile, the table's and a
+  // WritingHandle. Unless the result is Done, the table is unchanged.
   Result run(LineEdit &edit);
 
  private:
-  // What of the table gets the new path: nothing, as it is the old one; the file; or the symbolic
-  // link that it is, whose file stays where it is.
+  // What gets the new path: nothing, as it is the old path; the file; or the symbolic link that the
+  // table is, while its file stays where it is.
   enum class Move { Nothing, File, Link };
 
   bool begin();
@@ -114,7 +113,7 @@ class TableRewrite {
   bool appendLeftOver(RewriteOutput &output) const;
   bool isAsRead() const;
   bool commit();
-  bool finishMovingFile(bool wasFree);
+  bool finishMovingFile(bool wasUnused);
   bool moveLink();
   void giveBack();
 

@@ -1,3 +1,4 @@
+// Chooses the kernel; it is compiled here for the baseline instruction set.
 #include "tables/scan.h"
 
 #include "strings/machine.h"
@@ -6,7 +7,7 @@
 namespace korvel::tables {
 namespace {
 
-// So many bytes must be searched in all before the wide vectors save what the question costs.
+// After so many bytes in all the wide vectors save more than CPUID costs.
 constexpr std::size_t kWorthAsking = 64 * 1024;
 
 }  // namespace

@@ -1,8 +1,8 @@
-// For tables/ and its tests only: finding, in a stretch of whole lines, the places where a search
-// may have its match, a whole vector of bytes at a step.
+// For tables/ and its tests only: finds, in a stretch of whole lines, the places where a search may
+// have its match, a vector of bytes at a step.
 //
-// A place found is only a candidate: whoever asks compares the line by the rules. No line that
-// matches is without a candidate, as long as the stretch is regular.
+// A place found is only a candidate: the caller compares its line by the rules. In a regular
+// stretch every line that matches has a candidate.
 #ifndef KORVEL_TABLES_SCAN_H
 #define KORVEL_TABLES_SCAN_H
 
@@ -12,11 +12,11 @@
 
 namespace korvel::tables {
 
-// A byte at some distance behind the start of a line or field. '?' in the file stands for any.
+// A byte at an offset from the start of a line or field. '?' in the file equals any byte.
 struct Probe {
   std::size_t offset;   // from the byte before the line or field
-  std::uint8_t ignore;  // bits that do not count; 0xFF for any byte
-  std::uint8_t value;   // with those bits set
+  std::uint8_t ignore;  // bits that are not compared; 0xFF for any byte
+  std::uint8_t value;   // with the ignored bits set
 
   static constexpr Probe exact(std::size_t offset, char c) {
     return {offset, 0, static_cast<std::uint8_t>(c)};
@@ -24,14 +24,14 @@ struct Probe {
   static constexpr Probe any(std::size_t offset) { return {offset, 0xFF, 0xFF}; }
 };
 
-// What stands at a candidate.
+// The bytes that make a place a candidate.
 struct Pattern {
   enum class Start { OfLine, OfField };
   enum class Bytes {
     Any,     // any line or field is a candidate
-    Exact,   // both bytes of pairs[0] stand at their offsets
-    Folded,  // the same, their ignored bits set; a byte from 0x80 on may be any letter
-    OneOf    // both bytes of one of the pairs; a stretch that holds a '*' is not regular
+    Exact,   // both bytes of pairs[0] are at their offsets
+    Folded,  // the same, without the ignored bits; a byte from 0x80 on may be any letter
+    OneOf    // both bytes of one of the pairs; a stretch with a '*' in it is irregular
   };
   static constexpr std::size_t kMostPairs = 4;
 
@@ -39,30 +39,31 @@ struct Pattern {
   Bytes bytes = Bytes::Any;
   std::size_t pairCount = 0;
   Probe pairs[kMostPairs][2] = {};
-  // The first eight bytes of the line or field as they stand in memory, and the bits of them that
-  // every candidate must share; '?' in the file stands for any byte here, too.
+  // The first eight bytes of the line or field in memory order, and the bits of them that every
+  // candidate must share; '?' in the file equals any byte here, too.
   std::uint64_t beginning = 0;
   std::uint64_t counted = 0;
 };
 
-// How lines are told apart in a regular stretch: each ends with a CR LF, and there is no CR and no
-// LF besides, or each ends with a CR and there is no LF.
+// How the lines of a regular stretch end: all with CR LF, and there is no other CR or LF; or all
+// with CR, and there is no LF.
 enum class LineEnds { CrLf, Cr };
 
-// A stretch from one CR to a later one while it is being searched. What stands in the
-// TableReader::kMargin bytes around it may be read.
+// A stretch of whole lines while it is searched, with a line end in front of it. The
+// TableReader::kMargin bytes around it may be read, too.
 struct Scan {
   LineEnds ends;
-  const char *at;          // CrLf: behind the first CR; Cr: the first CR
+  const char *at;          // the last byte of the line end in front of the next line
   const char *end;         // CrLf: behind the last CR; Cr: the last CR
   std::int64_t lines = 0;  // number of lines that begin before `at`
-  bool regular = true;     // false: there may be matches without a candidate
+  bool regular = true;     // false: a match may have no candidate
 };
 
-// A way to search: on what every machine of its kind has, on AVX2, on AVX-512.
+// The search compiled for one instruction set: the baseline, AVX2 or AVX-512.
 struct ScanKernel {
-  // The next candidate, the byte before its line or field, with scan.at behind it and that line
-  // counted in scan.lines. Null when there is no more, or when the stretch is not regular.
+  // The next candidate: the byte before its line or field, with scan.at behind it and its line
+  // counted in scan.lines. Null when there are no more. Once scan.regular is false the result means
+  // nothing.
   const char *(*next)(const Pattern &pattern, Scan &scan);
   // The number of CRs in [from, to).
   std::size_t (*countLineEnds)(const char *from, const char *to);
@@ -73,12 +74,12 @@ extern const ScanKernel kAvx2Kernel;
 extern const ScanKernel kAvx512Kernel;
 #endif
 
-// Those that this machine runs, the fastest one last.
+// The kernels that this machine runs, by increasing width of their vectors.
 std::span<const ScanKernel *const> usableKernels();
-// The one for so many bytes. A process that searches little is not worth asking the machine what it
-// can do.
+// The kernel to search so many bytes with. CPUID is slow in a virtual machine: it is asked only
+// once enough bytes were searched.
 const ScanKernel &kernelFor(std::size_t bytes);
-// For tests: the one to use in any case; null for none.
+// For tests: the kernel to use in any case, if not null.
 extern const ScanKernel *imposedKernel;
 
 }  // namespace korvel::tables

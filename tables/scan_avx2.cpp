@@ -1,4 +1,4 @@
-// The same loops on the wide vectors; this source is compiled for them.
+// scan_kernel.h compiled with -mavx2.
 #include "tables/scan_kernel.h"
 
 namespace korvel::tables {

@@ -1,4 +1,4 @@
-// The same loops on the widest vectors; this source is compiled for them.
+// scan_kernel.h compiled with -mavx512bw.
 #include "tables/scan_kernel.h"
 
 namespace korvel::tables {

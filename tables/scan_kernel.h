@@ -1,7 +1,7 @@
 // For the scan*.cpp of tables/ only: the loops, written once and compiled for each instruction set.
 //
-// Each of those sources has a copy of its own, and calls nothing that is compiled once for all: a
-// function shared between them might be the one with the instructions that the machine lacks.
+// Each of those sources has a copy of its own and calls no inline function from elsewhere: of those
+// the linker keeps one copy, maybe with instructions that the machine lacks.
 #ifndef KORVEL_TABLES_SCAN_KERNEL_H
 #define KORVEL_TABLES_SCAN_KERNEL_H
 
@@ -33,7 +33,8 @@ inline Vector load(const char *p) {
 #if defined(__AVX512BW__)
   __asm__("" : "+v"(v));
 #elif defined(__SSE2__)
-  // Keeps it in a register: a load that crosses a cache line is no operand to be read twice.
+  // Forces the load into a register; otherwise the compiler repeats it as a memory operand, which
+  // is slow across cache lines.
   __asm__("" : "+x"(v));
 #endif
   return v;
@@ -41,7 +42,7 @@ inline Vector load(const char *p) {
 
 inline Vector filled(std::uint8_t c) { return Vector{} + c; }
 
-// Some of the places in a vector. The operators & | ^ work on them.
+// A set of places in a vector, with the operators & | ^.
 #if defined(__AVX512BW__)
 using Places = std::uint64_t;
 
@@ -52,7 +53,7 @@ inline Places highBits(Vector v) { return _mm512_movepi8_mask(reinterpret_cast<_
 inline std::uint64_t bitsOf(Places places) { return places; }
 constexpr Places kEverywhere = ~std::uint64_t{0};
 #else
-// The highest bit of each byte counts.
+// A place is in the set if the highest bit of its byte is set.
 using Places = Vector;
 
 inline Places is(Vector v, Vector c) { return reinterpret_cast<Vector>(v == c); }
@@ -73,7 +74,7 @@ constexpr Places kEverywhere = Vector{} - std::uint8_t{1};
 
 inline bool any(Places places) { return bitsOf(places) != 0; }
 
-// Counts the places that a comparison gave.
+// Counts the places of the sets that comparisons gave.
 #if defined(__AVX512BW__)
 class Count {
  public:
@@ -116,7 +117,7 @@ class Count {
 };
 #endif
 
-// Where lines begin: at the last byte of the line end before them.
+// The places where lines begin: the last bytes of the line ends before them.
 struct Starts {
   Places places;
   Places irregular;
@@ -152,7 +153,7 @@ struct AnyBytes {
   static Places irregular(Vector /*here*/) { return Places{}; }
 };
 
-// One probe, '?' in the file standing for any byte.
+// One probe; '?' in the file equals any byte.
 inline Places probed(Vector v, Vector value) { return is(v, value) | is(v, filled('?')); }
 
 struct ExactBytes {
@@ -286,15 +287,15 @@ class Finder {
   bool holdsOne(const char *at, const Step &step) const {
     return worthAReturn(at, bitsOf(step.candidates)) != 0;
   }
-  // The candidates without the dismissed ones before the first that is not.
+  // The candidates without those in front of the first that is not dismissed.
   std::uint64_t worthAReturn(const char *at, std::uint64_t candidates) const {
     while (candidates != 0 && isDismissed(at + __builtin_ctzll(candidates))) {
       candidates &= candidates - 1;
     }
     return candidates;
   }
-  // Most candidates are not worth a return: the first bytes tell. A '?' among them is left to
-  // whoever compares.
+  // The first bytes rule most candidates out without a return. A '?' among them is left to the
+  // caller's comparison.
   bool isDismissed(const char *candidate) const {
     std::uint64_t bytes = 0;
     __builtin_memcpy(&bytes, candidate + 1, sizeof bytes);

@@ -149,8 +149,8 @@ struct SearchEnd {
   bool atLine = false;  // a line is in the buffer
 };
 
-// Walks to the first line that passes. The line at which the walk ends is in the buffer then, its
-// code in out.
+// Walks to the first line that passes. Leaves the line at which the walk ends in the buffer, and
+// its code in out.
 SearchEnd search(const LineTest &test, From from, const char *table, Out out) {
   if (from == From::FirstLine) forgetLine();
   TableWalk walk;

@@ -1,3 +1,4 @@
+// Finds lines to copy by steps of 64 bytes, and the last few one by one.
 #include "tables/unchanged.h"
 
 #include <algorithm>
@@ -17,7 +18,7 @@ constexpr std::size_t kStep = 64;
 constexpr std::size_t kLineEndSize = 2;
 constexpr std::size_t kMostBytes = kLineSize - 1 + kLineEndSize;  // of a line
 
-// Where the two bytes of line ends stand among kStep bytes, the first byte in bit 0.
+// The places of the line ends' two bytes among kStep bytes, the first byte in bit 0.
 struct LineEndPlaces {
   std::uint64_t crs = 0;
   std::uint64_t lfs = 0;
@@ -35,7 +36,7 @@ LineEndPlaces lineEndPlaces(const char *p) {
   return places;
 }
 
-// Goes through the bytes by steps, as long as all is well and less than `most` lines are met.
+// Stops at the first step with a line that must change, or with the line `most`.
 UnchangedLines linesBySteps(std::string_view bytes, int most) {
   UnchangedLines lines = {0, 0};
   std::uint64_t afterCr = 0;

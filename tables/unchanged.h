@@ -1,4 +1,4 @@
-// For tables/ and its tests only: the lines that a rewriting hands on as they came in.
+// For tables/ and its tests only: the lines that a rewriting copies as they are.
 #ifndef KORVEL_TABLES_UNCHANGED_H
 #define KORVEL_TABLES_UNCHANGED_H
 
@@ -7,14 +7,14 @@
 
 namespace korvel::tables {
 
-// Whole lines at the beginning of some bytes, each of at most 1023 characters and ended by CR LF,
-// with no CR and no LF besides.
+// Whole lines at the beginning of some bytes: each has at most 1023 characters, ends with CR LF and
+// holds no other CR or LF.
 struct UnchangedLines {
   std::size_t bytes;
   int count;
 };
 
-// As many of them as there are, up to `most`.
+// All of them, up to `most`.
 UnchangedLines unchangedLines(std::string_view bytes, int most);
 
 }  // namespace korvel::tables

@@ -42,14 +42,14 @@ class LineTest {
   int skipped_;
 };
 
-// One walk over a table. To an application the table is loaded whole.
+// One walk over a table, which to an application is loaded whole.
 class TableWalk {
  public:
   // table: its name. Returns false when it cannot be loaded.
   bool open(const char *table) { return reader_.openTable(table, Slots::FileAndMemory); }
 
-  // Walks from the first line to the one wanted. Without it, returns false and stops at the last
-  // line, if there is any. Once only.
+  // Walks from the first line to the wanted one. Returns false, and stops at the last line, if
+  // there is none. To be called once.
   bool find(const LineTest &test);
 
   // The line at which the walk stopped: its number, or 0 when the table has none, and its kept
