@@ -1,3 +1,4 @@
+// The thin layer over descriptors: flags, modes of new files, offsets and lengths.
 #include <climits>
 #include <string>
 

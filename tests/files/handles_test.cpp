@@ -1,3 +1,4 @@
+// The numbered file handles: opening, reading, writing and the table that applications see.
 #include "files/handles.h"
 
 #include <climits>
@@ -36,7 +37,7 @@ class FileHandles : public testing::Test {
     return File_Open(path.c_str(), read, write);
   }
   static off_t mark(int handle) { return lseek(DATA_FILE_TAB[handle].reference, 0, SEEK_CUR); }
-  // What is read with File_Read, checked against the buffer's borders.
+  // The bytes that File_Read gives; checks that it stays inside the buffer.
   static std::string read(int handle, int count) {
     PoisonedBuffer buffer(static_cast<std::size_t>(std::max(count, 0)));
     const int got = File_Read(handle, buffer.data(), count);
@@ -248,8 +249,8 @@ TEST_F(FileHandles, WhatCannotBeOpenedForWritingKeepsItsMode) {
   mkfifo(volumes_.posix("pipe").c_str(), 0640);
   EXPECT_EQ(File_Open("Data:pipe", 0, 1), -2);
   EXPECT_EQ(modeOf(volumes_.posix("pipe")), 0640u);
-  // Without its volume the path leads from the root for the change of mode, and nowhere for the
-  // opening.
+  // The volume is missing: the change of mode would take the path from the root, where the opening
+  // does not look.
   volumes_.file("a", "text");
   chmod(volumes_.posix("a").c_str(), 0640);
   std::string path = "Absent" + volumes_.posix("a");
@@ -258,7 +259,7 @@ TEST_F(FileHandles, WhatCannotBeOpenedForWritingKeepsItsMode) {
   EXPECT_EQ(modeOf(volumes_.posix("a")), 0640u);
 }
 
-// Root may write whatever the mode: a plain user needs the change of mode first.
+// Root may write in any mode; a plain user needs the change of mode first.
 TEST_F(FileHandles, AReadOnlyFileOfTheUserIsOpenedForWriting) {
   const std::string path = volumes_.file("a", "text");
   const pid_t child = fork();
@@ -296,7 +297,7 @@ TEST_F(FileHandles, AFileOpensWhetherOrNotItsVolumeIsLookedAt) {
   EXPECT_EQ(sizeOf("File" + fromRoot), 7);
   EXPECT_EQ(sizeOf("File"), -1);
   EXPECT_EQ(Dir_Is_Existing(("File" + fromRoot.substr(0, fromRoot.rfind(':'))).c_str()), 1);
-  // Kept: a volume whose name holds a "/" is looked for under that name as written.
+  // A volume whose name holds a "/" is looked for under that name as written.
   mkdir((volumes_.root() + "/a:b").c_str(), 0777);
   std::ofstream(volumes_.root() + "/a:b/f.txt") << "on a/b";
   EXPECT_EQ(sizeOf("a/b:f.txt"), 6);
@@ -565,7 +566,7 @@ TEST_F(FileHandles, NeitherReadingNorWritingNeedsATool) {
   EXPECT_EQ(modeOf(volumes_.posix("made")), 0777u);
 }
 
-// The files and the table as the rules describe them, step by step.
+// A model of the table, with the files as strings.
 class Model {
  public:
   struct Slot {

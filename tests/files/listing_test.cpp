@@ -1,3 +1,4 @@
+// Listings of folders given as colon paths: trimmed patterns, rows and their colon paths.
 #include <algorithm>
 #include <string>
 #include <vector>
@@ -39,7 +40,7 @@ class Listing : public testing::Test {
     mkdir(volumes_.posix("folder.tab").c_str(), 0777);
   }
 
-  // The rows that a call stored, of as many as there are.
+  // The rows that a call stored.
   std::vector<std::string> find(const std::string &directory, int rows, const char *pattern,
                                 int *found = nullptr) {
     PoisonedBuffer list(static_cast<std::size_t>(256 * std::max(rows, 0)));
@@ -100,7 +101,7 @@ TEST_F(Listing, OneStarAtEachEndOfThePatternIsLeftOut) {
       {"*", 7},
       {"**", 7},
       {"", 7},
-      // A star more is left for grep, for which it stands for itself at the beginning: in "star*"
+      // One more star is left to grep, which takes it literally at the beginning: it is in "star*"
       // and in the executable mark of tool.tab.
       {"***", 2},
       {"**abc", 0},
@@ -131,8 +132,7 @@ TEST_F(Listing, NamesComeByteForByte) {
   EXPECT_EQ(rows, std::vector<std::string>{"Data:\xE9t\xE9.tab"});
 }
 
-// The tools read the apostrophe; the folder is not taken for the one of the same path from the
-// root.
+// The tools read the apostrophe; the folder is not looked for from the root.
 TEST_F(Listing, AVolumeWithAnApostropheGivesNothing) {
   mkdir((volumes_.root() + "/l'\xE9t\xE9").c_str(), 0777);
   std::string path = "l'\xE9t\xE9" + volumes_.folder();

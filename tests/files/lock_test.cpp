@@ -1,3 +1,4 @@
+// Locks of files between processes: taken, waited for, and following a replaced file.
 #include "files/lock.h"
 
 #include <cerrno>
@@ -66,7 +67,7 @@ TEST_F(Lock, IsNotKeptByAChildThatWasForkedMeanwhile) {
   waitpid(child, nullptr, 0);
 }
 
-// As a file server has one that serves the file to somebody else.
+// A file server holds a lease on a file that it serves.
 TEST_F(Lock, WaitsForALeaseToBeGivenBack) {
   int ready[2];
   ASSERT_EQ(pipe(ready), 0);

@@ -1,3 +1,4 @@
+// Memory files and memory blocks, beside a model on strings.
 #include <climits>
 #include <cstring>
 #include <random>
@@ -281,7 +282,7 @@ TEST(MemoryHandles, AHandleIsTheAddressOfItsBlock) {
   GlobalFree(made);
 }
 
-// Memory files as the rules describe them, step by step.
+// A model of the table, with the data as strings.
 class Model {
  public:
   struct Slot {

@@ -1,3 +1,4 @@
+// Lists of files: the first missing one, and the list without the missing ones.
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
@@ -48,7 +49,7 @@ class MissingFiles : public testing::Test {
     mkdir(volumes_.posix("folder").c_str(), 0777);
   }
 
-  // The index of the missing item that is found, -1 without one.
+  // The index of the missing item that is found, or -1.
   static int detected(const Names &names, const char *directory = "Data") {
     FileList list(names);
     char *item = nullptr;
@@ -78,7 +79,7 @@ TEST_F(MissingFiles, FirstOneIsDetected) {
   EXPECT_EQ(detected({"a", "x", "b"}), 1);
   EXPECT_EQ(detected({"a", "b", "x"}), 2);
   EXPECT_EQ(detected({"a", "x", "y"}), 1);
-  // A folder is no file.
+  // A folder is not a file.
   EXPECT_EQ(detected({"a", "folder"}), 1);
   EXPECT_EQ(detected({}), -1);
 }

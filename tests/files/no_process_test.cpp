@@ -1,4 +1,4 @@
-// Nothing but the listings of folders starts a process, whatever stands in a path.
+// Only the listings of folders start processes, whatever is in a path.
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
@@ -27,7 +27,7 @@ using test::content;
 using test::modeOf;
 using test::Volumes;
 
-// What a shell would make of these is never what they are.
+// A shell would take each of these for something else.
 constexpr const char *kNames[] = {"plain",
                                   "l'\xE9t\xE9.tab",
                                   "'",
@@ -43,8 +43,7 @@ constexpr const char *kNames[] = {"plain",
 
 class NoProcess : public testing::Test {
  protected:
-  // The first thing that went wrong in a process that may start no other and whose standard error
-  // is looked at; empty for nothing.
+  // What went wrong first in a process that may start no other; a line on standard error counts.
   std::string withoutProcesses(const std::function<std::string()> &body) const {
     const std::string said = volumes_.root() + "/said";
     const std::string failure = volumes_.root() + "/failure";
@@ -63,7 +62,7 @@ class NoProcess : public testing::Test {
     return content(failure);
   }
 
-  // Calls every function of files.h that takes a path, but for the listings.
+  // Calls every function of files.h that takes a path, except the listings.
   std::string useAll(const std::string &volume, const std::string &name) const {
     const std::string posix = volumes_.root() + "/" + volume + "/" + name;
     const std::string mac = volume + ":" + name;
@@ -127,7 +126,7 @@ class NoProcess : public testing::Test {
   test::Restored<char[256]> chosen_{ZRV_Libelle_NC_szDirTables};
 };
 
-// That the proof is one.
+// Shows that the check can fail.
 TEST_F(NoProcess, AStartedOneIsSeen) {
   const auto call = [](int (*function)(const char *), const char *path) {
     return [=] { return function(path) == 0 ? "" : "result"; };

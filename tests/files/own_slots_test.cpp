@@ -1,5 +1,5 @@
-// No failure inside the library ends later calls: a slot that stays taken, as told, is taken back
-// when it is needed.
+// No failure inside the library hinders later calls: a slot that it leaves in use is reclaimed when
+// it is needed.
 #include <cerrno>
 #include <climits>
 #include <cstring>
@@ -38,7 +38,7 @@ int replaceIn(const char *table) {
   return ZRV_Libelle_NC_idem_replace("", 2, 1, table, "Uno");
 }
 
-// The folder "closed" admits no new file to a plain user, "tables" does. Each holds a table.
+// A plain user may create files in the folder "tables" but not in "closed". Each holds a table.
 class OwnSlots : public testing::Test {
  protected:
   OwnSlots() {
@@ -52,7 +52,7 @@ class OwnSlots : public testing::Test {
     chmod(volumes_.posix("closed").c_str(), 0555);
     volumes_.file("tables/p.ini", "[A]\r\nx=1\r\n");
     chmod(volumes_.posix("tables/p.ini").c_str(), 0666);
-    // A folder stands where the temporary file of "stuck" would.
+    // A folder has the name of the temporary file of "stuck".
     volumes_.file("tables/stuck.tab", kTable);
     mkdir(volumes_.posix("tables/stuck.ta_").c_str(), 0777);
     chmod(volumes_.posix("tables/stuck.tab").c_str(), 0666);
@@ -83,7 +83,7 @@ class OwnSlots : public testing::Test {
   Restored<char[1024]> buffer_{ZRV_Libelle_NC_szBuffer};
 };
 
-// What leaves a slot taken. Each returns false when it did not fail.
+// The failures that leave a slot in use. Each returns false if it did not fail.
 bool editInAClosedFolder() {
   const Restored<char[256]> directory(szDirTables);
   std::strcpy(szDirTables, "Data:closed");
@@ -111,7 +111,7 @@ constexpr struct {
     {"refused allocation", allocationWithoutMemory, true},
 };
 
-// What must work afterwards.
+// The calls that must work afterwards.
 constexpr struct {
   const char *name;
   bool (*call)();
@@ -195,11 +195,11 @@ TEST_F(OwnSlots, EveryCallWorksAfterAnyNumberOfFailures) {
           for (int i = 0; i < times; ++i) {
             if (!failure.fail()) return 4;
           }
-          // Twice, as the first may leave something behind itself.
+          // Twice, as the first may leave something behind.
           return call.call() && call.call() ? 0 : 1;
         });
         EXPECT_EQ(result, 0) << call.name << " after " << times << " times " << failure.name;
-        // What a call made.
+        // The file that a call made.
         unlink(volumes_.posix("tables/new.tab").c_str());
         volumes_.file("tables/t.tab", kTable);
       }
@@ -207,7 +207,7 @@ TEST_F(OwnSlots, EveryCallWorksAfterAnyNumberOfFailures) {
   }
 }
 
-// As told, and no more: the counters move by the rule.
+// The slots are left in use as stated, and the counters move by the rule.
 TEST_F(OwnSlots, RefusedEditsTakeSlotAfterSlotAndThenTheirOwn) {
   const int before = descriptorsInUse();
   const struct {

@@ -1,3 +1,4 @@
+// Colon paths: their POSIX form, what they name, and which function uses which conversion.
 #include <algorithm>
 #include <cstring>
 #include <filesystem>
@@ -130,7 +131,7 @@ TEST_F(Paths, ExistenceOfFilesAndFolders) {
       {"Data:pipe", 1, 0},
       {"Data:to file", 1, 0},
       {"Data:to folder", 0, 1},
-      // An entry that leads nowhere is an entry, and no folder.
+      // A link that leads nowhere is an entry, and not a folder.
       {"Data:dangling", 1, 0},
       {"Data:loop", 1, 0},
       {"Data:missing", 0, 0},
@@ -233,8 +234,8 @@ TEST_F(Conversions, ListingsUseBsdMac2Unix) {
   EXPECT_EQ(Dir_ProcessFiles(onMissing("").c_str(), "a", seven), 7);
 }
 
-// A folder or file that is made through MAC2UNIX has its mode changed through BSDMAC2UNIX, which
-// may lead elsewhere.
+// A folder or file is made through MAC2UNIX, and its mode changed through BSDMAC2UNIX, which may
+// lead elsewhere.
 TEST_F(Conversions, MakingUsesMac2UnixAndTheModeBsdMac2Unix) {
   const mode_t mask = umask(022);
   EXPECT_EQ(MakeDir(onFile("folder").c_str()), 1);

@@ -100,7 +100,7 @@ using test::inChildOfAUser;
 using test::modeOf;
 using test::Scratch;
 
-// The mode shows the list's mask, rw-, where the group itself has r-- only.
+// The mode shows the mask of the list, rw-; the group itself has r--.
 TEST(Replace, WithoutItsAccessListTheGroupHasNoMoreRightsThanEveryone) {
   Scratch scratch;
   const std::string file = scratch.file("a", "old");
@@ -146,7 +146,7 @@ class AtSync {
   AtSync &operator=(const AtSync &) = delete;
 };
 
-// What a sync finds: how much of what mode, and what the file's name leads to by then.
+// What is synced, and what the file's name leads to at that time.
 std::string syncSeen(int descriptor, const std::string &file) {
   struct stat status = {};
   fstat(descriptor, &status);
@@ -207,7 +207,7 @@ TEST(Replace, ASyncThatIsInterruptedIsMadeAgainAndOneThatFailsLeavesTheOldFile) 
   }
 }
 
-// Where no lock can be had.
+// As long as it lives, the file system has no locks.
 class WithoutLocks {
  public:
   WithoutLocks() {
@@ -225,7 +225,7 @@ TEST(Replace, WithoutLocksATemporaryIsLeftOverAfterAMinute) {
     leaveTemporary(file, named);
     const WithoutLocks withoutLocks;
     const Temporaries temporaries(named);
-    // As long as it may belong to a live process it stays, and hinders nobody.
+    // It stays while it may belong to a live process, and hinders nobody.
     EXPECT_EQ(abandonedAfter, 60);
     ASSERT_TRUE(replaceBy(file, "new"));
     EXPECT_EQ(content(file), "new");
@@ -275,7 +275,7 @@ TEST(Replace, ATemporaryTakenForAbandonedLeavesTheOtherOneWhenItIsGivenUp) {
   EXPECT_EQ(entries(scratch.path()), std::vector<std::string>{"a"});
 }
 
-// Somebody who looks for what kills left finds it before it is locked.
+// Somebody else removes it, as left over, before it is locked.
 TEST(Replace, ATemporaryThatGoesBeforeItIsLockedIsMadeAnew) {
   Scratch scratch;
   const std::string file = scratch.file("a", "old");
@@ -293,7 +293,7 @@ TEST(Replace, ATemporaryThatGoesBeforeItIsLockedIsMadeAnew) {
   ASSERT_TRUE(replacement.append("new"));
   EXPECT_TRUE(replacement.commit());
   EXPECT_EQ(content(file), "new");
-  // The one that somebody else seemed to have.
+  // The one whose lock seemed to be held.
   EXPECT_EQ(entries(scratch.path()), (std::vector<std::string>{".korvel-1", "a"}));
 }
 
@@ -359,7 +359,7 @@ TEST_F(InPlace, WithoutRoomToKeepTheOldBytesTheyStay) {
   EXPECT_EQ(content(file_), kOld);
 }
 
-// Every file that is opened is no longer the one at the path once it is locked.
+// Once a file is locked, the path already leads to another one.
 TEST(Lock, IsGivenUpWhenTheFileIsReplacedAgainAndAgain) {
   Scratch scratch;
   const std::string file = scratch.file("a", "0");

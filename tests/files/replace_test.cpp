@@ -290,7 +290,7 @@ TEST(Replace, AFaultAtAnyStepLeavesTheOldFileAndNoTemporary) {
   }
 }
 
-// Whatever the step and the error, with a nameless temporary and with a named one.
+// At each step and with each error, with a nameless temporary and with a named one.
 TEST(Replace, NoEndLeavesADescriptorOpen) {
   Scratch scratch;
   const std::string file = scratch.file("a", "old");
@@ -445,7 +445,7 @@ TEST(Replace, ATemporaryOfALiveProcessStaysHoweverOldItIs) {
   EXPECT_EQ(entries(scratch.path()), std::vector<std::string>{"a"});
 }
 
-// A stranger's one cannot be opened.
+// Another user's temporary cannot be opened.
 TEST(Replace, ATemporaryThatMayNotBeOpenedIsLeftOverAfterAMinute) {
   if (geteuid() != 0) GTEST_SKIP() << "needs a second user";
   Scratch scratch;
@@ -515,7 +515,7 @@ TEST_F(AllNamesInUse, AReplacementTakesThatOfAProcessThatIsKilledMeanwhile) {
   EXPECT_EQ(content(file_), "new");
 }
 
-// The temporary of a folder that has one with a name.
+// The named temporary of a folder.
 std::string temporaryIn(const std::string &folder) {
   for (const std::string &name : entries(folder)) {
     if (name.starts_with(".korvel-")) return folder + "/" + name;
@@ -554,7 +554,7 @@ TEST(Replace, NamesThatSomethingElseBearsAreGoneRound) {
   }
 }
 
-// Whoever writes it may be anybody: what it leads to is left alone.
+// Anybody may have made the link: its target is left alone.
 TEST(Replace, ALinkThatBearsTheNameOfATemporaryIsNotFollowed) {
   for (const bool named : {false, true}) {
     Scratch scratch;
@@ -821,7 +821,7 @@ TEST_F(InPlace, ADiskThatFillsUpDuringTheGrowthLeavesTheOldFile) {
   EXPECT_EQ(content(file_), kOld);
 }
 
-// 600,000 bytes are overwritten in three stretches; what the file grows by goes before them.
+// 600,000 bytes are overwritten in three stretches; the growth is written before them.
 TEST_F(InPlace, AFaultInTheMidstOfTheOverwritingLeavesTheOldFile) {
   const std::string old(600000, 'o');
   scratch_.file("a", old);

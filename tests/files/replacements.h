@@ -39,7 +39,7 @@ inline constexpr unsigned char kAccessListOf12[] = {
     0,    0,    4,    0,    4,    0,    0xFF, 0xFF, 0xFF, 0xFF, 16,   0,   6,  0,
     0xFF, 0xFF, 0xFF, 0xFF, 32,   0,    0,    0,    0xFF, 0xFF, 0xFF, 0xFF};
 
-// Makes replacements with a nameless temporary or, where that cannot be, with a named one.
+// As long as it lives, new temporaries are named, or nameless where the file system has such files.
 class Temporaries {
  public:
   explicit Temporaries(bool named) : fault_(ReplaceStep::Temporary, 1, named ? EOPNOTSUPP : 0) {}
@@ -54,7 +54,7 @@ inline bool beginNamed(Replacement &replacement, const std::string &path,
   return replacement.begin(path.c_str(), ifMissing);
 }
 
-// Kills a process while its temporary has a name.
+// Leaves a temporary by killing its process while it has a name.
 inline void leaveTemporary(const std::string &file, bool named) {
   EXPECT_EQ(test::inChild([&] {
               if (named) {

@@ -1,3 +1,4 @@
+// Sorted lists of files and the count of exchanges, beside bubble sort itself.
 #include <algorithm>
 #include <cstdint>
 #include <cstring>
@@ -47,7 +48,7 @@ int compared(const std::string &a, const std::string &b) {
   }
 }
 
-// Passes over neighbours until one makes no exchange.
+// Bubble sort: passes over neighbours until one makes no exchange.
 int sortByPasses(
     Texts &texts,
     const std::function<bool(const std::string &, const std::string &)> &mustBeExchanged) {
@@ -98,9 +99,9 @@ TEST(SortFiles, NamesAscendAsSignedBytes) {
       {{"a", "a", "a"}, 0, {"a", "a", "a"}},
       {{"b", "a", "b", "a"}, 3, {"a", "a", "b", "b"}},
       {{"", "a", ""}, 1, {"", "", "a"}},
-      // A prefix stands before what it begins.
+      // A prefix comes before longer texts.
       {{"abc", "ab", "a"}, 3, {"a", "ab", "abc"}},
-      // Bytes of 0x80 and above stand before all others, also before the end of a text.
+      // Bytes of 0x80 and above come before all others, even before the end of a text.
       {{"a", "\xE9", "Z"}, 2, {"\xE9", "Z", "a"}},
       {{"a", "a\xE9"}, 1, {"a\xE9", "a"}},
       {{"a\xFF", "a\x80"}, 1, {"a\x80", "a\xFF"}},

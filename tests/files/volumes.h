@@ -1,5 +1,5 @@
-// For tests that use colon paths: a folder of volumes of their own, and the handle tables as they
-// were at the start.
+// For all tests of colon paths: a folder of volumes for each test, which also restores the handle
+// tables.
 #ifndef KORVEL_TESTS_FILES_VOLUMES_H
 #define KORVEL_TESTS_FILES_VOLUMES_H
 
@@ -17,7 +17,7 @@
 
 namespace korvel::test {
 
-// Restores an exported global at its end.
+// Restores an exported global when it is destroyed.
 template <typename Global>
 class Restored {
  public:
@@ -33,7 +33,7 @@ class Restored {
   Global saved_;
 };
 
-// A volume "Data" in a scratch folder. Whatever a test leaves open is closed at its end.
+// A volume "Data" in a scratch folder. Handles that a test leaves open are closed at its end.
 class Volumes {
  public:
   Volumes() {
@@ -49,7 +49,7 @@ class Volumes {
   Volumes(const Volumes &) = delete;
   Volumes &operator=(const Volumes &) = delete;
 
-  // POSIX path of the folder of volumes, of the volume, and of something on it.
+  // The POSIX paths of the folder of volumes, of the volume, and of something on it.
   const std::string &root() const { return scratch_.path(); }
   std::string folder() const { return scratch_.path() + "/Data"; }
   std::string posix(const std::string &name) const { return folder() + "/" + name; }

@@ -1,4 +1,4 @@
-// What a disk, a kill or missing rights leave of a profile: the old one or the new one, whole.
+// After a full disk, a kill or missing rights a profile is the old one or the new one, whole.
 #include <cerrno>
 #include <csignal>
 #include <cstdarg>
@@ -34,7 +34,7 @@
 
 namespace {
 
-// The errors that the next openings of a path, and looks at one, give; 0 for what is so.
+// The errors of the next calls of open and stat for a path; 0 for a real call.
 int pathError = 0;
 int lookError = 0;
 
@@ -45,7 +45,7 @@ bool fails(int error) {
 
 }  // namespace
 
-// Every opening of a path by this program comes here, and every look at one.
+// Every open, stat and lstat of this program comes here.
 extern "C" int open(const char *path, int flags, ...) {
   mode_t mode = 0;
   if ((flags & O_CREAT) != 0) {
@@ -103,7 +103,7 @@ const Writer kWriters[] = {
      [](const std::string &old) { return literalWriteSection(old, "Main", "a=1\r\nb=2"); }},
 };
 
-// nullopt: there is no such file.
+// nullopt if there is no such file.
 std::optional<std::string> fileContent(const std::string &path) {
   if (!std::filesystem::exists(path)) return std::nullopt;
   return content(path);
@@ -125,13 +125,13 @@ int killEverywhere(const Writer &writer, const std::optional<std::string> &old, 
     const auto now = fileContent(target);
     EXPECT_TRUE(now == old || now == changed) << writer.name << ", stop " << kills + 1;
     if (now == old) ++foundOld;
-    // Nothing that the kill left behind stands in the way, or stays.
+    // What the kill left behind neither hinders the next write nor stays.
     EXPECT_EQ(writer.write(), 1) << writer.name << ", stop " << kills + 1;
     EXPECT_EQ(content(target), writer.result(now.value_or(""))) << writer.name;
     EXPECT_EQ(entries(volumes.folder()).size(), throughLink ? 2u : 1u) << writer.name;
   }
   EXPECT_EQ(fileContent(target), changed) << writer.name;
-  // Both were seen: the kills did fall on either side of the change.
+  // Both were seen: there were kills before and after the change.
   EXPECT_GT(foundOld, 0) << writer.name;
   EXPECT_LT(foundOld, kills) << writer.name;
   return kills;
@@ -160,7 +160,7 @@ TEST(Kill, AlsoWhereTemporariesHaveNames) {
   korvel::files::replaceFault = nullptr;
 }
 
-// Somebody who knows no lock puts another file there just before the new content would be.
+// A program that takes no lock puts another file there just before the new content.
 TEST(Exchanged, AProfileIsWrittenAnewFromWhatStandsThereNow) {
   static const std::string other = "[Other]\r\nkept=1\r\n";
   static std::string from;
@@ -299,7 +299,7 @@ TEST_F(Rights, FileAndFolderOpenToAllAreWritten) {
   EXPECT_EQ(content(volumes_.posix("p.ini")), "[Main]\r\nkey1=new\r\n");
 }
 
-// A profile that may be written in a folder that does not admit another file in its place.
+// A writable profile in a folder that does not admit the exchange.
 class InPlace : public Rights {
  protected:
   ~InPlace() override { korvel::files::replaceFault = nullptr; }
@@ -383,7 +383,7 @@ class Errors : public Rights {
   ~Errors() override { pathError = 0; }
 };
 
-// Only an answer that there is no such file makes a profile a missing one.
+// A profile is missing only if the system says that there is no such file.
 TEST_F(Errors, AtOpeningGiveZeroAndLeaveTheProfile) {
   for (const int error : {EACCES, EIO, EMFILE, ENFILE, ENOMEM, ELOOP, ENOTDIR, EPERM, EROFS,
                           ENAMETOOLONG, ESTALE, ETXTBSY, EINVAL, EBUSY}) {

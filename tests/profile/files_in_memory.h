@@ -9,7 +9,7 @@
 
 namespace korvel::test {
 
-// As long as it lives, new scratch folders stand in memory, if the machine has such a place.
+// As long as it lives, new scratch folders are in memory, if the machine has such a place.
 class FilesInMemory {
  public:
   FilesInMemory() {

@@ -1,3 +1,4 @@
+// Values found in the text of a profile, beside a reader by characters.
 #include "profile/find.h"
 
 #include <algorithm>
@@ -54,7 +55,7 @@ TEST(FindValue, FollowsTheFormat) {
       {"[A]\r\nx=1\r", "A", "x", "1"},
       {"[A]\r\nx=", "A", "x", ""},
       {"[A]\r\nx=\r\n", "A", "x", ""},
-      // A line feed is passed over wherever it stands.
+      // Line feeds are skipped everywhere.
       {"\n[\nA\n]\n\r\n\nx\n=\n1\n2\n\r\n", "A", "x", "12"},
       {"[A]\r\n\r\n\r\nx=1\r\n", "A", "x", "1"},
       {"[A]\n\rx=1\n\r", "A", "x", "1"},
@@ -88,7 +89,7 @@ TEST(FindValue, FollowsTheFormat) {
       {"[A]\r\np=[1]\r\nx=2\r\n", "A", "x", {}},
       {"[A]\r\n[p=1\r\n", "A", "[p", {}},
       {"[A]\r\n[p=1\r\nx=2\r\n", "A", "x", {}},
-      // Behind the end of a section another of the same name is as good.
+      // A later section of the same name is searched too.
       {"[A]\r\nx=1\r\n[B]\r\n[A]\r\ny=2\r\n", "A", "y", "2"},
       {"[A]\r\nx=1\r\n[A]\r\nx=2\r\ny=3\r\n", "A", "y", "3"},
       {"[A]\r\nx=1\r\n[A]\r\nx=2\r\ny=3\r\n", "A", "x", "1"},
@@ -102,7 +103,7 @@ TEST(FindValue, FollowsTheFormat) {
       {"\r\n", "", "", {}},
   };
   for (const Row &row : kRows) {
-    // Nothing behind the text is read.
+    // No byte behind the text is read.
     PageEnd text(row.text);
     EXPECT_EQ(valueOf(text.bytes(), row.section, row.key), row.value)
         << row.text << " / " << row.section << " / " << row.key;
@@ -118,7 +119,7 @@ TEST(FindValue, ValuesOfEveryLengthAreRead) {
     EXPECT_EQ(valueOf(text, "A", "x"), value);
     EXPECT_EQ(valueOf(text, "A", "y"), "1");
   }
-  // Also where it begins behind the last character at which a key is looked for.
+  // Even one that begins behind the characters that count for the key.
   const std::string key(1022, 'k');
   EXPECT_EQ(valueOf("[A]\r\n" + key + "=[v]=\r\n", "A", key), "[v]=");
   const std::string feeds =
@@ -162,7 +163,7 @@ TEST(FindValue, FindsAKeyAtEveryPlaceOfALargeFile) {
   }
 }
 
-// The first line that a search in blocks must not pass over, at every place of a block.
+// Lines that a search in blocks must not skip, at every place of a block.
 TEST(FindValue, PassesOverNothingThatMatters) {
   constexpr std::string_view kStops[] = {"\r\na[b\r\n",   "\r\nx\n=2\r\n",     "\rx=3\r\n",
                                          "\r\n\nx=4\r\n", "\r\n\r\r\nx=5\r\n", "\r\nx=6\r\n"};

@@ -1,5 +1,5 @@
-// For tests/profile/ only: profiles read and rewritten one character at a time, the plain way; what
-// the library does faster is compared with this.
+// For tests/profile/ only: a model that reads and rewrites profiles one character at a time, by
+// states where the library searches.
 #ifndef KORVEL_TESTS_PROFILE_LITERAL_PROFILE_H
 #define KORVEL_TESTS_PROFILE_LITERAL_PROFILE_H
 
@@ -41,7 +41,7 @@ inline bool literalNames(const std::string &line, std::string_view section) {
 
 enum class LiteralMeaning { Other, Key, Bracket };
 
-// What a line of the section is; `value` is where the value begins in it.
+// The meaning of a line in the section. Sets `value` to the beginning of its value.
 inline LiteralMeaning literalMeaning(const std::string &line, std::string_view key,
                                      std::size_t &value) {
   std::string text;

@@ -1,3 +1,4 @@
+// Files loaded into memory files while they change.
 #include "profile/memory_file.h"
 
 #include <fstream>

@@ -1,3 +1,4 @@
+// The exported functions on files: values, defaults, rewritten files, memory files in use.
 #include <algorithm>
 #include <array>
 #include <climits>
@@ -137,12 +138,12 @@ TEST(ReadString, AnswersWhatItCannotReadByTheDefault) {
   EXPECT_EQ(valueIn(nullptr, "x"), "(default)");
   EXPECT_EQ(valueIn("A", nullptr), "(default)");
   EXPECT_EQ(valueIn("A", "y", kPath, nullptr), "");
-  // A pipe is no profile, and opening it does not wait for a writer.
+  // A pipe is not a profile, and opening it does not wait for a writer.
   ASSERT_EQ(mkfifo(volumes.posix("pipe").c_str(), 0666), 0);
   EXPECT_EQ(valueIn("A", "x", "Data:pipe"), "(default)");
 }
 
-// The colon path from the root of what stands under a POSIX path.
+// The colon path that leads from the root to a POSIX path.
 std::string fromRoot(std::string posix) {
   std::replace(posix.begin(), posix.end(), '/', ':');
   return posix;
@@ -165,7 +166,7 @@ TEST(ReadString, KnowsVolumesWithASlashInTheirName) {
   std::filesystem::create_directory(folder);
   std::ofstream(folder + "/p.ini") << "[A]\r\nx=1\r\n";
   EXPECT_EQ(valueIn("A", "x", "a/b:p.ini"), "1");
-  // Kept: such a volume is looked for under its name as written.
+  // Such a volume is looked for under its name as written.
   std::filesystem::create_directory(volumes.root() + "/a");
   std::ofstream(volumes.root() + "/a/b") << "a file";
   EXPECT_EQ(valueIn("A", "x", "a/b:p.ini"), "(default)");
@@ -202,7 +203,7 @@ TEST(ReadInt, TakesWhatTheIntegerReaderTakes) {
       {"+12", 7, 12},
       {"0", 7, 0},
       {"2147483647", 7, INT_MAX},
-      // What is no integer, too large or negative gives 0, not the default.
+      // A value that is not an integer, too large or negative gives 0, not the default.
       {"-3", 7, 0},
       {"12abc", 7, 0},
       {"", 7, 0},
@@ -334,7 +335,7 @@ TEST(WriteString, FailsBehindALinkWhereNoFileCanBeCreated) {
   EXPECT_EQ(entries(volumes.folder()), (std::vector<std::string>{"away", "loop1", "loop2"}));
 }
 
-// Many small pieces, and pieces of every size around what is gathered.
+// Many small pieces, and pieces of every size around the limit of what is gathered.
 TEST(WriteString, WritesLargeFilesWhole) {
   Volumes volumes;
   std::string small = "[A]\r";
@@ -410,7 +411,7 @@ TEST(MemoryFiles, AreNeededToReadAndToWrite) {
   EXPECT_EQ(content(volumes.posix("p.ini")), "[A]\r\nx=2\r\n");
 }
 
-// The numbers of memory files as opening and closing them one by one leaves them.
+// A model of the handles of memory files that are opened and closed one by one.
 class LiteralHandles {
  public:
   LiteralHandles() {

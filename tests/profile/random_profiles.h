@@ -1,4 +1,4 @@
-// For tests/profile/ only: files, names and values that hit every rule of the format often.
+// For tests/profile/ only: random files, names and values that meet every rule of the format often.
 #ifndef KORVEL_TESTS_PROFILE_RANDOM_PROFILES_H
 #define KORVEL_TESTS_PROFILE_RANDOM_PROFILES_H
 
@@ -60,7 +60,7 @@ class RandomProfiles {
     if (oneIn(80)) return longLine() + end;
     return key() + (oneIn(10) ? "" : "=") + value() + end;
   }
-  // Around the two lengths at which lines are cut, with something of importance near the cut.
+  // A line about as long as one of the two limits, with a byte that matters near the cut.
   std::string longLine() {
     const std::size_t length = (oneIn(3) ? 16383 : 1023) - 6 + below(12);
     std::string s = oneIn(2) ? "x=" : "k";

@@ -1,3 +1,4 @@
+// The text of a profile after an edit, beside a writer by lines.
 #include "profile/rewrite.h"
 
 #include <optional>
@@ -49,20 +50,20 @@ TEST(RewriteKey, FollowsTheFormat) {
     Text value;
     std::string_view result;
   } kRows[] = {
-      // A new key goes behind its section's last line, a new section to the end.
+      // A new key is added behind its section's last line, a new section at the end.
       {"[A]\r\nx=1\r\n", "A", "y", "2", "[A]\r\nx=1\r\ny=2\r\n"},
       {"[A]\r\nx=1\r\n", "B", "z", "3", "[A]\r\nx=1\r\n\r\n[B]\r\nz=3\r\n"},
       {"[A]\r\n", "A", "x", "1", "[A]\r\nx=1\r\n"},
       {"[A]", "A", "x", "1", "[A]\r\nx=1\r\n"},
       {"", "A", "x", "1", "[A]\r\nx=1\r\n"},
-      // A file of line feeds has content, though no line.
+      // A file of line feeds has content but no line.
       {"\n", "A", "x", "1", "\r\n[A]\r\nx=1\r\n"},
       // The first line with the key is replaced, later ones stay.
       {"[A]\r\nx=1\r\nx=2\r\n", "A", "x", "3", "[A]\r\nx=3\r\nx=2\r\n"},
       {"[A]\r\nx=1\r\n", "A", "x", "", "[A]\r\nx=\r\n"},
       {"[A]\r\nX=1\r\n x=1\r\n", "A", "x", "2", "[A]\r\nX=1\r\n x=1\r\nx=2\r\n"},
       {"[A]\r\na=b=c\r\n", "A", "a=b", "d", "[A]\r\na=b=d\r\n"},
-      // Without a value the line goes.
+      // Without a value the line is removed.
       {"[A]\r\nx=1\r\n", "A", "x", {}, "[A]\r\n"},
       {"[A]\r\nx=1\r\nx=2\r\n", "A", "x", {}, "[A]\r\nx=2\r\n"},
       {"[A]\r\nx=1\r\n\r\n[B]\r\nx=2\r\n", "B", "x", {}, "[A]\r\nx=1\r\n\r\n[B]\r\n"},
@@ -71,10 +72,10 @@ TEST(RewriteKey, FollowsTheFormat) {
       {"[A]\r\nx=1\r\n\r\n", "A", "y", {}, "[A]\r\nx=1\r\n\r\n"},
       {"[A]\r\nx=1\r\n\r\n", "B", "y", {}, "[A]\r\nx=1\r\n\r\n"},
       {"", "A", "x", {}, ""},
-      // It is the line that a reader finds, be it in a second section of the name.
+      // The line removed is the one that a reader finds, even in a second section of the name.
       {"[A]\r\n[A]\r\nx=1\r\n", "A", "x", {}, "[A]\r\n[A]\r\n"},
       {"[A]\r\n[A]\r\nx=1\r\n", "A", "x", "2", "[A]\r\nx=2\r\n[A]\r\nx=1\r\n"},
-      // A new key goes before the empty lines that part its section from the next.
+      // A new key is added before the empty lines between its section and the next.
       {"[A]\r\nx=1\r\n\r\n[B]\r\n", "A", "y", "2", "[A]\r\nx=1\r\ny=2\r\n\r\n[B]\r\n"},
       {"[A]\r\n\r\n\r\n[B]\r\n", "A", "y", "2", "[A]\r\ny=2\r\n\r\n\r\n[B]\r\n"},
       {"[A]\r\n\r\nx=1\r\n[B]\r\n", "A", "y", "2", "[A]\r\n\r\nx=1\r\ny=2\r\n[B]\r\n"},
@@ -90,7 +91,7 @@ TEST(RewriteKey, FollowsTheFormat) {
       {"[A]\r\np=[1]\r\nx=2\r\n", "A", "p", "3", "[A]\r\np=3\r\nx=2\r\n"},
       // Text behind ']' is kept.
       {"[A] note\r\nx=1\r\n", "A", "x", "2", "[A] note\r\nx=2\r\n"},
-      // Every line comes to end with "\r\n".
+      // Every line then ends with "\r\n".
       {"[A]\rx=1\ry=2", "A", "x", "3", "[A]\r\nx=3\r\ny=2\r\n"},
       {"[A]\r\nx=1\r\ny=2", "A", "x", "3", "[A]\r\nx=3\r\ny=2\r\n"},
       {"[A]\n\rx=1\n\r", "A", "z", "3", "[A]\r\nx=1\r\nz=3\r\n"},

@@ -1,3 +1,4 @@
+// The scans for a key, beside a loop over single bytes.
 #include "profile/scan.h"
 
 #include <random>
@@ -47,7 +48,7 @@ TEST(Scan, StopsAtTheFirstByteOfInterestAndPassesNone) {
     // Other keys that end alike.
     for (std::size_t i = 8; i + 8 < text.size(); i += 8 + random() % 100)
       text.replace(i, 4, random() % 40 == 0 ? "key=" : "dey=");
-    // Rare, so that all of a block's bytes get their turn.
+    // Rare, so that each byte of a block is hit at times.
     if (random() % 3 == 0) text[random() % text.size()] = "\r\n[="[random() % 4];
     PageEnd page(text);
     const char *begin = page.data() + kReach;

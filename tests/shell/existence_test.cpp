@@ -1,3 +1,4 @@
+// Existence of paths, beside what "ls -a" prints.
 #include <cstring>
 #include <string>
 #include <vector>
@@ -29,7 +30,7 @@ void makeSocket(const std::string &path) {
   close(endpoint);
 }
 
-// One of everything a path can be; the names are relative to the workspace.
+// One path of each kind, relative to the workspace.
 std::vector<std::string> makeZoo(const Workspace &zoo) {
   zoo.makeFile("file");
   zoo.makeFile("empty", "");
@@ -90,7 +91,7 @@ std::vector<std::string> makeZoo(const Workspace &zoo) {
   return names;
 }
 
-// Every path of the zoo for which the two ways differ.
+// The paths of the zoo for which the library and the tool differ.
 std::string differences(const Workspace &zoo, const std::vector<std::string> &names) {
   std::string text;
   for (const std::string &name : names) {
@@ -147,7 +148,7 @@ TEST(IsExisting, AgreesWithTheToolOnRelativePaths) {
   }
 }
 
-// The answers themselves, for an owner whom modes bind.
+// The answers for an owner who is bound by modes.
 TEST(IsExisting, CountsWhatIsListed) {
   const struct {
     const char *name;

@@ -1,3 +1,4 @@
+// Copies and removals, with the real tools and with recording ones.
 #include <string>
 
 #include <sys/stat.h>
@@ -16,7 +17,7 @@ int copy(const std::string &source, const std::string &folder) {
   return BSDCopy(source.c_str(), folder.c_str());
 }
 
-// Tools that do nothing but record that they were called.
+// Tools that only record their calls.
 class IdleTools : public FakeTools {
  public:
   IdleTools() {
@@ -205,8 +206,8 @@ TEST(Copy, GivesMinusOneWhenNothingArrives) {
   EXPECT_EQ(copy(source, source), -1);
 }
 
-// Everything a copy must not begin, as what would have to be removed is the source itself, holds
-// it, leads to it or is part of it.
+// Copies that must not begin: what they would remove is the source itself, holds it, leads to it or
+// is part of it.
 TEST(Copy, RemovesNothingThatItWasNotAskedToReplace) {
   const Workspace workspace;
   workspace.makeFolder("d/sub/d");
@@ -232,7 +233,7 @@ TEST(Copy, RemovesNothingThatItWasNotAskedToReplace) {
   const struct {
     const char *source, *folder;
   } kRows[] = {
-      // The same file or folder, by whatever spelling.
+      // The same file or folder, in other spellings.
       {"d/file", "d"},
       {"d/file", "d/"},
       {"d/file", "d//"},
@@ -249,14 +250,14 @@ TEST(Copy, RemovesNothingThatItWasNotAskedToReplace) {
       {"other/file", "d"},
       {"d/file", "hard"},
       {"d", "through"},
-      // The source stands inside what would be removed, or its path leads through it.
+      // The source is inside what would be removed, or its path leads through it.
       {"d/sub/d", ""},
       {"d/d", ""},
       {"through/d/d", "through"},
       {"sub link/d", ""},
       {"through/d/sub/d", "through"},
       {"into/d/../../through/d", "into"},
-      // What would be removed stands inside the source.
+      // What would be removed is inside the source.
       {"d", "d"},
       {"d", "d/sub"},
       {"d", "into/link"},
@@ -310,7 +311,7 @@ TEST(Copy, OfALinkIntoAnotherFolderReplacesAsAsked) {
   EXPECT_EQ(readlink(workspace.path("real/sub/name").c_str(), aim, sizeof aim), 4);
 }
 
-// Kept: what stands there afterwards counts, whole or cut, and whatever the tool says.
+// The outcome is judged by what is there afterwards, whole or cut, not by the status of the tool.
 TEST(Copy, GivesZeroForACopyThatWasCut) {
   const Workspace workspace;
   const std::string to = workspace.makeFolder("to"), source = workspace.makeFile("name", "whole");

@@ -1,3 +1,4 @@
+// Commands run, read and fed: output, status, signals and missing streams.
 #include <cstdio>
 #include <iterator>
 #include <random>
@@ -29,7 +30,7 @@ int keepLine(char *line) {
   return gLines.size() == gStopAfter ? 1 : 0;
 }
 
-// The lines of a command, as many as are asked for.
+// The first lines of a command's output.
 std::vector<std::string> linesOf(const std::string &command, std::size_t stopAfter = 0) {
   gLines.clear();
   gStopAfter = stopAfter;
@@ -149,8 +150,8 @@ TEST(InvokeTool, TakesCommandsOfAnyLength) {
   EXPECT_STREQ(out, "ok");
 }
 
-// The application's standard input is its own: a tool that reads gets an empty one, and does not
-// wait for somebody at a terminal.
+// A tool that reads its standard input gets an empty one, not the application's, and waits for
+// nobody at a terminal.
 TEST(InvokeTool, AToolThatGetsNoInputReadsAnEmptyOne) {
   const StandardInput typed("typed by somebody");
   char out[32] = "";
@@ -317,7 +318,7 @@ TEST(InvokeToolWr, LeavesACallersBlockedSigpipeAlone) {
   BSDInvokeToolWr("exit 0", input.c_str());
   EXPECT_TRUE(sigpipeIsBlocked());
   EXPECT_FALSE(sigpipeIsPending());
-  // One that waits for the caller goes on waiting.
+  // A signal that was pending stays so.
   raise(SIGPIPE);
   BSDInvokeToolWr("exit 0", input.c_str());
   EXPECT_TRUE(sigpipeIsPending());
@@ -333,7 +334,7 @@ TEST(InvokeToolWr, TheToolItselfMayBeEndedBySigpipe) {
   EXPECT_EQ(contentOf(workspace.path("mask")), "SigBlk:\t0000000000000000\n");
 }
 
-// The shell itself goes on after a write that fails: only the signal ends it.
+// After a failed write the shell itself goes on: only the signal ends it.
 TEST(InvokeTool, LeavesAnEndlessToolWhateverTheCallerDoesWithSigpipe) {
   constexpr const char *kEndless = "while :; do echo y; done 2>/dev/null";
   for (void (*handling)(int) : {SIG_DFL, SIG_IGN, countSignal}) {
@@ -374,7 +375,7 @@ TEST(InvokeTool, WorksWithStandardStreamsClosed) {
   }
 }
 
-// The application has no child to wait for then: the tools run all the same.
+// The application cannot wait for children then: the tools still run.
 TEST(InvokeTool, GivesMinusOneWhereTheStatusIsCollectedBySomebodyElse) {
   void (*const before)(int) = signal(SIGCHLD, SIG_IGN);
   char out[8];
@@ -383,7 +384,7 @@ TEST(InvokeTool, GivesMinusOneWhereTheStatusIsCollectedBySomebodyElse) {
   EXPECT_STREQ(out, "hello\n");
 }
 
-// Signals that come all the time, as from a timer of the application.
+// Frequent signals, as from a timer of the application.
 class RestlessTimer {
  public:
   RestlessTimer() {
@@ -497,7 +498,7 @@ TEST(InvokeToolPr, ALineMayRunAnotherTool) {
   EXPECT_EQ(gLines, (Lines{"for a", "for b"}));
 }
 
-// Reads byte by byte, as the rules are told.
+// A model that reads byte by byte.
 Lines literalLines(const std::string &command, std::size_t stopAfter) {
   Lines lines;
   FILE *pipe = popen(command.c_str(), "r");

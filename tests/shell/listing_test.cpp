@@ -1,3 +1,4 @@
+// Listings of folders, beside what the bare command prints.
 #include <algorithm>
 #include <cstdint>
 #include <random>
@@ -23,7 +24,7 @@ struct Found {
   Names names;  // of the slots that were filled
 };
 
-// Calls the function with a poisoned buffer of exactly max slots.
+// Calls the function with a poisoned buffer of exactly max rows.
 Found find(const std::string &folder, int max, const std::string &pattern) {
   PoisonedBuffer out(static_cast<std::size_t>(max) * 256);
   Found found = {BSDDir_FindFiles(out.data(), folder.c_str(), max, pattern.c_str()), {}};
@@ -34,7 +35,7 @@ Found find(const std::string &folder, int max, const std::string &pattern) {
   return found;
 }
 
-// As the rules are told, over what the bare command prints.
+// A model on the output of the bare command.
 Found literalFind(const std::string &folder, int max, const std::string &pattern) {
   const Variable bytes("LC_ALL", "C");
   const std::size_t size = max == 0 ? 256 : static_cast<std::size_t>(max) * 256;
@@ -145,7 +146,7 @@ TEST(FindFiles, TakesNamesOf255Bytes) {
   const Workspace folder;
   folder.makeFile(std::string(255, 'x'));
   EXPECT_EQ(find(folder.path(), 2, "xx").names, (Names{std::string(255, 'x')}));
-  // With a mark behind it, such a name no longer fits its slot.
+  // With a mark behind it, such a name no longer fits its row.
   folder.makeLink(std::string(255, 'y'), "nowhere");
   EXPECT_EQ(find(folder.path(), 2, "yy").names, (Names{std::string(255, 'y')}));
 }
@@ -243,7 +244,7 @@ TEST(FindFiles, CountsIn16Bits) {
     EXPECT_STREQ(out.data(), "f1");
     EXPECT_STREQ(out.data() + 2999 * 256, "f3000");
   }
-  // With slots left, storing goes on from the first one as well.
+  // If rows are left, names are stored from the first one again.
   std::vector<char> out(65538 * 256, '#');
   EXPECT_EQ(BSDDir_FindFiles(out.data(), "/tmp", 65538, ""), 4);
   EXPECT_STREQ(out.data(), "f65537");
@@ -322,7 +323,7 @@ TEST(ProcessFiles, StopsAtANonZeroResultAndReturnsIt) {
   EXPECT_EQ(BSDDir_ProcessFiles(folder.path().c_str(), "", visit), 42);
 }
 
-// Kept: the result of an earlier listing stands when no file matches.
+// The result is the one of an earlier listing when no file matches.
 TEST(ProcessFiles, WithoutAMatchReturnsThePreviousResult) {
   const ResultGlobals saved;
   const Workspace folder;

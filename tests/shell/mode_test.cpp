@@ -1,3 +1,4 @@
+// Modes opened to all, beside what "chmod" makes of the same entries.
 #include <algorithm>
 #include <string>
 #include <vector>
@@ -18,7 +19,7 @@ unsigned modeOf(const std::string &path) {
   return lstat(path.c_str(), &entry) == 0 ? entry.st_mode & 07777u : 0xFFFFu;
 }
 
-// The same things under a volume each: one changed by the library, one by the command.
+// The same entries on each of two volumes: one for the library, one for the command.
 void makeZoo(const Workspace &workspace, const std::string &volume) {
   const auto name = [&](std::string_view entry) { return volume + "/" + std::string(entry); };
   workspace.makeFolder(volume);
@@ -63,7 +64,7 @@ int literalChmod(const std::string &path) {
   return 0;
 }
 
-// Every entry on which the library and the command differ.
+// The entries on which the library and the command differ.
 std::string differences(const Workspace &workspace) {
   const Volumes volumes(workspace.path());
   const std::vector<std::string> names = entriesOf(workspace.path("ours"));

@@ -1,3 +1,4 @@
+// Documents opened by a recording opener in place of the desktop's.
 #include <cerrno>
 #include <chrono>
 #include <signal.h>
@@ -18,7 +19,7 @@ namespace {
 using Clock = std::chrono::steady_clock;
 using std::chrono::seconds;
 
-// Whether something comes true in time.
+// Whether a condition becomes true in time.
 template <typename Condition>
 bool soon(Condition condition) {
   for (const auto end = Clock::now() + seconds(20); Clock::now() < end; usleep(10000)) {
@@ -35,7 +36,7 @@ TEST(Open, HandsThePathToTheDesktopsOpener) {
   EXPECT_EQ(BSDopen(nullptr), -1);
 }
 
-// The application that shows the document may write as it likes.
+// The viewer may write what it wants.
 TEST(Open, LetsTheOpenerWrite) {
   const FakeTools tools;
   tools.add("xdg-open", "head -c 300000 /dev/zero && echo written >> \"$log/calls\"");
@@ -60,7 +61,7 @@ TEST(Open, DoesNotWaitForTheViewer) {
   const auto before = Clock::now();
   EXPECT_EQ(BSDopen("x"), 0);
   EXPECT_LT(Clock::now() - before, seconds(10));
-  // It goes on, and is no child that the application would have to wait for.
+  // It goes on, and is no child of the application.
   ASSERT_TRUE(soon([&] { return tools.written("viewer").ends_with('\n'); }));
   const pid_t viewer = std::stoi(tools.written("viewer"));
   EXPECT_EQ(kill(viewer, 0), 0);
@@ -70,7 +71,7 @@ TEST(Open, DoesNotWaitForTheViewer) {
   EXPECT_TRUE(soon([viewer] { return kill(viewer, 0) == -1; }));
 }
 
-// What the viewer writes and how it ends disturbs nobody.
+// Neither the viewer's output nor its end disturbs anybody.
 TEST(Open, TheViewerMayWriteAndEndLater) {
   const FakeTools tools;
   tools.add("xdg-open", "sleep 1.5; head -c 300000 /dev/zero && echo ended >> \"$log/calls\"");
@@ -78,7 +79,7 @@ TEST(Open, TheViewerMayWriteAndEndLater) {
   EXPECT_TRUE(soon([&tools] { return tools.calls() == "xdg-open[x]\nended\n"; }));
 }
 
-// Between the double quotes the shell reads on, whatever else the path holds.
+// The shell reads what is between the double quotes.
 TEST(Open, APathIsReadAsBetweenDoubleQuotes) {
   const Workspace workspace;
   const Variable variable("KORVEL_SHELL_TEST", "a value");

@@ -1,3 +1,4 @@
+// Processes found by name and killed: real ones, under names of any length.
 #include <filesystem>
 #include <signal.h>
 #include <string>
@@ -32,7 +33,7 @@ class Sleeper {
 
   pid_t pid() const { return pid_; }
   bool running() const { return waitpid(pid_, nullptr, WNOHANG) == 0; }
-  // The signal that ended it; waits for the end.
+  // Waits for the end. Returns the signal that caused it.
   int endedBy() {
     int status = 0;
     waitpid(pid_, &status, 0);
@@ -100,7 +101,7 @@ TEST(TestProcess, DoesNotQuoteTheName) {
   EXPECT_EQ(BSDtestProcess("A.*a"), 1);
 }
 
-// A name that no other program of the machine has, of `size` bytes.
+// A name of `size` bytes that no other program of the machine has.
 std::string longName(std::size_t size) {
   std::string name("k");
   name.append(std::to_string(getpid())).append(1, '-');
@@ -138,7 +139,7 @@ TEST(TestProcess, TellsLongNamesThatBeginAlikeApart) {
   EXPECT_FALSE(found(name + "-two"));
 }
 
-// Its process runs the interpreter; the name is that of the script.
+// The process of a script runs the interpreter but has the script's name.
 TEST(TestProcess, FindsAScriptByItsLongName) {
   const ResultGlobals saved;
   const Workspace workspace;
@@ -175,8 +176,8 @@ TEST(TestProcess, FindsLongNamesWith8BitLetters) {
   }
 }
 
-// A line goes to "kill" as it is: a name is made whole by what stays part of its last word, and
-// never by what "kill" or the shell would take for something else.
+// A line goes to "kill" as it is: a name is completed only by bytes that stay part of its last
+// word, never by those that "kill" or the shell would read otherwise.
 TEST(TestProcess, ANameIsNotMadeWholeByFurtherWords) {
   const ResultGlobals saved;
   const Workspace workspace;

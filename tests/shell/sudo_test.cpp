@@ -1,6 +1,5 @@
-// The operations of the super-user with the system's own sudo: a user of the test's own, with a
-// password and an entry in sudoers. They are there for the processes of the test alone, which see
-// the files of the machine through mounts of their own, and leave nothing behind however they end.
+// The super-user's operations with the system's own sudo. The test's user, password and entry in
+// sudoers exist only for its own processes, through private mounts, and leave nothing behind.
 #include <fstream>
 #include <string>
 
@@ -43,7 +42,7 @@ void append(const std::string &folder, const std::string &name, const std::strin
   mountOrExit(copy.c_str(), original, nullptr, MS_BIND);
 }
 
-// Makes this process one of a user who may do everything by sudo, without a terminal.
+// Turns this process into one of a user who may do everything by sudo, without a terminal.
 void becomeSudoer(const std::string &folder) {
   if (unshare(CLONE_NEWNS) != 0) _exit(kNoMounts);
   mountOrExit("none", "/", nullptr, MS_REC | MS_PRIVATE);

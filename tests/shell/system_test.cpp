@@ -1,3 +1,4 @@
+// The system's version and its one bundle.
 #include <stdio.h>
 #include <string>
 

@@ -1,3 +1,4 @@
+// Folders, tools, users and globals of one test.
 #include "tests/shell/workspace.h"
 
 #include <algorithm>

@@ -1,4 +1,4 @@
-// For tests/shell/ only: folders, tools, users and globals of one test, all put back at its end.
+// For tests/shell/ only: folders, tools, users and globals of one test, all restored at its end.
 #ifndef KORVEL_TESTS_SHELL_WORKSPACE_H
 #define KORVEL_TESTS_SHELL_WORKSPACE_H
 
@@ -70,7 +70,7 @@ class FakeTools {
   Variable path_;
 };
 
-// What stands on the standard input of this process.
+// The standard input of this process.
 class StandardInput {
  public:
   explicit StandardInput(std::string_view text);
@@ -78,14 +78,14 @@ class StandardInput {
   StandardInput(const StandardInput &) = delete;
   StandardInput &operator=(const StandardInput &) = delete;
 
-  // What nobody has read yet.
+  // The part not read yet.
   std::string rest() const;
 
  private:
   int before_;
 };
 
-// Points szVolumes somewhere else.
+// Sets szVolumes for a while.
 class Volumes {
  public:
   explicit Volumes(std::string_view folder);
@@ -97,7 +97,7 @@ class Volumes {
   std::string before_;
 };
 
-// Puts the library on a system of another version.
+// Pretends another version of the system.
 class SystemVersion {
  public:
   explicit SystemVersion(int version) : before_(shell::systemVersion) {
@@ -111,7 +111,7 @@ class SystemVersion {
   int before_;
 };
 
-// Saves what listings and process tests leave behind.
+// Restores the globals that listings and process tests write.
 class ResultGlobals {
  public:
   ~ResultGlobals() {
@@ -128,14 +128,14 @@ class ResultGlobals {
   FileVisit_t visit_ = BSDDir_ProcessFiles_fPtr;
 };
 
-// What `work` returns when a user without root rights runs it, in a process of its own. The text
-// begins with "uid <n>;", so that an assertion can tell that it was not root.
+// The result of `work` run by a user without root rights, in a process of its own. It begins with
+// "uid <n>;", which proves that the user was not root.
 std::string asPlainUser(const std::function<std::string()> &work);
 
-// The same after `prepare`, which ends the process where it cannot do its work.
+// The same after `prepare`, which ends the process if it fails.
 std::string inChild(const std::function<void()> &prepare, const std::function<std::string()> &work);
 
-// What popen of `command` prints, at most `limit` bytes, and its close status.
+// The output of a command run by popen, at most `limit` bytes, and its close status.
 struct Printed {
   std::string text;
   int status;

@@ -1,3 +1,4 @@
+// Colon paths by the rule of the shell tools, with the tool itself as the judge of volumes.
 #include <random>
 #include <string>
 #include <vector>
@@ -23,7 +24,7 @@ std::string converted(const std::string &macPath) {
   return std::string(out.text());
 }
 
-// As the rules are told, with the tool itself for the test of the volume.
+// A model in which the tool itself looks for the volume.
 std::string literal(const std::string &volumes, const std::string &macPath) {
   const std::size_t colon = macPath.find(':');
   const std::string volume = macPath.substr(0, colon);
@@ -65,10 +66,10 @@ TEST(Mac2Unix, PutsAKnownVolumeUnderTheVolumesFolder) {
       {"Other:", "/"},
       // A path without ":" names a volume.
       {"Other", ""},
-      // Kept: the empty volume name is the volumes folder itself.
+      // The empty volume name is the volumes folder itself.
       {":x:y", v + "//x/y"},
       {"", v + "/"},
-      // Kept: the volume is looked for under its name as written.
+      // The volume is looked for under its name as written.
       {"a/b:c", v + "/a:b/c"},
       {"a/c:d", "/d"},
   };
@@ -138,7 +139,7 @@ TEST(Mac2Unix, ConvertsInPlace) {
   EXPECT_TRUE(path.guardsIntact());
 }
 
-// A path on it would else lead to something else from the root.
+// Dropped, such a volume's paths would lead to something else from the root.
 TEST(Mac2Unix, AVolumeThatMayNotBeListedExists) {
   const Workspace workspace;
   const Volumes volumes(workspace.path());
