@@ -230,7 +230,7 @@ TEST(Replace, WithoutLocksATemporaryIsLeftOverAfterAMinute) {
     ASSERT_TRUE(replaceBy(file, "new"));
     EXPECT_EQ(content(file), "new");
     EXPECT_EQ(entries(scratch.path()).size(), 2u);
-    const int seconds = std::exchange(abandonedAfter, 0);
+    const int seconds = std::exchange(abandonedAfter, kAtOnce);
     EXPECT_TRUE(replaceBy(file, "newer"));
     abandonedAfter = seconds;
     EXPECT_EQ(content(file), "newer");
@@ -245,7 +245,7 @@ TEST(Replace, ATemporaryTakenForAbandonedLeavesTheOldFileAndTheOtherTemporary) {
   Replacement slow;
   ASSERT_TRUE(beginNamed(slow, file));
   ASSERT_TRUE(slow.append("slow"));
-  const int seconds = std::exchange(abandonedAfter, 0);
+  const int seconds = std::exchange(abandonedAfter, kAtOnce);
   Replacement other;
   ASSERT_TRUE(beginNamed(other, file));
   abandonedAfter = seconds;
@@ -264,7 +264,7 @@ TEST(Replace, ATemporaryTakenForAbandonedLeavesTheOtherOneWhenItIsGivenUp) {
   const std::string file = scratch.file("a", "old");
   Replacement slow;
   ASSERT_TRUE(beginNamed(slow, file));
-  const int seconds = std::exchange(abandonedAfter, 0);
+  const int seconds = std::exchange(abandonedAfter, kAtOnce);
   Replacement other;
   ASSERT_TRUE(beginNamed(other, file));
   abandonedAfter = seconds;

@@ -434,7 +434,7 @@ TEST(Replace, ATemporaryOfALiveProcessStaysHoweverOldItIs) {
   Replacement slow;
   ASSERT_TRUE(beginNamed(slow, file));
   ASSERT_TRUE(slow.append("slow"));
-  const int seconds = std::exchange(abandonedAfter, 0);
+  const int seconds = std::exchange(abandonedAfter, kAtOnce);
   EXPECT_TRUE(replaceBy(file, "fast"));
   EXPECT_EQ(inChild([&] { return replaceBy(file, "other") ? 0 : 1; }), 0);
   abandonedAfter = seconds;
@@ -457,7 +457,7 @@ TEST(Replace, ATemporaryThatMayNotBeOpenedIsLeftOverAfterAMinute) {
   EXPECT_EQ(inChild([&] { return becomeNobody() && replaceBy(file, "new") ? 0 : 1; }), 0);
   EXPECT_EQ(entries(scratch.path()).size(), 2u);
   EXPECT_EQ(inChild([&] {
-              abandonedAfter = 0;
+              abandonedAfter = kAtOnce;
               return becomeNobody() && replaceBy(file, "new") ? 0 : 1;
             }),
             0);

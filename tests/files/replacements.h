@@ -39,6 +39,9 @@ inline constexpr unsigned char kAccessListOf12[] = {
     0,    0,    4,    0,    4,    0,    0xFF, 0xFF, 0xFF, 0xFF, 16,   0,   6,  0,
     0xFF, 0xFF, 0xFF, 0xFF, 32,   0,    0,    0,    0xFF, 0xFF, 0xFF, 0xFF};
 
+// For abandonedAfter. The clock that stamps files may be a moment ahead of time().
+inline constexpr int kAtOnce = -1;
+
 // As long as it lives, new temporaries are named, or nameless where the file system has such files.
 class Temporaries {
  public:
