@@ -1,12 +1,12 @@
-// The C++ runtime inside the library keeps its count of exceptions where the application's keeps
-// its own, so that an exception that an application's callback threw and the library caught is no
-// longer under way for either.
+// Lets the C++ runtime inside the library share its count of exceptions with the application's
+// runtime: an exception that a callback of the application threw and the library caught is then
+// over for both.
 #include <cxxabi.h>
 #include <dlfcn.h>
 
 namespace __cxxabiv1 {
 
-// As the ABI lays it down.
+// The layout is fixed by the ABI.
 struct __cxa_eh_globals {
   void *caught;
   unsigned int uncaught;
@@ -20,7 +20,7 @@ using GetGlobals = __cxa_eh_globals *(*)();
 
 }  // namespace
 
-// In the place of the runtime's own. A program without a C++ runtime throws nothing into ours.
+// Replaces the runtime's own function. A program without a C++ runtime throws nothing into ours.
 extern "C" __cxa_eh_globals *__cxa_get_globals() noexcept {
   const auto ofApplication = reinterpret_cast<GetGlobals>(dlsym(RTLD_DEFAULT, "__cxa_get_globals"));
   return ofApplication != nullptr ? ofApplication() : &own;

@@ -4,7 +4,7 @@
 
 namespace korvel::platform {
 
-// Pixels; right and bottom lie one past the last pixel.
+// Pixels; right and bottom are one past the last pixel.
 struct Rect {
   int left = 0;
   int top = 0;

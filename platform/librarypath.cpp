@@ -1,3 +1,4 @@
+// Where the library and the executable are, as the dynamic linker and /proc know it.
 #include "platform/librarypath.h"
 
 #include <cstdlib>
@@ -9,8 +10,8 @@
 namespace korvel::platform {
 namespace {
 
-// An address inside the library whose meaning no executable can take over.
-constinit const char g_anchor = 0;
+// An address inside the library. It is not exported, so that no executable can take it over.
+constinit const char anchor = 0;
 
 struct Free {
   void operator()(char *memory) const { std::free(memory); }
@@ -25,17 +26,17 @@ std::string folderOf(const char *file) {
 
 std::string findLibraryFolder() {
   Dl_info info{};
-  if (dladdr(&g_anchor, &info) == 0 || info.dli_fname == nullptr) return executableFolder();
+  if (dladdr(&anchor, &info) == 0 || info.dli_fname == nullptr) return executableFolder();
   const std::string folder = folderOf(info.dli_fname);
-  // An executable is reported by the name under which it was called, which need not be a path.
+  // An executable is reported by the name by which it was called, which need not be a path.
   return folder.empty() ? executableFolder() : folder;
 }
 
 }  // namespace
 
-// Both are found once: a file that is replaced while it runs has no path any more, and a relative
-// path leads elsewhere once the process has changed its folder. Never destroyed, as drawing may go
-// on while the process ends.
+// Both are looked up once: a file replaced while it runs has no path any more, and a relative path
+// leads elsewhere once the process has changed its folder. Never destroyed, as drawing may go on
+// while the process ends.
 std::string libraryFolder() {
   static const std::string &folder = *new std::string(findLibraryFolder());
   return folder;

@@ -1,4 +1,4 @@
-// For platform/ only: where the library and the application's executable stand.
+// For platform/ and its tests only: the folders of the library and of the application's executable.
 #ifndef KORVEL_PLATFORM_LIBRARYPATH_H
 #define KORVEL_PLATFORM_LIBRARYPATH_H
 
@@ -6,15 +6,14 @@
 
 namespace korvel::platform {
 
-// The folder of the library's file, links resolved; of the executable where the library's objects
-// are linked into it. Empty when the system cannot tell.
+// The folder of the library's file, links resolved; the folder of the executable if the library's
+// objects are linked into that. Empty when the system cannot tell.
 std::string libraryFolder();
 
 // The folder of the executable, links resolved. Empty when the system cannot tell.
 std::string executableFolder();
 
-// True when `path` leads to a file: not to a folder, and to nothing whose content comes from
-// elsewhere, such as a pipe or a device.
+// True when `path` leads to a regular file, not to a folder, a pipe or a device.
 bool isFile(const std::string &path);
 
 }  // namespace korvel::platform

@@ -20,12 +20,12 @@ constexpr const char *kModuleFile = "korvel-qt.so";
 constinit Desktop *given = nullptr;   // by a test
 constinit Desktop *loaded = nullptr;  // from the module
 
-// A file name alone is a path, too: it must not be looked for in the library folders of the system.
+// A file name alone is a path, too, and not looked for in the system's library folders.
 std::string asPath(const std::string &file) {
   return file.find('/') == std::string::npos ? "./" + file : file;
 }
 
-// Empty, with the problem, when no module is to be found.
+// Empty, with the problem, when there is no module.
 std::string modulePath(std::string &problem) {
   const char *chosen = std::getenv("KORVEL_DESKTOP");
   if (chosen != nullptr && *chosen != '\0') return asPath(chosen);

@@ -1,4 +1,4 @@
-// For dialogs/, draw/, messages/ and the tests: where the library finds its desktop.
+// For dialogs/, draw/, messages/, platform/ and the tests: where the library finds its desktop.
 #ifndef KORVEL_PLATFORM_LOADER_H
 #define KORVEL_PLATFORM_LOADER_H
 
@@ -20,7 +20,7 @@ Desktop *desktopForDrawing();
 // The desktop when it has a screen to show windows on, else null after one line on standard error.
 Desktop *desktopWithScreen();
 
-// Writes a line to standard error, as the library's. What it holds may come from anywhere: control
+// Writes a line of the library to standard error. Its text may come from anywhere: control
 // characters become question marks.
 void report(std::string line);
 

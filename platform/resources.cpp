@@ -1,3 +1,4 @@
+// Finds resource files: the application's own first, then those installed with the library.
 #include "platform/resources.h"
 
 #include <korvel/desktop.h>
@@ -27,7 +28,7 @@ std::string findIn(const std::string &folder, std::string_view name,
   return {};
 }
 
-// A character of the screen set, none of which needs more than three bytes.
+// For characters of the screen set: none needs more than three bytes.
 void appendUtf8(std::string &utf8, unsigned code) {
   if (code < 0x80) {
     utf8 += static_cast<char>(code);
@@ -42,8 +43,8 @@ void appendUtf8(std::string &utf8, unsigned code) {
   utf8 += static_cast<char>(0x80 | (code & 0x3F));
 }
 
-// No conversion to the screen set comes first: a byte that it changes shows the same character
-// there unchanged.
+// The name is not converted to the screen set first: a byte that the conversion changes shows the
+// same character there unchanged.
 std::string inUtf8(std::string_view name) {
   std::string utf8;
   for (const char byte : name) appendUtf8(utf8, characterOf(static_cast<unsigned char>(byte)));

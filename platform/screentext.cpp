@@ -1,3 +1,4 @@
+// The tables of the screen set, which belong to no toolkit.
 #include "platform/screentext.h"
 
 #include <algorithm>
@@ -10,7 +11,7 @@ namespace {
 struct MacByte {
   unsigned char byte;
   char16_t character;
-  bool isTyped;  // a person's typing of the character comes back as this byte
+  bool isTyped;  // typing the character gives this byte
 };
 
 constexpr MacByte kMacBytes[] = {
@@ -18,8 +19,8 @@ constexpr MacByte kMacBytes[] = {
     {0xA1, u'°', true}, {0x90, u'ê', false}, {0x95, u'ï', false},
 };
 
-// CP1252 from 0x80 to 0x9F, after the table of the Unicode consortium (CP1252.TXT); every byte
-// outside that range stands for the character of the same number.
+// CP1252 from 0x80 to 0x9F, after the table of the Unicode consortium (CP1252.TXT). Every byte
+// outside that range is the character of the same number.
 constexpr unsigned kFirstOwn = 0x80;
 constexpr std::array<char16_t, 32> kCp1252 = {
     u'€', 0x81, u'‚', u'ƒ', u'„', u'…', u'†', u'‡', u'ˆ', u'‰', u'Š', u'‹', u'Œ', 0x8D, u'Ž', 0x8F,
