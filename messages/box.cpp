@@ -1,4 +1,4 @@
-// The window behind questions and notes: its items, and its run with its own port current.
+// The window of questions and notes: its items and its run. Its port is current meanwhile.
 #include "messages/box.h"
 
 #include <memory>
@@ -25,7 +25,7 @@ constexpr std::string_view kTitle = "Dialogue utilisateur";
 constexpr const char *kFontName = "Lucida Grande";
 constexpr int kFontSize = 13;
 
-// The buttons by their items; a note has only the first.
+// The buttons as items; a note has only the first.
 constexpr int kFirstButton = 1;
 constexpr int kSecondButton = 2;
 
@@ -52,8 +52,8 @@ std::optional<AlertIcon> iconOf(const Message &message) {
   return std::nullopt;
 }
 
-// A box that is up: the newest one, as boxes may be opened from within each other, and its port, in
-// the font of its text, the current one.
+// While a box is shown, its port is the current one, in the font of its text, and its keys count.
+// Boxes may be opened from within each other.
 class ShownBox final : public platform::HitHandler {
  public:
   ShownBox(WindowRef window, KeyItems items)
@@ -71,7 +71,7 @@ class ShownBox final : public platform::HitHandler {
   ShownBox(const ShownBox &) = delete;
   ShownBox &operator=(const ShownBox &) = delete;
 
-  // The first button pressed is the answer; until then it is Escape's.
+  // The first button pressed ends the run; Escape's is the answer without one.
   Run hit(int item) override {
     if (item != platform::kCancelItem) button_ = item;
     return Run::Stop;

@@ -19,14 +19,14 @@ struct Message {
   unsigned flags;
 };
 
-// What Escape answers.
+// The answer of Escape.
 int escapeAnswer(Kind kind);
 
-// Shows the message, centred on `owner` (null: on the screen), until it is answered. Returns the
-// answer; Escape's where there is no desktop or the message cannot be shown.
+// Shows the message, centred on `owner` (null: on the screen), and returns the answer. Without a
+// desktop, or if the box cannot be shown, that is the answer of Escape.
 int ask(platform::Desktop *desktop, WindowRef owner, const Message &message);
 
-// The items that Return and Escape press in the newest box; in any dialog where no box is up.
+// The items that Return and Escape press in the newest box; without a box, in any dialog.
 struct KeyItems {
   int ofReturn;
   int ofEscape;

@@ -1,4 +1,4 @@
-// The event filter of the boxes, for applications that pass events round in a loop of their own.
+// The event filter of the boxes, for applications with an event loop of their own.
 #include <cstring>
 
 #include <korvel/messages.h>
@@ -8,7 +8,7 @@
 namespace korvel::messages {
 namespace {
 
-// The tenth of a window record's fields, all of them as large as a pointer.
+// The tenth field of a window record; all are as large as a pointer.
 constexpr std::size_t kHandlerOffset = 9 * sizeof(void *);
 
 bool isForAWindow(const EventRecord &event) {

@@ -1,4 +1,4 @@
-// The lines of a message and the places in its box: numbers only, so that tests need no desktop.
+// A message's lines and the layout of its box, by themselves, so that tests need no desktop.
 #include "messages/layout.h"
 
 #include <algorithm>
@@ -22,24 +22,24 @@ constexpr int kButtonTopFromBottom = 32;
 constexpr int kButtonFoot = 12;
 
 constexpr int kTextLeft = 80;
-// As near to the lines and to the buttons as can be: two lines stay whole above a scroll bar.
+// As near to the lines and the buttons as possible: two lines remain whole above a scroll bar.
 constexpr int kPaneTop = 12;
 constexpr int kPaneRightMargin = 8;
 constexpr int kPaneFoot = 35;
 
-// For the frame around a box, whose height no desktop tells beforehand.
+// Room for the window's frame: no desktop says beforehand how high that is.
 constexpr int kTitleBar = 32;
 
 bool isLineEnd(char character) { return character == '\r' || character == '\n'; }
 
-// French sets a space before a colon; a line must not begin with what belongs to the one before.
-bool sticksToWhatPrecedes(char character) { return character == ':' || character == ','; }
+// French sets a space before a colon; a line must not begin with the colon or with a comma.
+bool mayNotBeginLine(char character) { return character == ':' || character == ','; }
 
 Rect buttonAt(int left, int height) {
   return {left, height - kButtonTopFromBottom, left + kButtonWidth, height - kButtonFoot};
 }
 
-// The corner on one axis; the sum of two edges may be beyond an int.
+// The corner on one axis. The sum of two edges may overflow an int.
 int centredCorner(int from, int to, int length) {
   return static_cast<int>(std::max(0LL, (0LL + from + to - length) / 2));
 }
@@ -58,7 +58,7 @@ int wrapLines(std::string &text) {
       column = 0;
     }
     const char next = i + 1 < text.size() ? text[i + 1] : '\0';
-    if (text[i] == ' ' && !sticksToWhatPrecedes(next) && column > kWidestColumn) {
+    if (text[i] == ' ' && !mayNotBeginLine(next) && column > kWidestColumn) {
       text[i] = kLineEnd;
       ++lines;
       column = 1;

@@ -1,4 +1,4 @@
-// For messages/ and its tests only: the lines of a message, and the places in its box in pixels.
+// For messages/ and its tests only: a message's lines, and the layout of its box in pixels.
 #ifndef KORVEL_MESSAGES_LAYOUT_H
 #define KORVEL_MESSAGES_LAYOUT_H
 
@@ -13,12 +13,12 @@ using platform::Rect;
 
 enum class Kind { Question, Note };
 
-// Ends each line of `text` with a carriage return, in place, the length unchanged: at the line ends
-// that it has, and at the first space beyond the widest column of each line that is too long.
-// Returns the number of lines to make the box for: those of the text, at least 2.
+// Breaks `text` into lines, in place and at the same length: carriage returns replace its line
+// ends, and in each line that is too long the first space beyond the widest column. Returns the
+// number of lines, at least 2.
 int wrapLines(std::string &text);
 
-// Baseline of the first line below the top of the box, and from line to line.
+// From the top of the box to the first baseline, and from line to line.
 constexpr int kFirstBaseline = 26;
 constexpr int kLinePitch = 14;
 
@@ -40,7 +40,7 @@ Rect centredOn(const Rect &owner, int width, int height);
 Rect firstOfTwoButtons(int width, int height);
 Rect lastButton(int width, int height);
 
-// Where the lines are shown: down to the buttons, and almost to the right edge.
+// The pane of the lines: down to the buttons, and almost to the right edge.
 Rect textPane(int width, int height);
 
 }  // namespace korvel::messages

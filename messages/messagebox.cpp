@@ -1,4 +1,4 @@
-// Questions and notes as applications ask for them.
+// Questions and notes: what applications pass, checked, broken into lines and asked.
 #include <string>
 
 #include <korvel/messages.h>
@@ -35,7 +35,7 @@ int askInLines(Desktop &desktop, WindowRef owner, std::string_view text, std::st
   return ask(&desktop, owner, {kind, caption, shown, lines, flags});
 }
 
-// The owner's port is current afterwards even where memory ran out.
+// The owner's port is current afterwards, even if memory ran out.
 int askInFront(WindowRef owner, std::string_view text, std::string_view caption, unsigned flags) {
   const int unseen = escapeAnswer(kindOf(flags));
   Desktop *desktop = desktopWithScreen();

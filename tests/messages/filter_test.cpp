@@ -1,4 +1,4 @@
-// The event filter of the boxes.
+// The event filter of the boxes: events to windows, keys to buttons.
 #include <string>
 
 #include <gtest/gtest.h>
@@ -21,7 +21,7 @@ void handle(EventRecord *event) {
   ++g_calls;
 }
 
-// An application's window record: ten fields as large as a pointer, the last one its handler.
+// A window record of an application: ten fields as large as a pointer; the last is its handler.
 struct WindowRecord {
   void *fields[9] = {};
   WindowEvent_t handler = handle;

@@ -1,4 +1,4 @@
-// Where things stand in a message box.
+// Sizes and places in a message box.
 #include "messages/layout.h"
 
 #include <limits>
@@ -31,10 +31,10 @@ TEST(Layout, NoBoxIsWiderThanTheScreen) {
       {50, 401, 400},
       {50, 399, 399},
       {50, 220, 220},
-      // Never without a place for the buttons.
+      // Always wide enough for the buttons.
       {50, 219, 220},
       {51, 1, 220},
-      // Of no screen nothing is known.
+      // A screen of unknown size.
       {51, 0, 540},
       {50, -kInt, 400},
   };
@@ -53,12 +53,12 @@ TEST(Layout, HeightFollowsTheLines) {
       {Kind::Note, 3, 1000, 104},
       {Kind::Question, 1, 1000, 70},
       {Kind::Note, 1, 1000, 76},
-      // Fewer lines than one count as one.
+      // Below 1 counts as 1.
       {Kind::Question, 0, 1000, 70},
       {Kind::Note, 0, 1000, 76},
       {Kind::Question, -kInt - 1, 1000, 70},
       {Kind::Note, -kInt - 1, 1000, 76},
-      // No higher than the screen, and never without a place for the button.
+      // No higher than the screen, but always high enough for a button.
       {Kind::Question, 47, 990, 990},
       {Kind::Question, 48, 990, 990},
       {Kind::Note, 4096, 990, 990},
@@ -80,7 +80,7 @@ TEST(Layout, IsCentredOnTheOwnerWithNoNegativeCorner) {
   EXPECT_EQ(centredOn({0, 0, kInt, kInt}, 400, 90).left, (kInt - 400) / 2);
 }
 
-TEST(Layout, ButtonsStandAtTheFoot) {
+TEST(Layout, ButtonsAreAtTheFoot) {
   EXPECT_EQ(firstOfTwoButtons(400, 90), (Rect{200, 58, 280, 78}));
   EXPECT_EQ(lastButton(400, 90), (Rect{300, 58, 380, 78}));
   EXPECT_EQ(firstOfTwoButtons(540, 110), (Rect{340, 78, 420, 98}));
@@ -88,7 +88,7 @@ TEST(Layout, ButtonsStandAtTheFoot) {
   EXPECT_EQ(lastButton(540, 104), (Rect{440, 72, 520, 92}));
 }
 
-TEST(Layout, ThePaneHoldsTheToldLinesAboveTheButtons) {
+TEST(Layout, ThePaneHoldsAllLinesAboveTheButtons) {
   constexpr int kDescent = 4;
   for (const Kind kind : {Kind::Question, Kind::Note}) {
     for (int lines = 1; lines < 40; ++lines) {

@@ -31,7 +31,7 @@ bool has(const std::string &layout, const std::string &line) {
   return layout.find(line + '\n') != std::string::npos;
 }
 
-// ---- What stands where ----
+// ---- Layout ----
 
 TEST(MessageBox, AQuestionAsAWhole) {
   EXPECT_EQ(shownBy("Voulez-vous quitter ?", "Fin", 0x12),

@@ -15,7 +15,7 @@
 namespace korvel::test {
 namespace {
 
-// Brings what the boxes change back to its first values.
+// Gives everything that the boxes change its first value, before and after.
 class DrawingGuard {
  public:
   DrawingGuard() { reset(); }
@@ -68,7 +68,7 @@ TEST(BoxPort, TheBoxesPortIsTheCurrentOneInTheFontOfItsText) {
         })
         .press(1);
     box.ask(owner);
-    // Three quarters of 13 and 1 below the top.
+    // The baseline: three quarters of 13, and 1.
     EXPECT_EQ(drawn, "text (0,10) \"a\" black, Lucida Grande 13\n") << box.name;
     EXPECT_EQ(char_dy, 10) << box.name;
     EXPECT_STREQ(ch_font_FontName, "Lucida Grande") << box.name;
@@ -152,7 +152,7 @@ TEST(BoxPort, AQuestionAloneLeavesItsOwnersPortToTheCaller) {
   desk.finish();
 }
 
-// A desktop on which a window stands wherever one stood before.
+// A desktop on which every window has the address of the one before.
 class OneAddress final : public ScriptedDesktop {
  public:
   platform::Port *windowPort(WindowRef) override { return port_.get(); }

@@ -1,4 +1,4 @@
-// A message text in lines.
+// A message broken into lines.
 #include <random>
 #include <string>
 
@@ -32,6 +32,8 @@ TEST(Wrapping, OneLineNeedsTheHeightOfTwo) {
   }
 }
 
+// Kept: a carriage return and line feed pair ends two lines, and a line end is itself counted in
+// the column.
 TEST(Wrapping, LineEndsOfEveryKind) {
   const struct {
     const char *name;
@@ -40,7 +42,7 @@ TEST(Wrapping, LineEndsOfEveryKind) {
   } cases[] = {
       {"a carriage return", "a\rb", "a\rb", 2},
       {"a line feed becomes a carriage return", "a\nb", "a\rb", 2},
-      {"Kept: a carriage return and line feed pair ends two lines", "a\r\nb", "a\r\rb", 3},
+      {"a carriage return and line feed pair ends two lines", "a\r\nb", "a\r\rb", 3},
       {"line ends alone", "\n\n\n", "\r\r\r", 4},
       {"a last line end opens one more line", "a\nb\n", "a\rb\r", 3},
   };
@@ -84,7 +86,7 @@ TEST(Wrapping, AfterABreakTheLineStartsInColumn1) {
   EXPECT_EQ(wrapped(digits(51) + " " + digits(50) + " b").lines, 3);
 }
 
-TEST(Wrapping, KeptALineEndIsItselfCountedInTheColumn) {
+TEST(Wrapping, ALineEndIsItselfCountedInTheColumn) {
   const std::string shown = "\r";
   for (const std::string end : {"\r", "\n"}) {
     EXPECT_EQ(wrapped(end + digits(49) + " b").text, shown + digits(49) + " b");
