@@ -1,4 +1,4 @@
-// For draw/ only: the escapes of rich text, one row per code. A further code is a further row.
+// For draw/ only: the escapes of rich text. A new code is a new row.
 #ifndef KORVEL_DRAW_ESCAPES_H
 #define KORVEL_DRAW_ESCAPES_H
 

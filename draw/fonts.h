@@ -10,8 +10,7 @@ namespace korvel::draw {
 
 constexpr const char *kDefaultFont = "Arial";
 
-// How a port draws text. Colours are palette indexes; `back` may be KorvelTransparent. `style` is
-// the sum that ch_font_set_ext takes.
+// Colours, size and style of text, in the numbers of ch_font_set_ext.
 struct TextStyle {
   int fore;
   int back;
@@ -19,14 +18,14 @@ struct TextStyle {
   int style = 0;
 };
 
-// Stores the name, which may be the buffer of the chosen font itself, and sets font, colours and
-// char_dy of a port. An empty name is only stored, and needs no port.
+// Stores the name, which may be in ch_font_FontName itself, and sets font, colours and char_dy of a
+// port. An empty name is stored only, and needs no port.
 void chooseFont(CGrafPtr port, const char *name, const TextStyle &style);
 
 // Sets colours and text mode of a surface, and char_dy from its font.
 void setColours(platform::Port &surface, int fore, int back);
 
-// Height and gap of a line of text.
+// Ascent, descent and leading.
 int lineHeight(const platform::FontMetrics &font);
 
 }  // namespace korvel::draw

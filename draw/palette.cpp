@@ -1,4 +1,4 @@
-// The palette of 16 colours.
+// The palette of 16 colours, KorvelBlack to KorvelWhite.
 #include "draw/palette.h"
 
 #include <iterator>

@@ -1,4 +1,5 @@
-// Pictures by name, drawn or measured.
+// Pictures by name, drawn or measured. They are kept, as reading one costs far more than drawing
+// it.
 #include "draw/pictures.h"
 
 #include <map>
@@ -12,7 +13,6 @@
 
 #include "base/guard.h"
 #include "draw/ports.h"
-#include "draw/primitives.h"
 #include "platform/desktop.h"
 #include "platform/loader.h"
 #include "platform/resources.h"
@@ -30,13 +30,13 @@ constexpr std::chrono::seconds kRetryAfter(1);
 
 using Clock = std::chrono::system_clock;
 
-// What tells a file from one that was at its path before.
+// A picture file and what changes when it is rewritten or replaced.
 struct File {
   std::string path;
   dev_t device;
   ino_t inode;
   off_t size;
-  Clock::time_point changed;  // of the status, as that time cannot be set back
+  Clock::time_point changed;  // the status, a time that programs cannot set back
 
   bool operator==(const File &) const = default;
 };
@@ -65,8 +65,8 @@ struct ReadPicture {
   const Picture *shown() const { return isReadable() ? picture.get() : nullptr; }
 };
 
-// The pictures of one desktop by their names. Never destroyed: the toolkit that they belong to may
-// end before the process does.
+// The pictures of one desktop by their names. Never destroyed: the toolkit that owns them may end
+// before the process does.
 struct Pictures {
   const Desktop *desktop = nullptr;
   std::map<std::string, ReadPicture, std::less<>> read;
@@ -128,13 +128,13 @@ using namespace korvel::draw;
 
 int BMP_affic_desfond0(const char *name, CGrafPtr port, int x, int y) {
   if (name == nullptr) return 1;
-  if (isTooLong(name)) return 0;  // Kept: as if it had been drawn.
+  if (isTooLong(name)) return 0;  // Kept: a name that is too long counts as drawn.
   return onSurface(port, 1,
                    [&](Port &surface) { return drawPicture(surface, name, x, y) ? 0 : 1; });
 }
 
 int BMP_affic_dimfond0(const char *name, int *cx, int *cy) {
   if (name == nullptr) return 1;
-  if (isTooLong(name)) return 0;  // Kept: as if it had been measured.
+  if (isTooLong(name)) return 0;  // Kept: a name that is too long counts as measured.
   return korvel::base::orOnFailure(1, [&] { return putSize(findPicture(name), cx, cy) ? 0 : 1; });
 }

@@ -9,19 +9,22 @@
 
 namespace korvel::draw {
 
-// The picture of that name in the resources, the library's own and valid until the next call; null
-// when there is no such file or it cannot be read. The file is read at the first use, and again
-// when its content or another file has taken its place. Reading that failed is tried again a second
-// later: it may have failed for want of memory or of file descriptors.
+// The picture of that name in the resources, valid until the next call; null when there is no such
+// file or it cannot be read. The file is read at the first use, and again when it has changed or
+// another file is in its place. A file that could not be read is tried again a second later: memory
+// or file descriptors may have run out.
 const platform::Picture *findPicture(std::string_view name);
 
-// Whether any later change of a file will show in the time of its last change: files are stamped by
-// a clock that ticks some hundred times a second. A file of the future is such a file, too: a later
-// change would be stamped with an earlier time.
+// False when there is no such picture or no memory to draw it.
+bool drawPicture(platform::Port &surface, std::string_view name, int x, int y);
+
+// Whether any later change of a file will show in the time of its last change: the file system's
+// clock ticks some hundred times a second. That is so for a time in the future, too: a later change
+// sets an earlier time.
 bool isAtRest(std::chrono::system_clock::time_point changed,
               std::chrono::system_clock::time_point now);
 
-// Forgets what was read: for tests, which change files and desktops.
+// Forgets all pictures: for tests, which change files and desktops.
 void forgetPictures();
 
 }  // namespace korvel::draw

@@ -6,8 +6,8 @@
 
 namespace korvel::draw {
 
-// Positions and widths are added up in this type, which no text is long enough to overflow. Where
-// they go to the screen they are clamped to int, far outside every port.
+// Positions and widths are added up in this type: no text is long enough to make it overflow. The
+// seam takes ints; a position clamped to int is far outside every port.
 using Pixels = std::int64_t;
 
 // Truncates to the 16 bits of a short.

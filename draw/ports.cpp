@@ -12,9 +12,9 @@ using korvel::platform::Desktop;
 using korvel::platform::desktopForDrawing;
 using korvel::platform::Port;
 
-// Never freed, only used again: a port that was given back can so be told from a live one.
+// Never freed, only reused: so a port that was given back can be told from a live one.
 struct KorvelPort {
-  // Asked of the desktop at each use, as a window goes without telling.
+  // The desktop is asked at each use: it does not say when a window goes.
   Port *surface() const {
     if (window == nullptr) return own.get();
     Desktop *desktop = desktopForDrawing();
@@ -32,7 +32,7 @@ namespace {
 constinit KorvelPort *ports = nullptr;
 constinit KorvelPort *current = nullptr;
 
-// Reuses a port whose surface is gone. If that one was current, none is.
+// Reuses a port whose surface is gone; if it was current, no port is current afterwards.
 KorvelPort *unusedPort() {
   KorvelPort *port = ports;
   while (port != nullptr && port->surface() != nullptr) port = port->next;

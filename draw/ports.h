@@ -19,11 +19,12 @@ CGrafPtr portOf(WindowRef window);
 CGrafPtr currentPort();
 void setCurrentPort(CGrafPtr port);
 
-// Leaves no current port if it is the one of `window`, which is about to go: a later window may get
-// the same address and would then be current by accident. Allocates nothing.
+// If the port of `window` is current, none is afterwards. To be called before the window goes: a
+// later window may get the same address and would then be current by accident. Allocates nothing.
 void leavePortOf(WindowRef window);
 
-// Does `work` on the surface of a port, if it has one, as far as there is memory.
+// Does `work` on the surface of a port; nothing for a port without a surface. Ends where memory
+// does.
 template <typename Work>
 void onSurface(CGrafPtr port, Work work) {
   base::asFarAsMemoryAllows([&] {

@@ -9,6 +9,7 @@
 #include "base/views.h"
 #include "draw/fonts.h"
 #include "draw/palette.h"
+#include "draw/pictures.h"
 #include "draw/ports.h"
 #include "draw/primitives.h"
 #include "draw/text.h"
@@ -24,11 +25,11 @@ namespace {
 constexpr int kNarrowestEm = 8;
 constexpr int kPenWidth = 2;
 
-// The state that outlasts a text.
+// These outlast a text.
 constinit std::int16_t penX = 0;
 constinit std::int16_t penY = 0;
-constinit bool endsNextRunAtX = false;  // when drawing
-constinit bool measuresRuns = true;     // when measuring
+constinit bool isNextRunRightAligned = false;  // when drawing
+constinit bool areRunsMeasured = true;         // when measuring
 
 int emOf(const Port &surface) { return std::max(runWidth(surface, "X"), kNarrowestEm); }
 
@@ -36,19 +37,19 @@ class Drawing {
  public:
   static constexpr bool kHasPen = true;
 
-  // Lines and frames are placed from `origin`, all else from `y` below it.
+  // Lines and frames are placed relative to `origin`, all else relative to `y` below it.
   Drawing(Port &surface, int em, Point origin, int y)
       : surface_(surface), em_(em), origin_(origin), top_(origin.y + y) {}
 
   Pixels run(Pixels x, std::string_view text) {
     const Pixels left = origin_.x + x;
-    if (!endsNextRunAtX) return drawRun(surface_, left, top_, text);
-    endsNextRunAtX = false;
+    if (!isNextRunRightAligned) return drawRun(surface_, left, top_, text);
+    isNextRunRightAligned = false;
     drawRun(surface_, left - runWidth(surface_, text), top_, text);
     return 0;
   }
-  void alignRight() { endsNextRunAtX = true; }
-  void alignOff() { endsNextRunAtX = false; }
+  void alignRight() { isNextRunRightAligned = true; }
+  void alignOff() { isNextRunRightAligned = false; }
   void tab() {}
 
   // Kept: as any framed rectangle, a bullet leaves the foreground black.
@@ -104,10 +105,12 @@ class Measuring {
   Measuring(const Port &surface, int em) : surface_(surface), em_(em) {}
 
   // Kept: a run has no height.
-  Pixels run(Pixels, std::string_view text) { return measuresRuns ? runWidth(surface_, text) : 0; }
-  // Kept: until it is taken back, and not for the next run only.
-  void alignRight() { measuresRuns = false; }
-  void alignOff() { measuresRuns = true; }
+  Pixels run(Pixels, std::string_view text) {
+    return areRunsMeasured ? runWidth(surface_, text) : 0;
+  }
+  // Kept: right alignment lasts until it is taken back, and not for the next run only.
+  void alignRight() { areRunsMeasured = false; }
+  void alignOff() { areRunsMeasured = true; }
   void tab() { hasTab_ = true; }
   void bullet(Pixels) { height_ = 2 * em_; }
   void picture(Pixels, const char *) { height_ = 2 * em_; }
@@ -148,7 +151,8 @@ void selectSize(Port &surface, int size) {
   if (hasFont) surface.setFontSize(size);
 }
 
-// Where a text begins in the middle of a box; one with a tab, or too wide, at the left of the box.
+// The x at which a text is in the middle of a box; the left of the box for a text that has a tab or
+// is too wide.
 int startInBox(const Port &surface, int x, int width, std::string_view text) {
   const Extent extent = extentOf(surface, x, text);
   const bool isCentred = !extent.hasTab && extent.width < width;

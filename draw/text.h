@@ -19,7 +19,7 @@ int drawRun(platform::Port &surface, Pixels x, Pixels y, std::string_view text);
 // The width that drawRun returns.
 int runWidth(const platform::Port &surface, std::string_view text);
 
-// Whether there is a text of this length. A null text has length 0.
+// Whether `text` and `len` are a text. A null text is one with length 0.
 constexpr bool isText(const char *text, int len) {
   return len == 0 || (len > 0 && text != nullptr);
 }

@@ -1,15 +1,15 @@
 // For draw/ only: the walk over a rich text, which drawing and measuring share.
 //
-// The walker follows the current x and reads the escapes; a visitor does, or only counts, what
-// stands in the text. A visitor has
+// The walker follows the current x and reads the escapes. A visitor draws or measures what they
+// mean; positions are pixels. It has
 //
 //   Pixels run(Pixels x, std::string_view text)        a run at x; returns how far x moves
 //   void bullet(Pixels x), void picture(Pixels x, const char *name)
 //   void alignRight(), void alignOff()
-//   void tab()                                         told of every tab
+//   void tab()                                         called at every tab
 //   static constexpr bool kHasPen                      false: pen escapes have no arguments
 //
-// and, if it has a pen, which takes positions in pixels:
+// and, if it has a pen,
 //
 //   int lineHeight()
 //   void setPenAcross(Pixels x), void setPenDown(Pixels y)
@@ -29,17 +29,18 @@ namespace korvel::draw {
 template <typename Visitor>
 class Walker {
  public:
-  // `em` is the width that the text's horizontal units are made of, `x` where the text starts.
+  // `em` is the text's unit of width; `x` is where the text starts.
   Walker(Visitor &visitor, int em, Pixels x) : visitor_(visitor), em_(em), start_(x), x_(x) {}
 
   // Returns how far x has moved.
   Pixels walk(std::string_view text) {
     rest_ = text;
     while (!rest_.empty()) {
-      if (isEscape(rest_.front()))
+      if (isEscape(rest_.front())) {
         escape();
-      else
+      } else {
         run();
+      }
     }
     return x_ - start_;
   }
@@ -87,7 +88,7 @@ class Walker {
     x_ = std::max(x_, Pixels{toShort(across(*position))});
   }
 
-  // Never an endless one: a step that is none ends the escape.
+  // A step of 0 would loop for ever; it has no effect, nor has a negative one.
   void tabEvery(int argumentSize) {
     const std::optional<int> argument = takeArgument(argumentSize);
     if (!argument) return;
@@ -98,8 +99,8 @@ class Walker {
 
   // The smallest multiple of `step` that is greater than x, also where x is negative.
   static Pixels nextMultiple(Pixels x, Pixels step) {
-    const Pixels behind = x % step;  // with the sign of x
-    return x - behind + (behind < 0 ? 0 : step);
+    const Pixels remainder = x % step;  // with the sign of x
+    return x - remainder + (remainder < 0 ? 0 : step);
   }
 
   void bullet() {
@@ -112,26 +113,27 @@ class Walker {
   }
   Pixels iconWidth() const { return Pixels{2} * em_; }
 
-  // The pen is set across even where the text ends before it is set down.
+  // The pen moves across even if the text ends before its way down.
   void pen(const Escape &escape) {
     const std::optional<int> h = takeArgument(escape.argumentSize);
     if (!h) return;
     if (escape.effect == Effect::SetPen) visitor_.setPenAcross(across(*h));
     const std::optional<int> v = takeArgument(escape.argumentSize);
     if (!v) return;
-    if (escape.effect == Effect::SetPen)
+    if (escape.effect == Effect::SetPen) {
       visitor_.setPenDown(down(*v));
-    else if (escape.effect == Effect::Line)
+    } else if (escape.effect == Effect::Line) {
       visitor_.line({across(*h), down(*v)});
-    else
+    } else {
       visitor_.frame({across(*h), down(*v)});
+    }
   }
 
   // Half characters and quarter lines, in pixels.
   Pixels across(int argument) const { return Pixels{em_} * argument / 2; }
   Pixels down(int argument) const { return Pixels{visitor_.lineHeight()} * argument / 4; }
 
-  // Nothing for an argument that is cut off, of which nothing is left then.
+  // Nothing for an argument that the end of the text cuts off; what there is of it is dropped.
   std::optional<int> takeArgument(int size) {
     if (rest_.size() < static_cast<std::size_t>(size)) {
       rest_ = {};
@@ -146,7 +148,7 @@ class Walker {
     return byte;
   }
 
-  static constexpr int kArgumentZero = 32;  // the byte that stands for 0
+  static constexpr int kArgumentZero = 32;  // the byte for 0
   static constexpr int kHighUnit = 224;
 
   Visitor &visitor_;

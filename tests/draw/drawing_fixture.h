@@ -1,5 +1,5 @@
 // For tests/draw/ only: every test starts with an image of 12-point text on a scripted desktop, and
-// leaves the globals and what outlasts a text as they are at load.
+// leaves the globals and the state that outlasts a text as they are at load.
 #ifndef KORVEL_TESTS_DRAW_DRAWING_FIXTURE_H
 #define KORVEL_TESTS_DRAW_DRAWING_FIXTURE_H
 
@@ -18,7 +18,7 @@
 
 namespace korvel::test {
 
-// Brings the exported variables of the drawing functions back to their first values.
+// Gives the exported variables of the drawing functions their first values, before and after.
 class DrawingGlobals {
  public:
   DrawingGlobals() { reset(); }
@@ -59,17 +59,16 @@ class DrawTest : public ::testing::Test {
   CGrafPtr port = KorvelImagePort(200, 100);
 };
 
-// A file of resources: a picture of that size, as the scripted desktop reads it.
+// A resource folder with pictures, each a text of its size, which the scripted desktop reads.
 class PictureFolder {
  public:
-  PictureFolder() { stand(); }
+  PictureFolder() { choose(); }
   void add(const std::string &file, const std::string &size) {
     folder_.add("pictures/" + file, size);
   }
-  // Its path.
   std::string file(const std::string &name) const { return folder_.path() + "/pictures/" + name; }
   // Makes it the application's folder.
-  void stand() {
+  void choose() {
     std::memset(szResources, 0, sizeof szResources);
     std::strncpy(szResources, folder_.path().c_str(), sizeof szResources - 1);
   }

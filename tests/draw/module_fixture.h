@@ -1,5 +1,5 @@
-// For tests/draw/ only: the drawing functions on the desktop module itself, on its toolkit's
-// platform without a screen, with the default pictures.
+// For tests/draw/ only: drawing on the desktop module itself, on its toolkit's platform without a
+// screen, with the default pictures.
 #ifndef KORVEL_TESTS_DRAW_MODULE_FIXTURE_H
 #define KORVEL_TESTS_DRAW_MODULE_FIXTURE_H
 
@@ -22,9 +22,9 @@ class ModuleTest : public testing::Test {
     setenv("QT_QPA_PLATFORM", "offscreen", 1);
     setenv("KORVEL_UNSEEN", "1", 1);
   }
-  ModuleTest() { standOn(KORVEL_TEST_RESOURCES); }
+  ModuleTest() { useResources(KORVEL_TEST_RESOURCES); }
 
-  static void standOn(const char *resources) {
+  static void useResources(const char *resources) {
     std::memset(szResources, 0, sizeof szResources);
     std::strncpy(szResources, resources, sizeof szResources - 1);
   }
@@ -32,7 +32,7 @@ class ModuleTest : public testing::Test {
   DrawingGlobals globals;
 };
 
-// An image that is given back with its object.
+// An image, released by the destructor.
 class Image {
  public:
   Image(int width, int height) : port_(KorvelImagePort(width, height)) {
@@ -44,7 +44,7 @@ class Image {
 
   CGrafPtr port() const { return port_; }
 
-  // Eight bits a component: 0xRRGGBB; -1 outside.
+  // 0xRRGGBB; -1 outside.
   int pixel(int x, int y) const {
     RGBColor colour{};
     if (KorvelPortPixel(port_, x, y, &colour) == 0) return -1;

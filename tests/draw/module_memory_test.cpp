@@ -1,4 +1,4 @@
-// The drawing functions on the desktop module, where memory runs out at each allocation in turn.
+// Drawing on the desktop module where memory runs out at each allocation in turn.
 #include <functional>
 #include <string>
 
@@ -14,8 +14,8 @@ namespace {
 
 class ModuleMemory : public ModuleTest {
  protected:
-  // Calls once for each allocation that the call makes, which then fails, and once more without a
-  // failure. `prepare` makes the call allocate anew each time. Returns how many there were.
+  // Makes the call once for each of its allocations, which then fails, and once without a failure.
+  // `prepare` makes the call allocate again each time. Returns the number of failures.
   static int expect(int good, int without, const std::function<void(int n)> &prepare,
                     const std::function<int()> &call) {
     for (int n = 1;; ++n) {
@@ -39,7 +39,7 @@ class ModuleMemory : public ModuleTest {
   static void forget(int) { draw::forgetPictures(); }
 };
 
-// Each time in a process of its own, as a desktop comes up once; none has before.
+// Each time in a process of its own: a desktop comes up once, and has not come up before.
 TEST_F(ModuleMemory, WithoutItNoDesktopComesUp) {
   constexpr int kNone = 0;
   constexpr int kImage = 1;
@@ -75,7 +75,7 @@ void askForAWindowAfterDrawingRanOut() {
   std::_Exit(testing::internal::GetCapturedStderr().empty() ? 1 : 0);
 }
 
-// In a program that is started anew, as this one may have a desktop already.
+// In a program started anew: this one may have a desktop already.
 TEST_F(ModuleMemory, WithoutItWhileDrawingItIsStillSaidThatThereIsNoDesktop) {
   GTEST_FLAG_SET(death_test_style, "threadsafe");
   EXPECT_EXIT(askForAWindowAfterDrawingRanOut(), testing::ExitedWithCode(0), "nowhere");
@@ -103,7 +103,7 @@ TEST_F(ModuleMemory, WithoutItAPictureIsNotThere) {
   EXPECT_GE(expect(0, 1, forget, draw), 5);
 }
 
-// Texts of ever new sizes, whose letters were not drawn before.
+// Texts of ever new sizes: their letters were not drawn before.
 TEST_F(ModuleMemory, WithoutItATextHasNoWidth) {
   const Image image(300, 100);
   int wanted = 0;
@@ -179,7 +179,7 @@ TEST_F(ModuleMemory, WithoutItRichTextEndsAsItCan) {
   EXPECT_GE(failures, 5);
 }
 
-// Nor do they ask for any: the first allocation would fail.
+// They allocate nothing: the first allocation would fail.
 TEST_F(ModuleMemory, WithoutItLinesAndRectanglesAreDrawn) {
   const Image image(60, 60);
   {

@@ -1,4 +1,4 @@
-// Pixels that the drawing functions leave in an image of the desktop module.
+// The pixels of images drawn by the desktop module.
 #include <string>
 
 #include <korvel/draw.h>
@@ -15,7 +15,8 @@ constexpr int kWhite = 0xFFFFFF;
 constexpr int kBlack = 0x000000;
 constexpr int kRed = 0xFF0000;
 
-// What is not white, as "left,top-right,bottom" (the last pixels are inside); "" for nothing.
+// The bounds of all that is not white, as "left,top-right,bottom" with the last pixels inside; ""
+// for nothing.
 std::string inkOf(const Image &image) {
   int left = kSide;
   int top = kSide;

@@ -1,5 +1,5 @@
-// Random rich texts on images of the desktop module, drawn and measured beside the literal model:
-// same results and, from time to time compared, same pixels.
+// Random rich texts on images of the desktop module, drawn and measured beside the model: the same
+// results and, compared from time to time, the same pixels.
 #include <memory>
 #include <string>
 

@@ -42,7 +42,7 @@ INSTANTIATE_TEST_SUITE_P(IndexesWrap, Palette,
                              Entry{16, 0x0000, 0x0000, 0x0000}, Entry{25, 0xFFFF, 0x0000, 0x0000},
                              Entry{255, 0xFFFF, 0xFFFF, 0xFFFF},
                              Entry{INT_MAX, 0xFFFF, 0xFFFF, 0xFFFF},
-                             // Below 0 too, where nothing stands in front of the table.
+                             // Below 0, too: there is nothing in front of the table.
                              Entry{-1, 0xFFFF, 0xFFFF, 0xFFFF}, Entry{-7, 0xFFFF, 0x0000, 0x0000},
                              Entry{-16, 0x0000, 0x0000, 0x0000},
                              Entry{INT_MIN, 0x0000, 0x0000, 0x0000}));

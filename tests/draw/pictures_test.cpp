@@ -60,7 +60,9 @@ TEST_F(Pictures, ThatCannotBeReadIsNone) {
   EXPECT_EQ(size("cassee"), "1");
 }
 
-TEST_F(Pictures, OfANameThatIsTooLongSaysItWasDrawn) {  // Kept: as if it had been drawn.
+// Kept: a name that is too long counts as drawn.
+// Kept: a name that is too long counts as measured.
+TEST_F(Pictures, OfANameThatIsTooLongSaysItWasDrawn) {
   EXPECT_EQ(draw(std::string(256, 'a')), 0);
   EXPECT_EQ(size(std::string(256, 'a')), "0");
   EXPECT_EQ(size(std::string(5000, 'a')), "0");
@@ -88,8 +90,7 @@ TEST_F(Pictures, MayLieFarOutside) {
 
 // ---- What is kept ----
 
-// A file that has only just been written may be written once more within the same tick of the
-// clock.
+// A file just written may be written again within the same tick of the clock.
 void letFilesRest() { std::this_thread::sleep_for(std::chrono::milliseconds(50)); }
 
 TEST_F(Pictures, AreReadOnce) {
@@ -206,7 +207,7 @@ TEST_F(Pictures, OfAnotherFolderAreOthers) {
   PictureFolder other;
   other.add("a.svg", "7x7");
   EXPECT_EQ(size("a"), "7x7");
-  folder.stand();
+  folder.choose();
   EXPECT_EQ(size("a"), "20x10");
 }
 

@@ -19,7 +19,7 @@ class Ports : public testing::Test {
     GetPort(&port);
     return port;
   }
-  // What drawing on the port gives: a width, or 0 on a port that is none.
+  // The result of drawing on the port: a width, or 0 without a surface.
   static int widthOn(CGrafPtr port) { return TextOut_0(port, 0, 0, "a", 1); }
 
   DrawingGlobals globals;
@@ -76,7 +76,7 @@ TEST_F(Ports, SeveralLiveSideBySide) {
   for (std::size_t i = 0; i < 5; ++i) EXPECT_FALSE(desk.drawn(i).isOpen);
 }
 
-// An application that makes and gives back a port for each picture does not grow.
+// An application that makes and releases a port for each picture does not grow.
 TEST_F(Ports, PlacesOfPortsGivenBackAreUsedAgain) {
   CGrafPtr first = KorvelImagePort(20, 10);
   KorvelPortRelease(first);
@@ -134,7 +134,7 @@ TEST_F(Ports, ThePlaceOfAWindowsPortIsUsedAgain) {
   CGrafPtr port = GetWindowPort(window);
   SetPort(port);
   desk.closeWindow(window);
-  // Places that are free come in any order.
+  // Free places are reused in any order.
   std::vector<CGrafPtr> images;
   do {
     images.push_back(KorvelImagePort(20, 10));

@@ -26,7 +26,7 @@ TEST_F(Primitives, ALineOfNoWidthShowsNothing) {
   EXPECT_EQ(drawn(), "");
 }
 
-// What was set before does not matter.
+// The colours set before do not matter.
 TEST_F(Primitives, AfterALineTheForegroundIsBlack) {
   ch_font_set(port, "Arial", 12, 255, 12);
   for (int colour = 0; colour < 16; ++colour) {

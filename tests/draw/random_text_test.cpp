@@ -1,5 +1,5 @@
-// Random rich texts, drawn and measured beside the literal model: same operations, same results.
-// What outlasts a text goes on from each to the next in both.
+// Random rich texts, drawn and measured beside the model: the same operations, the same results.
+// State that outlasts a text passes on to the next one in both.
 #include <memory>
 #include <string>
 

@@ -14,8 +14,8 @@ class RandomTexts {
   // A number from `low` to `high`.
   int number(int low, int high) { return std::uniform_int_distribution<int>(low, high)(engine_); }
 
-  // Runs and escapes of all kinds, often cut off inside an escape; or any bytes; or a run around
-  // the longest that is drawn.
+  // Runs and escapes of all kinds, often cut off inside an escape; or any bytes; or a run of about
+  // the greatest length drawn.
   std::string text() {
     const int kind = number(0, 99);
     if (kind == 0) return longRun();
@@ -54,7 +54,7 @@ class RandomTexts {
   std::mt19937 engine_;
 };
 
-// "text 17: ff 80 28", for the message of a test.
+// "text 17: ff 80 28", for a failure's message.
 inline std::string described(int n, const std::string &text) {
   constexpr const char *kDigits = "0123456789abcdef";
   std::string result = "text " + std::to_string(n) + ':';

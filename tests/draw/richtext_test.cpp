@@ -1,4 +1,4 @@
-// Rich text: each escape drawn and measured, by hand-made texts.
+// Rich text: each escape drawn and measured, in texts made by hand.
 #include <climits>
 #include <memory>
 #include <string>
@@ -8,16 +8,17 @@
 namespace korvel::test {
 namespace {
 
-// An escape: its code and the bytes behind it.
+// An escape: its code and its arguments.
 std::string esc(int code, const std::string &arguments = "") {
   return std::string("\xFF") + static_cast<char>(code) + arguments;
 }
-// The byte that stands for a number, and the two bytes.
+// A number as an argument of one byte, and of two.
 std::string one(int value) { return {static_cast<char>(value + 32)}; }
 std::string two(int value) { return one(value % 224) + one(value / 224); }
 
-// At 16 points: a character 8 wide, ascent 12, descent 4, leading 2; so cw is 8, lh 18, and with no
-// font chosen the text is drawn at y itself.
+// At 16 points a character is 8 wide, the ascent 12, the descent 4, the leading 2; so cw is 8 and
+// lh
+// 18. With no font chosen, text is drawn at y itself.
 class RichText : public DrawTest {
  protected:
   RichText() {
@@ -163,7 +164,7 @@ TEST_F(RichText, TabsMoveX) {
       {0, esc(133, "\xFF\x20"), 223 * 4},
       {0, esc(133, one(0) + one(-1)), 0},
       {-2000, esc(133, one(0) + one(-1)), 2000 - 896},
-      // Positions are shorts: 8192 * 4 is -32768.
+      // Positions are shorts: 8192 * 4 becomes -32768.
       {0, esc(133, two(8191)), 32764},
       {0, esc(133, two(8192)), 0},
       {-40000, esc(133, two(8192)), 40000 - 32768},
@@ -180,7 +181,7 @@ TEST_F(RichText, TabsMoveX) {
       {0, esc(129, "\xFF"), 223 * 4},
       {5, esc(134, two(1000)), 3995},
       {-100000, esc(134, two(2)), 8},
-      // A step that is none ends the escape.
+      // A step of 0 or below has no effect.
       {5, esc(129, one(0)), 0},
       {5, esc(129, one(-1)), 0},
       {5, esc(134, two(0)), 0},
@@ -266,7 +267,7 @@ TEST_F(RichText, AligningEndsWithARunThatIsTooLong) {
 }
 
 TEST_F(RichText, BehindAnAlignmentNoRunIsMeasuredUntilItIsTakenBack) {
-  // Kept: until it is taken back, and not for the next run only.
+  // Kept: right alignment lasts until it is taken back, and not for the next run only.
   EXPECT_EQ(measure(esc(131) + "abc" + esc(138) + "d"), "16x16");
   EXPECT_EQ(measure("abc"), "0x0");
   EXPECT_EQ(draw("abc", 100), 24) << "drawing has a switch of its own";
@@ -323,7 +324,7 @@ TEST_F(RichText, APictureThatCannotBeReadStillTakesItsRoom) {
 
 TEST_F(RichText, ABulletFarOutsideIsNotBroughtBack) {
   draw(esc(138), 65536);
-  draw(esc(138), INT_MAX, INT_MAX, INT_MAX, INT_MAX);  // of no size there
+  draw(esc(138), INT_MAX, INT_MAX, INT_MAX, INT_MAX);  // without a size there
   EXPECT_EQ(drawn(), "fill (65540,4)-(65548,12) red\nframe (65540,4)-(65548,12) black\n");
 }
 
@@ -398,7 +399,7 @@ TEST_F(RichText, ThePenIsKeptAsShorts) {
 TEST_F(RichText, WhatIsLeftOfAPenEscapeIsConsumed) {
   const struct {
     std::string text;
-    const char *pen;  // where the pen then is, across and down
+    const char *pen;  // then, across and down
   } kRows[] = {
       // The pen is set across as soon as its h is there.
       {esc(200), "8,18"},

@@ -1,4 +1,4 @@
-// A page that shows all that the drawing functions can do: palette, fonts and faces, opaque text,
+// A page that shows everything the drawing functions can do: palette, fonts and faces, opaque text,
 // every escape, lines, frames, pictures, a text in the middle of its box.
 #include "tests/draw/sample_page.h"
 
@@ -60,7 +60,7 @@ void drawRichText(CGrafPtr port) {
   }
 }
 
-// Placed from an origin of their own: pen, line and frame by one byte and by two.
+// Relative to an origin of their own: pen, line and frame, in arguments of one byte and of two.
 void drawLinesOfText(CGrafPtr port) {
   const std::string text =
       "\xFF\xC8\x20\x20\xFF\xD5\x34\x2C"

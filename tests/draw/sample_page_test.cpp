@@ -1,8 +1,8 @@
-// The sample page beside the picture of it that was looked at and checked in. Where the page is
-// meant to change, sample_page_program draws the picture anew.
+// The sample page beside its picture, which a person has looked at. After an intended change of the
+// page, sample_page_program draws the picture again.
 //
-// Another version of the font library smooths letters a little differently, so the two are compared
-// by the mean colours of cells, which overlap and are as large as a short word.
+// Versions of the font library smooth letters a little differently, so the two are compared by the
+// mean colours of overlapping cells as large as a short word.
 #include "tests/draw/sample_page.h"
 
 #include <algorithm>
@@ -28,7 +28,7 @@ class SamplePage : public ModuleTest {
     }
     return pixels;
   }
-  // How far the mean colours of a cell are from each other, in the component that differs most.
+  // The difference of a cell's mean colours, in the component that differs most.
   static int difference(const Pixels &a, const Pixels &b, int left, int top) {
     int largest = 0;
     for (const int shift : {0, 8, 16}) {
@@ -43,7 +43,7 @@ class SamplePage : public ModuleTest {
     }
     return largest;
   }
-  // The largest difference of a cell, and where.
+  // The largest difference, and its cell.
   struct Difference {
     int size = 0;
     int left = 0;
@@ -61,9 +61,9 @@ class SamplePage : public ModuleTest {
     }
     return largest;
   }
-  // Puts the checked-in picture onto an image.
+  // Draws the checked-in picture onto an image.
   static void drawReference(const Image &image) {
-    standOn(KORVEL_TEST_REFERENCES);
+    useResources(KORVEL_TEST_REFERENCES);
     int width = 0;
     int height = 0;
     ASSERT_EQ(BMP_affic_dimfond0("sample_page", &width, &height), 0);
@@ -86,7 +86,7 @@ TEST_F(SamplePage, LooksAsItDid) {
   std::printf("the page as it is now: sample_page_now.png\n");
 }
 
-// What the tolerance lets through is less than a word or a bullet.
+// A missing word or bullet is beyond the tolerance.
 TEST_F(SamplePage, WouldBeSeenToMissAWordOrABullet) {
   const Image page(kPageWidth, kPageHeight);
   const Image reference(kPageWidth, kPageHeight);

@@ -16,7 +16,7 @@ int extent(CGrafPtr port, std::string_view text) {
   return GetTextExtent_0(port, text.data(), static_cast<int>(text.size()), nullptr, nullptr);
 }
 
-// Bytes without a terminator behind them.
+// Bytes without a terminator.
 std::unique_ptr<char[]> unterminated(std::string_view text) {
   auto bytes = std::make_unique<char[]>(text.size());
   text.copy(bytes.get(), text.size());
@@ -50,7 +50,7 @@ TEST_F(PlainText, GoesToTheScreenInItsSet) {
   EXPECT_EQ(drawn(), "text (0,0) \"àçèéêï°É\" black, system 12\n");
 }
 
-// What makes measuring without the conversion right.
+// So measuring needs no conversion.
 TEST_F(PlainText, ConvertedOrNotABytesCharacterIsTheSame) {
   for (int byte = 1; byte < 256; ++byte) {
     char text[] = {static_cast<char>(byte), '\0'};
