@@ -1,4 +1,4 @@
-// What platform/desktop.h promises of every desktop; compiled once for each of them.
+// The promises of platform/desktop.h; compiled once for each desktop.
 #include <gtest/gtest.h>
 
 #include "platform/screentext.h"
@@ -26,7 +26,7 @@ class DialogContract : public testing::Test {
     world_->finish();
   }
 
-  // Items stand one below the other, in the order in which they are added.
+  // Items are one below the other, in the order in which they are added.
   int add(ItemKind kind, std::string_view title = "") {
     const Rect rect{20, top_, 160, top_ + (kind == ItemKind::ListBox ? 60 : 15)};
     top_ = rect.bottom + 10;

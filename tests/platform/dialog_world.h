@@ -1,5 +1,5 @@
-// For tests/platform/ only: a desktop together with the person who uses its dialogs, so that one
-// file of tests holds every desktop to the same contract.
+// For tests/platform/ only: a desktop with a person who uses its dialogs, so that one file of tests
+// holds every desktop to the same contract.
 #ifndef KORVEL_TESTS_PLATFORM_DIALOG_WORLD_H
 #define KORVEL_TESTS_PLATFORM_DIALOG_WORLD_H
 
@@ -11,8 +11,7 @@
 
 namespace korvel::test {
 
-// Steps are done in the order in which they were written down, while the dialog runs. Texts are
-// UTF-8.
+// Steps happen in order while the dialog runs. Texts are UTF-8.
 class Person {
  public:
   virtual ~Person() = default;
@@ -39,7 +38,7 @@ class DialogWorld {
   virtual ~DialogWorld() = default;
   virtual platform::Desktop &desktop() = 0;
   virtual Person &expectDialog(std::string_view title) = 0;
-  // Fails for what was expected and did not happen.
+  // Fails for each expectation that was not met.
   virtual void finish() = 0;
 };
 

@@ -1,6 +1,5 @@
-// Draws into an image where there is no screen, and finds then that no dialog can be shown, even
-// when a screen comes up later. Succeeds when all of that is so; the line on standard error is the
-// first one that a dialog gives.
+// Draws into an image without a screen, and succeeds if no dialog can be shown after that, even
+// when a screen comes up later. Standard error has the line of the first dialog.
 #include <stdio.h>
 #include <stdlib.h>
 
@@ -32,8 +31,9 @@ int main() {
   if (drawing->newDialog({0, 0, 100, 100}, nullptr, "Fiche") != nullptr) return 5;
   if (drawing->frontWindow() != nullptr || drawing->windowPort(nullptr) != nullptr) return 6;
 
-  setenv("QT_QPA_PLATFORM", "offscreen", 1);  // which would be one,
-  setenv("KORVEL_UNSEEN", "1", 1);            // as it is meant
+  // These would be a screen.
+  setenv("QT_QPA_PLATFORM", "offscreen", 1);
+  setenv("KORVEL_UNSEEN", "1", 1);
   if (freopen("/dev/null", "w", stderr) == nullptr) return 7;
   if (desktopWithScreen() != nullptr) return 8;
   return isInkedBy(*image) && drawing->newImage(10, 10) != nullptr ? 0 : 9;

@@ -1,5 +1,4 @@
 // The desktop module: found, loaded, refused with one line.
-// The desktop module: found, loaded, refused with one line.
 #include "platform/loader.h"
 
 #include <cstdlib>
@@ -19,7 +18,7 @@ namespace {
 
 using test::EnvironmentGuard;
 
-// What standard error got, for which every failed load has one line.
+// The lines on standard error; every failed load writes one.
 template <typename Call>
 std::string errorOf(Call call) {
   testing::internal::CaptureStderr();
@@ -66,7 +65,7 @@ TEST(Loader, WithoutAModuleBesideTheLibraryBothPlacesAreNamed) {
   EXPECT_NE(error.find("/korvel"), std::string::npos) << error;
 }
 
-// A module stays once it was loaded, so what loads one has a process to itself.
+// A loaded module stays, so each of these has a process to itself.
 void endWith(bool isRight) { std::_Exit(isRight ? 0 : 1); }
 
 void loadAfterAFailure() {
@@ -135,7 +134,7 @@ TEST(HostWindow, WithoutADesktopThereIsNoWindow) {
   EXPECT_TRUE(isOneLine(error)) << error;
 }
 
-// The screen of this process's environment is taken away in a process of its own.
+// Runs a program without the screen of this process.
 int exitStatusWith(const char *environment, const char *program = KORVEL_TEST_NO_SCREEN) {
   const std::string command =
       "env -u KORVEL_UNSEEN -u DISPLAY -u WAYLAND_DISPLAY -u QT_QPA_PLATFORM " +
@@ -185,7 +184,7 @@ TEST(NoScreen, NothingToShowOnIsNoReasonToDie) {
   }
 }
 
-// Whether a screen comes of it is the machine's affair, but the process lives, and soon knows.
+// Whether there is a screen then depends on the machine, but the process survives and soon knows.
 TEST(NoScreen, WhatIsMeantUnseenIsNoReasonToDieEither) {
   for (const char *platform :
        {"offscreen:xyz", "offscreen:configfile=/nowhere", "minimal", "minimal:xyz", "vnc",

@@ -1,4 +1,4 @@
-// A library that is no desktop module.
+// A library that is not a desktop module, for the loader to refuse.
 #include <korvel/types.h>
 
 extern "C" KORVEL_API int notADesktop(void);

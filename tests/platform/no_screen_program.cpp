@@ -1,5 +1,5 @@
-// Asks twice for a desktop with a screen; succeeds when there is none. Only the first answer's
-// line on standard error is kept, so that the caller sees what one call says.
+// Asks twice for a desktop with a screen, and succeeds when there is none. Standard error has only
+// the line of the first call, so that the caller sees what one call says.
 #include <stdio.h>
 
 #include "platform/loader.h"

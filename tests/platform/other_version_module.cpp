@@ -1,4 +1,4 @@
-// A module that was built for a seam of another version.
+// A module built for another version of the seam, for the loader to refuse.
 #include <korvel/types.h>
 
 #include "platform/desktop.h"

@@ -1,3 +1,4 @@
+// The hits of a dialog's run as readable lines.
 #include "tests/platform/recorded_hits.h"
 
 #include "tests/platform/scripted_desktop.h"

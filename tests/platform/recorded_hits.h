@@ -1,4 +1,4 @@
-// For tests/platform/ only: what a dialog's run told its handler, as readable lines.
+// For tests/platform/ only: the hits of a dialog's run as readable lines.
 #ifndef KORVEL_TESTS_PLATFORM_RECORDED_HITS_H
 #define KORVEL_TESTS_PLATFORM_RECORDED_HITS_H
 
@@ -12,13 +12,13 @@
 
 namespace korvel::test {
 
-// Records "<item>", followed by what the item then holds: `text é`, `value 2`, `row 1 b double`.
-// OK and Cancel end the run, unless told otherwise. Texts are UTF-8.
+// Records "<item>" and the item's content at that time: `text é`, `value 2`, `row 1 b double`. OK
+// and Cancel end the run by default. Texts are UTF-8.
 class RecordedHits final : public platform::HitHandler {
  public:
   virtual ~RecordedHits() = default;
 
-  // What the program does when an item is hit, after the hit was recorded.
+  // The application's reaction to a hit, after it was recorded.
   void on(int item, std::function<void()> reaction) { reactions_[item] = std::move(reaction); }
   void keepOpen(int item) { stopping_.erase(item); }
   void stopAt(int item) { stopping_.insert(item); }

@@ -1,3 +1,4 @@
+// The screen set: every byte shown, every character typed.
 #include "platform/screentext.h"
 
 #include <map>
@@ -8,7 +9,7 @@
 namespace korvel::platform {
 namespace {
 
-// The whole set from 0x80 on, in the order of its bytes. A control character is shown by "@".
+// The set from 0x80 on, in the order of its bytes, with "@" for a control character.
 constexpr std::u16string_view kUpperHalf =
     u"€@‚ƒ„…†‡à‰Š‹Œçéè"
     u"ê‘’“”ï–—˜™š›œ@žŸ"
@@ -19,7 +20,7 @@ constexpr std::u16string_view kUpperHalf =
     u"àáâãäåæçèéêëìíîï"
     u"ðñòóôõö÷øùúûüýþÿ";
 
-// Bytes that come back as another one when they were shown.
+// Bytes that are read back as others.
 const std::map<int, int> kReadBackAs = {
     {0x90, 0xEA}, {0x95, 0xEF},                              // ê ï
     {0xB0, 0xA1}, {0xE0, 0x88}, {0xE7, 0x8D}, {0xE8, 0x8F},  // ° à ç è

@@ -1,4 +1,4 @@
-// A desktop in memory, used by a person who was written down in advance.
+// A desktop in memory and the person who uses it, as a test's script says.
 #include "tests/platform/scripted_desktop.h"
 
 #include <algorithm>
@@ -24,7 +24,7 @@ using platform::Run;
 
 namespace {
 
-// Characters of the Basic Multilingual Plane only: there are no others in the screen set.
+// For characters of the Basic Multilingual Plane: the screen set has no others.
 void appendUtf8(std::string &text, char16_t c) {
   if (c < 0x80) {
     text += static_cast<char>(c);
@@ -103,7 +103,7 @@ struct Item {
   Rect rect;
   std::string title;       // readable
   std::u16string text;     // edit text
-  std::size_t cursor = 0;  // the selection stands between anchor and cursor
+  std::size_t cursor = 0;  // the selection is between anchor and cursor
   std::size_t anchor = 0;
   bool isSecret = false;
   bool isEnabled = true;
@@ -155,7 +155,7 @@ struct ScriptedDesktop::Window {
   std::unique_ptr<ScriptedPort> port;
 };
 
-// What a dialog shows; outlives it, for the test to look at.
+// The content of a dialog; outlives it, for tests to read.
 struct ScriptedDesktop::Shown {
   std::string title;  // readable
   Rect bounds;

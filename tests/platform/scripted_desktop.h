@@ -1,14 +1,14 @@
-// For all tests: a desktop in memory, used by a person who was written down in advance.
+// For all tests: a desktop in memory; what the person does is written down in advance.
 //
 //   ScriptedDesktop desk;
 //   desk.expectDialog("Fiche").type(3, "12a").deleteBack(3).press(kOkItem);
 //   EXPECT_EQ(ZRVDlgBoxEx("Fiche", nullptr), 1);
 //   desk.finish();  // fails for anything that did not happen
 //
-// Texts of the script, and all that is recorded, are UTF-8, as a person would read them on the
-// screen. Whatever goes against the script fails the test at once: a dialog that was not expected
-// or bears another title, a press of a disabled button, a choice that is not offered, steps left
-// over when the dialog has ended, a dialog still open when the steps are used up.
+// Texts of the script and of records are UTF-8, as a person reads them on the screen. Any departure
+// from the script fails the test at once: an unexpected dialog or title, a press of a disabled
+// button, a choice that is not offered, steps left when the dialog has ended, a dialog still open
+// when the steps are used up.
 #ifndef KORVEL_TESTS_PLATFORM_SCRIPTED_DESKTOP_H
 #define KORVEL_TESTS_PLATFORM_SCRIPTED_DESKTOP_H
 
@@ -27,18 +27,18 @@ namespace korvel::test {
 
 class ScriptedDialog;
 
-// What the person does in one dialog, step by step. Except where told, a step is one hit.
+// What the person does in one dialog, step by step. A step is one hit unless noted.
 class DialogScript {
  public:
   explicit DialogScript(std::string title) : title_(std::move(title)) {}
 
-  // Into an edit-text item, at its cursor; what is selected is replaced. One hit per character; a
-  // character without a byte is refused and is no hit.
+  // Into an edit-text item, at its cursor, replacing the selection. One hit per character; a
+  // character without a byte is refused without a hit.
   DialogScript &type(int item, std::string_view text);
-  // The character before the cursor, or what is selected; no hit where there is nothing to delete.
+  // The character before the cursor, or the selection; no hit with nothing to delete.
   DialogScript &deleteBack(int item, int times = 1);
   DialogScript &deleteForward(int item, int times = 1);
-  // One hit for all of it, refused whole if it holds a character without a byte.
+  // One hit in all; refused as a whole if it holds a character without a byte.
   DialogScript &paste(int item, std::string_view text);
   // selectAll and paste (or, for an empty text, deleteBack).
   DialogScript &replace(int item, std::string_view text);
@@ -59,7 +59,7 @@ class DialogScript {
   DialogScript &closeBox();
 
   DialogScript &hit(int item);                        // any number, whether such an item exists
-  DialogScript &check(std::function<void()> checks);  // no hit: looks at what the person sees
+  DialogScript &check(std::function<void()> checks);  // no hit: looks at the screen
   DialogScript &goDown();                             // the desktop goes away under the dialog
 
  private:
@@ -76,7 +76,7 @@ class DialogScript {
   std::deque<Step> steps_;
 };
 
-// An item of a template, with what its form would say of it. Texts are UTF-8.
+// An item of a template, as its form describes it. Texts are UTF-8.
 struct TemplateItem {
   int number;
   platform::ItemKind kind;
@@ -85,7 +85,7 @@ struct TemplateItem {
   int value = 0;
 };
 
-// What stands in a template file, for a desktop that reads none.
+// The content of a template file, as this desktop reads none.
 struct Template {
   std::string title;
   std::vector<TemplateItem> items;  // in the order of the Tab key
@@ -93,7 +93,7 @@ struct Template {
   std::string problem = {};  // with the file, which then gives no dialog
 };
 
-// The library's desktop as long as it lives.
+// The library's desktop for the life of the object.
 class ScriptedDesktop : public platform::Desktop {
  public:
   ScriptedDesktop();
@@ -103,10 +103,10 @@ class ScriptedDesktop : public platform::Desktop {
 
   // Dialogs come in the order in which they are expected.
   DialogScript &expectDialog(std::string_view title);
-  // Fails for whatever was expected and did not happen. To be called at the end.
+  // Fails for each expectation that was not met. To be called at the end.
   void finish();
 
-  // What the file <name>.ui, in whichever folder, holds from now on.
+  // The content of the file <name>.ui, in any folder, from now on.
   void setTemplate(const std::string &name, Template described);
 
   // The surroundings: no screen at all, the screen's bounds, windows of the application.
@@ -116,7 +116,7 @@ class ScriptedDesktop : public platform::Desktop {
   void closeWindow(WindowRef window);
   void setFrontWindow(WindowRef window) { frontWindow_ = window; }
 
-  // What the newest dialog shows or, when it has gone, last showed.
+  // What the newest dialog shows, or showed last.
   std::string title() const;
   std::string message() const;  // lines ended by carriage returns; empty in any other dialog
   std::string text(int item) const;
@@ -130,17 +130,17 @@ class ScriptedDesktop : public platform::Desktop {
   std::vector<std::string> entries(int item) const;
   // Its window, decoration and items as lines, for example `3 edit text (20,17)-(120,32)`.
   std::string layout() const;
-  // What was done to its items since the last call, as lines: `3 text "12"`, `1 enabled no`.
+  // The calls on its items since the last take, as lines: `3 text "12"`, `1 enabled no`.
   std::string takeWrites();
-  // Which items were marked or no longer marked since the last call: `3 unacceptable`.
+  // The items marked or unmarked since the last take: `3 unacceptable`.
   std::string takeMarks();
 
-  // Fonts that are known; at first Arial, Courier New and Times New Roman.
+  // The known fonts; at first Arial, Courier New and Times New Roman.
   void setFonts(FontNames fonts) { *fonts_ = std::move(fonts); }
-  // What was drawn on a port: in the order in which the ports were made, the newest by default.
+  // The record of a port, by the order in which they were made; the newest by default.
   PortRecord &drawn() { return *records_.back(); }
   PortRecord &drawn(std::size_t port) { return *records_.at(port); }
-  // Picture files that were read, in order. A file holds its picture's size, as in "20x10".
+  // The picture files read, in order. A file holds its picture's size, as in "20x10".
   const std::vector<std::string> &picturesRead() const { return picturesRead_; }
 
   int dialogsShown() const { return dialogsShown_; }
@@ -192,7 +192,7 @@ class ScriptedDesktop : public platform::Desktop {
   std::vector<std::string> picturesRead_;
 };
 
-// UTF-8, as the scripts and records have it, of a text of the screen set, and of characters.
+// The UTF-8 of scripts and records, from the screen set and from characters.
 std::string readable(std::string_view screenText);
 std::string readable(std::u16string_view characters);
 

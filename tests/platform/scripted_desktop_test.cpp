@@ -1,5 +1,5 @@
-// The scripted desktop itself: it keeps the contract of the seam, and it fails a test for whatever
-// goes against its script.
+// The scripted desktop itself: it keeps the contract of the seam, and fails a test for any
+// departure from its script.
 #include "tests/platform/scripted_desktop.h"
 
 #include <functional>
@@ -60,7 +60,7 @@ struct Shown {
   Recorder recorder;
 };
 
-// ---- What it is for the library ----
+// ---- For the library ----
 
 TEST(ScriptedDesktop, IsTheDesktopAsLongAsItLives) {
   platform::Desktop *const before = platform::setDesktop(nullptr);
@@ -436,9 +436,9 @@ TEST(ScriptedDesktop, RecordsWrites) {
   desk.finish();
 }
 
-// ---- What it fails a test for ----
+// ---- Failures ----
 
-// A script that goes against what the desktop shows, and the failure that it must bring.
+// A script that contradicts the desktop, and the failure expected of it.
 void expectFailure(const std::function<void(DialogScript &)> &write, const std::string &message,
                    bool enableOk = true) {
   static const std::function<void(DialogScript &)> *s_write;

@@ -1,4 +1,4 @@
-// A port in memory that records what is drawn on it.
+// A port in memory: measures worked out by rule, operations recorded.
 #include "tests/platform/scripted_port.h"
 
 #include <algorithm>
@@ -185,7 +185,7 @@ bool ScriptedPort::save(const std::string &path) const {
   return true;
 }
 
-// Only what was filled shows.
+// Only fills show in pixels.
 std::optional<RGBColor> ScriptedPort::pixel(int x, int y) const {
   if (surface_ == Surface::Borrowed || !isInside({0, 0, width_, height_}, x, y)) return {};
   const auto last = std::find_if(fills_.rbegin(), fills_.rend(),

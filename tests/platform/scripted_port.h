@@ -1,10 +1,10 @@
 // For all tests: a port in memory that records what is drawn on it, with measures that are easy to
-// reckon with.
+// work out.
 //
-// A character is half as wide as the font is high (a quarter: i, j, l, ".", "'"); one beyond ASCII
-// is a pixel wider, as is every one of a bold face. The ascent is three quarters of the size, the
-// descent one quarter, the leading a sixth; the widest character is as wide as the size. All are
-// cut to whole pixels.
+// A character's width is half the font's size (a quarter for i, j, l, "." and "'"), and a pixel
+// more beyond ASCII and in a bold face. The ascent is three quarters of the size, the descent one
+// quarter, the leading a sixth; the widest character is as wide as the size. All are truncated to
+// whole pixels.
 #ifndef KORVEL_TESTS_PLATFORM_SCRIPTED_PORT_H
 #define KORVEL_TESTS_PLATFORM_SCRIPTED_PORT_H
 
@@ -21,7 +21,7 @@
 
 namespace korvel::test {
 
-// Something that was drawn. Printed as `text (3,14) "abc" red on white, Arial 12 bold`,
+// A drawing operation. Printed as `text (3,14) "abc" red on white, Arial 12 bold`,
 // `line (0,0)-(9,0) 2 black`, `fill (0,0)-(9,9) red`, `frame (0,0)-(9,9) black`,
 // `picture (4,5) puceb`.
 struct Operation {
@@ -31,21 +31,21 @@ struct Operation {
   std::array<int, 4> places;  // two points, or one and zeros
   int width;                  // of the pen; else 0
   std::string text;           // screen set; the name of a picture
-  std::string look;           // colours and font that count for it
+  std::string look;           // the colours and font used
 
   friend bool operator==(const Operation &, const Operation &) = default;
 };
 std::string printed(const Operation &operation);
 void PrintTo(const Operation &operation, std::ostream *out);
 
-// What a port was told; outlives it, for the test to look at.
+// The operations of a port; outlives it, for tests to read.
 struct PortRecord {
   std::vector<Operation> operations;
   std::vector<std::string> measured;  // texts, in the screen set
   std::string savedTo;
   bool isOpen = true;
 
-  // What was drawn since the last call, a line for each.
+  // The operations since the last call, a line for each.
   std::string takeLines();
 };
 

@@ -1,5 +1,5 @@
-// The scripted port itself: it keeps the contract of the seam in the measures that it promises, and
-// records what it is told.
+// The scripted port itself: it keeps the contract of the seam with the promised measures, and
+// records the operations.
 #include "tests/platform/scripted_port.h"
 
 #include <memory>

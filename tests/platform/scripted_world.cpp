@@ -1,4 +1,4 @@
-// The contract tests' world of the scripted desktop.
+// The scripted desktop as a world of the contract tests.
 #include "tests/platform/dialog_world.h"
 #include "tests/platform/scripted_desktop.h"
 

@@ -1,4 +1,5 @@
-// For tests/platform/ only: a folder that lives as long as its object.
+// For all tests: a folder that its destructor removes, and an environment variable that its guard
+// puts back.
 #ifndef KORVEL_TESTS_PLATFORM_TEMPORARY_FOLDER_H
 #define KORVEL_TESTS_PLATFORM_TEMPORARY_FOLDER_H
 
@@ -21,7 +22,7 @@ class TemporaryFolder {
 
   const std::string &path() const { return path_; }
 
-  // Makes a file of this content, and the folders that it needs; returns its path.
+  // Makes a file of this content and the folders it needs; returns its path.
   std::string add(const std::string &name, const std::string &content = "") const {
     const std::filesystem::path file = std::filesystem::path(path_) / name;
     std::filesystem::create_directories(file.parent_path());
@@ -33,7 +34,7 @@ class TemporaryFolder {
   std::string path_;
 };
 
-// Sets an environment variable, or with null takes it away, as long as it lives.
+// Sets an environment variable, or removes it with null, for the life of the object.
 class EnvironmentGuard {
  public:
   EnvironmentGuard(const char *name, const char *value) : name_(name) {
