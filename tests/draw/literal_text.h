@@ -1,10 +1,11 @@
-// For tests/draw/ only: rich text drawn and measured step by step, as a reader of the rules would
-// do it by hand, with a walk of its own for each of the two.
+// For tests/draw/ only: a model of rich text. It takes a text apart into a list of pieces first, by
+// a table, and then draws or adds up the list; the library does both in one walk.
 #ifndef KORVEL_TESTS_DRAW_LITERAL_TEXT_H
 #define KORVEL_TESTS_DRAW_LITERAL_TEXT_H
 
 #include <functional>
 #include <string>
+#include <vector>
 
 #include "platform/drawing.h"
 
@@ -18,7 +19,7 @@ class LiteralText {
     int cy;
   };
 
-  // A picture that is none is null.
+  // Null for a picture that is missing.
   using FindPicture = std::function<const platform::Picture *(const std::string &name)>;
   explicit LiteralText(FindPicture findPicture) : findPicture_(std::move(findPicture)) {}
 
@@ -27,6 +28,14 @@ class LiteralText {
   Extent measure(const platform::Port &port, int x, const std::string &text);
 
  private:
+  struct Page;
+  struct Piece;
+
+  static std::vector<Piece> piecesOf(const std::string &text, bool hasPen);
+  void drawPiece(Page &page, const Piece &piece);
+  void drawRun(Page &page, const std::string &run);
+  void usePen(const Page &page, const Piece &piece);
+
   const FindPicture findPicture_;
   short penX_ = 0;
   short penY_ = 0;
