@@ -58,15 +58,6 @@ Rect heldInside(Rect rect, const Size &dialog) {
   return rect;
 }
 
-Rect centredOn(const Rect &parent, int width, int height) {
-  const auto left =
-      static_cast<int>((static_cast<long long>(parent.left) + parent.right - width) / 2);
-  const auto top =
-      static_cast<int>((static_cast<long long>(parent.top) + parent.bottom - height) / 2);
-  return {left, top, static_cast<int>(static_cast<long long>(left) + width),
-          static_cast<int>(static_cast<long long>(top) + height)};
-}
-
 ButtonPair buttonPair(const Size &dialog, bool longLabels) {
   const int width = buttonWidth(longLabels);
   const int top = dialog.height - kButtonsAboveFoot;

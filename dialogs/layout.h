@@ -24,9 +24,6 @@ Size shownSize(int cx, int cy, bool longLabels);
 // than it, where the dialog was held to kLargestSide: there it would lie inside otherwise.
 Rect heldInside(Rect rect, const Size &dialog);
 
-// The whole dialog, centred on `parent`.
-Rect centredOn(const Rect &parent, int width, int height);
-
 // The button pair at the foot of a dialog of this size. Long labels make both wider.
 struct ButtonPair {
   Rect ok;

@@ -25,6 +25,8 @@ constexpr std::string_view kTitle = "Dialogue utilisateur";
 constexpr const char *kFontName = "Lucida Grande";
 constexpr int kFontSize = 13;
 
+constexpr int kLeastCorner = 0;
+
 // The buttons as items; a note has only the first.
 constexpr int kFirstButton = 1;
 constexpr int kSecondButton = 2;
@@ -104,7 +106,8 @@ std::unique_ptr<Dialog> build(Desktop &desktop, WindowRef owner, const Message &
   const int width = boxWidth(message.caption.size(), message.text.size(), screen.width());
   const int height = boxHeight(message.kind, message.lines, tallestOn(screen));
   auto dialog = desktop.newDialog(
-      centredOn(ownerBounds.value_or(screen), width, height), ownerBounds ? owner : nullptr,
+      platform::centredOn(ownerBounds.value_or(screen), width, height, kLeastCorner),
+      ownerBounds ? owner : nullptr,
       strings::toMac(message.caption.empty() ? kTitle : message.caption));
   if (dialog != nullptr) addItems(*dialog, message, width, height);
   return dialog;

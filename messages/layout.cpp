@@ -39,11 +39,6 @@ Rect buttonAt(int left, int height) {
   return {left, height - kButtonTopFromBottom, left + kButtonWidth, height - kButtonFoot};
 }
 
-// The corner on one axis. The sum of two edges may overflow an int.
-int centredCorner(int from, int to, int length) {
-  return static_cast<int>(std::max(0LL, (0LL + from + to - length) / 2));
-}
-
 }  // namespace
 
 int wrapLines(std::string &text) {
@@ -82,12 +77,6 @@ int boxHeight(Kind kind, int lines, int most) {
 }
 
 int tallestOn(const Rect &screen) { return screen.height() - kTitleBar; }
-
-Rect centredOn(const Rect &owner, int width, int height) {
-  const int left = centredCorner(owner.left, owner.right, width);
-  const int top = centredCorner(owner.top, owner.bottom, height);
-  return {left, top, left + width, top + height};
-}
 
 Rect firstOfTwoButtons(int width, int height) { return buttonAt(width - kFirstFromRight, height); }
 

@@ -33,9 +33,6 @@ int boxHeight(Kind kind, int lines, int most);
 // The greatest height of a box's content on a screen.
 int tallestOn(const Rect &screen);
 
-// A box of this size in the middle of `owner`, with no negative corner.
-Rect centredOn(const Rect &owner, int width, int height);
-
 // "Oui" is the first of two buttons; "Non" and the one button of a note are the last.
 Rect firstOfTwoButtons(int width, int height);
 Rect lastButton(int width, int height);

@@ -1,6 +1,4 @@
 // Dialog units, and a dialog's layout as recorded lines.
-#include "dialogs/layout.h"
-
 #include <climits>
 #include <cstdio>
 #include <cstring>
@@ -13,6 +11,7 @@
 #include <korvel/desktop.h>
 #include <korvel/dialogs.h>
 
+#include "platform/geometry.h"
 #include "tests/dialogs/dialog_fixture.h"
 
 namespace korvel::test {
@@ -52,7 +51,7 @@ TEST(DialogUnits, TakeAnyValue) {
 }
 
 TEST(DialogPlace, CentresWithHalvesTowardZero) {
-  using dialogs::centredOn;
+  using platform::centredOn;
   using platform::Rect;
   EXPECT_EQ(centredOn({0, 0, 100, 100}, 50, 40), (Rect{25, 30, 75, 70}));
   EXPECT_EQ(centredOn({0, 0, 101, 100}, 50, 41), (Rect{25, 29, 75, 70}));

@@ -8,6 +8,8 @@
 namespace korvel::messages {
 namespace {
 
+using platform::centredOn;
+
 constexpr int kInt = std::numeric_limits<int>::max();
 
 TEST(Layout, AnyTextOf51CharactersWidensTheBox) {
@@ -73,11 +75,11 @@ TEST(Layout, HeightFollowsTheLines) {
 }
 
 TEST(Layout, IsCentredOnTheOwnerWithNoNegativeCorner) {
-  EXPECT_EQ(centredOn({100, 200, 900, 800}, 400, 90), (Rect{300, 455, 700, 545}));
-  EXPECT_EQ(centredOn({101, 200, 900, 801}, 400, 90), (Rect{300, 455, 700, 545}));
-  EXPECT_EQ(centredOn({0, 0, 100, 50}, 400, 90), (Rect{0, 0, 400, 90}));
-  EXPECT_EQ(centredOn({-800, 300, -100, 400}, 400, 90), (Rect{0, 305, 400, 395}));
-  EXPECT_EQ(centredOn({0, 0, kInt, kInt}, 400, 90).left, (kInt - 400) / 2);
+  EXPECT_EQ(centredOn({100, 200, 900, 800}, 400, 90, 0), (Rect{300, 455, 700, 545}));
+  EXPECT_EQ(centredOn({101, 200, 900, 801}, 400, 90, 0), (Rect{300, 455, 700, 545}));
+  EXPECT_EQ(centredOn({0, 0, 100, 50}, 400, 90, 0), (Rect{0, 0, 400, 90}));
+  EXPECT_EQ(centredOn({-800, 300, -100, 400}, 400, 90, 0), (Rect{0, 305, 400, 395}));
+  EXPECT_EQ(centredOn({0, 0, kInt, kInt}, 400, 90, 0).left, (kInt - 400) / 2);
 }
 
 TEST(Layout, ButtonsAreAtTheFoot) {
