@@ -8,9 +8,8 @@
 
 namespace korvel::platform::qt {
 
-// Drawn by us, as no style has its own ones in the pixels of every screen: a red disc with a cross
-// for stop, a blue one with an "i" for a note, a yellow triangle with an exclamation mark for
-// caution.
+// Drawn here, as no style has sharp icons for every scale: a red disc with a cross for stop, a blue
+// one with an "i" for a note, a yellow triangle with an exclamation mark for caution.
 class AlertIconWidget final : public QWidget {
  public:
   AlertIconWidget(QWidget *window, const Rect &rect, AlertIcon icon);

@@ -1,3 +1,4 @@
+// Fits the desktop's font into classic rectangles, and places the widgets around these.
 #include "platform/qt/appearance.h"
 
 #include <algorithm>
@@ -12,10 +13,10 @@ namespace {
 
 // Between a classic rectangle and the outside of its frame.
 constexpr int kFrame = 3;
-// What a line edit leaves free beside its text within its contents.
+// The blank space that a line edit leaves beside its text.
 constexpr int kLineEditPadding = 2;
 
-// Above and below the classic rectangle of a field, for what rises above a line of text.
+// Room above and below a field's classic rectangle, for accents that rise above the line.
 constexpr int kFieldMargin = 1;
 
 constexpr int kLargestFont = 12;
@@ -27,8 +28,8 @@ constexpr int kDayWidth = 20;
 constexpr int kButtonHeight = 22;
 constexpr int kCheckBoxHeight = 18;
 
-// A font's own figures are those of text without accents on capitals. What counts are the pixels,
-// to which hinting moves the outlines, but not a faint shade beyond them.
+// A font's own metrics leave out accents on capitals. Measured without antialiasing: hinted pixels
+// count, a faint shade beyond them does not.
 int overhangOf(const QFont &font) {
   QFont sharp = font;
   sharp.setStyleStrategy(QFont::NoAntialias);
@@ -37,7 +38,7 @@ int overhangOf(const QFont &font) {
   return std::max({0, -ink.top() - metrics.ascent(), ink.top() + ink.height() - metrics.descent()});
 }
 
-// A family whose lines have much air around their letters fits in a smaller size only.
+// A family with tall lines fits only in a smaller size.
 bool fits(const QFont &font) {
   const QFontMetrics metrics(font);
   return metrics.height() <= kFieldHeight &&
@@ -46,8 +47,7 @@ bool fits(const QFont &font) {
          metrics.horizontalAdvance("0000") < kYearWidth;
 }
 
-// What was found out about the desktop's font, for which glyphs must be drawn, is kept until that
-// font changes.
+// Cached until the desktop's font changes, as measuring it draws glyphs.
 struct Fitting {
   QString desktopFont;
   int pixelSize = 0;
@@ -69,7 +69,7 @@ const Fitting &fitting(const QFont &desktopFont) {
   return kept;
 }
 
-// Where the style would put the text, against where it is wanted.
+// The difference between where the style puts the text and where it belongs.
 QMargins marginsIntoRectangle(const QFont &font) {
   QStyleOptionFrame option;
   option.rect = QRect(0, 0, kYearWidth + 2 * kFrame, kFieldHeight + 2 * kFrame);

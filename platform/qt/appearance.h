@@ -1,5 +1,4 @@
-// For platform/qt/ only: one font for a whole dialog, and where the widgets lie that stand for
-// items in their classic rectangles.
+// For platform/qt/ only: the font of a dialog, and the places of its items' widgets.
 //
 // A classic rectangle is the inside of an item: a one-line field of 15 pixels leaves three pixels
 // to each side for its frame. All sizes are device-independent pixels.
@@ -17,13 +16,13 @@ class QStyle;
 namespace korvel::platform::qt {
 
 struct Appearance {
-  // For the style in use. The font is the desktop's own family in the largest size with which a
-  // line of text, accents on capitals included, and the digits of a date fit.
+  // For the style in use. The font is the desktop's own family, in the largest size at which a line
+  // of text, accents on capitals included, and the digits of a date fit.
   static Appearance ofDesktop();
 
   QFont font;
   int lineHeight;
-  // What accents on capitals rise above a line, and tails fall below it.
+  // How far accents on capitals rise above a line, and descenders fall below it.
   int overhang;
   // Text margins of a line edit that put its text exactly into the classic rectangle.
   QMargins textMargins;

@@ -1,3 +1,5 @@
+// Starts the QApplication, where need be after a trial in a child process: Qt ends a process whose
+// platform cannot be started.
 #include "platform/qt/application.h"
 
 #include <clocale>
@@ -20,9 +22,9 @@
 namespace korvel::platform::qt {
 namespace {
 
-// Qt sets the C locale of the process from the environment, and says so when it has no UTF-8; the
-// application keeps the locale that it had, and hears nothing. Nor does it hear of a session's
-// folder, of which there often is none, or another user's, where there is no screen.
+// Qt sets the process's C locale from the environment, and warns when that has no UTF-8. The
+// application keeps its own locale, and the warning is dropped. So is the one about a session
+// folder that is missing or another user's, as it often is without a screen.
 class QuietStart {
  public:
   QuietStart() : locale_(std::setlocale(LC_ALL, nullptr)) {
@@ -62,15 +64,14 @@ struct Arguments {
 void startApplication(const std::string &platform) {
   const QuietStart quiet;
   static Arguments arguments(platform);
-  // Never destroyed: the widgets and threads of a host that comes and goes may outlive any moment
-  // at which that could be done.
+  // Never destroyed: widgets and threads of the host may outlive every static destructor.
   static QApplication *application = new QApplication(arguments.count, arguments.values);
   application->setQuitOnLastWindowClosed(false);
 }
 
 constexpr unsigned kTrialSeconds = 10;
 
-// For a child process: what ends it is its own affair, and nobody hears of it.
+// In the child process: default signal actions, no core file, a limited time, and silence.
 void standAlone() {
   for (const int signal : {SIGALRM, SIGABRT, SIGSEGV, SIGTERM}) std::signal(signal, SIG_DFL);
   sigset_t all;
@@ -98,8 +99,7 @@ void standAlone() {
   _exit(hasScreen ? 0 : 1);
 }
 
-// Tried in a process of its own: a platform that cannot be started ends the process that tries, or
-// never answers.
+// Tried in a child process: a platform that cannot be started ends the process or hangs.
 bool startsInTrial(const std::string &platform) {
   const pid_t child = fork();
   if (child == 0) tryOut(platform);
@@ -111,8 +111,8 @@ bool startsInTrial(const std::string &platform) {
   return ended > 0 && WIFEXITED(status) && WEXITSTATUS(status) == 0;
 }
 
-// Why the application that was made for drawing alone has no screen. It stays the process's only
-// one, so that what was found out then holds for good.
+// Why the application made for drawing alone has no screen. It is the process's only one, so the
+// reason holds until the process ends.
 constinit const std::string *withoutScreen = nullptr;
 
 bool startOffscreen(const std::string &problem) {

@@ -1,3 +1,4 @@
+// Push buttons and check boxes that tell their clicks as hits.
 #include "platform/qt/buttonitem.h"
 
 #include <algorithm>
@@ -71,10 +72,10 @@ void CheckItem::nextCheckState() {
   if (number() == 0) QCheckBox::nextCheckState();
 }
 
-// A screen reader toggles the box where the mouse would click on it.
+// A screen reader toggles the box itself, where a mouse would click on it.
 void CheckItem::refuseToggle(bool isOn) {
   if (isOn == isSetOn_) return;
-  if (!isVisible() || number() == 0) {  // the form brings it along
+  if (!isVisible() || number() == 0) {  // set by the form
     isSetOn_ = isOn;
     return;
   }

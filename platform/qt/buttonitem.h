@@ -36,7 +36,7 @@ class CheckItem final : public QCheckBox, public Item {
 
  protected:
   void keyPressEvent(QKeyEvent *event) override;
-  // One that is no item of the dialog is the form's own, and keeps its value itself.
+  // A box without a number belongs to the form alone, and keeps its own value.
   void nextCheckState() override;
 
  private:

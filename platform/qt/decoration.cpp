@@ -1,3 +1,5 @@
+// Paints group boxes, static texts and icons in the classic way, which the toolkit's own widgets
+// lack.
 #include "platform/qt/decoration.h"
 
 #include <algorithm>
@@ -16,7 +18,7 @@ constexpr int kTitleIndent = 8;
 constexpr int kTitleGap = 4;
 constexpr double kCornerRadius = 3;
 
-// The colour of a line that separates without standing out, on light and on dark desktops.
+// A discreet line, on light and dark desktops alike.
 QColor lineColor(const QPalette &palette) {
   QColor color = palette.color(QPalette::WindowText);
   color.setAlphaF(0.25F);
@@ -79,7 +81,7 @@ StaticText::StaticText(QWidget *window, const Appearance &appearance, const Rect
   lower();
 }
 
-// A label would cut off what rises above its first line.
+// A label would cut off accents above its first line.
 void StaticText::paintEvent(QPaintEvent *) {
   const int wrapping = wordWrap() ? Qt::TextWordWrap : Qt::TextSingleLine;
   QPainter painter(this);

@@ -1,4 +1,4 @@
-// For platform/qt/ only: what stands in a dialog without being an item.
+// For platform/qt/ only: the parts of a dialog that are not items.
 #ifndef KORVEL_PLATFORM_QT_DECORATION_H
 #define KORVEL_PLATFORM_QT_DECORATION_H
 
@@ -15,8 +15,8 @@
 
 namespace korvel::platform::qt {
 
-// A frame whose upper line, at half the height of the title, the title interrupts: the classic
-// form, which leaves its contents the place that they have in classic coordinates.
+// A frame whose upper line is at half the title's height, interrupted by the title. This classic
+// form leaves the contents at their classic coordinates.
 class GroupBox final : public QGroupBox {
  public:
   GroupBox(QWidget *window, const Appearance &appearance, const Rect &rect, std::string_view title);
@@ -29,8 +29,8 @@ class GroupBox final : public QGroupBox {
   const int titleTop_;
 };
 
-// One line that is too long for its rectangle runs on behind its neighbours; with room for more,
-// the text is wrapped.
+// A single line too long for its rectangle runs on behind its neighbours; with room for more lines,
+// the text wraps.
 class StaticText final : public QLabel {
  public:
   StaticText(QWidget *window, const Appearance &appearance, const Rect &rect,
@@ -40,7 +40,7 @@ class StaticText final : public QLabel {
   void paintEvent(QPaintEvent *event) override;
 };
 
-// A picture as large as fits into its rectangle, in the middle.
+// A picture scaled to fit its rectangle, centred.
 class Icon final : public QWidget {
  public:
   Icon(QWidget *window, const Rect &rect, const std::string &path);

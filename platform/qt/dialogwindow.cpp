@@ -1,3 +1,4 @@
+// The window that never closes by itself, and that queues input during a hit.
 #include "platform/qt/dialogwindow.h"
 
 #include <algorithm>
@@ -13,7 +14,7 @@
 namespace korvel::platform::qt {
 namespace {
 
-// Room for a title bar, whose height no window manager tells beforehand.
+// Room for a title bar: window managers tell its height only afterwards.
 constexpr int kTitleBar = 28;
 
 int movedInto(int low, int high, int begin, int length) {
@@ -96,13 +97,13 @@ void DialogWindow::closeEvent(QCloseEvent *event) {
   if (!isVisible() || input_ == Input::Dropped) event->accept();
 }
 
-// There is no button for it, but window managers have keys and menus of their own.
+// The window has no such button, but window managers have keys and menus for it.
 void DialogWindow::changeEvent(QEvent *event) {
   QDialog::changeEvent(event);
   if (event->type() != QEvent::WindowStateChange || !isMinimized()) return;
   const QWindow *behind = windowHandle() == nullptr ? nullptr : windowHandle()->transientParent();
-  const bool goesWithIt = behind != nullptr && behind->windowStates().testFlag(Qt::WindowMinimized);
-  if (!goesWithIt) setWindowState(windowState() & ~Qt::WindowMinimized);
+  const bool isParentMinimized = behind != nullptr && behind->windowStates().testFlag(Qt::WindowMinimized);
+  if (!isParentMinimized) setWindowState(windowState() & ~Qt::WindowMinimized);
 }
 
 void DialogWindow::setInput(Input input) { input_ = input; }

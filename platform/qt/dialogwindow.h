@@ -11,23 +11,23 @@
 
 namespace korvel::platform::qt {
 
-// Blocks the application's other windows while it is shown, and so is never minimised but together
-// with the window that it stands in front of. It never closes by itself: what a
-// person does to it as a whole is told, and the program decides.
+// Blocks the application's other windows while it is shown, and so is minimised only together with
+// the window behind it. It never closes by itself: Return, Escape and closing are told, and the
+// program decides.
 class DialogWindow final : public QDialog {
  public:
   DialogWindow();
 
-  // Where the content lies on the screen; moved into view. The size is fixed from then on. Of a
-  // content with far more pixels than any screen the window shows the upper part.
+  // Places the content on the screen, moved into view, and fixes its size. Only the upper part is
+  // shown of a content with far more pixels than any screen.
   void setContentRect(const QRect &rect);
-  // The window stays in front of this one, which may go away first.
+  // Keeps the window in front of this one, which may be destroyed first.
   void setFrontOf(QWidget *window);
 
   std::function<void()> onReturn;
   std::function<void()> onCancel;
 
-  // Keys, clicks and closing, while held, wait; then they come in their order, or are dropped.
+  // While held, keys, clicks and closing are queued; then they arrive in order, or are dropped.
   void holdInput();
   void releaseInput();
   void dropInput();

@@ -1,3 +1,5 @@
+// Accessible interfaces of our own: the toolkit's would change a field without a hit, and read a
+// secret out.
 #include "platform/qt/fieldaccess.h"
 
 #include <algorithm>
@@ -14,7 +16,7 @@
 namespace korvel::platform::qt {
 namespace {
 
-// A field with its text; what a change of the text does is left to the kinds of fields.
+// A field with its text. Each kind of field decides what a change of the text does.
 class FieldAccess : public QAccessibleWidget,
                     public QAccessibleTextInterface,
                     public QAccessibleEditableTextInterface {
@@ -56,7 +58,7 @@ class FieldAccess : public QAccessibleWidget,
   virtual QString shownText() const = 0;
 };
 
-// A secret holds nothing here but its stars.
+// Only the stars of a secret are read out.
 class TextItemAccess final : public FieldAccess {
  public:
   explicit TextItemAccess(TextItem &item)
@@ -113,8 +115,8 @@ class TextItemAccess final : public FieldAccess {
   TextItem &item_;
 };
 
-// The text of a pop-up is its chosen entry; to change it is to choose the entry of that text. Its
-// child is the list of the entries.
+// The text of a pop-up is its chosen entry; changing it chooses the entry with that text. Its child
+// is the list of entries.
 class PopUpItemAccess final : public FieldAccess {
  public:
   explicit PopUpItemAccess(PopUpItem &item)
@@ -147,7 +149,7 @@ class PopUpItemAccess final : public FieldAccess {
     } else if (name == decreaseAction()) {
       item_.chooseByPerson(item_.currentIndex() - 1);
     } else if (name == showMenuAction() || name == pressAction()) {
-      turnOver();
+      toggleList();
     } else {
       QAccessibleWidget::doAction(name);
     }
@@ -174,7 +176,7 @@ class PopUpItemAccess final : public FieldAccess {
   QString shownText() const override { return item_.currentText(); }
 
  private:
-  void turnOver() {
+  void toggleList() {
     if (item_.view()->isVisible()) {
       item_.hidePopup();
     } else if (mayBeUsed(item_)) {

@@ -1,5 +1,5 @@
-// For platform/qt/ only: edit texts and pop-ups as screen readers and their like see and use them.
-// A change that comes from there is a hit like any other.
+// For platform/qt/ only: edit texts and pop-ups as assistive software sees and uses them. A change
+// made by it is a hit like any other.
 #ifndef KORVEL_PLATFORM_QT_FIELDACCESS_H
 #define KORVEL_PLATFORM_QT_FIELDACCESS_H
 
@@ -7,11 +7,11 @@ class QWidget;
 
 namespace korvel::platform::qt {
 
-// Makes the items' own interfaces known to the toolkit; once is enough.
+// Registers the items' own interfaces with the toolkit, once.
 void installFieldAccess();
 
-// Whether a person could use the widget now: what comes by another way than keys and clicks is
-// not held back by a window in front.
+// Whether a person could use the widget now. A modal window in front holds back keys and clicks,
+// but not what assistive software does.
 bool mayBeUsed(const QWidget &widget);
 
 }  // namespace korvel::platform::qt

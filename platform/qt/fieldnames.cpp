@@ -1,3 +1,4 @@
+// Finds each field's label as a person does: by the places of both on the screen.
 #include "platform/qt/fieldnames.h"
 
 #include <algorithm>
@@ -21,7 +22,7 @@ int sharedWidth(const QRect &a, const QRect &b) {
   return std::min(a.right(), b.right()) - std::max(a.left(), b.left()) + 1;
 }
 
-// In one row with the field: beside its first line, as far as it has several.
+// On the field's row; for a field of several lines, on its first line.
 bool isBeside(const QRect &label, const QRect &field) {
   const QRect firstLine(field.left(), field.top(), field.width(),
                         std::min(field.height(), std::max(label.height(), 2 * kOverlap)));
@@ -45,12 +46,12 @@ bool hasFieldBetween(const QRect &label, const QRect &field, const std::vector<Q
   });
 }
 
-// The best of the labels that lie as told; null when none does.
-template <typename Lies, typename Better>
-const Label *best(const std::vector<Label> &labels, Lies lies, Better better) {
+// The best of the labels whose place passes; null when none does.
+template <typename Passes, typename Better>
+const Label *best(const std::vector<Label> &labels, Passes passes, Better better) {
   const Label *found = nullptr;
   for (const Label &label : labels)
-    if (lies(label.place) && (found == nullptr || better(label.place, found->place)))
+    if (passes(label.place) && (found == nullptr || better(label.place, found->place)))
       found = &label;
   return found;
 }
@@ -61,7 +62,7 @@ QString withoutMnemonic(QString text) {
   return text;
 }
 
-// A label's text without what only serves the eye: its layout, and a colon at its end.
+// A label's text without its layout, and without a colon at its end.
 QString nameFrom(QString text) {
   text = text.simplified();
   while (text.endsWith(u':')) text = text.chopped(1).trimmed();
@@ -75,7 +76,7 @@ bool isRich(const QLabel &label) {
 
 QString nameFrom(const QLabel &label) {
   if (isRich(label)) return nameFrom(QTextDocumentFragment::fromHtml(label.text()).toPlainText());
-  // Only with a field made for it does a label take "&" as a mark.
+  // A label takes "&" as a mark only if it has a buddy.
   return nameFrom(label.buddy() != nullptr ? withoutMnemonic(label.text()) : label.text());
 }
 
@@ -91,8 +92,8 @@ class Namer {
   }
 
   QString nameFor(const QWidget &field) const {
-    for (const auto &[made, name] : madeFor_)
-      if (made == &field) return name;
+    for (const auto &[buddy, name] : buddies_)
+      if (buddy == &field) return name;
     const Label *label = labelOf(placeIn(window_, field), labels_, places_);
     return label != nullptr ? label->text : QString();
   }
@@ -102,7 +103,7 @@ class Namer {
     const QString name = nameFrom(label);
     if (name.isEmpty() || label.isHidden()) return;
     if (label.buddy() != nullptr) {
-      madeFor_.push_back({label.buddy(), name});
+      buddies_.push_back({label.buddy(), name});
     } else {
       labels_.push_back({placeIn(window_, label), name});
     }
@@ -111,7 +112,7 @@ class Namer {
   const QWidget &window_;
   std::vector<QRect> places_;
   std::vector<Label> labels_;
-  std::vector<std::pair<const QWidget *, QString>> madeFor_;
+  std::vector<std::pair<const QWidget *, QString>> buddies_;
 };
 
 void setName(QWidget *field, const QString &name) {

@@ -1,7 +1,7 @@
 // For platform/qt/ only: the names by which the fields of a dialog are read out.
 //
 // A field is named by the static text that a person takes for its label: on its left, above it, or,
-// for a field that stands in a row behind another one, on the left of that row.
+// for a later field of a row, on the left of that row.
 #ifndef KORVEL_PLATFORM_QT_FIELDNAMES_H
 #define KORVEL_PLATFORM_QT_FIELDNAMES_H
 
@@ -27,9 +27,9 @@ struct DateFields {
   QWidget *day, *month, *year;
 };
 
-// Gives every field (edit text, pop-up or list) that has no name yet its label's, or the label
-// made for it where the window has one; the parts of a date, which share the label of the day,
-// also say which part they are.
+// Names every field (edit text, pop-up or list) that has no name yet: after the label whose buddy
+// it is, else after the label nearby. The parts of a date share the day's label, and each adds
+// which part it is.
 void nameFields(QWidget &window, const std::vector<QWidget *> &fields,
                 const std::vector<DateFields> &dates);
 

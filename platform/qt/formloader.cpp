@@ -1,3 +1,5 @@
+// Has the toolkit's loader make the widgets of a form, with our items among them, then numbers,
+// connects and fills these.
 #include "platform/qt/formloader.h"
 
 #include <algorithm>
@@ -163,7 +165,7 @@ void fillItems(const FormLoader &loader) {
 
 // ---- Pictures ----
 
-// Empty for a name that leads out of the folder, and for what is no file.
+// Empty for a name that leads out of the folder, and where there is no file.
 QString fileIn(const QDir &folder, const QString &formFolder, const QString &name) {
   const QString path = QDir::cleanPath(folder.filePath(formFolder + u'/' + name));
   const bool isInside = QDir::isRelativePath(name) && path.startsWith(folder.path() + u'/');

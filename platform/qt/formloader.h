@@ -12,13 +12,13 @@ class QDialog;
 namespace korvel::platform::qt {
 
 struct LoadedForm {
-  std::vector<Item *> items;  // item n at n - 1, null where there is none
+  std::vector<Item *> items;  // item n at n - 1, null for an unused number
   int defaultItem = 0;        // 0: none was designed
 };
 
-// Fills `window` as the form in this file says. Items are those of every dialog, so that the form
-// knows nothing of hits, refused characters and secrets. A label's picture is a file of the
-// resource folder, which is the one above the form's.
+// Fills `window` as the form in this file says. Its items are the same as in every dialog: the form
+// has no say in hits, refused characters and secrets. A label's picture is a file of the resource
+// folder, which is the one above the form's.
 //
 // On false, `problem` says what is wrong with the form, in one line, and the window is to be thrown
 // away. Nothing is written to standard error.

@@ -1,3 +1,4 @@
+// Draws a glyph with the toolkit and keeps the coverage of its pixels.
 #include "platform/qt/glyphink.h"
 
 #include <QGlyphRun>
@@ -11,7 +12,7 @@ constexpr int kLongestSide = 256;
 // Smoothing reaches beyond the outline.
 constexpr int kMargin = 2;
 
-// Black on white, of which each channel is what the ink leaves of the white.
+// Black on white: each channel is 255 less the coverage.
 QImage drawn(const QRawFont &font, quint32 glyph, const QRect &box) {
   QImage image(box.size(), QImage::Format_RGB32);
   image.fill(Qt::white);

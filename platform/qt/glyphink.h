@@ -1,5 +1,5 @@
-// For platform/qt/ only: glyphs as their inked pixels, drawn by the toolkit once and blended by us
-// from then on, which takes half of what its painter takes for a line of text.
+// For platform/qt/ only: glyphs as their inked pixels, drawn once by the toolkit. Blending these
+// takes half the time of the toolkit's painter for a line of text.
 #ifndef KORVEL_PLATFORM_QT_GLYPHINK_H
 #define KORVEL_PLATFORM_QT_GLYPHINK_H
 
@@ -14,7 +14,7 @@
 
 namespace korvel::platform::qt {
 
-// A pixel of a glyph's box that is covered in part (1) to wholly (255).
+// A pixel of a glyph's box, covered from 1 part in 255 to wholly (255).
 struct InkPixel {
   std::uint8_t x;
   std::uint8_t y;
@@ -29,7 +29,7 @@ struct GlyphInk {
 // As the toolkit's painter would draw the glyph at whole pixels.
 GlyphInk inkOf(const QRawFont &font, quint32 glyph);
 
-// The ink of 256 characters, each found out when it is first drawn.
+// The ink of 256 characters, each computed when it is first drawn.
 class InkTable {
  public:
   explicit InkTable(std::function<GlyphInk(unsigned char)> make) : make_(std::move(make)) {}

@@ -14,18 +14,18 @@ namespace korvel::platform::qt {
 
 class HitSink {
  public:
-  // True when the hit was handled, false when it will be after the one that is being handled.
+  // True when the hit was handled; false when it waits for the end of another one.
   virtual bool itemHit(int item) = 0;
 
  protected:
   ~HitSink() = default;
 };
 
-// An item is a widget as well, and belongs to the dialog's window as such. What a kind of item
-// does not have, it ignores and returns empty. One of number 0 is never hit.
+// An item is a widget as well, and belongs to the dialog's window as such. A kind of item ignores
+// what it does not have, and returns it empty. An item of number 0 is never hit.
 //
-// Each kind is made in two ways: in a classic rectangle, with the appearance of a dialog of such,
-// and by a form, which then places it and gives it its properties.
+// Each kind has two constructors: one for a classic rectangle, with the appearance of its dialog,
+// and one for a form, which then places the item and sets its properties.
 class Item {
  public:
   Item(HitSink &sink, int number, ItemKind kind) : sink_(sink), number_(number), kind_(kind) {}
@@ -34,7 +34,7 @@ class Item {
   virtual ~Item() = default;
 
   int number() const { return number_; }
-  // Of one that a form makes, whose number is told after it.
+  // For an item of a form, whose number is read after it is made.
   void setNumber(int number) { number_ = number; }
   ItemKind kind() const { return kind_; }
 

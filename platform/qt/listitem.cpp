@@ -1,3 +1,5 @@
+// List boxes that choose a row at the mouse's release, where the toolkit's view selects at the
+// press.
 #include "platform/qt/listitem.h"
 
 #include <algorithm>
@@ -52,7 +54,7 @@ ListItem::ListItem(QWidget *parent, HitSink &sink, int number)
   setEditTriggers(NoEditTriggers);
   setSelectionMode(SingleSelection);
   setHorizontalScrollMode(ScrollPerPixel);
-  // A row half in view that moved at its first click would not be there for the second.
+  // Else a half-visible row scrolls at the first click, and the second misses it.
   setAutoScroll(false);
   connect(selectionModel(), &QItemSelectionModel::selectionChanged, this,
           [this] { selectionChangedByOthers(); });
@@ -65,7 +67,7 @@ void ListItem::paintEvent(QPaintEvent *event) {
   mark_.paint();
 }
 
-// What is in view is moved, and the mark must not move with it.
+// Scrolling moves the painted pixels; the mark must not move with them.
 void ListItem::scrollContentsBy(int dx, int dy) {
   QListView::scrollContentsBy(dx, dy);
   if (mark_.isShown()) viewport()->update();
@@ -125,7 +127,7 @@ void ListItem::mousePressEvent(QMouseEvent *event) { beginPress(event, Press::Si
 
 void ListItem::mouseDoubleClickEvent(QMouseEvent *event) { beginPress(event, Press::Double); }
 
-// Above and below the view it goes on row by row.
+// Outside the view it moves on row by row.
 int ListItem::rowTowards(int y) const {
   const int selected = selectedRow();
   if (y < 0) return std::max(0, selected - 1);

@@ -16,8 +16,8 @@ class ListRows final : public QAbstractListModel {
  public:
   explicit ListRows(QObject *parent);
 
-  // Rows are high enough for a line of the font with this much above and below it. Before there
-  // are any, or while the view lays them out anew.
+  // Makes rows high enough for a line of the font with `overhang` above and below it. Only before
+  // there are rows, or while the view lays them out anew.
   void setLook(const QFont &font, int overhang);
   void setRows(const std::vector<std::string> &rows);
   QString row(int index) const { return rows_.value(index); }
@@ -66,7 +66,7 @@ class ListItem final : public QListView, public Item {
   int selectedRow() const;
   void selectRow(int row);
   void choose(int row, bool isDouble);
-  // A screen reader selects a row where the mouse would click on it.
+  // A screen reader selects a row itself, where a mouse would click on it.
   void selectionChangedByOthers();
   void beginPress(QMouseEvent *event, Press press);
   // The row that the mouse selects at this height of the view.

@@ -1,3 +1,4 @@
+// Paints the mark, and has screen readers tell it.
 #include "platform/qt/mark.h"
 
 #include <QPainter>
@@ -8,7 +9,7 @@ namespace {
 
 // A field has three pixels around its text; one stays free between bar and text.
 constexpr int kBarWidth = 2;
-// From the edge, where a style draws the field's own frame, to the mark's.
+// From the edge, where the style draws the field's frame, to the mark's frame.
 constexpr int kInset = 1;
 constexpr float kFrameStrength = 0.6F;
 
@@ -32,7 +33,7 @@ void Mark::paint() const {
   frame.setAlphaF(kFrameStrength);
   const QRect outside = surface_.rect().adjusted(kInset, kInset, -kInset, -kInset);
   const int right = outside.right(), bottom = outside.bottom();
-  // Filled line by line, which costs far less than a stroke, and comes with every key.
+  // Filled side by side: it is painted at every key, and a stroke costs far more.
   QPainter painter(&surface_);
   painter.fillRect(outside.left(), outside.top(), outside.width(), 1, frame);
   painter.fillRect(outside.left(), bottom, outside.width(), 1, frame);

@@ -9,8 +9,8 @@ class QWidget;
 
 namespace korvel::platform::qt {
 
-// Amber stands out from light and dark grounds alike, and from a blue focus frame also for people
-// who do not see red or green.
+// Amber is visible on light and dark backgrounds, and differs from a blue focus frame for
+// colour-blind people too.
 QColor markColor();
 
 // What a screen reader adds to the name of a marked field.
@@ -24,8 +24,8 @@ class Mark {
   bool isShown() const { return isShown_; }
   void show(bool isShown);
 
-  // To be called while the surface is painted, after all else: a thin frame with a bar at its left
-  // edge. A focus frame stays in view around it.
+  // Paints a thin frame with a bar at its left edge; a focus frame stays visible around it. To be
+  // called last while the surface is painted.
   void paint() const;
 
  private:

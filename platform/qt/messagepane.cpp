@@ -1,3 +1,4 @@
+// Lays out the lines of a message at their own baselines, and scrolls them where they need it.
 #include "platform/qt/messagepane.h"
 
 #include <algorithm>
@@ -21,7 +22,7 @@ namespace {
 
 constexpr int kTab = 4;  // blanks
 
-// Below the lines where no bar stands there.
+// Blank space below the lines, where there is no scroll bar.
 constexpr int kAirBelow = 5;
 
 // A bar under the lines is slim, to leave them their room.
@@ -35,7 +36,8 @@ class SlimBar final : public QScrollBar {
   static constexpr int kHeight = 8;
 };
 
-// Text as it is drawn: a character that would have no look of its own is a blank, a line feed too.
+// Text as it is drawn: a carriage return breaks the line; a tab is blanks, and any other control
+// character, a line feed too, is one blank.
 QString inLines(std::string_view screenText) {
   QString text = toQt(screenText);
   text.replace(u'\t', QString(kTab, u' '));
@@ -63,8 +65,8 @@ int widthOf(const QFont &font, const QStringList &lines) {
   return widest;
 }
 
-// As little as need be: letters become whole pixels wide, so a line may stay wider than reckoned. A
-// font that does not bring the lines into the room all the same is not worth the reading.
+// Narrows no more than needed. Advances round to whole pixels, so a line may still be too wide.
+// Below kNarrowest the text would be hard to read, so the font keeps its width.
 QFont narrowedInto(int room, const QFont &font, const QStringList &lines) {
   constexpr int kNarrowest = 80;  // percent
   const int needed = widthOf(font, lines);
@@ -154,7 +156,7 @@ bool MessagePane::scrollUpOrDown(int key) {
   return true;
 }
 
-// From a button to the one before or after it, around the end.
+// Moves the focus from a button to the one before or after it, wrapping around.
 bool MessagePane::moveFrom(QObject *button, int key) {
   const bool isBack = key == Qt::Key_Left || key == Qt::Key_Up;
   if (!isBack && key != Qt::Key_Right && key != Qt::Key_Down) return false;
@@ -179,7 +181,7 @@ void MessagePane::keyPressEvent(QKeyEvent *event) {
   if (!scrollUpOrDown(event->key())) QScrollArea::keyPressEvent(event);
 }
 
-// Behind the lines, on the part of the pane that shows them.
+// Draws the focus frame on the viewport, behind the lines.
 void MessagePane::paintEvent(QPaintEvent *) {
   if (!hasFocus()) return;
   QPainter painter(viewport());

@@ -1,4 +1,4 @@
-// For platform/qt/ only: the text of a message box, and the keys that come with it.
+// For platform/qt/ only: the text of a message box, and the keys that scroll it.
 #ifndef KORVEL_PLATFORM_QT_MESSAGEPANE_H
 #define KORVEL_PLATFORM_QT_MESSAGEPANE_H
 
@@ -15,10 +15,10 @@ class QPushButton;
 
 namespace korvel::platform::qt {
 
-// The lines themselves, each at its own baseline; their size is what all of them cover.
+// The lines, each at its own baseline; the widget is as large as all of them.
 class MessageLines final : public QLabel {
  public:
-  // Narrowed, within reason, when that brings the longest line into the room.
+  // Narrows the font, within reason, if that fits the longest line into the room.
   MessageLines(const QString &text, const MessageStyle &style, const QSize &room);
 
  protected:

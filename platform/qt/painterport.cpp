@@ -1,3 +1,4 @@
+// Draws with a host's painter, whose settings are restored after each drawing.
 #include "platform/qt/painterport.h"
 
 #include <algorithm>
@@ -5,21 +6,21 @@
 namespace korvel::platform::qt {
 namespace {
 
-// Farther away than this from the origin nothing is drawn: the toolkit's coordinates end there.
+// Nothing farther from the origin is drawn: the toolkit's coordinates end there.
 constexpr int kFarthest = 32767;
 
-// The painter's settings are the host's own: where it draws and how (transformation, clipping,
-// opacity) applies, and everything is as it was afterwards.
-class Borrowed {
+// The painter belongs to the host: its transformation, clipping and opacity apply, and all its
+// settings are restored at the end.
+class BorrowedPainter {
  public:
-  explicit Borrowed(QPainter *painter) : painter_(painter), isActive_(painter->isActive()) {
+  explicit BorrowedPainter(QPainter *painter) : painter_(painter), isActive_(painter->isActive()) {
     if (isActive_) painter_->save();
   }
-  ~Borrowed() {
+  ~BorrowedPainter() {
     if (isActive_) painter_->restore();
   }
-  Borrowed(const Borrowed &) = delete;
-  Borrowed &operator=(const Borrowed &) = delete;
+  BorrowedPainter(const BorrowedPainter &) = delete;
+  BorrowedPainter &operator=(const BorrowedPainter &) = delete;
 
   explicit operator bool() const { return isActive_; }
 
@@ -32,7 +33,7 @@ int near(int place) { return std::clamp(place, -kFarthest, kFarthest); }
 
 }  // namespace
 
-// Of the device's own pixels, as long as the painter does not turn what it draws.
+// The device's pixels, unless the painter rotates or mirrors.
 PixelGrid PainterPort::grid() {
   if (!painter_->isActive()) return {};
   const QTransform &transform = painter_->deviceTransform();
@@ -43,21 +44,21 @@ PixelGrid PainterPort::grid() {
 }
 
 void PainterPort::paintPixels(const QRect &pixels, QRgb colour) {
-  const Borrowed borrowed(painter_);
+  const BorrowedPainter borrowed(painter_);
   if (!borrowed) return;
   painter_->setRenderHint(QPainter::Antialiasing, false);
   painter_->fillRect(grid().fromPixels(pixels), QColor::fromRgb(colour));
 }
 
 void PainterPort::paintGlyphs(int x, int y, std::string_view text, const Rect &) {
-  const Borrowed borrowed(painter_);
+  const BorrowedPainter borrowed(painter_);
   if (!borrowed) return;
   painter_->setPen(QColor::fromRgb(foreground()));
   font().draw(*painter_, x, y, text);
 }
 
 void PainterPort::paintSlantedStroke(const Stroke &stroke) {
-  const Borrowed borrowed(painter_);
+  const BorrowedPainter borrowed(painter_);
   if (!borrowed) return;
   painter_->setRenderHint(QPainter::Antialiasing);
   const QRectF bounds(-kFarthest, -kFarthest, 2 * kFarthest, 2 * kFarthest);
@@ -66,10 +67,10 @@ void PainterPort::paintSlantedStroke(const Stroke &stroke) {
   painter_->drawConvexPolygon(slantedStroke(stroke, bounds));
 }
 
-// Rendered for the device's own pixels, as far as the painter stretches by one factor.
+// Rendered in the device's pixels if the painter scales both axes alike.
 void PainterPort::paintPicture(const QtPicture &picture, int x, int y) {
   if (near(x) != x || near(y) != y) return;
-  const Borrowed borrowed(painter_);
+  const BorrowedPainter borrowed(painter_);
   if (!borrowed) return;
   const QTransform &transform = painter_->deviceTransform();
   const bool isScaled =

@@ -1,3 +1,4 @@
+// Reads picture files safely, and renders an SVG anew for each scale.
 #include "platform/qt/picture.h"
 
 #include <cstdio>
@@ -45,7 +46,7 @@ class Reading {
   const int error_;  // standard error; -1 when there is none
 };
 
-// A pipe or a device would be waited for.
+// False for a pipe or a device, whose reading may never end.
 bool openFile(QFile &file, const std::string &path) {
   const int descriptor = open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
   if (descriptor < 0) return false;
@@ -71,7 +72,7 @@ QImage imageOfSvg(QByteArray svg, const QSize &size = {}) {
   return imageOf(QImageReader(&buffer, "svg"), size);
 }
 
-// A painter that zooms asks for ever new ones.
+// A painter that zooms asks for more and more of them.
 constexpr std::size_t kMostScales = 4;
 
 }  // namespace
@@ -80,7 +81,7 @@ std::unique_ptr<QtPicture> QtPicture::read(const std::string &path) {
   QFile file;
   if (!openFile(file, path)) return std::unique_ptr<QtPicture>(new QtPicture({}, {}));
   const Reading reading;
-  // The toolkit knows an SVG by its first bytes only, where anything may stand.
+  // The toolkit recognises an SVG by its first bytes only, which may be anything.
   const bool isSvg = path.ends_with(".svg") || QImageReader::imageFormat(&file).startsWith("svg");
   const QByteArray svg = isSvg ? withoutLinks(file.readAll()) : QByteArray();
   const QImage image = isSvg ? imageOfSvg(svg) : imageOf(QImageReader(&file));

@@ -1,4 +1,4 @@
-// For platform/qt/ only: pictures of the seam, kept ready for the screens that they were drawn on.
+// For platform/qt/ only: pictures of the seam, cached for the scales at which they were drawn.
 #ifndef KORVEL_PLATFORM_QT_PICTURE_H
 #define KORVEL_PLATFORM_QT_PICTURE_H
 
@@ -14,22 +14,22 @@
 
 namespace korvel::platform::qt {
 
-// No picture has more pixels, nor is it shown in more.
+// A larger picture is not read, nor is one rendered so large.
 inline bool isTooLarge(const QSize &size) {
   return qint64{size.width()} * size.height() > (1 << 28);
 }
 
 class QtPicture final : public Picture {
  public:
-  // The file is not looked at any more afterwards.
+  // The file is not used any more afterwards.
   static std::unique_ptr<QtPicture> read(const std::string &path);
 
   int width() const override { return size_.width(); }
   int height() const override { return size_.height(); }
 
-  // Its size in pixels of which `scale` make one of the port's.
+  // Its size in device pixels, of which `scale` make one of the port's.
   QSize sizeAt(qreal scale) const;
-  // The picture in that size, rendered when it is first asked for; in its own, to be stretched,
+  // The picture in that size, rendered when first asked for; in its own size, to be stretched,
   // where that would be too large. Valid until the next call.
   const QImage &at(qreal scale) const;
   // In any size; null where that would be too large.

@@ -1,3 +1,4 @@
+// Rounds edges and thicknesses to device pixels.
 #include "platform/qt/pixelgrid.h"
 
 #include <algorithm>
@@ -32,7 +33,7 @@ QRect PixelGrid::rect(const Rect &rect) const {
                  placeOf(rect.right, across_), placeOf(rect.bottom, down_));
 }
 
-// The sides never cover each other, as they may be painted translucently.
+// The sides do not overlap, as they may be painted translucently.
 std::array<QRect, 4> PixelGrid::frame(const Rect &rect) const {
   const long long thickAcross = thicknessOf(1, across_);
   const long long thickDown = thicknessOf(1, down_);

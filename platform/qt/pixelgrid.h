@@ -12,12 +12,11 @@
 
 namespace korvel::platform::qt {
 
-// An edge lies on the nearest pixel, so that rectangles that touch each other leave no gap; a rule
-// is as thick wherever it lies. What is far outside every device ends before it leaves the range of
-// an int.
+// An edge lies on the nearest pixel, so that touching rectangles leave no gap; a rule is equally
+// thick everywhere. Coordinates far outside every device are clamped.
 class PixelGrid {
  public:
-  // Of the device: pixels for one of the port's, and where the port's corner lies.
+  // The device's pixels to one of the port's, and the device coordinate of the port's corner.
   struct Axis {
     qreal scale = 1;
     qreal origin = 0;
@@ -28,9 +27,9 @@ class PixelGrid {
   PixelGrid(const Axis &across, const Axis &down) : across_(across), down_(down) {}
 
   QRect rect(const Rect &rect) const;
-  // The sides of a frame that lies inside of the rectangle, each as thick as a pixel of the port.
+  // The sides of a frame inside the rectangle, each as thick as a pixel of the port.
   std::array<QRect, 4> frame(const Rect &rect) const;
-  // A level or upright stroke.
+  // A horizontal or vertical stroke.
   QRect stroke(const Stroke &stroke) const;
 
   // The same part of the device in coordinates of the port.

@@ -1,3 +1,4 @@
+// Pop-ups that tell a choice as a hit.
 #include "platform/qt/popupitem.h"
 
 #include <QStringListModel>

@@ -32,7 +32,7 @@ class PopUpItem final : public QComboBox, public Item {
 
  protected:
   void paintEvent(QPaintEvent *event) override;
-  // The wheel turns what lies under it, and never a choice.
+  // The wheel scrolls what is under the pop-up; it never changes the choice.
   void wheelEvent(QWheelEvent *event) override;
 
  private:

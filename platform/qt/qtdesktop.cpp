@@ -1,3 +1,4 @@
+// Answers the seam: finds windows, and makes dialogs, ports and pictures.
 #include "platform/qt/qtdesktop.h"
 
 #include <QApplication>
@@ -32,14 +33,14 @@ bool canBeInFront(const QWidget &window) {
 
 QWidget *newestThatCanBeInFront() {
   const QWidgetList widgets = QApplication::topLevelWidgets();
-  const QWindowList windows = QGuiApplication::topLevelWindows();  // in the order of their making
+  const QWindowList windows = QGuiApplication::topLevelWindows();  // in order of creation
   for (auto window = windows.rbegin(); window != windows.rend(); ++window)
     for (QWidget *widget : widgets)
       if (widget->windowHandle() == *window && canBeInFront(*widget)) return widget;
   return nullptr;
 }
 
-// Qt knows of no active window while another application is the active one.
+// Qt has no active window while another application is active.
 QWidget *windowInFront() {
   if (qobject_cast<QApplication *>(QCoreApplication::instance()) == nullptr) return nullptr;
   if (QWidget *active = QApplication::activeWindow()) return active;
@@ -47,7 +48,7 @@ QWidget *windowInFront() {
   return newestThatCanBeInFront();
 }
 
-// While a dialog runs, a further one stands in front of it too: behind it nobody could use it.
+// While a dialog runs, a further one is put in front of it: behind it nobody could use it.
 QWidget *windowToCover(QWidget *parent) {
   QWidget *running = QApplication::activeModalWidget();
   return running != nullptr ? running : parent;

@@ -1,3 +1,5 @@
+// Builds a dialog, item by item or from a form, and runs it: gives the initial focus, queues hits,
+// ends.
 #include "platform/qt/qtdialog.h"
 
 #include <algorithm>
@@ -34,13 +36,13 @@ void announce(QWidget &window) {
 // Far larger than any screen.
 constexpr QSize kLargest(4096, 4096);
 
-// Before the window is shown: an item on a page that is not in front cannot.
+// Also before the window is shown. An item on a hidden page cannot.
 bool canHaveFocus(Item &item) {
   return item.widget()->isEnabled() && item.widget()->focusPolicy() != Qt::NoFocus &&
          item.widget()->isVisibleTo(item.widget()->window());
 }
 
-// Whether the item has a content of its own that a label stands beside.
+// Whether the item has a content that a label names.
 bool isField(const Item &item) {
   return item.kind() == ItemKind::EditText || item.kind() == ItemKind::PopUp ||
          item.kind() == ItemKind::ListBox;
@@ -222,7 +224,8 @@ ListClick QtDialog::lastClick(int item) const {
 void QtDialog::setEnabled(int item, bool enabled) {
   Item *found = find(item);
   if (found == nullptr) return;
-  // One inside of what a form disables is enabled with it, unless it is disabled itself.
+  // An item inside a widget that a form disables is enabled with that widget, unless it is disabled
+  // itself.
   const bool isDisabled = found->widget()->testAttribute(Qt::WA_ForceDisabled);
   if (isDisabled != enabled) return;
   if (!enabled) keepFocusFrom(found->widget());
@@ -290,8 +293,7 @@ void QtDialog::actAsMessageBox() {
   message_->serve(buttons);
 }
 
-// Qt would hand the focus of a disabled button to the button beside it, where the next key could
-// press it.
+// Qt would move the focus of a disabled button to the next button, which the next key could press.
 void QtDialog::keepFocusFrom(QWidget *disabled) {
   if (window_.focusWidget() != disabled) return;
   for (Item *item : tabOrder_) {
@@ -315,14 +317,14 @@ void QtDialog::pressDefault() {
   if (item != nullptr && item->widget()->isEnabled()) itemHit(item->number());
 }
 
-// A dialog without such an item can be cancelled as well, and one whose form disables what the item
-// stands in.
+// A dialog without a cancel item can be cancelled too, and one whose form disables a widget around
+// the item.
 void QtDialog::pressCancel() {
   Item *item = find(kCancelItem);
   if (item == nullptr || !item->widget()->testAttribute(Qt::WA_ForceDisabled)) itemHit(kCancelItem);
 }
 
-// What happens during a hit, by a way on which it could not be held, is told after it.
+// A hit that comes during another one, because its source cannot be held back, is told after it.
 bool QtDialog::itemHit(int item) {
   waiting_.push_back(item);
   if (isInHit_) return false;

@@ -18,7 +18,7 @@ namespace korvel::platform::qt {
 class QtDialog final : public Dialog, private HitSink {
  public:
   QtDialog(const Rect &bounds, QWidget *parent, std::string_view title);
-  // From a template; null when there is something wrong with it.
+  // From a form; null when there is something wrong with it.
   static std::unique_ptr<QtDialog> fromTemplate(const std::string &path, QWidget *parent,
                                                 std::string &problem);
 
@@ -89,7 +89,7 @@ class QtDialog final : public Dialog, private HitSink {
   HitHandler *handler_ = nullptr;  // while running
   QEventLoop *loop_ = nullptr;
   bool isInHit_ = false;
-  std::deque<int> waiting_;  // hits that are not yet told
+  std::deque<int> waiting_;  // hits not yet told
 };
 
 }  // namespace korvel::platform::qt

@@ -1,3 +1,4 @@
+// Computes what to paint, in the port's coordinates, and leaves the painting to each kind of port.
 #include "platform/qt/qtport.h"
 
 #include <algorithm>
@@ -126,7 +127,7 @@ void QtPort::frameRect(const Rect &rect) {
   });
 }
 
-// Ports and pictures of a desktop go together.
+// A port gets pictures of its own desktop only.
 bool QtPort::drawPicture(const Picture &picture, int x, int y) {
   return base::orOnFailure(false, [&] {
     paintPicture(static_cast<const QtPicture &>(picture), x, y);

@@ -1,5 +1,5 @@
-// For platform/qt/ only: what all ports have in common. How pixels, glyphs, a path and a picture
-// get onto a surface is the part of each kind of port.
+// For platform/qt/ only: what all ports have in common. Each kind of port paints pixels, glyphs,
+// strokes and pictures on its own surface.
 #ifndef KORVEL_PLATFORM_QT_QTPORT_H
 #define KORVEL_PLATFORM_QT_QTPORT_H
 
@@ -40,7 +40,7 @@ class QtPort : public Port {
   virtual PixelGrid grid() = 0;
   virtual void paintPixels(const QRect &pixels, QRgb colour) = 0;
   // In coordinates of the port, which may lie anywhere. Glyphs and strokes are drawn in the
-  // foreground colour; nothing of the glyphs reaches out of `bounds`.
+  // foreground colour; the glyphs stay within `bounds`.
   virtual void paintGlyphs(int x, int y, std::string_view text, const Rect &bounds) = 0;
   virtual void paintSlantedStroke(const Stroke &stroke) = 0;
   virtual void paintPicture(const QtPicture &picture, int x, int y) = 0;

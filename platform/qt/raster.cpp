@@ -1,3 +1,4 @@
+// Fills and blends pixels in memory, faster than the toolkit's painter.
 #include "platform/qt/raster.h"
 
 #include <algorithm>
@@ -5,7 +6,7 @@
 namespace korvel::platform::qt {
 namespace {
 
-// The four components of a pixel, each in 16 bits, so that one multiplication serves all.
+// The four components of a pixel, each in 16 bits, so that one multiplication scales all.
 constexpr std::uint64_t kLanes = 0x00FF00FF00FF00FF;
 
 std::uint64_t spread(std::uint32_t pixel) {

@@ -1,5 +1,5 @@
-// For platform/qt/ only: the pixels of a port that is our own, and the ways in which they are drawn
-// on. All coordinates are device pixels; what lies outside is clipped.
+// For platform/qt/ only: the pixels of a port in memory, and ways to draw on them. All coordinates
+// are device pixels; what lies outside is clipped.
 #ifndef KORVEL_PLATFORM_QT_RASTER_H
 #define KORVEL_PLATFORM_QT_RASTER_H
 
@@ -16,7 +16,7 @@ namespace korvel::platform::qt {
 
 class Raster {
  public:
-  // Of the ground depends also whether a pixel can be transparent: nothing is, white is not.
+  // The ground also decides whether pixels can be transparent: on Nothing they can, on White never.
   enum class Ground { White, Nothing };
 
   // Null when a side is below 1, when it has more pixels than kMostPixels, or without memory.
@@ -35,7 +35,7 @@ class Raster {
   // The glyph's origin at (x, y). `colour` is opaque.
   void blend(const GlyphInk &ink, long long x, long long y, QRgb colour);
 
-  // Kept open, as opening one takes longer than a line of text; smooths.
+  // Antialiases. Kept open, as opening one takes longer than drawing a line of text.
   QPainter &painter();
 
  private:

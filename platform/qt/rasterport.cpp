@@ -1,3 +1,4 @@
+// Draws on a raster: that of an image, or of a window.
 #include "platform/qt/rasterport.h"
 
 #include <algorithm>
@@ -25,7 +26,7 @@ int devicePixels(int place, qreal scale) {
 
 }  // namespace
 
-// Opened here, as the toolkit takes only paths that are UTF-8.
+// Opens the file itself, as the toolkit takes only paths in UTF-8.
 bool RasterPort::save(const std::string &path) const {
   return base::orOnFailure(false, [&] {
     const Raster *raster = drawn();

@@ -1,4 +1,4 @@
-// For platform/qt/ only: ports whose pixels are our own.
+// For platform/qt/ only: ports that keep their pixels in memory.
 #ifndef KORVEL_PLATFORM_QT_RASTERPORT_H
 #define KORVEL_PLATFORM_QT_RASTERPORT_H
 
@@ -21,11 +21,11 @@ class RasterPort : public QtPort {
   void paintSlantedStroke(const Stroke &stroke) final;
   void paintPicture(const QtPicture &picture, int x, int y) final;
 
-  // What is drawn on, as it must be before each drawing; null when there is nothing.
+  // The raster, made ready for a drawing; null when there is none.
   virtual Raster *prepared() = 0;
-  // What was drawn on; null when nothing was.
+  // The raster as drawn on so far; null when nothing was drawn.
   virtual const Raster *drawn() const = 0;
-  // Pixels of the raster to one of the port's; as it was when the raster was last prepared.
+  // Pixels of the raster to one of the port's, as of the last prepared().
   virtual qreal scale() const { return 1; }
   // Called after each drawing with the part of the raster that it may have changed.
   virtual void touched(const QRect &) {}
@@ -37,7 +37,7 @@ class RasterPort : public QtPort {
 // A white surface off screen.
 class ImagePort final : public RasterPort {
  public:
-  // Null when it cannot be had.
+  // Null when a side is too long or too short, or without memory.
   static std::unique_ptr<ImagePort> make(int width, int height);
 
  protected:

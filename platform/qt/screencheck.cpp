@@ -1,3 +1,5 @@
+// Asks servers and plugins themselves, as the toolkit would end the process where one of them
+// fails.
 #include "platform/qt/screencheck.h"
 
 #include <cstdlib>
@@ -92,7 +94,7 @@ bool pluginExists(const std::string &name) {
   return false;
 }
 
-// Qt, too, takes names in capitals.
+// Qt ignores case here, too.
 std::string nameOf(const std::string &entry) {
   std::string name = entry.substr(0, entry.find(':'));
   for (char &c : name)
@@ -103,8 +105,8 @@ std::string nameOf(const std::string &entry) {
 bool isX11(const std::string &name) { return name == "xcb"; }
 bool isWayland(const std::string &name) { return name.starts_with("wayland"); }
 
-// What one entry of QT_QPA_PLATFORM, a platform's name, perhaps followed by ":" and parameters, has
-// against it; empty when it can be started.
+// Why an entry of QT_QPA_PLATFORM (a platform's name, perhaps with ":" and parameters) cannot be
+// started; empty when it can.
 std::string problemOf(const std::string &entry, bool (*starts)(const std::string &platform)) {
   const std::string platform = nameOf(entry);
   if (isX11(platform) && !xServerAnswers())

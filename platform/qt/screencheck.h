@@ -1,7 +1,7 @@
 // For platform/qt/ only: which of Qt's platforms can be started in this process.
 //
-// Starting a QApplication on a platform that does not work ends the process, so whatever can be
-// asked is asked before.
+// Starting a QApplication on a platform that does not work ends the process, so everything that can
+// be checked is checked before.
 #ifndef KORVEL_PLATFORM_QT_SCREENCHECK_H
 #define KORVEL_PLATFORM_QT_SCREENCHECK_H
 
@@ -11,7 +11,7 @@ namespace korvel::platform::qt {
 
 struct PlatformChoice {
   std::string name;     // as Qt's option -platform takes it; empty: there is none
-  std::string problem;  // then: why, in one line
+  std::string problem;  // why there is none, in one line
 };
 
 // The first entry of QT_QPA_PLATFORM that can be started when that is set; else X11 when its

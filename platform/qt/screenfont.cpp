@@ -1,3 +1,4 @@
+// Finds and measures fonts for bytes of the screen set, and draws their glyphs at whole pixels.
 #include "platform/qt/screenfont.h"
 
 #include <algorithm>
@@ -20,7 +21,7 @@
 namespace korvel::platform::qt {
 namespace {
 
-// Names of fonts, and the families of the same measures that answer them; each list separated by
+// Names of fonts, and the families with the same measures that replace them; each list separated by
 // "|". After fontconfig's rules for metric-compatible families (30-metric-aliases.conf).
 struct Equals {
   QLatin1String names;
@@ -80,13 +81,13 @@ bool isControl(char16_t character) {
   return character < 0x20 || (character >= 0x7F && character < 0xA0);
 }
 
-// The glyph of a character that the font lacks, as the system's other fonts have it.
-struct Borrowed {
+// The glyph of a character that the font lacks, from another font of the system.
+struct Substitute {
   QRawFont face;
   quint32 index = 0;
 };
 
-Borrowed borrowed(char16_t character, const QFont &font) {
+Substitute substituteFor(char16_t character, const QFont &font) {
   QTextLayout layout(QString(QChar(character)), font);
   layout.beginLayout();
   layout.createLine();
@@ -96,7 +97,7 @@ Borrowed borrowed(char16_t character, const QFont &font) {
   return {};
 }
 
-// Beyond it a painter's coordinates no longer hold.
+// The largest coordinate that a painter can use.
 constexpr long long kFarthest = 32767;
 
 bool isNear(long long place, long long extent) {
@@ -106,7 +107,7 @@ bool isNear(long long place, long long extent) {
 // Larger glyphs are drawn as outlines.
 constexpr int kLargestInk = 64;
 
-// A run of glyphs of one face. Its room is used again for the next one.
+// A run of glyphs of one face. Its memory is reused for the next run.
 class GlyphRow {
  public:
   void add(quint32 glyph, long long place) {
@@ -121,7 +122,7 @@ class GlyphRow {
     painter.drawGlyphRun(QPointF(0, static_cast<qreal>(baseline)), run_);
     clear();
   }
-  // Of what was left behind when there was no memory to draw it.
+  // Drops what a failed allocation left undrawn.
   void clear() {
     glyphs_.clear();
     places_.clear();
@@ -153,8 +154,7 @@ QString installedFamily(const QString &name) {
 
 }  // namespace
 
-// What is kept here and below is never destroyed: nothing of it may end after the toolkit's own
-// fonts, which end at an unknown moment.
+// The caches here and below are never destroyed: by then the toolkit's own fonts may be gone.
 const QString *familyAnswering(std::string_view name) {
   static auto &answers = *new std::map<std::string, const QString *, std::less<>>;
   static auto &families = *new std::set<QString>;
@@ -199,7 +199,7 @@ ScreenFont::Glyph ScreenFont::glyphOf(char16_t character, const QFont &font) {
   glyph.isShown = true;
   if (!own.isEmpty()) glyph.index = own.constFirst();
   if (glyph.index != 0) return glyph;
-  const Borrowed other = borrowed(character, font);
+  const Substitute other = substituteFor(character, font);
   if (other.index == 0) return glyph;
   glyph.face = indexOfFace(other.face);
   glyph.index = other.index;

@@ -23,9 +23,8 @@
 
 namespace korvel::platform::qt {
 
-// The installed family that answers a name of the screen set: itself, else one of the same
-// measures; null when there is neither. Found out once for each name and kept, the same address for
-// the same family.
+// The installed family for a name in the screen set: that family itself, else one with the same
+// measures; null when there is neither. Cached by name; the same family has the same address.
 const QString *familyAnswering(std::string_view name);
 
 class ScreenFont {
@@ -46,20 +45,19 @@ class ScreenFont {
   bool isUnderlined() const { return isUnderlined_; }
   const Underline &underline() const { return underline_; }
 
-  // The toolkit's part ends with its application. What is known of the font stays; what was not yet
-  // drawn of it shows nothing any more.
+  // Drops the toolkit's part, which ends with its application. Measures and inked glyphs stay;
+  // other glyphs show nothing from then on.
   void end();
 
-  // Draws with the painter's pen, from (x, y) on, all `scale` times as large. Each glyph stands on
-  // a whole pixel of the painter's own. Glyphs far outside are left out.
+  // Draws with the painter's pen from (x, y) on, everything `scale` times as large. Each glyph
+  // starts at a whole pixel of the painter. Glyphs far outside are left out.
   void draw(QPainter &painter, int x, int y, std::string_view text, qreal scale = 1) const;
-  // The pixel on which a glyph stands.
+  // The pixel at which a glyph starts.
   static long long placeOf(long long place, qreal scale) {
     return scale == 1 ? place : std::llround(static_cast<qreal>(place) * scale);
   }
 
-  // The ink of the characters for pixels of which `scale` make one of the font's; null when they
-  // are too large to be kept as such.
+  // The ink of the characters at this scale; null when they are too large to keep.
   InkTable *inkAt(qreal scale) const;
 
  private:
@@ -84,7 +82,7 @@ class ScreenFont {
   Underline underline_;
   std::array<int, 256> advances_{};
   std::array<Glyph, 256> glyphs_{};
-  std::vector<QRawFont> faces_;  // the font's own, then those that lend it what it lacks
+  std::vector<QRawFont> faces_;  // the font's own, then those of its substitutes
   mutable std::vector<Scaled> scaled_;
 };
 
@@ -93,8 +91,8 @@ class ScreenFont {
 // the application ends in which it was made.
 const ScreenFont &screenFont(const QString *family, unsigned face, int size);
 
-// False when there is no application any more, or not yet: then neither of the two above may be
-// asked.
+// False before the application starts and after it ends: then neither screenFont() nor
+// familyAnswering() may be called.
 bool canHaveFonts();
 
 }  // namespace korvel::platform::qt

@@ -1,3 +1,4 @@
+// Forms the outline of a slanted stroke as a clipped polygon.
 #include "platform/qt/strokes.h"
 
 #include <cmath>
@@ -5,7 +6,7 @@
 namespace korvel::platform::qt {
 namespace {
 
-// A half plane: the points at least 0 deep.
+// A half plane: the points of depth 0 or more.
 struct Side {
   QPointF origin;
   QPointF inward;  // of length 1
@@ -31,7 +32,7 @@ QPolygonF clipped(const QPolygonF &convex, const Side &side) {
 
 // A square moved along a line covers the rectangle around both its ends, less what lies too far
 // from the line between their middles. Only the part within the bounds is ever formed, as the
-// toolkit's coordinates hold some ten thousand pixels.
+// toolkit's coordinates end at some ten thousand pixels.
 QPolygonF slantedStroke(const Stroke &stroke, const QRectF &bounds, qreal scale) {
   const QPointF from = QPointF(stroke.x1, stroke.y1) * scale;
   const QPointF to = QPointF(stroke.x2, stroke.y2) * scale;

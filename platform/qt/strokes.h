@@ -15,12 +15,12 @@ struct Stroke {
   int y2;
   int width;
 
-  bool isStraight() const { return x1 == x2 || y1 == y2; }  // level or upright
+  bool isStraight() const { return x1 == x2 || y1 == y2; }  // horizontal or vertical
 };
 
-// The outline of a slanted stroke as far as it lies within `bounds`, all but `bounds` to be taken
-// `scale` times. It is as thick as the pixels that the pen goes over one after the other, and ends
-// with the pen's outer corners.
+// The part of a slanted stroke's outline within `bounds`; the stroke, but not `bounds`, is
+// multiplied by `scale`. It is as thick as the trail of the pen's pixels, and ends at the pen's
+// outer corners.
 QPolygonF slantedStroke(const Stroke &stroke, const QRectF &bounds, qreal scale = 1);
 
 }  // namespace korvel::platform::qt

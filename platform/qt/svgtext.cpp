@@ -1,3 +1,4 @@
+// Copies an SVG without its links, as the toolkit would follow them to any file.
 #include "platform/qt/svgtext.h"
 
 #include <QBuffer>
@@ -38,8 +39,8 @@ void writeStart(QXmlStreamWriter &writer, const QXmlStreamReader &reader) {
 
 }  // namespace
 
-// Of a document type the entities are in their places already; an instruction may name a style
-// sheet.
+// The reader has expanded the entities of a document type. Processing instructions are left out, as
+// one may name a style sheet.
 QByteArray withoutLinks(const QByteArray &svg) {
   QXmlStreamReader reader(svg);
   reader.setNamespaceProcessing(false);

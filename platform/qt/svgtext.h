@@ -6,9 +6,9 @@
 
 namespace korvel::platform::qt {
 
-// The same SVG without what would bring in another file: the toolkit reads pictures and style
-// sheets from wherever a link leads. Pictures that stand in the text itself stay, those that are an
-// SVG in turn do not. Empty for a text that is not well-formed.
+// The same SVG without links to files: the toolkit would read pictures and style sheets from
+// wherever they lead. Pictures embedded in the text stay, unless they are SVGs in turn. Empty for a
+// text that is not well-formed.
 QByteArray withoutLinks(const QByteArray &svg);
 
 }  // namespace korvel::platform::qt

@@ -13,15 +13,15 @@ namespace korvel::platform::qt {
 QString toQt(std::string_view screenText);
 std::string fromQt(const QString &text);
 
-// For widgets that take "&" as the mark of a shortcut: the text with every "&" shown as such.
+// For widgets that take "&" as the mark of a shortcut: the text with every "&" shown as itself.
 QString withoutShortcuts(QString title);
 
 // The same text with its first character as the shortcut.
 QString withShortcut(const QString &shownTitle);
 
-// What an edit-text item takes in when a person enters `entered` by whatever way: composed
-// characters; line breaks and tabs as blanks, but a final line break, and any other control
-// character, left out. Nothing when that holds a character without a byte.
+// What an edit text accepts when a person enters `entered` in whatever way: composed characters,
+// with line breaks and tabs as blanks; a final line break and all other control characters are left
+// out. Nothing when a character has no byte.
 std::optional<QString> admitted(const QString &entered);
 
 }  // namespace korvel::platform::qt

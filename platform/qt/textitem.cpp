@@ -1,3 +1,5 @@
+// Edit texts: filters what a person enters by keys, input methods, clipboards and drops, and tells
+// each change as one hit.
 #include "platform/qt/textitem.h"
 
 #include <algorithm>
@@ -27,7 +29,7 @@ bool typesNothing(const QKeyEvent &event) {
 }
 
 // The keys of the two clipboards: Shift+Insert and Control+V; with Control as well, Shift+Insert
-// stands for the selection.
+// pastes the selection.
 QClipboard::Mode clipboardOf(const QKeyEvent &event) {
   const bool isSelection = event.key() == Qt::Key_Insert &&
                            event.modifiers() == (Qt::ControlModifier | Qt::ShiftModifier);
@@ -62,7 +64,7 @@ void TextItem::setText(std::string_view text) {
   if (shown != QLineEdit::text()) replaceText(shown);
 }
 
-// Keeps the cursor and the selection as far as the text allows; forgets what could be undone.
+// Keeps cursor and selection within the new text, and drops the undo steps.
 void TextItem::replaceText(const QString &text) {
   const int cursor = cursorPosition();
   const int selectionBegin = selectionStart();
@@ -86,8 +88,8 @@ void TextItem::replaceText(const QString &text) {
   }
 }
 
-// Elsewhere than in the item with the focus a selection would only mislead; an item that gets the
-// focus by key selects its text by itself.
+// Outside the item with the focus a selection would only mislead; an item that gets the focus by
+// key selects its text itself.
 void TextItem::selectText() {
   if (hasFocus() || window()->focusWidget() == this) selectAll();
 }
@@ -123,8 +125,7 @@ void TextItem::tellChange() {
   dropUndoSteps();
 }
 
-// What is entered into a secret does not even reach the line edit, which would tell a screen
-// reader.
+// The characters of a secret never reach the line edit, which would tell a screen reader.
 QString TextItem::shownFor(const QString &entered) {
   if (!isSecret_) return entered;
   const qsizetype kept = QLineEdit::text().size() - selectedText().size();
@@ -161,7 +162,7 @@ void TextItem::pasteFrom(QClipboard::Mode mode) {
   insertEntered(QGuiApplication::clipboard()->text(mode));
 }
 
-// A line edit joins what is entered at one place into one step, unless the cursor moved between.
+// A line edit joins successive insertions into one undo step, unless the cursor moves in between.
 void TextItem::beginUndoStep() {
   const int cursor = cursorPosition();
   if (hasSelectedText() || QLineEdit::text().isEmpty()) return;
@@ -204,7 +205,7 @@ void TextItem::inputMethodEvent(QInputMethodEvent *event) {
 
   isComposing_ = true;
   QLineEdit::inputMethodEvent(&admittedEvent);
-  // What was selected when composing began went away then; it comes back with what is refused.
+  // The selection was removed when composing began; undoing the refused text restores it.
   if (!commit && hasUntoldChange_) {
     undo();
     hasUntoldChange_ = false;
@@ -226,7 +227,7 @@ void TextItem::mouseReleaseEvent(QMouseEvent *event) {
 
 void TextItem::dropEvent(QDropEvent *event) {
   QDragLeaveEvent leave;
-  QLineEdit::dragLeaveEvent(&leave);  // takes the mark of the place away
+  QLineEdit::dragLeaveEvent(&leave);  // removes the drop marker
   const std::optional<QString> text = admitted(event->mimeData()->text());
   if (!text || text->isEmpty()) {
     event->ignore();

@@ -15,8 +15,8 @@ class QMenu;
 
 namespace korvel::platform::qt {
 
-// Every way in which a person can change the text passes through here, so that what has no byte is
-// refused before it enters, and each change is one hit.
+// Every change by a person passes through here, so that a character without a byte is refused and
+// each change is one hit.
 class TextItem final : public QLineEdit, public Item {
  public:
   TextItem(QWidget *parent, HitSink &sink, int number);

@@ -1,3 +1,5 @@
+// Keeps the port of each window by its address, grows its raster, and shows it after the window's
+// own paint.
 #include "platform/qt/windowport.h"
 
 #include <cmath>
@@ -25,17 +27,17 @@ void copy(const QImage &from, Raster &to) {
   painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
 }
 
-// By the addresses of the windows that are there.
+// By the addresses of their windows.
 using Ports = std::unordered_map<const void *, std::unique_ptr<WindowPort>>;
 
-// Never destroyed, as windows may outlive any moment at which that could be done.
+// Never destroyed, as windows may outlive every static destructor.
 Ports &ports() {
   static auto &made = *new Ports;
   return made;
 }
 
-// The addresses of windows that are gone with their ports: another window that happens to stand
-// there is not the one that an old reference means.
+// The addresses of destroyed windows that had ports: a new window at such an address is not the one
+// that an old reference means.
 using Addresses = std::unordered_set<const void *>;
 
 Addresses &goneWindows() {
@@ -61,7 +63,7 @@ WindowPort::WindowPort(QWidget *window) : window_(window), scale_(window->device
   window->installEventFilter(this);
 }
 
-// What was drawn so far is stretched to the pixels of the new screen.
+// Stretches what was drawn so far to the pixels of the new screen.
 void WindowPort::adopt(qreal scale) {
   if (scale == scale_) return;
   if (raster_ != nullptr) {
@@ -98,8 +100,8 @@ std::optional<RGBColor> WindowPort::pixel(int x, int y) const {
   return RasterPort::pixel(x, y);
 }
 
-// Drawn while the window paints itself, it shows with that very paint, outside of whose region it
-// is cut as any painter is. Asking for another one would go on for ever, as that one draws again.
+// What is drawn while the window paints itself shows with that paint, clipped to its region.
+// Requesting another paint would never end, as it would draw again.
 void WindowPort::touched(const QRect &rect) {
   if (isInPaint_) return;
   const QRectF place(QPointF(rect.topLeft()) / scale_, QSizeF(rect.size()) / scale_);

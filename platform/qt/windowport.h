@@ -12,8 +12,8 @@
 namespace korvel::platform::qt {
 
 // Keeps what was drawn, in the pixels of the screen that the window is on, and shows it whenever
-// the window paints itself: after the window's own ground, before its children. It grows with the
-// window and never shrinks.
+// the window paints itself: after the window's own background, before its children. It grows with
+// the window and never shrinks.
 class WindowPort final : public QObject, public RasterPort {
  public:
   explicit WindowPort(QWidget *window);
@@ -38,19 +38,18 @@ class WindowPort final : public QObject, public RasterPort {
   bool isInPaint_ = false;
 };
 
-// A window is the address of its widget, which is looked at only while the toolkit knows of it.
-// Null for null.
+// A reference is the address of the window's widget, dereferenced only while the toolkit knows the
+// widget. Null for null.
 WindowRef referenceTo(QWidget *window);
 
-// Whether the window that had a port at this address is gone, and no reference to another one there
-// was given since.
+// Whether the window at this address had a port and was destroyed, and no reference to a new window
+// there was given since.
 bool isOfGoneWindow(WindowRef reference);
 
-// The port of a window that is there, made at the first call; it goes with the window.
+// The port of a living window, made at the first call and destroyed with the window.
 WindowPort &portOf(QWidget *window);
 
-// The same for an address at which there may be no window any more: null when no port was made, or
-// the window is gone.
+// The same for an address where the window may be destroyed: null then, and when no port was made.
 WindowPort *madePortOf(const void *window);
 
 }  // namespace korvel::platform::qt

@@ -2,11 +2,11 @@
 #include <algorithm>
 #include <climits>
 #include <cmath>
-#include <filesystem>
-#include <iterator>
 #include <cstdlib>
+#include <filesystem>
 #include <fstream>
 #include <functional>
+#include <iterator>
 #include <random>
 
 #include <sys/stat.h>
