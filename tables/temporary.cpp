@@ -18,7 +18,7 @@ namespace {
 
 void replaceLast(char *path) { path[std::strlen(path) - 1] = '_'; }
 
-// In a folder that is open to all anybody may have put it there.
+// In a folder that is open to all, any user may have put it there.
 bool isAnotherUsers(const struct stat &file) { return file.st_uid != geteuid(); }
 
 }  // namespace

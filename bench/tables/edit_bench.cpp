@@ -76,7 +76,7 @@ Copy copied(const Corpus &table, const std::string &root) {
   fs::create_directories(folder);
   Copy copy = {root, folder, table.name, folder + "/" + table.name + ".tab", 0, ""};
   fs::copy_file(table.path, copy.path, fs::copy_options::overwrite_existing);
-  // Three heading lines stand before the first data line.
+  // Three heading lines come before the first data line.
   copy.line = table.middle() + 4;
   copy.before = table.code(table.middle()) + ",";
   return copy;

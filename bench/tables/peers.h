@@ -12,8 +12,8 @@ namespace korvel::bench {
 // file can do less.
 bool readAndScan(const std::string &path);
 
-// Lines of the standard library, the first field compared with the key; the second one of the line
-// found.
+// Reads lines by the standard library and compares their first field with the key. Returns the
+// second field of the line found.
 std::string streamLookup(const std::string &path, const std::string &key);
 
 // What a command prints, to its end.

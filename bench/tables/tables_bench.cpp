@@ -150,7 +150,7 @@ void addSearches(int lines, const std::string &name) {
 }
 
 // One of two labels, the second one by its beginning, and a value of another column. Both labels
-// stand in the middle; the value rules the first one out.
+// are in the middle; the value rules the first one out.
 void addCriteria(int lines, const std::string &name) {
   const Corpus &table = corpus(lines);
   const int wanted = table.middle() + 10;

@@ -392,7 +392,7 @@ TEST_F(AtOnce, ATableIsCreatedOnce) {
   }
 }
 
-// Each replaces the one before it: the last one stands there, whole.
+// Each replaces the one before it: the last one is there, whole.
 TEST_F(AtOnce, OneNewNameGoesToTheLastTable) {
   for (int process = 0; process < kProcesses; ++process)
     table("t" + std::to_string(process), "old " + std::to_string(process));

@@ -1,3 +1,4 @@
+// The model of editing and upkeep: reads the old file line by line and writes the new one as text.
 #include "tests/tables/edit_model.h"
 
 #include <algorithm>
@@ -21,8 +22,8 @@ std::vector<std::string> keptLines(const std::string &bytes, std::size_t size) {
   return all;
 }
 
-// A line split in a buffer of its own: its fields up to the first empty one, and what stands from
-// there on, if there is one.
+// A line split in a buffer of its own: its fields up to the first empty one, and the rest of
+// the line from there on, if there is one.
 struct SplitLine {
   explicit SplitLine(const std::string &kept) {
     char buffer[1024] = {};
@@ -218,7 +219,7 @@ int EditModel::ZRV_Libelle_NC_idem_delete(const char *table) {
 
 int EditModel::ZRV_Libelle_NC_set(int keyLength, int column, const char *text) {
   bool had = false;
-  // Of the buffer, what stands behind its fields is no part.
+  // Bytes of the buffer behind its fields are not part of it.
   store(rebuilt(SplitLine(boundBuffer()), keyLength, column, text, had), true);
   return had;
 }

@@ -1,5 +1,5 @@
 // For tests of tables: what editing and upkeep do, on the files of the model, byte by byte. An
-// edit reads the old file and writes the temporary one, line after line, as told.
+// edit reads the old file and writes the temporary one, line after line.
 #ifndef KORVEL_TESTS_TABLES_EDIT_MODEL_H
 #define KORVEL_TESTS_TABLES_EDIT_MODEL_H
 
@@ -49,7 +49,7 @@ class EditModel : public TableModel {
   std::optional<Rewriting> beginRewriting(const char *table);
   void endRewriting(Rewriting &rewriting, const std::string &newPath);
   void dropRewriting(Rewriting &rewriting);
-  // Rewrites a table. changed: what stands in the place of a line, its end included.
+  // Rewrites a table. changed: what takes the place of a line, its end included.
   bool rewrite(const char *table,
                const std::function<std::string(int line, const std::string &kept)> &changed);
   std::string boundBuffer() const;

@@ -15,8 +15,8 @@
 
 namespace korvel::test {
 
-// While it lives, scratch folders stand in memory where the machine has such a place: syncing costs
-// nothing there.
+// While it lives, scratch folders are in memory where the machine has such a place, as syncing
+// costs nothing there.
 class MemoryDisk {
  public:
   MemoryDisk() {

@@ -225,7 +225,7 @@ TEST_F(Header, InAReadOnlyFolderNothingIsRenamed) {
   EXPECT_EQ(files(), (Files{{"actes.tab", unchanged()}}));
 }
 
-// The new table could stand there, but the old one could not go.
+// The new table could be put there, but the old one could not be removed.
 TEST_F(Header, SomeoneElsesTableInAStickyFolderKeepsItsName) {
   if (geteuid() != 0) GTEST_SKIP() << "needs a second user";
   chmod(volumes_.root().c_str(), 0755);

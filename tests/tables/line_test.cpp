@@ -1,3 +1,4 @@
+// Tests of lines: the characters that are kept, the text that counts, fields and columns.
 #include "tables/line.h"
 
 #include <string>

@@ -1,3 +1,4 @@
+// Tests of the lookups by code: results, buffers and line state, one case a line.
 #include <korvel/tables.h>
 
 #include "tests/tables/tables.h"
@@ -528,7 +529,7 @@ TEST_F(DatedLookup, TakesTheLineInForce) {
 
 TEST_F(DatedLookup, BeforeAndBehindAllPeriodsFindsNone) {
   for (const int date : {19940101, 19941231, 20500101, 0, -1, INT_MAX}) {
-    // The column of the last line with the code stands in out.
+    // Out holds the column of the last line with the code.
     EXPECT_EQ(lookUpDate("01", 1, "tarifs", 2, date), (Answer{0, "new"})) << date;
     EXPECT_EQ(state(), (State{6, 1, "#FIN"})) << date;
   }

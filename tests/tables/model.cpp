@@ -1,3 +1,5 @@
+// The model of lookup and search: reads a table byte by byte into the line buffer and splits it
+// there.
 #include "tests/tables/model.h"
 
 #include <algorithm>

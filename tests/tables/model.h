@@ -42,7 +42,7 @@ struct ModelHandles {
 
   int highest = -1;
   std::array<bool, kCount> used = {};
-  // Handles that stayed open after a failure; whoever closes one takes it out.
+  // Handles that stayed open after a failure. Closing one takes it out.
   std::set<int> leftOpen;
 };
 
@@ -63,8 +63,8 @@ class TableModel {
   ModelHandles fileHandles;
   ModelHandles memoryHandles;
 
-  // How many bytes of the buffer are the current line with its terminators; what stands behind
-  // them is nobody's.
+  // The number of bytes of the buffer that hold the current line with its terminators. The bytes
+  // behind them are unspecified.
   std::size_t bufferUsed() const { return bufferUsed_; }
 
   int ZRV_Libelle_NC(std::string_view key, int column, const char *table, char *out, int outSize);

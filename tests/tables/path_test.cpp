@@ -1,3 +1,4 @@
+// Tests of the way from a table name to a path, with either tables directory.
 #include "tables/path.h"
 
 #include "tests/tables/tables.h"
@@ -52,7 +53,7 @@ TEST_F(TablePaths, DefaultDirectoryAddsTheExtension) {
   EXPECT_STREQ(tablePath("").text, "Data:tables:.tab");
 }
 
-// Without any directory chosen, none stands in for it.
+// Without any directory chosen there is no default.
 TEST_F(TablePaths, WithoutADirectoryThereIsNoTable) {
   setText(szDirTables, "");
   EXPECT_FALSE(tablePath("t"));

@@ -114,7 +114,7 @@ class ReadFaults : public test::Edits {
     std::snprintf(ZRV_Libelle_NC_szBuffer, sizeof ZRV_Libelle_NC_szBuffer, "99");
   }
 
-  // But for a temporary whose end could not be told from another's.
+  // Without temporaries that may belong to another process.
   Files visibleFiles() const {
     Files all = files();
     std::erase_if(all, [](const auto &file) { return file.first.starts_with(".korvel-"); });

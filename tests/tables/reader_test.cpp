@@ -1,3 +1,4 @@
+// Tests of the reader: blocks, whole lines, the handles taken, files that change meanwhile.
 #include "tables/reader.h"
 
 #include <random>
@@ -116,7 +117,7 @@ std::string kept(const std::string &lines) {
 }
 
 // What nextLines() gives: lines that end with a carriage return, and in front of them a line end
-// like that of the first line.
+// like the first line's.
 TEST_F(Reader, GivesWholeLinesWhereverABlockEnds) {
   const std::string longLine(1500, 'a');
   const std::string tables[] = {

@@ -64,7 +64,7 @@ TEST_F(Rewrite, EveryLineEndsWithCrLfAfterwards) {
       // The last line gains an end.
       {"a\r\nb", "a\r\nb\r\n"},
       {"a", "a\r\n"},
-      // Line feeds are no part of a line wherever they stand.
+      // A line feed is not part of a line, wherever it is.
       {"a\nb\nc", "abc\r\n"},
       {"\n\na\r\n", "a\r\n"},
       {"a\r\n\nb\r\n", "a\r\nb\r\n"},
@@ -74,7 +74,7 @@ TEST_F(Rewrite, EveryLineEndsWithCrLfAfterwards) {
       {"\r\n\r\n", "\r\n\r\n"},
       {"\r\r\r", "\r\n\r\n\r\n"},
       {"a\r\r\nb", "a\r\n\r\nb\r\n"},
-      // Text before a lone line feed at the end is a line, the line feed alone is none.
+      // Text before a lone line feed at the end is a line, a line feed alone is not.
       {"a\r\nb\n", "a\r\nb\r\n"},
       {"a\r\n\n", "a\r\n"},
       {"\n", ""},
@@ -183,7 +183,7 @@ TEST_F(Rewrite, ALeftOverFileIsUsedUpByAWriteThatFails) {
   EXPECT_EQ(files(), (Files{{"actes.tab", actes()}}));
 }
 
-// A file that somebody else put there is not taken for the user's own data.
+// A file that another user put there is not taken for the user's own data.
 TEST_F(Rewrite, AStrangersLeftOverFileIsNotTakenOver) {
   if (geteuid() != 0) GTEST_SKIP() << "needs a second user";
   const std::string longer = actes() + "99,Rest\r\n";
@@ -516,7 +516,7 @@ TEST_F(Rewrite, AnEditWaitsForWhoeverHasTheTable) {
   EXPECT_EQ(seen, actes());
 }
 
-// Whether somebody has the table at a path.
+// Whether the table at a path is locked.
 bool isTaken(const std::string &path) {
   const int file = open(path.c_str(), O_RDWR);
   const bool taken = flock(file, LOCK_EX | LOCK_NB) != 0;
@@ -592,7 +592,7 @@ TEST_F(Rewrite, AnEditThatWaitedForATableThatIsGoneGivesZero) {
   EXPECT_EQ(files(), Files{});
 }
 
-// --- Those who know no lock ----------------------------------------------------------------------
+// --- Programs that take no lock ------------------------------------------------------------------
 
 // Adds bytes to a file as a program does that knows nothing of edits.
 void append(const std::string &path, std::string_view bytes) {
@@ -747,8 +747,8 @@ TEST_F(Rewrite, AnEditGivesUpWhenTheTableChangesThreeTimes) {
   }
 }
 
-// Beside many edits, somebody appends. What is lost was appended between an edit's last look at the
-// table and its end.
+// Beside many edits, a program appends. What is lost was appended between an edit's last look at
+// the table and its end.
 TEST_F(Rewrite, AppendingForeignersLoseNothingButInTheLastInstantOfAnEdit) {
   using Clock = std::chrono::steady_clock;
   struct Span {

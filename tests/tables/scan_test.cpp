@@ -1,3 +1,4 @@
+// Tests of the search kernels: each finds every candidate, and only those, wherever it is.
 #include "tables/scan.h"
 
 #include <algorithm>
@@ -167,7 +168,7 @@ TEST(Scan, SeesEveryIrregularLineEnd) {
         changed[at] = c;
         Padded bytes(changed);
         const_cast<char *>(bytes.begin())[-1] = '\r';
-        // The line end of the last line stands outside, its CR inside.
+        // The LF of the last line is outside, its CR inside.
         const bool irregular = text[at] != c && (c != 'x' || text[at] == '\n' || text[at] == '\r');
         if (at + 1 == text.size()) continue;
         bool regular = false;

@@ -1,3 +1,4 @@
+// Tests of the searches by label and by criteria, one case a line.
 #include <korvel/tables.h>
 
 #include "tests/tables/tables.h"

@@ -98,7 +98,7 @@ struct Answer {
   }
 };
 
-// "-" is what stands in out before the call.
+// What out holds before the call.
 inline constexpr char kUntouched[] = "-";
 
 // Makes call(out, outSize) with a buffer of that size and sees that nothing around it changes.

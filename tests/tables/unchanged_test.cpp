@@ -1,3 +1,4 @@
+// Tests of the lines that a rewriting copies as they are.
 #include "tables/unchanged.h"
 
 #include <climits>
