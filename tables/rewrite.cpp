@@ -212,13 +212,14 @@ bool TableRewrite::begin() {
 bool TableRewrite::takeLocks() {
   const bool replaces = move_ != Move::Nothing && !leadToOneFile(path_.text(), newPath_.text());
   const bool targetFirst = replaces && std::strcmp(newPath_.text(), path_.text()) < 0;
-  return (!targetFirst || takeTargetLock()) && lock_.take(path_.text()) &&
-         (!replaces || targetFirst || takeTargetLock());
+  files::Patience patience;
+  return (!targetFirst || takeTargetLock(patience)) && lock_.take(path_.text(), patience) &&
+         (!replaces || targetFirst || takeTargetLock(patience));
 }
 
 // A target that cannot be locked need not be waited for.
-bool TableRewrite::takeTargetLock() {
-  return targetLock_.take(newPath_.text()) || errno != ETIMEDOUT;
+bool TableRewrite::takeTargetLock(files::Patience &patience) {
+  return targetLock_.take(newPath_.text(), patience) || errno != ETIMEDOUT;
 }
 
 bool TableRewrite::openTemporary() {

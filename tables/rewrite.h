@@ -105,7 +105,7 @@ class TableRewrite {
 
   bool begin();
   bool takeLocks();
-  bool takeTargetLock();
+  bool takeTargetLock(files::Patience &patience);
   bool openTemporary();
   bool openTarget();
   bool copy(LineEdit &edit);

@@ -1,5 +1,6 @@
 // The heading lines of a table and its name.
 #include <cerrno>
+#include <chrono>
 #include <thread>
 
 #include <fcntl.h>
@@ -183,6 +184,26 @@ TEST_F(Header, ATableOfTheNewNameThatIsWaitedForTooLongStays) {
   close(other);
   EXPECT_EQ(files(), (Files{{"actes.tab", unchanged()}, {"new.tab", "other"}}));
   EXPECT_EQ(openHandles(), std::vector<int>{});
+}
+
+TEST_F(Header, BothTablesOfARenamingAreWaitedForOnce) {
+  table("new", "other");
+  const int source = open(posixPath("actes").c_str(), O_RDWR);
+  const int target = open(posixPath("new").c_str(), O_RDWR);
+  ASSERT_EQ(flock(source, LOCK_EX), 0);
+  ASSERT_EQ(flock(target, LOCK_EX), 0);
+  std::thread releasing([&] {
+    usleep(200000);
+    close(source);
+  });
+  files::lockPatience = 400;
+  const auto begin = std::chrono::steady_clock::now();
+  EXPECT_EQ(ZRV_Table_modify("actes", "new", "3", "Titre"), 0);
+  EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::milliseconds(580));
+  files::lockPatience = 5000;
+  releasing.join();
+  close(target);
+  EXPECT_EQ(files(), (Files{{"actes.tab", unchanged()}, {"new.tab", "other"}}));
 }
 
 TEST_F(Header, WhatCannotBeRenamedStaysAsItWas) {
