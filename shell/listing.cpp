@@ -18,8 +18,6 @@ constinit FileVisit_t BSDDir_ProcessFiles_fPtr = nullptr;
 namespace korvel::shell {
 namespace {
 
-constexpr std::size_t kBlockSize = 16384;
-
 std::string listCommand(std::string_view folder, std::string_view pattern) {
   return "ls -1F " + quoted(std::string(folder) + "/") + " | grep -i " + quoted(pattern);
 }
@@ -32,18 +30,6 @@ std::string_view withoutExecutableMark(std::string_view line) {
 }
 
 bool isFolder(std::string_view line) { return line.ends_with('/'); }
-
-// The first `limit` bytes of a tool's output.
-std::string outputOf(const Tool &tool, std::size_t limit) {
-  std::string output;
-  char block[kBlockSize];
-  while (output.size() < limit) {
-    const std::size_t got = tool.readSome(block, std::min(sizeof block, limit - output.size()));
-    if (got == 0) break;
-    output.append(block, got);
-  }
-  return output;
-}
 
 // The caller's rows, filled one after the other.
 class NameRows {
@@ -102,7 +88,7 @@ int findFiles(char *out, const char *folder, int max, std::string_view pattern) 
   const std::size_t bufferSize = kRowSize * (max == 0 ? 1 : static_cast<std::size_t>(max));
   const Tool tool(listCommand(folder, pattern).c_str(), Flow::FromTool, Environment::PlainBytes);
   if (!tool.started()) return 0;
-  return storeNames(outputOf(tool, bufferSize - 1), NameRows(out, max));
+  return storeNames(tool.text(bufferSize - 1), NameRows(out, max));
 }
 
 int processFiles(const char *folder, std::string_view pattern, FileVisit_t visit) {

@@ -1,5 +1,4 @@
 // Processes found by name: "ps -x -c | grep name", with whole names between the two.
-#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -21,17 +20,7 @@ namespace {
 
 using base::orOnFailure;
 
-constexpr std::size_t kBlockSize = 16384;
-
-std::string processList() {
-  const Tool ps("ps -x -c", Flow::FromTool);
-  std::string lines;
-  char block[kBlockSize];
-  while (const std::size_t got = ps.started() ? ps.readSome(block, sizeof block) : 0) {
-    lines.append(block, got);
-  }
-  return withWholeNames(lines);
-}
+std::string processList() { return withWholeNames(Tool("ps -x -c", Flow::FromTool).text()); }
 
 // A nameless file that holds `text`, with its offset at the beginning; none where there is no room.
 Descriptor fileOf(std::string_view text) {

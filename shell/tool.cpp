@@ -232,6 +232,15 @@ std::size_t Tool::read(char *to, std::size_t n) const {
   return done;
 }
 
+std::string Tool::text(std::size_t limit) const {
+  std::string text;
+  char block[kBlockSize];
+  while (const std::size_t got = readSome(block, std::min(sizeof block, limit - text.size()))) {
+    text.append(block, got);
+  }
+  return text;
+}
+
 void Tool::write(std::string_view input) const {
   SigpipeHeldBack held;
   while (!input.empty()) {

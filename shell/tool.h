@@ -4,6 +4,7 @@
 
 #include <chrono>
 #include <cstddef>
+#include <string>
 #include <string_view>
 
 #include <sys/types.h>
@@ -43,6 +44,8 @@ class Tool {
   std::size_t readSome(char *to, std::size_t n) const;
   // Exactly n bytes, in however many pieces they come; less only at the end of the output.
   std::size_t read(char *to, std::size_t n) const;
+  // The first `limit` bytes of the output, or all of it.
+  std::string text(std::size_t limit = std::string::npos) const;
   // Waits until the tool has written or its output has ended, but no longer than `patience`. True
   // if there is something to read or the output has ended.
   bool writesWithin(std::chrono::milliseconds patience) const;
