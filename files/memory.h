@@ -1,4 +1,4 @@
-// For files/, profile/ and tables/: memory files by their handles, and the blocks below them.
+// For files/, profile/ and tables/: memory files by their handles.
 #ifndef KORVEL_FILES_MEMORY_H
 #define KORVEL_FILES_MEMORY_H
 

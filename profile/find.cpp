@@ -24,8 +24,6 @@ bool mayBeginALine(std::string_view key) {
   return key.find_first_of("\r\n[") == std::string_view::npos;
 }
 
-bool holdsBracket(Characters characters) { return characters.takeToBracket(); }
-
 }  // namespace
 
 const char *findHeader(Stretch text, const char *from) {
@@ -56,7 +54,7 @@ KeySearch findKey(Stretch text, const char *from, std::string_view key, std::siz
     const Line line = lineAt(from, text.end);
     Characters characters(line, limit);
     if (mayBeThere && takeKey(characters, key)) return {KeySearch::Found, line};
-    if (holdsBracket({line, limit})) return {KeySearch::Bracket, line};
+    if (Characters(line, limit).takeToBracket()) return {KeySearch::Bracket, line};
     from = line.next;
   }
 }
