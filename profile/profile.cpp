@@ -95,13 +95,14 @@ class FileOutput final : public Output {
 
   void write(std::string_view piece) override {
     if (piece.empty()) return;
-    if (gathered_.bytes().size() + piece.size() <= kGathered)
+    if (gathered_.bytes().size() + piece.size() <= kGathered) {
       whole_ = gathered_.append(piece) && whole_;
-    else
+    } else {
       pass(piece);
+    }
   }
 
-  // True when all was handed on.
+  // Whether everything was passed on.
   bool finish() {
     pass({});
     return whole_;

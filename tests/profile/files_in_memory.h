@@ -18,10 +18,11 @@ class FilesInMemory {
     if (access("/dev/shm", W_OK) == 0) setenv("TMPDIR", "/dev/shm", 1);
   }
   ~FilesInMemory() {
-    if (saved_.empty())
+    if (saved_.empty()) {
       unsetenv("TMPDIR");
-    else
+    } else {
       setenv("TMPDIR", saved_.c_str(), 1);
+    }
   }
   FilesInMemory(const FilesInMemory &) = delete;
   FilesInMemory &operator=(const FilesInMemory &) = delete;

@@ -459,10 +459,11 @@ class RandomCalls : public testing::Test {
   }
   void moveAMemoryFile() {
     const int handle = static_cast<int>(random_.below(5));
-    if (random_.oneIn(3))
+    if (random_.oneIn(3)) {
       MFil_Open("", 0, 0);
-    else
+    } else {
       MFil_Close(handle);
+    }
   }
   void readString() {
     LiteralHandles handles;

@@ -22,20 +22,20 @@
 namespace korvel::test {
 namespace {
 
-std::vector<std::string> gLines;
-std::size_t gStopAfter = 0;  // 0: never
+std::vector<std::string> keptLines;
+std::size_t mostLines = 0;  // 0: never
 
 int keepLine(char *line) {
-  gLines.emplace_back(line);
-  return gLines.size() == gStopAfter ? 1 : 0;
+  keptLines.emplace_back(line);
+  return keptLines.size() == mostLines ? 1 : 0;
 }
 
 // The first lines of a command's output.
 std::vector<std::string> linesOf(const std::string &command, std::size_t stopAfter = 0) {
-  gLines.clear();
-  gStopAfter = stopAfter;
+  keptLines.clear();
+  mostLines = stopAfter;
   BSDInvokeToolPr(command.c_str(), keepLine);
-  return gLines;
+  return keptLines;
 }
 
 // How many descriptors this process has open.
@@ -255,8 +255,8 @@ TEST(InvokeToolWr, WaitsForASlowReader) {
   EXPECT_EQ(contentOf(workspace.path("got")), input);
 }
 
-int gSignals = 0;
-void countSignal(int) { ++gSignals; }
+int signalsCaught = 0;
+void countSignal(int) { ++signalsCaught; }
 
 // Restores how the process handles SIGPIPE and whether this thread blocks it.
 class SigpipeSettings {
@@ -300,9 +300,9 @@ TEST(InvokeToolWr, AToolThatDoesNotReadRaisesNoSignal) {
   for (void (*handling)(int) : {SIG_DFL, SIG_IGN, countSignal}) {
     const SigpipeSettings settings;
     signal(SIGPIPE, handling);
-    gSignals = 0;
+    signalsCaught = 0;
     EXPECT_EQ(BSDInvokeToolWr("exec <&-; exit 3", input.c_str()), 3 << 8);
-    EXPECT_EQ(gSignals, 0);
+    EXPECT_EQ(signalsCaught, 0);
     EXPECT_FALSE(sigpipeIsBlocked());
     EXPECT_FALSE(sigpipeIsPending());
     EXPECT_EQ(signal(SIGPIPE, handling), handling);
@@ -313,7 +313,7 @@ TEST(InvokeToolWr, LeavesACallersBlockedSigpipeAlone) {
   const std::string input(1000000, 'z');
   const SigpipeSettings settings;
   signal(SIGPIPE, countSignal);
-  gSignals = 0;
+  signalsCaught = 0;
   blockSigpipe();
   BSDInvokeToolWr("exit 0", input.c_str());
   EXPECT_TRUE(sigpipeIsBlocked());
@@ -322,7 +322,7 @@ TEST(InvokeToolWr, LeavesACallersBlockedSigpipeAlone) {
   raise(SIGPIPE);
   BSDInvokeToolWr("exit 0", input.c_str());
   EXPECT_TRUE(sigpipeIsPending());
-  EXPECT_EQ(gSignals, 0);
+  EXPECT_EQ(signalsCaught, 0);
 }
 
 TEST(InvokeToolWr, TheToolItselfMayBeEndedBySigpipe) {
@@ -345,10 +345,10 @@ TEST(InvokeTool, LeavesAnEndlessToolWhateverTheCallerDoesWithSigpipe) {
       char out[4];
       EXPECT_EQ(BSDInvokeTool(kEndless, out, sizeof out), SIGPIPE);
       EXPECT_STREQ(out, "y\ny");
-      gLines.clear();
-      gStopAfter = 2;
+      keptLines.clear();
+      mostLines = 2;
       EXPECT_EQ(BSDInvokeToolPr(kEndless, keepLine), SIGPIPE);
-      EXPECT_EQ(gLines.size(), 2u);
+      EXPECT_EQ(keptLines.size(), 2u);
     }
   }
 }
@@ -412,9 +412,9 @@ TEST(InvokeTool, SignalsInterruptNothing) {
   const std::string input(300000, 'q');
   std::string big(200001, 'x');
   int read = -1, written = -1;
-  gSignals = 0;
-  gLines.clear();
-  gStopAfter = 0;
+  signalsCaught = 0;
+  keptLines.clear();
+  mostLines = 0;
   {
     const RestlessTimer timer;
     read = BSDInvokeTool("sleep 0.05; head -c 200000 /dev/zero | tr '\\0' a; sleep 0.05; exit 5",
@@ -422,12 +422,12 @@ TEST(InvokeTool, SignalsInterruptNothing) {
     written = BSDInvokeToolWr(command.c_str(), input.c_str());
     BSDInvokeToolPr("echo a; sleep 0.05; echo b", keepLine);
   }
-  EXPECT_GT(gSignals, 10);
+  EXPECT_GT(signalsCaught, 10);
   EXPECT_EQ(read, 5 << 8);
   EXPECT_EQ(big, std::string(200000, 'a') + '\0');
   EXPECT_EQ(written, 6 << 8);
   EXPECT_EQ(contentOf(workspace.path("got")), input);
-  EXPECT_EQ(gLines, (Lines{"a", "b"}));
+  EXPECT_EQ(keptLines, (Lines{"a", "b"}));
 }
 
 TEST(InvokeToolPr, HandsOverLineByLine) {
@@ -453,8 +453,8 @@ TEST(InvokeToolPr, StopsWhenTold) {
   EXPECT_EQ(linesOf("printf 'a\\nb\\nc\\n'", 1), (Lines{"a"}));
   EXPECT_EQ(linesOf("printf 'a\\nb\\nc\\n'", 2), (Lines{"a", "b"}));
   EXPECT_EQ(linesOf("yes", 3), (Lines{"y", "y", "y"}));
-  gStopAfter = 1;
-  gLines.clear();
+  mostLines = 1;
+  keptLines.clear();
   EXPECT_EQ(BSDInvokeToolPr("printf 'a\\nb\\n'; exit 8", keepLine), 8 << 8);
 }
 
@@ -474,28 +474,28 @@ TEST(InvokeToolPr, CutsALineToItsBuffer) {
 }
 
 int overwriteLine(char *line) {
-  gLines.emplace_back(line);
+  keptLines.emplace_back(line);
   for (int i = 0; i < 8192; ++i) line[i] = '#';
   return 0;
 }
 
 TEST(InvokeToolPr, GivesAWritableBufferOf8192Bytes) {
-  gLines.clear();
+  keptLines.clear();
   EXPECT_EQ(BSDInvokeToolPr("printf 'a\\nbc\\n\\nd'", overwriteLine), 0);
-  EXPECT_EQ(gLines, (Lines{"a", "bc", "", "d"}));
+  EXPECT_EQ(keptLines, (Lines{"a", "bc", "", "d"}));
 }
 
 int runAnotherTool(char *line) {
   char out[32];
   BSDInvokeTool((std::string("printf 'for %s' ") + line).c_str(), out, sizeof out);
-  gLines.emplace_back(out);
+  keptLines.emplace_back(out);
   return 0;
 }
 
 TEST(InvokeToolPr, ALineMayRunAnotherTool) {
-  gLines.clear();
+  keptLines.clear();
   BSDInvokeToolPr("printf 'a\\nb\\n'", runAnotherTool);
-  EXPECT_EQ(gLines, (Lines{"for a", "for b"}));
+  EXPECT_EQ(keptLines, (Lines{"for a", "for b"}));
 }
 
 // A model that reads byte by byte.

@@ -54,19 +54,19 @@ Found literalFind(const std::string &folder, int max, const std::string &pattern
   return found;
 }
 
-Names gVisited;
-int gStopAt = 0;  // the visit that stops, from 1; 0: none
+Names visitedNames;
+int lastVisit = 0;  // the visit that stops, from 1; 0: none
 
 int visit(const char *name) {
-  gVisited.emplace_back(name);
-  return static_cast<int>(gVisited.size()) == gStopAt ? 40 + gStopAt : 0;
+  visitedNames.emplace_back(name);
+  return static_cast<int>(visitedNames.size()) == lastVisit ? 40 + lastVisit : 0;
 }
 
 Names visited(const std::string &folder, const std::string &pattern, int stopAt = 0) {
-  gVisited.clear();
-  gStopAt = stopAt;
+  visitedNames.clear();
+  lastVisit = stopAt;
   BSDDir_ProcessFiles(folder.c_str(), pattern.c_str(), visit);
-  return gVisited;
+  return visitedNames;
 }
 
 TEST(FindFiles, StoresAtMostMaxNamesAndCountsAll) {
@@ -319,7 +319,7 @@ TEST(ProcessFiles, StopsAtANonZeroResultAndReturnsIt) {
   EXPECT_EQ(visited(folder.path(), "", 2), (Names{"a", "b"}));
   EXPECT_EQ(BSDcr, 42);
   EXPECT_EQ(BSDnNbFic, 2);
-  gVisited.clear();
+  visitedNames.clear();
   EXPECT_EQ(BSDDir_ProcessFiles(folder.path().c_str(), "", visit), 42);
 }
 
@@ -370,15 +370,15 @@ TEST(ProcessFilesF, HandlesOneLine) {
       {"a/b/", {}}, {"*/b", {"b"}},
   };
   for (const auto &row : kRows) {
-    gVisited.clear();
-    gStopAt = 1;
+    visitedNames.clear();
+    lastVisit = 1;
     BSDcr = 7;
     BSDnNbFic = 10;
     BSDDir_ProcessFiles_fPtr = visit;
     std::string line = row.line;
     const bool isFile = !row.names.empty();
     EXPECT_EQ(BSDDir_ProcessFiles_f(line.data()), isFile ? 41 : 0) << row.line;
-    EXPECT_EQ(gVisited, row.names) << row.line;
+    EXPECT_EQ(visitedNames, row.names) << row.line;
     EXPECT_EQ(BSDcr, isFile ? 41 : 7) << row.line;
     EXPECT_EQ(BSDnNbFic, isFile ? 11 : 10) << row.line;
   }
