@@ -1,4 +1,4 @@
-// For messages/ only: the one box that questions and notes share.
+// For messages/ and dialogs/: the one box that questions and notes share.
 #ifndef KORVEL_MESSAGES_BOX_H
 #define KORVEL_MESSAGES_BOX_H
 
@@ -25,6 +25,9 @@ int escapeAnswer(Kind kind);
 // Shows the message, centred on `owner` (null: on the screen), and returns the answer. Without a
 // desktop, or if the box cannot be shown, that is the answer of Escape.
 int ask(platform::Desktop *desktop, WindowRef owner, const Message &message);
+
+// The rule of MessageBox.
+int messageBox(WindowRef owner, std::string_view text, std::string_view caption, unsigned flags);
 
 // The items that Return and Escape press in the newest box; without a box, in any dialog.
 struct KeyItems {

@@ -50,6 +50,12 @@ int askInFront(WindowRef owner, std::string_view text, std::string_view caption,
 }
 
 }  // namespace
+
+int messageBox(WindowRef owner, std::string_view text, std::string_view caption, unsigned flags) {
+  return orOnFailure(escapeAnswer(kindOf(flags)),
+                     [&] { return askInFront(owner, text, caption, flags); });
+}
+
 }  // namespace korvel::messages
 
 using namespace korvel::messages;
@@ -66,6 +72,5 @@ int NoteDialog(WindowRef owner, char *caption, char *text, int lines, unsigned f
 }
 
 int MessageBox(WindowRef owner, const char *text, const char *caption, unsigned flags) {
-  return orOnFailure(escapeAnswer(kindOf(flags)),
-                     [&] { return askInFront(owner, textOf(text), textOf(caption), flags); });
+  return messageBox(owner, textOf(text), textOf(caption), flags);
 }

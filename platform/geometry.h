@@ -1,4 +1,4 @@
-// For dialogs/, draw/, messages/ and platform/ only: rectangles of the seam to the desktop.
+// For dialogs/, draw/, messages/ and platform/ only: rectangles of the seam.
 #ifndef KORVEL_PLATFORM_GEOMETRY_H
 #define KORVEL_PLATFORM_GEOMETRY_H
 
@@ -20,8 +20,8 @@ struct Rect {
   friend bool operator==(const Rect &, const Rect &) = default;
 };
 
-// The rectangle of this size in the middle of another, halves toward zero, with no corner below
-// `least`. Computed in 64 bits: the sum of two edges may be beyond an int.
+// The rectangle of this size in the middle of another, halves truncated toward zero, with no corner
+// below `least`. In 64 bits, as the sum of two edges may overflow an int.
 constexpr Rect centredOn(const Rect &other, int width, int height,
                          int least = std::numeric_limits<int>::min()) {
   using Wide = std::int64_t;
