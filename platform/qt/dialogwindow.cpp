@@ -102,7 +102,8 @@ void DialogWindow::changeEvent(QEvent *event) {
   QDialog::changeEvent(event);
   if (event->type() != QEvent::WindowStateChange || !isMinimized()) return;
   const QWindow *behind = windowHandle() == nullptr ? nullptr : windowHandle()->transientParent();
-  const bool isParentMinimized = behind != nullptr && behind->windowStates().testFlag(Qt::WindowMinimized);
+  const bool isParentMinimized =
+      behind != nullptr && behind->windowStates().testFlag(Qt::WindowMinimized);
   if (!isParentMinimized) setWindowState(windowState() & ~Qt::WindowMinimized);
 }
 

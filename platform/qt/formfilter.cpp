@@ -32,13 +32,14 @@ constexpr int kMostBases = 8;  // of a class that the form declares
 
 // ---- What passes ----
 
-// One that has nothing inside is a text. All other properties would change what an item is (an
-// input mask, an echo mode), could load something, or belong to the desktop; and the loader would
-// convert a value of another kind.
+// The elements that pass, with those that pass inside them, their attributes, and the properties
+// that may have them as a value. Any other property would change what an item is (an input mask, an
+// echo mode), could load something, or belongs to the desktop. The loader would convert a value of
+// another kind.
 struct Element {
   const char *name;
-  const char *inside, *attributes;  // null for a text
-  const char *properties;           // that have such a value
+  const char *inside, *attributes;  // null for a plain text
+  const char *properties;
 };
 constexpr Element kElements[] = {
     {"", " ui ", "", ""},
@@ -48,7 +49,7 @@ constexpr Element kElements[] = {
      " name stretch rowstretch columnstretch rowminimumheight columnminimumwidth ", ""},
     {"item", " widget layout spacer ", " row column rowspan colspan alignment ", ""},
     {"spacer", " property ", " name ", ""},
-    {"property", "", " name ", ""},  // its value stands below
+    {"property", "", " name ", ""},  // its values are the rows below
     {"attribute", "", " name ", ""},
     {"rect", " x y width height ", "", " geometry "},
     {"size", " width height ", "", " minimumSize maximumSize sizeHint "},
@@ -102,7 +103,7 @@ bool isIn(QStringView word, const char *words) {
          QLatin1String(words).contains(QString(u' ' + word.toString() + u' '));
 }
 
-// Null for an element that is in none of the tables.
+// Null for an element that is not in the table.
 const Element *rowOf(QStringView element) {
   const auto *found =
       std::find_if(std::begin(kElements), std::end(kElements),
@@ -186,7 +187,7 @@ class FormFilter {
     bool isWindow = false;         // or one of its properties
     int widgets = 0, layouts = 0;  // directly inside
     QStringList entries;
-    QSet<QPair<int, int>> cells;  // of a form layout: those that are taken
+    QSet<QPair<int, int>> cells;  // the taken ones of a form layout
 
     bool isA(const char *element) const { return QLatin1String(row->name) == element; }
     bool isProperty() const { return isA("property") || isA("attribute"); }
@@ -220,7 +221,7 @@ class FormFilter {
   int depth_ = 0, widgets_ = 0, entries_ = 0;
 };
 
-// What a form tells behind its widgets. A fault of the text is found when it passes.
+// What a form says after its widgets. A fault in the XML is found later, while it passes.
 void FormFilter::collect(const QByteArray &content) {
   for (QXmlStreamReader xml(content); !xml.atEnd(); xml.readNext()) {
     if (!xml.isStartElement()) continue;
@@ -373,7 +374,7 @@ void FormFilter::check(const Holder &holder, Holder &around) {
     if (holder.isWindow && around.widgets > 1) fail(QStringLiteral("a second window"));
     if (holder.isWindow && !isIn(holder.className, " QDialog QWidget "))
       fail(QStringLiteral("its window is no dialog but a %1").arg(attribute("class")));
-    // The second one would end the first while the loader still knows of it.
+    // The second one would destroy the first while the loader still refers to it.
     if (around.className == QLatin1String("QScrollArea") && around.widgets > 1)
       fail(QStringLiteral("\"%1\" scrolls two widgets").arg(around.name));
   } else if (holder.isA("layout") && around.isA("widget")) {

@@ -16,7 +16,7 @@ class Accessibility : public testing::Test {
  protected:
   void SetUp() override { ASSERT_TRUE(reader_.finds(kTitle)); }
 
-  // Waits until the application has taken in what it was asked for before.
+  // Waits until the application has handled the earlier requests.
   bool shows(const std::string &field, const std::string &text) {
     return reader_.waitUntil([&] { return reader_.text(field) == text; });
   }
@@ -53,7 +53,7 @@ TEST_F(Accessibility, FieldsAreReadAsTheyStandOnTheScreen) {
       {"text Date : mois", "2"},
       {"text Date : année", "2000"},
       {"combo box Choix", "Maître"},
-      // A secret gives out its length.
+      // A secret reveals its length.
       {"password text Entiers", "****"},
   };
   for (const auto &[field, text] : kCases) EXPECT_EQ(reader_.text(field), text) << field;
@@ -145,7 +145,7 @@ TEST_F(Accessibility, NothingOfASecretIsTold) {
   EXPECT_TRUE(shows(kSecret, "******"));
   EXPECT_TRUE(reader_.setText(kName, "fin"));
   EXPECT_TRUE(shows(kName, "fin"));
-  // What was told of the name shows that texts are told at all.
+  // The name's text was told, so texts are told at all.
   EXPECT_TRUE(reader_.waitUntil([this] {
     const auto &told = reader_.toldTexts();
     return std::find(told.begin(), told.end(), "fin") != told.end();

@@ -1,3 +1,4 @@
+// Reads dialogs over the accessibility bus, as a screen reader does.
 #include "tests/desktop/screen_reader.h"
 
 #include <memory>
@@ -9,7 +10,7 @@ namespace korvel::test {
 namespace {
 
 constexpr int kDeadline = 20'000;  // milliseconds
-// Between two looks where the application tells of nothing meanwhile.
+// The time between two looks while the application sends no event.
 constexpr int kPatience = 100;
 
 struct Release {
@@ -88,7 +89,7 @@ Accessible find(const std::string &field) {
   return nullptr;
 }
 
-// The rows of a list, which in a pop-up is a child of its own.
+// The rows of a list; a pop-up has its list as a child.
 std::vector<Accessible> rowsOf(const std::string &field) {
   const Accessible found = find(field);
   if (found == nullptr) return {};

@@ -9,7 +9,7 @@
 
 namespace korvel::test {
 
-// What it needs in the environment of the application.
+// What the application's environment needs for it.
 inline constexpr char kTellsScreenReaders[] = "QT_LINUX_ACCESSIBILITY_ALWAYS_ON=1";
 
 // One at a time, on a message bus of the test's own. Fields are named as they are read out.
@@ -22,13 +22,13 @@ class ScreenReader {
 
   // Waits for a dialog of this title, which is the one that is read from then on.
   bool finds(const std::string &title);
-  // Looks again whenever an application tells of something, until the condition holds or twenty
-  // seconds are over. Returns whether it held.
+  // Looks again at each event of an application, until the condition holds or twenty seconds have
+  // passed. Returns whether it held.
   bool waitUntil(const std::function<bool()> &condition);
 
-  // "<role> <name>" of everything in the dialog that can have the focus, in its order.
+  // "<role> <name>" of everything in the dialog that can have the focus, in order.
   std::vector<std::string> fields() const;
-  // What a text field, a pop-up or a password field gives out as its text.
+  // What a text field, a pop-up or a password field reveals as its text.
   std::string text(const std::string &field) const;
   std::string description(const std::string &field) const;
   bool isEnabled(const std::string &field) const;
@@ -36,14 +36,14 @@ class ScreenReader {
   // The rows of a list or the entries of a pop-up.
   std::vector<std::string> rows(const std::string &field) const;
 
-  // Each returns whether the application let it be done.
+  // Each returns whether the application allowed it.
   bool setText(const std::string &field, const std::string &text);
   bool insertText(const std::string &field, int at, const std::string &text);
   bool deleteText(const std::string &field, int begin, int end);
   bool act(const std::string &field, const std::string &action);
   bool actOnRow(const std::string &field, const std::string &row, const std::string &action);
 
-  // All texts of which the application has told that they were entered or taken away.
+  // All texts that the application told as inserted or removed.
   const std::vector<std::string> &toldTexts() const;
 };
 

@@ -1,3 +1,4 @@
+// Drives programs on a screen with the usual tools for keys, clicks and pictures.
 #include "tests/desktop/screen_user.h"
 
 #include <algorithm>

@@ -114,7 +114,7 @@ TEST(Template, LooksAsDrawn) {
   const Content content = activeContent();
   EXPECT_EQ(content.width, kWidth);
   EXPECT_EQ(content.height, kHeight);
-  // The heading is large, bold and to the right of its place.
+  // The heading is large, bold and right-aligned.
   const Picture left = picture(210, 10, 90, 40), right = picture(310, 10, 90, 40);
   EXPECT_EQ(left.darkPixels(), 0);
   EXPECT_GT(right.darkPixels(), 200);

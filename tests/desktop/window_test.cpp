@@ -9,7 +9,7 @@ namespace {
 
 constexpr int kScreenWidth = 1280, kScreenHeight = 1024;
 
-// Where the content of a window_host window stands, and the dialog in front of it.
+// The places of window_host's window content and of the dialog in front of it.
 constexpr Place kHostCorner{600, 500};
 constexpr int kHostWidth = 400, kHostHeight = 300;
 
@@ -55,7 +55,7 @@ TEST(Window, ADisabledOkLooksDisabled) {
 
 constexpr Colour kMarkColour{0xC2, 0x78, 0x03};
 
-// How many pixels of the left edge of the first field are those of the mark.
+// How many pixels of the first field's left edge have the mark's colour.
 int markedPixels(int scale) {
   const Picture edge = picture(117 * scale, 11 * scale, 3 * scale, 21 * scale);
   return static_cast<int>(std::count(edge.pixels.begin(), edge.pixels.end(), kMarkColour));

@@ -1,6 +1,6 @@
 // Thousands of random keys and clicks on a dialog with fields of every type, in the Qt module.
-// After each of them OK, the marks and all that is shown must agree with the tables, by a statement
-// of that agreement that is made here anew.
+// After each of them OK, the marks and all that is shown must agree with the tables, by a rule of
+// its own for that agreement.
 #include <cmath>
 #include <cstdlib>
 #include <cstring>
@@ -218,8 +218,8 @@ bool agree(double shown, double value) {
   return std::fabs(shown - value) <= 1e-9 * std::max(1e-280, std::fabs(shown));
 }
 
-// Compares what the items show with the tables. The values before the event are those of a field
-// that holds no value now.
+// Compares what the items show with the tables. A field that holds no value now keeps its values
+// from before the event.
 class Agreement {
  public:
   explicit Agreement(const std::vector<QWidget *> &items) : items_(items) { remember(); }
@@ -395,7 +395,7 @@ class Agreement {
 
 class Monkey {
  public:
-  // A step is taken late enough for a dialog that has ended to go away before.
+  // A step is taken late enough for an ended dialog to be gone.
   Monkey() {
     next_.setSingleShot(true);
     next_.setInterval(1);

@@ -1,5 +1,5 @@
-// What the Qt module adds to its fields for people who do not see them all, or not all of them:
-// marks, names, and use by other ways than keys and clicks.
+// The Qt module's fields for people who see little or nothing: marks, names, and use by other ways
+// than keys and clicks.
 #include <cmath>
 
 #include <QAccessible>
@@ -168,13 +168,13 @@ double contrast(const QColor &a, const QColor &b) {
   return (lighter + 0.05) / (darker + 0.05);
 }
 
-// 3 to 1 is what the accessibility guidelines of the web ask of a line that carries a meaning.
+// Web accessibility guidelines ask for a contrast of 3 to 1 where a line carries a meaning.
 TEST_F(QtMark, StandsOutFromLightAndDarkGrounds) {
   EXPECT_GE(contrast(kMarkColor, Qt::white), 3.0);
   EXPECT_GE(contrast(kMarkColor, QColor(0x23, 0x26, 0x29)), 3.0);
 }
 
-// Without red or green receptors, blue against yellow is what is left of a hue.
+// Without red or green receptors, only blue against yellow remains of a hue.
 TEST_F(QtMark, DiffersFromTheFocusFrameInBlueAgainstYellow) {
   const QColor focus = QApplication::palette().color(QPalette::Highlight);
   const auto blueness = [](const QColor &c) { return c.blueF() - (c.redF() + c.greenF()) / 2; };

@@ -46,9 +46,8 @@ ModuleEntry moduleEntry() {
   return reinterpret_cast<ModuleEntry>(dlsym(module, kModuleEntry));
 }
 
-// ---- Module and application ----
-// A process has one application: each of these tests wants a process to itself, which CTest gives
-// every test.
+// ---- Module and application ---- A process has one application, so each of these tests needs a
+// process of its own: CTest gives every test one.
 
 TEST(QtModule, IsThereForItsOwnVersionOnly) {
   EXPECT_EQ(moduleEntry()(kSeamVersion), &qtDesktop());
@@ -292,7 +291,7 @@ TEST(QtDesktop, ADialogLargerThanTheScreenShowsItsTopLeftCorner) {
   EXPECT_LT(place.top(), qtDesktop().screenBounds().top + 60);
 }
 
-// Wants a process to itself, as the module's tests do.
+// Needs a process of its own, as its largest memory is measured.
 void expectTheLargestDialogToTakeLessThanAGibibyte(const QSize &leastSize) {
   constexpr int kSide = 16384;
   const auto dialog = qtDesktop().newDialog({0, 0, kSide, kSide}, nullptr, "Fiche");

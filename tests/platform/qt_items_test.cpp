@@ -32,7 +32,7 @@ using test::RecordedHits;
 using test::widgetOf;
 using Lines = std::vector<std::string>;
 
-// Where a widget shows a colour, of which nothing else may be made.
+// Where a widget shows a colour that nothing else in it has.
 QRect inkOf(QWidget &widget, const QColor &ink) {
   const QImage image = widget.grab().toImage();
   QRect found;
@@ -365,7 +365,7 @@ class QtInk : public QtItems {
     window()->setFont(sharp);
   }
 
-  // What the text needs where it has room on all sides.
+  // The room that the text needs when nothing limits it.
   QSize neededInk(const QString &text) {
     QLabel label(text, window());
     label.setMargin(10);

@@ -27,12 +27,12 @@ using test::RecordedHits;
 using test::widgetOf;
 using Lines = std::vector<std::string>;
 
-// As a message box of the library stands for two lines of text.
+// A message box of the library, with two lines of text.
 constexpr Rect kBounds{200, 150, 600, 240};
 constexpr Rect kPane{80, 12, 392, 55};
 constexpr Rect kIcon{18, 18, 50, 50};
 constexpr MessageStyle kStyle{"Lucida Grande", 13, 14, 14};
-// A button that is pressed by its shortcut looks pressed for a moment first.
+// A button pressed by its shortcut looks pressed for a moment before its hit.
 constexpr int kShortcutTime = 250;  // ms
 constexpr int kYesItem = kOkItem, kNoItem = kCancelItem;
 
@@ -59,7 +59,7 @@ QScrollBar &bar(Dialog &dialog, Qt::Orientation orientation) {
   return orientation == Qt::Horizontal ? *pane.horizontalScrollBar() : *pane.verticalScrollBar();
 }
 
-// What a box is hit by, while a person does something to it.
+// The hits of a box while a person acts on it.
 Lines hitsOf(Dialog &dialog, QtPerson &person) {
   RecordedHits hits;
   hits.record(dialog);
@@ -67,7 +67,7 @@ Lines hitsOf(Dialog &dialog, QtPerson &person) {
   return hits.lines();
 }
 
-// A box must have been shown for its scroll bars to be in their places.
+// Scroll bars get their places only when the box is shown.
 void showAndLeave(Dialog &dialog, const std::function<void()> &checks) {
   QtPerson person("Fin");
   person.check(checks).pressEscape();
@@ -134,7 +134,7 @@ int stretchOf(std::string_view text) {
 }
 
 TEST(QtMessage, LinesThatAreALittleTooLongAreNarrowed) {
-  // Fifty letters, as in the narrower of the boxes. There are fonts in which they fit.
+  // Fifty letters, as in the narrower of the boxes. In some fonts they fit.
   EXPECT_GE(stretchOf("Voulez-vous enregistrer les modifications faites ?"), 80);
   QFont font = QApplication::font();
   font.setPixelSize(kStyle.fontSize);
@@ -380,7 +380,7 @@ bool isPlain(const QImage &image) {
   return true;
 }
 
-// True for a picture that was only made larger: all of its 2 x 2 blocks are of one colour.
+// True for a picture that was only enlarged: each of its 2 x 2 blocks has one colour.
 bool isMadeOfBlocks(const QImage &image) {
   for (int y = 0; y < image.height(); y += 2)
     for (int x = 0; x < image.width(); x += 2)
@@ -399,7 +399,7 @@ TEST(QtMessage, TheThreeIconsDiffer) {
   EXPECT_NE(caution, stop);
 }
 
-// Where an icon has which colour, in a square of 32: its ground and its sign.
+// The colours of an icon's ground and sign, and a place for each in a square of 32.
 constexpr struct {
   AlertIcon icon;
   QRgb ground;
@@ -412,8 +412,8 @@ constexpr struct {
     {AlertIcon::Caution, qRgb(0xF5, 0xB8, 0x00), {10, 24}, qRgb(0x33, 0x2B, 0x00), {16, 15}},
 };
 
-// Also which icon is which: a red disc with a cross, a blue one with an "i", a yellow triangle with
-// an exclamation mark.
+// Also tells the icons apart: a red disc with a cross, a blue one with an "i", a yellow triangle
+// with an exclamation mark.
 void expectTheDesigns(double scale) {
   for (const auto &[icon, ground, onGround, sign, onSign] : kDesigns) {
     const QImage picture = pictured(icon);

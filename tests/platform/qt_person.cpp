@@ -1,3 +1,5 @@
+// Plays the steps of a person with the toolkit's test kit, each when the dialog in front waits for
+// one.
 #include "tests/platform/qt_person.h"
 
 #include <utility>
@@ -86,7 +88,8 @@ void clickOn(QWidget *widget, QPoint place, Qt::MouseButton button) {
 
 QtPerson::QtPerson(std::string_view title) : title_(title) { keepGoing(); }
 
-// A shot each, as a timer waits for its own last shot, in which another dialog may have come up.
+// One timer per shot: a repeating one would wait for its last shot, in which another dialog may
+// run.
 void QtPerson::keepGoing() {
   QTimer::singleShot(1, &life_, [this] {
     keepGoing();

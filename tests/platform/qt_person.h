@@ -1,5 +1,5 @@
 // For tests/platform/ only: a person who uses the dialogs of the Qt module, with keys and clicks
-// that come in at the dialog's window as they come from the screen.
+// that arrive at the dialog's window as from the screen.
 #ifndef KORVEL_TESTS_PLATFORM_QT_PERSON_H
 #define KORVEL_TESTS_PLATFORM_QT_PERSON_H
 
@@ -45,7 +45,7 @@ class QtPerson final : public Person {
   Person &check(std::function<void()> checks) override;
   Person &goDown() override;
 
-  // Beyond what every desktop has. A key goes to whatever has the focus.
+  // Steps that other desktops lack. A key goes to the widget with the focus.
   QtPerson &key(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
   QtPerson &clickAt(int item, QPoint place, Qt::MouseButton button = Qt::LeftButton);
   // Anything else: `act` gets the widget of the item, or the window for item 0.
@@ -74,7 +74,7 @@ class QtPerson final : public Person {
   bool hasCome_ = false;
 };
 
-// Keys as they come from the screen; they go to what has the focus in the window of `widget`.
+// Keys as from the screen; they go to the widget with the focus in the window of `widget`.
 void pressKey(QWidget *widget, Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
 void typeText(QWidget *widget, const QString &text);
 void clickOn(QWidget *widget, QPoint place, Qt::MouseButton button = Qt::LeftButton);

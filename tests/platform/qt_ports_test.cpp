@@ -57,7 +57,7 @@ std::unique_ptr<Port> newImage(int width, int height) {
 constexpr int kWidth = 60;
 constexpr int kHeight = 40;
 
-// What is not white in an image of kWidth x kHeight.
+// The bounds of what is not white in an image of kWidth x kHeight.
 Rect inkOf(const Port &image, int width = kWidth, int height = kHeight) {
   Rect ink{width, height, 0, 0};
   for (int y = 0; y < height; ++y)
@@ -186,7 +186,7 @@ TEST(QtImage, RectanglesAreFilledInside) {
   } kCases[] = {
       {{5, 6, 15, 9}, {5, 6, 15, 9}},
       {{5, 6, 6, 7}, {5, 6, 6, 7}},
-      // Empty ones and those turned over show nothing.
+      // Empty and reversed rectangles show nothing.
       {{5, 6, 5, 9}, {}},
       {{5, 6, 15, 6}, {}},
       {{15, 9, 5, 6}, {}},
@@ -335,7 +335,7 @@ TEST(QtFonts, AreKnownByTheirFamilyOrOneOfTheSameMeasures) {
   for (const char *name : {"Arial", "Helvetica", "Times New Roman", "Times", "Courier New",
                            "Courier", "Liberation Sans", "liberation SERIF", "ARIAL"})
     EXPECT_TRUE(image->setFont(name, 0)) << name;
-  // What would only fall back to another family is not that font.
+  // A name that would only fall back to another family is unknown.
   for (const char *name : {"Zorglub", "", " ", "Sans", "sans-serif", "Georgia Ref", "Verdana Pro",
                            "Arial,Helvetica", "\xE9\xE8"})
     EXPECT_FALSE(image->setFont(name, 0)) << name;
@@ -474,7 +474,7 @@ TEST(QtText, MeasuresWhatDrawingAdvancesAtEverySize) {
       }
 }
 
-// Draws a text whole and letter by letter, each where the measure puts it.
+// Draws a text whole, and letter by letter at the measured places.
 void expectInkToAdvance(Port &whole, Port &parts, int x, int y, std::string_view text) {
   whole.drawText(x, y, text);
   for (std::size_t i = 0; i < text.size(); ++i) {
@@ -695,7 +695,7 @@ TEST_F(QtPainterPort, DrawsWhatAnImageShows) {
 
 // ---- Rules at any scale ----
 
-// How long the stretches of black are along a row or a column of a picture.
+// The lengths of the black runs along a row or a column of a picture.
 std::vector<int> blackStretches(const QImage &image, Qt::Orientation way, double scale, int at) {
   const int place = static_cast<int>(at * scale);
   const int length = way == Qt::Horizontal ? image.width() : image.height();
@@ -988,7 +988,7 @@ TEST(QtPictures, HaveAtMost2To28Pixels) {
   EXPECT_EQ(qtDesktop().loadPicture(path)->width(), 0);
   ASSERT_TRUE(saveBlank(path, 16384, 16384, QImage::Format_Mono));
   EXPECT_EQ(qtDesktop().loadPicture(path)->width(), 16384);
-  // As large in memory as the toolkit would refuse by itself.
+  // Larger in memory than the toolkit's own limit.
   ASSERT_TRUE(saveBlank(path, 5800, 5800, QImage::Format_RGBX64));
   EXPECT_EQ(qtDesktop().loadPicture(path)->width(), 5800);
   const auto svg = [&](const char *side) {
@@ -1197,7 +1197,7 @@ TEST_F(QtWindowPort, TextAndPicturesBlendWithTheGround) {
   EXPECT_NE(shown.pixelColor(68, 68), QColor(Qt::green));
 }
 
-// Where a window was painted anew.
+// The region of a window that was repainted.
 class PaintedRegion final : public QObject {
  public:
   explicit PaintedRegion(QWidget *window) { window->installEventFilter(this); }

@@ -983,7 +983,7 @@ TEST_F(QtTemplate, TheWindowStaysTheDesktops) {
   EXPECT_EQ(dialog_->kind(7), ItemKind::None);
 }
 
-// What the toolkit's loader says about a form, or a folder of plugins, must not show.
+// Neither the loader's remarks on a form nor those on a folder of plugins may show.
 TEST_F(QtTemplate, NothingIsWrittenOnStandardError) {
   const std::string odd =
       kPair + string("unknown", "x") + property("frameShape", "enum", "QFrame::Nothing") +
@@ -1017,7 +1017,7 @@ class LibraryPaths : public QtTemplate {
     close(watch_);
     QCoreApplication::setLibraryPaths(before_);
   }
-  // Whether anything was looked for there since the last question.
+  // Whether a file was looked for there since the last call.
   bool wasLookedAt() const {
     alignas(inotify_event) char events[4096];
     return ::read(watch_, events, sizeof events) > 0;
@@ -1057,7 +1057,7 @@ TEST_F(LibraryPaths, StayAsTheyWereWhenAnExceptionPasses) {
   const QStringList before = QCoreApplication::libraryPaths();
   {
     ThrowingFilter filter;
-    // The toolkit's loader keeps what it had read so far.
+    // The toolkit's loader leaks what it had read so far.
     if (__lsan_disable != nullptr) __lsan_disable();
     EXPECT_THROW(read(form(kPair)), std::bad_alloc);
     if (__lsan_enable != nullptr) __lsan_enable();
