@@ -3,9 +3,8 @@
 
 #include <korvel/messages.h>
 
-#include "dialogs/families.h"
 #include "dialogs/numbering.h"
-#include "dialogs/stored_text.h"
+#include "strings/copy.h"
 
 namespace {
 
@@ -31,13 +30,19 @@ constinit char DlgBoxFinal_szErr[256] = "";
 
 namespace korvel::dialogs {
 
-int callGlobal(DlgBoxGlobal_t callback, int identifier, int *redisplay, int capacity) {
+int callGlobal(DlgBoxGlobal_t callback, const FieldType &type, int i, int *redisplay,
+               int capacity) {
   if (callback == nullptr || callback == inSlot<DlgBoxGlobal_t>(DlgBoxGlobal_nul)) {
     return kNothingToRedisplay;
   }
-  return callback(identifier, TDB, TDB_ID_TEXTE, TDB_pszBuffer, TDB_N, BDB, BDB_ID_FLAG, BDB_bFlags,
-                  BDB_N, IDB, IDB_ID_INT, IDB_iInts, IDB_N, NDB, NDB_ID_NUM, NDB_dNums, NDB_N, DDB,
-                  DDB_ID_DATE, DDB_lDates, DDB_N, redisplay, capacity);
+  return callback(static_cast<int>(identifierOf(type, i)), TDB, TDB_ID_TEXTE, TDB_pszBuffer, TDB_N,
+                  BDB, BDB_ID_FLAG, BDB_bFlags, BDB_N, IDB, IDB_ID_INT, IDB_iInts, IDB_N, NDB,
+                  NDB_ID_NUM, NDB_dNums, NDB_N, DDB, DDB_ID_DATE, DDB_lDates, DDB_N, redisplay,
+                  capacity);
+}
+
+void callGlobalFor(const FieldType &type, int i, DlgBoxGlobal_t callback) {
+  if (hasField(type, i)) callGlobal(callback, type, i, nullptr, 0);
 }
 
 int callFinal(WindowRef window) {
@@ -48,25 +53,23 @@ int callFinal(WindowRef window) {
 }
 
 void endDefinition() {
-  endUse();
+  for (const FieldType *type : kFieldTypes) *type->inUse = 0;
+  SDB = HDB = 0;
   DlgBoxGlobal_fonct = inSlot<DlgBoxGlobal_t>(DlgBoxGlobal_nul);
   DlgBoxFinal_fonct = inSlot<DlgBoxFinal_t>(DlgBoxFinal_nul);
 }
 
-}  // namespace korvel::dialogs
-
-using namespace korvel::dialogs;
-
 namespace {
 
-// Calls `callback` for field i of a type outside the event loop, where nothing is redisplayed.
-int callFor(const Family &family, int i, DlgBoxGlobal_t callback) {
-  if (!hasField(family, i)) return 0;
-  callGlobal(callback, static_cast<int>(identifierOf(family, i)), nullptr, 0);
-  return 0;
+void recordError(const char *text) {
+  if (text != nullptr) strings::copyTerminated(DlgBoxFinal_szErr, text);
 }
 
 }  // namespace
+
+}  // namespace korvel::dialogs
+
+using namespace korvel::dialogs;
 
 int DlgBoxGlobal_nul() { return kNothingToRedisplay; }
 
@@ -83,24 +86,13 @@ int DlgBoxFinal_set(DlgBoxFinal_t callback) {
 }
 
 char *DlgBoxFinal_Erreur_set(const char *text) {
-  if (text != nullptr) copyCut(DlgBoxFinal_szErr, text);
+  recordError(text);
   return DlgBoxFinal_szErr;
 }
 
 char *DlgBoxFinal_Erreur() { return DlgBoxFinal_szErr; }
 
 int DlgBoxFinal_MessageBox(WindowRef owner, const char *text, const char *caption, int flags) {
-  DlgBoxFinal_Erreur_set(text);
-  if (owner == nullptr) return 0;
-  return MessageBox(owner, text, caption, static_cast<unsigned>(flags));
-}
-
-int TexteDlgBox_global(int i) { return callFor(kTexts, i, DlgBoxGlobal_fonct); }
-int BoolDlgBox_global(int i) { return callFor(kBools, i, DlgBoxGlobal_fonct); }
-int IntDlgBox_global(int i) { return callFor(kInts, i, DlgBoxGlobal_fonct); }
-int NumDlgBox_global(int i) { return callFor(kNums, i, DlgBoxGlobal_fonct); }
-int DateDlgBox_global(int i) { return callFor(kDates, i, DlgBoxGlobal_fonct); }
-
-int TexteDlgBox_global_ex(int i, DlgBoxGlobal_t callback) {
-  return callFor(kTexts, i, callback != nullptr ? callback : DlgBoxGlobal_fonct);
+  recordError(text);
+  return owner == nullptr ? 0 : MessageBox(owner, text, caption, static_cast<unsigned>(flags));
 }

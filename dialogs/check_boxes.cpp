@@ -1,8 +1,13 @@
-// Check boxes: their tables and how an application describes them.
-#include "dialogs/families.h"
-#include "dialogs/stored_text.h"
+// Check boxes.
+#include <algorithm>
+#include <iterator>
 
-using namespace korvel::dialogs;
+#include "dialogs/build.h"
+#include "dialogs/callbacks.h"
+#include "dialogs/numbering.h"
+#include "dialogs/screen.h"
+#include "dialogs/stored_text.h"
+#include "strings/charsets.h"
 
 constinit int BDB = 0;
 constinit int BDB_N = 0;
@@ -17,31 +22,95 @@ constinit int BDB_bFlags[64] = {};
 constinit char *BDB_pszBuffer[64] = {};
 constinit char BDB_szBuffer[3072] = {};
 
+namespace korvel::dialogs {
+
 namespace {
 
+constexpr TextStore kLabels{BDB_szBuffer, std::size(BDB_szBuffer), &BDB_BUFFERSIZE, BDB_pszBuffer};
 constexpr int kLabelSize = 48;
+
+bool define(int n, int firstItem) {
+  if (!define(kCheckBoxes, n, firstItem)) return false;
+  cutSlices(kLabels, n, kLabelSize);
+  std::fill_n(BDB_bFlags, n, 0);
+  return true;
+}
+
+void set(int i, int value) {
+  if (hasField(kCheckBoxes, i)) BDB_bFlags[i] = value;
+}
+
+void setLabel(int i, const char *label) {
+  if (hasField(kCheckBoxes, i) && label != nullptr) storeText(kLabels, i, label);
+}
+
+void retrieve(int i, int *out) {
+  if (hasField(kCheckBoxes, i) && out != nullptr) *out = BDB_bFlags[i];
+}
+
+int add(Builder &builder, int i) {
+  return builder.addItem(platform::ItemKind::CheckBox, fieldRect(kCheckBoxes, i),
+                         strings::toMac(storedText(kLabels, i)));
+}
+
+void show(Screen &screen, int i) {
+  // A control of 0 to 1: whatever lies above is on, whatever lies below is off.
+  screen.setChecked(itemOf(kCheckBoxes, i), BDB_bFlags[i] > 0);
+}
+
+Hit hit(Screen &screen, int i) {
+  BDB_bFlags[i] = screen.isChecked(itemOf(kCheckBoxes, i)) ? 0 : 1;
+  show(screen, i);
+  return Hit::Changed;
+}
 
 }  // namespace
 
-int BoolDlgBox_param(int n, int idFirst) {
-  if (!define(kBools, n, idFirst)) return kRefused;
-  cutSlices(kBoolLabels, n, kLabelSize);
-  for (int i = 0; i < n; ++i) BDB_bFlags[i] = 0;
-  return 0;
-}
+constinit const FieldType kCheckBoxes{
+    .name = "check box",
+    .capacity = std::size(BDB_x),
+    .itemsPerField = 1,
+    .inUse = &BDB,
+    .count = &BDB_N,
+    .firstItem = &BDB_ID_FLAG,
+    .x = BDB_x,
+    .y = BDB_y,
+    .cx = BDB_cx,
+    .cy = BDB_cy,
+    .rank = BDB_rk,
+    .add = add,
+    .fill = show,
+    .hit = hit,
+    .show = show,
+    .clear = show,  // Kept: clearing a check box shows its value.
+};
+
+}  // namespace korvel::dialogs
+
+using namespace korvel::dialogs;
+
+int BoolDlgBox_param(int n, int idFirst) { return define(n, idFirst) ? 0 : kRefused; }
 
 int BoolDlgBox_set(int i, int value) {
-  if (hasField(kBools, i)) BDB_bFlags[i] = value;
+  set(i, value);
   return 0;
 }
 
 int BoolDlgBox_set_geo(int i, const char *label, int x, int y, int cx, int cy, int rk) {
-  place(kBools, i, x, y, cx, cy, rk);
-  if (hasField(kBools, i) && label != nullptr) storeText(kBoolLabels, i, label);
+  place(kCheckBoxes, i, x, y, cx, cy, rk);
+  setLabel(i, label);
   return 0;
 }
 
 int BoolDlgBox_retrieve(int i, int *out) {
-  if (hasField(kBools, i) && out != nullptr) *out = BDB_bFlags[i];
+  retrieve(i, out);
   return 0;
 }
+
+int BoolDlgBox_global(int i) {
+  callGlobalFor(kCheckBoxes, i);
+  return 0;
+}
+
+// Kept: check boxes and integers are not changed this way.
+int ZRVDlgBox_bool_set(int, int) { return 0; }

@@ -1,11 +1,20 @@
-// Date fields: their tables, how an application describes them, and the validation of a calendar
-// date. A date is the number yyyymmdd.
+// Date fields: three items each, for day, month and year, and the validation of a calendar date. A
+// date is the number yyyymmdd.
+#include <array>
+#include <iterator>
+#include <optional>
+#include <string>
+
 #include <korvel/codecs.h>
-#include <korvel/dates.h>
 
-#include "dialogs/families.h"
-
-using namespace korvel::dialogs;
+#include "codecs/integer.h"
+#include "codecs/status.h"
+#include "dates/calendar.h"
+#include "dialogs/build.h"
+#include "dialogs/callbacks.h"
+#include "dialogs/numbering.h"
+#include "dialogs/screen.h"
+#include "dialogs/value_fields.h"
 
 constinit int DDB = 0;
 constinit int DDB_N = 0;
@@ -22,65 +31,173 @@ constinit int DDB_lDates[20] = {};
 constinit ValidInt_t vd_tab[20] = {};
 constinit ValidInt_t *vd = vd_tab;
 
+namespace korvel::dialogs {
+
 namespace {
 
-constexpr int kNegative = 1;
-constexpr int kNoCalendarDate = 2;
+constexpr ValueTables kTables{kDateFields, DDB_lDates, &vd};
+constexpr ValidInt_t kValidators[] = {intcod_l_sup0, intcod_l_date};  // by mode
 
-bool isCalendarDate(int yyyymmdd) {
-  const int day = yyyymmdd % 100;
-  const int month = yyyymmdd / 100 % 100;
-  const int year = yyyymmdd / 10000 % 10000;
-  return year >= 1800 && year <= 2100 && month >= 1 && month <= 12 && day >= 1 &&
-         day <= utdatedm(year, month);
+constexpr int kParts = 3;
+
+// The parts of a date, in the order of its items.
+std::array<int, kParts> partsOf(int date) {
+  return {date % 100, date / 100 % 100, date / 10000 % 10000};
+}
+
+// Wraps as 32-bit arithmetic does.
+int dateOf(int day, int month, int year) {
+  return static_cast<int>(day + 100LL * month + 10000LL * year);
+}
+
+int readDate(char *text, int *value) {
+  constexpr int kNoCalendarDate = 2;
+  const int status = codecs::readIntegerFrom(0, text, codecs::kLimit32, value);
+  return status == 0 && !dates::isCalendarDate(*value) ? kNoCalendarDate : status;
+}
+
+// Where each part begins and ends, in pixels from the left.
+struct Span {
+  int from;
+  int to;
+};
+constexpr Span kSpans[kParts] = {{0, 20}, {30, 50}, {60, 100}};
+
+// The three items are held inside the dialog together.
+int add(Builder &builder, int i) {
+  Rect date = fieldRect(kDateFields, i);
+  date.right = date.left + kSpans[kParts - 1].to;
+  date = heldInside(date, builder.size);
+  int last = 0;
+  for (const auto &[from, to] : kSpans) {
+    const Rect part{date.left + from, date.top, date.left + to, date.bottom};
+    last = builder.dialog.addItem(platform::ItemKind::EditText, part, "");
+  }
+  return last - (kParts - 1);
+}
+
+void show(Screen &screen, int i) {
+  int item = itemOf(kDateFields, i);
+  for (const int part : partsOf(DDB_lDates[i])) screen.setText(item++, DecimalText(part).view());
+}
+
+void clear(Screen &screen, int i) {
+  const int first = itemOf(kDateFields, i);
+  for (int item = first; item < first + kParts; ++item) screen.setText(item, "");
+}
+
+void select(Screen &screen, int i) {
+  const int first = itemOf(kDateFields, i);
+  for (int item = first; item < first + kParts; ++item) screen.select(item);
+}
+
+void fill(Screen &screen, int i) {
+  screen.setDateParts(itemOf(kDateFields, i));
+  if (DDB_bInit[i] != 0) {
+    show(screen, i);
+    select(screen, i);
+  } else {
+    clear(screen, i);
+    if (DDB_bMand[i] != 0) DDB_bOK[i] = 0;
+  }
+}
+
+// The value of a part as it was entered, or nothing for an error.
+// Kept: an empty or negative part (status 1) is no error by itself.
+std::optional<int> readPart(const Screen &screen, int item, bool isMandatory) {
+  std::string text = screen.text(item);
+  if (isMandatory && text.empty()) return std::nullopt;
+  int value = 0;
+  return codecs::readInteger(text.data(), codecs::kLimit32, &value) > 1 ? std::nullopt
+                                                                        : std::optional(value);
+}
+
+bool acceptParts(const Screen &screen, int i) {
+  const int item = itemOf(kDateFields, i);
+  const bool isMandatory = DDB_bMand[i] != 0;
+  const auto day = readPart(screen, item, isMandatory);
+  const auto month = readPart(screen, item + 1, isMandatory);
+  const auto year = readPart(screen, item + 2, isMandatory);
+  if (!day || !month || !year) return false;
+  // Kept: a date with a part below 1 is acceptable as it is, and not stored.
+  if (*day < 1 || *month < 1 || *year < 1) return true;
+  return accept(kTables, i, DecimalText(dateOf(*day, *month, *year)).view());
+}
+
+Hit hit(Screen &screen, int i) {
+  DDB_bOK[i] = acceptParts(screen, i) ? 1 : 0;
+  return Hit::Edited;
+}
+
+bool storedIsAcceptable(int i) {
+  return isAcceptable(kTables, i, DecimalText(DDB_lDates[i]).view());
 }
 
 }  // namespace
 
+constinit const FieldType kDateFields{
+    .name = "date field",
+    .capacity = std::size(DDB_x),
+    .itemsPerField = kParts,
+    .inUse = &DDB,
+    .count = &DDB_N,
+    .firstItem = &DDB_ID_DATE,
+    .x = DDB_x,
+    .y = DDB_y,
+    .cx = DDB_cx,
+    .cy = DDB_cy,
+    .rank = DDB_rk,
+    .init = DDB_bInit,
+    .mandatory = DDB_bMand,
+    .valid = DDB_bOK,
+    .add = add,
+    .fill = fill,
+    .hit = hit,
+    .show = show,
+    .clear = clear,
+    .storedIsAcceptable = storedIsAcceptable,
+};
+
+}  // namespace korvel::dialogs
+
+using namespace korvel::dialogs;
+
 int DateDlgBox_param(int n, int idFirst) {
-  if (!define(kDates, n, idFirst)) return kRefused;
-  for (int i = 0; i < n; ++i) {
-    DDB_lDates[i] = 0;
-    if (vd != nullptr) vd[i] = intcod_l;
-  }
-  return 0;
+  return define(kTables, n, idFirst, intcod_l) ? 0 : kRefused;
 }
 
 int DateDlgBox_set(int i, int yyyymmdd, int mode) {
-  // Indexed by mode.
-  static constexpr ValidInt_t kValidators[] = {intcod_l_sup0, intcod_l_date};
-  if (!hasField(kDates, i)) return 0;
-  DDB_lDates[i] = yyyymmdd;
-  DDB_bInit[i] = 1;
-  if (mode >= 0 && mode <= 1) DateDlgBox_set_fvalid(i, kValidators[mode]);
+  set(kTables, i, yyyymmdd, kValidators, mode);
   return 0;
 }
 
 int DateDlgBox_set_geo(int i, int x, int y, int cx, int cy, int rk) {
-  place(kDates, i, x, y, cx, cy, rk);
+  place(kDateFields, i, x, y, cx, cy, rk);
   return 0;
 }
 
 int DateDlgBox_set_fvalid(int i, ValidInt_t function) {
-  if (hasField(kDates, i) && vd != nullptr) vd[i] = function;
+  setValidator(kTables, i, function);
   return 0;
 }
 
 int DateDlgBox_retrieve(int i, int *out) {
-  if (hasField(kDates, i) && out != nullptr) *out = DDB_lDates[i];
+  retrieve(kTables, i, out);
   return 0;
 }
 
 int DateDlgBox_mandatory(int i, int on) {
-  setMandatory(kDates, i, on);
+  setMandatory(kDateFields, i, on);
   return 0;
 }
 
-int DateDlgBox_get_valid(int i) { return validFlag(kDates, i); }
+int DateDlgBox_get_valid(int i) { return validFlag(kDateFields, i); }
+
+int DateDlgBox_global(int i) {
+  callGlobalFor(kDateFields, i);
+  return 0;
+}
 
 int intcod_l_date(char *text, int *value) {
-  const int status = intcod_l(text, value);
-  if (status != 0) return status;
-  if (*value < 0) return kNegative;
-  return isCalendarDate(*value) ? 0 : kNoCalendarDate;
+  return text == nullptr || value == nullptr ? korvel::codecs::kEmpty : readDate(text, value);
 }

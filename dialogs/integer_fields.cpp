@@ -1,9 +1,15 @@
-// Integer fields: their tables and how an application describes them.
+// Integer fields.
+#include <algorithm>
+#include <iterator>
+#include <string>
+
 #include <korvel/codecs.h>
 
-#include "dialogs/families.h"
-
-using namespace korvel::dialogs;
+#include "dialogs/build.h"
+#include "dialogs/callbacks.h"
+#include "dialogs/numbering.h"
+#include "dialogs/screen.h"
+#include "dialogs/value_fields.h"
 
 constinit int IDB = 0;
 constinit int IDB_N = 0;
@@ -22,50 +28,157 @@ constinit short IDB_lPassw[128] = {};
 constinit ValidInt_t vi_tab[128] = {};
 constinit ValidInt_t *vi = vi_tab;
 
-int IntDlgBox_param(int n, int idFirst) {
-  if (!define(kInts, n, idFirst)) return kRefused;
-  for (int i = 0; i < n; ++i) {
-    IDB_bPassw[i] = 0;
-    IDB_iInts[i] = 0;
-    IDB_lPassw[i] = 0;
-    if (vi != nullptr) vi[i] = intcod_i;
-  }
-  return 0;
+namespace korvel::dialogs {
+
+namespace {
+
+constexpr ValueTables kTables{kIntegerFields, IDB_iInts, &vi};
+constexpr ValidInt_t kValidators[] = {intcod_i, intcod_i_sup0, intcod_i_ssup0};  // by mode
+
+bool define(int n, int firstItem) {
+  if (!define(kTables, n, firstItem, intcod_i)) return false;
+  std::fill_n(IDB_bPassw, n, 0);
+  std::fill_n(IDB_lPassw, n, short{0});
+  return true;
 }
 
+void setMasked(int i, bool isMasked) {
+  if (hasField(kIntegerFields, i)) IDB_bPassw[i] = isMasked ? 1 : 0;
+}
+
+int add(Builder &builder, int i) {
+  return builder.addItem(platform::ItemKind::EditText, fieldRect(kIntegerFields, i));
+}
+
+void writeMask(Screen &screen, int i, std::size_t length) {
+  screen.setMask(itemOf(kIntegerFields, i), length);
+  IDB_lPassw[i] = static_cast<short>(length);
+}
+
+void show(Screen &screen, int i) {
+  const DecimalText text(IDB_iInts[i]);
+  if (IDB_bPassw[i] != 0) {
+    writeMask(screen, i, text.view().size());
+  } else {
+    screen.setText(itemOf(kIntegerFields, i), text.view());
+  }
+}
+
+void clear(Screen &screen, int i) {
+  screen.setText(itemOf(kIntegerFields, i), "");
+  if (IDB_bPassw[i] != 0) IDB_lPassw[i] = 0;
+}
+
+void fill(Screen &screen, int i) {
+  const int item = itemOf(kIntegerFields, i);
+  if (IDB_bPassw[i] != 0) screen.keepSecret(item);
+  if (IDB_bInit[i] != 0) {
+    show(screen, i);
+    screen.select(item);
+  } else if (IDB_bMand[i] != 0) {
+    clear(screen, i);
+    IDB_bOK[i] = 0;
+  }
+}
+
+// The text behind stars, each of which stands for a digit of the value, counted from the end.
+// Kept: a text that did not grow is taken to have lost its last character.
+std::string unmasked(std::string_view shown, std::string_view value, bool hasGrown) {
+  std::string text(shown);
+  int digit = static_cast<int>(value.size()) - (hasGrown ? 1 : 2);
+  for (auto c = text.rbegin(); c != text.rend(); ++c) {
+    if (*c != '*') continue;
+    *c = digit < 0 ? '0' : value[static_cast<std::size_t>(digit)];
+    --digit;
+  }
+  return text;
+}
+
+std::string readMasked(Screen &screen, int i, std::string_view shown) {
+  const bool hasGrown = static_cast<long long>(shown.size()) > IDB_lPassw[i];
+  std::string text = unmasked(shown, DecimalText(IDB_iInts[i]).view(), hasGrown);
+  writeMask(screen, i, shown.size());
+  return text;
+}
+
+Hit hit(Screen &screen, int i) {
+  std::string text = screen.text(itemOf(kIntegerFields, i));
+  if (IDB_bPassw[i] != 0) text = readMasked(screen, i, text);
+  IDB_bOK[i] = entryIsAcceptable(kTables, i, text) ? 1 : 0;
+  return Hit::Edited;
+}
+
+bool storedIsAcceptable(int i) {
+  return isAcceptable(kTables, i, DecimalText(IDB_iInts[i]).view());
+}
+
+}  // namespace
+
+constinit const FieldType kIntegerFields{
+    .name = "integer field",
+    .capacity = std::size(IDB_x),
+    .itemsPerField = 1,
+    .inUse = &IDB,
+    .count = &IDB_N,
+    .firstItem = &IDB_ID_INT,
+    .x = IDB_x,
+    .y = IDB_y,
+    .cx = IDB_cx,
+    .cy = IDB_cy,
+    .rank = IDB_rk,
+    .init = IDB_bInit,
+    .mandatory = IDB_bMand,
+    .valid = IDB_bOK,
+    .add = add,
+    .fill = fill,
+    .hit = hit,
+    .show = show,
+    .clear = clear,
+    .storedIsAcceptable = storedIsAcceptable,
+};
+
+}  // namespace korvel::dialogs
+
+using namespace korvel::dialogs;
+
+int IntDlgBox_param(int n, int idFirst) { return define(n, idFirst) ? 0 : kRefused; }
+
 int IntDlgBox_set(int i, int value, int mode) {
-  // Indexed by mode.
-  static constexpr ValidInt_t kValidators[] = {intcod_i, intcod_i_sup0, intcod_i_ssup0};
-  if (!hasField(kInts, i)) return 0;
-  IDB_iInts[i] = value;
-  IDB_bInit[i] = 1;
-  if (mode >= 0 && mode <= 2) IntDlgBox_set_fvalid(i, kValidators[mode]);
+  set(kTables, i, value, kValidators, mode);
   return 0;
 }
 
 int IntDlgBox_set_geo(int i, int x, int y, int cx, int cy, int rk) {
-  place(kInts, i, x, y, cx, cy, rk);
+  place(kIntegerFields, i, x, y, cx, cy, rk);
   return 0;
 }
 
 int IntDlgBox_set_fvalid(int i, ValidInt_t function) {
-  if (hasField(kInts, i) && vi != nullptr) vi[i] = function;
+  setValidator(kTables, i, function);
   return 0;
 }
 
 int IntDlgBox_retrieve(int i, int *out) {
-  if (hasField(kInts, i) && out != nullptr) *out = IDB_iInts[i];
+  retrieve(kTables, i, out);
   return 0;
 }
 
 int IntDlgBox_mandatory(int i, int on) {
-  setMandatory(kInts, i, on);
+  setMandatory(kIntegerFields, i, on);
   return 0;
 }
 
 int IntDlgBox_password(int i, int on) {
-  if (hasField(kInts, i)) IDB_bPassw[i] = on != 0 ? 1 : 0;
+  setMasked(i, on != 0);
   return 0;
 }
 
-int IntDlgBox_get_valid(int i) { return validFlag(kInts, i); }
+int IntDlgBox_get_valid(int i) { return validFlag(kIntegerFields, i); }
+
+int IntDlgBox_global(int i) {
+  callGlobalFor(kIntegerFields, i);
+  return 0;
+}
+
+// Kept: integers and check boxes are not changed this way.
+int ZRVDlgBox_int_set(int, int) { return 0; }

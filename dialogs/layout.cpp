@@ -1,13 +1,7 @@
-// Places in pixels. A unit is 2 pixels across; down it is 7/4 of a pixel in places and 5/4 in
-// heights, truncated toward zero.
+// Where a dialog and its parts stand, in pixels.
 #include "dialogs/layout.h"
 
 #include <algorithm>
-
-int Dlg_CoefX(int x) { return static_cast<int>(2LL * x); }
-int Dlg_CoefCX(int cx) { return Dlg_CoefX(cx); }
-int Dlg_CoefY(int y) { return static_cast<int>(7LL * y / 4); }
-int Dlg_CoefCY(int cy) { return static_cast<int>(5LL * cy / 4); }
 
 namespace korvel::dialogs {
 
@@ -18,19 +12,6 @@ constexpr int kWideButtonWidth = 100;
 constexpr int kButtonHeight = 20;
 constexpr int kButtonsAboveFoot = 34;
 constexpr int kButtonFromMiddle = 10;
-constexpr int kPopUpHeight = 14;
-constexpr int kLowestStaticText = 15;
-
-struct Span {
-  int from;
-  int to;
-};
-constexpr Span kDateParts[] = {{0, 20}, {30, 50}, {60, 100}};
-
-Rect withHeight(Rect rect, int height) {
-  rect.bottom = rect.top + height;
-  return rect;
-}
 
 int buttonWidth(bool longLabels) { return longLabels ? kWideButtonWidth : kButtonWidth; }
 
@@ -61,45 +42,23 @@ Rect heldInside(Rect rect, const Size &dialog) {
 ButtonPair buttonPair(const Size &dialog, bool longLabels) {
   const int width = buttonWidth(longLabels);
   const int top = dialog.height - kButtonsAboveFoot;
-  const int okLeft = dialog.width / 2 - width - kButtonFromMiddle;
-  const int cancelLeft = dialog.width / 2 + kButtonFromMiddle;
   const int bottom = top + kButtonHeight;
-  return {{okLeft, top, okLeft + width, bottom}, {cancelLeft, top, cancelLeft + width, bottom}};
+  const int left = dialog.width / 2 - width - kButtonFromMiddle;
+  const int right = dialog.width / 2 + kButtonFromMiddle;
+  return {{left, top, left + width, bottom}, {right, top, right + width, bottom}};
 }
 
-Rect fieldRect(const Family &family, int i) {
-  const int left = Dlg_CoefX(family.x[i]);
-  const int top = Dlg_CoefY(family.y[i]);
-  return {left, top, left + Dlg_CoefCX(family.cx[i]), top + Dlg_CoefCY(family.cy[i])};
+Rect fieldRect(const FieldType &type, int i) {
+  const int left = pixelsAcross(type.x[i]);
+  const int top = pixelsDown(type.y[i]);
+  return {left, top, left + pixelsAcross(type.cx[i]), top + pixelsHigh(type.cy[i])};
 }
-
-Rect popUpRect(int i) { return withHeight(fieldRect(kTexts, i), kPopUpHeight); }
-
-Rect dateRect(int i) {
-  Rect rect = fieldRect(kDates, i);
-  rect.right = rect.left + kDateParts[2].to;
-  return rect;
-}
-
-std::array<Rect, 3> dateParts(const Rect &date) {
-  std::array<Rect, 3> rects;
-  for (std::size_t part = 0; part < rects.size(); ++part) {
-    rects[part] = {date.left + kDateParts[part].from, date.top, date.left + kDateParts[part].to,
-                   date.bottom};
-  }
-  return rects;
-}
-
-Rect groupBoxRect(int i) {
-  const Rect rect = fieldRect(kStatics, i);
-  return withHeight(rect, rect.height() * 14 / 10);
-}
-
-Rect staticTextRect(int i) {
-  const Rect rect = fieldRect(kStatics, i);
-  return withHeight(rect, std::max(rect.height(), kLowestStaticText));
-}
-
-Rect iconRect(int i) { return withHeight(fieldRect(kStatics, i), 2 * SDB_cy[i]); }
 
 }  // namespace korvel::dialogs
+
+using namespace korvel::dialogs;
+
+int Dlg_CoefX(int x) { return pixelsAcross(x); }
+int Dlg_CoefCX(int cx) { return pixelsAcross(cx); }
+int Dlg_CoefY(int y) { return pixelsDown(y); }
+int Dlg_CoefCY(int cy) { return pixelsHigh(cy); }

@@ -1,18 +1,21 @@
-// For dialogs/ only: where things stand in a dialog, in pixels, from dialog units.
+// For dialogs/ only: places and sizes in pixels, made of dialog units. A unit is 2 pixels across;
+// down it is 7/4 of a pixel in places and 5/4 in heights, truncated toward zero.
 #ifndef KORVEL_DIALOGS_LAYOUT_H
 #define KORVEL_DIALOGS_LAYOUT_H
 
-#include <array>
-
-#include "dialogs/families.h"
-#include "platform/desktop.h"
+#include "dialogs/field_type.h"
+#include "platform/geometry.h"
 
 namespace korvel::dialogs {
 
 using platform::Rect;
 
-// How large a dialog is shown whose size is told in dialog units: one without a width or height has
-// room for its button pair, and no side is longer than kLargestSide.
+constexpr int pixelsAcross(int units) { return static_cast<int>(2LL * units); }
+constexpr int pixelsDown(int units) { return static_cast<int>(7LL * units / 4); }
+constexpr int pixelsHigh(int units) { return static_cast<int>(5LL * units / 4); }
+
+// The size in pixels of a dialog whose size is given in dialog units: one without a width or height
+// has room for its button pair, and no side is longer than kLargestSide.
 struct Size {
   int width;
   int height;
@@ -20,8 +23,8 @@ struct Size {
 constexpr int kLargestSide = 16384;
 Size shownSize(int cx, int cy, bool longLabels);
 
-// A rectangle in a dialog of this size. What lies outside is moved to the edge, and made no longer
-// than it, where the dialog was held to kLargestSide: there it would lie inside otherwise.
+// Moves and shortens a rectangle to lie inside the dialog, on an axis on which the dialog was cut
+// to kLargestSide. Elsewhere it may lie outside.
 Rect heldInside(Rect rect, const Size &dialog);
 
 // The button pair at the foot of a dialog of this size. Long labels make both wider.
@@ -31,16 +34,8 @@ struct ButtonPair {
 };
 ButtonPair buttonPair(const Size &dialog, bool longLabels);
 
-// The rectangle of field i as its place and size say.
-Rect fieldRect(const Family &family, int i);
-
-Rect popUpRect(int i);
-Rect dateRect(int i);                             // of all three items
-std::array<Rect, 3> dateParts(const Rect &date);  // day, month, year
-
-Rect groupBoxRect(int i);
-Rect staticTextRect(int i);
-Rect iconRect(int i);
+// The rectangle of field i by its place and size.
+Rect fieldRect(const FieldType &type, int i);
 
 }  // namespace korvel::dialogs
 

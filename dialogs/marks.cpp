@@ -3,7 +3,7 @@
 
 #include <algorithm>
 
-#include "dialogs/families.h"
+#include "dialogs/field_type.h"
 #include "dialogs/numbering.h"
 #include "dialogs/screen.h"
 
@@ -13,23 +13,20 @@ namespace {
 
 std::size_t mostItems() {
   int items = 0;
-  for (const Family *family : kValidatedFamilies) items += family->capacity * family->itemsPerField;
+  for (const FieldType *type : kFieldTypes) {
+    if (type->valid != nullptr) items += type->capacity * type->itemsPerField;
+  }
   return static_cast<std::size_t>(items);
-}
-
-void addItems(const Family &family, int i, std::vector<int> &items) {
-  const int first = itemOf(family, i);
-  for (int item = first; item < first + family.itemsPerField; ++item) items.push_back(item);
 }
 
 // Several fields may lead to one item, which is marked while one of them is not acceptable.
 void collectUnacceptable(std::vector<int> &items) {
   items.clear();
-  for (const Family *family : kValidatedFamilies) {
-    for (int i = 0; isInUse(*family, i); ++i) {
-      if (family->valid[i] != 1) addItems(*family, i, items);
-    }
-  }
+  forEachValidatedField([&](const FieldType &type, int i) {
+    if (type.valid[i] == 1) return;
+    const int first = itemOf(type, i);
+    for (int item = first; item < first + type.itemsPerField; ++item) items.push_back(item);
+  });
   std::sort(items.begin(), items.end());
   items.erase(std::unique(items.begin(), items.end()), items.end());
 }

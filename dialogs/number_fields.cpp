@@ -1,11 +1,16 @@
-// Number fields: their tables and how an application describes them.
+// Number fields: numbers with a fixed count of decimals.
 #include <algorithm>
+#include <iterator>
+#include <string>
 
 #include <korvel/codecs.h>
 
-#include "dialogs/families.h"
-
-using namespace korvel::dialogs;
+#include "dialogs/build.h"
+#include "dialogs/callbacks.h"
+#include "dialogs/numbering.h"
+#include "dialogs/run.h"
+#include "dialogs/screen.h"
+#include "dialogs/value_fields.h"
 
 constinit int NDB = 0;
 constinit int NDB_N = 0;
@@ -23,55 +28,130 @@ constinit int NDB_iChiff[128] = {};
 constinit ValidNum_t vf_tab[128] = {};
 constinit ValidNum_t *vf = vf_tab;
 
+namespace korvel::dialogs {
+
 namespace {
 
+constexpr ValueTables kTables{kNumberFields, NDB_dNums, &vf};
+constexpr ValidNum_t kValidators[] = {realcod_d, realcod_d_sup0, realcod_d_ssup0};  // by mode
 constexpr int kInitialDecimals = 5;
+
+bool define(int n, int firstItem) {
+  if (!define(kTables, n, firstItem, realcod_d)) return false;
+  std::fill_n(NDB_iChiff, n, kInitialDecimals);
+  return true;
+}
+
+void setDecimals(int i, int n) {
+  if (hasField(kNumberFields, i)) NDB_iChiff[i] = std::max(n, 0);
+}
+
+int add(Builder &builder, int i) {
+  return builder.addItem(platform::ItemKind::EditText, fieldRect(kNumberFields, i));
+}
+
+void show(Screen &screen, int i) {
+  screen.setText(itemOf(kNumberFields, i), DecimalText(NDB_dNums[i], NDB_iChiff[i]).view());
+}
+
+void clear(Screen &screen, int i) { screen.setText(itemOf(kNumberFields, i), ""); }
+
+// Kept: unlike an integer field, a field never set leaves its item as it was built.
+void fill(Screen &screen, int i) {
+  if (NDB_bInit[i] != 0) {
+    show(screen, i);
+    screen.select(itemOf(kNumberFields, i));
+  } else if (NDB_bMand[i] != 0) {
+    NDB_bOK[i] = 0;
+  }
+}
+
+Hit hit(Screen &screen, int i) {
+  const std::string text = screen.text(itemOf(kNumberFields, i));
+  NDB_bOK[i] = entryIsAcceptable(kTables, i, text) ? 1 : 0;
+  return Hit::Edited;
+}
+
+bool storedIsAcceptable(int i) {
+  return isAcceptable(kTables, i, DecimalText(NDB_dNums[i], NDB_iChiff[i]).view());
+}
+
+void change(int i, std::string_view text) {
+  changeField(kNumberFields, i, [=](Screen &screen) {
+    screen.setText(itemOf(kNumberFields, i), text);
+    NDB_bOK[i] = isAcceptable(kTables, i, text) ? 1 : 0;
+  });
+}
 
 }  // namespace
 
-int NumDlgBox_param(int n, int idFirst) {
-  if (!define(kNums, n, idFirst)) return kRefused;
-  for (int i = 0; i < n; ++i) {
-    NDB_dNums[i] = 0.0;
-    NDB_iChiff[i] = kInitialDecimals;
-    if (vf != nullptr) vf[i] = realcod_d;
-  }
-  return 0;
-}
+constinit const FieldType kNumberFields{
+    .name = "number field",
+    .capacity = std::size(NDB_x),
+    .itemsPerField = 1,
+    .inUse = &NDB,
+    .count = &NDB_N,
+    .firstItem = &NDB_ID_NUM,
+    .x = NDB_x,
+    .y = NDB_y,
+    .cx = NDB_cx,
+    .cy = NDB_cy,
+    .rank = NDB_rk,
+    .init = NDB_bInit,
+    .mandatory = NDB_bMand,
+    .valid = NDB_bOK,
+    .add = add,
+    .fill = fill,
+    .hit = hit,
+    .show = show,
+    .clear = clear,
+    .storedIsAcceptable = storedIsAcceptable,
+};
+
+}  // namespace korvel::dialogs
+
+using namespace korvel::dialogs;
+
+int NumDlgBox_param(int n, int idFirst) { return define(n, idFirst) ? 0 : kRefused; }
 
 int NumDlgBox_set(int i, double value, int mode) {
-  // Indexed by mode.
-  static constexpr ValidNum_t kValidators[] = {realcod_d, realcod_d_sup0, realcod_d_ssup0};
-  if (!hasField(kNums, i)) return 0;
-  NDB_dNums[i] = value;
-  NDB_bInit[i] = 1;
-  if (mode >= 0 && mode <= 2) NumDlgBox_set_fvalid(i, kValidators[mode]);
+  set(kTables, i, value, kValidators, mode);
   return 0;
 }
 
 int NumDlgBox_set_nchiff(int i, int n) {
-  if (hasField(kNums, i)) NDB_iChiff[i] = std::max(n, 0);
+  setDecimals(i, n);
   return 0;
 }
 
 int NumDlgBox_set_geo(int i, int x, int y, int cx, int cy, int rk) {
-  place(kNums, i, x, y, cx, cy, rk);
+  place(kNumberFields, i, x, y, cx, cy, rk);
   return 0;
 }
 
 int NumDlgBox_set_fvalid(int i, ValidNum_t function) {
-  if (hasField(kNums, i) && vf != nullptr) vf[i] = function;
+  setValidator(kTables, i, function);
   return 0;
 }
 
 int NumDlgBox_retrieve(int i, double *out) {
-  if (hasField(kNums, i) && out != nullptr) *out = NDB_dNums[i];
+  retrieve(kTables, i, out);
   return 0;
 }
 
 int NumDlgBox_mandatory(int i, int on) {
-  setMandatory(kNums, i, on);
+  setMandatory(kNumberFields, i, on);
   return 0;
 }
 
-int NumDlgBox_get_valid(int i) { return validFlag(kNums, i); }
+int NumDlgBox_get_valid(int i) { return validFlag(kNumberFields, i); }
+
+int NumDlgBox_global(int i) {
+  callGlobalFor(kNumberFields, i);
+  return 0;
+}
+
+int ZRVDlgBox_num_set(int i, const char *text) {
+  if (text != nullptr) change(i, text);
+  return 0;
+}

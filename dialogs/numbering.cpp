@@ -17,18 +17,18 @@ bool isNumbered(long long number) { return number >= 0 && number < kNumberedItem
 void refuse(const FieldId &field, const char *what, int number) {
   std::fprintf(stderr,
                "korvel: dialog not shown: %s %d would need %s %d, beyond the last one, %d\n",
-               field.family->name, field.index, what, number, kNumberedItems - 1);
+               field.type->name, field.index, what, number, kNumberedItems - 1);
 }
 
 }  // namespace
 
-long long identifierOf(const Family &family, int i) {
-  return *family.firstItem + static_cast<long long>(family.itemsPerField) * i;
+long long identifierOf(const FieldType &type, int i) {
+  return *type.firstItem + static_cast<long long>(type.itemsPerField) * i;
 }
 
-int itemOf(const Family &family, int i) {
-  const int rank = family.rank[i];
-  if (rank < 0) return static_cast<short>(identifierOf(family, i));
+int itemOf(const FieldType &type, int i) {
+  const int rank = type.rank[i];
+  if (rank < 0) return static_cast<short>(identifierOf(type, i));
   if (!isNumbered(rank)) return 0;
   return static_cast<short>(static_cast<long long>(rank) - Dlg_rkOffset[rank]);
 }
@@ -38,20 +38,20 @@ int identifierOf(int item) {
   return static_cast<int>(item - offset);
 }
 
-std::optional<int> fieldOf(const Family &family, long long identifier) {
+std::optional<int> fieldOf(const FieldType &type, long long identifier) {
   // Kept: the two identifiers just below a type of three items each count as its field 0, since
   // the division truncates toward zero.
-  const long long index = (identifier - *family.firstItem) / family.itemsPerField;
-  if (index < 0 || index >= family.capacity) return std::nullopt;
+  const long long index = (identifier - *type.firstItem) / type.itemsPerField;
+  if (index < 0 || index >= type.capacity) return std::nullopt;
   const int i = static_cast<int>(index);
-  return isInUse(family, i) ? std::optional(i) : std::nullopt;
+  return isInUse(type, i) ? std::optional(i) : std::nullopt;
 }
 
-void recordItems(const Family &family, int i, int firstItem) {
-  const int rank = family.rank[i];
-  for (int item = firstItem; item < firstItem + family.itemsPerField; ++item) {
+void recordItems(const FieldType &type, int i, int firstItem) {
+  const int rank = type.rank[i];
+  for (int item = firstItem; item < firstItem + type.itemsPerField; ++item) {
     if (isNumbered(item)) {
-      Dlg_itemOffset[item] = static_cast<int>(item - identifierOf(family, i));
+      Dlg_itemOffset[item] = static_cast<int>(item - identifierOf(type, i));
     }
   }
   if (isNumbered(rank)) Dlg_rkOffset[rank] = rank - firstItem;
@@ -59,13 +59,11 @@ void recordItems(const Family &family, int i, int firstItem) {
 
 std::vector<FieldId> placementOrder() {
   std::vector<FieldId> fields;
-  for (const Family *family : kItemFamilies) {
-    for (int i = 0; isInUse(*family, i); ++i) {
-      if (family->rank[i] >= 0) fields.push_back({family, i});
-    }
-  }
+  forEachField([&](const FieldType &type, int i) {
+    if (type.rank[i] >= 0) fields.push_back({&type, i});
+  });
   std::stable_sort(fields.begin(), fields.end(), [](const FieldId &a, const FieldId &b) {
-    return a.family->rank[a.index] < b.family->rank[b.index];
+    return a.type->rank[a.index] < b.type->rank[b.index];
   });
   return fields;
 }
@@ -73,8 +71,8 @@ std::vector<FieldId> placementOrder() {
 bool fitsNumbering(const std::vector<FieldId> &order) {
   int nextItem = kFirstFieldItem;
   for (const FieldId &field : order) {
-    const int rank = field.family->rank[field.index];
-    nextItem += field.family->itemsPerField;
+    const int rank = field.type->rank[field.index];
+    nextItem += field.type->itemsPerField;
     if (!isNumbered(nextItem - 1)) {
       refuse(field, "item", nextItem - 1);
       return false;

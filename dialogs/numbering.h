@@ -5,7 +5,7 @@
 #include <optional>
 #include <vector>
 
-#include "dialogs/families.h"
+#include "dialogs/field_type.h"
 
 namespace korvel::dialogs {
 
@@ -17,23 +17,23 @@ constexpr int kFirstFieldItem = 3;
 
 // The (first) item of field i: by its rank, or fixed when it has none. Always in the range of a
 // 16-bit number; 0, which is no item, for a rank beyond the tables.
-int itemOf(const Family &family, int i);
+int itemOf(const FieldType &type, int i);
 
 // The logical identifier of field i, beyond 32 bits where the table's first item number is wild.
-long long identifierOf(const Family &family, int i);
+long long identifierOf(const FieldType &type, int i);
 
 // The logical identifier of an item: its type's first item number + index (a date: + 3 * index).
 int identifierOf(int item);
 
 // The index of the field that an identifier names, or nothing when the type has no such field in
 // use.
-std::optional<int> fieldOf(const Family &family, long long identifier);
+std::optional<int> fieldOf(const FieldType &type, long long identifier);
 
 // Notes that field i, which has a rank, was given the items from `firstItem` on.
-void recordItems(const Family &family, int i, int firstItem);
+void recordItems(const FieldType &type, int i, int firstItem);
 
 struct FieldId {
-  const Family *family;
+  const FieldType *type;
   int index;
 };
 

@@ -8,14 +8,33 @@
 #include <string_view>
 
 #include <korvel/dialogs.h>
-#include <korvel/strings.h>
 #include <korvel/tables.h>
 
-#include "dialogs/families.h"
+#include "dialogs/build.h"
 #include "dialogs/run.h"
-#include "dialogs/stored_text.h"
+#include "dialogs/static_texts.h"
+#include "dialogs/text_fields.h"
+#include "strings/compare.h"
+#include "strings/copy.h"
+#include "strings/string_list.h"
 
-using namespace korvel::dialogs;
+namespace korvel::dialogs {
+
+namespace {
+
+// The rows of the list, joined by '$', which the exported pointer shows.
+constinit char *listText = nullptr;
+
+}  // namespace
+
+}  // namespace korvel::dialogs
+
+constinit char *liste_base = nullptr;
+constinit int nbase = 0;
+constinit char **liste = &korvel::dialogs::listText;
+constinit char sz_MTliste[256] = "";
+
+namespace korvel::dialogs {
 
 namespace {
 
@@ -25,26 +44,11 @@ struct Entry {
   char text[kEntrySize];
 };
 
-constexpr const char *kTable = "MT.par";
-constexpr const char *kTitle = "S\xE9lection de praticien en base";
-
-// The fields of the dialog, and the first item number of them.
-enum { kInitials, kNames, kTextFields };
-constexpr int kFirstItem = 100;
-
-// Room for each of the entries that there were when the dialog was defined.
-constinit char *listText = nullptr;
+// Room at listText, for each of the entries that there were when the dialog was defined.
 constinit std::size_t listRoom = 0;
 
-}  // namespace
-
-constinit char *liste_base = nullptr;
-constinit int nbase = 0;
-constinit char **liste = &listText;
-constinit char sz_MTliste[256] = "";
-
-namespace {
-
+// The fields of the dialog.
+enum { kInitials, kNames, kFields };
 // The application may write both globals; what is followed stays inside the table.
 int entryCount() { return liste_base == nullptr ? 0 : std::clamp<int>(nbase, 0, MAX_LIGNES); }
 
@@ -54,64 +58,55 @@ std::string_view textOf(const Entry &entry) {
   return {entry.text, strnlen(entry.text, sizeof entry.text)};
 }
 
-// The rows of the list, joined by '$'. One that does not fit is left out.
-class Rows {
- public:
-  Rows() : end_(listText) { *end_ = '\0'; }
-
-  void add(std::string_view entry) {
-    const bool isFirst = end_ == listText;
-    const auto left = listRoom - static_cast<std::size_t>(end_ - listText);
-    if (entry.size() + (isFirst ? 0 : 1) >= left) return;
-    if (!isFirst) *end_++ = '$';
-    end_ = std::copy(entry.begin(), entry.end(), end_);
-    *end_ = '\0';
+// Joins the rows of the list: the entries that are wanted. One that does not fit is left out.
+template <typename IsWanted>
+void joinRows(IsWanted isWanted) {
+  char *end = listText;
+  for (int n = 0; n < entryCount(); ++n) {
+    const std::string_view entry = textOf(entries()[n]);
+    const std::size_t separator = end == listText ? 0 : 1;
+    const auto left = listRoom - static_cast<std::size_t>(end - listText);
+    if (!isWanted(entry) || separator + entry.size() >= left) continue;
+    if (separator != 0) *end++ = '$';
+    end = std::copy(entry.begin(), entry.end(), end);
   }
-
- private:
-  char *end_;
-};
-
-// Kept: without initials nothing begins with them.
-bool beginsWith(std::string_view text, std::string_view initials) {
-  return !initials.empty() && text.starts_with(initials);
+  *end = '\0';
 }
 
 void sortEntries() {
-  std::stable_sort(entries(), entries() + entryCount(),
-                   [](const Entry &a, const Entry &b) { return chcomp(a.text, b.text) < 0; });
-}
-
-void joinAll() {
-  Rows rows;
-  for (int n = 0; n < entryCount(); ++n) rows.add(textOf(entries()[n]));
+  std::stable_sort(entries(), entries() + entryCount(), [](const Entry &a, const Entry &b) {
+    return strings::difference(a.text, b.text) < 0;
+  });
 }
 
 void defineDialog() {
-  TailleDlgBox_set(200, 150);
-  StaticDlgBox_param(1);
-  StaticDlgBox_set(0, "Initiales :");
-  StaticDlgBox_set_geo(0, 10, 8, 34, 8);
-  TexteDlgBox_param(kTextFields, kFirstItem);
-  TexteDlgBox_set(kInitials, "");
-  TexteDlgBox_mandatory(kInitials, 0);
-  TexteDlgBox_set_geo(kInitials, 10, 18, 30, 12, 1);
-  TexteDlgBox_set(kNames, "");
-  TexteDlgBox_set_liste(kNames, "");
-  TexteDlgBox_change_liste(kNames);
-  TexteDlgBox_set_liste_buffer(kNames, listText);
-  TexteDlgBox_set_geo(kNames, 56, 10, 120, 150, 2);
-  DlgBoxGlobal_set(DlgBoxGlobal_BAS);
+  constexpr int kFirstItem = 100;
+  LDB = 1;
+  LDB_cx = 200;
+  LDB_cy = 150;
+  defineStatics(1);
+  setStatic(0, "Initiales :");
+  place(kStaticTexts, 0, 10, 8, 34, 8);
+  defineTexts(kFields, kFirstItem);
+  setText(kInitials, "");
+  setMandatory(kTextFields, kInitials, 0);
+  place(kTextFields, kInitials, 10, 18, 30, 12, 1);
+  setText(kNames, "");
+  setChoices(kNames, "");
+  turnPopUpOrList(kNames);
+  useChoices(kNames, listText);
+  place(kTextFields, kNames, 56, 10, 120, 150, 2);
+  DlgBoxGlobal_fonct = DlgBoxGlobal_BAS;
 }
 
 void keepSelection() {
-  TexteDlgBox_retrieve(kNames, sz_MTliste, sizeof sz_MTliste);
+  strings::copyWhole(sz_MTliste, storedText(kFieldTexts, kNames));
   std::replace(sz_MTliste, sz_MTliste + std::strlen(sz_MTliste), '\t', ';');
 }
 
-int runDialog() {
+bool runDialog() {
   defineDialog();
-  return ZRVDlgBoxEx(kTitle, nullptr);
+  return runBuilt("S\xE9lection de praticien en base", nullptr) != 0;
 }
 
 // The working tables of one call, which the globals show while they stand.
@@ -123,9 +118,7 @@ class Tables {
   }
   ~Tables() {
     liste_base = nullptr;
-    for (int i = 0; i < kTexts.capacity; ++i) {
-      if (listText != nullptr && kChoices.texts[i] == listText) useOwnSlice(kChoices, i);
-    }
+    if (listText != nullptr) forgetChoices(listText);
     listText = nullptr;
   }
   Tables(const Tables &) = delete;
@@ -145,55 +138,73 @@ class Tables {
   std::unique_ptr<Entry[]> rows_;
 };
 
-}  // namespace
-
-void listeNoms(char *line) {
-  if (liste_base == nullptr || line == nullptr) return;
-  if (nbase < 0 || nbase >= MAX_LIGNES) return;
-  char *entry = entries()[nbase].text;
+void addEntry(char *line) {
+  if (liste_base == nullptr || nbase < 0 || nbase >= MAX_LIGNES) return;
+  char(&entry)[kEntrySize] = entries()[nbase].text;
   // An entry whose line is too long starts empty.
   entry[0] = '\0';
-  secure_lstrcpy(entry, kEntrySize, line);
-  secure_lstrcat(entry, kEntrySize, "\t");
-  secure_lstrcat(entry, kEntrySize, ChCh_Get_Next_Item(line));
+  strings::copyWhole(entry, line);
+  strings::appendWhole(entry, "\t");
+  strings::appendWhole(entry, strings::nextItem(line));
   ++nbase;
 }
 
-int DlgBoxGlobal_BAS(int item, int textInUse, int textFirstItem, char **texts, int textCount, int,
-                     int, int *, int, int, int, int *, int, int, int, double *, int, int, int,
-                     int *, int, int *redisplay, int capacity) {
-  if (textInUse == 0 || item != textFirstItem || textCount < kTextFields) return 0;
-  if (listText == nullptr || texts == nullptr) return 0;
-  if (texts[kInitials] == nullptr || texts[kNames] == nullptr) return 0;
-  Rows rows;
-  const std::string_view initials = texts[kInitials];
-  for (int n = 0; n < entryCount(); ++n) {
-    const std::string_view entry = textOf(entries()[n]);
-    if (beginsWith(entry, initials)) rows.add(entry);
-  }
-  ZRVDlgBox_texte_set_liste(kNames);
+// Has the list show the entries that begin with the initials. Returns whether it could.
+bool narrow(char **texts) {
+  if (listText == nullptr || texts == nullptr) return false;
+  if (texts[kInitials] == nullptr || texts[kNames] == nullptr) return false;
+  joinRows([initials = std::string_view(texts[kInitials])](std::string_view entry) {
+    // Kept: without initials nothing begins with them.
+    return !initials.empty() && entry.starts_with(initials);
+  });
+  rebuildChoices(kNames);
   texts[kNames][0] = '\0';
+  return true;
+}
+
+int redisplayInitials(int textFirstItem, int *redisplay, int capacity) {
   if (capacity < 1 || redisplay == nullptr) return 0;
   *redisplay = ~textFirstItem;
   return 1;
 }
 
+void select() {
+  Tables tables;
+  if (!tables.hasEntries()) return;
+  int firstLine = 0;
+  int lastLine = 0;
+  ZRV_Table_scan("MT.par", &firstLine, &lastLine, addEntry);
+  sz_MTliste[0] = '\0';
+  if (nbase == 0 || !tables.makeRows()) return;
+  sortEntries();
+  joinRows([](std::string_view) { return true; });
+  if (runDialog()) keepSelection();
+}
+
+}  // namespace
+
+}  // namespace korvel::dialogs
+
+using namespace korvel::dialogs;
+
+void listeNoms(char *line) {
+  if (line != nullptr) addEntry(line);
+}
+
+int DlgBoxGlobal_BAS(int item, int textInUse, int textFirstItem, char **texts, int textCount, int,
+                     int, int *, int, int, int, int *, int, int, int, double *, int, int, int,
+                     int *, int, int *redisplay, int capacity) {
+  if (textInUse == 0 || item != textFirstItem || textCount < kFields) return 0;
+  return narrow(texts) ? redisplayInitials(textFirstItem, redisplay, capacity) : 0;
+}
+
 char *SelectMT(void *, void *, const char *dirTables) {
   setDirTables(dirTables);
   // A dialog that is up keeps its tables, which may be those of an earlier call of this function.
-  if (!mayShowDialog()) {
+  if (mayShowDialog()) {
+    select();
+  } else {
     sz_MTliste[0] = '\0';
-    return sz_MTliste;
   }
-  Tables tables;
-  if (!tables.hasEntries()) return sz_MTliste;
-  int firstLine = 0;
-  int lastLine = 0;
-  ZRV_Table_scan(kTable, &firstLine, &lastLine, listeNoms);
-  sz_MTliste[0] = '\0';
-  if (nbase == 0 || !tables.makeRows()) return sz_MTliste;
-  sortEntries();
-  joinAll();
-  if (runDialog() != 0) keepSelection();
   return sz_MTliste;
 }

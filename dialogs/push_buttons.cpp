@@ -1,8 +1,11 @@
-// Push buttons: their tables and how an application describes them.
-#include "dialogs/families.h"
-#include "dialogs/stored_text.h"
+// Push buttons.
+#include <algorithm>
+#include <iterator>
 
-using namespace korvel::dialogs;
+#include "dialogs/build.h"
+#include "dialogs/field_type.h"
+#include "dialogs/screen.h"
+#include "dialogs/stored_text.h"
 
 constinit int PDB = 0;
 constinit int PDB_N = 0;
@@ -18,26 +21,71 @@ constinit char PDB_szBuffer[160] = {};
 constinit PushAction_t vp_tab[10] = {};
 constinit PushAction_t *vp = vp_tab;
 
+namespace korvel::dialogs {
+
 namespace {
 
+constexpr TextStore kLabels{PDB_szBuffer, std::size(PDB_szBuffer), &PDB_BUFFERSIZE, PDB_pszBuffer};
 constexpr int kLabelSize = 16;
+
+bool define(int n, int firstItem) {
+  if (!define(kPushButtons, n, firstItem)) return false;
+  cutSlices(kLabels, n, kLabelSize);
+  if (vp != nullptr) std::fill_n(vp, n, nullptr);
+  return true;
+}
+
+void setLabel(int i, const char *label) {
+  if (hasField(kPushButtons, i) && label != nullptr) storeText(kLabels, i, label);
+}
+
+void setAction(int i, PushAction_t action) {
+  if (hasField(kPushButtons, i) && vp != nullptr) vp[i] = action;
+}
+
+// Kept: labels of push buttons go to the screen without conversion.
+int add(Builder &builder, int i) {
+  return builder.addItem(platform::ItemKind::PushButton, fieldRect(kPushButtons, i),
+                         storedText(kLabels, i));
+}
+
+Hit hit(Screen &screen, int i) {
+  const PushAction_t action = vp != nullptr ? vp[i] : nullptr;
+  if (action != nullptr) action(screen.window());
+  return Hit::Changed;
+}
 
 }  // namespace
 
-int PushDlgBox_param(int n, int idFirst) {
-  if (!define(kPushes, n, idFirst)) return kRefused;
-  cutSlices(kPushLabels, n, kLabelSize);
-  for (int i = 0; i < n && vp != nullptr; ++i) vp[i] = nullptr;
-  return 0;
-}
+constinit const FieldType kPushButtons{
+    .name = "push button",
+    .capacity = std::size(PDB_x),
+    .itemsPerField = 1,
+    .inUse = &PDB,
+    .count = &PDB_N,
+    .firstItem = &PDB_ID_PUSH,
+    .x = PDB_x,
+    .y = PDB_y,
+    .cx = PDB_cx,
+    .cy = PDB_cy,
+    .rank = PDB_rk,
+    .add = add,
+    .hit = hit,
+};
+
+}  // namespace korvel::dialogs
+
+using namespace korvel::dialogs;
+
+int PushDlgBox_param(int n, int idFirst) { return define(n, idFirst) ? 0 : kRefused; }
 
 int PushDlgBox_set_geo(int i, const char *label, int x, int y, int cx, int cy, int rk) {
-  place(kPushes, i, x, y, cx, cy, rk);
-  if (hasField(kPushes, i) && label != nullptr) storeText(kPushLabels, i, label);
+  place(kPushButtons, i, x, y, cx, cy, rk);
+  setLabel(i, label);
   return 0;
 }
 
 int PushDlgBox_set_fvalid(int i, PushAction_t function) {
-  if (hasField(kPushes, i) && vp != nullptr) vp[i] = function;
+  setAction(i, function);
   return 0;
 }

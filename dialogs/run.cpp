@@ -1,19 +1,16 @@
-// The run of a dialog: filling, waiting for hits, ending.
+// The run of a dialog: filling its items, handling hits, ending.
 #include "dialogs/run.h"
 
 #include <algorithm>
 
 #include <pthread.h>
 
-#include <korvel/desktop.h>
-
 #include "base/guard.h"
-#include "dialogs/callbacks.h"
-#include "dialogs/field_items.h"
 #include "dialogs/marks.h"
 #include "dialogs/numbering.h"
 #include "dialogs/screen.h"
 #include "dialogs/stored_text.h"
+#include "draw/ports.h"
 #include "platform/loader.h"
 
 constinit DialogRef DlgBox_hDlg = nullptr;
@@ -21,10 +18,6 @@ constinit DialogRef DlgBox_hDlg = nullptr;
 namespace korvel::dialogs {
 
 namespace {
-
-// In the order in which hits and identifiers are tried, and fields filled.
-constexpr const FieldType *kTypes[] = {&kTextType, &kBoolType, &kIntType,
-                                       &kNumType,  &kDateType, &kPushType};
 
 constexpr int kRedisplayCapacity = 32;
 
@@ -37,31 +30,32 @@ constinit pthread_t currentThread = {};  // in which it was made
 constinit bool isRunning = false;
 constinit Screen *runningItems = nullptr;
 
-class Session final : public platform::HitHandler {
+class RunningDialog final : public platform::HitHandler {
  public:
-  explicit Session(platform::Dialog &dialog) : screen_(dialog) {}
+  // Lets the application reach the items until the run has ended.
+  explicit RunningDialog(platform::Dialog &dialog) : screen_(dialog) { runningItems = &screen_; }
+  ~RunningDialog() { runningItems = nullptr; }
+  RunningDialog(const RunningDialog &) = delete;
+  RunningDialog &operator=(const RunningDialog &) = delete;
 
   void fill();
-  int result() const { return hasEnded_ ? result_ : kCancelled; }
-  Screen &screen() { return screen_; }
+  int result() const { return result_; }
 
-  // The toolkit below must not be unwound: a hit that fails for want of memory, or in a callback,
-  // is given up, and the next one waited for.
+  // A hit that fails is given up, and the next one waited for.
   platform::Run hit(int item) noexcept override {
-    try {
-      handle(item);
-    } catch (...) {
-    }
+    untilThrown([&] { handle(item); });
     if (hasEnded_) return platform::Run::Stop;
     followValidity();
     return platform::Run::Continue;
   }
 
  private:
+  void fillField(const FieldType &type, int i);
   void handle(int item);
   void handleField(const FieldType &type, int i);
-  void callGlobalFor(const Family &family, int i);
+  void callGlobalAndRedisplay(const FieldType &type, int i);
   void redisplay(int identifier);
+  void redisplayField(const FieldType &type, int i, bool isCleared);
   void followValidity() {
     screen_.enableOk(allValid());
     marks_.follow(screen_);
@@ -77,16 +71,19 @@ class Session final : public platform::HitHandler {
   int result_ = kCancelled;
 };
 
-void Session::fill() {
+void RunningDialog::fill() {
   if (HDB != 0) screen_.setTitle(boundedText(HDB_szHeader));
-  for (const FieldType *type : kTypes) {
-    if (type->fill == nullptr) continue;
-    for (int i = 0; isInUse(*type->family, i); ++i) type->fill(screen_, i);
-  }
+  forEachField([this](const FieldType &type, int i) { fillField(type, i); });
   followValidity();
 }
 
-void Session::handle(int item) {
+// A value that was given may clear the flag, and never sets it.
+void RunningDialog::fillField(const FieldType &type, int i) {
+  if (type.fill != nullptr) type.fill(screen_, i);
+  if (type.init != nullptr && type.init[i] != 0 && !type.storedIsAcceptable(i)) type.valid[i] = 0;
+}
+
+void RunningDialog::handle(int item) {
   if (item == platform::kOkItem) {
     if (callFinal(screen_.window()) != 0) end(kAccepted);
     return;
@@ -95,82 +92,64 @@ void Session::handle(int item) {
     end(kCancelled);
     return;
   }
-  for (const FieldType *type : kTypes) {
-    if (const auto i = fieldOf(*type->family, identifierOf(item))) {
-      handleField(*type, *i);
-      return;
-    }
+  for (const FieldType *type : kFieldTypes) {
+    if (const auto i = fieldOf(*type, identifierOf(item))) return handleField(*type, *i);
   }
 }
 
-void Session::handleField(const FieldType &type, int i) {
-  switch (type.handle(screen_, i)) {
+void RunningDialog::handleField(const FieldType &type, int i) {
+  switch (type.hit(screen_, i)) {
     case Hit::Accepted:
       end(kAccepted);
       [[fallthrough]];
     case Hit::Edited:
       followValidity();
-      if (type.family->valid[i] != 0) callGlobalFor(*type.family, i);
+      if (type.valid[i] != 0) callGlobalAndRedisplay(type, i);
       return;
     case Hit::Changed:
-      callGlobalFor(*type.family, i);
+      callGlobalAndRedisplay(type, i);
       return;
     case Hit::Refused:
       return;
   }
 }
 
-// Each of a date's three items tells the identifier of the date.
-void Session::callGlobalFor(const Family &family, int i) {
+void RunningDialog::callGlobalAndRedisplay(const FieldType &type, int i) {
   int identifiers[kRedisplayCapacity] = {};
-  const int written = callGlobal(DlgBoxGlobal_fonct, static_cast<int>(identifierOf(family, i)),
-                                 identifiers, kRedisplayCapacity);
+  const int written = callGlobal(DlgBoxGlobal_fonct, type, i, identifiers, kRedisplayCapacity);
   const int count = std::clamp(written, 0, kRedisplayCapacity);
   for (int n = 0; n < count; ++n) redisplay(identifiers[n]);
 }
 
-void Session::redisplay(int identifier) {
+void RunningDialog::redisplay(int identifier) {
   const long long named = identifier < 0 ? -static_cast<long long>(identifier) : identifier;
-  for (const FieldType *type : kTypes) {
+  for (const FieldType *type : kFieldTypes) {
     if (type->show == nullptr) continue;
-    if (const auto i = fieldOf(*type->family, named)) {
-      (identifier < 0 ? type->clear : type->show)(screen_, *i);
-      return;
-    }
+    if (const auto i = fieldOf(*type, named)) return redisplayField(*type, *i, identifier < 0);
   }
 }
 
-// A window that comes to stand at the same address would have the dialog's port.
-void leavePort(WindowRef window) {
-  CGrafPtr port = nullptr;
-  GetPort(&port);
-  if (port == GetWindowPort(window)) SetPort(nullptr);
+void RunningDialog::redisplayField(const FieldType &type, int i, bool isCleared) {
+  (isCleared ? type.clear : type.show)(screen_, i);
+  if (type.valid == nullptr) return;
+  const bool isValid = isCleared ? type.mandatory[i] == 0 : type.storedIsAcceptable(i);
+  type.valid[i] = isValid ? 1 : 0;
+}
+
+int runToEnd(platform::Dialog &dialog) {
+  RunningDialog running(dialog);
+  running.fill();
+  dialog.runModal(running);
+  return running.result();
 }
 
 // Takes the current dialog off the screen.
 void dispose() {
   isRunning = false;
-  leavePort(current->onScreen->window());
+  draw::leavePortOf(current->onScreen->window());
   DlgBox_hDlg = nullptr;
   delete current;
   current = nullptr;
-}
-
-// Lets the application reach the items of a session as long as it lives.
-class Reachable {
- public:
-  explicit Reachable(Session &session) { runningItems = &session.screen(); }
-  ~Reachable() { runningItems = nullptr; }
-  Reachable(const Reachable &) = delete;
-  Reachable &operator=(const Reachable &) = delete;
-};
-
-int runToEnd(platform::Dialog &dialog) {
-  Session session(dialog);
-  const Reachable reachable(session);
-  session.fill();
-  dialog.runModal(session);
-  return session.result();
 }
 
 }  // namespace
@@ -185,30 +164,30 @@ bool mayShowDialog() {
   return false;
 }
 
-Screen *runningScreen() { return runningItems; }
-
 DialogRef makeCurrent(std::unique_ptr<platform::Dialog> dialog) {
   current = new KorvelDialog{std::move(dialog)};
-  SetPort(GetWindowPort(current->onScreen->window()));
+  const auto port = [] { return draw::portOf(current->onScreen->window()); };
+  draw::setCurrentPort(base::orOnFailure(nullptr, port));
   currentThread = pthread_self();
   DlgBox_hDlg = current;
   return current;
 }
 
-}  // namespace korvel::dialogs
-
-using namespace korvel::dialogs;
-
-int DlgBoxFunc(DialogRef dialog) {
+// What is thrown while the items are filled leaves the dialog cancelled: nothing was entered.
+int runCurrent(DialogRef dialog) {
   if (dialog == nullptr || dialog != current || isRunning) return kCancelled;
   isRunning = true;
   int result = kCancelled;
-  try {
-    result = runToEnd(*dialog->onScreen);
-  } catch (...) {
-    // Out of memory while filling: nothing was entered.
-  }
+  untilThrown([&] { result = runToEnd(*dialog->onScreen); });
   endDefinition();
   dispose();
   return result;
 }
+
+Screen *runningScreen() { return runningItems; }
+
+}  // namespace korvel::dialogs
+
+using namespace korvel::dialogs;
+
+int DlgBoxFunc(DialogRef dialog) { return runCurrent(dialog); }

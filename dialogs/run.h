@@ -1,11 +1,12 @@
-// For dialogs/ only: the one dialog that may be up, from its making to its end.
+// For dialogs/ only: the one dialog that may be up, from its making to its end, and changes to its
+// fields.
 #ifndef KORVEL_DIALOGS_RUN_H
 #define KORVEL_DIALOGS_RUN_H
 
 #include <memory>
 
-#include <korvel/dialogs.h>
-
+#include "dialogs/callbacks.h"
+#include "dialogs/field_type.h"
 #include "platform/desktop.h"
 
 // What a DialogRef refers to.
@@ -21,12 +22,23 @@ class Screen;
 // error, in one line.
 bool mayShowDialog();
 
+// Makes a built dialog the current one, and the port of its window the current port. No other
+// dialog may be up.
+DialogRef makeCurrent(std::unique_ptr<platform::Dialog> dialog);
+
+// Runs the current dialog to its end and disposes of it; results as those of ZRVDlgBoxEx. Does
+// nothing for any other dialog, and for one that is running.
+int runCurrent(DialogRef dialog);
+
 // The items of the dialog that runs; null while none does.
 Screen *runningScreen();
 
-// Makes a built dialog the current one, to be run by DlgBoxFunc, and the port of its window the
-// current port. None may be up.
-DialogRef makeCurrent(std::unique_ptr<platform::Dialog> dialog);
+// Applies a change that the application asks for to a field of the running dialog, if there is one.
+template <typename Change>
+void changeField(const FieldType &type, int i, Change change) {
+  Screen *screen = runningScreen();
+  if (screen != nullptr && isInUse(type, i)) untilThrown([&] { change(*screen); });
+}
 
 }  // namespace korvel::dialogs
 

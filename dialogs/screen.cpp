@@ -3,9 +3,8 @@
 
 #include <utility>
 
-#include <korvel/strings.h>
-
 #include "platform/screentext.h"
+#include "strings/charsets.h"
 
 namespace korvel::dialogs {
 
@@ -18,7 +17,7 @@ constexpr std::size_t kLongestRow = 255;
 // What a stored text becomes when it is shown and read back: the form in which a choice on the
 // screen is compared with a text in the tables.
 std::string comparable(std::string_view stored) {
-  return fromScreen(platform::asReadBack(toScreen(stored)));
+  return strings::toWindows(platform::asReadBack(strings::toMac(stored)));
 }
 
 template <typename Values>
@@ -29,25 +28,14 @@ void growTo(Values &values, int item) {
 
 }  // namespace
 
-std::string toScreen(std::string_view stored) {
-  std::string text(stored);
-  w2mstr(text.data());
-  return text;
-}
-
-std::string fromScreen(std::string screenText) {
-  m2wstr(screenText.data());
-  return screenText;
-}
-
-void Screen::setTitle(std::string_view title) { dialog_.setTitle(toScreen(title)); }
+void Screen::setTitle(std::string_view title) { dialog_.setTitle(strings::toMac(title)); }
 
 std::string Screen::text(int item) const {
-  return is(item, ItemKind::EditText) ? fromScreen(dialog_.text(item)) : std::string();
+  return is(item, ItemKind::EditText) ? strings::toWindows(dialog_.text(item)) : std::string();
 }
 
 void Screen::setText(int item, std::string_view text) {
-  if (is(item, ItemKind::EditText)) dialog_.setText(item, toScreen(text));
+  if (is(item, ItemKind::EditText)) dialog_.setText(item, strings::toMac(text));
 }
 
 void Screen::setMask(int item, std::size_t length) {
@@ -87,7 +75,7 @@ void Screen::setChoices(int item, const std::vector<std::string_view> &choices) 
   if (!is(item, ItemKind::PopUp)) return;
   std::vector<std::string> shown;
   shown.reserve(choices.size());
-  for (const std::string_view choice : choices) shown.push_back(toScreen(choice));
+  for (const std::string_view choice : choices) shown.push_back(strings::toMac(choice));
   dialog_.setEntries(item, shown);
 }
 
@@ -97,7 +85,7 @@ void Screen::addChoices(int item, const std::vector<std::string_view> &choices,
   const int before = dialog_.value(item);
   std::vector<std::string> shown = entries(item);
   const auto designed = static_cast<int>(shown.size());
-  for (const std::string_view choice : choices) shown.push_back(toScreen(choice));
+  for (const std::string_view choice : choices) shown.push_back(strings::toMac(choice));
   dialog_.setEntries(item, shown);
   const int found = numberOf(item, chosen, designed);
   dialog_.setValue(item, found > 0 ? found : before);
@@ -106,7 +94,8 @@ void Screen::addChoices(int item, const std::vector<std::string_view> &choices,
 int Screen::numberOf(int item, std::string_view choice, int passedOver) const {
   const std::string wanted = comparable(choice);
   int number = dialog_.entryCount(item);
-  while (number > passedOver && fromScreen(dialog_.entry(item, number - 1)) != wanted) --number;
+  while (number > passedOver && strings::toWindows(dialog_.entry(item, number - 1)) != wanted)
+    --number;
   return number > passedOver ? number : 0;
 }
 
@@ -120,7 +109,7 @@ void Screen::chooseNumber(int item, int number) {
 
 std::string Screen::choice(int item) const {
   const int value = is(item, ItemKind::PopUp) ? dialog_.value(item) : 0;
-  return value > 0 ? fromScreen(dialog_.entry(item, value - 1)) : std::string();
+  return value > 0 ? strings::toWindows(dialog_.entry(item, value - 1)) : std::string();
 }
 
 void Screen::setRows(int item, const std::vector<std::string_view> &rows) {
@@ -140,7 +129,7 @@ std::string Screen::clickedRow(int item) const {
   if (row < 0) return {};
   std::string text = dialog_.entry(item, row);
   if (text.size() > kLongestRow) text.resize(kLongestRow);
-  return fromScreen(std::move(text));
+  return strings::toWindows(std::move(text));
 }
 
 bool Screen::wasDoubleClicked(int item) const {

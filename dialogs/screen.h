@@ -12,12 +12,6 @@
 
 namespace korvel::dialogs {
 
-// A copy of a stored text as it goes to the screen.
-std::string toScreen(std::string_view stored);
-
-// A text read back from the screen as it is stored.
-std::string fromScreen(std::string screenText);
-
 // An item's number may come from a table in which anything may stand: what an item cannot do does
 // nothing, and what it does not have is empty.
 class Screen {

@@ -1,11 +1,12 @@
-// Title, size, background and the button pair.
-#include <cstring>
+// Title, size, background and the button pair of further dialogs.
+#include <algorithm>
+#include <iterator>
 
 #include <korvel/dialogs.h>
 
+#include "base/views.h"
 #include "dialogs/stored_text.h"
-
-using namespace korvel::dialogs;
+#include "strings/copy.h"
 
 constinit int HDB = 0;
 constinit char HDB_szHeader[128] = "";
@@ -29,15 +30,35 @@ constinit int OK_shadow_dx = 0;
 constinit int OK_shadow_dy = 0;
 constinit RGBColor OK_shadow_c = {};
 
-int TitreDlgBox_set(const char *text) {
-  if (text == nullptr) return 0;
+namespace korvel::dialogs {
+
+namespace {
+
+void setTitle(const char *text) {
   HDB = 1;
-  copyCut(HDB_szHeader, text);
+  strings::copyTerminated(HDB_szHeader, text);
+}
+
+void setButtonTexts(const char *text1, const char *text2) {
+  std::copy(std::begin(OK_sz1), std::end(OK_sz1), OK_sz1_bak);
+  std::copy(std::begin(OK_sz2), std::end(OK_sz2), OK_sz2_bak);
+  if (text1 != nullptr) strings::copyTerminated(OK_sz1, text1);
+  if (text2 != nullptr) strings::copyTerminated(OK_sz2, text2);
+}
+
+}  // namespace
+
+}  // namespace korvel::dialogs
+
+using namespace korvel::dialogs;
+
+int TitreDlgBox_set(const char *text) {
+  if (text != nullptr) setTitle(text);
   return 0;
 }
 
 int TitreDlgBox_retrieve(char *dst, int size) {
-  copyWhole(dst, size, boundedText(HDB_szHeader));
+  korvel::strings::copyWhole(korvel::base::roomOf(dst, size), boundedText(HDB_szHeader));
   return 0;
 }
 
@@ -67,16 +88,13 @@ int BOKDlgBox_pos(int x, int y) {
 }
 
 int BOKDlgBox_textes(const char *text1, const char *text2) {
-  std::memcpy(OK_sz1_bak, OK_sz1, sizeof OK_sz1);
-  std::memcpy(OK_sz2_bak, OK_sz2, sizeof OK_sz2);
-  if (text1 != nullptr) copyCut(OK_sz1, text1);
-  if (text2 != nullptr) copyCut(OK_sz2, text2);
+  setButtonTexts(text1, text2);
   return 0;
 }
 
 int BOKDlgBox_textes_reset() {
-  std::memcpy(OK_sz1, OK_sz1_bak, sizeof OK_sz1);
-  std::memcpy(OK_sz2, OK_sz2_bak, sizeof OK_sz2);
+  std::copy(std::begin(OK_sz1_bak), std::end(OK_sz1_bak), OK_sz1);
+  std::copy(std::begin(OK_sz2_bak), std::end(OK_sz2_bak), OK_sz2);
   return 0;
 }
 

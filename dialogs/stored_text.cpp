@@ -5,6 +5,8 @@
 #include <cstring>
 #include <functional>
 
+#include "strings/copy.h"
+
 namespace korvel::dialogs {
 
 namespace {
@@ -42,31 +44,17 @@ void useOwnSlice(const TextStore &store, int i) {
 
 std::string_view storedText(const TextStore &store, int i) {
   const char *text = store.texts[i];
-  if (text == nullptr) return {};
+  if (text == nullptr) return "";
   if (!isInside(store, text)) return text;
   return boundedText(text, roomOf(store, i));
 }
 
 bool storeText(const TextStore &store, int i, std::string_view text) {
-  return copyCut(store.texts[i], roomOf(store, i), text);
-}
-
-bool copyCut(char *destination, std::size_t room, std::string_view text) {
-  if (room == 0) return false;
-  const std::size_t length = std::min(text.size(), room - 1);
-  // A caller may pass the text itself, or a part of it.
-  if (length > 0) std::memmove(destination, text.data(), length);
-  destination[length] = '\0';
-  return length == text.size();
+  return strings::copyTerminated({store.texts[i], roomOf(store, i)}, text);
 }
 
 std::string_view boundedText(const char *text, std::size_t room) {
   return {text, strnlen(text, room)};
-}
-
-void copyWhole(char *dst, int size, std::string_view text) {
-  if (dst == nullptr || size <= 0 || text.size() >= static_cast<std::size_t>(size)) return;
-  copyCut(dst, static_cast<std::size_t>(size), text);
 }
 
 }  // namespace korvel::dialogs

@@ -7,7 +7,7 @@
 
 #include "base/guard.h"
 #include "dialogs/callbacks.h"
-#include "dialogs/families.h"
+#include "dialogs/field_type.h"
 #include "dialogs/numbering.h"
 #include "dialogs/run.h"
 #include "dialogs/screen.h"
@@ -27,13 +27,9 @@ std::string findTemplate(std::string_view name) {
 
 void reportNotShown(const std::string &reason) { platform::report("dialog not shown: " + reason); }
 
-void reportMissing(const char *name) {
-  reportNotShown("there is no template " + std::string(name));
-}
-
-std::optional<int> missingItem(const Dialog &dialog, const Family &family, int i) {
-  const int first = itemOf(family, i);
-  for (int item = first; item < first + family.itemsPerField; ++item) {
+std::optional<int> missingItem(const Dialog &dialog, const FieldType &type, int i) {
+  const int first = itemOf(type, i);
+  for (int item = first; item < first + type.itemsPerField; ++item) {
     if (dialog.kind(item) == ItemKind::None) return item;
   }
   return std::nullopt;
@@ -41,15 +37,13 @@ std::optional<int> missingItem(const Dialog &dialog, const Family &family, int i
 
 // Such a field may keep OK disabled with nothing on the screen to change that.
 void reportFieldsWithoutItem(const std::string &path, const Dialog &dialog) {
-  for (const Family *family : kValidatedFamilies) {
-    for (int i = 0; isInUse(*family, i); ++i) {
-      if (family->mandatory[i] == 0) continue;
-      if (const auto item = missingItem(dialog, *family, i)) {
-        platform::report(path + ": " + family->name + " " + std::to_string(i) +
-                         " is mandatory, and there is no item " + std::to_string(*item));
-      }
+  forEachValidatedField([&](const FieldType &type, int i) {
+    if (type.mandatory[i] == 0) return;
+    if (const auto item = missingItem(dialog, type, i)) {
+      platform::report(path + ": " + type.name + " " + std::to_string(i) +
+                       " is mandatory, and there is no item " + std::to_string(*item));
     }
-  }
+  });
 }
 
 std::unique_ptr<Dialog> readTemplate(platform::Desktop &desktop, const std::string &path,
@@ -81,6 +75,21 @@ DialogRef openCurrent(const std::string &path) {
   return makeCurrent(std::move(dialog));
 }
 
+int run(const std::string &path) {
+  const DialogRef dialog = base::orOnFailure(nullptr, [&] { return openCurrent(path); });
+  if (dialog != nullptr) return runCurrent(dialog);
+  endDefinition();
+  return 0;
+}
+
+int runTemplate(std::string_view name) {
+  if (!mayShowDialog()) return 0;
+  const std::string path = findTemplate(name);
+  if (!path.empty()) return run(path);
+  reportNotShown("there is no template " + std::string(name));
+  return 0;
+}
+
 }  // namespace
 
 }  // namespace korvel::dialogs
@@ -88,14 +97,6 @@ DialogRef openCurrent(const std::string &path) {
 using namespace korvel::dialogs;
 
 int ZRVDlgBox(const char *name) {
-  if (name == nullptr || !mayShowDialog()) return 0;
-  const std::string path = korvel::base::orOnFailure({}, [&] { return findTemplate(name); });
-  if (path.empty()) {
-    korvel::base::asFarAsMemoryAllows([&] { reportMissing(name); });
-    return 0;
-  }
-  const DialogRef dialog = korvel::base::orOnFailure(nullptr, [&] { return openCurrent(path); });
-  if (dialog != nullptr) return DlgBoxFunc(dialog);
-  endDefinition();
-  return 0;
+  if (name == nullptr) return 0;
+  return korvel::base::orOnFailure(0, [&] { return runTemplate(name); });
 }

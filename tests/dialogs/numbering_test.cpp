@@ -17,36 +17,36 @@ namespace {
 using dialogs::fieldOf;
 using dialogs::identifierOf;
 using dialogs::itemOf;
-using dialogs::kDates;
-using dialogs::kInts;
-using dialogs::kTexts;
+using dialogs::kDateFields;
+using dialogs::kIntegerFields;
+using dialogs::kTextFields;
 
 class Numbering : public DialogTest {};
 
 TEST_F(Numbering, AFieldWithoutARankIsAFixedItem) {
   TexteDlgBox_param(3, 40);
   DateDlgBox_param(3, 50);
-  EXPECT_EQ(itemOf(kTexts, 2), 42);
-  EXPECT_EQ(itemOf(kDates, 2), 56);
+  EXPECT_EQ(itemOf(kTextFields, 2), 42);
+  EXPECT_EQ(itemOf(kDateFields, 2), 56);
 }
 
 TEST_F(Numbering, ARankLeadsThroughItsOffset) {
   IntDlgBox_param(1, 40);
   IntDlgBox_set_geo(0, 0, 0, 0, 0, 127);
   Dlg_rkOffset[127] = 100;
-  EXPECT_EQ(itemOf(kInts, 0), 27);
+  EXPECT_EQ(itemOf(kIntegerFields, 0), 27);
 }
 
 TEST_F(Numbering, WildTablesReachNoItem) {
   IntDlgBox_param(1, INT_MAX);
-  EXPECT_EQ(itemOf(kInts, 0), -1) << "taken as a 16-bit number";
+  EXPECT_EQ(itemOf(kIntegerFields, 0), -1) << "taken as a 16-bit number";
   for (const int rank : {128, 32767}) {
     IDB_rk[0] = static_cast<short>(rank);
-    EXPECT_EQ(itemOf(kInts, 0), 0);
+    EXPECT_EQ(itemOf(kIntegerFields, 0), 0);
   }
   IDB_rk[0] = 5;
   Dlg_rkOffset[5] = INT_MIN;
-  EXPECT_EQ(itemOf(kInts, 0), 5) << "taken as a 16-bit number";
+  EXPECT_EQ(itemOf(kIntegerFields, 0), 5) << "taken as a 16-bit number";
 }
 
 TEST_F(Numbering, IdentifiersOfItemsOutsideTheTableAreTheItems) {
@@ -65,27 +65,27 @@ TEST_F(Numbering, IdentifiersOfItemsOutsideTheTableAreTheItems) {
 TEST_F(Numbering, EachItemOfADateNamesTheSameField) {
   DateDlgBox_param(2, 50);
   for (int identifier = 50; identifier < 56; ++identifier) {
-    EXPECT_EQ(fieldOf(kDates, identifier), (identifier - 50) / 3);
+    EXPECT_EQ(fieldOf(kDateFields, identifier), (identifier - 50) / 3);
   }
-  EXPECT_EQ(fieldOf(kDates, 56), std::nullopt);
-  EXPECT_EQ(fieldOf(kDates, 47), std::nullopt);
+  EXPECT_EQ(fieldOf(kDateFields, 56), std::nullopt);
+  EXPECT_EQ(fieldOf(kDateFields, 47), std::nullopt);
   // Kept: the division truncates toward zero.
-  EXPECT_EQ(fieldOf(kDates, 49), 0);
-  EXPECT_EQ(fieldOf(kDates, 48), 0);
+  EXPECT_EQ(fieldOf(kDateFields, 49), 0);
+  EXPECT_EQ(fieldOf(kDateFields, 48), 0);
 }
 
 TEST_F(Numbering, IdentifiersNameOnlyFieldsInUse) {
   TexteDlgBox_param(2, 40);
-  EXPECT_EQ(fieldOf(kTexts, 41), 1);
-  EXPECT_EQ(fieldOf(kTexts, 42), std::nullopt);
-  EXPECT_EQ(fieldOf(kTexts, 39), std::nullopt);
+  EXPECT_EQ(fieldOf(kTextFields, 41), 1);
+  EXPECT_EQ(fieldOf(kTextFields, 42), std::nullopt);
+  EXPECT_EQ(fieldOf(kTextFields, 39), std::nullopt);
   TDB_N = 1000;
-  EXPECT_EQ(fieldOf(kTexts, 59), 19);
-  EXPECT_EQ(fieldOf(kTexts, 60), std::nullopt);
+  EXPECT_EQ(fieldOf(kTextFields, 59), 19);
+  EXPECT_EQ(fieldOf(kTextFields, 60), std::nullopt);
   TDB = 0;
-  EXPECT_EQ(fieldOf(kTexts, 41), std::nullopt);
+  EXPECT_EQ(fieldOf(kTextFields, 41), std::nullopt);
   TDB_ID_TEXTE = INT_MIN;
-  EXPECT_EQ(fieldOf(kTexts, INT_MAX), std::nullopt);
+  EXPECT_EQ(fieldOf(kTextFields, INT_MAX), std::nullopt);
 }
 
 // ---- Descriptions at the border ----

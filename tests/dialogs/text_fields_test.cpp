@@ -1,3 +1,5 @@
+#include "dialogs/text_fields.h"
+
 #include <algorithm>
 #include <climits>
 #include <cstring>
@@ -7,7 +9,6 @@
 
 #include <korvel/dialogs.h>
 
-#include "dialogs/stored_text.h"
 #include "tests/dialogs/dialog_fixture.h"
 #include "tests/support/poisoned_buffer.h"
 

@@ -1,0 +1,102 @@
+// For dialogs/ and its tests only: what a kind of field is. Each kind is a row of one type, in a
+// source of its own that tells all about it: its tables, how it is described, its items, its hits.
+#ifndef KORVEL_DIALOGS_FIELD_TYPE_H
+#define KORVEL_DIALOGS_FIELD_TYPE_H
+
+#include <korvel/dialogs.h>
+
+namespace korvel::dialogs {
+
+struct Builder;
+class Screen;
+
+// What a hit on one of a field's items led to.
+enum class Hit {
+  Edited,    // value and flag are up to date; a valid field calls the global callback
+  Changed,   // the global callback is called
+  Accepted,  // as Edited, and the dialog ends
+  Refused    // nothing was stored
+};
+
+struct FieldType {
+  const char *name = nullptr;  // of one field, in messages
+  int capacity = 0;
+  int itemsPerField = 0;
+
+  // Its exported tables. Null where the kind has no such table.
+  int *inUse = nullptr;
+  int *count = nullptr;
+  int *firstItem = nullptr;
+  short *x = nullptr;
+  short *y = nullptr;
+  short *cx = nullptr;
+  short *cy = nullptr;
+  short *rank = nullptr;
+  int *init = nullptr;
+  int *mandatory = nullptr;
+  int *valid = nullptr;
+
+  // Adds the items of a field to a dialog; returns the first one.
+  int (*add)(Builder &builder, int i) = nullptr;
+  // Makes the items of a field ready before the dialog is shown. Null: they stay as built.
+  void (*fill)(Screen &screen, int i) = nullptr;
+  Hit (*hit)(Screen &screen, int i) = nullptr;
+  // Shows the value in the table, or an empty field. Null: a redisplay passes the kind over.
+  void (*show)(Screen &screen, int i) = nullptr;
+  void (*clear)(Screen &screen, int i) = nullptr;
+  // Whether the value in the table is acceptable. Null: the kind has no flag `valid`.
+  bool (*storedIsAcceptable)(int i) = nullptr;
+};
+
+extern const FieldType kTextFields;
+extern const FieldType kCheckBoxes;
+extern const FieldType kIntegerFields;
+extern const FieldType kNumberFields;
+extern const FieldType kDateFields;
+extern const FieldType kPushButtons;
+
+// In the order in which items are placed, fields filled and validated, and hits tried.
+inline constexpr const FieldType *kFieldTypes[] = {&kTextFields,   &kCheckBoxes, &kIntegerFields,
+                                                   &kNumberFields, &kDateFields, &kPushButtons};
+
+// What a _param function returns for a count that it refuses.
+constexpr int kRefused = -1;
+
+// Takes n fields into use, each without place, not set, mandatory and valid. Returns false, with
+// nothing changed, when the tables have no room for n fields.
+bool define(const FieldType &type, int n, int firstItem);
+
+// Whether the kind has a field i, in use or not. Never beyond its tables.
+bool hasField(const FieldType &type, int i);
+
+// Whether the kind is in use and has a field i.
+bool isInUse(const FieldType &type, int i);
+
+// Each does nothing to a field that the kind does not have.
+void place(const FieldType &type, int i, int x, int y, int cx, int cy);
+void place(const FieldType &type, int i, int x, int y, int cx, int cy, int rank);
+void setMandatory(const FieldType &type, int i, int on);
+int validFlag(const FieldType &type, int i);
+
+// Calls `visit` with type and index of each field in use.
+template <typename Visit>
+void forEachField(Visit visit) {
+  for (const FieldType *type : kFieldTypes) {
+    for (int i = 0; isInUse(*type, i); ++i) visit(*type, i);
+  }
+}
+
+// The same for the fields that can be valid or not.
+template <typename Visit>
+void forEachValidatedField(Visit visit) {
+  forEachField([&](const FieldType &type, int i) {
+    if (type.valid != nullptr) visit(type, i);
+  });
+}
+
+// Whether the flags of all fields in use that have one are 1.
+bool allValid();
+
+}  // namespace korvel::dialogs
+
+#endif

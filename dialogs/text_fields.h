@@ -1,0 +1,33 @@
+// For dialogs/ and its tests only: text fields as the library's own dialogs describe them.
+#ifndef KORVEL_DIALOGS_TEXT_FIELDS_H
+#define KORVEL_DIALOGS_TEXT_FIELDS_H
+
+#include <iterator>
+#include <string_view>
+
+#include "dialogs/field_type.h"
+#include "dialogs/stored_text.h"
+
+namespace korvel::dialogs {
+
+inline constexpr TextStore kFieldTexts{TDB_szBuffer, std::size(TDB_szBuffer), &TDB_BUFFERSIZE,
+                                       TDB_pszBuffer};
+inline constexpr TextStore kChoices{TDB_SZLBUFFER, std::size(TDB_SZLBUFFER), &TDB_BUFFERSIZE,
+                                    TDB_PSZLBUFFER};
+
+// As the exported functions of these names.
+bool defineTexts(int n, int firstItem);
+void setText(int i, std::string_view text);
+void setChoices(int i, std::string_view choices);
+void turnPopUpOrList(int i);
+void useChoices(int i, char *choices);
+
+// Has the fields that use these choices use their own slices again.
+void forgetChoices(const char *choices);
+
+// Builds the entries of a pop-up or the rows of a list anew while the dialog is up.
+void rebuildChoices(int i);
+
+}  // namespace korvel::dialogs
+
+#endif

@@ -1,0 +1,115 @@
+// For dialogs/ only: what integers, numbers and dates share, whose fields hold a value that a
+// validation function of the application's choice reads from the entered text.
+#ifndef KORVEL_DIALOGS_VALUE_FIELDS_H
+#define KORVEL_DIALOGS_VALUE_FIELDS_H
+
+#include <algorithm>
+#include <string>
+#include <string_view>
+
+#include "codecs/integer.h"
+#include "codecs/real.h"
+#include "dialogs/field_type.h"
+
+namespace korvel::dialogs {
+
+// A value as decimal text.
+class DecimalText {
+ public:
+  explicit DecimalText(int value) { codecs::writeInteger(value, text_, sizeof text_); }
+  DecimalText(double value, int decimals) {
+    codecs::writeReal(value, text_, sizeof text_, decimals);
+  }
+
+  std::string_view view() const { return text_; }
+
+ private:
+  char text_[256] = "";
+};
+
+// A text as a validator gets it. Room for 255 characters is promised; no memory is asked for then.
+class Entry {
+ public:
+  explicit Entry(std::string_view text) {
+    if (text.size() < sizeof small_) {
+      *std::copy(text.begin(), text.end(), small_) = '\0';
+    } else {
+      large_ = text;
+    }
+  }
+
+  char *text() { return large_.empty() ? small_ : large_.data(); }
+
+ private:
+  char small_[256];
+  std::string large_;
+};
+
+template <typename Value, typename Validator>
+struct ValueTables {
+  const FieldType &type;
+  Value *values;
+  Validator **validators;  // the application may point it to a table of its own, or to none
+};
+
+template <typename Value, typename Validator>
+bool define(const ValueTables<Value, Validator> &tables, int n, int firstItem,
+            Validator validator) {
+  if (!define(tables.type, n, firstItem)) return false;
+  std::fill_n(tables.values, n, Value{});
+  if (*tables.validators != nullptr) std::fill_n(*tables.validators, n, validator);
+  return true;
+}
+
+template <typename Value, typename Validator>
+void setValidator(const ValueTables<Value, Validator> &tables, int i, Validator validator) {
+  if (hasField(tables.type, i) && *tables.validators != nullptr)
+    (*tables.validators)[i] = validator;
+}
+
+// Sets the value, and the validator that `mode` chooses; any other mode keeps the validator.
+template <typename Value, typename Validator, int kModes>
+void set(const ValueTables<Value, Validator> &tables, int i, Value value,
+         const Validator (&validators)[kModes], int mode) {
+  if (!hasField(tables.type, i)) return;
+  tables.values[i] = value;
+  tables.type.init[i] = 1;
+  if (mode >= 0 && mode < kModes) setValidator(tables, i, validators[mode]);
+}
+
+template <typename Value, typename Validator>
+void retrieve(const ValueTables<Value, Validator> &tables, int i, Value *out) {
+  if (hasField(tables.type, i) && out != nullptr) *out = tables.values[i];
+}
+
+// Hands a text to the field's validator, which may change the text and store a value. False when it
+// refuses, and when there is none. A validator that throws has not accepted.
+template <typename Value, typename Validator>
+bool accept(const ValueTables<Value, Validator> &tables, int i, std::string_view text) {
+  const Validator *validators = *tables.validators;
+  if (validators == nullptr || validators[i] == nullptr) return false;
+  Entry entry(text);
+  try {
+    return validators[i](entry.text(), &tables.values[i]) == 0;
+  } catch (...) {
+    tables.type.valid[i] = 0;
+    throw;
+  }
+}
+
+// An empty text of a mandatory field is not handed over, and not acceptable.
+template <typename Value, typename Validator>
+bool isAcceptable(const ValueTables<Value, Validator> &tables, int i, std::string_view text) {
+  const bool isMissing = text.empty() && tables.type.mandatory[i] != 0;
+  return !isMissing && accept(tables, i, text);
+}
+
+// The same for what a person entered: an empty text of an optional field is acceptable as it is.
+template <typename Value, typename Validator>
+bool entryIsAcceptable(const ValueTables<Value, Validator> &tables, int i, std::string_view text) {
+  return text.empty() ? tables.type.mandatory[i] == 0 : accept(tables, i, text);
+}
+
+}  // namespace korvel::dialogs
+
+#endif
