@@ -86,7 +86,7 @@ int runTemplate(std::string_view name) {
   if (!mayShowDialog()) return 0;
   const std::string path = findTemplate(name);
   if (!path.empty()) return run(path);
-  reportNotShown("there is no template " + std::string(name));
+  reportNotShown("there is no template " + platform::inUtf8(name));
   return 0;
 }
 

@@ -43,6 +43,8 @@ void appendUtf8(std::string &utf8, unsigned code) {
   utf8 += static_cast<char>(0x80 | (code & 0x3F));
 }
 
+}  // namespace
+
 // The name is not converted to the screen set first: a byte that the conversion changes shows the
 // same character there unchanged.
 std::string inUtf8(std::string_view name) {
@@ -50,8 +52,6 @@ std::string inUtf8(std::string_view name) {
   for (const char byte : name) appendUtf8(utf8, characterOf(static_cast<unsigned char>(byte)));
   return utf8;
 }
-
-}  // namespace
 
 std::vector<std::string> defaultResourceFolders(const std::string &library) {
   return {library + "/resources", library + "/" KORVEL_INSTALLED_RESOURCES};

@@ -22,6 +22,9 @@ std::string findResource(std::string_view name, std::initializer_list<std::strin
 std::string findNamed(std::string_view folder, std::string_view name,
                       std::initializer_list<std::string_view> endings);
 
+// A name from the application as its file has it.
+std::string inUtf8(std::string_view name);
+
 // The folders of the default set, in order, of a library whose file is in the folder `library`:
 // beside the file in a build, in the data folder once installed.
 std::vector<std::string> defaultResourceFolders(const std::string &library);
