@@ -1,9 +1,9 @@
 // The application's two callbacks.
 #include "dialogs/callbacks.h"
 
-#include <korvel/messages.h>
-
+#include "base/views.h"
 #include "dialogs/numbering.h"
+#include "messages/box.h"
 #include "strings/copy.h"
 
 namespace {
@@ -69,6 +69,7 @@ void recordError(const char *text) {
 
 }  // namespace korvel::dialogs
 
+using namespace korvel::base;
 using namespace korvel::dialogs;
 
 int DlgBoxGlobal_nul() { return kNothingToRedisplay; }
@@ -94,5 +95,7 @@ char *DlgBoxFinal_Erreur() { return DlgBoxFinal_szErr; }
 
 int DlgBoxFinal_MessageBox(WindowRef owner, const char *text, const char *caption, int flags) {
   recordError(text);
-  return owner == nullptr ? 0 : MessageBox(owner, text, caption, static_cast<unsigned>(flags));
+  if (owner == nullptr) return 0;
+  return korvel::messages::messageBox(owner, textOf(text), textOf(caption),
+                                      static_cast<unsigned>(flags));
 }
