@@ -4,8 +4,6 @@
 #include <memory>
 #include <vector>
 
-#include "base/guard.h"
-#include "dialogs/callbacks.h"
 #include "dialogs/numbering.h"
 #include "dialogs/run.h"
 #include "dialogs/screen.h"
@@ -47,7 +45,7 @@ void addFields(Builder &builder, const std::vector<FieldId> &order) {
   for (const auto &[type, i] : order) recordItems(*type, i, type->add(builder, i));
 }
 
-// An empty dialog of this size, in the middle of its parent.
+// An empty dialog of this size, in the middle of its parent or else of the screen.
 std::unique_ptr<Dialog> newDialog(platform::Desktop &desktop, WindowRef parent, const Size &size) {
   if (parent == nullptr) parent = desktop.frontWindow();
   const auto parentBounds = desktop.windowBounds(parent);
@@ -72,24 +70,18 @@ std::unique_ptr<Dialog> build(platform::Desktop &desktop, const char *title, Win
   return dialog;
 }
 
-// Makes the described dialog the current one, or returns null.
-DialogRef buildCurrent(const char *title, WindowRef parent) {
+// The described dialog, or null.
+std::unique_ptr<Dialog> open(const char *title, WindowRef parent) {
   const std::vector<FieldId> order = placementOrder();
   if (!fitsNumbering(order)) return nullptr;
   platform::Desktop *desktop = platform::desktopWithScreen();
-  if (desktop == nullptr) return nullptr;
-  auto dialog = build(*desktop, title, parent, order);
-  return dialog != nullptr ? makeCurrent(std::move(dialog)) : nullptr;
+  return desktop == nullptr ? nullptr : build(*desktop, title, parent, order);
 }
 
 }  // namespace
 
 int runBuilt(const char *title, WindowRef parent) {
-  if (!mayShowDialog()) return 0;
-  const DialogRef dialog = base::orOnFailure(nullptr, [&] { return buildCurrent(title, parent); });
-  if (dialog != nullptr) return runCurrent(dialog);
-  endDefinition();
-  return 0;
+  return mayShowDialog() ? runOpened([&] { return open(title, parent); }) : 0;
 }
 
 }  // namespace korvel::dialogs

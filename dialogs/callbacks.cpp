@@ -1,4 +1,4 @@
-// The application's two callbacks.
+// The application's two callbacks, and the error text of the final one.
 #include "dialogs/callbacks.h"
 
 #include "base/views.h"
@@ -6,22 +6,30 @@
 #include "messages/box.h"
 #include "strings/copy.h"
 
+namespace korvel::dialogs {
+
 namespace {
 
-// The two _nul functions take no arguments: they are put into the slots under a type that is not
-// theirs, recognised there by their address, and never called through it.
+constexpr int kNothingToRedisplay = 0;
+constexpr int kAccepted = 1;
+
+// The two _nul functions take no arguments. They stand in the slots under a type that is not
+// theirs, are recognised there by their address and never called through it.
 template <typename Callback>
 Callback inSlot(int (*nul)()) {
   return reinterpret_cast<Callback>(reinterpret_cast<void (*)()>(nul));
 }
 
-constexpr int kNothingToRedisplay = 0;
-constexpr int kAccepted = 1;
+void recordError(const char *text) {
+  if (text != nullptr) strings::copyTerminated(DlgBoxFinal_szErr, text);
+}
 
 }  // namespace
 
-// A cast between function types keeps these two from being constinit; both are relocations all the
-// same, set when the library is loaded without any code being run.
+}  // namespace korvel::dialogs
+
+// The casts keep these two from being constinit. They are relocations all the same: no code runs
+// when the library is loaded.
 DlgBoxGlobal_t DlgBoxGlobal_fonct =
     reinterpret_cast<DlgBoxGlobal_t>(reinterpret_cast<void (*)()>(&DlgBoxGlobal_nul));
 DlgBoxFinal_t DlgBoxFinal_fonct =
@@ -53,19 +61,11 @@ int callFinal(WindowRef window) {
 }
 
 void endDefinition() {
-  for (const FieldType *type : kFieldTypes) *type->inUse = 0;
+  for (const FieldType *type : kFieldTypes) *type->use.inUse = 0;
   SDB = HDB = 0;
   DlgBoxGlobal_fonct = inSlot<DlgBoxGlobal_t>(DlgBoxGlobal_nul);
   DlgBoxFinal_fonct = inSlot<DlgBoxFinal_t>(DlgBoxFinal_nul);
 }
-
-namespace {
-
-void recordError(const char *text) {
-  if (text != nullptr) strings::copyTerminated(DlgBoxFinal_szErr, text);
-}
-
-}  // namespace
 
 }  // namespace korvel::dialogs
 

@@ -1,4 +1,4 @@
-// For dialogs/ only: calls of the application's two callbacks, and what they may throw.
+// For dialogs/ only: calls of the application's two callbacks, and of code that may throw.
 #ifndef KORVEL_DIALOGS_CALLBACKS_H
 #define KORVEL_DIALOGS_CALLBACKS_H
 
@@ -15,15 +15,14 @@ void callGlobalFor(const FieldType &type, int i, DlgBoxGlobal_t callback = DlgBo
 // Calls the final callback, and returns its result.
 int callFinal(WindowRef window);
 
-// Ends a definition, as every end of a run does: takes all types and the title out of use and the
-// callbacks out of their slots. Values, counts and flags stay.
+// Takes all types, the title and both callbacks out of use, as each end of a run does. Values,
+// counts and flags stay.
 void endDefinition();
 
-// Does `work`, in which code of the application may run, until something is thrown: by that code
-// or for want of memory. The caller's caller may be C or the toolkit, neither of which may be
-// unwound.
+// Does `work`, and ends it at whatever is thrown: by the application's code, or for want of memory.
+// For calls from C or from the toolkit, neither of which an exception may pass through.
 template <typename Work>
-void untilThrown(Work work) noexcept {
+void catchingAll(Work work) noexcept {
   try {
     work();
   } catch (...) {

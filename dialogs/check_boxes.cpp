@@ -1,4 +1,4 @@
-// Check boxes.
+// Check boxes, from their tables and description to their items and hits.
 #include <algorithm>
 #include <iterator>
 
@@ -54,7 +54,7 @@ int add(Builder &builder, int i) {
 }
 
 void show(Screen &screen, int i) {
-  // A control of 0 to 1: whatever lies above is on, whatever lies below is off.
+  // Values above 1 count as on, negative ones as off.
   screen.setChecked(itemOf(kCheckBoxes, i), BDB_bFlags[i] > 0);
 }
 
@@ -70,14 +70,8 @@ constinit const FieldType kCheckBoxes{
     .name = "check box",
     .capacity = std::size(BDB_x),
     .itemsPerField = 1,
-    .inUse = &BDB,
-    .count = &BDB_N,
-    .firstItem = &BDB_ID_FLAG,
-    .x = BDB_x,
-    .y = BDB_y,
-    .cx = BDB_cx,
-    .cy = BDB_cy,
-    .rank = BDB_rk,
+    .use = {&BDB, &BDB_N, &BDB_ID_FLAG},
+    .place = {BDB_x, BDB_y, BDB_cx, BDB_cy, BDB_rk},
     .add = add,
     .fill = show,
     .hit = hit,

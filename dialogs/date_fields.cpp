@@ -1,5 +1,5 @@
-// Date fields: three items each, for day, month and year, and the validation of a calendar date. A
-// date is the number yyyymmdd.
+// Date fields, each of three items for day, month and year, and the validation of a date. A date is
+// the number yyyymmdd.
 #include <array>
 #include <iterator>
 #include <optional>
@@ -35,7 +35,7 @@ namespace korvel::dialogs {
 
 namespace {
 
-constexpr ValueTables kTables{kDateFields, DDB_lDates, &vd};
+constexpr ValueTables<int, ValidInt_t> kTables{kDateFields, DDB_lDates, &vd};
 constexpr ValidInt_t kValidators[] = {intcod_l_sup0, intcod_l_date};  // by mode
 
 constexpr int kParts = 3;
@@ -139,17 +139,9 @@ constinit const FieldType kDateFields{
     .name = "date field",
     .capacity = std::size(DDB_x),
     .itemsPerField = kParts,
-    .inUse = &DDB,
-    .count = &DDB_N,
-    .firstItem = &DDB_ID_DATE,
-    .x = DDB_x,
-    .y = DDB_y,
-    .cx = DDB_cx,
-    .cy = DDB_cy,
-    .rank = DDB_rk,
-    .init = DDB_bInit,
-    .mandatory = DDB_bMand,
-    .valid = DDB_bOK,
+    .use = {&DDB, &DDB_N, &DDB_ID_DATE},
+    .place = {DDB_x, DDB_y, DDB_cx, DDB_cy, DDB_rk},
+    .flags = {DDB_bInit, DDB_bMand, DDB_bOK},
     .add = add,
     .fill = fill,
     .hit = hit,

@@ -1,5 +1,5 @@
-// For dialogs/ and its tests only: what a kind of field is. Each kind is a row of one type, in a
-// source of its own that tells all about it: its tables, how it is described, its items, its hits.
+// For dialogs/ and its tests only: what a kind of field is. Each kind is one row of FieldType, in a
+// source of its own that holds all about it, from its tables to its hits.
 #ifndef KORVEL_DIALOGS_FIELD_TYPE_H
 #define KORVEL_DIALOGS_FIELD_TYPE_H
 
@@ -12,10 +12,10 @@ class Screen;
 
 // What a hit on one of a field's items led to.
 enum class Hit {
-  Edited,    // value and flag are up to date; a valid field calls the global callback
-  Changed,   // the global callback is called
+  Edited,    // a new value and flag: the global callback follows if the field is valid
+  Changed,   // the global callback follows
   Accepted,  // as Edited, and the dialog ends
-  Refused    // nothing was stored
+  Refused    // nothing was stored, and nothing follows
 };
 
 struct FieldType {
@@ -23,25 +23,32 @@ struct FieldType {
   int capacity = 0;
   int itemsPerField = 0;
 
-  // Its exported tables. Null where the kind has no such table.
-  int *inUse = nullptr;
-  int *count = nullptr;
-  int *firstItem = nullptr;
-  short *x = nullptr;
-  short *y = nullptr;
-  short *cx = nullptr;
-  short *cy = nullptr;
-  short *rank = nullptr;
-  int *init = nullptr;
-  int *mandatory = nullptr;
-  int *valid = nullptr;
+  // The exported tables. Null: the kind has no such table.
+  struct {
+    int *inUse = nullptr;
+    int *count = nullptr;
+    int *firstItem = nullptr;
+  } use = {};
+  struct {
+    short *x = nullptr;
+    short *y = nullptr;
+    short *cx = nullptr;
+    short *cy = nullptr;
+    short *rank = nullptr;
+  } place = {};
+  struct {
+    int *init = nullptr;
+    int *mandatory = nullptr;
+    int *valid = nullptr;
+  } flags = {};
 
-  // Adds the items of a field to a dialog; returns the first one.
+  // Adds the items of field i to a dialog. Returns the first one's number.
   int (*add)(Builder &builder, int i) = nullptr;
-  // Makes the items of a field ready before the dialog is shown. Null: they stay as built.
+  // Brings the items up before the dialog is shown. Null: they stay as they were built.
   void (*fill)(Screen &screen, int i) = nullptr;
+  // Handles a hit on an item.
   Hit (*hit)(Screen &screen, int i) = nullptr;
-  // Shows the value in the table, or an empty field. Null: a redisplay passes the kind over.
+  // Shows the value in the table, or an empty field. Null: callbacks cannot redisplay the kind.
   void (*show)(Screen &screen, int i) = nullptr;
   void (*clear)(Screen &screen, int i) = nullptr;
   // Whether the value in the table is acceptable. Null: the kind has no flag `valid`.
@@ -63,22 +70,22 @@ inline constexpr const FieldType *kFieldTypes[] = {&kTextFields,   &kCheckBoxes,
 constexpr int kRefused = -1;
 
 // Takes n fields into use, each without place, not set, mandatory and valid. Returns false, with
-// nothing changed, when the tables have no room for n fields.
+// nothing changed, if the tables have no room for n fields.
 bool define(const FieldType &type, int n, int firstItem);
 
-// Whether the kind has a field i, in use or not. Never beyond its tables.
+// Whether the kind has a field i, in use or not; never beyond its tables.
 bool hasField(const FieldType &type, int i);
 
 // Whether the kind is in use and has a field i.
 bool isInUse(const FieldType &type, int i);
 
-// Each does nothing to a field that the kind does not have.
+// Each does nothing for a field that the kind does not have.
 void place(const FieldType &type, int i, int x, int y, int cx, int cy);
 void place(const FieldType &type, int i, int x, int y, int cx, int cy, int rank);
 void setMandatory(const FieldType &type, int i, int on);
 int validFlag(const FieldType &type, int i);
 
-// Calls `visit` with type and index of each field in use.
+// Calls `visit` with the type and index of each field in use.
 template <typename Visit>
 void forEachField(Visit visit) {
   for (const FieldType *type : kFieldTypes) {
@@ -86,15 +93,15 @@ void forEachField(Visit visit) {
   }
 }
 
-// The same for the fields that can be valid or not.
+// The same for the fields that have a flag `valid`.
 template <typename Visit>
 void forEachValidatedField(Visit visit) {
   forEachField([&](const FieldType &type, int i) {
-    if (type.valid != nullptr) visit(type, i);
+    if (type.flags.valid != nullptr) visit(type, i);
   });
 }
 
-// Whether the flags of all fields in use that have one are 1.
+// Whether all those flags are 1.
 bool allValid();
 
 }  // namespace korvel::dialogs

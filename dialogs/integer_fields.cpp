@@ -1,4 +1,4 @@
-// Integer fields.
+// Integer fields, from their tables and description to their items and hits.
 #include <algorithm>
 #include <iterator>
 #include <string>
@@ -32,7 +32,7 @@ namespace korvel::dialogs {
 
 namespace {
 
-constexpr ValueTables kTables{kIntegerFields, IDB_iInts, &vi};
+constexpr ValueTables<int, ValidInt_t> kTables{kIntegerFields, IDB_iInts, &vi};
 constexpr ValidInt_t kValidators[] = {intcod_i, intcod_i_sup0, intcod_i_ssup0};  // by mode
 
 bool define(int n, int firstItem) {
@@ -81,7 +81,7 @@ void fill(Screen &screen, int i) {
   }
 }
 
-// The text behind stars, each of which stands for a digit of the value, counted from the end.
+// The text behind stars. Each star means a digit of the value, counted from the end.
 // Kept: a text that did not grow is taken to have lost its last character.
 std::string unmasked(std::string_view shown, std::string_view value, bool hasGrown) {
   std::string text(shown);
@@ -118,17 +118,9 @@ constinit const FieldType kIntegerFields{
     .name = "integer field",
     .capacity = std::size(IDB_x),
     .itemsPerField = 1,
-    .inUse = &IDB,
-    .count = &IDB_N,
-    .firstItem = &IDB_ID_INT,
-    .x = IDB_x,
-    .y = IDB_y,
-    .cx = IDB_cx,
-    .cy = IDB_cy,
-    .rank = IDB_rk,
-    .init = IDB_bInit,
-    .mandatory = IDB_bMand,
-    .valid = IDB_bOK,
+    .use = {&IDB, &IDB_N, &IDB_ID_INT},
+    .place = {IDB_x, IDB_y, IDB_cx, IDB_cy, IDB_rk},
+    .flags = {IDB_bInit, IDB_bMand, IDB_bOK},
     .add = add,
     .fill = fill,
     .hit = hit,

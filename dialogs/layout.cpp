@@ -49,9 +49,9 @@ ButtonPair buttonPair(const Size &dialog, bool longLabels) {
 }
 
 Rect fieldRect(const FieldType &type, int i) {
-  const int left = pixelsAcross(type.x[i]);
-  const int top = pixelsDown(type.y[i]);
-  return {left, top, left + pixelsAcross(type.cx[i]), top + pixelsHigh(type.cy[i])};
+  const int left = pixelsAcross(type.place.x[i]);
+  const int top = pixelsDown(type.place.y[i]);
+  return {left, top, left + pixelsAcross(type.place.cx[i]), top + pixelsHigh(type.place.cy[i])};
 }
 
 }  // namespace korvel::dialogs

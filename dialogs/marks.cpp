@@ -1,4 +1,4 @@
-// Which items are marked on the screen because they keep OK disabled.
+// The marks on the screen of items that keep OK disabled.
 #include "dialogs/marks.h"
 
 #include <algorithm>
@@ -14,7 +14,7 @@ namespace {
 std::size_t mostItems() {
   int items = 0;
   for (const FieldType *type : kFieldTypes) {
-    if (type->valid != nullptr) items += type->capacity * type->itemsPerField;
+    if (type->flags.valid != nullptr) items += type->capacity * type->itemsPerField;
   }
   return static_cast<std::size_t>(items);
 }
@@ -23,7 +23,7 @@ std::size_t mostItems() {
 void collectUnacceptable(std::vector<int> &items) {
   items.clear();
   forEachValidatedField([&](const FieldType &type, int i) {
-    if (type.valid[i] == 1) return;
+    if (type.flags.valid[i] == 1) return;
     const int first = itemOf(type, i);
     for (int item = first; item < first + type.itemsPerField; ++item) items.push_back(item);
   });

@@ -1,4 +1,4 @@
-// For dialogs/ only: which items are marked on the screen because they keep OK disabled.
+// For dialogs/ only: the marks on the screen of items that keep OK disabled.
 #ifndef KORVEL_DIALOGS_MARKS_H
 #define KORVEL_DIALOGS_MARKS_H
 
@@ -12,12 +12,12 @@ class Marks {
  public:
   Marks();
 
-  // Marks the items of the fields whose flags keep OK disabled, and no others. The screen is told
-  // only of what has changed.
+  // Marks the items of the fields whose flags keep OK disabled, and no others. Only changes go to
+  // the screen.
   void follow(Screen &screen) noexcept;
 
  private:
-  // Items in ascending order, each once, in room for all fields that have flags.
+  // Items in ascending order, each once. There is room for those of all fields that have flags.
   std::vector<int> marked_;
   std::vector<int> wanted_;
 };

@@ -1,4 +1,4 @@
-// Number fields: numbers with a fixed count of decimals.
+// Number fields, which show a number with a fixed count of decimals.
 #include <algorithm>
 #include <iterator>
 #include <string>
@@ -32,7 +32,7 @@ namespace korvel::dialogs {
 
 namespace {
 
-constexpr ValueTables kTables{kNumberFields, NDB_dNums, &vf};
+constexpr ValueTables<double, ValidNum_t> kTables{kNumberFields, NDB_dNums, &vf};
 constexpr ValidNum_t kValidators[] = {realcod_d, realcod_d_sup0, realcod_d_ssup0};  // by mode
 constexpr int kInitialDecimals = 5;
 
@@ -89,17 +89,9 @@ constinit const FieldType kNumberFields{
     .name = "number field",
     .capacity = std::size(NDB_x),
     .itemsPerField = 1,
-    .inUse = &NDB,
-    .count = &NDB_N,
-    .firstItem = &NDB_ID_NUM,
-    .x = NDB_x,
-    .y = NDB_y,
-    .cx = NDB_cx,
-    .cy = NDB_cy,
-    .rank = NDB_rk,
-    .init = NDB_bInit,
-    .mandatory = NDB_bMand,
-    .valid = NDB_bOK,
+    .use = {&NDB, &NDB_N, &NDB_ID_NUM},
+    .place = {NDB_x, NDB_y, NDB_cx, NDB_cy, NDB_rk},
+    .flags = {NDB_bInit, NDB_bMand, NDB_bOK},
     .add = add,
     .fill = fill,
     .hit = hit,

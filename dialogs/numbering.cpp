@@ -1,9 +1,11 @@
-// Which item stands for which field. Offsets are read from exported tables in which anything may
-// stand: sums are made in 64 bits and indexes checked.
+// Which item belongs to which field. The exported tables may hold anything: sums are made in 64
+// bits, and indexes checked.
 #include "dialogs/numbering.h"
 
 #include <algorithm>
-#include <cstdio>
+#include <string>
+
+#include "dialogs/run.h"
 
 constinit int Dlg_itemOffset[korvel::dialogs::kNumberedItems] = {};
 constinit int Dlg_rkOffset[korvel::dialogs::kNumberedItems] = {};
@@ -15,19 +17,19 @@ namespace {
 bool isNumbered(long long number) { return number >= 0 && number < kNumberedItems; }
 
 void refuse(const FieldId &field, const char *what, int number) {
-  std::fprintf(stderr,
-               "korvel: dialog not shown: %s %d would need %s %d, beyond the last one, %d\n",
-               field.type->name, field.index, what, number, kNumberedItems - 1);
+  reportNotShown(field.type->name + (' ' + std::to_string(field.index)) + " would need " + what +
+                 ' ' + std::to_string(number) + ", beyond the last one, " +
+                 std::to_string(kNumberedItems - 1));
 }
 
 }  // namespace
 
 long long identifierOf(const FieldType &type, int i) {
-  return *type.firstItem + static_cast<long long>(type.itemsPerField) * i;
+  return *type.use.firstItem + static_cast<long long>(type.itemsPerField) * i;
 }
 
 int itemOf(const FieldType &type, int i) {
-  const int rank = type.rank[i];
+  const int rank = type.place.rank[i];
   if (rank < 0) return static_cast<short>(identifierOf(type, i));
   if (!isNumbered(rank)) return 0;
   return static_cast<short>(static_cast<long long>(rank) - Dlg_rkOffset[rank]);
@@ -41,14 +43,14 @@ int identifierOf(int item) {
 std::optional<int> fieldOf(const FieldType &type, long long identifier) {
   // Kept: the two identifiers just below a type of three items each count as its field 0, since
   // the division truncates toward zero.
-  const long long index = (identifier - *type.firstItem) / type.itemsPerField;
+  const long long index = (identifier - *type.use.firstItem) / type.itemsPerField;
   if (index < 0 || index >= type.capacity) return std::nullopt;
   const int i = static_cast<int>(index);
   return isInUse(type, i) ? std::optional(i) : std::nullopt;
 }
 
 void recordItems(const FieldType &type, int i, int firstItem) {
-  const int rank = type.rank[i];
+  const int rank = type.place.rank[i];
   for (int item = firstItem; item < firstItem + type.itemsPerField; ++item) {
     if (isNumbered(item)) {
       Dlg_itemOffset[item] = static_cast<int>(item - identifierOf(type, i));
@@ -60,10 +62,10 @@ void recordItems(const FieldType &type, int i, int firstItem) {
 std::vector<FieldId> placementOrder() {
   std::vector<FieldId> fields;
   forEachField([&](const FieldType &type, int i) {
-    if (type.rank[i] >= 0) fields.push_back({&type, i});
+    if (type.place.rank[i] >= 0) fields.push_back({&type, i});
   });
   std::stable_sort(fields.begin(), fields.end(), [](const FieldId &a, const FieldId &b) {
-    return a.type->rank[a.index] < b.type->rank[b.index];
+    return a.type->place.rank[a.index] < b.type->place.rank[b.index];
   });
   return fields;
 }
@@ -71,7 +73,7 @@ std::vector<FieldId> placementOrder() {
 bool fitsNumbering(const std::vector<FieldId> &order) {
   int nextItem = kFirstFieldItem;
   for (const FieldId &field : order) {
-    const int rank = field.type->rank[field.index];
+    const int rank = field.type->place.rank[field.index];
     nextItem += field.type->itemsPerField;
     if (!isNumbered(nextItem - 1)) {
       refuse(field, "item", nextItem - 1);

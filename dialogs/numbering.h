@@ -1,4 +1,4 @@
-// For dialogs/ only: which item stands for which field, both ways.
+// For dialogs/ and its tests only: which item belongs to which field, both ways.
 #ifndef KORVEL_DIALOGS_NUMBERING_H
 #define KORVEL_DIALOGS_NUMBERING_H
 
@@ -12,24 +12,23 @@ namespace korvel::dialogs {
 // Entries of the numbering tables: items and ranks run from 0 to one less.
 constexpr int kNumberedItems = 128;
 
-// The first item that the fields may take; the button pair stands before it.
+// The first item that the fields may take; the button pair comes first.
 constexpr int kFirstFieldItem = 3;
 
-// The (first) item of field i: by its rank, or fixed when it has none. Always in the range of a
-// 16-bit number; 0, which is no item, for a rank beyond the tables.
+// The first item of field i: by its rank, or fixed when it has none. Always a 16-bit number; 0,
+// which is no item, for a rank beyond the tables.
 int itemOf(const FieldType &type, int i);
 
-// The logical identifier of field i, beyond 32 bits where the table's first item number is wild.
+// The identifier of field i, which may need more than 32 bits if the first item number is wild.
 long long identifierOf(const FieldType &type, int i);
 
-// The logical identifier of an item: its type's first item number + index (a date: + 3 * index).
+// The identifier that an item has by the numbering tables; each item of a date has its own.
 int identifierOf(int item);
 
-// The index of the field that an identifier names, or nothing when the type has no such field in
-// use.
+// The index of the field in use that an identifier names; nothing if the type has no such field.
 std::optional<int> fieldOf(const FieldType &type, long long identifier);
 
-// Notes that field i, which has a rank, was given the items from `firstItem` on.
+// Enters the items of field i, which has a rank, into the numbering tables.
 void recordItems(const FieldType &type, int i, int firstItem);
 
 struct FieldId {
@@ -41,8 +40,8 @@ struct FieldId {
 // by type, then by index.
 std::vector<FieldId> placementOrder();
 
-// Whether ranks and items of these fields fit the numbering tables. If not, one line on standard
-// error names the first field that does not.
+// Whether ranks and items of these fields fit into the numbering tables. If not, one line on
+// standard error names the first field that does not.
 bool fitsNumbering(const std::vector<FieldId> &order);
 
 }  // namespace korvel::dialogs

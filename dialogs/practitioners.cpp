@@ -1,5 +1,4 @@
-// The choice of a practitioner: a dialog of the library's own, made with the functions that every
-// application has.
+// The choice of a practitioner: a dialog of the library's own, described like any other.
 #include <algorithm>
 #include <cstddef>
 #include <cstring>
@@ -22,7 +21,7 @@ namespace korvel::dialogs {
 
 namespace {
 
-// The rows of the list, joined by '$', which the exported pointer shows.
+// The rows of the list, joined by '$'.
 constinit char *listText = nullptr;
 
 }  // namespace
@@ -44,12 +43,13 @@ struct Entry {
   char text[kEntrySize];
 };
 
-// Room at listText, for each of the entries that there were when the dialog was defined.
+// The size of listText: room for all entries that were read.
 constinit std::size_t listRoom = 0;
 
 // The fields of the dialog.
 enum { kInitials, kNames, kFields };
-// The application may write both globals; what is followed stays inside the table.
+
+// The application may write both globals: no count is followed beyond the table.
 int entryCount() { return liste_base == nullptr ? 0 : std::clamp<int>(nbase, 0, MAX_LIGNES); }
 
 Entry *entries() { return reinterpret_cast<Entry *>(liste_base); }
@@ -58,7 +58,7 @@ std::string_view textOf(const Entry &entry) {
   return {entry.text, strnlen(entry.text, sizeof entry.text)};
 }
 
-// Joins the rows of the list: the entries that are wanted. One that does not fit is left out.
+// Makes the rows of the list from the entries that are wanted. One that does not fit is left out.
 template <typename IsWanted>
 void joinRows(IsWanted isWanted) {
   char *end = listText;
@@ -109,7 +109,7 @@ bool runDialog() {
   return runBuilt("S\xE9lection de praticien en base", nullptr) != 0;
 }
 
-// The working tables of one call, which the globals show while they stand.
+// The tables of one call, which the globals show meanwhile.
 class Tables {
  public:
   Tables() : base_(new (std::nothrow) Entry[MAX_LIGNES]()) {
@@ -149,7 +149,8 @@ void addEntry(char *line) {
   ++nbase;
 }
 
-// Has the list show the entries that begin with the initials. Returns whether it could.
+// Has the list show the entries that begin with the initials, and empties the selection. Returns
+// whether the tables are those of the dialog.
 bool narrow(char **texts) {
   if (listText == nullptr || texts == nullptr) return false;
   if (texts[kInitials] == nullptr || texts[kNames] == nullptr) return false;
@@ -162,9 +163,10 @@ bool narrow(char **texts) {
   return true;
 }
 
-int redisplayInitials(int textFirstItem, int *redisplay, int capacity) {
+// Has the selection cleared on the screen, too. Returns the number of identifiers.
+int clearSelection(int textFirstItem, int *redisplay, int capacity) {
   if (capacity < 1 || redisplay == nullptr) return 0;
-  *redisplay = ~textFirstItem;
+  *redisplay = ~textFirstItem;  // -(textFirstItem + kNames), without overflow
   return 1;
 }
 
@@ -195,7 +197,7 @@ int DlgBoxGlobal_BAS(int item, int textInUse, int textFirstItem, char **texts, i
                      int, int *, int, int, int, int *, int, int, int, double *, int, int, int,
                      int *, int, int *redisplay, int capacity) {
   if (textInUse == 0 || item != textFirstItem || textCount < kFields) return 0;
-  return narrow(texts) ? redisplayInitials(textFirstItem, redisplay, capacity) : 0;
+  return narrow(texts) ? clearSelection(textFirstItem, redisplay, capacity) : 0;
 }
 
 char *SelectMT(void *, void *, const char *dirTables) {

@@ -1,4 +1,4 @@
-// Push buttons.
+// Push buttons, from their tables and description to their items and actions.
 #include <algorithm>
 #include <iterator>
 
@@ -61,14 +61,8 @@ constinit const FieldType kPushButtons{
     .name = "push button",
     .capacity = std::size(PDB_x),
     .itemsPerField = 1,
-    .inUse = &PDB,
-    .count = &PDB_N,
-    .firstItem = &PDB_ID_PUSH,
-    .x = PDB_x,
-    .y = PDB_y,
-    .cx = PDB_cx,
-    .cy = PDB_cy,
-    .rank = PDB_rk,
+    .use = {&PDB, &PDB_N, &PDB_ID_PUSH},
+    .place = {PDB_x, PDB_y, PDB_cx, PDB_cy, PDB_rk},
     .add = add,
     .hit = hit,
 };

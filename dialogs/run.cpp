@@ -5,7 +5,6 @@
 
 #include <pthread.h>
 
-#include "base/guard.h"
 #include "dialogs/marks.h"
 #include "dialogs/numbering.h"
 #include "dialogs/screen.h"
@@ -43,7 +42,7 @@ class RunningDialog final : public platform::HitHandler {
 
   // A hit that fails is given up, and the next one waited for.
   platform::Run hit(int item) noexcept override {
-    untilThrown([&] { handle(item); });
+    catchingAll([&] { handle(item); });
     if (hasEnded_) return platform::Run::Stop;
     followValidity();
     return platform::Run::Continue;
@@ -80,7 +79,8 @@ void RunningDialog::fill() {
 // A value that was given may clear the flag, and never sets it.
 void RunningDialog::fillField(const FieldType &type, int i) {
   if (type.fill != nullptr) type.fill(screen_, i);
-  if (type.init != nullptr && type.init[i] != 0 && !type.storedIsAcceptable(i)) type.valid[i] = 0;
+  if (type.flags.init != nullptr && type.flags.init[i] != 0 && !type.storedIsAcceptable(i))
+    type.flags.valid[i] = 0;
 }
 
 void RunningDialog::handle(int item) {
@@ -104,7 +104,7 @@ void RunningDialog::handleField(const FieldType &type, int i) {
       [[fallthrough]];
     case Hit::Edited:
       followValidity();
-      if (type.valid[i] != 0) callGlobalAndRedisplay(type, i);
+      if (type.flags.valid[i] != 0) callGlobalAndRedisplay(type, i);
       return;
     case Hit::Changed:
       callGlobalAndRedisplay(type, i);
@@ -131,9 +131,9 @@ void RunningDialog::redisplay(int identifier) {
 
 void RunningDialog::redisplayField(const FieldType &type, int i, bool isCleared) {
   (isCleared ? type.clear : type.show)(screen_, i);
-  if (type.valid == nullptr) return;
-  const bool isValid = isCleared ? type.mandatory[i] == 0 : type.storedIsAcceptable(i);
-  type.valid[i] = isValid ? 1 : 0;
+  if (type.flags.valid == nullptr) return;
+  const bool isValid = isCleared ? type.flags.mandatory[i] == 0 : type.storedIsAcceptable(i);
+  type.flags.valid[i] = isValid ? 1 : 0;
 }
 
 int runToEnd(platform::Dialog &dialog) {
@@ -157,14 +157,16 @@ void dispose() {
 bool mayShowDialog() {
   if (current == nullptr) return true;
   if (pthread_equal(pthread_self(), currentThread) == 0) {
-    base::asFarAsMemoryAllows([] {
-      platform::report("dialog not shown: asked for in another thread than the first one");
-    });
+    base::asFarAsMemoryAllows(
+        [] { reportNotShown("asked for in another thread than the first one"); });
   }
   return false;
 }
 
+void reportNotShown(const std::string &reason) { platform::report("dialog not shown: " + reason); }
+
 DialogRef makeCurrent(std::unique_ptr<platform::Dialog> dialog) {
+  if (dialog == nullptr) return nullptr;
   current = new KorvelDialog{std::move(dialog)};
   const auto port = [] { return draw::portOf(current->onScreen->window()); };
   draw::setCurrentPort(base::orOnFailure(nullptr, port));
@@ -178,7 +180,7 @@ int runCurrent(DialogRef dialog) {
   if (dialog == nullptr || dialog != current || isRunning) return kCancelled;
   isRunning = true;
   int result = kCancelled;
-  untilThrown([&] { result = runToEnd(*dialog->onScreen); });
+  catchingAll([&] { result = runToEnd(*dialog->onScreen); });
   endDefinition();
   dispose();
   return result;

@@ -1,10 +1,12 @@
-// For dialogs/ only: the one dialog that may be up, from its making to its end, and changes to its
+// For dialogs/ only: the one dialog that may be up, from its making to its end, and changes of its
 // fields.
 #ifndef KORVEL_DIALOGS_RUN_H
 #define KORVEL_DIALOGS_RUN_H
 
 #include <memory>
+#include <string>
 
+#include "base/guard.h"
 #include "dialogs/callbacks.h"
 #include "dialogs/field_type.h"
 #include "platform/desktop.h"
@@ -18,17 +20,29 @@ namespace korvel::dialogs {
 
 class Screen;
 
-// False while a dialog is up; a call in another thread than that dialog's is told of on standard
-// error, in one line.
+// False while a dialog is up, after one line on standard error if that dialog belongs to another
+// thread.
 bool mayShowDialog();
 
-// Makes a built dialog the current one, and the port of its window the current port. No other
+// Says so on standard error, in one line.
+void reportNotShown(const std::string &reason);
+
+// Makes a dialog the current one, and the port of its window the current port. Null for null. No
 // dialog may be up.
 DialogRef makeCurrent(std::unique_ptr<platform::Dialog> dialog);
 
 // Runs the current dialog to its end and disposes of it; results as those of ZRVDlgBoxEx. Does
 // nothing for any other dialog, and for one that is running.
 int runCurrent(DialogRef dialog);
+
+// Runs the dialog that `open` returns. If it returns none, the definition ends as by a cancel.
+template <typename Open>
+int runOpened(Open open) {
+  const auto openCurrent = [&] { return makeCurrent(open()); };
+  if (DialogRef dialog = base::orOnFailure(nullptr, openCurrent)) return runCurrent(dialog);
+  endDefinition();
+  return 0;
+}
 
 // The items of the dialog that runs; null while none does.
 Screen *runningScreen();
@@ -37,7 +51,7 @@ Screen *runningScreen();
 template <typename Change>
 void changeField(const FieldType &type, int i, Change change) {
   Screen *screen = runningScreen();
-  if (screen != nullptr && isInUse(type, i)) untilThrown([&] { change(*screen); });
+  if (screen != nullptr && isInUse(type, i)) catchingAll([&] { change(*screen); });
 }
 
 }  // namespace korvel::dialogs

@@ -1,5 +1,5 @@
-// For dialogs/ only: the dialog's items as the field types see them. Texts are stored texts
-// (CP1252) on this side and in the screen's set on the other.
+// For dialogs/ only: the dialog's items as the kinds of fields see them. Texts are CP1252 on this
+// side, and in the screen's set on the other.
 #ifndef KORVEL_DIALOGS_SCREEN_H
 #define KORVEL_DIALOGS_SCREEN_H
 
@@ -12,8 +12,8 @@
 
 namespace korvel::dialogs {
 
-// An item's number may come from a table in which anything may stand: what an item cannot do does
-// nothing, and what it does not have is empty.
+// Item numbers come from tables that may hold anything: what an item cannot do does nothing, and
+// what it does not have is empty.
 class Screen {
  public:
   explicit Screen(platform::Dialog &dialog) : dialog_(dialog) {}
@@ -32,17 +32,16 @@ class Screen {
   bool isChecked(int item) const;
   void setChecked(int item, bool checked);
 
-  // Entries of a pop-up, as stored texts. Setting them leaves nothing chosen. Adding them, behind
-  // those that a template brought, leaves the choice, unless one of those added is `chosen`: then
-  // the last such one is.
+  // Entries of a pop-up. Setting them leaves nothing chosen. Those added come after the template's
+  // own; the last one that is equal to `chosen` is chosen, and without one the choice stays.
   void setChoices(int item, const std::vector<std::string_view> &choices);
   void addChoices(int item, const std::vector<std::string_view> &choices, std::string_view chosen);
-  void choose(int item, std::string_view choice);  // the last equal one; none where none is equal
+  void choose(int item, std::string_view choice);  // the last equal one, or none
   void chooseNumber(int item, int number);         // from 1; 0 for none
   std::string choice(int item) const;
 
-  // Rows of a list box, which go to the screen without conversion. Added rows stand in front of
-  // those that a template brought.
+  // Rows of a list box, which go to the screen without conversion. Those added come before the
+  // template's own.
   void setRows(int item, const std::vector<std::string_view> &rows);
   void addRows(int item, const std::vector<std::string_view> &rows);
   std::string clickedRow(int item) const;
@@ -55,10 +54,10 @@ class Screen {
  private:
   bool is(int item, platform::ItemKind kind) const { return dialog_.kind(item) == kind; }
 
-  // What the item shows, as it was read back.
+  // What the item shows, as it reads back.
   std::vector<std::string> entries(int item) const;
-  // The number, from 1, of the last entry that reads as this stored text, the first `passedOver`
-  // entries left out; 0 for none.
+  // The number, from 1, of the last entry behind the first `passedOver` that reads as this text; 0
+  // for none.
   int numberOf(int item, std::string_view choice, int passedOver = 0) const;
 
   platform::Dialog &dialog_;

@@ -1,4 +1,4 @@
-// Static texts, group boxes and icons.
+// Static texts, group boxes and icons: what a dialog shows besides its items.
 #include "dialogs/static_texts.h"
 
 #include <algorithm>
@@ -82,12 +82,8 @@ void addStatics(Builder &builder) {
 constinit const FieldType kStaticTexts{
     .name = "static text",
     .capacity = std::size(SDB_x),
-    .inUse = &SDB,
-    .count = &SDB_N,
-    .x = SDB_x,
-    .y = SDB_y,
-    .cx = SDB_cx,
-    .cy = SDB_cy,
+    .use = {&SDB, &SDB_N},
+    .place = {SDB_x, SDB_y, SDB_cx, SDB_cy},
 };
 
 }  // namespace korvel::dialogs

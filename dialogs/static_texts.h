@@ -1,5 +1,5 @@
-// For dialogs/ only: statics, which belong to no item, as dialogs are built and described with
-// them.
+// For dialogs/ only: static texts, group boxes and icons, for building and for the library's own
+// dialogs.
 #ifndef KORVEL_DIALOGS_STATIC_TEXTS_H
 #define KORVEL_DIALOGS_STATIC_TEXTS_H
 
@@ -9,10 +9,10 @@
 
 namespace korvel::dialogs {
 
-// Its tables only: what is no item is neither filled nor hit.
+// Tables only: statics are no items, so nothing fills or hits them.
 extern const FieldType kStaticTexts;
 
-// As the exported functions of these names.
+// As the exported functions, without their checks for null.
 bool defineStatics(int n);
 void setStatic(int i, std::string_view text);
 

@@ -1,4 +1,4 @@
-// Texts in the exported tables.
+// The texts of the exported tables: slices of a store, or buffers of the application.
 #include "dialogs/stored_text.h"
 
 #include <algorithm>

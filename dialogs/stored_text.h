@@ -1,4 +1,4 @@
-// For dialogs/ only: texts that stand in the exported tables, read and written within their room.
+// For dialogs/ only: the texts of the exported tables, read and written within their room.
 #ifndef KORVEL_DIALOGS_STORED_TEXT_H
 #define KORVEL_DIALOGS_STORED_TEXT_H
 
@@ -7,9 +7,9 @@
 
 namespace korvel::dialogs {
 
-// One text per field: a store cut into equal slices, and the pointers through which all code
-// reaches the texts. An application may point them at texts of its own, which then count as being
-// as large as a slice.
+// One text per field: a store of equal slices, and the pointers through which all code reaches the
+// texts. An application may point them to texts of its own, which count as being as large as a
+// slice.
 struct TextStore {
   char *bytes;
   int size;
@@ -17,17 +17,17 @@ struct TextStore {
   char **texts;
 };
 
-// Cuts the store into slices, points the first n texts at theirs and empties these. n slices must
+// Cuts the store into slices, points the first n texts to theirs and empties these. n slices must
 // fit.
 void cutSlices(const TextStore &store, int n, int sliceSize);
 
-// Points text i at its own slice again.
+// Points text i to its own slice again.
 void useOwnSlice(const TextStore &store, int i);
 
-// Text i; empty for a null pointer. A text inside the store ends with its room at the latest.
+// Text i, empty for a null pointer. A text inside the store ends with its room at the latest.
 std::string_view storedText(const TextStore &store, int i);
 
-// Copies what fits of `text` to text i. Returns whether all of it did.
+// Copies what fits of `text` to text i. Returns whether all of it fits.
 bool storeText(const TextStore &store, int i, std::string_view text);
 
 // The text in an array, which ends with the array at the latest.

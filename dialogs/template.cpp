@@ -6,11 +6,9 @@
 #include <string>
 
 #include "base/guard.h"
-#include "dialogs/callbacks.h"
 #include "dialogs/field_type.h"
 #include "dialogs/numbering.h"
 #include "dialogs/run.h"
-#include "dialogs/screen.h"
 #include "platform/loader.h"
 #include "platform/resources.h"
 
@@ -25,8 +23,6 @@ std::string findTemplate(std::string_view name) {
   return name.empty() ? std::string() : platform::findNamed("dialogs", name, {".ui"});
 }
 
-void reportNotShown(const std::string &reason) { platform::report("dialog not shown: " + reason); }
-
 std::optional<int> missingItem(const Dialog &dialog, const FieldType &type, int i) {
   const int first = itemOf(type, i);
   for (int item = first; item < first + type.itemsPerField; ++item) {
@@ -35,10 +31,10 @@ std::optional<int> missingItem(const Dialog &dialog, const FieldType &type, int 
   return std::nullopt;
 }
 
-// Such a field may keep OK disabled with nothing on the screen to change that.
+// Such a field may keep OK disabled, and nothing on the screen could change that.
 void reportFieldsWithoutItem(const std::string &path, const Dialog &dialog) {
   forEachValidatedField([&](const FieldType &type, int i) {
-    if (type.mandatory[i] == 0) return;
+    if (type.flags.mandatory[i] == 0) return;
     if (const auto item = missingItem(dialog, type, i)) {
       platform::report(path + ": " + type.name + " " + std::to_string(i) +
                        " is mandatory, and there is no item " + std::to_string(*item));
@@ -58,8 +54,8 @@ std::unique_ptr<Dialog> readTemplate(platform::Desktop &desktop, const std::stri
   return dialog;
 }
 
-// Makes the template's dialog the current one, or returns null.
-DialogRef openCurrent(const std::string &path) {
+// The template's dialog, or null.
+std::unique_ptr<Dialog> open(const std::string &path) {
   platform::Desktop *desktop = platform::desktopWithScreen();
   if (desktop == nullptr) return nullptr;
   std::string problem;
@@ -68,24 +64,17 @@ DialogRef openCurrent(const std::string &path) {
     reportNotShown(path + ": " + problem);
     return nullptr;
   }
-  // A template's items are numbered by itself: none is moved.
+  // A template numbers its items itself: none is moved.
   std::fill(std::begin(Dlg_itemOffset), std::end(Dlg_itemOffset), 0);
   std::fill(std::begin(Dlg_rkOffset), std::end(Dlg_rkOffset), 0);
   reportFieldsWithoutItem(path, *dialog);
-  return makeCurrent(std::move(dialog));
-}
-
-int run(const std::string &path) {
-  const DialogRef dialog = base::orOnFailure(nullptr, [&] { return openCurrent(path); });
-  if (dialog != nullptr) return runCurrent(dialog);
-  endDefinition();
-  return 0;
+  return dialog;
 }
 
 int runTemplate(std::string_view name) {
   if (!mayShowDialog()) return 0;
   const std::string path = findTemplate(name);
-  if (!path.empty()) return run(path);
+  if (!path.empty()) return runOpened([&] { return open(path); });
   reportNotShown("there is no template " + platform::inUtf8(name));
   return 0;
 }

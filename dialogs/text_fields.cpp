@@ -1,5 +1,5 @@
-// Text fields: edit texts, pop-ups and lists. The marks in the tables decide which item a field is
-// given when it is built; on the screen the kind of the item decides.
+// Text fields: edit texts, pop-ups and lists. A built dialog chooses the item by the marks in the
+// tables, a template by its form; from then on the kind of the item counts.
 #include "dialogs/text_fields.h"
 
 #include <algorithm>
@@ -138,7 +138,7 @@ std::vector<std::string_view> split(std::string_view list, std::string_view sepa
 
 std::vector<std::string_view> choicesOf(int i) { return split(storedText(kChoices, i), "+,"); }
 
-// Unlike a pop-up, which has one empty choice then, a list without a text has no rows.
+// A list with an empty list string has no rows. A pop-up has one empty choice then.
 std::vector<std::string_view> rowsOf(int i) {
   const std::string_view rows = storedText(kChoices, i);
   return rows.empty() ? std::vector<std::string_view>() : split(rows, "$");
@@ -180,7 +180,7 @@ bool lengthIsAcceptable(int i, std::size_t length) {
 
 bool storedIsAcceptable(int i) { return lengthIsAcceptable(i, storedText(kFieldTexts, i).size()); }
 
-// Stores what fits of a text. Returns whether the whole text is acceptable.
+// Stores what fits of a text. Returns whether all of it fits and is acceptable.
 bool store(int i, std::string_view text) {
   return storeText(kFieldTexts, i, text) && lengthIsAcceptable(i, text.size());
 }
@@ -198,9 +198,9 @@ std::string readItem(const Screen &screen, int item) {
   }
 }
 
-// The text behind stars, each of which stands for the character that was at its position.
+// The text behind stars. Each star means the character that was at its position.
 // Kept: positions count from the start wherever the text was changed. A star behind the end of the
-// previous text stands for that end, and ends the text.
+// previous text ends the text.
 std::string unmasked(std::string_view shown, std::string_view previous) {
   std::string text;
   for (const char c : shown) {
@@ -257,7 +257,7 @@ void changeOnScreen(Screen &screen, int i, const std::string &text) {
   if (!isAcceptable) TDB_bOK[i] = 0;
 }
 
-// The text is copied, as it may stand in the very slice that is written.
+// The text is copied, as it may lie in the very slice that is written.
 void change(int i, const char *text) {
   changeField(kTextFields, i, [=](Screen &screen) { changeOnScreen(screen, i, text); });
 }
@@ -279,17 +279,9 @@ constinit const FieldType kTextFields{
     .name = "text field",
     .capacity = std::size(TDB_x),
     .itemsPerField = 1,
-    .inUse = &TDB,
-    .count = &TDB_N,
-    .firstItem = &TDB_ID_TEXTE,
-    .x = TDB_x,
-    .y = TDB_y,
-    .cx = TDB_cx,
-    .cy = TDB_cy,
-    .rank = TDB_rk,
-    .init = TDB_bInit,
-    .mandatory = TDB_bMand,
-    .valid = TDB_bOK,
+    .use = {&TDB, &TDB_N, &TDB_ID_TEXTE},
+    .place = {TDB_x, TDB_y, TDB_cx, TDB_cy, TDB_rk},
+    .flags = {TDB_bInit, TDB_bMand, TDB_bOK},
     .add = add,
     .fill = fill,
     .hit = hit,

@@ -1,4 +1,5 @@
-// For dialogs/ and its tests only: text fields as the library's own dialogs describe them.
+// For dialogs/ and its tests only: the texts of text fields, and their description by the library's
+// own dialogs.
 #ifndef KORVEL_DIALOGS_TEXT_FIELDS_H
 #define KORVEL_DIALOGS_TEXT_FIELDS_H
 
@@ -15,7 +16,7 @@ inline constexpr TextStore kFieldTexts{TDB_szBuffer, std::size(TDB_szBuffer), &T
 inline constexpr TextStore kChoices{TDB_SZLBUFFER, std::size(TDB_SZLBUFFER), &TDB_BUFFERSIZE,
                                     TDB_PSZLBUFFER};
 
-// As the exported functions of these names.
+// As the exported functions, without their checks for null.
 bool defineTexts(int n, int firstItem);
 void setText(int i, std::string_view text);
 void setChoices(int i, std::string_view choices);

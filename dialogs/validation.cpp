@@ -10,12 +10,12 @@ namespace korvel::dialogs {
 namespace {
 
 bool isAcceptable(const FieldType &type, int i) {
-  return type.init[i] == 0 ? type.mandatory[i] == 0 : type.storedIsAcceptable(i);
+  return type.flags.init[i] == 0 ? type.flags.mandatory[i] == 0 : type.storedIsAcceptable(i);
 }
 
 bool validate() {
   forEachValidatedField(
-      [](const FieldType &type, int i) { type.valid[i] = isAcceptable(type, i) ? 1 : 0; });
+      [](const FieldType &type, int i) { type.flags.valid[i] = isAcceptable(type, i) ? 1 : 0; });
   return allValid();
 }
 

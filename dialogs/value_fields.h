@@ -1,5 +1,5 @@
-// For dialogs/ only: what integers, numbers and dates share, whose fields hold a value that a
-// validation function of the application's choice reads from the entered text.
+// For dialogs/ only: what integer, number and date fields share. Each holds a value, which a
+// validation function of the application's choice reads from the text that was entered.
 #ifndef KORVEL_DIALOGS_VALUE_FIELDS_H
 #define KORVEL_DIALOGS_VALUE_FIELDS_H
 
@@ -27,7 +27,8 @@ class DecimalText {
   char text_[256] = "";
 };
 
-// A text as a validator gets it. Room for 255 characters is promised; no memory is asked for then.
+// A text as a validator gets it, with the room for 255 characters that it is promised. A text of
+// that length needs no memory.
 class Entry {
  public:
   explicit Entry(std::string_view text) {
@@ -49,7 +50,7 @@ template <typename Value, typename Validator>
 struct ValueTables {
   const FieldType &type;
   Value *values;
-  Validator **validators;  // the application may point it to a table of its own, or to none
+  Validator **validators;  // the application may point it to a table of its own, or nowhere
 };
 
 template <typename Value, typename Validator>
@@ -63,8 +64,8 @@ bool define(const ValueTables<Value, Validator> &tables, int n, int firstItem,
 
 template <typename Value, typename Validator>
 void setValidator(const ValueTables<Value, Validator> &tables, int i, Validator validator) {
-  if (hasField(tables.type, i) && *tables.validators != nullptr)
-    (*tables.validators)[i] = validator;
+  if (!hasField(tables.type, i) || *tables.validators == nullptr) return;
+  (*tables.validators)[i] = validator;
 }
 
 // Sets the value, and the validator that `mode` chooses; any other mode keeps the validator.
@@ -73,7 +74,7 @@ void set(const ValueTables<Value, Validator> &tables, int i, Value value,
          const Validator (&validators)[kModes], int mode) {
   if (!hasField(tables.type, i)) return;
   tables.values[i] = value;
-  tables.type.init[i] = 1;
+  tables.type.flags.init[i] = 1;
   if (mode >= 0 && mode < kModes) setValidator(tables, i, validators[mode]);
 }
 
@@ -82,8 +83,8 @@ void retrieve(const ValueTables<Value, Validator> &tables, int i, Value *out) {
   if (hasField(tables.type, i) && out != nullptr) *out = tables.values[i];
 }
 
-// Hands a text to the field's validator, which may change the text and store a value. False when it
-// refuses, and when there is none. A validator that throws has not accepted.
+// Hands a text to the field's validator, which may change the text and store a value. False if it
+// refuses, and if there is no validator. One that throws has not accepted.
 template <typename Value, typename Validator>
 bool accept(const ValueTables<Value, Validator> &tables, int i, std::string_view text) {
   const Validator *validators = *tables.validators;
@@ -92,7 +93,7 @@ bool accept(const ValueTables<Value, Validator> &tables, int i, std::string_view
   try {
     return validators[i](entry.text(), &tables.values[i]) == 0;
   } catch (...) {
-    tables.type.valid[i] = 0;
+    tables.type.flags.valid[i] = 0;
     throw;
   }
 }
@@ -100,14 +101,14 @@ bool accept(const ValueTables<Value, Validator> &tables, int i, std::string_view
 // An empty text of a mandatory field is not handed over, and not acceptable.
 template <typename Value, typename Validator>
 bool isAcceptable(const ValueTables<Value, Validator> &tables, int i, std::string_view text) {
-  const bool isMissing = text.empty() && tables.type.mandatory[i] != 0;
+  const bool isMissing = text.empty() && tables.type.flags.mandatory[i] != 0;
   return !isMissing && accept(tables, i, text);
 }
 
 // The same for what a person entered: an empty text of an optional field is acceptable as it is.
 template <typename Value, typename Validator>
 bool entryIsAcceptable(const ValueTables<Value, Validator> &tables, int i, std::string_view text) {
-  return text.empty() ? tables.type.mandatory[i] == 0 : accept(tables, i, text);
+  return text.empty() ? tables.type.flags.mandatory[i] == 0 : accept(tables, i, text);
 }
 
 }  // namespace korvel::dialogs
