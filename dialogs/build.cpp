@@ -29,7 +29,7 @@ bool hasLongLabels() {
   return boundedText(OK_sz1).size() >= kLongLabel || boundedText(OK_sz2).size() >= kLongLabel;
 }
 
-// Kept: the labels of the button pair go to the screen without conversion.
+// Kept: labels of buttons go to the screen without conversion.
 void addButtonPair(Builder &builder) {
   const std::string_view ok = boundedText(OK_sz1);
   const std::string_view cancel = boundedText(OK_sz2);
@@ -45,7 +45,7 @@ void addFields(Builder &builder, const std::vector<FieldId> &order) {
   for (const auto &[type, i] : order) recordItems(*type, i, type->add(builder, i));
 }
 
-// An empty dialog of this size, in the middle of its parent or else of the screen.
+// An empty dialog of this size, in the middle of its parent or, without one, of the screen.
 std::unique_ptr<Dialog> newDialog(platform::Desktop &desktop, WindowRef parent, const Size &size) {
   if (parent == nullptr) parent = desktop.frontWindow();
   const auto parentBounds = desktop.windowBounds(parent);
@@ -57,7 +57,7 @@ std::unique_ptr<Dialog> newDialog(platform::Desktop &desktop, WindowRef parent, 
 std::unique_ptr<Dialog> build(platform::Desktop &desktop, const char *title, WindowRef parent,
                               const std::vector<FieldId> &order) {
   const Size size = shownSize(LDB_cx, LDB_cy, hasLongLabels());
-  // Kept: the size in the tables is overwritten, and scaled again by a further run.
+  // Kept: the size in the tables is overwritten with pixels.
   LDB_cx = pixelsAcross(LDB_cx);
   LDB_cy = pixelsDown(LDB_cy);
   auto dialog = newDialog(desktop, parent, size);

@@ -63,7 +63,7 @@ struct Span {
 };
 constexpr Span kSpans[kParts] = {{0, 20}, {30, 50}, {60, 100}};
 
-// The three items are held inside the dialog together.
+// The three items keep their distances where the date is held inside the dialog.
 int add(Builder &builder, int i) {
   Rect date = fieldRect(kDateFields, i);
   date.right = date.left + kSpans[kParts - 1].to;
@@ -103,7 +103,7 @@ void fill(Screen &screen, int i) {
 }
 
 // The value of a part as it was entered, or nothing for an error.
-// Kept: an empty or negative part (status 1) is no error by itself.
+// Kept: an empty part of an optional date and a negative part are no errors.
 std::optional<int> readPart(const Screen &screen, int item, bool isMandatory) {
   std::string text = screen.text(item);
   if (isMandatory && text.empty()) return std::nullopt;

@@ -172,5 +172,5 @@ int IntDlgBox_global(int i) {
   return 0;
 }
 
-// Kept: integers and check boxes are not changed this way.
+// Kept: check boxes and integers are not changed this way.
 int ZRVDlgBox_int_set(int, int) { return 0; }

@@ -1,4 +1,4 @@
-// Where a dialog and its parts stand, in pixels.
+// Sizes and places in pixels, of dialogs, button pairs and fields.
 #include "dialogs/layout.h"
 
 #include <algorithm>

@@ -23,8 +23,8 @@ struct Size {
 constexpr int kLargestSide = 16384;
 Size shownSize(int cx, int cy, bool longLabels);
 
-// Moves and shortens a rectangle to lie inside the dialog, on an axis on which the dialog was cut
-// to kLargestSide. Elsewhere it may lie outside.
+// Moves and shortens a rectangle to lie inside the dialog along each side that was cut to
+// kLargestSide. Along other sides it may lie outside.
 Rect heldInside(Rect rect, const Size &dialog);
 
 // The button pair at the foot of a dialog of this size. Long labels make both wider.

@@ -41,8 +41,8 @@ int identifierOf(int item) {
 }
 
 std::optional<int> fieldOf(const FieldType &type, long long identifier) {
-  // Kept: the two identifiers just below a type of three items each count as its field 0, since
-  // the division truncates toward zero.
+  // Kept: the division truncates toward zero. The two identifiers below a date's first one are thus
+  // that date's, too.
   const long long index = (identifier - *type.use.firstItem) / type.itemsPerField;
   if (index < 0 || index >= type.capacity) return std::nullopt;
   const int i = static_cast<int>(index);

@@ -22,7 +22,7 @@ int itemOf(const FieldType &type, int i);
 // The identifier of field i, which may need more than 32 bits if the first item number is wild.
 long long identifierOf(const FieldType &type, int i);
 
-// The identifier that an item has by the numbering tables; each item of a date has its own.
+// The identifier of an item by the numbering tables.
 int identifierOf(int item);
 
 // The index of the field in use that an identifier names; nothing if the type has no such field.

@@ -155,7 +155,7 @@ bool narrow(char **texts) {
   if (listText == nullptr || texts == nullptr) return false;
   if (texts[kInitials] == nullptr || texts[kNames] == nullptr) return false;
   joinRows([initials = std::string_view(texts[kInitials])](std::string_view entry) {
-    // Kept: without initials nothing begins with them.
+    // Kept: empty initials match nothing.
     return !initials.empty() && entry.starts_with(initials);
   });
   rebuildChoices(kNames);

@@ -43,7 +43,7 @@ void setAction(int i, PushAction_t action) {
   if (hasField(kPushButtons, i) && vp != nullptr) vp[i] = action;
 }
 
-// Kept: labels of push buttons go to the screen without conversion.
+// Kept: labels of buttons go to the screen without conversion.
 int add(Builder &builder, int i) {
   return builder.addItem(platform::ItemKind::PushButton, fieldRect(kPushButtons, i),
                          storedText(kLabels, i));

@@ -40,7 +40,7 @@ class RunningDialog final : public platform::HitHandler {
   void fill();
   int result() const { return result_; }
 
-  // A hit that fails is given up, and the next one waited for.
+  // A hit that fails is given up: the dialog waits for the next one.
   platform::Run hit(int item) noexcept override {
     catchingAll([&] { handle(item); });
     if (hasEnded_) return platform::Run::Stop;

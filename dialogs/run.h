@@ -24,7 +24,7 @@ class Screen;
 // thread.
 bool mayShowDialog();
 
-// Says so on standard error, in one line.
+// Writes the reason to standard error, in one line.
 void reportNotShown(const std::string &reason);
 
 // Makes a dialog the current one, and the port of its window the current port. Null for null. No

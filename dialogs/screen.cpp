@@ -1,4 +1,4 @@
-// The dialog's items as the field types see them.
+// The dialog's items as the kinds of fields see them.
 #include "dialogs/screen.h"
 
 #include <utility>
@@ -14,8 +14,7 @@ namespace {
 
 constexpr std::size_t kLongestRow = 255;
 
-// What a stored text becomes when it is shown and read back: the form in which a choice on the
-// screen is compared with a text in the tables.
+// A stored text as it reads back from the screen, for comparison with choices there.
 std::string comparable(std::string_view stored) {
   return strings::toWindows(platform::asReadBack(strings::toMac(stored)));
 }

@@ -35,7 +35,7 @@ void setType(int i, int type) {
   if (hasField(kStaticTexts, i)) SDB_type[i] = static_cast<short>(type);
 }
 
-// Kept: the table's text itself is converted.
+// Kept: the text is converted in the table itself.
 std::string_view convertedText(int i) {
   const std::string shown = strings::toMac(storedText(kTexts, i));
   if (!shown.empty()) std::copy(shown.begin(), shown.end(), SDB_pszBuffer[i]);

@@ -27,8 +27,8 @@ class DecimalText {
   char text_[256] = "";
 };
 
-// A text as a validator gets it, with the room for 255 characters that it is promised. A text of
-// that length needs no memory.
+// A text as a validator gets it: it is promised room for 255 characters. Up to that length nothing
+// is allocated.
 class Entry {
  public:
   explicit Entry(std::string_view text) {

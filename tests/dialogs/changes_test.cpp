@@ -322,7 +322,7 @@ TEST_P(Changes, ANumberGoesToTheItemAndItsValueToTheTable) {
   } kCases[] = {
       {0, "2,75", 2.75, 1},
       {0, " 3 ", 3, 1},
-      {0, "x", 1.5, 0},  // the validator decides what it stores of a text that it refuses
+      {0, "x", 1.5, 0},  // refused, and not stored by this validator
       {0, "", 1.5, 0},
   };
   for (const auto &[i, text, value, valid] : kCases) {
@@ -386,11 +386,12 @@ TEST_P(Changes, AVeryLongNumberIsSurvived) {
          [&] { EXPECT_EQ(desk.text(kNumber).size(), 100000U); });
 }
 
-// ---- Who may ask, and when ----
+// ---- Which fields change, and when ----
 
 TEST_P(Changes, CheckBoxesAndIntegersAreNotChangedThisWay) {
   during(
       [] {
+        // Kept: check boxes and integers are not changed this way.
         EXPECT_EQ(ZRVDlgBox_bool_set(0, 1), 0);
         EXPECT_EQ(ZRVDlgBox_int_set(0, 1), 0);
       },

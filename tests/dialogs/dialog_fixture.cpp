@@ -1,4 +1,4 @@
-// Every test starts from the tables as they are at load.
+// The tables as they are at load, recording callbacks, and templates for tests of dialogs.
 #include "tests/dialogs/dialog_fixture.h"
 
 #include <climits>
@@ -12,7 +12,7 @@ namespace korvel::test {
 
 namespace {
 
-// Each variable by its address and size.
+// Fills each variable with zeros.
 template <typename... Variables>
 void zero(Variables &...variables) {
   (std::memset(static_cast<void *>(&variables), 0, sizeof variables), ...);

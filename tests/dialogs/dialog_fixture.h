@@ -1,5 +1,5 @@
-// For tests/dialogs/ only: every test starts from the tables as they are at load, and records what
-// the library tells its callbacks.
+// For tests/dialogs/ only: every test starts from the tables as they are at load, and records the
+// calls of its callbacks.
 #ifndef KORVEL_TESTS_DIALOGS_DIALOG_FIXTURE_H
 #define KORVEL_TESTS_DIALOGS_DIALOG_FIXTURE_H
 
@@ -17,7 +17,7 @@
 
 namespace korvel::test {
 
-// Brings every exported variable of the dialogs back to its first value, when made and when gone.
+// Resets every exported variable of the dialogs to its first value, when made and when destroyed.
 class DialogGlobals {
  public:
   DialogGlobals() { reset(); }
@@ -68,7 +68,7 @@ struct FinalCall {
   int dateCount;
 };
 
-// Callbacks for the slots, which record their calls and answer as a test tells them.
+// Callbacks that record their calls and return what a test wants.
 class Callbacks {
  public:
   static int global(int item, int textInUse, int textFirstItem, char **texts, int textCount,
@@ -86,7 +86,7 @@ class Callbacks {
   static inline std::vector<GlobalCall> globalCalls;
   static inline std::vector<FinalCall> finalCalls;
   static inline std::vector<WindowRef> actionCalls;
-  // What the callbacks do besides recording, and their results.
+  // What the callbacks do besides, and their results.
   static inline std::function<int(const GlobalCall &)> onGlobal;
   static inline std::function<int(const FinalCall &)> onFinal;
   static inline std::function<void()> onAction;
@@ -94,9 +94,8 @@ class Callbacks {
   // The identifiers with which the global callback was called, for example "10 12 ".
   static std::string identifiers();
 
-  // In a template identifiers are item numbers, in a built dialog whatever the test chose. Tests of
-  // both speak of those of the built dialog: each type's first identifier, and its first item in
-  // the template.
+  // A built dialog has identifiers of the test's choice, a template item numbers. Tests of both use
+  // those of the built dialog. Maps each type's first identifier to its first item in the template.
   static inline std::map<int, int> firstItems;
   static int inDialog(int identifier);
   static int inTest(int identifier);
@@ -117,7 +116,7 @@ class DialogTest : public ::testing::Test {
   ScriptedDesktop desk;
 };
 
-// The application's resource folder as long as it lives, with templates in it.
+// The application's resource folder, with templates, for its lifetime.
 class TemplateFolder {
  public:
   TemplateFolder();
@@ -125,7 +124,7 @@ class TemplateFolder {
   TemplateFolder(const TemplateFolder &) = delete;
   TemplateFolder &operator=(const TemplateFolder &) = delete;
 
-  // A file that the desktop reads as this.
+  // Adds a file that the desktop reads as this template.
   void add(ScriptedDesktop &desk, const std::string &name, Template described);
 
  private:
@@ -133,11 +132,11 @@ class TemplateFolder {
   std::string before_;
 };
 
-// The template with an item for each field in use, numbered as the tables say.
+// A template with an item for each field in use, numbered by the tables.
 Template describedTemplate(const std::string &title);
 
-// Dialogs that are built from the tables, and the same ones drawn in a template: both follow the
-// same rules in everything but the numbers of items.
+// Dialogs built from the tables, and the same ones drawn in a template. All but their item numbers
+// is alike.
 enum class Kind { Built, Drawn };
 
 class BothKinds : public DialogTest, public ::testing::WithParamInterface<Kind> {

@@ -1,4 +1,4 @@
-// Check boxes, push buttons and static texts: the types with labels in slices of a fixed size.
+// Check boxes, push buttons and static texts, whose labels are slices of a fixed size.
 #include <algorithm>
 #include <climits>
 #include <cstring>
@@ -14,7 +14,7 @@
 namespace korvel::test {
 namespace {
 
-// ---- The same for all three ----
+// ---- All three ----
 
 struct LabelFamily {
   const char *name;
@@ -160,7 +160,7 @@ TEST_P(LabelFields, IndexesOutsideTheCountDoNothing) {
 INSTANTIATE_TEST_SUITE_P(, LabelFields, ::testing::ValuesIn(kFamilies),
                          [](const auto &param_info) { return param_info.param.name; });
 
-// ---- Their own ----
+// ---- Each ----
 
 class OwnLabels : public ::testing::Test {
  protected:

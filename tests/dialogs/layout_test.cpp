@@ -124,13 +124,14 @@ TEST_F(DialogLayout, OnlyAMarkOfOneMakesAPopUpOrAList) {
   EXPECT_NE(layout.find("4 list box"), std::string::npos) << layout;
 }
 
+// Kept: the size in the tables is overwritten with pixels.
 TEST_F(DialogLayout, SizeInTheTablesIsOverwritten) {
   TailleDlgBox_set(200, 100);
   layoutOf();
   EXPECT_EQ(LDB_cx, 400);
   EXPECT_EQ(LDB_cy, 175);
   EXPECT_EQ(LDB, 1);
-  // Kept: a further run scales again.
+  // Scaled again by a further run.
   layoutOf();
   EXPECT_EQ(LDB_cx, 800);
   EXPECT_EQ(LDB_cy, 306);
@@ -160,7 +161,7 @@ TEST_F(DialogLayout, FieldsStandByRankThenTypeThenIndex) {
             "8 edit text (42,0)-(62,0)\n"
             "9 edit text (72,0)-(112,0)\n"
             "10 edit text (2,0)-(2,0)\n");
-  // Item of the field, and rank.
+  // Items by field, and offsets by rank.
   EXPECT_EQ(Dlg_itemOffset[3], 3 - 600);
   EXPECT_EQ(Dlg_itemOffset[4], 4 - 100 - 1);
   EXPECT_EQ(Dlg_itemOffset[5], 5 - 300);
@@ -190,7 +191,7 @@ TEST_F(DialogLayout, TypesNotInUseAreNotPlaced) {
 TEST_F(DialogLayout, Decoration) {
   const std::string folder = ::testing::TempDir() + "layout_resources";
   std::filesystem::create_directories(folder + "/icons");
-  std::ofstream(folder + "/icons/2.png") << "no picture, only there to be found";
+  std::ofstream(folder + "/icons/2.png") << "not a picture, but a file to find";
   ASSERT_LT(folder.size(), sizeof szResources);
   std::strcpy(szResources, folder.c_str());
   StaticDlgBox_param(6);
@@ -209,16 +210,16 @@ TEST_F(DialogLayout, Decoration) {
   szResources[0] = '\0';
   std::filesystem::remove_all(folder);
   EXPECT_EQ(layout.substr(layout.find("group")),
-            // 37 pixels, and four tenths more.
+            // 37 pixels times 1.4.
             "group box (2,3)-(202,54) \"État civil éê\"\n"
-            // 12 pixels, but at least 15; 25 as they are.
+            // 12 pixels become 15, 25 stay.
             "static text (10,10)-(90,25) \"Prénom\"\n"
             "static text (10,10)-(90,35) \"\"\n"
-            // Square units.
+            // 2 pixels per unit both ways.
             "icon (10,10)-(42,50) \"2.png\"\n"
             "static text (0,0)-(20,15) \"\"\n"
             "group box (0,0)-(20,-16) \"\"\n");
-  // Kept: the tables' texts are converted in place.
+  // Kept: the text is converted in the table itself.
   EXPECT_STREQ(SDB_pszBuffer[0], "\xC9tat civil \x8E\x90");
   EXPECT_STREQ(SDB_pszBuffer[1], "Pr\x8Enom");
 }
@@ -252,8 +253,9 @@ TEST_F(DialogLayout, EmptyButtonTextsHaveStandIns) {
   EXPECT_NE(layout.find("\"Annuler\""), std::string::npos);
 }
 
+// Kept: labels of buttons go to the screen without conversion.
 TEST_F(DialogLayout, ButtonLabelsAreNotConverted) {
-  // As CP1252 bytes, which read right on the screen; the byte 0x88 would be an "à" there.
+  // CP1252 bytes read right on the screen, but for a few: the byte 0x88 is an "à" there.
   BOKDlgBox_textes("Termin\xE9", "Non\x88");
   PushDlgBox_param(1, 600);
   PushDlgBox_set_geo(0, "\xE9\x88", 0, 0, 0, 0, 0);
@@ -307,7 +309,7 @@ TEST_F(DialogLayout, NullPointersInTheTablesShowNothing) {
   EXPECT_NE(desk.layout().find("4 check box (0,0)-(0,0) \"\"\n"), std::string::npos);
 }
 
-// ---- Where it stands, and its title ----
+// ---- The place of the dialog, and its title ----
 
 TEST_F(DialogLayout, StandsCentredOnItsParent) {
   const WindowRef parent = desk.addWindow({100, 100, 600, 500});
@@ -344,7 +346,7 @@ TEST_F(DialogLayout, AnySizeIsSurvived) {
   layoutOf();
 }
 
-// What the first three lines of a layout say: the size of the dialog, and where its buttons are.
+// The size of the dialog and the places of its buttons, from the first three lines of a layout.
 std::string sizeAndButtons(const std::string &layout) {
   int left = 0, top = 0, right = 0, bottom = 0;
   std::sscanf(layout.c_str(), "dialog (%d,%d)-(%d,%d)", &left, &top, &right, &bottom);
@@ -362,7 +364,7 @@ TEST_F(DialogLayout, WithoutASizeItHasRoomForItsButtons) {
   for (const int size : {0, -1, -1000, INT_MIN}) {
     TailleDlgBox_set(size, size);
     EXPECT_EQ(sizeAndButtons(layoutOf()), kBoth) << size;
-    EXPECT_EQ(LDB_cx, Dlg_CoefCX(size)) << "the tables say what they are told to";
+    EXPECT_EQ(LDB_cx, Dlg_CoefCX(size)) << "overwritten without a limit";
     EXPECT_EQ(LDB_cy, Dlg_CoefY(size));
   }
   TailleDlgBox_set(0, 100);

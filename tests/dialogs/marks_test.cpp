@@ -1,4 +1,4 @@
-// Which items are marked as not yet acceptable, and when the screen is told.
+// Which items are marked as not acceptable, and when the marks change on the screen.
 #include <climits>
 
 #include <gtest/gtest.h>

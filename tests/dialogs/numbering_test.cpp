@@ -1,4 +1,4 @@
-// Items and ranks at the borders of the numbering tables, fixed items, shared ranks.
+// Items and ranks at the limits of the numbering tables, fixed items, shared ranks.
 #include "dialogs/numbering.h"
 
 #include <climits>
@@ -88,9 +88,9 @@ TEST_F(Numbering, IdentifiersNameOnlyFieldsInUse) {
   EXPECT_EQ(fieldOf(kTextFields, INT_MAX), std::nullopt);
 }
 
-// ---- Descriptions at the border ----
+// ---- Descriptions at the limits ----
 
-// n integer fields with the ranks from `firstRank` on.
+// n integer fields with consecutive ranks from `firstRank`.
 void describeIntegers(int n, int firstRank) {
   IntDlgBox_param(n, 1000);
   for (int i = 0; i < n; ++i) IntDlgBox_set_geo(i, 0, 0, 0, 0, firstRank + i);
@@ -106,7 +106,7 @@ TEST_F(Numbering, Item127IsTheLast) {
   EXPECT_EQ(Dlg_rkOffset[124], 124 - 127);
 }
 
-// Expects the description to be refused with this line, and to be ended as by a cancel.
+// Expects the description to be refused with this line and ended as by a cancel.
 void expectRefusal(const std::string &line) {
   TailleDlgBox_set(200, 100);
   TitreDlgBox_set("T");
@@ -204,10 +204,10 @@ TEST_F(Numbering, CountsBeyondTheTablesAreCut) {
   EXPECT_EQ(ZRVDlgBoxEx("T", nullptr), 0);
 }
 
-// ---- Fields that do not stand where a dialog has items of their kind ----
+// ---- Fields whose items are of another kind ----
 
 TEST_F(Numbering, AFieldWithoutARankIsLookedForAtItsFixedItem) {
-  // Integer field 0 is placed as item 3, and the fixed item of text field 0.
+  // Item 3 is that of integer field 0, by rank, and the fixed item of text field 0.
   describeIntegers(1, 0);
   IntDlgBox_set(0, 5, 0);
   TexteDlgBox_param(1, 3);
@@ -255,7 +255,7 @@ TEST_F(Numbering, OfFieldsThatShareARankOnlyTheLastIsReached) {
         EXPECT_EQ(desk.text(4), "2");
       })
       .replace(4, "7")
-      // A hit on the first one's item is its own, but reads where its rank leads.
+      // A hit on the first one's item is handled for that field, but reads the item of its rank.
       .type(3, "9")
       .press(kOk);
   EXPECT_EQ(ZRVDlgBoxEx("T", nullptr), 1);
@@ -265,8 +265,8 @@ TEST_F(Numbering, OfFieldsThatShareARankOnlyTheLastIsReached) {
 }
 
 TEST_F(Numbering, EveryTypeSurvivesItemsOfEveryOtherKind) {
-  // One field of each type and form for each shared rank: all but the last read and write an item
-  // of another kind.
+  // Fields of all types and forms share a rank: all but the last read and write an item of another
+  // kind.
   for (int last = 0; last < 8; ++last) {
     SCOPED_TRACE(last);
     DialogGlobals::reset();

@@ -1,4 +1,4 @@
-// The choice of a practitioner.
+// The choice of a practitioner: its dialog, the entries read, the list narrowed by initials.
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
@@ -152,6 +152,7 @@ TEST_F(Practitioners, InitialsNarrowTheListAndCaseCounts) {
   EXPECT_EQ(select(), "ABC;Upper");
 }
 
+// Kept: empty initials match nothing.
 TEST_F(Practitioners, EmptyInitialsMatchNothing) {
   write({"A,One"});
   expectDialog()
@@ -282,7 +283,7 @@ TEST_F(Practitioners, WithoutAScreenTheResultIsEmpty) {
   EXPECT_EQ(select(), "");
 }
 
-// Entries as listeNoms makes them in a table of one slot.
+// Entries made by listeNoms in a table of one slot.
 class Entries : public Practitioners {
  protected:
   Entries() { liste_base = slots_; }
@@ -291,7 +292,7 @@ class Entries : public Practitioners {
     liste_base = nullptr;
     Practitioners::TearDown();
   }
-  // line: fields with '|' between them.
+  // line: fields, separated by '|'.
   std::string entryOf(std::string line) {
     std::replace(line.begin(), line.end(), '|', '\0');
     line += '\0';
@@ -343,7 +344,7 @@ TEST_F(Practitioners, EntriesOutsideACallDoNothing) {
   EXPECT_EQ(nbase, 0);
 }
 
-// The callback as the dialog calls it, with the initials given, on entries given.
+// Calls of the callback as the dialog makes them, with given initials and entries.
 class Narrowing : public Practitioners {
  protected:
   int call(int item, int inUse = 1, int count = 2, int *out = nullptr, int capacity = 0) {
@@ -383,7 +384,7 @@ TEST_F(Narrowing, StaysInTheRoomOfTheRowsWhateverStandsInTheTable) {
         std::memset(liste_base, 'A', std::size_t{MAX_LIGNES} * 80);
         nbase = MAX_LIGNES;
         call(100);
-        EXPECT_EQ(*liste, std::string(80, 'A')) << "of the entries, without ends, one fits";
+        EXPECT_EQ(*liste, std::string(80, 'A')) << "one of the unterminated entries fits";
         std::memset(liste_base, 'B', std::size_t{MAX_LIGNES} * 80);
         std::strcpy(liste_base + 3 * 80, "AB");
         std::strcpy(liste_base + 9 * 80, "AC");
@@ -395,7 +396,7 @@ TEST_F(Narrowing, StaysInTheRoomOfTheRowsWhateverStandsInTheTable) {
   select();
 }
 
-// An entry of 79 characters and its '$' or end take the whole of its room.
+// An entry of 79 characters and its '$' or terminator fill its room.
 TEST_F(Practitioners, TheLongestEntriesAllFit) {
   const std::string longest(76, 'y');
   write({"A1," + longest, "A2," + longest, "A3," + longest});
@@ -418,7 +419,7 @@ TEST_F(Narrowing, OutsideACallDoesNothing) {
   EXPECT_STREQ(TDB_pszBuffer[1], "kept");
 }
 
-// Neighbours exchanged until a pass exchanges none.
+// A bubble sort.
 void bubbleSort(Names &entries) {
   for (bool exchanged = true; exchanged;) {
     exchanged = false;

@@ -1,5 +1,5 @@
-// Thousands of random hits, after each of which every item on the screen and every table is held
-// against a literal model: one that walks through the told steps on plain values, field by field.
+// Thousands of random hits. After each, every item on the screen and every table is compared with a
+// model on plain values, which follows the public header step by step and field by field.
 #include <algorithm>
 #include <cstring>
 #include <map>
@@ -17,7 +17,7 @@
 namespace korvel::test {
 namespace {
 
-// CP1252, none of them a byte that the screen shows as another letter.
+// CP1252 letters whose bytes the screen shows as the same letters.
 const std::string kLetters = "0123456789*-+,. aZ\xE9\xEA\xEF\xC9";
 
 class Random {
@@ -76,14 +76,14 @@ struct Date {
 constexpr int kTextId = 1000, kCheckId = 1100, kIntegerId = 1200, kNumberId = 1300, kDateId = 1400,
               kPushId = 1500;
 
-// A function that the callback called to change field i.
+// A change of field i by a function that the callback called.
 struct Change {
   enum What { TextSet, ChoicesRebuilt, NumberSet } what;
   int i;
   std::string text;
 };
 
-// What the global callback did besides being called: to the tables, then by functions.
+// What the global callback changed: tables first, then fields by functions.
 struct Reaction {
   int item = 0;
   std::vector<Change> changes;
@@ -287,7 +287,7 @@ struct Model {
     }
   }
 
-  // The field of an edit-text item was changed there: its identifier, and whether it is valid now.
+  // After a change of an edit-text item: its field's identifier, and whether it is valid.
   void edited(int item) {
     for (std::size_t i = 0; i < texts.size(); ++i) {
       if (texts[i].item != item) continue;
@@ -307,7 +307,7 @@ struct Model {
     for (std::size_t i = 0; i < dates.size(); ++i) {
       if (item < dates[i].item || item > dates[i].item + 2) continue;
       editDate(dates[i]);
-      // The global callback hears the identifier of the item's date.
+      // The global callback gets the identifier of the date's item.
       tell(kDateId + 3 * static_cast<int>(i), dates[i].ok);
     }
   }
@@ -346,7 +346,7 @@ struct Model {
       shown[text.item] = text.isMasked ? stars(text.value.size()) : text.value;
     }
     if (text.kind == Kind::PopUp) {
-      // Numbered by the list string; what the pop-up has no entry for is not chosen.
+      // Numbered by the list string. A number without an entry in the pop-up is not chosen.
       for (std::size_t k = 0; k < text.listed.size(); ++k) {
         if (text.listed[k] == given && k < text.choices.size()) {
           chosen[text.item] = static_cast<int>(k) + 1;
@@ -476,7 +476,7 @@ class RandomRun : public DialogTest, public ::testing::WithParamInterface<int> {
   void writeEdit(DialogScript &script, int item);
   int reactTo(const GlobalCall &call);
   void change(Reaction &reaction);
-  // The model's side of a step: what the user did, then what the callbacks did meanwhile.
+  // The model's side of a step: what the user did, then what the callbacks did.
   void follow(const std::function<void()> &step);
 
   Random random;
@@ -583,7 +583,7 @@ void RandomRun::describeDates() {
   }
 }
 
-// Gives every field a rank of its own, at random, and notes which items these become.
+// Gives every field a random rank of its own, and notes its items.
 void RandomRun::numberItems() {
   struct Place {
     short *rank;
@@ -671,7 +671,7 @@ void RandomRun::change(Reaction &reaction) {
   }
 }
 
-// The callback changes a value now and then, and asks for fields to be shown or cleared.
+// The callback sometimes changes a value, and asks for fields to be shown or cleared.
 int RandomRun::reactTo(const GlobalCall &call) {
   Reaction reaction;
   reaction.item = call.item;
@@ -713,7 +713,7 @@ void RandomRun::follow(const std::function<void()> &step) {
   if (HasFatalFailure()) return;
   model.told.clear();
   step();
-  // Every call that the model expects was made, in its order, and no other.
+  // The calls are exactly those that the model expects, in order.
   std::vector<int> told;
   for (const Reaction &reaction : reactions) told.push_back(reaction.item);
   ASSERT_EQ(told, model.told);
@@ -722,7 +722,7 @@ void RandomRun::follow(const std::function<void()> &step) {
   expectSame();
 }
 
-// One edit, which is one hit: a piece of the text is replaced by another.
+// One edit, that is one hit: a piece of the text is replaced.
 void RandomRun::writeEdit(DialogScript &script, int item) {
   const std::string piece = random.oneIn(60)  ? std::string(model.texts[0].room + 40, 'm')
                             : random.oneIn(3) ? ""
@@ -796,7 +796,7 @@ void RandomRun::writeStep(DialogScript &script) {
       script.clickRow(text.item, row).check([click, this] { follow(click); });
       return;
     }
-    // Refused: only the first of the two clicks counts.
+    // Refused: only the first of both clicks counts.
     script.doubleClickRow(text.item, row).check([click, this] {
       ++model.finalCalls;
       follow(click);

@@ -1,4 +1,4 @@
-// The run as a whole: its end, its callbacks, its OK button, and what a callback may do meanwhile.
+// The run as a whole: its ends, its callbacks, its OK button, and what callbacks may do.
 #include <climits>
 #include <cstring>
 #include <memory>
@@ -58,7 +58,7 @@ class DialogRun : public BothKinds {
   }
 };
 
-// With identifiers that no template can have.
+// Identifiers that no template can have.
 class BuiltRun : public DialogRun {};
 
 // ---- Ends ----
@@ -190,7 +190,7 @@ TEST_P(DialogRun, ThreeDialogsInARow) {
         .replace(3, "fin")
         .press(n == 1 ? kCancel : kOk);
     EXPECT_EQ(run(), n == 1 ? 0 : 1);
-    EXPECT_EQ(IDB_iInts[0], 4) << "item 5 stands after item 3, so nothing in it was selected";
+    EXPECT_EQ(IDB_iInts[0], 4) << "item 5 comes after item 3, so nothing in it was selected";
     EXPECT_STREQ(TDB_pszBuffer[0], "fin");
   }
 }
@@ -268,7 +268,7 @@ TEST_P(DialogRun, AGlobalCallbackMayAskAndThenChangeTheFields) {
     ZRVDlgBox_texte_set(0, "r\xE9pondu");
     return redisplaying({300})(call);
   };
-  // What the fields show is read back with what is typed behind it.
+  // The text that was typed comes after what the fields show.
   expectDialog().press(12).moveToEnd(3).type(3, "!").moveToEnd(5).type(5, "9").press(kOk);
   desk.expectDialog("Question").press(1);
   EXPECT_EQ(run(), 1);
@@ -323,7 +323,7 @@ TEST_P(DialogRun, AMessageBoxGivesTheCurrentPortBack) {
   EXPECT_EQ(currentPort(), nullptr);
 }
 
-// A desktop on which another window stands where the dialog's stood, as soon as that has gone.
+// A desktop that gives the address of the dialog's window to another window once the first is gone.
 class OneAddress : public ScriptedDesktop {
  public:
   platform::Port *windowPort(WindowRef window) override {
@@ -420,7 +420,7 @@ TEST_P(DialogRun, OtherHitsAreIgnored) {
 }
 
 TEST_P(BuiltRun, TypesAreTriedInTheirOrder) {
-  // All bases such that each identifier matches fields of several types.
+  // First item numbers such that each identifier matches fields of several types.
   TDB_ID_TEXTE = BDB_ID_FLAG = IDB_ID_INT = NDB_ID_NUM = DDB_ID_DATE = PDB_ID_PUSH = 100;
   Callbacks::onGlobal = redisplaying({100});
   expectDialog()
@@ -461,7 +461,7 @@ TEST_P(DialogRun, OnlyTheItemsThatTheRulesNameAreWritten) {
       .replace(8, "2,5")
       .replace(9, "28")
       .press(12)
-      .check([&] { EXPECT_EQ(desk.takeWrites(), "") << "OK neither, as it does not change"; })
+      .check([&] { EXPECT_EQ(desk.takeWrites(), "") << "nor of OK, which does not change"; })
       .replace(3, "")
       .replace(5, "x")
       .check([&] { EXPECT_EQ(desk.takeWrites(), "1 enabled no\n"); })
@@ -589,7 +589,7 @@ TEST_P(DialogRun, ACountBeyondTheCapacityIsCut) {
     };
     expectDialog()
         .press(12)
-        .check([&] { EXPECT_EQ(desk.text(5), "1") << "the 32nd is still looked at"; })
+        .check([&] { EXPECT_EQ(desk.text(5), "1") << "the 32nd still counts"; })
         .press(kOk);
     EXPECT_EQ(run(), 1);
   }
@@ -617,7 +617,7 @@ TEST_P(BuiltRun, UnwrittenIdentifiersAreZero) {
 }
 
 TEST_P(DialogRun, ACallbackThatMendsAFieldEnablesOk) {
-  // Integer 0 below 10 makes integer 1 invalid until the callback mends it.
+  // An integer 0 below 10 leaves integer 1 invalid until the callback mends it.
   Callbacks::onGlobal = [](const GlobalCall &call) {
     if (call.ints[0] == 3) call.ints[1] = 12;
     return redisplaying({301})(call);
@@ -636,7 +636,7 @@ TEST_P(DialogRun, ACallbackThatMendsAFieldEnablesOk) {
 }
 
 TEST_P(DialogRun, TheFieldBeingTypedIntoMayBeRewritten) {
-  // Keeps the text short by taking the table's text over into the item.
+  // Shortens the text in the table, and has the item show it.
   Callbacks::onGlobal = [](const GlobalCall &call) {
     if (std::strlen(call.texts[0]) > 3) call.texts[0][3] = '\0';
     return redisplaying({100})(call);
@@ -671,7 +671,7 @@ TEST_P(DialogRun, AThrowingValidatorWhileFillingEndsAsACancel) {
   EXPECT_TRUE(Callbacks::finalCalls.empty());
   describe();
   expectDialog().press(kOk);
-  EXPECT_EQ(run(), 1) << "a further dialog is not kept back";
+  EXPECT_EQ(run(), 1) << "a further dialog is shown";
 }
 
 TEST_P(DialogRun, TheGlobalCallbackMayDescribeAnew) {
@@ -762,7 +762,7 @@ INSTANTIATE_TEST_SUITE_P(, BuiltRun, ::testing::Values(Kind::Built));
 
 }  // namespace
 
-// ---- Before anything was called ----
+// ---- Before any call ----
 
 TEST(LoadState, SlotsAndSettingsHaveTheirFirstValues) {
   EXPECT_EQ(DlgBoxGlobal_fonct,

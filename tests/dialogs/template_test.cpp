@@ -1,6 +1,5 @@
-// Dialogs whose layout is a template: how it is found, what may be wrong with it, and how the
-// fields' items are numbered in it. What a dialog does once it is up is tested for both kinds of
-// dialogs by run_test.cpp, text_items_test.cpp and value_items_test.cpp.
+// Dialogs whose layout is a template: finding it, its faults, its item numbers. The run itself is
+// tested for built and drawn dialogs by run_test.cpp, text_items_test.cpp and value_items_test.cpp.
 #include <algorithm>
 #include <cstring>
 #include <string>
@@ -36,13 +35,13 @@ class TemplateRun : public DialogTest {
   DialogScript &expectDialog(const char *title = "Visite") { return desk.expectDialog(title); }
   int run(const char *name = "visite") { return ZRVDlgBox(name); }
 
-  // The lines on standard error meanwhile.
+  // Returns the lines on standard error.
   std::string runAndListen(const char *name = "visite") {
     ::testing::internal::CaptureStderr();
     EXPECT_EQ(run(name), 0);
     return ::testing::internal::GetCapturedStderr();
   }
-  // A missing template is told of like any other mistake, by the name that its file would have.
+  // The line on standard error has the name of the file.
   void expectMissing(const std::string &name, const std::string &file) {
     EXPECT_EQ(runAndListen(name.c_str()),
               "korvel: dialog not shown: there is no template " + file + "\n");
@@ -200,7 +199,7 @@ TEST_F(TemplateRun, EachLetterOfANameIsFoundInUtf8) {
   expectMissing("\xE9\xE9", "éé");
 }
 
-// ---- What may be wrong with it ----
+// ---- Faults ----
 
 TEST_F(TemplateRun, AFormWithAFaultGives0AndOneLine) {
   const struct {
@@ -296,7 +295,7 @@ TEST_F(TemplateRun, AllThreeItemsOfADateTellItsIdentifier) {
 }
 
 TEST_F(TemplateRun, AFieldOfRankRIsItemR) {
-  // Hits are mapped by the first item all the same.
+  // Hits are still mapped by the first item.
   TexteDlgBox_param(2, 10);
   TexteDlgBox_set(0, "a");
   TexteDlgBox_set(1, "b");
@@ -374,7 +373,7 @@ TEST_F(TemplateRun, ItemsWithoutAFieldAreLeftAsDrawn) {
   EXPECT_TRUE(Callbacks::globalCalls.empty());
 }
 
-// ---- Title, buttons, surroundings ----
+// ---- Title, buttons, parent ----
 
 TEST_F(TemplateRun, TheTitleIsTheFormsUnlessOneIsSet) {
   draw({});
@@ -397,7 +396,7 @@ TEST_F(TemplateRun, TheButtonsAreAsDrawn) {
       })
       .pressReturn();
   EXPECT_EQ(run(), 1);
-  EXPECT_EQ(LDB_cx, 200) << "a size in the tables is that of a built dialog";
+  EXPECT_EQ(LDB_cx, 200) << "only a built dialog uses the size in the tables";
 }
 
 TEST_F(TemplateRun, ComesUpInFrontOfTheActiveWindow) {
@@ -446,7 +445,7 @@ TEST_F(TemplateRun, ASecondRunLeavesTheFirstAlone) {
   EXPECT_EQ(Callbacks::globalCalls.size(), 2U);
 }
 
-// ---- Entries that a form brings ----
+// ---- A form's own entries ----
 
 class DrawnEntries : public TemplateRun {
  protected:
@@ -469,7 +468,7 @@ TEST_F(DrawnEntries, ChoicesAreAddedBehindThoseOfTheForm) {
       {"c,d", "d", 1, 4, {"a", "b", "c", "d"}},
       {"c,d,c", "c", 1, 5, {"a", "b", "c", "d", "c"}},
       {"c+d", "x", 2, 2, {"a", "b", "c", "d"}},
-      // A choice that the form brings is not looked for while filling.
+      // Filling looks for no choice among the form's own.
       {"c,d", "a", 2, 2, {"a", "b", "c", "d"}},
       {"a", "a", 0, 3, {"a", "b", "a"}},
       {"", "x", 1, 1, {"a", "b", ""}},
@@ -499,7 +498,7 @@ TEST_F(DrawnEntries, APopUpOfTheFormsOwnChoicesIsReadAndRedisplayed) {
   expectDialog()
       .check([&] { EXPECT_EQ(desk.entries(3).size(), 3U); })
       .choose(3, "forêt")
-      .check([&] { EXPECT_EQ(desk.value(3), 3) << "the last of those that are equal"; })
+      .check([&] { EXPECT_EQ(desk.value(3), 3) << "the last of the equal ones"; })
       .check([&] { Callbacks::onGlobal = nullptr; })
       .choose(3, "forêt")
       .press(kOk);

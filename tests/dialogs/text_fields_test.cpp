@@ -1,3 +1,4 @@
+// The description of text fields: slices, limits, choices and tab stops.
 #include "dialogs/text_fields.h"
 
 #include <algorithm>
@@ -129,7 +130,7 @@ TEST_F(TextFields, SetCutsToTheSlice) {
     EXPECT_EQ(TDB_bInit[19], 1);
     EXPECT_EQ(std::string(TDB_pszBuffer[19]), std::string(kept, 'a'));
     EXPECT_EQ(TDB_pszBuffer[19][-1], '#') << "the slice before";
-    EXPECT_EQ(TDB_szBuffer[20 * 409], '#') << "what is behind the last slice";
+    EXPECT_EQ(TDB_szBuffer[20 * 409], '#') << "behind the last slice";
   }
 }
 

@@ -131,7 +131,7 @@ TEST_P(TextItems, CharactersWithoutAByteAreNotTyped) {
 }
 
 TEST_P(TextItems, AnUneditedPartIsReadBackAsTyped) {
-  // Bytes that the conversion left behind in an earlier entry become the letters they show as.
+  // Bytes left over from an earlier conversion become the letters that they show.
   TexteDlgBox_set(0, "for\x90t");
   expectDialog()
       .check([&] { EXPECT_EQ(desk.text(kItem), "forêt"); })
@@ -153,14 +153,14 @@ TEST_P(TextItems, ValidityFollowsEveryKey) {
       .type(kItem, "c")
       .check([&] {
         EXPECT_FALSE(desk.isEnabled(kOk));
-        EXPECT_EQ(stored(), "abc") << "stored whole, and marked";
+        EXPECT_EQ(stored(), "abc") << "stored whole, and flagged";
       })
       .deleteBack(kItem, 3)
       .check([&] { EXPECT_FALSE(desk.isEnabled(kOk)); })
       .type(kItem, "z")
       .press(kOk);
   EXPECT_EQ(run(), 1);
-  EXPECT_EQ(Callbacks::globalCalls.size(), 5U) << "only acceptable texts are told";
+  EXPECT_EQ(Callbacks::globalCalls.size(), 5U) << "only for acceptable texts";
 }
 
 TEST_P(TextItems, AnOptionalTextMayBeEmptied) {
@@ -259,7 +259,7 @@ TEST_P(MaskedText, EditsByPositionFromTheStart) {
       {"ten keys", [](DialogScript &s) { s.moveToEnd(kItem).type(kItem, "0123456789"); },
        "secret0123456789"},
       {"ten deletions", [](DialogScript &s) { s.moveToEnd(kItem).deleteBack(kItem, 10); }, ""},
-      // A star behind the old text's end ends the text.
+      // A star behind the end of the previous text ends the text.
       {"a typed star", [](DialogScript &s) { s.moveToEnd(kItem).type(kItem, "*"); }, "secret"},
       {"a star, then a letter", [](DialogScript &s) { s.moveToEnd(kItem).paste(kItem, "*a"); },
        "secret"},
@@ -356,9 +356,9 @@ TEST_P(PopUp, TheChoiceEqualToTheTextIsShown) {
       {"a,b,c", "d", 0},
       {"a,b,c", "", 0},
       {"a,,c", "", 2},
-      // The last of several.
+      // The last of several equal ones.
       {"a,b,a", "a", 3},
-      // Accents, also those whose bytes an earlier entry left behind.
+      // Accents, also as bytes left over from an earlier conversion.
       {"for\xEAt,ma\xEFs,\xE9t\xE9", "for\xEAt", 1},
       {"for\xEAt,ma\xEFs,\xE9t\xE9", "ma\xEFs", 2},
       {"for\xEAt,ma\xEFs,\xE9t\xE9", "\xE9t\xE9", 3},
@@ -414,7 +414,7 @@ TEST_P(PopUp, TheStarsOfAMaskedChoiceStandForThePreviousText) {
   choices("ab,x*,***", "ab");
   TexteDlgBox_password(0, 1);
   expectDialog()
-      .check([&] { EXPECT_EQ(desk.value(kItem), 1) << "chosen by its text, not by its mask"; })
+      .check([&] { EXPECT_EQ(desk.value(kItem), 1) << "chosen by the text, not by the stars"; })
       .choose(kItem, "x*")
       .check([&] {
         EXPECT_EQ(stored(), "xb");
@@ -597,7 +597,7 @@ TEST_P(List, ARefusedDoubleClickGoesBackToWaiting) {
       .doubleClickRow(kItem, 1)
       .check([&] {
         EXPECT_EQ(stored(), "vu") << "the row is not stored again";
-        EXPECT_EQ(Callbacks::globalCalls.size(), 1U) << "of the first of the two clicks";
+        EXPECT_EQ(Callbacks::globalCalls.size(), 1U) << "for the first of the two clicks";
       })
       .press(kCancel);
   EXPECT_EQ(run(), 0);

@@ -1,5 +1,5 @@
-// Callbacks that throw, in an application of the shared library as it is installed: it brings a C++
-// runtime of its own, beside the application's. The dialogs stand on the desktop module.
+// Callbacks that throw, in an application of the shared library as it is installed, which has its
+// own copy of the C++ runtime, with the desktop module.
 #include <csetjmp>
 #include <cstdlib>
 #include <deque>
@@ -23,7 +23,7 @@ constexpr const char *kOkText = "OK";
 constexpr const char *kCancelText = "Annuler";
 constexpr const char *kActionText = "Agir";
 
-// What is thrown: not only the library's own exceptions are to be caught.
+// An exception of the application's own.
 class Thrown {
  public:
   explicit Thrown(int *living) : living_(living) { ++*living_; }
@@ -61,7 +61,7 @@ QAbstractButton *buttonOf(const char *text) {
   return nullptr;
 }
 
-// Steps of a person, one after the other in the run of the next dialog.
+// A person's steps, in turn, in the next dialog.
 class Person {
  public:
   Person() {
@@ -112,7 +112,7 @@ class ThrowingCallbacks : public testing::Test {
     describe();
   }
   ~ThrowingCallbacks() override {
-    EXPECT_EQ(s_living, 0) << "what was thrown is destroyed once";
+    EXPECT_EQ(s_living, 0) << "the exception is destroyed once";
     EXPECT_EQ(std::uncaught_exceptions(), 0);
   }
   // An integer field, item 3, and a push button.
@@ -167,7 +167,7 @@ TEST_F(ThrowingCallbacks, AValidatorWhileFillingEndsAsACancel) {
   EXPECT_EQ(IDB, 0);
   describe();
   person.press(kOkText);
-  EXPECT_EQ(run(), 1) << "a further dialog is not kept back";
+  EXPECT_EQ(run(), 1) << "a further dialog is shown";
 }
 
 TEST_F(ThrowingCallbacks, AnApplicationMayBeHandlingAnExceptionOfItsOwn) {
@@ -189,7 +189,7 @@ TEST_F(ThrowingCallbacks, AnApplicationMayBeHandlingAnExceptionOfItsOwn) {
 std::jmp_buf s_before;
 int leaveByJump(WindowRef) { std::longjmp(s_before, 1); }
 
-// Leaves a process in which no dialog can be shown any more, so it is one of its own.
+// Afterwards the process can show no dialog, so the test has its own.
 [[noreturn]] void jumpOutOfAnAction(Person &person) {
   PushDlgBox_set_fvalid(0, leaveByJump);
   person.press(kActionText);

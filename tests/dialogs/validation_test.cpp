@@ -1,3 +1,4 @@
+// Validation of all fields, and the end of a definition, without a dialog on the screen.
 #include <cmath>
 #include <string>
 #include <vector>
@@ -179,10 +180,10 @@ TEST_F(Validation, GoesFromTextsOverIntegersAndNumbersToDates) {
   TDB_bOK[0] = IDB_bOK[0] = NDB_bOK[0] = DDB_bOK[0] = 7;
   EXPECT_EQ(ZRVDlgBox_valid(), 0);
   ASSERT_EQ(s_turns.size(), 4U);
-  EXPECT_EQ(s_turns[0].substr(0, 9), "integer 0") << "texts have been judged";
+  EXPECT_EQ(s_turns[0].substr(0, 9), "integer 0") << "texts come before";
   EXPECT_EQ(s_turns[1].substr(0, 11), "integer 0 0");
   EXPECT_EQ(s_turns[2].substr(0, 10), "number 0 0");
-  EXPECT_EQ(s_turns[3].substr(0, 10), "date 0 0 0") << "and numbers";
+  EXPECT_EQ(s_turns[3].substr(0, 10), "date 0 0 0") << "numbers, too";
   EXPECT_EQ(flags(), " 0 0 0 0");
 }
 
@@ -198,7 +199,7 @@ TEST_F(Validation, AMandatoryFieldWithoutAValueAsksNoValidator) {
   EXPECT_EQ(s_turns, std::vector<std::string>{});
   for (int *set : {IDB_bInit, NDB_bInit, DDB_bInit}) *set = 1;
   EXPECT_EQ(ZRVDlgBox_valid(), 0);
-  EXPECT_EQ(s_turns.size(), 3U) << "one with a value does";
+  EXPECT_EQ(s_turns.size(), 3U) << "only fields with a value";
 }
 
 TEST_F(Validation, AMissingValidatorRefuses) {

@@ -1,4 +1,4 @@
-// Integer, number and date fields: what they have in common, then what is their own.
+// The description of integer, number and date fields: what they share, then what each has.
 #include <climits>
 #include <cstring>
 #include <ostream>
@@ -17,7 +17,7 @@ namespace {
 int acceptNothing(char *, int *) { return 9; }
 int acceptNoNumber(char *, double *) { return 9; }
 
-// ---- The same for all three ----
+// ---- All three ----
 
 struct ValueFamily {
   const char *name;
@@ -411,7 +411,7 @@ TEST_F(DateFields, CalendarDatesAreAccepted) {
     int status;
     int stored;  // -7: nothing
   } kCases[] = {
-      // The first and the last day, and those beside them.
+      // The first and the last day, and their neighbours.
       {"18000101", 0, 18000101},
       {"17991231", 2, 17991231},
       {"21001231", 0, 21001231},
@@ -436,12 +436,12 @@ TEST_F(DateFields, CalendarDatesAreAccepted) {
       // Year 0, and no date at all.
       {"0", 2, 0},
       {"0101", 2, 101},
-      // Kept: digits above the year's four are not looked at.
+      // Digits above the year's four do not count.
       {"120230101", 0, 120230101},
-      // Negative values, stored all the same.
+      // Negative values are stored all the same.
       {"-1", 1, -1},
       {"-20230101", 1, -20230101},
-      // The codec's own refusals store nothing.
+      // What the codec refuses is not stored.
       {"", 1, -7},
       {"  ", 1, -7},
       {"-", 2, -7},

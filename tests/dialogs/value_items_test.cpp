@@ -18,7 +18,7 @@ namespace {
 
 constexpr int kItem = 3;
 
-// What validation functions were given.
+// The texts that validation functions were given.
 std::vector<std::string> s_seen;
 int recordInteger(char *text, int *value) {
   s_seen.push_back(text);
@@ -33,7 +33,7 @@ int recordNumber(char *text, double *value) {
   s_seen.push_back(text);
   return realcod_d(text, value);
 }
-// Writes up to the last byte of what it may count on.
+// Writes up to the last byte of its promised room.
 int fillItsRoom(char *text, int *) {
   std::memset(text, 'v', 255);
   text[255] = '\0';
@@ -208,7 +208,7 @@ TEST_P(IntegerItems, EachKeyIsConverted) {
       .press(kOk);
   EXPECT_EQ(run(), 1);
   EXPECT_EQ(IDB_iInts[0], 12);
-  EXPECT_EQ(Callbacks::globalCalls.size(), 3U) << "not for what was refused";
+  EXPECT_EQ(Callbacks::globalCalls.size(), 3U) << "none for a refused text";
 }
 
 TEST_P(IntegerItems, EmptyingKeepsTheValue) {
@@ -416,7 +416,7 @@ TEST_P(MaskedInteger, EditsByDigitFromTheEnd) {
         "1234567890"},
        1234567890,
        10},
-      // The stars on both sides of a typed digit are counted together, from the end.
+      // Stars on both sides of a typed digit are counted together, from the end.
       {"type in the middle",
        1234,
        [](auto &s) { s.moveTo(kItem, 2).type(kItem, "5"); },
@@ -470,7 +470,7 @@ TEST_P(MaskedInteger, EditsByDigitFromTheEnd) {
        {"-1"},
        -1,
        2},
-      // A refused key leaves the value, and its star stands for a digit at the next key.
+      // A refused key leaves the value. At the next key its star means a digit.
       {"a letter, and back",
        1234,
        [](auto &s) { s.moveToEnd(kItem).type(kItem, "a").deleteBack(kItem); },
@@ -781,20 +781,20 @@ TEST_P(DateItems, PartsFollowTheirRules) {
       {"-3", "2", "2023", 1, 1, 0},
       {" ", "2", "2023", 1, 1, 0},
       {"0", "99", "99999", 1, 1, 0},
-      // An empty part is an error of a mandatory date only.
+      // Kept: an empty part of an optional date and a negative part are no errors.
       {"", "2", "2023", 1, 0, 0},
       {"28", "", "2023", 1, 0, 0},
       {"28", "2", "", 1, 0, 0},
       {"", "2", "2023", 0, 1, 0},
       {"", "", "", 0, 1, 0},
       {"", "", "", 1, 0, 0},
-      // What is no number is an error always, also beside a part below 1.
+      // Text that is not a number is always an error, even beside a part below 1.
       {"x", "2", "2023", 0, 0, 0},
       {"28", "2x", "2023", 0, 0, 0},
       {"28", "2", "-", 0, 0, 0},
       {"0", "2", "20 23", 0, 0, 0},
       {"28", "2", "2147483648", 0, 0, 0},
-      // Parts too large for their place add up all the same.
+      // Parts too large for their digits are added up all the same.
       {"100", "1", "2000", 1, 0, 20000200},
       {"101", "1", "2000", 1, 1, 20000201},
       {"1", "13", "2000", 1, 0, 20001301},
@@ -805,7 +805,7 @@ TEST_P(DateItems, PartsFollowTheirRules) {
     SCOPED_TRACE(name);
     describe(20240229);
     DateDlgBox_mandatory(0, mandatory);
-    // The step that is judged is the last: before it, all else stands already.
+    // Only the last step counts: the other parts are entered before it.
     expectDialog()
         .replace(4, month)
         .replace(5, year)
