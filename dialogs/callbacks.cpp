@@ -1,10 +1,20 @@
 // The application's two callbacks, and the error text of the final one.
 #include "dialogs/callbacks.h"
 
+#include <cstdint>
+
 #include "base/views.h"
 #include "dialogs/numbering.h"
 #include "messages/box.h"
 #include "strings/copy.h"
+
+// The casts keep these two from being constinit. They are relocations all the same: no code runs
+// when the library is loaded.
+DlgBoxGlobal_t DlgBoxGlobal_fonct =
+    reinterpret_cast<DlgBoxGlobal_t>(reinterpret_cast<void (*)()>(&DlgBoxGlobal_nul));
+DlgBoxFinal_t DlgBoxFinal_fonct =
+    reinterpret_cast<DlgBoxFinal_t>(reinterpret_cast<void (*)()>(&DlgBoxFinal_nul));
+constinit char DlgBoxFinal_szErr[256] = "";
 
 namespace korvel::dialogs {
 
@@ -25,18 +35,6 @@ void recordError(const char *text) {
 }
 
 }  // namespace
-
-}  // namespace korvel::dialogs
-
-// The casts keep these two from being constinit. They are relocations all the same: no code runs
-// when the library is loaded.
-DlgBoxGlobal_t DlgBoxGlobal_fonct =
-    reinterpret_cast<DlgBoxGlobal_t>(reinterpret_cast<void (*)()>(&DlgBoxGlobal_nul));
-DlgBoxFinal_t DlgBoxFinal_fonct =
-    reinterpret_cast<DlgBoxFinal_t>(reinterpret_cast<void (*)()>(&DlgBoxFinal_nul));
-constinit char DlgBoxFinal_szErr[256] = "";
-
-namespace korvel::dialogs {
 
 int callGlobal(DlgBoxGlobal_t callback, const FieldType &type, int i, int *redisplay,
                int capacity) {
@@ -66,6 +64,16 @@ void endDefinition() {
   DlgBoxGlobal_fonct = inSlot<DlgBoxGlobal_t>(DlgBoxGlobal_nul);
   DlgBoxFinal_fonct = inSlot<DlgBoxFinal_t>(DlgBoxFinal_nul);
 }
+
+namespace {
+
+int endWithFinal(int first) {
+  const int result = callFinal(reinterpret_cast<WindowRef>(static_cast<std::intptr_t>(first)));
+  endDefinition();
+  return result;
+}
+
+}  // namespace
 
 }  // namespace korvel::dialogs
 
@@ -99,3 +107,5 @@ int DlgBoxFinal_MessageBox(WindowRef owner, const char *text, const char *captio
   return korvel::messages::messageBox(owner, textOf(text), textOf(caption),
                                       static_cast<unsigned>(flags));
 }
+
+int ZRVDlgBox_end(int first) { return endWithFinal(first); }

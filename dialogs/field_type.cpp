@@ -1,4 +1,4 @@
-// What all kinds of fields share: taking into use, placing, and the flags.
+// What all kinds of fields share: taking into use, placing, flags, and the validation of all.
 #include "dialogs/field_type.h"
 
 #include <algorithm>
@@ -13,6 +13,15 @@ void clearField(const FieldType &type, int i) {
   if (type.flags.init != nullptr) type.flags.init[i] = 0;
   if (type.flags.mandatory != nullptr) type.flags.mandatory[i] = 1;
   if (type.flags.valid != nullptr) type.flags.valid[i] = 1;
+}
+
+bool isAcceptable(const FieldType &type, int i) {
+  return type.flags.init[i] == 0 ? type.flags.mandatory[i] == 0 : type.storedIsAcceptable(i);
+}
+
+void validate() {
+  forEachValidatedField(
+      [](const FieldType &type, int i) { type.flags.valid[i] = isAcceptable(type, i) ? 1 : 0; });
 }
 
 }  // namespace
@@ -62,3 +71,10 @@ bool allValid() {
 }
 
 }  // namespace korvel::dialogs
+
+using namespace korvel::dialogs;
+
+int ZRVDlgBox_valid() {
+  validate();
+  return allValid() ? 1 : 0;
+}

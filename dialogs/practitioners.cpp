@@ -21,29 +21,14 @@ namespace korvel::dialogs {
 
 namespace {
 
-// The rows of the list, joined by '$'.
-constinit char *listText = nullptr;
-
-}  // namespace
-
-}  // namespace korvel::dialogs
-
-constinit char *liste_base = nullptr;
-constinit int nbase = 0;
-constinit char **liste = &korvel::dialogs::listText;
-constinit char sz_MTliste[256] = "";
-
-namespace korvel::dialogs {
-
-namespace {
-
 constexpr int kEntrySize = 80;
 
 struct Entry {
   char text[kEntrySize];
 };
 
-// The size of listText: room for all entries that were read.
+// The rows of the list, joined by '$', in room for all entries that were read.
+constinit char *listText = nullptr;
 constinit std::size_t listRoom = 0;
 
 // The fields of the dialog.
@@ -171,7 +156,11 @@ int clearSelection(int textFirstItem, int *redisplay, int capacity) {
 }
 
 void select() {
-  Tables tables;
+  if (!mayShowDialog()) {
+    sz_MTliste[0] = '\0';
+    return;
+  }
+  Tables tables;  // not before: a dialog that is up may have those of an earlier call
   if (!tables.hasEntries()) return;
   int firstLine = 0;
   int lastLine = 0;
@@ -189,6 +178,11 @@ void select() {
 
 using namespace korvel::dialogs;
 
+constinit char *liste_base = nullptr;
+constinit int nbase = 0;
+constinit char **liste = &listText;
+constinit char sz_MTliste[256] = "";
+
 void listeNoms(char *line) {
   if (line != nullptr) addEntry(line);
 }
@@ -202,11 +196,6 @@ int DlgBoxGlobal_BAS(int item, int textInUse, int textFirstItem, char **texts, i
 
 char *SelectMT(void *, void *, const char *dirTables) {
   setDirTables(dirTables);
-  // A dialog that is up keeps its tables, which may be those of an earlier call of this function.
-  if (mayShowDialog()) {
-    select();
-  } else {
-    sz_MTliste[0] = '\0';
-  }
+  select();
   return sz_MTliste;
 }

@@ -19,10 +19,6 @@ namespace {
 using platform::Dialog;
 using platform::ItemKind;
 
-std::string findTemplate(std::string_view name) {
-  return name.empty() ? std::string() : platform::findNamed("dialogs", name, {".ui"});
-}
-
 std::optional<int> missingItem(const Dialog &dialog, const FieldType &type, int i) {
   const int first = itemOf(type, i);
   for (int item = first; item < first + type.itemsPerField; ++item) {
@@ -73,8 +69,8 @@ std::unique_ptr<Dialog> open(const std::string &path) {
 
 int runTemplate(std::string_view name) {
   if (!mayShowDialog()) return 0;
-  const std::string path = findTemplate(name);
-  if (!path.empty()) return runOpened([&] { return open(path); });
+  const std::string path = platform::findNamed("dialogs", name, {".ui"});
+  if (!name.empty() && !path.empty()) return runOpened([&] { return open(path); });
   reportNotShown("there is no template " + platform::inUtf8(name));
   return 0;
 }
