@@ -7,7 +7,6 @@
 #include <string_view>
 
 #include <korvel/dialogs.h>
-#include <korvel/tables.h>
 
 #include "dialogs/build.h"
 #include "dialogs/run.h"
@@ -16,6 +15,8 @@
 #include "strings/compare.h"
 #include "strings/copy.h"
 #include "strings/string_list.h"
+#include "tables/listing.h"
+#include "tables/state.h"
 
 namespace korvel::dialogs {
 
@@ -160,13 +161,13 @@ void select() {
     sz_MTliste[0] = '\0';
     return;
   }
-  Tables tables;  // not before: a dialog that is up may have those of an earlier call
-  if (!tables.hasEntries()) return;
+  Tables rows;  // not before: a dialog that is up may have those of an earlier call
+  if (!rows.hasEntries()) return;
   int firstLine = 0;
   int lastLine = 0;
-  ZRV_Table_scan("MT.par", &firstLine, &lastLine, addEntry);
+  tables::scanTable("MT.par", &firstLine, &lastLine, addEntry);
   sz_MTliste[0] = '\0';
-  if (nbase == 0 || !tables.makeRows()) return;
+  if (nbase == 0 || !rows.makeRows()) return;
   sortEntries();
   joinRows([](std::string_view) { return true; });
   if (runDialog()) keepSelection();
@@ -195,7 +196,7 @@ int DlgBoxGlobal_BAS(int item, int textInUse, int textFirstItem, char **texts, i
 }
 
 char *SelectMT(void *, void *, const char *dirTables) {
-  setDirTables(dirTables);
+  korvel::tables::setDirectory(dirTables);
   select();
   return sz_MTliste;
 }

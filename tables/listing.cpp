@@ -1,9 +1,9 @@
 // The data lines of a table one after the other: their codes in a list, or each for a callback.
+#include "tables/listing.h"
+
 #include <cstring>
 #include <span>
 #include <string_view>
-
-#include <korvel/tables.h>
 
 #include "base/views.h"
 #include "strings/compare.h"
@@ -88,7 +88,10 @@ class SplitLine {
   char fields_[kListingSize];
 };
 
-bool scan(const TablePath &path, int *first, int *last, TableLine_t perLine) {
+}  // namespace
+
+bool scanTable(const char *name, int *first, int *last, TableLine_t perLine) {
+  const TablePath path = tablePath(name);
   TableReader table;
   if (!path || !table.open(path.text, Slots::Memory)) return false;
   LineReader lines(table, kListingSize);
@@ -104,7 +107,6 @@ bool scan(const TablePath &path, int *first, int *last, TableLine_t perLine) {
   return data.hasBegun();
 }
 
-}  // namespace
 }  // namespace korvel::tables
 
 using namespace korvel::base;
@@ -115,5 +117,5 @@ int ZRV_Table_liste(const char *name, char *out, int outSize) {
 }
 
 int ZRV_Table_scan(const char *name, int *firstLine, int *lastLine, TableLine_t perLine) {
-  return scan(tablePath(name), firstLine, lastLine, perLine) ? 1 : 0;
+  return scanTable(name, firstLine, lastLine, perLine) ? 1 : 0;
 }

@@ -19,6 +19,10 @@ static_assert(sizeof ZRV_Libelle_NC_szBuffer == korvel::tables::kLineSize);
 
 namespace korvel::tables {
 
+void setDirectory(const char *dir) {
+  if (dir != nullptr) strings::copyWhole(ZRV_Libelle_NC_szDirTables, dir);
+}
+
 void forgetLine() {
   ZRV_Libelle_NC_il = 0;
   ZRV_Libelle_NC_read = 0;
@@ -48,7 +52,7 @@ SplitFields bufferFields() {
 }  // namespace korvel::tables
 
 char *setDirTables(const char *dir) {
-  if (dir != nullptr) korvel::strings::copyWhole(ZRV_Libelle_NC_szDirTables, dir);
+  korvel::tables::setDirectory(dir);
   return ZRV_Libelle_NC_szDirTables;
 }
 

@@ -1,4 +1,5 @@
-// For tables/ only: the current line, which lookup, search and editing share.
+// For tables/ and dialogs/: the directory of tables, and the current line, which lookup, search and
+// editing share.
 #ifndef KORVEL_TABLES_STATE_H
 #define KORVEL_TABLES_STATE_H
 
@@ -7,6 +8,9 @@
 #include "tables/line.h"
 
 namespace korvel::tables {
+
+// Has tables looked for in this directory first. A null pointer changes nothing.
+void setDirectory(const char *dir);
 
 // No current line: every function that starts from the first line begins with this.
 void forgetLine();

@@ -1,0 +1,14 @@
+// For tables/ and dialogs/: the data lines of a table, one after the other.
+#ifndef KORVEL_TABLES_LISTING_H
+#define KORVEL_TABLES_LISTING_H
+
+#include <korvel/tables.h>
+
+namespace korvel::tables {
+
+// The rule of ZRV_Table_scan. Returns whether the table has data lines.
+bool scanTable(const char *name, int *first, int *last, TableLine_t perLine);
+
+}  // namespace korvel::tables
+
+#endif
