@@ -30,6 +30,7 @@
 #include "tests/files/volumes.h"
 #include "tests/profile/files_in_memory.h"
 #include "tests/profile/literal_profile.h"
+#include "tests/support/failing_memory.h"
 #include "tests/support/sanitizer.h"
 
 namespace {
@@ -70,6 +71,7 @@ namespace {
 
 using korvel::test::content;
 using korvel::test::entries;
+using korvel::test::FailingMemory;
 using korvel::test::inChild;
 using korvel::test::inChildOfAUser;
 using korvel::test::killedAtStop;
@@ -374,6 +376,23 @@ TEST_F(InPlace, AFaultInTheMidstOfTheOverwritingLeavesTheOldProfile) {
       EXPECT_TRUE(content(volumes_.posix("p.ini")) == old) << writer.name << ' ' << nth;
     }
   }
+}
+
+TEST(WithoutMemory, AWriteGivesZeroAndLeavesTheOldContent) {
+  const Volumes volumes;
+  volumes.file("p.ini", "[A]\r\nx=1\r\n");
+  int failures = 0;
+  for (bool failed = true; failed; failures += failed) {
+    int result = 0;
+    {
+      const FailingMemory memory(failures + 1);
+      result = WritePrivateProfileString("A", "x", "2", "Data:p.ini");
+      failed = memory.hasFailed();
+    }
+    ASSERT_EQ(result, failed ? 0 : 1) << failures;
+    ASSERT_EQ(content(volumes.posix("p.ini")), failed ? "[A]\r\nx=1\r\n" : "[A]\r\nx=2\r\n");
+  }
+  EXPECT_GT(failures, 0);
 }
 
 // --- What is no missing file -------------------------------------------------------------------
