@@ -227,10 +227,12 @@ KORVEL_API int MFil_Write(int handle, const void *buffer, int count);
 /* Moves the position to an offset, 0 to size. Returns 0, or -1 with the position as it was. */
 KORVEL_API int MFil_Lseek(int handle, int offset);
 
-/* Returns the position, -1 for a bad handle. */
+/* Returns the position field of the slot, also of a free one (0 after a close); -1 for a handle
+   outside 0 to 4. */
 KORVEL_API int MFil_GetPos(int handle);
 
-/* Returns the size, -1 for a bad handle. */
+/* Returns the size field of the slot, also of a free one (0 after a close); -1 for a handle outside
+   0 to 4. */
 KORVEL_API int MFil_Size(int handle);
 
 /* Returns the address of the byte at an offset, good until the next write or close; null when the
