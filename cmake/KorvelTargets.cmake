@@ -22,10 +22,25 @@ function(korvel_compile_settings target)
   endif()
 endfunction()
 
+# What makes a mistake of ours hard to exploit: checked stacks, returns and buffers, and no page that
+# is writable once the loader is done. The sanitizers bring their own.
+function(korvel_harden target)
+  if(KORVEL_SANITIZE)
+    return()
+  endif()
+  target_compile_options(${target} PRIVATE -fstack-protector-strong -fstack-clash-protection
+    $<$<NOT:$<CONFIG:Debug>>:-U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2>)
+  if(CMAKE_SYSTEM_PROCESSOR MATCHES "x86_64|AMD64")
+    target_compile_options(${target} PRIVATE -fcf-protection)
+  endif()
+  target_link_options(${target} PRIVATE -Wl,-z,relro -Wl,-z,now -Wl,-z,noexecstack)
+endfunction()
+
 # A library target of the project; further arguments are sources.
 function(korvel_target target type)
   add_library(${target} ${type} ${ARGN})
   korvel_compile_settings(${target})
+  korvel_harden(${target})
   # Public headers by <korvel/...>, private ones by their folder from the project's root.
   target_include_directories(${target} PRIVATE
     ${PROJECT_SOURCE_DIR} ${PROJECT_SOURCE_DIR}/include)

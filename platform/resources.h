@@ -1,4 +1,4 @@
-// For dialogs/, draw/ and the tests: finds the application's resource files.
+// For dialogs/, draw/ and platform/: finds the application's resource files.
 #ifndef KORVEL_PLATFORM_RESOURCES_H
 #define KORVEL_PLATFORM_RESOURCES_H
 

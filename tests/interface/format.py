@@ -1,0 +1,17 @@
+"""format.py <clang-format> <project>: every source has the form that clang-format gives it."""
+import pathlib
+import subprocess
+import sys
+
+formatter, project = sys.argv[1:]
+ELSEWHERE = {'build', '.git'}
+
+sources = [str(path) for suffix in ('cpp', 'h', 'c') for path in pathlib.Path(project).rglob(f'*.{suffix}')
+           if path.relative_to(project).parts[0] not in ELSEWHERE]
+run = subprocess.run([formatter, '--dry-run', '--Werror', *sources], capture_output=True, text=True,
+                     check=False)
+if run.returncode != 0:
+    sys.exit(run.stderr)
+if len(sources) < 300:
+    sys.exit(f'only {len(sources)} sources looked at')
+print(f'{len(sources)} sources have their form')

@@ -1,0 +1,86 @@
+"""one_hand.py <project>: what a script can hold of one hand in all folders. Every source says first
+what it does, guards are named after their paths, private headers are included only by those they
+name, and each sentence marked "Kept:" stands in a test, too."""
+import pathlib
+import re
+import sys
+
+root = pathlib.Path(sys.argv[1])
+LIBRARY = ['base', 'shell', 'strings', 'codecs', 'dates', 'files', 'profile', 'tables', 'platform',
+           'draw', 'messages', 'dialogs']
+OTHERS = ['include', 'tests', 'bench', 'examples']
+SUFFIXES = ('.cpp', '.h', '.c')
+
+texts = {path.relative_to(root).as_posix(): path.read_text(encoding='utf-8', errors='replace')
+         for folder in LIBRARY + OTHERS for path in sorted(root.glob(f'{folder}/**/*'))
+         if path.suffix in SUFFIXES}
+problems = []
+
+
+def opening(text):
+    """The comment that a source begins with, or an empty text."""
+    block = re.match(r'(?://[^\n]*\n)+|/\*.*?\*/', text, re.S)
+    return block.group(0) if block else ''
+
+
+def guard(name):
+    # An application's own headers, as the examples show them, are guarded by its own names.
+    path = re.sub(r'^(examples|include/korvel)/', '', name)
+    prefix = '' if name.startswith('examples/') else 'KORVEL_'
+    return prefix + re.sub(r'\W', '_', path).upper()
+
+
+def included(text):
+    return re.findall(r'^\s*#\s*include\s+"([^"]+)"', text, re.M)
+
+
+def words(text):
+    """The words of a source, its comment marks left out."""
+    return re.sub(r'\s+', ' ', re.sub(r'^\s*(?://+|\*)|/\*|\*/', ' ', text, flags=re.M))
+
+
+for name, text in texts.items():
+    if not opening(text):
+        problems.append(f'{name} does not begin with what it does')
+    if name.endswith('.h') and f'#ifndef {guard(name)}\n#define {guard(name)}\n' not in text:
+        problems.append(f'{name} is not guarded by {guard(name)}')
+    if re.search(r'^\s*using namespace (?!korvel\b|std::\w*literals)', text, re.M):
+        problems.append(f'{name} takes in a namespace that is not ours')
+    if name.endswith('.h') and re.search(r'^using namespace', text, re.M):
+        problems.append(f'{name} is a header and takes in a namespace')
+
+# Private headers and their readers.
+private = 0
+for name, text in texts.items():
+    if name.split('/')[0] not in LIBRARY or not name.endswith('.h'):
+        continue
+    private += 1
+    readers = re.match(r'// For ([^:]*):', re.sub(r'\n//', '', opening(text)))
+    if not readers:
+        problems.append(f'{name} does not say for whom it is')
+        continue
+    if 'all folders' in readers[1]:
+        continue
+    folders = re.findall(r'[\w/]+/', readers[1]) + ['tests/', 'bench/']
+    problems += [f'{other} includes {name}, which is for {readers[1]}'
+                 for other, content in texts.items()
+                 if name in included(content) and not other.startswith(tuple(folders))]
+
+# Sentences that are promises of oddities.
+tested = words(' '.join(text for name, text in texts.items() if name.startswith('tests/')))
+kept = 0
+for name, text in texts.items():
+    if name.split('/')[0] not in LIBRARY:
+        continue
+    for comment in re.findall(r'(?:^[^\n"]*?//[^\n]*\n)+', text, re.M):
+        plain = words(re.sub(r'^[^\n]*?//', ' ', comment, flags=re.M))
+        for sentence in re.findall(r'Kept: ([^.]*)', plain):
+            kept += 1
+            if sentence.strip() not in tested:
+                problems.append(f'{name}: in no test: "Kept: {sentence.strip()}"')
+
+if problems:
+    sys.exit('\n'.join(problems) + f'\n{len(problems)} to mend')
+if len(texts) < 300 or private < 60 or kept < 40:
+    sys.exit(f'only {len(texts)} files, {private} private headers, {kept} sentences read')
+print(f'{len(texts)} files, {private} private headers and {kept} kept oddities are as agreed')
