@@ -3,7 +3,7 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <cstdlib>
+#include <stdlib.h>
 #include <string>
 #include <utility>
 
@@ -27,7 +27,8 @@ std::string asPath(const std::string &file) {
 
 // Empty, with the problem, when there is no module.
 std::string modulePath(std::string &problem) {
-  const char *chosen = std::getenv("KORVEL_DESKTOP");
+  // Whoever starts a process with raised privileges does not say what code it loads.
+  const char *chosen = secure_getenv("KORVEL_DESKTOP");
   if (chosen != nullptr && *chosen != '\0') return asPath(chosen);
   const std::string beside = libraryFolder();
   for (const std::string &folder : {beside, beside + "/korvel"}) {

@@ -9,9 +9,10 @@ namespace korvel::platform {
 class Desktop;
 
 // The desktop, loading its module at the first call: from the path in the environment variable
-// KORVEL_DESKTOP when that is set, else korvel-qt.so beside the library, else in the folder
-// korvel/ beside the library. Null when no module can be loaded; standard error then says why, in
-// one line. A failed load is tried again at the next call.
+// KORVEL_DESKTOP when that is set (which a process with raised privileges does not look at), else
+// korvel-qt.so beside the library, else in the folder korvel/ beside the library. Null when no
+// module can be loaded; standard error then says why, in one line. A failed load is tried again at
+// the next call.
 Desktop *desktop();
 
 // The same for drawing, which comes in many calls: the line on standard error is written once.

@@ -17,6 +17,7 @@
 #include <QThread>
 #include <QWidget>
 
+#include "platform/qt/privileges.h"
 #include "platform/qt/screencheck.h"
 
 namespace korvel::platform::qt {
@@ -116,7 +117,7 @@ bool startsInTrial(const std::string &platform) {
 constinit const std::string *withoutScreen = nullptr;
 
 bool startOffscreen(const std::string &problem) {
-  if (!hasOffscreenPlatform()) return false;
+  if (endsThisProcess() || !hasOffscreenPlatform()) return false;
   auto kept = std::make_unique<std::string>(problem);
   startApplication(kOffscreenPlatform);
   withoutScreen = kept.release();
@@ -143,6 +144,10 @@ bool ensureApplication(std::string &problem) {
     const std::string why = whyUnfit(*application);
     if (!why.empty()) problem = why;
     return why.empty();
+  }
+  if (endsThisProcess()) {
+    problem = "no screen: Qt does not work for a user that a set-user-id program changed to";
+    return false;
   }
   const PlatformChoice choice = choosePlatform(startsInTrial);
   if (choice.name.empty()) {

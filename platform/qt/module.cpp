@@ -2,6 +2,7 @@
 #include <korvel/types.h>
 
 #include "platform/desktop.h"
+#include "platform/qt/privileges.h"
 #include "platform/qt/qtdesktop.h"
 
 // Named by korvel::platform::kModuleEntry.
@@ -9,6 +10,7 @@ extern "C" KORVEL_API korvel::platform::Desktop *korvel_desktop(int version);
 
 extern "C" korvel::platform::Desktop *korvel_desktop(int version) {
   if (version != korvel::platform::kSeamVersion) return nullptr;
+  korvel::platform::qt::forgetForeignCode();
   static korvel::platform::qt::QtDesktop desktop;
   return &desktop;
 }
