@@ -1,6 +1,6 @@
 # What `cmake --install` puts where, and how an application finds it: find_package(korvel) with the
-# target korvel::korvel, or `pkg-config korvel`. The desktop module and the default resources are
-# installed by platform/.
+# target korvel::korvel and the function korvel_check_names, or `pkg-config korvel`. The desktop
+# module and the default resources are installed by platform/.
 include(CMakePackageConfigHelpers)
 
 install(TARGETS korvel EXPORT korvelTargets LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
@@ -12,7 +12,8 @@ configure_package_config_file(cmake/korvelConfig.cmake.in korvelConfig.cmake
   INSTALL_DESTINATION ${package_folder})
 write_basic_package_version_file(korvelConfigVersion.cmake COMPATIBILITY SameMajorVersion)
 install(FILES ${PROJECT_BINARY_DIR}/korvelConfig.cmake
-  ${PROJECT_BINARY_DIR}/korvelConfigVersion.cmake DESTINATION ${package_folder})
+  ${PROJECT_BINARY_DIR}/korvelConfigVersion.cmake
+  cmake/KorvelCheckNames.cmake cmake/KorvelCheckObjects.cmake DESTINATION ${package_folder})
 
 # Written at install time, when the prefix is settled.
 install(CODE "

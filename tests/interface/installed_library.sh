@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # installed_library.sh <cmake> <build folder> <application> <cc> <scratch folder> <sanitized>:
 # installs the library into a folder, then builds and runs an application against it, once with
-# find_package and once with pkg-config.
+# find_package and once with pkg-config. A program with a variable of a reserved name does not build.
 set -eu
 cmake=$1 build=$2 application=$3 cc=$4 scratch=$5 sanitized=$6
 rm -rf "$scratch"
@@ -23,6 +23,12 @@ flags=()
   -DCMAKE_C_COMPILER="$cc" -DCMAKE_C_FLAGS="${flags[*]-}" >/dev/null
 "$cmake" --build "$scratch/found" >/dev/null
 "$scratch/found/application"
+if clash=$("$cmake" --build "$scratch/found" --target clash 2>&1); then
+  echo "a variable of a reserved name was built"
+  exit 1
+fi
+grep -q 'clash\.c\.o defines vi, a variable' <<<"$clash" || { echo "$clash"; exit 1; }
+! grep -q 'defines LDB' <<<"$clash" || { echo "a static variable counts as reserved"; exit 1; }
 
 export PKG_CONFIG_PATH=$folder/pkgconfig
 # shellcheck disable=SC2046
