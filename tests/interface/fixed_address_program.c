@@ -1,5 +1,6 @@
 /* An application linked at a fixed address: the library's arrays then live in the application
-   (copy relocations), and both must see the same ones. Ends with 0 when they do. */
+   (copy relocations), and its functions have addresses there, too. Both must see the same ones.
+   Ends with 0 when they do. */
 #include <stdio.h>
 #include <string.h>
 
@@ -17,6 +18,39 @@ static void check(int holds, const char *what) {
 static int isEven(char *text, int *value) {
   int status = intcod_i(text, value);
   return status != 0 ? status : *value % 2 != 0;
+}
+
+/* Functions whose addresses the library puts into its tables, or recognises there. */
+static void checkFunctions(void) {
+  const DlgBoxGlobal_t noGlobal = (DlgBoxGlobal_t)(void (*)(void))DlgBoxGlobal_nul;
+  const DlgBoxFinal_t noFinal = (DlgBoxFinal_t)(void (*)(void))DlgBoxFinal_nul;
+  check(DlgBoxGlobal_fonct == noGlobal, "there is no global callback at first");
+  check(DlgBoxFinal_fonct == noFinal, "nor a final one");
+  DlgBoxFinal_set(noFinal);
+  check(ZRVDlgBox_end(0) == 1, "a final callback of none accepts");
+  check(DlgBoxGlobal_fonct == noGlobal, "the end of a run leaves no global callback");
+  check(DlgBoxFinal_fonct == noFinal, "nor a final one");
+
+  IntDlgBox_param(4, 200);
+  IntDlgBox_set(1, 0, KorvelAnyValue);
+  IntDlgBox_set(2, 0, KorvelNotNegative);
+  IntDlgBox_set(3, 0, KorvelPositive);
+  check(vi_tab[0] == intcod_i && vi_tab[1] == intcod_i, "an integer is read by intcod_i");
+  check(vi_tab[2] == intcod_i_sup0, "one of 0 and above by intcod_i_sup0");
+  check(vi_tab[3] == intcod_i_ssup0, "one of 1 and above by intcod_i_ssup0");
+  NumDlgBox_param(4, 300);
+  NumDlgBox_set(1, 0, KorvelAnyValue);
+  NumDlgBox_set(2, 0, KorvelNotNegative);
+  NumDlgBox_set(3, 0, KorvelPositive);
+  check(vf_tab[0] == realcod_d && vf_tab[1] == realcod_d, "a number is read by realcod_d");
+  check(vf_tab[2] == realcod_d_sup0, "one of 0 and above by realcod_d_sup0");
+  check(vf_tab[3] == realcod_d_ssup0, "one above 0 by realcod_d_ssup0");
+  DateDlgBox_param(3, 400);
+  DateDlgBox_set(1, 0, KorvelUncheckedDate);
+  DateDlgBox_set(2, 20000229, KorvelCalendarDate);
+  check(vd_tab[0] == intcod_l, "a date is read by intcod_l");
+  check(vd_tab[1] == intcod_l_sup0, "an unchecked one by intcod_l_sup0");
+  check(vd_tab[2] == intcod_l_date, "a day of the calendar by intcod_l_date");
 }
 
 #ifdef KORVEL_TEST_DRAWS
@@ -80,6 +114,7 @@ int main(void) {
   check(own[0] == intcod_i && own[1] == isEven, "functions go to the application's own table");
   check(vi_tab[0] == 0, "and leave the library's alone");
   vi = vi_tab;
+  checkFunctions();
 
   /* The chosen font and its offset. */
   check(sizeof ch_font_FontName == 80 && ch_font_FontName[0] == 0, "no font is chosen at first");
