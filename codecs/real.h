@@ -7,6 +7,10 @@ namespace korvel::codecs {
 // Trims the text in place and reads it. Returns the code of realcod_d.
 int readReal(char *text, double *value);
 
+// As readReal, and 1 for a value below 0, or not above 0, which is stored all the same.
+int readNotNegative(char *text, double *value);
+int readPositive(char *text, double *value);
+
 // Writes the value. Returns the code of realdco_d.
 int writeReal(double value, char *buffer, int capacity, int decimals);
 

@@ -174,6 +174,14 @@ int readReal(char *text, double *value) {
   return readPlain(text, value) ? kRead : readAny(text, value);
 }
 
+int readNotNegative(char *text, double *value) {
+  return readAccepted(text, value, [](double read) { return read >= 0.0; });
+}
+
+int readPositive(char *text, double *value) {
+  return readAccepted(text, value, [](double read) { return read > 0.0; });
+}
+
 }  // namespace korvel::codecs
 
 using namespace korvel::codecs;
@@ -187,11 +195,9 @@ int realcod_f(char *text, float *value) {
 }
 
 int realcod_d_sup0(char *text, double *value) {
-  if (text == nullptr || value == nullptr) return kEmpty;
-  return readAccepted(text, value, [](double read) { return read >= 0.0; });
+  return text == nullptr || value == nullptr ? kEmpty : readNotNegative(text, value);
 }
 
 int realcod_d_ssup0(char *text, double *value) {
-  if (text == nullptr || value == nullptr) return kEmpty;
-  return readAccepted(text, value, [](double read) { return read > 0.0; });
+  return text == nullptr || value == nullptr ? kEmpty : readPositive(text, value);
 }

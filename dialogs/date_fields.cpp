@@ -35,9 +35,6 @@ namespace korvel::dialogs {
 
 namespace {
 
-constexpr ValueTables<int, ValidInt_t> kTables{kDateFields, DDB_lDates, &vd};
-constexpr ValidInt_t kValidators[] = {intcod_l_sup0, intcod_l_date};  // by mode
-
 constexpr int kParts = 3;
 
 // The parts of a date, in the order of its items.
@@ -55,6 +52,18 @@ int readDate(char *text, int *value) {
   const int status = codecs::readIntegerFrom(0, text, codecs::kLimit32, value);
   return status == 0 && !dates::isCalendarDate(*value) ? kNoCalendarDate : status;
 }
+
+int readAny(char *text, int *value) { return codecs::readInteger(text, codecs::kLimit32, value); }
+
+int readUnchecked(char *text, int *value) {
+  return codecs::readIntegerFrom(0, text, codecs::kLimit32, value);
+}
+
+constinit OwnValidator<ValidInt_t> ownValidators[20] = {};
+constexpr ValueTables<int, ValidInt_t> kTables{kDateFields, DDB_lDates, &vd, ownValidators};
+constexpr OwnValidator<ValidInt_t> kAnyDate = {intcod_l, readAny};
+constexpr OwnValidator<ValidInt_t> kValidators[] = {{intcod_l_sup0, readUnchecked},
+                                                    {intcod_l_date, readDate}};  // by mode
 
 // Where each part begins and ends, in pixels from the left.
 struct Span {
@@ -155,7 +164,7 @@ constinit const FieldType kDateFields{
 using namespace korvel::dialogs;
 
 int DateDlgBox_param(int n, int idFirst) {
-  return define(kTables, n, idFirst, intcod_l) ? 0 : kRefused;
+  return define(kTables, n, idFirst, kAnyDate) ? 0 : kRefused;
 }
 
 int DateDlgBox_set(int i, int yyyymmdd, int mode) {

@@ -32,11 +32,20 @@ namespace korvel::dialogs {
 
 namespace {
 
-constexpr ValueTables<int, ValidInt_t> kTables{kIntegerFields, IDB_iInts, &vi};
-constexpr ValidInt_t kValidators[] = {intcod_i, intcod_i_sup0, intcod_i_ssup0};  // by mode
+int readAny(char *text, int *value) { return codecs::readInteger(text, codecs::kLimit16, value); }
+
+template <int kBound>
+int readFrom(char *text, int *value) {
+  return codecs::readIntegerFrom(kBound, text, codecs::kLimit16, value);
+}
+
+constinit OwnValidator<ValidInt_t> ownValidators[128] = {};
+constexpr ValueTables<int, ValidInt_t> kTables{kIntegerFields, IDB_iInts, &vi, ownValidators};
+constexpr OwnValidator<ValidInt_t> kValidators[] = {
+    {intcod_i, readAny}, {intcod_i_sup0, readFrom<0>}, {intcod_i_ssup0, readFrom<1>}};  // by mode
 
 bool define(int n, int firstItem) {
-  if (!define(kTables, n, firstItem, intcod_i)) return false;
+  if (!define(kTables, n, firstItem, kValidators[KorvelAnyValue])) return false;
   std::fill_n(IDB_bPassw, n, 0);
   std::fill_n(IDB_lPassw, n, short{0});
   return true;

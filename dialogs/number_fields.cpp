@@ -32,12 +32,16 @@ namespace korvel::dialogs {
 
 namespace {
 
-constexpr ValueTables<double, ValidNum_t> kTables{kNumberFields, NDB_dNums, &vf};
-constexpr ValidNum_t kValidators[] = {realcod_d, realcod_d_sup0, realcod_d_ssup0};  // by mode
+constinit OwnValidator<ValidNum_t> ownValidators[128] = {};
+constexpr ValueTables<double, ValidNum_t> kTables{kNumberFields, NDB_dNums, &vf, ownValidators};
+constexpr OwnValidator<ValidNum_t> kValidators[] = {
+    {realcod_d, codecs::readReal},
+    {realcod_d_sup0, codecs::readNotNegative},
+    {realcod_d_ssup0, codecs::readPositive}};  // by mode
 constexpr int kInitialDecimals = 5;
 
 bool define(int n, int firstItem) {
-  if (!define(kTables, n, firstItem, realcod_d)) return false;
+  if (!define(kTables, n, firstItem, kValidators[KorvelAnyValue])) return false;
   std::fill_n(NDB_iChiff, n, kInitialDecimals);
   return true;
 }

@@ -18,6 +18,10 @@
 #include "tables/listing.h"
 #include "tables/state.h"
 
+// The exported callback under a name that no application can have.
+extern "C" [[gnu::visibility("hidden"),
+             gnu::alias("DlgBoxGlobal_BAS")]] decltype(DlgBoxGlobal_BAS) korvel_narrowNames;
+
 namespace korvel::dialogs {
 
 namespace {
@@ -82,7 +86,7 @@ void defineDialog() {
   turnPopUpOrList(kNames);
   useChoices(kNames, listText);
   place(kTextFields, kNames, 56, 10, 120, 150, 2);
-  DlgBoxGlobal_fonct = DlgBoxGlobal_BAS;
+  DlgBoxGlobal_fonct = korvel_narrowNames;
 }
 
 void keepSelection() {

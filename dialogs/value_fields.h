@@ -46,19 +46,29 @@ class Entry {
   std::string large_;
 };
 
+// A validator that the library itself has put into a table: applications find it there under its
+// exported name, by which it is never called, as an application may have a function of that name.
+template <typename Validator>
+struct OwnValidator {
+  Validator exported;
+  Validator rule;
+};
+
 template <typename Value, typename Validator>
 struct ValueTables {
   const FieldType &type;
   Value *values;
-  Validator **validators;  // the application may point it to a table of its own, or nowhere
+  Validator **validators;        // the application may point it to a table of its own, or nowhere
+  OwnValidator<Validator> *own;  // by field: what the library has put there, if it was the last
 };
 
 template <typename Value, typename Validator>
 bool define(const ValueTables<Value, Validator> &tables, int n, int firstItem,
-            Validator validator) {
+            const OwnValidator<Validator> &validator) {
   if (!define(tables.type, n, firstItem)) return false;
   std::fill_n(tables.values, n, Value{});
-  if (*tables.validators != nullptr) std::fill_n(*tables.validators, n, validator);
+  std::fill_n(tables.own, n, validator);
+  if (*tables.validators != nullptr) std::fill_n(*tables.validators, n, validator.exported);
   return true;
 }
 
@@ -66,16 +76,19 @@ template <typename Value, typename Validator>
 void setValidator(const ValueTables<Value, Validator> &tables, int i, Validator validator) {
   if (!hasField(tables.type, i) || *tables.validators == nullptr) return;
   (*tables.validators)[i] = validator;
+  tables.own[i] = {};
 }
 
 // Sets the value, and the validator that `mode` chooses; any other mode keeps the validator.
 template <typename Value, typename Validator, int kModes>
 void set(const ValueTables<Value, Validator> &tables, int i, Value value,
-         const Validator (&validators)[kModes], int mode) {
+         const OwnValidator<Validator> (&validators)[kModes], int mode) {
   if (!hasField(tables.type, i)) return;
   tables.values[i] = value;
   tables.type.flags.init[i] = 1;
-  if (mode >= 0 && mode < kModes) setValidator(tables, i, validators[mode]);
+  if (mode < 0 || mode >= kModes) return;
+  setValidator(tables, i, validators[mode].exported);
+  tables.own[i] = validators[mode];
 }
 
 template <typename Value, typename Validator>
@@ -83,15 +96,23 @@ void retrieve(const ValueTables<Value, Validator> &tables, int i, Value *out) {
   if (hasField(tables.type, i) && out != nullptr) *out = tables.values[i];
 }
 
+// What validates a field: what stands in the table, unless the library has put it there.
+template <typename Value, typename Validator>
+Validator validatorOf(const ValueTables<Value, Validator> &tables, int i) {
+  if (*tables.validators == nullptr) return nullptr;
+  const Validator inTable = (*tables.validators)[i];
+  return inTable != nullptr && inTable == tables.own[i].exported ? tables.own[i].rule : inTable;
+}
+
 // Hands a text to the field's validator, which may change the text and store a value. False if it
 // refuses, and if there is no validator. One that throws has not accepted.
 template <typename Value, typename Validator>
 bool accept(const ValueTables<Value, Validator> &tables, int i, std::string_view text) {
-  const Validator *validators = *tables.validators;
-  if (validators == nullptr || validators[i] == nullptr) return false;
+  const Validator validator = validatorOf(tables, i);
+  if (validator == nullptr) return false;
   Entry entry(text);
   try {
-    return validators[i](entry.text(), &tables.values[i]) == 0;
+    return validator(entry.text(), &tables.values[i]) == 0;
   } catch (...) {
     tables.type.flags.valid[i] = 0;
     throw;
