@@ -20,6 +20,9 @@ function(korvel_compile_settings target)
       -fsanitize=address,undefined -fno-sanitize-recover=undefined -fno-omit-frame-pointer)
     target_link_options(${target} PRIVATE -fsanitize=address,undefined)
   endif()
+  if(KORVEL_HUNT)
+    target_compile_options(${target} PRIVATE -fsanitize=fuzzer-no-link)
+  endif()
 endfunction()
 
 # What makes a mistake of ours hard to exploit: checked stacks, returns and buffers, and no page that

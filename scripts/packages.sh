@@ -19,6 +19,9 @@ readonly TEST_PACKAGES=(
   at-spi2-core dbus libatspi2.0-dev git libcrypt-dev sudo
   fontconfig fonts-dejavu-core fonts-noto-core fonts-urw-base35
 )
+readonly HUNT_PACKAGES=(
+  "${BUILD_PACKAGES[@]}" clang googletest libgtest-dev libclang-rt-14-dev
+)
 readonly BENCH_PACKAGES=(
   "${BUILD_PACKAGES[@]}" libbenchmark-dev libglib2.0-dev libinih-dev libsqlite3-dev mawk
   fonts-liberation

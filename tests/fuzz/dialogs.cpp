@@ -1,0 +1,425 @@
+// Dialogs from tables that hold anything, run by a person who does anything, with callbacks that
+// change tables, rebuild lists, ask for anything to be shown and open further dialogs.
+#include <cstring>
+#include <string>
+
+#include <gtest/gtest-spi.h>
+
+#include <korvel/codecs.h>
+#include <korvel/dialogs.h>
+#include <korvel/messages.h>
+
+#include "tests/dialogs/dialog_fixture.h"
+#include "tests/fuzz/target.h"
+
+namespace korvel::test {
+namespace {
+
+constexpr int kFirstId = 100;  // of the text fields; those of the other types follow by hundreds
+constexpr int kMostItems = 130;
+
+// One run: a description, what the person does, and what the callbacks do meanwhile.
+class Run {
+ public:
+  explicit Run(Input &input) : input_(input), isHostile_(input.ConsumeBool()) {
+    Callbacks::reset();
+    Callbacks::onGlobal = [this](const GlobalCall &call) { return onGlobal(call); };
+    Callbacks::onFinal = [this](const FinalCall &) { return onFinal(); };
+    Callbacks::onAction = [this] { change(); };
+  }
+  ~Run() { Callbacks::reset(); }
+  Run(const Run &) = delete;
+  Run &operator=(const Run &) = delete;
+
+  void describe() {
+    TailleDlgBox_set(coordinate(), coordinate());
+    TexteDlgBox_param(count(20), kFirstId);
+    BoolDlgBox_param(count(64), kFirstId + 100);
+    IntDlgBox_param(count(128), kFirstId + 200);
+    NumDlgBox_param(count(128), kFirstId + 300);
+    DateDlgBox_param(count(20), kFirstId + 400);
+    PushDlgBox_param(count(10), kFirstId + 500);
+    StaticDlgBox_param(count(128));
+    int rank = 0;
+    for (int fields = input_.ConsumeIntegralInRange(0, 12); fields > 0; --fields) place(rank++);
+    for (int settings = input_.ConsumeIntegralInRange(0, 20); settings > 0; --settings) set();
+    for (int i = 0; i < 10; ++i) PushDlgBox_set_fvalid(i, Callbacks::action);
+    DlgBoxGlobal_set(Callbacks::global);
+    DlgBoxFinal_set(Callbacks::final);
+    if (!isHostile_) return;
+    for (int pokes = input_.ConsumeIntegralInRange(0, 12); pokes > 0; --pokes) poke();
+  }
+
+  void run() {
+    DialogScript &script = desk_.expectDialog("T");
+    for (int steps = input_.ConsumeIntegralInRange(0, 30); steps > 0; --steps) {
+      act(script);
+      script.check([this] { look(); });
+    }
+    script.closeBox();
+    for (int nested = 0; nested < 3; ++nested) desk_.expectDialog("M").pressReturn().closeBox();
+    const int result = input_.ConsumeBool() ? ZRVDlgBoxEx("T", nullptr) : runTemplate();
+    require(result == 0 || result == 1);
+    require(DlgBox_hDlg == nullptr);
+    require(TDB == 0 && BDB == 0 && IDB == 0 && NDB == 0 && DDB == 0 && PDB == 0 && SDB == 0);
+    desk_.finish();
+  }
+
+ private:
+  int count(int most) { return input_.ConsumeIntegralInRange(-1, std::min(most + 1, 12)); }
+  int coordinate() { return number(input_, -20, 400); }
+  int index() { return number(input_, 0, 11); }
+  std::string someText() { return text(input_, 40); }
+
+  void place(int rank) {
+    const int i = index();
+    const int x = coordinate();
+    const int y = coordinate();
+    const int cx = coordinate();
+    const int cy = coordinate();
+    const int r = input_.ConsumeIntegralInRange(0, 9) == 0 ? number(input_, -1, 130) : rank;
+    const std::string label = someText();
+    switch (input_.ConsumeIntegralInRange(0, 7)) {
+      case 0:
+        TexteDlgBox_set_geo(i, x, y, cx, cy, r);
+        break;
+      case 1:
+        BoolDlgBox_set_geo(i, label.c_str(), x, y, cx, cy, r);
+        break;
+      case 2:
+        IntDlgBox_set_geo(i, x, y, cx, cy, r);
+        break;
+      case 3:
+        NumDlgBox_set_geo(i, x, y, cx, cy, r);
+        break;
+      case 4:
+        DateDlgBox_set_geo(i, x, y, cx, cy, r);
+        break;
+      case 5:
+        PushDlgBox_set_geo(i, label.c_str(), x, y, cx, cy, r);
+        break;
+      case 6:
+        StaticDlgBox_set_geo(i, x, y, cx, cy);
+        break;
+      default:
+        StaticDlgBox_set(i, label.c_str());
+        StaticDlgBox_set_type(i, input_.ConsumeIntegralInRange(-1, 1));
+    }
+  }
+
+  void set() {
+    const int i = index();
+    const std::string given = someText();
+    const int stops[] = {10, 20, 0};
+    switch (input_.ConsumeIntegralInRange(0, 18)) {
+      case 0:
+      case 1:
+        TexteDlgBox_set(i, given.c_str());
+        break;
+      case 2:
+        TexteDlgBox_set_ncarac(i, number(input_, 0, 40));
+        break;
+      case 3:
+        TexteDlgBox_set_liste(i, given.c_str());
+        break;
+      case 4:
+        TexteDlgBox_change_liste(i);
+        break;
+      case 5:
+        TexteDlgBox_mandatory(i, input_.ConsumeBool());
+        break;
+      case 6:
+        TexteDlgBox_password(i, input_.ConsumeBool());
+        break;
+      case 7:
+        TexteDlgBox_set_tabstops(i, stops);
+        break;
+      case 8:
+        BoolDlgBox_set(i, number(input_, 0, 1));
+        break;
+      case 9:
+        IntDlgBox_set(i, number(input_, -9, 40000), input_.ConsumeIntegralInRange(-1, 3));
+        break;
+      case 10:
+        IntDlgBox_mandatory(i, input_.ConsumeBool());
+        break;
+      case 11:
+        IntDlgBox_password(i, input_.ConsumeBool());
+        break;
+      case 12:
+        NumDlgBox_set(i, input_.ConsumeFloatingPoint<double>(),
+                      input_.ConsumeIntegralInRange(-1, 3));
+        break;
+      case 13:
+        NumDlgBox_set_nchiff(i, number(input_, 0, 12));
+        break;
+      case 14:
+        NumDlgBox_mandatory(i, input_.ConsumeBool());
+        break;
+      case 15:
+        DateDlgBox_set(i, number(input_, 0, 21001231), input_.ConsumeIntegralInRange(-1, 2));
+        break;
+      case 16:
+        DateDlgBox_mandatory(i, input_.ConsumeBool());
+        break;
+      case 17:
+        BOKDlgBox_textes(given.c_str(), given.c_str());
+        break;
+      default:
+        BOKDlgBox_def(number(input_, 1, 2));
+    }
+  }
+
+  // Writes into an exported table what no function would.
+  void poke() {
+    int *const numbers[] = {&TDB_N,
+                            &TDB,
+                            &BDB_N,
+                            &BDB,
+                            &IDB_N,
+                            &IDB,
+                            &NDB_N,
+                            &NDB,
+                            &DDB_N,
+                            &DDB,
+                            &PDB_N,
+                            &PDB,
+                            &SDB_N,
+                            &SDB,
+                            &TDB_ID_TEXTE,
+                            &BDB_ID_FLAG,
+                            &IDB_ID_INT,
+                            &NDB_ID_NUM,
+                            &DDB_ID_DATE,
+                            &PDB_ID_PUSH,
+                            &LDB,
+                            &LDB_cx,
+                            &LDB_cy,
+                            &HDB,
+                            &OK_def,
+                            &TDB_bOK[0],
+                            &TDB_iCarac[1],
+                            &TDBC[1],
+                            &TDBL[2],
+                            &TDB_bPassw[0],
+                            &IDB_bPassw[0],
+                            &NDB_iChiff[0],
+                            &BDB_bFlags[0],
+                            &IDB_iInts[0],
+                            &DDB_lDates[0],
+                            &Dlg_itemOffset[3],
+                            &Dlg_rkOffset[1]};
+    short *const shorts[] = {&TDB_rk[0], &BDB_rk[0], &IDB_rk[0],  &NDB_rk[0],   &DDB_rk[0],
+                             &PDB_rk[0], &TDB_cx[0], &IDB_cy[0],  &SDB_type[0], &IDB_lPassw[0],
+                             &NDB_rk[1], &DDB_rk[1], &TDB_rk[19], &IDB_rk[127], &SDB_cy[0]};
+    char **const texts[] = {&TDB_pszBuffer[0],  &TDB_pszBuffer[1], &TDB_PSZLBUFFER[0],
+                            &TDB_PSZLBUFFER[1], &BDB_pszBuffer[0], &PDB_pszBuffer[0],
+                            &SDB_pszBuffer[0]};
+    switch (input_.ConsumeIntegralInRange(0, 5)) {
+      case 0:
+      case 1:
+        *input_.PickValueInArray(numbers) = number(input_, -2, 140);
+        break;
+      case 2:
+        *input_.PickValueInArray(shorts) = input_.ConsumeIntegral<short>();
+        break;
+      case 3:
+        *input_.PickValueInArray(texts) = nullptr;
+        break;
+      case 4:
+        if (input_.ConsumeBool())
+          vi_tab[0] = nullptr;
+        else
+          vf_tab[0] = nullptr;
+        break;
+      default:
+        vd_tab[0] = nullptr;
+        vp_tab[0] = nullptr;
+    }
+  }
+
+  void act(DialogScript &script) {
+    const int item = input_.ConsumeIntegralInRange(0, 30);
+    switch (input_.ConsumeIntegralInRange(0, 15)) {
+      case 0:
+      case 1:
+      case 2:
+        script.type(item, text(input_, 6));
+        break;
+      case 3:
+        script.paste(item, text(input_, 300));
+        break;
+      case 4:
+        script.deleteBack(item, input_.ConsumeIntegralInRange(1, 3));
+        break;
+      case 5:
+        script.deleteForward(item);
+        break;
+      case 6:
+        script.select(item, input_.ConsumeIntegralInRange(0, 9),
+                      input_.ConsumeIntegralInRange(0, 9));
+        break;
+      case 7:
+        script.moveToEnd(item);
+        break;
+      case 8:
+        script.choose(item, someText());
+        break;
+      case 9:
+        script.clickRow(item, input_.ConsumeIntegralInRange(0, 4));
+        break;
+      case 10:
+        script.doubleClickRow(item, input_.ConsumeIntegralInRange(0, 4));
+        break;
+      case 11:
+        script.click(item);
+        break;
+      case 12:
+        script.press(item);
+        break;
+      case 13:
+        script.pressReturn();
+        break;
+      case 14:
+        script.hit(number(input_, 0, kMostItems));
+        break;
+      default:
+        if (input_.ConsumeBool()) script.goDown();
+    }
+  }
+
+  int onGlobal(const GlobalCall &call) {
+    change();
+    if (call.capacity == 0) return 0;
+    require(call.capacity == 32);
+    for (int i = 0; i < call.capacity; ++i) call.redisplay[i] = 0;
+    const int named = input_.ConsumeIntegralInRange(0, 4);
+    for (int i = 0; i < named; ++i) {
+      const int identifier = number(input_, kFirstId, kFirstId + 510);
+      call.redisplay[i] = input_.ConsumeBool() && identifier != INT_MIN ? -identifier : identifier;
+    }
+    return isHostile_ && input_.ConsumeBool() ? number(input_, 0, 40) : named;
+  }
+
+  int onFinal() {
+    change();
+    DlgBoxFinal_Erreur_set(someText().c_str());
+    return input_.ConsumeIntegralInRange(0, 3) == 0;
+  }
+
+  // Something that a callback does.
+  void change() {
+    const int i = index();
+    switch (input_.ConsumeIntegralInRange(0, 13)) {
+      case 0:
+        ZRVDlgBox_texte_set(i, someText().c_str());
+        break;
+      case 1:
+        ZRVDlgBox_texte_set_liste(i);
+        break;
+      case 2:
+        ZRVDlgBox_num_set(i, someText().c_str());
+        break;
+      case 3:
+        set();
+        break;
+      case 4:
+        require(ZRVDlgBoxEx("T", nullptr) == 0);
+        break;
+      case 5:
+        MessageBox(nullptr, someText().c_str(), "M",
+                   static_cast<unsigned>(input_.ConsumeIntegralInRange(0, 127)));
+        break;
+      case 6:
+        require(DlgBoxFunc(DlgBox_hDlg) == 0);
+        break;
+      case 7:
+        require(*SelectMT(nullptr, nullptr, "Data:none") == '\0');
+        break;
+      case 8:
+        ZRVDlgBox_valid();
+        break;
+      case 9:
+        if (depth_ > 2) break;
+        ++depth_;
+        TexteDlgBox_global(i);
+        DateDlgBox_global(i);
+        --depth_;
+        break;
+      case 10:
+        require(ZRVDlgBox("none") == 0);
+        break;
+      case 11:
+        if (isHostile_) poke();
+        break;
+      default:
+        break;
+    }
+  }
+
+  int runTemplate() {
+    templates_.add(desk_, "T", isHostile_ ? Template{"T", drawnItems()} : describedTemplate("T"));
+    return ZRVDlgBox("T");
+  }
+
+  std::vector<TemplateItem> drawnItems() {
+    using platform::ItemKind;
+    constexpr ItemKind kKinds[] = {ItemKind::PushButton, ItemKind::CheckBox, ItemKind::ListBox,
+                                   ItemKind::PopUp, ItemKind::EditText};
+    std::vector<TemplateItem> items{{1, ItemKind::PushButton, "OK"},
+                                    {2, ItemKind::PushButton, "Annuler"}};
+    for (int n = input_.ConsumeIntegralInRange(0, 8); n > 0; --n) {
+      items.push_back({input_.ConsumeIntegralInRange(1, 30),
+                       input_.PickValueInArray(kKinds),
+                       someText(),
+                       {"a", "b"}});
+    }
+    return items;
+  }
+
+  static bool allStand(int inUse, int count, int most, const int *flags) {
+    if (inUse == 0) return true;
+    return std::all_of(flags, flags + std::clamp(count, 0, most),
+                       [](int flag) { return flag != 0; });
+  }
+
+  // What the person sees agrees with the tables.
+  void look() {
+    if (DlgBox_hDlg == nullptr || isHostile_) return;
+    const bool mayAccept = allStand(TDB, TDB_N, 20, TDB_bOK) &&
+                           allStand(IDB, IDB_N, 128, IDB_bOK) &&
+                           allStand(NDB, NDB_N, 128, NDB_bOK) && allStand(DDB, DDB_N, 20, DDB_bOK);
+    require(desk_.message().empty() == false || desk_.isEnabled(1) == mayAccept);
+    for (int i = 0; i < TDB_N; ++i) {
+      require(std::strlen(TDB_pszBuffer[i]) < static_cast<std::size_t>(TDB_BUFFERSIZE));
+    }
+  }
+
+  Input &input_;
+  const bool isHostile_;
+  int depth_ = 0;
+  DialogGlobals globals_;
+  ScriptedDesktop desk_;
+  TemplateFolder templates_;
+};
+
+}  // namespace
+}  // namespace korvel::test
+
+int LLVMFuzzerInitialize(int *, char ***) {
+  korvel::test::useMemoryForFiles();
+  return 0;
+}
+
+int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
+  using namespace korvel::test;
+  // A step that finds no item to act on is no failure here.
+  testing::TestPartResultArray unfit;
+  const testing::ScopedFakeTestPartResultReporter taken(
+      testing::ScopedFakeTestPartResultReporter::INTERCEPT_ONLY_CURRENT_THREAD, &unfit);
+  Input input(data, size);
+  Run run(input);
+  run.describe();
+  run.run();
+  return 0;
+}
