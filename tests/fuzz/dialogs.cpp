@@ -2,6 +2,7 @@
 // change tables, rebuild lists, ask for anything to be shown and open further dialogs.
 #include <cstring>
 #include <string>
+#include <vector>
 
 #include <gtest/gtest-spi.h>
 
@@ -15,13 +16,16 @@
 namespace korvel::test {
 namespace {
 
-constexpr int kFirstId = 100;  // of the text fields; those of the other types follow by hundreds
+using platform::ItemKind;
+
+constexpr int kFirstId = 100;  // of the text fields: those of the other types follow by hundreds
 constexpr int kMostItems = 130;
 
 // One run: a description, what the person does, and what the callbacks do meanwhile.
 class Run {
  public:
-  explicit Run(Input &input) : input_(input), isHostile_(input.ConsumeBool()) {
+  explicit Run(Input &input)
+      : input_(input), isHostile_(input.ConsumeBool()), isDrawn_(input.ConsumeBool()) {
     Callbacks::reset();
     Callbacks::onGlobal = [this](const GlobalCall &call) { return onGlobal(call); };
     Callbacks::onFinal = [this](const FinalCall &) { return onFinal(); };
@@ -33,19 +37,25 @@ class Run {
 
   void describe() {
     TailleDlgBox_set(coordinate(), coordinate());
-    TexteDlgBox_param(count(20), kFirstId);
-    BoolDlgBox_param(count(64), kFirstId + 100);
-    IntDlgBox_param(count(128), kFirstId + 200);
-    NumDlgBox_param(count(128), kFirstId + 300);
-    DateDlgBox_param(count(20), kFirstId + 400);
-    PushDlgBox_param(count(10), kFirstId + 500);
-    StaticDlgBox_param(count(128));
-    int rank = 0;
-    for (int fields = input_.ConsumeIntegralInRange(0, 12); fields > 0; --fields) place(rank++);
+    place(TexteDlgBox_param, TexteDlgBox_set_geo, kFirstId, ItemKind::EditText);
+    placeLabelled(BoolDlgBox_param, BoolDlgBox_set_geo, kFirstId + 100, ItemKind::CheckBox);
+    place(IntDlgBox_param, IntDlgBox_set_geo, kFirstId + 200, ItemKind::EditText);
+    place(NumDlgBox_param, NumDlgBox_set_geo, kFirstId + 300, ItemKind::EditText);
+    place(DateDlgBox_param, DateDlgBox_set_geo, kFirstId + 400, ItemKind::EditText, 3);
+    placeLabelled(PushDlgBox_param, PushDlgBox_set_geo, kFirstId + 500, ItemKind::PushButton);
+    StaticDlgBox_param(4);
+    StaticDlgBox_set(0, someText().c_str());
+    StaticDlgBox_set_geo(0, coordinate(), coordinate(), coordinate(), coordinate());
+    StaticDlgBox_set_type(0, input_.ConsumeIntegralInRange(-1, 1));
     for (int settings = input_.ConsumeIntegralInRange(0, 20); settings > 0; --settings) set();
     for (int i = 0; i < 10; ++i) PushDlgBox_set_fvalid(i, Callbacks::action);
     DlgBoxGlobal_set(Callbacks::global);
     DlgBoxFinal_set(Callbacks::final);
+    for (Item &item : items_) {
+      const int text = item.identifier - kFirstId;
+      if (text >= 0 && text < 20 && TDBL[text] != 0) item.kind = ItemKind::ListBox;
+      if (text >= 0 && text < 20 && TDBC[text] != 0) item.kind = ItemKind::PopUp;
+    }
     if (!isHostile_) return;
     for (int pokes = input_.ConsumeIntegralInRange(0, 12); pokes > 0; --pokes) poke();
   }
@@ -58,7 +68,7 @@ class Run {
     }
     script.closeBox();
     for (int nested = 0; nested < 3; ++nested) desk_.expectDialog("M").pressReturn().closeBox();
-    const int result = input_.ConsumeBool() ? ZRVDlgBoxEx("T", nullptr) : runTemplate();
+    const int result = isDrawn_ ? runTemplate() : ZRVDlgBoxEx("T", nullptr);
     require(result == 0 || result == 1);
     require(DlgBox_hDlg == nullptr);
     require(TDB == 0 && BDB == 0 && IDB == 0 && NDB == 0 && DDB == 0 && PDB == 0 && SDB == 0);
@@ -66,45 +76,47 @@ class Run {
   }
 
  private:
-  int count(int most) { return input_.ConsumeIntegralInRange(-1, std::min(most + 1, 12)); }
-  int coordinate() { return number(input_, -20, 400); }
-  int index() { return number(input_, 0, 11); }
-  std::string someText() { return text(input_, 40); }
+  struct Item {
+    int number;
+    int identifier;
+    ItemKind kind;
+  };
 
-  void place(int rank) {
-    const int i = index();
-    const int x = coordinate();
-    const int y = coordinate();
-    const int cx = coordinate();
-    const int cy = coordinate();
-    const int r = input_.ConsumeIntegralInRange(0, 9) == 0 ? number(input_, -1, 130) : rank;
-    const std::string label = someText();
-    switch (input_.ConsumeIntegralInRange(0, 7)) {
-      case 0:
-        TexteDlgBox_set_geo(i, x, y, cx, cy, r);
-        break;
-      case 1:
-        BoolDlgBox_set_geo(i, label.c_str(), x, y, cx, cy, r);
-        break;
-      case 2:
-        IntDlgBox_set_geo(i, x, y, cx, cy, r);
-        break;
-      case 3:
-        NumDlgBox_set_geo(i, x, y, cx, cy, r);
-        break;
-      case 4:
-        DateDlgBox_set_geo(i, x, y, cx, cy, r);
-        break;
-      case 5:
-        PushDlgBox_set_geo(i, label.c_str(), x, y, cx, cy, r);
-        break;
-      case 6:
-        StaticDlgBox_set_geo(i, x, y, cx, cy);
-        break;
-      default:
-        StaticDlgBox_set(i, label.c_str());
-        StaticDlgBox_set_type(i, input_.ConsumeIntegralInRange(-1, 1));
+  int coordinate() { return number(input_, -20, 400); }
+  int index() { return isHostile_ ? number(input_, 0, 4) : input_.ConsumeIntegralInRange(0, 4); }
+  std::string someText() {
+    constexpr const char *kTexts[] = {"",  "12",  "-3",   "7,5",   "20000229",     "a", "\xE9t\xE9",
+                                      "b", "1e3", " 04 ", "a+b+a", "a$b$\xE9t\xE9"};
+    return input_.ConsumeBool() ? input_.PickValueInArray(kTexts) : text(input_, 40);
+  }
+
+  // Takes some fields of a type into use; `describe` says where one of them is.
+  template <typename Describe>
+  void takeIntoUse(int (*param)(int, int), int firstId, ItemKind kind, int itemsPerField,
+                   Describe describe) {
+    const int fields = input_.ConsumeIntegralInRange(0, 4);
+    param(fields, firstId);
+    for (int i = 0; i < fields; ++i) {
+      const bool isOdd = isHostile_ && input_.ConsumeIntegralInRange(0, 9) == 0;
+      describe(i, isOdd ? number(input_, -1, 130) : rank_++);
+      for (int part = 0; part < itemsPerField; ++part) {
+        const int identifier = firstId + itemsPerField * i + part;
+        const int built = static_cast<int>(items_.size()) + 1;
+        items_.push_back({isDrawn_ ? identifier : built, identifier, kind});
+      }
     }
+  }
+  template <typename Geo>
+  void place(int (*param)(int, int), Geo geo, int firstId, ItemKind kind, int itemsPerField = 1) {
+    takeIntoUse(param, firstId, kind, itemsPerField, [&](int i, int rank) {
+      geo(i, coordinate(), coordinate(), coordinate(), coordinate(), rank);
+    });
+  }
+  template <typename Geo>
+  void placeLabelled(int (*param)(int, int), Geo geo, int firstId, ItemKind kind) {
+    takeIntoUse(param, firstId, kind, 1, [&](int i, int rank) {
+      geo(i, someText().c_str(), coordinate(), coordinate(), coordinate(), coordinate(), rank);
+    });
   }
 
   void set() {
@@ -239,12 +251,43 @@ class Run {
   }
 
   void act(DialogScript &script) {
-    const int item = input_.ConsumeIntegralInRange(0, 30);
-    switch (input_.ConsumeIntegralInRange(0, 15)) {
+    const int kind = input_.ConsumeIntegralInRange(0, 31);
+    if (kind == 0) return void(script.hit(number(input_, 0, kMostItems)));
+    if (kind == 1) return void(script.pressReturn());
+    if (kind == 2) return void(script.pressEscape());
+    if (kind == 3) return void(script.goDown());
+    const auto last = items_.size() - 1;
+    const Item &item = items_[input_.ConsumeIntegralInRange<std::size_t>(0, last)];
+    switch (item.kind) {
+      case ItemKind::PushButton:
+        script.press(item.number);
+        break;
+      case ItemKind::CheckBox:
+        script.click(item.number);
+        break;
+      case ItemKind::PopUp:
+        script.choose(item.number, someText());
+        break;
+      case ItemKind::ListBox:
+        if (input_.ConsumeBool())
+          script.clickRow(item.number, input_.ConsumeIntegralInRange(0, 3));
+        else
+          script.doubleClickRow(item.number, input_.ConsumeIntegralInRange(0, 3));
+        break;
+      default:
+        edit(script, item.number);
+    }
+  }
+
+  void edit(DialogScript &script, int item) {
+    const int from = input_.ConsumeIntegralInRange(0, 9);
+    switch (input_.ConsumeIntegralInRange(0, 6)) {
       case 0:
       case 1:
+        script.type(item, someText());
+        break;
       case 2:
-        script.type(item, text(input_, 6));
+        script.replace(item, someText());
         break;
       case 3:
         script.paste(item, text(input_, 300));
@@ -253,38 +296,10 @@ class Run {
         script.deleteBack(item, input_.ConsumeIntegralInRange(1, 3));
         break;
       case 5:
-        script.deleteForward(item);
-        break;
-      case 6:
-        script.select(item, input_.ConsumeIntegralInRange(0, 9),
-                      input_.ConsumeIntegralInRange(0, 9));
-        break;
-      case 7:
-        script.moveToEnd(item);
-        break;
-      case 8:
-        script.choose(item, someText());
-        break;
-      case 9:
-        script.clickRow(item, input_.ConsumeIntegralInRange(0, 4));
-        break;
-      case 10:
-        script.doubleClickRow(item, input_.ConsumeIntegralInRange(0, 4));
-        break;
-      case 11:
-        script.click(item);
-        break;
-      case 12:
-        script.press(item);
-        break;
-      case 13:
-        script.pressReturn();
-        break;
-      case 14:
-        script.hit(number(input_, 0, kMostItems));
+        script.moveTo(item, from).deleteForward(item);
         break;
       default:
-        if (input_.ConsumeBool()) script.goDown();
+        script.select(item, from, input_.ConsumeIntegralInRange(0, 9)).moveToEnd(item);
     }
   }
 
@@ -363,7 +378,6 @@ class Run {
   }
 
   std::vector<TemplateItem> drawnItems() {
-    using platform::ItemKind;
     constexpr ItemKind kKinds[] = {ItemKind::PushButton, ItemKind::CheckBox, ItemKind::ListBox,
                                    ItemKind::PopUp, ItemKind::EditText};
     std::vector<TemplateItem> items{{1, ItemKind::PushButton, "OK"},
@@ -383,13 +397,13 @@ class Run {
                        [](int flag) { return flag != 0; });
   }
 
-  // What the person sees agrees with the tables.
+  // What the person sees agrees with the tables. The desktop tells of the newest window only.
   void look() {
-    if (DlgBox_hDlg == nullptr || isHostile_) return;
+    if (isHostile_ || desk_.dialogsShown() != 1) return;
     const bool mayAccept = allStand(TDB, TDB_N, 20, TDB_bOK) &&
                            allStand(IDB, IDB_N, 128, IDB_bOK) &&
                            allStand(NDB, NDB_N, 128, NDB_bOK) && allStand(DDB, DDB_N, 20, DDB_bOK);
-    require(desk_.message().empty() == false || desk_.isEnabled(1) == mayAccept);
+    require(desk_.isEnabled(1) == mayAccept);
     for (int i = 0; i < TDB_N; ++i) {
       require(std::strlen(TDB_pszBuffer[i]) < static_cast<std::size_t>(TDB_BUFFERSIZE));
     }
@@ -397,6 +411,9 @@ class Run {
 
   Input &input_;
   const bool isHostile_;
+  const bool isDrawn_;
+  std::vector<Item> items_{{1, 1, ItemKind::PushButton}, {2, 2, ItemKind::PushButton}};
+  int rank_ = 0;
   int depth_ = 0;
   DialogGlobals globals_;
   ScriptedDesktop desk_;

@@ -68,6 +68,7 @@ class Tables {
 
  private:
   void put(const std::string &name, const std::string &content) {
+    if (content == EditModel::kFolder) return;
     volumes_.file(std::string(kFolder) + "/" + name, content);
     model_.files["Data:tables:" + name] = content;
   }
