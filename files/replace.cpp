@@ -422,7 +422,7 @@ bool Replacement::commitNew() {
   errno = EEXIST;
   const bool done = old_ < 0 && appearAs(folder_, name_);
   const int error = errno;
-  if (done && rules_.folderSync) syncFolder(folder_, content_);
+  if (done) syncFolder(folder_, content_);
   discard();
   errno = error;
   return done;
@@ -453,7 +453,7 @@ bool Replacement::exchange(const std::function<bool()> &stillWanted) {
   }
   if (renameat(folder_, temporary_, folder_, name_) != 0) return false;
   temporary_[0] = '\0';
-  if (rules_.folderSync) syncFolder(folder_, content_);
+  syncFolder(folder_, content_);
   return true;
 }
 

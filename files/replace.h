@@ -16,7 +16,6 @@
 //  6. Link      A nameless temporary gets its name.
 //  7. Rename    The temporary takes the place of the file, in one step.
 //  8. Folder    The folder reaches the disk, so that the new content survives a loss of power.
-//               Optional.
 //
 // commitAs() and commitNew() replace steps 6 and 7: the temporary gets a name that is free.
 //
@@ -59,8 +58,6 @@ enum class IfMissing {
 struct ReplaceRules {
   // Overwrites the file where its folder does not admit the exchange.
   bool inPlace = true;
-  // Step 8; without it a loss of power soon after may bring the old file back.
-  bool folderSync = true;
   // For IfMissing::Create: treats an existing file as missing. It need not be writable, nothing is
   // taken over from it, and it is never overwritten in place. A symbolic link is replaced itself,
   // not its file.

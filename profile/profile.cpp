@@ -81,11 +81,6 @@ int readInteger(const char *section, const char *key, int defaultValue, const ch
   return isInteger ? std::max(value, 0) : 0;
 }
 
-// The new content is on the disk before its name leads there, so that a loss of power leaves either
-// content whole (where the file is exchanged). Making sure that it is the new one would double the
-// time that the application waits.
-constexpr files::ReplaceRules kRules = {.folderSync = false};
-
 // Passes the new content on to the file: large pieces as they are, small ones gathered in a memory
 // file.
 class FileOutput final : public Output {
@@ -134,7 +129,7 @@ Outcome create(files::Replacement &replacement) {
 
 Outcome createEmpty(const char *path) {
   files::Replacement replacement;
-  if (!replacement.begin(path, files::IfMissing::Create, kRules)) return Outcome::Failed;
+  if (!replacement.begin(path, files::IfMissing::Create)) return Outcome::Failed;
   return outcomeOf(create(replacement) != Outcome::Failed);
 }
 
@@ -161,7 +156,7 @@ Outcome rewriteOpen(const char *path, const files::FileLock &lock, Rewrite rewri
   MemoryFile input(status.st_size + 1);
   if (!input.isOpen() || !(missing || input.load(file, status.st_size))) return Outcome::Failed;
   files::Replacement replacement;
-  if (!replacement.begin(path, files::IfMissing::Create, kRules)) return Outcome::Failed;
+  if (!replacement.begin(path, files::IfMissing::Create)) return Outcome::Failed;
   FileOutput output(replacement, gathered);
   rewrite(input.bytes(), output);
   if (!output.finish()) return Outcome::Failed;

@@ -45,9 +45,8 @@ void RewriteOutput::handOn(std::string_view piece) {
 
 namespace {
 
-// A table whose folder may not be written is left as it is. A loss of power soon after an edit may
-// bring back the old table, whole: the folder need not reach the disk before the edit ends.
-constexpr files::ReplaceRules kRules{.inPlace = false, .folderSync = false};
+// A table whose folder may not be written is left as it is.
+constexpr files::ReplaceRules kRules{.inPlace = false};
 
 class LineCopier {
  public:

@@ -273,7 +273,7 @@ void registerAll() {
     registerWrite("GKeyFile", writeByGKeyFile, keys, inMemory);
     const std::string name =
         "write_key/keys:" + std::to_string(keys) + "/memory:" + (inMemory ? "1" : "0");
-    goal(name, "write+fsync+rename", 1.3);
+    goal(name, "the same+fsync folder", 1.3);
     for (const char *peer : {"QSettings", "GKeyFile"}) goal(name, peer, 0.2);
   }
 }

@@ -103,6 +103,7 @@ void replaceFile(const Copy &copy, const std::function<std::string_view()> &next
   require(fsync(file) == 0, "fsync");
   close(file);
   require(std::rename(temporary.c_str(), copy.path.c_str()) == 0, "rename");
+  sync(copy.folder);
 }
 
 constexpr std::size_t kBlock = 256 * 1024;
@@ -141,6 +142,7 @@ void withStreams(const Copy &copy, const char *text) {
   }
   sync(temporary);
   require(std::rename(temporary.c_str(), copy.path.c_str()) == 0, "rename");
+  sync(copy.folder);
 }
 
 void run(std::vector<std::string> arguments) {
@@ -173,6 +175,7 @@ void withMawk(const Copy &copy, const char *text) {
   run({"sh", "-c", command.str()});
   sync(temporary);
   require(std::rename(temporary.c_str(), copy.path.c_str()) == 0, "rename");
+  sync(copy.folder);
 }
 
 // --- Registration --------------------------------------------------------------------------------

@@ -57,7 +57,8 @@ KORVEL_API int GetPrivateProfileInt(const char *section, const char *key, int de
    to nothing, its target is created. The file is replaced as a whole: at any moment, also after
    a kill or a loss of power, it has its old content or the new one. A symbolic link stays and
    its file is replaced; owner, group and mode are kept if this process may give them, and
-   another hard link to the file keeps the old content.
+   another hard link to the file keeps the old content. After the answer the new content survives a
+   loss of power.
    Where the folder does not admit that (it may not be written, or it is sticky and the file someone
    else's, or the file is a mount point) the file is overwritten instead: what it grows by comes
    first, and a full disk leaves the old content, but a kill or a loss of power meanwhile may leave

@@ -189,9 +189,9 @@ KORVEL_API int ZRV_Code_NC_ex_next(const char *const *labels, const int *columns
    open, cannot be read to its end or may not be written, when its folder does not let a file be
    exchanged (one that may not be written; a sticky one, for another user's table) or the disk is
    full, and for a null table or text. At any moment the file is the old table or the new one,
-   whole. Owner, group, mode and a symbolic link stay; only where the process may not give a file
-   away, its owner or group becomes the process's own. Another hard link to the table keeps the old
-   content.
+   whole, and after the answer the new one survives a loss of power. Owner, group, mode and a
+   symbolic link stay; only where the process may not give a file away, its owner or group becomes
+   the process's own. Another hard link to the table keeps the old content.
 
    While an edit runs it takes two file handles (files.h). When the temporary file cannot be made,
    as in a folder that may not be written or with one handle free, the first of them stays open.

@@ -324,24 +324,6 @@ TEST(Replace, AFolderThatCannotBeSyncedStillHasTheNewFile) {
   EXPECT_EQ(content(file), "new");
 }
 
-TEST(Replace, TheFolderMayBeSyncedLater) {
-  Scratch scratch;
-  const std::string file = scratch.file("a", "old");
-  for (const bool folderSync : {true, false}) {
-    int synced = 0;
-    Fault fault(ReplaceStep::Folder, 1, [&] {
-      ++synced;
-      return 0;
-    });
-    Replacement replacement;
-    ASSERT_TRUE(replacement.begin(file.c_str(), IfMissing::Fail, {.folderSync = folderSync}));
-    ASSERT_TRUE(replacement.append("new"));
-    EXPECT_TRUE(replacement.commit());
-    EXPECT_EQ(synced, folderSync ? 1 : 0);
-    EXPECT_EQ(content(file), "new");
-  }
-}
-
 TEST(Replace, TheNthWriteFailingLeavesTheOldFile) {
   Scratch scratch;
   const std::string file = scratch.file("a", "old");

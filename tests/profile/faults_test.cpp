@@ -249,6 +249,27 @@ TEST(Fault, AtAnyStepOfTheReplacementFailsAndLeavesTheOldProfile) {
   }
 }
 
+// Only then does a new content survive a loss of power.
+TEST(Power, TheFolderReachesTheDiskBeforeTheAnswer) {
+  using korvel::files::ReplaceStep;
+  static int synced = 0;
+  for (const Writer &writer : kWriters) {
+    for (const bool isThere : {true, false}) {
+      Volumes volumes;
+      if (isThere) volumes.file("p.ini", profileOf(3));
+      synced = 0;
+      korvel::files::replaceFault = [](ReplaceStep step) {
+        if (step == ReplaceStep::Folder) ++synced;
+        return 0;
+      };
+      EXPECT_EQ(writer.write(), 1) << writer.name;
+      korvel::files::replaceFault = nullptr;
+      EXPECT_EQ(synced, isThere || entries(volumes.folder()).size() == 1 ? 1 : 0)
+          << writer.name << (isThere ? ", there" : ", new");
+    }
+  }
+}
+
 // A profile in a folder of these modes, written by a user who is not its owner.
 class Rights : public testing::Test {
  protected:
