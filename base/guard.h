@@ -11,7 +11,7 @@ namespace korvel::base {
 // The result of `work`, or `failure` where it ran out of memory: the library's own code throws
 // nothing else. Exceptions of the application's callbacks, called inside `work`, pass through.
 template <typename Work>
-std::invoke_result_t<Work> orOnFailure(std::invoke_result_t<Work> failure, Work work) {
+std::invoke_result_t<Work> guarded(std::invoke_result_t<Work> failure, Work work) {
   try {
     return work();
   } catch (const std::bad_alloc &) {
@@ -23,7 +23,7 @@ std::invoke_result_t<Work> orOnFailure(std::invoke_result_t<Work> failure, Work 
 // Does `work`, or as much of it as memory allows.
 template <typename Work>
 void asFarAsMemoryAllows(Work work) {
-  orOnFailure(false, [&] {
+  guarded(false, [&] {
     work();
     return true;
   });

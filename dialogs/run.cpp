@@ -169,7 +169,7 @@ DialogRef makeCurrent(std::unique_ptr<platform::Dialog> dialog) {
   if (dialog == nullptr) return nullptr;
   current = new KorvelDialog{std::move(dialog)};
   const auto port = [] { return draw::portOf(current->onScreen->window()); };
-  draw::setCurrentPort(base::orOnFailure(nullptr, port));
+  draw::setCurrentPort(base::guarded(nullptr, port));
   currentThread = pthread_self();
   DlgBox_hDlg = current;
   return current;

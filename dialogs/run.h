@@ -39,7 +39,7 @@ int runCurrent(DialogRef dialog);
 template <typename Open>
 int runOpened(Open open) {
   const auto openCurrent = [&] { return makeCurrent(open()); };
-  if (DialogRef dialog = base::orOnFailure(nullptr, openCurrent)) return runCurrent(dialog);
+  if (DialogRef dialog = base::guarded(nullptr, openCurrent)) return runCurrent(dialog);
   endDefinition();
   return 0;
 }

@@ -83,5 +83,5 @@ using namespace korvel::dialogs;
 
 int ZRVDlgBox(const char *name) {
   if (name == nullptr) return 0;
-  return korvel::base::orOnFailure(0, [&] { return runTemplate(name); });
+  return korvel::base::guarded(0, [&] { return runTemplate(name); });
 }

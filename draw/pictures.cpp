@@ -136,5 +136,5 @@ int BMP_affic_desfond0(const char *name, CGrafPtr port, int x, int y) {
 int BMP_affic_dimfond0(const char *name, int *cx, int *cy) {
   if (name == nullptr) return 1;
   if (isTooLong(name)) return 0;  // Kept: a name that is too long counts as measured.
-  return korvel::base::orOnFailure(1, [&] { return putSize(findPicture(name), cx, cy) ? 0 : 1; });
+  return korvel::base::guarded(1, [&] { return putSize(findPicture(name), cx, cy) ? 0 : 1; });
 }

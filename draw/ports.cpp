@@ -95,19 +95,19 @@ void leavePortOf(WindowRef window) {
 }  // namespace korvel::draw
 
 using namespace korvel::draw;
-using korvel::base::orOnFailure;
+using korvel::base::guarded;
 
 CGrafPtr KorvelImagePort(int width, int height) {
-  return orOnFailure(nullptr, [&] { return portOnImage(width, height); });
+  return guarded(nullptr, [&] { return portOnImage(width, height); });
 }
 
 CGrafPtr KorvelPainterPort(void *qpainter) {
   if (qpainter == nullptr) return nullptr;
-  return orOnFailure(nullptr, [&] { return portOnPainter(qpainter); });
+  return guarded(nullptr, [&] { return portOnPainter(qpainter); });
 }
 
 CGrafPtr GetWindowPort(WindowRef window) {
-  return orOnFailure(nullptr, [&] { return portOf(window); });
+  return guarded(nullptr, [&] { return portOf(window); });
 }
 
 void KorvelPortRelease(CGrafPtr port) {
@@ -127,5 +127,5 @@ int KorvelPortPixel(CGrafPtr port, int x, int y, RGBColor *colour) {
 void SetPort(CGrafPtr port) { setCurrentPort(port); }
 
 void GetPort(CGrafPtr *port) {
-  if (port != nullptr) *port = orOnFailure(nullptr, [] { return currentPort(); });
+  if (port != nullptr) *port = guarded(nullptr, [] { return currentPort(); });
 }

@@ -51,15 +51,15 @@ int processFiles(const char *directory, std::string_view pattern, FileVisit_t vi
 }  // namespace korvel::files
 
 using namespace korvel::files;
-using korvel::base::orOnFailure;
+using korvel::base::guarded;
 
 int Dir_FindFiles(char *list, const char *directory, int rows, const char *pattern) {
   if (directory == nullptr || pattern == nullptr || rows < 0 || (list == nullptr && rows > 0))
     return 0;
-  return orOnFailure(0, [&] { return findFiles(list, directory, rows, pattern); });
+  return guarded(0, [&] { return findFiles(list, directory, rows, pattern); });
 }
 
 int Dir_ProcessFiles(const char *directory, const char *pattern, FileVisit_t visit) {
   if (directory == nullptr || pattern == nullptr || visit == nullptr) return 0;
-  return orOnFailure(0, [&] { return processFiles(directory, pattern, visit); });
+  return guarded(0, [&] { return processFiles(directory, pattern, visit); });
 }

@@ -12,7 +12,7 @@
 
 namespace korvel::messages {
 
-using base::orOnFailure;
+using base::guarded;
 using platform::Desktop;
 using platform::desktopWithScreen;
 
@@ -42,7 +42,7 @@ int askInFront(WindowRef owner, std::string_view text, std::string_view caption,
   if (desktop == nullptr) return unseen;
   if (owner == nullptr) owner = desktop->frontWindow();
   const int answer =
-      orOnFailure(unseen, [&] { return askInLines(*desktop, owner, text, caption, flags); });
+      guarded(unseen, [&] { return askInLines(*desktop, owner, text, caption, flags); });
   if (owner != nullptr) {
     base::asFarAsMemoryAllows([&] { draw::setCurrentPort(draw::portOf(owner)); });
   }
@@ -52,8 +52,8 @@ int askInFront(WindowRef owner, std::string_view text, std::string_view caption,
 }  // namespace
 
 int messageBox(WindowRef owner, std::string_view text, std::string_view caption, unsigned flags) {
-  return orOnFailure(escapeAnswer(kindOf(flags)),
-                     [&] { return askInFront(owner, text, caption, flags); });
+  return guarded(escapeAnswer(kindOf(flags)),
+                 [&] { return askInFront(owner, text, caption, flags); });
 }
 
 }  // namespace korvel::messages
@@ -63,12 +63,12 @@ using korvel::base::textOf;
 
 int QuestionDialog(WindowRef owner, char *caption, char *text, int lines, unsigned flags) {
   const Message message{Kind::Question, textOf(caption), textOf(text), lines, flags};
-  return orOnFailure(KorvelNonAnswer, [&] { return ask(desktopWithScreen(), owner, message); });
+  return guarded(KorvelNonAnswer, [&] { return ask(desktopWithScreen(), owner, message); });
 }
 
 int NoteDialog(WindowRef owner, char *caption, char *text, int lines, unsigned flags) {
   const Message message{Kind::Note, textOf(caption), textOf(text), lines, flags};
-  return orOnFailure(KorvelOkAnswer, [&] { return ask(desktopWithScreen(), owner, message); });
+  return guarded(KorvelOkAnswer, [&] { return ask(desktopWithScreen(), owner, message); });
 }
 
 int MessageBox(WindowRef owner, const char *text, const char *caption, unsigned flags) {

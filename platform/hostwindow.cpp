@@ -20,5 +20,5 @@ using namespace korvel::platform;
 
 WindowRef KorvelWidgetWindow(void *qwidget) {
   if (qwidget == nullptr) return nullptr;
-  return korvel::base::orOnFailure(nullptr, [&] { return hostWindow(qwidget); });
+  return korvel::base::guarded(nullptr, [&] { return hostWindow(qwidget); });
 }

@@ -206,7 +206,7 @@ int writeKey(std::string_view section, const char *key, const char *value, const
 }  // namespace korvel::profile
 
 using namespace korvel::profile;
-using korvel::base::orOnFailure;
+using korvel::base::guarded;
 
 int GetPrivateProfileString(const char *section, const char *key, const char *defaultText,
                             char *destination, int capacity, const char *path) {
@@ -221,10 +221,10 @@ int GetPrivateProfileInt(const char *section, const char *key, int defaultValue,
 int WritePrivateProfileString(const char *section, const char *key, const char *value,
                               const char *path) {
   if (section == nullptr) return kFailed;
-  return orOnFailure(kFailed, [&] { return writeKey(section, key, value, path); });
+  return guarded(kFailed, [&] { return writeKey(section, key, value, path); });
 }
 
 int WritePrivateProfileSection(const char *section, const char *text, const char *path) {
   if (section == nullptr) return kFailed;
-  return orOnFailure(kFailed, [&] { return writeSection(section, text, path); });
+  return guarded(kFailed, [&] { return writeSection(section, text, path); });
 }

@@ -50,8 +50,8 @@ bool exists(const char *path) { return textDecides(path) ? listPrints(path) : en
 }  // namespace korvel::shell
 
 using namespace korvel::shell;
-using korvel::base::orOnFailure;
+using korvel::base::guarded;
 
 int BSDIsExisting(const char *path) {
-  return path != nullptr && orOnFailure(false, [&] { return exists(path); }) ? 1 : 0;
+  return path != nullptr && guarded(false, [&] { return exists(path); }) ? 1 : 0;
 }

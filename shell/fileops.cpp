@@ -69,29 +69,29 @@ int copyInto(const std::string &source, const std::string &folder, const Rights 
 }  // namespace korvel::shell
 
 using namespace korvel::shell;
-using korvel::base::orOnFailure;
+using korvel::base::guarded;
 
 int BSDSCopy(const char *source, const char *destination) {
   if (source == nullptr || destination == nullptr) return -1;
-  return orOnFailure(-1, [&] { return runTool(copyCommand(source, destination).c_str()); });
+  return guarded(-1, [&] { return runTool(copyCommand(source, destination).c_str()); });
 }
 
 int BSDCopy(const char *source, const char *folder) {
   if (source == nullptr || folder == nullptr) return -1;
-  return orOnFailure(-1, [&] { return copyInto(source, folder, Rights::callers()); });
+  return guarded(-1, [&] { return copyInto(source, folder, Rights::callers()); });
 }
 
 int BSDCopy_psw(const char *source, const char *folder, const char *password) {
   if (source == nullptr || folder == nullptr || password == nullptr) return -1;
-  return orOnFailure(-1, [&] { return copyInto(source, folder, Rights::superUsers(password)); });
+  return guarded(-1, [&] { return copyInto(source, folder, Rights::superUsers(password)); });
 }
 
 int BSDRemove(const char *path) {
   if (path == nullptr) return -1;
-  return orOnFailure(-1, [&] { return removePath(path, Rights::callers()); });
+  return guarded(-1, [&] { return removePath(path, Rights::callers()); });
 }
 
 int BSDRemove_psw(const char *path, const char *password) {
   if (path == nullptr || password == nullptr) return -1;
-  return orOnFailure(-1, [&] { return removePath(path, Rights::superUsers(password)); });
+  return guarded(-1, [&] { return removePath(path, Rights::superUsers(password)); });
 }

@@ -29,20 +29,20 @@ int forEachLine(const char *command, ToolLine_t perLine) {
 }  // namespace korvel::shell
 
 using namespace korvel::shell;
-using korvel::base::orOnFailure;
+using korvel::base::guarded;
 
 int BSDInvokeTool(const char *command, char *out, int outSize) {
   if (command == nullptr || (out != nullptr && outSize < 0)) return -1;
   const std::span<char> output(out, out == nullptr ? 0 : static_cast<std::size_t>(outSize));
-  return orOnFailure(-1, [&] { return runTool(command, output); });
+  return guarded(-1, [&] { return runTool(command, output); });
 }
 
 int BSDInvokeToolWr(const char *command, const char *input) {
   if (command == nullptr || input == nullptr) return -1;
-  return orOnFailure(-1, [&] { return feedTool(command, input); });
+  return guarded(-1, [&] { return feedTool(command, input); });
 }
 
 int BSDInvokeToolPr(const char *command, ToolLine_t perLine) {
   if (command == nullptr || perLine == nullptr) return -1;
-  return orOnFailure(-1, [&] { return forEachLine(command, perLine); });
+  return guarded(-1, [&] { return forEachLine(command, perLine); });
 }

@@ -103,16 +103,16 @@ int processFiles(const char *folder, std::string_view pattern, FileVisit_t visit
 }  // namespace korvel::shell
 
 using namespace korvel::shell;
-using korvel::base::orOnFailure;
+using korvel::base::guarded;
 
 int BSDDir_FindFiles(char *out, const char *folder, int max, const char *pattern) {
   if (folder == nullptr || pattern == nullptr || max < 0 || (out == nullptr && max > 0)) return 0;
-  return orOnFailure(0, [&] { return findFiles(out, folder, max, pattern); });
+  return guarded(0, [&] { return findFiles(out, folder, max, pattern); });
 }
 
 int BSDDir_ProcessFiles(const char *folder, const char *pattern, FileVisit_t visit) {
   if (folder == nullptr || pattern == nullptr || visit == nullptr) return 0;
-  return orOnFailure(0, [&] { return processFiles(folder, pattern, visit); });
+  return guarded(0, [&] { return processFiles(folder, pattern, visit); });
 }
 
 int BSDDir_ProcessFiles_f(char *line) { return line == nullptr ? 0 : visitLine(line); }

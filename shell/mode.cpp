@@ -43,8 +43,8 @@ void openToAll(const char *path) {
 }  // namespace korvel::shell
 
 using namespace korvel::shell;
-using korvel::base::orOnFailure;
+using korvel::base::guarded;
 
 int BSDMACchmodrwx(const char *macPath) {
-  return macPath == nullptr ? -1 : orOnFailure(-1, [&] { return openIfThere(macPath); });
+  return macPath == nullptr ? -1 : guarded(-1, [&] { return openIfThere(macPath); });
 }

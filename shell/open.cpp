@@ -45,8 +45,8 @@ int openDocument(std::string_view path) {
 }  // namespace korvel::shell
 
 using namespace korvel::shell;
-using korvel::base::orOnFailure;
+using korvel::base::guarded;
 
 int BSDopen(const char *path) {
-  return path == nullptr ? -1 : orOnFailure(-1, [&] { return openDocument(path); });
+  return path == nullptr ? -1 : guarded(-1, [&] { return openDocument(path); });
 }

@@ -101,10 +101,10 @@ int PosixPath::copyTo(char *out) const {
 }  // namespace korvel::shell
 
 using namespace korvel::shell;
-using korvel::base::orOnFailure;
+using korvel::base::guarded;
 
 int BSDMAC2UNIX(const char *macPath, char *out) {
   if (out == nullptr) return 0;
   const auto read = [&] { return PosixPath::readByShell(macPath); };
-  return orOnFailure(PosixPath(), read).copyTo(out);
+  return guarded(PosixPath(), read).copyTo(out);
 }

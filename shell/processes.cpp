@@ -18,7 +18,7 @@ constinit int BSDtest = 0;
 namespace korvel::shell {
 namespace {
 
-using base::orOnFailure;
+using base::guarded;
 
 std::string processList() { return withWholeNames(Tool("ps -x -c", Flow::FromTool).text()); }
 
@@ -46,7 +46,7 @@ int forEachProcess(const char *name, ToolLine_t perLine) {
 // Leaves the process alone where there is no memory for the command.
 // Kept: the whole line goes to "kill", not only the process number it begins with.
 int killProcess(char *line) {
-  return orOnFailure(0, [&] {
+  return guarded(0, [&] {
     runTool((std::string("kill ") + line).c_str());
     return 0;
   });
@@ -67,16 +67,16 @@ int testProcess(const char *name) {
 }  // namespace korvel::shell
 
 using namespace korvel::shell;
-using korvel::base::orOnFailure;
+using korvel::base::guarded;
 
 int BSDkill(const char *name) {
-  return name == nullptr ? -1 : orOnFailure(-1, [&] { return forEachProcess(name, killProcess); });
+  return name == nullptr ? -1 : guarded(-1, [&] { return forEachProcess(name, killProcess); });
 }
 
 int BSDprocessf(char *line) { return line == nullptr ? 0 : killProcess(line); }
 
 int BSDtestProcess(const char *name) {
-  return orOnFailure(0, [&] { return testProcess(name); });
+  return guarded(0, [&] { return testProcess(name); });
 }
 
 int BSDprocesst(char *line) { return noteProcess(line); }

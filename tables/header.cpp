@@ -121,7 +121,7 @@ using namespace korvel::tables;
 int ZRV_Table_modify(const char *name, const char *newName, const char *version,
                      const char *title) {
   if (version == nullptr || title == nullptr) return 0;
-  return orOnFailure(false, [&] { return modify(name, newName, {version, title}); }) ? 1 : 0;
+  return guarded(false, [&] { return modify(name, newName, {version, title}); }) ? 1 : 0;
 }
 
 int ZRV_Table_repair(const char *name, const char *version, const char *title) {

@@ -93,12 +93,12 @@ WindowRef QtDesktop::hostWindow(void *widget) {
 }
 
 std::unique_ptr<Port> QtDesktop::newImage(int width, int height) {
-  return base::orOnFailure(
-      nullptr, [&] { return ensureDrawing() ? ImagePort::make(width, height) : nullptr; });
+  return base::guarded(nullptr,
+                       [&] { return ensureDrawing() ? ImagePort::make(width, height) : nullptr; });
 }
 
 std::unique_ptr<Port> QtDesktop::painterPort(void *painter) {
-  return base::orOnFailure(nullptr, [&]() -> std::unique_ptr<Port> {
+  return base::guarded(nullptr, [&]() -> std::unique_ptr<Port> {
     if (painter == nullptr || !ensureDrawing()) return nullptr;
     return std::make_unique<PainterPort>(static_cast<QPainter *>(painter));
   });
@@ -106,15 +106,14 @@ std::unique_ptr<Port> QtDesktop::painterPort(void *painter) {
 
 Port *QtDesktop::windowPort(WindowRef window) {
   if (WindowPort *made = madePortOf(window)) return made;
-  return base::orOnFailure(nullptr, [&] {
+  return base::guarded(nullptr, [&] {
     QWidget *widget = livingWindow(window);
     return widget == nullptr ? nullptr : &portOf(widget);
   });
 }
 
 std::unique_ptr<Picture> QtDesktop::loadPicture(const std::string &path) {
-  return base::orOnFailure(nullptr,
-                           [&] { return ensureDrawing() ? QtPicture::read(path) : nullptr; });
+  return base::guarded(nullptr, [&] { return ensureDrawing() ? QtPicture::read(path) : nullptr; });
 }
 
 }  // namespace korvel::platform::qt

@@ -52,7 +52,7 @@ void QtPort::select(const QString *family, unsigned face, int size) {
 }
 
 bool QtPort::setFont(std::string_view family, unsigned face) {
-  return base::orOnFailure(false, [&] {
+  return base::guarded(false, [&] {
     const QString *answer = canHaveFonts() ? familyAnswering(family) : nullptr;
     if (answer != nullptr) select(answer, face & kFaceBits, size_);
     return answer != nullptr;
@@ -68,7 +68,7 @@ void QtPort::setFontSize(int points) {
 int QtPort::drawText(int x, int y, std::string_view text) {
   const int width = textWidth(text);
   if (width == 0) return 0;
-  return base::orOnFailure(0, [&] {
+  return base::guarded(0, [&] {
     paintText(x, y, text, width);
     return width;
   });
@@ -129,7 +129,7 @@ void QtPort::frameRect(const Rect &rect) {
 
 // A port gets pictures of its own desktop only.
 bool QtPort::drawPicture(const Picture &picture, int x, int y) {
-  return base::orOnFailure(false, [&] {
+  return base::guarded(false, [&] {
     paintPicture(static_cast<const QtPicture &>(picture), x, y);
     return true;
   });

@@ -28,7 +28,7 @@ int devicePixels(int place, qreal scale) {
 
 // Opens the file itself, as the toolkit takes only paths in UTF-8.
 bool RasterPort::save(const std::string &path) const {
-  return base::orOnFailure(false, [&] {
+  return base::guarded(false, [&] {
     const Raster *raster = drawn();
     if (raster == nullptr) return false;
     const int descriptor = open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
