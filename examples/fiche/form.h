@@ -4,7 +4,7 @@
 #ifndef FICHE_FORM_H
 #define FICHE_FORM_H
 
-/* First item number of each type: the numbers by which the callbacks know the fields. */
+/* First identifier of each type: the numbers by which the callbacks know the fields. */
 enum {
   kFirstText = 100,
   kFirstInt = 200,

@@ -1,6 +1,6 @@
 /* Calendar dates: display and stored texts, the clock, the calendar, day and minute counts, names.
 
-   Dates are texts or numbers, there is no date structure:
+   Dates are texts or numbers; there is no date structure:
      display date    DD/MM/YYYY or DD/MM/YY
      time of day     HH:MM or HH:MM:SS
      stored date     YYYYMMDD, YYYYMMDDHHMM or YYYYMMDDHHMMSS
@@ -9,8 +9,8 @@
    text shorter than its layout is read as if NULs followed, and these are copied: the result, seen
    as a text, then ends where the missing characters would be. Outputs are owned by the caller,
    always terminated, and may be the input itself. A null pointer is never followed: a null input is
-   an empty text, and with a null output nothing is written and the status is 11 (codecs.h lists the
-   status codes).
+   an empty text, and with a null output nothing is written and the status is KorvelWidthStatus
+   (codecs.h lists the status codes).
 
    In the examples the call's arguments and results have the names of the parameters. */
 #ifndef KORVEL_DATES_H
@@ -53,8 +53,8 @@ KORVEL_API int ZRV_Build_Date_slong(const char *date, const char *time, char *ou
 
 /* Stores the midnight of a display date as YYYYMMDD0000 (13 bytes). Exactly 10 characters are
    DD/MM/YYYY, any other length is DD/MM/YY.
-   Returns 10 when the year was copied, else as ZRV_Build_Date_short.
-     ZRV_Build_Date_SV("07/03/2004", out) -> 10, out = "200403070000"
+   Returns KorvelYearCopiedStatus when the year was copied, else as ZRV_Build_Date_short.
+     ZRV_Build_Date_SV("07/03/2004", out) -> KorvelYearCopiedStatus, out = "200403070000"
      ZRV_Build_Date_SV("07/03/04", out) -> 0, out = "200403070000" */
 KORVEL_API int ZRV_Build_Date_SV(const char *date, char *out);
 
@@ -161,6 +161,7 @@ KORVEL_API int Min_depuis_org(int date, int time, int origin);
 /* Returns the French name of a month 1 to 12, else "Illégal". The names are in the DOS Latin code
    page: é is 0x82 (octal 202). The text is the library's and must not be changed.
      utdatemy(2) -> "F\202vrier"
+     utdatemy(8) -> "Aout"
      utdatemy(13) -> "Ill\202gal" */
 KORVEL_API char *utdatemy(int month);
 

@@ -45,7 +45,7 @@ KORVEL_API WindowRef KorvelWidgetWindow(void *qwidget);
    Needs no screen. Where no desktop can be had there are no ports; standard error then says why,
    once. */
 
-/* Makes a white image off screen. width, height: 1 to 32767 pixels.
+/* Makes a white image off screen. width, height: 1 to 32767 pixels, and at most 2^28 pixels in all.
    Returns its port; null where it cannot be had. */
 KORVEL_API CGrafPtr KorvelImagePort(int width, int height);
 

@@ -1,14 +1,19 @@
 /* Data-entry dialogs: described by exported tables, built, run modally, validated and read back.
 
    A dialog is described before it is shown: for each field type in use one _param call with the
-   number of fields and the first item number, then per field its place, value and limits; then
+   number of fields and the first identifier, then per field its place, value and limits; then
    ZRVDlgBoxEx builds and shows it, or ZRVDlgBox shows it in a layout drawn beforehand. The values
    stay in the tables, where the _retrieve functions or the application itself read them afterwards.
    The tables are part of the interface: an application and its callbacks may read and write them at
    any time, also while the dialog is shown.
 
    Units. Places and sizes are in dialog units; pixels are 2 * x, 2 * cx, 7 * y / 4 and 5 * cy / 4
-   (divisions truncate toward zero). Texts are CP1252, NUL-terminated.
+   (divisions truncate toward zero). The dialog itself is 7 * cy / 4 pixels high.
+
+   Texts are CP1252, NUL-terminated. The character set of the screen is CP1252 but for the seven
+   bytes that w2mstr (strings.h) writes: 0x88, 0x8D, 0x8E, 0x8F, 0x90, 0x95 and 0xA1 are à, ç, é, è,
+   ê, ï and the degree sign there. A text goes to the screen converted as by w2mstr and comes back
+   as by m2wstr, unless a comment says otherwise; one that goes without conversion shows the same.
 
    Conventions. Every function returns int 0 unless its comment says otherwise. A field index i runs
    from 0 and selects a field of its type; an index below 0, or not below the type's count, does
@@ -20,7 +25,7 @@
    Items, identifiers and ranks. A field has up to three numbers:
    - its item, the place in the dialog: item 1 accepts ("OK"), item 2 cancels, and the fields' items
      follow. A date consists of three items: day, month, year;
-   - its identifier, by which callbacks name it: first item number + i, for dates + 3 * i. It does
+   - its identifier, by which callbacks name it: first identifier + i, for dates + 3 * i. It does
      not depend on the rank;
    - its rank, which orders the items: ZRVDlgBoxEx adds the fields by ascending rank, and inside a
      rank in the order text, check box, integer, number, date, push button. A field with a negative
@@ -41,7 +46,7 @@
    or, where it has none, the first one that asked for a dialog or a message or drew anything. In
    another thread a dialog ends at once as cancelled, after one line on standard error.
 
-   A screen is one that shows to somebody: X11 or Wayland. Any other platform of Qt's (offscreen,
+   A screen is one that somebody can see: X11 or Wayland. Any other platform of Qt's (offscreen,
    minimal, vnc, eglfs, linuxfb and the like), also of the application's own QApplication, counts as
    no screen, unless the environment variable KORVEL_UNSEEN is 1, which says that it is meant. */
 #ifndef KORVEL_DIALOGS_H
@@ -105,7 +110,7 @@ typedef int (*PushAction_t)(WindowRef window);
 /* The global callback, called when a field has changed to an acceptable value, a check box was
    toggled or a push button pressed.
    item: the identifier of the field. Then for text fields, check boxes, integers, numbers and
-   dates: in-use flag, first item number, value table, count. The callback may change any table.
+   dates: in-use flag, first identifier, value table, count. The callback may change any table.
    redisplay: room for `capacity` identifiers of fields to bring up to date on the screen: the
    identifier itself shows the table's value, its negative clears the field. A field's flag _bOK
    then says whether what it shows is acceptable, so a value corrected here may enable button 1.
@@ -132,10 +137,10 @@ typedef int (*DlgBoxFinal_t)(WindowRef window, int textInUse, char **texts, int 
 
 KORVEL_API extern int TDB;            /* 1 while the type is in use */
 KORVEL_API extern int TDB_N;          /* number of fields */
-KORVEL_API extern int TDB_ID_TEXTE;   /* first item number */
+KORVEL_API extern int TDB_ID_TEXTE;   /* first identifier */
 KORVEL_API extern int TDB_BUFFERSIZE; /* bytes of a slice: 8192 / TDB_N */
 
-/* Place and size in dialog units, and rank. */
+/* Place and size in dialog units, and rank. A pop-up is 14 pixels high, whatever TDB_cy says. */
 KORVEL_API extern short TDB_x[20];
 KORVEL_API extern short TDB_y[20];
 KORVEL_API extern short TDB_cx[20];
@@ -156,7 +161,7 @@ KORVEL_API extern char TDB_szBuffer[8192];   /* TDB_N slices of TDB_BUFFERSIZE b
 KORVEL_API extern char TDB_SZLBUFFER[8192];  /* likewise */
 KORVEL_API extern int TDB_ITABSTOPS[5][128]; /* each row ends in 0 */
 
-/* Takes n text fields (1 to 20) into use, the first with item number idFirst. Each is empty,
+/* Takes n text fields (1 to 20) into use, the first with identifier idFirst. Each is empty,
    mandatory, valid, without place or rank, neither pop-up nor list, and may hold 8192 / n - 1
    characters. Leaves TDB_bPassw and the tab stops as they are. */
 KORVEL_API int TexteDlgBox_param(int n, int idFirst);
@@ -164,7 +169,8 @@ KORVEL_API int TexteDlgBox_param(int n, int idFirst);
 /* Gives field i its text, cut to TDB_BUFFERSIZE - 1 characters, and marks it as set. */
 KORVEL_API int TexteDlgBox_set(int i, const char *text);
 
-/* Place and size in dialog units, and rank (KorvelNoRank: none). */
+/* Place and size in dialog units, and rank (KorvelNoRank: none). A pop-up is 14 pixels high,
+   whatever cy says. */
 KORVEL_API int TexteDlgBox_set_geo(int i, int x, int y, int cx, int cy, int rk);
 
 /* Lowers the longest acceptable text of field i to n characters (below 0 counts as 0). The limit is
@@ -211,7 +217,7 @@ KORVEL_API int TexteDlgBox_get_valid(int i);
 
 KORVEL_API extern int BDB;            /* 1 while the type is in use */
 KORVEL_API extern int BDB_N;          /* number of fields */
-KORVEL_API extern int BDB_ID_FLAG;    /* first item number */
+KORVEL_API extern int BDB_ID_FLAG;    /* first identifier */
 KORVEL_API extern int BDB_BUFFERSIZE; /* bytes of a label: 48 */
 
 /* Place and size in dialog units, and rank. */
@@ -228,7 +234,7 @@ KORVEL_API extern char BDB_szBuffer[3072]; /* 64 slices of BDB_BUFFERSIZE bytes 
 /* Takes n check boxes (0 to 64) into use: off, without label, place or rank. */
 KORVEL_API int BoolDlgBox_param(int n, int idFirst);
 
-/* Sets the value, stored as given. */
+/* Sets the value, stored as given; above 0 counts as on, anything else as off. */
 KORVEL_API int BoolDlgBox_set(int i, int value);
 
 /* Label (cut to 47 characters), place and size in dialog units, rank. A null label leaves the
@@ -242,7 +248,7 @@ KORVEL_API int BoolDlgBox_retrieve(int i, int *out);
 
 KORVEL_API extern int IDB;        /* 1 while the type is in use */
 KORVEL_API extern int IDB_N;      /* number of fields */
-KORVEL_API extern int IDB_ID_INT; /* first item number */
+KORVEL_API extern int IDB_ID_INT; /* first identifier */
 
 /* Place and size in dialog units, and rank. */
 KORVEL_API extern short IDB_x[128];
@@ -258,10 +264,14 @@ KORVEL_API extern int IDB_bPassw[128];    /* 1: shown as one "*" per character *
 KORVEL_API extern int IDB_iInts[128];     /* the value */
 KORVEL_API extern short IDB_lPassw[128];  /* length of the text last seen in a masked field */
 KORVEL_API extern ValidInt_t vi_tab[128]; /* the validation functions */
-KORVEL_API extern ValidInt_t *vi; /* initially vi_tab; may be pointed at an own table of 128 */
+
+/* Where they are looked up: initially vi_tab; may be pointed to a table of 128 of the
+   application's own. */
+KORVEL_API extern ValidInt_t *vi;
 
 /* Takes n integer fields (0 to 128) into use: value 0, not set, mandatory, valid, not masked,
-   without place or rank, validated by intcod_i. */
+   without place or rank, validated by intcod_i. In a template a field that was never set and may
+   be empty keeps the text drawn in it. */
 KORVEL_API int IntDlgBox_param(int n, int idFirst);
 
 /* Gives field i its value and marks it as set. mode: KorvelAnyValue has it validated by intcod_i,
@@ -272,7 +282,7 @@ KORVEL_API int IntDlgBox_set(int i, int value, int mode);
 /* Place and size in dialog units, and rank (KorvelNoRank: none). */
 KORVEL_API int IntDlgBox_set_geo(int i, int x, int y, int cx, int cy, int rk);
 
-/* Has field i validated by an own function. */
+/* Has field i validated by a function of the application's own. */
 KORVEL_API int IntDlgBox_set_fvalid(int i, ValidInt_t function);
 
 /* Stores the value in *out. */
@@ -293,7 +303,7 @@ KORVEL_API int IntDlgBox_get_valid(int i);
 
 KORVEL_API extern int NDB;        /* 1 while the type is in use */
 KORVEL_API extern int NDB_N;      /* number of fields */
-KORVEL_API extern int NDB_ID_NUM; /* first item number */
+KORVEL_API extern int NDB_ID_NUM; /* first identifier */
 
 /* Place and size in dialog units, and rank. */
 KORVEL_API extern short NDB_x[128];
@@ -308,10 +318,14 @@ KORVEL_API extern int NDB_bOK[128];       /* 1: acceptable */
 KORVEL_API extern double NDB_dNums[128];  /* the value */
 KORVEL_API extern int NDB_iChiff[128];    /* decimals shown */
 KORVEL_API extern ValidNum_t vf_tab[128]; /* the validation functions */
-KORVEL_API extern ValidNum_t *vf; /* initially vf_tab; may be pointed at an own table of 128 */
+
+/* Where they are looked up: initially vf_tab; may be pointed to a table of 128 of the
+   application's own. */
+KORVEL_API extern ValidNum_t *vf;
 
 /* Takes n number fields (0 to 128) into use: value 0.0 with 5 decimals, not set, mandatory, valid,
-   without place or rank, validated by realcod_d. */
+   without place or rank, validated by realcod_d. In a template a field that was never set keeps the
+   text drawn in it. */
 KORVEL_API int NumDlgBox_param(int n, int idFirst);
 
 /* Gives field i its value and marks it as set. mode: KorvelAnyValue has it validated by realcod_d,
@@ -326,7 +340,7 @@ KORVEL_API int NumDlgBox_set_nchiff(int i, int n);
 /* Place and size in dialog units, and rank (KorvelNoRank: none). */
 KORVEL_API int NumDlgBox_set_geo(int i, int x, int y, int cx, int cy, int rk);
 
-/* Has field i validated by an own function. */
+/* Has field i validated by a function of the application's own. */
 KORVEL_API int NumDlgBox_set_fvalid(int i, ValidNum_t function);
 
 /* Stores the value in *out. */
@@ -340,10 +354,14 @@ KORVEL_API int NumDlgBox_get_valid(int i);
 
 /* ---- Date fields: at most 20 ---- */
 
+/* A date is entered as three numbers. While one of them is 0, negative or (in an optional field)
+   empty, the date counts as acceptable, but its validation function is not called and the value
+   stays as it was: with 0 for the day, say, button 1 accepts the date that was stored before. */
+
 KORVEL_API extern int DDB;   /* 1 while the type is in use */
 KORVEL_API extern int DDB_N; /* number of fields */
 
-/* First item number; a date takes three. The two identifiers just below it also count as date 0: no
+/* First identifier; a date takes three. The two identifiers just below it also count as date 0: no
    push button should have them. */
 KORVEL_API extern int DDB_ID_DATE;
 
@@ -360,7 +378,10 @@ KORVEL_API extern int DDB_bMand[20];     /* 1: may not be empty */
 KORVEL_API extern int DDB_bOK[20];       /* 1: acceptable */
 KORVEL_API extern int DDB_lDates[20];    /* the value: yyyymmdd */
 KORVEL_API extern ValidInt_t vd_tab[20]; /* the validation functions */
-KORVEL_API extern ValidInt_t *vd; /* initially vd_tab; may be pointed at an own table of 20 */
+
+/* Where they are looked up: initially vd_tab; may be pointed to a table of 20 of the
+   application's own. */
+KORVEL_API extern ValidInt_t *vd;
 
 /* Takes n date fields (0 to 20) into use: value 0, not set, mandatory, valid, without place or
    rank, validated by intcod_l. */
@@ -374,7 +395,8 @@ KORVEL_API int DateDlgBox_set(int i, int yyyymmdd, int mode);
 /* Place in dialog units and height, and rank (KorvelNoRank: none). cx is kept and not used. */
 KORVEL_API int DateDlgBox_set_geo(int i, int x, int y, int cx, int cy, int rk);
 
-/* Has field i validated by an own function, which is given the text yyyymmdd. */
+/* Has field i validated by a function of the application's own, which is given the text
+   yyyymmdd. */
 KORVEL_API int DateDlgBox_set_fvalid(int i, ValidInt_t function);
 
 /* Stores the value, yyyymmdd, in *out. */
@@ -389,8 +411,10 @@ KORVEL_API int DateDlgBox_get_valid(int i);
 /* Validates the date yyyymmdd in `text`, which is trimmed in place.
    Returns 0 and stores the value when it is a day of the years 1800 to 2100, else
    1 to 4  the code of intcod_l, nothing being stored,
-   1  a value below 0, stored all the same,
-   2  a number that is no day of those years, stored all the same.
+   1  KorvelRefusedStatus: a value below 0, stored all the same,
+   2  KorvelNoDayStatus: a number that is no day of those years, stored all the same.
+   The text tells which 1 or 2 it is: it is empty after KorvelEmptyStatus, a sign alone after
+   KorvelSignOnlyStatus, and holds a digit where a value was stored.
      intcod_l_date("20230228 ", value) -> 0, text = "20230228", value = 20230228
      intcod_l_date("20230230", value) -> KorvelNoDayStatus, value = 20230230
      intcod_l_date("30/02", value) -> KorvelNoDigitStatus */
@@ -400,7 +424,7 @@ KORVEL_API int intcod_l_date(char *text, int *value);
 
 KORVEL_API extern int PDB;            /* 1 while the type is in use */
 KORVEL_API extern int PDB_N;          /* number of fields */
-KORVEL_API extern int PDB_ID_PUSH;    /* first item number */
+KORVEL_API extern int PDB_ID_PUSH;    /* first identifier */
 KORVEL_API extern int PDB_BUFFERSIZE; /* bytes of a label: 16 */
 
 /* Place and size in dialog units, and rank. */
@@ -413,13 +437,16 @@ KORVEL_API extern short PDB_rk[10];
 KORVEL_API extern char *PDB_pszBuffer[10]; /* the label: a slice of PDB_szBuffer */
 KORVEL_API extern char PDB_szBuffer[160];  /* 10 slices of PDB_BUFFERSIZE bytes */
 KORVEL_API extern PushAction_t vp_tab[10]; /* the actions */
-KORVEL_API extern PushAction_t *vp; /* initially vp_tab; may be pointed at an own table of 10 */
+
+/* Where they are looked up: initially vp_tab; may be pointed to a table of 10 of the
+   application's own. */
+KORVEL_API extern PushAction_t *vp;
 
 /* Takes n push buttons (0 to 10) into use: without label, action, place or rank. */
 KORVEL_API int PushDlgBox_param(int n, int idFirst);
 
 /* Label (cut to 15 characters), place and size in dialog units, rank. A null label leaves the
-   label as it was. */
+   label as it was. The label goes to the screen without conversion. */
 KORVEL_API int PushDlgBox_set_geo(int i, const char *label, int x, int y, int cx, int cy, int rk);
 
 /* Sets the action, or none (null). The global callback is called after it, and without one too. */
@@ -481,10 +508,11 @@ KORVEL_API extern int FDB;             /* 1 once a background colour is set */
 KORVEL_API extern RGBColor FDB_bkgcol; /* kept for the application: dialogs built from the */
 KORVEL_API extern int FDB_hbrbkg;      /* tables have the desktop's own background */
 
-/* Sets the dialog's size in dialog units. Without a width or height, or with a negative one, the
-   dialog is shown with room for its button pair. No side is shown longer than 16384 pixels: items
-   that would lie outside are placed at the edge. A window of far more pixels than any screen shows
-   the upper part of its dialog. */
+/* Sets the dialog's size in dialog units: it is shown with 2 * cx by 7 * cy / 4 pixels (140 and 70:
+   280 by 122). Without a width or height, or with a negative one, it is shown with room for its
+   button pair. No side is shown longer than 16384 pixels; along a side cut to that, items that
+   would lie outside are placed at the edge. A window of far more pixels than any screen shows the
+   upper part of its dialog. */
 KORVEL_API int TailleDlgBox_set(int cx, int cy);
 
 /* Records a background colour (see FDB_bkgcol). */
@@ -514,7 +542,7 @@ KORVEL_API int BOKDlgBox_pos(int x, int y);
 
 /* Keeps the texts of both buttons in OK_sz1_bak and OK_sz2_bak, then sets them, each cut to 15
    characters. Nine characters or more in either make both buttons wider. A null text leaves that
-   button's text as it was. */
+   button's text as it was. Both go to the screen without conversion. */
 KORVEL_API int BOKDlgBox_textes(const char *text1, const char *text2);
 
 /* Brings back the texts kept by the last BOKDlgBox_textes, one level only. */
@@ -603,13 +631,15 @@ KORVEL_API int Dlg_CoefCY(int cy);
 
    At first a mandatory field that was never given a value is not acceptable; a text field then
    keeps its flag as it is. Values given are checked, which may clear a flag and never sets one.
-   Each change of a field is converted by its validation function and stored at once, its flag _bOK
-   updated, and button 1 is enabled only while the flags of all text, integer, number and date
-   fields in use are 1; an acceptable change then calls the global callback. A text that is longer
-   than its slice is stored cut and is not acceptable. Button 1, or a double click in a list, calls
-   the final callback. A double click that it accepts still stores the row and, when the field is
-   acceptable, calls the global callback before the dialog closes. When the dialog is made, the port
-   of its window becomes the current one (desktop.h); it disappears with the dialog.
+   Each change of a field is stored at once, for an integer, number or date by its validation
+   function, and its flag _bOK updated. An optional integer or number field that was emptied is
+   acceptable and keeps its value; so do some dates (see the date fields). Button 1 is enabled only
+   while the flags of all text, integer, number and date fields in use are 1; an acceptable change
+   then calls the global callback. A text that is longer than its slice is stored cut and is not
+   acceptable. Button 1, or a double click in a list, calls the final callback. A double click that
+   it accepts still stores the row and, when the field is acceptable, calls the global callback
+   before the dialog closes. When the dialog is made, the port of its window becomes the current one
+   (desktop.h); it disappears with the dialog.
 
    Returns 1 when the entry was accepted, 0 when it was cancelled (button 2, Escape, the window's
    close box). Either end resets the in-use flags of all field types and HDB to 0 and both
@@ -622,8 +652,8 @@ KORVEL_API int ZRVDlgBoxEx(const char *title, WindowRef parent);
 /* Runs the dialog whose layout is the template `name`: the file dialogs/<name>.ui of the resource
    folder (szResources in desktop.h), a form drawn with Qt Designer. In the form a widget's dynamic
    property `item` (an int) is its item number: item 1 accepts, item 2 cancels, and the fields'
-   items are given by their tables: without a rank first item number + index, with rank r item r; a
-   date takes three items. Push buttons, check boxes and list widgets are control items, combo boxes
+   items are given by their tables: without a rank the identifier, with rank r item r; a date takes
+   three items. Push buttons, check boxes and list widgets are control items, combo boxes
    pop-ups, line edits editable text. All else is decoration and stays as drawn, and so do titles,
    fonts, style sheets, layouts, the pages of tab widgets, scroll areas and the order of the Tab
    key; the window's title is the form's unless TitreDlgBox_set gave one. Return presses the push
@@ -644,10 +674,9 @@ KORVEL_API int ZRVDlgBoxEx(const char *title, WindowRef parent);
    whose item the form lacks there is one line on standard error; the dialog is shown. */
 KORVEL_API int ZRVDlgBox(const char *name);
 
-/* Runs a built dialog to its end and disposes of it; results as for ZRVDlgBoxEx. ZRVDlgBoxEx and
-   ZRVDlgBox end in this call. It is not for applications, which are never given a dialog that is
-   not running yet (DlgBox_hDlg is): for null, for a dialog that runs already and for anything else
-   it returns 0 and does nothing. */
+/* Runs a built dialog to its end and disposes of it, as ZRVDlgBoxEx and ZRVDlgBox do; results as
+   for ZRVDlgBoxEx. Applications have no use for it: DlgBox_hDlg is running whenever they see it.
+   For null, for a dialog that runs already and for anything else it returns 0 and does nothing. */
 KORVEL_API int DlgBoxFunc(DialogRef dialog);
 
 /* ---- Changing fields while the dialog is up ---- */

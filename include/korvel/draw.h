@@ -68,8 +68,9 @@ KORVEL_API extern int char_dy;
 
 /* Chooses the font, colours and text mode of a port.
    name: copied into ch_font_FontName (names of 80 bytes or more are cut to 79). An empty name does
-   nothing else, and needs no port. A name the system answers with that family, or one of the same
-   measures, selects it; any other leaves the port's font and size as they were.
+   nothing else, and needs no port. A name whose family is installed, or has an installed
+   substitute of the same measures, selects it; any other leaves the port's font and size as they
+   were.
    fore, back: palette indexes; with KorvelTransparent as back, text is drawn transparently and the
    background colour stays, else opaquely. size: points, 1 point being 1 pixel; a size below 1
    counts as 12, one above 1000 as 1000. style: a sum of the styles above. Sets the colours
@@ -82,7 +83,7 @@ KORVEL_API int ch_font_set(CGrafPtr port, const char *name, int fore, int back, 
 
 /* Measures of the font of the current port (SetPort), in pixels: height is ascent + descent, widMax
    the advance of the widest character, leading the gap between lines.
-   Kept: port is not used. With no current port the outputs stay as they were.
+   port is not used. With no current port the outputs stay as they were.
    Returns 0 always. */
 KORVEL_API int ch_font_metrics(CGrafPtr port, int *height, int *widMax, int *leading);
 
@@ -94,7 +95,7 @@ KORVEL_API int ch_font_metrics(CGrafPtr port, int *height, int *widMax, int *lea
 KORVEL_API int TextOut_0(CGrafPtr port, int x, int y, const char *text, int len);
 
 /* Measures text of len bytes, 0 to 255, up to its first NUL if it has one: cx becomes the width in
-   pixels that TextOut_0 returns for it; Kept: cy becomes 0.
+   pixels that TextOut_0 returns for it; cy becomes 0.
    Returns cx. Returns 0 and leaves the outputs alone when len is above 255. */
 KORVEL_API int GetTextExtent_0(CGrafPtr port, const char *text, int len, int *cx, int *cy);
 
@@ -105,12 +106,12 @@ KORVEL_API int GetTextExtent_0(CGrafPtr port, const char *text, int len, int *cx
 
    Units: cw is the width of "X", but at least 8; lh is ascent + descent + leading. An argument h or
    v of one byte a is a - 32; of two bytes a, b it is (a - 32) + 224 * (b - 32). Across, pixels are
-   cw * h / 2, down lh * v / 4, truncated toward zero.
+   cw * h / 2, down lh * v / 4, truncated toward zero. So a tab to 5 * cw is the bytes 255 128 42.
 
    Tab positions, tab steps and the pen are kept as shorts (truncated). An escape cut off by the end
    of the text has no effect, except that a pen escape sets the pen across when only its v is cut
    off. The pen and the effect of KorvelRightAlignEscape outlast the call.
-   Kept: what is drawn behind a bullet, a line or a frame is black. */
+   What is drawn after a bullet, a line or a frame is black. */
 
 /* The byte that starts an escape, and the codes that may follow it. The wide ones take each
    argument in two bytes. Any other code has no arguments and no effect. */
@@ -133,9 +134,11 @@ enum {
   /* A framed red square of side cw at (x + cw/2, y + cw/2); it is 2 * cw wide. */
   KorvelBulletEscape = 138,
 
-  /* h v: sets the pen. 211 is the same, and 212 wide. */
+  /* h v: sets the pen. The last two do the same. */
   KorvelPenEscape = 200,
   KorvelWidePenEscape = 201,
+  KorvelOtherPenEscape = 211,
+  KorvelOtherWidePenEscape = 212,
 
   /* h v: draws a black line, 2 pixels wide, from the pen to the point, which becomes the pen. */
   KorvelLineEscape = 202,
@@ -173,8 +176,9 @@ KORVEL_API int TextOut_Ext(CGrafPtr port, int x, int y, int x0, int y0, const ch
 
 /* Measures rich text of len bytes that would be drawn from x on: cx becomes the distance by which x
    would move, cy the height of bullets and pictures (2 * cw) or 0. y is not used.
-   Kept, where it differs from drawing: the codes 200 to 203 and 211 to 214 take no arguments, so
-   the bytes after them count as text; after 131 no run counts until 130, in later calls too.
+   Where it differs from drawing: the escapes of the pen, of lines and of frames take no arguments,
+   so the bytes after their codes count as text; after KorvelRightAlignEscape no run counts until
+   KorvelLeftAlignEscape, in later calls too.
    Returns 1 when the text holds no tab, else 0. Returns 0 and leaves the outputs alone for a text
    that cannot be measured. */
 KORVEL_API int GetTextExtent_Ext(CGrafPtr port, int x, int y, const char *text, int len, int *cx,
@@ -215,15 +219,15 @@ KORVEL_API void Rectangle_Ex(CGrafPtr port, int x, int y, int cx, int cy, int co
    the default set (szResources in desktop.h), of at most 2^28 pixels. Names are CP1252, file
    names UTF-8; one with a '/' names no picture. An SVG shows nothing of other files that it refers
    to. A picture is read at its first use, and again at the first use after its file was replaced;
-   one that cannot be read counts as missing. */
+   one that cannot be read counts as missing, and is tried again a second later. */
 
 /* Draws a picture at its own size with its top left corner at (x, y).
-   Returns 0; 1 when there is no such picture or nothing to draw it on. Kept: 0 too for a name of
-   more than 255 characters, which draws nothing. */
+   Returns 0; 1 when there is no such picture or nothing to draw it on. Returns 0 too for a name
+   of more than 255 characters, which draws nothing. */
 KORVEL_API int BMP_affic_desfond0(const char *name, CGrafPtr port, int x, int y);
 
 /* Measures a picture: cx and cy become its size in pixels.
-   Returns 0; 1 when there is no such picture. Kept: 0 too for a name of more than 255 characters.
+   Returns 0; 1 when there is no such picture. Returns 0 too for a name of more than 255 characters.
    In both these cases the outputs stay as they were. */
 KORVEL_API int BMP_affic_dimfond0(const char *name, int *cx, int *cy);
 

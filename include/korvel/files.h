@@ -73,10 +73,10 @@ KORVEL_API extern int DATA_FILE_ID;
    The handle is DATA_FILE_ID + 1, which DATA_FILE_ID then becomes, or, once DATA_FILE_ID is 4, the
    first free slot. DATA_FILE_ID stays raised when the opening fails.
    Returns the handle, 0 to 4, or
-   -1  no slot is free,
-   -2  the file cannot be opened (also: a path of 144 bytes or more, which the slot could not hold;
-       a folder; a file of 2 GiB or more; a descriptor above 32767),
-   -3  neither flag is set. */
+   - KorvelNoSlotStatus (-1): no slot is free;
+   - KorvelNotOpenedStatus (-2): the file cannot be opened (also: a path of 144 bytes or more, which
+     the slot could not hold; a folder; a file of 2 GiB or more; a descriptor above 32767);
+   - KorvelNoFlagStatus (-3): neither flag is set. */
 KORVEL_API int File_Open(const char *path, int read, int write);
 
 /* Closes a file and frees its slot; size and position become 0. Closing DATA_FILE_ID lowers that by
@@ -92,9 +92,9 @@ KORVEL_API int File_Size(int handle);
 KORVEL_API int File_GetPos(int handle);
 
 /* Reads min(count, size - position) bytes at the position and moves it past them.
-   Returns their number; 0 at the end, for a count below 1 and in a slot whose mode is neither 0 nor
-   2. Returns -1, with the position as it was, when not all of them could be read, and for a handle
-   outside 0 to 4. */
+   Returns their number; 0 at the end, for a count below 1 and in a slot whose mode is neither
+   KorvelReadMode nor KorvelReadWriteMode. Returns -1, with the position as it was, when not all of
+   them could be read, and for a handle outside 0 to 4. */
 KORVEL_API int File_Read(int handle, void *buffer, int count);
 
 /* Reads again the min(count, position) bytes before the position, which ends where it was.
@@ -103,10 +103,10 @@ KORVEL_API int File_Re_Read(int handle, void *buffer, int count);
 
 /* Writes count bytes at the position and moves it past them; a position past size raises size,
    also when count is 0 (the file itself does not grow then).
-   Returns count; 0 for a negative count and in a slot whose mode is neither 1 nor 2, with nothing
-   changed. Returns -1 when not all of them could be written (a full disk, a file that would reach
-   2 GiB), with the position as it was and size covering what did reach the file, and for a handle
-   outside 0 to 4. */
+   Returns count; 0 for a negative count and in a slot whose mode is neither KorvelWriteMode nor
+   KorvelReadWriteMode, with nothing changed. Returns -1 when not all of them could be written (a
+   full disk, a file that would reach 2 GiB), with the position as it was and size covering what did
+   reach the file, and for a handle outside 0 to 4. */
 KORVEL_API int File_Write(int handle, const void *buffer, int count);
 
 /* Moves the position to an offset from the start, 0 or more; it may lie beyond the end.
@@ -201,8 +201,9 @@ KORVEL_API extern int DATA_MFIL_ID;
 
 /* Opens an empty memory file. name: not used. The capacity is 4096, or wish if that is above 4096,
    or minimum if that is larger still. Handles are given as by File_Open.
-   Returns the handle, 0 to 4, or -1 when no slot is free. Returns -1 also when there is no memory;
-   the slot then stays occupied (mode 2, null block) until one is needed and no other is free. */
+   Returns the handle, 0 to 4, or KorvelNoSlotStatus (-1) when no slot is free and when there is no
+   memory; without memory the slot stays occupied (KorvelReadWriteMode, null block) until one is
+   needed and no other is free. */
 KORVEL_API int MFil_Open(const char *name, int wish, int minimum);
 
 /* Closes a memory file and frees its block. Closing DATA_MFIL_ID lowers that by one. Returns 0. */

@@ -1,7 +1,7 @@
 /* Message boxes: a question with the buttons "Oui" and "Non", or a note with the button "OK".
 
    A box is a movable modal window titled with its caption, in front of everything that the
-   application shows, also of a data-entry dialog out of whose callbacks it is opened. It is 400
+   application shows, including a data-entry dialog whose callback opens it. It is 400
    pixels wide when caption and text are both shorter than 51 characters, else 540, and never wider
    than the screen; it cannot be minimised. Return presses the default button, or the other one once
    Tab or an arrow key has moved to it; Alt with its first letter presses a button; Escape and the
@@ -44,7 +44,8 @@ enum { KorvelOkAnswer = 1, KorvelOuiAnswer = 2, KorvelNonAnswer = 3 };
    and at the first space beyond column 50 that is not followed by ":" or ",". caption: at most 255
    characters; when empty, the title is "Dialogue utilisateur". When either is longer, the box says
    "MessageBox impossible" under the title "Erreur interne" instead.
-   Returns 2 for "Oui" and 3 for "Non" of a question, 1 for "OK" of a note. */
+   Returns KorvelOuiAnswer (2) or KorvelNonAnswer (3) for a question, KorvelOkAnswer (1) for a
+   note. */
 KORVEL_API int MessageBox(WindowRef owner, const char *text, const char *caption, unsigned flags);
 
 /* Shows a question whose text has its lines already, ended by carriage returns.
@@ -52,12 +53,12 @@ KORVEL_API int MessageBox(WindowRef owner, const char *text, const char *caption
    without its limit. lines: sets the height, 20 pixels a line and 50 more; below 1 counts as 1, and
    the box is never higher than the screen. caption and text are only read. No port is current
    afterwards.
-   Returns 2 for "Oui" and 3 for "Non". */
+   Returns KorvelOuiAnswer (2) or KorvelNonAnswer (3). */
 KORVEL_API int QuestionDialog(WindowRef owner, char *caption, char *text, int lines,
                               unsigned flags);
 
 /* Shows a note; as QuestionDialog, but with 14 pixels a line and 62 more.
-   Returns 1. */
+   Returns KorvelOkAnswer (1). */
 KORVEL_API int NoteDialog(WindowRef owner, char *caption, char *text, int lines, unsigned flags);
 
 /* ---- The event filter of the boxes, for applications that keep window records of their own ----

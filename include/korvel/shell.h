@@ -47,7 +47,8 @@ enum { KorvelNoBundleStatus = -4960 };
 /* Loads a library of the system by its bundle name.
    name: "System.framework" is the C library; there is no other.
    Returns 0 with *out set to a handle for dlsym, which stays good for the life of the process and
-   need not be released. Returns -4960 with *out null for any other name; -4960 for out null. */
+   need not be released. Returns KorvelNoBundleStatus with *out null for any other name, and for out
+   null. */
 KORVEL_API int LoadFrameworkBundleSystem(const char *name, CFBundleRef *out);
 
 /* Does what LoadFrameworkBundleSystem does. */

@@ -162,7 +162,8 @@ KORVEL_API int szconcat_0t(char *d, int capacity, const char *source, int n);
    keeps the first used ones. source may overlap *buf.
    Returns 1, or 0 without memory: the buffer is then released and *buf null when used was 0, else
    *buf and *capacity are as they were. Returns 0 and changes nothing when used or n is negative,
-   used is above *capacity, bytes are used of a null buffer, or the new size is no int. */
+   used is above *capacity, used is above 0 with a null buffer, or the new size does not fit an
+   int. */
 KORVEL_API int szcopyex(char **buf, int *capacity, int used, const char *source, int n);
 
 /* --- Bounded copies of terminated texts ---------------------------------------------------- */
@@ -201,8 +202,8 @@ KORVEL_API void m2wstr(char *s);
    capitals; what has no capital of one byte (sharp s) stays.
    In a CP1252 text, such as a table holds, accented letters are taken for other ones: e acute and e
    grave become "E" all the same, but c cedilla becomes "A" and e circumflex "I", while a grave and
-   the capitals E acute, A grave and C cedilla stay. w2mstr, called before, has them taken for what
-   they are, if it converts them.
+   the capitals E acute, A grave and C cedilla stay. Call w2mstr first: the letters that it converts
+   are then taken for what they are.
    Returns s.
      strupr("\216t\216") -> "ETE"
      strupr("\311t\351") -> "\311TE"

@@ -22,7 +22,7 @@
 
    A buffer to fill is given with its size in bytes: at most size - 1 characters are written and
    always a terminator; a null buffer or a size below 1 is not written. A null table or
-   list of criteria is a table that will not open; a null key or label matches no line. Where the
+   list of criteria is a table that cannot be opened; a null key or label matches no line. Where the
    table's last line is said to be in the buffer, a table without lines leaves it as it was. */
 #ifndef KORVEL_TABLES_H
 #define KORVEL_TABLES_H
@@ -45,14 +45,14 @@ KORVEL_API extern char ZRV_Libelle_NC_szDirTables[256];
 
 /* The current line, split: its fields one after the other, each ended by a NUL, a second NUL
    after the last one. What follows is not part of it. Written by the functions below as they
-   say. */
+   say. Called the buffer below. */
 KORVEL_API extern char ZRV_Libelle_NC_szBuffer[1024];
 
 /* Number of the current line, from 1; 0 for none. */
 KORVEL_API extern int ZRV_Libelle_NC_il;
 
 /* 1 while ZRV_Libelle_NC_szBuffer is taken for the current line without reading the file again,
-   else 0. */
+   else 0. Called the read flag below. */
 KORVEL_API extern int ZRV_Libelle_NC_read;
 
 /* Sets ZRV_Libelle_NC_szDirTables; "" gives the word back to szDirTables.
@@ -72,7 +72,7 @@ KORVEL_API char *getDirTables(void);
    Returns 1; the line is the current one then and is in the buffer.
    Returns 0, out untouched, when no code matches: the current line is then the number of lines of
    the table, the read flag 1 and the table's last line in the buffer. Returns 0 too when the table
-   will not open: the current line and the read flag are then 0, out and buffer untouched. */
+   cannot be opened: the current line and the read flag are then 0, out and buffer untouched. */
 KORVEL_API int ZRV_Libelle_NC(const char *key, int keyLength, int column, const char *table,
                               char *out, int outSize);
 
@@ -93,7 +93,7 @@ KORVEL_API int ZRV_Libelle_NC_idem(const char *key, int keyLength, int column, c
    have it (no line has column 0 or one below). The key itself is not looked at.
    Returns 1; the line is in the buffer then, the read flag is 1.
    Returns 0, out untouched, when the table has fewer lines: the read flag is 1 all the same, and
-   the last line is in the buffer, not split. Returns 0 too when the table will not open: the
+   the last line is in the buffer, not split. Returns 0 too when the table cannot be opened: the
    read flag is then 0, the buffer untouched. The current line's number never changes. */
 KORVEL_API int ZRV_Libelle_NC_idem_0(const char *key, int keyLength, int column, const char *table,
                                      char *out, int outSize);
@@ -102,8 +102,8 @@ KORVEL_API int ZRV_Libelle_NC_idem_0(const char *key, int keyLength, int column,
    it (from 1 on; "" when the line does not have it, and for column 0 and below).
    Returns 1; the line is the current one then and is in the buffer.
    Returns 0, with out, the current line's number and the read flag untouched, when there is none;
-   the table's last line is then in the buffer. Returns 0 too when the table will not open: the
-   buffer is then untouched as well. */
+   the table's last line is then in the buffer. Returns 0 too when the table cannot be opened:
+   the buffer is then untouched as well. */
 KORVEL_API int ZRV_Libelle_NC_next(const char *key, int keyLength, int column, const char *table,
                                    char *out, int outSize);
 
@@ -130,9 +130,9 @@ KORVEL_API void ZRV_Libelle_NC_set_ligne(int line);
 
    Without a match the result is 0 and the table's last line is in the buffer; the functions that
    start at the first line set the current line to the number of lines and the read flag to 1, the
-   functions that go on after the current line leave both as they were. When the table will not open
-   the result is 0, out and buffer are untouched; the functions that start at the first line then
-   set both to 0. A table without lines leaves out untouched. */
+   functions that go on after the current line leave both as they were. When the table cannot be
+   opened the result is 0, out and buffer are untouched; the functions that start at the first line
+   then set both to 0. A table without lines leaves out untouched. */
 
 /* Looks for the first line whose column matches the label and gives its code.
    label: NUL-terminated; an empty one matches no line. column: from 1 on; below that, the last
@@ -185,8 +185,8 @@ KORVEL_API int ZRV_Code_NC_ex_next(const char *const *labels, const int *columns
    as it is. A line may become longer than the 1022 characters that are read of it.
 
    Returns 1 when the table has the line, 0 when it has fewer; it is rewritten in both cases.
-   Returns 0, with the table, the current line and the buffer as they were, when the table will not
-   open, cannot be read to its end or may not be written, when its folder does not let a file be
+   Returns 0, with the table, the current line and the buffer as they were, when the table cannot be
+   opened or read to its end, or may not be written, when its folder does not let a file be
    exchanged (one that may not be written; a sticky one, for another user's table) or the disk is
    full, and for a null table or text. At any moment the file is the old table or the new one,
    whole, and after the answer the new one survives a loss of power. Owner, group, mode and a
@@ -289,8 +289,8 @@ KORVEL_API int ZRV_Table_scan(const char *name, int *firstLine, int *lastLine, T
 
 /* Puts back a missing heading: if line 1 is not exactly the title, the title and "Version: " and
    the version are put before it, the table being rewritten as by an edit.
-   Returns 1 if that is done, or there was nothing to do; that includes a table that will not open
-   or cannot be rewritten, as in a folder that may not be written. Returns 0, the table untouched,
+   Returns 1 if that is done, or there was nothing to do; that includes a table that cannot be
+   opened or rewritten, as in a folder that may not be written. Returns 0, the table untouched,
    if line 1 is the title but line 3 is not "#DEBUT", and if writing fails. */
 KORVEL_API int ZRV_Table_repair(const char *name, const char *version, const char *title);
 
