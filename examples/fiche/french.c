@@ -57,7 +57,8 @@ static char letterOf(unsigned char capital) {
       "AAAAAA\xC6"
       "CEEEEIIII\xD0NOOOOO\xD7OUUUUY\xDE";
   if (capital == 0x9F) return 'Y';
-  return capital >= 0xC0 && capital <= 0xDE ? kLetters[capital - 0xC0] : (char)capital;
+  if (capital >= 0xC0 && capital <= 0xDE) return kLetters[capital - 0xC0];
+  return (char)capital;
 }
 
 void withoutAccents(char *capitals) {
