@@ -51,7 +51,7 @@ Named namedBy(const char *path, const struct stat &ours) {
   return isSameFile(now, ours) ? Named::Ours : Named::Another;
 }
 
-// Returns false when somebody else has the lock all the time. Where the file system has no locks
+// Returns false when somebody else holds the lock throughout. Where the file system has no locks
 // there is nothing to wait for.
 bool lockWithin(Patience &patience, int file) {
   while (tryLock(file) == LockTry::Held) {
@@ -111,27 +111,28 @@ bool FileLock::take(const char *path) {
 bool FileLock::take(const char *path, Patience &patience) {
   release();
   letOthersIn();
-  bool isOurs = takeOnce(path, patience);
-  while (!isOurs && errno == ESTALE && patience.lasts()) isOurs = takeOnce(path, patience);
+  Taking taking = takeOnce(path, patience);
+  while (taking == Taking::Replaced && patience.lasts()) taking = takeOnce(path, patience);
   hasWaited = patience.hasBegun();
-  return isOurs;
+  return taking == Taking::Done;
 }
 
-// Fails with ESTALE when another file has taken the place of the one that was opened.
-bool FileLock::takeOnce(const char *path, Patience &patience) {
+// Replaced: another file has taken the place of the one that was opened.
+FileLock::Taking FileLock::takeOnce(const char *path, Patience &patience) {
   struct stat opened;
   // EWOULDBLOCK: a file server has a lease on the file, and was just asked to give it back.
   do {
     file_ = openRegular(path, opened);
   } while (file_ < 0 && errno == EWOULDBLOCK && patience.wait());
-  if (file_ < 0) return false;
+  if (file_ < 0) return Taking::Failed;
+  Taking taking = Taking::Failed;
   if (lockWithin(patience, file_)) {
     const Named now = namedBy(path, opened);
-    if (now == Named::Ours) return true;
-    if (now == Named::Another) errno = ESTALE;
+    if (now == Named::Ours) return Taking::Done;
+    if (now == Named::Another) taking = Taking::Replaced;
   }
   release();
-  return false;
+  return taking;
 }
 
 void FileLock::release() {

@@ -1,7 +1,7 @@
 // For files/, tables/ and profile/: changes of one file wait for each other, those of other
 // processes included and, where the file system passes locks on, those of other machines.
 //
-// The lock is the file's own: nothing is left lying about, and a process that ends gives it back. A
+// The lock is the file's own: no lock file is left, and a process that ends gives it back. A
 // change puts a new file in the old one's place: whoever has waited checks that the path still
 // names the file that it locked, and else tries again with the new one.
 #ifndef KORVEL_FILES_LOCK_H
@@ -60,7 +60,8 @@ class FileLock {
   int descriptor() const { return file_; }
 
  private:
-  bool takeOnce(const char *path, Patience &patience);
+  enum class Taking { Done, Replaced, Failed };
+  Taking takeOnce(const char *path, Patience &patience);
 
   int file_ = -1;
 };

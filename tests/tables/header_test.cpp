@@ -193,13 +193,13 @@ TEST_F(Header, BothTablesOfARenamingAreWaitedForOnce) {
   ASSERT_EQ(flock(source, LOCK_EX), 0);
   ASSERT_EQ(flock(target, LOCK_EX), 0);
   std::thread releasing([&] {
-    usleep(200000);
+    usleep(600000);
     close(source);
   });
-  files::lockPatience = 400;
+  files::lockPatience = 1000;
   const auto begin = std::chrono::steady_clock::now();
   EXPECT_EQ(ZRV_Table_modify("actes", "new", "3", "Titre"), 0);
-  EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::milliseconds(580));
+  EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::milliseconds(1500));
   files::lockPatience = 5000;
   releasing.join();
   close(target);
