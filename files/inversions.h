@@ -1,4 +1,4 @@
-// For files/sorting.cpp only: a stable sort that counts the inversions.
+// For files/sorting.cpp: a stable sort that counts the inversions.
 //
 // Bubble sort makes exactly one exchange of neighbours per inversion, a pair of elements in the
 // wrong order. A merge sort gives the same order and counts them faster: an element that is merged

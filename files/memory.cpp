@@ -101,7 +101,7 @@ int seek(MFilSlot &slot, int offset) {
 
 }  // namespace
 
-// A block there was put there since by the application.
+// The slot was left without a block; if it has one now, the application has put it there.
 bool isUntouched(const MFilSlot &slot, const MFilSlot &left) {
   return slot.mode == left.mode && slot.block == left.block;
 }

@@ -237,7 +237,8 @@ int openFolderOf(const char *path) {
 
 // Errors are ignored: the content has its name.
 void syncFolder(int folder, int content) {
-  if (!faulty(ReplaceStep::Folder) && fsync(folder) != 0 && errno == EBADF) syncfs(content);
+  if (faulty(ReplaceStep::Folder)) return;
+  if (retried([&] { return fsync(folder); }) != 0 && errno == EBADF) syncfs(content);
 }
 
 // Copies the bytes [begin, end) to the same place in another file.
@@ -264,6 +265,12 @@ bool copyStretch(int from, int to, off_t begin, off_t end) {
 }
 
 }  // namespace
+
+void syncFolderOf(const char *path, int content) {
+  int folder = openFolderOf(path);
+  syncFolder(folder, content);
+  closeIfOpen(folder);
+}
 
 bool Replacement::begin(const char *path, IfMissing ifMissing, ReplaceRules rules) {
   discard();
@@ -408,11 +415,7 @@ bool Replacement::commit(const std::function<bool()> &stillWanted) {
 bool Replacement::commitAs(const char *path) {
   const bool done = appearAs(AT_FDCWD, path);
   const int error = errno;
-  if (done) {
-    int folder = openFolderOf(path);
-    syncFolder(folder, content_);
-    closeIfOpen(folder);
-  }
+  if (done) syncFolderOf(path, content_);
   discard();
   errno = error;
   return done;
@@ -457,7 +460,7 @@ bool Replacement::exchange(const std::function<bool()> &stillWanted) {
   return true;
 }
 
-// Where locks cannot tell, the temporary of a process that stood still for a minute may have been
+// Where locks cannot tell, the temporary of a process that was stopped for a minute may have been
 // taken for left over, and its name given to another one.
 bool Replacement::stillNamed() {
   if (isNameOf(folder_, temporary_, content_)) return true;

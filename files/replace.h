@@ -136,6 +136,9 @@ class Replacement {
   char temporary_[16] = {};     // name of a named temporary, else ""
 };
 
+// Has the folder of a POSIX path reach the disk. content: an open file on the same disk.
+void syncFolderOf(const char *path, int content);
+
 // For tests: called before each step, which fails with the error number that it returns, if not 0.
 // Temporary comes before a nameless one is made, Write once per system call, Overwrite once per
 // stretch that is overwritten.

@@ -58,7 +58,7 @@ int compareFrom(const char *a, const char *b, std::size_t begin) {
   return 0;
 }
 
-// Copies a row's text and terminator; the target's bytes behind that stay.
+// Copies a row's text and terminator; the target's bytes after that stay.
 void copyText(char *to, const char *from) {
   const std::string_view text = rowText(from);
   std::memcpy(to, text.data(), text.size());

@@ -12,6 +12,7 @@
 #include <korvel/files.h>
 
 #include "base/numbers.h"
+#include "base/posix.h"
 #include "files/memory.h"
 #include "files/paths.h"
 #include "files/transfer.h"
@@ -20,7 +21,7 @@ namespace korvel::profile {
 namespace {
 
 ssize_t readSome(int descriptor, char *to, std::size_t count) {
-  return files::retried([&] { return read(descriptor, to, count); });
+  return base::retried([&] { return read(descriptor, to, count); });
 }
 
 }  // namespace

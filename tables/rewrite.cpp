@@ -294,17 +294,25 @@ bool TableRewrite::commit() {
 bool TableRewrite::finishMovingFile(bool wasUnused) {
   // Both are spellings of one name, which leads to the new table already.
   if (isOneEntry(path_.text(), newPath_.text())) return true;
-  if (unlink(path_.text()) == 0) return true;
-  if (wasUnused) unlink(newPath_.text());
-  return false;
+  if (unlink(path_.text()) != 0) {
+    if (wasUnused) unlink(newPath_.text());
+    return false;
+  }
+  files::syncFolderOf(path_.text(), lock_.descriptor());
+  return true;
 }
 
 // A kill before this leaves the new table under the old name. A link that would replace its own
 // table, or a link on the way there, is only removed.
 bool TableRewrite::moveLink() {
   if (isOneEntry(path_.text(), newPath_.text())) return true;
-  if (isSamePlace(path_.text(), newPath_.text())) return unlink(path_.text()) == 0;
-  return rename(path_.text(), newPath_.text()) == 0;
+  const bool isMoved = isSamePlace(path_.text(), newPath_.text())
+                           ? unlink(path_.text()) == 0
+                           : rename(path_.text(), newPath_.text()) == 0;
+  if (!isMoved) return false;
+  files::syncFolderOf(newPath_.text(), lock_.descriptor());
+  files::syncFolderOf(path_.text(), lock_.descriptor());
+  return true;
 }
 
 }  // namespace korvel::tables

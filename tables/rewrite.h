@@ -1,4 +1,4 @@
-// For tables/ and its tests only: the one way in which a table is rewritten.
+// For tables/: the one way in which a table is rewritten.
 //
 // The old file is read in large blocks, a few of which are in memory at any time. Lines that stay
 // and end with CR LF are copied many at a time; of other lines a reader's characters and CR LF are
@@ -63,13 +63,13 @@ class LineEdit {
 
   // Called before the first line, once per attempt.
   virtual void restart() = 0;
-  // The next line to change behind a line, or kNoLine. Called with 0 at the start, and after each
+  // The next line to change after a line, or kNoLine. Called with 0 at the start, and after each
   // apply().
   virtual int nextAfter(int line) const = 0;
   // Writes what takes the line's place, line end included. kept: its characters. Returns false to
   // leave the table as it is after all; no further line is read then.
   virtual bool apply(int line, std::string_view kept, RewriteOutput &output) = 0;
-  // Called behind the last line: false leaves the table as it is.
+  // Called after the last line: false leaves the table as it is.
   virtual bool isWanted() const { return true; }
 
  protected:

@@ -1,4 +1,4 @@
-// For tests of replaced files: steps that fail, and small disks.
+// For tests/files/ and tests/tables/: steps that fail, and small disks.
 #ifndef KORVEL_TESTS_FILES_FAULTS_H
 #define KORVEL_TESTS_FILES_FAULTS_H
 

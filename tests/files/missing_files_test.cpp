@@ -109,7 +109,7 @@ TEST_F(MissingFiles, WithoutADirectoryTheItemIsThePath) {
   EXPECT_EQ(detected({"Data:a", "Data:x"}, ""), 1);
 }
 
-// A volume that is a file leads to the root; behind a ":" it would be a folder of that name.
+// A volume that is a file leads to the root; after a ":" it would be a folder of that name.
 TEST_F(MissingFiles, WithoutADirectoryNoSeparatorStandsInFront) {
   std::ofstream(volumes_.root() + "/start") << "x";
   std::string path = "start" + volumes_.posix("a");

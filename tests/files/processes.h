@@ -1,4 +1,5 @@
-// For all tests: code that must run in a process of its own, as somebody else or to be killed.
+// For tests/files/ and tests/profile/: code that must run in a process of its own, as somebody else
+// or to be killed.
 #ifndef KORVEL_TESTS_FILES_PROCESSES_H
 #define KORVEL_TESTS_FILES_PROCESSES_H
 

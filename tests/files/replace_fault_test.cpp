@@ -207,6 +207,17 @@ TEST(Replace, ASyncThatIsInterruptedIsMadeAgainAndOneThatFailsLeavesTheOldFile) 
   }
 }
 
+TEST(Replace, AFolderWhoseSyncIsInterruptedIsSyncedAgain) {
+  Scratch scratch;
+  const std::string file = scratch.file("a", "old");
+  int calls = 0;
+  {
+    const AtSync watch([&](int) { return ++calls == 2 ? EINTR : 0; });
+    EXPECT_TRUE(replaceBy(file, "new"));
+  }
+  EXPECT_EQ(calls, 3);
+}
+
 // As long as it lives, the file system has no locks.
 class WithoutLocks {
  public:

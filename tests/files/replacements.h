@@ -1,5 +1,5 @@
-// For tests of replacements: short forms of them, temporaries left by kills, and a folder that does
-// not admit the exchange.
+// For tests/files/: short forms of them, temporaries left by kills, and a folder that does not
+// admit the exchange.
 #ifndef KORVEL_TESTS_FILES_REPLACEMENTS_H
 #define KORVEL_TESTS_FILES_REPLACEMENTS_H
 

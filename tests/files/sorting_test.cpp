@@ -105,7 +105,7 @@ TEST(SortFiles, NamesAscendAsSignedBytes) {
       {{"a", "\xE9", "Z"}, 2, {"\xE9", "Z", "a"}},
       {{"a", "a\xE9"}, 1, {"a\xE9", "a"}},
       {{"a\xFF", "a\x80"}, 1, {"a\x80", "a\xFF"}},
-      // Differences behind the first eight bytes.
+      // Differences after the first eight bytes.
       {{"12345678b", "12345678a"}, 1, {"12345678a", "12345678b"}},
       {{"x12345678", "y", "x12345678\xE9", "x1234567"},
        5,

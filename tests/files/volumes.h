@@ -1,5 +1,4 @@
-// For all tests of colon paths: a folder of volumes for each test, which also restores the handle
-// tables.
+// For tests/: a folder of volumes for each test, which also restores the handle tables.
 #ifndef KORVEL_TESTS_FILES_VOLUMES_H
 #define KORVEL_TESTS_FILES_VOLUMES_H
 

@@ -417,7 +417,7 @@ TEST_F(AtOnce, RenamingsCrossEachOther) {
   }
 }
 
-// An edit of a table that another one replaces is made before or behind that: the one that replaced
+// An edit of a table that another one replaces is made before or after it: the one that replaced
 // it is not lost.
 TEST_F(AtOnce, ATableThatReplacesAnEditedOneStays) {
   for (int round = 0; round < 50; ++round) {
