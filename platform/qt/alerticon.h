@@ -1,4 +1,4 @@
-// For platform/qt/ only: the icon that says what a message is about.
+// For platform/qt/: the icon that says what a message is about.
 #ifndef KORVEL_PLATFORM_QT_ALERTICON_H
 #define KORVEL_PLATFORM_QT_ALERTICON_H
 

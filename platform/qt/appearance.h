@@ -1,4 +1,4 @@
-// For platform/qt/ only: the font of a dialog, and the places of its items' widgets.
+// For platform/qt/: the font of a dialog, and the places of its items' widgets.
 //
 // A classic rectangle is the inside of an item: a one-line field of 15 pixels leaves three pixels
 // to each side for its frame. All sizes are device-independent pixels.

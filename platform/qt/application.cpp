@@ -17,6 +17,7 @@
 #include <QThread>
 #include <QWidget>
 
+#include "base/posix.h"
 #include "platform/qt/privileges.h"
 #include "platform/qt/screencheck.h"
 
@@ -105,10 +106,7 @@ bool startsInTrial(const std::string &platform) {
   const pid_t child = fork();
   if (child == 0) tryOut(platform);
   int status = -1;
-  pid_t ended = 0;
-  do {
-    ended = child < 0 ? -1 : waitpid(child, &status, 0);
-  } while (ended < 0 && errno == EINTR);
+  const pid_t ended = child < 0 ? -1 : base::retried([&] { return waitpid(child, &status, 0); });
   return ended > 0 && WIFEXITED(status) && WEXITSTATUS(status) == 0;
 }
 

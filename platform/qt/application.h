@@ -1,4 +1,4 @@
-// For platform/qt/ only: the QApplication that everything on the screen needs.
+// For platform/qt/: the QApplication that everything on the screen needs.
 #ifndef KORVEL_PLATFORM_QT_APPLICATION_H
 #define KORVEL_PLATFORM_QT_APPLICATION_H
 

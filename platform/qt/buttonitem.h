@@ -1,4 +1,4 @@
-// For platform/qt/ only: push buttons and check boxes.
+// For platform/qt/: push buttons and check boxes.
 #ifndef KORVEL_PLATFORM_QT_BUTTONITEM_H
 #define KORVEL_PLATFORM_QT_BUTTONITEM_H
 

@@ -1,4 +1,4 @@
-// For platform/qt/ only: the parts of a dialog that are not items.
+// For platform/qt/: the parts of a dialog that are not items.
 #ifndef KORVEL_PLATFORM_QT_DECORATION_H
 #define KORVEL_PLATFORM_QT_DECORATION_H
 

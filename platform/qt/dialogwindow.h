@@ -1,4 +1,4 @@
-// For platform/qt/ only: the window of a dialog, without its items.
+// For platform/qt/: the window of a dialog, without its items.
 #ifndef KORVEL_PLATFORM_QT_DIALOGWINDOW_H
 #define KORVEL_PLATFORM_QT_DIALOGWINDOW_H
 
@@ -12,7 +12,7 @@
 namespace korvel::platform::qt {
 
 // Blocks the application's other windows while it is shown, and so is minimised only together with
-// the window behind it. It never closes by itself: Return, Escape and closing are told, and the
+// the window behind it. It never closes by itself: Return, Escape and closing are reported, and the
 // program decides.
 class DialogWindow final : public QDialog {
  public:

@@ -1,5 +1,5 @@
-// For platform/qt/ only: edit texts and pop-ups as assistive software sees and uses them. A change
-// made by it is a hit like any other.
+// For platform/qt/: edit texts and pop-ups as assistive software sees and uses them. A change made
+// by it is a hit like any other.
 #ifndef KORVEL_PLATFORM_QT_FIELDACCESS_H
 #define KORVEL_PLATFORM_QT_FIELDACCESS_H
 

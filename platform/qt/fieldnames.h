@@ -1,4 +1,4 @@
-// For platform/qt/ only: the names by which the fields of a dialog are read out.
+// For platform/qt/: the names by which the fields of a dialog are read out.
 //
 // A field is named by the static text that a person takes for its label: on its left, above it, or,
 // for a later field of a row, on the left of that row.

@@ -111,6 +111,12 @@ const Element *rowOf(QStringView element) {
   return found == std::end(kElements) ? nullptr : found;
 }
 
+// The loader reads some other properties without asking whether they have a value.
+bool isListed(QStringView property) {
+  return std::any_of(std::begin(kElements), std::end(kElements),
+                     [property](const Element &row) { return isIn(property, row.properties); });
+}
+
 // ---- Texts ----
 
 // Notes what a text asks for when it is shown as rich text.
@@ -209,7 +215,7 @@ class FormFilter {
   QString attribute(const char *name) const {
     return in_.attributes().value(QLatin1String(name)).toString();
   }
-  // The first fault is the one that is told; nothing is read after it.
+  // The first fault is the one that is reported; nothing is read after it.
   void fail(const QString &why) {
     if (!in_.hasError()) in_.raiseError(why);
   }
@@ -233,7 +239,7 @@ void FormFilter::collect(const QByteArray &content) {
       texts.insert(name, textIn(xml));
     }
     const auto text = [&texts](const char *name) { return texts.value(QLatin1String(name)); };
-    if (texts.contains(QStringLiteral("class"))) bases_.insert(text("class"), text("extends"));
+    if (texts.contains(QStringLiteral("extends"))) bases_.insert(text("class"), text("extends"));
     const bool setsContent = isIn(text("slot"), kContentSlots);
     if (isIn(text("signal"), kSignals) && (setsContent || isIn(text("slot"), kLookSlots)))
       form_.connections.push_back({text("sender"), text("receiver"), text("signal").toLatin1(),
@@ -271,7 +277,10 @@ void FormFilter::pass(Holder &around) {
 }
 
 bool FormFilter::passesInside(const Holder &holder) const {
-  if (!holder.isProperty()) return isIn(in_.name(), holder.row->inside);
+  if (!holder.isProperty()) {
+    const bool isProperty = isAt("property") || isAt("attribute");
+    return isIn(in_.name(), holder.row->inside) && (!isProperty || isListed(attribute("name")));
+  }
   const Element *kind = rowOf(in_.name());
   return kind != nullptr && isIn(holder.name, kind->properties) &&
          (!holder.isWindow || isIn(holder.name, kWindowProperties));
@@ -305,8 +314,8 @@ void FormFilter::passAttributes(const Holder &holder) {
 QString FormFilter::passedAttribute(const Holder &holder, QStringView name, const QString &told) {
   if (isIn(name, " row column rowspan colspan ")) {
     bool isNumber = false;
-    const int number = told.toInt(&isNumber);
-    if (!isNumber || number < 0 || number >= kMostCells)
+    const int number = told.isEmpty() ? 0 : told.toInt(&isNumber);
+    if (!told.isEmpty() && (!isNumber || number < 0 || number >= kMostCells))
       fail(QStringLiteral("a cell of a layout has no place"));
     return QString::number(std::max(number, name.endsWith(u"span") ? 1 : 0));
   }
@@ -331,7 +340,7 @@ QString FormFilter::passedText(const Holder &around) {
     bool isNumber = false;
     const qlonglong number = told.trimmed().toLongLong(&isNumber);
     if (!isNumber) fail(QStringLiteral("a number is none"));
-    const bool isSigned = isIn(element, kSigned) || isIn(around.name, kSigned);
+    const bool isSigned = isIn(element == QLatin1String("number") ? around.name : element, kSigned);
     const int most = around.isA("font") ? kLargestFont : kFarthest;
     return QString::number(std::clamp<qlonglong>(number, isSigned ? -kFarthest : 0, most));
   }

@@ -1,4 +1,4 @@
-// For platform/qt/ only: the part of a Qt Designer form that reaches the toolkit's loader.
+// For platform/qt/: the part of a Qt Designer form that reaches the toolkit's loader.
 //
 // The loader trusts a form: it sets every property, reads every file and makes every class that the
 // form names, and crashes on some damaged ones. So only the elements, properties and classes listed
@@ -37,7 +37,7 @@ struct FilteredForm {
   std::vector<FormConnection> connections;
 };
 
-// Nothing when the file cannot be read or is no form; `problem` then says why, in one line.
+// Nothing when the file cannot be read or is not a form; `problem` then says why, in one line.
 std::optional<FilteredForm> readForm(const std::string &path, std::string &problem);
 
 }  // namespace korvel::platform::qt

@@ -49,7 +49,9 @@ class FormLoader final : public QUiLoader {
     if (parent == nullptr) return &window_;
     made_.push_back(createItem(className, parent));
     if (made_.back() == nullptr) made_.back() = QUiLoader::createWidget(className, parent, name);
-    return made_.back();
+    if (made_.back() != nullptr) return made_.back();
+    made_.pop_back();
+    return nullptr;
   }
 
   // Those inside of the window, in the form's order.

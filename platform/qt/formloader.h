@@ -1,4 +1,4 @@
-// For platform/qt/ only: makes the widgets of a form.
+// For platform/qt/: makes the widgets of a form.
 #ifndef KORVEL_PLATFORM_QT_FORMLOADER_H
 #define KORVEL_PLATFORM_QT_FORMLOADER_H
 

@@ -1,5 +1,5 @@
-// For platform/qt/ only: glyphs as their inked pixels, drawn once by the toolkit. Blending these
-// takes half the time of the toolkit's painter for a line of text.
+// For platform/qt/: glyphs as their inked pixels, drawn once by the toolkit. Blending these takes
+// half the time of the toolkit's painter for a line of text.
 #ifndef KORVEL_PLATFORM_QT_GLYPHINK_H
 #define KORVEL_PLATFORM_QT_GLYPHINK_H
 

@@ -1,4 +1,4 @@
-// For platform/qt/ only: what the items of a dialog have in common.
+// For platform/qt/: what the items of a dialog have in common.
 #ifndef KORVEL_PLATFORM_QT_ITEM_H
 #define KORVEL_PLATFORM_QT_ITEM_H
 

@@ -1,4 +1,4 @@
-// For platform/qt/ only: list boxes.
+// For platform/qt/: list boxes.
 #ifndef KORVEL_PLATFORM_QT_LISTITEM_H
 #define KORVEL_PLATFORM_QT_LISTITEM_H
 

@@ -1,4 +1,4 @@
-// For platform/qt/ only: the mark of a field whose content cannot be accepted as it is.
+// For platform/qt/: the mark of a field whose content cannot be accepted as it is.
 #ifndef KORVEL_PLATFORM_QT_MARK_H
 #define KORVEL_PLATFORM_QT_MARK_H
 

@@ -1,5 +1,5 @@
-// For platform/qt/ only: the largest area of a window or button, as both are kept in memory pixel
-// by pixel.
+// For platform/qt/: the largest area of a window or button, as both are kept in memory pixel by
+// pixel.
 #ifndef KORVEL_PLATFORM_QT_MOSTPIXELS_H
 #define KORVEL_PLATFORM_QT_MOSTPIXELS_H
 

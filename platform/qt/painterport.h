@@ -1,4 +1,4 @@
-// For platform/qt/ only: a port that draws by a painter of the host application.
+// For platform/qt/: a port that draws by a painter of the host application.
 #ifndef KORVEL_PLATFORM_QT_PAINTERPORT_H
 #define KORVEL_PLATFORM_QT_PAINTERPORT_H
 

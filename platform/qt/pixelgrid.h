@@ -1,4 +1,4 @@
-// For platform/qt/ only: where rectangles and rules lie on the pixels of a device of any scale.
+// For platform/qt/: where rectangles and rules lie on the pixels of a device of any scale.
 #ifndef KORVEL_PLATFORM_QT_PIXELGRID_H
 #define KORVEL_PLATFORM_QT_PIXELGRID_H
 

@@ -1,4 +1,4 @@
-// For platform/qt/ only: pop-ups.
+// For platform/qt/: pop-ups.
 #ifndef KORVEL_PLATFORM_QT_POPUPITEM_H
 #define KORVEL_PLATFORM_QT_POPUPITEM_H
 

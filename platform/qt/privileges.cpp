@@ -16,6 +16,8 @@ constexpr const char *kLeadToCode[] = {
     "QT_PLUGIN_PATH", "QT_QPA_PLATFORM_PLUGIN_PATH",
     // Plugins that nobody needs, some of which load further ones.
     "QT_IM_MODULE", "QT_QPA_GENERIC_PLUGINS", "QT_QPA_PLATFORMTHEME", "QT_STYLE_OVERRIDE",
+    // Choose a platform theme, which loads another toolkit: that one ends such a process.
+    "DESKTOP_SESSION", "GNOME_DESKTOP_SESSION_ID", "KDE_FULL_SESSION", "XDG_CURRENT_DESKTOP",
     // Addresses of message buses, which may be commands.
     "AT_SPI_BUS_ADDRESS", "DBUS_SESSION_BUS_ADDRESS", "IBUS_ADDRESS",
     // The same for the other toolkit, which a platform theme loads.

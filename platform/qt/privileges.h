@@ -1,5 +1,5 @@
-// For platform/qt/ only: Qt in a process that may do more than whoever started it, as a set-user-id
-// or set-group-id program or one with capabilities of its own.
+// For platform/qt/: Qt in a process that may do more than whoever started it, as a set-user-id or
+// set-group-id program or one with capabilities of its own.
 #ifndef KORVEL_PLATFORM_QT_PRIVILEGES_H
 #define KORVEL_PLATFORM_QT_PRIVILEGES_H
 

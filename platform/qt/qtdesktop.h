@@ -1,4 +1,4 @@
-// For platform/qt/ only: the desktop of the seam on Qt Widgets.
+// For platform/qt/: the desktop of the seam on Qt Widgets.
 #ifndef KORVEL_PLATFORM_QT_QTDESKTOP_H
 #define KORVEL_PLATFORM_QT_QTDESKTOP_H
 

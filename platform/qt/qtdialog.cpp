@@ -324,7 +324,8 @@ void QtDialog::pressCancel() {
   if (item == nullptr || !item->widget()->testAttribute(Qt::WA_ForceDisabled)) itemHit(kCancelItem);
 }
 
-// A hit that comes during another one, because its source cannot be held back, is told after it.
+// A hit that comes during another one, because its source cannot be held back, is reported after
+// it.
 bool QtDialog::itemHit(int item) {
   waiting_.push_back(item);
   if (isInHit_) return false;

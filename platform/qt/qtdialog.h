@@ -1,4 +1,4 @@
-// For platform/qt/ only: a dialog of the seam on Qt Widgets.
+// For platform/qt/: a dialog of the seam on Qt Widgets.
 #ifndef KORVEL_PLATFORM_QT_QTDIALOG_H
 #define KORVEL_PLATFORM_QT_QTDIALOG_H
 

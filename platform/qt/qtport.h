@@ -1,5 +1,5 @@
-// For platform/qt/ only: what all ports have in common. Each kind of port paints pixels, glyphs,
-// strokes and pictures on its own surface.
+// For platform/qt/: what all ports have in common. Each kind of port paints pixels, glyphs, strokes
+// and pictures on its own surface.
 #ifndef KORVEL_PLATFORM_QT_QTPORT_H
 #define KORVEL_PLATFORM_QT_QTPORT_H
 

@@ -1,4 +1,4 @@
-// For platform/qt/ only: keeps the toolkit's remarks on a file off standard error.
+// For platform/qt/: keeps the toolkit's remarks on a file off standard error.
 #ifndef KORVEL_PLATFORM_QT_QUIET_H
 #define KORVEL_PLATFORM_QT_QUIET_H
 

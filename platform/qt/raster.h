@@ -1,5 +1,5 @@
-// For platform/qt/ only: the pixels of a port in memory, and ways to draw on them. All coordinates
-// are device pixels; what lies outside is clipped.
+// For platform/qt/: the pixels of a port in memory, and ways to draw on them. All coordinates are
+// device pixels; what lies outside is clipped.
 #ifndef KORVEL_PLATFORM_QT_RASTER_H
 #define KORVEL_PLATFORM_QT_RASTER_H
 

@@ -1,4 +1,4 @@
-// Draws on a raster: that of an image, or of a window.
+// Draws on the raster of an image or of a window.
 #include "platform/qt/rasterport.h"
 
 #include <algorithm>

@@ -1,4 +1,4 @@
-// For platform/qt/ only: ports that keep their pixels in memory.
+// For platform/qt/: ports that keep their pixels in memory.
 #ifndef KORVEL_PLATFORM_QT_RASTERPORT_H
 #define KORVEL_PLATFORM_QT_RASTERPORT_H
 

@@ -1,4 +1,4 @@
-// For platform/qt/ only: which of Qt's platforms can be started in this process.
+// For platform/qt/: which of Qt's platforms can be started in this process.
 //
 // Starting a QApplication on a platform that does not work ends the process, so everything that can
 // be checked is checked before.

@@ -1,4 +1,4 @@
-// For platform/qt/ only: fonts as ports use them, a table of the 256 characters of the screen set.
+// For platform/qt/: fonts as ports use them, a table of the 256 characters of the screen set.
 //
 // Every character advances by whole pixels, by the same number wherever it stands: no shaping, no
 // kerning, no positions between pixels. That makes measuring a sum of table entries, which drawing

@@ -1,4 +1,4 @@
-// For platform/qt/ only: the shapes that a square pen leaves.
+// For platform/qt/: the shapes that a square pen leaves.
 #ifndef KORVEL_PLATFORM_QT_STROKES_H
 #define KORVEL_PLATFORM_QT_STROKES_H
 

@@ -1,4 +1,4 @@
-// For platform/qt/ only: the text of an SVG before the toolkit reads it.
+// For platform/qt/: the text of an SVG before the toolkit reads it.
 #ifndef KORVEL_PLATFORM_QT_SVGTEXT_H
 #define KORVEL_PLATFORM_QT_SVGTEXT_H
 

@@ -1,4 +1,4 @@
-// For platform/qt/ only: text of the screen set as Qt's strings, and back.
+// For platform/qt/: text of the screen set as Qt's strings, and back.
 #ifndef KORVEL_PLATFORM_QT_TEXT_H
 #define KORVEL_PLATFORM_QT_TEXT_H
 

@@ -1,4 +1,4 @@
-// For platform/qt/ only: edit-text items.
+// For platform/qt/: edit-text items.
 #ifndef KORVEL_PLATFORM_QT_TEXTITEM_H
 #define KORVEL_PLATFORM_QT_TEXTITEM_H
 

@@ -1,4 +1,4 @@
-// For platform/qt/ only: the port of a window.
+// For platform/qt/: the port of a window.
 #ifndef KORVEL_PLATFORM_QT_WINDOWPORT_H
 #define KORVEL_PLATFORM_QT_WINDOWPORT_H
 

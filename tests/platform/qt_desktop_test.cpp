@@ -46,8 +46,10 @@ ModuleEntry moduleEntry() {
   return reinterpret_cast<ModuleEntry>(dlsym(module, kModuleEntry));
 }
 
-// ---- Module and application ---- A process has one application, so each of these tests needs a
-// process of its own: CTest gives every test one.
+// ---- Module and application ----
+//
+// A process has one application, so each of these tests needs a process of its own: CTest gives
+// every test one.
 
 TEST(QtModule, IsThereForItsOwnVersionOnly) {
   EXPECT_EQ(moduleEntry()(kSeamVersion), &qtDesktop());

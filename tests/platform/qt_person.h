@@ -1,5 +1,5 @@
-// For tests/platform/ only: a person who uses the dialogs of the Qt module, with keys and clicks
-// that arrive at the dialog's window as from the screen.
+// For tests/platform/: a person who uses the dialogs of the Qt module, with keys and clicks that
+// arrive at the dialog's window as from the screen.
 #ifndef KORVEL_TESTS_PLATFORM_QT_PERSON_H
 #define KORVEL_TESTS_PLATFORM_QT_PERSON_H
 

@@ -311,6 +311,16 @@ TEST_F(QtTemplate, ACustomClassIsAsGoodAsItsBase) {
   EXPECT_EQ(dialog_->kind(3), ItemKind::EditText);
 }
 
+TEST_F(QtTemplate, ButtonsOfAGroupAreItems) {
+  const std::string grouped =
+      R"(<attribute name="buttonGroup"><string notr="true">group</string></attribute>)";
+  ASSERT_TRUE(read(form(kPair + widget("QCheckBox", "b", item("3") + grouped) +
+                            widget("QPushButton", "p", item("4") + grouped),
+                        R"(<buttongroups><buttongroup name="group"/></buttongroups>)")));
+  EXPECT_EQ(dialog_->kind(3), ItemKind::CheckBox);
+  EXPECT_EQ(dialog_->kind(4), ItemKind::PushButton);
+}
+
 // ---- How it behaves ----
 
 TEST_F(QtTemplate, ItsItemsAreThoseOfEveryDialog) {
@@ -1082,6 +1092,9 @@ TEST_F(QtTemplate, ShuffledFormsAreSurvived) {
       "<widget class=\"Line\" name=\"i\">",
       "<widget class=\"QGroupBox\" name=\"g\">",
       "<widget class=\"QLineEdit\" name=\"e\">",
+      "<widget class=\"QCheckBox\" name=\"b\">",
+      "<widget class=\"QPushButton\" name=\"q\">",
+      "<attribute name=\"buttonGroup\"><string notr=\"true\">g</string></attribute>",
       "<layout class=\"QFormLayout\" name=\"f\">",
       "<layout class=\"Unknown\" name=\"u\">",
       "<layout class=\"QGridLayout\" name=\"d\">",

@@ -1,4 +1,4 @@
-// For tests/platform/ only: the hits of a dialog's run as readable lines.
+// For tests/platform/: the hits of a dialog's run as readable lines.
 #ifndef KORVEL_TESTS_PLATFORM_RECORDED_HITS_H
 #define KORVEL_TESTS_PLATFORM_RECORDED_HITS_H
 

@@ -1,4 +1,4 @@
-// For all tests: a desktop in memory; what the person does is written down in advance.
+// For tests/: a desktop in memory; what the person does is written down in advance.
 //
 //   ScriptedDesktop desk;
 //   desk.expectDialog("Fiche").type(3, "12a").deleteBack(3).press(kOkItem);

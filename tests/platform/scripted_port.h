@@ -1,5 +1,5 @@
-// For all tests: a port in memory that records what is drawn on it, with measures that are easy to
-// work out.
+// For tests/draw/, tests/fuzz/ and tests/platform/: a port in memory that records what is drawn on
+// it, with measures that are easy to work out.
 //
 // A character's width is half the font's size (a quarter for i, j, l, "." and "'"), and a pixel
 // more beyond ASCII and in a bold face. The ascent is three quarters of the size, the descent one

@@ -1,5 +1,5 @@
-// For all tests: a folder that its destructor removes, and an environment variable that its guard
-// puts back.
+// For tests/: a folder that its destructor removes, and an environment variable that its guard puts
+// back.
 #ifndef KORVEL_TESTS_PLATFORM_TEMPORARY_FOLDER_H
 #define KORVEL_TESTS_PLATFORM_TEMPORARY_FOLDER_H
 
