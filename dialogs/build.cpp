@@ -6,7 +6,6 @@
 
 #include "dialogs/numbering.h"
 #include "dialogs/run.h"
-#include "dialogs/screen.h"
 #include "dialogs/static_texts.h"
 #include "dialogs/stored_text.h"
 #include "platform/loader.h"

@@ -1,4 +1,4 @@
-// For dialogs/ only: dialogs built from the tables.
+// For dialogs/: dialogs built from the tables.
 #ifndef KORVEL_DIALOGS_BUILD_H
 #define KORVEL_DIALOGS_BUILD_H
 
@@ -22,7 +22,7 @@ struct Builder {
   }
 };
 
-// Builds the described dialog and runs it to its end; results as those of ZRVDlgBoxEx.
+// Builds the described dialog and runs it to its end. Returns what ZRVDlgBoxEx returns.
 int runBuilt(const char *title, WindowRef parent);
 
 }  // namespace korvel::dialogs

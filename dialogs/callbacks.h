@@ -1,4 +1,4 @@
-// For dialogs/ only: calls of the application's two callbacks, and of code that may throw.
+// For dialogs/: calls of the application's two callbacks, and of code that may throw.
 #ifndef KORVEL_DIALOGS_CALLBACKS_H
 #define KORVEL_DIALOGS_CALLBACKS_H
 

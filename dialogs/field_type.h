@@ -1,5 +1,5 @@
-// For dialogs/ and its tests only: what a kind of field is. Each kind is one row of FieldType, in a
-// source of its own that holds all about it, from its tables to its hits.
+// For dialogs/: what a kind of field is. Each kind is one row of FieldType, in a source of its own
+// that holds all about it, from its tables to its hits.
 #ifndef KORVEL_DIALOGS_FIELD_TYPE_H
 #define KORVEL_DIALOGS_FIELD_TYPE_H
 

@@ -1,5 +1,5 @@
-// For dialogs/ only: places and sizes in pixels, from dialog units. A unit is 2 pixels across;
-// down it is 7/4 of a pixel in places and 5/4 in heights, truncated toward zero.
+// For dialogs/: places and sizes in pixels, from dialog units. A unit is 2 pixels across; down it
+// is 7/4 of a pixel in places and 5/4 in heights, truncated toward zero.
 #ifndef KORVEL_DIALOGS_LAYOUT_H
 #define KORVEL_DIALOGS_LAYOUT_H
 

@@ -1,4 +1,5 @@
-// The marks on the screen of items that keep OK disabled.
+// The marks on the screen of items that keep OK disabled. They are worked out over all kinds of
+// fields, as several fields may lead to one item.
 #include "dialogs/marks.h"
 
 #include <algorithm>

@@ -1,4 +1,4 @@
-// For dialogs/ only: the marks on the screen of items that keep OK disabled.
+// For dialogs/: the marks on the screen of items that keep OK disabled.
 #ifndef KORVEL_DIALOGS_MARKS_H
 #define KORVEL_DIALOGS_MARKS_H
 

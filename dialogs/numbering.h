@@ -1,4 +1,4 @@
-// For dialogs/ and its tests only: which item belongs to which field, both ways.
+// For dialogs/: which item belongs to which field, both ways.
 #ifndef KORVEL_DIALOGS_NUMBERING_H
 #define KORVEL_DIALOGS_NUMBERING_H
 

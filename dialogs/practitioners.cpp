@@ -114,7 +114,7 @@ class Tables {
   Tables(const Tables &) = delete;
   Tables &operator=(const Tables &) = delete;
 
-  bool hasEntries() const { return base_ != nullptr; }
+  bool hasRoom() const { return base_ != nullptr; }
   bool makeRows() {
     const auto count = static_cast<std::size_t>(entryCount());
     rows_.reset(new (std::nothrow) Entry[count]);
@@ -165,13 +165,13 @@ void select() {
     sz_MTliste[0] = '\0';
     return;
   }
-  Tables rows;  // not before: a dialog that is up may have those of an earlier call
-  if (!rows.hasEntries()) return;
+  Tables work;  // not before: a dialog that is up may have those of an earlier call
+  if (!work.hasRoom()) return;
   int firstLine = 0;
   int lastLine = 0;
   tables::scanTable("MT.par", &firstLine, &lastLine, addEntry);
   sz_MTliste[0] = '\0';
-  if (nbase == 0 || !rows.makeRows()) return;
+  if (nbase == 0 || !work.makeRows()) return;
   sortEntries();
   joinRows([](std::string_view) { return true; });
   if (runDialog()) keepSelection();

@@ -1,4 +1,4 @@
-// For dialogs/ only: the one dialog that may be up, from its making to its end, and changes of its
+// For dialogs/: the one dialog that may be up, from its making to its end, and changes of its
 // fields.
 #ifndef KORVEL_DIALOGS_RUN_H
 #define KORVEL_DIALOGS_RUN_H
@@ -31,7 +31,7 @@ void reportNotShown(const std::string &reason);
 // dialog may be up.
 DialogRef makeCurrent(std::unique_ptr<platform::Dialog> dialog);
 
-// Runs the current dialog to its end and disposes of it; results as those of ZRVDlgBoxEx. Does
+// Runs the current dialog to its end and disposes of it. Returns what ZRVDlgBoxEx returns. Does
 // nothing for any other dialog, and for one that is running.
 int runCurrent(DialogRef dialog);
 

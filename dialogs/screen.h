@@ -1,5 +1,5 @@
-// For dialogs/ only: the dialog's items as the kinds of fields see them. Texts are CP1252 on this
-// side, and in the screen's set on the other.
+// For dialogs/: the dialog's items as the kinds of fields see them. Texts are CP1252 on this side,
+// and in the screen's set on the other.
 #ifndef KORVEL_DIALOGS_SCREEN_H
 #define KORVEL_DIALOGS_SCREEN_H
 
@@ -33,7 +33,7 @@ class Screen {
   void setChecked(int item, bool checked);
 
   // Entries of a pop-up. Setting them leaves nothing chosen. Those added come after the template's
-  // own; the last one that is equal to `chosen` is chosen, and without one the choice stays.
+  // own; of those equal to `chosen` the last is chosen; if none is, the choice stays.
   void setChoices(int item, const std::vector<std::string_view> &choices);
   void addChoices(int item, const std::vector<std::string_view> &choices, std::string_view chosen);
   void choose(int item, std::string_view choice);  // the last equal one, or none
@@ -56,7 +56,7 @@ class Screen {
 
   // What the item shows, as it reads back.
   std::vector<std::string> entries(int item) const;
-  // The number, from 1, of the last entry behind the first `passedOver` that reads as this text; 0
+  // The number, from 1, of the last entry after the first `passedOver` that reads as this text; 0
   // for none.
   int numberOf(int item, std::string_view choice, int passedOver = 0) const;
 

@@ -1,4 +1,4 @@
-// Title, size, background and the button pair of further dialogs.
+// Title, size, background and the button pair of later dialogs.
 #include <algorithm>
 #include <iterator>
 

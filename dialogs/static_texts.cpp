@@ -6,7 +6,6 @@
 #include <string>
 
 #include "dialogs/build.h"
-#include "dialogs/screen.h"
 #include "dialogs/stored_text.h"
 #include "platform/resources.h"
 #include "strings/charsets.h"

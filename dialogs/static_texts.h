@@ -1,4 +1,4 @@
-// For dialogs/ only: static texts, group boxes and icons, as dialogs are described and built.
+// For dialogs/: static texts, group boxes and icons, as dialogs are described and built.
 #ifndef KORVEL_DIALOGS_STATIC_TEXTS_H
 #define KORVEL_DIALOGS_STATIC_TEXTS_H
 

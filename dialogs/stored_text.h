@@ -1,4 +1,4 @@
-// For dialogs/ only: the texts of the exported tables, read and written within their room.
+// For dialogs/: the texts of the exported tables, read and written within their room.
 #ifndef KORVEL_DIALOGS_STORED_TEXT_H
 #define KORVEL_DIALOGS_STORED_TEXT_H
 

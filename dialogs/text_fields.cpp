@@ -199,7 +199,7 @@ std::string readItem(const Screen &screen, int item) {
 }
 
 // The text behind stars. Each star means the character that was at its position.
-// Kept: positions count from the start wherever the text was changed. A star behind the end of the
+// Kept: positions count from the start wherever the text was changed. A star after the end of the
 // previous text ends the text.
 std::string unmasked(std::string_view shown, std::string_view previous) {
   std::string text;

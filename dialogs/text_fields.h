@@ -1,5 +1,4 @@
-// For dialogs/ and its tests only: the texts of text fields, and their description by the library's
-// own dialogs.
+// For dialogs/: the texts of text fields, and their description by the library's own dialogs.
 #ifndef KORVEL_DIALOGS_TEXT_FIELDS_H
 #define KORVEL_DIALOGS_TEXT_FIELDS_H
 

@@ -1,5 +1,5 @@
-// For dialogs/ only: what integer, number and date fields share. Each holds a value, which a
-// validation function of the application's choice reads from the text that was entered.
+// For dialogs/: what integer, number and date fields share. Each holds a value, which a validation
+// function of the application's choice reads from the text that was entered.
 #ifndef KORVEL_DIALOGS_VALUE_FIELDS_H
 #define KORVEL_DIALOGS_VALUE_FIELDS_H
 
@@ -58,8 +58,9 @@ template <typename Value, typename Validator>
 struct ValueTables {
   const FieldType &type;
   Value *values;
-  Validator **validators;        // the application may point it to a table of its own, or nowhere
-  OwnValidator<Validator> *own;  // by field: what the library has put there, if it was the last
+  Validator **validators;  // the application may point it to a table of its own, or nowhere
+  OwnValidator<Validator>
+      *own;  // by field: the library's last choice; empty after a choice by _set_fvalid
 };
 
 template <typename Value, typename Validator>
@@ -67,8 +68,9 @@ bool define(const ValueTables<Value, Validator> &tables, int n, int firstItem,
             const OwnValidator<Validator> &validator) {
   if (!define(tables.type, n, firstItem)) return false;
   std::fill_n(tables.values, n, Value{});
-  std::fill_n(tables.own, n, validator);
-  if (*tables.validators != nullptr) std::fill_n(*tables.validators, n, validator.exported);
+  const bool hasTable = *tables.validators != nullptr;
+  std::fill_n(tables.own, n, hasTable ? validator : OwnValidator<Validator>{});
+  if (hasTable) std::fill_n(*tables.validators, n, validator.exported);
   return true;
 }
 
@@ -86,7 +88,7 @@ void set(const ValueTables<Value, Validator> &tables, int i, Value value,
   if (!hasField(tables.type, i)) return;
   tables.values[i] = value;
   tables.type.flags.init[i] = 1;
-  if (mode < 0 || mode >= kModes) return;
+  if (mode < 0 || mode >= kModes || *tables.validators == nullptr) return;
   setValidator(tables, i, validators[mode].exported);
   tables.own[i] = validators[mode];
 }

@@ -4,10 +4,11 @@ import subprocess
 import sys
 
 formatter, project = sys.argv[1:]
-ELSEWHERE = {'build', '.git'}
+FOLDERS = ['base', 'shell', 'strings', 'codecs', 'dates', 'files', 'profile', 'tables', 'platform',
+           'draw', 'messages', 'dialogs', 'include', 'tests', 'bench', 'examples']
 
-sources = [str(path) for suffix in ('cpp', 'h', 'c') for path in pathlib.Path(project).rglob(f'*.{suffix}')
-           if path.relative_to(project).parts[0] not in ELSEWHERE]
+sources = [str(path) for folder in FOLDERS for suffix in ('cpp', 'h', 'c')
+           for path in pathlib.Path(project, folder).rglob(f'*.{suffix}')]
 run = subprocess.run([formatter, '--dry-run', '--Werror', *sources], capture_output=True, text=True,
                      check=False)
 if run.returncode != 0:

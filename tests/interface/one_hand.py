@@ -1,6 +1,7 @@
 """one_hand.py <project>: what a script can hold of one hand in all folders. Every source says first
 what it does, guards are named after their paths, private headers are included only by those they
-name, and each sentence marked "Kept:" stands in a test, too."""
+name and by tests and benchmarks, and each sentence marked "Kept:" stands in a test, too."""
+import fnmatch
 import pathlib
 import re
 import sys
@@ -49,22 +50,32 @@ for name, text in texts.items():
     if name.endswith('.h') and re.search(r'^using namespace', text, re.M):
         problems.append(f'{name} is a header and takes in a namespace')
 
-# Private headers and their readers.
+# Private headers and their readers: folders, or files by their names. Tests and benchmarks may
+# include every one and are not named.
+PLACE = r'(?!tests/|bench/)[a-z]+/(?:[a-z]+/)*(?:[\w*]+\.(?:cpp|h))?'
+FOR = rf'// For ((?:{PLACE}(?:, {PLACE})* and )?{PLACE}): \S'
 private = 0
 for name, text in texts.items():
     if name.split('/')[0] not in LIBRARY or not name.endswith('.h'):
         continue
     private += 1
-    readers = re.match(r'// For ([^:]*):', re.sub(r'\n//', '', opening(text)))
+    readers = re.match(FOR, re.sub(r'\n//', '', opening(text)))
     if not readers:
-        problems.append(f'{name} does not say for whom it is')
+        problems.append(f'{name} does not begin with "// For a/, b/ and c/: what."')
         continue
-    if 'all folders' in readers[1]:
-        continue
-    folders = re.findall(r'[\w/]+/', readers[1]) + ['tests/', 'bench/']
+    named = re.split(', | and ', readers[1])
+    patterns = [place + '*' if place.endswith('/') else place for place in named]
+    problems += [f'{place}, in {name}, is no folder or file'
+                 for place, pattern in zip(named, patterns) if not fnmatch.filter(texts, pattern)]
+    patterns += ['tests/*', 'bench/*']
     problems += [f'{other} includes {name}, which is for {readers[1]}'
                  for other, content in texts.items()
-                 if name in included(content) and not other.startswith(tuple(folders))]
+                 if name in included(content) and
+                 not any(fnmatch.fnmatchcase(other, pattern) for pattern in patterns)]
+
+# An application's programmer cannot know the mark of the sentences below.
+problems += [f'{name} says "Kept:"' for name, text in texts.items()
+             if name.startswith('include/korvel/') and 'Kept:' in text]
 
 # Sentences that are promises of oddities.
 tested = words(' '.join(text for name, text in texts.items() if name.startswith('tests/')))

@@ -18,7 +18,8 @@ play() {
   "$1" "$part" "$scratch" 2>&1 || echo "exit status $?"
 }
 expected=$(play "$plain")
-grep -qx played <<<"$expected" || fail "without own names: $expected"
+grep -qx played <<<"$expected" && ! grep -q '^exit status' <<<"$expected" &&
+  [ "$(wc -l <<<"$expected")" -gt 5 ] || fail "without own names: $expected"
 found=$(play "$own")
 [ "$found" = "$expected" ] || { diff <(echo "$expected") <(echo "$found"); exit 1; }
 echo "$(wc -l <<<"$expected") lines, the same from both"
