@@ -1,4 +1,5 @@
-// For all folders: the guard of the exported functions, and of the seam to the desktop.
+// For shell/, files/, profile/, tables/, platform/, draw/, messages/ and dialogs/: the guard of the
+// exported functions, and of the seam to the desktop.
 #ifndef KORVEL_BASE_GUARD_H
 #define KORVEL_BASE_GUARD_H
 
@@ -9,7 +10,8 @@
 namespace korvel::base {
 
 // The result of `work`, or `failure` where it ran out of memory: the library's own code throws
-// nothing else. Exceptions of the application's callbacks, called inside `work`, pass through.
+// nothing else. Other exceptions, of the application's callbacks called inside `work`, pass
+// through.
 template <typename Work>
 std::invoke_result_t<Work> guarded(std::invoke_result_t<Work> failure, Work work) {
   try {

@@ -1,4 +1,4 @@
-// For all folders: numbers that have to fit an int.
+// For dates/, profile/, platform/ and draw/: numbers that have to fit an int.
 #ifndef KORVEL_BASE_NUMBERS_H
 #define KORVEL_BASE_NUMBERS_H
 

@@ -1,4 +1,4 @@
-// For all folders: what system calls need everywhere.
+// For shell/, files/, profile/, tables/ and platform/: what system calls need everywhere.
 #ifndef KORVEL_BASE_POSIX_H
 #define KORVEL_BASE_POSIX_H
 

@@ -1,4 +1,5 @@
-// For all folders: what a C caller passes as a pointer and a length, as a view.
+// For strings/, codecs/, dates/, files/, tables/, draw/, messages/ and dialogs/: what a C caller
+// passes as a pointer and a length, as a view.
 #ifndef KORVEL_BASE_VIEWS_H
 #define KORVEL_BASE_VIEWS_H
 

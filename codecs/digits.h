@@ -1,5 +1,5 @@
-// For codecs/ and its tests only: decimal digits, one at a time and eight at once. Reals are
-// written fast because their digits are.
+// For codecs/: decimal digits, one at a time and eight at once. Reals are written fast because
+// their digits are.
 //
 // Eight digits in a 64-bit word are in little-endian order: the first digit in the lowest byte.
 #ifndef KORVEL_CODECS_DIGITS_H

@@ -36,7 +36,7 @@ std::uint32_t absolute(int value) {
 }
 
 // The two bytes at `at`, or the first two where the text ends before: one character and the
-// terminator are two bytes. What is behind the end of the text is shifted out later.
+// terminator are two bytes. What is after the end of the text is shifted out later.
 std::uint64_t twoBytes(const char *text, std::size_t length, std::size_t at) {
   const std::size_t inside = std::size_t{0} - static_cast<std::size_t>(at < length);
   std::uint16_t bytes = 0;
@@ -44,7 +44,7 @@ std::uint64_t twoBytes(const char *text, std::size_t length, std::size_t at) {
   return bytes;
 }
 
-// The digit values of a text of 1 to kShortText characters, right-aligned behind zeros: the last
+// The digit values of a text of 1 to kShortText characters, right-aligned after zeros: the last
 // eight and those before. A sign in front counts as a zero.
 struct ShortNumber {
   std::uint64_t head;

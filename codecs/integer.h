@@ -16,7 +16,7 @@ inline constexpr int kIntegerSize = 12;
 // Trims the text in place and reads a magnitude of 0 to `limit`. Returns the code of intcod_l.
 int readInteger(char *text, std::uint32_t limit, int *value);
 
-// As readInteger, and 1 for a value below `bound`, which is stored all the same.
+// As readInteger, and 1 for a value below `bound`. Such a value is stored, too.
 int readIntegerFrom(int bound, char *text, std::uint32_t limit, int *value);
 
 // Writes the value. Returns the code of intdco_l, with 1 for a capacity below `safeSize`, which is

@@ -1,4 +1,4 @@
-// For codecs/ only: powers of ten in double precision, as repeated multiplication gives them.
+// For codecs/: powers of ten in double precision, as repeated multiplication gives them.
 #ifndef KORVEL_CODECS_POWERS_H
 #define KORVEL_CODECS_POWERS_H
 

@@ -7,7 +7,8 @@ namespace korvel::codecs {
 // Trims the text in place and reads it. Returns the code of realcod_d.
 int readReal(char *text, double *value);
 
-// As readReal, and 1 for a value below 0, or not above 0, which is stored all the same.
+// As readReal, and 1 for a value below 0 (readNotNegative) or not above 0 (readPositive). Such a
+// value is stored, too.
 int readNotNegative(char *text, double *value);
 int readPositive(char *text, double *value);
 

@@ -1,9 +1,4 @@
-// Texts to reals.
-//
-// The result has the same bits on every machine. The digits of the integral part are summed from
-// the last to the first as digit x 10^k. The digits of the fraction are added from the first to the
-// last as digit x factor; the factor starts at 0.1 and is divided by 10 at each step. The shortcuts
-// below are exact.
+// Texts to reals, by sums that have the same bits on every machine.
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -17,6 +12,10 @@
 #include "codecs/status.h"
 #include "strings/trim.h"
 
+// The digits of the integral part are summed from the last to the first as digit x 10^k. The digits
+// of the fraction are added from the first to the last as digit x factor; the factor starts at 0.1
+// and is divided by 10 at each step. The shortcuts below are exact.
+
 namespace korvel::codecs {
 
 namespace {
@@ -26,7 +25,7 @@ constexpr std::ptrdiff_t kExactDigits = 15;
 
 constexpr std::size_t kTableDigits = 16;
 
-// [k][d] is the value of the digit d at place k behind the separator.
+// [k][d] is the value of the digit d at place k after the separator.
 constexpr auto kFractionDigits = [] {
   std::array<std::array<double, 10>, kTableDigits> table{};
   double factor = 0.1;
@@ -40,7 +39,7 @@ constexpr auto kFractionDigits = [] {
 }();
 
 // Reads the plain case: no blanks and no exponent, at most kExactDigits digits before the separator
-// and kTableDigits behind it. Returns false and changes nothing for any other text.
+// and kTableDigits after it. Returns false and changes nothing for any other text.
 bool readPlain(const char *text, double *value) {
   const bool negative = *text == '-';
   const char *p = text + static_cast<int>(negative | (*text == '+'));

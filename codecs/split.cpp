@@ -1,4 +1,4 @@
-// Reals split into integral part and fraction.
+// Reals split into integral part and fraction, doubles as the writers split them.
 #include "codecs/split.h"
 
 #include <cmath>

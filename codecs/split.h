@@ -1,4 +1,4 @@
-// For codecs/ only: the integral part of a real, for the writers and for splitting.
+// For codecs/: the integral part of a real, for the writers and for splitting.
 #ifndef KORVEL_CODECS_SPLIT_H
 #define KORVEL_CODECS_SPLIT_H
 

@@ -1,8 +1,4 @@
 // Dates as numbers: the calendar, days added and taken off, minutes counted.
-//
-// The Gregorian calendar holds for all years: its rule repeats every 400 years, which are 146097
-// days. 1 January 2000 is a Saturday. Numbers that are not dates go through the same steps; wide
-// integers keep these from overflowing.
 #include "dates/calendar.h"
 
 #include <cstdint>
@@ -10,6 +6,10 @@
 #include <korvel/dates.h>
 
 #include "base/numbers.h"
+
+// The Gregorian calendar holds for all years: its rule repeats every 400 years, which are 146097
+// days. 1 January 2000 is a Saturday. Numbers that are not dates go through the same steps; wide
+// integers keep these from overflowing.
 
 namespace korvel::dates {
 

@@ -1,4 +1,4 @@
-// The current date and time as stored texts.
+// The current date and time as stored texts, from a clock that tests can replace.
 #include "dates/clock.h"
 
 #include <cstddef>
@@ -26,7 +26,7 @@ ClockTime hostClock() {
 
 namespace {
 
-// The fields behind the year, in the order of a stored date.
+// The fields after the year, in the order of a stored date.
 constexpr std::size_t kToDay = 2;
 constexpr std::size_t kToMinute = 4;
 constexpr std::size_t kToSecond = 5;

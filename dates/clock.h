@@ -1,4 +1,4 @@
-// For dates/ and tests: the clock that the library reads.
+// For dates/: the clock that the library reads.
 #ifndef KORVEL_DATES_CLOCK_H
 #define KORVEL_DATES_CLOCK_H
 

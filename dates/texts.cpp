@@ -1,7 +1,4 @@
 // Display dates turned into stored ones and back.
-//
-// Fields are taken by their position alone. Every input is copied before anything is written, so
-// that an output may be an input.
 #include "dates/texts.h"
 
 #include <array>
@@ -13,6 +10,9 @@
 #include "base/views.h"
 #include "codecs/num.h"
 #include "codecs/status.h"
+
+// Fields are taken by their position alone. Every input is copied before anything is written, so
+// that an output may be an input.
 
 constinit int a_org = 1950;
 

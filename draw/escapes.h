@@ -1,4 +1,4 @@
-// For draw/ only: the escapes of rich text. A new code is a new row.
+// For draw/: the escapes of rich text. A new code is a new row.
 #ifndef KORVEL_DRAW_ESCAPES_H
 #define KORVEL_DRAW_ESCAPES_H
 

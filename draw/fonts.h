@@ -1,4 +1,4 @@
-// For draw/ and messages/ only: the chosen font, which all ports share, and its measures.
+// For draw/ and messages/: the chosen font, which all ports share, and its measures.
 #ifndef KORVEL_DRAW_FONTS_H
 #define KORVEL_DRAW_FONTS_H
 

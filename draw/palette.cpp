@@ -1,4 +1,4 @@
-// The palette of 16 colours, KorvelBlack to KorvelWhite.
+// The palette of 16 colours, KorvelBlack to KorvelWhite: any number leads to one of them.
 #include "draw/palette.h"
 
 #include <iterator>

@@ -1,4 +1,4 @@
-// For draw/ only: the palette's colours as values.
+// For draw/: the palette's colours as values.
 #ifndef KORVEL_DRAW_PALETTE_H
 #define KORVEL_DRAW_PALETTE_H
 

@@ -60,7 +60,7 @@ struct ReadPicture {
   bool isReadable() const { return picture->width() > 0; }
   bool standsFor(const File &now) const {
     return file == now && isAtRest(file.changed, readAt) &&
-           (isReadable() || Clock::now() - readAt < kRetryAfter);
+           (isReadable() || std::chrono::abs(Clock::now() - readAt) < kRetryAfter);
   }
   const Picture *shown() const { return isReadable() ? picture.get() : nullptr; }
 };

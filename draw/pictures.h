@@ -1,4 +1,4 @@
-// For draw/ and its tests only: pictures by name, kept as long as their files stay the same.
+// For draw/: pictures by name, kept as long as their files stay the same.
 #ifndef KORVEL_DRAW_PICTURES_H
 #define KORVEL_DRAW_PICTURES_H
 

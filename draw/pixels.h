@@ -1,4 +1,4 @@
-// For draw/ only: positions that a caller may have chosen anywhere in the range of an int.
+// For draw/: positions that a caller may have chosen anywhere in the range of an int.
 #ifndef KORVEL_DRAW_PIXELS_H
 #define KORVEL_DRAW_PIXELS_H
 

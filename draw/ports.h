@@ -1,4 +1,4 @@
-// For draw/, messages/, dialogs/ and the tests: ports, their surfaces, and which one is current.
+// For draw/, messages/ and dialogs/: ports, their surfaces, and which one is current.
 #ifndef KORVEL_DRAW_PORTS_H
 #define KORVEL_DRAW_PORTS_H
 

@@ -1,4 +1,4 @@
-// Lines and framed rectangles.
+// Lines and framed rectangles, drawn alike for rich text and for the exported functions.
 #include "draw/primitives.h"
 
 #include <korvel/draw.h>

@@ -1,4 +1,4 @@
-// For draw/ only: lines and framed rectangles on a surface. Both leave the foreground black.
+// For draw/: lines and framed rectangles on a surface. Both leave the foreground black.
 #ifndef KORVEL_DRAW_PRIMITIVES_H
 #define KORVEL_DRAW_PRIMITIVES_H
 

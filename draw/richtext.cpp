@@ -5,6 +5,7 @@
 
 #include <korvel/draw.h>
 
+#include "base/guard.h"
 #include "base/numbers.h"
 #include "base/views.h"
 #include "draw/fonts.h"
@@ -164,7 +165,7 @@ int printCentred(Port &surface, int x, int y, int width, const TextStyle &style,
   selectSize(surface, style.size);
   setColours(surface, style.fore, style.back);
   const Pixels start = startInBox(surface, x, width, text);
-  const int drawn = drawRichText(surface, start, y, {0, 0}, text);
+  const int drawn = base::guarded(0, [&] { return drawRichText(surface, start, y, {0, 0}, text); });
   surface.setForeground(paletteColour(KorvelBlack));
   return clampToInt(start + drawn);
 }

@@ -1,4 +1,4 @@
-// For draw/ only: plain text, drawn or measured.
+// For draw/: plain text, drawn or measured.
 #ifndef KORVEL_DRAW_TEXT_H
 #define KORVEL_DRAW_TEXT_H
 

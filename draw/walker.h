@@ -1,4 +1,4 @@
-// For draw/ only: the walk over a rich text, which drawing and measuring share.
+// For draw/: the walk over a rich text, which drawing and measuring share.
 //
 // The walker follows the current x and reads the escapes. A visitor draws or measures what they
 // mean; positions are pixels. It has
@@ -17,6 +17,7 @@
 #ifndef KORVEL_DRAW_WALKER_H
 #define KORVEL_DRAW_WALKER_H
 
+#include <algorithm>
 #include <optional>
 #include <string_view>
 

@@ -1,4 +1,5 @@
-// The window of questions and notes: its items and its run. Its port is current meanwhile.
+// The window of questions and notes: its items and its run. While it runs, its port is the
+// current one.
 #include "messages/box.h"
 
 #include <memory>
@@ -60,9 +61,9 @@ class ShownBox final : public platform::HitHandler {
  public:
   ShownBox(WindowRef window, KeyItems items)
       : window_(window), button_(items.ofEscape), before_(std::exchange(newestKeyItems, items)) {
+    const CGrafPtr port = base::guarded(nullptr, [&] { return draw::portOf(window_); });
+    draw::setCurrentPort(port);
     base::asFarAsMemoryAllows([&] {
-      const CGrafPtr port = draw::portOf(window_);
-      draw::setCurrentPort(port);
       draw::chooseFont(port, kFontName, {KorvelBlack, KorvelTransparent, kFontSize});
     });
   }

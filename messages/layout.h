@@ -1,4 +1,4 @@
-// For messages/ and its tests only: a message's lines, and the layout of its box in pixels.
+// For messages/: a message's lines, and the layout of its box in pixels.
 #ifndef KORVEL_MESSAGES_LAYOUT_H
 #define KORVEL_MESSAGES_LAYOUT_H
 

@@ -1,4 +1,4 @@
-// For dialogs/, draw/, messages/, platform/ and the tests: the seam between library and desktop.
+// For dialogs/, draw/, messages/ and platform/: the seam between library and desktop.
 //
 // All windows pass through these classes, with their numbered items and their modal run, and so do
 // all ports to draw on (drawing.h). No rule of the library (validity, numbering, layout factors,

@@ -1,4 +1,4 @@
-// For draw/, platform/ and the tests: the drawing half of the seam between library and desktop.
+// For draw/ and platform/: the drawing half of the seam between library and desktop.
 //
 // A port is a surface to draw on, with a font, two colours and a text mode of its own. All
 // coordinates are pixels from the port's top-left corner at scale 1 (a screen of scale 2 shows each

@@ -1,4 +1,4 @@
-// For dialogs/, draw/, messages/ and platform/ only: rectangles of the seam to the desktop.
+// For dialogs/, draw/, messages/ and platform/: rectangles of the seam to the desktop.
 #ifndef KORVEL_PLATFORM_GEOMETRY_H
 #define KORVEL_PLATFORM_GEOMETRY_H
 

@@ -1,4 +1,4 @@
-// For platform/ and its tests only: the folders of the library and of the application's executable.
+// For platform/: the folders of the library and of the application's executable.
 #ifndef KORVEL_PLATFORM_LIBRARYPATH_H
 #define KORVEL_PLATFORM_LIBRARYPATH_H
 

@@ -1,4 +1,4 @@
-// For dialogs/, draw/, messages/, platform/ and the tests: where the library finds its desktop.
+// For dialogs/, draw/, messages/ and platform/: where the library finds its desktop.
 #ifndef KORVEL_PLATFORM_LOADER_H
 #define KORVEL_PLATFORM_LOADER_H
 

@@ -1,4 +1,4 @@
-// For profile/ and its tests: finds sections and keys in the text of a profile.
+// For profile/: finds sections and keys in the text of a profile.
 #ifndef KORVEL_PROFILE_FIND_H
 #define KORVEL_PROFILE_FIND_H
 
@@ -31,8 +31,8 @@ struct KeySearch {
 // Looks for a key in the section whose lines begin at `from`.
 KeySearch findKey(Stretch text, const char *from, std::string_view key, std::size_t limit);
 
-// The value of a key in the first section of this name that holds the key: the characters behind
-// the '=' of its line.
+// The value of a key in the first section of this name that holds the key: the characters after the
+// '=' of its line.
 std::optional<Characters> findValue(std::string_view text, std::string_view section,
                                     std::string_view key);
 

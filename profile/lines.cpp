@@ -31,7 +31,7 @@ const char *beginningOfLine(const char *from, const char *at) {
   return carriageReturn + (carriageReturn[1] == '\n' ? 2 : 1);
 }
 
-// Set in the bytes that are a line feed but not behind a carriage return, or the other way round.
+// Set in the bytes that are a line feed but not after a carriage return, or the other way round.
 strings::Block oddLineEnds(const char *at) {
   using strings::Block;
   using strings::kBlock;

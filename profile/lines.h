@@ -1,4 +1,4 @@
-// For profile/ and its tests: the lines of a profile and their characters.
+// For profile/: the lines of a profile and their characters.
 //
 // A line ends at a carriage return or at the end of the text. Line feeds are skipped everywhere:
 // they are not characters. Only so many first characters of a line count, the rest is ignored.
@@ -31,7 +31,7 @@ inline Stretch stretchOf(std::string_view text) { return {text.data(), text.data
 struct Line {
   const char *begin;
   const char *end;   // its carriage return, or the end of the text
-  const char *next;  // the beginning of the next line, behind the "\r" and a "\n" right behind it
+  const char *next;  // the beginning of the next line, after the "\r" and a "\n" right after it
 
   std::size_t size() const { return static_cast<std::size_t>(end - begin); }
 };
@@ -70,7 +70,7 @@ class Characters {
 const char *plainLinesEnd(Stretch lines, std::size_t limit);
 
 // Skips lines that do not matter to the search for a key: those that hold no '[', do not begin with
-// `key` and '=', and have a line feed only behind their carriage return. Returns the beginning of a
+// `key` and '=', and have a line feed only after their carriage return. Returns the beginning of a
 // line; may skip fewer lines than it could, and skips none for an empty key. `text` is the whole
 // text, `from` the beginning of a line; the key holds no '\r', '\n' or '['.
 const char *passPlainLines(Stretch text, const char *from, std::string_view key);

@@ -1,4 +1,4 @@
-// For profile/ and its tests: a file to read, and a memory file for the time of a call.
+// For profile/: a file to read, and a memory file for the time of a call.
 #ifndef KORVEL_PROFILE_MEMORY_FILE_H
 #define KORVEL_PROFILE_MEMORY_FILE_H
 

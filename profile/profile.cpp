@@ -1,4 +1,5 @@
-// Profiles read and written through memory files.
+// The exported functions: profiles read and, under their locks, replaced as files. Searching and
+// rewriting, which know only texts, are elsewhere.
 #include <algorithm>
 #include <cerrno>
 #include <cstddef>

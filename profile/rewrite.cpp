@@ -42,7 +42,7 @@ class Rewriter {
     }
   }
 
-  // The place for a line to add before `place`: behind the last line that is not empty.
+  // The place for a line to add before `place`: after the last line that is not empty.
   const char *behindLastText(const char *place) const {
     const char *textEnd = place;
     while (textEnd != text_.begin && (textEnd[-1] == '\r' || textEnd[-1] == '\n')) --textEnd;
@@ -80,7 +80,7 @@ struct KeyPlace {
   };
   Kind kind;
   const char *begin;
-  const char *next;  // behind the line with the key, else as `begin`
+  const char *next;  // after the line with the key, else as `begin`
 };
 
 // A new value is set in the first section of the name. The line to remove is the one that a reader

@@ -1,4 +1,4 @@
-// For profile/ and its tests: skips bytes that do not matter to the search for a key.
+// For profile/: skips bytes that do not matter to the search for a key.
 #ifndef KORVEL_PROFILE_SCAN_H
 #define KORVEL_PROFILE_SCAN_H
 
@@ -23,8 +23,8 @@ struct KeyProbe {
   std::ptrdiff_t lastButOneDistance;
 };
 
-// Returns the first byte in [at, end) that is a '[', a line feed not behind a carriage return, or
-// the '=' of the key at a line's start; if there is none, the start of the last partial block.
+// Returns the first byte in [at, end) that is a '[', a line feed not after a carriage return, or
+// the '=' of the key at a line's start; without one, the start of the last partial block.
 using Scan = const char *(*)(const char *at, const char *end, const KeyProbe &probe);
 
 // For every machine, and for those with AVX2.

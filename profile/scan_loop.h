@@ -1,7 +1,7 @@
-// For profile/scan.cpp and profile/scan_avx2.cpp only, which are compiled for different processors:
-// their loop. Nothing that they use may be shared at link time, or a processor might meet
-// instructions that it does not have. So all here is internal, and neither this loop nor those
-// sources call an inline function of another header.
+// For profile/scan*.cpp: their loop. These sources are compiled for different processors, so
+// nothing that they use may be shared at link time, or a processor might meet instructions that it
+// does not have. So all here is internal, and neither this loop nor those sources call an inline
+// function of another header.
 #ifndef KORVEL_PROFILE_SCAN_LOOP_H
 #define KORVEL_PROFILE_SCAN_LOOP_H
 

@@ -1,4 +1,4 @@
-// For shell/ only: how command texts are put together.
+// For shell/: how command texts are put together.
 #ifndef KORVEL_SHELL_COMMAND_H
 #define KORVEL_SHELL_COMMAND_H
 

@@ -1,4 +1,4 @@
-// For shell/ only: a descriptor that is closed with its owner.
+// For shell/: a descriptor that is closed with its owner.
 #ifndef KORVEL_SHELL_DESCRIPTOR_H
 #define KORVEL_SHELL_DESCRIPTOR_H
 

@@ -1,4 +1,4 @@
-// For shell/ only: whether a path exists.
+// For shell/: whether a path exists.
 #ifndef KORVEL_SHELL_EXISTENCE_H
 #define KORVEL_SHELL_EXISTENCE_H
 

@@ -1,4 +1,4 @@
-// Copies and removals by "cp" and "rm".
+// Copies and removals by "cp" and "rm", as the caller or as the super-user.
 #include <string>
 #include <string_view>
 

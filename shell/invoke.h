@@ -1,4 +1,4 @@
-// For shell/ only: commands run to their end.
+// For shell/: commands run to their end.
 #ifndef KORVEL_SHELL_INVOKE_H
 #define KORVEL_SHELL_INVOKE_H
 

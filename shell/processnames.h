@@ -1,4 +1,4 @@
-// For shell/ only: names of processes, longer than the kernel keeps them.
+// For shell/: names of processes, longer than the kernel keeps them.
 #ifndef KORVEL_SHELL_PROCESSNAMES_H
 #define KORVEL_SHELL_PROCESSNAMES_H
 

@@ -1,4 +1,4 @@
-// For shell/ only: what a copy may remove to make room.
+// For shell/: what a copy may remove to make room.
 #ifndef KORVEL_SHELL_REPLACE_H
 #define KORVEL_SHELL_REPLACE_H
 

@@ -1,4 +1,4 @@
-// For shell/ and its tests: which system the library believes to be on.
+// For shell/: which system the library believes to be on.
 #ifndef KORVEL_SHELL_SYSTEM_H
 #define KORVEL_SHELL_SYSTEM_H
 

@@ -1,4 +1,4 @@
-// For shell/ only: one running shell command and the pipe to it.
+// For shell/: one running shell command and the pipe to it.
 #ifndef KORVEL_SHELL_TOOL_H
 #define KORVEL_SHELL_TOOL_H
 

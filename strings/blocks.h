@@ -1,4 +1,4 @@
-// For strings/, tables/, profile/ and tests: sixteen bytes handled at once, in the vectors that the
+// For strings/, tables/ and profile/: sixteen bytes handled at once, in the vectors that the
 // compiler makes of the machine's instructions.
 #ifndef KORVEL_STRINGS_BLOCKS_H
 #define KORVEL_STRINGS_BLOCKS_H
@@ -21,10 +21,10 @@ inline constexpr unsigned kWholeBlock = (1U << kBlock) - 1;
 // Comparisons give 0xFF for a byte that passes and 0 for one that does not. `mask` gathers the high
 // bits of the bytes, the first byte's in bit 0.
 //
-// `load` and `store` take a count of 1 to kBlock and touch no byte behind it. A block of fewer
-// bytes is filled up with zeros or with bytes that it holds already; the place of a byte in it
-// depends on the count alone. Such blocks can be compared with each other and stored again, but
-// positions in them mean nothing.
+// `load` and `store` take a count of 1 to kBlock and touch no byte after it. A block of fewer bytes
+// is filled up with zeros or with bytes that it holds already; the place of a byte in it depends on
+// the count alone. Such blocks can be compared with each other and stored again, but positions in
+// them mean nothing.
 class Block {
  public:
   // Two words that overlap in the middle hold any count without a loop.
@@ -70,10 +70,14 @@ class Block {
 #ifdef __SSE2__
     return static_cast<unsigned>(_mm_movemask_epi8(__m128i(bytes_)));
 #else
+    return gatheredMask();
+#endif
+  }
+  // The same on any machine.
+  unsigned gatheredMask() const {
     unsigned bits = 0;
     for (unsigned i = 0; i < kBlock; ++i) bits |= (bytes_[i] >> 7U) << i;
     return bits;
-#endif
   }
 
  private:

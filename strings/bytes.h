@@ -1,4 +1,4 @@
-// For strings/ only: how a character argument, an int, compares with the bytes of a text.
+// For strings/: how a character argument, an int, compares with the bytes of a text.
 #ifndef KORVEL_STRINGS_BYTES_H
 #define KORVEL_STRINGS_BYTES_H
 

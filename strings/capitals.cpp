@@ -130,6 +130,12 @@ static_assert(kStretch == 2 * kWide);
 // Bytes above this one are looked up in the table of all capitals: a text has few of them. Those
 // between the two rows of accented letters and this one are their own capitals.
 constexpr unsigned char kLastOwnCapital = 0xBD;
+static_assert([] {
+  for (unsigned c = 0xA0; c <= kLastOwnCapital; ++c) {
+    if (plainCapitalOf(static_cast<unsigned char>(c)) != c) return false;
+  }
+  return true;
+}());
 
 // The exclusive or of each of the sixteen letters from `first` on with its capital, twice: a wide
 // shuffle looks up each of its halves by itself.

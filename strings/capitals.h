@@ -1,4 +1,4 @@
-// For strings/, tables/ and tests: texts in capitals without diacritics.
+// For strings/ and tables/: texts in capitals without diacritics.
 #ifndef KORVEL_STRINGS_CAPITALS_H
 #define KORVEL_STRINGS_CAPITALS_H
 

@@ -1,4 +1,5 @@
-// The two character-set conversions.
+// The two character-set conversions. Each changes few characters, so it needs no table and goes by
+// blocks.
 #include "strings/charsets.h"
 
 #include <cstring>

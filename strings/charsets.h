@@ -1,5 +1,5 @@
-// For strings/, draw/, messages/, dialogs/ and tests: texts of the application (CP1252) as the
-// screen takes them (Mac OS Roman), and back.
+// For strings/, draw/, messages/ and dialogs/: texts of the application (CP1252) as the screen
+// takes them (Mac OS Roman), and back.
 #ifndef KORVEL_STRINGS_CHARSETS_H
 #define KORVEL_STRINGS_CHARSETS_H
 

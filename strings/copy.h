@@ -7,7 +7,7 @@
 
 namespace korvel::strings {
 
-// Nothing is written behind `d`. `source` may overlap it. Each is true when all of `source` and the
+// Nothing is written after `d`. `source` may overlap it. Each is true when all of `source` and the
 // terminator fit.
 
 // Copies what fits in front of a terminator.

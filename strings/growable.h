@@ -1,4 +1,4 @@
-// For strings/ and its tests only: the growing byte buffer behind szcopyex.
+// For strings/: the growing byte buffer behind szcopyex.
 #ifndef KORVEL_STRINGS_GROWABLE_H
 #define KORVEL_STRINGS_GROWABLE_H
 

@@ -1,5 +1,5 @@
-// For strings/, tables/, profile/ and tests: which vector instructions this machine has besides the
-// ones of every x86-64.
+// For strings/, tables/ and profile/: which vector instructions this machine has besides the ones
+// of every x86-64.
 #ifndef KORVEL_STRINGS_MACHINE_H
 #define KORVEL_STRINGS_MACHINE_H
 

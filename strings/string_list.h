@@ -1,7 +1,7 @@
 // For strings/, tables/, files/ and dialogs/: lists of strings. Items follow each other, each ended
 // by a NUL; a second NUL follows the last.
 //
-// Nothing behind the first NUL of an empty list or behind the second NUL of another is read: a list
+// Nothing after the first NUL of an empty list or after the second NUL of another is read: a list
 // may fill its buffer to the last byte.
 #ifndef KORVEL_STRINGS_STRING_LIST_H
 #define KORVEL_STRINGS_STRING_LIST_H
@@ -10,11 +10,11 @@
 
 namespace korvel::strings {
 
-// Writes a second NUL behind the text's terminator. Where there is no room for it, the last two
+// Writes a second NUL after the text's terminator. Where there is no room for it, the last two
 // bytes of the buffer become NUL, which cuts the text.
 void endList(std::span<char> buffer);
 
-// The item behind `item`, or `item` itself when that is the last.
+// The item after `item`, or `item` itself when that is the last.
 const char *nextItem(const char *item);
 
 // Makes a list of a separated list whose second NUL is there already, by replacing every '+' and
@@ -24,7 +24,7 @@ void cutItems(char *s);
 // Makes one text of a list by replacing every NUL between two items.
 void bindItems(char *list, char separator);
 
-// Removes the item from its list by moving what is behind it onto it.
+// Removes the item from its list by moving what is after it onto it.
 void deleteItem(char *item);
 
 }  // namespace korvel::strings

@@ -1,4 +1,5 @@
-// A table's beginning, its end and its back-up.
+// A table's beginning, its end and its back-up: whole files made, removed and copied, where an edit
+// rewrites lines.
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>

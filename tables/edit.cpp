@@ -1,7 +1,4 @@
 // The current line changed: in the table itself, or in the buffer first.
-//
-// An edit of a table counts its lines as they are when it has the table's lock, and changes the
-// shared state only once the new table is in place.
 #include <algorithm>
 #include <cstring>
 #include <string_view>
@@ -14,6 +11,9 @@
 #include "tables/rebuild.h"
 #include "tables/rewrite.h"
 #include "tables/state.h"
+
+// An edit of a table counts its lines as they are when it has the table's lock, and changes the
+// shared state only once the new table is in place.
 
 namespace korvel::tables {
 namespace {

@@ -1,4 +1,4 @@
-// For tables/ and its tests only: the texts that every table has, its lines and their fields.
+// For tables/: the texts that every table has, its lines and their fields.
 //
 // raw   the bytes between two carriage returns, as they are in the file
 // kept  what a reader keeps of them: the first 1023 that are no line feeds
@@ -23,7 +23,7 @@ inline constexpr std::string_view kVersionMark = "Version: ";
 inline constexpr std::string_view kBeginMark = "#DEBUT";
 inline constexpr std::string_view kEndMark = "#FIN";
 
-// False for a text that no code and no column can be.
+// Whether a text can be a code or a column.
 inline bool canBeField(std::string_view text) { return !text.empty() && text.size() < kLineSize; }
 
 // Room for the kept characters of a line that has line feeds between them.
@@ -40,7 +40,7 @@ inline std::string_view textOf(std::string_view kept, std::size_t size = kLineSi
   return text.substr(0, text.find('\0'));
 }
 
-// Walks the fields of a text. An empty field ends the walk: no field behind it is reached.
+// Walks the fields of a text. An empty field ends the walk: no field after it is reached.
 template <char... Separators>
 class FieldCursor {
  public:

@@ -35,7 +35,7 @@ class CodeList {
     isEmpty_ = isEmpty_ && text.empty();
   }
 
-  std::span<char> room_;  // behind the codes so far
+  std::span<char> room_;  // after the codes so far
   bool isEmpty_ = true;
 };
 

@@ -6,7 +6,7 @@
 
 namespace korvel::tables {
 
-// The rule of ZRV_Table_scan. Returns whether the table has data lines.
+// The rule of ZRV_Table_scan. Returns whether the table has a begin mark.
 bool scanTable(const char *name, int *first, int *last, TableLine_t perLine);
 
 }  // namespace korvel::tables

@@ -47,7 +47,7 @@ TablePlace tablePlace(const char *name) {
   if (name == nullptr) return {};
   const std::string_view chosen = textOf(ZRV_Libelle_NC_szDirTables);
   if (chosen.empty()) return defaultPlace(name);
-  // Kept: no extension is added here, as the name is that of the file.
+  // Kept: no extension is added here, as the name is already the file's.
   return {joined(chosen, name, ""), nullptr};
 }
 

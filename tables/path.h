@@ -1,4 +1,4 @@
-// For tables/ and its tests only: from a table's name to the path of its file.
+// For tables/: from a table's name to the path of its file.
 #ifndef KORVEL_TABLES_PATH_H
 #define KORVEL_TABLES_PATH_H
 
@@ -8,7 +8,7 @@ namespace korvel::tables {
 
 // A colon path; "" for none.
 struct TablePath {
-  // Sets no byte behind the terminator.
+  // Sets no byte after the terminator.
   TablePath() { text[0] = '\0'; }
 
   char text[files::kPathSize];

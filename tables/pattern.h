@@ -1,4 +1,4 @@
-// For tables/ and its tests only: from a key or label to the bytes that a scan looks for.
+// For tables/: from a key or label to the bytes that a scan looks for.
 #ifndef KORVEL_TABLES_PATTERN_H
 #define KORVEL_TABLES_PATTERN_H
 

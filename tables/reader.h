@@ -1,4 +1,4 @@
-// For tables/ and its tests only: the file of a table, read in large blocks.
+// For tables/: the file of a table, read in large blocks.
 //
 // An application sees of it what it would see of a file that is first loaded whole into a memory
 // file: the same slots are taken and given back, and without a free one nothing is read. In fact
@@ -21,8 +21,8 @@ enum class Slots {
   Memory,         // both at first; the file is read whole and its handle given back
 };
 
-// The content of a table file. kMargin bytes in front of and behind what a call returns may be read
-// as well; their values are unspecified but where nextLines() tells them.
+// The content of a table file. kMargin bytes in front of and after what a call returns may be read
+// as well; their values are unspecified, except for the line end that nextLines() puts in front.
 class TableReader {
  public:
   static constexpr std::size_t kLargestBlock = 256 * 1024;
@@ -86,7 +86,7 @@ class TableReader {
   int memory_ = -1;      // handle
   int descriptor_ = -1;  // the file's; -1: it is loaded
   int size_ = 0;         // of the file
-  int position_ = 0;     // behind the last byte given
+  int position_ = 0;     // after the last byte given
   bool isWhole_ = true;
   char *buffer_ = nullptr;
   std::string_view begun_;  // the beginning of a line that the last block did not end

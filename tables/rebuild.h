@@ -1,4 +1,4 @@
-// For tables/ and its tests only: a line with one of its fields replaced, or all of them.
+// For tables/: a line with one of its fields replaced, or all of them.
 //
 // From the first empty field of a line on there are no more fields, but an edit must not lose what
 // is there: it is written back unchanged. Every separator before it becomes a ','.

@@ -1,5 +1,5 @@
-// For tables/ and its tests only: finds, in a stretch of whole lines, the places where a search may
-// have its match, a vector of bytes at a step.
+// For tables/: finds, in a stretch of whole lines, the places where a search may have its match, a
+// vector of bytes at a step.
 //
 // A place found is only a candidate: the caller compares its line by the rules. In a regular
 // stretch every line that matches has a candidate.
@@ -54,14 +54,14 @@ enum class LineEnds { CrLf, Cr };
 struct Scan {
   LineEnds ends;
   const char *at;          // the last byte of the line end in front of the next line
-  const char *end;         // CrLf: behind the last CR; Cr: the last CR
+  const char *end;         // CrLf: after the last CR; Cr: the last CR
   std::int64_t lines = 0;  // number of lines that begin before `at`
   bool regular = true;     // false: a match may have no candidate
 };
 
 // The search compiled for one instruction set: the baseline, AVX2 or AVX-512.
 struct ScanKernel {
-  // The next candidate: the byte before its line or field, with scan.at behind it and its line
+  // The next candidate: the byte before its line or field, with scan.at after it and its line
   // counted in scan.lines. Null when there are no more. Once scan.regular is false the result means
   // nothing.
   const char *(*next)(const Pattern &pattern, Scan &scan);

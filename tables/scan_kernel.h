@@ -1,4 +1,4 @@
-// For the scan*.cpp of tables/ only: the loops, written once and compiled for each instruction set.
+// For tables/scan*.cpp: the loops, written once and compiled for each instruction set.
 //
 // Each of those sources has a copy of its own and calls no inline function from elsewhere: of those
 // the linker keeps one copy, maybe with instructions that the machine lacks.

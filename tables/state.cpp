@@ -1,4 +1,5 @@
-// The exported state of the tables: the directories and the current line.
+// The exported state of the tables: the directories, and the current line that lookup, search and
+// editing share.
 #include "tables/state.h"
 
 #include <algorithm>

@@ -12,14 +12,14 @@ namespace korvel::tables {
 // Has tables looked for in this directory first. A null pointer changes nothing.
 void setDirectory(const char *dir);
 
-// No current line: every function that starts from the first line begins with this.
+// No current line: every lookup or search from the first line begins with this.
 void forgetLine();
 
 // Sets the line's number and marks the buffer as read.
 void setCurrentLine(int line);
 
-// Puts the kept characters of a line into the buffer and splits them. The buffer behind the line
-// and its two terminators is left alone.
+// Puts the kept characters of a line into the buffer and splits them. The buffer after the line and
+// its two terminators is left alone.
 void storeSplit(std::string_view kept);
 
 // The same without splitting: one field with the separators in it.

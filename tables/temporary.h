@@ -1,5 +1,4 @@
-// For tables/ and its tests only: what an application can tell of the file through which a table is
-// rewritten.
+// For tables/: what an application can tell of the file through which a table is rewritten.
 //
 // To an application, an edit goes through a file named like the table with '_' for its last
 // character. The content is really written to an unnamed file; two effects of the named one are
@@ -37,7 +36,7 @@ class WritingHandle {
 // The path of the temporary file of a table.
 TablePath temporaryPath(const TablePath &table);
 
-// A file that an earlier edit left under the temporary's name.
+// A file that is there under the temporary's name.
 class LeftOver {
  public:
   LeftOver() = default;

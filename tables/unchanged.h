@@ -1,4 +1,4 @@
-// For tables/ and its tests only: the lines that a rewriting copies as they are.
+// For tables/: the lines that a rewriting copies as they are.
 #ifndef KORVEL_TABLES_UNCHANGED_H
 #define KORVEL_TABLES_UNCHANGED_H
 

@@ -1,4 +1,4 @@
-// For tables/ only: the walk over the lines of a table to the first one that passes a test.
+// For tables/: the walk over the lines of a table to the first one that passes a test.
 #ifndef KORVEL_TABLES_WALK_H
 #define KORVEL_TABLES_WALK_H
 
@@ -21,7 +21,7 @@ class LineTest {
   // and only compare them.
   virtual bool mayBeginAt(const char * /*field*/) const { return true; }
 
-  // Whether a line behind the skipped ones is the wanted one; text as line.h says.
+  // Whether a line after the skipped ones is the wanted one; text as line.h says.
   virtual bool accepts(std::string_view text) const = 0;
 
   // Has a candidate in every line that is accepted.
@@ -48,8 +48,8 @@ class TableWalk {
   // table: its name. Returns false when it cannot be loaded.
   bool open(const char *table) { return reader_.openTable(table, Slots::FileAndMemory); }
 
-  // Walks from the first line to the wanted one. Returns false, and stops at the last line, if
-  // there is none. To be called once.
+  // Walks from the first line to the wanted one. If no line passes, returns false and stops at the
+  // last line. To be called once.
   bool find(const LineTest &test);
 
   // The line at which the walk stopped: its number, or 0 when the table has none, and its kept

@@ -1,4 +1,4 @@
-// For tests/codecs/ only: texts and runs in memory of exactly their size.
+// For tests/codecs/: texts and runs in memory of exactly their size.
 #ifndef KORVEL_TESTS_CODECS_EXACT_TEXT_H
 #define KORVEL_TESTS_CODECS_EXACT_TEXT_H
 
@@ -10,7 +10,7 @@
 
 namespace korvel::test {
 
-// A writable text whose memory ends with the terminator: the sanitizers see a read behind it.
+// A writable text whose memory ends with the terminator: the sanitizers see a read after it.
 class ExactText {
  public:
   explicit ExactText(std::string_view text) : bytes_(text.begin(), text.end()) {

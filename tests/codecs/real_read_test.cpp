@@ -109,7 +109,7 @@ TEST(RealRead, RefusesWhatIsNoReal) {
       {"1 e5", 3},
       // Kept: a point in the exponent takes the separator's part from a comma in the mantissa.
       {"1,5e2.0", 3},
-      // The first "e" is the mark, even behind an "E".
+      // The first "e" is the mark, even after an "E".
       {"1E5e2", 3},
       // In the fraction.
       {"1.2.3", 4},

@@ -68,8 +68,8 @@ int modelIncr(int date, unsigned n) {
   return numberOf(reached, reached.day);
 }
 
-// Whole years go back to the first new year behind the day that lies n days before this new year,
-// whole months then to the first month behind the day that lies the rest before this month.
+// Whole years go back to the first new year after the day that lies n days before this new year,
+// whole months then to the first month after the day that lies the rest before this month.
 int modelDiff(int date, unsigned n) {
   Date from = fieldsOf(date);
   const Wide thisNewYear = newYear(from.year);

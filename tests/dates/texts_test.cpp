@@ -62,7 +62,7 @@ constexpr Convert kReduc = [](const char *date, const char *, char *out) {
   return ZRV_Reduc_Date(date, out);
 };
 
-// The text in memory that ends with its terminator: the sanitizers see a read behind it.
+// The text in memory that ends with its terminator: the sanitizers see a read after it.
 std::vector<char> exact(std::string_view text) {
   std::vector<char> bytes(text.begin(), text.end());
   bytes.push_back('\0');
@@ -105,7 +105,7 @@ TEST(BuildDate, StoresDisplayDates) {
       // Nor are the digits.
       {kBuild, "ab/cd/efgh", "", kNone, "efghcdab"},
       {kBuild, "99/99/9999", "", kNone, "99999999"},
-      // Characters behind the fields are ignored.
+      // Characters after the fields are ignored.
       {kBuild, "07/03/2004 09:05:00", "", kNone, "20040307"},
       {kBuildShort, "07/03/2004", "", 0, "20200307"},
       {kBuildSV, "07/03/04 ", "", 0, "200403070000"},

@@ -164,7 +164,7 @@ TEST_F(Fiche, KeepsWhatIsEnteredByWayOfTheTables) {
                     "abeilles"));
 }
 
-// The commune's name is the one it bore at birth, also where the date is typed behind the code.
+// The commune's name is the one it bore at birth, also where the date is typed after the code.
 TEST_F(Fiche, ABirthplaceHasItsNameOfTheDayOfBirth) {
   constexpr struct {
     const char *day, *month, *year, *name;

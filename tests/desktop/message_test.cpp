@@ -197,7 +197,7 @@ TEST(Message, EachIconIsItsOwn) {
   EXPECT_TRUE(asked.pixels == caution.pixels);
 }
 
-// The rows of a picture that hold dark pixels: the first, and the one behind the last.
+// The rows of a picture that hold dark pixels: the first, and the one after the last.
 std::pair<int, int> inkRows(const Picture &shown) {
   int first = -1, behind = -1;
   for (int y = 0; y < shown.height; ++y)

@@ -1,5 +1,5 @@
-// For tests/dialogs/ only: every test starts from the tables as they are at load, and records the
-// calls of its callbacks.
+// For tests/dialogs/: every test starts from the tables as they are at load, and records the calls
+// of its callbacks.
 #ifndef KORVEL_TESTS_DIALOGS_DIALOG_FIXTURE_H
 #define KORVEL_TESTS_DIALOGS_DIALOG_FIXTURE_H
 

@@ -207,7 +207,7 @@ TEST_F(Numbering, CountsBeyondTheTablesAreCut) {
 // ---- Fields whose items are of another kind ----
 
 TEST_F(Numbering, AFieldWithoutARankIsLookedForAtItsFixedItem) {
-  // Item 3 is that of integer field 0, by rank, and the fixed item of text field 0.
+  // Item 3 belongs to integer field 0, by rank, and is the fixed item of text field 0.
   describeIntegers(1, 0);
   IntDlgBox_set(0, 5, 0);
   TexteDlgBox_param(1, 3);

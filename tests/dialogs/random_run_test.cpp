@@ -796,7 +796,7 @@ void RandomRun::writeStep(DialogScript &script) {
       script.clickRow(text.item, row).check([click, this] { follow(click); });
       return;
     }
-    // Refused: only the first of both clicks counts.
+    // Refused: only the first of the two clicks counts.
     script.doubleClickRow(text.item, row).check([click, this] {
       ++model.finalCalls;
       follow(click);

@@ -259,7 +259,7 @@ TEST_P(MaskedText, EditsByPositionFromTheStart) {
       {"ten keys", [](DialogScript &s) { s.moveToEnd(kItem).type(kItem, "0123456789"); },
        "secret0123456789"},
       {"ten deletions", [](DialogScript &s) { s.moveToEnd(kItem).deleteBack(kItem, 10); }, ""},
-      // A star behind the end of the previous text ends the text.
+      // A star after the end of the previous text ends the text.
       {"a typed star", [](DialogScript &s) { s.moveToEnd(kItem).type(kItem, "*"); }, "secret"},
       {"a star, then a letter", [](DialogScript &s) { s.moveToEnd(kItem).paste(kItem, "*a"); },
        "secret"},

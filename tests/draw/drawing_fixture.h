@@ -1,4 +1,4 @@
-// For tests/draw/ only: every test starts with an image of 12-point text on a scripted desktop, and
+// For tests/draw/: every test starts with an image of 12-point text on a scripted desktop, and
 // leaves the globals and the state that outlasts a text as they are at load.
 #ifndef KORVEL_TESTS_DRAW_DRAWING_FIXTURE_H
 #define KORVEL_TESTS_DRAW_DRAWING_FIXTURE_H

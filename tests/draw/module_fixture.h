@@ -1,4 +1,4 @@
-// For tests/draw/ only: drawing on the desktop module itself, on its toolkit's platform without a
+// For tests/draw/: drawing on the desktop module itself, on its toolkit's platform without a
 // screen, with the default pictures.
 #ifndef KORVEL_TESTS_DRAW_MODULE_FIXTURE_H
 #define KORVEL_TESTS_DRAW_MODULE_FIXTURE_H

@@ -1,4 +1,4 @@
-// For tests/draw/ only: random rich texts that repeat from run to run.
+// For tests/draw/: random rich texts that repeat from run to run.
 #ifndef KORVEL_TESTS_DRAW_RANDOM_TEXTS_H
 #define KORVEL_TESTS_DRAW_RANDOM_TEXTS_H
 

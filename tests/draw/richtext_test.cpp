@@ -17,8 +17,7 @@ std::string one(int value) { return {static_cast<char>(value + 32)}; }
 std::string two(int value) { return one(value % 224) + one(value / 224); }
 
 // At 16 points a character is 8 wide, the ascent 12, the descent 4, the leading 2; so cw is 8 and
-// lh
-// 18. With no font chosen, text is drawn at y itself.
+// lh is 18. With no font chosen, text is drawn at y itself.
 class RichText : public DrawTest {
  protected:
   RichText() {

@@ -1,8 +1,5 @@
 // The sample page beside its picture, which a person has looked at. After an intended change of the
 // page, sample_page_program draws the picture again.
-//
-// Versions of the font library smooth letters a little differently, so the two are compared by the
-// mean colours of overlapping cells as large as a short word.
 #include "tests/draw/sample_page.h"
 
 #include <algorithm>
@@ -10,6 +7,9 @@
 #include <vector>
 
 #include "tests/draw/module_fixture.h"
+
+// Versions of the font library smooth letters a little differently, so the two are compared by the
+// mean colours of overlapping cells as large as a short word.
 
 namespace korvel::test {
 namespace {

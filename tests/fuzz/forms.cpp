@@ -16,7 +16,7 @@ using platform::Dialog;
 using platform::ItemKind;
 
 constexpr int kItems = 24;
-// A window of far more pixels than any screen is none to paint here.
+// A window of far more pixels than any screen is not painted here.
 constexpr int kLongestSide = 3000;
 
 void use(Dialog &dialog, int item) {

@@ -104,7 +104,7 @@ class Room {
   Pages pages_;
 };
 
-// So many bytes of no meaning, behind a capacity that the function knows.
+// So many bytes of no meaning, after a capacity that the function knows.
 template <std::size_t Size>
 class Fixed {
  public:

@@ -1,5 +1,5 @@
-// For tests/fuzz/ only: the desktop module, linked into the program so that its paths are seen, on
-// its toolkit's platform without a screen.
+// For tests/fuzz/: the desktop module, linked into the program so that its paths are seen, on its
+// toolkit's platform without a screen.
 #ifndef KORVEL_TESTS_FUZZ_MODULE_H
 #define KORVEL_TESTS_FUZZ_MODULE_H
 

@@ -1,6 +1,6 @@
-// For tests/fuzz/ only: what the hunting programs share. Each of them is one function that
-// libFuzzer calls again and again, with bytes of its making. These bytes say what to do: texts come
-// from their front, each ended by a '\' with a letter behind it, numbers from their end.
+// For tests/fuzz/: what the hunting programs share. Each of them is one function that libFuzzer
+// calls again and again, with bytes of its making. These bytes say what to do: texts come from
+// their front, each ended by a '\' with a letter after it, numbers from their end.
 #ifndef KORVEL_TESTS_FUZZ_TARGET_H
 #define KORVEL_TESTS_FUZZ_TARGET_H
 

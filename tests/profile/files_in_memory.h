@@ -1,4 +1,4 @@
-// For tests/profile/ only: scratch folders in memory, where a sync costs nothing.
+// For tests/profile/: scratch folders in memory, where a sync costs nothing.
 #ifndef KORVEL_TESTS_PROFILE_FILES_IN_MEMORY_H
 #define KORVEL_TESTS_PROFILE_FILES_IN_MEMORY_H
 

@@ -84,7 +84,7 @@ TEST(FindValue, FollowsTheFormat) {
       // Keys outside the section do not count.
       {"x=0\r\n[A]\r\ny=1\r\n[B]\r\nx=2\r\n", "A", "x", {}},
       {"x=0\r\n[A]\r\ny=1\r\n[B]\r\nx=2\r\n", "B", "x", "2"},
-      // Any '[' ends the section, but not one behind the key that is looked for.
+      // Any '[' ends the section, but not one after the key that is looked for.
       {"[A]\r\np=[1]\r\nx=2\r\n", "A", "p", "[1]"},
       {"[A]\r\np=[1]\r\nx=2\r\n", "A", "x", {}},
       {"[A]\r\n[p=1\r\n", "A", "[p", {}},
@@ -103,7 +103,7 @@ TEST(FindValue, FollowsTheFormat) {
       {"\r\n", "", "", {}},
   };
   for (const Row &row : kRows) {
-    // No byte behind the text is read.
+    // No byte after the text is read.
     PageEnd text(row.text);
     EXPECT_EQ(valueOf(text.bytes(), row.section, row.key), row.value)
         << row.text << " / " << row.section << " / " << row.key;
@@ -119,7 +119,7 @@ TEST(FindValue, ValuesOfEveryLengthAreRead) {
     EXPECT_EQ(valueOf(text, "A", "x"), value);
     EXPECT_EQ(valueOf(text, "A", "y"), "1");
   }
-  // Even one that begins behind the characters that count for the key.
+  // Even one that begins after the characters that count for the key.
   const std::string key(1022, 'k');
   EXPECT_EQ(valueOf("[A]\r\n" + key + "=[v]=\r\n", "A", key), "[v]=");
   const std::string feeds =

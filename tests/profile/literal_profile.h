@@ -1,5 +1,5 @@
-// For tests/profile/ only: a model that reads and rewrites profiles one character at a time, by
-// states where the library searches.
+// For tests/profile/: a model that reads and rewrites profiles one character at a time, by states
+// where the library searches.
 #ifndef KORVEL_TESTS_PROFILE_LITERAL_PROFILE_H
 #define KORVEL_TESTS_PROFILE_LITERAL_PROFILE_H
 

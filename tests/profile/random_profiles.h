@@ -1,4 +1,4 @@
-// For tests/profile/ only: random files, names and values that meet every rule of the format often.
+// For tests/profile/: random files, names and values that meet every rule of the format often.
 #ifndef KORVEL_TESTS_PROFILE_RANDOM_PROFILES_H
 #define KORVEL_TESTS_PROFILE_RANDOM_PROFILES_H
 

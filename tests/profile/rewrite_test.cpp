@@ -50,7 +50,7 @@ TEST(RewriteKey, FollowsTheFormat) {
     Text value;
     std::string_view result;
   } kRows[] = {
-      // A new key is added behind its section's last line, a new section at the end.
+      // A new key is added after its section's last line, a new section at the end.
       {"[A]\r\nx=1\r\n", "A", "y", "2", "[A]\r\nx=1\r\ny=2\r\n"},
       {"[A]\r\nx=1\r\n", "B", "z", "3", "[A]\r\nx=1\r\n\r\n[B]\r\nz=3\r\n"},
       {"[A]\r\n", "A", "x", "1", "[A]\r\nx=1\r\n"},
@@ -89,7 +89,7 @@ TEST(RewriteKey, FollowsTheFormat) {
       // Any '[' ends the section.
       {"[A]\r\np=[1]\r\nx=2\r\n", "A", "x", "3", "[A]\r\nx=3\r\np=[1]\r\nx=2\r\n"},
       {"[A]\r\np=[1]\r\nx=2\r\n", "A", "p", "3", "[A]\r\np=3\r\nx=2\r\n"},
-      // Text behind ']' is kept.
+      // Text after ']' is kept.
       {"[A] note\r\nx=1\r\n", "A", "x", "2", "[A] note\r\nx=2\r\n"},
       // Every line then ends with "\r\n".
       {"[A]\rx=1\ry=2", "A", "x", "3", "[A]\r\nx=3\r\ny=2\r\n"},

@@ -23,7 +23,7 @@ namespace korvel::test {
 namespace {
 
 std::vector<std::string> keptLines;
-std::size_t mostLines = 0;  // 0: never
+std::size_t mostLines = 0;  // 0: no limit
 
 int keepLine(char *line) {
   keptLines.emplace_back(line);

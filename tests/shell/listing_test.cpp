@@ -146,7 +146,7 @@ TEST(FindFiles, TakesNamesOf255Bytes) {
   const Workspace folder;
   folder.makeFile(std::string(255, 'x'));
   EXPECT_EQ(find(folder.path(), 2, "xx").names, (Names{std::string(255, 'x')}));
-  // With a mark behind it, such a name no longer fits its row.
+  // With a mark after it, such a name no longer fits its row.
   folder.makeLink(std::string(255, 'y'), "nowhere");
   EXPECT_EQ(find(folder.path(), 2, "yy").names, (Names{std::string(255, 'y')}));
 }

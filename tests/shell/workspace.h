@@ -1,4 +1,4 @@
-// For tests/shell/ only: folders, tools, users and globals of one test, all restored at its end.
+// For tests/shell/: folders, tools, users and globals of one test, all restored at its end.
 #ifndef KORVEL_TESTS_SHELL_WORKSPACE_H
 #define KORVEL_TESTS_SHELL_WORKSPACE_H
 

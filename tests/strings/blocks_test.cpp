@@ -50,6 +50,7 @@ TEST(Blocks, OperationsWorkByteByByte) {
     unsigned high = 0;
     for (std::size_t k = 0; k < kBlock; ++k) high |= (a[k] & 0x80) != 0 ? 1U << k : 0U;
     EXPECT_EQ(x.mask(), high);
+    EXPECT_EQ(x.gatheredMask(), high);
   }
 }
 

@@ -1,4 +1,4 @@
-// For tests/strings/ only: memory between pages that cannot be read.
+// For tests/strings/: memory between pages that cannot be read.
 #ifndef KORVEL_TESTS_STRINGS_GUARDED_PAGES_H
 #define KORVEL_TESTS_STRINGS_GUARDED_PAGES_H
 

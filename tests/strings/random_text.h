@@ -1,4 +1,4 @@
-// For tests/strings/ only: random texts that repeat from run to run.
+// For tests/strings/: random texts that repeat from run to run.
 #ifndef KORVEL_TESTS_STRINGS_RANDOM_TEXT_H
 #define KORVEL_TESTS_STRINGS_RANDOM_TEXT_H
 

@@ -57,7 +57,7 @@ TEST(PutTwoNuls, CutsTheTextWhereThereIsNoRoom) {
       {3, {"a\0\0", 3}},        {2, {"\0\0", 2}},     {1, {"\0", 1}},
   };
   for (const auto &c : kCases) {
-    // The text may be longer than the capacity: the bytes behind it do not change.
+    // The text may be longer than the capacity: the bytes after it do not change.
     std::string bytes("abcd\0\x5A\x5A\x5A", 8);
     ChCh_Put_00(bytes.data(), c.capacity);
     EXPECT_EQ(std::string_view(bytes).substr(0, c.left.size()), c.left) << c.capacity;

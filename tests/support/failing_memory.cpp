@@ -10,7 +10,7 @@
 namespace korvel::test {
 namespace {
 
-constinit int g_left = 0;  // allocations up to the failing one; 0 for none
+constinit int allocationsLeft = 0;  // up to the failing one; 0 for none
 
 bool isOfToolkit(const void *caller) {
   Dl_info info{};
@@ -20,16 +20,16 @@ bool isOfToolkit(const void *caller) {
 }
 
 void *allocate(std::size_t size, const void *caller) {
-  if (g_left > 0 && !isOfToolkit(caller) && --g_left == 0) throw std::bad_alloc();
+  if (allocationsLeft > 0 && !isOfToolkit(caller) && --allocationsLeft == 0) throw std::bad_alloc();
   if (void *block = std::malloc(size == 0 ? 1 : size)) return block;
   throw std::bad_alloc();
 }
 
 }  // namespace
 
-FailingMemory::FailingMemory(int n) { g_left = n; }
-FailingMemory::~FailingMemory() { g_left = 0; }
-bool FailingMemory::hasFailed() const { return g_left == 0; }
+FailingMemory::FailingMemory(int n) { allocationsLeft = n; }
+FailingMemory::~FailingMemory() { allocationsLeft = 0; }
+bool FailingMemory::hasFailed() const { return allocationsLeft == 0; }
 
 }  // namespace korvel::test
 

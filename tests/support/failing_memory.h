@@ -1,4 +1,4 @@
-// For all tests: memory that runs out at the n-th allocation of the library's own code.
+// For tests/: memory that runs out at the n-th allocation of the library's own code.
 #ifndef KORVEL_TESTS_SUPPORT_FAILING_MEMORY_H
 #define KORVEL_TESTS_SUPPORT_FAILING_MEMORY_H
 

@@ -1,4 +1,4 @@
-// For all tests: a process that may start no other.
+// For tests/: a process that may start no other.
 #ifndef KORVEL_TESTS_SUPPORT_NO_PROCESSES_H
 #define KORVEL_TESTS_SUPPORT_NO_PROCESSES_H
 

@@ -1,4 +1,4 @@
-// For all tests: bytes that end where the readable memory ends.
+// For tests/: bytes that end where the readable memory ends.
 #ifndef KORVEL_TESTS_SUPPORT_PAGE_END_H
 #define KORVEL_TESTS_SUPPORT_PAGE_END_H
 

@@ -1,4 +1,4 @@
-// For all tests: a buffer that proves what a function wrote and what it left alone.
+// For tests/: a buffer that proves what a function wrote and what it left alone.
 #ifndef KORVEL_TESTS_SUPPORT_POISONED_BUFFER_H
 #define KORVEL_TESTS_SUPPORT_POISONED_BUFFER_H
 
@@ -15,7 +15,7 @@ class PoisonedBuffer {
  public:
   explicit PoisonedBuffer(std::size_t capacity)
       : capacity_(capacity), bytes_(capacity + 2 * kGuard, kPoison) {}
-  // Holds `text` and its terminator; what is behind stays poisoned.
+  // Holds `text` and its terminator; what is after that stays poisoned.
   PoisonedBuffer(std::size_t capacity, std::string_view text) : PoisonedBuffer(capacity) {
     std::copy(text.begin(), text.end(), data());
     if (text.size() < capacity) data()[text.size()] = '\0';
@@ -29,7 +29,7 @@ class PoisonedBuffer {
     const char *begin = bytes_.data() + kGuard;
     return {begin, static_cast<std::size_t>(std::find(begin, begin + capacity_, '\0') - begin)};
   }
-  // True while nothing before or behind the capacity was written.
+  // True while nothing before or after the capacity was written.
   bool guardsIntact() const {
     return std::all_of(bytes_.begin(), bytes_.begin() + kGuard, isPoison) &&
            std::all_of(bytes_.end() - kGuard, bytes_.end(), isPoison);

@@ -1,4 +1,4 @@
-// For all tests: whether the address sanitizer is there, which needs all the address space.
+// For tests/: whether the address sanitizer is there, which needs all the address space.
 #ifndef KORVEL_TESTS_SUPPORT_SANITIZER_H
 #define KORVEL_TESTS_SUPPORT_SANITIZER_H
 

@@ -219,7 +219,7 @@ int EditModel::ZRV_Libelle_NC_idem_delete(const char *table) {
 
 int EditModel::ZRV_Libelle_NC_set(int keyLength, int column, const char *text) {
   bool had = false;
-  // Bytes of the buffer behind its fields are not part of it.
+  // Bytes of the buffer after its fields are not part of it.
   store(rebuilt(SplitLine(boundBuffer()), keyLength, column, text, had), true);
   return had;
 }

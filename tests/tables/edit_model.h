@@ -1,5 +1,5 @@
-// For tests of tables: what editing and upkeep do, on the files of the model, byte by byte. An
-// edit reads the old file and writes the temporary one, line after line.
+// For tests/fuzz/ and tests/tables/: what editing and upkeep do, on the files of the model, byte by
+// byte. An edit reads the old file and writes the temporary one, line after line.
 #ifndef KORVEL_TESTS_TABLES_EDIT_MODEL_H
 #define KORVEL_TESTS_TABLES_EDIT_MODEL_H
 

@@ -1,4 +1,4 @@
-// For tests of table editing: what a call left on the disk and in the handle table.
+// For tests/tables/: what a call left on the disk and in the handle table.
 #ifndef KORVEL_TESTS_TABLES_EDITS_H
 #define KORVEL_TESTS_TABLES_EDITS_H
 

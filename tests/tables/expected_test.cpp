@@ -1,12 +1,14 @@
-// Edits and upkeep against files that are checked in. In tests/tables/expected, <case>.before is a
-// table, <case>.calls what is done to it, <case>.after the table afterwards, byte for byte. Each
-// call is a line: the result, the function, its arguments. "left" names the file that is left.
+// Edits and upkeep against files that are checked in.
 #include <filesystem>
 #include <fstream>
 #include <map>
 #include <sstream>
 
 #include "tests/tables/edits.h"
+
+// In tests/tables/expected, <case>.before is a table, <case>.calls what is done to it, <case>.after
+// the table afterwards, byte for byte. Each call is a line, its words separated by '|': the result,
+// the function, its arguments. "left" names the file that is left.
 
 namespace korvel {
 namespace {

@@ -194,7 +194,7 @@ TEST_F(Listing, TheWalkFollowsTheMarks) {
       {"a\rb\rc\r", {0, 0, 2}, {}},
       {"#DEBUT", {1, 2, 0}, {}},
       {"#DEBUT\r01,A\r02+B\n", {1, 2, 2}, {"01|A", "02|B"}},
-      // Lines behind the end mark count for the last line.
+      // Lines after the end mark count for the last line.
       {"#DEBUT\r01\r#FIN\rx\ry\r", {1, 2, 4}, {"01"}},
       {"#DEBUT\r01\r#FIN\r02\r#DEBUT\r03\r#FIN\r", {1, 2, 6}, {"01", "03"}},
       {"t\r#DEB?T\r01\r#F?N\r02\r", {1, 3, 4}, {"01"}},

@@ -564,7 +564,7 @@ TEST_F(DatedLookup, DateColumnsOutsideTheLineMeanNoPeriod) {
   }
 }
 
-// Kept: the first line gives its code for column 0, the ones behind it nothing.
+// Kept: the first line gives its code for column 0, the ones after it nothing.
 TEST_F(DatedLookup, ColumnZeroIsTheCodeOfTheFirstLineOnly) {
   EXPECT_EQ(lookUpDate("01", 0, "tarifs", 2, 19960101), (Answer{1, "01"}));
   EXPECT_EQ(lookUpDate("01", 0, "tarifs", 2, 20030101), (Answer{1, ""}));

@@ -1,5 +1,5 @@
-// For tests of tables: what the table functions do, written down byte by byte and without regard
-// to speed, on files that are texts in memory.
+// For tests/tables/: what the table functions do, written down byte by byte and without regard to
+// speed, on files that are texts in memory.
 //
 // A function of the model has the name of the library's and its arguments; it works on the model's
 // state and leaves the library's alone.
@@ -64,7 +64,7 @@ class TableModel {
   ModelHandles memoryHandles;
 
   // The number of bytes of the buffer that hold the current line with its terminators. The bytes
-  // behind them are unspecified.
+  // after them are unspecified.
   std::size_t bufferUsed() const { return bufferUsed_; }
 
   int ZRV_Libelle_NC(std::string_view key, int column, const char *table, char *out, int outSize);

@@ -32,7 +32,7 @@ TEST_F(TablePaths, ChosenDirectoryTakesTheNameAsItStands) {
     const char *path;
   } kCases[] = {
       {"Data:tables:", "actes.tab", "Data:tables:actes.tab"},
-      // Kept: no extension is added here, as the name is that of the file.
+      // Kept: no extension is added here, as the name is already the file's.
       {"Data:tables", "actes", "Data:tables:actes"},
       // It need not exist, and only one colon does not count.
       {"Nowhere", "actes.tab", "Nowhere:actes.tab"},

@@ -212,7 +212,7 @@ class RandomCalls : public test::Tables {
     heldMemory_.clear();
   }
 
-  // The bytes of a buffer behind the text: the same on both sides, or what was there before. A
+  // The bytes of a buffer after the text: the same on both sides, or what was there before. A
   // search writes the code of each line on its way in the model, of the last one in the library.
   enum class Behind { Same, Untouched };
 

@@ -99,7 +99,7 @@ TEST(RebuiltLine, KeepsWhatStandsFromTheFirstEmptyFieldOn) {
       {"07,Visite,,secret", 1, true, "07,NEW,,secret"},
       {"07,Visite,,secret", 2, false, "07,Visite,,secret"},
       {"07,Visite,,secret", 3, false, "07,Visite,,secret"},
-      // The separator before the empty field joins the fields, those behind it are as they were.
+      // The separator before the empty field joins the fields, those after it are as they were.
       {"07+Visite++a+b", 1, true, "07,NEW,+a+b"},
       {"07,Visite,", 1, true, "07,NEW,"},
       {"07,Visite,,", 1, true, "07,NEW,,"},

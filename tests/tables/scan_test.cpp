@@ -90,7 +90,7 @@ std::vector<Found> literalCandidates(const Pattern &pattern, LineEnds ends, cons
   return found;
 }
 
-// Lines of few different characters. With CrLf they begin with the LF behind the first CR, with Cr
+// Lines of few different characters. With CrLf they begin with the LF after the first CR, with Cr
 // with that CR itself.
 std::string randomStretch(std::mt19937 &random, LineEnds ends, std::size_t size) {
   constexpr std::string_view kCharacters = "aAbBc01,+?\xE9\x8E";

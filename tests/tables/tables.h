@@ -1,4 +1,4 @@
-// For tests of tables: a tables directory of their own, and the state as it was at the start.
+// For tests/tables/: a tables directory of their own, and the state as it was at the start.
 #ifndef KORVEL_TESTS_TABLES_TABLES_H
 #define KORVEL_TESTS_TABLES_TABLES_H
 
