@@ -19,9 +19,13 @@ bool isOfToolkit(const void *caller) {
   return has("/libQt6") || has("/plugins/");
 }
 
+void *allocateOrNull(std::size_t size, const void *caller) {
+  const bool fails = allocationsLeft > 0 && !isOfToolkit(caller) && --allocationsLeft == 0;
+  return fails ? nullptr : std::malloc(size == 0 ? 1 : size);
+}
+
 void *allocate(std::size_t size, const void *caller) {
-  if (allocationsLeft > 0 && !isOfToolkit(caller) && --allocationsLeft == 0) throw std::bad_alloc();
-  if (void *block = std::malloc(size == 0 ? 1 : size)) return block;
+  if (void *block = allocateOrNull(size, caller)) return block;
   throw std::bad_alloc();
 }
 
@@ -34,9 +38,16 @@ bool FailingMemory::hasFailed() const { return allocationsLeft == 0; }
 }  // namespace korvel::test
 
 using korvel::test::allocate;
+using korvel::test::allocateOrNull;
 
 void *operator new(std::size_t size) { return allocate(size, __builtin_return_address(0)); }
 void *operator new[](std::size_t size) { return allocate(size, __builtin_return_address(0)); }
+void *operator new(std::size_t size, const std::nothrow_t &) noexcept {
+  return allocateOrNull(size, __builtin_return_address(0));
+}
+void *operator new[](std::size_t size, const std::nothrow_t &) noexcept {
+  return allocateOrNull(size, __builtin_return_address(0));
+}
 void operator delete(void *block) noexcept { std::free(block); }
 void operator delete[](void *block) noexcept { std::free(block); }
 void operator delete(void *block, std::size_t) noexcept { std::free(block); }
