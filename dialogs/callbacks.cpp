@@ -1,6 +1,7 @@
 // The application's two callbacks, and the error text of the final one.
 #include "dialogs/callbacks.h"
 
+#include <bit>
 #include <cstdint>
 
 #include "base/views.h"
@@ -68,7 +69,7 @@ void endDefinition() {
 namespace {
 
 int endWithFinal(int first) {
-  const int result = callFinal(reinterpret_cast<WindowRef>(static_cast<std::intptr_t>(first)));
+  const int result = callFinal(std::bit_cast<WindowRef>(std::intptr_t{first}));
   endDefinition();
   return result;
 }

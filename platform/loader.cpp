@@ -32,7 +32,7 @@ std::string modulePath(std::string &problem) {
   if (chosen != nullptr && *chosen != '\0') return asPath(chosen);
   const std::string beside = libraryFolder();
   for (const std::string &folder : {beside, beside + "/korvel"}) {
-    const std::string path = folder + "/" + kModuleFile;
+    std::string path = folder + "/" + kModuleFile;
     if (isFile(path)) return path;
   }
   problem = std::string(kModuleFile) + " is neither in " + beside + " nor in " + beside + "/korvel";

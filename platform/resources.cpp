@@ -58,10 +58,10 @@ std::vector<std::string> defaultResourceFolders(const std::string &library) {
 }
 
 std::string findResource(std::string_view name, std::initializer_list<std::string_view> endings) {
-  const std::string own = findIn(applicationFolder(), name, endings);
+  std::string own = findIn(applicationFolder(), name, endings);
   if (!own.empty()) return own;
   for (const std::string &folder : defaultResourceFolders(libraryFolder())) {
-    const std::string path = findIn(folder, name, endings);
+    std::string path = findIn(folder, name, endings);
     if (!path.empty()) return path;
   }
   return {};

@@ -12,8 +12,8 @@ namespace korvel::shell {
 class Descriptor {
  public:
   explicit Descriptor(int number = -1) : number_(number) {}
-  Descriptor(Descriptor &&other) : number_(other.release()) {}
-  Descriptor &operator=(Descriptor &&other) {
+  Descriptor(Descriptor &&other) noexcept : number_(other.release()) {}
+  Descriptor &operator=(Descriptor &&other) noexcept {
     std::swap(number_, other.number_);
     return *this;
   }
@@ -22,7 +22,7 @@ class Descriptor {
   }
 
   int get() const { return number_; }
-  int release() { return std::exchange(number_, -1); }
+  int release() noexcept { return std::exchange(number_, -1); }
 
  private:
   int number_;

@@ -19,8 +19,6 @@
 #include "shell/descriptor.h"
 #include "shell/system.h"
 
-extern char **environ;
-
 namespace korvel::shell {
 namespace {
 

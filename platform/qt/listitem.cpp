@@ -206,6 +206,8 @@ void ListItem::keyboardSearch(const QString &typed) {
 }
 
 // Getting the focus selects nothing and makes no row the current one.
-void ListItem::focusInEvent(QFocusEvent *event) { QAbstractScrollArea::focusInEvent(event); }
+void ListItem::focusInEvent(QFocusEvent *event) {
+  QAbstractScrollArea::focusInEvent(event);  // NOLINT(bugprone-parent-virtual-call)
+}
 
 }  // namespace korvel::platform::qt

@@ -41,7 +41,7 @@ bool xServerAnswers() {
 }
 
 std::string waylandSocket() {
-  const std::string display = environment("WAYLAND_DISPLAY");
+  std::string display = environment("WAYLAND_DISPLAY");
   if (display.empty() || display.front() == '/') return display;
   return environment("XDG_RUNTIME_DIR") + "/" + display;
 }
@@ -71,7 +71,7 @@ QStringList pluginFolders() {
 
 bool servesPlatform(const QPluginLoader &plugin, const QString &platform) {
   const QJsonValue keys = plugin.metaData()[QLatin1String("MetaData")][QLatin1String("Keys")];
-  for (const QJsonValue &key : keys.toArray())
+  for (const auto &key : keys.toArray())
     if (key.toString().compare(platform, Qt::CaseInsensitive) == 0) return true;
   return false;
 }
