@@ -9,7 +9,8 @@ function(korvel_compile_settings target)
     POSITION_INDEPENDENT_CODE ON)
   target_compile_options(${target} PRIVATE
     -Wall -Wextra -Wpedantic -Wshadow -Wundef
-    $<$<COMPILE_LANGUAGE:CXX>:-Wnon-virtual-dtor -Woverloaded-virtual>
+    $<$<COMPILE_LANGUAGE:CXX>:-Wnon-virtual-dtor -Woverloaded-virtual
+      -Wredundant-decls -Wzero-as-null-pointer-constant>
     # The real codec gives the same digits on every machine only without fused operations.
     -ffp-contract=off)
   if(KORVEL_WARNINGS_AS_ERRORS)

@@ -8,11 +8,12 @@
 #include "tests/draw/literal_text.h"
 #include "tests/draw/module_fixture.h"
 #include "tests/draw/random_texts.h"
+#include "tests/support/sanitizer.h"
 
 namespace korvel::test {
 namespace {
 
-constexpr int kTexts = 200000;
+constexpr int kTexts = test::rounds(200000);
 constexpr int kTextsOnAnImage = 250;
 constexpr int kWidth = 120;
 constexpr int kHeight = 60;

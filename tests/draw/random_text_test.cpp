@@ -7,11 +7,12 @@
 #include "tests/draw/literal_text.h"
 #include "tests/draw/random_texts.h"
 #include "tests/platform/scripted_port.h"
+#include "tests/support/sanitizer.h"
 
 namespace korvel::test {
 namespace {
 
-constexpr int kTexts = 240000;
+constexpr int kTexts = test::rounds(240000);
 
 class RandomText : public DrawTest {
  protected:

@@ -11,6 +11,7 @@
 #include "tests/profile/literal_profile.h"
 #include "tests/profile/random_profiles.h"
 #include "tests/support/page_end.h"
+#include "tests/support/sanitizer.h"
 
 namespace {
 
@@ -179,7 +180,7 @@ TEST(FindValue, PassesOverNothingThatMatters) {
 
 TEST(FindValue, AgreesWithALiteralReaderOnRandomFiles) {
   RandomProfiles random(61);
-  for (int run = 0; run < 60000; ++run) {
+  for (int run = 0; run < korvel::test::rounds(60000); ++run) {
     const std::string file = random.file();
     const std::string section = random.section();
     const std::string key = random.key();

@@ -20,6 +20,7 @@
 #include "tests/profile/literal_profile.h"
 #include "tests/profile/random_profiles.h"
 #include "tests/support/poisoned_buffer.h"
+#include "tests/support/sanitizer.h"
 
 namespace {
 
@@ -524,7 +525,7 @@ class RandomCalls : public testing::Test {
 
 TEST_F(RandomCalls, AgreeWithTheLiteralRules) {
   for (; which_ < kPaths.size(); ++which_) newContent();
-  for (int call = 0; call < 100000; ++call) {
+  for (int call = 0; call < korvel::test::rounds(100000); ++call) {
     pickFile();
     switch (random_.below(20)) {
       case 0:

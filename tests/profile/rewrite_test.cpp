@@ -10,6 +10,7 @@
 #include "tests/profile/literal_profile.h"
 #include "tests/profile/random_profiles.h"
 #include "tests/support/page_end.h"
+#include "tests/support/sanitizer.h"
 
 namespace {
 
@@ -204,7 +205,7 @@ TEST(Rewrite, HandsRegularStretchesOnAsTheyAre) {
 
 TEST(Rewrite, AgreesWithALiteralWriterOnRandomFiles) {
   RandomProfiles random(6100);
-  for (int run = 0; run < 60000; ++run) {
+  for (int run = 0; run < korvel::test::rounds(60000); ++run) {
     const std::string file = random.file();
     const std::string section = random.section();
     const Text value = random.oneIn(3) ? Text() : Text(random.value());

@@ -1,4 +1,5 @@
-// For tests/: whether the address sanitizer is there, which needs all the address space.
+// For tests/: whether the address sanitizer is there, which needs all the address space and more
+// time.
 #ifndef KORVEL_TESTS_SUPPORT_SANITIZER_H
 #define KORVEL_TESTS_SUPPORT_SANITIZER_H
 
@@ -15,6 +16,10 @@ inline constexpr bool kUnderSanitizer = false;
 #else
 inline constexpr bool kUnderSanitizer = false;
 #endif
+
+// How many of a random test's rounds are run: the sanitizers make each several times as long, and
+// see what they look for in a part of them.
+constexpr int rounds(int all) { return kUnderSanitizer ? all / 8 : all; }
 
 }  // namespace korvel::test
 

@@ -9,6 +9,7 @@
 #include <dirent.h>
 #include <fcntl.h>
 
+#include "tests/support/sanitizer.h"
 #include "tests/tables/edit_model.h"
 #include "tests/tables/edits.h"
 
@@ -463,7 +464,7 @@ void RandomEdits::compareFolder(const std::string &folder) {
 }
 
 TEST_F(RandomEdits, AgreeWithTheModel) {
-  constexpr int kCalls = 16000;
+  constexpr int kCalls = test::rounds(8000);
   run(kCalls);
   EXPECT_EQ(calls_, kCalls);
   // Neither side of the comparison is always the failing one.

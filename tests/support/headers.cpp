@@ -1,0 +1,1 @@
+// For tests/: nothing, as a target must have a source: its headers are compiled for all tests.
