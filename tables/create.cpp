@@ -48,7 +48,8 @@ bool createInPlace(const TablePath &path, Pieces content) {
   constexpr mode_t kOpenToAll = 0777;
   WritingHandle handle;
   if (!handle.take(path.text)) return false;
-  const int file = files::openCreating(PosixPath(path.text).text(), O_EXCL, kOpenToAll);
+  const PosixPath posix(path.text);
+  const int file = files::openCreating(posix.text(), O_EXCL, kOpenToAll);
   if (file < 0) {
     handle.dropUnopened();
     return false;
@@ -56,6 +57,8 @@ bool createInPlace(const TablePath &path, Pieces content) {
   for (const std::string_view piece : content) {
     if (files::writeAll(file, piece.data(), piece.size()) != piece.size()) break;
   }
+  files::retried([file] { return fsync(file); });
+  files::syncFolderOf(posix.text(), file);
   close(file);
   return true;
 }
@@ -77,7 +80,7 @@ bool removeTable(const TablePath &path) {
   files::FileLock lock;
   static_cast<void>(lock.take(posix.text()));
   // Kept: the removal's own result does not count.
-  std::remove(posix.text());
+  if (std::remove(posix.text()) == 0) files::syncFolderOf(posix.text(), lock.descriptor());
   return true;
 }
 
