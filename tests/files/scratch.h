@@ -13,6 +13,7 @@
 #include <vector>
 
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace korvel::test {
 
@@ -40,6 +41,33 @@ inline mode_t modeOf(const std::string &path) {
   stat(path.c_str(), &status);
   return status.st_mode & 07777;
 }
+
+// As long as it lives, new scratch folders are in that folder, if files can be made there.
+class ScratchPlace {
+ public:
+  explicit ScratchPlace(const std::string &folder) {
+    const char *now = std::getenv("TMPDIR");
+    if (now != nullptr) before_ = now;
+    if (access(folder.c_str(), W_OK | X_OK) == 0) setenv("TMPDIR", folder.c_str(), 1);
+  }
+  ~ScratchPlace() {
+    if (before_.empty()) {
+      unsetenv("TMPDIR");
+    } else {
+      setenv("TMPDIR", before_.c_str(), 1);
+    }
+  }
+  ScratchPlace(const ScratchPlace &) = delete;
+  ScratchPlace &operator=(const ScratchPlace &) = delete;
+
+ private:
+  std::string before_;
+};
+
+// In memory, where a sync costs nothing, if the machine has such a place.
+struct MemoryDisk : ScratchPlace {
+  MemoryDisk() : ScratchPlace("/dev/shm") {}
+};
 
 // A folder of its own, removed with everything in it.
 class Scratch {

@@ -222,7 +222,10 @@ bool Disk::start(const Sectors &content, off_t size, const std::string &fuse,
 Disk::~Disk() {
   if (file_ >= 0) close(file_);
   if (!at_.empty()) umount2(at_.c_str(), MNT_DETACH);
-  if (server_ > 0) waitpid(server_, nullptr, 0);
+  if (server_ > 0) {
+    kill(server_, SIGKILL);
+    waitpid(server_, nullptr, 0);
+  }
   if (recording_ != nullptr) munmap(recording_, sizeof *recording_);
 }
 

@@ -3,10 +3,10 @@
 #define KORVEL_TESTS_POWER_POWER_H
 
 #include <cerrno>
-#include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <functional>
+#include <optional>
 #include <random>
 #include <set>
 #include <string>
@@ -63,12 +63,9 @@ class OnDisk {
   explicit OnDisk(const FileSystem &fileSystem)
       : fileSystem_(fileSystem), obstacle_(mounts_.obstacle()) {
     if (obstacle_.empty()) obstacle_ = begin();
-    if (obstacle_.empty()) setenv("TMPDIR", root().c_str(), 1);
+    if (obstacle_.empty()) scratch_.emplace(root());
   }
-  ~OnDisk() {
-    unsetenv("TMPDIR");
-    mounts_.unmount("live");
-  }
+  ~OnDisk() { mounts_.unmount("live"); }
   OnDisk(const OnDisk &) = delete;
   OnDisk &operator=(const OnDisk &) = delete;
 
@@ -119,6 +116,7 @@ class OnDisk {
   std::string obstacle_;
   Sectors formatted_;
   Disk disk_;
+  std::optional<ScratchPlace> scratch_;
 };
 
 // A call of the library that changes files.

@@ -114,6 +114,21 @@ TEST_F(Create, OnAFullDiskTheTableBeginsAsFarAsItGoes) {
   EXPECT_EQ(tableText("new"), "Actes\r\nVer");
 }
 
+// Also where the table could only be made in place.
+TEST_F(Create, ItsFolderReachesTheDiskBeforeTheAnswer) {
+  static int synced;
+  synced = 0;
+  files::replaceFault = [](ReplaceStep step) {
+    if (step == ReplaceStep::Folder) ++synced;
+    return step == ReplaceStep::Open ? EIO : 0;
+  };
+  EXPECT_EQ(ZRV_Table_create("new", "2", "Actes"), 1);
+  EXPECT_EQ(synced, 1);
+  EXPECT_EQ(ZRV_Table_remove("new"), 1);
+  EXPECT_EQ(synced, 2);
+  files::replaceFault = nullptr;
+}
+
 TEST_F(Create, OneThatComesTooLateLeavesTheOther) {
   Fault fault(ReplaceStep::Sync, 1, [&] {
     table("new", "other");

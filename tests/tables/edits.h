@@ -2,7 +2,6 @@
 #ifndef KORVEL_TESTS_TABLES_EDITS_H
 #define KORVEL_TESTS_TABLES_EDITS_H
 
-#include <cstdlib>
 #include <filesystem>
 #include <functional>
 #include <map>
@@ -14,29 +13,6 @@
 #include "tests/tables/tables.h"
 
 namespace korvel::test {
-
-// While it lives, scratch folders are in memory where the machine has such a place, as syncing
-// costs nothing there.
-class MemoryDisk {
- public:
-  MemoryDisk() {
-    const char *now = std::getenv("TMPDIR");
-    before_ = now == nullptr ? "" : now;
-    if (access("/dev/shm", W_OK | X_OK) == 0) setenv("TMPDIR", "/dev/shm", 1);
-  }
-  ~MemoryDisk() {
-    if (before_.empty()) {
-      unsetenv("TMPDIR");
-    } else {
-      setenv("TMPDIR", before_.c_str(), 1);
-    }
-  }
-  MemoryDisk(const MemoryDisk &) = delete;
-  MemoryDisk &operator=(const MemoryDisk &) = delete;
-
- private:
-  std::string before_;
-};
 
 // The files of a folder with their contents; a folder in it has "(folder)".
 inline std::map<std::string, std::string> filesIn(const std::string &folder) {

@@ -288,6 +288,20 @@ TEST_F(Header, ASymbolicLinkThatGetsTheNameOfAnotherTableReplacesThatOne) {
   EXPECT_EQ(test::entries(folder()), (std::vector<std::string>{"actes.tab", "new.tab"}));
 }
 
+// The folder of the table, and both of the link.
+TEST_F(Header, AfterARenamingEveryFolderReachesTheDisk) {
+  volumes_.file("shared.tab", unchanged());
+  mkdir((folder() + "/sub").c_str(), 0777);
+  mkdir((folder() + "/far").c_str(), 0777);
+  symlink("../../shared.tab", posixPath("sub/linked").c_str());
+  test::EachTime folders(ReplaceStep::Folder, [](int) {});
+  EXPECT_EQ(ZRV_Table_modify("sub:linked", "far:new", "3", "Titre"), 1);
+  EXPECT_EQ(content(posixPath("far/new")), changed());
+  EXPECT_EQ(folders.passages(), 3);
+  EXPECT_EQ(ZRV_Table_modify("actes", "sub:actes", "3", "Titre"), 1);
+  EXPECT_EQ(folders.passages(), 5);
+}
+
 // Only the link goes then.
 TEST_F(Header, ASymbolicLinkThatGetsANameOfItsTable) {
   for (const char *name : {"shared", "second"}) {
