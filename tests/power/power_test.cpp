@@ -6,16 +6,15 @@
 // read. So one run is cut off at many moments, and nothing goes on while a copy is taken.
 //
 // Such a disk is the most forgetful one that a file system can be used on: what was written since
-// the last flush is in its cache and is lost. So an answer counts only if everything was flushed
-// before it; a copy of the image file, which has what was written as well, would not show a flush
-// that is missing. Every such moment is looked at. At random moments any part of the cache has
-// reached the disk, in any order, as a disk may write it when it likes, and at some all of it,
-// which is what a copy of the image file is.
+// the last flush is in its cache, and is lost. So it is at the moment of each answer: the answer
+// counts only if everything was flushed before it. A copy of the image file, which has all that was
+// written, would not show a flush that is missing. At random moments any part of the cache has
+// reached the disk, in any order, as a disk may write when it likes: none of it at times, and at
+// times all of it, as in a copy of the image file.
 //
-// It does not stand for a disk that forgets what it was told to flush, that writes half of a
-// sector (of 4,096 bytes here) or breaks others when its power goes; nothing above it could help.
-// The mounts are stricter than the usual ones: ext4 writes no data of its own accord before a
-// rename or its journal.
+// It does not stand for a disk that loses what it was told to flush, that writes half of a sector
+// (of 4,096 bytes here) or breaks others when its power goes: no program could help there. ext4 is
+// mounted so that it writes no data of its own accord before a rename or its journal.
 #include "tests/power/power.h"
 
 #include <string>
