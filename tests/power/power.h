@@ -189,7 +189,7 @@ class Power : protected OnDisk, public Tables, public testing::WithParamInterfac
 
   // Any part of the cache has reached the disk, none and all of it included.
   static Sectors withSomeOf(const Sectors &cache, Sectors sectors, std::mt19937 &random) {
-    const unsigned quarters = random() % 5;
+    const auto quarters = random() % 5;
     for (const auto &[number, content] : cache)
       if (random() % 4 < quarters) sectors.insert_or_assign(number, content);
     return sectors;
