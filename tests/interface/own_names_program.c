@@ -12,7 +12,7 @@
 
 #include <korvel/korvel.h>
 
-#include "tests/interface/own_names_person.h"
+#include "tests/support/person_at_keys.h"
 
 static void *theirs(const char *name) {
   static void *library = 0;

@@ -1,23 +1,24 @@
-// Presses the keys that own_names_program asks for, by a timer that runs in all its dialogs.
-#include "tests/interface/own_names_person.h"
+// Presses the keys that a program asks for, one for each time that its dialogs wait.
+#include "tests/support/person_at_keys.h"
 
 #include <cstdio>
 #include <cstdlib>
 #include <string>
 
+#include <QAbstractEventDispatcher>
 #include <QApplication>
+#include <QElapsedTimer>
 #include <QTest>
-#include <QTimer>
 #include <QWidget>
 #include <QWindow>
 
 namespace {
 
-// How often a modal window may be seen waiting when there is no key left.
-constexpr int kPatience = 2000;
+// How long a modal window may wait when there is no key left, in milliseconds.
+constexpr int kPatience = 5000;
 
 std::string *toPress = nullptr;
-int waited = 0;
+QElapsedTimer sinceKeys;
 
 void press(QWindow *window, char key) {
   switch (key) {
@@ -29,21 +30,24 @@ void press(QWindow *window, char key) {
       return QTest::keyClick(window, Qt::Key_Space);
     case '\v':
       return QTest::keyClick(window, Qt::Key_Down);
+    case '\033':
+      return QTest::keyClick(window, Qt::Key_Escape);
     default:
       QTest::sendKeyEvent(QTest::Click, window, Qt::Key_unknown, QString(QLatin1Char(key)),
                           Qt::NoModifier);
   }
 }
 
+void giveUpAfterAWhile() {
+  if (sinceKeys.elapsed() < kPatience) return;
+  std::fputs("a window waits for a key\n", stderr);
+  std::_Exit(4);
+}
+
 void pressNext() {
-  QTimer::singleShot(1, pressNext);
   QWidget *window = QApplication::activeModalWidget();
   if (window == nullptr || !window->isActiveWindow()) return;
-  if (toPress->empty()) {
-    if (++waited < kPatience) return;
-    std::fputs("a window waits for a key\n", stderr);
-    std::_Exit(4);
-  }
+  if (toPress->empty()) return giveUpAfterAWhile();
   const char key = toPress->front();
   toPress->erase(0, 1);
   press(window->windowHandle(), key);
@@ -57,12 +61,14 @@ void startToolkit(int argc, char **argv) {
   setenv("KORVEL_UNSEEN", "1", 1);
   new QApplication(count, argv);
   toPress = new std::string;
-  QTimer::singleShot(1, pressNext);
+  // A key for each time that a dialog would wait: one that has ended does not wait any more.
+  QObject::connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock,
+                   qApp, pressNext, Qt::QueuedConnection);
 }
 
 void pressKeys(const char *keys) {
   *toPress += keys;
-  waited = 0;
+  sinceKeys.start();
 }
 
 int keysLeft() { return static_cast<int>(toPress->size()); }
