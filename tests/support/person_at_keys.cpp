@@ -14,11 +14,11 @@
 
 namespace {
 
-// How long a modal window may wait when there is no key left, in milliseconds.
-constexpr int kPatience = 5000;
+// How long a modal window may wait for a key when there is none left, in milliseconds.
+constexpr int kPatience = 10000;
 
 std::string *toPress = nullptr;
-QElapsedTimer sinceKeys;
+QElapsedTimer sinceLastKey;
 
 void press(QWindow *window, char key) {
   switch (key) {
@@ -39,7 +39,7 @@ void press(QWindow *window, char key) {
 }
 
 void giveUpAfterAWhile() {
-  if (sinceKeys.elapsed() < kPatience) return;
+  if (sinceLastKey.elapsed() < kPatience) return;
   std::fputs("a window waits for a key\n", stderr);
   std::_Exit(4);
 }
@@ -50,6 +50,7 @@ void pressNext() {
   if (toPress->empty()) return giveUpAfterAWhile();
   const char key = toPress->front();
   toPress->erase(0, 1);
+  sinceLastKey.start();
   press(window->windowHandle(), key);
 }
 
@@ -68,7 +69,7 @@ void startToolkit(int argc, char **argv) {
 
 void pressKeys(const char *keys) {
   *toPress += keys;
-  sinceKeys.start();
+  sinceLastKey.start();
 }
 
 int keysLeft() { return static_cast<int>(toPress->size()); }
