@@ -211,6 +211,24 @@ void separatedLists(Input &input) {
   require(Teste_item_szliste(open.data(), open.size(), run.data(), run.size()) == found);
 }
 
+// The items of a list that holds one at least, its empty ones included.
+std::vector<std::string> walked(const char *list) {
+  std::vector<std::string> items{list};
+  for (; ChCh_Is_00(list) == 0; items.emplace_back(list)) list = ChCh_Get_Next_Item(list);
+  return items;
+}
+
+void deleteOne(Input &input, char *list) {
+  std::vector<std::string> items = walked(list);
+  const auto n = input.ConsumeIntegralInRange<std::size_t>(0, items.size() - 1);
+  char *item = list;
+  for (std::size_t before = 0; before < n; ++before) item = ChCh_Get_Next_Item(item);
+  ChCh_Delete_Item(item);
+  items.erase(items.begin() + static_cast<std::ptrdiff_t>(n));
+  if (items.empty()) items.emplace_back();
+  require(walked(list) == items);
+}
+
 void stringLists(Input &input) {
   const std::string given = text(input, 200);
   const int room = sizeOf(given) + 2 + input.ConsumeIntegralInRange(0, 3);
@@ -219,21 +237,8 @@ void stringLists(Input &input) {
   ChCh_Put_00(list.data(), room);
   const char separator = input.PickValueInArray({'+', ';', 'a', '\xE9'});
   ChCh_Cut_sep(list.data(), separator);
-  int walked = 1;
-  char *item = list.data();
-  for (; ChCh_Is_00(item) == 0; item = ChCh_Get_Next_Item(item)) ++walked;
-  require(ChCh_Count_Item(list.data()) == walked);
-  require(item >= list.data() && item < list.data() + room);
-  if (input.ConsumeBool()) {
-    char *gone = list.data();
-    for (int n = input.ConsumeIntegralInRange(0, walked); n > 0; --n)
-      gone = ChCh_Get_Next_Item(gone);
-    ChCh_Delete_Item(gone);
-    require(ChCh_Count_Item(list.data()) ==
-                std::max(1, *gone != '\0' || walked > 1 ? walked - 1 : 1) ||
-            ChCh_Count_Item(list.data()) == walked);
-    return;
-  }
+  require(ChCh_Count_Item(list.data()) == static_cast<int>(walked(list.data()).size()));
+  if (input.ConsumeBool()) return deleteOne(input, list.data());
   ChCh_Bind_sep(list.data(), separator);
   const bool isWhole = given.find(std::string(2, separator)) == std::string::npos &&
                        (given.empty() || (given.front() != separator && given.back() != separator));
