@@ -4,13 +4,12 @@
 #include <string>
 #include <vector>
 
-#include <gtest/gtest-spi.h>
-
 #include <korvel/codecs.h>
 #include <korvel/dialogs.h>
 #include <korvel/messages.h>
 
 #include "tests/dialogs/dialog_fixture.h"
+#include "tests/fuzz/failures_aside.h"
 #include "tests/fuzz/target.h"
 
 namespace korvel::test {
@@ -423,17 +422,10 @@ class Run {
 }  // namespace
 }  // namespace korvel::test
 
-int LLVMFuzzerInitialize(int *, char ***) {
-  korvel::test::useMemoryForFiles();
-  return 0;
-}
-
 int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
   using namespace korvel::test;
   // A step that finds no item to act on is no failure here.
-  testing::TestPartResultArray unfit;
-  const testing::ScopedFakeTestPartResultReporter taken(
-      testing::ScopedFakeTestPartResultReporter::INTERCEPT_ONLY_CURRENT_THREAD, &unfit);
+  const FailuresAside aside;
   Input input(data, size);
   Run run(input);
   run.describe();

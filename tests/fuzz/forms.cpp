@@ -61,8 +61,3 @@ int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
   paint();
   return 0;
 }
-
-int LLVMFuzzerInitialize(int *, char ***) {
-  korvel::test::useMemoryForFiles();
-  return 0;
-}

@@ -7,11 +7,10 @@
 #include <tuple>
 #include <vector>
 
-#include <gtest/gtest-spi.h>
-
 #include <korvel/korvel.h>
 
 #include "tests/files/volumes.h"
+#include "tests/fuzz/failures_aside.h"
 #include "tests/fuzz/target.h"
 #include "tests/platform/scripted_desktop.h"
 #include "tests/support/page_end.h"
@@ -514,17 +513,10 @@ const std::vector<Call> &everything() {
 }  // namespace
 }  // namespace korvel::test
 
-int LLVMFuzzerInitialize(int *, char ***) {
-  korvel::test::useMemoryForFiles();
-  return 0;
-}
-
 int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
   using namespace korvel::test;
   // A dialog that nobody expected ends at once, and is no failure here.
-  testing::TestPartResultArray unexpected;
-  const testing::ScopedFakeTestPartResultReporter taken(
-      testing::ScopedFakeTestPartResultReporter::INTERCEPT_ONLY_CURRENT_THREAD, &unexpected);
+  const FailuresAside aside;
   Input input(data, size);
   const Volumes volumes;
   volumes.file("t.tab", "Actes\r\nVersion: 2\r\n#DEBUT\r\n01,Garde\r\n02,Visite\r\n#FIN\r\n");

@@ -36,8 +36,3 @@ int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
   draw(*picture, -3);
   return 0;
 }
-
-int LLVMFuzzerInitialize(int *, char ***) {
-  korvel::test::useMemoryForFiles();
-  return 0;
-}

@@ -112,11 +112,6 @@ class Profile {
 }  // namespace
 }  // namespace korvel::test
 
-int LLVMFuzzerInitialize(int *, char ***) {
-  korvel::test::useMemoryForFiles();
-  return 0;
-}
-
 int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
   korvel::test::Input input(data, size);
   korvel::test::Profile profile(input);

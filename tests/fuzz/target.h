@@ -17,9 +17,15 @@
 #include <fuzzer/FuzzedDataProvider.h>
 #include <unistd.h>
 
-// Called once before the first input, where a program has it; and for each input.
-extern "C" int LLVMFuzzerInitialize(int *argc, char ***argv);
+// Called for each input.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size);
+
+// Called once before the first: scratch folders made afterwards stand in memory where the machine
+// has such a place.
+extern "C" [[gnu::used]] inline int LLVMFuzzerInitialize(int *, char ***) {
+  if (access("/dev/shm", W_OK | X_OK) == 0) setenv("TMPDIR", "/dev/shm", 1);
+  return 0;
+}
 
 namespace korvel::test {
 
@@ -77,11 +83,6 @@ class Exactly {
   int size_;
   std::unique_ptr<char[]> bytes_;
 };
-
-// Scratch folders made afterwards stand in memory where the machine has such a place.
-inline void useMemoryForFiles() {
-  if (access("/dev/shm", W_OK | X_OK) == 0) setenv("TMPDIR", "/dev/shm", 1);
-}
 
 }  // namespace korvel::test
 
