@@ -4,6 +4,7 @@
 #include <map>
 #include <string>
 
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <QElapsedTimer>
@@ -55,7 +56,8 @@ class ScreenHand final : public Hand, private QObject {
     int commands[2], answers[2];
     EXPECT_EQ(pipe(commands), 0);
     EXPECT_EQ(pipe(answers), 0);
-    if (fork() == 0) {
+    program_ = fork();
+    if (program_ == 0) {
       dup2(commands[0], STDIN_FILENO);
       dup2(answers[1], STDOUT_FILENO);
       for (const int end : {commands[0], commands[1], answers[0], answers[1]}) close(end);
@@ -72,6 +74,7 @@ class ScreenHand final : public Hand, private QObject {
   ~ScreenHand() override {
     std::fclose(commands_);
     std::fclose(answers_);
+    waitpid(program_, nullptr, 0);
   }
   ScreenHand(const ScreenHand &) = delete;
   ScreenHand &operator=(const ScreenHand &) = delete;
@@ -140,6 +143,7 @@ class ScreenHand final : public Hand, private QObject {
     return false;
   }
 
+  pid_t program_ = -1;
   std::FILE *commands_;
   std::FILE *answers_;
   int releases_ = 0;
