@@ -81,6 +81,8 @@ bool readAgain(FieldChoice choice, const char *table, Out out) {
   TableWalk walk;
   if (!walk.open(table)) return false;
   const bool found = walk.find(NumberTest(ZRV_Libelle_NC_il));
+  // As for a table that cannot be opened: the line is read from it at its next use.
+  if (!found && !walk.isWhole()) return false;
   ZRV_Libelle_NC_read = 1;
   if (found) {
     storeSplit(walk.kept());

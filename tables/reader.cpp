@@ -80,7 +80,7 @@ bool TableReader::start(int file, Slots slots) {
   file_ = file;
   descriptor_ = DATA_FILE_TAB[file].reference;
   size_ = DATA_FILE_TAB[file].size;
-  if (slots == Slots::File) measure();
+  if (slots == Slots::File || size_ == 0) measure();
   const bool complete = (slots == Slots::File || (memory_ = files::openMemoryFile(0, 0)) >= 0) &&
                         (slots == Slots::Memory ? load() : takeBuffer());
   if (!complete) close();

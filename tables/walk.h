@@ -52,6 +52,9 @@ class TableWalk {
   // last line. To be called once.
   bool find(const LineTest &test);
 
+  // False once the table could not be read to its end.
+  bool isWhole() const { return reader_.isWhole(); }
+
   // The line at which the walk stopped: its number, or 0 when the table has none, and its kept
   // characters, valid during the walk's life.
   int line() const { return line_; }
