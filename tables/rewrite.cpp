@@ -171,9 +171,13 @@ TableRewrite::TableRewrite(const TablePath &path, const TablePath &newPath)
     : colonPath_(path),
       path_(path.text),
       newPath_(newPath.text),
-      move_(std::strcmp(path.text, newPath.text) == 0 ? Move::Nothing
-            : isLink(path_.text())                    ? Move::Link
-                                                      : Move::File) {}
+      move_(std::strcmp(path.text, newPath.text) == 0 ? Move::Nothing : moveOfEntry()) {}
+
+TableRewrite::Move TableRewrite::moveOfEntry() const {
+  struct stat entry;
+  if (lstat(path_.text(), &entry) != 0) return Move::Unknown;
+  return S_ISLNK(entry.st_mode) ? Move::Link : Move::File;
+}
 
 TableRewrite::Result TableRewrite::run(LineEdit &edit) {
   for (int attempt = 1;; ++attempt) {
@@ -198,6 +202,7 @@ bool TableRewrite::begin() {
   if (!colonPath_) return false;
   const bool isOurs = takeLocks();
   if (!reader_.open(colonPath_.text, Slots::File) || !isOurs) return false;
+  if (move_ == Move::Unknown) return false;
   if (fstat(lock_.descriptor(), &asRead_) != 0) return false;
   reader_.readThrough(lock_.descriptor());
   if (openTemporary()) return openTarget();
@@ -285,6 +290,7 @@ bool TableRewrite::commit() {
     case Move::Link:
       return moveLink();
     case Move::Nothing:
+    case Move::Unknown:
       break;
   }
   return true;

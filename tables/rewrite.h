@@ -100,9 +100,10 @@ class TableRewrite {
 
  private:
   // What gets the new path: nothing, as it is the old path; the file; or the symbolic link that the
-  // table is, while its file stays where it is.
-  enum class Move { Nothing, File, Link };
+  // table is, while its file stays where it is. Unknown: the system does not tell which.
+  enum class Move { Nothing, File, Link, Unknown };
 
+  Move moveOfEntry() const;
   bool begin();
   bool takeLocks();
   bool takeTargetLock(files::Patience &patience);
