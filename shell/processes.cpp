@@ -8,6 +8,7 @@
 #include <korvel/shell.h>
 
 #include "base/guard.h"
+#include "base/posix.h"
 #include "shell/descriptor.h"
 #include "shell/invoke.h"
 #include "shell/processnames.h"
@@ -26,8 +27,9 @@ std::string processList() { return withWholeNames(Tool("ps -x -c", Flow::FromToo
 Descriptor fileOf(std::string_view text) {
   Descriptor file(memfd_create("korvel", MFD_CLOEXEC));
   for (std::size_t done = 0; done < text.size();) {
-    const ssize_t put =
-        pwrite(file.get(), text.data() + done, text.size() - done, static_cast<off_t>(done));
+    const ssize_t put = base::retried([&] {
+      return pwrite(file.get(), text.data() + done, text.size() - done, static_cast<off_t>(done));
+    });
     if (put <= 0) return Descriptor();
     done += static_cast<std::size_t>(put);
   }

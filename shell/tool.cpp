@@ -193,7 +193,7 @@ Tool::Tool(const char *command, Flow flow, Environment environment, int input) {
   if (!runsOnUnix()) return;
   // Opened before the pipe: if the application has no standard input, this takes its number instead
   // of an end of the pipe.
-  const Descriptor nothing(open(_PATH_DEVNULL, O_RDONLY | O_CLOEXEC));
+  const Descriptor nothing(base::retried([] { return open(_PATH_DEVNULL, O_RDONLY | O_CLOEXEC); }));
   Pipe pipe;
   StreamActions streams;
   const bool ready = flow == Flow::ToTool
