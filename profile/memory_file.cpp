@@ -43,7 +43,8 @@ bool InputFile::open(const char *path) {
 // Whether it is a regular file is known once it is open; until then opening a pipe must not wait
 // for the other end.
 bool InputFile::openAt(const char *posixPath) {
-  descriptor_ = ::open(posixPath, O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
+  descriptor_ = base::retried(
+      [&] { return ::open(posixPath, O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC); });
   return descriptor_ >= 0;
 }
 
