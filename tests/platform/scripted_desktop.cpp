@@ -376,7 +376,7 @@ class ScriptedDialog final : public platform::Dialog {
 
   void deliver(int item) {
     ++shown_->hits;
-    if (handler_->hit(item) == Run::Stop) hasStopped_ = true;
+    if (ScriptedDesktop::handOver(*handler_, item) == Run::Stop) hasStopped_ = true;
   }
 
  private:

@@ -143,6 +143,10 @@ class ScriptedDesktop : public platform::Desktop {
   // The picture files read, in order. A file holds its picture's size, as in "20x10".
   const std::vector<std::string> &picturesRead() const { return picturesRead_; }
 
+  // How a hit reaches the library; a test may put something around it.
+  static inline platform::Run (*handOver)(platform::HitHandler &handler, int item) =
+      [](platform::HitHandler &handler, int item) { return handler.hit(item); };
+
   int dialogsShown() const { return dialogsShown_; }
   bool isDialogOpen() const { return open_ > 0; }
   // Hits that the newest dialog has delivered.

@@ -1,0 +1,28 @@
+// Every function of the interface, while everything that it asks for is refused in turn.
+#include <gtest/gtest.h>
+
+#include "tests/faults/operations.h"
+
+namespace korvel::faults {
+namespace {
+
+// Returns the number of failures.
+int survive(std::span<const Operation> operations) {
+  int faults = 0;
+  for (const Operation &operation : operations) faults += surviveEveryFault(operation);
+  testing::Test::RecordProperty("faults", faults);
+  return faults;
+}
+
+TEST(Faults, OfTexts) { EXPECT_GE(survive(stringOperations()), 4); }
+TEST(Faults, OfNumbers) { EXPECT_EQ(survive(codecOperations()), 0); }
+TEST(Faults, OfDates) { EXPECT_EQ(survive(dateOperations()), 0); }
+TEST(Faults, OfFiles) { EXPECT_GE(survive(fileOperations()), 100); }
+TEST(Faults, OfTools) { EXPECT_GE(survive(shellOperations()), 100); }
+TEST(Faults, OfProfiles) { EXPECT_GE(survive(profileOperations()), 100); }
+TEST(Faults, OfTables) { EXPECT_GE(survive(tableOperations()), 100); }
+TEST(Faults, OfDrawing) { EXPECT_GE(survive(drawOperations()), 20); }
+TEST(Faults, OfDialogs) { EXPECT_GE(survive(dialogOperations()), 100); }
+
+}  // namespace
+}  // namespace korvel::faults
