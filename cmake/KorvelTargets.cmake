@@ -40,10 +40,16 @@ function(korvel_harden target)
   target_link_options(${target} PRIVATE -Wl,-z,relro -Wl,-z,now -Wl,-z,noexecstack)
 endfunction()
 
+# What is shipped makes no value narrower without saying so.
+function(korvel_narrow_knowingly target)
+  target_compile_options(${target} PRIVATE -Wconversion -Wno-sign-conversion)
+endfunction()
+
 # A library target of the project; further arguments are sources.
 function(korvel_target target type)
   add_library(${target} ${type} ${ARGN})
   korvel_compile_settings(${target})
+  korvel_narrow_knowingly(${target})
   korvel_harden(${target})
   # Public headers by <korvel/...>, private ones by their folder from the project's root.
   target_include_directories(${target} PRIVATE
