@@ -45,12 +45,21 @@ function(korvel_narrow_knowingly target)
   target_compile_options(${target} PRIVATE -Wconversion -Wno-sign-conversion)
 endfunction()
 
+# Each line of what is shipped is counted as it is written, whatever the tests are compiled for.
+function(korvel_count_lines target)
+  if(KORVEL_COVERAGE)
+    target_compile_options(${target} PRIVATE --coverage -O0 -fprofile-update=atomic)
+    target_link_options(${target} PUBLIC --coverage)
+  endif()
+endfunction()
+
 # A library target of the project; further arguments are sources.
 function(korvel_target target type)
   add_library(${target} ${type} ${ARGN})
   korvel_compile_settings(${target})
   korvel_narrow_knowingly(${target})
   korvel_harden(${target})
+  korvel_count_lines(${target})
   # Public headers by <korvel/...>, private ones by their folder from the project's root.
   target_include_directories(${target} PRIVATE
     ${PROJECT_SOURCE_DIR} ${PROJECT_SOURCE_DIR}/include)
