@@ -111,6 +111,7 @@ TEST(NextItem, StopsAtTheLastByGivingItAgain) {
 
 TEST(CountStrings, CountsOneAtLeast) {
   // Kept: an empty list counts as one item.
+  EXPECT_EQ(ChCh_Count_Item(nullptr), 1);
   EXPECT_EQ(ChCh_Count_Item(ListAtPageEnd({}).data()), 1);
   EXPECT_EQ(ChCh_Count_Item(ListAtPageEnd({"a"}).data()), 1);
   EXPECT_EQ(ChCh_Count_Item(ListAtPageEnd({"a", "b"}).data()), 2);
