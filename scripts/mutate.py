@@ -1,7 +1,7 @@
 """What scripts/mutate does; see there."""
 import collections
 import fcntl
-import hashlib
+import functools
 import json
 import os
 import pathlib
@@ -20,18 +20,20 @@ BUILD = TREE / 'build/release'
 NAMED = ROOT / 'scripts/mutate.named'
 SURVIVORS = HOME / 'survivors.json'
 
-FOLDERS = ['base', 'codecs', 'dates', 'dialogs', 'draw', 'files', 'messages', 'platform',
-           'platform/qt', 'profile', 'shell', 'strings', 'tables']
-# The folders under tests/ whose programs are run, where that is not the folder of the same name.
-TESTED_IN = {
-    'base': ['strings', 'codecs', 'files', 'profile', 'tables', 'draw', 'messages', 'dialogs'],
-    'platform/qt': ['platform', 'draw', 'dialogs', 'desktop'],
+# The quickest to build and test first.
+FOLDERS = ['strings', 'codecs', 'dates', 'dialogs', 'tables', 'messages', 'files', 'profile',
+           'shell', 'platform', 'base', 'draw', 'platform/qt']
+# The programs under tests/ that are run, where those are not the ones of the folder's name.
+TESTED_BY = {
+    'base': ['strings/strings_test', 'codecs/codecs_test', 'files/files_test',
+             'profile/profile_test', 'tables/tables_test', 'draw/draw_test',
+             'messages/messages_test', 'dialogs/dialogs_test'],
+    'platform': ['platform/platform_test'],
+    'platform/qt': ['platform/qt_module_test', 'draw/draw_module_test'],
 }
-# Programs that test only the means of tests, or take minutes.
-LEFT_OUT = {'scripted_desktop_test', 'accessibility_test', 'monkey_test'}
 SLOW = 1.0  # seconds; a test that takes longer runs after all others
 MEMORY = 8 << 30  # bytes of address space
-PROGRAM = re.compile(r'(?:korvel_(?:desktop_)?test|add_executable)\((\w+_test)\b')
+PROGRAM = re.compile(r'korvel_test\((\w+)')
 SANDBOX_FAILED = 99
 
 Mutant = collections.namedtuple('Mutant', 'file line old new')
@@ -120,7 +122,7 @@ def dropped_statements(code):
         start = head.end()
     rest = code[start:].rstrip()
     if any(kind.fullmatch(rest) for kind in (CALL, ASSIGNMENT, JUMP)):
-        yield start, start + len(rest), ';'
+        yield start, start + len(rest), '{}'
 
 
 def changes(code, line):
@@ -164,13 +166,12 @@ def folder_of(mutant):
     return mutant.file.rpartition('/')[0]
 
 
-def chosen(folders, seed):
-    """Every line of the folders once, in a random order, with one change of it."""
-    lines = [line for folder in folders for file in sources(folder)
-             for line in mutants_of(TREE, file).values()]
-    dice = random.Random(seed)
+def chosen(folder, seed):
+    """Every line of a folder once, in a random order, with one change of it."""
+    lines = [line for file in sources(folder) for line in mutants_of(TREE, file).values()]
+    dice = random.Random(f'{seed} {folder}')
     dice.shuffle(lines)
-    return (dice.choice(line) for line in lines)
+    return [dice.choice(line) for line in lines]
 
 
 # ---- What is named
@@ -213,17 +214,22 @@ def put(path, content):
 
 def copy_sources():
     files = set(run('git', 'ls-files', '-co', '--exclude-standard', cwd=ROOT).stdout.splitlines())
+    (TREE / 'build').mkdir(parents=True, exist_ok=True)
     for file in sorted(files):
         if (ROOT / file).is_file():
             put(TREE / file, (ROOT / file).read_bytes())
             shutil.copymode(ROOT / file, TREE / file)
-    for path in TREE.rglob('*'):
-        relative = path.relative_to(TREE)
-        if relative.parts[0] != 'build' and path.is_file() and str(relative) not in files:
-            path.unlink()
+    for folder, folders, names in os.walk(TREE):
+        if folder == str(TREE):
+            folders.remove('build')
+        for path in (pathlib.Path(folder, name) for name in names):
+            if str(path.relative_to(TREE)) not in files:
+                path.unlink()
 
 
 def configure():
+    if (BUILD / 'build.ninja').exists():
+        return
     # The toolkit's headers take longer to read than all else; they are read once.
     headers = HOME / 'headers.cmake'
     put(headers, b'cmake_language(DEFER DIRECTORY ${CMAKE_SOURCE_DIR} CALL\n'
@@ -273,17 +279,16 @@ def sandboxed(command, limit, results=None):
 class Program:
     """A program of tests: what it has, and how long that takes without a mutant."""
 
-    def __init__(self, folder, name):
-        self.name = name
-        screen = [str(TREE / 'scripts/with-screen')] if folder == 'desktop' else []
-        self.command = [*screen, str(BUILD / 'tests' / folder / name)]
+    def __init__(self, path):
+        self.name = path.rpartition('/')[2]
+        self.path = BUILD / 'tests' / path
         self.tests = {}  # name -> (source, seconds)
 
     def measure(self):
         report = HOME / f'{self.name}.report'
         if not report.exists() or report.stat().st_mtime < newest_test():
             sandboxed(['sh', '-c', '"$@" --gtest_output=json:report >/dev/null; cat report', 'sh',
-                       *self.command], 1800, report)
+                       self.path], 1800, report)
         for suite in json.loads(report.read_text())['testsuites']:
             for test in suite['testsuite']:
                 name = f'{suite["name"]}.{test["name"]}'
@@ -298,7 +303,7 @@ class Program:
     def status(self, tests):
         """What running some of the tests ends with; None when they do not end."""
         limit = 30 + 10 * sum(self.tests[test][1] for test in tests)
-        return sandboxed([*self.command, '--gtest_fail_fast',
+        return sandboxed([self.path, '--gtest_fail_fast',
                           '--gtest_filter=' + ':'.join(tests)], limit)
 
 
@@ -307,12 +312,10 @@ def newest_test():
 
 
 def programs_of(folder):
-    programs = []
-    for tested_in in TESTED_IN.get(folder, [folder]):
-        text = (TREE / 'tests' / tested_in / 'CMakeLists.txt').read_text()
-        programs += [Program(tested_in, name) for name in PROGRAM.findall(text)
-                     if name not in LEFT_OUT]
-    return programs
+    if folder in TESTED_BY:
+        return [Program(path) for path in TESTED_BY[folder]]
+    text = (TREE / 'tests' / folder / 'CMakeLists.txt').read_text()
+    return [Program(f'{folder}/{name}') for name in PROGRAM.findall(text)]
 
 
 def rounds(programs, mutant):
@@ -327,11 +330,16 @@ def rounds(programs, mutant):
                 yield program, tests
 
 
-def object_digests():
-    """Of every object of the library and its module."""
-    folders = (BUILD / 'CMakeFiles/korvel_core.dir', BUILD / 'platform/qt/CMakeFiles/korvel_qt.dir')
-    return {path: hashlib.sha1(path.read_bytes()).digest()
-            for folder in folders for path in folder.rglob('*.o')}
+LIBRARY = BUILD / 'CMakeFiles/korvel_core.dir'
+MODULE = BUILD / 'platform/qt/CMakeFiles/korvel_qt.dir'
+MODULE_FILE = BUILD / 'korvel-qt.so'
+
+
+def objects_of(file):
+    """What is compiled of a source; of a header that is left to the build."""
+    places = (LIBRARY / f'{file}.o', MODULE / f'{file.removeprefix("platform/qt/")}.o',
+              MODULE / '__' / f'{file.removeprefix("platform/")}.o')
+    return [place for place in places if place.exists()]
 
 
 # ---- What becomes of mutants
@@ -340,40 +348,117 @@ class Folder:
     """A folder of the library, its tests built and measured."""
 
     def __init__(self, name):
+        self.name = name
         self.programs = programs_of(name)
         built = self.build()
         if built.returncode:
             sys.exit(built.stdout[-4000:])
-        self.digests = object_digests()
         for program in self.programs:
             program.measure()
 
     def build(self):
-        # The module is always as the sources are, so that objects can be compared.
-        return run('ninja', '-j1', 'korvel_qt', *(program.name for program in self.programs),
-                   cwd=BUILD)
+        module = ['korvel_qt'] if self.name == 'platform/qt' else []
+        return run('ninja', '-j1', *module, *(program.name for program in self.programs), cwd=BUILD)
 
     def fate(self, mutant):
-        path = TREE / mutant.file
-        original = path.read_text()
-        lines = original.split('\n')
-        line = lines[mutant.line - 1]
-        lines[mutant.line - 1] = line.replace(mutant.old, mutant.new)
-        path.write_text('\n'.join(lines))
-        try:
-            if self.build().returncode:
+        change = OfSource(mutant) if objects_of(mutant.file) else OfHeader(mutant, self)
+        with change:
+            if not change.compiles():
                 return 'refused'
-            if object_digests() == self.digests:
+            if change.is_the_same_code():
                 return 'same'
             for program, tests in rounds(self.programs, mutant):
+                change.link(program)
                 status = program.status(tests)
                 if status == SANDBOX_FAILED:
                     sys.exit('the tests cannot be run apart from the rest of the system')
                 if status != 0:
                     return 'endless' if status is None else 'killed'
             return 'survived'
-        finally:
-            path.write_text(original)
+
+
+class Change:
+    """The copy with one line changed, for as long as a block lasts."""
+
+    def __init__(self, mutant):
+        self.mutant = mutant
+        self.path = TREE / mutant.file
+        self.original = self.path.read_text()
+
+    def __enter__(self):
+        lines = self.original.split('\n')
+        line = lines[self.mutant.line - 1]
+        lines[self.mutant.line - 1] = line.replace(self.mutant.old, self.mutant.new)
+        self.path.write_text('\n'.join(lines))
+
+    def __exit__(self, *_):
+        self.path.write_text(self.original)
+
+
+class OfHeader(Change):
+    """What depends on the header is left to the build."""
+
+    def __init__(self, mutant, folder):
+        super().__init__(mutant)
+        self.folder = folder
+
+    def compiles(self):
+        return self.folder.build().returncode == 0
+
+    def is_the_same_code(self):
+        return False
+
+    def link(self, program):
+        pass
+
+
+class OfSource(Change):
+    """Its one object is compiled, and what is run is linked, past the build, which notices nothing."""
+
+    def __init__(self, mutant):
+        super().__init__(mutant)
+        self.age = self.path.stat().st_mtime_ns
+        self.objects = {path: (path.read_bytes(), path.stat().st_mtime_ns)
+                        for path in objects_of(mutant.file)}
+        self.linked = set()
+
+    def compiles(self):
+        return all(repeat(path, warned=False) for path in self.objects)
+
+    def is_the_same_code(self):
+        return all(path.read_bytes() == content for path, (content, _) in self.objects.items())
+
+    def link(self, program):
+        wanted = {MODULE_FILE} if any(MODULE in path.parents for path in self.objects) else set()
+        if any(LIBRARY in path.parents for path in self.objects):
+            wanted.add(program.path)
+        for path in wanted - self.linked:
+            self.linked.add(path)
+            if not repeat(path):
+                sys.exit(f'cannot be linked: {path}')
+
+    def __exit__(self, *_):
+        super().__exit__()
+        os.utime(self.path, ns=(self.age, self.age))
+        for path, (content, age) in self.objects.items():
+            path.write_bytes(content)
+            os.utime(path, ns=(age, age))
+        for path in self.linked:
+            path.unlink()
+
+
+@functools.cache
+def command_of(path):
+    """The build's command that makes a file."""
+    return run('ninja', '-t', 'commands', '-s', path.relative_to(BUILD), cwd=BUILD).stdout
+
+
+def repeat(path, warned=True):
+    """Makes a file anew; whether that worked."""
+    command = command_of(path).removeprefix('ccache ')
+    if not warned:
+        command = command.replace(' -Werror ', ' -w ')
+    return run('sh', '-c', command, cwd=BUILD).returncode == 0
 
 
 def say(text):
@@ -384,27 +469,33 @@ def shown(mutant):
     return f'{mutant.file}:{mutant.line}\n    - {mutant.old}\n    + {mutant.new}'
 
 
-def judge(mutants, count):
-    """Tries mutants until so many were built; the survivors, after a table of all fates."""
-    known, folders, survivors = named(), {}, []
+def share(count, folders, seed):
+    """By folder: its mutants in random order, and how many of them are wanted, by its lines."""
+    mutants = {name: chosen(name, seed) for name in folders}
+    whole, behind, wanted = sum(map(len, mutants.values())), 0, {}
+    for name, own in mutants.items():
+        until = behind + len(own)
+        wanted[name] = count * until // whole - count * behind // whole
+        behind = until
+    return {name: (own, wanted[name]) for name, own in mutants.items()}
+
+
+def judge(shares):
+    """Tries each folder's mutants until so many were built; tells all, returns the survivors."""
+    known, survivors = named(), []
     fates = collections.defaultdict(collections.Counter)
-    tried = 0
-    for mutant in mutants:
-        if tried == count:
-            break
-        name = folder_of(mutant)
-        if (mutant.file, mutant.old, mutant.new) in known:
-            fate = 'named'
-        else:
-            if name not in folders:
-                folders[name] = Folder(name)
-            fate = folders[name].fate(mutant)
-        tried += fate not in ('refused', 'same')
-        fates[name][fate] += 1
-        say(f'{time.strftime("%H:%M:%S")} {tried} {fate}: {shown(mutant)}')
-        if fate == 'survived':
-            survivors.append(mutant)
-            SURVIVORS.write_text(json.dumps(survivors))
+    for name, (mutants, wanted) in shares.items():
+        folder = Folder(name) if wanted else None
+        for mutant in mutants:
+            if fates[name].total() - fates[name]['refused'] - fates[name]['same'] == wanted:
+                break
+            key = (mutant.file, mutant.old, mutant.new)
+            fate = 'named' if key in known else folder.fate(mutant)
+            fates[name][fate] += 1
+            say(f'{time.strftime("%H:%M:%S")} {fate}: {shown(mutant)}')
+            if fate == 'survived':
+                survivors.append(mutant)
+                SURVIVORS.write_text(json.dumps(survivors))
     SURVIVORS.write_text(json.dumps(survivors))
     tell(fates)
     return survivors
@@ -429,6 +520,13 @@ def at_lines(places):
         yield from mutants_of(TREE, file).get(int(line), [])
 
 
+def by_folder(mutants):
+    shares = {}
+    for mutant in mutants:
+        shares.setdefault(folder_of(mutant), []).append(mutant)
+    return {name: (own, len(own)) for name, own in shares.items()}
+
+
 def survivors_again():
     for file, _, old, new in json.loads(SURVIVORS.read_text()):
         found = [each for line in mutants_of(TREE, file).values() for each in line
@@ -450,11 +548,10 @@ def main(arguments):
         sys.exit(f'another run is working in {HOME}')
     copy_sources()
     configure()
-    count = None
     if arguments == ['--again']:
-        mutants = list(survivors_again())
+        shares = by_folder(survivors_again())
     elif arguments and ':' in arguments[0]:
-        mutants = list(at_lines(arguments))
+        shares = by_folder(at_lines(arguments))
     else:
         count = 400
         if arguments and arguments[0].isdigit():
@@ -462,8 +559,8 @@ def main(arguments):
         unknown = set(arguments) - set(FOLDERS)
         if unknown:
             sys.exit(f'no such folder: {", ".join(unknown)}')
-        mutants = chosen(arguments or FOLDERS, seed)
-    survivors = judge(mutants, count)
+        shares = share(count, arguments or FOLDERS, seed)
+    survivors = judge(shares)
     for mutant in survivors:
         say(f'survived: {shown(mutant)}')
     return 1 if survivors else 0
