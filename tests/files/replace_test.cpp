@@ -316,6 +316,28 @@ TEST(Replace, NoEndLeavesADescriptorOpen) {
   EXPECT_EQ(entries(scratch.path()), (std::vector<std::string>{"a", "loop"}));
 }
 
+// How many descriptors a tool would inherit that is started now.
+int inheritedDescriptors() {
+  int count = 0;
+  for (int descriptor = 0; descriptor < 1024; ++descriptor) {
+    const int flags = fcntl(descriptor, F_GETFD);
+    if (flags >= 0 && (flags & FD_CLOEXEC) == 0) ++count;
+  }
+  return count;
+}
+
+TEST(Replace, AToolThatIsStartedMeanwhileInheritsNothing) {
+  Scratch scratch;
+  const std::string file = scratch.file("a", "old");
+  const int before = inheritedDescriptors();
+  for (const bool named : {false, true}) {
+    Temporaries temporaries(named);
+    Replacement replacement;
+    ASSERT_TRUE(replacement.begin(file.c_str()));
+    EXPECT_EQ(inheritedDescriptors(), before) << named;
+  }
+}
+
 TEST(Replace, AFolderThatCannotBeSyncedStillHasTheNewFile) {
   Scratch scratch;
   const std::string file = scratch.file("a", "old");

@@ -78,10 +78,12 @@ TEST_F(Reader, InsideAnotherOneHasItsOwnBlocks) {
   ASSERT_TRUE(outer.open(file.c_str(), Slots::Memory));
   const std::string_view block = outer.next();
   table("u", "inner");
-  TableReader inner;
-  ASSERT_TRUE(inner.open("Data:tables:u.tab", Slots::FileAndMemory));
-  EXPECT_EQ(inner.next(), "inner");
-  EXPECT_EQ(block, "outer");
+  for (int i = 0; i < 2; ++i) {  // and gives back no others than those
+    TableReader inner;
+    ASSERT_TRUE(inner.open("Data:tables:u.tab", Slots::FileAndMemory));
+    EXPECT_EQ(inner.next(), "inner");
+    EXPECT_EQ(block, "outer") << i;
+  }
 }
 
 TEST_F(Reader, EndsWhereAFileIsCutShort) {
