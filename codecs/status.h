@@ -1,30 +1,34 @@
-// For codecs/, dates/ and dialogs/: the status codes of the conversions, as in the public header.
+// For codecs/, dates/ and dialogs/: the status codes of the conversions by what they mean inside.
+// They are ints, as both branches of a conditional have to be.
 #ifndef KORVEL_CODECS_STATUS_H
 #define KORVEL_CODECS_STATUS_H
+
+#include <korvel/codecs.h>
 
 namespace korvel::codecs {
 
 // Text to value.
-inline constexpr int kRead = 0;
-inline constexpr int kEmpty = 1;
-inline constexpr int kSignAlone = 2;
-inline constexpr int kNotDigit = 3;
-inline constexpr int kFractionNotDigit = 4;  // reals
-inline constexpr int kTooLarge = 4;          // integers
-inline constexpr int kExponentFailed = 4;    // reals: added to the code of the exponent
+inline constexpr int kRead = KorvelDoneStatus;
+inline constexpr int kEmpty = KorvelEmptyStatus;
+inline constexpr int kSignAlone = KorvelSignOnlyStatus;
+inline constexpr int kNotDigit = KorvelNoDigitStatus;
+inline constexpr int kFractionNotDigit = KorvelFractionStatus;
+inline constexpr int kTooLarge = KorvelTooLargeStatus;
+// Added to the code of the exponent.
+inline constexpr int kExponentFailed = KorvelExponentSignOnlyStatus - KorvelSignOnlyStatus;
 
 // Value to text.
-inline constexpr int kWritten = 0;
-inline constexpr int kBelowSafeSize = 1;
-inline constexpr int kDoesNotFit = 2;
+inline constexpr int kWritten = KorvelDoneStatus;
+inline constexpr int kBelowSafeSize = KorvelTightStatus;
+inline constexpr int kDoesNotFit = KorvelCutStatus;
 
 // Validators.
-inline constexpr int kAccepted = 0;
-inline constexpr int kBelowBound = 1;
+inline constexpr int kAccepted = KorvelDoneStatus;
+inline constexpr int kBelowBound = KorvelRefusedStatus;
 
 // Fixed-digit numbers.
-inline constexpr int kWrongWidth = 11;
-inline constexpr int kNegative = 12;
+inline constexpr int kWrongWidth = KorvelWidthStatus;
+inline constexpr int kNegative = KorvelNegativeStatus;
 
 }  // namespace korvel::codecs
 
