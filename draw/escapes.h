@@ -60,9 +60,8 @@ constexpr EscapeCode kEscapeCodes[] = {
     {KorvelWidePenEscape, {Effect::SetPen, 2}},
     {KorvelLineEscape, {Effect::Line, 1}},
     {KorvelWideLineEscape, {Effect::Line, 2}},
-    // The pen again.
-    {211, {Effect::SetPen, 1}},
-    {212, {Effect::SetPen, 2}},
+    {KorvelOtherPenEscape, {Effect::SetPen, 1}},
+    {KorvelOtherWidePenEscape, {Effect::SetPen, 2}},
     {KorvelFrameEscape, {Effect::Frame, 1}},
     {KorvelWideFrameEscape, {Effect::Frame, 2}},
 };
