@@ -12,7 +12,7 @@ namespace korvel::shell {
 namespace {
 
 constexpr int kLastClassicVersion = 0x0FFF;
-constexpr int kNoBundle = -4960;
+constexpr int kNoBundle = KorvelNoBundleStatus;
 
 void *openBundle(std::string_view name) {
   return name == "System.framework" ? dlopen(LIBC_SO, RTLD_LAZY | RTLD_LOCAL) : nullptr;
