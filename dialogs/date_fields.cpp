@@ -48,7 +48,7 @@ int dateOf(int day, int month, int year) {
 }
 
 int readDate(char *text, int *value) {
-  constexpr int kNoCalendarDate = 2;
+  constexpr int kNoCalendarDate = KorvelNoDayStatus;
   const int status = codecs::readIntegerFrom(0, text, codecs::kLimit32, value);
   return status == 0 && !dates::isCalendarDate(*value) ? kNoCalendarDate : status;
 }
