@@ -24,7 +24,7 @@ namespace {
 
 constexpr int kLeastCapacity = 4096;
 constexpr int kLeastGrowth = 4096;
-constexpr int kOpen = 2;
+constexpr int kOpen = KorvelReadWriteMode;
 
 // A block of 0 bytes has an address too.
 std::size_t allocatedSize(int size) { return static_cast<std::size_t>(std::max(size, 1)); }

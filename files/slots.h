@@ -9,7 +9,7 @@
 namespace korvel::files {
 
 constexpr int kSlots = 5;
-constexpr int kFreeSlot = -1;  // mode of a slot that is not in use
+constexpr int kFreeSlot = KorvelFreeMode;
 
 // Some failures inside the library leave a slot in use whose handle no application knows. It is the
 // library's own until the application changes it; `left` is the slot as it was left.
