@@ -13,6 +13,7 @@
 
 #include <korvel/tables.h>
 
+#include "base/posix.h"
 #include "files/lock.h"
 #include "files/paths.h"
 #include "files/replace.h"
@@ -54,7 +55,7 @@ void createInPlace(const TablePath &path, Pieces content) {
   for (const std::string_view piece : content) {
     if (files::writeAll(file, piece.data(), piece.size()) != piece.size()) break;
   }
-  files::retried([file] { return fsync(file); });
+  base::retried([file] { return fsync(file); });
   files::syncFolderOf(posix.text(), file);
   close(file);
 }
