@@ -8,6 +8,7 @@
 
 #include <korvel/files.h>
 
+#include "base/posix.h"
 #include "files/paths.h"
 #include "files/transfer.h"
 
@@ -27,7 +28,7 @@ int openWithoutWaiting(const char *path, int read, int write) {
   if (read < 1) return openCreating(path, O_TRUNC | kWithoutWaiting, kOpenToAll);
   if (write < 1 && !isRegularFile(path)) return -1;
   const int access = write < 1 ? O_RDONLY : O_RDWR;
-  return retried([&] { return open(path, access | kWithoutWaiting | O_CLOEXEC); });
+  return base::retried([&] { return open(path, access | kWithoutWaiting | O_CLOEXEC); });
 }
 
 int openDescriptor(const char *mac, int read, int write) {
@@ -39,11 +40,12 @@ int openDescriptor(const char *mac, int read, int write) {
 }
 
 int readSome(int descriptor, void *buffer, std::size_t count) {
-  return std::max(0, static_cast<int>(retried([&] { return read(descriptor, buffer, count); })));
+  return std::max(0,
+                  static_cast<int>(base::retried([&] { return read(descriptor, buffer, count); })));
 }
 
 int writeSome(int descriptor, const void *buffer, std::size_t count) {
-  return static_cast<int>(retried([&] { return write(descriptor, buffer, count); }));
+  return static_cast<int>(base::retried([&] { return write(descriptor, buffer, count); }));
 }
 
 int upperHalfOfLength(int descriptor) {
@@ -54,7 +56,7 @@ int upperHalfOfLength(int descriptor) {
 }
 
 int setLength(int descriptor, int length) {
-  if (retried([&] { return ftruncate(descriptor, length); }) != 0) return -1;
+  if (base::retried([&] { return ftruncate(descriptor, length); }) != 0) return -1;
   return lseek(descriptor, length, SEEK_SET) < 0 ? -1 : 0;
 }
 

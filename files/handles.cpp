@@ -13,6 +13,7 @@
 
 #include <korvel/files.h>
 
+#include "base/posix.h"
 #include "files/paths.h"
 #include "files/slots.h"
 #include "files/transfer.h"
@@ -30,12 +31,16 @@ constinit int highestReference = std::numeric_limits<decltype(FileSlot::referenc
 
 namespace {
 
-constexpr int kNoSlot = -1;
-constexpr int kRefused = -2;
-constexpr int kNoFlag = -3;
+constexpr int kNoSlot = KorvelNoSlotStatus;
+constexpr int kRefused = KorvelNotOpenedStatus;
+constexpr int kNoFlag = KorvelNoFlagStatus;
 constexpr int kFailed = -1;
 
-enum Mode { kReading = 0, kWriting = 1, kReadingAndWriting = 2 };
+enum Mode {
+  kReading = KorvelReadMode,
+  kWriting = KorvelWriteMode,
+  kReadingAndWriting = KorvelReadWriteMode
+};
 
 bool isSet(int flag) { return flag >= 1; }
 
@@ -46,7 +51,7 @@ bool hasBytes(const struct stat &status) {
 }
 
 int openExisting(const char *path, int access) {
-  return retried([&] { return open(path, access | O_NONBLOCK | O_NOCTTY | O_CLOEXEC); });
+  return base::retried([&] { return open(path, access | O_NONBLOCK | O_NOCTTY | O_CLOEXEC); });
 }
 
 // A file that may not be written may become writable by the change of mode. After any other error
@@ -189,7 +194,7 @@ int seek(FileSlot &slot, int offset) {
 }
 
 int setLength(FileSlot &slot, int length) {
-  if (retried([&] { return ftruncate(slot.reference, length); }) != 0) return kFailed;
+  if (base::retried([&] { return ftruncate(slot.reference, length); }) != 0) return kFailed;
   lseek(slot.reference, length, SEEK_SET);
   slot.position = length;
   return 0;

@@ -10,7 +10,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include "files/transfer.h"
+#include "base/posix.h"
 
 namespace korvel::files {
 
@@ -48,7 +48,7 @@ enum class Named { Ours, Another, Nothing };
 Named namedBy(const char *path, const struct stat &ours) {
   struct stat now;
   if (stat(path, &now) != 0) return Named::Nothing;
-  return isSameFile(now, ours) ? Named::Ours : Named::Another;
+  return base::isSameFile(now, ours) ? Named::Ours : Named::Another;
 }
 
 // Returns false when somebody else holds the lock throughout. Where the file system has no locks
@@ -62,7 +62,8 @@ bool lockWithin(Patience &patience, int file) {
 
 // Locks over a network need a descriptor for writing.
 int openRegular(const char *path, struct stat &status) {
-  const int file = retried([&] { return open(path, O_RDWR | O_NONBLOCK | O_NOCTTY | O_CLOEXEC); });
+  const int file =
+      base::retried([&] { return open(path, O_RDWR | O_NONBLOCK | O_NOCTTY | O_CLOEXEC); });
   if (file < 0) return -1;
   if (fstat(file, &status) == 0) {
     if (S_ISREG(status.st_mode)) return file;
@@ -77,7 +78,7 @@ int openRegular(const char *path, struct stat &status) {
 }  // namespace
 
 LockTry tryLock(int file) {
-  if (retried([&] { return flock(file, LOCK_EX | LOCK_NB); }) == 0) return LockTry::Taken;
+  if (base::retried([&] { return flock(file, LOCK_EX | LOCK_NB); }) == 0) return LockTry::Taken;
   // Shares that pass locks on may say either.
   return errno == EWOULDBLOCK || errno == EACCES ? LockTry::Held : LockTry::NoLocks;
 }

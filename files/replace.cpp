@@ -18,6 +18,7 @@
 #include <sys/xattr.h>
 #include <unistd.h>
 
+#include "base/posix.h"
 #include "files/lock.h"
 #include "files/transfer.h"
 
@@ -54,7 +55,7 @@ void closeIfOpen(int &descriptor) {
 bool cannotSync(int error) { return error == EINVAL || error == ENOTSUP || error == EROFS; }
 
 bool synced(int descriptor) {
-  return retried([&] { return fsync(descriptor); }) == 0 || cannotSync(errno);
+  return base::retried([&] { return fsync(descriptor); }) == 0 || cannotSync(errno);
 }
 
 // Whether the folder, not the file, is the obstacle.
@@ -93,7 +94,7 @@ bool isNameOf(int folder, const char *name, int file) {
   struct stat named;
   struct stat own;
   return fstatat(folder, name, &named, AT_SYMLINK_NOFOLLOW) == 0 && fstat(file, &own) == 0 &&
-         isSameFile(named, own);
+         base::isSameFile(named, own);
 }
 
 bool isOld(int folder, const char *name) {
@@ -112,7 +113,7 @@ bool isAbandoned(int folder, const char *name, int file) {
 
 // Locks over a network need a descriptor for writing.
 void removeIfAbandoned(int folder, const char *name) {
-  int file = retried([&] {
+  int file = base::retried([&] {
     return openat(folder, name, O_RDWR | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
   });
   if (file < 0 && errno == ENOENT) return;
@@ -135,7 +136,7 @@ void skipWritten(iovec *&first, int &count, std::size_t written) {
 bool gatheredWrite(int descriptor, iovec *first, int count) {
   while (count > 0) {
     if (faulty(ReplaceStep::Write)) return false;
-    const ssize_t written = retried([&] { return writev(descriptor, first, count); });
+    const ssize_t written = base::retried([&] { return writev(descriptor, first, count); });
     if (written <= 0) return false;
     skipWritten(first, count, static_cast<std::size_t>(written));
   }
@@ -230,7 +231,8 @@ int openFolderOf(const char *path) {
     std::memcpy(folder, path, length);
     folder[length] = '\0';
   }
-  const int descriptor = retried([&] { return open(folder, O_RDONLY | O_DIRECTORY | O_CLOEXEC); });
+  const int descriptor =
+      base::retried([&] { return open(folder, O_RDONLY | O_DIRECTORY | O_CLOEXEC); });
   if (descriptor >= 0 || errno != EACCES) return descriptor;
   return open(folder, O_PATH | O_DIRECTORY | O_CLOEXEC);
 }
@@ -238,7 +240,7 @@ int openFolderOf(const char *path) {
 // Errors are ignored: the content has its name.
 void syncFolder(int folder, int content) {
   if (faulty(ReplaceStep::Folder)) return;
-  if (retried([&] { return fsync(folder); }) != 0 && errno == EBADF) syncfs(content);
+  if (base::retried([&] { return fsync(folder); }) != 0 && errno == EBADF) syncfs(content);
 }
 
 // Copies the bytes [begin, end) to the same place in another file.
@@ -250,10 +252,10 @@ bool copyStretch(int from, int to, off_t begin, off_t end) {
   while (begin < end) {
     if (faulty(ReplaceStep::Overwrite)) return false;
     const auto wish = static_cast<std::size_t>(std::min(kBlock, end - begin));
-    const ssize_t got = retried([&] { return pread(from, block.get(), wish, begin); });
+    const ssize_t got = base::retried([&] { return pread(from, block.get(), wish, begin); });
     if (got <= 0) return false;
     for (ssize_t done = 0; done < got;) {
-      const ssize_t put = retried([&] {
+      const ssize_t put = base::retried([&] {
         return pwrite(to, block.get() + done, static_cast<std::size_t>(got - done), begin + done);
       });
       if (put <= 0) return false;
@@ -316,7 +318,7 @@ bool Replacement::openFolder() {
 bool Replacement::openOld(IfMissing ifMissing) {
   if (rules_.anew) return true;
   const auto openFor = [this](int access) {
-    return retried(
+    return base::retried(
         [&] { return openat(folder_, name_, access | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC); });
   };
   old_ = openFor(O_RDWR);
@@ -341,7 +343,8 @@ bool Replacement::openTemporary() {
   if (access(kDescriptors, X_OK) != 0) return openNamed();
   place_ = Place::Unnamed;
   if (!faulty(ReplaceStep::Temporary)) {
-    content_ = retried([&] { return openat(folder_, ".", O_TMPFILE | O_RDWR | O_CLOEXEC, 0600); });
+    content_ =
+        base::retried([&] { return openat(folder_, ".", O_TMPFILE | O_RDWR | O_CLOEXEC, 0600); });
   }
   if (content_ < 0) return hasNoUnnamedFiles(errno) && openNamed();
   tryLock(content_);
@@ -351,7 +354,7 @@ bool Replacement::openTemporary() {
 bool Replacement::openNamed() {
   place_ = Place::Named;
   return takeName([this] {
-    content_ = retried(
+    content_ = base::retried(
         [&] { return openat(folder_, temporary_, O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0600); });
     if (content_ < 0) return false;
     // Somebody may have removed it, as left over, before it was locked.
@@ -510,10 +513,10 @@ bool Replacement::overwrite() {
   const bool grown =
       size <= oldSize || (copyStretch(content_, old_, oldSize, size) && synced(old_));
   if (!grown || !overwriteBeginning(std::min(size, oldSize))) {
-    retried([&] { return ftruncate(old_, oldSize); });
+    base::retried([&] { return ftruncate(old_, oldSize); });
     return false;
   }
-  return retried([&] { return ftruncate(old_, size); }) == 0 && synced(old_);
+  return base::retried([&] { return ftruncate(old_, size); }) == 0 && synced(old_);
 }
 
 // The disk may still be full where the file has holes or its file system writes every block to a

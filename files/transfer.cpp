@@ -5,12 +5,14 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "base/posix.h"
+
 namespace korvel::files {
 
 std::size_t readAll(int descriptor, char *to, std::size_t count) {
   std::size_t done = 0;
   while (done < count) {
-    const ssize_t got = retried([&] { return read(descriptor, to + done, count - done); });
+    const ssize_t got = base::retried([&] { return read(descriptor, to + done, count - done); });
     if (got <= 0) break;
     done += static_cast<std::size_t>(got);
   }
@@ -20,7 +22,7 @@ std::size_t readAll(int descriptor, char *to, std::size_t count) {
 std::size_t writeAll(int descriptor, const char *from, std::size_t count) {
   std::size_t done = 0;
   while (done < count) {
-    const ssize_t put = retried([&] { return write(descriptor, from + done, count - done); });
+    const ssize_t put = base::retried([&] { return write(descriptor, from + done, count - done); });
     if (put <= 0) break;
     done += static_cast<std::size_t>(put);
   }
@@ -33,7 +35,7 @@ int openCreating(const char *path, int flags, mode_t mode) {
   struct stat status;
   const bool isThere = stat(path, &status) == 0;
   const int descriptor =
-      retried([&] { return open(path, O_WRONLY | O_CREAT | O_CLOEXEC | flags, mode); });
+      base::retried([&] { return open(path, O_WRONLY | O_CREAT | O_CLOEXEC | flags, mode); });
   if (descriptor >= 0 && !isThere) static_cast<void>(fchmod(descriptor, mode));
   return descriptor;
 }

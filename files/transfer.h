@@ -7,12 +7,7 @@
 
 #include <sys/types.h>
 
-#include "base/posix.h"
-
 namespace korvel::files {
-
-using base::isSameFile;
-using base::retried;
 
 // Both return the number of bytes, which is below `count` only at the end of the file or on an
 // error.
