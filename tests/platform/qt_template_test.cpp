@@ -794,6 +794,32 @@ TEST_F(QtTemplate, HugeAndDeepFormsAreRefused) {
   }
 }
 
+// As many as there may be, and one more.
+TEST_F(QtTemplate, AFormMayHaveAsMuchAsItsLimitsSay) {
+  const auto labels = [](int count) {
+    return form(kPair + repeated("<widget class=\"QLabel\" name=\"w\"/>", count));
+  };
+  const auto entries = [](int count) {
+    return form(kPair + widget("QComboBox", "c", repeated("<item/>", count)));
+  };
+  const auto rows = [](int count) {
+    return form(kPair + widget("QWidget", "w",
+                               "<layout class=\"QGridLayout\" name=\"g\"><item row=\"" +
+                                   std::to_string(count - 1) + "\" column=\"0\">" +
+                                   widget("QLabel", "l") + "</item></layout>"));
+  };
+  const struct {
+    std::string whole;
+    std::string oneMore;
+  } kCases[] = {{labels(2000 - 3), labels(2001 - 3)},
+                {entries(20000), entries(20001)},
+                {rows(200), rows(201)}};
+  for (const auto &[whole, oneMore] : kCases) {
+    EXPECT_TRUE(read(whole)) << problem_;
+    EXPECT_FALSE(read(oneMore)) << oneMore.substr(0, 600);
+  }
+}
+
 // ---- What is left out, and does no harm ----
 
 TEST_F(QtTemplate, NothingOfAFormTakesAnItemsRulesAway) {
