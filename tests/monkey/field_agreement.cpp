@@ -174,7 +174,7 @@ class FieldAgreement final : public Agreement {
 
   void checkDate(int i) const {
     bool hasError = false, hasAll = true, isEmpty = true;
-    long long date = 0;
+    unsigned long long date = 0;  // wraps, as the tables' arithmetic does
     for (const int factor : {1, 100, 10000}) {
       const std::string text = shown(kFirstDate + 3 * i +
                                      (factor == 1     ? 0
@@ -185,10 +185,10 @@ class FieldAgreement final : public Agreement {
       hasError |= isBlank ? i == kMandatory && text.empty() : !part.isWhole;
       hasAll &= !isBlank && part.value >= 1;
       isEmpty &= text.empty();
-      date += factor * static_cast<long long>(part.value);
+      date += static_cast<unsigned>(factor) * static_cast<unsigned long long>(part.value);
     }
     const bool isStored = !hasError && hasAll;
-    const int value = static_cast<int>(date);  // wraps as the tables' arithmetic does
+    const int value = static_cast<int>(date);
     EXPECT_EQ(DDB_bOK[i], !hasError && (!hasAll || isDay(value))) << "date " << i << ' ' << date;
     if (isStored && isDay(value)) {
       EXPECT_EQ(DDB_lDates[i], value);
