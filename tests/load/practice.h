@@ -58,7 +58,6 @@ class Practice {
 
  private:
   std::vector<Rounds> answered() const;
-  bool hold(const std::vector<Rounds> &rounds) const;
   std::vector<int> interrupted() const;
   void enter(const std::vector<Rounds> &rounds);
 
