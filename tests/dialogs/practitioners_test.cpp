@@ -337,6 +337,17 @@ TEST_F(Entries, AreDroppedBeyondTheMost) {
   EXPECT_STREQ(slots_, "");
 }
 
+TEST_F(Entries, AreDroppedWithoutALineOrInFrontOfTheTable) {
+  nbase = 0;
+  listeNoms(nullptr);
+  EXPECT_EQ(nbase, 0);
+  char line[] = "A\0B\0";
+  nbase = -1;
+  listeNoms(line);
+  EXPECT_EQ(nbase, -1);
+  EXPECT_STREQ(slots_, "");
+}
+
 TEST_F(Practitioners, EntriesOutsideACallDoNothing) {
   char line[] = "A\0B\0";
   nbase = 0;
@@ -348,8 +359,11 @@ TEST_F(Practitioners, EntriesOutsideACallDoNothing) {
 class Narrowing : public Practitioners {
  protected:
   int call(int item, int inUse = 1, int count = 2, int *out = nullptr, int capacity = 0) {
-    return DlgBoxGlobal_BAS(item, inUse, 100, TDB_pszBuffer, count, 0, 0, nullptr, 0, 0, 0, nullptr,
-                            0, 0, 0, nullptr, 0, 0, 0, nullptr, 0, out, capacity);
+    return callWith(TDB_pszBuffer, item, inUse, count, out, capacity);
+  }
+  int callWith(char **texts, int item, int inUse, int count, int *out, int capacity) {
+    return DlgBoxGlobal_BAS(item, inUse, 100, texts, count, 0, 0, nullptr, 0, 0, 0, nullptr, 0, 0,
+                            0, nullptr, 0, 0, 0, nullptr, 0, out, capacity);
   }
 };
 
@@ -371,6 +385,29 @@ TEST_F(Narrowing, AnswersForTheInitialsOnly) {
         EXPECT_EQ(out[0], ~100);
         EXPECT_EQ(out[1], 7);
         std::strcpy(TDB_pszBuffer[0], "");
+      })
+      .press(kCancel);
+  select();
+}
+
+TEST_F(Narrowing, WithoutTextsOrRoomForAnAnswerGives0) {
+  write({"A,One", "B,Two"});
+  expectDialog()
+      .check([&] {
+        char initials[] = "B";
+        char names[] = "kept";
+        char *withoutInitials[] = {nullptr, names};
+        char *withoutNames[] = {initials, nullptr};
+        int out = 7;
+        for (char **texts : {static_cast<char **>(nullptr), withoutInitials, withoutNames}) {
+          EXPECT_EQ(callWith(texts, 100, 1, 2, &out, 1), 0);
+        }
+        EXPECT_EQ(out, 7);
+        EXPECT_STREQ(names, "kept");
+        EXPECT_STREQ(*liste, "A\tOne$B\tTwo");
+        char *texts[] = {initials, names};
+        EXPECT_EQ(callWith(texts, 100, 1, 2, nullptr, 1), 0);
+        EXPECT_STREQ(*liste, "B\tTwo");
       })
       .press(kCancel);
   select();

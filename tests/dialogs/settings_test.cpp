@@ -102,6 +102,9 @@ TEST_F(Settings, NullButtonTextIsLeftAlone) {
   BOKDlgBox_textes(nullptr, "Non");
   EXPECT_STREQ(OK_sz1, "OK");
   EXPECT_STREQ(OK_sz2, "Non");
+  BOKDlgBox_textes("Oui", nullptr);
+  EXPECT_STREQ(OK_sz1, "Oui");
+  EXPECT_STREQ(OK_sz2, "Non");
 }
 
 TEST_F(Settings, DefaultButtonIsOneOrTwo) {
