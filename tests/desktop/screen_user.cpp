@@ -108,6 +108,8 @@ int Application::wait() {
   int status = 0;
   if (!waitUntil(30, [&] { return waitpid(process_, &status, WNOHANG) == process_; })) return -1;
   process_ = -1;
+  if (status != 0)
+    for (const std::string &line : errors()) std::fprintf(stderr, "%s\n", line.c_str());
   return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
 }
 
