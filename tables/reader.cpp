@@ -148,7 +148,8 @@ std::string_view TableReader::nextLines() {
     std::size_t size = next().size();
     if (size == 0) {
       begun_ = {};
-      if (begun.empty()) return {};
+      // What was begun when the reading broke off is no line.
+      if (begun.empty() || !isWhole_) return {};
       *block = kLineEnd;
       size = 1;
     }
