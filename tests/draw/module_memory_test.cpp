@@ -6,11 +6,13 @@
 #include <unistd.h>
 
 #include "tests/draw/module_fixture.h"
+#include "tests/faults/requests.h"
 #include "tests/platform/temporary_folder.h"
-#include "tests/support/failing_memory.h"
 
 namespace korvel::test {
 namespace {
+
+using faults::FailingMemory;
 
 class ModuleMemory : public ModuleTest {
  protected:

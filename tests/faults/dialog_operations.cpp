@@ -13,7 +13,8 @@
 namespace korvel::faults {
 namespace {
 
-using namespace place;
+using namespace korvel::test;
+using namespace korvel::faults::place;
 
 using Item = platform::ItemKind;
 

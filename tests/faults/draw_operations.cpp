@@ -9,7 +9,7 @@
 namespace korvel::faults {
 namespace {
 
-using namespace place;
+using namespace korvel::faults::place;
 
 CGrafPtr image;
 WindowRef window;

@@ -14,7 +14,7 @@
 namespace korvel::faults {
 namespace {
 
-using namespace place;
+using namespace korvel::faults::place;
 
 void putFile() { put("f", "content"); }
 // Handle 0 is a file open for everything, at 3.

@@ -11,8 +11,6 @@
 
 namespace korvel::faults {
 
-using namespace test;
-
 // What a call gave: its result, and what it left in its parameters and in globals. Made without a
 // request of any kind.
 class Answer {
@@ -95,7 +93,7 @@ void folder(const std::string &name);
 const char *posix(const std::string &name);
 // The content of a file there.
 std::string content(const std::string &name);
-ScriptedDesktop &desktop();
+test::ScriptedDesktop &desktop();
 
 }  // namespace place
 

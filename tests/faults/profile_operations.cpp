@@ -6,7 +6,7 @@
 namespace korvel::faults {
 namespace {
 
-using namespace place;
+using namespace korvel::faults::place;
 
 constexpr char kPath[] = "Data:p.ini";
 

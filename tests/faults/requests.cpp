@@ -45,7 +45,7 @@ struct Hook {
   const char *call;
   Instead::Act act;
 };
-std::vector<Hook> hooks;
+constinit std::vector<Hook> hooks;
 
 bool isOfToolkit(const void *caller) {
   Dl_info info{};
@@ -163,8 +163,8 @@ InLibrary::~InLibrary() { outside = before_; }
 namespace {
 
 bool failsToAllocate(const void *caller) {
-  if (!state.isArmed || outside != 0 || isOfToolkit(caller)) return false;
-  return struck(kMemory, {ENOMEM}) != 0;
+  if (outside != 0 || (!state.isArmed && hooks.empty()) || isOfToolkit(caller)) return false;
+  return refusal(kMemory, {ENOMEM}, {}) != 0;
 }
 
 }  // namespace
@@ -246,9 +246,20 @@ FAULTY(int, unlinkat, (int folder, const char *path, int flags), requestOf(folde
 
 // Openings, with their optional mode.
 #define OPENING EACCES, EIO, EMFILE, EINTR
-FAULTY(int, __open_2, (const char *path, int flags), requestOf(path), (path, flags), OPENING)
-FAULTY(int, __openat_2, (int folder, const char *path, int flags), requestOf(folder, path),
-       (folder, path, flags), OPENING)
+
+// As the compiler calls them where it cannot tell whether there is a mode.
+extern "C" int __real___open_2(const char *path, int flags);
+extern "C" int __wrap___open_2(const char *path, int flags);
+int __wrap___open_2(const char *path, int flags) {
+  return answered("open", {OPENING}, requestOf(path), [&] { return __real___open_2(path, flags); });
+}
+
+extern "C" int __real___openat_2(int folder, const char *path, int flags);
+extern "C" int __wrap___openat_2(int folder, const char *path, int flags);
+int __wrap___openat_2(int folder, const char *path, int flags) {
+  return answered("openat", {OPENING}, requestOf(folder, path),
+                  [&] { return __real___openat_2(folder, path, flags); });
+}
 
 namespace {
 

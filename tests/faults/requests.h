@@ -67,6 +67,8 @@ class Instead {
  public:
   using Act = std::function<int(const Request &)>;
   Instead(const char *call, Act act);
+  Instead(const char *call, int error)
+      : Instead(call, [error](const Request &) { return error; }) {}
   ~Instead();
   Instead(const Instead &) = delete;
   Instead &operator=(const Instead &) = delete;

@@ -12,7 +12,7 @@
 namespace korvel::faults {
 namespace {
 
-using namespace place;
+using namespace korvel::faults::place;
 
 // The paths that calls use, made before them.
 char paths[3][300];

@@ -9,7 +9,8 @@
 namespace korvel::faults {
 namespace {
 
-using namespace place;
+using namespace korvel::test;
+using namespace korvel::faults::place;
 
 void useFolder() {
   std::strcpy(szDirTables, "Data:tables");
@@ -25,13 +26,18 @@ void putTable(const std::string &text) {
   ZRV_Libelle_NC_set_ligne(6);
   std::strcpy(ZRV_Libelle_NC_szBuffer, "99");
 }
-void putExample() { putTable(actes()); }
+// Each is read in several pieces.
+void putExample() {
+  putTable(actes());
+  tables::TableReader::blockSize = 16;
+}
 // More than is written at once, with an irregular line here and there.
 void putLong() {
   std::string text = actes();
   for (int i = 0; i < 1200; ++i)
     text += std::to_string(i) + ",Libell\xE9" + (i % 100 == 0 ? "\r" : "\r\n");
   putTable(text);
+  tables::TableReader::blockSize = 8192;
 }
 void putLink() {
   putExample();
@@ -140,23 +146,25 @@ constexpr Operation kTables[] = {
        return found(ZRV_Code_NC_ex_next, kLabels, kColumns);
      },
      "1", "0"},
-    {"ZRV_Libelle_NC_idem_replace", putExample, [] { return Answer{replaceColumn(1, "x")}; }, "1",
-     "0", kReplaces},
+    {"ZRV_Libelle_NC_idem_replace", putExample,
+     [] { return Answer{ZRV_Libelle_NC_idem_replace("??", 2, 1, "actes", "x")}; }, "1", "0",
+     kReplaces},
     {"ZRV_Libelle_NC_idem_replace, through a link", putLink,
      [] { return Answer{replaceColumn(1, "x", "linked")}; }, "1", "0", kReplaces},
     {"ZRV_Libelle_NC_idem_replace, with a left-over file", putLeftOver,
-     [] { return Answer{replaceColumn(1, "x")}; }, "1", "0", kTwoNames},
-    {"ZRV_Libelle_NC_idem_insert", putLong, [] { return Answer{insertLine(2)}; }, "1", "0",
-     kReplaces},
-    {"ZRV_Libelle_NC_idem_delete", putExample, [] { return Answer{deleteLine()}; }, "1", "0",
-     kReplaces},
+     [] { return Answer{ZRV_Libelle_NC_idem_replace("??", 2, 1, "actes", "x")}; }, "1", "0",
+     kTwoNames},
+    {"ZRV_Libelle_NC_idem_insert", putLong,
+     [] { return Answer{ZRV_Libelle_NC_idem_insert("??", 2, "actes", 2)}; }, "1", "0", kReplaces},
+    {"ZRV_Libelle_NC_idem_delete", putExample,
+     [] { return Answer{ZRV_Libelle_NC_idem_delete("??", 2, "actes")}; }, "1", "0", kReplaces},
     {"ZRV_Libelle_NC_set", putExample,
      [] {
-       return Answer{setCode("x"), ZRV_Libelle_NC_szBuffer};
+       return Answer{ZRV_Libelle_NC_set("??", 0, 0, "actes", "x"), ZRV_Libelle_NC_szBuffer};
      },
      "1", nullptr},
-    {"ZRV_Libelle_NC_idem_flush", putEdited, [] { return Answer{flushLine()}; }, "1", "0",
-     kReplaces},
+    {"ZRV_Libelle_NC_idem_flush", putEdited,
+     [] { return Answer{ZRV_Libelle_NC_idem_flush("??", 2, "actes")}; }, "1", "0", kReplaces},
     {"ZRV_Table_create", useFolder, [] { return Answer{ZRV_Table_create("new", "1", "Titre")}; },
      "1", "0", kReplaces},
     {"ZRV_Table_remove", putExample, [] { return Answer{ZRV_Table_remove("actes")}; }, "1", "0",

@@ -1,13 +1,10 @@
-// For tests/files/ and tests/profile/: code that must run in a process of its own, as somebody else
-// or to be killed.
+// For tests/: code that must run in a process of its own, as somebody else or to be killed.
 #ifndef KORVEL_TESTS_FILES_PROCESSES_H
 #define KORVEL_TESTS_FILES_PROCESSES_H
 
 #include <functional>
-#include <signal.h>
 
 #include <grp.h>
-#include <sys/ptrace.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -30,28 +27,6 @@ inline bool becomeNobody() {
 // Runs `body` as a user whom permissions hold back; returns 99 if this process cannot become one.
 inline int inChildOfAUser(const std::function<int()> &body) {
   return inChild([&] { return geteuid() == 0 && !becomeNobody() ? 99 : body(); });
-}
-
-// Runs `body` in a child process and kills it at its `stops`-th stop: each system call is two, one
-// at its entry and one at its exit. Returns false if the child ended before.
-inline bool killedAtStop(int stops, const std::function<void()> &body) {
-  const pid_t child = fork();
-  if (child == 0) {
-    ptrace(PTRACE_TRACEME, 0, nullptr, nullptr);
-    raise(SIGSTOP);
-    body();
-    _exit(0);
-  }
-  int status = 0;
-  waitpid(child, &status, 0);
-  for (; stops > 0 && WIFSTOPPED(status); --stops) {
-    ptrace(PTRACE_SYSCALL, child, nullptr, nullptr);
-    waitpid(child, &status, 0);
-  }
-  if (WIFEXITED(status)) return false;
-  kill(child, SIGKILL);
-  waitpid(child, &status, 0);
-  return WIFSIGNALED(status);
 }
 
 }  // namespace korvel::test

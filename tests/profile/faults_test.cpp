@@ -1,13 +1,8 @@
 // After a full disk, a kill or missing rights a profile is the old one or the new one, whole.
-#include <cerrno>
-#include <chrono>
 #include <csignal>
-#include <cstdarg>
 #include <cstdlib>
-#include <cstring>
 #include <filesystem>
 #include <functional>
-#include <optional>
 #include <string>
 #include <thread>
 #include <vector>
@@ -17,7 +12,6 @@
 #include <sys/mount.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
-#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -31,51 +25,14 @@
 #include "tests/files/volumes.h"
 #include "tests/profile/files_in_memory.h"
 #include "tests/profile/literal_profile.h"
-#include "tests/support/failing_memory.h"
 #include "tests/support/sanitizer.h"
-
-namespace {
-
-// The errors of the next calls of open and stat for a path; 0 for a real call.
-int pathError = 0;
-int lookError = 0;
-
-bool fails(int error) {
-  if (error != 0) errno = error;
-  return error != 0;
-}
-
-}  // namespace
-
-// Every open, stat and lstat of this program comes here.
-extern "C" int open(const char *path, int flags, ...) {
-  mode_t mode = 0;
-  if ((flags & O_CREAT) != 0) {
-    va_list rest;
-    va_start(rest, flags);
-    mode = va_arg(rest, mode_t);
-    va_end(rest);
-  }
-  if (fails(pathError)) return -1;
-  return static_cast<int>(syscall(SYS_openat, AT_FDCWD, path, flags, mode));
-}
-extern "C" int stat(const char *path, struct stat *status) {
-  if (fails(lookError)) return -1;
-  return static_cast<int>(syscall(SYS_newfstatat, AT_FDCWD, path, status, 0));
-}
-extern "C" int lstat(const char *path, struct stat *status) {
-  if (fails(lookError)) return -1;
-  return static_cast<int>(syscall(SYS_newfstatat, AT_FDCWD, path, status, AT_SYMLINK_NOFOLLOW));
-}
 
 namespace {
 
 using korvel::test::content;
 using korvel::test::entries;
-using korvel::test::FailingMemory;
 using korvel::test::inChild;
 using korvel::test::inChildOfAUser;
-using korvel::test::killedAtStop;
 using korvel::test::kUnderSanitizer;
 using korvel::test::literalWriteKey;
 using korvel::test::literalWriteSection;
@@ -105,63 +62,6 @@ const Writer kWriters[] = {
     {"replace a section", [] { return WritePrivateProfileSection("Main", "a=1\r\nb=2", kPath); },
      [](const std::string &old) { return literalWriteSection(old, "Main", "a=1\r\nb=2"); }},
 };
-
-// nullopt if there is no such file.
-std::optional<std::string> fileContent(const std::string &path) {
-  if (!std::filesystem::exists(path)) return std::nullopt;
-  return content(path);
-}
-
-// Kills the writer at each of its system calls in turn. Returns the number of kills.
-int killEverywhere(const Writer &writer, const std::optional<std::string> &old, bool throughLink) {
-  Volumes volumes;
-  const std::string target = volumes.posix(throughLink ? "target.ini" : "p.ini");
-  const std::string changed = writer.result(old.value_or(""));
-  int kills = 0;
-  int foundOld = 0;
-  for (;; ++kills) {
-    std::filesystem::remove(volumes.posix("p.ini"));
-    std::filesystem::remove(target);
-    if (old) volumes.file(throughLink ? "target.ini" : "p.ini", *old);
-    if (throughLink) std::filesystem::create_symlink("target.ini", volumes.posix("p.ini"));
-    if (!killedAtStop(kills + 1, [&] { writer.write(); })) break;
-    const auto now = fileContent(target);
-    EXPECT_TRUE(now == old || now == changed) << writer.name << ", stop " << kills + 1;
-    if (now == old) ++foundOld;
-    // What the kill left behind neither hinders the next write nor stays.
-    EXPECT_EQ(writer.write(), 1) << writer.name << ", stop " << kills + 1;
-    EXPECT_EQ(content(target), writer.result(now.value_or(""))) << writer.name;
-    EXPECT_EQ(entries(volumes.folder()).size(), throughLink ? 2u : 1u) << writer.name;
-  }
-  EXPECT_EQ(fileContent(target), changed) << writer.name;
-  // Both were seen: there were kills before and after the change.
-  EXPECT_GT(foundOld, 0) << writer.name;
-  EXPECT_LT(foundOld, kills) << writer.name;
-  return kills;
-}
-
-TEST(Kill, AtEverySystemCallLeavesTheOldProfileOrTheNew) {
-  korvel::test::FilesInMemory inMemory;
-  int kills = 0;
-  for (const Writer &writer : kWriters) {
-    kills += killEverywhere(writer, profileOf(3), false);
-    kills += killEverywhere(writer, profileOf(3000), false);
-    kills += killEverywhere(writer, profileOf(3), true);
-    kills += killEverywhere(writer, std::nullopt, false);
-  }
-  EXPECT_GE(kills, 300);
-  RecordProperty("kills", kills);
-}
-
-TEST(Kill, AlsoWhereTemporariesHaveNames) {
-  korvel::test::FilesInMemory inMemory;
-  korvel::files::replaceFault = [](korvel::files::ReplaceStep step) {
-    return step == korvel::files::ReplaceStep::Temporary ? EOPNOTSUPP : 0;
-  };
-  for (const auto &old : {std::optional(profileOf(3)), std::optional<std::string>()})
-    killEverywhere(kWriters[0], old, false);
-  korvel::files::replaceFault = nullptr;
-}
 
 // A program that takes no lock puts another file there just before the new content.
 TEST(Exchanged, AProfileIsWrittenAnewFromWhatStandsThereNow) {
@@ -225,29 +125,6 @@ TEST(FullDisk, LeavesTheOldProfileAndNoNewOne) {
   EXPECT_EQ(kWriters[0].write(), 1);
   EXPECT_EQ(content(volumes.posix("p.ini")), kWriters[0].result(old));
   EXPECT_EQ(umount2(disk.c_str(), MNT_DETACH), 0);
-}
-
-korvel::files::ReplaceStep failingStep;
-
-TEST(Fault, AtAnyStepOfTheReplacementFailsAndLeavesTheOldProfile) {
-  using korvel::files::ReplaceStep;
-  const std::string old = profileOf(100);
-  for (const ReplaceStep step : {ReplaceStep::Open, ReplaceStep::Write, ReplaceStep::Adopt,
-                                 ReplaceStep::Sync, ReplaceStep::Link, ReplaceStep::Rename}) {
-    for (const Writer &writer : kWriters) {
-      Volumes volumes;
-      volumes.file("p.ini", old);
-      failingStep = step;
-      korvel::files::replaceFault = [](ReplaceStep asked) {
-        return asked == failingStep ? ENOSPC : 0;
-      };
-      EXPECT_EQ(writer.write(), 0) << writer.name;
-      korvel::files::replaceFault = nullptr;
-      EXPECT_EQ(content(volumes.posix("p.ini")), old) << writer.name;
-      EXPECT_EQ(entries(volumes.folder()), std::vector<std::string>{"p.ini"});
-      EXPECT_EQ(DATA_MFIL_ID, -1);
-    }
-  }
 }
 
 // Only then does a new content survive a loss of power.
@@ -400,62 +277,9 @@ TEST_F(InPlace, AFaultInTheMidstOfTheOverwritingLeavesTheOldProfile) {
   }
 }
 
-TEST(WithoutMemory, AWriteGivesZeroAndLeavesTheOldContent) {
-  const Volumes volumes;
-  volumes.file("p.ini", "[A]\r\nx=1\r\n");
-  int failures = 0;
-  for (bool failed = true; failed; failures += failed) {
-    int result = 0;
-    {
-      const FailingMemory memory(failures + 1);
-      result = WritePrivateProfileString("A", "x", "2", "Data:p.ini");
-      failed = memory.hasFailed();
-    }
-    ASSERT_EQ(result, failed ? 0 : 1) << failures;
-    ASSERT_EQ(content(volumes.posix("p.ini")), failed ? "[A]\r\nx=1\r\n" : "[A]\r\nx=2\r\n");
-  }
-  EXPECT_GT(failures, 0);
-}
-
 // --- What is no missing file -------------------------------------------------------------------
 
-class Errors : public Rights {
- protected:
-  ~Errors() override { pathError = 0; }
-};
-
-// A profile is missing only if the system says that there is no such file.
-TEST_F(Errors, AtOpeningGiveZeroAndLeaveTheProfile) {
-  for (const int error : {EACCES, EIO, EMFILE, ENFILE, ENOMEM, ELOOP, ENOTDIR, EPERM, EROFS,
-                          ENAMETOOLONG, ESTALE, ETXTBSY, EINVAL, EBUSY}) {
-    for (const Writer &writer : kWriters) {
-      const auto begin = std::chrono::steady_clock::now();
-      pathError = error;
-      EXPECT_EQ(writer.write(), 0) << writer.name << ": " << strerror(error);
-      pathError = 0;
-      EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(1))
-          << "not worth waiting for: " << strerror(error);
-      EXPECT_EQ(content(volumes_.posix("p.ini")), kOld) << writer.name << ": " << strerror(error);
-      EXPECT_EQ(entries(volumes_.folder()), std::vector<std::string>{"p.ini"});
-    }
-  }
-}
-
-TEST_F(Errors, AtALookGiveZeroAndLeaveTheProfile) {
-  for (const int error : {EIO, ENOMEM, ESTALE, EACCES, EINVAL}) {
-    for (const Writer &writer : kWriters) {
-      const auto begin = std::chrono::steady_clock::now();
-      lookError = error;
-      const int result = writer.write();
-      lookError = 0;
-      EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(1))
-          << "not worth waiting for: " << strerror(error);
-      EXPECT_EQ(result, 0) << writer.name << ": " << strerror(error);
-      EXPECT_EQ(content(volumes_.posix("p.ini")), kOld) << writer.name << ": " << strerror(error);
-      EXPECT_EQ(entries(volumes_.folder()), std::vector<std::string>{"p.ini"});
-    }
-  }
-}
+using Errors = Rights;
 
 TEST_F(Errors, ProcessWithoutDescriptorsLeavesTheProfile) {
   for (const Writer &writer : kWriters) {

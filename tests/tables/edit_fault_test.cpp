@@ -13,18 +13,11 @@ namespace {
 
 using test::content;
 using test::EditModel;
-using test::Fault;
 using test::Files;
-using test::inChild;
 using test::insertLine;
 using test::lines;
 using test::lookUp;
 using test::replaceColumn;
-using test::ReplaceStep;
-
-constexpr ReplaceStep kSteps[] = {ReplaceStep::Open,   ReplaceStep::Temporary, ReplaceStep::Write,
-                                  ReplaceStep::Adopt,  ReplaceStep::Sync,      ReplaceStep::Link,
-                                  ReplaceStep::Rename, ReplaceStep::Folder};
 
 // What a kill between two steps may leave besides.
 bool isHiddenTemporary(const std::string &name) { return name.starts_with(".korvel-"); }
@@ -34,139 +27,17 @@ Files visible(Files files) {
   return files;
 }
 
-// The functions that write, each with a text of its own.
-struct Editing {
-  const char *name;
-  int (*edit)(int round);
-};
-
 std::string textOf(int round) { return "texte " + std::to_string(round); }
-
-constexpr Editing kEditings[] = {
-    {"replace", [](int round) { return replaceColumn(1, textOf(round).c_str()); }},
-    {"insert", [](int round) { return insertLine(1 + round % 5); }},
-    {"delete", [](int) { return test::deleteLine(); }},
-    {"flush",
-     [](int round) {
-       ZRV_Libelle_NC_set_ligne(6);
-       test::idem0(0, 0, "actes");
-       test::setColumn(1, textOf(round).c_str());
-       return test::flushLine();
-     }},
-    {"modify",
-     [](int round) {
-       return ZRV_Table_modify("actes", "actes", textOf(round).c_str(), textOf(round).c_str());
-     }},
-    {"rename",
-     [](int round) {
-       return ZRV_Table_modify("actes", "new", textOf(round).c_str(), textOf(round).c_str());
-     }},
-    {"replace another",
-     [](int round) {
-       return ZRV_Table_modify("actes", "other", textOf(round).c_str(), textOf(round).c_str());
-     }},
-    {"repair",
-     [](int round) {
-       return ZRV_Table_repair("actes", textOf(round).c_str(), textOf(round).c_str());
-     }},
-    {"create",
-     [](int round) {
-       return ZRV_Table_create("new", textOf(round).c_str(), textOf(round).c_str());
-     }},
-    {"back up", [](int) { return 1 + ZRV_Table_sauvegarde("actes", 1); }},
-};
 
 class Killed : public test::Edits {
  protected:
   void reset() {
     for (const std::string &name : test::entries(folder())) unlink((folder() + "/" + name).c_str());
-    table("actes", longTable());
     volumes_.file("tables/actes.bak", "old back-up");
     table("other", "another table");
     ZRV_Libelle_NC_set_ligne(6);
   }
-  // Some blocks of writing, with an irregular line here and there.
-  static std::string longTable() {
-    std::string text = test::actes();
-    for (int i = 0; i < 3000; ++i)
-      text += std::to_string(i) + ",Libell\xE9" + (i % 100 == 0 ? "\r" : "\r\n");
-    return text;
-  }
-  // The files after the whole edit.
-  Files afterwards(const Editing &editing, int round) {
-    reset();
-    EXPECT_EQ(editing.edit(round), 1) << editing.name;
-    return files();
-  }
 };
-
-// A file of the folder is the old one or the new one, whole, whatever else is there.
-void expectOldOrNew(const Files &now, const Files &before, const Files &after) {
-  const auto among = [](const Files &files, const std::string &name, const std::string &text) {
-    const auto found = files.find(name);
-    return found != files.end() && found->second == text;
-  };
-  bool hasTable = false;
-  for (const auto &[name, text] : now) {
-    EXPECT_TRUE(among(before, name, text) || among(after, name, text)) << name;
-    hasTable = hasTable || name == "actes.tab" || name == "new.tab" ||
-               (name == "other.tab" && text != "another table");
-  }
-  EXPECT_TRUE(hasTable);
-}
-
-TEST_F(Killed, AtEveryStepTheTableIsTheOldOneOrTheNew) {
-  int kills = 0;
-  for (const Editing &editing : kEditings) {
-    int own = 0;
-    const Files after = afterwards(editing, 1);
-    reset();
-    const Files before = files();
-    for (const ReplaceStep step : kSteps) {
-      for (int nth = 1;; ++nth) {
-        reset();
-        const int result = inChild([&] {
-          Fault fault(step, nth, [] { return raise(SIGKILL); });
-          return editing.edit(1);
-        });
-        if (result != -1) break;
-        ++own;
-        const Files now = files();
-        expectOldOrNew(visible(now), before, after);
-        // A name leads to the new content only for an instant.
-        if (step != ReplaceStep::Rename) {
-          EXPECT_EQ(now, visible(now)) << editing.name;
-        }
-        EXPECT_LE(now.size(), visible(now).size() + 1) << editing.name;
-      }
-    }
-    EXPECT_GE(own, 7) << editing.name;
-    kills += own;
-  }
-  EXPECT_GE(kills, 89);
-}
-
-TEST_F(Killed, WithoutNamelessFilesTooTheTableIsTheOldOneOrTheNew) {
-  for (const Editing &editing : kEditings) {
-    int kills = 0;
-    const Files after = afterwards(editing, 1);
-    reset();
-    const Files before = files();
-    for (const ReplaceStep step : kSteps) {
-      if (step == ReplaceStep::Temporary) continue;
-      reset();
-      const int result = inChild([&] {
-        Fault fault(step, 1, [] { return raise(SIGKILL); });
-        Fault::also(ReplaceStep::Temporary, EOPNOTSUPP);
-        return editing.edit(1);
-      });
-      if (result == -1) ++kills;
-      expectOldOrNew(visible(files()), before, after);
-    }
-    // Open, Write, Adopt, Sync, either Link or Rename, and Folder.
-    EXPECT_EQ(kills, 6) << editing.name;
-  }
-}
 
 // The child makes a sequence of edits that the model makes as well, and says when each is done; it
 // is killed at any moment. The table is then what the model says after the last one, or after the

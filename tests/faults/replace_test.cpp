@@ -1,98 +1,31 @@
-// Replacements and locks when single system calls fail or an array finds no memory. A program by
-// itself: it takes over those calls, and operator new[], for the whole process.
+// Replacements and locks when all requests of a kind are refused, or answered after something else
+// has happened.
+#include "files/replace.h"
+
 #include <cerrno>
 #include <chrono>
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
 #include <functional>
-#include <new>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include <sys/stat.h>
-#include <sys/syscall.h>
 #include <sys/xattr.h>
 #include <unistd.h>
 
 #include <gtest/gtest.h>
 
 #include "files/lock.h"
-#include "files/replace.h"
+#include "tests/faults/requests.h"
 #include "tests/files/replacements.h"
 
 namespace korvel::files {
 namespace {
 
-// Called at each fsync(); gives the error number of that call, 0 for a real one.
-std::function<int(int descriptor)> atSync;
-// The same for flock().
-std::function<int(int descriptor)> atLock;
-// The error numbers of every fchmod(), fsetxattr() and renameat2().
-int modeError = 0;
-int attributeError = 0;
-int renameError = 0;
-// Every nothrow new[] fails.
-bool noRoomForArrays = false;
-
-// Fails with an error number, or makes the call if that is 0.
-template <typename Call>
-int unless(int error, Call call) {
-  if (error == 0) return static_cast<int>(call());
-  errno = error;
-  return -1;
-}
-
-}  // namespace
-}  // namespace korvel::files
-
-void *operator new[](std::size_t size) {
-  if (void *array = std::malloc(size)) return array;
-  throw std::bad_alloc();
-}
-void *operator new[](std::size_t size, const std::nothrow_t &) noexcept {
-  return korvel::files::noRoomForArrays ? nullptr : std::malloc(size);
-}
-void operator delete[](void *array) noexcept { std::free(array); }
-void operator delete[](void *array, std::size_t) noexcept { std::free(array); }
-
-extern "C" int fsync(int descriptor) {
-  const int error = korvel::files::atSync ? korvel::files::atSync(descriptor) : 0;
-  return korvel::files::unless(error, [&] { return syscall(SYS_fsync, descriptor); });
-}
-
-// The function hides the structure of the same name, as everywhere.
-#pragma GCC diagnostic push
-#pragma GCC diagnostic ignored "-Wshadow"
-extern "C" int flock(int descriptor, int operation) {
-  const int error = korvel::files::atLock ? korvel::files::atLock(descriptor) : 0;
-  return korvel::files::unless(error, [&] { return syscall(SYS_flock, descriptor, operation); });
-}
-#pragma GCC diagnostic pop
-
-extern "C" int renameat2(int folder, const char *name, int newFolder, const char *newName,
-                         unsigned flags) {
-  return korvel::files::unless(korvel::files::renameError, [&] {
-    return syscall(SYS_renameat2, folder, name, newFolder, newName, flags);
-  });
-}
-
-extern "C" int fchmod(int descriptor, mode_t mode) {
-  return korvel::files::unless(korvel::files::modeError,
-                               [&] { return syscall(SYS_fchmod, descriptor, mode); });
-}
-
-extern "C" int fsetxattr(int descriptor, const char *name, const void *value, size_t size,
-                         int flags) {
-  return korvel::files::unless(korvel::files::attributeError, [&] {
-    return syscall(SYS_fsetxattr, descriptor, name, value, size, flags);
-  });
-}
-
-namespace korvel::files {
-namespace {
-
+using faults::Instead;
+using faults::Request;
 using test::content;
 using test::entries;
 using test::Fault;
@@ -108,10 +41,10 @@ TEST(Replace, WithoutItsAccessListTheGroupHasNoMoreRightsThanEveryone) {
                0) != 0)
     GTEST_SKIP() << "no access lists here";
   ASSERT_EQ(modeOf(file), 0660u);
-  attributeError = ENOSPC;
-  const bool done = replaceBy(file, "new");
-  attributeError = 0;
-  EXPECT_TRUE(done);
+  {
+    const Instead full("fsetxattr", ENOSPC);
+    EXPECT_TRUE(replaceBy(file, "new"));
+  }
   EXPECT_EQ(getxattr(file.c_str(), "system.posix_acl_access", nullptr, 0), -1);
   EXPECT_EQ(modeOf(file), 0600u);
 }
@@ -121,30 +54,19 @@ TEST(Replace, AModeThatCannotBeChangedHindersOnlyWhereItIsNotTheOldOne) {
     Scratch scratch;
     const std::string file = scratch.file("a", "old");
     chmod(file.c_str(), 0600);
-    modeError = error;
+    const Instead refused("fchmod", error);
     EXPECT_TRUE(replaceBy(file, "new")) << strerror(error);
-    modeError = 0;
     EXPECT_EQ(content(file), "new") << strerror(error);
     chmod(file.c_str(), 0644);
-    modeError = error;
     Replacement replacement;
     ASSERT_TRUE(replacement.begin(file.c_str(), IfMissing::Fail, {.inPlace = false}));
     ASSERT_TRUE(replacement.append("newer"));
     EXPECT_FALSE(replacement.commit()) << strerror(error);
-    modeError = 0;
     EXPECT_EQ(content(file), "new") << strerror(error);
     EXPECT_EQ(modeOf(file), 0644u);
     EXPECT_EQ(entries(scratch.path()), std::vector<std::string>{"a"});
   }
 }
-
-class AtSync {
- public:
-  explicit AtSync(std::function<int(int)> act) { atSync = std::move(act); }
-  ~AtSync() { atSync = nullptr; }
-  AtSync(const AtSync &) = delete;
-  AtSync &operator=(const AtSync &) = delete;
-};
 
 // What is synced, and what the file's name leads to at that time.
 std::string syncSeen(int descriptor, const std::string &file) {
@@ -165,8 +87,8 @@ TEST(Replace, TheContentIsSyncedBeforeTheRenameAndTheFolderAfterIt) {
     Fault fault(ReplaceStep::Temporary, 1, named ? EOPNOTSUPP : 0);
     std::string seen;
     {
-      const AtSync watch([&](int descriptor) {
-        seen += syncSeen(descriptor, file);
+      const Instead watch("fsync", [&](const Request &sync) {
+        seen += syncSeen(sync.file, file);
         return 0;
       });
       EXPECT_TRUE(replaceBy(file, "the new one"));
@@ -197,7 +119,7 @@ TEST(Replace, ASyncThatIsInterruptedIsMadeAgainAndOneThatFailsLeavesTheOldFile) 
   for (const auto &row : kRows) {
     int calls = 0;
     {
-      const AtSync watch([&](int) { return ++calls == 1 ? row.error : 0; });
+      const Instead watch("fsync", [&](const Request &) { return ++calls == 1 ? row.error : 0; });
       EXPECT_EQ(replaceBy(file, "new"), row.done) << strerror(row.error);
     }
     EXPECT_EQ(calls, row.calls) << strerror(row.error);
@@ -212,7 +134,7 @@ TEST(Replace, AFolderWhoseSyncIsInterruptedIsSyncedAgain) {
   const std::string file = scratch.file("a", "old");
   int calls = 0;
   {
-    const AtSync watch([&](int) { return ++calls == 2 ? EINTR : 0; });
+    const Instead watch("fsync", [&](const Request &) { return ++calls == 2 ? EINTR : 0; });
     EXPECT_TRUE(replaceBy(file, "new"));
   }
   EXPECT_EQ(calls, 3);
@@ -220,13 +142,7 @@ TEST(Replace, AFolderWhoseSyncIsInterruptedIsSyncedAgain) {
 
 // As long as it lives, the file system has no locks.
 class WithoutLocks {
- public:
-  WithoutLocks() {
-    atLock = [](int) { return ENOLCK; };
-  }
-  ~WithoutLocks() { atLock = nullptr; }
-  WithoutLocks(const WithoutLocks &) = delete;
-  WithoutLocks &operator=(const WithoutLocks &) = delete;
+  Instead none_{"flock", ENOLCK};
 };
 
 TEST(Replace, WithoutLocksATemporaryIsLeftOverAfterAMinute) {
@@ -292,14 +208,14 @@ TEST(Replace, ATemporaryThatGoesBeforeItIsLockedIsMadeAnew) {
   const std::string file = scratch.file("a", "old");
   const std::string first = scratch.path() + "/.korvel-0";
   int tries = 0;
-  atLock = [&](int) {
-    if (++tries == 1) unlink(first.c_str());
-    return tries == 2 ? EWOULDBLOCK : 0;
-  };
   Replacement replacement;
-  const bool begun = beginNamed(replacement, file);
-  atLock = nullptr;
-  ASSERT_TRUE(begun);
+  {
+    const Instead watch("flock", [&](const Request &) {
+      if (++tries == 1) unlink(first.c_str());
+      return tries == 2 ? EWOULDBLOCK : 0;
+    });
+    ASSERT_TRUE(beginNamed(replacement, file));
+  }
   EXPECT_EQ(tries, 3);
   ASSERT_TRUE(replacement.append("new"));
   EXPECT_TRUE(replacement.commit());
@@ -324,14 +240,13 @@ TEST(Replace, ANewFileAppearsOnlyWhereThereIsNone) {
       Replacement third;
       ASSERT_TRUE(beginNew(first, "first"));
       ASSERT_TRUE(beginNew(second, "second"));
-      renameError = noRename;
+      const Instead renamed("renameat2", noRename);
       EXPECT_TRUE(first.commitNew());
       EXPECT_FALSE(second.commitNew());
       EXPECT_EQ(errno, EEXIST);
       ASSERT_TRUE(beginNew(third, "third"));
       EXPECT_FALSE(third.commitNew());
       EXPECT_EQ(errno, EEXIST);
-      renameError = 0;
       EXPECT_EQ(content(file), "first");
       EXPECT_EQ(modeOf(file), 0777u);
       EXPECT_EQ(entries(scratch.path()), (std::vector<std::string>{"a", "link"}));
@@ -342,7 +257,7 @@ TEST(Replace, ANewFileAppearsOnlyWhereThereIsNone) {
 TEST_F(InPlace, WhatTheFileGrowsByIsSyncedBeforeAnOldByteIsTouched) {
   EXPECT_EQ(inChildOfAUser([&] {
               std::string seen;
-              const AtSync watch([&](int) {
+              const Instead watch("fsync", [&](const Request &) {
                 seen += content(file_) + "\n";
                 return 0;
               });
@@ -354,7 +269,7 @@ TEST_F(InPlace, WhatTheFileGrowsByIsSyncedBeforeAnOldByteIsTouched) {
 
 TEST_F(InPlace, AGrowthThatCannotBeSyncedLeavesTheOldFile) {
   EXPECT_EQ(inChildOfAUser([&] {
-              const AtSync watch([](int) { return ENOSPC; });
+              const Instead full("fsync", ENOSPC);
               return replaceBy(file_, "a new content that is longer") ? 1 : 0;
             }),
             0);
@@ -363,7 +278,7 @@ TEST_F(InPlace, AGrowthThatCannotBeSyncedLeavesTheOldFile) {
 
 TEST_F(InPlace, WithoutRoomToKeepTheOldBytesTheyStay) {
   EXPECT_EQ(inChildOfAUser([&] {
-              noRoomForArrays = true;
+              const Instead noRoom("memory", ENOMEM);
               return replaceBy(file_, "a new content that is longer") ? 1 : 0;
             }),
             0);
@@ -376,18 +291,17 @@ TEST(Lock, IsGivenUpWhenTheFileIsReplacedAgainAndAgain) {
   const std::string file = scratch.file("a", "0");
   const int patience = std::exchange(lockPatience, 50);
   int replaced = 0;
-  atLock = [&](int) {
-    std::rename(scratch.file("new", std::to_string(++replaced)).c_str(), file.c_str());
-    return 0;
-  };
   const auto begin = std::chrono::steady_clock::now();
   FileLock lock;
-  const bool taken = lock.take(file.c_str());
-  const int error = errno;
-  atLock = nullptr;
+  {
+    const Instead storm("flock", [&](const Request &) {
+      std::rename(scratch.file("new", std::to_string(++replaced)).c_str(), file.c_str());
+      return 0;
+    });
+    EXPECT_FALSE(lock.take(file.c_str()));
+    EXPECT_EQ(errno, ETIMEDOUT);
+  }
   lockPatience = patience;
-  EXPECT_FALSE(taken);
-  EXPECT_EQ(error, ETIMEDOUT);
   EXPECT_EQ(lock.descriptor(), -1);
   EXPECT_GT(replaced, 1);
   EXPECT_GE(std::chrono::steady_clock::now() - begin, std::chrono::milliseconds(50));
