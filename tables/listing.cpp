@@ -71,7 +71,7 @@ bool listCodes(const TablePath &path, CodeList codes) {
     const std::string_view code = codeOf(textOf(kept, kListingSize));
     if (data.take(code)) codes.add(code);
   }
-  return data.hasBegun();
+  return data.hasBegun() && table.isWhole();
 }
 
 // A line for the callback, which may write into it.
