@@ -49,7 +49,7 @@ TEST_F(Marks, StandAfterFillingOnWhatKeepsOkDisabled) {
   run();
 }
 
-TEST_F(Marks, NoneStandsWhereOkIsEnabled) {
+TEST_F(Marks, NoFieldIsMarkedWhileOkIsEnabled) {
   TexteDlgBox_set(0, "x");
   IntDlgBox_set(0, 5, 0);
   DialogScript &script = expectDialog();

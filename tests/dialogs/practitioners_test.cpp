@@ -106,7 +106,7 @@ TEST_F(Practitioners, EntriesAreShownSortedByTheirBytes) {
   select();
 }
 
-TEST_F(Practitioners, ALineOfOneFieldStandsForBoth) {
+TEST_F(Practitioners, ALineOfOneFieldFillsBothColumns) {
   write({"SOLO"});
   expectDialog().check([&] { EXPECT_EQ(names(), Names{"SOLO\tSOLO"}); }).press(kCancel);
   select();

@@ -155,17 +155,19 @@ struct Model {
     shown[field.item] = field.isMasked ? stars(text.size()) : text;
     if (field.isMasked) field.lastLength = static_cast<int>(text.size());
   }
-  bool integerStands(Integer &field) {
+  bool integerIsAcceptable(Integer &field) {
     return accepts(field.validator, asText(field.value), field.value);
   }
   void writeNumber(Number &field) { shown[field.item] = asText(field); }
-  bool numberStands(Number &field) { return accepts(field.validator, asText(field), field.value); }
+  bool numberIsAcceptable(Number &field) {
+    return accepts(field.validator, asText(field), field.value);
+  }
   void writeDate(Date &field) {
     shown[field.item] = asLongText(field.value % 100);
     shown[field.item + 1] = asLongText(field.value / 100 % 100);
     shown[field.item + 2] = asLongText(field.value / 10000 % 10000);
   }
-  bool dateStands(Date &field) {
+  bool dateIsAcceptable(Date &field) {
     return accepts(field.validator, asLongText(field.value), field.value);
   }
 
@@ -186,7 +188,7 @@ struct Model {
       shown[field.item] = "";
       if (field.isSet) {
         writeInteger(field);
-        if (!integerStands(field)) field.ok = false;
+        if (!integerIsAcceptable(field)) field.ok = false;
       } else if (field.isMandatory) {
         field.ok = false;
       }
@@ -195,7 +197,7 @@ struct Model {
       shown[field.item] = "";
       if (field.isSet) {
         writeNumber(field);
-        if (!numberStands(field)) field.ok = false;
+        if (!numberIsAcceptable(field)) field.ok = false;
       } else if (field.isMandatory) {
         field.ok = false;
       }
@@ -204,7 +206,7 @@ struct Model {
       for (int part = 0; part < 3; ++part) shown[field.item + part] = "";
       if (field.isSet) {
         writeDate(field);
-        if (!dateStands(field)) field.ok = false;
+        if (!dateIsAcceptable(field)) field.ok = false;
       } else if (field.isMandatory) {
         field.ok = false;
       }
@@ -397,7 +399,7 @@ struct Model {
         integer->ok = !integer->isMandatory;
       } else {
         writeInteger(*integer);
-        integer->ok = integerStands(*integer);
+        integer->ok = integerIsAcceptable(*integer);
       }
     } else if (Number *number = named(numbers, name, kNumberId)) {
       if (clears) {
@@ -405,7 +407,7 @@ struct Model {
         number->ok = !number->isMandatory;
       } else {
         writeNumber(*number);
-        number->ok = numberStands(*number);
+        number->ok = numberIsAcceptable(*number);
       }
     } else if (Date *date = named(dates, name, kDateId, 3)) {
       if (clears) {
@@ -413,7 +415,7 @@ struct Model {
         date->ok = !date->isMandatory;
       } else {
         writeDate(*date);
-        date->ok = dateStands(*date);
+        date->ok = dateIsAcceptable(*date);
       }
     }
   }

@@ -146,7 +146,7 @@ TEST_F(ModulePixels, TransparentTextLeavesTheGroundAndOpaqueTextFillsIt) {
   EXPECT_NE(image.pixel(5 + width, 30), kWhite);
 }
 
-TEST_F(ModulePixels, TheBaselineStandsBelowThePosition) {
+TEST_F(ModulePixels, TheBaselineIsCharDyBelowThePosition) {
   const Image image(kSide, kSide);
   ch_font_set(image.port(), "Arial", 0, 255, 20);
   TextOut_0(image.port(), 5, 10, "H", 1);
@@ -154,7 +154,7 @@ TEST_F(ModulePixels, TheBaselineStandsBelowThePosition) {
   EXPECT_EQ(ink.substr(ink.rfind(',') + 1), std::to_string(10 + char_dy - 1));
 }
 
-TEST_F(ModulePixels, APictureStandsAtItsPlace) {
+TEST_F(ModulePixels, APictureIsDrawnInItsOwnSizeAtThePosition) {
   const Image image(kSide, kSide);
   int cx = 0;
   int cy = 0;

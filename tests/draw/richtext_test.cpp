@@ -200,7 +200,7 @@ TEST_F(RichText, TabsMoveX) {
   EXPECT_EQ(drawn(), "");
 }
 
-TEST_F(RichText, WhatFollowsATabStandsThere) {
+TEST_F(RichText, WhatFollowsATabIsDrawnFromItsPositionOn) {
   EXPECT_EQ(draw("ab" + esc(128, one(10)) + "c" + esc(129, one(8)) + "d", 1, 2, 100, 200),
             64 - 1 + 8);
   EXPECT_EQ(drawn(),
@@ -287,7 +287,7 @@ TEST_F(RichText, ABulletIsARedSquareInABlackFrame) {
   EXPECT_EQ(measure("a" + esc(138) + "b"), "36x18");
 }
 
-TEST_F(RichText, APictureStandsAPixelBelow) {
+TEST_F(RichText, APictureIsDrawnOnePixelBelowTheLine) {
   EXPECT_EQ(draw("a" + esc(168) + "b" + esc(148), 3, 5, 10, 20), 48);
   EXPECT_EQ(drawn(),
             "text (13,25) \"a\" black, Arial 16\n"
@@ -519,7 +519,7 @@ class BoxedText : public RichText {
   }
 };
 
-TEST_F(BoxedText, StandsInTheMiddle) {
+TEST_F(BoxedText, IsDrawnInTheMiddleOfTheBox) {
   EXPECT_EQ(print("abc", 100), 10 + 38 + 24);
   EXPECT_EQ(drawn(), "text (48,33) \"abc\" red, Arial 16\n");
   EXPECT_EQ(char_dy, 13);

@@ -144,7 +144,7 @@ TEST(Replace, AMissingFileIsCreatedForAllWhateverTheMask) {
   EXPECT_EQ(modeOf(file), 0777u);
 }
 
-TEST(Replace, ARelativePathStandsInTheCurrentFolder) {
+TEST(Replace, ARelativePathLeadsFromTheCurrentFolder) {
   Scratch scratch;
   scratch.file("a", "old");
   EXPECT_EQ(inChild([&] {

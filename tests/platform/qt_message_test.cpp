@@ -84,7 +84,7 @@ bool hasInk(const QImage &image, int y) {
   return false;
 }
 
-TEST(QtMessage, EachLineStandsOnItsBaseline) {
+TEST(QtMessage, TheFirstBaselineIsAt26AndTheNextOne14Below) {
   const auto dialog = newBox("HHH\rHHH");
   showAndLeave(*dialog, [&] {
     const QImage box = widgetOf(dialog->window())->grab(QRect(60, 0, 200, 56)).toImage();
@@ -153,7 +153,7 @@ TEST(QtMessage, NobodyCanSelectTheText) {
   EXPECT_EQ(label->textFormat(), Qt::PlainText);
 }
 
-TEST(QtMessage, MarkupIsShownAsItStands) {
+TEST(QtMessage, MarkupIsShownAsPlainText) {
   const auto dialog = newBox("<b>1 < 2 & 3</b>");
   const auto *label = qobject_cast<QLabel *>(paneOf(*dialog).widget());
   EXPECT_EQ(label->text(), "<b>1 < 2 & 3</b>");
