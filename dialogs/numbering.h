@@ -19,7 +19,8 @@ constexpr int kFirstFieldItem = 3;
 // which is no item, for a rank beyond the tables.
 int itemOf(const FieldType &type, int i);
 
-// The identifier of field i, which may need more than 32 bits if the first item number is wild.
+// The identifier of field i. They count up from the first field's, which may be any number: it may
+// need more than 32 bits.
 long long identifierOf(const FieldType &type, int i);
 
 // The identifier of an item by the numbering tables.

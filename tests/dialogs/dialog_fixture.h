@@ -142,7 +142,8 @@ enum class Kind { Built, Drawn };
 class BothKinds : public DialogTest, public ::testing::WithParamInterface<Kind> {
  protected:
   bool isDrawn() const { return GetParam() == Kind::Drawn; }
-  // A type's first item number: an identifier of the test's choice, or its first item.
+  // The number of a type's first field: an identifier of the test's choice in a dialog that is
+  // built, an item in one that is drawn.
   int first(int identifier, int item) const {
     if (!isDrawn()) return identifier;
     Callbacks::firstItems[identifier] = item;
