@@ -80,7 +80,7 @@ bool storedIsAcceptable(int i) {
   return isAcceptable(kTables, i, DecimalText(NDB_dNums[i], NDB_iChiff[i]).view());
 }
 
-void change(int i, std::string_view text) {
+void change(int i, const char *text) {
   changeField(kNumberFields, i, [=](Screen &screen) {
     screen.setText(itemOf(kNumberFields, i), text);
     NDB_bOK[i] = isAcceptable(kTables, i, text) ? 1 : 0;

@@ -70,7 +70,7 @@ bool defineStatics(int n) {
   return true;
 }
 
-void setStatic(int i, std::string_view text) {
+void setStatic(int i, const char *text) {
   if (hasField(kStaticTexts, i)) storeText(kTexts, i, text);
 }
 

@@ -2,8 +2,6 @@
 #ifndef KORVEL_DIALOGS_STATIC_TEXTS_H
 #define KORVEL_DIALOGS_STATIC_TEXTS_H
 
-#include <string_view>
-
 #include "dialogs/field_type.h"
 
 namespace korvel::dialogs {
@@ -13,7 +11,7 @@ extern const FieldType kStaticTexts;
 
 // As the exported functions, without their checks for null.
 bool defineStatics(int n);
-void setStatic(int i, std::string_view text);
+void setStatic(int i, const char *text);
 
 // Adds the statics in use to a dialog.
 void addStatics(Builder &builder);

@@ -54,13 +54,13 @@ bool defineTexts(int n, int firstItem) {
   return true;
 }
 
-void setText(int i, std::string_view text) {
+void setText(int i, const char *text) {
   if (!hasField(kTextFields, i)) return;
   TDB_bInit[i] = 1;
   storeText(kFieldTexts, i, text);
 }
 
-void setChoices(int i, std::string_view choices) {
+void setChoices(int i, const char *choices) {
   if (!hasField(kTextFields, i)) return;
   TDBC[i] = 1;
   // The caller's own buffer, if the field had one, is of unknown size and never written.

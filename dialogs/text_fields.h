@@ -3,7 +3,6 @@
 #define KORVEL_DIALOGS_TEXT_FIELDS_H
 
 #include <iterator>
-#include <string_view>
 
 #include "dialogs/field_type.h"
 #include "dialogs/stored_text.h"
@@ -17,8 +16,8 @@ inline constexpr TextStore kChoices{TDB_SZLBUFFER, std::size(TDB_SZLBUFFER), &TD
 
 // As the exported functions, without their checks for null.
 bool defineTexts(int n, int firstItem);
-void setText(int i, std::string_view text);
-void setChoices(int i, std::string_view choices);
+void setText(int i, const char *text);
+void setChoices(int i, const char *choices);
 void turnPopUpOrList(int i);
 void useChoices(int i, char *choices);
 

@@ -11,6 +11,7 @@
 #include <korvel/dialogs.h>
 
 #include "tests/dialogs/dialog_fixture.h"
+#include "tests/support/page_end.h"
 #include "tests/support/poisoned_buffer.h"
 
 namespace korvel::test {
@@ -364,6 +365,16 @@ TEST_F(TextFields, ACountBeyondTheTablesReachesNothingBehindThem) {
   EXPECT_EQ(TexteDlgBox_set(20, "x"), 0);
   TDB_N = -5;
   EXPECT_EQ(TexteDlgBox_get_valid(0), 0);
+}
+
+TEST_F(TextFields, ATextForNoFieldIsNotRead) {
+  PageEnd endless("x");
+  TexteDlgBox_param(1, 3);
+  StaticDlgBox_param(1);
+  EXPECT_EQ(TexteDlgBox_set(20, endless.data()), 0);
+  EXPECT_EQ(TexteDlgBox_set_liste(-1, endless.data()), 0);
+  StaticDlgBox_set(-1, endless.data());
+  EXPECT_EQ(ZRVDlgBox_num_set(0, endless.data()), 0) << "there is no dialog";
 }
 
 TEST_F(TextFields, NullArgumentsDoNothing) {
