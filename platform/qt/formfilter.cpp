@@ -29,6 +29,7 @@ constexpr int kFarthest = 32768;
 constexpr int kLargestFont = 200;
 constexpr int kLongestMarkup = 10000;
 constexpr int kMostBases = 8;  // of a class that the form declares
+constexpr int kQuoted = 40;    // characters of a text that is at fault
 
 // ---- What passes ----
 
@@ -339,7 +340,7 @@ QString FormFilter::passedText(const Holder &around) {
   if (isIn(element, kNumbers)) {
     bool isNumber = false;
     const qlonglong number = told.trimmed().toLongLong(&isNumber);
-    if (!isNumber) fail(QStringLiteral("a number is none"));
+    if (!isNumber) fail(QStringLiteral("no number: \"%1\"").arg(told.simplified().left(kQuoted)));
     const bool isSigned = isIn(element == QLatin1String("number") ? around.name : element, kSigned);
     const int most = around.isA("font") ? kLargestFont : kFarthest;
     return QString::number(std::clamp<qlonglong>(number, isSigned ? -kFarthest : 0, most));

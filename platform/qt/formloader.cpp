@@ -132,14 +132,15 @@ QString placeItems(const FormLoader &loader, LoadedForm &loaded) {
     const QString name = widget->objectName();
     const int number = told.toInt();
     if (number < 1 || number > kLastItem)
-      return QStringLiteral("\"%1\" has an item number that is none: %2")
-          .arg(name, told.toString());
+      return QStringLiteral("\"%1\" has the item number %2, which is not one of 1 to %3")
+          .arg(name, told.toString(), QString::number(kLastItem));
     auto *item = dynamic_cast<Item *>(widget);
     const QString className = QLatin1String(widget->metaObject()->className());
     // The numbers of a label and a group are for the form's reader.
     if (item == nullptr && className != QLatin1String("QLabel") &&
         className != QLatin1String("QGroupBox"))
-      return QStringLiteral("\"%1\" has an item number and is no item: %2").arg(name, className);
+      return QStringLiteral("\"%1\" has an item number, but can be no item: it is shown as a %2")
+          .arg(name, className);
     if (takenBy.contains(number))
       return QStringLiteral("item %1 is there twice, as \"%2\" and as \"%3\"")
           .arg(QString::number(number), takenBy.value(number), name);
