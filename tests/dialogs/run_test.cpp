@@ -420,7 +420,7 @@ TEST_P(DialogRun, OtherHitsAreIgnored) {
 }
 
 TEST_P(BuiltRun, TypesAreTriedInTheirOrder) {
-  // First item numbers such that each identifier matches fields of several types.
+  // First identifiers such that each one matches fields of several types.
   TDB_ID_TEXTE = BDB_ID_FLAG = IDB_ID_INT = NDB_ID_NUM = DDB_ID_DATE = PDB_ID_PUSH = 100;
   Callbacks::onGlobal = redisplaying({100});
   expectDialog()
