@@ -260,8 +260,8 @@ cd /tmp && exec "$@"
 
 def sandboxed(command, limit, results=None):
     """The status of a command; None when it took longer than `limit` seconds."""
-    as_root = [] if os.geteuid() == 0 else ['--user', '--map-root-user']
-    caged = ['unshare', *as_root, '--mount', '--pid', '--net', '--ipc', '--fork', '--kill-child',
+    rights = [] if os.geteuid() == 0 else ['--user', '--map-root-user']
+    caged = ['unshare', *rights, '--mount', '--pid', '--net', '--ipc', '--fork', '--kill-child',
              'prlimit', f'--as={MEMORY}', '--core=0', 'sh', '-c', SANDBOX, 'sh', *command]
     environment = {**os.environ, 'QT_QPA_PLATFORM': 'offscreen', 'TMPDIR': '/tmp', 'HOME': '/tmp'}
     with open(results or os.devnull, 'w') as output:
@@ -271,9 +271,11 @@ def sandboxed(command, limit, results=None):
         try:
             return process.wait(limit)
         except subprocess.TimeoutExpired:
-            os.killpg(process.pid, signal.SIGKILL)
-            process.wait()
             return None
+        finally:
+            if process.poll() is None:
+                os.killpg(process.pid, signal.SIGKILL)
+                process.wait()
 
 
 class Program:
@@ -537,6 +539,7 @@ def survivors_again():
 def main(arguments):
     if arguments == ['--check']:
         return check_named()
+    signal.signal(signal.SIGTERM, lambda *_: sys.exit(143))  # and the copy is put back
     seed = 1
     if arguments[:1] == ['--seed']:
         seed, arguments = int(arguments[1]), arguments[2:]
