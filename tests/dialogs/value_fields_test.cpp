@@ -457,6 +457,11 @@ TEST_F(DateFields, CalendarDatesAreAccepted) {
     EXPECT_EQ(intcod_l_date(text, &value), status) << '"' << given << '"';
     EXPECT_EQ(value, stored) << '"' << given << '"';
   }
+  int value = -7;
+  EXPECT_EQ(intcod_l_date(nullptr, &value), 1);
+  EXPECT_EQ(value, -7);
+  char text[] = "20230101";
+  EXPECT_EQ(intcod_l_date(text, nullptr), 1);
 }
 
 }  // namespace

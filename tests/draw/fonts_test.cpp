@@ -138,6 +138,7 @@ TEST_F(Fonts, WithoutPortOrNameNothingHappens) {
   std::strcpy(ch_font_FontName, "Arial");
   char_dy = 5;
   EXPECT_EQ(ch_font_set(nullptr, "Courier New", 0, 255, 12), 0);
+  EXPECT_EQ(ch_font_set(port, nullptr, 9, 15, 12), 0);
   EXPECT_EQ(ch_font_set_ext(port, nullptr, 9, 15, 12, 1), 0);
   EXPECT_STREQ(ch_font_FontName, "Arial");
   EXPECT_EQ(char_dy, 5);
