@@ -266,8 +266,8 @@ KORVEL_API int ZRV_Table_sauvegarde(const char *name, int overwrite);
    link. A table that is a symbolic link stays one under its new name.
    Returns 1. Returns 0 if the table has no line; it is renamed then all the same. Returns 0 and
    leaves everything as it was when the new name is a folder's, and where an edit would fail, as in
-   a folder that may not be written. A kill or a loss of power meanwhile may leave the old table, the
-   new one, or each under its name. */
+   a folder that may not be written. A kill or a loss of power meanwhile may leave the old table,
+   the new one, or each under its name. */
 KORVEL_API int ZRV_Table_modify(const char *name, const char *newName, const char *version,
                                 const char *title);
 
