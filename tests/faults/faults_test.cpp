@@ -1,4 +1,6 @@
 // Every function of the interface, while everything that it asks for is refused in turn.
+#include <cstdio>
+
 #include <gtest/gtest.h>
 
 #include "tests/faults/operations.h"
@@ -10,7 +12,7 @@ namespace {
 int survive(std::span<const Operation> operations) {
   int faults = 0;
   for (const Operation &operation : operations) faults += surviveEveryFault(operation);
-  testing::Test::RecordProperty("faults", faults);
+  std::printf("%d failures survived\n", faults);
   return faults;
 }
 
