@@ -23,7 +23,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
 // Called once before the first: scratch folders made afterwards stand in memory where the machine
 // has such a place.
 extern "C" [[gnu::used]] inline int LLVMFuzzerInitialize(int *, char ***) {
-  if (access("/dev/shm", W_OK | X_OK) == 0) setenv("TMPDIR", "/dev/shm", 1);
+  if (access("/dev/shm", W_OK | X_OK) == 0) setenv("TMPDIR", "/dev/shm", 0);
   return 0;
 }
 
