@@ -74,15 +74,17 @@ TEST_F(Reader, NeedsTheSlotsItSays) {
 
 TEST_F(Reader, InsideAnotherOneHasItsOwnBlocks) {
   const std::string file = path("outer");
-  TableReader outer;
-  ASSERT_TRUE(outer.open(file.c_str(), Slots::Memory));
-  const std::string_view block = outer.next();
   table("u", "inner");
-  for (int i = 0; i < 2; ++i) {  // and gives back no others than those
-    TableReader inner;
-    ASSERT_TRUE(inner.open("Data:tables:u.tab", Slots::FileAndMemory));
-    EXPECT_EQ(inner.next(), "inner");
-    EXPECT_EQ(block, "outer") << i;
+  for (const Slots slots : {Slots::Memory, Slots::FileAndMemory}) {
+    TableReader outer;
+    ASSERT_TRUE(outer.open(file.c_str(), slots));
+    const std::string_view block = outer.next();
+    for (int i = 0; i < 2; ++i) {  // and gives back no others than those
+      TableReader inner;
+      ASSERT_TRUE(inner.open("Data:tables:u.tab", Slots::FileAndMemory));
+      EXPECT_EQ(inner.next(), "inner");
+      EXPECT_EQ(block, "outer") << i;
+    }
   }
 }
 
