@@ -51,6 +51,7 @@ bool lookUpFirst(std::string_view key, int column, const char *table, Out out) {
   TableWalk walk;
   if (!walk.open(table)) return false;
   const bool found = walk.find(CodeTest(key, 0));
+  if (!found && !walk.isWhole()) return false;
   if (walk.line() > 0) storeSplit(walk.kept());
   // Kept: without a match the last line becomes the current one.
   setCurrentLine(walk.line());
@@ -69,6 +70,7 @@ bool lookUpNext(std::string_view key, int column, const char *table, Out out) {
   TableWalk walk;
   if (!walk.open(table)) return false;
   const bool found = walk.find(CodeTest(key, std::max(ZRV_Libelle_NC_il, 0)));
+  if (!found && !walk.isWhole()) return false;
   if (walk.line() > 0) storeSplit(walk.kept());
   if (!found) return false;
   giveField({false, column}, out);
@@ -81,7 +83,6 @@ bool readAgain(FieldChoice choice, const char *table, Out out) {
   TableWalk walk;
   if (!walk.open(table)) return false;
   const bool found = walk.find(NumberTest(ZRV_Libelle_NC_il));
-  // As for a table that cannot be opened: the line is read from it at its next use.
   if (!found && !walk.isWhole()) return false;
   ZRV_Libelle_NC_read = 1;
   if (found) {

@@ -156,6 +156,7 @@ SearchEnd search(const LineTest &test, From from, const char *table, Out out) {
   TableWalk walk;
   if (!walk.open(table)) return {};
   const bool found = walk.find(test);
+  if (!found && !walk.isWhole()) return {};
   const bool atLine = walk.line() > 0;
   if (atLine) {
     storeSplit(walk.kept());

@@ -52,7 +52,8 @@ class TableWalk {
   // last line. To be called once.
   bool find(const LineTest &test);
 
-  // False once the table could not be read to its end.
+  // False once the table could not be read to its end: the line at which the walk stopped is then
+  // not the last one. Without a match that is as a table that cannot be opened.
   bool isWhole() const { return reader_.isWhole(); }
 
   // The line at which the walk stopped: its number, or 0 when the table has none, and its kept

@@ -1,5 +1,6 @@
-// Edits, back-ups and walks where all requests of a kind are refused, or something happens between
-// two of them: a size that the system does not tell, a left-over file that is replaced meanwhile.
+// Edits, back-ups, lookups and walks where all requests of a kind are refused, or something happens
+// between two of them: a size that the system does not tell, a left-over file that is replaced
+// meanwhile.
 #include <algorithm>
 #include <cerrno>
 #include <chrono>
@@ -41,6 +42,34 @@ bool saysOneAnyhow(const Editing &editing) {
   return editing.name == std::string("repair") || editing.name == std::string("back up");
 }
 
+// What finds a line of the example table, and what it leaves of the current line 5 if it cannot.
+struct Finding {
+  const char *name;
+  test::Answer (*find)();
+  int line;
+  int read;
+};
+
+constexpr Finding kFindings[] = {
+    {"look up", [] { return test::lookUp("07", 1, "actes"); }, 0, 0},
+    {"look up on a day", [] { return test::lookUpDate("07", 1, "actes", 2, 20010101); }, 0, 0},
+    {"look up the next", [] { return test::lookUpNext("07", 1, "actes"); }, 5, 1},
+    {"read again", [] { return test::idem0(2, 1, "actes"); }, 5, 0},
+    {"search", [] { return test::search(ZRV_Code_NC, "Visite", 1, "actes"); }, 0, 0},
+    {"search in any case", [] { return test::search(ZRV_CodeNCS_NC, "visite", 1, "actes"); }, 0, 0},
+    {"search the next", [] { return test::search(ZRV_Code_NC_next, "Visite", 1, "actes"); }, 5, 1},
+    {"search by criteria",
+     [] {
+       return test::search(ZRV_Code_NC_ex, {{"Visite", 1}}, "actes");
+     },
+     0, 0},
+    {"search the next by criteria",
+     [] {
+       return test::search(ZRV_Code_NC_ex_next, {{"Visite", 1}}, "actes");
+     },
+     5, 1},
+};
+
 class ReadFaults : public test::Edits {
  protected:
   void reset() {
@@ -62,6 +91,31 @@ TEST_F(ReadFaults, WithoutAnyStatusTheEditGivesZero) {
     const Instead untold("fstat", EIO);
     EXPECT_EQ(editing.edit(), saysOneAnyhow(editing) ? 1 : 0) << editing.name;
     EXPECT_EQ(files(), before) << editing.name;
+  }
+}
+
+// Neither a piece of a line nor one that was not the last is taken for a line found, or for the
+// last.
+TEST_F(ReadFaults, AReadingThatBreaksOffIsAsATableThatCannotBeOpened) {
+  tables::TableReader::blockSize = 16;
+  for (const Finding &finding : kFindings) {
+    int answered = 0;
+    for (bool breaksOff = true; breaksOff; ++answered) {
+      reset();
+      test::lookUp("02", 1, "actes");
+      int readings = 0;
+      const Instead broken("pread",
+                           [&](const Request &) { return ++readings <= answered ? 0 : EIO; });
+      const test::Answer answer = finding.find();
+      breaksOff = readings > answered;
+      EXPECT_EQ(answer.result, breaksOff ? 0 : 1) << finding.name << ' ' << answered;
+      if (breaksOff) {
+        EXPECT_EQ(answer.out, test::kUntouched) << finding.name << ' ' << answered;
+        EXPECT_EQ(test::state(), (test::State{finding.line, finding.read, "02|Garde"}))
+            << finding.name << ' ' << answered;
+      }
+    }
+    EXPECT_GT(answered, 3) << finding.name;
   }
 }
 
