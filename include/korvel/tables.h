@@ -72,7 +72,8 @@ KORVEL_API char *getDirTables(void);
    Returns 1; the line is the current one then and is in the buffer.
    Returns 0, out untouched, when no code matches: the current line is then the number of lines of
    the table, the read flag 1 and the table's last line in the buffer. Returns 0 too when the table
-   cannot be opened: the current line and the read flag are then 0, out and buffer untouched. */
+   cannot be opened or read to its end: the current line and the read flag are then 0, out and
+   buffer untouched. */
 KORVEL_API int ZRV_Libelle_NC(const char *key, int keyLength, int column, const char *table,
                               char *out, int outSize);
 
@@ -93,8 +94,9 @@ KORVEL_API int ZRV_Libelle_NC_idem(const char *key, int keyLength, int column, c
    have it (no line has column 0 or one below). The key itself is not looked at.
    Returns 1; the line is in the buffer then, the read flag is 1.
    Returns 0, out untouched, when the table has fewer lines: the read flag is 1 all the same, and
-   the last line is in the buffer, not split. Returns 0 too when the table cannot be opened: the
-   read flag is then 0, the buffer untouched. The current line's number never changes. */
+   the last line is in the buffer, not split. Returns 0 too when the table cannot be opened or read
+   to its end: the read flag is then 0, out and buffer untouched. The current line's number never
+   changes. */
 KORVEL_API int ZRV_Libelle_NC_idem_0(const char *key, int keyLength, int column, const char *table,
                                      char *out, int outSize);
 
@@ -102,8 +104,8 @@ KORVEL_API int ZRV_Libelle_NC_idem_0(const char *key, int keyLength, int column,
    it (from 1 on; "" when the line does not have it, and for column 0 and below).
    Returns 1; the line is the current one then and is in the buffer.
    Returns 0, with out, the current line's number and the read flag untouched, when there is none;
-   the table's last line is then in the buffer. Returns 0 too when the table cannot be opened:
-   the buffer is then untouched as well. */
+   the table's last line is then in the buffer. Returns 0 too when the table cannot be opened or
+   read to its end: the buffer is then untouched as well. */
 KORVEL_API int ZRV_Libelle_NC_next(const char *key, int keyLength, int column, const char *table,
                                    char *out, int outSize);
 
@@ -131,8 +133,8 @@ KORVEL_API void ZRV_Libelle_NC_set_ligne(int line);
    Without a match the result is 0 and the table's last line is in the buffer; the functions that
    start at the first line set the current line to the number of lines and the read flag to 1, the
    functions that go on after the current line leave both as they were. When the table cannot be
-   opened the result is 0, out and buffer are untouched; the functions that start at the first line
-   then set both to 0. A table without lines leaves out untouched. */
+   opened or read to its end the result is 0, out and buffer are untouched; the functions that start
+   at the first line then set both to 0. A table without lines leaves out untouched. */
 
 /* Looks for the first line whose column matches the label and gives its code.
    label: NUL-terminated; an empty one matches no line. column: from 1 on; below that, the last
