@@ -45,19 +45,23 @@ bool createWhole(const TablePath &path, Pieces content) {
 }
 
 // Kept: the result of the writing does not count, so a full disk leaves the beginning of a table.
-void createInPlace(const TablePath &path, Pieces content) {
+bool createInPlace(const TablePath &path, Pieces content) {
   constexpr mode_t kOpenToAll = 0777;
   WritingHandle handle;
-  if (!handle.take(path.text)) return;
+  if (!handle.take(path.text)) return false;
   const PosixPath posix(path.text);
   const int file = files::openCreating(posix.text(), O_EXCL, kOpenToAll);
-  if (file < 0) return handle.dropUnopened();
+  if (file < 0) {
+    handle.dropUnopened();
+    return false;
+  }
   for (const std::string_view piece : content) {
     if (files::writeAll(file, piece.data(), piece.size()) != piece.size()) break;
   }
   base::retried([file] { return fsync(file); });
   files::syncFolderOf(posix.text(), file);
   close(file);
+  return true;
 }
 
 bool create(const TablePath &path, std::string_view version, std::string_view title) {
@@ -67,8 +71,7 @@ bool create(const TablePath &path, std::string_view version, std::string_view ti
                                       kWrittenEnd, kEndMark,    kWrittenEnd};
   if (exists(path) || createWhole(path, content)) return true;
   // Another process may make it meanwhile.
-  if (!exists(path)) createInPlace(path, content);
-  return exists(path);
+  return exists(path) || createInPlace(path, content) || exists(path);
 }
 
 // The removal waits for an edit of the table, which would otherwise bring it back.

@@ -129,6 +129,16 @@ TEST_F(Create, ItsFolderReachesTheDiskBeforeTheAnswer) {
   files::replaceFault = nullptr;
 }
 
+// Made as a whole, and in place.
+TEST_F(Create, OneThatSomebodyRemovesAtOnceWasCreated) {
+  for (const int error : {0, EIO}) {
+    Fault removed(ReplaceStep::Folder, 1, [&] { return unlink(posixPath("new").c_str()); });
+    Fault::also(ReplaceStep::Open, error);
+    EXPECT_EQ(ZRV_Table_create("new", "2", "Actes"), 1) << error;
+    EXPECT_EQ(files(), (Files{{"actes.tab", actes()}}));
+  }
+}
+
 TEST_F(Create, OneThatComesTooLateLeavesTheOther) {
   Fault fault(ReplaceStep::Sync, 1, [&] {
     table("new", "other");
