@@ -236,7 +236,8 @@ KORVEL_API int ZRV_Libelle_NC_idem_flush(const char *key, int keyLength, const c
 /* ---- Table maintenance ----
 
    A null name is a table that does not exist; for a null version or title nothing is done and 0
-   returned. What a function has done survives a loss of power once it has returned. */
+   returned. What a function has done survives a loss of power once it has returned, if the disk
+   takes it: on one that fails, ZRV_Table_create answers 1 all the same. */
 
 /* Called by ZRV_Table_scan. fields: the fields of a line, each ended by a NUL, a second NUL after
    the last; valid during the call, and writable up to there. */
