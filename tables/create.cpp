@@ -80,7 +80,8 @@ bool removeTable(const TablePath &path) {
   const PosixPath posix(path.text);
   files::FileLock lock;
   static_cast<void>(lock.take(posix.text()));
-  // Kept: the removal's own result does not count.
+  // Kept: the removal's own result does not count. Without the lock, a folder that may not be read
+  // is not synced.
   if (std::remove(posix.text()) == 0) files::syncFolderOf(posix.text(), lock.descriptor());
   return true;
 }
