@@ -90,7 +90,8 @@ class Profile {
   template <typename Write>
   void compare(const std::string &changed, Write write) {
     passagesLeft = input_.ConsumeIntegralInRange(0, 3);
-    failing = static_cast<files::ReplaceStep>(input_.ConsumeIntegralInRange(0, 6));
+    failing = static_cast<files::ReplaceStep>(
+        input_.ConsumeIntegralInRange(0, static_cast<int>(files::ReplaceStep::Folder)));
     const bool mayFail = passagesLeft > 0;
     files::replaceFault = mayFail ? fail : nullptr;
     const int answer = write();
