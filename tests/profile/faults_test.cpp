@@ -23,7 +23,6 @@
 #include "files/replace.h"
 #include "tests/files/processes.h"
 #include "tests/files/volumes.h"
-#include "tests/profile/files_in_memory.h"
 #include "tests/profile/literal_profile.h"
 #include "tests/support/sanitizer.h"
 
@@ -357,7 +356,7 @@ class AtOnce : public testing::Test {
     EXPECT_EQ(entries(volumes_.folder()), std::vector<std::string>{"p.ini"});
   }
 
-  korvel::test::FilesInMemory inMemory_;
+  korvel::test::MemoryDisk inMemory_;
   Volumes volumes_;
 };
 

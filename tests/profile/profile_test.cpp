@@ -16,7 +16,6 @@
 
 #include "tests/files/processes.h"
 #include "tests/files/volumes.h"
-#include "tests/profile/files_in_memory.h"
 #include "tests/profile/literal_profile.h"
 #include "tests/profile/random_profiles.h"
 #include "tests/support/poisoned_buffer.h"
@@ -517,7 +516,7 @@ class RandomCalls : public testing::Test {
   }
 
   RandomProfiles random_{1989};
-  korvel::test::FilesInMemory inMemory_;
+  korvel::test::MemoryDisk inMemory_;
   Volumes volumes_;
   std::array<std::string, kPaths.size()> files_;
   std::size_t which_ = 0;
