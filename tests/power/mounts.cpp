@@ -5,6 +5,7 @@
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
+#include <string_view>
 
 #include <fcntl.h>
 #include <linux/loop.h>
@@ -28,11 +29,24 @@ std::string Image::path() const {
   return "/proc/" + std::to_string(getpid()) + "/fd/" + std::to_string(file_);
 }
 
+namespace {
+
+bool run(const std::string &command) {
+  const std::string line = "PATH=$PATH:/usr/sbin:/sbin; " + command + " >/dev/null";
+  return std::system(line.c_str()) == 0;
+}
+
+}  // namespace
+
+bool canFormat(const FileSystem &fileSystem) {
+  const std::string_view command = fileSystem.format;
+  return run("command -v " + std::string(command.substr(0, command.find(' '))));
+}
+
 Sectors formatted(const FileSystem &fileSystem) {
   const Image image(fileSystem.size);
-  const std::string command = "PATH=$PATH:/usr/sbin:/sbin " + std::string(fileSystem.format) + " " +
-                              image.path() + " >/dev/null";
-  return std::system(command.c_str()) == 0 ? sectorsOf(image.file()) : Sectors();
+  const bool done = run(std::string(fileSystem.format) + " " + image.path());
+  return done ? sectorsOf(image.file()) : Sectors();
 }
 
 PrivateMounts::PrivateMounts() {

@@ -41,7 +41,10 @@ class Image {
   int file_;
 };
 
-// The content of a new file system; empty if it cannot be made.
+// Whether this machine has the command that makes one.
+bool canFormat(const FileSystem &fileSystem);
+
+// The content of a new file system; empty if making it fails.
 Sectors formatted(const FileSystem &fileSystem);
 
 // From its construction on what this process mounts is seen by it alone, and undone at its end.

@@ -62,16 +62,17 @@ class OnDisk {
  public:
   explicit OnDisk(const FileSystem &fileSystem)
       : fileSystem_(fileSystem), obstacle_(mounts_.obstacle()) {
-    if (obstacle_.empty()) obstacle_ = begin();
-    if (obstacle_.empty()) scratch_.emplace(root());
+    if (obstacle_.empty() && begin()) scratch_.emplace(root());
   }
   ~OnDisk() { mounts_.unmount("live"); }
   OnDisk(const OnDisk &) = delete;
   OnDisk &operator=(const OnDisk &) = delete;
 
  protected:
-  // Why there is none, if so; else "".
+  // What this machine does not give, if that is why there is none; else "".
   const std::string &obstacle() const { return obstacle_; }
+  // Any other reason why there is none.
+  const std::string &defect() const { return defect_; }
   std::string root() const { return mounts_.path("live"); }
   // The disk before the first request.
   const Sectors &formatted() const { return formatted_; }
@@ -99,21 +100,37 @@ class OnDisk {
   }
 
  private:
-  std::string begin() {
-    const std::string at = mounts_.path("disk");
+  bool begin() {
+    if (!canFormat(fileSystem_)) {
+      obstacle_ = std::string("no command for ") + fileSystem_.name;
+      return false;
+    }
     formatted_ = korvel::test::formatted(fileSystem_);
-    if (formatted_.empty()) return std::string("cannot run ") + fileSystem_.format;
+    if (formatted_.empty()) {
+      defect_ = std::string("failed: ") + fileSystem_.format;
+      return false;
+    }
+    const std::string at = mounts_.path("disk");
     close(open(at.c_str(), O_CREAT | O_CLOEXEC, 0600));
-    if (!disk_.start(formatted_, fileSystem_.size, mounts_.path("dev/fuse"), at))
-      return std::string("cannot serve a disk: ") + std::strerror(errno);
-    if (!mounts_.mountFile(disk_.file(), fileSystem_.name, MS_NOATIME, fileSystem_.options, "live"))
-      return std::string("cannot mount ") + fileSystem_.name + ": " + std::strerror(errno);
-    return "";
+    return canDo(disk_.start(formatted_, fileSystem_.size, mounts_.path("dev/fuse"), at),
+                 "cannot serve a disk") &&
+           canDo(mounts_.mountFile(disk_.file(), fileSystem_.name, MS_NOATIME, fileSystem_.options,
+                                   "live"),
+                 "cannot mount the disk");
+  }
+
+  // A missing right, device or file system is the machine's; everything else the disk's.
+  bool canDo(bool done, const char *what) {
+    if (done) return true;
+    const bool isMissing = errno == EPERM || errno == EACCES || errno == ENODEV;
+    (isMissing ? obstacle_ : defect_) = std::string(what) + ": " + std::strerror(errno);
+    return false;
   }
 
   const FileSystem &fileSystem_;
   PrivateMounts mounts_;
   std::string obstacle_;
+  std::string defect_;
   Sectors formatted_;
   Disk disk_;
   std::optional<ScratchPlace> scratch_;
@@ -132,6 +149,7 @@ class Power : protected OnDisk, public Tables, public testing::WithParamInterfac
   Power() : OnDisk(GetParam()) {}
 
   void SetUp() override {
+    ASSERT_EQ(defect(), "");
     if (!obstacle().empty()) GTEST_SKIP() << obstacle();
   }
 
