@@ -3,6 +3,7 @@
 #define KORVEL_TESTS_POWER_POWER_H
 
 #include <cerrno>
+#include <cstdio>
 #include <cstring>
 #include <filesystem>
 #include <functional>
@@ -191,6 +192,8 @@ class Power : protected OnDisk, public Tables, public testing::WithParamInterfac
       if (i + 1 >= begin) expectAnswered(flushed, request.answers, answersAfter(i, end));
       if (moments.contains(i)) expectOldOrNew(withSomeOf(cache, flushed, random), request.answers);
     }
+    std::printf("%s: %zu requests to the disk, %zu answers, %zu random cuts\n", GetParam().name,
+                end - begin, changes_->size(), moments.size());
   }
 
   static std::set<std::size_t> someOf(std::size_t begin, std::size_t end, std::mt19937 &random) {
