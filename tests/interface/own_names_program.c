@@ -212,7 +212,7 @@ static void playHandles(void) {
   TELL(xFile_Close, file);
 
   file = LIB(MFil_Open)("", 0, 0);
-  TELL(MFil_Write, file, "memoire", 7);
+  TELL(MFil_Write, file, "memoire", 8); /* with its end, as it is shown as a text */
   TELL(MFil_Lseek, file, 2);
   TELL(MFil_Read, file, text, 3);
   TELL(MFil_Re_Read, file, text, 3);
