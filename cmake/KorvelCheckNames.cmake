@@ -10,7 +10,9 @@ function(korvel_check_names target)
     message(FATAL_ERROR "korvel_check_names(${target}): there is no nm to read objects with")
   endif()
   set(objects ${CMAKE_CURRENT_BINARY_DIR}/${target}-$<CONFIG>.objects)
-  file(GENERATE OUTPUT ${objects} CONTENT "$<JOIN:$<TARGET_OBJECTS:${target}>,\n>\n")
+  # CMake counts precompiled headers among them.
+  set(compiled "$<FILTER:$<TARGET_OBJECTS:${target}>,EXCLUDE,\\.(gch|pch)$>")
+  file(GENERATE OUTPUT ${objects} CONTENT "$<JOIN:${compiled},\n>\n")
   add_custom_command(TARGET ${target} PRE_LINK VERBATIM
     COMMAND ${CMAKE_COMMAND} -D NM=${CMAKE_NM} -D LIBRARY=$<TARGET_FILE:korvel::korvel>
       -D OBJECTS=${objects} -P ${CMAKE_CURRENT_FUNCTION_LIST_DIR}/KorvelCheckObjects.cmake)
