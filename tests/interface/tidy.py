@@ -27,6 +27,9 @@ def toolkit_headers():
     words = [word for word in shlex.split(entry['command']) if word not in ('-Werror', '-Winvalid-pch')]
     words[0] = clang
     words[words.index('-o') + 1] = str(own / 'toolkit.pch')
+    # The header itself: beside it stands what the other compiler made of it.
+    words[words.index('-c') + 1] = words.pop(words.index('-include') + 1)
+    words.remove('-include')
     subprocess.run(words, check=True, cwd=entry['directory'])
     return f' -include-pch {own}/toolkit.pch'
 
