@@ -1,5 +1,5 @@
 // Replacements of whole files, with faults at the steps, kills and small disks. Failing system
-// calls are in replace_fault_test.cpp.
+// calls are in tests/faults/.
 #include "files/replace.h"
 
 #include <array>
