@@ -55,7 +55,8 @@ class TableReader {
 
   // The next whole lines, each ended by a carriage return, with a line end like the first one's in
   // front of them. A line whose end is in a later block is put together from its kept characters;
-  // the last line gains an end if the file has none.
+  // the last line gains an end if the file has none. What was begun when a reading broke off is no
+  // line.
   std::string_view nextLines();
 
   // False when the file's size is not known, a read failed or the file was cut short: what was
