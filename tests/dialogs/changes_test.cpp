@@ -328,7 +328,7 @@ TEST_P(Changes, ANumberGoesToTheItemAndItsValueToTheTable) {
   for (const auto &[i, text, value, valid] : kCases) {
     SCOPED_TRACE(text);
     describe();
-    during([=, given = text] { EXPECT_EQ(ZRVDlgBox_num_set(i, given), 0); },
+    during([i = i, given = text] { EXPECT_EQ(ZRVDlgBox_num_set(i, given), 0); },
            [&, i = i, shown = std::string(text), wanted = value, flag = valid] {
              EXPECT_EQ(desk.text(kNumber + i), shown);
              EXPECT_NEAR(NDB_dNums[i], wanted, 1e-12);

@@ -302,10 +302,9 @@ static void showFields(char *fields) { show("fields", fields); }
 
 /* A table of three lines, made by edits alone. */
 static void makeTable(void) {
-  static const char *const lines[] = {
-      "01,S\xE9"
-      "ance,01/01/00,31/12/09",
-      "02,Visite+domicile", "01,Consultation,01/01/10,31/12/19"};
+  static const char *const lines[] = {("01,S\xE9"
+                                       "ance,01/01/00,31/12/09"),
+                                      "02,Visite+domicile", "01,Consultation,01/01/10,31/12/19"};
   TELL(ZRV_Table_create, "actes", "1", "Actes");
   for (int i = 0; i < 3; i++) {
     LIB(ZRV_Libelle_NC_set_ligne)(3 + i);

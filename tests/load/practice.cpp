@@ -37,8 +37,8 @@ std::string textOf(Target target, int round) {
                                            "cl\xE9",
                                            "passage",
                                            "section",
-                                           "n\xE9"
-                                           "ant",
+                                           ("n\xE9"
+                                            "ant"),
                                            "titre"};
   return std::string(kNames[target]) + " " + std::to_string(round) +
          std::string(static_cast<std::size_t>(round % 40), '\xE8');

@@ -21,8 +21,8 @@ constexpr const char *kWords[] = {"", "Anne", "No\xEBl", "un texte trop long", "
 constexpr const char *kChoices[] = {"Madame+Ma\xEEtre+No\xEBl+Na\xEFve", "Madame", "Na\xEFve,,Anne",
                                     ""};
 constexpr const char *kRows[] = {"rouge$vert$bleu$No\xEBl$blanc$noir", "", "vert",
-                                 "gris$gris$\xE9"
-                                 "carlate"};
+                                 ("gris$gris$\xE9"
+                                  "carlate")};
 constexpr int kDateValues[] = {20000229, 18000101, 21001231, 19991105};
 
 constexpr const char *kMessages[] = {
