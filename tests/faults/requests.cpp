@@ -393,5 +393,11 @@ void *operator new[](std::size_t size, const std::nothrow_t &) noexcept {
 }
 void operator delete(void *block) noexcept { std::free(block); }
 void operator delete[](void *block) noexcept { std::free(block); }
-void operator delete(void *block, std::size_t) noexcept { std::free(block); }
-void operator delete[](void *block, std::size_t) noexcept { std::free(block); }
+// The language does not declare these two for every compiler, which then would hide them from what
+// other libraries give back.
+[[gnu::visibility("default")]] void operator delete(void *block, std::size_t) noexcept {
+  std::free(block);
+}
+[[gnu::visibility("default")]] void operator delete[](void *block, std::size_t) noexcept {
+  std::free(block);
+}
