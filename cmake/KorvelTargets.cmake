@@ -1,5 +1,11 @@
 # How every target of the project is compiled.
 
+# With these is linked whatever loads the library or is a part of it; a program in C brings the C++
+# runtime, too, as the sanitizers ask it for the types of objects.
+if(KORVEL_SANITIZE)
+  set(korvel_sanitizers -fsanitize=address,undefined -fsanitize-link-c++-runtime -lstdc++)
+endif()
+
 # Language level, warnings and sanitizers of one target.
 function(korvel_compile_settings target)
   target_compile_features(${target} PRIVATE cxx_std_20)
@@ -19,10 +25,15 @@ function(korvel_compile_settings target)
   if(KORVEL_SANITIZE)
     target_compile_options(${target} PRIVATE
       -fsanitize=address,undefined -fno-sanitize-recover=undefined -fno-omit-frame-pointer)
-    target_link_options(${target} PRIVATE -fsanitize=address,undefined)
+    target_link_options(${target} PRIVATE ${korvel_sanitizers})
   endif()
-  if(KORVEL_HUNT)
-    target_compile_options(${target} PRIVATE -fsanitize=fuzzer-no-link)
+endfunction()
+
+# Under the sanitizers the hunting programs see where they get in the library, and get there sooner
+# with its code optimised a little.
+function(korvel_watch target)
+  if(KORVEL_SANITIZE)
+    target_compile_options(${target} PRIVATE -O1 -fsanitize=fuzzer-no-link)
   endif()
 endfunction()
 
@@ -57,6 +68,7 @@ endfunction()
 function(korvel_target target type)
   add_library(${target} ${type} ${ARGN})
   korvel_compile_settings(${target})
+  korvel_watch(${target})
   korvel_narrow_knowingly(${target})
   korvel_harden(${target})
   korvel_count_lines(${target})

@@ -1,5 +1,5 @@
-"""header_examples.py <cc> <include folder> <library> <sanitized> <scratch folder>: every example in
-a comment of the public headers is true.
+"""header_examples.py <cc> <include folder> <library> <scratch folder> <flag>...: every example in a
+comment of the public headers is true. The flags are those of programs that use the library.
 
 An example is a line of its own, which ends with a comma where it goes on in the next line:
 
@@ -249,7 +249,7 @@ UNTRUE = ['utdately(1900) -> 1', 'ZRV_Inv_Date("20040307", out) -> out = "07/03/
 
 
 def main():
-    compiler, include, library, sanitized, scratch = sys.argv[1:]
+    compiler, include, library, scratch, *flags = sys.argv[1:]
     headers = {path.name: path.read_text() for path in
                sorted(pathlib.Path(include).glob('korvel/*.h'))}
     declared = declarations(headers)
@@ -268,7 +268,6 @@ def main():
     source, built = folder / 'header_examples.c', folder / 'header_examples'
     source.write_text(program(found, untrue))
     home = pathlib.Path(library).parent
-    flags = ['-fsanitize=address,undefined'] if sanitized == '1' else []
     subprocess.run([compiler, '-std=gnu99', '-Wall', '-Werror', *flags, '-I', include, str(source),
                     '-o', str(built), library, f'-Wl,-rpath,{home}'], check=True)
     if subprocess.run([str(built)]).returncode != 0:

@@ -1,9 +1,9 @@
 #!/usr/bin/env bash
-# installed_library.sh <cmake> <build folder> <application> <cc> <scratch folder> <sanitized>:
+# installed_library.sh <cmake> <build folder> <application> <cc> <scratch folder> [<flag>]...:
 # installs the library into a folder, then builds and runs an application against it, once with
 # find_package and once with pkg-config. A program with a variable of a reserved name does not build.
 set -eu
-cmake=$1 build=$2 application=$3 cc=$4 scratch=$5 sanitized=$6
+cmake=$1 build=$2 application=$3 cc=$4 scratch=$5
 rm -rf "$scratch"
 mkdir -p "$scratch"
 prefix=$scratch/prefix
@@ -16,8 +16,7 @@ for file in "$folder/libkorvel.so.1" "$folder/korvel/korvel-qt.so" \
 done
 
 # A sanitized library needs a sanitized application.
-flags=()
-[ "$sanitized" = 1 ] && flags=('-fsanitize=address,undefined')
+flags=("${@:6}")
 
 "$cmake" -S "$application" -B "$scratch/found" -DCMAKE_PREFIX_PATH="$prefix" \
   -DCMAKE_C_COMPILER="$cc" -DCMAKE_C_FLAGS="${flags[*]-}" >/dev/null
