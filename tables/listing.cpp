@@ -62,7 +62,8 @@ class DataLines {
   bool hasBegun_ = false;
 };
 
-bool listCodes(const TablePath &path, CodeList codes) {
+bool listCodes(const TablePath &path, std::span<char> out) {
+  CodeList codes(out);
   TableReader table;
   if (!path || !table.open(path.text, Slots::File)) return false;
   LineReader lines(table, kListingSize);
@@ -71,7 +72,10 @@ bool listCodes(const TablePath &path, CodeList codes) {
     const std::string_view code = codeOf(textOf(kept, kListingSize));
     if (data.take(code)) codes.add(code);
   }
-  return data.hasBegun() && table.isWhole();
+  if (table.isWhole()) return data.hasBegun();
+  // As a table that cannot be opened: some of the codes are not the codes.
+  strings::copyTerminated(out, "");
+  return false;
 }
 
 // A line for the callback, which may write into it.
@@ -113,7 +117,7 @@ using namespace korvel::base;
 using namespace korvel::tables;
 
 int ZRV_Table_liste(const char *name, char *out, int outSize) {
-  return listCodes(defaultTablePath(name), CodeList(roomOf(out, outSize))) ? 1 : 0;
+  return listCodes(defaultTablePath(name), roomOf(out, outSize)) ? 1 : 0;
 }
 
 int ZRV_Table_scan(const char *name, int *firstLine, int *lastLine, TableLine_t perLine) {

@@ -278,7 +278,8 @@ KORVEL_API int ZRV_Table_modify(const char *name, const char *newName, const cha
    line counts with its first 254 characters. The table is looked for in szDirTables only, and
    always gets ".tab".
    out: empty at first. A code that does not fit is left out, but not the '+' before it.
-   Returns 1 if there is a line "#DEBUT", else 0, with out empty. */
+   Returns 1 if there is a line "#DEBUT". Returns 0, with out empty, if there is none and when the
+   table cannot be read to its end. */
 KORVEL_API int ZRV_Table_liste(const char *name, char *out, int outSize);
 
 /* Hands every data line to perLine, cut to its first 254 characters. The table is read whole before

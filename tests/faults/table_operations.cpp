@@ -1,4 +1,5 @@
 // The functions of tables.
+#include <cstdio>
 #include <cstring>
 
 #include <korvel/tables.h>
@@ -181,10 +182,12 @@ constexpr Operation kTables[] = {
     {"ZRV_Table_liste", putExample,
      [] {
        char out[64] = "";
+       char said[80];
        const int result = ZRV_Table_liste("actes", out, sizeof out);
-       return Answer{result, out};
+       std::snprintf(said, sizeof said, "%d:%s", result, out);
+       return Answer{said};
      },
-     "1", "0"},
+     "1:01+02+07", "0:"},
     {"ZRV_Table_scan", putExample, scannedWhole, "1", "0"},
     {"ZRV_Table_scan, of a long table", putLong, scannedWhole, "1", "0"},
     {"ZRV_Table_repair", putLong, [] { return Answer{ZRV_Table_repair("actes", "3", "Titre")}; },

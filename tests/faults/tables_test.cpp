@@ -119,6 +119,24 @@ TEST_F(ReadFaults, AReadingThatBreaksOffIsAsATableThatCannotBeOpened) {
   }
 }
 
+// The codes that were read are not taken for all of them.
+TEST_F(ReadFaults, AListOfATableThatIsNotReadToItsEndIsEmpty) {
+  tables::TableReader::blockSize = 16;
+  reset();
+  int answered = 0;
+  for (bool breaksOff = true; breaksOff; ++answered) {
+    int readings = 0;
+    const Instead broken("pread",
+                         [&](const Request &) { return ++readings <= answered ? 0 : EIO; });
+    const test::Answer answer =
+        test::answerOf([](char *out, int size) { return ZRV_Table_liste("actes", out, size); });
+    breaksOff = readings > answered;
+    EXPECT_EQ(answer, breaksOff ? (test::Answer{0, ""}) : (test::Answer{1, "01+02+07"}))
+        << answered;
+  }
+  EXPECT_GT(answered, 3);
+}
+
 TEST_F(ReadFaults, AWalkOverWhatCannotBeReadCallsNobody) {
   reset();
   static int called;
