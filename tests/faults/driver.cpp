@@ -12,7 +12,6 @@
 #include <fcntl.h>
 #include <sys/wait.h>
 
-#include <gtest/gtest-spi.h>
 #include <gtest/gtest.h>
 
 #include <korvel/korvel.h>
@@ -26,6 +25,7 @@
 #include "tests/faults/requests.h"
 #include "tests/files/processes.h"
 #include "tests/files/volumes.h"
+#include "tests/support/failures_aside.h"
 #include "tests/tables/edits.h"
 
 namespace korvel::faults {
@@ -39,13 +39,6 @@ namespace fs = std::filesystem;
 // Everything on the volume, by its path there.
 using Files = std::map<std::string, std::string>;
 
-// Departures from the desktop's script, which a fault may bring about, are no failures.
-class Unheard {
-  testing::TestPartResultArray failures_;
-  testing::ScopedFakeTestPartResultReporter taken_{
-      testing::ScopedFakeTestPartResultReporter::INTERCEPT_ONLY_CURRENT_THREAD, &failures_};
-};
-
 // Where operations take place, one after the other.
 class Place {
  public:
@@ -57,7 +50,7 @@ class Place {
   }
   void leave() {
     SetPort(nullptr);
-    const Unheard unheard;
+    const FailuresAside aside;
     if (desktop_) desktop_->finish();
     desktop_ = nullptr;
     volumes_ = nullptr;
@@ -239,8 +232,9 @@ class Drive {
     }
   }
 
+  // Departures from the desktop's script, which a fault may bring about, are no failures.
   Answer callUnheard() const {
-    const Unheard unheard;
+    const FailuresAside aside;
     return operation_.call();
   }
 

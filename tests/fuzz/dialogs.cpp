@@ -9,8 +9,8 @@
 #include <korvel/messages.h>
 
 #include "tests/dialogs/dialog_fixture.h"
-#include "tests/fuzz/failures_aside.h"
 #include "tests/fuzz/target.h"
+#include "tests/support/failures_aside.h"
 
 namespace korvel::test {
 namespace {

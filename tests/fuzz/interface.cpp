@@ -10,9 +10,9 @@
 #include <korvel/korvel.h>
 
 #include "tests/files/volumes.h"
-#include "tests/fuzz/failures_aside.h"
 #include "tests/fuzz/target.h"
 #include "tests/platform/scripted_desktop.h"
+#include "tests/support/failures_aside.h"
 #include "tests/support/page_end.h"
 
 namespace korvel::test {

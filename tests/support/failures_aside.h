@@ -1,7 +1,7 @@
-// For tests/fuzz/: the scripted desktop takes what a script did not expect for a failed test. Here
-// it is what a person does by chance.
-#ifndef KORVEL_TESTS_FUZZ_FAILURES_ASIDE_H
-#define KORVEL_TESTS_FUZZ_FAILURES_ASIDE_H
+// For tests/faults/ and tests/fuzz/: the scripted desktop takes what a script did not expect for a
+// failed test. There it is what a failure leads to, or what a person does by chance.
+#ifndef KORVEL_TESTS_SUPPORT_FAILURES_ASIDE_H
+#define KORVEL_TESTS_SUPPORT_FAILURES_ASIDE_H
 
 #include <gtest/gtest-spi.h>
 
