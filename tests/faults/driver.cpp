@@ -180,13 +180,12 @@ class Drive {
 
   int everyFault() {
     if (!runOrdinarily()) return 0;
-    refuseEverything(Lasting::Once);
+    const int requests = refuseEverything(Lasting::Once);
     if (!has(kSpawns)) refuseEverything(Lasting::ForGood);
     if (has(kReplaces)) {
-      killEverywhere();
+      killEverywhere(requests);
       const NamedTemporaries named;
-      refuseEverything(Lasting::Once);
-      killEverywhere();
+      killEverywhere(refuseEverything(Lasting::Once));
     }
     return faults_;
   }
@@ -209,8 +208,11 @@ class Drive {
     return good_.result() == operation_.good;
   }
 
-  void refuseEverything(Lasting lasting) {
-    for (int nth = 1; refuse(nth, lasting);) ++nth;
+  // Returns how many requests there are.
+  int refuseEverything(Lasting lasting) {
+    int nth = 1;
+    while (refuse(nth, lasting)) ++nth;
+    return nth - 1;
   }
 
   // Refuses a request in every way. Returns whether there was such a request.
@@ -313,23 +315,27 @@ class Drive {
     expectOrdinary(callUnheard());
   }
 
-  void killEverywhere() {
+  // Whether the process was killed at the request with this number (from 1), or elsewhere.
+  bool isKilledAt(int nth) {
+    prepare();
+    return inChild([&] {
+             const Refusal refusal(nth, 0, Lasting::Deadly);
+             operation_.call();
+             return 0;
+           }) == -1;
+  }
+
+  void killEverywhere(int requests) {
     int kills = 0;
     int old = 0;
     int named = 0;
-    for (;; ++kills) {
-      prepare();
-      const auto killed = [&] {
-        const Refusal refusal(kills + 1, 0, Lasting::Deadly);
-        operation_.call();
-        return 0;
-      };
-      if (inChild(killed) != -1) break;
+    for (; kills <= requests && isKilledAt(kills + 1); ++kills) {
       refused = "killed at request " + std::to_string(kills + 1);
       const Files now = here.files();
       if (std::any_of(now.begin(), now.end(), isLeftTemporary)) ++named;
       if (findsOld(now)) ++old;
     }
+    EXPECT_EQ(kills, requests);
     // A nameless temporary has a name for an instant only, a named one most of the time.
     if (files::replaceFault == nullptr) {
       EXPECT_LT(named, 10);

@@ -16,15 +16,15 @@ int survive(std::span<const Operation> operations) {
   return faults;
 }
 
-TEST(Faults, OfTexts) { EXPECT_GE(survive(stringOperations()), 4); }
+TEST(Faults, OfTexts) { EXPECT_GE(survive(stringOperations()), 5); }
 TEST(Faults, OfNumbers) { EXPECT_EQ(survive(codecOperations()), 0); }
 TEST(Faults, OfDates) { EXPECT_EQ(survive(dateOperations()), 0); }
-TEST(Faults, OfFiles) { EXPECT_GE(survive(fileOperations()), 100); }
-TEST(Faults, OfTools) { EXPECT_GE(survive(shellOperations()), 100); }
-TEST(Faults, OfProfiles) { EXPECT_GE(survive(profileOperations()), 2000); }
-TEST(Faults, OfTables) { EXPECT_GE(survive(tableOperations()), 5000); }
-TEST(Faults, OfDrawing) { EXPECT_GE(survive(drawOperations()), 20); }
-TEST(Faults, OfDialogs) { EXPECT_GE(survive(dialogOperations()), 100); }
+TEST(Faults, OfFiles) { EXPECT_GE(survive(fileOperations()), 330); }
+TEST(Faults, OfTools) { EXPECT_GE(survive(shellOperations()), 550); }
+TEST(Faults, OfProfiles) { EXPECT_GE(survive(profileOperations()), 2200); }
+TEST(Faults, OfTables) { EXPECT_GE(survive(tableOperations()), 5600); }
+TEST(Faults, OfDrawing) { EXPECT_GE(survive(drawOperations()), 95); }
+TEST(Faults, OfDialogs) { EXPECT_GE(survive(dialogOperations()), 130); }
 
 }  // namespace
 }  // namespace korvel::faults
