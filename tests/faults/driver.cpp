@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <map>
@@ -55,6 +56,7 @@ class Place {
     desktop_ = nullptr;
     volumes_ = nullptr;
     disk_ = nullptr;
+    setenv("PATH", searched_.c_str(), 1);
   }
 
   Files files() const {
@@ -87,6 +89,8 @@ class Place {
     BSDtest = BSDcr = BSDnNbFic = 0;
   }
 
+  // Operations may have tools of theirs found first.
+  const std::string searched_ = std::getenv("PATH");
   std::unique_ptr<MemoryDisk> disk_;
   std::unique_ptr<Volumes> volumes_;
   std::unique_ptr<ScriptedDesktop> desktop_;

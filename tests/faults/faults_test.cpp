@@ -1,5 +1,7 @@
 // Every function of the interface, while everything that it asks for is refused in turn.
 #include <cstdio>
+#include <cstdlib>
+#include <string>
 
 #include <gtest/gtest.h>
 
@@ -10,8 +12,10 @@ namespace {
 
 // Returns the number of failures.
 int survive(std::span<const Operation> operations) {
+  const std::string searched = std::getenv("PATH");
   int faults = 0;
   for (const Operation &operation : operations) faults += surviveEveryFault(operation);
+  EXPECT_EQ(std::getenv("PATH"), searched);
   std::printf("%d failures survived\n", faults);
   return faults;
 }

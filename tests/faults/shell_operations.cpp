@@ -39,7 +39,7 @@ void putOlder() {
 }
 // A tool of the volume is found first.
 void putTool(const char *name, const char *script) {
-  static const std::string before = std::getenv("PATH");
+  const std::string before = std::getenv("PATH");
   putFiles();
   put(name, script);
   const std::string path = posix(name);
