@@ -37,7 +37,8 @@ Ports &ports() {
 }
 
 // The addresses of destroyed windows that had ports: a new window at such an address is not the one
-// that an old reference means.
+// that an old reference means. Each stays until there is a window again, as somebody may still have
+// the reference; the heap gives out the same ones over and over.
 using Addresses = std::unordered_set<const void *>;
 
 Addresses &goneWindows() {
