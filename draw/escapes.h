@@ -25,7 +25,7 @@ enum class Effect : unsigned char {
 struct Escape {
   Effect effect = Effect::None;
   unsigned char argumentSize = 0;  // bytes of each argument
-  const char *picture = nullptr;
+  char picture[8] = "";  // its name; not an address, which would have to be put in at load
 };
 
 struct EscapeCode {
