@@ -100,7 +100,9 @@ int randomDate(std::mt19937 &random) {
   return numberOf(date, date.day);
 }
 
-unsigned randomDays(std::mt19937 &random) { return random() >> random() % 32; }
+unsigned randomDays(std::mt19937 &random) {
+  return static_cast<unsigned>(random() >> random() % 32);
+}
 
 // ---- The calendar ----
 

@@ -639,7 +639,8 @@ TEST(QtText, AnyBytesAnywhereMeasureWhatTheyAdvance) {
   for (int n = 0; n < 4000; ++n) {
     std::string text(random() % 300, '\0');
     for (char &byte : text) byte = static_cast<char>(random());
-    if (n % 50 == 0) image->setFont(n % 100 == 0 ? "Arial" : "Courier New", random());
+    if (n % 50 == 0)
+      image->setFont(n % 100 == 0 ? "Arial" : "Courier New", static_cast<unsigned>(random()));
     if (n % 20 == 0) image->setFontSize(static_cast<int>(random() % 30));
     const int x = static_cast<int>(random() % 400) - 300;
     const int y = static_cast<int>(random() % 80) - 20;

@@ -101,7 +101,7 @@ TEST(UnchangedLines, AgreeWithACountOnRandomBytes) {
   std::mt19937 random(1);
   for (int round = 0; round < 20000; ++round) {
     std::string bytes;
-    const unsigned oddness = random() % 40;
+    const auto oddness = random() % 40;
     for (auto n = random() % 60; n > 0; --n) {
       const std::size_t length = random() % 200 == 0 ? 1000 + random() % 50 : random() % 30;
       bytes.append(length, static_cast<char>('a' + random() % 26));
