@@ -657,7 +657,8 @@ KORVEL_API int ZRVDlgBoxEx(const char *title, WindowRef parent);
    pop-ups, line edits editable text. All else is decoration and stays as drawn, and so do titles,
    fonts, style sheets, layouts, the pages of tab widgets, scroll areas and the order of the Tab
    key; the window's title is the form's unless TitreDlgBox_set gave one. Return presses the push
-   button drawn as the default one, else item 1.
+   button drawn as the default one, else item 1. A number of a label or a group box is for the
+   form's reader; one of a layout or of the window is not looked at.
    Connections drawn in the form work where they enable, show or focus a widget, or set one that is
    no item; none reaches the window and items 1 and 2. A form loads and runs nothing else: widgets
    of plugins are plain ones, a style sheet that names a file (url, @import) or sets properties

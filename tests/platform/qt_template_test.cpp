@@ -179,6 +179,16 @@ TEST_F(QtTemplate, EachClassIsItsKindOfItem) {
   }
 }
 
+TEST_F(QtTemplate, TheNumbersOfALayoutAndOfTheWindowAreNotLookedAt) {
+  ASSERT_TRUE(read(form(item("2") + kPair +
+                        widget("QWidget", "w",
+                               "<layout class=\"QVBoxLayout\" name=\"v\">" + item("3") + "<item>" +
+                                   widget("QLineEdit", "e", item("3")) + "</item></layout>"))));
+  EXPECT_EQ(dialog_->kind(2), ItemKind::PushButton);
+  EXPECT_EQ(dialog_->kind(3), ItemKind::EditText);
+  EXPECT_EQ(problem_, "");
+}
+
 TEST_F(QtTemplate, EverythingIsAsDesigned) {
   const std::string bold = property("font", "font", "<pointsize>17</pointsize><bold>true</bold>");
   ASSERT_TRUE(read(form(
