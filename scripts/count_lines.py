@@ -1,20 +1,21 @@
 """Prints how much of each folder of the library ran, from the counters of a build for coverage.
 
-Usage: count_lines.py <build folder> <reasons>
+Usage: count_lines.py <build folder> | --check
 
-The file of reasons names functions that keep lines no test runs, a line each:
-    <source> <function>: <reason>
-Fails when a line did not run in a function that it does not name, and when all of a function that it
-names ran, unless that depends on the "machine:".
+tests/uncovered.txt names the lines that no test runs; its head says how. Fails when a line did not
+run that it does not name, and when one ran that it names, unless that depends on the "machine:".
+With --check it only looks whether the lines that are named are still there.
 """
 import collections
+import functools
 import json
 import pathlib
 import re
 import subprocess
 import sys
 
-ROOT = pathlib.Path.cwd()
+ROOT = pathlib.Path(__file__).resolve().parent.parent
+NAMED = ROOT / "tests/uncovered.txt"
 NO_LIBRARY = ("build", "tests", "bench", "examples")
 
 
@@ -80,8 +81,7 @@ def source_of(file):
 def without_bare_ends(counts):
     """The lines that say something: what is left of a function at its brace is not counted."""
     for source, lines in counts.items():
-        texts = (ROOT / source).read_text().splitlines()
-        for number in [n for n in lines if not re.search(r"\w", texts[n - 1])]:
+        for number in [n for n in lines if not re.search(r"\w", texts_of(source)[n - 1])]:
             del lines[number]
     return counts
 
@@ -100,14 +100,43 @@ def read_counts(build):
     return counts
 
 
-def read_reasons(path):
+@functools.cache
+def texts_of(source):
+    """The lines of a source without their indentation."""
+    return [text.strip() for text in (ROOT / source).read_text().splitlines()]
+
+
+def read_reasons():
+    """Why no test runs a line: {(source, function, text of the line): reason}."""
     reasons = {}
-    for text in path.read_text().splitlines():
-        if text and not text.startswith("#"):
-            place = text.split(": ", 1)[0]
-            source, function = place.split(" ", 1)
-            reasons[source, function] = text
+    for block in re.split(r"\n\s*\n", NAMED.read_text()):
+        place, keys, reason = (), [], []
+        for line in block.splitlines():
+            if re.fullmatch(r"[\w/]+\.(cpp|h) \S+", line):
+                place = line.split()
+            elif line.startswith("- "):
+                keys.append((*place, line[2:].strip()))
+            elif not line.startswith("#"):
+                reason.append(line)
+        reasons.update(dict.fromkeys(keys, " ".join(reason)))
     return reasons
+
+
+def check_reasons():
+    """Says which of the named lines the sources no longer have."""
+    wrong = []
+    reasons = read_reasons()
+    for (source, function, text), reason in reasons.items():
+        there = (ROOT / source).exists()
+        if not there or text not in texts_of(source):
+            wrong.append(f"{source}: no such line: {text}")
+        elif not re.search(rf"(?<!\w){re.escape(function.split('::')[-1])}(?!\w)",
+                           "\n".join(texts_of(source))):
+            wrong.append(f"{source}: no such function: {function}")
+        elif not reason:
+            wrong.append(f"{source}: no reason: {text}")
+    print("\n".join(wrong) if wrong else f"{len(reasons)} lines are named")
+    return 1 if wrong else 0
 
 
 def share(part, whole):
@@ -132,10 +161,9 @@ def print_shares(counts):
 def chosen_lines(counts, choose):
     """(source, number, line, text) of the lines chosen, in order."""
     for source in sorted(counts):
-        texts = (ROOT / source).read_text().splitlines()
         for number, line in sorted(counts[source].items()):
             if choose(line):
-                yield source, number, line, texts[number - 1].strip()
+                yield source, number, line, texts_of(source)[number - 1]
 
 
 def write_list(path, lines):
@@ -143,26 +171,24 @@ def write_list(path, lines):
                             for source, number, line, text in lines))
 
 
-def main():
-    build = pathlib.Path(sys.argv[1])
-    reasons = read_reasons(pathlib.Path(sys.argv[2]))
+def count(build):
+    """Prints the shares, writes both lists, and says where they and the reasons disagree."""
+    reasons = read_reasons()
     counts = without_bare_ends(read_counts(build))
     print_shares(counts)
     not_run = list(chosen_lines(counts, lambda line: line.count == 0))
     write_list(build / "uncovered.txt", not_run)
     write_list(build / "branches.txt",
                chosen_lines(counts, lambda line: line.count > 0 and 0 in line.branches))
-    failed = False
-    for source, number, line, text in not_run:
-        if (source, line.function) not in reasons:
-            print(f"{source}:{number}: not run and no reason given: {line.function}: {text}")
-            failed = True
-    still_needed = {(source, line.function) for source, _, line, _ in not_run}
-    for place in sorted(set(reasons) - still_needed):
-        if ": machine: " not in reasons[place]:
-            print(f"all of it ran, so it needs no reason: {reasons[place]}")
-            failed = True
-    sys.exit(failed)
+    places = {(source, line.function, text): f"{source}:{number}: {line.function}: {text}"
+              for source, number, line, text in not_run}
+    wrong = [f"not run, and no reason given: {place}"
+             for key, place in places.items() if key not in reasons]
+    wrong += [f"ran, so that it needs no reason: {' '.join(key)}"
+              for key, reason in reasons.items()
+              if key not in places and not reason.startswith("machine:")]
+    print("\n".join(wrong) if wrong else f"each line ran or is one of {len(reasons)} that are named")
+    return 1 if wrong else 0
 
 
-main()
+sys.exit(check_reasons() if sys.argv[1] == "--check" else count(pathlib.Path(sys.argv[1])))
