@@ -41,14 +41,17 @@ struct File {
   bool operator==(const File &) const = default;
 };
 
+Clock::time_point timeOf(const timespec &time) {
+  using std::chrono::nanoseconds, std::chrono::seconds;
+  return Clock::time_point(seconds(time.tv_sec) + nanoseconds(time.tv_nsec));
+}
+
 std::optional<File> fileOf(std::string_view name) {
   std::string path = platform::findNamed("pictures", name, {".svg", ".png"});
   struct stat status;
   if (stat(path.c_str(), &status) != 0) return std::nullopt;
-  const auto changed = std::chrono::seconds(status.st_ctim.tv_sec) +
-                       std::chrono::nanoseconds(status.st_ctim.tv_nsec);
   return File{std::move(path), status.st_dev, status.st_ino, status.st_size,
-              Clock::time_point(changed)};
+              timeOf(status.st_ctim)};
 }
 
 // A file as it was when it was read.
