@@ -47,11 +47,10 @@ class FormLoader final : public QUiLoader {
 
   QWidget *createWidget(const QString &className, QWidget *parent, const QString &name) override {
     if (parent == nullptr) return &window_;
-    made_.push_back(createItem(className, parent));
-    if (made_.back() == nullptr) made_.back() = QUiLoader::createWidget(className, parent, name);
-    if (made_.back() != nullptr) return made_.back();
-    made_.pop_back();
-    return nullptr;
+    QWidget *widget = createItem(className, parent);
+    if (widget == nullptr) widget = QUiLoader::createWidget(className, parent, name);
+    if (widget != nullptr) made_.push_back(widget);
+    return widget;
   }
 
   // Those inside of the window, in the form's order.
