@@ -79,6 +79,7 @@ TEST_F(DialogContract, DecorationHasNoNumber) {
   dialog_->addIcon({10, 10, 42, 42}, "/nowhere/2.svg");
   dialog_->addMessage({80, 10, 380, 60}, "Nom ?", {"Arial", 13, 14, 14});
   dialog_->addAlertIcon({10, 10, 42, 42}, AlertIcon::Caution);
+  EXPECT_EQ(add(ItemKind::None), 0);
   EXPECT_EQ(addText(""), 3);
 }
 
@@ -102,8 +103,10 @@ TEST_F(DialogContract, AnItemOfAnotherKindTakesNothing) {
   const int box = add(ItemKind::CheckBox, "Fumeur");
   dialog_->setText(box, "x");
   dialog_->setEntries(box, {"a"});
+  dialog_->setSecret(box);
   EXPECT_EQ(dialog_->text(box), "");
   EXPECT_EQ(dialog_->entry(box, 0), "");
+  EXPECT_EQ(dialog_->lastClick(box).row, -1);
   const int text = addText("x");
   dialog_->setValue(text, 1);
   EXPECT_EQ(dialog_->value(text), 0);

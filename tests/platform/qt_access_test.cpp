@@ -232,6 +232,16 @@ TEST_F(QtNames, AFieldIsNamedByTheTextOnItsLeft) {
   expectNames({{name, "Nom"}, {firstName, "Prénom"}, {title, "Titre"}});
 }
 
+TEST_F(QtNames, OfTwoTextsOnItsLeftTheNearerOneNamesAField) {
+  dialog_->addStaticText({20, 20, 60, 35}, "Nom");
+  dialog_->addStaticText({65, 20, 100, 35}, "usuel");
+  const int name = addField({105, 20, 170, 35});
+  dialog_->addStaticText({65, 50, 100, 65}, "fixe");
+  dialog_->addStaticText({20, 50, 60, 65}, "T\xE9l.");
+  const int number = addField({105, 50, 170, 65});
+  expectNames({{name, "usuel"}, {number, "fixe"}});
+}
+
 TEST_F(QtNames, AFieldWithNothingOnItsLeftIsNamedByTheTextAboveIt) {
   dialog_->addStaticText({20, 20, 120, 35}, "Adresse");
   const int address = addField({20, 40, 170, 55});
@@ -424,16 +434,33 @@ TEST_F(QtAccess, ATextIsReadAndItsCharactersHavePlaces) {
     EXPECT_EQ(text.selectionCount(), 1);
     EXPECT_EQ(begin, 1);
     EXPECT_EQ(end, 4);
+    text.addSelection(2, 5);
+    text.selection(0, &begin, &end);
+    EXPECT_EQ(begin, 2) << "there is one selection at most";
+    EXPECT_EQ(end, 5);
     text.removeSelection(0);
     EXPECT_EQ(text.selectionCount(), 0);
+    EXPECT_EQ(text.attributes(3, &begin, &end), "");
+    EXPECT_EQ(begin, 3);
+    EXPECT_EQ(end, 3);
+    text.scrollToSubstring(0, 2);
     for (const int offset : {0, 3, 6}) {
       const QRect place = text.characterRect(offset);
+      EXPECT_EQ(text.offsetAtPoint({place.left() + 1, place.center().y()}), offset);
       EXPECT_TRUE(widget(item).rect().contains(widget(item).mapFromGlobal(place.center())));
       EXPECT_LT(text.characterRect(offset).left(), text.characterRect(6).right());
     }
     EXPECT_FALSE(text.characterRect(7).isValid());
   });
   EXPECT_EQ(run(), Lines{}) << "to look is no hit";
+}
+
+TEST_F(QtAccess, WhatElseIsSaidOfATextLeavesItAlone) {
+  const int item = addField({20, 20, 150, 35});
+  dialog_->setText(item, "Dupont");
+  use([=, this] { access(item).setText(QAccessible::Description, "Nom"); });
+  EXPECT_EQ(run(), Lines{});
+  EXPECT_EQ(dialog_->text(item), "Dupont");
 }
 
 TEST_F(QtAccess, AChangeOfATextIsAHit) {
@@ -541,6 +568,41 @@ TEST_F(QtAccess, AChoiceInAPopUpIsAHit) {
     access(item).setText(QAccessible::Value, "madame");
   });
   EXPECT_EQ(run(), (Lines{"3 value 2", "3 value 3", "3 value 2"}));
+}
+
+TEST_F(QtAccess, APopUpHasNeitherCursorNorSelection) {
+  const int item = addPopUp({"Madame", "Monsieur"});
+  dialog_->setValue(item, 1);
+  use([=, this] {
+    QAccessibleTextInterface &text = *access(item).textInterface();
+    text.setCursorPosition(2);
+    text.setSelection(0, 1, 3);
+    text.addSelection(1, 3);
+    text.removeSelection(0);
+    EXPECT_EQ(text.cursorPosition(), 0);
+    EXPECT_EQ(text.selectionCount(), 0);
+    int begin = -1, end = -1;
+    text.selection(0, &begin, &end);
+    EXPECT_EQ(begin, 0);
+    EXPECT_EQ(end, 0);
+    const QRect place = access(item).rect();
+    EXPECT_EQ(text.characterRect(0), place);
+    EXPECT_EQ(text.offsetAtPoint(place.center()), -1);
+    EXPECT_EQ(access(item).childAt(place.center().x(), place.center().y()), nullptr);
+  });
+  EXPECT_EQ(run(), Lines{});
+  EXPECT_EQ(dialog_->value(item), 1);
+}
+
+TEST_F(QtAccess, APopUpTakesTheFocus) {
+  addField({20, 20, 150, 35});
+  const int item = addPopUp({"Madame", "Monsieur"});
+  use([=, this] {
+    EXPECT_FALSE(widget(item).hasFocus());
+    access(item).actionInterface()->doAction(QAccessibleActionInterface::setFocusAction());
+    EXPECT_TRUE(widget(item).hasFocus());
+  });
+  EXPECT_EQ(run(), Lines{});
 }
 
 TEST_F(QtAccess, APopUpIsOpenedAndClosed) {

@@ -76,6 +76,15 @@ TEST(QtModule, SaysNothingAboutALocaleWithoutUtf8) {
   EXPECT_STREQ(std::setlocale(LC_ALL, nullptr), "C");
 }
 
+TEST(QtModule, WhatElseIsSaidAtTheStartReachesItsHost) {
+  const test::EnvironmentGuard style("QT_STYLE_OVERRIDE", "nowhere");
+  static QString told;
+  qInstallMessageHandler(
+      [](QtMsgType, const QMessageLogContext &, const QString &message) { told += message; });
+  qtDesktop();
+  EXPECT_TRUE(told.contains("nowhere")) << told.toStdString();
+}
+
 TEST(QtModule, UsesTheApplicationOfItsHost) {
   const test::EnvironmentGuard offscreen("QT_QPA_PLATFORM", "offscreen");
   int count = 1;
@@ -470,6 +479,16 @@ TEST_F(QtRun, ADisabledCancelItemIsNotPressedByEscapeOrTheCloseBox) {
   dialog_->setEnabled(kCancelItem, false);
   person_.pressEscape().closeBox().press(kOkItem);
   EXPECT_EQ(run(), Lines{"1"});
+}
+
+TEST_F(QtRun, AHostThatRejectsTheDialogCancelsIt) {
+  hits_.keepOpen(kCancelItem);
+  const auto reject = [](QWidget *window) {
+    dynamic_cast<QDialog &>(*window).reject();
+    EXPECT_TRUE(window->isVisible()) << "the program decides";
+  };
+  person_.act(0, reject).press(kOkItem);
+  EXPECT_EQ(run(), (Lines{"2", "1"}));
 }
 
 TEST_F(QtRun, ADisabledItemIsGreyedAndCannotBeHit) {

@@ -582,6 +582,19 @@ TEST(QtText, OpaqueTextFillsItsOwnBoxAndTransparentTextNothing) {
   EXPECT_GT(countOf(*clear, kBlack), 5);
 }
 
+TEST(QtText, ALetterThatTheFontLacksIsAnotherFonts) {
+  const auto drawn = [](const char *letter) {
+    const auto image = newImage(kWidth, kHeight);
+    EXPECT_TRUE(image->setFont("Noto Sans Armenian", 0));
+    image->setFontSize(20);
+    EXPECT_GT(image->drawText(5, 25, letter), 4);
+    return saved(*image);
+  };
+  EXPECT_NE(drawn("\x8E"), drawn("\x8D"))
+      << "each would be the sign for a letter that is not there";
+  EXPECT_NE(drawn("\x8E"), drawn(" "));
+}
+
 TEST(QtText, FarAwayIsClipped) {
   const auto image = newImage(kWidth, kHeight);
   image->setOpaqueText(true);
@@ -1453,6 +1466,39 @@ TEST_F(QtFineScreen, AnImageHasOnePixelForEach) {
   image->fillRect({1, 1, 3, 3});
   EXPECT_EQ(saved(*image).size(), QSize(20, 10));
   EXPECT_EQ(inkOf(*image, 20, 10), (Rect{1, 1, 3, 3}));
+}
+
+// ---- Two screens, the second of scale 2 ----
+
+TEST(QtTwoScreens, AWindowKeepsWhatWasDrawnWhenItGoesToTheOther) {
+  const test::TemporaryFolder folder;
+  const std::string screens = folder.add("screens.json", R"({"screens": [
+    {"name": "a", "x": 0, "y": 0, "width": 800, "height": 600},
+    {"name": "b", "x": 800, "y": 0, "width": 800, "height": 600, "dpr": 2}]})");
+  const std::string platform = "offscreen:configfile=" + screens;
+  const test::EnvironmentGuard chosen("QT_QPA_PLATFORM", platform.c_str());
+  qtDesktop();
+  QWidget window;
+  window.setGeometry(40, 40, 100, 60);
+  window.show();
+  ASSERT_TRUE(QTest::qWaitForWindowExposed(&window));
+  Port *port = qtDesktop().windowPort(qtDesktop().hostWindow(&window));
+  port->setForeground(kRed);
+  port->fillRect({10, 20, 30, 40});
+
+  ASSERT_EQ(QGuiApplication::screens().size(), 2);
+  window.windowHandle()->setScreen(QGuiApplication::screens().last());
+  window.show();
+  ASSERT_EQ(window.devicePixelRatioF(), 2);
+  EXPECT_TRUE(same(port->pixel(12, 22), kRed));
+  EXPECT_EQ(port->pixel(8, 22), std::nullopt);
+  const QImage shown = window.grab().toImage();
+  ASSERT_EQ(shown.size(), QSize(200, 120));
+  EXPECT_EQ(shown.pixelColor(30, 50), QColor(Qt::red));
+  EXPECT_EQ(shown.pixelColor(50, 70), QColor(Qt::red));
+  EXPECT_NE(shown.pixelColor(64, 50), QColor(Qt::red));
+  port->drawLine(0, 0, 10, 0, 1);
+  EXPECT_EQ(saved(*port).size(), QSize(200, 120));
 }
 
 }  // namespace

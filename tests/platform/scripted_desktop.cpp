@@ -198,6 +198,7 @@ class ScriptedDialog final : public platform::Dialog {
   void setTitle(std::string_view title) override { shown_->title = readable(title); }
 
   int addItem(ItemKind kind, const Rect &rect, std::string_view title) override {
+    if (kind == ItemKind::None) return 0;
     Item item{};
     item.kind = kind;
     item.rect = rect;
