@@ -55,6 +55,16 @@ TEST(Entry, APasteIsOneHitAndLosesItsLineEnd) {
   EXPECT_EQ(host.count("hit 100"), 1);
 }
 
+TEST(Entry, TheMiddleButtonAndItsKeysPasteWhatIsSelectedElsewhere) {
+  DialogHost host;
+  setClipboard("ailleurs");
+  setSelection("Crémieux\n");
+  clickMiddle(kPlainField);
+  press("ctrl+shift+Insert Return");
+  EXPECT_TRUE(host.endedWith({"result 1", "text 0 Cr\\xE9mieuxCr\\xE9mieux"}));
+  EXPECT_EQ(host.count("hit 100"), 2);
+}
+
 TEST(Entry, APasteWithACharacterWithoutAByteIsRefusedWhole) {
   DialogHost host;
   write("ab");

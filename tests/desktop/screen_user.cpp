@@ -73,6 +73,25 @@ bool leakCheckBroke(const std::vector<std::string> &errors) {
   });
 }
 
+void clickWith(int button, Place place, int times) {
+  const Content content = activeContent();
+  run("xdotool mousemove " + std::to_string(content.corner.x + place.x) + " " +
+      std::to_string(content.corner.y + place.y) + " click --repeat " + std::to_string(times) +
+      " --delay 60 " + std::to_string(button));
+  rest(120);
+}
+
+std::string held(const std::string &selection) {
+  return outputOf("timeout 5 xclip -selection " + selection +
+                  " -o -target UTF8_STRING 2>/dev/null");
+}
+
+void hold(const std::string &selection, const std::string &text) {
+  run("printf %s " + shellQuoted(text) + " | xclip -selection " + selection +
+      " -in >/dev/null 2>&1");
+  waitUntil(5, [&] { return held(selection) == text; });
+}
+
 }  // namespace
 
 Application::Application(const std::vector<std::string> &command,
@@ -165,13 +184,9 @@ void write(const std::string &text) {
   rest(50);
 }
 
-void click(Place place, int times) {
-  const Content content = activeContent();
-  run("xdotool mousemove " + std::to_string(content.corner.x + place.x) + " " +
-      std::to_string(content.corner.y + place.y) + " click --repeat " + std::to_string(times) +
-      " --delay 60 1");
-  rest(120);
-}
+void click(Place place, int times) { clickWith(1, place, times); }
+
+void clickMiddle(Place place) { clickWith(2, place, 1); }
 
 void closeWindow() { click({activeContent().width - 8, -11}); }
 
@@ -213,13 +228,10 @@ Picture picture(int left, int top, int width, int height) {
   return result;
 }
 
-std::string clipboard() {
-  return outputOf("timeout 5 xclip -selection clipboard -o -target UTF8_STRING 2>/dev/null");
-}
+std::string clipboard() { return held("clipboard"); }
 
-void setClipboard(const std::string &text) {
-  run("printf %s " + shellQuoted(text) + " | xclip -selection clipboard -in >/dev/null 2>&1");
-  waitUntil(5, [&] { return clipboard() == text; });
-}
+void setClipboard(const std::string &text) { hold("clipboard", text); }
+
+void setSelection(const std::string &text) { hold("primary", text); }
 
 }  // namespace korvel::test

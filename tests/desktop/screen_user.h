@@ -65,6 +65,8 @@ void press(const std::string &keys);
 void write(const std::string &text);
 // Clicks at a place of the active window's content; `times` in quick succession.
 void click(Place place, int times = 1);
+// Clicks with the middle button, which pastes what is selected elsewhere.
+void clickMiddle(Place place);
 // Closes the active window by its frame.
 void closeWindow();
 // Has the window manager minimise the active window.
@@ -84,6 +86,8 @@ Picture picture(int left, int top, int width, int height);
 // What the clipboard holds, as UTF-8.
 std::string clipboard();
 void setClipboard(const std::string &text);
+// Has another application select this text.
+void setSelection(const std::string &text);
 
 }  // namespace korvel::test
 

@@ -52,5 +52,17 @@ TEST(Profiles, ErrorsAtALookGiveZeroAndLeaveTheProfile) {
   expectRefusals({"stat", "lstat"}, {EIO, ENOMEM, ESTALE, EACCES, EINVAL});
 }
 
+// As if others made and removed it all the time.
+TEST(Profiles, OneThatIsAlwaysThereWhenItIsToAppearGivesZeroInTheEnd) {
+  const test::Volumes volumes;
+  for (const bool wholeSection : {false, true}) {
+    int tries = 0;
+    const Instead made("linkat", [&](const Request &) { return ++tries, EEXIST; });
+    EXPECT_EQ(write(wholeSection), 0);
+    EXPECT_GT(tries, 10);
+    EXPECT_EQ(test::entries(volumes.folder()), std::vector<std::string>{});
+  }
+}
+
 }  // namespace
 }  // namespace korvel::faults

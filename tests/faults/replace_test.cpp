@@ -254,6 +254,42 @@ TEST(Replace, ANewFileAppearsOnlyWhereThereIsNone) {
   }
 }
 
+// As on shares that know neither hard links nor a rename that takes no other file's place.
+TEST(Replace, ANewFileAppearsAlsoWhereOnlyALookTellsThatThereIsNone) {
+  Scratch scratch;
+  const std::string file = scratch.path() + "/a";
+  Replacement first;
+  Replacement second;
+  ASSERT_TRUE(beginNamed(first, file, IfMissing::Create));
+  ASSERT_TRUE(beginNamed(second, file, IfMissing::Create));
+  ASSERT_TRUE(first.append("first"));
+  ASSERT_TRUE(second.append("second"));
+  const Instead noRename("renameat2", EINVAL);
+  const Instead noLink("linkat", EPERM);
+  EXPECT_TRUE(first.commitNew());
+  EXPECT_FALSE(second.commitNew());
+  EXPECT_EQ(errno, EEXIST);
+  EXPECT_EQ(content(file), "first");
+  EXPECT_EQ(entries(scratch.path()), std::vector<std::string>{"a"});
+}
+
+TEST_F(InPlace, AContentThatCannotBeReadBackLeavesTheOldFile) {
+  const std::string old(600000, 'o');
+  scratch_.file("a", old);
+  for (int last = 1; last <= 3; ++last) {
+    EXPECT_EQ(inChildOfAUser([&] {
+                int readings = 0;
+                const Instead broken("pread",
+                                     [&](const Request &) { return ++readings == last ? EIO : 0; });
+                if (replaceBy(file_, std::string(600000, 'n'))) return 1;
+                return readings == last ? 0 : 2;
+              }),
+              0)
+        << last;
+    EXPECT_TRUE(content(file_) == old) << last;
+  }
+}
+
 TEST_F(InPlace, WhatTheFileGrowsByIsSyncedBeforeAnOldByteIsTouched) {
   EXPECT_EQ(inChildOfAUser([&] {
               std::string seen;
@@ -283,6 +319,20 @@ TEST_F(InPlace, WithoutRoomToKeepTheOldBytesTheyStay) {
             }),
             0);
   EXPECT_EQ(content(file_), kOld);
+}
+
+// Where a share makes a lock of bytes of it, a lock that is held is refused with this error.
+TEST(Lock, RefusedForLackOfRightsIsHeldByAnother) {
+  Scratch scratch;
+  const std::string file = scratch.file("a", "old");
+  const int patience = std::exchange(lockPatience, 50);
+  FileLock lock;
+  {
+    const Instead refused("flock", EACCES);
+    EXPECT_FALSE(lock.take(file.c_str()));
+    EXPECT_EQ(errno, ETIMEDOUT);
+  }
+  lockPatience = patience;
 }
 
 // Once a file is locked, the path already leads to another one.

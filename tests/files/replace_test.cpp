@@ -246,6 +246,16 @@ TEST(Replace, ExtendedAttributesAreKept) {
   EXPECT_STREQ(value, "poste 3");
 }
 
+// One of these may give a program's file rights that its content no longer deserves.
+TEST(Replace, AttributesOfTheSystemAreNotTakenOver) {
+  Scratch scratch;
+  const std::string file = scratch.file("a", "old");
+  if (setxattr(file.c_str(), "trusted.origin", "poste 3", 7, 0) != 0)
+    GTEST_SKIP() << "no such attributes here";
+  ASSERT_TRUE(replaceBy(file, "new"));
+  EXPECT_EQ(getxattr(file.c_str(), "trusted.origin", nullptr, 0), -1);
+}
+
 TEST(Replace, AccessListIsKept) {
   Scratch scratch;
   const std::string file = scratch.file("a", "old");

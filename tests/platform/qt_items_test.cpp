@@ -243,6 +243,25 @@ TEST_F(QtItems, ADragSelectsTheRowUnderTheMouseAtItsEnd) {
   EXPECT_EQ(run(), (Lines{std::to_string(list) + " row 2 c", "2"}));
 }
 
+TEST_F(QtItems, ADragBeyondTheViewMovesOnRowByRow) {
+  const int list = addList({"0", "1", "2", "3", "4", "5", "6", "7"}, {20, 60, 150, 113});
+  person().with<QListView>(list, [](QListView &view) {
+    QWindow *screen = view.window()->windowHandle();
+    const auto place = [&view](int x, int y) {
+      return view.viewport()->mapTo(view.window(), QPoint(x, y));
+    };
+    const int below = view.viewport()->height() + 10;
+    QTest::mousePress(screen, Qt::LeftButton, Qt::NoModifier, place(10, 5));
+    for (int x = 11; x < 20; ++x) QTest::mouseMove(screen, place(x, below));
+    EXPECT_EQ(view.currentIndex().row(), 7) << "there is no row behind the last";
+    EXPECT_GT(view.verticalScrollBar()->value(), 0);
+    for (int x = 11; x < 15; ++x) QTest::mouseMove(screen, place(x, -10));
+    QTest::mouseRelease(screen, Qt::LeftButton, Qt::NoModifier, place(14, -10));
+  });
+  person().pressEscape();
+  EXPECT_EQ(run(), (Lines{std::to_string(list) + " row 3 3", "2"}));
+}
+
 TEST_F(QtItems, ARowHalfInViewStaysInPlaceBetweenTwoClicks) {
   // No whole number of rows of 14 to 18 pixels.
   const int list = addList({"0", "1", "2", "3", "4", "5", "6", "7"}, {20, 20, 150, 73});

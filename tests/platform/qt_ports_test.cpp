@@ -8,6 +8,7 @@
 #include <functional>
 #include <iterator>
 #include <random>
+#include <tuple>
 
 #include <sys/stat.h>
 #include <unistd.h>
@@ -833,6 +834,17 @@ TEST_F(QtPainterPort, DrawsWhereThePainterDraws) {
   EXPECT_EQ(surface_.pixelColor(99, 50), QColor(Qt::white));
   EXPECT_EQ(surface_.pixelColor(19, 19), QColor(Qt::black));
   EXPECT_EQ(surface_.pixelColor(20, 20), QColor(Qt::white));
+}
+
+TEST_F(QtPainterPort, DrawsAlsoWhereThePainterRotates) {
+  painter_.translate(100, 50);
+  painter_.rotate(90);
+  port_->fillRect({0, 0, 20, 10});
+  painter_.end();
+  for (const auto &[x, y, isInked] :
+       {std::tuple(95, 60, true), std::tuple(95, 68, true), std::tuple(95, 72, false),
+        std::tuple(88, 60, false), std::tuple(102, 60, false), std::tuple(95, 48, false)})
+    EXPECT_EQ(surface_.pixelColor(x, y) == QColor(Qt::black), isInked) << x << ' ' << y;
 }
 
 TEST_F(QtPainterPort, KeepsRectanglesSharpWhenTheHostSmooths) {

@@ -936,6 +936,8 @@ TEST_F(QtTemplate, RichTextBringsInNoFile) {
       "<style>p { background: &#117;rl(" + file + ") }</style><p>Nom</p>",
       "<p>&lt;img src='" + file + "'&gt;</p><img src='x'>Nom",
       "<span style='font-size: 9000pt'>Nom</span>",
+      "<span style='font-size: 9000px'>Nom</span>",
+      "<b>Nom</b>" + std::string(10000, 'x'),
   };
   for (const std::string &markup : kMarkups) {
     SCOPED_TRACE(markup);

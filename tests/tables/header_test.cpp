@@ -260,6 +260,26 @@ TEST_F(Header, SomeoneElsesTableInAStickyFolderKeepsItsName) {
   EXPECT_EQ(files(), (Files{{"actes.tab", unchanged()}}));
 }
 
+TEST_F(Header, InAStickyFolderOnesOwnTableAndInOnesOwnEveryTableGetsItsName) {
+  if (geteuid() != 0) GTEST_SKIP() << "needs a second user";
+  constexpr uid_t kNobody = 65534;
+  chmod(volumes_.root().c_str(), 0755);
+  chmod(folder().c_str(), 01777);
+  for (const std::string &own : {posixPath("actes"), folder()}) {
+    chmod(posixPath("actes").c_str(), 0666);
+    ASSERT_EQ(chown(own.c_str(), kNobody, kNobody), 0);
+    EXPECT_EQ(inChild([&] {
+                if (!becomeNobody()) return 2;
+                return ZRV_Table_modify("actes", "new", "3", "Titre");
+              }),
+              1)
+        << own;
+    EXPECT_EQ(files(), (Files{{"new.tab", changed()}})) << own;
+    unlink(posixPath("new").c_str());
+    table("actes", unchanged());
+  }
+}
+
 TEST_F(Header, ModeGoesWithTheNewName) {
   chmod(posixPath("actes").c_str(), 0640);
   EXPECT_EQ(ZRV_Table_modify("actes", "new", "3", "Titre"), 1);
