@@ -1,4 +1,4 @@
-// The files of a folder, listed by "ls -1F" and "grep -i".
+// The files of a folder, listed by "ls -1F" and "grep -i", or as these would list them.
 #include "shell/listing.h"
 
 #include <algorithm>
@@ -9,6 +9,8 @@
 #include "base/guard.h"
 #include "shell/command.h"
 #include "shell/existence.h"
+#include "shell/folder.h"
+#include "shell/system.h"
 #include "shell/tool.h"
 
 constinit int BSDcr = 0;
@@ -23,6 +25,12 @@ std::string listCommand(std::string_view folder, std::string_view pattern) {
 }
 
 bool mayBeListed(const char *folder) { return folder[0] != '\0' && exists(folder); }
+
+// Whether it is known without the tools what they print.
+bool needsNoTool(const char *folder, std::string_view pattern) {
+  return runsOnUnix() && !textDecides(folder) && meansItself(pattern) && isSystemTool("ls") &&
+         isSystemTool("grep");
+}
 
 std::string_view withoutExecutableMark(std::string_view line) {
   if (line.ends_with('*')) line.remove_suffix(1);
@@ -85,16 +93,24 @@ int visitLine(char *line) {
 
 int findFiles(char *out, const char *folder, int max, std::string_view pattern) {
   if (!mayBeListed(folder)) return 0;
-  const std::size_t bufferSize = kRowSize * (max == 0 ? 1 : static_cast<std::size_t>(max));
+  const std::size_t limit = kRowSize * (max == 0 ? 1 : static_cast<std::size_t>(max)) - 1;
+  if (needsNoTool(folder, pattern)) {
+    const std::string listing = listingOf(folder, pattern, limit);
+    return storeNames(std::string_view(listing).substr(0, limit), NameRows(out, max));
+  }
   const Tool tool(listCommand(folder, pattern).c_str(), Flow::FromTool, Environment::PlainBytes);
   if (!tool.started()) return 0;
-  return storeNames(tool.text(bufferSize - 1), NameRows(out, max));
+  return storeNames(tool.text(limit), NameRows(out, max));
 }
 
 int processFiles(const char *folder, std::string_view pattern, FileVisit_t visit) {
   if (!mayBeListed(folder)) return 0;
   BSDDir_ProcessFiles_fPtr = visit;
   BSDnNbFic = 0;
+  if (needsNoTool(folder, pattern)) {
+    handLines(listingOf(folder, pattern), visitLine);
+    return BSDcr;
+  }
   const Tool tool(listCommand(folder, pattern).c_str(), Flow::FromTool, Environment::PlainBytes);
   if (tool.started()) handLines(tool, visitLine);
   return BSDcr;

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdlib>
 #include <cstring>
 #include <signal.h>
 #include <utility>
@@ -153,6 +154,13 @@ class SigpipeHeldBack {
   bool raised_ = false;
 };
 
+// Whether a folder of the PATH, where the empty one is the current one, has such a tool.
+bool holdsTool(std::string_view folder, std::string_view name) {
+  std::string path(folder.empty() ? "." : folder);
+  path.append(1, '/').append(name);
+  return faccessat(AT_FDCWD, path.c_str(), X_OK, AT_EACCESS) == 0;
+}
+
 // The current line of a tool's output.
 class LineBuffer {
  public:
@@ -266,6 +274,22 @@ void handLines(const Tool &tool, ToolLine_t perLine) {
     if (!handBlock({block, got}, line, perLine)) return;
   }
   if (!line.empty()) line.hand(perLine);
+}
+
+void handLines(std::string_view lines, ToolLine_t perLine) {
+  LineBuffer line;
+  handBlock(lines, line, perLine);
+}
+
+bool isSystemTool(std::string_view name) {
+  const char *const path = secure_getenv("PATH");
+  if (path == nullptr) return false;
+  for (std::string_view rest = path;;) {
+    const std::string_view folder = rest.substr(0, rest.find(':'));
+    if (holdsTool(folder, name)) return folder == "/bin" || folder == "/usr/bin";
+    if (folder.size() == rest.size()) return false;
+    rest.remove_prefix(folder.size() + 1);
+  }
 }
 
 }  // namespace korvel::shell

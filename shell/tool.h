@@ -64,6 +64,12 @@ class Tool {
 
 // Hands the tool's output to perLine line by line until its end or a non-zero result.
 void handLines(const Tool &tool, ToolLine_t perLine);
+// The same with lines that no tool has written; each ends with a line feed.
+void handLines(std::string_view lines, ToolLine_t perLine);
+
+// Whether a command would run the system's own tool of this name, the first one in the PATH being
+// in /bin or /usr/bin. Not in a process with raised privileges: a tool does not have them.
+bool isSystemTool(std::string_view name);
 
 }  // namespace korvel::shell
 

@@ -72,6 +72,17 @@ Answer sortedBy(int (*sort)(char *, int)) {
 
 int visits;
 
+Answer found(const char *pattern) {
+  Rows rows;
+  return rows.listed(Dir_FindFiles(rows.text[0], "Data:d", 3, pattern));
+}
+Answer handedOver(const char *pattern) {
+  visits = 0;
+  const auto visit = [](const char *) { return ++visits, 0; };
+  const int result = Dir_ProcessFiles("Data:d", pattern, visit);
+  return {result, visits};
+}
+
 constexpr Operation kFiles[] = {
     {"File_Open", putFile, [] { return opened("Data:f", 1, 0); }, "1", "-2"},
     {"File_Open, for writing", putFile, [] { return opened("Data:f", 0, 1); }, "1", "-2"},
@@ -203,19 +214,12 @@ constexpr Operation kFiles[] = {
     {"GlobalLock", nullptr, [] { return Answer{GlobalLock(&visits) == &visits ? 1 : 0}; }, "1",
      nullptr},
     {"GlobalUnlock", nullptr, [] { return Answer{GlobalUnlock(&visits)}; }, "0", nullptr},
-    {"Dir_FindFiles", putFolder,
-     [] {
-       Rows rows;
-       return rows.listed(Dir_FindFiles(rows.text[0], "Data:d", 3, "*"));
-     },
-     "3", "0 1 2", kPartial | kSpawns},
-    {"Dir_ProcessFiles", putFolder,
-     [] {
-       visits = 0;
-       const int result = Dir_ProcessFiles("Data:d", "*", [](const char *) { return ++visits, 0; });
-       return Answer{result, visits};
-     },
-     "0", "0", kSpawns},
+    {"Dir_FindFiles", putFolder, [] { return found("*"); }, "3", "0 1 2"},
+    {"Dir_FindFiles, by the tools", putFolder, [] { return found("*.*"); }, "3", "0 1 2",
+     kPartial | kSpawns},
+    {"Dir_ProcessFiles", putFolder, [] { return handedOver("*"); }, "0", "0"},
+    {"Dir_ProcessFiles, by the tools", putFolder, [] { return handedOver("*.*"); }, "0", "0",
+     kSpawns},
     {"Dir_SortFiles", nullptr, [] { return sortedBy(Dir_SortFiles); }, "2", "0"},
     {"Dir_SortSizeFiles", putFolder, [] { return sortedBy(Dir_SortSizeFiles); }, "2", "0",
      kAnyAnswer},

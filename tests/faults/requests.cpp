@@ -12,6 +12,7 @@
 #include <utility>
 #include <vector>
 
+#include <dirent.h>
 #include <dlfcn.h>
 #include <fcntl.h>
 #include <poll.h>
@@ -199,6 +200,7 @@ FAULTY(int, faccessat, (int folder, const char *path, int mode, int flags), requ
 FAULTY(int, fchmod, (int file, mode_t mode), requestOf(file), (file, mode), EPERM, EIO)
 FAULTY(int, fchown, (int file, uid_t user, gid_t group), requestOf(file), (file, user, group),
        EPERM)
+FAULTY(DIR *, fdopendir, (int folder), requestOf(folder), (folder), ENOMEM)
 FAULTY(ssize_t, fgetxattr, (int file, const char *name, void *value, size_t size), requestOf(file),
        (file, name, value, size), EIO)
 FAULTY(ssize_t, flistxattr, (int file, char *names, size_t size), requestOf(file),
@@ -223,6 +225,7 @@ FAULTY(int, mkdir, (const char *path, mode_t mode), requestOf(path), (path, mode
 FAULTY(int, pipe2, (int *ends, int flags), {}, (ends, flags), EMFILE)
 FAULTY(int, poll, (pollfd * files, nfds_t count, int timeout), {}, (files, count, timeout), ENOMEM,
        EINTR)
+FAULTY(dirent *, readdir, (DIR * folder), {}, (folder), EIO, EINTR)
 FAULTY(ssize_t, readlink, (const char *path, char *target, size_t size), requestOf(path),
        (path, target, size), EIO)
 FAULTY(char *, realpath, (const char *path, char *real), requestOf(path), (path, real), EIO)
@@ -313,6 +316,7 @@ int __wrap_fcntl(int file, int command, ...) {
   }
 
 DONE_ANYHOW(int, close, (int file), requestOf(file), (file), EIO, EINTR)
+DONE_ANYHOW(int, closedir, (DIR * folder), {}, (folder), EIO, EINTR)
 DONE_ANYHOW(pid_t, waitpid, (pid_t process, int *status, int flags), {}, (process, status, flags),
             ECHILD, EINTR)
 

@@ -33,6 +33,11 @@ void putFiles() {
   setPath(1, "d");
   setPath(2, "e");
 }
+void putMarkedName() {
+  putFiles();
+  put("d/c*", "#!/bin/sh\n");
+  chmod(posix("d/c*"), 0755);
+}
 void putOlder() {
   putFiles();
   put("e/f", "older");
@@ -58,6 +63,17 @@ void putOpener() { putTool("xdg-open", "#!/bin/sh\nexit 3\n"); }
 int lines;
 int countLine(char *) { return ++lines, 0; }
 int countName(const char *) { return ++lines, 0; }
+
+Answer found(const char *pattern) {
+  char names[3][256] = {};
+  const int count = BSDDir_FindFiles(names[0], paths[1], 3, pattern);
+  return {count, names[0], names[1], names[2]};
+}
+Answer handedOver(const char *pattern) {
+  lines = 0;
+  const int result = BSDDir_ProcessFiles(paths[1], pattern, countName);
+  return {result, lines};
+}
 
 constexpr char kNoProcess[] = "no.process.is.called.so";
 
@@ -148,20 +164,13 @@ constexpr Operation kShell[] = {
      },
      "0", nullptr},
     {"BSDopen", putOpener, [] { return Answer{BSDopen(paths[0])}; }, "768", "-1 0", kSpawns},
-    {"BSDDir_FindFiles", putFiles,
-     [] {
-       char names[2][256] = {};
-       const int count = BSDDir_FindFiles(names[0], paths[1], 2, "");
-       return Answer{count, names[0], names[1]};
-     },
-     "2", "0 1", kSpawns},
-    {"BSDDir_ProcessFiles", putFiles,
-     [] {
-       lines = 0;
-       const int result = BSDDir_ProcessFiles(paths[1], "", countName);
-       return Answer{result, lines};
-     },
-     "0", "0", kSpawns},
+    {"BSDDir_FindFiles", putFiles, [] { return found(""); }, "2", "0 1"},
+    {"BSDDir_FindFiles, a name that ends like a program's", putMarkedName, [] { return found(""); },
+     "3", "0 1 2 3"},
+    {"BSDDir_FindFiles, by the tools", putFiles, [] { return found("."); }, "2", "0 1", kSpawns},
+    {"BSDDir_ProcessFiles", putFiles, [] { return handedOver(""); }, "0", "0"},
+    {"BSDDir_ProcessFiles, by the tools", putFiles, [] { return handedOver("."); }, "0", "0",
+     kSpawns},
     {"BSDDir_ProcessFiles_f", nullptr,
      [] {
        char line[] = "a/b*";

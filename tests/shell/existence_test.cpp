@@ -3,9 +3,7 @@
 #include <string>
 #include <vector>
 
-#include <sys/socket.h>
 #include <sys/stat.h>
-#include <sys/un.h>
 #include <unistd.h>
 
 #include <gtest/gtest.h>
@@ -21,15 +19,6 @@ int printsAnything(const std::string &path) {
   return popenOf("ls -a '" + path + "' 2>/dev/null", 1).text.empty() ? 0 : 1;
 }
 
-void makeSocket(const std::string &path) {
-  const int endpoint = socket(AF_UNIX, SOCK_STREAM, 0);
-  sockaddr_un address = {};
-  address.sun_family = AF_UNIX;
-  path.copy(address.sun_path, sizeof address.sun_path - 1);
-  ASSERT_EQ(bind(endpoint, reinterpret_cast<sockaddr *>(&address), sizeof address), 0);
-  close(endpoint);
-}
-
 // One path of each kind, relative to the workspace.
 std::vector<std::string> makeZoo(const Workspace &zoo) {
   zoo.makeFile("file");
@@ -40,7 +29,7 @@ std::vector<std::string> makeZoo(const Workspace &zoo) {
   zoo.makeFile("folder/inside");
   zoo.makeFolder("empty folder");
   mkfifo(zoo.path("fifo").c_str(), 0644);
-  makeSocket(zoo.path("socket"));
+  zoo.makeSocket("socket");
   zoo.makeLink("to file", "file");
   zoo.makeLink("to folder", "folder");
   zoo.makeLink("to link", "to folder");
@@ -100,19 +89,6 @@ std::string differences(const Workspace &zoo, const std::vector<std::string> &na
   }
   return text;
 }
-
-class InFolder {
- public:
-  explicit InFolder(const std::string &folder) {
-    if (getcwd(before_, sizeof before_) == nullptr || chdir(folder.c_str()) != 0) _exit(1);
-  }
-  ~InFolder() {
-    if (chdir(before_) != 0) _exit(1);
-  }
-
- private:
-  char before_[4096];
-};
 
 TEST(IsExisting, AgreesWithTheToolOnAZooOfPaths) {
   const Workspace zoo;

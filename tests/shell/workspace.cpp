@@ -13,7 +13,9 @@
 #include <vector>
 
 #include <grp.h>
+#include <sys/socket.h>
 #include <sys/stat.h>
+#include <sys/un.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -82,6 +84,17 @@ std::string Workspace::makeLink(std::string_view name, std::string_view target) 
   return path(name);
 }
 
+std::string Workspace::makeSocket(std::string_view name) const {
+  const int endpoint = socket(AF_UNIX, SOCK_STREAM, 0);
+  sockaddr_un address = {};
+  address.sun_family = AF_UNIX;
+  path(name).copy(address.sun_path, sizeof address.sun_path - 1);
+  const int result = bind(endpoint, reinterpret_cast<sockaddr *>(&address), sizeof address);
+  close(endpoint);
+  if (result != 0) throw std::runtime_error("cannot make " + path(name));
+  return path(name);
+}
+
 std::string Workspace::snapshot() const {
   std::vector<std::string> lines;
   for (const auto &entry : fs::recursive_directory_iterator(path_)) {
@@ -101,6 +114,14 @@ std::string contentOf(const std::string &path) {
 bool isThere(const std::string &path) {
   struct stat entry;
   return lstat(path.c_str(), &entry) == 0;
+}
+
+InFolder::InFolder(const std::string &folder) {
+  if (getcwd(before_, sizeof before_) == nullptr || chdir(folder.c_str()) != 0) _exit(1);
+}
+
+InFolder::~InFolder() {
+  if (chdir(before_) != 0) _exit(1);
 }
 
 Variable::Variable(const char *name, const char *value) : name_(name) {

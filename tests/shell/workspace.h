@@ -27,6 +27,7 @@ class Workspace {
   std::string makeFile(std::string_view name, std::string_view content = "x") const;
   std::string makeFolder(std::string_view name) const;
   std::string makeLink(std::string_view name, std::string_view target) const;
+  std::string makeSocket(std::string_view name) const;
   // Everything in it, one line per entry: path, kind, mode, link target or content.
   std::string snapshot() const;
 
@@ -36,6 +37,18 @@ class Workspace {
 
 std::string contentOf(const std::string &path);
 bool isThere(const std::string &path);  // dangling links too
+
+// Another current folder.
+class InFolder {
+ public:
+  explicit InFolder(const std::string &folder);
+  ~InFolder();
+  InFolder(const InFolder &) = delete;
+  InFolder &operator=(const InFolder &) = delete;
+
+ private:
+  char before_[4096];
+};
 
 // An environment variable; a null value unsets it.
 class Variable {
