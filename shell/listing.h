@@ -1,4 +1,4 @@
-// For shell/ and files/: the files of a folder, listed by tools.
+// For shell/ and files/: the files of a folder, as the tools list them.
 #ifndef KORVEL_SHELL_LISTING_H
 #define KORVEL_SHELL_LISTING_H
 

@@ -6,9 +6,10 @@
    (shell.h); volumes are under szVolumes (desktop.h). A path whose POSIX form has more than 511
    bytes is refused, not cut: a cut path would name another file.
 
-   Only the listings (Dir_FindFiles and Dir_ProcessFiles) start processes. To all other functions a
-   path is a name and nothing else, whatever characters it holds: an apostrophe, a "$" or a leading
-   "-" is a letter like any other, in the name of a volume too.
+   Only the listings (Dir_FindFiles and Dir_ProcessFiles) may start processes, as BSDDir_FindFiles
+   (shell.h) may. To all other functions a path is a name and nothing else, whatever characters it
+   holds: an apostrophe, a "$" or a leading "-" is a letter like any other, in the name of a volume
+   too.
 
    A handle outside 0 to 4 or of a free slot changes nothing and gives the failure value that each
    function states. A null path, buffer or list gives the failure value too. */

@@ -1,4 +1,5 @@
-// Only the listings of folders start processes, whatever is in a path.
+// Only the listings of folders start processes, whatever is in a path, and only where a tool reads
+// the path or the pattern otherwise than as its bytes.
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
@@ -155,6 +156,28 @@ TEST_F(NoProcess, AFolderOfVolumesWithAnApostropheNeedsNone) {
               return MACRemove("Data:new") == 0 ? "" : "removal";
             }),
             "");
+}
+
+TEST_F(NoProcess, AListingByAPatternThatMeansItselfNeedsNone) {
+  const auto list = [](const char *directory, const char *pattern) {
+    return [=]() -> std::string {
+      setenv("PATH", "/usr/bin:/bin", 1);
+      char row[256] = "none";
+      const auto visit = [](const char *name) { return static_cast<int>(std::strlen(name)); };
+      if (Dir_FindFiles(row, directory, 1, pattern) != 1) return "count";
+      return Dir_ProcessFiles(directory, pattern, visit) == 8 ? row : "visit";
+    };
+  };
+  for (const std::string volume : {"Data", "-v", "$(touch PWNED)"}) {
+    if (volume != "Data") makeVolume(volume);
+    std::ofstream(volumes_.root() + "/" + volume + "/fiche $x") << "x";
+    const std::string found = volume + ":fiche $x";
+    for (const char *pattern : {"*", "", "fiche", "*HE*", "e ", "*x"})
+      EXPECT_EQ(withoutProcesses(list(volume.c_str(), pattern)), found) << pattern;
+    EXPECT_EQ(withoutProcesses(list(volume.c_str(), "*.*")), "a process was started");
+  }
+  makeVolume("it's");
+  EXPECT_EQ(withoutProcesses(list("it's", "*")), "a process was started");
 }
 
 TEST_F(NoProcess, TablesAndProfilesNeedNone) {
