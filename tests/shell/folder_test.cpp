@@ -11,6 +11,7 @@
 #include <dirent.h>
 #include <dlfcn.h>
 #include <fcntl.h>
+#include <sys/prctl.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -105,7 +106,7 @@ void makeEachKind(const Workspace &folder) {
   chmod(folder.makeFile("program").c_str(), 0755);
   chmod(folder.makeFile("group's program").c_str(), 0610);
   chmod(folder.makeFile("star*").c_str(), 0644);
-  chmod(folder.makeFile("program*").c_str(), 0701);
+  chmod(folder.makeFile("program*").c_str(), 0601);
   folder.makeFile(".hidden");
   folder.makeFolder("folder");
   folder.makeFolder("folder*");
@@ -375,6 +376,7 @@ class Churn {
  public:
   explicit Churn(const Workspace &folder) : process_(fork()) {
     if (process_ != 0) return;
+    prctl(PR_SET_PDEATHSIG, SIGKILL);
     for (unsigned i = 0;; ++i) {
       const std::string name = folder.path("passing " + std::to_string(i % 50));
       const int file = creat(name.c_str(), 0755);
