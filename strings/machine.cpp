@@ -11,8 +11,7 @@ namespace {
 
 #ifdef __x86_64__
 // Bits of the answer of xgetbv: the registers that the system saves for a process.
-constexpr unsigned kWideSaved = 0x06;    // 128-bit and 256-bit
-constexpr unsigned kWidestSaved = 0xE6;  // those, the 512-bit and the mask registers
+constexpr unsigned kWideSaved = 0x06;  // 128-bit and 256-bit
 
 bool hasAll(unsigned bits, unsigned wanted) { return (bits & wanted) == wanted; }
 
@@ -34,8 +33,6 @@ Machine asked() {
   if (__get_cpuid_count(7, 0, &a, &b, &c, &d) == 0) return {};
   Machine machine;
   machine.avx2 = hasAll(saved, kWideSaved) && hasAll(b, bit_AVX2);
-  machine.avx512bw = hasAll(saved, kWidestSaved) && hasAll(b, bit_AVX512F | bit_AVX512BW);
-  machine.avx512vbmi2 = machine.avx512bw && hasAll(c, bit_AVX512VBMI2);
   return machine;
 }
 #else

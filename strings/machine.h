@@ -9,9 +9,6 @@ namespace korvel::strings {
 // are false on processors that are no x86-64.
 struct Machine {
   bool avx2 = false;
-  bool avx512bw = false;
-  // Implies avx512bw. Processors without it slow down for a while at the widest vectors.
-  bool avx512vbmi2 = false;
 };
 
 // Asks the processor at the first call only: in a virtual machine the answer takes longer than a

@@ -15,14 +15,12 @@ constexpr std::size_t kWorthAsking = 64 * 1024;
 constinit const ScanKernel kPlainKernel = {next, countLineEnds};
 
 std::span<const ScanKernel *const> usableKernels() {
-  static constinit const ScanKernel *usable[3] = {&kPlainKernel};
+  static constinit const ScanKernel *usable[2] = {&kPlainKernel};
   static constinit std::size_t count = 0;
   if (count == 0) {
     count = 1;
 #ifdef __x86_64__
-    const strings::Machine &machine = strings::thisMachine();
-    if (machine.avx2) usable[count++] = &kAvx2Kernel;
-    if (machine.avx512vbmi2) usable[count++] = &kAvx512Kernel;
+    if (strings::thisMachine().avx2) usable[count++] = &kAvx2Kernel;
 #endif
   }
   return {usable, count};

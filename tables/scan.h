@@ -59,7 +59,7 @@ struct Scan {
   bool regular = true;     // false: a match may have no candidate
 };
 
-// The search compiled for one instruction set: the baseline, AVX2 or AVX-512.
+// The search compiled for one instruction set: the baseline or AVX2.
 struct ScanKernel {
   // The next candidate: the byte before its line or field, with scan.at after it and its line
   // counted in scan.lines. Null when there are no more. Once scan.regular is false the result means
@@ -71,7 +71,6 @@ struct ScanKernel {
 extern const ScanKernel kPlainKernel;
 #ifdef __x86_64__
 extern const ScanKernel kAvx2Kernel;
-extern const ScanKernel kAvx512Kernel;
 #endif
 
 // The kernels that this machine runs, by increasing width of their vectors.

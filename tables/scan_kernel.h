@@ -17,9 +17,7 @@
 namespace korvel::tables {
 namespace {
 
-#if defined(__AVX512BW__)
-constexpr std::ptrdiff_t kWidth = 64;
-#elif defined(__AVX2__)
+#if defined(__AVX2__)
 constexpr std::ptrdiff_t kWidth = 32;
 #else
 constexpr std::ptrdiff_t kWidth = 16;
@@ -30,9 +28,7 @@ using Vector = std::uint8_t __attribute__((vector_size(kWidth)));
 inline Vector load(const char *p) {
   Vector v;
   __builtin_memcpy(&v, p, sizeof v);
-#if defined(__AVX512BW__)
-  __asm__("" : "+v"(v));
-#elif defined(__SSE2__)
+#if defined(__SSE2__)
   // Forces the load into a register; otherwise the compiler repeats it as a memory operand, which
   // is slow across cache lines.
   __asm__("" : "+x"(v));
@@ -42,18 +38,8 @@ inline Vector load(const char *p) {
 
 inline Vector filled(std::uint8_t c) { return Vector{} + c; }
 
-// A set of places in a vector, with the operators & | ^.
-#if defined(__AVX512BW__)
-using Places = std::uint64_t;
-
-inline Places is(Vector v, Vector c) {
-  return _mm512_cmpeq_epi8_mask(reinterpret_cast<__m512i>(v), reinterpret_cast<__m512i>(c));
-}
-inline Places highBits(Vector v) { return _mm512_movepi8_mask(reinterpret_cast<__m512i>(v)); }
-inline std::uint64_t bitsOf(Places places) { return places; }
-constexpr Places kEverywhere = ~std::uint64_t{0};
-#else
-// A place is in the set if the highest bit of its byte is set.
+// A set of places in a vector, with the operators & | ^. A place is in the set if the highest bit
+// of its byte is set.
 using Places = Vector;
 
 inline Places is(Vector v, Vector c) { return reinterpret_cast<Vector>(v == c); }
@@ -70,23 +56,10 @@ inline std::uint64_t bitsOf(Places places) {
 #endif
 }
 constexpr Places kEverywhere = Vector{} - std::uint8_t{1};
-#endif
 
 inline bool any(Places places) { return bitsOf(places) != 0; }
 
 // Counts the places of the sets that comparisons gave.
-#if defined(__AVX512BW__)
-class Count {
- public:
-  static constexpr std::ptrdiff_t kMost = 1 << 20;
-
-  void add(Places places) { count_ += __builtin_popcountll(places); }
-  std::int64_t sum() const { return count_; }
-
- private:
-  std::int64_t count_ = 0;
-};
-#else
 class Count {
  public:
   static constexpr std::ptrdiff_t kMost = 255;  // additions
@@ -115,7 +88,6 @@ class Count {
  private:
   Vector count_ = {};
 };
-#endif
 
 // The places where lines begin: the last bytes of the line ends before them.
 struct Starts {
