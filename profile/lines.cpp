@@ -5,10 +5,12 @@
 #include <cstring>
 
 #include "profile/scan.h"
-#include "strings/blocks.h"
+#include "strings/vectors.h"
 
 namespace korvel::profile {
 namespace {
+
+using strings::Vector;
 
 // How far a search for plain lines looks ahead: the most that an odd line costs.
 constexpr std::size_t kLookAhead = std::size_t{1} << 18;
@@ -32,19 +34,16 @@ const char *beginningOfLine(const char *from, const char *at) {
 }
 
 // Set in the bytes that are a line feed but not after a carriage return, or the other way round.
-strings::Block oddLineEnds(const char *at) {
-  using strings::Block;
-  using strings::kBlock;
-  return (Block::load(at, kBlock) == Block::filled('\n')) ^
-         (Block::load(at - 1, kBlock) == Block::filled('\r'));
+Vector oddLineEnds(const char *at) {
+  return (Vector::load(at) == '\n') ^ (Vector::load(at - 1) == '\r');
 }
 
 const char *firstOddLineEnd(const char *at, const char *end) {
-  constexpr auto kBlock = static_cast<std::ptrdiff_t>(strings::kBlock);
-  for (; end - at >= 4 * kBlock; at += 4 * kBlock) {
-    const strings::Block odd = (oddLineEnds(at) | oddLineEnds(at + kBlock)) |
-                               (oddLineEnds(at + 2 * kBlock) | oddLineEnds(at + 3 * kBlock));
-    if (odd.mask() != 0) break;
+  constexpr std::ptrdiff_t kSize = Vector::kSize;
+  for (; end - at >= 4 * kSize; at += 4 * kSize) {
+    const Vector odd = (oddLineEnds(at) | oddLineEnds(at + kSize)) |
+                       (oddLineEnds(at + 2 * kSize) | oddLineEnds(at + 3 * kSize));
+    if (odd.moveMask() != 0) break;
   }
   while (at != end && (at[0] == '\n') == (at[-1] == '\r')) ++at;
   return at;
@@ -132,7 +131,7 @@ const char *passPlainLines(Stretch text, const char *from, std::string_view key)
   if (key.empty()) return from;
   const KeyProbe probe(key);
   if (static_cast<std::size_t>(from - text.begin) < probe.reach()) return from;
-  const char *at = fastestScan()(from, text.end, probe);
+  const char *at = scan(from, text.end, probe);
   // The scan may have stopped within a "\r\n".
   if (at == text.end || (*at == '\n' && at[-1] == '\r')) --at;
   return at < from ? from : beginningOfLine(from, at);

@@ -24,17 +24,12 @@ struct KeyProbe {
 };
 
 // Returns the first byte in [at, end) that is a '[', a line feed not after a carriage return, or
-// the '=' of the key at a line's start; without one, the start of the last partial block.
-using Scan = const char *(*)(const char *at, const char *end, const KeyProbe &probe);
+// the '=' of the key at a line's start; without one, the start of the last partial vector.
+const char *scan(const char *at, const char *end, const KeyProbe &probe);
 
-// For every machine, and for those with AVX2.
-const char *scanPortable(const char *at, const char *end, const KeyProbe &probe);
-#ifdef __x86_64__
+// The same, compiled for every machine and for AVX2.
+const char *scanBaseline(const char *at, const char *end, const KeyProbe &probe);
 const char *scanAvx2(const char *at, const char *end, const KeyProbe &probe);
-#endif
-
-// The fastest one that this machine runs.
-Scan fastestScan();
 
 }  // namespace korvel::profile
 

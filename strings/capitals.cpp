@@ -1,5 +1,4 @@
-// Texts in capitals: long ones with the 256-bit instructions that most x86-64 machines have, the
-// rest by blocks.
+// Texts in capitals: ASCII letters are changed by vectors, every other byte is looked up.
 #include "strings/capitals.h"
 
 #include <array>
@@ -7,14 +6,9 @@
 #include <cstdint>
 #include <cstring>
 
-#ifdef __x86_64__
-#include <immintrin.h>
-#endif
-
 #include <korvel/strings.h>
 
-#include "strings/blocks.h"
-#include "strings/machine.h"
+#include "strings/vectors.h"
 
 namespace korvel::strings {
 
@@ -67,13 +61,13 @@ char plainCapital(char c) {
   return static_cast<char>(kPlainCapitalOfByte[static_cast<unsigned char>(c)]);
 }
 
-// The ASCII letters of a block as capitals. 'z' is shifted up to 127, the largest signed byte: one
+// The ASCII letters of a vector as capitals. 'z' is shifted up to 127, the largest signed byte: one
 // signed comparison then finds 'a' to 'z'.
-Block asciiCapitals(Block b) {
+Vector asciiCapitals(Vector v) {
   constexpr char kShift = '\x7F' - 'z';
-  const Block isSmall =
-      b + Block::filled(kShift) > Block::filled(static_cast<char>('a' - 1 + kShift));
-  return b ^ (isSmall & Block::filled('a' ^ 'A'));
+  const Vector isSmall =
+      v + Vector::broadcast(kShift) > Vector::broadcast(static_cast<char>('a' - 1 + kShift));
+  return v ^ (isSmall & Vector::broadcast('a' ^ 'A'));
 }
 
 // Looks up the bytes of s whose bits are set in `marked`.
@@ -84,148 +78,32 @@ void capitaliseMarked(char *s, std::uint64_t marked) {
   }
 }
 
-constexpr std::size_t kStretch = 4 * kBlock;
+constexpr std::size_t kStretch = 4 * kVectorSize;
 
-// Four blocks at once: a single test rules out accents in all of them.
+// Four vectors at once: a single test rules out bytes to look up in all of them.
 void capitaliseStretch(char *s) {
-  const Block b0 = Block::load(s, kBlock);
-  const Block b1 = Block::load(s + kBlock, kBlock);
-  const Block b2 = Block::load(s + 2 * kBlock, kBlock);
-  const Block b3 = Block::load(s + 3 * kBlock, kBlock);
-  asciiCapitals(b0).store(s, kBlock);
-  asciiCapitals(b1).store(s + kBlock, kBlock);
-  asciiCapitals(b2).store(s + 2 * kBlock, kBlock);
-  asciiCapitals(b3).store(s + 3 * kBlock, kBlock);
-  if ((b0 | b1 | b2 | b3).mask() == 0) return;
-  const std::uint64_t front = b0.mask() | (b1.mask() << kBlock);
-  const std::uint64_t back = b2.mask() | (b3.mask() << kBlock);
-  capitaliseMarked(s, front | (back << (2 * kBlock)));
+  std::uint64_t marked = 0;
+  for (std::size_t i = 0; i < kStretch; i += kVectorSize) {
+    const Vector v = Vector::load(s + i);
+    asciiCapitals(v).store(s + i);
+    marked |= std::uint64_t{v.moveMask()} << i;
+  }
+  capitaliseMarked(s, marked);
 }
 
 }  // namespace
-
-// ASCII letters are changed by blocks, every other byte is looked up.
-void capitaliseBlocks(char *s, std::size_t n) {
-  const std::size_t rest = n % kStretch;
-  for (const char *end = s + (n - rest); s != end; s += kStretch) capitaliseStretch(s);
-  overBlocks(s, rest, [](char *place, std::size_t count) {
-    const Block b = Block::load(place, count);
-    asciiCapitals(b).store(place, count);
-    if (b.mask() == 0) return;
-    if (count == kBlock) return capitaliseMarked(place, b.mask());
-    for (std::size_t i = 0; i < count; ++i) place[i] = plainCapital(place[i]);
-  });
-}
-
-#ifdef __x86_64__
-
-// Allows a function these instructions in a program built for every x86-64.
-#define WIDE __attribute__((target("avx2")))
-
-namespace {
-
-constexpr std::size_t kWide = 32;
-static_assert(kStretch == 2 * kWide);
-
-// Bytes above this one are looked up in the table of all capitals: a text has few of them. Those
-// between the two rows of accented letters and this one are their own capitals.
-constexpr unsigned char kLastOwnCapital = 0xBD;
-static_assert([] {
-  for (unsigned c = 0xA0; c <= kLastOwnCapital; ++c) {
-    if (plainCapitalOf(static_cast<unsigned char>(c)) != c) return false;
-  }
-  return true;
-}());
-
-// The exclusive or of each of the sixteen letters from `first` on with its capital, twice: a wide
-// shuffle looks up each of its halves by itself.
-constexpr std::array<char, kWide> changesFrom(unsigned char first) {
-  std::array<char, kWide> changes{};
-  for (unsigned i = 0; i < kWide; ++i) {
-    const auto letter = static_cast<unsigned char>(first + i % 16);
-    changes[i] = static_cast<char>(letter ^ plainCapitalOf(letter));
-  }
-  return changes;
-}
-constexpr std::array<char, kWide> kChanges90 = changesFrom(0x90);
-constexpr std::array<char, kWide> kChanges80After90 = [] {
-  std::array<char, kWide> changes = changesFrom(0x80);
-  for (std::size_t i = 0; i < kWide; ++i) {
-    changes[i] = static_cast<char>(changes[i] ^ kChanges90[i]);
-  }
-  return changes;
-}();
-
-WIDE inline __m256i load(const char *p) {
-  return _mm256_loadu_si256(reinterpret_cast<const __m256i *>(p));
-}
-
-WIDE inline __m256i filled(unsigned char c) { return _mm256_set1_epi8(static_cast<char>(c)); }
-
-// The exclusive or of the letters 80..9F with their capitals, 0 for all other bytes. The two rows
-// are shifted to 60..7F, where a shuffle sees the low four bits alone; every other byte ends at 80
-// or above, where it gives 0. Shifted by one more row, only 80..8F stay below 80: they cancel the
-// change of 90..9F and take their own.
-WIDE inline __m256i changesOfAccented(__m256i b) {
-  const __m256i places = _mm256_adds_epu8(b ^ filled(0x80), filled(0x60));
-  const __m256i placesOf80 = _mm256_adds_epu8(places, filled(0x10));
-  return _mm256_shuffle_epi8(load(kChanges90.data()), places) ^
-         _mm256_shuffle_epi8(load(kChanges80After90.data()), placesOf80);
-}
-
-// As asciiCapitals.
-WIDE inline __m256i changesOfAscii(__m256i b) {
-  constexpr unsigned char kShift = 0x7F - 'z';
-  const __m256i isSmall =
-      _mm256_cmpgt_epi8(_mm256_add_epi8(b, filled(kShift)), filled('a' - 1 + kShift));
-  return isSmall & filled('a' ^ 'A');
-}
-
-WIDE inline __m256i capitals(__m256i b) { return b ^ changesOfAscii(b) ^ changesOfAccented(b); }
-
-// The high bit set where a byte is above kLastOwnCapital: where a byte has it and loses it when
-// kLastOwnCapital is shifted up to FF.
-WIDE inline __m256i leftToTable(__m256i b) {
-  return _mm256_andnot_si256(_mm256_add_epi8(b, filled(0xFF - kLastOwnCapital)), b);
-}
-
-WIDE inline std::uint64_t highBits(__m256i b) {
-  return static_cast<std::uint32_t>(_mm256_movemask_epi8(b));
-}
-
-WIDE inline void store(char *p, __m256i b) {
-  _mm256_storeu_si256(reinterpret_cast<__m256i *>(p), b);
-}
-
-WIDE void capitaliseStretches(char *s, const char *end) {
-  for (; s != end; s += kStretch) {
-    const __m256i front = load(s);
-    const __m256i back = load(s + kWide);
-    store(s, capitals(front));
-    store(s + kWide, capitals(back));
-    if (highBits(leftToTable(_mm256_max_epu8(front, back))) == 0) continue;
-    capitaliseMarked(s, highBits(leftToTable(front)) | (highBits(leftToTable(back)) << kWide));
-  }
-}
-
-}  // namespace
-
-std::size_t capitaliseWide(char *s, std::size_t n) {
-  const std::size_t whole = n - n % kStretch;
-  if (whole == 0 || !thisMachine().avx2) return 0;
-  capitaliseStretches(s, s + whole);
-  return whole;
-}
-
-#else
-
-std::size_t capitaliseWide(char * /*s*/, std::size_t /*n*/) { return 0; }
-
-#endif
 
 void capitalise(std::span<char> text) {
-  const std::size_t done = capitaliseWide(text.data(), text.size());
-  capitaliseBlocks(text.data() + done, text.size() - done);
+  char *s = text.data();
+  const std::size_t rest = text.size() % kStretch;
+  for (const char *end = s + (text.size() - rest); s != end; s += kStretch) capitaliseStretch(s);
+  overVectors(s, rest, [](char *place, std::size_t count) {
+    const Vector v = Vector::load(place, count);
+    asciiCapitals(v).store(place, count);
+    if (v.moveMask() == 0) return;
+    if (count == kVectorSize) return capitaliseMarked(place, v.moveMask());
+    for (std::size_t i = 0; i < count; ++i) place[i] = plainCapital(place[i]);
+  });
 }
 
 }  // namespace korvel::strings

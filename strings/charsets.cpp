@@ -1,27 +1,25 @@
 // The two character-set conversions. Each changes few characters, so it needs no table and goes by
-// blocks.
+// vectors.
 #include "strings/charsets.h"
 
 #include <cstring>
 
 #include <korvel/strings.h>
 
-#include "strings/blocks.h"
+#include "strings/vectors.h"
 
 namespace korvel::strings {
 
 namespace {
 
-Block isByte(Block b, char c) { return b == Block::filled(c); }
-
 // The exclusive or of `from` and `to`.
-Block difference(char from, char to) { return Block::filled(static_cast<char>(from ^ to)); }
+Vector difference(char from, char to) { return Vector::broadcast(static_cast<char>(from ^ to)); }
 
 // Combines each byte with its change by an exclusive or; most bytes have the change 0.
 template <typename ChangesOf>
 void change(std::span<char> text, ChangesOf changesOf) {
-  overBlocks(text.data(), text.size(), [changesOf](char *place, std::size_t count) {
-    const Block b = Block::load(place, count);
+  overVectors(text.data(), text.size(), [changesOf](char *place, std::size_t count) {
+    const Vector b = Vector::load(place, count);
     (b ^ changesOf(b)).store(place, count);
   });
 }
@@ -31,22 +29,22 @@ void change(std::span<char> text, ChangesOf changesOf) {
 // The e with grave and the e with acute share a change; so do the e with circumflex and the i with
 // diaeresis.
 void convertToMac(std::span<char> text) {
-  change(text, [](Block b) {
-    return (isByte(b, '\xB0') & difference('\xB0', '\xA1')) |
-           (isByte(b, '\xE0') & difference('\xE0', '\x88')) |
-           (isByte(b, '\xE7') & difference('\xE7', '\x8D')) |
-           ((isByte(b, '\xE8') | isByte(b, '\xE9')) & difference('\xE8', '\x8F')) |
-           ((isByte(b, '\xEA') | isByte(b, '\xEF')) & difference('\xEA', '\x90'));
+  change(text, [](Vector b) {
+    return ((b == '\xB0') & difference('\xB0', '\xA1')) |
+           ((b == '\xE0') & difference('\xE0', '\x88')) |
+           ((b == '\xE7') & difference('\xE7', '\x8D')) |
+           (((b == '\xE8') | (b == '\xE9')) & difference('\xE8', '\x8F')) |
+           (((b == '\xEA') | (b == '\xEF')) & difference('\xEA', '\x90'));
   });
 }
 
 // Kept: e circumflex and i diaeresis go to the Mac set and are never brought back.
 void convertToWindows(std::span<char> text) {
-  change(text, [](Block b) {
-    return (isByte(b, '\xA1') & difference('\xA1', '\xB0')) |
-           (isByte(b, '\x88') & difference('\x88', '\xE0')) |
-           (isByte(b, '\x8D') & difference('\x8D', '\xE7')) |
-           ((isByte(b, '\x8F') | isByte(b, '\x8E')) & difference('\x8F', '\xE8'));
+  change(text, [](Vector b) {
+    return ((b == '\xA1') & difference('\xA1', '\xB0')) |
+           ((b == '\x88') & difference('\x88', '\xE0')) |
+           ((b == '\x8D') & difference('\x8D', '\xE7')) |
+           (((b == '\x8F') | (b == '\x8E')) & difference('\x8F', '\xE8'));
   });
 }
 

@@ -8,8 +8,8 @@
 #include <korvel/strings.h>
 
 #include "base/views.h"
-#include "strings/blocks.h"
 #include "strings/bytes.h"
+#include "strings/vectors.h"
 
 namespace korvel::strings {
 
@@ -42,30 +42,30 @@ class PatternProbe {
   PatternProbe(const char *pattern, std::size_t n)
       : pattern_(pattern),
         n_(n),
-        first_(Block::filled(pattern[0])),
-        last_(Block::filled(pattern[n - 1])) {}
+        first_(Vector::broadcast(pattern[0])),
+        last_(Vector::broadcast(pattern[n - 1])) {}
 
-  // True when the pattern is at one of the kBlock places from s on.
+  // True when the pattern is at one of the kVectorSize places from s on.
   bool hit(const char *s) const { return anyIs(s, candidates(s)); }
   bool hitInFour(const char *s) const {
-    const Block c0 = candidates(s);
-    const Block c1 = candidates(s + kBlock);
-    const Block c2 = candidates(s + 2 * kBlock);
-    const Block c3 = candidates(s + 3 * kBlock);
-    if (((c0 | c1) | (c2 | c3)).mask() == 0) return false;
-    return anyIs(s, c0) || anyIs(s + kBlock, c1) || anyIs(s + 2 * kBlock, c2) ||
-           anyIs(s + 3 * kBlock, c3);
+    const Vector c0 = candidates(s);
+    const Vector c1 = candidates(s + kVectorSize);
+    const Vector c2 = candidates(s + 2 * kVectorSize);
+    const Vector c3 = candidates(s + 3 * kVectorSize);
+    if (((c0 | c1) | (c2 | c3)).moveMask() == 0) return false;
+    return anyIs(s, c0) || anyIs(s + kVectorSize, c1) || anyIs(s + 2 * kVectorSize, c2) ||
+           anyIs(s + 3 * kVectorSize, c3);
   }
   bool hitAt(const char *place) const {
     return place[0] == pattern_[0] && std::memcmp(place + 1, pattern_ + 1, n_ - 1) == 0;
   }
 
  private:
-  Block candidates(const char *s) const {
-    return (Block::load(s, kBlock) == first_) & (Block::load(s + n_ - 1, kBlock) == last_);
+  Vector candidates(const char *s) const {
+    return (Vector::load(s) == first_) & (Vector::load(s + n_ - 1) == last_);
   }
-  bool anyIs(const char *s, Block candidates) const {
-    for (unsigned left = candidates.mask(); left != 0; left &= left - 1) {
+  bool anyIs(const char *s, Vector candidates) const {
+    for (unsigned left = candidates.moveMask(); left != 0; left &= left - 1) {
       const char *place = s + std::countr_zero(left);
       if (std::memcmp(place + 1, pattern_ + 1, n_ - 2) == 0) return true;
     }
@@ -74,8 +74,8 @@ class PatternProbe {
 
   const char *pattern_;
   std::size_t n_;
-  Block first_;
-  Block last_;
+  Vector first_;
+  Vector last_;
 };
 
 // Up to this length a wrong candidate is dismissed within a few nanoseconds. Beyond it, a pattern
@@ -92,14 +92,14 @@ bool contains(std::string_view text, std::string_view run) {
   const PatternProbe probe(run.data(), run.size());
   const std::size_t places = text.size() - run.size() + 1;
   std::size_t at = 0;
-  for (; at + 4 * kBlock <= places; at += 4 * kBlock) {
+  for (; at + 4 * kVectorSize <= places; at += 4 * kVectorSize) {
     if (probe.hitInFour(s + at)) return true;
   }
-  for (; at + kBlock <= places; at += kBlock) {
+  for (; at + kVectorSize <= places; at += kVectorSize) {
     if (probe.hit(s + at)) return true;
   }
   // The last places, with some that were probed before where there are enough.
-  if (at < places && places >= kBlock) return probe.hit(s + places - kBlock);
+  if (at < places && places >= kVectorSize) return probe.hit(s + places - kVectorSize);
   for (; at < places; ++at) {
     if (probe.hitAt(s + at)) return true;
   }
@@ -127,22 +127,23 @@ int findByte(int c, const char *s) {
 }  // namespace
 
 bool agree(const char *a, const char *b, std::size_t n) {
-  const Block joker = Block::filled('?');
+  const Vector joker = Vector::broadcast('?');
   const auto agreeing = [&](std::size_t at, std::size_t count) {
-    const Block x = Block::load(a + at, count);
-    const Block y = Block::load(b + at, count);
+    const Vector x = Vector::load(a + at, count);
+    const Vector y = Vector::load(b + at, count);
     return (x == y) | (x == joker) | (y == joker);
   };
   std::size_t at = 0;
-  for (; at + 4 * kBlock <= n; at += 4 * kBlock) {
-    const Block front = agreeing(at, kBlock) & agreeing(at + kBlock, kBlock);
-    const Block back = agreeing(at + 2 * kBlock, kBlock) & agreeing(at + 3 * kBlock, kBlock);
-    if ((front & back).mask() != kWholeBlock) return false;
+  for (; at + 4 * kVectorSize <= n; at += 4 * kVectorSize) {
+    const Vector front = agreeing(at, kVectorSize) & agreeing(at + kVectorSize, kVectorSize);
+    const Vector back =
+        agreeing(at + 2 * kVectorSize, kVectorSize) & agreeing(at + 3 * kVectorSize, kVectorSize);
+    if ((front & back).moveMask() != Vector::kFullMask) return false;
   }
-  for (; at + kBlock <= n; at += kBlock) {
-    if (agreeing(at, kBlock).mask() != kWholeBlock) return false;
+  for (; at + kVectorSize <= n; at += kVectorSize) {
+    if (agreeing(at, kVectorSize).moveMask() != Vector::kFullMask) return false;
   }
-  return at == n || agreeing(at, n - at).mask() == kWholeBlock;
+  return at == n || agreeing(at, n - at).moveMask() == Vector::kFullMask;
 }
 
 bool matchesWithStar(std::string_view a, std::string_view b) {

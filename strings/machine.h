@@ -1,19 +1,16 @@
-// For strings/, tables/ and profile/: which vector instructions this machine has besides the ones
-// of every x86-64.
+// For tables/ and profile/: which of their loops to run, those compiled for every machine or those
+// compiled for AVX2.
 #ifndef KORVEL_STRINGS_MACHINE_H
 #define KORVEL_STRINGS_MACHINE_H
 
 namespace korvel::strings {
 
-// Each is true when the processor has the instructions and the system saves their registers; all
-// are false on processors that are no x86-64.
-struct Machine {
-  bool avx2 = false;
-};
+// For tests: when false, the loops for every machine run.
+extern bool avx2Allowed;
 
-// Asks the processor at the first call only: in a virtual machine the answer takes longer than a
-// short text.
-const Machine &thisMachine();
+// Whether the processor has AVX2, and the system saves its registers. False on processors that are
+// no x86-64: there, the loops are compiled alike.
+bool usesAvx2();
 
 }  // namespace korvel::strings
 

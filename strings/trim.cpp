@@ -8,8 +8,8 @@
 
 #include <korvel/strings.h>
 
-#include "strings/blocks.h"
 #include "strings/bytes.h"
+#include "strings/vectors.h"
 
 namespace korvel::strings {
 
@@ -17,10 +17,11 @@ namespace {
 
 // The length of the n bytes at s without every c at their end.
 std::size_t lengthWithoutTail(const char *s, std::size_t n, char c) {
-  const Block tail = Block::filled(c);
-  for (; n >= kBlock; n -= kBlock) {
-    const unsigned others = ~(Block::load(s + n - kBlock, kBlock) == tail).mask() & kWholeBlock;
-    if (others != 0) return n - kBlock + static_cast<std::size_t>(std::bit_width(others));
+  const Vector tail = Vector::broadcast(c);
+  for (; n >= kVectorSize; n -= kVectorSize) {
+    const unsigned others =
+        ~(Vector::load(s + n - kVectorSize) == tail).moveMask() & Vector::kFullMask;
+    if (others != 0) return n - kVectorSize + static_cast<std::size_t>(std::bit_width(others));
   }
   while (n > 0 && s[n - 1] == c) --n;
   return n;

@@ -8,7 +8,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <span>
 
 namespace korvel::tables {
 
@@ -68,18 +67,11 @@ struct ScanKernel {
   // The number of CRs in [from, to).
   std::size_t (*countLineEnds)(const char *from, const char *to);
 };
-extern const ScanKernel kPlainKernel;
-#ifdef __x86_64__
+extern const ScanKernel kBaselineKernel;
 extern const ScanKernel kAvx2Kernel;
-#endif
 
-// The kernels that this machine runs, by increasing width of their vectors.
-std::span<const ScanKernel *const> usableKernels();
-// The kernel to search so many bytes with. CPUID is slow in a virtual machine: it is asked only
-// once enough bytes were searched.
-const ScanKernel &kernelFor(std::size_t bytes);
-// For tests: the kernel to use in any case, if not null.
-extern const ScanKernel *imposedKernel;
+// The faster one of those that this machine runs.
+const ScanKernel &scanKernel();
 
 }  // namespace korvel::tables
 

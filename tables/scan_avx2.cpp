@@ -1,4 +1,4 @@
-// scan_kernel.h compiled with -mavx2.
+// scan_kernel.h compiled for AVX2.
 #include "tables/scan_kernel.h"
 
 namespace korvel::tables {

@@ -1,63 +1,26 @@
 // For tables/scan*.cpp: the loops, written once and compiled for each instruction set.
 //
-// Each of those sources has a copy of its own and calls no inline function from elsewhere: of those
-// the linker keeps one copy, maybe with instructions that the machine lacks.
+// Each of those sources has a copy of its own and calls no inline function from elsewhere but a
+// vector's: of those the linker keeps one copy, maybe with instructions that the machine lacks.
 #ifndef KORVEL_TABLES_SCAN_KERNEL_H
 #define KORVEL_TABLES_SCAN_KERNEL_H
 
 #include <cstddef>
 #include <cstdint>
 
-#ifdef __SSE2__
-#include <immintrin.h>
-#endif
-
+#include "strings/vectors.h"
 #include "tables/scan.h"
 
 namespace korvel::tables {
 namespace {
 
-#if defined(__AVX2__)
-constexpr std::ptrdiff_t kWidth = 32;
-#else
-constexpr std::ptrdiff_t kWidth = 16;
-#endif
+using Vector = strings::WidestVector;
+constexpr std::ptrdiff_t kWidth = Vector::kSize;
 
-using Vector = std::uint8_t __attribute__((vector_size(kWidth)));
-
-inline Vector load(const char *p) {
-  Vector v;
-  __builtin_memcpy(&v, p, sizeof v);
-#if defined(__SSE2__)
-  // Forces the load into a register; otherwise the compiler repeats it as a memory operand, which
-  // is slow across cache lines.
-  __asm__("" : "+x"(v));
-#endif
-  return v;
-}
-
-inline Vector filled(std::uint8_t c) { return Vector{} + c; }
-
-// A set of places in a vector, with the operators & | ^. A place is in the set if the highest bit
-// of its byte is set.
+// A set of places in a vector: those whose byte has the highest bit set.
 using Places = Vector;
 
-inline Places is(Vector v, Vector c) { return reinterpret_cast<Vector>(v == c); }
-inline Places highBits(Vector v) { return v; }
-inline std::uint64_t bitsOf(Places places) {
-#if defined(__AVX2__)
-  return static_cast<std::uint32_t>(_mm256_movemask_epi8(reinterpret_cast<__m256i>(places)));
-#elif defined(__SSE2__)
-  return static_cast<std::uint32_t>(_mm_movemask_epi8(reinterpret_cast<__m128i>(places)));
-#else
-  std::uint64_t bits = 0;
-  for (int i = 0; i < kWidth; ++i) bits |= static_cast<std::uint64_t>(places[i] >> 7U) << i;
-  return bits;
-#endif
-}
-constexpr Places kEverywhere = Vector{} - std::uint8_t{1};
-
-inline bool any(Places places) { return bitsOf(places) != 0; }
+inline bool any(Places places) { return places.moveMask() != 0; }
 
 // Counts the places of the sets that comparisons gave.
 class Count {
@@ -65,28 +28,11 @@ class Count {
   static constexpr std::ptrdiff_t kMost = 255;  // additions
 
   // A place is 0xFF, that is -1.
-  void add(Places places) { count_ -= places; }
-  std::int64_t sum() const {
-#if defined(__SSE2__)
-    using Words = std::int64_t __attribute__((vector_size(kWidth)));
-#if defined(__AVX2__)
-    const auto sums = reinterpret_cast<Words>(
-        _mm256_sad_epu8(reinterpret_cast<__m256i>(count_), _mm256_setzero_si256()));
-    return sums[0] + sums[1] + sums[2] + sums[3];
-#else
-    const auto sums = reinterpret_cast<Words>(
-        _mm_sad_epu8(reinterpret_cast<__m128i>(count_), _mm_setzero_si128()));
-    return sums[0] + sums[1];
-#endif
-#else
-    std::int64_t sum = 0;
-    for (int i = 0; i < kWidth; ++i) sum += count_[i];
-    return sum;
-#endif
-  }
+  void add(Places places) { count_ = count_ - places; }
+  std::int64_t sum() const { return count_.sum(); }
 
  private:
-  Vector count_ = {};
+  Vector count_;
 };
 
 // The places where lines begin: the last bytes of the line ends before them.
@@ -97,15 +43,13 @@ struct Starts {
 
 struct AfterCrLf {
   Starts operator()(const char *p, Vector here) const {
-    const Places starts = is(here, filled('\n'));
-    return {starts, starts ^ is(load(p - 1), filled('\r'))};
+    const Places starts = here == '\n';
+    return {starts, starts ^ (Vector::load(p - 1) == '\r')};
   }
 };
 
 struct AfterCr {
-  Starts operator()(const char * /*p*/, Vector here) const {
-    return {is(here, filled('\r')), is(here, filled('\n'))};
-  }
+  Starts operator()(const char * /*p*/, Vector here) const { return {here == '\r', here == '\n'}; }
 };
 
 struct AtLine {
@@ -115,29 +59,29 @@ struct AtLine {
 // The code is a field, too.
 struct AtField {
   Places operator()(Vector here, Places starts) const {
-    return is(here, filled(',')) | is(here, filled('+')) | starts;
+    return (here == ',') | (here == '+') | starts;
   }
 };
 
 struct AnyBytes {
   explicit AnyBytes(const Pattern & /*pattern*/) {}
-  Places operator()(const char * /*p*/) const { return kEverywhere; }
-  static Places irregular(Vector /*here*/) { return Places{}; }
+  Places operator()(const char * /*p*/) const { return Vector::broadcast('\xFF'); }
+  static Places irregular(Vector /*here*/) { return {}; }
 };
 
 // One probe; '?' in the file equals any byte.
-inline Places probed(Vector v, Vector value) { return is(v, value) | is(v, filled('?')); }
+inline Places probed(Vector v, Vector value) { return (v == value) | (v == '?'); }
 
 struct ExactBytes {
   explicit ExactBytes(const Pattern &pattern)
       : offset1(pattern.pairs[0][0].offset),
         offset2(pattern.pairs[0][1].offset),
-        value1(filled(pattern.pairs[0][0].value)),
-        value2(filled(pattern.pairs[0][1].value)) {}
+        value1(Vector::broadcast(pattern.pairs[0][0].value)),
+        value2(Vector::broadcast(pattern.pairs[0][1].value)) {}
   Places operator()(const char *p) const {
-    return probed(load(p + offset1), value1) & probed(load(p + offset2), value2);
+    return probed(Vector::load(p + offset1), value1) & probed(Vector::load(p + offset2), value2);
   }
-  static Places irregular(Vector /*here*/) { return Places{}; }
+  static Places irregular(Vector /*here*/) { return {}; }
 
   std::size_t offset1, offset2;
   Vector value1, value2;
@@ -146,16 +90,16 @@ struct ExactBytes {
 struct FoldedBytes {
   explicit FoldedBytes(const Pattern &pattern)
       : exact(pattern),
-        ignore1(filled(pattern.pairs[0][0].ignore)),
-        ignore2(filled(pattern.pairs[0][1].ignore)) {}
+        ignore1(Vector::broadcast(pattern.pairs[0][0].ignore)),
+        ignore2(Vector::broadcast(pattern.pairs[0][1].ignore)) {}
   Places operator()(const char *p) const {
-    return folded(load(p + exact.offset1), ignore1, exact.value1) &
-           folded(load(p + exact.offset2), ignore2, exact.value2);
+    return folded(Vector::load(p + exact.offset1), ignore1, exact.value1) &
+           folded(Vector::load(p + exact.offset2), ignore2, exact.value2);
   }
-  static Places irregular(Vector /*here*/) { return Places{}; }
+  static Places irregular(Vector /*here*/) { return {}; }
 
   static Places folded(Vector v, Vector ignore, Vector value) {
-    return highBits(v) | is(v | ignore, value) | is(v, filled('?'));
+    return v | ((v | ignore) == value) | (v == '?');
   }
 
   ExactBytes exact;
@@ -167,19 +111,19 @@ struct OneOfBytes {
     for (std::size_t i = 0; i < count; ++i) {
       for (std::size_t place = 0; place < 2; ++place) {
         offset[i][place] = pattern.pairs[i][place].offset;
-        value[i][place] = filled(pattern.pairs[i][place].value);
+        value[i][place] = Vector::broadcast(pattern.pairs[i][place].value);
       }
     }
   }
   Places operator()(const char *p) const {
-    Places found = {};
+    Places found;
     for (std::size_t i = 0; i < count; ++i) {
-      found |=
-          probed(load(p + offset[i][0]), value[i][0]) & probed(load(p + offset[i][1]), value[i][1]);
+      found |= probed(Vector::load(p + offset[i][0]), value[i][0]) &
+               probed(Vector::load(p + offset[i][1]), value[i][1]);
     }
     return found;
   }
-  static Places irregular(Vector here) { return is(here, filled('*')); }
+  static Places irregular(Vector here) { return here == '*'; }
 
   std::size_t count;
   std::size_t offset[Pattern::kMostPairs][2];
@@ -200,7 +144,7 @@ class Finder {
       const std::ptrdiff_t whole = (scan.end - at) / kPair;
       const char *stop = at + (whole < kMostPairs ? whole : kMostPairs) * kPair;
       Count count;
-      Places irregular = {};
+      Places irregular;
       for (; at != stop; at += kPair) {
         const Step first = step(at);
         const Step second = step(at + kWidth);
@@ -229,7 +173,7 @@ class Finder {
   };
 
   Step step(const char *p) const {
-    const Vector here = load(p);
+    const Vector here = Vector::load(p);
     const Starts starts = lineStarts_(p, here);
     return {{starts.places, starts.irregular | Bytes::irregular(here)},
             place_(here, starts.places) & bytes_(p)};
@@ -237,31 +181,31 @@ class Finder {
 
   // One step, which may pass the end.
   const char *nextInStep(Scan &scan) const {
-    constexpr std::uint64_t kAll = ~std::uint64_t{0};
+    constexpr std::uint32_t kAll = ~std::uint32_t{0};
     const Step here = step(scan.at);
     const std::ptrdiff_t rest = scan.end - scan.at;
     const std::ptrdiff_t width = rest < kWidth ? rest : kWidth;
-    const std::uint64_t inside = kAll >> (64 - width);
-    const std::uint64_t starts = bitsOf(here.starts.places) & inside;
-    scan.regular = (bitsOf(here.starts.irregular) & inside) == 0;
-    const std::uint64_t left = worthAReturn(scan.at, bitsOf(here.candidates) & inside);
+    const std::uint32_t inside = kAll >> (32 - width);
+    const std::uint32_t starts = here.starts.places.moveMask() & inside;
+    scan.regular = (here.starts.irregular.moveMask() & inside) == 0;
+    const std::uint32_t left = worthAReturn(scan.at, here.candidates.moveMask() & inside);
     if (left == 0) {
-      scan.lines += __builtin_popcountll(starts);
+      scan.lines += __builtin_popcount(starts);
       scan.at += width;
       return nullptr;
     }
-    const int place = __builtin_ctzll(left);
-    scan.lines += __builtin_popcountll(starts & (kAll >> (63 - place)));
+    const int place = __builtin_ctz(left);
+    scan.lines += __builtin_popcount(starts & (kAll >> (31 - place)));
     scan.at += place + 1;
     return scan.at - 1;
   }
 
   bool holdsOne(const char *at, const Step &step) const {
-    return worthAReturn(at, bitsOf(step.candidates)) != 0;
+    return worthAReturn(at, step.candidates.moveMask()) != 0;
   }
   // The candidates without those in front of the first that is not dismissed.
-  std::uint64_t worthAReturn(const char *at, std::uint64_t candidates) const {
-    while (candidates != 0 && isDismissed(at + __builtin_ctzll(candidates))) {
+  std::uint32_t worthAReturn(const char *at, std::uint32_t candidates) const {
+    while (candidates != 0 && isDismissed(at + __builtin_ctz(candidates))) {
       candidates &= candidates - 1;
     }
     return candidates;
@@ -317,7 +261,7 @@ std::size_t countLineEnds(const char *from, const char *to) {
     const std::ptrdiff_t whole = (to - from) / kWidth;
     const char *stop = from + (whole < Count::kMost ? whole : Count::kMost) * kWidth;
     Count count;
-    for (; from != stop; from += kWidth) count.add(is(load(from), filled('\r')));
+    for (; from != stop; from += kWidth) count.add(Vector::load(from) == '\r');
     lines += count.sum();
   }
   for (; from != to; ++from) lines += *from == '\r';

@@ -6,13 +6,13 @@
 #include <cstdint>
 #include <cstring>
 
-#include "strings/blocks.h"
+#include "strings/vectors.h"
 #include "tables/line.h"
 
 namespace korvel::tables {
 namespace {
 
-using strings::Block;
+using strings::Vector;
 
 constexpr std::size_t kStep = 64;
 constexpr std::size_t kLineEndSize = 2;
@@ -26,12 +26,10 @@ struct LineEndPlaces {
 
 LineEndPlaces lineEndPlaces(const char *p) {
   LineEndPlaces places;
-  const Block cr = Block::filled(kLineEnd);
-  const Block lf = Block::filled(kIgnored);
-  for (std::size_t i = 0; i < kStep; i += strings::kBlock) {
-    const Block block = Block::load(p + i, strings::kBlock);
-    places.crs |= std::uint64_t{(block == cr).mask()} << i;
-    places.lfs |= std::uint64_t{(block == lf).mask()} << i;
+  for (std::size_t i = 0; i < kStep; i += Vector::kSize) {
+    const Vector bytes = Vector::load(p + i);
+    places.crs |= std::uint64_t{(bytes == kLineEnd).moveMask()} << i;
+    places.lfs |= std::uint64_t{(bytes == kIgnored).moveMask()} << i;
   }
   return places;
 }

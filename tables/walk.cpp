@@ -43,7 +43,7 @@ bool TableWalk::find(const LineTest &test) {
 std::string_view TableWalk::behindSkipped(std::string_view lines, int skipped) {
   if (line_ >= skipped) return lines;
   constexpr std::size_t kPiece = 4096;
-  const ScanKernel &kernel = kernelFor(lines.size());
+  const ScanKernel &kernel = scanKernel();
   const char *at = lines.data();
   const char *end = at + lines.size();
   while (at != end) {
@@ -66,7 +66,7 @@ bool TableWalk::findIn(std::string_view lines, const LineTest &test) {
   const LineEnds ends = *front == kIgnored ? LineEnds::CrLf : LineEnds::Cr;
   const int shift = ends == LineEnds::CrLf ? 1 : 0;
   Scan scan = {ends, front, end - 1 + shift};
-  const ScanKernel &kernel = kernelFor(lines.size());
+  const ScanKernel &kernel = scanKernel();
   while (const char *candidate = kernel.next(test.pattern(), scan)) {
     if (!scan.regular) break;
     if (!test.mayBeginAt(candidate + 1)) continue;

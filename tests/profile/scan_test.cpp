@@ -8,21 +8,25 @@
 
 #include <gtest/gtest.h>
 
+#include "strings/machine.h"
+#include "tests/files/volumes.h"
 #include "tests/support/page_end.h"
 
 namespace {
 
 using korvel::profile::KeyProbe;
-using korvel::profile::Scan;
+using korvel::strings::avx2Allowed;
+using korvel::strings::usesAvx2;
 using korvel::test::PageEnd;
+using korvel::test::Restored;
 
-// All that this machine can run.
-std::vector<Scan> scansOfThisMachine() {
+using Scan = decltype(korvel::profile::scan);
+
+// Those that this machine can run.
+std::vector<Scan *> scansOfThisMachine() {
   using namespace korvel::profile;
-  std::vector<Scan> scans = {&scanPortable};
-#ifdef __x86_64__
-  if (fastestScan() == &scanAvx2) scans.push_back(&scanAvx2);
-#endif
+  std::vector<Scan *> scans = {&scanBaseline};
+  if (usesAvx2()) scans.push_back(&scanAvx2);
   return scans;
 }
 
@@ -34,7 +38,7 @@ bool isOfInterest(const char *at, std::string_view key) {
 }
 
 TEST(Scan, StopsAtTheFirstByteOfInterestAndPassesNone) {
-  constexpr std::ptrdiff_t kWidestBlock = 32;
+  constexpr std::ptrdiff_t kWidestVector = 32;
   constexpr std::size_t kReach = 5;
   std::mt19937 random(512);
   for (int run = 0; run < 3000; ++run) {
@@ -56,12 +60,24 @@ TEST(Scan, StopsAtTheFirstByteOfInterestAndPassesNone) {
     const KeyProbe probe(key);
     const char *first = begin;
     while (first != end && !isOfInterest(first, key)) ++first;
-    for (const Scan scan : scansOfThisMachine()) {
+    for (Scan *const scan : scansOfThisMachine()) {
       const char *stop = scan(begin, end, probe);
       ASSERT_LE(stop, first);
-      ASSERT_TRUE(stop == first || end - stop < kWidestBlock);
+      ASSERT_TRUE(stop == first || end - stop < kWidestVector);
     }
   }
+}
+
+// Less than a wide vector: only a narrow one fits.
+TEST(Scan, IsTheWidestThatIsAllowed) {
+  const std::string text(29, 'a');
+  const char *begin = text.data() + 5;
+  const char *end = begin + 24;
+  const Restored<bool> restored{avx2Allowed};
+  const KeyProbe probe("key");
+  EXPECT_EQ(korvel::profile::scan(begin, end, probe) == begin, usesAvx2());
+  avx2Allowed = false;
+  EXPECT_NE(korvel::profile::scan(begin, end, probe), begin);
 }
 
 TEST(Scan, ReachesAsFarBackAsTheKeyAndALineEnd) {

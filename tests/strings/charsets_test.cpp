@@ -232,60 +232,19 @@ TEST(Strupr, AgreesWithTheModelAtThePagesEdges) {
   }
 }
 
-// --- Wide steps ---------------------------------------------------------------------------------
-
-// How many bytes are done in wide steps: every whole stretch of 64, on a machine that can.
-std::size_t widelyDone(std::size_t length) {
-#ifdef __x86_64__
-  return __builtin_cpu_supports("avx2") ? length - length % 64 : 0;
-#else
-  return length - length;
-#endif
-}
-
-// The wide steps are right, and the rest is unchanged.
-void expectWidelyCapitalised(char *s, const std::string &text) {
-  const std::size_t done = korvel::strings::capitaliseWide(s, text.size());
-  ASSERT_EQ(done, widelyDone(text.size()));
-  ASSERT_EQ(std::string(s, text.size()), modelUpper(text.substr(0, done)) + text.substr(done));
-}
-
-TEST(CapitaliseWide, AgreesWithTheModelAtEveryLength) {
-  RandomText random(13);
-  GuardedPages pages;
-  for (int length = 0; length <= 300; ++length) {
-    for (int round = 0; round < 10; ++round) {
-      const std::string text = random.anyText(length);
-      expectWidelyCapitalised(pages.runAtEnd(text), text);
-      expectWidelyCapitalised(pages.runAtStart(text), text);
-    }
-  }
-}
-
-TEST(CapitaliseWide, EveryByteHasItsCapitalAtEveryPlace) {
+TEST(Strupr, EveryByteHasItsCapitalAtEveryPlace) {
   for (int c = 1; c < 256; ++c) {
     for (std::size_t place = 0; place < 64; ++place) {
       std::string text(64, 'a');
       text[place] = static_cast<char>(c);
-      std::string copy = text;
-      expectWidelyCapitalised(copy.data(), text);
+      ASSERT_EQ(upper(text), modelUpper(text)) << c << ' ' << place;
     }
   }
 }
 
-TEST(CapitaliseWide, LeavesAShortTextToTheBlocks) {
-  std::string s(63, 'a');
-  EXPECT_EQ(korvel::strings::capitaliseWide(s.data(), s.size()), 0U);
-  EXPECT_EQ(s, std::string(63, 'a'));
-  // One byte more is a stretch.
-  s += 'a';
-  EXPECT_EQ(korvel::strings::capitaliseWide(s.data(), s.size()), widelyDone(64));
-  EXPECT_EQ(s, std::string(64, widelyDone(64) == 64 ? 'A' : 'a'));
-}
+// --- Vectors -----------------------------------------------------------------------------------
 
-// --- Blocks ------------------------------------------------------------------------------------
-
-TEST(CharsetBlocks, AgreeWithTheModelsAtEveryLength) {
+TEST(CharsetVectors, AgreeWithTheModelsAtEveryLength) {
   RandomText random(12);
   GuardedPages pages;
   for (int length = 0; length <= 200; ++length) {
@@ -299,7 +258,7 @@ TEST(CharsetBlocks, AgreeWithTheModelsAtEveryLength) {
       korvel::strings::convertToWindows({s, n});
       ASSERT_EQ(std::string(s, n), modelled(text, modelFromMac));
       s = pages.runAtEnd(text);
-      korvel::strings::capitaliseBlocks(s, n);
+      korvel::strings::capitalise({s, n});
       ASSERT_EQ(std::string(s, n), modelUpper(text));
     }
   }

@@ -271,7 +271,7 @@ class RandomCalls : public test::Tables {
   void chooseWayToRead() {
     constexpr std::size_t kBlocks[] = {1, 2, 7, 50, 333, 4096, 262144, 262144};
     tables::TableReader::blockSize = oneOf(random_, kBlocks);
-    tables::imposedKernel = oneOf(random_, tables::usableKernels());
+    strings::avx2Allowed = chance(random_, 50);
   }
 
   unsigned mostLines_;  // of a table

@@ -11,11 +11,20 @@
 
 #include <korvel/strings.h>
 
+#include "strings/machine.h"
 #include "tables/pattern.h"
 #include "tables/reader.h"
+#include "tests/files/volumes.h"
 
 namespace korvel::tables {
 namespace {
+
+// Those that this machine can run.
+std::vector<const ScanKernel *> usableKernels() {
+  std::vector<const ScanKernel *> kernels = {&kBaselineKernel};
+  if (strings::usesAvx2()) kernels.push_back(&kAvx2Kernel);
+  return kernels;
+}
 
 // Bytes with the margins that the kernels may read.
 class Padded {
@@ -155,6 +164,13 @@ TEST(Scan, FindsWhatALoopOverTheBytesFinds) {
       }
     }
   }
+}
+
+TEST(Scan, IsTheWidestThatIsAllowed) {
+  EXPECT_EQ(&scanKernel(), usableKernels().back());
+  const test::Restored<bool> restored{strings::avx2Allowed};
+  strings::avx2Allowed = false;
+  EXPECT_EQ(&scanKernel(), &kBaselineKernel);
 }
 
 TEST(Scan, SeesEveryIrregularLineEnd) {

@@ -15,8 +15,8 @@
 
 #include <korvel/tables.h>
 
+#include "strings/machine.h"
 #include "tables/reader.h"
-#include "tables/scan.h"
 #include "tests/files/volumes.h"
 #include "tests/support/poisoned_buffer.h"
 
@@ -84,7 +84,7 @@ class Tables : public testing::Test {
   Restored<int> line_{ZRV_Libelle_NC_il};
   Restored<int> read_{ZRV_Libelle_NC_read};
   Restored<std::size_t> block_{tables::TableReader::blockSize};
-  Restored<const tables::ScanKernel *> kernel_{tables::imposedKernel};
+  Restored<bool> avx2_{strings::avx2Allowed};
 };
 
 // What a call gave.
