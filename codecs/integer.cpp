@@ -2,11 +2,13 @@
 #include "codecs/integer.h"
 
 #include <algorithm>
+#include <charconv>
 #include <climits>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
 #include <string_view>
+#include <system_error>
 
 #include <korvel/codecs.h>
 
@@ -82,20 +84,17 @@ bool readShort(const char *text, std::uint32_t limit, int *value) {
   return true;
 }
 
-// Reads any text. A magnitude of more than kMaxDigits significant digits is above every limit.
-int readAny(char *text, std::uint32_t limit, int *value) {
+// Reads any text. A function apart, or the short way in front of it would save registers for it.
+[[gnu::noinline]] int readAny(char *text, std::uint32_t limit, int *value) {
   strings::trimBlanks(text);
   if (text[0] == '\0') return kEmpty;
   const char *digits = skipSign(text);
   if (*digits == '\0') return kSignAlone;
-  const char *const end = digits + std::strlen(digits);
-  if (!areDigits(digits, end)) return kNotDigit;
-  while (*digits == '0') ++digits;
-  if (end - digits > kMaxDigits) return kTooLarge;
-  std::uint64_t magnitude = 0;
-  for (; digits != end; ++digits) magnitude = 10 * magnitude + digitValue(*digits);
-  if (magnitude > limit) return kTooLarge;
-  *value = signedValue(static_cast<std::uint32_t>(magnitude), text[0] == '-');
+  std::uint32_t magnitude = 0;
+  const auto [end, error] = std::from_chars(digits, digits + std::strlen(digits), magnitude);
+  if (*end != '\0') return kNotDigit;
+  if (error != std::errc{} || magnitude > limit) return kTooLarge;
+  *value = signedValue(magnitude, text[0] == '-');
   return kRead;
 }
 

@@ -9,11 +9,6 @@ namespace korvel::codecs {
 
 namespace {
 
-// From 2^23 on a single has no fraction. Infinities and NaN stay.
-float truncated(float x) {
-  return std::fabs(x) < 0x1p23F ? static_cast<float>(static_cast<int>(x)) : x;
-}
-
 template <typename Real>
 void store(Real x, Real integralPart, Real *integral, Real *fraction) {
   *integral = integralPart;
@@ -33,5 +28,6 @@ void utrealds(const double *x, double *integral, double *fraction) {
 
 void utrealfs(const float *x, float *integral, float *fraction) {
   if (x == nullptr || integral == nullptr || fraction == nullptr) return;
-  store(*x, truncated(*x), integral, fraction);
+  // The sum makes a 0 of -0.
+  store(*x, std::trunc(*x) + 0.0F, integral, fraction);
 }
