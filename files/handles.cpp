@@ -78,10 +78,10 @@ int openDescriptor(const char *mac, int mode) {
 }
 
 // Whether the slot can hold what was opened. Sets the slot's size.
-bool admit(FileSlot &slot, int descriptor) {
+bool admit(FileSlot &slot, int descriptor, struct stat &status) {
   if (descriptor > highestReference) return false;
-  struct stat status;
   if (fstat(descriptor, &status) != 0) {
+    status = {};
     slot.size = 0;
     return true;
   }
@@ -91,9 +91,9 @@ bool admit(FileSlot &slot, int descriptor) {
 }
 
 // Takes over the descriptor; -1 is refused.
-int openInto(FileSlot &slot, int descriptor, int mode) {
+int openInto(FileSlot &slot, int descriptor, int mode, struct stat &status) {
   if (descriptor < 0) return kRefused;
-  if (!admit(slot, descriptor)) {
+  if (!admit(slot, descriptor, status)) {
     close(descriptor);
     return kRefused;
   }
@@ -120,11 +120,12 @@ int openFile(const char *path, int read, int write) {
   std::memcpy(slot.name, path, length + 1);
   if (!isSet(read) && !isSet(write)) return kNoFlag;
   const int mode = !isSet(write) ? kReading : isSet(read) ? kReadingAndWriting : kWriting;
-  const int result = openInto(slot, openDescriptor(path, mode), mode);
+  struct stat status;
+  const int result = openInto(slot, openDescriptor(path, mode), mode, status);
   return result == 0 ? handle : result;
 }
 
-int openWithDescriptor(const char *path, int descriptor) {
+int openWithDescriptor(const char *path, int descriptor, struct stat &status) {
   const int handle = takeFreeSlot();
   if (handle < 0) {
     if (descriptor >= 0) close(descriptor);
@@ -134,7 +135,7 @@ int openWithDescriptor(const char *path, int descriptor) {
   const std::size_t length = strnlen(path, sizeof slot.name - 1);
   std::memcpy(slot.name, path, length);
   slot.name[length] = '\0';
-  const int result = openInto(slot, descriptor, kReading);
+  const int result = openInto(slot, descriptor, kReading, status);
   return result == 0 ? handle : result;
 }
 
@@ -214,20 +215,23 @@ void release(FileSlot &slot) {
   slot.position = 0;
 }
 
-int openInFolder(const char *folder, const char *path) {
+int openInFolder(const char *folder, const char *path, struct stat &status) {
   // A file that opens proves that its folder is there.
   const int descriptor = openReading(path);
   if (descriptor < 0 && !folderExists(folder)) return kNoSlot;
-  return openWithDescriptor(path, descriptor);
+  return openWithDescriptor(path, descriptor, status);
 }
 
-int openForReading(const char *path) { return openWithDescriptor(path, openReading(path)); }
+int openForReading(const char *path, struct stat &status) {
+  return openWithDescriptor(path, openReading(path), status);
+}
 
 std::uint64_t lengthOf(const char *path) {
   const int descriptor = openReading(path);
   struct stat status = {};
   const bool isFile = descriptor >= 0 && fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode);
-  const int handle = openWithDescriptor(path, descriptor);
+  struct stat ignored;
+  const int handle = openWithDescriptor(path, descriptor, ignored);
   if (handle >= 0) closeOwn(handle);
   const bool opened = handle >= 0 || (handle == kRefused && isFile && status.st_size > INT_MAX);
   return isFile && opened ? static_cast<std::uint64_t>(status.st_size) : 0;

@@ -5,6 +5,8 @@
 
 #include <cstdint>
 
+#include <sys/stat.h>
+
 namespace korvel::files {
 
 // The highest descriptor that a slot's reference field holds. A variable for tests, which may not
@@ -12,11 +14,11 @@ namespace korvel::files {
 extern int highestReference;
 
 // As File_Open(path, 1, 0), but a path that the slot cannot hold is opened too; the slot then holds
-// its beginning.
-int openForReading(const char *path);
+// its beginning. status: of the file once it is open, all zeros if the system does not tell it.
+int openForReading(const char *path, struct stat &status);
 // The same for a file in a folder, both colon paths: when the folder does not exist, returns -1 and
 // leaves the slots and DATA_FILE_ID alone.
-int openInFolder(const char *folder, const char *path);
+int openInFolder(const char *folder, const char *path, struct stat &status);
 
 // The length in bytes of a file, even of one too long for a slot. Takes a slot and gives it back; 0
 // when the file cannot be opened or no slot is free.

@@ -24,7 +24,9 @@ using Out = std::span<char>;
 class CodeTest final : public LineTest {
  public:
   CodeTest(std::string_view key, int skipped)
-      : LineTest(key, lineWithCode(key), skipped), key_(key) {}
+      : LineTest(key, lineWithCode(key), skipped), key_(key) {
+    if (canBeField(key) && key.find('?') == key.npos) code_ = key;
+  }
   bool accepts(std::string_view text) const override {
     return strings::matches(key_, codeOf(text));
   }

@@ -5,13 +5,12 @@
 #include <climits>
 #include <cstdlib>
 #include <cstring>
+#include <utility>
 
 #include <sys/stat.h>
-#include <unistd.h>
 
 #include <korvel/files.h>
 
-#include "base/posix.h"
 #include "files/handles.h"
 #include "files/memory.h"
 #include "tables/path.h"
@@ -28,31 +27,9 @@ constexpr std::size_t kBufferSize = kFront + TableReader::kLargestBlock + TableR
 constinit char sharedBuffer[kBufferSize] = {};
 constinit bool sharedBufferTaken = false;
 
-ssize_t readSome(int descriptor, char *to, std::size_t count, off_t offset) {
-  return base::retried([&] { return pread(descriptor, to, count, offset); });
-}
-
-// Returns false when there are not so many bytes.
-bool readAll(int descriptor, char *to, int count) {
-  for (int done = 0; done < count;) {
-    const ssize_t got =
-        readSome(descriptor, to + done, static_cast<std::size_t>(count - done), done);
-    if (got <= 0) return false;
-    done += static_cast<int>(got);
-  }
-  return true;
-}
-
 bool hasSameContent(const struct stat &a, const struct stat &b) {
   return a.st_size == b.st_size && a.st_mtim.tv_sec == b.st_mtim.tv_sec &&
          a.st_mtim.tv_nsec == b.st_mtim.tv_nsec;
-}
-
-// Writes a line end like the first line's in front of the lines.
-void putLineEndBefore(char *lines, std::size_t size) {
-  const auto *end = static_cast<const char *>(std::memchr(lines, kLineEnd, size));
-  lines[-2] = kLineEnd;
-  lines[-1] = end[1] == kIgnored ? kIgnored : kLineEnd;
 }
 
 }  // namespace
@@ -61,7 +38,9 @@ constinit std::size_t TableReader::blockSize = kLargestBlock;
 
 bool TableReader::open(const char *path, Slots slots) {
   close();
-  return start(files::openForReading(path), slots);
+  struct stat status;
+  const int file = files::openForReading(path, status);
+  return start(file, slots, status);
 }
 
 bool TableReader::openTable(const char *name, Slots slots) {
@@ -69,22 +48,31 @@ bool TableReader::openTable(const char *name, Slots slots) {
   const TablePlace place = tablePlace(name);
   if (!place.path) return false;
   const char *path = place.path.text;
-  return start(place.folder == nullptr ? files::openForReading(path)
-                                       : files::openInFolder(place.folder, path),
-               slots);
+  struct stat status;
+  const int file = place.folder == nullptr ? files::openForReading(path, status)
+                                           : files::openInFolder(place.folder, path, status);
+  return start(file, slots, status);
 }
 
 // Goes on with the handle that an opening gave.
-bool TableReader::start(int file, Slots slots) {
+bool TableReader::start(int file, Slots slots, const struct stat &status) {
   if (file < 0) return false;
   file_ = file;
   descriptor_ = DATA_FILE_TAB[file].reference;
   size_ = DATA_FILE_TAB[file].size;
   if (slots == Slots::File || size_ == 0) measure();
   const bool complete = (slots == Slots::File || (memory_ = files::openMemoryFile(0, 0)) >= 0) &&
-                        (slots == Slots::Memory ? load() : takeBuffer());
+                        (slots == Slots::Memory ? load() : prepare(slots, status));
   if (!complete) close();
   return complete;
+}
+
+bool TableReader::prepare(Slots slots, const struct stat &status) {
+  const KeptTable *kept = slots == Slots::FileAndMemory ? keptTable(descriptor_, status) : nullptr;
+  if (kept == nullptr) return takeBuffer();
+  loaded_ = kept->table.lines();
+  index_ = &kept->index;
+  return true;
 }
 
 void TableReader::readThrough(int descriptor) {
@@ -106,6 +94,7 @@ bool TableReader::load() {
   for (int i = 0; i < kAttempts && loaded != Loaded::Whole; ++i) loaded = loadOnce();
   files::closeOwn(file_);
   file_ = descriptor_ = -1;
+  loaded_ = own_.lines();
   return loaded != Loaded::Not;
 }
 
@@ -113,35 +102,25 @@ TableReader::Loaded TableReader::loadOnce() {
   struct stat before;
   struct stat after;
   if (fstat(descriptor_, &before) != 0 || before.st_size > INT_MAX) return Loaded::Not;
-  size_ = static_cast<int>(before.st_size);
-  giveBackBuffer();
-  buffer_ = static_cast<char *>(std::calloc(1, kFront + static_cast<std::size_t>(size_) + kMargin));
-  if (buffer_ == nullptr || !readAll(descriptor_, buffer_ + kFront, size_)) return Loaded::Not;
+  if (!own_.read(descriptor_, static_cast<std::size_t>(before.st_size))) return Loaded::Not;
   const bool same = fstat(descriptor_, &after) == 0 && hasSameContent(before, after);
   return same ? Loaded::Whole : Loaded::WholeButChanged;
 }
 
-// Where the block that is read next will be.
-char *TableReader::nextBlock() const {
-  return buffer_ + kFront + (descriptor_ < 0 ? position_ : 0);
-}
-
 std::string_view TableReader::next() {
   if (position_ >= size_) return {};
-  char *block = nextBlock();
-  auto size =
-      static_cast<ssize_t>(std::min(static_cast<std::size_t>(size_ - position_), blockSize));
-  if (descriptor_ >= 0) {
-    size = readSome(descriptor_, block, static_cast<std::size_t>(size), position_);
-    isWhole_ = isWhole_ && size > 0;
-  }
+  char *block = buffer_ + kFront;
+  const auto wish = std::min(static_cast<std::size_t>(size_ - position_), blockSize);
+  const ssize_t size = readSome(descriptor_, block, wish, position_);
+  isWhole_ = isWhole_ && size > 0;
   position_ = size > 0 ? position_ + static_cast<int>(size) : size_;
   return size > 0 ? std::string_view(block, static_cast<std::size_t>(size)) : std::string_view();
 }
 
 std::string_view TableReader::nextLines() {
+  if (buffer_ == nullptr) return std::exchange(loaded_, {});
   for (;;) {
-    char *block = nextBlock();
+    char *block = buffer_ + kFront;
     const std::string_view begun = keptOf(begun_, scratch_);
     char *begin = block - begun.size();
     if (!begun.empty()) std::memmove(begin, begun.data(), begun.size());
@@ -173,6 +152,8 @@ void TableReader::close() {
   size_ = position_ = 0;
   isWhole_ = true;
   begun_ = {};
+  loaded_ = {};
+  index_ = nullptr;
 }
 
 void TableReader::leaveOpen() {

@@ -1,16 +1,20 @@
-// For tables/: the file of a table, read in large blocks.
+// For tables/: the file of a table, read in large blocks, or as it is in memory.
 //
 // An application sees of it what it would see of a file that is first loaded whole into a memory
 // file: the same slots are taken and given back, and without a free one nothing is read. In fact
-// one block at a time is read, when it is asked for. Only a reading during which the application
-// runs loads the whole file.
+// one block at a time is read, when it is asked for, or none of a table that is kept in memory.
+// Only a reading during which the application runs loads the whole file.
 #ifndef KORVEL_TABLES_READER_H
 #define KORVEL_TABLES_READER_H
 
 #include <cstddef>
 #include <string_view>
 
+#include <sys/stat.h>
+
+#include "tables/kept.h"
 #include "tables/line.h"
+#include "tables/loaded.h"
 
 namespace korvel::tables {
 
@@ -26,7 +30,7 @@ enum class Slots {
 class TableReader {
  public:
   static constexpr std::size_t kLargestBlock = 256 * 1024;
-  static constexpr std::size_t kMargin = 2048;
+  static constexpr std::size_t kMargin = tables::kMargin;
 
   // How much is read at once, up to kLargestBlock. A variable so that tests can end a block
   // anywhere.
@@ -50,14 +54,17 @@ class TableReader {
   // Both return a view that is valid until the next call, empty at the end of the file. A file that
   // is cut short meanwhile ends there; what it grows by is not read.
 
-  // The next bytes of the file.
+  // The next bytes of the file; not of a table in memory.
   std::string_view next();
 
   // The next whole lines, each ended by a carriage return, with a line end like the first one's in
   // front of them. A line whose end is in a later block is put together from its kept characters;
   // the last line gains an end if the file has none. What was begun when a reading broke off is no
-  // line.
+  // line. Of a table in memory, all lines at once.
   std::string_view nextLines();
+
+  // Where the lines are that nextLines() gives; null where the file is read.
+  const LineIndex *index() const { return index_; }
 
   // False when the file's size is not known, a read failed or the file was cut short: what was
   // returned is not all of it.
@@ -75,21 +82,24 @@ class TableReader {
  private:
   enum class Loaded { Not, Whole, WholeButChanged };
 
-  bool start(int file, Slots slots);
+  bool start(int file, Slots slots, const struct stat &status);
   void measure();
   bool load();
   Loaded loadOnce();
+  bool prepare(Slots slots, const struct stat &status);
   bool takeBuffer();
   void giveBackBuffer();
-  char *nextBlock() const;
 
   int file_ = -1;        // handle
   int memory_ = -1;      // handle
-  int descriptor_ = -1;  // the file's; -1: it is loaded
+  int descriptor_ = -1;  // the file's
   int size_ = 0;         // of the file
   int position_ = 0;     // after the last byte given
   bool isWhole_ = true;
-  char *buffer_ = nullptr;
+  char *buffer_ = nullptr;  // null: the table is in memory
+  LoadedTable own_;
+  std::string_view loaded_;  // the lines of a table in memory that are left
+  const LineIndex *index_ = nullptr;
   std::string_view begun_;  // the beginning of a line that the last block did not end
   LineScratch scratch_;
 };

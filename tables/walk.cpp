@@ -1,4 +1,5 @@
-// Walks a table by candidates where its line ends are regular, and line by line where not.
+// Walks a table by candidates where its line ends are regular, and line by line where not; goes
+// straight to lines whose place is known.
 #include "tables/walk.h"
 
 #include <algorithm>
@@ -30,6 +31,10 @@ std::string_view lastOf(std::string_view lines) {
 }  // namespace
 
 bool TableWalk::find(const LineTest &test) {
+  const LineIndex *index = reader_.index();
+  if (index != nullptr && index->hasCodes() && !test.code().empty()) {
+    return findIndexed(*index, test);
+  }
   for (auto lines = reader_.nextLines(); !lines.empty(); lines = reader_.nextLines()) {
     if (findIn(behindSkipped(lines, test.skipped()), test)) return true;
     const std::string_view last = keptOf(lastOf(lines), scratch_);
@@ -39,9 +44,30 @@ bool TableWalk::find(const LineTest &test) {
   return false;
 }
 
-// Counts the lines by pieces and, in the piece where the last one ends, one by one.
+bool TableWalk::findIndexed(const LineIndex &index, const LineTest &test) {
+  const std::size_t start = index.find(test.code(), index.startBehind(test.skipped()));
+  const bool found = start != LineIndex::kNone;
+  line_ = found ? index.numberAt(start) : index.count();
+  kept_ = keptOf(index.lineAt(found ? start : index.startBehind(line_ - 1)), scratch_);
+  return found;
+}
+
 std::string_view TableWalk::behindSkipped(std::string_view lines, int skipped) {
   if (line_ >= skipped) return lines;
+  const LineIndex *index = reader_.index();
+  return index == nullptr ? behindCounted(lines, skipped) : behindKnown(lines, *index, skipped);
+}
+
+std::string_view TableWalk::behindKnown(std::string_view lines, const LineIndex &index,
+                                        int skipped) {
+  line_ = std::min(skipped, index.count());
+  lines.remove_prefix(index.startBehind(skipped));
+  if (lines.starts_with(kIgnored)) lines.remove_prefix(1);
+  return lines;
+}
+
+// Counts the lines by pieces and, in the piece where the last one ends, one by one.
+std::string_view TableWalk::behindCounted(std::string_view lines, int skipped) {
   constexpr std::size_t kPiece = 4096;
   const ScanKernel &kernel = scanKernel();
   const char *at = lines.data();

@@ -24,6 +24,10 @@ class LineTest {
   // Whether a line after the skipped ones is the wanted one; text as line.h says.
   virtual bool accepts(std::string_view text) const = 0;
 
+  // The code of the lines that are accepted, if each line that bears it is, or whose code matches
+  // it by a '?' of its own; else "".
+  std::string_view code() const { return code_; }
+
   // Has a candidate in every line that is accepted.
   const Pattern &pattern() const { return pattern_; }
   // Lines 1 to this number are skipped.
@@ -38,6 +42,7 @@ class LineTest {
       : pattern_(pattern), skipped_(canBeField(wanted) ? skipped : kEveryLine) {}
   ~LineTest() = default;
 
+  std::string_view code_;
   Pattern pattern_;
   int skipped_;
 };
@@ -62,8 +67,11 @@ class TableWalk {
   std::string_view kept() const { return kept_; }
 
  private:
+  bool findIndexed(const LineIndex &index, const LineTest &test);
   // These work on lines as TableReader::nextLines() gives them.
   std::string_view behindSkipped(std::string_view lines, int skipped);
+  std::string_view behindKnown(std::string_view lines, const LineIndex &index, int skipped);
+  std::string_view behindCounted(std::string_view lines, int skipped);
   bool findIn(std::string_view lines, const LineTest &test);
   bool findLineByLine(std::string_view lines, const LineTest &test);
 

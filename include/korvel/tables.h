@@ -63,6 +63,15 @@ KORVEL_API char *setDirTables(const char *dir);
 /* Returns ZRV_Libelle_NC_szDirTables. */
 KORVEL_API char *getDirTables(void);
 
+/* Gives back the memory of the tables that are kept. A lookup or search opens its table's file at
+   each call; a table that was asked twice is kept from the third call on, its bytes and an index of
+   its codes, and used as long as the file has the same identity, size and times of change, to the
+   nanosecond. So a change by anybody is seen by the next call. A file that was changed in the last
+   two seconds is not kept, nor one of more than 32 MiB. At most 8 tables are kept, with at most
+   64 MiB in all; the one that was used the longest ago gives way. Nothing but time and memory
+   depends on it. */
+KORVEL_API void KorvelForgetTables(void);
+
 /* ---- Label lookup ---- */
 
 /* Looks up the first line whose code matches the key and gives one of its columns.

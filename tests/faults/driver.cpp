@@ -86,6 +86,8 @@ class Place {
     std::memset(ZRV_Libelle_NC_szBuffer, 0, sizeof ZRV_Libelle_NC_szBuffer);
     ZRV_Libelle_NC_il = ZRV_Libelle_NC_read = 0;
     tables::TableReader::blockSize = tables::TableReader::kLargestBlock;
+    tables::keeping = tables::Keeping::WhenAskedAgain;
+    KorvelForgetTables();
     BSDtest = BSDcr = BSDnNbFic = 0;
   }
 

@@ -40,6 +40,11 @@ void putLong() {
   putTable(text);
   tables::TableReader::blockSize = 8192;
 }
+// A table that has come to memory.
+void putKept() {
+  putLong();
+  tables::keeping = tables::Keeping::Always;
+}
 void putLink() {
   putExample();
   put("real.tab", actes());
@@ -101,6 +106,18 @@ constexpr Operation kTables[] = {
     {"ZRV_Libelle_NC", putExample, [] { return found(ZRV_Libelle_NC, "02", 2, 1); }, "1", "0"},
     {"ZRV_Libelle_NC, in a long table", putLong, [] { return found(ZRV_Libelle_NC, "1198", 4, 1); },
      "1", "0"},
+    {"KorvelForgetTables", putKept,
+     [] {
+       char out[64] = "-";
+       ZRV_Libelle_NC("1198", 4, 1, "actes", out, sizeof out);
+       KorvelForgetTables();
+       return Answer{ZRV_Libelle_NC_il, out};
+     },
+     "1206", "0"},
+    {"ZRV_Libelle_NC, of a table kept in memory", putKept,
+     [] { return found(ZRV_Libelle_NC, "1198", 4, 1); }, "1", "0"},
+    {"ZRV_Code_NC, of a table kept in memory", putKept,
+     [] { return found(ZRV_Code_NC, "Libell\xE9", 1); }, "1", "0"},
     {"ZRV_Libelle_NC, of a chosen directory", putExample,
      [] {
        char out[64] = "-";

@@ -197,6 +197,24 @@ TEST_F(ReadFaults, AWalkIsNotOverHalfOfAnOldTableAndHalfOfANewOne) {
   }
 }
 
+// Neither is a copy that stays in memory.
+TEST_F(ReadFaults, ATableThatChangesWhileItIsCopiedIsNotKept) {
+  tables::keeping = tables::Keeping::Always;
+  for (const bool changes : {false, true}) {
+    reset();
+    usleep(25'000);  // to another tick of the clock
+    int readings = 0;
+    const Instead shortly("pread", [&](const Request &) {
+      if (readings++ == 1 && changes) table("actes", table_);
+      return kShort;
+    });
+    tables::TableReader reader;
+    ASSERT_TRUE(reader.openTable("actes", tables::Slots::FileAndMemory));
+    EXPECT_GT(readings, 1);
+    EXPECT_EQ(reader.index() == nullptr, changes);
+  }
+}
+
 // What is looked at is what is opened: a name may lead elsewhere a moment later.
 TEST_F(ReadFaults, ALeftOverFileThatIsReplacedWhileItIsOpenedIsNotUsedUp) {
   reset();

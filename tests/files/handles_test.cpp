@@ -309,17 +309,19 @@ TEST_F(FileHandles, AFileOpensWhetherOrNotItsVolumeIsLookedAt) {
 
 TEST_F(FileHandles, AFileInAFolderThatIsMissingTakesNoHandle) {
   const std::string file = volumes_.file("f.txt", "x");
-  EXPECT_EQ(files::openInFolder("Data:no", "Data:no:f.txt"), -1);
+  struct stat status = {};
+  EXPECT_EQ(files::openInFolder("Data:no", "Data:no:f.txt", status), -1);
   EXPECT_EQ(DATA_FILE_ID, -1);
-  EXPECT_EQ(files::openInFolder("Data", file.c_str()), 0);
+  EXPECT_EQ(files::openInFolder("Data", file.c_str(), status), 0);
+  EXPECT_EQ(status.st_size, 1);
   EXPECT_STREQ(DATA_FILE_TAB[0].name, file.c_str());
-  EXPECT_EQ(files::openInFolder("Data", "Data:no.txt"), -2);
+  EXPECT_EQ(files::openInFolder("Data", "Data:no.txt", status), -2);
   EXPECT_EQ(DATA_FILE_ID, 1);
-  EXPECT_EQ(files::openForReading(file.c_str()), 2);
-  for (int i = 3; i < 5; ++i) EXPECT_EQ(files::openForReading(file.c_str()), i);
-  EXPECT_EQ(files::openForReading("Data:no:f.txt"), -2);
-  EXPECT_EQ(files::openForReading(file.c_str()), 1);
-  EXPECT_EQ(files::openForReading(file.c_str()), -1);
+  EXPECT_EQ(files::openForReading(file.c_str(), status), 2);
+  for (int i = 3; i < 5; ++i) EXPECT_EQ(files::openForReading(file.c_str(), status), i);
+  EXPECT_EQ(files::openForReading("Data:no:f.txt", status), -2);
+  EXPECT_EQ(files::openForReading(file.c_str(), status), 1);
+  EXPECT_EQ(files::openForReading(file.c_str(), status), -1);
 }
 
 TEST_F(FileHandles, APathThatDoesNotFitTheNameIsCutThereOnly) {
@@ -328,9 +330,10 @@ TEST_F(FileHandles, APathThatDoesNotFitTheNameIsCutThereOnly) {
   const std::string file = folder + ":" + std::string(60, 'f');
   std::ofstream(volumes_.posix(std::string(100, 'd') + "/" + std::string(60, 'f'))) << "x";
   EXPECT_EQ(File_Open(file.c_str(), 1, 0), -2);
-  EXPECT_EQ(files::openInFolder(folder.c_str(), file.c_str()), 1);
+  struct stat status;
+  EXPECT_EQ(files::openInFolder(folder.c_str(), file.c_str(), status), 1);
   EXPECT_EQ(std::string(DATA_FILE_TAB[1].name), file.substr(0, 143));
-  EXPECT_EQ(files::openForReading(file.c_str()), 2);
+  EXPECT_EQ(files::openForReading(file.c_str(), status), 2);
 }
 
 TEST_F(FileHandles, AFileOf2GiBIsRefused) {

@@ -382,6 +382,7 @@ std::vector<Call> tables() {
       with<TableName, Room>(ZRV_Table_liste),
       with<TableName, Text, Text>(ZRV_Table_repair),
       with<>(getDirTables),
+      with<>(KorvelForgetTables),
   };
 }
 

@@ -10,6 +10,7 @@
 
 #include <korvel/tables.h>
 
+#include "tables/kept.h"
 #include "tables/reader.h"
 #include "tables/scan.h"
 #include "tests/files/volumes.h"
@@ -40,6 +41,8 @@ class Tables {
     const auto kernels = tables::usableKernels();
     const auto kernel = input_.ConsumeIntegralInRange<std::size_t>(0, kernels.size());
     tables::imposedKernel = kernel < kernels.size() ? kernels[kernel] : nullptr;
+    tables::keeping = input_.PickValueInArray(
+        {tables::Keeping::Never, tables::Keeping::Always, tables::Keeping::WhenAskedAgain});
   }
 
   void call() {

@@ -359,6 +359,7 @@ static void playTables(void) {
   SHOW(getDirTables, );
   TELL(ZRV_Libelle_NC, "02", 2, 1, "soins.tab", out, sizeof out);
   show("label", out);
+  LIB(KorvelForgetTables)();
   TELL(ZRV_Table_remove, "soins.tab");
   told("lines", first + last);
 }

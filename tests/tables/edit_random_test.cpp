@@ -163,6 +163,7 @@ class RandomEdits : private test::MemoryDisk, public test::Tables {
       if (random_.chance(25)) disturb();
       constexpr std::size_t kBlocks[] = {1, 3, 7, 50, 1024, 262144, 262144, 262144};
       tables::TableReader::blockSize = random_.of(kBlocks);
+      tables::keeping = random_.of(test::kKeepings);
       const std::size_t kind = random_.below(100);
       if (kind < 25) {
         lookUp();

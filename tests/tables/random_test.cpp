@@ -267,14 +267,16 @@ class RandomCalls : public test::Tables {
     releaseSlots();
   }
 
-  // Block seams anywhere, and each of the kernels.
+  // Block seams anywhere, each of the kernels, and tables in memory or not.
   void chooseWayToRead() {
     constexpr std::size_t kBlocks[] = {1, 2, 7, 50, 333, 4096, 262144, 262144};
     tables::TableReader::blockSize = oneOf(random_, kBlocks);
     strings::avx2Allowed = chance(random_, 50);
+    tables::keeping = oneOf(random_, keepings_);
   }
 
   unsigned mostLines_;  // of a table
+  std::span<const tables::Keeping> keepings_ = test::kKeepings;
   const unsigned seed_ = test::randomSeed();
   Random random_{seed_};
   TableModel model_;
@@ -431,6 +433,18 @@ TEST_F(RandomCalls, AgreeWithTheModel) {
   EXPECT_GT(calls_, kCalls * 3 / 4);
   EXPECT_GT(successes_, calls_ / 5);
   EXPECT_LT(successes_, calls_ * 4 / 5);
+}
+
+TEST_F(RandomCalls, AgreeWithTheModelByTheIndexAlone) {
+  constexpr tables::Keeping kAlways[] = {tables::Keeping::Always};
+  keepings_ = kAlways;
+  run(test::rounds(6000));
+}
+
+TEST_F(RandomCalls, AgreeWithTheModelWithoutTheIndex) {
+  constexpr tables::Keeping kNever[] = {tables::Keeping::Never};
+  keepings_ = kNever;
+  run(test::rounds(6000));
 }
 
 // Tables of many pages, which the searches pass in long stretches.

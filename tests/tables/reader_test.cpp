@@ -34,7 +34,7 @@ TEST_F(Reader, GivesTheWholeFileInBlocks) {
   for (const std::size_t size : {0U, 1U, 262143U, 262144U, 262145U, 600000U}) {
     const std::string bytes = test::randomBytes(random, size);
     const std::string file = path(bytes);
-    for (const Slots slots : {Slots::File, Slots::FileAndMemory, Slots::Memory}) {
+    for (const Slots slots : {Slots::File, Slots::FileAndMemory}) {
       TableReader reader;
       ASSERT_TRUE(reader.open(file.c_str(), slots));
       EXPECT_TRUE(allOf(reader) == bytes) << size;
@@ -73,17 +73,17 @@ TEST_F(Reader, NeedsTheSlotsItSays) {
 }
 
 TEST_F(Reader, InsideAnotherOneHasItsOwnBlocks) {
-  const std::string file = path("outer");
+  const std::string file = path("outer\r");
   table("u", "inner");
   for (const Slots slots : {Slots::Memory, Slots::FileAndMemory}) {
     TableReader outer;
     ASSERT_TRUE(outer.open(file.c_str(), slots));
-    const std::string_view block = outer.next();
+    const std::string_view block = outer.nextLines();
     for (int i = 0; i < 2; ++i) {  // and gives back no others than those
       TableReader inner;
       ASSERT_TRUE(inner.open("Data:tables:u.tab", Slots::FileAndMemory));
       EXPECT_EQ(inner.next(), "inner");
-      EXPECT_EQ(block, "outer") << i;
+      EXPECT_EQ(block, "outer\r") << i;
     }
   }
 }

@@ -13,15 +13,16 @@ using test::lookUpDate;
 using test::lookUpNext;
 using test::search;
 
-class RealTables : public test::Tables {
+class RealTables : public test::Tables, public testing::WithParamInterface<tables::Keeping> {
  protected:
   RealTables() {
     EXPECT_EQ(symlink(TABLES_DATA, volumes_.posix("real").c_str()), 0);
     setText(szDirTables, "Data:real");
+    tables::keeping = GetParam();
   }
 };
 
-TEST_F(RealTables, CodesHaveTheirLabels) {
+TEST_P(RealTables, CodesHaveTheirLabels) {
   const struct {
     const char *table;
     const char *code;
@@ -43,7 +44,7 @@ TEST_F(RealTables, CodesHaveTheirLabels) {
   }
 }
 
-TEST_F(RealTables, MissesCountEveryLine) {
+TEST_P(RealTables, MissesCountEveryLine) {
   const struct {
     const char *table;
     int lines;
@@ -56,7 +57,7 @@ TEST_F(RealTables, MissesCountEveryLine) {
   }
 }
 
-TEST_F(RealTables, CommuneHasTheNameOfTheDay) {
+TEST_P(RealTables, CommuneHasTheNameOfTheDay) {
   const struct {
     const char *code;
     int date;
@@ -77,13 +78,13 @@ TEST_F(RealTables, CommuneHasTheNameOfTheDay) {
   }
 }
 
-TEST_F(RealTables, PriceIsThatOfTheDay) {
+TEST_P(RealTables, PriceIsThatOfTheDay) {
   EXPECT_EQ(lookUpDate("LP", 2, "timbres", 4, 19830701), (Answer{1, "2.00"}));
   EXPECT_EQ(lookUpDate("LV", 2, "timbres", 4, 20160504), (Answer{1, "0.70"}));
   EXPECT_EQ(lookUpDate("LV", 2, "timbres", 4, 20250101), (Answer{1, "0.97"}));
 }
 
-TEST_F(RealTables, EveryNameOfACodeIsFoundInItsTurn) {
+TEST_P(RealTables, EveryNameOfACodeIsFoundInItsTurn) {
   std::vector<std::string> names = {lookUp("39209", 1, "communes_histo").out};
   for (Answer next = lookUpNext("39209", 1, "communes_histo"); next.result == 1;
        next = lookUpNext("39209", 1, "communes_histo")) {
@@ -94,7 +95,7 @@ TEST_F(RealTables, EveryNameOfACodeIsFoundInItsTurn) {
   EXPECT_EQ(ZRV_Libelle_NC_il, 17025);
 }
 
-TEST_F(RealTables, LabelsHaveTheirCodes) {
+TEST_P(RealTables, LabelsHaveTheirCodes) {
   EXPECT_EQ(search(ZRV_Code_NC, "Lyon", 1, "communes"), (Answer{1, "69123"}));
   EXPECT_EQ(idem(5, 3, "communes"), (Answer{1, "69"}));
   EXPECT_EQ(search(ZRV_Code_NC, "lyon", 1, "communes"), (Answer{0, "#FIN"}));
@@ -104,7 +105,7 @@ TEST_F(RealTables, LabelsHaveTheirCodes) {
   EXPECT_EQ(search(ZRV_Code_NC_next, "Saint-Denis", 1, "communes").result, 1);
 }
 
-TEST_F(RealTables, CriteriaNarrowDown) {
+TEST_P(RealTables, CriteriaNarrowDown) {
   EXPECT_EQ(search(ZRV_Code_NC_ex, {{"Saint-Denis*", 1}, {"974", 3}}, "communes"),
             (Answer{1, "97411"}));
   EXPECT_EQ(
@@ -114,7 +115,7 @@ TEST_F(RealTables, CriteriaNarrowDown) {
 }
 
 // Whatever line a code is on, each kernel finds it, and the same line.
-TEST_F(RealTables, EveryKernelFindsTheSameLines) {
+TEST_P(RealTables, EveryKernelFindsTheSameLines) {
   for (const bool allowed : {false, true}) {
     strings::avx2Allowed = allowed;
     EXPECT_EQ(lookUp("97424", 1, "communes"), (Answer{1, "Cilaos"}));
@@ -124,6 +125,54 @@ TEST_F(RealTables, EveryKernelFindsTheSameLines) {
     EXPECT_EQ(ZRV_Libelle_NC_il, 34906);
   }
 }
+
+INSTANTIATE_TEST_SUITE_P(KeptOrNot, RealTables, testing::ValuesIn(test::kKeepings));
+
+// The codes of some lines of a table, all over it.
+std::vector<std::string> someCodes(const char *table, int count) {
+  const std::string text = test::content(std::string(TABLES_DATA) + "/" + table + ".tab");
+  std::vector<std::string> codes = {"no such code", "#FIN", "0?????", "?"};
+  for (int i = 0; i < count; ++i) {
+    const std::size_t at = text.find('\n', text.size() / count * i) + 1;
+    codes.push_back(text.substr(at, text.find_first_of(",+\r", at) - at));
+  }
+  return codes;
+}
+
+struct Found {
+  Answer answer;
+  test::State state;
+
+  friend bool operator==(const Found &, const Found &) = default;
+};
+
+// All lines of a code in their turn, and the end.
+std::vector<Found> allOf(const std::string &code, const char *table) {
+  std::vector<Found> all = {{lookUp(code, 1, table), test::state()}};
+  while (all.back().answer.result == 1 && all.size() < 6) {
+    Answer next = lookUpNext(code, 1, table);
+    all.push_back({std::move(next), test::state()});
+  }
+  all.push_back({test::idem0(0, 0, table), test::state()});
+  return all;
+}
+
+class KeptRealTables : public RealTables {};
+
+TEST_P(KeptRealTables, GiveWhatTheFilesGive) {
+  for (const char *table : {"pays", "regions", "departements", "timbres", "substances",
+                            "medicaments", "communes", "communes_histo"}) {
+    for (const std::string &code : someCodes(table, 25)) {
+      tables::keeping = tables::Keeping::Never;
+      const std::vector<Found> read = allOf(code, table);
+      tables::keeping = GetParam();
+      EXPECT_TRUE(allOf(code, table) == read) << table << ' ' << code;
+    }
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(KeptOrNot, KeptRealTables,
+                         testing::Values(tables::Keeping::WhenAskedAgain));
 
 }  // namespace
 }  // namespace korvel

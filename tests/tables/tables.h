@@ -16,6 +16,7 @@
 #include <korvel/tables.h>
 
 #include "strings/machine.h"
+#include "tables/kept.h"
 #include "tables/reader.h"
 #include "tests/files/volumes.h"
 #include "tests/support/poisoned_buffer.h"
@@ -28,6 +29,10 @@ inline unsigned randomSeed() {
   const char *wanted = std::getenv("KORVEL_SEED");
   return wanted != nullptr ? static_cast<unsigned>(std::atoll(wanted)) : std::random_device{}();
 }
+
+// Tables that stay in memory as they do for an application, always, or never.
+inline constexpr tables::Keeping kKeepings[] = {tables::Keeping::WhenAskedAgain,
+                                                tables::Keeping::Always, tables::Keeping::Never};
 
 // The lines, each ended by CR LF.
 inline std::string lines(std::initializer_list<std::string_view> texts) {
@@ -54,6 +59,7 @@ inline std::string fieldsOfBuffer() {
 class Tables : public testing::Test {
  protected:
   Tables() {
+    KorvelForgetTables();
     mkdir(volumes_.posix("tables").c_str(), 0777);
     setText(szDirTables, "Data:tables");
     setText(ZRV_Libelle_NC_szDirTables, "");
@@ -85,6 +91,7 @@ class Tables : public testing::Test {
   Restored<int> read_{ZRV_Libelle_NC_read};
   Restored<std::size_t> block_{tables::TableReader::blockSize};
   Restored<bool> avx2_{strings::avx2Allowed};
+  Restored<tables::Keeping> keeping_{tables::keeping};
 };
 
 // What a call gave.

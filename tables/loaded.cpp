@@ -1,0 +1,60 @@
+// Reads a whole file and makes lines of it.
+#include "tables/loaded.h"
+
+#include <cstring>
+
+#include <unistd.h>
+
+#include "base/posix.h"
+#include "tables/line.h"
+
+namespace korvel::tables {
+namespace {
+
+// Returns false when there are not so many bytes.
+bool readAll(int descriptor, char *to, std::size_t count) {
+  for (std::size_t done = 0; done < count;) {
+    const ssize_t got = readSome(descriptor, to + done, count - done, static_cast<off_t>(done));
+    if (got <= 0) return false;
+    done += static_cast<std::size_t>(got);
+  }
+  return true;
+}
+
+// Makes lines of the bytes from `begin` to `end`, after which there is room for a line end.
+std::string_view asLines(char *begin, char *end) {
+  while (begin != end && *begin == kIgnored) ++begin;
+  const auto size = static_cast<std::size_t>(end - begin);
+  const auto *lastEnd = static_cast<const char *>(memrchr(begin, kLineEnd, size));
+  char *rest = lastEnd == nullptr ? begin : begin + (lastEnd + 1 - begin);
+  LineScratch scratch;
+  const bool isLine = !keptOf({rest, static_cast<std::size_t>(end - rest)}, scratch).empty();
+  if (isLine) *end++ = kLineEnd;
+  const auto length = static_cast<std::size_t>((isLine ? end : rest) - begin);
+  if (length > 0) putLineEndBefore(begin, length);
+  return {begin, length};
+}
+
+}  // namespace
+
+ssize_t readSome(int descriptor, char *to, std::size_t count, off_t offset) {
+  return base::retried([&] { return pread(descriptor, to, count, offset); });
+}
+
+void putLineEndBefore(char *lines, std::size_t size) {
+  const auto *end = static_cast<const char *>(std::memchr(lines, kLineEnd, size));
+  lines[-2] = kLineEnd;
+  lines[-1] = end[1] == kIgnored ? kIgnored : kLineEnd;
+}
+
+bool LoadedTable::read(int descriptor, std::size_t size) {
+  std::free(block_);
+  lines_ = {};
+  block_ = static_cast<char *>(std::calloc(1, kMargin + size + 1 + kMargin));
+  char *begin = block_ + kMargin;
+  if (block_ == nullptr || !readAll(descriptor, begin, size)) return false;
+  lines_ = asLines(begin, begin + size);
+  return true;
+}
+
+}  // namespace korvel::tables
