@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <fstream>
 #include <map>
+#include <utility>
 
 #include <sqlite3.h>
 
@@ -18,7 +19,8 @@ namespace {
 namespace fs = std::filesystem;
 
 std::string line(const Corpus &table, int i) {
-  return table.code(i) + "," + table.label(i) + "," + Corpus::group(i) + ",01/01/95,31/12/99";
+  const std::string front = table.code(i) + "," + table.label(i);
+  return table.isNarrow ? front : front + "," + Corpus::group(i) + ",01/01/95,31/12/99";
 }
 
 void writeTable(const Corpus &table) {
@@ -39,8 +41,8 @@ void execute(sqlite3 *database, const char *statement) {
   }
 }
 
-void writeDatabase(const Corpus &table) {
-  const std::string unfinished = table.database + ".new";
+void writeDatabase(const Corpus &table, const std::string &path, const char *last) {
+  const std::string unfinished = path + ".new";
   fs::remove(unfinished);
   sqlite3 *database = nullptr;
   sqlite3_open(unfinished.c_str(), &database);
@@ -56,21 +58,29 @@ void writeDatabase(const Corpus &table) {
     sqlite3_reset(insert);
   }
   sqlite3_finalize(insert);
-  execute(database, "commit");
+  execute(database, last);
   sqlite3_close(database);
-  fs::rename(unfinished, table.database);
+  fs::rename(unfinished, path);
 }
 
-Corpus made(int lines) {
+Corpus made(int lines, bool isNarrow) {
   const fs::path folder = fs::path(BENCH_TABLES) / "Data" / "tables";
   fs::create_directories(folder);
   std::snprintf(szVolumes, sizeof szVolumes, "%s", BENCH_TABLES);
   std::snprintf(szDirTables, sizeof szDirTables, "Data:tables");
-  std::string name = "t";
+  std::string name = isNarrow ? "n" : "t";
   name += std::to_string(lines);
-  const Corpus table = {lines, name, folder / (name + ".tab"), folder / (name + ".db")};
+  const Corpus table = {lines,
+                        isNarrow,
+                        name,
+                        folder / (name + ".tab"),
+                        folder / (name + ".db"),
+                        folder / (name + "-indexed.db")};
   if (!fs::exists(table.path)) writeTable(table);
-  if (!fs::exists(table.database)) writeDatabase(table);
+  if (!fs::exists(table.database)) writeDatabase(table, table.database, "commit");
+  if (!fs::exists(table.indexed)) {
+    writeDatabase(table, table.indexed, "create index codes on t(code); commit");
+  }
   return table;
 }
 
@@ -90,10 +100,18 @@ std::string Corpus::group(int line) {
   return text;
 }
 
-const Corpus &corpus(int lines) {
-  static std::map<int, Corpus> all;
-  const auto found = all.find(lines);
-  return found != all.end() ? found->second : all.emplace(lines, made(lines)).first->second;
+namespace {
+
+const Corpus &corpusOf(int lines, bool isNarrow) {
+  static std::map<std::pair<int, bool>, Corpus> all;
+  const std::pair key(lines, isNarrow);
+  const auto found = all.find(key);
+  return found != all.end() ? found->second : all.emplace(key, made(lines, isNarrow)).first->second;
 }
+
+}  // namespace
+
+const Corpus &corpus(int lines) { return corpusOf(lines, false); }
+const Corpus &narrowCorpus(int lines) { return corpusOf(lines, true); }
 
 }  // namespace korvel::bench

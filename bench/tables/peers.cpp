@@ -9,6 +9,7 @@
 #include <vector>
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace korvel::bench {
@@ -27,6 +28,14 @@ bool readAndScan(const std::string &path) {
   } while (got == static_cast<ssize_t>(kBlock));
   close(file);
   return found;
+}
+
+bool openAndClose(const std::string &path) {
+  const int file = open(path.c_str(), O_RDONLY | O_CLOEXEC);
+  struct stat status;
+  const bool isThere = fstat(file, &status) == 0;
+  close(file);
+  return isThere;
 }
 
 namespace {

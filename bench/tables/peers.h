@@ -12,6 +12,10 @@ namespace korvel::bench {
 // file can do less.
 bool readAndScan(const std::string &path);
 
+// Opens the file, asks for its status and closes it: nobody who wants to know whether it has
+// changed can do less.
+bool openAndClose(const std::string &path);
+
 // Reads lines by the standard library and compares their first field with the key. Returns the
 // second field of the line found.
 std::string streamLookup(const std::string &path, const std::string &key);
@@ -19,8 +23,7 @@ std::string streamLookup(const std::string &path, const std::string &key);
 // What a command prints, to its end.
 std::string outputOf(const std::string &command);
 
-// A statement over the table "t" of a database that stays open, without an index. Its parameters
-// are texts.
+// A statement over the table "t" of a database that stays open. Its parameters are texts.
 class Query {
  public:
   Query(const std::string &database, const char *statement);
