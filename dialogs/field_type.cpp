@@ -2,6 +2,7 @@
 #include "dialogs/field_type.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace korvel::dialogs {
 
@@ -63,11 +64,17 @@ void setMandatory(const FieldType &type, int i, int on) {
 
 int validFlag(const FieldType &type, int i) { return hasField(type, i) ? type.flags.valid[i] : 0; }
 
+std::span<const int> validFlags(const FieldType &type) {
+  if (type.flags.valid == nullptr || *type.use.inUse == 0) return {};
+  const int fields = std::clamp(*type.use.count, 0, type.capacity);
+  return {type.flags.valid, static_cast<std::size_t>(fields)};
+}
+
 bool allValid() {
-  bool all = true;
-  forEachValidatedField(
-      [&](const FieldType &type, int i) { all = all && type.flags.valid[i] == 1; });
-  return all;
+  return std::all_of(std::begin(kFieldTypes), std::end(kFieldTypes), [](const FieldType *type) {
+    const std::span<const int> flags = validFlags(*type);
+    return std::all_of(flags.begin(), flags.end(), [](int flag) { return flag == 1; });
+  });
 }
 
 }  // namespace korvel::dialogs

@@ -3,6 +3,8 @@
 #ifndef KORVEL_DIALOGS_FIELD_TYPE_H
 #define KORVEL_DIALOGS_FIELD_TYPE_H
 
+#include <span>
+
 #include <korvel/dialogs.h>
 
 namespace korvel::dialogs {
@@ -100,6 +102,10 @@ void forEachValidatedField(Visit visit) {
     if (type.flags.valid != nullptr) visit(type, i);
   });
 }
+
+// The flags `valid` of the fields in use; none if the kind has no such flag. The flags of all kinds
+// are read at every key, which asks of each kind once what it has.
+std::span<const int> validFlags(const FieldType &type);
 
 // Whether all those flags are 1.
 bool allValid();

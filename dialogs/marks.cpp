@@ -20,14 +20,20 @@ std::size_t mostItems() {
   return static_cast<std::size_t>(items);
 }
 
+void appendItems(std::vector<int> &items, const FieldType &type, int i) {
+  const int first = itemOf(type, i);
+  for (int item = first; item < first + type.itemsPerField; ++item) items.push_back(item);
+}
+
 // Several fields may lead to one item, which is marked while one of them is not acceptable.
 void collectUnacceptable(std::vector<int> &items) {
   items.clear();
-  forEachValidatedField([&](const FieldType &type, int i) {
-    if (type.flags.valid[i] == 1) return;
-    const int first = itemOf(type, i);
-    for (int item = first; item < first + type.itemsPerField; ++item) items.push_back(item);
-  });
+  for (const FieldType *type : kFieldTypes) {
+    const std::span<const int> flags = validFlags(*type);
+    for (std::size_t i = 0; i < flags.size(); ++i) {
+      if (flags[i] != 1) appendItems(items, *type, static_cast<int>(i));
+    }
+  }
   std::sort(items.begin(), items.end());
   items.erase(std::unique(items.begin(), items.end()), items.end());
 }
