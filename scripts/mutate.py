@@ -2,6 +2,7 @@
 import collections
 import fcntl
 import functools
+import hashlib
 import json
 import os
 import pathlib
@@ -23,20 +24,26 @@ SURVIVORS = HOME / 'survivors.json'
 # The quickest to build and test first.
 FOLDERS = ['strings', 'codecs', 'dates', 'dialogs', 'tables', 'messages', 'files', 'profile',
            'shell', 'platform', 'base', 'draw', 'platform/qt']
-# The programs under tests/ that are run, where those are not the ones of the folder's name.
+# The programs under tests/ that are run for a folder or a file, where those are not the ones of
+# the folder's name and the one that has all calls fail.
+FAULTS = 'faults/faults_test'
 TESTED_BY = {
     'base': ['strings/strings_test', 'codecs/codecs_test', 'files/files_test',
              'profile/profile_test', 'tables/tables_test', 'draw/draw_test',
-             'messages/messages_test', 'dialogs/dialogs_test'],
+             'messages/messages_test', 'dialogs/dialogs_test', FAULTS],
+    'files': ['files/files_test', 'profile/profile_test', FAULTS],
     'platform': ['platform/platform_test'],
-    'platform/qt': ['platform/qt_module_test', 'draw/draw_module_test'],
+    # It is part of the shared library alone.
+    'platform/exceptionstate.cpp': ['dialogs/throwing_callbacks_test'],
+    'platform/qt': ['platform/qt_module_test', 'draw/draw_module_test', 'draw/draw_memory_test'],
 }
 SLOW = 1.0  # seconds; a test that takes longer runs after all others
 MEMORY = 8 << 30  # bytes of address space
 PROGRAM = re.compile(r'korvel_test\((\w+)')
 SANDBOX_FAILED = 99
 
-Mutant = collections.namedtuple('Mutant', 'file line old new')
+# `which`: the how manieth of how many equal lines of the file is meant.
+Mutant = collections.namedtuple('Mutant', 'file line old new which')
 
 
 # ---- Changes of a line
@@ -148,13 +155,13 @@ def code_lines(text):
 
 def mutants_of(root, file):
     """By line: every mutant of a source."""
-    lines = {}
+    lines, equals = {}, collections.defaultdict(list)
     for number, line, code in code_lines((root / file).read_text()):
-        found = [Mutant(file, number, line.strip(), changed.strip())
-                 for changed in changes(code, line)]
-        if found:
-            lines[number] = found
-    return lines
+        equals[line.strip()].append(number)
+        lines[number] = line.strip(), [changed.strip() for changed in changes(code, line)]
+    return {number: [Mutant(file, number, old, new,
+                            (equals[old].index(number) + 1, len(equals[old]))) for new in found]
+            for number, (old, found) in lines.items() if found}
 
 
 def sources(folder):
@@ -177,23 +184,30 @@ def chosen(folder, seed):
 # ---- What is named
 
 def named():
-    """The mutants that nothing can notice: {(file, old, new): reason}."""
+    """The mutants that nothing can notice: {(file, old, new, which): reason}."""
     known = {}
     for block in re.split(r'\n\s*\n', NAMED.read_text() if NAMED.exists() else ''):
         lines = [line for line in block.splitlines() if line and not line.startswith('#')]
         if lines:
-            file, old, new, *reason = lines
-            known[(file, old.removeprefix('- '), new.removeprefix('+ '))] = ' '.join(reason)
+            place, old, new, *reason = lines
+            file, *which = re.fullmatch(r'(\S+)(?: \((\d+) of (\d+)\))?', place).groups('1')
+            key = file, old.removeprefix('- '), new.removeprefix('+ '), tuple(map(int, which))
+            known[key] = ' '.join(reason)
     return known
+
+
+def key_of(mutant):
+    return mutant.file, mutant.old, mutant.new, mutant.which
 
 
 def check_named():
     """Says which of the named mutants the sources no longer have."""
     wrong = []
-    for (file, old, new), reason in named().items():
+    for key, reason in named().items():
+        file, old, new, which = key
         lines = mutants_of(ROOT, file).values() if (ROOT / file).exists() else []
-        if not any((old, new) == (each.old, each.new) for line in lines for each in line):
-            wrong.append(f'{file}: no such mutant: {old} -> {new}')
+        if not any(key == key_of(each) for line in lines for each in line):
+            wrong.append(f'{file}: no such mutant ({which[0]} of {which[1]}): {old} -> {new}')
         elif not reason:
             wrong.append(f'{file}: no reason: {old} -> {new}')
     print('\n'.join(wrong) if wrong else f'{len(named())} mutants are named')
@@ -228,17 +242,14 @@ def copy_sources():
 
 
 def configure():
+    os.environ.setdefault('CCACHE_SLOPPINESS', 'pch_defines,time_macros')
     if (BUILD / 'build.ninja').exists():
         return
-    # The toolkit's headers take longer to read than all else; they are read once.
-    headers = HOME / 'headers.cmake'
-    put(headers, b'cmake_language(DEFER DIRECTORY ${CMAKE_SOURCE_DIR} CALL\n'
-                 b'  target_precompile_headers korvel_qt PRIVATE <QtWidgets>)\n')
-    os.environ.setdefault('CCACHE_SLOPPINESS', 'pch_defines,time_macros')
+    # A mutant that only draws a warning is a mutant.
     done = run('cmake', '--preset', 'release', '-DKORVEL_BUILD_BENCH=OFF',
+               '-DKORVEL_WARNINGS_AS_ERRORS=OFF',
                '-DCMAKE_CXX_COMPILER_LAUNCHER=ccache', '-DCMAKE_C_COMPILER_LAUNCHER=ccache',
-               '-DCMAKE_GTEST_DISCOVER_TESTS_DISCOVERY_MODE=PRE_TEST',
-               f'-DCMAKE_PROJECT_korvel_INCLUDE={headers}', cwd=TREE,
+               '-DCMAKE_GTEST_DISCOVER_TESTS_DISCOVERY_MODE=PRE_TEST', cwd=TREE,
                env={**os.environ, 'LDFLAGS': '-fuse-ld=lld'})
     if done.returncode:
         sys.exit(done.stdout + done.stderr)
@@ -287,8 +298,10 @@ class Program:
         self.tests = {}  # name -> (source, seconds)
 
     def measure(self):
-        report = HOME / f'{self.name}.report'
-        if not report.exists() or report.stat().st_mtime < newest_test():
+        report = HOME / f'{self.name}.{state_of_copy()}.report'
+        if not report.exists():
+            for old in HOME.glob(f'{self.name}.*.report'):
+                old.unlink()
             sandboxed(['sh', '-c', '"$@" --gtest_output=json:report >/dev/null; cat report', 'sh',
                        self.path], 1800, report)
         for suite in json.loads(report.read_text())['testsuites']:
@@ -304,20 +317,29 @@ class Program:
 
     def status(self, tests):
         """What running some of the tests ends with; None when they do not end."""
-        limit = 30 + 10 * sum(self.tests[test][1] for test in tests)
+        limit = 20 + 4 * sum(self.tests[test][1] for test in tests)
         return sandboxed([self.path, '--gtest_fail_fast',
                           '--gtest_filter=' + ':'.join(tests)], limit)
 
 
-def newest_test():
-    return max(path.stat().st_mtime for path in (TREE / 'tests').rglob('*') if path.is_file())
+@functools.cache
+def state_of_copy():
+    """What the sources, tests and data of the copy are, as a word."""
+    state = hashlib.sha256()
+    for folder, folders, names in os.walk(TREE):
+        if folder == str(TREE):
+            folders.remove('build')
+        folders.sort()
+        for path in (pathlib.Path(folder, name) for name in sorted(names)):
+            state.update(f'{path} '.encode() + hashlib.sha256(path.read_bytes()).digest())
+    return state.hexdigest()[:16]
 
 
 def programs_of(folder):
     if folder in TESTED_BY:
         return [Program(path) for path in TESTED_BY[folder]]
     text = (TREE / 'tests' / folder / 'CMakeLists.txt').read_text()
-    return [Program(f'{folder}/{name}') for name in PROGRAM.findall(text)]
+    return [*(Program(f'{folder}/{name}') for name in PROGRAM.findall(text)), Program(FAULTS)]
 
 
 def rounds(programs, mutant):
@@ -333,21 +355,24 @@ def rounds(programs, mutant):
 
 
 LIBRARY = BUILD / 'CMakeFiles/korvel_core.dir'
+SHARED = BUILD / 'CMakeFiles/korvel.dir'
 MODULE = BUILD / 'platform/qt/CMakeFiles/korvel_qt.dir'
+SHARED_FILE = BUILD / 'libkorvel.so.1.0.0'
 MODULE_FILE = BUILD / 'korvel-qt.so'
 
 
 def objects_of(file):
     """What is compiled of a source; of a header that is left to the build."""
-    places = (LIBRARY / f'{file}.o', MODULE / f'{file.removeprefix("platform/qt/")}.o',
+    places = (LIBRARY / f'{file}.o', SHARED / f'{file}.o',
+              MODULE / f'{file.removeprefix("platform/qt/")}.o',
               MODULE / '__' / f'{file.removeprefix("platform/")}.o')
     return [place for place in places if place.exists()]
 
 
 # ---- What becomes of mutants
 
-class Folder:
-    """A folder of the library, its tests built and measured."""
+class Tested:
+    """A folder of the library, or a file of one, its tests built and measured."""
 
     def __init__(self, name):
         self.name = name
@@ -425,15 +450,15 @@ class OfSource(Change):
         self.linked = set()
 
     def compiles(self):
-        return all(repeat(path, warned=False) for path in self.objects)
+        return all(repeat(path) for path in self.objects)
 
     def is_the_same_code(self):
         return all(path.read_bytes() == content for path, (content, _) in self.objects.items())
 
     def link(self, program):
-        wanted = {MODULE_FILE} if any(MODULE in path.parents for path in self.objects) else set()
-        if any(LIBRARY in path.parents for path in self.objects):
-            wanted.add(program.path)
+        linked_to = {LIBRARY: program.path, SHARED: SHARED_FILE, MODULE: MODULE_FILE}
+        wanted = {file for place, file in linked_to.items()
+                  if any(place in path.parents for path in self.objects)}
         for path in wanted - self.linked:
             self.linked.add(path)
             if not repeat(path):
@@ -455,11 +480,9 @@ def command_of(path):
     return run('ninja', '-t', 'commands', '-s', path.relative_to(BUILD), cwd=BUILD).stdout
 
 
-def repeat(path, warned=True):
+def repeat(path):
     """Makes a file anew; whether that worked."""
     command = command_of(path).removeprefix('ccache ')
-    if not warned:
-        command = command.replace(' -Werror ', ' -w ')
     return run('sh', '-c', command, cwd=BUILD).returncode == 0
 
 
@@ -468,18 +491,24 @@ def say(text):
 
 
 def shown(mutant):
-    return f'{mutant.file}:{mutant.line}\n    - {mutant.old}\n    + {mutant.new}'
+    which = ' (%d of %d)' % mutant.which if mutant.which[1] > 1 else ''
+    return f'{mutant.file}:{mutant.line}{which}\n    - {mutant.old}\n    + {mutant.new}'
 
 
 def share(count, folders, seed):
     """By folder: its mutants in random order, and how many of them are wanted, by its lines."""
     mutants = {name: chosen(name, seed) for name in folders}
     whole, behind, wanted = sum(map(len, mutants.values())), 0, {}
-    for name, own in mutants.items():
-        until = behind + len(own)
-        wanted[name] = count * until // whole - count * behind // whole
+    for name in sorted(folders, key=lambda name: len(mutants[name])):  # and the smallest has one
+        until = behind + len(mutants[name])
+        wanted[name] = -(-count * until // whole) - -(-count * behind // whole)
         behind = until
     return {name: (own, wanted[name]) for name, own in mutants.items()}
+
+
+@functools.cache
+def tested_by(name):
+    return Tested(name)
 
 
 def judge(shares):
@@ -487,12 +516,11 @@ def judge(shares):
     known, survivors = named(), []
     fates = collections.defaultdict(collections.Counter)
     for name, (mutants, wanted) in shares.items():
-        folder = Folder(name) if wanted else None
         for mutant in mutants:
             if fates[name].total() - fates[name]['refused'] - fates[name]['same'] == wanted:
                 break
-            key = (mutant.file, mutant.old, mutant.new)
-            fate = 'named' if key in known else folder.fate(mutant)
+            tested = tested_by(mutant.file if mutant.file in TESTED_BY else name)
+            fate = 'named' if key_of(mutant) in known else tested.fate(mutant)
             fates[name][fate] += 1
             say(f'{time.strftime("%H:%M:%S")} {fate}: {shown(mutant)}')
             if fate == 'survived':
@@ -530,10 +558,10 @@ def by_folder(mutants):
 
 
 def survivors_again():
-    for file, _, old, new in json.loads(SURVIVORS.read_text()):
-        found = [each for line in mutants_of(TREE, file).values() for each in line
-                 if (each.old, each.new) == (old, new)]
-        yield from found[:1]
+    for file, _, old, new, which in json.loads(SURVIVORS.read_text()):
+        key = file, old, new, tuple(which)
+        yield from (each for line in mutants_of(TREE, file).values() for each in line
+                    if key_of(each) == key)
 
 
 def main(arguments):
