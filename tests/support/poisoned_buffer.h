@@ -14,36 +14,39 @@ namespace korvel::test {
 class PoisonedBuffer {
  public:
   explicit PoisonedBuffer(std::size_t capacity)
-      : capacity_(capacity), bytes_(capacity + 2 * kGuard, kPoison) {}
+      : capacity_(capacity), bytes_(capacity + 2 * kGuard.size(), kPoison) {
+    std::copy(kGuard.begin(), kGuard.end(), bytes_.begin());
+    std::copy(kGuard.begin(), kGuard.end(), data() + capacity);
+  }
   // Holds `text` and its terminator; what is after that stays poisoned.
   PoisonedBuffer(std::size_t capacity, std::string_view text) : PoisonedBuffer(capacity) {
     std::copy(text.begin(), text.end(), data());
     if (text.size() < capacity) data()[text.size()] = '\0';
   }
 
-  char *data() { return bytes_.data() + kGuard; }
+  char *data() { return bytes_.data() + kGuard.size(); }
   int capacity() const { return static_cast<int>(capacity_); }
 
   // The text up to the first NUL within the capacity.
   std::string_view text() const {
-    const char *begin = bytes_.data() + kGuard;
+    const char *begin = bytes_.data() + kGuard.size();
     return {begin, static_cast<std::size_t>(std::find(begin, begin + capacity_, '\0') - begin)};
   }
   // True while nothing before or after the capacity was written.
   bool guardsIntact() const {
-    return std::all_of(bytes_.begin(), bytes_.begin() + kGuard, isPoison) &&
-           std::all_of(bytes_.end() - kGuard, bytes_.end(), isPoison);
+    return std::equal(kGuard.begin(), kGuard.end(), bytes_.begin()) &&
+           std::equal(kGuard.rbegin(), kGuard.rend(), bytes_.rbegin());
   }
   // True while no byte from `from` on (inside the capacity) was written.
   bool untouchedFrom(std::size_t from) const {
-    return std::all_of(bytes_.begin() + kGuard + static_cast<std::ptrdiff_t>(from),
-                       bytes_.end() - kGuard, isPoison);
+    const char *begin = bytes_.data() + kGuard.size();
+    return std::all_of(begin + from, begin + capacity_, [](char c) { return c == kPoison; });
   }
 
  private:
-  static constexpr std::ptrdiff_t kGuard = 32;
+  // All different: bytes that are moved over it change it.
+  static constexpr std::string_view kGuard = "ABCDEFGHIJKLMNOPQRSTUVWXY1234567";
   static constexpr char kPoison = '\x5A';
-  static bool isPoison(char c) { return c == kPoison; }
 
   std::size_t capacity_;
   std::vector<char> bytes_;
