@@ -16,8 +16,9 @@ import time
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 HOME = pathlib.Path(os.environ.get('MUTATE_HOME', ROOT / 'build/mutate'))
-TREE = HOME / 'tree'
-BUILD = TREE / 'build/release'
+# A build that is there already and is not to be touched, or one of a copy.
+TREE = ROOT if 'MUTATE_BUILD' in os.environ else HOME / 'tree'
+BUILD = pathlib.Path(os.environ.get('MUTATE_BUILD', TREE / 'build/release'))
 NAMED = ROOT / 'scripts/mutate.named'
 SURVIVORS = HOME / 'survivors.json'
 
@@ -25,22 +26,38 @@ SURVIVORS = HOME / 'survivors.json'
 FOLDERS = ['strings', 'codecs', 'dates', 'dialogs', 'tables', 'messages', 'files', 'profile',
            'shell', 'platform', 'base', 'draw', 'platform/qt']
 # The programs under tests/ that are run for a folder or a file, where those are not the ones of
-# the folder's name and the one that has all calls fail.
-FAULTS = 'faults/faults_test'
+# the folder's name, and which cases of the program that has all calls fail.
 TESTED_BY = {
     'base': ['strings/strings_test', 'codecs/codecs_test', 'files/files_test',
              'profile/profile_test', 'tables/tables_test', 'draw/draw_test',
-             'messages/messages_test', 'dialogs/dialogs_test', FAULTS],
-    'files': ['files/files_test', 'profile/profile_test', FAULTS],
+             'messages/messages_test', 'dialogs/dialogs_test'],
+    'files': ['files/files_test', 'profile/profile_test'],
+    'strings/trim.h': ['strings/strings_test', 'codecs/codecs_test'],
     'platform': ['platform/platform_test'],
     # It is part of the shared library alone.
     'platform/exceptionstate.cpp': ['dialogs/throwing_callbacks_test'],
     'platform/qt': ['platform/qt_module_test', 'draw/draw_module_test', 'draw/draw_memory_test'],
 }
+FAULTS = {
+    'base': '*',
+    'codecs': 'Faults.OfNumbers',
+    'dates': 'Faults.OfDates',
+    'dialogs': 'Faults.OfDialogs',
+    'draw': 'Faults.OfDrawing',
+    'files': 'Faults.OfFiles:Faults.OfProfiles:Replace.*:InPlace.*:Lock.*',
+    'messages': 'Faults.OfDrawing',
+    'profile': 'Faults.OfProfiles:Profiles.*',
+    'shell': 'Faults.OfTools',
+    'strings': 'Faults.OfTexts',
+    'tables': 'Faults.OfTables:ReadFaults.*',
+}
+PROOF = 'dates/texts.cpp'
 SLOW = 1.0  # seconds; a test that takes longer runs after all others
 MEMORY = 8 << 30  # bytes of address space
 PROGRAM = re.compile(r'korvel_test\((\w+)')
 SANDBOX_FAILED = 99
+ENVIRONMENT = {**os.environ, 'QT_QPA_PLATFORM': 'offscreen', 'TMPDIR': '/tmp', 'HOME': '/tmp',
+               'BUILD': str(BUILD)}
 
 # `which`: the how manieth of how many equal lines of the file is meant.
 Mutant = collections.namedtuple('Mutant', 'file line old new which')
@@ -256,28 +273,46 @@ def configure():
 
 
 # A mutant may remove, overwrite or kill anything: it sees its own processes only, no network, and
-# every file system but its own temporary folders is read-only.
+# every file system but its own temporary folders is read-only. What is made of it stands in the
+# places of the build's own. The flags of a mount that belongs to somebody else have to be kept.
 SANDBOX = r'''
+set -e
+trap 'status=$?; [ $status = 0 ] || exit 99' EXIT
 mount --make-rprivate /
 mount -t proc proc /proc
-awk '$2 != "/proc" { print $2 }' /proc/self/mounts | while read -r place; do
-  mount -o remount,bind,ro "$place" 2>/dev/null || [ "$place" != / ] || exit 1
-done || exit 99
-for place in /tmp /dev/shm; do mount -t tmpfs -o mode=1777,size=4g tmpfs $place || exit 99; done
-ip link set lo up 2>/dev/null
-cd /tmp && exec "$@"
+while [ "$1" != -- ]; do mount --bind "$1" "$2"; shift 2; done
+shift
+while read -r _ place _ options _; do
+  place=$(printf %b "$place")
+  if [ "$place" = /proc ] || ! mountpoint -q "$place"; then continue; fi
+  flags=ro
+  for flag in nosuid nodev noexec; do
+    case ,$options, in *,$flag,*) flags=$flags,$flag ;; esac
+  done
+  mount -o "remount,bind,$flags" "$place"
+done </proc/self/mounts
+for place in /tmp /dev/shm; do mount -t tmpfs -o mode=1777,size=4g tmpfs $place; done
+ip link set lo up 2>/dev/null || true
+cd /tmp
+[ -e "$BUILD" ]
+exec "$@"
 '''
 
 
-def sandboxed(command, limit, results=None):
-    """The status of a command; None when it took longer than `limit` seconds."""
+def caged(command, places):
+    """A command that is kept apart from the rest of the system."""
     rights = [] if os.geteuid() == 0 else ['--user', '--map-root-user']
-    caged = ['unshare', *rights, '--mount', '--pid', '--net', '--ipc', '--fork', '--kill-child',
-             'prlimit', f'--as={MEMORY}', '--core=0', 'sh', '-c', SANDBOX, 'sh', *command]
-    environment = {**os.environ, 'QT_QPA_PLATFORM': 'offscreen', 'TMPDIR': '/tmp', 'HOME': '/tmp'}
-    with open(results or os.devnull, 'w') as output:
-        process = subprocess.Popen(caged, stdin=subprocess.DEVNULL, stdout=output,
-                                   stderr=subprocess.DEVNULL, env=environment,
+    binds = [str(end) for place, made in places.items() for end in (made, place)]
+    return ['unshare', *rights, '--mount', '--pid', '--net', '--ipc', '--fork', '--kill-child',
+            'prlimit', f'--as={MEMORY}', '--core=0', 'sh', '-c', SANDBOX, 'sh', *binds, '--',
+            *command]
+
+
+def sandboxed(command, limit, places={}, results=os.devnull):
+    """The status of a command; None when it took longer than `limit` seconds."""
+    with open(results, 'w') as output:
+        process = subprocess.Popen(caged(command, places), stdin=subprocess.DEVNULL,
+                                   stdout=output, stderr=subprocess.DEVNULL, env=ENVIRONMENT,
                                    start_new_session=True)
         try:
             return process.wait(limit)
@@ -289,21 +324,29 @@ def sandboxed(command, limit, results=None):
                 process.wait()
 
 
+def demand_sandbox():
+    """Ends the run where mutants cannot be kept apart, and says why."""
+    tried = run(*caged(['true'], {}), env=ENVIRONMENT)
+    if tried.returncode:
+        say('mutants cannot be kept apart from the rest of the system here (as an ordinary user '
+            'that takes user namespaces, and sources outside /tmp):\n' + tried.stderr)
+        sys.exit(SANDBOX_FAILED)
+
+
 class Program:
     """A program of tests: what it has, and how long that takes without a mutant."""
 
-    def __init__(self, path):
+    def __init__(self, path, cases='*'):
         self.name = path.rpartition('/')[2]
         self.path = BUILD / 'tests' / path
+        self.cases = cases
         self.tests = {}  # name -> (source, seconds)
 
     def measure(self):
-        report = HOME / f'{self.name}.{state_of_copy()}.report'
+        report = HOME / f'{state_of_copy()} {self.name} {self.cases}'
         if not report.exists():
-            for old in HOME.glob(f'{self.name}.*.report'):
-                old.unlink()
             sandboxed(['sh', '-c', '"$@" --gtest_output=json:report >/dev/null; cat report', 'sh',
-                       self.path], 1800, report)
+                       self.path, f'--gtest_filter={self.cases}'], 1800, results=report)
         for suite in json.loads(report.read_text())['testsuites']:
             for test in suite['testsuite']:
                 name = f'{suite["name"]}.{test["name"]}'
@@ -315,11 +358,11 @@ class Program:
         say(f'{self.name}: {len(self.tests)} tests, '
             f'{sum(seconds for _, seconds in self.tests.values()):.0f} s')
 
-    def status(self, tests):
+    def status(self, tests, places):
         """What running some of the tests ends with; None when they do not end."""
         limit = 20 + 4 * sum(self.tests[test][1] for test in tests)
         return sandboxed([self.path, '--gtest_fail_fast',
-                          '--gtest_filter=' + ':'.join(tests)], limit)
+                          '--gtest_filter=' + ':'.join(tests)], limit, places)
 
 
 @functools.cache
@@ -328,7 +371,7 @@ def state_of_copy():
     state = hashlib.sha256()
     for folder, folders, names in os.walk(TREE):
         if folder == str(TREE):
-            folders.remove('build')
+            folders[:] = set(folders) - {'build', '.git'}
         folders.sort()
         for path in (pathlib.Path(folder, name) for name in sorted(names)):
             state.update(f'{path} '.encode() + hashlib.sha256(path.read_bytes()).digest())
@@ -336,10 +379,14 @@ def state_of_copy():
 
 
 def programs_of(folder):
-    if folder in TESTED_BY:
-        return [Program(path) for path in TESTED_BY[folder]]
-    text = (TREE / 'tests' / folder / 'CMakeLists.txt').read_text()
-    return [*(Program(f'{folder}/{name}') for name in PROGRAM.findall(text)), Program(FAULTS)]
+    paths = TESTED_BY.get(folder)
+    if paths is None:
+        text = (TREE / 'tests' / folder / 'CMakeLists.txt').read_text()
+        paths = [f'{folder}/{name}' for name in PROGRAM.findall(text)]
+    programs = [Program(path) for path in paths]
+    if folder in FAULTS:
+        programs.append(Program('faults/faults_test', FAULTS[folder]))
+    return programs
 
 
 def rounds(programs, mutant):
@@ -377,9 +424,10 @@ class Tested:
     def __init__(self, name):
         self.name = name
         self.programs = programs_of(name)
-        built = self.build()
-        if built.returncode:
-            sys.exit(built.stdout[-4000:])
+        if TREE != ROOT:
+            built = self.build()
+            if built.returncode:
+                sys.exit(built.stdout[-4000:])
         for program in self.programs:
             program.measure()
 
@@ -388,7 +436,12 @@ class Tested:
         return run('ninja', '-j1', *module, *(program.name for program in self.programs), cwd=BUILD)
 
     def fate(self, mutant):
-        change = OfSource(mutant) if objects_of(mutant.file) else OfHeader(mutant, self)
+        if objects_of(mutant.file):
+            change = OfSource(mutant)
+        elif TREE != ROOT:
+            change = OfHeader(mutant, self)
+        else:
+            return 'refused'
         with change:
             if not change.compiles():
                 return 'refused'
@@ -396,7 +449,7 @@ class Tested:
                 return 'same'
             for program, tests in rounds(self.programs, mutant):
                 change.link(program)
-                status = program.status(tests)
+                status = program.status(tests, change.linked)
                 if status == SANDBOX_FAILED:
                     sys.exit('the tests cannot be run apart from the rest of the system')
                 if status != 0:
@@ -404,33 +457,26 @@ class Tested:
             return 'survived'
 
 
-class Change:
-    """The copy with one line changed, for as long as a block lasts."""
+class OfHeader:
+    """The copy with one line changed, for as long as a block lasts; the build knows what depends on
+    the header."""
 
-    def __init__(self, mutant):
-        self.mutant = mutant
+    def __init__(self, mutant, tested):
+        self.tested = tested
         self.path = TREE / mutant.file
         self.original = self.path.read_text()
+        self.changed = changed_text(self.original, mutant)
+        self.linked = {}
 
     def __enter__(self):
-        lines = self.original.split('\n')
-        line = lines[self.mutant.line - 1]
-        lines[self.mutant.line - 1] = line.replace(self.mutant.old, self.mutant.new)
-        self.path.write_text('\n'.join(lines))
+        self.path.write_text(self.changed)
+        return self
 
     def __exit__(self, *_):
         self.path.write_text(self.original)
 
-
-class OfHeader(Change):
-    """What depends on the header is left to the build."""
-
-    def __init__(self, mutant, folder):
-        super().__init__(mutant)
-        self.folder = folder
-
     def compiles(self):
-        return self.folder.build().returncode == 0
+        return self.tested.build().returncode == 0
 
     def is_the_same_code(self):
         return False
@@ -439,50 +485,66 @@ class OfHeader(Change):
         pass
 
 
-class OfSource(Change):
-    """Its one object is compiled, and what is run is linked, past the build, which notices nothing."""
+class OfSource:
+    """Its objects are compiled, and what is run is linked, beside those of the build, which notices
+    nothing."""
 
     def __init__(self, mutant):
-        super().__init__(mutant)
-        self.age = self.path.stat().st_mtime_ns
-        self.objects = {path: (path.read_bytes(), path.stat().st_mtime_ns)
-                        for path in objects_of(mutant.file)}
-        self.linked = set()
+        self.path = TREE / mutant.file
+        self.place = HOME / 'mutant'
+        shutil.rmtree(self.place, ignore_errors=True)
+        self.place.mkdir(parents=True)
+        self.source = self.place / self.path.name
+        self.source.write_text(changed_text(self.path.read_text(), mutant))
+        self.objects = {path: self.place / f'{number}.o'
+                        for number, path in enumerate(objects_of(mutant.file))}
+        self.linked = {}  # what it takes the place of -> what was linked
+
+    def __enter__(self):
+        return self
+
+    def __exit__(self, *_):
+        shutil.rmtree(self.place)
 
     def compiles(self):
-        return all(repeat(path) for path in self.objects)
+        return all(repeat(path, {path: made, self.path: self.source})
+                   for path, made in self.objects.items())
 
     def is_the_same_code(self):
-        return all(path.read_bytes() == content for path, (content, _) in self.objects.items())
+        return all(path.read_bytes() == made.read_bytes() for path, made in self.objects.items())
 
     def link(self, program):
         linked_to = {LIBRARY: program.path, SHARED: SHARED_FILE, MODULE: MODULE_FILE}
         wanted = {file for place, file in linked_to.items()
                   if any(place in path.parents for path in self.objects)}
-        for path in wanted - self.linked:
-            self.linked.add(path)
-            if not repeat(path):
+        for path in wanted - self.linked.keys():
+            self.linked[path] = self.place / path.name
+            if not repeat(path, {path: self.linked[path], **self.objects}):
                 sys.exit(f'cannot be linked: {path}')
 
-    def __exit__(self, *_):
-        super().__exit__()
-        os.utime(self.path, ns=(self.age, self.age))
-        for path, (content, age) in self.objects.items():
-            path.write_bytes(content)
-            os.utime(path, ns=(age, age))
-        for path in self.linked:
-            path.unlink()
+
+def changed_text(text, mutant):
+    lines = text.split('\n')
+    lines[mutant.line - 1] = lines[mutant.line - 1].replace(mutant.old, mutant.new)
+    return '\n'.join(lines)
+
+
+def in_build(path):
+    return str(path.relative_to(BUILD) if BUILD in path.parents else path)
 
 
 @functools.cache
 def command_of(path):
-    """The build's command that makes a file."""
-    return run('ninja', '-t', 'commands', '-s', path.relative_to(BUILD), cwd=BUILD).stdout
+    """The build's command that makes a file, without what it does when that is done."""
+    text = run('ninja', '-t', 'commands', '-s', in_build(path), cwd=BUILD).stdout
+    return next(part for part in text.strip().split(' && ') if f' -o {in_build(path)} ' in part)
 
 
-def repeat(path):
-    """Makes a file anew; whether that worked."""
+def repeat(path, places):
+    """Makes a file anew, with other files in the places of some; whether that worked."""
     command = command_of(path).removeprefix('ccache ')
+    for place, other in places.items():
+        command = re.sub(r'(?<= )%s(?=\.d | |$)' % re.escape(in_build(place)), str(other), command)
     return run('sh', '-c', command, cwd=BUILD).returncode == 0
 
 
@@ -534,6 +596,24 @@ def judge(shares):
 FATES = ['killed', 'endless', 'named', 'survived', 'same', 'refused']
 
 
+def prove():
+    """Whether the tests of a small source notice a mutant of it, and not those that are named."""
+    mutants = [each for line in mutants_of(TREE, PROOF).values() for each in line]
+    random.Random(PROOF).shuffle(mutants)
+    tested, known, wrong = Tested(folder_of(mutants[0])), named(), 0
+    for mutant in mutants:
+        if key_of(mutant) in known:
+            fate = tested.fate(mutant)
+            wrong += fate != 'survived'
+            say(f'named, {fate}: {shown(mutant)}')
+    for mutant in mutants:
+        fate = 'named' if key_of(mutant) in known else tested.fate(mutant)
+        if fate not in ('named', 'refused', 'same'):
+            say(f'{fate}: {shown(mutant)}')
+            return 1 if wrong or fate == 'survived' else 0
+    return 1
+
+
 def tell(fates):
     say(f'\n{"":14}' + ''.join(f'{fate:>10}' for fate in FATES))
     for name in sorted(fates):
@@ -567,18 +647,23 @@ def survivors_again():
 def main(arguments):
     if arguments == ['--check']:
         return check_named()
+    HOME.mkdir(parents=True, exist_ok=True)
+    if arguments == ['--prove']:
+        demand_sandbox()
+        return prove()
     signal.signal(signal.SIGTERM, lambda *_: sys.exit(143))  # and the copy is put back
     seed = 1
     if arguments[:1] == ['--seed']:
         seed, arguments = int(arguments[1]), arguments[2:]
-    HOME.mkdir(parents=True, exist_ok=True)
     lock = open(HOME / 'lock', 'w')
     try:
         fcntl.flock(lock, fcntl.LOCK_EX | fcntl.LOCK_NB)
     except OSError:
         sys.exit(f'another run is working in {HOME}')
-    copy_sources()
-    configure()
+    if TREE != ROOT:
+        copy_sources()
+        configure()
+    demand_sandbox()
     if arguments == ['--again']:
         shares = by_folder(survivors_again())
     elif arguments and ':' in arguments[0]:
