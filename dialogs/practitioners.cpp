@@ -167,9 +167,7 @@ void select() {
   }
   Tables work;  // not before: a dialog that is up may have those of an earlier call
   if (!work.hasRoom()) return;
-  int firstLine = 0;
-  int lastLine = 0;
-  tables::scanTable("MT.par", &firstLine, &lastLine, addEntry);
+  tables::scanTable("MT.par", nullptr, nullptr, addEntry);
   sz_MTliste[0] = '\0';
   if (nbase == 0 || !work.makeRows()) return;
   sortEntries();
