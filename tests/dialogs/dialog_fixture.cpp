@@ -1,6 +1,7 @@
 // The tables as they are at load, recording callbacks, and templates for tests of dialogs.
 #include "tests/dialogs/dialog_fixture.h"
 
+#include <algorithm>
 #include <climits>
 #include <cstdlib>
 #include <cstring>
@@ -18,27 +19,47 @@ void zero(Variables &...variables) {
   (std::memset(static_cast<void *>(&variables), 0, sizeof variables), ...);
 }
 
+template <typename Variable>
+bool isZero(const Variable &variable) {
+  const auto *bytes = reinterpret_cast<const char *>(&variable);
+  return std::all_of(bytes, bytes + sizeof variable, [](char byte) { return byte == 0; });
+}
+
+// Hands over every exported variable that is zero at load.
+template <typename Visit>
+void visitZeros(Visit visit) {
+  visit(TDB, TDB_N, TDB_ID_TEXTE, TDB_BUFFERSIZE, TDB_x, TDB_y, TDB_cx, TDB_cy, TDB_rk, TDB_bInit,
+        TDB_bMand, TDB_bOK, TDB_bPassw, TDB_iCarac, TDBC, TDBL, TDB_pszBuffer, TDB_PSZLBUFFER,
+        TDB_PITABSTOPS, TDB_szBuffer, TDB_SZLBUFFER, TDB_ITABSTOPS);
+  visit(BDB, BDB_N, BDB_ID_FLAG, BDB_BUFFERSIZE, BDB_x, BDB_y, BDB_cx, BDB_cy, BDB_rk, BDB_bFlags,
+        BDB_pszBuffer, BDB_szBuffer);
+  visit(IDB, IDB_N, IDB_ID_INT, IDB_x, IDB_y, IDB_cx, IDB_cy, IDB_rk, IDB_bInit, IDB_bMand, IDB_bOK,
+        IDB_bPassw, IDB_iInts, IDB_lPassw, vi_tab);
+  visit(NDB, NDB_N, NDB_ID_NUM, NDB_x, NDB_y, NDB_cx, NDB_cy, NDB_rk, NDB_bInit, NDB_bMand, NDB_bOK,
+        NDB_dNums, NDB_iChiff, vf_tab);
+  visit(DDB, DDB_N, DDB_ID_DATE, DDB_x, DDB_y, DDB_cx, DDB_cy, DDB_rk, DDB_bInit, DDB_bMand,
+        DDB_bOK, DDB_lDates, vd_tab);
+  visit(PDB, PDB_N, PDB_ID_PUSH, PDB_BUFFERSIZE, PDB_x, PDB_y, PDB_cx, PDB_cy, PDB_rk,
+        PDB_pszBuffer, PDB_szBuffer, vp_tab);
+  visit(SDB, SDB_N, SDB_BUFFERSIZE, SDB_x, SDB_y, SDB_cx, SDB_cy, SDB_type, SDB_pszBuffer,
+        SDB_szBuffer);
+  visit(HDB, HDB_szHeader, LDB, LDB_cx, LDB_cy, FDB, FDB_bkgcol, FDB_hbrbkg, OK_sz1_bak, OK_sz2_bak,
+        OK_x, OK_y, OK_xt, OK_yt, OK_shadow, OK_shadow_dx, OK_shadow_dy, OK_shadow_c,
+        DlgBoxFinal_szErr, Dlg_itemOffset, Dlg_rkOffset);
+}
+
+// Found out before main() runs.
+const int kSetAtLoad = [] {
+  int count = 0;
+  visitZeros([&](const auto &...variables) { count += (int{!isZero(variables)} + ...); });
+  return count + int{vi != vi_tab} + int{vf != vf_tab} + int{vd != vd_tab} + int{vp != vp_tab};
+}();
+
 }  // namespace
 
 void DialogGlobals::reset() {
-  zero(TDB, TDB_N, TDB_ID_TEXTE, TDB_BUFFERSIZE, TDB_x, TDB_y, TDB_cx, TDB_cy, TDB_rk, TDB_bInit,
-       TDB_bMand, TDB_bOK, TDB_bPassw, TDB_iCarac, TDBC, TDBL, TDB_pszBuffer, TDB_PSZLBUFFER,
-       TDB_PITABSTOPS, TDB_szBuffer, TDB_SZLBUFFER, TDB_ITABSTOPS);
-  zero(BDB, BDB_N, BDB_ID_FLAG, BDB_BUFFERSIZE, BDB_x, BDB_y, BDB_cx, BDB_cy, BDB_rk, BDB_bFlags,
-       BDB_pszBuffer, BDB_szBuffer);
-  zero(IDB, IDB_N, IDB_ID_INT, IDB_x, IDB_y, IDB_cx, IDB_cy, IDB_rk, IDB_bInit, IDB_bMand, IDB_bOK,
-       IDB_bPassw, IDB_iInts, IDB_lPassw, vi_tab);
-  zero(NDB, NDB_N, NDB_ID_NUM, NDB_x, NDB_y, NDB_cx, NDB_cy, NDB_rk, NDB_bInit, NDB_bMand, NDB_bOK,
-       NDB_dNums, NDB_iChiff, vf_tab);
-  zero(DDB, DDB_N, DDB_ID_DATE, DDB_x, DDB_y, DDB_cx, DDB_cy, DDB_rk, DDB_bInit, DDB_bMand, DDB_bOK,
-       DDB_lDates, vd_tab);
-  zero(PDB, PDB_N, PDB_ID_PUSH, PDB_BUFFERSIZE, PDB_x, PDB_y, PDB_cx, PDB_cy, PDB_rk, PDB_pszBuffer,
-       PDB_szBuffer, vp_tab);
-  zero(SDB, SDB_N, SDB_BUFFERSIZE, SDB_x, SDB_y, SDB_cx, SDB_cy, SDB_type, SDB_pszBuffer,
-       SDB_szBuffer);
-  zero(HDB, HDB_szHeader, LDB, LDB_cx, LDB_cy, FDB, FDB_bkgcol, FDB_hbrbkg, OK_sz1, OK_sz2,
-       OK_sz1_bak, OK_sz2_bak, OK_x, OK_y, OK_xt, OK_yt, OK_shadow, OK_shadow_dx, OK_shadow_dy,
-       OK_shadow_c, DlgBoxFinal_szErr, Dlg_itemOffset, Dlg_rkOffset);
+  visitZeros([](auto &...variables) { zero(variables...); });
+  zero(OK_sz1, OK_sz2);
   vi = vi_tab;
   vf = vf_tab;
   vd = vd_tab;
@@ -50,6 +71,8 @@ void DialogGlobals::reset() {
   DlgBoxFinal_set(nullptr);
   ZRVDlgBox_end(0);  // puts the two _nul functions back into the slots
 }
+
+int DialogGlobals::setAtLoad() { return kSetAtLoad; }
 
 void Callbacks::reset() {
   firstItems.clear();

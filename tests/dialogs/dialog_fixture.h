@@ -26,6 +26,9 @@ class DialogGlobals {
   DialogGlobals &operator=(const DialogGlobals &) = delete;
 
   static void reset();
+
+  // How many of those that begin as zero, or leading to their tables, do not.
+  static int setAtLoad();
 };
 
 struct GlobalCall {

@@ -18,6 +18,8 @@ class Settings : public ::testing::Test {
   DialogGlobals globals;
 };
 
+TEST_F(Settings, AllButTheButtonsBeginsWithZeros) { EXPECT_EQ(DialogGlobals::setAtLoad(), 0); }
+
 TEST_F(Settings, TitleIsCutTo127Characters) {
   static_assert(sizeof HDB_szHeader == 128);
   for (const std::size_t length : {0, 1, 126, 127, 128, 1000}) {

@@ -62,7 +62,9 @@ TEST_P(ValueFields, ParamGivesEachFieldItsFirstValues) {
   for (const int n : {0, 1, 2, family.capacity - 1, family.capacity}) {
     SCOPED_TRACE(n);
     DialogGlobals::reset();
+    family.param(family.capacity, 1);
     for (int i = 0; i < family.capacity; ++i) {
+      family.set(i, 9, 0);
       family.x[i] = family.y[i] = family.cx[i] = family.cy[i] = family.rank[i] = 9;
       family.init[i] = family.mandatory[i] = family.valid[i] = 9;
     }
@@ -81,6 +83,7 @@ TEST_P(ValueFields, ParamGivesEachFieldItsFirstValues) {
     if (n < family.capacity) {
       EXPECT_EQ(family.rank[n], 9);
       EXPECT_EQ(family.valid[n], 9);
+      EXPECT_EQ(family.value(n), 9);
     }
   }
 }
