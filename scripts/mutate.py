@@ -333,36 +333,75 @@ def demand_sandbox():
         sys.exit(SANDBOX_FAILED)
 
 
+Test = collections.namedtuple('Test', 'source seconds together')
+
+
 class Program:
     """A program of tests: what it has, and how long that takes without a mutant."""
 
     def __init__(self, path, cases='*'):
-        self.name = path.rpartition('/')[2]
+        folder, _, self.name = path.rpartition('/')
         self.path = BUILD / 'tests' / path
         self.cases = cases
-        self.tests = {}  # name -> (source, seconds)
+        self.tests = {}  # name -> Test
+        lists = (TREE / 'tests' / folder / 'CMakeLists.txt').read_text()
+        self.is_alone = f'korvel_test({self.name} ALONE' in lists
 
     def measure(self):
-        report = HOME / f'{state_of_copy()} {self.name} {self.cases}'
-        if not report.exists():
-            sandboxed(['sh', '-c', '"$@" --gtest_output=json:report >/dev/null; cat report', 'sh',
-                       self.path, f'--gtest_filter={self.cases}'], 1800, results=report)
-        for suite in json.loads(report.read_text())['testsuites']:
-            for test in suite['testsuite']:
-                name = f'{suite["name"]}.{test["name"]}'
-                if 'failures' in test:
-                    say(f'{self.name}: left out, as it fails without a mutant: {name}')
-                elif test['result'] == 'COMPLETED':
-                    source = pathlib.Path(test['file']).name
-                    self.tests[name] = (source, float(test['time'].rstrip('s')))
+        """Cases that are meant to have a process of their own share it where they can."""
+        if self.is_alone:
+            for suite, names in self.suites().items():
+                if not self.take(f'{suite}.*', whole=True):
+                    for name in names:
+                        self.take(name)
+        else:
+            self.take(self.cases)
         say(f'{self.name}: {len(self.tests)} tests, '
-            f'{sum(seconds for _, seconds in self.tests.values()):.0f} s')
+            f'{sum(test.seconds for test in self.tests.values()):.0f} s')
+
+    def suites(self):
+        suites = collections.defaultdict(list)
+        for line in run(self.path, '--gtest_list_tests', env=ENVIRONMENT).stdout.splitlines():
+            if line.startswith('  '):
+                suites[suite].append(f'{suite}.{line.split()[0]}')
+            else:
+                suite = line.split()[0].rstrip('.')
+        return suites
+
+    def take(self, cases, whole=False):
+        """Notes the cases that pass; with `whole` all of them or none. Whether it did."""
+        report = self.report(cases)
+        found = [(f'{suite["name"]}.{test["name"]}', test)
+                 for suite in report['testsuites'] for test in suite['testsuite']]
+        failed = [name for name, test in found if 'failures' in test]
+        if whole and (failed or not found):
+            return False
+        for name in failed or ([] if found else [cases]):
+            say(f'{self.name}: left out, as it fails without a mutant: {name}')
+        for name, test in found:
+            if name not in failed and test['result'] == 'COMPLETED':
+                self.tests[name] = Test(pathlib.Path(test['file']).name,
+                                        float(test['time'].rstrip('s')), cases)
+        return True
+
+    def report(self, cases):
+        """What is reported of cases; nothing of a run that breaks off."""
+        place = HOME / f'{state_of_copy()} {self.name} {cases}'.replace('/', '|')
+        if not place.exists():
+            sandboxed(['sh', '-c', '"$@" --gtest_output=json:report >/dev/null; cat report', 'sh',
+                       self.path, f'--gtest_filter={cases}'], 1800, results=place)
+        return json.loads(place.read_text() or '{"testsuites": []}')
 
     def status(self, tests, places):
         """What running some of the tests ends with; None when they do not end."""
-        limit = 20 + 4 * sum(self.tests[test][1] for test in tests)
-        return sandboxed([self.path, '--gtest_fail_fast',
-                          '--gtest_filter=' + ':'.join(tests)], limit, places)
+        limit = 20 + 4 * sum(self.tests[test].seconds for test in tests)
+        groups = collections.defaultdict(list)
+        for test in tests:
+            groups[self.tests[test].together].append(test)
+        filters = ['--gtest_filter=' + ':'.join(group) for group in groups.values()]
+        return sandboxed(['sh', '-c', 'program=$1; shift; '
+                          'for cases; do "$program" --gtest_fail_fast "$cases" || exit 1; done',
+                          'sh', self.path, *filters], limit, places)
 
 
 @functools.cache
@@ -392,11 +431,11 @@ def programs_of(folder):
 def rounds(programs, mutant):
     """What is run, one after the other: tests of the source, quick tests, slow tests."""
     own = pathlib.Path(mutant.file).stem + '_test.cpp'
-    for kind in (lambda source, seconds: source == own and seconds < SLOW,
-                 lambda source, seconds: source != own and seconds < SLOW,
-                 lambda source, seconds: seconds >= SLOW):
+    for kind in (lambda test: test.source == own and test.seconds < SLOW,
+                 lambda test: test.source != own and test.seconds < SLOW,
+                 lambda test: test.seconds >= SLOW):
         for program in programs:
-            tests = [name for name, test in program.tests.items() if kind(*test)]
+            tests = [name for name, test in program.tests.items() if kind(test)]
             if tests:
                 yield program, tests
 
