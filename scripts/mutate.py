@@ -183,7 +183,7 @@ def mutants_of(root, file):
 
 def sources(folder):
     return sorted(f'{folder}/{path.name}' for path in (TREE / folder).iterdir()
-                  if path.suffix in ('.cpp', '.h'))
+                  if path.suffix in (('.cpp',) if TREE == ROOT else ('.cpp', '.h')))
 
 
 def folder_of(mutant):
@@ -386,7 +386,7 @@ class Program:
 
     def report(self, cases):
         """What is reported of cases; nothing of a run that breaks off."""
-        place = HOME / f'{state_of_copy()} {self.name} {cases}'.replace('/', '|')
+        place = reports() / f'{self.name} {cases}'.replace('/', '|')
         if not place.exists():
             sandboxed(['sh', '-c', '"$@" --gtest_output=json:report >/dev/null; cat report', 'sh',
                        self.path, f'--gtest_filter={cases}'], 1800, results=place)
@@ -405,8 +405,17 @@ class Program:
 
 
 @functools.cache
+def reports():
+    """Where reports are of the sources, tests and data as they are; those of others go."""
+    place = HOME / 'reports' / state_of_copy()
+    if not place.exists():
+        shutil.rmtree(place.parent, ignore_errors=True)
+        place.mkdir(parents=True)
+    return place
+
+
 def state_of_copy():
-    """What the sources, tests and data of the copy are, as a word."""
+    """What the sources, tests and data are, as a word."""
     state = hashlib.sha256()
     for folder, folders, names in os.walk(TREE):
         if folder == str(TREE):
