@@ -76,7 +76,8 @@ class Dialog {
   virtual void setTitle(std::string_view title) = 0;
 
   // Adds an item and returns its number. `title` is the label of a push button or check box; other
-  // kinds do not use it. A new check box is off, a new pop-up or list has no entries.
+  // kinds do not use it. A new check box is off, a new pop-up or list has no entries. No kind is no
+  // item, and 0.
   virtual int addItem(ItemKind kind, const Rect &rect, std::string_view title) = 0;
 
   // Decoration, which has no number and is never hit. A group box lies behind all items. Static

@@ -73,6 +73,11 @@ TEST_F(DialogContract, ItemsAreNumberedInTheirOrderAndKeepTheirKind) {
   }
 }
 
+TEST_F(DialogContract, NoKindIsNoItem) {
+  EXPECT_EQ(add(ItemKind::None), 0);
+  EXPECT_EQ(addText(""), 3);
+}
+
 TEST_F(DialogContract, DecorationHasNoNumber) {
   dialog_->addGroupBox({10, 10, 200, 100}, "Antécédents");
   dialog_->addStaticText(kAnywhere, "Nom :");
