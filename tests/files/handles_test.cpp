@@ -93,6 +93,15 @@ TEST_F(FileHandles, ALoweredCounterHandsOutASlotInUse) {
   ::close(forgotten);
 }
 
+TEST_F(FileHandles, ASlotInUseThatIsHandedOutToAFailedOpeningIsFree) {
+  EXPECT_EQ(open(volumes_.file("a", "text"), 1, 0), 0);
+  const int forgotten = DATA_FILE_TAB[0].reference;
+  DATA_FILE_ID = -1;
+  EXPECT_EQ(open("Data:missing", 1, 0), -2);
+  EXPECT_EQ(DATA_FILE_TAB[0].mode, -1);
+  ::close(forgotten);
+}
+
 TEST_F(FileHandles, ACounterFarBelowItsRangeStartsAtTheFirstSlot) {
   const std::string path = volumes_.file("a", "text");
   DATA_FILE_ID = INT_MIN;
