@@ -4,6 +4,7 @@
 #include <random>
 #include <string>
 
+#include <malloc.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -37,6 +38,14 @@ class MemoryFiles : public testing::Test {
 
   Volumes volumes_;
 };
+
+TEST_F(MemoryFiles, AClosingGivesTheBlockBack) {
+  constexpr int kMapped = 1 << 25;  // more than the allocator keeps
+  const std::size_t before = mallinfo2().hblkhd;
+  ASSERT_EQ(MFil_Open("", kMapped, 0), 0);
+  EXPECT_EQ(MFil_Close(0), 0);
+  EXPECT_EQ(mallinfo2().hblkhd, before);
+}
 
 TEST_F(MemoryFiles, CapacityIs4096OrTheWishOrTheMinimum) {
   const struct {
