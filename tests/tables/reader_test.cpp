@@ -72,6 +72,20 @@ TEST_F(Reader, NeedsTheSlotsItSays) {
   EXPECT_EQ(DATA_MFIL_ID, 4);
 }
 
+TEST_F(Reader, OpensAnotherTableInsteadOfTheOneBefore) {
+  table("t", "first");
+  table("u", "second");
+  TableReader reader;
+  ASSERT_TRUE(reader.openTable("t", Slots::FileAndMemory));
+  ASSERT_TRUE(reader.openTable("u", Slots::FileAndMemory));
+  EXPECT_EQ(reader.next(), "second");
+  EXPECT_EQ(DATA_FILE_ID, 0);
+  EXPECT_EQ(DATA_MFIL_ID, 0);
+  reader.close();
+  EXPECT_EQ(DATA_FILE_ID, -1);
+  EXPECT_EQ(DATA_MFIL_ID, -1);
+}
+
 TEST_F(Reader, InsideAnotherOneHasItsOwnBlocks) {
   const std::string file = path("outer\r");
   table("u", "inner");
