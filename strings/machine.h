@@ -1,5 +1,5 @@
-// For tables/ and profile/: which of their loops to run, those compiled for every machine or those
-// compiled for AVX2.
+// For strings/, tables/ and profile/: which of their loops to run, those compiled for every machine
+// or those compiled for AVX2.
 #ifndef KORVEL_STRINGS_MACHINE_H
 #define KORVEL_STRINGS_MACHINE_H
 
