@@ -128,10 +128,10 @@ class ScreenHand final : public Hand, private QObject {
  private:
   void pressNamed(const std::string &name) { send("key --delay 0 " + name); }
 
-  // The server has done what was sent when it answers which window has the focus. To say where the
-  // mouse is, the program would look at a window, which may be gone by then.
+  // The server has done what was sent when it answers how large it is. To say where the mouse is,
+  // the program would look at a window, which may be gone by then.
   void send(const std::string &command) {
-    std::fprintf(commands_, "%s\ngetwindowfocus -f\n", command.c_str());
+    std::fprintf(commands_, "%s\ngetdisplaygeometry\n", command.c_str());
     std::fflush(commands_);
     char answer[256];
     EXPECT_NE(std::fgets(answer, sizeof answer, answers_), nullptr) << command;
