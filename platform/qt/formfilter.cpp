@@ -130,7 +130,7 @@ class Markup final : public QTextDocument {
     return hasAsked_ || std::any_of(formats.begin(), formats.end(), [](const QTextFormat &format) {
              return format.isImageFormat() || format.hasProperty(QTextFormat::BackgroundImageUrl) ||
                     format.doubleProperty(QTextFormat::FontPointSize) > kLargestFont ||
-                    format.doubleProperty(QTextFormat::FontPixelSize) > kLargestFont;
+                    format.intProperty(QTextFormat::FontPixelSize) > kLargestFont;
            });
   }
 
