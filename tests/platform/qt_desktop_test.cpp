@@ -537,6 +537,15 @@ TEST_F(QtRun, ClicksAndClosingDuringAHitComeAfterIt) {
   EXPECT_EQ(run(), (Lines{"3 text a", "1", "2"}));
 }
 
+TEST_F(QtRun, WhatIsNoPersonsDoingIsNotHeldBack) {
+  hits_.on(3, [&] {
+    QEvent event(QEvent::ZOrderChange);  // a window has no use for it, and says so
+    EXPECT_FALSE(QCoreApplication::sendEvent(widgetOf(dialog_->window())->windowHandle(), &event));
+  });
+  person_.type(3, "a").press(kCancelItem);
+  EXPECT_EQ(run(), (Lines{"3 text a", "2"}));
+}
+
 TEST_F(QtRun, WhatComesAfterTheStopIsNoHit) {
   hits_.on(kOkItem, [&] { test::typeText(widget(3), "late"); });
   person_.press(kOkItem);

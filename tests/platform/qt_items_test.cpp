@@ -211,6 +211,13 @@ TEST_F(QtItems, APageIsWhatIsInView) {
           .center()));
 }
 
+TEST_F(QtItems, APageUpEndsAtTheFirstRow) {
+  const int list = addList({"a", "b", "c"});
+  person().key(Qt::Key_End).key(Qt::Key_PageUp).pressEscape();
+  const std::string name = std::to_string(list);
+  EXPECT_EQ(run(), (Lines{name + " row 2 c", name + " row 0 a", "2"}));
+}
+
 TEST_F(QtItems, AClickBelowTheRowsIsNothing) {
   const int list = addList({"a", "b"});
   person().clickRow(list, 1);

@@ -410,6 +410,9 @@ constexpr struct {
     {AlertIcon::Stop, qRgb(0xCC, 0x22, 0x2A), {16, 5}, qRgb(255, 255, 255), {16, 16}},
     {AlertIcon::Note, qRgb(0x2B, 0x6C, 0xB0), {8, 16}, qRgb(255, 255, 255), {16, 19}},
     {AlertIcon::Caution, qRgb(0xF5, 0xB8, 0x00), {10, 24}, qRgb(0x33, 0x2B, 0x00), {16, 15}},
+    // The dot, and the gap between it and the stroke.
+    {AlertIcon::Note, qRgb(0x2B, 0x6C, 0xB0), {16, 12}, qRgb(255, 255, 255), {16, 9}},
+    {AlertIcon::Caution, qRgb(0xF5, 0xB8, 0x00), {16, 21}, qRgb(0x33, 0x2B, 0x00), {16, 23}},
 };
 
 // Also tells the icons apart: a red disc with a cross, a blue one with an "i", a yellow triangle
