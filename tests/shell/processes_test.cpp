@@ -55,6 +55,11 @@ std::string sleepAs(const Workspace &workspace, const std::string &name) {
   return workspace.path(name);
 }
 
+// Before main() runs, and with it any test.
+const int foundAtLoad = BSDtest;
+
+TEST(ProcessesAtLoad, NoneIsFoundYet) { EXPECT_EQ(foundAtLoad, 0); }
+
 TEST(TestProcess, FindsARunningProcess) {
   const ResultGlobals saved;
   const Workspace workspace;
