@@ -18,6 +18,11 @@
 namespace korvel::test {
 namespace {
 
+// Before main() runs, and with it any test.
+const int resultAtLoad = BSDcr;
+
+TEST(ListingAtLoad, NoFileHasBeenVisitedYet) { EXPECT_EQ(resultAtLoad, 0); }
+
 TEST(FindFiles, StoresAtMostMaxNamesAndCountsAll) {
   const Workspace folder;
   for (const char *name : {"a1.tab", "a2.tab", "a3.tab", "a4.tab", "a5.tab", "b.txt"}) {
