@@ -21,7 +21,7 @@ std::size_t hashOf(std::string_view code) { return std::hash<std::string_view>()
 
 constexpr std::uint32_t kTagBits = 6;
 constexpr std::uint32_t kTagMask = (1U << kTagBits) - 1;
-static_assert(LineIndex::kMostBytes << kTagBits == std::size_t{1} << 32);
+static_assert(std::uint64_t{LineIndex::kMostBytes} << kTagBits == std::uint64_t{1} << 32);
 
 std::uint32_t tagOf(std::size_t hash) { return static_cast<std::uint32_t>(hash) & kTagMask; }
 

@@ -5,6 +5,7 @@
 #include <array>
 #include <ctime>
 #include <memory>
+#include <utility>
 
 #include <korvel/tables.h>
 
@@ -15,9 +16,8 @@ namespace {
 
 constexpr std::int64_t kSecond = 1'000'000'000;
 
-// File systems stamp changes with the tick of the clock, and some keep the whole seconds only, or
-// every second one of them: two changes may bear the same time if less than two seconds lie between
-// them.
+// File systems stamp changes with the tick of the clock, some of them with every second second: two
+// changes may bear the same time if less than two seconds lie between them.
 constexpr std::int64_t kAtRest = 2 * kSecond;
 
 // Where the wall's clock lost less than this, it was not set back to before a file's rest. A clock
@@ -71,7 +71,7 @@ struct Asked {
   KeptTable *kept = nullptr;
 };
 
-// More than there are copies: a table that is asked once pushes no copy out.
+// More than there are copies: where a table is asked for the first time there is one without.
 constinit Asked asked[2 * kMostKept] = {};
 constinit std::uint64_t askings = 0;
 
@@ -90,12 +90,14 @@ bool wasClockSetBack(const Moment &since, const Moment &now) {
   return now.wall - since.wall < now.steady - since.steady - kSetBack;
 }
 
-// The one of a file; that of the table whose last asking is the longest ago if it has none yet.
+// The one of a file. If it has none yet: that of the table without a copy whose last asking is the
+// longest ago.
 Asked &placeOf(const Identity &identity) {
   const auto same = std::ranges::find_if(
       asked, [&](const Asked &one) { return one.identity.isSameFile(identity); });
   if (same != std::end(asked)) return *same;
-  return *std::ranges::min_element(asked, {}, [](const Asked &one) { return one.askings[0]; });
+  return *std::ranges::min_element(
+      asked, {}, [](const Asked &one) { return std::pair(one.kept != nullptr, one.askings[0]); });
 }
 
 Asked &noteAsking(const Identity &identity, const Moment &now) {
@@ -141,12 +143,12 @@ bool makeRoomFor(const Asked &table) {
   }
 }
 
-// Where times are whole seconds the clock may be another machine's, and tell nothing of how long
-// ago they were: the file has to have been the same for as long by the clock here.
-bool isAtRest(const Asked &table, const struct stat &status, const Moment &now) {
-  const bool isKnown = status.st_ctim.tv_nsec != 0 || now.steady - table.since.steady > kAtRest;
+// Where the time of change is in whole seconds nothing is kept: it may be another machine's, or no
+// more than the time of content, which anybody may set.
+bool isAtRest(const struct stat &status, const Moment &now) {
   const std::int64_t before = now.wall - kAtRest;
-  return isKnown && isBefore(status.st_ctim, before) && isBefore(status.st_mtim, before);
+  return status.st_ctim.tv_nsec != 0 && isBefore(status.st_ctim, before) &&
+         isBefore(status.st_mtim, before);
 }
 
 bool isOfKeptSize(const struct stat &status) {
@@ -171,7 +173,7 @@ KeptTable *copied(int descriptor, const Identity &identity) {
 constinit Keeping keeping = Keeping::WhenAskedAgain;
 
 constinit Clocks *currentMoment = [] {
-  return Moment{nanoseconds(CLOCK_REALTIME_COARSE), nanoseconds(CLOCK_MONOTONIC_COARSE)};
+  return Moment{nanoseconds(CLOCK_REALTIME_COARSE), nanoseconds(CLOCK_BOOTTIME)};
 };
 
 const KeptTable *keptTable(int descriptor, const struct stat &status) {
@@ -182,10 +184,14 @@ const KeptTable *keptTable(int descriptor, const struct stat &status) {
   const Identity identity(status);
   Asked &table = noteAsking(identity, now);
   if (table.kept != nullptr) return table.kept;
-  const bool mayBeKept = table.askings.back() != 0 && isAtRest(table, status, now);
+  const bool mayBeKept = table.askings.back() != 0 && isAtRest(status, now);
   if ((mayBeKept || keeping == Keeping::Always) && makeRoomFor(table)) {
     table.kept = copied(descriptor, identity);
-    if (table.kept != nullptr) table.since = now;
+    if (table.kept != nullptr) {
+      table.since = now;
+    } else {  // perhaps there is memory once it was asked twice more
+      table.askings = {table.askings[0]};
+    }
   }
   return table.kept;
 }

@@ -4,8 +4,9 @@
 // at: device, inode, size, and the times of the last change of content and of anything, to the
 // nanosecond. A copy in memory counts only while all of it is as it was when the copy was read, and
 // the copy is only made of a file at rest: one that was last changed so long before that no later
-// change can bear the same time. What a program stores into a mapping of the file counts from when
-// the system stamps the file.
+// change can bear the same time. A change that the system stamps with no time of its own, or with
+// one that was before it, is seen with the next one: what is stored through a mapping that is older
+// than the copy, and the end of a single write that takes seconds.
 //
 // A table is read as if nothing were kept until it has been asked twice without a change: a copy
 // and its index cost as much as some ten readings.

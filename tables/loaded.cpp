@@ -51,8 +51,9 @@ bool LoadedTable::read(int descriptor, std::size_t size) {
   std::free(block_);
   lines_ = {};
   block_ = static_cast<char *>(std::calloc(1, kMargin + size + 1 + kMargin));
+  if (block_ == nullptr) return false;
   char *begin = block_ + kMargin;
-  if (block_ == nullptr || !readAll(descriptor, begin, size)) return false;
+  if (!readAll(descriptor, begin, size)) return false;
   lines_ = asLines(begin, begin + size);
   return true;
 }

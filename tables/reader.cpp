@@ -108,7 +108,7 @@ TableReader::Loaded TableReader::loadOnce() {
 }
 
 std::string_view TableReader::next() {
-  if (position_ >= size_) return {};
+  if (buffer_ == nullptr || position_ >= size_) return {};
   char *block = buffer_ + kFront;
   const auto wish = std::min(static_cast<std::size_t>(size_ - position_), blockSize);
   const ssize_t size = readSome(descriptor_, block, wish, position_);

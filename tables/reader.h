@@ -76,7 +76,7 @@ class TableReader {
   // Gives everything back but the file handle, which stays open.
   void leaveOpen();
 
-  // Gives everything back, as the destructor does.
+  // Gives everything back but a table that was loaded whole, which goes with the reader.
   void close();
 
  private:

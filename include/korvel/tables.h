@@ -66,10 +66,11 @@ KORVEL_API char *getDirTables(void);
 /* Gives back the memory of the tables that are kept. A lookup or search opens its table's file at
    each call; a table that was asked twice is kept from the third call on, its bytes and an index of
    its codes, and used as long as the file has the same identity, size and times of change, to the
-   nanosecond. So a change by anybody is seen by the next call. A file that was changed in the last
-   two seconds is not kept, nor one of more than 32 MiB. At most 8 tables are kept, with at most
-   64 MiB in all; the one that was used the longest ago gives way. Nothing but time and memory
-   depends on it. */
+   nanosecond. So a change by anybody is seen by the next call; only what is stored through a
+   mapping that is older than the copy, and the end of a single write that takes seconds, may be
+   seen with the file's next change. A file that was changed in the last two seconds is not kept,
+   nor one of more than 32 MiB, nor one on a file system that knows whole seconds only. At most 8
+   tables are kept, with at most 64 MiB in all; the one that was used the longest ago gives way. */
 KORVEL_API void KorvelForgetTables(void);
 
 /* ---- Label lookup ---- */

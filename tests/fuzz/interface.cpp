@@ -520,6 +520,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
   const FailuresAside aside;
   Input input(data, size);
   const Volumes volumes;
+  KorvelForgetTables();
   volumes.file("t.tab", "Actes\r\nVersion: 2\r\n#DEBUT\r\n01,Garde\r\n02,Visite\r\n#FIN\r\n");
   volumes.file("a", "[A]\r\nx=1\r\n");
   std::strcpy(szDirTables, "Data:");

@@ -10,9 +10,9 @@
 
 #include <korvel/tables.h>
 
+#include "strings/machine.h"
 #include "tables/kept.h"
 #include "tables/reader.h"
-#include "tables/scan.h"
 #include "tests/files/volumes.h"
 #include "tests/fuzz/target.h"
 #include "tests/tables/edit_model.h"
@@ -38,11 +38,12 @@ class Tables {
     if (input_.ConsumeIntegralInRange(0, 7) == 0) put("t0.ta_", bytes(input_, 200));
     constexpr std::size_t kBlocks[] = {262144, 262144, 1024, 50, 7, 1};
     tables::TableReader::blockSize = input_.PickValueInArray(kBlocks);
-    const auto kernels = tables::usableKernels();
-    const auto kernel = input_.ConsumeIntegralInRange<std::size_t>(0, kernels.size());
-    tables::imposedKernel = kernel < kernels.size() ? kernels[kernel] : nullptr;
-    tables::keeping = input_.PickValueInArray(
-        {tables::Keeping::Never, tables::Keeping::Always, tables::Keeping::WhenAskedAgain});
+    KorvelForgetTables();
+    constexpr tables::Keeping kKeepings[] = {tables::Keeping::WhenAskedAgain,
+                                             tables::Keeping::Always, tables::Keeping::Never};
+    const auto way = input_.ConsumeIntegralInRange<std::size_t>(0, 5);
+    strings::avx2Allowed = way % 2 == 0;
+    tables::keeping = kKeepings[way / 2];
   }
 
   void call() {

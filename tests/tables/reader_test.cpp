@@ -16,6 +16,9 @@ using tables::TableReader;
 
 class Reader : public test::Tables {
  protected:
+  // What is kept has no blocks.
+  Reader() { tables::keeping = tables::Keeping::Never; }
+
   static std::string allOf(TableReader &reader) {
     std::string all;
     for (auto block = reader.next(); !block.empty(); block = reader.next()) all += block;

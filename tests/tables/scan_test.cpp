@@ -142,13 +142,6 @@ std::vector<Pattern> patterns() {
           lineWithOneOf({labels, 1}, false)};
 }
 
-TEST(Kernels, AreAllThatTheMachineHas) {
-  const strings::Machine &machine = strings::thisMachine();
-  const std::size_t wide = std::size_t{machine.avx2} + std::size_t{machine.avx512vbmi2};
-  EXPECT_EQ(usableKernels().size(), 1 + wide);
-  EXPECT_EQ(usableKernels().front(), &kPlainKernel);
-}
-
 TEST(Scan, FindsWhatALoopOverTheBytesFinds) {
   std::mt19937 random(20);
   for (const LineEnds ends : {LineEnds::CrLf, LineEnds::Cr}) {
