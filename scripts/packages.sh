@@ -52,3 +52,11 @@ ensure_packages() {
       apt-get install -q -y --no-install-recommends "${missing[@]}" >/dev/null; } ||
     fail "could not install: ${missing[*]}"
 }
+
+# Configures a preset; from nothing where its folder was made with another compiler.
+configure() {
+  local fresh=()
+  [ "$1" != asan ] || grep -qs '^CMAKE_CXX_COMPILER:.*clang' build/asan/CMakeCache.txt ||
+    fresh=(--fresh)
+  cmake --preset "$1" ${fresh[@]+"${fresh[@]}"} >/dev/null
+}
