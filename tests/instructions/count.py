@@ -83,6 +83,8 @@ def main(valgrind, program, record, scratch, *options):
     record, scratch = pathlib.Path(record), pathlib.Path(scratch)
     made_on = machine(valgrind, run(valgrind, program, scratch))
     now = counts(scratch)
+    if not now or min(now.values()) <= 0:
+        sys.exit(f'no counts of calls: {now}')
     if '--renew' in options:
         write(record, made_on, now)
         print(record.read_text(), end='')

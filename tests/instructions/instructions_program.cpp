@@ -201,9 +201,9 @@ bool makeTimes(const Call &call, int times) {
   return isRight;
 }
 
-// The first two calls bind functions, take memory and keep what is to be kept.
+// The first three calls bind functions, take memory and keep what is to be kept.
 bool count(const Call &call) {
-  bool isRight = makeTimes(call, 2);
+  bool isRight = makeTimes(call, 3);
   for (const int times : {kTimes, 2 * kTimes}) {
     const std::string mark = std::to_string(times) + " times " + call.name;
     CALLGRIND_ZERO_STATS;
