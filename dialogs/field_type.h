@@ -103,8 +103,8 @@ void forEachValidatedField(Visit visit) {
   });
 }
 
-// The flags `valid` of the fields in use; none if the kind has no such flag. The flags of all kinds
-// are read at every key, which asks of each kind once what it has.
+// The flags `valid` of the fields in use; none if the kind has no such flag. Every key reads the
+// flags of all kinds, so each kind is asked once for all of its own.
 std::span<const int> validFlags(const FieldType &type);
 
 // Whether all those flags are 1.

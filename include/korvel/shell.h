@@ -156,8 +156,8 @@ KORVEL_API int BSDopen(const char *path);
    "grep -i" do. Names come byte for byte and in byte order, whatever the language settings. Folders
    and the executable mark "*" are left out; the other marks that "ls -F" sets after a name ("@"
    for a link, "|", "=") stay part of it.
-   No process is started for a pattern without "'", line feeds and the characters that grep reads
-   (. [ * ^ $ \ and a "-" at the beginning), in a folder whose path has no "'" and no "-" at the
+   No process is started for a pattern without "'", line feeds, the characters that grep reads
+   (. [ * ^ $ \) and a "-" at the beginning, in a folder whose path has no "'" and no "-" at the
    beginning, when the tools of the PATH are those in /bin or /usr/bin. Otherwise the tools run.
    out: max slots of 256 bytes; may be null if max is 0. A name of more than 255 bytes is cut.
    Returns the number of files, which may exceed max (the first max are stored), modulo 65536. Not
