@@ -32,7 +32,7 @@ HARMLESS = re.compile(
     r'^(mem\w+|str\w+|atoi|trunc|__mem\w+|__str\w+|__snprintf_chk|snprintf|free|malloc_usable_size|sig\w+set|'
     r'sigismember|sigpending|pthread_(equal|s\w+)|posix_spawn\w+_(destroy|set\w+)|time|clock_gettime|localtime_r|tzset|'
     r'geteuid|usleep|dirfd|secure_getenv|dladdr|dlerror|__fprintf_chk|fprintf|fwrite|fputc|__errno_location|'
-    r'__popcountdi2|__(cxa|gxx|asan|ubsan|sancov|sanitizer|stack|dso|tls)_\w+|_(Z|GLOBAL_|Unwind_)\w+|environ|stderr)$')
+    r'__popcountdi2|__(cxa|gxx|x86|asan|ubsan|sancov|sanitizer|stack|dso|tls)_\w+|_(Z|GLOBAL_|Unwind_)\w+|environ|stderr)$')
 refused = set(re.findall(r'__wrap_(\w+)\(', (here / 'requests.cpp').read_text()))
 refused |= set(re.findall(r'^(?:FAULTY|DONE_ANYHOW)\([\w ]+\*?, (\w+),',
                           (here / 'requests.cpp').read_text(), re.M))
