@@ -5,8 +5,8 @@
 # library they reached, and how many broke it; fails when one did.
 set -euo pipefail
 export LC_ALL=C  # logs hold any bytes
-program=$1 seconds=$2 found=$3 kept=${4:-}
-here=$(dirname "$0")
+program=$(realpath "$1") seconds=$2 found=$(realpath -m "$3") kept=${4:+$(realpath -m "$4")}
+here=$(realpath "$(dirname "$0")")
 target=${program##*/hunt_}
 log=$found/$target.log
 
@@ -22,6 +22,8 @@ options=()
 number_behind() { sed -n "s/.*$1 *\([0-9][0-9]*\).*/\1/p" "$log" | tail -n 1 | grep . || echo 0; }
 
 status=0
+# Random names may be those of files in the current folder.
+cd "$scratch/files"
 # What the library says on standard error is no part of the log.
 TMPDIR=$scratch/files "$program" -max_total_time="$seconds" -timeout=60 -report_slow_units=60 \
   -rss_limit_mb=4096 -close_fd_mask=3 -print_final_stats=1 -artifact_prefix="$found/$target-" \

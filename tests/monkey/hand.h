@@ -26,6 +26,7 @@ class Hand {
   // What takes an input method to be typed; it may be given up half way.
   virtual void compose(const QString &text, bool isGivenUp) = 0;
   virtual void closeByFrame(QWidget *window) = 0;
+  virtual void clickOnFrame(QWidget *window) = 0;
 };
 
 std::unique_ptr<Hand> kitHand();

@@ -45,6 +45,7 @@ class KitHand final : public Hand {
   }
 
   void closeByFrame(QWidget *window) override { window->windowHandle()->close(); }
+  void clickOnFrame(QWidget *window) override { window->activateWindow(); }
 };
 
 }  // namespace

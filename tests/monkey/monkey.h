@@ -33,6 +33,7 @@ class Monkey {
   void playWithOne();
   void step();
   bool isReady(QWidget *window);
+  void clickOnFrame(QWidget *window);
   void playAt(QWidget *window);
   void leave();
   void act();
@@ -53,6 +54,7 @@ class Monkey {
   const int enough_;
   QTimer next_;
   QElapsedTimer waiting_;
+  QPointer<QWidget> clicked_;
   QWidget *busyWith_ = nullptr;
   QPointer<QWidget> shown_;
   // The window in front and its items.

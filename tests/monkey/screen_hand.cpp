@@ -124,6 +124,9 @@ class ScreenHand final : public Hand, private QObject {
   void closeByFrame(QWidget *window) override {
     click(window, {window->width() - 8, -11}, Qt::LeftButton, 1);
   }
+  void clickOnFrame(QWidget *window) override {
+    click(window, {window->width() / 2, -11}, Qt::LeftButton, 1);
+  }
 
  private:
   void pressNamed(const std::string &name) { send("key --delay 0 " + name); }
