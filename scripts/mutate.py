@@ -426,7 +426,7 @@ def state_of_copy():
             folders[:] = set(folders) - {'build', '.git'}
         folders.sort()
         for path in (pathlib.Path(folder, name) for name in sorted(names)):
-            state.update(f'{path} '.encode() + hashlib.sha256(path.read_bytes()).digest())
+            state.update(os.fsencode(path) + b' ' + hashlib.sha256(path.read_bytes()).digest())
     return state.hexdigest()[:16]
 
 
