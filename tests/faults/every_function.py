@@ -29,7 +29,7 @@ failures += ['called nowhere: ' + name for name, text in sorted(rows.items())
 # What cannot fail, or is asked for nothing: texts and memory that the caller has, signals of this
 # thread, the clock, the user, the end of what was begun, and lines for standard error.
 HARMLESS = re.compile(
-    r'^(mem\w+|str\w+|atoi|trunc|__mem\w+|__str\w+|__snprintf_chk|snprintf|free|malloc_usable_size|sig\w+set|'
+    r'^(mem\w+|str\w+|atoi|truncf?|__mem\w+|__str\w+|__snprintf_chk|snprintf|free|malloc_usable_size|sig\w+set|'
     r'sigismember|sigpending|pthread_(equal|s\w+)|posix_spawn\w+_(destroy|set\w+)|time|clock_gettime|localtime_r|tzset|'
     r'geteuid|usleep|dirfd|secure_getenv|dladdr|dlerror|__fprintf_chk|fprintf|fwrite|fputc|__errno_location|'
     r'__popcountdi2|__(cxa|gxx|x86|asan|ubsan|sancov|sanitizer|stack|dso|tls)_\w+|_(Z|GLOBAL_|Unwind_)\w+|environ|stderr)$')
