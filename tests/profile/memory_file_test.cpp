@@ -3,7 +3,9 @@
 
 #include <fstream>
 #include <string>
+#include <string_view>
 
+#include <sys/mman.h>
 #include <unistd.h>
 
 #include <gtest/gtest.h>
@@ -50,6 +52,19 @@ TEST(MemoryFile, RefusesAFileThatNoMemoryFileCanHold) {
   ASSERT_TRUE(file.open(path.c_str()));
   MemoryFile memory(1);
   EXPECT_FALSE(memory.load(file.descriptor(), file.size()));
+}
+
+// Not the few bytes either that an int would make of its size.
+TEST(MemoryFile, RefusesAPieceThatNoMemoryFileCanHold) {
+  constexpr std::size_t kSize = (std::size_t{1} << 32) + 5;
+  void *const zeros =
+      mmap(nullptr, kSize, PROT_READ, MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
+  ASSERT_NE(zeros, MAP_FAILED);
+  Volumes volumes;
+  MemoryFile memory(10);
+  EXPECT_FALSE(memory.append(std::string_view(static_cast<const char *>(zeros), kSize)));
+  EXPECT_EQ(memory.bytes(), "");
+  munmap(zeros, kSize);
 }
 
 TEST(MemoryFile, GathersPiecesUntilItIsCleared) {
