@@ -335,6 +335,21 @@ TEST(Lock, RefusedForLackOfRightsIsHeldByAnother) {
   lockPatience = patience;
 }
 
+// Only a file that was replaced is worth another try.
+TEST(Lock, IsGivenUpAtOnceWhenThePathCannotBeLookedAt) {
+  Scratch scratch;
+  const std::string file = scratch.file("a", "old");
+  const int patience = std::exchange(lockPatience, 50);
+  FileLock lock;
+  {
+    const Instead broken("stat", EIO);
+    EXPECT_FALSE(lock.take(file.c_str()));
+    EXPECT_EQ(errno, EIO);
+  }
+  lockPatience = patience;
+  EXPECT_EQ(lock.descriptor(), -1);
+}
+
 // Once a file is locked, the path already leads to another one.
 TEST(Lock, IsGivenUpWhenTheFileIsReplacedAgainAndAgain) {
   Scratch scratch;
