@@ -8,6 +8,7 @@
 #include <korvel/shell.h>
 
 #include "tests/faults/operations.h"
+#include "tests/faults/requests.h"
 
 namespace korvel::faults {
 namespace {
@@ -75,6 +76,12 @@ Answer handedOver(const char *pattern) {
   return {result, lines};
 }
 
+// With the copy: a good result without it is none.
+Answer copied(int result, const char *copy) {
+  const InLibrary outside(false);
+  return {result, std::string_view(content(copy))};
+}
+
 constexpr char kNoProcess[] = "no.process.is.called.so";
 
 Answer loaded(int (*load)(const char *, CFBundleRef *), const char *name) {
@@ -133,15 +140,16 @@ constexpr Operation kShell[] = {
        std::strcat(paths[2], "/copy");
        const int status = BSDSCopy(paths[0], paths[2]);
        paths[2][std::strlen(paths[2]) - 5] = '\0';
-       return Answer{status};
+       return copied(status, "e/copy");
      },
      "0", "-1", kAnyFiles | kSpawns},
-    {"BSDCopy", putFiles, [] { return Answer{BSDCopy(paths[0], paths[2])}; }, "0", "-1",
+    {"BSDCopy", putFiles, [] { return copied(BSDCopy(paths[0], paths[2]), "e/f"); }, "0", "-1",
      kAnyFiles | kSpawns},
-    {"BSDCopy, over an older one", putOlder, [] { return Answer{BSDCopy(paths[0], paths[2])}; },
-     "0", "-1", kAnyFiles | kSpawns},
-    {"BSDCopy_psw", putSudo, [] { return Answer{BSDCopy_psw(paths[0], paths[2], "password")}; },
-     "0", "-1", kAnyFiles | kSpawns},
+    {"BSDCopy, over an older one", putOlder,
+     [] { return copied(BSDCopy(paths[0], paths[2]), "e/f"); }, "0", "-1", kAnyFiles | kSpawns},
+    {"BSDCopy_psw", putSudo,
+     [] { return copied(BSDCopy_psw(paths[0], paths[2], "password"), "e/f"); }, "0", "-1",
+     kAnyFiles | kSpawns},
     {"BSDRemove", putFiles, [] { return Answer{BSDRemove(paths[1])}; }, "0", "-1",
      kAnyFiles | kSpawns},
     {"BSDRemove_psw", putSudo, [] { return Answer{BSDRemove_psw(paths[0], "password")}; }, "0",
