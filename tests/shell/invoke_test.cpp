@@ -258,7 +258,7 @@ TEST(InvokeToolWr, WaitsForASlowReader) {
 int signalsCaught = 0;
 void countSignal(int) { ++signalsCaught; }
 
-// Restores how the process handles SIGPIPE and whether this thread blocks it.
+// Restores how the process handles SIGPIPE and which signals this thread blocks.
 class SigpipeSettings {
  public:
   SigpipeSettings() {
@@ -288,11 +288,11 @@ bool sigpipeIsPending() {
   return sigismember(&pending, SIGPIPE) == 1;
 }
 
-void blockSigpipe() {
-  sigset_t sigpipe;
-  sigemptyset(&sigpipe);
-  sigaddset(&sigpipe, SIGPIPE);
-  pthread_sigmask(SIG_BLOCK, &sigpipe, nullptr);
+void block(int signal) {
+  sigset_t signals;
+  sigemptyset(&signals);
+  sigaddset(&signals, signal);
+  pthread_sigmask(SIG_BLOCK, &signals, nullptr);
 }
 
 TEST(InvokeToolWr, AToolThatDoesNotReadRaisesNoSignal) {
@@ -314,7 +314,7 @@ TEST(InvokeToolWr, LeavesACallersBlockedSigpipeAlone) {
   const SigpipeSettings settings;
   signal(SIGPIPE, countSignal);
   signalsCaught = 0;
-  blockSigpipe();
+  block(SIGPIPE);
   BSDInvokeToolWr("exit 0", input.c_str());
   EXPECT_TRUE(sigpipeIsBlocked());
   EXPECT_FALSE(sigpipeIsPending());
@@ -334,6 +334,25 @@ TEST(InvokeToolWr, TheToolItselfMayBeEndedBySigpipe) {
   EXPECT_EQ(contentOf(workspace.path("mask")), "SigBlk:\t0000000000000000\n");
 }
 
+// The shell tells of itself: some shells start other programs with no signal blocked.
+TEST(InvokeTool, TheToolBlocksTheSignalsThatTheCallerDoesButForSigpipe) {
+  constexpr const char *kTell =
+      "while read name mask; do case $name in SigBlk:) echo $mask; esac; done </proc/self/status";
+  constexpr struct {
+    int signal;
+    const char *blocked;
+  } kRows[] = {{SIGPIPE, "0000000000000000\n"},
+               {SIGUSR1, "0000000000000200\n"},
+               {SIGTERM, "0000000000004200\n"}};
+  const SigpipeSettings settings;
+  for (const auto &row : kRows) {
+    block(row.signal);
+    char out[40];
+    EXPECT_EQ(BSDInvokeTool(kTell, out, sizeof out), 0);
+    EXPECT_STREQ(out, row.blocked);
+  }
+}
+
 // After a failed write the shell itself goes on: only the signal ends it.
 TEST(InvokeTool, LeavesAnEndlessToolWhateverTheCallerDoesWithSigpipe) {
   constexpr const char *kEndless = "while :; do echo y; done 2>/dev/null";
@@ -341,7 +360,7 @@ TEST(InvokeTool, LeavesAnEndlessToolWhateverTheCallerDoesWithSigpipe) {
     for (const bool blocked : {false, true}) {
       const SigpipeSettings settings;
       signal(SIGPIPE, handling);
-      if (blocked) blockSigpipe();
+      if (blocked) block(SIGPIPE);
       char out[4];
       EXPECT_EQ(BSDInvokeTool(kEndless, out, sizeof out), SIGPIPE);
       EXPECT_STREQ(out, "y\ny");
