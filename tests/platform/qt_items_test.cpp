@@ -411,6 +411,14 @@ TEST_F(QtInk, ATextWithAccentsAndTailsIsShownWholeInAOneLineField) {
   EXPECT_LE(shown.left(), 4);
 }
 
+TEST_F(QtInk, ATextBeginsAtTheTopOfAFieldOfSeveralLines) {
+  const int field = dialog_->addItem(ItemKind::EditText, {20, 20, 100, 60}, "");
+  dialog_->setText(field, kTall);
+  const QFontMetrics metrics(window()->font());
+  const int above = metrics.ascent() + metrics.tightBoundingRect(QStringLiteral("ÉÀÇgpq")).top();
+  EXPECT_EQ(inkOf(widget<QLineEdit>(field), Qt::magenta).top(), 3 + above);
+}
+
 TEST_F(QtInk, ATextWithAccentsAndTailsIsShownWholeInAStaticText) {
   dialog_->addStaticText({20, 20, 100, 30}, kTall);
   EXPECT_EQ(inkOf(*window()->findChild<QLabel *>(), Qt::magenta).size(),
