@@ -358,6 +358,13 @@ TEST_F(QtItems, ReturnAndEscapeReachTheDialogFromEveryKindOfItem) {
   EXPECT_EQ(run(), expected);
 }
 
+TEST_F(QtItems, ARowThatIsTooLongCanBeScrolledToItsEnd) {
+  auto &list = widget<QListView>(addList({std::string(60, 'W')}));
+  list.grab();
+  const int needed = QFontMetrics(list.font()).horizontalAdvance(QString(60, 'W'));
+  EXPECT_GT(list.horizontalScrollBar()->maximum() + list.viewport()->width(), needed);
+}
+
 // ---- Places ----
 
 TEST_F(QtItems, FieldsHaveTheirFramesOutsideTheClassicRectangle) {

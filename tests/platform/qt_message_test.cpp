@@ -109,6 +109,12 @@ TEST(QtMessage, NothingOfTheToldLinesIsCutOff) {
   });
 }
 
+TEST(QtMessage, TheFivePixelsBelowTheLinesAreBlankOrTheBars) {
+  const QRect whole(kPane.left, kPane.top, kPane.width(), kPane.height());
+  EXPECT_EQ(paneOf(*newBox("un")).geometry(), whole.adjusted(0, 0, 0, -5));
+  EXPECT_EQ(paneOf(*newBox(std::string(200, 'x'))).geometry(), whole);
+}
+
 TEST(QtMessage, AccentsShowAndControlsDoNot) {
   const auto dialog = newBox("\x8E\xC9\x80\t|\x01|");
   const auto *label = qobject_cast<QLabel *>(paneOf(*dialog).widget());
