@@ -294,6 +294,14 @@ TEST(QtDesktop, ADialogOutsideTheScreenIsMovedIntoView) {
   }
 }
 
+TEST(QtDesktop, ADialogBeyondTheBottomRightCornerIsMovedIntoIt) {
+  const Rect screen = qtDesktop().screenBounds();
+  const auto dialog = qtDesktop().newDialog(
+      {screen.right, screen.bottom, screen.right + 300, screen.bottom + 200}, nullptr, "Fiche");
+  EXPECT_EQ(widgetOf(dialog->window())->geometry(),
+            QRect(screen.right - 300, screen.bottom - 200, 300, 200));
+}
+
 TEST(QtDesktop, ADialogLargerThanTheScreenShowsItsTopLeftCorner) {
   const auto dialog = qtDesktop().newDialog({-100, -100, 9900, 9900}, nullptr, "Fiche");
   const QRect place = widgetOf(dialog->window())->geometry();
