@@ -517,6 +517,13 @@ TEST_F(QtItems, AGroupBoxLiesBehindTheItemsWhenItComesLast) {
   EXPECT_EQ(window()->childAt(38, 66), &widget<QCheckBox>(box));
 }
 
+TEST_F(QtItems, ATitleWiderThanItsCheckBoxDoesNotCoverTheFieldBeside) {
+  const int field = dialog_->addItem(ItemKind::EditText, {60, 50, 140, 65}, "");
+  const int box = dialog_->addItem(ItemKind::CheckBox, {20, 50, 50, 62}, "Fumeur ou fumeuse");
+  EXPECT_TRUE(widget<QCheckBox>(box).geometry().contains(70, 56));
+  EXPECT_EQ(window()->childAt(70, 56), &widget<QLineEdit>(field));
+}
+
 TEST_F(QtItems, ACheckBoxWithinAGroupBoxCanBeClicked) {
   dialog_->addGroupBox({20, 20, 200, 120}, "Suivi");
   const int box = dialog_->addItem(ItemKind::CheckBox, {30, 60, 130, 72}, "Fumeur");
