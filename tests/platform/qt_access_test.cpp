@@ -250,6 +250,13 @@ TEST_F(QtNames, AFieldWithNothingOnItsLeftIsNamedByTheTextAboveIt) {
   expectNames({{address, "Adresse"}, {reasons, "Motif de la visite"}});
 }
 
+TEST_F(QtNames, OfTwoTextsAboveItTheNearerOneNamesAField) {
+  dialog_->addStaticText({20, 16, 120, 26}, "Patient");
+  dialog_->addStaticText({20, 22, 120, 32}, "Adresse");
+  const int address = addField({20, 40, 170, 55});
+  expectNames({{address, "Adresse"}});
+}
+
 TEST_F(QtNames, AHeadingAboveComesBeforeTheLabelOfTheRow) {
   dialog_->addStaticText({70, 20, 110, 35}, "Matin");
   dialog_->addStaticText({130, 20, 170, 35}, "Soir");
