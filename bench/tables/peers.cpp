@@ -53,7 +53,7 @@ std::string streamLookup(const std::string &path, const std::string &key) {
   while (std::getline(in, line)) {
     const std::size_t end = line.find(',');
     if (end != key.size() || !matches(key, line)) continue;
-    return line.substr(end + 1, line.find(',', end + 1) - end - 1);
+    return line.substr(end + 1, line.find_first_of(",\r", end + 1) - end - 1);
   }
   return {};
 }

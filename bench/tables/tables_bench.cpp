@@ -32,7 +32,10 @@ using Way = std::function<std::string()>;
 auto *add(const std::string &workload, const std::string &who, const std::string &answer,
           const Way &way) {
   return benchmark::RegisterBenchmark((workload + "/" + who).c_str(), [=](State &state) {
-    if (way() != answer) return state.SkipWithError("wrong answer");
+    // The third call keeps what is to be kept.
+    for (int i = 0; i < 3; ++i) {
+      if (way() != answer) return state.SkipWithError("wrong answer");
+    }
     for (auto _ : state) benchmark::DoNotOptimize(way());
   });
 }
@@ -71,7 +74,7 @@ std::string grepped(const std::string &options, const std::string &pattern, cons
 std::string field(const std::string &line, int number) {
   std::size_t begin = 0;
   for (; number > 0 && !line.empty(); --number) begin = line.find(',', begin) + 1;
-  return line.substr(begin, line.find(',', begin) - begin);
+  return line.substr(begin, line.find_first_of(",\r\n", begin) - begin);
 }
 
 // --- Lookup --------------------------------------------------------------------------------------
