@@ -423,7 +423,8 @@ TEST_F(QtInk, ATextBeginsAtTheTopOfAFieldOfSeveralLines) {
   dialog_->setText(field, kTall);
   const QFontMetrics metrics(window()->font());
   const int above = metrics.ascent() + metrics.tightBoundingRect(QStringLiteral("ÉÀÇgpq")).top();
-  EXPECT_EQ(inkOf(widget<QLineEdit>(field), Qt::magenta).top(), 3 + above);
+  EXPECT_NEAR(inkOf(widget<QLineEdit>(field), Qt::magenta).top(), 3 + above, 1)
+      << "hinting moves the ink";
 }
 
 TEST_F(QtInk, ATextWithAccentsAndTailsIsShownWholeInAStaticText) {
