@@ -17,7 +17,6 @@ namespace {
 
 using namespace std::string_view_literals;
 using korvel::test::literalRead;
-using korvel::test::PageBegin;
 using korvel::test::PageEnd;
 using korvel::test::RandomProfiles;
 
@@ -162,16 +161,6 @@ TEST(FindValue, FindsAKeyAtEveryPlaceOfALargeFile) {
       ASSERT_EQ(valueOf(page.bytes(), "Section", "anted_key17"), std::nullopt) << before;
       ASSERT_EQ(valueOf(page.bytes(), "Section", "wanted_key1"), std::nullopt) << before;
     }
-  }
-}
-
-// A line that ends like the key is compared from where the key would begin.
-TEST(FindValue, ReadsNothingInFrontOfTheText) {
-  for (const std::size_t length : {2U, 3U, 60U, 900U}) {
-    const std::string key(length, 'k');
-    const std::string text = "[]\r\nkk=short\r\npad=" + std::string(300, 'p') + "\r\n";
-    const PageBegin page(text + key + "=found\r\n");
-    EXPECT_EQ(valueOf(page.bytes(), "", key), length == 2 ? "short" : "found") << length;
   }
 }
 
