@@ -2,6 +2,7 @@
 #include "tables/index.h"
 
 #include <algorithm>
+#include <functional>
 #include <random>
 
 #include "tables/loaded.h"
@@ -145,6 +146,24 @@ TEST(Index, IsBuiltInNoTimeOfLinesWithOneCode) {
   for (const std::size_t i : {0U, 1U, 50000U, 99999U})
     EXPECT_EQ(table.index.find("code", i * length), i * length) << i;
   EXPECT_EQ(table.index.find("code", 99999 * length + 1), LineIndex::kNone);
+}
+
+// Codes of ten digits whose hashes all lie in the lowest four-hundredth of their range, so that in
+// an index of so many lines they crowd behind its first slots.
+std::string crowded(int lines) {
+  std::string all;
+  for (long long number = 1000000000; lines > 0; ++number) {
+    const std::string code = std::to_string(number);
+    if (std::hash<std::string_view>()(code) >> 32 > UINT32_MAX / 400) continue;
+    all += code + ",some label\r\n";
+    --lines;
+  }
+  return all;
+}
+
+TEST(Index, DoesWithoutCodesThatCrowdInOnePlace) {
+  EXPECT_TRUE(Indexed(crowded(1000)).index.hasCodes());
+  EXPECT_FALSE(Indexed(crowded(1100)).index.hasCodes());
 }
 
 }  // namespace
