@@ -109,7 +109,7 @@ inline char *writeDigits(std::uint32_t number, char *out) {
 }
 
 // Writes the lowest `count` digits of a number, with leading zeros.
-inline void writePadded(std::uint64_t number, int count, char *out) {
+inline void writePadded(std::uint32_t number, int count, char *out) {
   for (char *p = out + count; p != out; number /= 10) *--p = static_cast<char>('0' + number % 10);
 }
 

@@ -122,6 +122,7 @@ int writeCut(std::string_view text, char *buffer, int capacity, int safeSize) {
 }  // namespace
 
 int readInteger(char *text, std::uint32_t limit, int *value) {
+  if (text == nullptr || value == nullptr) return kEmpty;
   if constexpr (kWordsHoldText) {
     if (readShort(text, limit, value)) return kRead;
   }
@@ -135,6 +136,7 @@ int readIntegerFrom(int bound, char *text, std::uint32_t limit, int *value) {
 }
 
 int writeInteger(int value, char *buffer, int capacity, int safeSize) {
+  if (buffer == nullptr) return kDoesNotFit;
   if (capacity < kIntegerSize) {
     char text[kIntegerSize];
     return writeCut({text, writeSigned(value, text)}, buffer, capacity, safeSize);
@@ -147,35 +149,20 @@ int writeInteger(int value, char *buffer, int capacity, int safeSize) {
 
 using namespace korvel::codecs;
 
-int intcod_i(char *text, int *value) {
-  if (text == nullptr || value == nullptr) return kEmpty;
-  return readInteger(text, kLimit16, value);
-}
+int intcod_i(char *text, int *value) { return readInteger(text, kLimit16, value); }
 
-int intcod_l(char *text, int *value) {
-  if (text == nullptr || value == nullptr) return kEmpty;
-  return readInteger(text, kLimit32, value);
-}
+int intcod_l(char *text, int *value) { return readInteger(text, kLimit32, value); }
 
 int intdco_i(int value, char *buffer, int capacity) {
-  return buffer == nullptr ? kDoesNotFit : writeInteger(value, buffer, capacity, kShortSize);
+  return writeInteger(value, buffer, capacity, kShortSize);
 }
 
 int intdco_l(int value, char *buffer, int capacity) {
-  return buffer == nullptr ? kDoesNotFit : writeInteger(value, buffer, capacity);
+  return writeInteger(value, buffer, capacity);
 }
 
-int intcod_i_sup0(char *text, int *value) {
-  if (text == nullptr || value == nullptr) return kEmpty;
-  return readIntegerFrom(0, text, kLimit16, value);
-}
+int intcod_i_sup0(char *text, int *value) { return readIntegerFrom(0, text, kLimit16, value); }
 
-int intcod_i_ssup0(char *text, int *value) {
-  if (text == nullptr || value == nullptr) return kEmpty;
-  return readIntegerFrom(1, text, kLimit16, value);
-}
+int intcod_i_ssup0(char *text, int *value) { return readIntegerFrom(1, text, kLimit16, value); }
 
-int intcod_l_sup0(char *text, int *value) {
-  if (text == nullptr || value == nullptr) return kEmpty;
-  return readIntegerFrom(0, text, kLimit32, value);
-}
+int intcod_l_sup0(char *text, int *value) { return readIntegerFrom(0, text, kLimit32, value); }

@@ -13,6 +13,8 @@ inline constexpr std::uint32_t kLimit32 = 2147483647;
 inline constexpr int kShortSize = 7;
 inline constexpr int kIntegerSize = 12;
 
+// A null pointer counts as an empty text to the readers and as no room to the writer.
+
 // Trims the text in place and reads a magnitude of 0 to `limit`. Returns the code of intcod_l.
 int readInteger(char *text, std::uint32_t limit, int *value);
 

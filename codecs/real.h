@@ -4,6 +4,8 @@
 
 namespace korvel::codecs {
 
+// A null pointer counts as an empty text to the readers and as no room to the writer.
+
 // Trims the text in place and reads it. Returns the code of realcod_d.
 int readReal(char *text, double *value);
 

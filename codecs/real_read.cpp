@@ -153,13 +153,6 @@ int readAny(char *text, double *value) {
   return kRead;
 }
 
-int readSingle(char *text, float *value) {
-  double read = 0.0;
-  const int status = readReal(text, &read);
-  if (status == kRead) *value = static_cast<float>(read);
-  return status;
-}
-
 template <typename IsAccepted>
 int readAccepted(char *text, double *value, IsAccepted isAccepted) {
   const int status = readReal(text, value);
@@ -170,6 +163,7 @@ int readAccepted(char *text, double *value, IsAccepted isAccepted) {
 }  // namespace
 
 int readReal(char *text, double *value) {
+  if (text == nullptr || value == nullptr) return kEmpty;
   return readPlain(text, value) ? kRead : readAny(text, value);
 }
 
@@ -185,18 +179,15 @@ int readPositive(char *text, double *value) {
 
 using namespace korvel::codecs;
 
-int realcod_d(char *text, double *value) {
-  return text == nullptr || value == nullptr ? kEmpty : readReal(text, value);
-}
+int realcod_d(char *text, double *value) { return readReal(text, value); }
 
 int realcod_f(char *text, float *value) {
-  return text == nullptr || value == nullptr ? kEmpty : readSingle(text, value);
+  double read = 0.0;
+  const int status = value == nullptr ? kEmpty : readReal(text, &read);
+  if (status == kRead) *value = static_cast<float>(read);
+  return status;
 }
 
-int realcod_d_sup0(char *text, double *value) {
-  return text == nullptr || value == nullptr ? kEmpty : readNotNegative(text, value);
-}
+int realcod_d_sup0(char *text, double *value) { return readNotNegative(text, value); }
 
-int realcod_d_ssup0(char *text, double *value) {
-  return text == nullptr || value == nullptr ? kEmpty : readPositive(text, value);
-}
+int realcod_d_ssup0(char *text, double *value) { return readPositive(text, value); }

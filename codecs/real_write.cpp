@@ -11,7 +11,6 @@
 
 #include "codecs/digits.h"
 #include "codecs/integer.h"
-#include "codecs/powers.h"
 #include "codecs/real.h"
 #include "codecs/split.h"
 #include "codecs/status.h"
@@ -89,13 +88,22 @@ bool appendOrKeepLowest(BoundedText &text, const char *digits, int count) {
 // ---- Fixed decimals ----
 
 constexpr double kIntegralBound = 2147483648.0;
-constexpr double kShortBound = 1e18;  // for whole numbers of 64 bits
 
 // So many decimals are a number of 32 bits.
 constexpr int kShortDecimals = 8;
 
 // Room for the sign, the integral part, the point and the terminator, without the decimals.
 constexpr int kRoomButDecimals = kMaxDigits + 3;
+
+// The largest power of ten that a double holds is 10^kMaxPower.
+constexpr int kMaxPower = 308;
+
+// 10^n by n multiplications, infinite above kMaxPower; 1 for n below 1.
+constexpr double tenTo(int n) {
+  double power = 1.0;
+  for (int i = 0; i < std::min(n, kMaxPower + 1); ++i) power *= 10.0;
+  return power;
+}
 
 struct Rounding {
   double scale;
@@ -155,12 +163,7 @@ bool appendDecimals(BoundedText &text, double fraction, int decimals) {
   const double scaled = fraction * tenTo(places);
   const double whole = std::isfinite(scaled) ? std::trunc(scaled) : 0.0;
   char digits[kMaxPower + 2];
-  int count = places;
-  if (whole < kShortBound) {
-    writePadded(static_cast<std::uint64_t>(whole), places, digits);
-  } else {
-    count = std::snprintf(digits, sizeof digits, "%0*.0f", places, whole);
-  }
+  const int count = std::snprintf(digits, sizeof digits, "%0*.0f", places, whole);
   const int kept = std::min(decimals, text.room());
   for (int i = kept; i > 0; --i) text.append(i > zeros ? digits[count + zeros - i] : '0');
   return kept == decimals;
@@ -243,6 +246,7 @@ int writeSignificant(double x, char *buffer, int capacity, int extraDigits) {
 }  // namespace
 
 int writeReal(double value, char *buffer, int capacity, int decimals) {
+  if (buffer == nullptr) return kDoesNotFit;
   return writePlain(value, buffer, capacity, decimals)
              ? status(capacity)
              : writeFixed(value, buffer, capacity, decimals);
@@ -253,7 +257,7 @@ int writeReal(double value, char *buffer, int capacity, int decimals) {
 using namespace korvel::codecs;
 
 int realdco_d(double value, char *buffer, int capacity, int decimals) {
-  return buffer == nullptr ? kDoesNotFit : writeReal(value, buffer, capacity, decimals);
+  return writeReal(value, buffer, capacity, decimals);
 }
 
 int realdco_sd(double value, char *buffer, int capacity, int digits) {
