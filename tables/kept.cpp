@@ -10,6 +10,7 @@
 #include <korvel/tables.h>
 
 #include "base/guard.h"
+#include "base/posix.h"
 
 namespace korvel::tables {
 namespace {
@@ -24,31 +25,6 @@ constexpr std::int64_t kAtRest = 2 * kSecond;
 // that is brought in line by and by loses no more than half a thousandth of the time.
 constexpr std::int64_t kSetBack = 1 * kSecond;
 
-struct Identity {
-  dev_t device = 0;
-  ino_t inode = 0;
-  off_t size = 0;
-  time_t changeTime = 0;
-  long changeTimeRest = 0;
-  time_t contentTime = 0;
-  long contentTimeRest = 0;
-
-  Identity() = default;
-  explicit Identity(const struct stat &status)
-      : device(status.st_dev),
-        inode(status.st_ino),
-        size(status.st_size),
-        changeTime(status.st_ctim.tv_sec),
-        changeTimeRest(status.st_ctim.tv_nsec),
-        contentTime(status.st_mtim.tv_sec),
-        contentTimeRest(status.st_mtim.tv_nsec) {}
-  friend bool operator==(const Identity &, const Identity &) = default;
-
-  bool isSameFile(const Identity &other) const {
-    return device == other.device && inode == other.inode;
-  }
-};
-
 std::int64_t nanoseconds(clockid_t clock) {
   timespec now = {};
   clock_gettime(clock, &now);
@@ -62,11 +38,11 @@ bool isBefore(const timespec &time, std::int64_t moment) {
 
 // A table that was asked, with its copy if it has one.
 struct Asked {
-  Identity identity;
+  struct stat file = {};  // all zeros: none
   // When it was asked last, the time before, and the time before that; 0 for never. In askings of
   // all tables.
   std::array<std::uint64_t, 3> askings = {};
-  // When the identity was seen first or, with a copy, when that was read.
+  // When the file was first seen as it is or, with a copy, when that was read.
   Moment since = {};
   KeptTable *kept = nullptr;
 };
@@ -92,19 +68,19 @@ bool wasClockSetBack(const Moment &since, const Moment &now) {
 
 // The one of a file. If it has none yet: that of the table without a copy whose last asking is the
 // longest ago.
-Asked &placeOf(const Identity &identity) {
+Asked &placeOf(const struct stat &file) {
   const auto same = std::ranges::find_if(
-      asked, [&](const Asked &one) { return one.identity.isSameFile(identity); });
+      asked, [&](const Asked &one) { return base::isSameFile(one.file, file); });
   if (same != std::end(asked)) return *same;
   return *std::ranges::min_element(
       asked, {}, [](const Asked &one) { return std::pair(one.kept != nullptr, one.askings[0]); });
 }
 
-Asked &noteAsking(const Identity &identity, const Moment &now) {
-  Asked &one = placeOf(identity);
-  if (one.identity != identity || wasClockSetBack(one.since, now)) {
+Asked &noteAsking(const struct stat &file, const Moment &now) {
+  Asked &one = placeOf(file);
+  if (!isUnchanged(one.file, file) || wasClockSetBack(one.since, now)) {
     forget(one);
-    one.identity = identity;
+    one.file = file;
     one.since = now;
   }
   one.askings = {++askings, one.askings[0], one.askings[1]};
@@ -122,7 +98,7 @@ Held held() {
   for (Asked &one : asked) {
     if (one.kept == nullptr) continue;
     ++all.tables;
-    all.bytes += bytesFor(one.identity.size);
+    all.bytes += bytesFor(one.file.st_size);
     if (all.oldest == nullptr || one.askings[0] < all.oldest->askings[0]) all.oldest = &one;
   }
   return all;
@@ -134,7 +110,7 @@ Held held() {
 bool makeRoomFor(const Asked &table) {
   for (;;) {
     const Held all = held();
-    if (all.tables < kMostKept && all.bytes + bytesFor(table.identity.size) <= kMostBytesKept) {
+    if (all.tables < kMostKept && all.bytes + bytesFor(table.file.st_size) <= kMostBytesKept) {
       return true;
     }
     if (all.oldest->askings[0] > table.askings.back()) return false;
@@ -157,13 +133,13 @@ bool isOfKeptSize(const struct stat &status) {
 }
 
 // Null when the file does not fit into memory, or changes while it is read.
-KeptTable *copied(int descriptor, const Identity &identity) {
+KeptTable *copied(int descriptor, const struct stat &file) {
   return base::guarded(nullptr, [&]() -> KeptTable * {
     auto kept = std::make_unique<KeptTable>();
-    if (!kept->table.read(descriptor, static_cast<std::size_t>(identity.size))) return nullptr;
+    if (!kept->table.read(descriptor, static_cast<std::size_t>(file.st_size))) return nullptr;
     kept->index.build(kept->table.lines());
-    struct stat status;
-    const bool isSame = fstat(descriptor, &status) == 0 && Identity(status) == identity;
+    struct stat now;
+    const bool isSame = fstat(descriptor, &now) == 0 && isUnchanged(file, now);
     return isSame && kept->index.count() > 0 ? kept.release() : nullptr;
   });
 }
@@ -181,12 +157,11 @@ const KeptTable *keptTable(int descriptor, const struct stat &status) {
   // Before the file is read: a change from now on bears a later time than a file at rest.
   const Moment now = currentMoment();
   if (keeping == Keeping::Always) forgetTables();
-  const Identity identity(status);
-  Asked &table = noteAsking(identity, now);
+  Asked &table = noteAsking(status, now);
   if (table.kept != nullptr) return table.kept;
   const bool mayBeKept = table.askings.back() != 0 && isAtRest(status, now);
   if ((mayBeKept || keeping == Keeping::Always) && makeRoomFor(table)) {
-    table.kept = copied(descriptor, identity);
+    table.kept = copied(descriptor, status);
     if (table.kept != nullptr) {
       table.since = now;
     } else {  // perhaps there is memory once it was asked twice more

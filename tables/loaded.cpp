@@ -11,6 +11,10 @@
 namespace korvel::tables {
 namespace {
 
+bool isSameTime(const timespec &a, const timespec &b) {
+  return a.tv_sec == b.tv_sec && a.tv_nsec == b.tv_nsec;
+}
+
 // Returns false when there are not so many bytes.
 bool readAll(int descriptor, char *to, std::size_t count) {
   for (std::size_t done = 0; done < count;) {
@@ -36,6 +40,11 @@ std::string_view asLines(char *begin, char *end) {
 }
 
 }  // namespace
+
+bool isUnchanged(const struct stat &before, const struct stat &now) {
+  return base::isSameFile(before, now) && before.st_size == now.st_size &&
+         isSameTime(before.st_mtim, now.st_mtim) && isSameTime(before.st_ctim, now.st_ctim);
+}
 
 ssize_t readSome(int descriptor, char *to, std::size_t count, off_t offset) {
   return base::retried([&] { return pread(descriptor, to, count, offset); });

@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <string_view>
 
+#include <sys/stat.h>
 #include <sys/types.h>
 
 namespace korvel::tables {
@@ -13,6 +14,9 @@ namespace korvel::tables {
 // How many bytes around lines in memory may be read as well; their values are unspecified, except
 // for the line end in front.
 inline constexpr std::size_t kMargin = 2048;
+
+// Whether a file is the same one, and as it was before.
+bool isUnchanged(const struct stat &before, const struct stat &now);
 
 // Reads up to `count` bytes from an offset on. Returns their number, 0 at the end, -1 on an error.
 ssize_t readSome(int descriptor, char *to, std::size_t count, off_t offset);

@@ -27,11 +27,6 @@ constexpr std::size_t kBufferSize = kFront + TableReader::kLargestBlock + TableR
 constinit char sharedBuffer[kBufferSize] = {};
 constinit bool sharedBufferTaken = false;
 
-bool hasSameContent(const struct stat &a, const struct stat &b) {
-  return a.st_size == b.st_size && a.st_mtim.tv_sec == b.st_mtim.tv_sec &&
-         a.st_mtim.tv_nsec == b.st_mtim.tv_nsec;
-}
-
 }  // namespace
 
 constinit std::size_t TableReader::blockSize = kLargestBlock;
@@ -103,7 +98,7 @@ TableReader::Loaded TableReader::loadOnce() {
   struct stat after;
   if (fstat(descriptor_, &before) != 0 || before.st_size > INT_MAX) return Loaded::Not;
   if (!own_.read(descriptor_, static_cast<std::size_t>(before.st_size))) return Loaded::Not;
-  const bool same = fstat(descriptor_, &after) == 0 && hasSameContent(before, after);
+  const bool same = fstat(descriptor_, &after) == 0 && isUnchanged(before, after);
   return same ? Loaded::Whole : Loaded::WholeButChanged;
 }
 

@@ -94,15 +94,6 @@ bool LineCopier::takeOne(std::string_view kept) {
 
 constexpr int kAttempts = 3;
 
-bool isSameTime(const timespec &a, const timespec &b) {
-  return a.tv_sec == b.tv_sec && a.tv_nsec == b.tv_nsec;
-}
-
-bool isUnchanged(const struct stat &before, const struct stat &now) {
-  return base::isSameFile(before, now) && before.st_size == now.st_size &&
-         isSameTime(before.st_mtim, now.st_mtim) && isSameTime(before.st_ctim, now.st_ctim);
-}
-
 bool isUnused(const char *path) {
   struct stat status;
   return lstat(path, &status) != 0 && errno == ENOENT;
