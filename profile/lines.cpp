@@ -5,15 +5,9 @@
 #include <cstring>
 
 #include "profile/scan.h"
-#include "strings/vectors.h"
 
 namespace korvel::profile {
 namespace {
-
-using strings::Vector;
-
-// How far a search for plain lines looks ahead: the most that an odd line costs.
-constexpr std::size_t kLookAhead = std::size_t{1} << 18;
 
 const char *find(const char *begin, const char *end, char c) {
   const auto size = static_cast<std::size_t>(end - begin);
@@ -31,33 +25,6 @@ const char *beginningOfLine(const char *from, const char *at) {
   const char *carriageReturn = findLast(from, at, '\r');
   if (carriageReturn == nullptr) return from;
   return carriageReturn + (carriageReturn[1] == '\n' ? 2 : 1);
-}
-
-// Set in the bytes that are a line feed but not after a carriage return, or the other way round.
-Vector oddLineEnds(const char *at) {
-  return (Vector::load(at) == '\n') ^ (Vector::load(at - 1) == '\r');
-}
-
-const char *firstOddLineEnd(const char *at, const char *end) {
-  constexpr std::ptrdiff_t kSize = Vector::kSize;
-  for (; end - at >= 4 * kSize; at += 4 * kSize) {
-    const Vector odd = (oddLineEnds(at) | oddLineEnds(at + kSize)) |
-                       (oddLineEnds(at + 2 * kSize) | oddLineEnds(at + 3 * kSize));
-    if (odd.moveMask() != 0) break;
-  }
-  while (at != end && (at[0] == '\n') == (at[-1] == '\r')) ++at;
-  return at;
-}
-
-// The beginning of the first line of more than `limit` characters; the lines are plain otherwise.
-const char *firstLongLine(const char *begin, const char *end, std::size_t limit) {
-  const std::size_t longest = limit + kLineEnd.size();
-  while (static_cast<std::size_t>(end - begin) > longest) {
-    const char *feed = findLast(begin, begin + longest, '\n');
-    if (feed == nullptr) return begin;
-    begin = feed + 1;
-  }
-  return end;
 }
 
 }  // namespace
@@ -116,15 +83,6 @@ std::size_t Characters::copyTo(char *destination, std::size_t capacity) {
     copied += run.size();
   }
   return copied;
-}
-
-const char *plainLinesEnd(Stretch lines, std::size_t limit) {
-  const char *begin = lines.begin;
-  if (begin == lines.end || *begin == '\n') return begin;
-  const char *end = begin + std::min(lines.size(), kLookAhead);
-  const char *odd = firstOddLineEnd(begin + 1, end);
-  const char *feed = findLast(begin, odd, '\n');
-  return feed == nullptr ? begin : firstLongLine(begin, feed + 1, limit);
 }
 
 const char *passPlainLines(Stretch text, const char *from, std::string_view key) {

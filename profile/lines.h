@@ -64,11 +64,6 @@ class Characters {
   std::size_t left_;  // characters that still count
 };
 
-// The end of the plain lines at the front of a stretch that begins with a line: those that end with
-// "\r\n", hold no other line feed and have at most `limit` characters. May stop after fewer, but
-// not before the first of them.
-const char *plainLinesEnd(Stretch lines, std::size_t limit);
-
 // Skips lines that do not matter to the search for a key: those that hold no '[', do not begin with
 // `key` and '=', and have a line feed only after their carriage return. Returns the beginning of a
 // line; may skip fewer lines than it could, and skips none for an empty key. `text` is the whole

@@ -5,6 +5,7 @@
 #include <initializer_list>
 
 #include "profile/find.h"
+#include "strings/plain_lines.h"
 
 namespace korvel::profile {
 namespace {
@@ -27,9 +28,10 @@ class Rewriter {
 
   void copy(const char *begin, const char *end) {
     while (begin != end) {
-      const char *plainEnd = plainLinesEnd({begin, end}, kRewriteLine);
-      if (plainEnd != begin) output_.write(Stretch{begin, plainEnd}.bytes());
-      begin = plainEnd == end ? end : copyOddLine(plainEnd, end);
+      const auto plain = strings::plainLines(Stretch{begin, end}.bytes(), kRewriteLine);
+      if (!plain.empty()) output_.write(plain);
+      begin += plain.size();
+      if (begin != end) begin = copyOddLine(begin, end);
     }
   }
 

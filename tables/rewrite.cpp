@@ -13,7 +13,8 @@
 #include <unistd.h>
 
 #include "base/posix.h"
-#include "tables/unchanged.h"
+#include "strings/plain_lines.h"
+#include "tables/scan.h"
 
 namespace korvel::tables {
 
@@ -55,10 +56,32 @@ class LineCopier {
 
   // Takes the next whole lines. Returns false when the edit gave up or something could not be
   // written.
-  bool take(std::string_view lines);
+  bool take(std::string_view lines) {
+    while (!lines.empty()) {
+      while (lines.starts_with(kIgnored)) lines.remove_prefix(1);
+      const std::string_view plain = strings::plainLines(lines, kLineSize - 1);
+      const FirstLines unchanged = firstLines(plain, edited_ - line_ - 1);
+      if (unchanged.count > 0) output_.write(lines.substr(0, unchanged.bytes));
+      line_ += unchanged.count;
+      lines.remove_prefix(unchanged.bytes);
+      const std::size_t end = lines.find(kLineEnd);
+      if (!takeOne(keptOf(lines.substr(0, end), scratch_))) return false;
+      lines.remove_prefix(end + 1);
+    }
+    return true;
+  }
 
  private:
-  bool takeOne(std::string_view kept);
+  bool takeOne(std::string_view kept) {
+    ++line_;
+    if (line_ != edited_) {
+      output_.writeLine({kept});
+      return !output_.failed();
+    }
+    const bool goesOn = edit_.apply(line_, kept, output_);
+    edited_ = edit_.nextAfter(line_);
+    return goesOn && !output_.failed();
+  }
 
   LineEdit &edit_;
   RewriteOutput &output_;
@@ -66,31 +89,6 @@ class LineCopier {
   int line_ = 0;  // number of lines so far
   LineScratch scratch_;
 };
-
-bool LineCopier::take(std::string_view lines) {
-  while (!lines.empty()) {
-    while (lines.starts_with(kIgnored)) lines.remove_prefix(1);
-    const UnchangedLines unchanged = unchangedLines(lines, edited_ - line_ - 1);
-    if (unchanged.count > 0) output_.write(lines.substr(0, unchanged.bytes));
-    line_ += unchanged.count;
-    lines.remove_prefix(unchanged.bytes);
-    const std::size_t end = lines.find(kLineEnd);
-    if (!takeOne(keptOf(lines.substr(0, end), scratch_))) return false;
-    lines.remove_prefix(end + 1);
-  }
-  return true;
-}
-
-bool LineCopier::takeOne(std::string_view kept) {
-  ++line_;
-  if (line_ != edited_) {
-    output_.writeLine({kept});
-    return !output_.failed();
-  }
-  const bool goesOn = edit_.apply(line_, kept, output_);
-  edited_ = edit_.nextAfter(line_);
-  return goesOn && !output_.failed();
-}
 
 constexpr int kAttempts = 3;
 

@@ -8,6 +8,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <string_view>
 
 namespace korvel::tables {
 
@@ -72,6 +73,14 @@ extern const ScanKernel kAvx2Kernel;
 
 // The faster one of those that this machine runs.
 const ScanKernel &scanKernel();
+
+struct FirstLines {
+  std::size_t bytes;
+  int count;
+};
+
+// The first ones of some whole lines: `most` of them, or all.
+FirstLines firstLines(std::string_view lines, int most);
 
 }  // namespace korvel::tables
 

@@ -55,33 +55,13 @@ bool TableWalk::findIndexed(const LineIndex &index, const LineTest &test) {
 std::string_view TableWalk::behindSkipped(std::string_view lines, int skipped) {
   if (line_ >= skipped) return lines;
   const LineIndex *index = reader_.index();
-  return index == nullptr ? behindCounted(lines, skipped) : behindKnown(lines, *index, skipped);
-}
-
-std::string_view TableWalk::behindKnown(std::string_view lines, const LineIndex &index,
-                                        int skipped) {
-  line_ = std::min(skipped, index.count());
-  lines.remove_prefix(index.startBehind(skipped));
+  const FirstLines passed =
+      index == nullptr ? firstLines(lines, skipped - line_)
+                       : FirstLines{index->startBehind(skipped), std::min(skipped, index->count())};
+  line_ += passed.count;
+  lines.remove_prefix(passed.bytes);
   if (lines.starts_with(kIgnored)) lines.remove_prefix(1);
   return lines;
-}
-
-// Counts the lines by pieces and, in the piece where the last one ends, one by one.
-std::string_view TableWalk::behindCounted(std::string_view lines, int skipped) {
-  constexpr std::size_t kPiece = 4096;
-  const ScanKernel &kernel = scanKernel();
-  const char *at = lines.data();
-  const char *end = at + lines.size();
-  while (at != end) {
-    const char *pieceEnd = at + std::min(kPiece, between(at, end).size());
-    const auto ends = static_cast<int>(kernel.countLineEnds(at, pieceEnd));
-    if (ends >= skipped - line_) break;
-    line_ += ends;
-    at = pieceEnd;
-  }
-  for (; at != end && line_ < skipped; ++line_) at = lineEndFrom(at, end) + 1;
-  if (at != end && *at == kIgnored) ++at;
-  return between(at, end);
 }
 
 bool TableWalk::findIn(std::string_view lines, const LineTest &test) {

@@ -70,8 +70,6 @@ class TableWalk {
   bool findIndexed(const LineIndex &index, const LineTest &test);
   // These work on lines as TableReader::nextLines() gives them.
   std::string_view behindSkipped(std::string_view lines, int skipped);
-  std::string_view behindKnown(std::string_view lines, const LineIndex &index, int skipped);
-  std::string_view behindCounted(std::string_view lines, int skipped);
   bool findIn(std::string_view lines, const LineTest &test);
   bool findLineByLine(std::string_view lines, const LineTest &test);
 

@@ -1,6 +1,4 @@
 // Tests of the lines that a rewriting copies as they are.
-#include "tables/unchanged.h"
-
 #include <climits>
 #include <random>
 #include <string>
@@ -8,14 +6,20 @@
 
 #include <gtest/gtest.h>
 
+#include "strings/plain_lines.h"
+#include "tables/scan.h"
 #include "tests/support/page_end.h"
 
 namespace korvel::tables {
 namespace {
 
+FirstLines unchangedLines(std::string_view bytes, int most) {
+  return firstLines(strings::plainLines(bytes, 1023), most);
+}
+
 // Character by character.
-UnchangedLines counted(std::string_view bytes, int most) {
-  UnchangedLines lines = {0, 0};
+FirstLines counted(std::string_view bytes, int most) {
+  FirstLines lines = {0, 0};
   std::size_t at = 0;
   while (lines.count < most) {
     std::size_t length = 0;
@@ -33,8 +37,8 @@ UnchangedLines counted(std::string_view bytes, int most) {
 
 void expectAsCounted(const std::string &bytes, int most = INT_MAX) {
   test::PageEnd atPageEnd(bytes);
-  const UnchangedLines lines = unchangedLines(atPageEnd.bytes(), most);
-  const UnchangedLines expected = counted(bytes, most);
+  const FirstLines lines = unchangedLines(atPageEnd.bytes(), most);
+  const FirstLines expected = counted(bytes, most);
   EXPECT_EQ(lines.bytes, expected.bytes) << bytes;
   EXPECT_EQ(lines.count, expected.count) << bytes;
 }
@@ -62,7 +66,7 @@ TEST(UnchangedLines, AreThoseThatEndWithCrLf) {
       {"a\r\r\n", 0, 0},
   };
   for (const auto &row : kCases) {
-    const UnchangedLines lines = unchangedLines(row.bytes, INT_MAX);
+    const FirstLines lines = unchangedLines(row.bytes, INT_MAX);
     EXPECT_EQ(lines.bytes, row.unchanged) << row.bytes;
     EXPECT_EQ(lines.count, row.count) << row.bytes;
   }
@@ -73,7 +77,7 @@ TEST(UnchangedLines, HaveAtMost1023Characters) {
     for (const std::size_t before : {0, 1, 30, 61, 62, 63, 64, 100}) {
       const std::string first = before == 0 ? "" : std::string(before, 'b') + "\r\n";
       const std::string bytes = first + std::string(length, 'a') + "\r\nlast\r\n";
-      const UnchangedLines lines = unchangedLines(bytes, INT_MAX);
+      const FirstLines lines = unchangedLines(bytes, INT_MAX);
       EXPECT_EQ(lines.bytes, length <= 1023 ? bytes.size() : first.size()) << length;
       expectAsCounted(bytes);
     }
