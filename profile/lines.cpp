@@ -87,9 +87,9 @@ std::size_t Characters::copyTo(char *destination, std::size_t capacity) {
 
 const char *passPlainLines(Stretch text, const char *from, std::string_view key) {
   if (key.empty()) return from;
-  const KeyProbe probe(key);
-  if (static_cast<std::size_t>(from - text.begin) < probe.reach()) return from;
-  const char *at = scan(from, text.end, probe);
+  const Stretch wanted = stretchOf(key);
+  if (Stretch{text.begin, from}.size() < scanReach(wanted)) return from;
+  const char *at = scan({from, text.end}, wanted);
   // The scan may have stopped within a "\r\n".
   if (at == text.end || (*at == '\n' && at[-1] == '\r')) --at;
   return at < from ? from : beginningOfLine(from, at);

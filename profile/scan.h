@@ -3,33 +3,22 @@
 #define KORVEL_PROFILE_SCAN_H
 
 #include <cstddef>
-#include <string_view>
+
+#include "profile/lines.h"
 
 namespace korvel::profile {
 
-// What is searched: a key at the beginning of a line and followed by '='. The key is not empty and
-// holds no '\r', '\n' or '['. It is found by the '=' and the bytes before it.
-struct KeyProbe {
-  explicit KeyProbe(std::string_view key);
+// Returns the first byte of a text that is a '[', a line feed not after a carriage return, or the
+// '=' after the key at a line's start; without one, the start of the last partial vector. The key
+// is not empty and holds no '\r', '\n' or '['.
+const char *scan(Stretch text, Stretch key);
 
-  // How many bytes before the '=' are read.
-  std::size_t reach() const { return static_cast<std::size_t>(size) + 2; }
-
-  const char *key;
-  std::ptrdiff_t size;
-  // The two bytes before the '='; both are the only byte of a key of one.
-  char last;
-  char lastButOne;
-  std::ptrdiff_t lastButOneDistance;
-};
-
-// Returns the first byte in [at, end) that is a '[', a line feed not after a carriage return, or
-// the '=' of the key at a line's start; without one, the start of the last partial vector.
-const char *scan(const char *at, const char *end, const KeyProbe &probe);
+// How many bytes in front of the text are read.
+inline std::size_t scanReach(Stretch key) { return key.size() + 2; }
 
 // The same, compiled for every machine and for AVX2.
-const char *scanBaseline(const char *at, const char *end, const KeyProbe &probe);
-const char *scanAvx2(const char *at, const char *end, const KeyProbe &probe);
+const char *scanBaseline(Stretch text, Stretch key);
+const char *scanAvx2(Stretch text, Stretch key);
 
 }  // namespace korvel::profile
 

@@ -3,8 +3,6 @@
 
 namespace korvel::profile {
 
-const char *scanAvx2(const char *at, const char *end, const KeyProbe &probe) {
-  return KeyScan(probe).run(at, end);
-}
+const char *scanAvx2(Stretch text, Stretch key) { return KeyScan(key).run(text); }
 
 }  // namespace korvel::profile

@@ -15,14 +15,19 @@ namespace {
 
 using Vector = strings::WidestVector;
 
+// The key is found by the '=' and the two bytes before it; of a key of one byte, by that twice.
 class KeyScan {
  public:
-  explicit KeyScan(const KeyProbe &probe)
-      : probe_(probe),
-        last_(Vector::broadcast(probe.last)),
-        lastButOne_(Vector::broadcast(probe.lastButOne)) {}
+  explicit KeyScan(Stretch key)
+      : key_(key.begin),
+        size_(key.end - key.begin),
+        back_(size_ < 2 ? size_ : 2),
+        last_(Vector::broadcast(key.end[-1])),
+        lastButOne_(Vector::broadcast(key.end[-back_])) {}
 
-  const char *run(const char *at, const char *end) const {
+  const char *run(Stretch text) const {
+    const char *at = text.begin;
+    const char *const end = text.end;
     if (end - at < kSize) return at;
     if (const char *stop = stopWithin(at, at + kSize)) return stop;
     // From here on all vectors are aligned, which loads them faster.
@@ -58,22 +63,23 @@ class KeyScan {
   }
 
   bool isBehindKey(const char *at) const {
-    const char *begin = at - probe_.size;
+    const char *begin = at - size_;
     const bool beginsLine = begin[-1] == '\n' || begin[-1] == '\r';
-    return beginsLine &&
-           __builtin_memcmp(begin, probe_.key, static_cast<std::size_t>(probe_.size)) == 0;
+    return beginsLine && __builtin_memcmp(begin, key_, static_cast<std::size_t>(size_)) == 0;
   }
 
   // Set for every byte that may be of interest.
   Vector flagsAt(const char *at) const {
     const Vector bytes = Vector::load(at);
     const Vector before = Vector::load(at - 1);
-    const Vector key = (bytes == '=') & (before == last_) &
-                       (Vector::load(at - probe_.lastButOneDistance) == lastButOne_);
+    const Vector key =
+        (bytes == '=') & (before == last_) & (Vector::load(at - back_) == lastButOne_);
     return key | (bytes == '[') | ((bytes == '\n') & ~(before == '\r'));
   }
 
-  KeyProbe probe_;
+  const char *key_;
+  std::ptrdiff_t size_;
+  std::ptrdiff_t back_;  // from the '=' to the byte before the last one of the key
   Vector last_;
   Vector lastButOne_;
 };

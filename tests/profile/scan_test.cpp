@@ -14,7 +14,8 @@
 
 namespace {
 
-using korvel::profile::KeyProbe;
+using korvel::profile::scanReach;
+using korvel::profile::stretchOf;
 using korvel::strings::avx2Allowed;
 using korvel::strings::usesAvx2;
 using korvel::test::PageEnd;
@@ -57,11 +58,10 @@ TEST(Scan, StopsAtTheFirstByteOfInterestAndPassesNone) {
     PageEnd page(text);
     const char *begin = page.data() + kReach;
     const char *end = page.data() + text.size();
-    const KeyProbe probe(key);
     const char *first = begin;
     while (first != end && !isOfInterest(first, key)) ++first;
     for (Scan *const scan : scansOfThisMachine()) {
-      const char *stop = scan(begin, end, probe);
+      const char *stop = scan({begin, end}, stretchOf(key));
       ASSERT_LE(stop, first);
       ASSERT_TRUE(stop == first || end - stop < kWidestVector);
     }
@@ -74,15 +74,14 @@ TEST(Scan, IsTheWidestThatIsAllowed) {
   const char *begin = text.data() + 5;
   const char *end = begin + 24;
   const Restored<bool> restored{avx2Allowed};
-  const KeyProbe probe("key");
-  EXPECT_EQ(korvel::profile::scan(begin, end, probe) == begin, usesAvx2());
+  EXPECT_EQ(korvel::profile::scan({begin, end}, stretchOf("key")) == begin, usesAvx2());
   avx2Allowed = false;
-  EXPECT_NE(korvel::profile::scan(begin, end, probe), begin);
+  EXPECT_NE(korvel::profile::scan({begin, end}, stretchOf("key")), begin);
 }
 
 TEST(Scan, ReachesAsFarBackAsTheKeyAndALineEnd) {
-  EXPECT_EQ(KeyProbe("key").reach(), 5U);
-  EXPECT_EQ(KeyProbe("y").reach(), 3U);
+  EXPECT_EQ(scanReach(stretchOf("key")), 5U);
+  EXPECT_EQ(scanReach(stretchOf("y")), 3U);
 }
 
 }  // namespace
