@@ -97,6 +97,13 @@ class Dialog {
   virtual void addMessage(const Rect &pane, std::string_view text, const MessageStyle &style) = 0;
   virtual void addAlertIcon(const Rect &rect, AlertIcon icon) = 0;
 
+  // Makes the dialog the window of a work that goes on: adds a bar, empty at first, which has the
+  // focus, so that no key that is typed meanwhile presses a button; to be called once.
+  virtual void addProgressBar(const Rect &rect) = 0;
+  // How much of the bar is filled. With a total below 1 it moves without an end; outside 0 to
+  // `total`, `done` counts as the nearer of the two.
+  virtual void setProgress(int done, int total) = 0;
+
   // The push button that Return presses, shown as such. Return does nothing while the button is
   // disabled or the focus is in a list without rows.
   virtual void setDefaultItem(int item) = 0;
@@ -149,6 +156,12 @@ class Dialog {
   // would bring in a character without a byte is refused as a whole and makes no hit. Actions
   // through a screen reader or the like make the same hits.
   virtual void runModal(HitHandler &handler) = 0;
+
+  // A step of such a run that gives the program its turn: shows the window at the first one, takes
+  // the events that wait, and returns. The window stays, and blocks the others, until the handler,
+  // which has to live as long, has answered Stop: then it is off the screen, and further steps do
+  // nothing.
+  virtual void runStep(HitHandler &handler) = 0;
 };
 
 class Desktop {
@@ -215,7 +228,7 @@ class Desktop {
 // of the classes above: a module built for another one returns null. The desktop belongs to the
 // module and lives until the process ends.
 using ModuleEntry = Desktop *(*)(int version);
-constexpr int kSeamVersion = 5;
+constexpr int kSeamVersion = 6;
 constexpr const char *kModuleEntry = "korvel_desktop";
 
 }  // namespace korvel::platform

@@ -11,6 +11,8 @@
 #include <QPointer>
 #include <QPushButton>
 #include <QScreen>
+#include <QThread>
+#include <QWindow>
 
 #include "platform/qt/alerticon.h"
 #include "platform/qt/buttonitem.h"
@@ -31,6 +33,16 @@ namespace {
 void announce(QWidget &window) {
   QAccessibleEvent alert(&window, QAccessible::Alert);
   QAccessible::updateAccessibility(&alert);
+}
+
+// Not for long: it may be on another desktop of the screen.
+void waitUntilSeen(QWidget &window) {
+  constexpr int kTries = 40;
+  constexpr unsigned long kPause = 5;  // ms
+  for (int n = 0; n < kTries && window.isVisible() && !window.windowHandle()->isExposed(); ++n) {
+    QThread::msleep(kPause);
+    QCoreApplication::processEvents();
+  }
 }
 
 // Far larger than any screen.
@@ -108,6 +120,7 @@ void QtDialog::setTitle(std::string_view title) { showTitle(toQt(title)); }
 void QtDialog::showTitle(QString title) {
   // "[*]" alone is Qt's mark of a changed document.
   window_.setWindowTitle(title.replace(QLatin1String("[*]"), QLatin1String("[*][*]")));
+  if (bar_ != nullptr) bar_->setAccessibleName(window_.windowTitle());
 }
 
 Item *QtDialog::makeItem(ItemKind kind, int number, const Rect &rect, std::string_view title) {
@@ -158,6 +171,14 @@ void QtDialog::addMessage(const Rect &pane, std::string_view text, const Message
 
 void QtDialog::addAlertIcon(const Rect &rect, AlertIcon icon) {
   new AlertIconWidget(&window_, rect, icon);
+}
+
+void QtDialog::addProgressBar(const Rect &rect) {
+  if (bar_ == nullptr) bar_ = new ProgressBar(&window_, toQt(rect));
+}
+
+void QtDialog::setProgress(int done, int total) {
+  if (bar_ != nullptr) bar_->show(done, total);
 }
 
 Item *QtDialog::find(int item) const {
@@ -275,6 +296,7 @@ Item *QtDialog::itemForInitialFocus() const {
 }
 
 void QtDialog::giveInitialFocus() {
+  if (bar_ != nullptr) return bar_->setFocus(Qt::TabFocusReason);
   Item *first = itemForInitialFocus();
   if (first == nullptr) return;
   first->widget()->setFocus(Qt::TabFocusReason);
@@ -305,7 +327,7 @@ void QtDialog::keepFocusFrom(QWidget *disabled) {
 }
 
 int QtDialog::returnItem() const {
-  if (message_ == nullptr) return default_;
+  if (message_ == nullptr && bar_ == nullptr) return default_;
   const auto focused = std::find_if(tabOrder_.begin(), tabOrder_.end(), [](Item *item) {
     return item->kind() == ItemKind::PushButton && item->widget()->hasFocus();
   });
@@ -348,19 +370,31 @@ void QtDialog::tell(int item) {
     return;
   }
   handler_ = nullptr;
+  hasStopped_ = true;
   window_.dropInput();
-  loop_->quit();
+  if (loop_ != nullptr) return loop_->quit();
+  leaveScreen();
 }
 
-void QtDialog::runModal(HitHandler &handler) {
-  if (loop_ != nullptr) return;
-  const QPointer<QWidget> before = QApplication::activeWindow();
+void QtDialog::comeUp(HitHandler &handler) {
+  before_ = QApplication::activeWindow();
   handler_ = &handler;
   giveNames();
   giveInitialFocus();
   window_.show();
   window_.activateWindow();
   if (message_ != nullptr) announce(window_);
+}
+
+void QtDialog::leaveScreen() {
+  window_.hide();
+  if (before_ != nullptr) before_->activateWindow();
+  before_ = nullptr;
+}
+
+void QtDialog::runModal(HitHandler &handler) {
+  if (loop_ != nullptr) return;
+  comeUp(handler);
 
   QEventLoop loop;
   loop_ = &loop;
@@ -368,8 +402,16 @@ void QtDialog::runModal(HitHandler &handler) {
   loop_ = nullptr;
   handler_ = nullptr;
 
-  window_.hide();
-  if (before != nullptr) before->activateWindow();
+  leaveScreen();
+}
+
+// The next step may be long in coming: at the first one the window is seen.
+void QtDialog::runStep(HitHandler &handler) {
+  if (hasStopped_ || loop_ != nullptr) return;
+  const bool isFirst = handler_ == nullptr;
+  if (isFirst) comeUp(handler);
+  QCoreApplication::processEvents();
+  if (isFirst) waitUntilSeen(window_);
 }
 
 }  // namespace korvel::platform::qt

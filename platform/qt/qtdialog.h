@@ -6,18 +6,21 @@
 #include <vector>
 
 #include <QEventLoop>
+#include <QPointer>
 
 #include "platform/desktop.h"
 #include "platform/qt/appearance.h"
 #include "platform/qt/dialogwindow.h"
 #include "platform/qt/item.h"
 #include "platform/qt/messagepane.h"
+#include "platform/qt/progressbar.h"
 
 namespace korvel::platform::qt {
 
 class QtDialog final : public Dialog, private HitSink {
  public:
   QtDialog(const Rect &bounds, QWidget *parent, std::string_view title);
+  ~QtDialog() override { leaveScreen(); }
   // From a form; null when there is something wrong with it.
   static std::unique_ptr<QtDialog> fromTemplate(const std::string &path, QWidget *parent,
                                                 std::string &problem);
@@ -30,6 +33,8 @@ class QtDialog final : public Dialog, private HitSink {
   void addIcon(const Rect &rect, const std::string &path) override;
   void addMessage(const Rect &pane, std::string_view text, const MessageStyle &style) override;
   void addAlertIcon(const Rect &rect, AlertIcon icon) override;
+  void addProgressBar(const Rect &rect) override;
+  void setProgress(int done, int total) override;
   void setDefaultItem(int item) override;
   ItemKind kind(int item) const override;
   std::string text(int item) const override;
@@ -46,6 +51,7 @@ class QtDialog final : public Dialog, private HitSink {
   void setAcceptable(int item, bool acceptable) override;
   void setDateParts(int day, int month, int year) override;
   void runModal(HitHandler &handler) override;
+  void runStep(HitHandler &handler) override;
 
  private:
   QtDialog();
@@ -71,6 +77,8 @@ class QtDialog final : public Dialog, private HitSink {
   void giveNames();
   void giveInitialFocus();
   void actAsMessageBox();
+  void comeUp(HitHandler &handler);
+  void leaveScreen();
   // The item that Return stands for.
   int returnItem() const;
   void keepFocusFrom(QWidget *disabled);
@@ -84,10 +92,13 @@ class QtDialog final : public Dialog, private HitSink {
   std::vector<Item *> tabOrder_;  // the same in the order of the Tab key, without gaps
   int default_ = 0;
   MessagePane *message_ = nullptr;  // of a message box; belongs to the window
+  ProgressBar *bar_ = nullptr;      // of a work that goes on; belongs to the window
   std::vector<DateItems> dates_;
 
   HitHandler *handler_ = nullptr;  // while running
   QEventLoop *loop_ = nullptr;
+  bool hasStopped_ = false;
+  QPointer<QWidget> before_;  // the active window when this one came up
   bool isInHit_ = false;
   std::deque<int> waiting_;  // hits not yet told
 };

@@ -1,4 +1,6 @@
 // The promises of platform/desktop.h; compiled once for each desktop.
+#include <unistd.h>
+
 #include <gtest/gtest.h>
 
 #include "platform/screentext.h"
@@ -440,6 +442,49 @@ TEST_F(DialogContract, AStopAtTheFirstHitOfADoubleClickIsTheEnd) {
   hits_.stopAt(list);
   person().doubleClickRow(list, 1);
   EXPECT_EQ(run(), Lines{"3 row 1 b"});
+}
+
+// ---- A run in steps ----
+
+class StepContract : public DialogContract {
+ protected:
+  // A program that has something else to do between the steps, until there are so many hits.
+  void stepUntil(std::size_t hits) {
+    for (int n = 0; n < 5000 && hits_.lines().size() < hits; ++n) {
+      hits_.recordStep(*dialog_);
+      usleep(1000);
+    }
+  }
+};
+
+TEST_F(StepContract, TellsTheSameHitsAndLeavesTheScreenAtTheStop) {
+  const int text = addText("a");
+  hits_.keepOpen(kOkItem);
+  person().moveTo(text, 1).type(text, "b").press(kOkItem).pressEscape();
+  stepUntil(3);
+  EXPECT_EQ(hits_.lines(), (Lines{"3 text ab", "1", "2"}));
+  EXPECT_EQ(world_->desktop().windowBounds(dialog_->window()), std::nullopt);
+}
+
+TEST_F(StepContract, TheWindowStaysBetweenTheSteps) {
+  hits_.keepOpen(kOkItem);
+  person().press(kOkItem);
+  stepUntil(1);
+  EXPECT_EQ(world_->desktop().windowBounds(dialog_->window()), (Rect{200, 200, 600, 500}));
+}
+
+TEST_F(StepContract, AStepAfterTheStopDoesNothing) {
+  person().pressEscape();
+  stepUntil(1);
+  hits_.recordStep(*dialog_);
+  EXPECT_EQ(world_->desktop().windowBounds(dialog_->window()), std::nullopt);
+}
+
+TEST_F(StepContract, ADialogWithoutABarTakesNoProgress) {
+  dialog_->setProgress(1, 2);
+  person().pressEscape();
+  stepUntil(1);
+  EXPECT_EQ(hits_.lines(), Lines{"2"});
 }
 
 // ---- The desktop ----

@@ -5,6 +5,7 @@
 #include <QImage>
 #include <QLabel>
 #include <QLineEdit>
+#include <QProgressBar>
 #include <QPushButton>
 #include <QScrollArea>
 #include <QScrollBar>
@@ -24,6 +25,7 @@ using test::pressKey;
 using test::qtDesktop;
 using test::QtPerson;
 using test::RecordedHits;
+using test::typeText;
 using test::widgetOf;
 using Lines = std::vector<std::string>;
 
@@ -458,6 +460,93 @@ TEST(QtMessage, AtScale2TheIconsAreSharp) {
     EXPECT_FALSE(isPlain(picture));
     EXPECT_FALSE(isMadeOfBlocks(picture));
   }
+}
+
+// ---- The window of a long work ----
+
+// A window with a bar and a button, which a work shows now and then.
+class QtProgress : public testing::Test {
+ protected:
+  QtProgress() {
+    dialog_->addItem(ItemKind::PushButton, {260, 50, 340, 70}, "Annuler");
+    dialog_->addProgressBar({20, 18, 340, 36});
+    dialog_->addProgressBar({0, 0, 1, 1});
+  }
+
+  QProgressBar &bar() { return *widgetOf(dialog_->window())->findChild<QProgressBar *>(); }
+  // Goes on until there were so many hits.
+  void work(std::size_t hits) {
+    for (int n = 0; n < 5000 && hits_.lines().size() < hits; ++n) {
+      hits_.recordStep(*dialog_);
+      QTest::qSleep(1);
+    }
+  }
+
+  const std::unique_ptr<Dialog> dialog_ =
+      qtDesktop().newDialog({200, 150, 560, 232}, nullptr, "Importation");
+  RecordedHits hits_;
+};
+
+TEST_F(QtProgress, KeysThatAreMeantForAnotherWindowPressNothing) {
+  QtPerson person("Importation");
+  person.key(Qt::Key_Space).key(Qt::Key_Return).key(Qt::Key_A).key(Qt::Key_Enter).pressEscape();
+  work(1);
+  EXPECT_EQ(hits_.lines(), Lines{"2"});
+}
+
+TEST_F(QtProgress, TabLeadsToTheButton) {
+  QtPerson person("Importation");
+  hits_.keepOpen(1);
+  person.key(Qt::Key_Tab).key(Qt::Key_Space).key(Qt::Key_Return).pressEscape();
+  work(3);
+  EXPECT_EQ(hits_.lines(), (Lines{"1", "1", "2"}));
+}
+
+TEST_F(QtProgress, TheBarFollowsWhatIsDone) {
+  constexpr struct {
+    int done, total, value, maximum;
+  } kCases[] = {{0, 100, 0, 100},
+                {37, 100, 37, 100},
+                {-5, 100, 0, 100},
+                {200, 100, 100, 100},
+                {7, 0, 0, 0},
+                {7, -1, 0, 0},
+                {2'000'000'000, 2'147'483'647, 2'000'000'000, 2'147'483'647}};
+  for (const auto &row : kCases) {
+    dialog_->setProgress(row.done, row.total);
+    EXPECT_EQ(bar().value(), row.value) << row.done;
+    EXPECT_EQ(bar().maximum(), row.maximum) << row.total;
+  }
+  dialog_->setProgress(1, 4);
+  EXPECT_EQ(bar().text(), QString("25\u00A0%"));
+}
+
+TEST_F(QtProgress, AssistiveSoftwareKnowsWhatTheBarIsOf) {
+  QAccessibleInterface *bar = QAccessible::queryAccessibleInterface(&this->bar());
+  EXPECT_EQ(bar->role(), QAccessible::ProgressBar);
+  EXPECT_EQ(bar->text(QAccessible::Name), QString("Importation"));
+  dialog_->setTitle("Recherche");
+  EXPECT_EQ(bar->text(QAccessible::Name), QString("Recherche"));
+  dialog_->setProgress(3, 4);
+  EXPECT_EQ(bar->valueInterface()->currentValue().toInt(), 3);
+}
+
+TEST_F(QtProgress, ADialogBelowTakesNoInputUntilTheWindowIsGone) {
+  const auto below = qtDesktop().newDialog({200, 200, 600, 500}, nullptr, "Fiche");
+  below->addItem(ItemKind::PushButton, {100, 250, 180, 270}, "OK");
+  below->addItem(ItemKind::PushButton, {200, 250, 280, 270}, "Annuler");
+  const int text = below->addItem(ItemKind::EditText, {20, 20, 120, 35}, "");
+  below->setDefaultItem(1);
+  RecordedHits belowHits;
+  QtPerson person("Fiche");
+  belowHits.on(text, [&] { work(1); });
+  person.type(text, "a");
+  person.act(0, [&](QWidget *) { typeText(widgetOf(below->window()), "xyz"); });
+  person.pressEscape().pressReturn();
+  belowHits.record(*below);
+  person.finish();
+  EXPECT_EQ(hits_.lines(), Lines{"2"});
+  EXPECT_EQ(belowHits.lines(), (Lines{"3 text a", "1"}));
 }
 
 }  // namespace

@@ -27,6 +27,10 @@ class RecordedHits final : public platform::HitHandler {
     dialog_ = &dialog;
     dialog.runModal(*this);
   }
+  void recordStep(platform::Dialog &dialog) {
+    dialog_ = &dialog;
+    dialog.runStep(*this);
+  }
   const std::vector<std::string> &lines() const { return lines_; }
 
   platform::Run hit(int item) override;

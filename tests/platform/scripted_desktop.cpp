@@ -164,6 +164,7 @@ struct ScriptedDesktop::Shown {
   std::vector<int> tabOrder;
   std::vector<std::string> decoration;
   std::string message;  // readable
+  std::string progress;
   int defaultItem = 0;
   std::vector<std::string> writes;
   std::vector<std::string> marks;
@@ -190,6 +191,8 @@ class ScriptedDialog final : public platform::Dialog {
     ++desk_.open_;
   }
   ~ScriptedDialog() override {
+    if (script_ != nullptr && !script_->steps_.empty())
+      unused(inQuotes(script_->steps_.front().description));
     desk_.closeWindow(window_);
     --desk_.open_;
   }
@@ -227,6 +230,12 @@ class ScriptedDialog final : public platform::Dialog {
   }
   void addAlertIcon(const Rect &rect, platform::AlertIcon icon) override {
     shown_->decoration.push_back("alert icon " + printed(rect) + ' ' + nameOf(icon));
+  }
+  void addProgressBar(const Rect &rect) override {
+    shown_->decoration.push_back("progress bar " + printed(rect));
+  }
+  void setProgress(int done, int total) override {
+    shown_->progress = std::to_string(done) + " of " + std::to_string(total);
   }
   void setDefaultItem(int item) override { shown_->defaultItem = item; }
 
@@ -299,6 +308,7 @@ class ScriptedDialog final : public platform::Dialog {
   }
 
   void runModal(platform::HitHandler &handler) override;
+  void runStep(platform::HitHandler &handler) override;
 
   void take(const Template &described) {
     for (const TemplateItem &each : described.items) {
@@ -420,19 +430,24 @@ class ScriptedDialog final : public platform::Dialog {
     ADD_FAILURE() << "dialog " << inQuotes(shown_->title) << " ended before " << what;
   }
 
+  DialogScript *comeUp(platform::HitHandler &handler);
+  void act(DialogScript &script);
+
   ScriptedDesktop &desk_;
   std::shared_ptr<ScriptedDesktop::Shown> shown_;
   WindowRef window_;
   platform::HitHandler *handler_ = nullptr;
+  DialogScript *script_ = nullptr;  // of a run in steps
   std::string step_;
   bool hasStopped_ = false;
 };
 
-void ScriptedDialog::runModal(platform::HitHandler &handler) {
+// The script of this dialog, which comes up; null when none is expected.
+DialogScript *ScriptedDialog::comeUp(platform::HitHandler &handler) {
   ++desk_.dialogsShown_;
   if (desk_.next_ == desk_.expected_.size()) {
     ADD_FAILURE() << "unexpected dialog " << inQuotes(shown_->title);
-    return;
+    return nullptr;
   }
   DialogScript &script = desk_.expected_[desk_.next_++];
   if (script.title_ != shown_->title) {
@@ -445,12 +460,29 @@ void ScriptedDialog::runModal(platform::HitHandler &handler) {
     shown_->at(number).selectAll();  // where the focus is
     break;
   }
-  while (!hasStopped_ && !script.steps_.empty()) {
-    const DialogScript::Step step = std::move(script.steps_.front());
-    script.steps_.pop_front();
-    step_ = step.description;
-    step.act(*this);
-  }
+  return &script;
+}
+
+void ScriptedDialog::act(DialogScript &script) {
+  const DialogScript::Step step = std::move(script.steps_.front());
+  script.steps_.pop_front();
+  step_ = step.description;
+  step.act(*this);
+}
+
+// One step of the script for one of the run; a script that is used up waits.
+void ScriptedDialog::runStep(platform::HitHandler &handler) {
+  if (hasStopped_) return;
+  if (script_ == nullptr) script_ = comeUp(handler);
+  if (script_ != nullptr && !script_->steps_.empty()) act(*script_);
+  if (hasStopped_) desk_.closeWindow(window_);
+}
+
+void ScriptedDialog::runModal(platform::HitHandler &handler) {
+  DialogScript *found = comeUp(handler);
+  if (found == nullptr) return;
+  DialogScript &script = *found;
+  while (!hasStopped_ && !script.steps_.empty()) act(script);
   if (!script.steps_.empty()) return unused(inQuotes(script.steps_.front().description));
   if (!hasStopped_) {
     ADD_FAILURE() << "dialog " << inQuotes(shown_->title) << " is still open after its last step";
@@ -692,6 +724,8 @@ std::unique_ptr<Picture> ScriptedDesktop::loadPicture(const std::string &path) {
 std::string ScriptedDesktop::title() const { return newest_ ? newest_->title : ""; }
 
 std::string ScriptedDesktop::message() const { return newest_ ? newest_->message : ""; }
+
+std::string ScriptedDesktop::progress() const { return newest_ ? newest_->progress : ""; }
 
 std::string ScriptedDesktop::text(int item) const {
   return newest_ && newest_->has(item) ? readable(newest_->at(item).text) : "";

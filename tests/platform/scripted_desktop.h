@@ -118,7 +118,8 @@ class ScriptedDesktop : public platform::Desktop {
 
   // What the newest dialog shows, or showed last.
   std::string title() const;
-  std::string message() const;  // lines ended by carriage returns; empty in any other dialog
+  std::string message() const;   // lines ended by carriage returns; empty in any other dialog
+  std::string progress() const;  // "3 of 10"; empty in any other dialog
   std::string text(int item) const;
   std::string selectedText(int item) const;
   int cursor(int item) const;
