@@ -1,4 +1,5 @@
-/* Message boxes: a question with the buttons "Oui" and "Non", or a note with the button "OK".
+/* Message boxes: a question with the buttons "Oui" and "Non", or a note with the button "OK". And a
+   small window that tells how far a long work is, and can end it.
 
    A box is a movable modal window titled with its caption, in front of everything that the
    application shows, including a data-entry dialog whose callback opens it. It is 400
@@ -60,6 +61,22 @@ KORVEL_API int QuestionDialog(WindowRef owner, char *caption, char *text, int li
 /* Shows a note; as QuestionDialog, but with 14 pixels a line and 62 more.
    Returns KorvelOkAnswer (1). */
 KORVEL_API int NoteDialog(WindowRef owner, char *caption, char *text, int lines, unsigned flags);
+
+/* Tells the person how far a long work is, and whether it is to go on. To be called in the work's
+   own loop, as often as convenient: most calls only look at the clock. Half a second after the
+   first call a small window comes up in front of everything that the application shows, also of a
+   dialog whose callback does the work: a bar, and the button "Annuler", which Escape and the
+   window's close box press. Quick work shows nothing. While the window is up, calls let the
+   application's windows paint themselves, some twenty times a second; its other windows take no
+   keys and no clicks. title: the window's title, CP1252, cut at 255 characters; it may change from
+   call to call. Null or empty: "Veuillez patienter". done: how much is done, never less than in the
+   call before: a call with less begins another work. total: how much there is. Below 1 nobody
+   knows: the bar moves without an end. With done at or above a total of 1 or more the work has
+   ended: the window closes, and the next call begins another work. That call is to be made, too, by
+   an application that leaves its loop earlier, or the window stays. Returns 1 from the moment that
+   the work is cancelled to its end, that call included; the window closes at once. Else returns 0,
+   and always does so without a screen, which standard error says once in a long work. */
+KORVEL_API int KorvelProgress(const char *title, int done, int total);
 
 /* ---- The event filter of the boxes, for applications that keep window records of their own ----
 

@@ -6,6 +6,7 @@
 #include <korvel/messages.h>
 #include <korvel/tables.h>
 
+#include "messages/progress.h"
 #include "tests/dialogs/dialog_fixture.h"
 #include "tests/faults/operations.h"
 #include "tests/tables/tables.h"
@@ -150,6 +151,8 @@ Answer ran(int result) {
 }
 
 void expectMessage() { desktop().expectDialog("Titre").pressReturn(); }
+
+void expectProgress() { desktop().expectDialog("Titre").pressEscape(); }
 
 // The chooser of an application that finds a practitioner by initials.
 void expectChooser() {
@@ -523,6 +526,16 @@ constexpr Operation kDialogs[] = {
        return Answer{NoteDialog(nullptr, title, text, 1, KorvelStopIcon)};
      },
      "1", nullptr, kUsedUp},
+    {"KorvelProgress", describe, [] { return Answer{KorvelProgress("Titre", 1, 2)}; }, "0",
+     nullptr},
+    {"KorvelProgress, a long work", expectProgress,
+     [] {
+       messages::isCancelledIn("Titre", 0, 9, [] { return 0LL; });
+       const bool isCancelled = messages::isCancelledIn("Titre", 1, 9, [] { return 1000LL; });
+       KorvelProgress("Titre", 9, 9);
+       return Answer{isCancelled};
+     },
+     "1", "0", kUsedUp},
     {"MessageBoxFilter", nullptr,
      [] {
        EventRecord event = {KorvelKeyEvent, KorvelReturnKey, nullptr, nullptr};

@@ -469,6 +469,7 @@ std::vector<Call> dialogs() {
       with<Window, Text, Text, Number>(MessageBox),
       with<Window, Text, Text, Number, Number>(QuestionDialog),
       with<Window, Text, Text, Number, Number>(NoteDialog),
+      with<Text, Number, Number>(KorvelProgress),
       with<Dialog, Place<EventRecord>, Place<int>>(MessageBoxFilter),
   };
 }

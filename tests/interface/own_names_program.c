@@ -418,6 +418,7 @@ static void playMessages(void) {
   TELL(MessageBox, 0, "Fait", "", KorvelNoteIcon);
   TELL(QuestionDialog, 0, caption, text, 1, KorvelDefaultNon);
   TELL(NoteDialog, 0, caption, text, 1, KorvelStopIcon);
+  TELL(KorvelProgress, caption, 1, 2);
   TELL(MessageBoxFilter, 0, &event, &hit);
   told("hit", hit);
 }
