@@ -1,12 +1,17 @@
 /* message_host box [<flags> <caption> <text>]...: an application that shows one message after
    another, and writes "result <n>" for each. Texts are CP1252, flags as in C.
    message_host lines <lines> <caption> <text>: the same for one NoteDialog.
-   message_host dialog: a data-entry dialog whose fields ask when they are edited, and that asks
+   message_host work <title> <steps>: a work of so many steps of ten milliseconds; "cancelled <n>"
+   or "done <n>" after n of them.
+   message_host dialog: a data-entry dialog whose fields ask when they are edited, or do a long work
+   after a "?", and that asks
    before it ends; "edited <answer>", "final <answer>", then "result <n> text <text>". Where the
    dialog's port is not the current one after an answer, "port lost <answer>" comes in between. */
+#define _POSIX_C_SOURCE 200809L
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
+#include <time.h>
 
 #include <korvel/korvel.h>
 
@@ -29,9 +34,16 @@ static void showBoxes(char **argument) {
     say("result", MessageBox(0, argument[2], argument[1], (unsigned)strtoul(argument[0], 0, 0)));
 }
 
+static void work(const char *title, int steps) {
+  const struct timespec step = {0, 10000000};
+  int done = 0;
+  for (; done < steps && !KorvelProgress(title, done, steps); done++) nanosleep(&step, 0);
+  say(KorvelProgress(title, steps, steps) ? "cancelled" : "done", done);
+}
+
 static int lastEdit = 0; /* the last answer at an edit */
 
-/* Asks at an "!" in the text. */
+/* Asks at an "!" in the text, works at a "?". */
 static int askAtEdit(int item, int t, int t0, char **texts, int tn, int b, int b0, int *bools,
                      int bn, int in, int i0, int *ints, int intn, int n, int n0, double *nums,
                      int nn, int d, int d0, int *dates, int dn, int *redisplay, int capacity) {
@@ -41,6 +53,7 @@ static int askAtEdit(int item, int t, int t0, char **texts, int tn, int b, int b
   size_t length = strlen(texts[0]);
   if (length > 0 && texts[0][length - 1] == '!')
     lastEdit = say("edited", MessageBox(0, "Vraiment ?", "Saisie", 0x10));
+  if (length > 0 && texts[0][length - 1] == '?') work("Recherche", 2000);
   return 0;
 }
 
@@ -72,6 +85,7 @@ int main(int argc, char **argv) {
   const char *scenario = argc > 1 ? argv[1] : "";
   if (strcmp(scenario, "box") == 0) showBoxes(argv + 2);
   if (strcmp(scenario, "dialog") == 0) showDialog();
+  if (strcmp(scenario, "work") == 0 && argc > 3) work(argv[2], atoi(argv[3]));
   if (strcmp(scenario, "lines") == 0 && argc > 4)
     say("result", NoteDialog(0, argv[3], argv[4], atoi(argv[2]), 0x02));
   return 0;

@@ -277,5 +277,61 @@ TEST(Message, TextsOfAnyKindAreTaken) {
   EXPECT_EQ(host.ended(), (Lines{"result 1", "result 1", "result 1"}));
 }
 
+// ---- The window of a long work ----
+
+// Whether the work was cancelled before its end, and where.
+bool wasCancelled(const Lines &lines) {
+  return lines.size() == 1 && lines[0].starts_with("cancelled ");
+}
+
+TEST(Work, ThatIsQuickShowsNothing) {
+  MessageHost host({"work", "Importation", "10"});
+  EXPECT_EQ(host.ended(), Lines{"done 10"});
+}
+
+TEST(Work, IsShownAndCancelledInEachWay) {
+  const struct {
+    const char *name;
+    void (*cancel)();
+  } cases[] = {{"Escape", [] { press("Escape"); }},
+               {"Tab and space", [] { press("Tab space"); }},
+               {"the button",
+                [] {
+                  click({300, 60});
+                }},
+               {"the close box", [] { closeWindow(); }}};
+  for (const auto &row : cases) {
+    MessageHost host({"work", "Importation", "2000"});
+    ASSERT_TRUE(waitForWindow("Importation")) << activeWindow();
+    const Content content = activeContent();
+    EXPECT_EQ(content.width, 360);
+    EXPECT_EQ(content.height, 82);
+    EXPECT_NEAR(content.corner.x, (kScreenWidth - 360) / 2, 1);
+    row.cancel();
+    EXPECT_TRUE(wasCancelled(host.ended())) << row.name;
+  }
+}
+
+// What is typed meanwhile goes nowhere, and the dialog below goes on where it was.
+TEST(Work, OfACallbackIsInFrontOfItsDialog) {
+  MessageHost host({"dialog"});
+  ASSERT_TRUE(waitForWindow("Fiche")) << activeWindow();
+  write("a?");
+  ASSERT_TRUE(waitForWindow("Recherche")) << activeWindow();
+  write("xy z");
+  press("Return space");
+  click({100, 200});
+  press("Escape");
+  ASSERT_TRUE(waitForWindow("Fiche")) << activeWindow();
+  write("b");
+  press("Return");
+  ASSERT_TRUE(waitForWindow("Fin")) << activeWindow();
+  press("Left Return");
+  const Lines lines = host.ended();
+  ASSERT_EQ(lines.size(), 3u);
+  EXPECT_TRUE(wasCancelled({lines[0]}));
+  EXPECT_EQ(lines[2], "result 1 text a?b");
+}
+
 }  // namespace
 }  // namespace korvel::test

@@ -521,6 +521,19 @@ TEST_F(QtProgress, TheBarFollowsWhatIsDone) {
   EXPECT_EQ(bar().text(), QString("25\u00A0%"));
 }
 
+TEST_F(QtProgress, WithoutATotalTheBarMovesByItself) {
+  dialog_->setProgress(0, 0);
+  hits_.recordStep(*dialog_);
+  const QImage first = bar().grab().toImage();
+  int waits = 0;
+  while (waits < 5000 && bar().grab().toImage() == first) {
+    hits_.recordStep(*dialog_);
+    QTest::qSleep(1);
+    ++waits;
+  }
+  EXPECT_LT(waits, 5000);
+}
+
 TEST_F(QtProgress, AssistiveSoftwareKnowsWhatTheBarIsOf) {
   QAccessibleInterface *bar = QAccessible::queryAccessibleInterface(&this->bar());
   EXPECT_EQ(bar->role(), QAccessible::ProgressBar);
