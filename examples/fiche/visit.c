@@ -50,9 +50,6 @@ static const struct {
 static Record *edited;
 static Settings settings;
 
-/* The dialog's window, once it has shown the note; it is then kept up to date. */
-static WindowRef noteWindow;
-
 /* ---- What was entered ---- */
 
 static void addAct(Visit *visit, int i) {
@@ -80,22 +77,13 @@ static Visit enteredVisit(void) {
 
 /* ---- The note ---- */
 
-static void showNote(void) {
+/* While a dialog is up its port is the current one. */
+static void showNote(Form *form) {
   const Visit visit = enteredVisit();
-  if (noteWindow)
-    drawNote(GetWindowPort(noteWindow), Dlg_CoefX(kNote), Dlg_CoefY(kTop) + 4, &visit, edited,
-             &settings);
-}
-
-static int showNoteIn(WindowRef window) {
-  noteWindow = window;
-  showNote();
-  return 0;
-}
-
-static void keepUpToDate(Form *form) {
+  CGrafPtr port = NULL;
   (void)form;
-  showNote();
+  GetPort(&port);
+  drawNote(port, Dlg_CoefX(kNote), Dlg_CoefY(kTop) + 4, &visit, edited, &settings);
 }
 
 static int notePath(const Visit *visit, char *path, int size) {
@@ -173,22 +161,19 @@ static void defineEnd(void) {
 
 static void defineDialog(void) {
   const FormFields fields = {kTexts, kInts, kNums, kDates, kBools, kPushes};
-  formBegin(kWidth, kHeight, fields, "Enregistrer", "Annuler", keepUpToDate, keepEntered);
+  formBegin(kWidth, kHeight, fields, "Enregistrer", "Annuler", showNote, keepEntered);
   defineVisit();
   defineExamination();
   defineEnd();
   formPush(kApercu, "Aperçu", kFields - 60, formLine(kActsY, kBools) + 10, 52, kRankApercu);
-  PushDlgBox_set_fvalid(kApercu, showNoteIn);
 }
 
 void enterVisit(Record *record) {
   char title[200], name[140];
   edited = record;
-  noteWindow = NULL;
   readSettings(&settings);
   fullName(record, name, sizeof name);
   snprintf(title, sizeof title, french("%s\u00A0: %s"), kCaption, name);
   defineDialog();
   if (formRun(title)) tell(kCaption, "La note de %s est dans le dossier des notes.", name);
-  noteWindow = NULL;
 }
