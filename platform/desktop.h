@@ -143,6 +143,10 @@ class Dialog {
   // Says that three edit-text items are the parts of one date, for screen readers.
   virtual void setDateParts(int day, int month, int year) = 0;
 
+  // The name by which screen readers tell an item; without one, they tell the text nearby. The
+  // parts of a date are named by the day's name.
+  virtual void setName(int item, std::string_view name) = 0;
+
   // Shows the window and blocks the application's other windows; the first edit-text item in the
   // order of the Tab key has the focus, with all of its text selected. Calls `handler` once per hit
   // until it answers Stop. Returns also when the desktop goes down.

@@ -1,37 +1,32 @@
 // For platform/qt/: the names by which the fields of a dialog are read out.
 //
-// A field is named by the static text that a person takes for its label: on its left, above it, or,
-// for a later field of a row, on the left of that row.
+// A field is named by the application, or by the static text that a person takes for its label: on
+// its left, above it, or, for a later field of a row, on the left of that row. Without one it has
+// the heading of its column, or the title of the group box around it.
 #ifndef KORVEL_PLATFORM_QT_FIELDNAMES_H
 #define KORVEL_PLATFORM_QT_FIELDNAMES_H
 
+#include <unordered_map>
 #include <vector>
 
-#include <QRect>
 #include <QString>
 
 class QWidget;
 
 namespace korvel::platform::qt {
 
-struct Label {
-  QRect place;
-  QString text;
-};
-
-// The label of `field` among the labels and fields of one window; null when it has none.
-const Label *labelOf(const QRect &field, const std::vector<Label> &labels,
-                     const std::vector<QRect> &fields);
-
 struct DateFields {
   QWidget *day, *month, *year;
 };
 
-// Names every field (edit text, pop-up or list) that has no name yet: after the label whose buddy
-// it is, else after the label nearby. The parts of a date share the day's label, and each adds
-// which part it is.
+// By the application.
+using FieldNames = std::unordered_map<const QWidget *, QString>;
+
+// Names every field (edit text, pop-up or list): as it is given, else as its form names it, else
+// after the label whose buddy it is, else after what is nearest. The parts of a date share the
+// day's name, and each adds which part it is.
 void nameFields(QWidget &window, const std::vector<QWidget *> &fields,
-                const std::vector<DateFields> &dates);
+                const std::vector<DateFields> &dates, const FieldNames &given);
 
 }  // namespace korvel::platform::qt
 

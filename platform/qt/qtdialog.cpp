@@ -18,7 +18,6 @@
 #include "platform/qt/buttonitem.h"
 #include "platform/qt/decoration.h"
 #include "platform/qt/fieldaccess.h"
-#include "platform/qt/fieldnames.h"
 #include "platform/qt/formloader.h"
 #include "platform/qt/listitem.h"
 #include "platform/qt/popupitem.h"
@@ -259,6 +258,17 @@ void QtDialog::setAcceptable(int item, bool acceptable) {
 
 void QtDialog::setDateParts(int day, int month, int year) { dates_.push_back({day, month, year}); }
 
+// Fields are named when the dialog is complete.
+void QtDialog::setName(int item, std::string_view name) {
+  Item *found = find(item);
+  if (found == nullptr) return;
+  if (isField(*found)) {
+    names_[found->widget()] = toQt(name);
+  } else {
+    found->widget()->setAccessibleName(toQt(name));
+  }
+}
+
 QWidget *QtDialog::fieldWidget(int item) const {
   Item *found = find(item);
   return found != nullptr && isField(*found) ? found->widget() : nullptr;
@@ -271,7 +281,7 @@ void QtDialog::giveNames() {
   std::vector<DateFields> dates;
   for (const DateItems &date : dates_)
     dates.push_back({fieldWidget(date.day), fieldWidget(date.month), fieldWidget(date.year)});
-  nameFields(window_, fields, dates);
+  nameFields(window_, fields, dates, names_);
 }
 
 Item *QtDialog::firstEnabled(ItemKind kind) const {

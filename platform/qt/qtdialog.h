@@ -11,6 +11,7 @@
 #include "platform/desktop.h"
 #include "platform/qt/appearance.h"
 #include "platform/qt/dialogwindow.h"
+#include "platform/qt/fieldnames.h"
 #include "platform/qt/item.h"
 #include "platform/qt/messagepane.h"
 #include "platform/qt/progressbar.h"
@@ -50,6 +51,7 @@ class QtDialog final : public Dialog, private HitSink {
   void setEnabled(int item, bool enabled) override;
   void setAcceptable(int item, bool acceptable) override;
   void setDateParts(int day, int month, int year) override;
+  void setName(int item, std::string_view name) override;
   void runModal(HitHandler &handler) override;
   void runStep(HitHandler &handler) override;
 
@@ -94,6 +96,7 @@ class QtDialog final : public Dialog, private HitSink {
   MessagePane *message_ = nullptr;  // of a message box; belongs to the window
   ProgressBar *bar_ = nullptr;      // of a work that goes on; belongs to the window
   std::vector<DateItems> dates_;
+  FieldNames names_;
 
   HitHandler *handler_ = nullptr;  // while running
   QEventLoop *loop_ = nullptr;

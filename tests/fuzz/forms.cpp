@@ -58,6 +58,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
   if (dialog == nullptr) return 0;
   for (int item = 0; item <= kItems; ++item) use(*dialog, item);
   dialog->setDateParts(3, 4, 5);
+  for (int item = 0; item <= kItems; ++item) dialog->setName(item, "Nom");
   paint();
   return 0;
 }

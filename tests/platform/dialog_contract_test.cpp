@@ -264,6 +264,14 @@ TEST_F(DialogContract, ThePartsOfADateAreItemsLikeOthers) {
   EXPECT_EQ(run(), (Lines{"5 text 20039", "2"}));
 }
 
+TEST_F(DialogContract, NamingAnItemChangesNothingElse) {
+  const int text = addText("abc");
+  const int list = addEntries(ItemKind::ListBox, {"a", "b"});
+  for (const int item : {text, list, kOkItem, 0, -1, 99}) dialog_->setName(item, "Pr\xE9nom");
+  person().moveTo(text, 3).type(text, "d").clickRow(list, 1).press(kOkItem);
+  EXPECT_EQ(run(), (Lines{"3 text abcd", "4 row 1 b", "1"}));
+}
+
 // ---- Buttons ----
 
 TEST_F(DialogContract, APressedButtonIsAHit) {

@@ -299,6 +299,69 @@ TEST_F(QtNames, ThePartsOfADateSayWhichTheyAre) {
                {kOkItem, "OK"}});
 }
 
+TEST_F(QtNames, AFieldWithoutATextIsNamedByItsGroup) {
+  dialog_->addGroupBox({10, 10, 590, 340}, "Dossier");
+  dialog_->addGroupBox({20, 20, 290, 200}, "Adresse :");
+  dialog_->addGroupBox({300, 20, 580, 200}, "");
+  const int street = addField({40, 40, 170, 55});
+  const int other = addField({320, 40, 450, 55});
+  const int outside = addField({40, 345, 170, 355});
+  expectNames({{street, "Adresse"}, {other, "Dossier"}, {outside, ""}});
+}
+
+TEST_F(QtNames, ATextInsideAGroupNamesNothingOutside) {
+  dialog_->addGroupBox({20, 20, 200, 100}, "Identit\xE9");
+  dialog_->addStaticText({30, 45, 80, 60}, "Nom");
+  dialog_->addStaticText({30, 80, 80, 95}, "Note");
+  dialog_->addGroupBox({210, 20, 400, 100}, "Adresse");
+  const int street = addField({220, 45, 330, 60});
+  const int below = addField({30, 103, 130, 118});
+  expectNames({{street, "Adresse"}, {below, ""}});
+}
+
+TEST_F(QtNames, ATextInTheGroupComesBeforeItsTitle) {
+  dialog_->addGroupBox({20, 10, 290, 200}, "Adresse");
+  dialog_->addStaticText({30, 45, 80, 60}, "Rue");
+  const int street = addField({100, 45, 250, 60});
+  expectNames({{street, "Rue"}});
+}
+
+TEST_F(QtNames, FieldsUnderEachOtherShareTheirHeading) {
+  dialog_->addStaticText({10, 5, 100, 18}, "Dossier");
+  dialog_->addGroupBox({20, 20, 290, 300}, "Patient");
+  dialog_->addStaticText({40, 40, 170, 55}, "Adresse");
+  dialog_->addStaticText({40, 130, 80, 145}, "Ville");
+  const int first = addField({40, 60, 170, 75});
+  const int second = addField({40, 80, 170, 95});
+  const int third = addField({40, 100, 170, 115});
+  const int town = addField({90, 130, 170, 145});
+  const int last = addField({40, 180, 80, 195});
+  expectNames({{first, "Adresse"},
+               {second, "Adresse"},
+               {third, "Adresse"},
+               {town, "Ville"},
+               {last, "Adresse"}});
+}
+
+TEST_F(QtNames, TheApplicationNamesAFieldBeforeAllElse) {
+  dialog_->addStaticText({20, 20, 60, 35}, "Nom");
+  const int name = addField({70, 20, 170, 35});
+  widget(name).setAccessibleName("Patronyme");
+  const int day = addField({70, 50, 90, 65});
+  const int month = addField({100, 50, 120, 65});
+  const int year = addField({130, 50, 170, 65});
+  dialog_->setDateParts(day, month, year);
+  const int box = dialog_->addItem(ItemKind::CheckBox, {20, 80, 100, 92}, "");
+  dialog_->setName(name, "Nom d'usage");
+  for (const int part : {day, month, year}) dialog_->setName(part, "N\xE9(e) le");
+  dialog_->setName(box, "Fumeur");
+  expectNames({{name, "Nom d'usage"},
+               {day, "Né(e) le : jour"},
+               {month, "Né(e) le : mois"},
+               {year, "Né(e) le : année"},
+               {box, "Fumeur"}});
+}
+
 TEST_F(QtNames, AFieldFarFromEveryTextHasNoName) {
   dialog_->addStaticText({20, 20, 60, 35}, "Nom");
   dialog_->addStaticText({300, 120, 360, 135}, "plus loin");

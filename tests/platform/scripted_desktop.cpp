@@ -109,6 +109,7 @@ struct Item {
   bool isEnabled = true;
   bool isAcceptable = true;
   std::string part;  // of a date
+  std::string name;  // given by the program; readable
   int value = 0;
   std::vector<std::u16string> entries;
   platform::ListClick lastClick;
@@ -305,6 +306,9 @@ class ScriptedDialog final : public platform::Dialog {
     if (is(day, ItemKind::EditText)) shown_->at(day).part = "day";
     if (is(month, ItemKind::EditText)) shown_->at(month).part = "month";
     if (is(year, ItemKind::EditText)) shown_->at(year).part = "year";
+  }
+  void setName(int item, std::string_view name) override {
+    if (shown_->has(item)) shown_->at(item).name = readable(name);
   }
 
   void runModal(platform::HitHandler &handler) override;
@@ -752,6 +756,10 @@ bool ScriptedDesktop::isEnabled(int item) const {
 
 bool ScriptedDesktop::isAcceptable(int item) const {
   return newest_ && newest_->has(item) && newest_->at(item).isAcceptable;
+}
+
+std::string ScriptedDesktop::name(int item) const {
+  return newest_->has(item) ? newest_->at(item).name : std::string();
 }
 
 std::string ScriptedDesktop::datePart(int item) const {

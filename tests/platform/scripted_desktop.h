@@ -127,6 +127,7 @@ class ScriptedDesktop : public platform::Desktop {
   bool isEnabled(int item) const;
   bool isSecret(int item) const;
   bool isAcceptable(int item) const;
+  std::string name(int item) const;      // given by the program; else empty
   std::string datePart(int item) const;  // "day", "month" or "year"; else empty
   std::vector<std::string> entries(int item) const;
   // Its window, decoration and items as lines, for example `3 edit text (20,17)-(120,32)`.

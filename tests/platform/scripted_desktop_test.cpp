@@ -413,6 +413,10 @@ TEST(ScriptedDesktop, RecordsMarksAndTheItemsOfDates) {
   shown.dialog->setDateParts(kOkItem, kEdit, 99);
   EXPECT_EQ(desk.datePart(kOkItem), "");
   EXPECT_EQ(desk.datePart(kEdit), "month");
+  for (const int item : {kEdit, kOkItem, 0, 99}) shown.dialog->setName(item, "Pr\xE9nom");
+  EXPECT_EQ(desk.name(kEdit), "Prénom");
+  EXPECT_EQ(desk.name(kOkItem), "Prénom");
+  EXPECT_EQ(desk.name(kCancelItem) + desk.name(99), "");
   shown.dialog.reset();
   desk.finish();
 }
