@@ -5,6 +5,7 @@
 #include <cstdint>
 
 #include "base/views.h"
+#include "dialogs/names.h"
 #include "dialogs/numbering.h"
 #include "messages/box.h"
 #include "strings/copy.h"
@@ -62,6 +63,7 @@ int callFinal(WindowRef window) {
 void endDefinition() {
   for (const FieldType *type : kFieldTypes) *type->use.inUse = 0;
   SDB = HDB = 0;
+  forgetNames();
   DlgBoxGlobal_fonct = inSlot<DlgBoxGlobal_t>(DlgBoxGlobal_nul);
   DlgBoxFinal_fonct = inSlot<DlgBoxFinal_t>(DlgBoxFinal_nul);
 }

@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <iterator>
 
+#include "dialogs/names.h"
+
 namespace korvel::dialogs {
 
 namespace {
@@ -33,6 +35,7 @@ bool define(const FieldType &type, int n, int firstItem) {
   *type.use.count = n;
   if (type.use.firstItem != nullptr) *type.use.firstItem = firstItem;
   for (int i = 0; i < n; ++i) clearField(type, i);
+  forgetNames(type);
   return true;
 }
 

@@ -6,6 +6,7 @@
 #include <pthread.h>
 
 #include "dialogs/marks.h"
+#include "dialogs/names.h"
 #include "dialogs/numbering.h"
 #include "dialogs/screen.h"
 #include "dialogs/stored_text.h"
@@ -73,6 +74,7 @@ class RunningDialog final : public platform::HitHandler {
 void RunningDialog::fill() {
   if (HDB != 0) screen_.setTitle(boundedText(HDB_szHeader));
   forEachField([this](const FieldType &type, int i) { fillField(type, i); });
+  showNames(screen_);
   followValidity();
 }
 

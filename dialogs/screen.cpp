@@ -135,6 +135,10 @@ bool Screen::wasDoubleClicked(int item) const {
   return is(item, ItemKind::ListBox) && dialog_.lastClick(item).isDouble;
 }
 
+void Screen::setName(int item, std::string_view name) {
+  dialog_.setName(item, strings::toMac(name));
+}
+
 void Screen::enableOk(bool enabled) {
   const Ok wanted = enabled ? Ok::Enabled : Ok::Disabled;
   if (ok_ == wanted) return;

@@ -49,6 +49,7 @@ class Screen {
 
   void enableOk(bool enabled);
   void setAcceptable(int item, bool acceptable) { dialog_.setAcceptable(item, acceptable); }
+  void setName(int item, std::string_view name);
   void setDateParts(int day) { dialog_.setDateParts(day, day + 1, day + 2); }
 
  private:

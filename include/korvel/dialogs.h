@@ -486,6 +486,20 @@ KORVEL_API int StaticDlgBox_set_geo(int i, int x, int y, int cx, int cy);
    in 2 * cx by 2 * cy pixels. */
 KORVEL_API int StaticDlgBox_set_type(int i, int type);
 
+/* ---- Names for screen readers ---- */
+
+/* Names a field for screen readers, in dialogs that are built and in templates, where the screen
+   does not: without a name a field is told by the text beside or above it, else by the title of the
+   group box around it. The three parts of a date are told as the name with "jour", "mois" and
+   "année". Nothing that is seen changes.
+   identifier: of a field in use, any of the three for a date; of two fields with one identifier the
+   first in the order text, check box, integer, number, date, push button is named. text: of any
+   length; empty takes the name back. Named again, a field has the last name. A name lasts until the
+   run has ended or the type's _param is called again.
+   Returns 1; 0, with nothing changed, for an identifier that no field in use has, for null, while a
+   dialog runs and without memory. */
+KORVEL_API int KorvelItemName(int identifier, const char *text);
+
 /* ---- Title, size, background and the button pair ---- */
 
 /* These settings, unlike the field types, stay in force for later dialogs; of them only the flag

@@ -7,6 +7,7 @@ namespace {
 
 constexpr char kName[] = "text Nom";
 constexpr char kSecret[] = "password text Secret";
+constexpr char kList[] = "list Préférence";
 constexpr char kOkField[] = "push button OK";
 constexpr char kMarked[] = "À compléter ou à corriger";
 
@@ -34,9 +35,9 @@ TEST_F(Accessibility, EveryFieldIsListedByRoleAndName) {
             (Lines{"check box Coché & vu", "push button OK", "push button Annuler", "text Nom",
                    "password text Secret", "text Entiers", "password text Entiers", "text Nombre",
                    "text Date : jour", "text Date : mois", "text Date : année", "combo box Choix",
-                   "list ", "push button Action"}));
+                   kList, "push button Action"}));
   EXPECT_EQ(reader_.rows("combo box Choix"), (Lines{"Madame", "Maître", "Noël", "Même", "Naïf"}));
-  EXPECT_EQ(reader_.rows("list "), (Lines{"Féminin", "Masculin", "Chloë"}));
+  EXPECT_EQ(reader_.rows(kList), (Lines{"Féminin", "Masculin", "Chloë"}));
   press("Escape");
   EXPECT_TRUE(host_.endedWith({"result 0"}));
 }
@@ -73,7 +74,7 @@ TEST_F(Accessibility, FieldsAreChangedAndTheEntryIsAccepted) {
     EXPECT_TRUE(reader_.setText(field, text)) << field;
     EXPECT_TRUE(shows(field, text)) << field;
   }
-  EXPECT_TRUE(reader_.actOnRow("list ", "Chloë", "Toggle"));
+  EXPECT_TRUE(reader_.actOnRow(kList, "Chloë", "Toggle"));
   EXPECT_TRUE(reader_.act("check box Coché & vu", "Toggle"));
   EXPECT_TRUE(reader_.waitUntil([this] { return reader_.isChecked("check box Coché & vu"); }));
   EXPECT_TRUE(reader_.act("push button Action", "Press"));

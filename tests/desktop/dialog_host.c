@@ -107,6 +107,9 @@ static void defineFields(void) {
   TexteDlgBox_change_liste(kList);
   TexteDlgBox_set(kList, "");
   TexteDlgBox_mandatory(kList, 0);
+  KorvelItemName(100 + kList,
+                 "Pr\xE9"
+                 "f\xE9rence");                                  /* no text stands beside it */
   BoolDlgBox_set_geo(0, "Coch\xE9 & vu", kX, 148, 80, kLine, 8); /* item 13 */
   PushDlgBox_set_geo(0, "Action", kX, 164, 60, 15, 9);           /* item 14 */
   PushDlgBox_set_fvalid(0, action);

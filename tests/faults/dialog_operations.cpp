@@ -91,6 +91,8 @@ void describeAs(bool isDrawn) {
   NumDlgBox_set(1, 2.5, KorvelAnyValue);
   NumDlgBox_mandatory(1, 0);
   DateDlgBox_set(0, 20000229, KorvelCalendarDate);
+  KorvelItemName(101, "Mot de passe");
+  KorvelItemName(400, "N\xE9(e) le");
   DlgBoxGlobal_set(changeOthers);
   TexteDlgBox_set_geo(kName, 60, 8, 100, 12, rank(0));
   TexteDlgBox_set_geo(kSecret, 60, 24, 100, 12, rank(1));
@@ -389,6 +391,8 @@ constexpr Operation kDialogs[] = {
        return Answer{StaticDlgBox_set_type(0, KorvelIcon), SDB_type[0]};
      },
      "0", nullptr},
+    {"KorvelItemName", describe, [] { return Answer{KorvelItemName(400, "Visite")}; }, "0",
+     nullptr},
     {"TitreDlgBox_set", describe,
      [] {
        return Answer{TitreDlgBox_set("Fiche"), HDB_szHeader};

@@ -430,6 +430,7 @@ std::vector<Call> dialogs() {
       with<Number, Text>(StaticDlgBox_set),
       with<Number, Number, Number, Number, Number>(StaticDlgBox_set_geo),
       with<Number, Number>(StaticDlgBox_set_type),
+      with<Number, Text>(KorvelItemName),
       with<Text>(TitreDlgBox_set),
       with<Room>(TitreDlgBox_retrieve),
       with<Number, Number>(TailleDlgBox_set),

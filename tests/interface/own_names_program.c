@@ -476,6 +476,7 @@ static void define(void) {
   LIB(StaticDlgBox_set)(0, "Nom");
   LIB(StaticDlgBox_set_geo)(0, 8, 8, 48, 12);
   LIB(StaticDlgBox_set_type)(0, KorvelStaticText);
+  told("named", LIB(KorvelItemName)(100, "Nom") + LIB(KorvelItemName)(400, "Visite"));
   LIB(TailleDlgBox_set)(200, 200);
   LIB(ColorDlgBox_bkg)(grey);
   LIB(BOKDlgBox_textes)("Valider", "Annuler");

@@ -1,0 +1,82 @@
+// Names of fields for screen readers, where no text stands beside a field. They are kept here, not
+// in an exported table: they concern one run.
+#include "dialogs/names.h"
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "base/guard.h"
+#include "dialogs/numbering.h"
+#include "dialogs/run.h"
+#include "dialogs/screen.h"
+
+namespace korvel::dialogs {
+
+namespace {
+
+struct Name {
+  const FieldType *type;
+  int index;
+  std::string text;
+};
+
+// Null while no field has a name.
+constinit std::vector<Name> *names = nullptr;
+
+void forget(const FieldType &type, int i) noexcept {
+  if (names == nullptr) return;
+  std::erase_if(*names, [&](const Name &name) { return name.type == &type && name.index == i; });
+}
+
+void keep(const FieldType &type, int i, std::string_view text) {
+  Name name{&type, i, std::string(text)};
+  if (names == nullptr) names = new std::vector<Name>;
+  names->reserve(names->size() + 1);
+  forget(type, i);
+  if (!text.empty()) names->push_back(std::move(name));
+}
+
+bool nameField(int identifier, std::string_view text) {
+  if (runningScreen() != nullptr) return false;
+  for (const FieldType *type : kFieldTypes) {
+    const auto i = fieldOf(*type, identifier);
+    if (!i) continue;
+    keep(*type, *i, text);
+    return true;
+  }
+  return false;
+}
+
+void show(Screen &screen, const Name &name) {
+  const int first = itemOf(*name.type, name.index);
+  for (int item = first; item < first + name.type->itemsPerField; ++item)
+    screen.setName(item, name.text);
+}
+
+}  // namespace
+
+void showNames(Screen &screen) {
+  if (names == nullptr) return;
+  for (const Name &name : *names)
+    if (isInUse(*name.type, name.index)) show(screen, name);
+}
+
+void forgetNames() {
+  delete names;
+  names = nullptr;
+}
+
+void forgetNames(const FieldType &type) noexcept {
+  if (names == nullptr) return;
+  std::erase_if(*names, [&](const Name &name) { return name.type == &type; });
+}
+
+}  // namespace korvel::dialogs
+
+using namespace korvel::dialogs;
+
+int KorvelItemName(int identifier, const char *text) {
+  const auto name = [=] { return nameField(identifier, text); };
+  return text != nullptr && korvel::base::guarded(false, name) ? 1 : 0;
+}
