@@ -4,6 +4,7 @@
 
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "base/guard.h"
@@ -24,25 +25,12 @@ struct Name {
 // Null while no field has a name.
 constinit std::vector<Name> *names = nullptr;
 
-void forget(const FieldType &type, int i) noexcept {
-  if (names == nullptr) return;
-  std::erase_if(*names, [&](const Name &name) { return name.type == &type && name.index == i; });
-}
-
-void keep(const FieldType &type, int i, std::string_view text) {
-  Name name{&type, i, std::string(text)};
-  if (names == nullptr) names = new std::vector<Name>;
-  names->reserve(names->size() + 1);
-  forget(type, i);
-  if (!text.empty()) names->push_back(std::move(name));
-}
-
-bool nameField(int identifier, std::string_view text) {
+bool nameIdentified(int identifier, std::string_view text) {
   if (runningScreen() != nullptr) return false;
   for (const FieldType *type : kFieldTypes) {
     const auto i = fieldOf(*type, identifier);
     if (!i) continue;
-    keep(*type, *i, text);
+    nameField(*type, *i, text);
     return true;
   }
   return false;
@@ -55,6 +43,14 @@ void show(Screen &screen, const Name &name) {
 }
 
 }  // namespace
+
+void nameField(const FieldType &type, int i, std::string_view name) {
+  Name given{&type, i, std::string(name)};
+  if (names == nullptr) names = new std::vector<Name>;
+  names->reserve(names->size() + 1);
+  std::erase_if(*names, [&](const Name &each) { return each.type == &type && each.index == i; });
+  if (!name.empty()) names->push_back(std::move(given));
+}
 
 void showNames(Screen &screen) {
   if (names == nullptr) return;
@@ -77,6 +73,6 @@ void forgetNames(const FieldType &type) noexcept {
 using namespace korvel::dialogs;
 
 int KorvelItemName(int identifier, const char *text) {
-  const auto name = [=] { return nameField(identifier, text); };
+  const auto name = [=] { return nameIdentified(identifier, text); };
   return text != nullptr && korvel::base::guarded(false, name) ? 1 : 0;
 }

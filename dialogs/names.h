@@ -2,11 +2,16 @@
 #ifndef KORVEL_DIALOGS_NAMES_H
 #define KORVEL_DIALOGS_NAMES_H
 
+#include <string_view>
+
 #include "dialogs/field_type.h"
 
 namespace korvel::dialogs {
 
 class Screen;
+
+// Names field i, in place of the name that it had; an empty name takes that back.
+void nameField(const FieldType &type, int i, std::string_view name);
 
 // Gives the names to the items of a dialog that is being filled.
 void showNames(Screen &screen);

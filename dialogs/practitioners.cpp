@@ -8,7 +8,9 @@
 
 #include <korvel/dialogs.h>
 
+#include "base/guard.h"
 #include "dialogs/build.h"
+#include "dialogs/names.h"
 #include "dialogs/run.h"
 #include "dialogs/static_texts.h"
 #include "dialogs/text_fields.h"
@@ -86,6 +88,7 @@ void defineDialog() {
   turnPopUpOrList(kNames);
   useChoices(kNames, listText);
   place(kTextFields, kNames, 56, 10, 120, 150, 2);
+  base::asFarAsMemoryAllows([] { nameField(kTextFields, kNames, "Praticiens"); });
   DlgBoxGlobal_fonct = korvel_narrowNames;
 }
 

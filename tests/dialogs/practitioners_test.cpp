@@ -93,6 +93,17 @@ TEST_F(Practitioners, TheDialogIsLaidOut) {
             "static text (20,14)-(88,29) \"Initiales :\"\n");
 }
 
+TEST_F(Practitioners, TheListIsNamedForScreenReaders) {
+  write({"ABC,Dr Abc"});
+  expectDialog()
+      .check([&] {
+        EXPECT_EQ(desk.name(3), "") << "it has a text";
+        EXPECT_EQ(desk.name(4), "Praticiens");
+      })
+      .press(kCancel);
+  select();
+}
+
 TEST_F(Practitioners, EntriesAreShownSortedByTheirBytes) {
   write({"b,Two", "a,One", "\xE9,Signed first", "A,Capital"});
   expectDialog()

@@ -391,8 +391,7 @@ constexpr Operation kDialogs[] = {
        return Answer{StaticDlgBox_set_type(0, KorvelIcon), SDB_type[0]};
      },
      "0", nullptr},
-    {"KorvelItemName", describe, [] { return Answer{KorvelItemName(400, "Visite")}; }, "0",
-     nullptr},
+    {"KorvelItemName", describe, [] { return Answer{KorvelItemName(400, "Visite")}; }, "1", "0"},
     {"TitreDlgBox_set", describe,
      [] {
        return Answer{TitreDlgBox_set("Fiche"), HDB_szHeader};
