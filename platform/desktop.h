@@ -159,6 +159,10 @@ class Dialog {
   // begins with). A double click is two hits, the second with `lastClick().isDouble`. An edit that
   // would bring in a character without a byte is refused as a whole and makes no hit. Actions
   // through a screen reader or the like make the same hits.
+  //
+  // Alt with a letter presses a push button or clicks a check box: the first letter of its label,
+  // without its accent, that no label before it has, items 1 and 2 first, and that a form does not
+  // mark for something else. With Alt nothing is typed.
   virtual void runModal(HitHandler &handler) = 0;
 
   // A step of such a run that gives the program its turn: shows the window at the first one, takes

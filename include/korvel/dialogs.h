@@ -655,6 +655,10 @@ KORVEL_API int Dlg_CoefCY(int cy);
    before the dialog closes. When the dialog is made, the port of its window becomes the current one
    (desktop.h); it disappears with the dialog.
 
+   Alt with a letter, underlined while Alt is held, presses a push button or clicks a check box. It
+   is the first letter of the label, without its accent, that no label before it has; the button pair
+   comes first, and a letter that a form marks with '&' is as it is there.
+
    Returns 1 when the entry was accepted, 0 when it was cancelled (button 2, Escape, the window's
    close box). Either end resets the in-use flags of all field types and HDB to 0 and both
    callbacks to the _nul functions; values, counts and flags stay. 0 with the same reset, after one

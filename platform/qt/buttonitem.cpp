@@ -4,6 +4,8 @@
 #include <algorithm>
 
 #include <QKeyEvent>
+#include <QStyleOptionButton>
+#include <QStylePainter>
 
 #include "platform/qt/fieldaccess.h"
 #include "platform/qt/mostpixels.h"
@@ -18,6 +20,14 @@ constexpr int kTitleMargin = 5;
 // Return belongs to the default item and never to the button with the focus.
 bool isReturn(const QKeyEvent &event) {
   return event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter;
+}
+
+// As the style draws the button, with a letter of its label underlined.
+void paintUnderlined(QWidget &button, QStyleOptionButton &option, QStyle::ControlElement element,
+                     qsizetype at) {
+  option.text.insert(at, u'&');
+  QStylePainter painter(&button);
+  painter.drawControl(element, option);
 }
 
 }  // namespace
@@ -36,6 +46,18 @@ ButtonItem::ButtonItem(QWidget *window, HitSink &sink, int number, const Appeara
   setGeometry(appearance.pushButton(rect));
   resize(withinMostPixels(size(), devicePixelRatioF()));
   setFont(narrowedToFit(appearance.font, toQt(title), rect.width() - 2 * kTitleMargin));
+}
+
+void ButtonItem::underline(qsizetype at) {
+  underlined_ = at;
+  update();
+}
+
+void ButtonItem::paintEvent(QPaintEvent *event) {
+  if (underlined_ < 0) return QPushButton::paintEvent(event);
+  QStyleOptionButton option;
+  initStyleOption(&option);
+  paintUnderlined(*this, option, QStyle::CE_PushButton, underlined_);
 }
 
 void ButtonItem::keyPressEvent(QKeyEvent *event) {
@@ -66,6 +88,18 @@ CheckItem::CheckItem(QWidget *window, HitSink &sink, int number, const Appearanc
 void CheckItem::setValue(int value) {
   isSetOn_ = value != 0;
   setChecked(isSetOn_);
+}
+
+void CheckItem::underline(qsizetype at) {
+  underlined_ = at;
+  update();
+}
+
+void CheckItem::paintEvent(QPaintEvent *event) {
+  if (underlined_ < 0) return QCheckBox::paintEvent(event);
+  QStyleOptionButton option;
+  initStyleOption(&option);
+  paintUnderlined(*this, option, QStyle::CE_CheckBox, underlined_);
 }
 
 void CheckItem::nextCheckState() {

@@ -18,9 +18,14 @@ class ButtonItem final : public QPushButton, public Item {
 
   QWidget *widget() override { return this; }
   void setDefault(bool isDefault) override { QPushButton::setDefault(isDefault); }
+  void underline(qsizetype at) override;
 
  protected:
+  void paintEvent(QPaintEvent *event) override;
   void keyPressEvent(QKeyEvent *event) override;
+
+ private:
+  qsizetype underlined_ = -1;
 };
 
 // A click is a hit and leaves the value to the program.
@@ -33,8 +38,10 @@ class CheckItem final : public QCheckBox, public Item {
   QWidget *widget() override { return this; }
   int value() const override { return isChecked() ? 1 : 0; }
   void setValue(int value) override;
+  void underline(qsizetype at) override;
 
  protected:
+  void paintEvent(QPaintEvent *event) override;
   void keyPressEvent(QKeyEvent *event) override;
   // A box without a number belongs to the form alone, and keeps its own value.
   void nextCheckState() override;
@@ -43,6 +50,7 @@ class CheckItem final : public QCheckBox, public Item {
   void refuseToggle(bool isOn);
 
   bool isSetOn_ = false;
+  qsizetype underlined_ = -1;
 };
 
 }  // namespace korvel::platform::qt

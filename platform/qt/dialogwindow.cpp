@@ -51,6 +51,8 @@ bool isFromAPerson(QEvent::Type type) {
   }
 }
 
+bool isKey(QEvent::Type type) { return type == QEvent::KeyPress || type == QEvent::KeyRelease; }
+
 bool isPlainReturn(const QKeyEvent &event) {
   return (event.key() == Qt::Key_Return && event.modifiers() == Qt::NoModifier) ||
          (event.key() == Qt::Key_Enter && event.modifiers() == Qt::KeypadModifier);
@@ -124,8 +126,10 @@ void DialogWindow::dropInput() {
 }
 
 bool DialogWindow::eventFilter(QObject *object, QEvent *event) {
-  if (object != windowHandle() || input_ == Input::Taken || !isFromAPerson(event->type()))
-    return QDialog::eventFilter(object, event);
+  if (object != windowHandle()) return QDialog::eventFilter(object, event);
+  if (event->type() == QEvent::FocusOut) letters_.underline(false);
+  if (input_ == Input::Taken || !isFromAPerson(event->type()))
+    return isKey(event->type()) && letters_.take(*static_cast<QKeyEvent *>(event));
   if (event->type() == QEvent::Close) event->ignore();
   if (input_ == Input::Held) held_.emplace_back(event->clone());
   return true;

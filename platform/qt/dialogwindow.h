@@ -9,6 +9,8 @@
 #include <QDialog>
 #include <QEvent>
 
+#include "platform/qt/altletters.h"
+
 namespace korvel::platform::qt {
 
 // Blocks the application's other windows while it is shown, and so is minimised only together with
@@ -26,6 +28,9 @@ class DialogWindow final : public QDialog {
 
   std::function<void()> onReturn;
   std::function<void()> onCancel;
+
+  // Given to the buttons before the window is shown.
+  AltLetters &letters() { return letters_; }
 
   // While held, keys, clicks and closing are queued; then they arrive in order, or are dropped.
   void holdInput();
@@ -45,6 +50,7 @@ class DialogWindow final : public QDialog {
 
   void setInput(Input input);
 
+  AltLetters letters_;
   Input input_ = Input::Taken;
   std::vector<std::unique_ptr<QEvent>> held_;
 };

@@ -6,6 +6,8 @@
 #include <string_view>
 #include <vector>
 
+#include <QtGlobal>
+
 #include "platform/desktop.h"
 
 class QWidget;
@@ -55,6 +57,9 @@ class Item {
 
   virtual void setDefault(bool) {}
   virtual void setAcceptable(bool) {}
+
+  // Underlines the letter at this place of the label; none for -1.
+  virtual void underline(qsizetype) {}
 
  protected:
   bool hit() { return number_ <= 0 || sink_.itemHit(number_); }

@@ -284,6 +284,22 @@ void QtDialog::giveNames() {
   nameFields(window_, fields, dates, names_);
 }
 
+// The pair chooses first.
+void QtDialog::giveLetters() {
+  if (message_ != nullptr) return;
+  std::vector<Item *> buttons;
+  for (const int item : {kOkItem, kCancelItem})
+    if (Item *found = find(item)) buttons.push_back(found);
+  for (QWidget *next = window_.nextInFocusChain(); next != &window_;
+       next = next->nextInFocusChain()) {
+    auto *item = dynamic_cast<Item *>(next);
+    const bool isOfThePair =
+        item != nullptr && (item->number() == kOkItem || item->number() == kCancelItem);
+    if (item != nullptr && !isOfThePair) buttons.push_back(item);
+  }
+  window_.letters().give(buttons, markedLetters(window_));
+}
+
 Item *QtDialog::firstEnabled(ItemKind kind) const {
   const auto found = std::find_if(tabOrder_.begin(), tabOrder_.end(), [kind](Item *item) {
     return item->kind() == kind && canHaveFocus(*item);
@@ -390,6 +406,7 @@ void QtDialog::comeUp(HitHandler &handler) {
   before_ = QApplication::activeWindow();
   handler_ = &handler;
   giveNames();
+  giveLetters();
   giveInitialFocus();
   window_.show();
   window_.activateWindow();

@@ -77,6 +77,7 @@ class QtDialog final : public Dialog, private HitSink {
   // Null for an item that is no field.
   QWidget *fieldWidget(int item) const;
   void giveNames();
+  void giveLetters();
   void giveInitialFocus();
   void actAsMessageBox();
   void comeUp(HitHandler &handler);

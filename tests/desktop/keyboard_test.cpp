@@ -77,6 +77,25 @@ TEST(Keyboard, TheCancelButtonCancels) {
   EXPECT_TRUE(host.endedWith({"result 0"}));
 }
 
+TEST(Keyboard, AltAndALetterPressesAButtonOrABoxAndTypesNothing) {
+  DialogHost host;
+  write("x");
+  press("alt+b alt+z alt+5 alt+t");
+  EXPECT_TRUE(host.says("hit 600"));
+  press("alt+c");
+  EXPECT_TRUE(host.says("hit 500"));
+  press("alt+o");
+  EXPECT_TRUE(host.endedWith({"result 1", "text 0 x", "bool 0 1", "action 1"}));
+  EXPECT_EQ(host.count("hit"), 3);
+}
+
+TEST(Keyboard, AltAndALetterOfTheCancelButtonCancels) {
+  DialogHost host;
+  write("x");
+  press("alt+a");
+  EXPECT_TRUE(host.endedWith({"result 0", "text 0 x"}));
+}
+
 // ---- In a list ----
 
 TEST(Keyboard, ArrowsSelectTheRowsOfAList) {
