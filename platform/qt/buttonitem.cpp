@@ -9,6 +9,7 @@
 
 #include "platform/qt/fieldaccess.h"
 #include "platform/qt/mostpixels.h"
+#include "platform/qt/outline.h"
 #include "platform/qt/text.h"
 
 namespace korvel::platform::qt {
@@ -23,7 +24,7 @@ bool isReturn(const QKeyEvent &event) {
 }
 
 // As the style draws the button, with a letter of its label underlined.
-void paintUnderlined(QWidget &button, QStyleOptionButton &option, QStyle::ControlElement element,
+void paintUnderlined(QWidget &button, QStyleOptionButton option, QStyle::ControlElement element,
                      qsizetype at) {
   option.text.insert(at, u'&');
   QStylePainter painter(&button);
@@ -54,10 +55,15 @@ void ButtonItem::underline(qsizetype at) {
 }
 
 void ButtonItem::paintEvent(QPaintEvent *event) {
-  if (underlined_ < 0) return QPushButton::paintEvent(event);
-  QStyleOptionButton option;
-  initStyleOption(&option);
-  paintUnderlined(*this, option, QStyle::CE_PushButton, underlined_);
+  if (underlined_ < 0) {
+    QPushButton::paintEvent(event);
+  } else {
+    QStyleOptionButton option;
+    initStyleOption(&option);
+    paintUnderlined(*this, option, QStyle::CE_PushButton, underlined_);
+  }
+  if (isFlat() || isStyledByForm(*this)) return;
+  paintOutline(*this, rect(), QPalette::Button, isEnabled() && (isDefault() || hasFocus()));
 }
 
 void ButtonItem::keyPressEvent(QKeyEvent *event) {
@@ -95,13 +101,6 @@ void CheckItem::underline(qsizetype at) {
   update();
 }
 
-void CheckItem::paintEvent(QPaintEvent *event) {
-  if (underlined_ < 0) return QCheckBox::paintEvent(event);
-  QStyleOptionButton option;
-  initStyleOption(&option);
-  paintUnderlined(*this, option, QStyle::CE_CheckBox, underlined_);
-}
-
 void CheckItem::nextCheckState() {
   if (number() == 0) QCheckBox::nextCheckState();
 }
@@ -115,6 +114,19 @@ void CheckItem::refuseToggle(bool isOn) {
   }
   setChecked(isSetOn_);
   if (mayBeUsed(*this)) hit();
+}
+
+void CheckItem::paintEvent(QPaintEvent *event) {
+  QStyleOptionButton option;
+  initStyleOption(&option);
+  if (underlined_ < 0) {
+    QCheckBox::paintEvent(event);
+  } else {
+    paintUnderlined(*this, option, QStyle::CE_CheckBox, underlined_);
+  }
+  if (isStyledByForm(*this)) return;
+  const QRect box = style()->subElementRect(QStyle::SE_CheckBoxIndicator, &option, this);
+  paintOutline(*this, box, QPalette::Base, hasFocus());
 }
 
 void CheckItem::keyPressEvent(QKeyEvent *event) {

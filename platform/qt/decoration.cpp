@@ -7,6 +7,7 @@
 #include <QFontMetrics>
 #include <QPainter>
 
+#include "platform/qt/outline.h"
 #include "platform/qt/picture.h"
 #include "platform/qt/text.h"
 
@@ -53,13 +54,11 @@ void GroupBox::paintEvent(QPaintEvent *) {
   const QFontMetrics metrics(font());
   const QRect titleRect(kTitleIndent, titleTop_, metrics.horizontalAdvance(title_),
                         metrics.height());
-  const QRectF frame = QRectF(rect()).adjusted(0.5, titleRect.center().y() + 0.5, -0.5, -0.5);
+  const QRect frame = rect().adjusted(0, titleRect.center().y(), 0, 0);
 
   if (!title_.isEmpty())
     painter.setClipRegion(QRegion(rect()) - titleRect.adjusted(-kTitleGap, 0, kTitleGap, 0));
-  painter.setRenderHint(QPainter::Antialiasing);
-  painter.setPen(lineColor(palette()));
-  painter.drawRoundedRect(frame, kCornerRadius, kCornerRadius);
+  PixelFrame(painter, frame).drawRounded(kCornerRadius, lineColor(palette()));
   painter.setClipping(false);
   painter.setPen(palette().color(QPalette::WindowText));
   painter.drawText(titleRect, Qt::AlignLeft | Qt::TextSingleLine | Qt::TextDontClip, title_);
@@ -102,9 +101,13 @@ void Icon::paintEvent(QPaintEvent *) {
     picture_ = readPicture(path_, size().boundedTo(kLargestIcon), pixelRatio);
     readFor_ = pixelRatio;
   }
-  const QSizeF shown = picture_.deviceIndependentSize();
-  const QPointF corner((width() - shown.width()) / 2, (height() - shown.height()) / 2);
-  QPainter(this).drawPixmap(corner, picture_);
+  QPainter painter(this);
+  const PixelGrid grid = PixelGrid::of(painter);
+  const QRect room = grid.rect({0, 0, width(), height()});
+  QRect pixels = picture_.rect();
+  pixels.moveTo(room.topLeft() +
+                QPoint((room.width() - pixels.width()) / 2, (room.height() - pixels.height()) / 2));
+  painter.drawPixmap(grid.fromPixels(pixels), picture_, picture_.rect());
 }
 
 }  // namespace korvel::platform::qt

@@ -3,12 +3,14 @@
 
 #include <algorithm>
 
+#include <QApplication>
 #include <QCloseEvent>
 #include <QGuiApplication>
 #include <QKeyEvent>
 #include <QScreen>
 #include <QWindow>
 
+#include "platform/qt/contrast.h"
 #include "platform/qt/mostpixels.h"
 
 namespace korvel::platform::qt {
@@ -66,6 +68,12 @@ DialogWindow::DialogWindow()
   setWindowModality(Qt::ApplicationModal);
   // The last window of an application, once closed, would end the loop of the next dialog.
   setAttribute(Qt::WA_QuitOnClose, false);
+  adoptTheme();
+}
+
+void DialogWindow::adoptTheme() {
+  theme_ = QApplication::palette();
+  setPalette(legible(theme_));
 }
 
 void DialogWindow::setContentRect(const QRect &rect) {
@@ -102,6 +110,7 @@ void DialogWindow::closeEvent(QCloseEvent *event) {
 // The window has no such button, but window managers have keys and menus for it.
 void DialogWindow::changeEvent(QEvent *event) {
   QDialog::changeEvent(event);
+  if (event->type() == QEvent::PaletteChange && theme_ != QApplication::palette()) adoptTheme();
   if (event->type() != QEvent::WindowStateChange || !isMinimized()) return;
   const QWindow *behind = windowHandle() == nullptr ? nullptr : windowHandle()->transientParent();
   const bool isParentMinimized =

@@ -49,8 +49,10 @@ class DialogWindow final : public QDialog {
   enum class Input { Taken, Held, Dropped };
 
   void setInput(Input input);
+  void adoptTheme();
 
   AltLetters letters_;
+  QPalette theme_;  // the desktop's, before its colours were told apart
   Input input_ = Input::Taken;
   std::vector<std::unique_ptr<QEvent>> held_;
 };

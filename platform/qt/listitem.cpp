@@ -7,9 +7,12 @@
 #include <QFontMetrics>
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QPainter>
 #include <QScrollBar>
 
+#include "platform/qt/contrast.h"
 #include "platform/qt/fieldaccess.h"
+#include "platform/qt/outline.h"
 #include "platform/qt/text.h"
 
 namespace korvel::platform::qt {
@@ -62,15 +65,35 @@ ListItem::ListItem(QWidget *parent, HitSink &sink, int number)
     bar->setContextMenuPolicy(Qt::PreventContextMenu);
 }
 
+bool ListItem::hasOutline() const { return frameShape() != NoFrame && !isStyledByForm(*this); }
+
+// No row tells the focus before one is chosen, and a chosen one may be out of view.
+void ListItem::paintFocus(QWidget &surface, const QRect &outside) const {
+  QPainter painter(&surface);
+  PixelFrame frame(painter, outside);
+  frame.fillSides(0, 2 * frame.line(), lineColors(palette(), QPalette::Base).focus, frame.line());
+}
+
+// The frame lies on the list, the rows on its viewport, which reaches into the frame of the focus.
+bool ListItem::event(QEvent *event) {
+  const bool isHandled = QListView::event(event);
+  if (event->type() == QEvent::Paint && hasOutline()) {
+    paintOutline(*this, rect(), QPalette::Base, hasFocus(), frameWidth());
+    if (hasFocus()) paintFocus(*this, rect());
+  }
+  return isHandled;
+}
+
 void ListItem::paintEvent(QPaintEvent *event) {
   QListView::paintEvent(event);
+  if (hasFocus() && hasOutline()) paintFocus(*viewport(), rect().translated(-viewport()->pos()));
   mark_.paint();
 }
 
-// Scrolling moves the painted pixels; the mark must not move with them.
+// Scrolling moves the painted pixels; the frames must not move with them.
 void ListItem::scrollContentsBy(int dx, int dy) {
   QListView::scrollContentsBy(dx, dy);
-  if (mark_.isShown()) viewport()->update();
+  if (mark_.isShown() || hasFocus()) viewport()->update();
 }
 
 ListItem::ListItem(QWidget *window, HitSink &sink, int number, const Appearance &appearance,

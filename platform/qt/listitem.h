@@ -46,6 +46,7 @@ class ListItem final : public QListView, public Item {
   ListClick lastClick() const override { return click_; }
 
  protected:
+  bool event(QEvent *event) override;
   void paintEvent(QPaintEvent *event) override;
   void scrollContentsBy(int dx, int dy) override;
   // A row is chosen when the mouse button is released; until then the selection follows the mouse.
@@ -74,6 +75,8 @@ class ListItem final : public QListView, public Item {
   // The row that a key moves to, -1 for a key that does not move.
   int rowAfter(const QKeyEvent &event) const;
   int rowsInView() const;
+  bool hasOutline() const;
+  void paintFocus(QWidget &surface, const QRect &outside) const;
 
   ListRows *const rows_;
   Mark mark_{*this, *viewport()};

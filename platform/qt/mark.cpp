@@ -4,6 +4,9 @@
 #include <QPainter>
 #include <QWidget>
 
+#include "platform/qt/contrast.h"
+#include "platform/qt/outline.h"
+
 namespace korvel::platform::qt {
 namespace {
 
@@ -14,8 +17,6 @@ constexpr int kInset = 1;
 constexpr float kFrameStrength = 0.6F;
 
 }  // namespace
-
-QColor markColor() { return {0xC2, 0x78, 0x03}; }
 
 QString markDescription() { return QStringLiteral("À compléter ou à corriger"); }
 
@@ -29,16 +30,14 @@ void Mark::show(bool isShown) {
 
 void Mark::paint() const {
   if (!isShown_) return;
-  QColor frame = markColor();
-  frame.setAlphaF(kFrameStrength);
-  const QRect outside = surface_.rect().adjusted(kInset, kInset, -kInset, -kInset);
-  const int right = outside.right(), bottom = outside.bottom();
-  // Filled side by side: it is painted at every key, and a stroke costs far more.
+  const QColor color = lineColors(surface_.palette(), ground_).mark;
+  QColor frameColor = color;
+  frameColor.setAlphaF(kFrameStrength);
   QPainter painter(&surface_);
-  painter.fillRect(outside.left(), outside.top(), outside.width(), 1, frame);
-  painter.fillRect(outside.left(), bottom, outside.width(), 1, frame);
-  painter.fillRect(right, outside.top() + 1, 1, outside.height() - 2, frame);
-  painter.fillRect(0, outside.top(), kBarWidth, outside.height(), markColor());
+  PixelFrame frame(painter, surface_.rect());
+  const int inset = frame.touched(kInset);
+  frame.fillSides(inset, inset + frame.line(), frameColor);
+  frame.fillLeft(frame.touched(kBarWidth), inset, color);
 }
 
 }  // namespace korvel::platform::qt

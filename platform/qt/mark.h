@@ -2,24 +2,21 @@
 #ifndef KORVEL_PLATFORM_QT_MARK_H
 #define KORVEL_PLATFORM_QT_MARK_H
 
-#include <QColor>
+#include <QPalette>
 #include <QString>
 
 class QWidget;
 
 namespace korvel::platform::qt {
 
-// Amber is visible on light and dark backgrounds, and differs from a blue focus frame for
-// colour-blind people too.
-QColor markColor();
-
 // What a screen reader adds to the name of a marked field.
 QString markDescription();
 
 class Mark {
  public:
-  // `surface` is the part of the field on which the mark is painted.
-  Mark(QWidget &field, QWidget &surface) : field_(field), surface_(surface) {}
+  // `surface` is the part of the field on which the mark is painted, `ground` its colour.
+  Mark(QWidget &field, QWidget &surface, QPalette::ColorRole ground = QPalette::Base)
+      : field_(field), surface_(surface), ground_(ground) {}
 
   bool isShown() const { return isShown_; }
   void show(bool isShown);
@@ -31,6 +28,7 @@ class Mark {
  private:
   QWidget &field_;
   QWidget &surface_;
+  const QPalette::ColorRole ground_;
   bool isShown_ = false;
   QString description_;  // the field's own, while the mark is shown
 };

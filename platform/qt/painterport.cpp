@@ -33,14 +33,8 @@ int near(int place) { return std::clamp(place, -kFarthest, kFarthest); }
 
 }  // namespace
 
-// The device's pixels, unless the painter rotates or mirrors.
 PixelGrid PainterPort::grid() {
-  if (!painter_->isActive()) return {};
-  const QTransform &transform = painter_->deviceTransform();
-  const bool isUpright =
-      transform.type() <= QTransform::TxScale && transform.m11() > 0 && transform.m22() > 0;
-  if (!isUpright) return {};
-  return {{transform.m11(), transform.dx()}, {transform.m22(), transform.dy()}};
+  return painter_->isActive() ? PixelGrid::of(*painter_) : PixelGrid();
 }
 
 void PainterPort::paintPixels(const QRect &pixels, QRgb colour) {

@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include <QPainter>
+
 namespace korvel::platform::qt {
 namespace {
 
@@ -27,6 +29,14 @@ QRect between(long long left, long long top, long long right, long long bottom) 
 }
 
 }  // namespace
+
+PixelGrid PixelGrid::of(const QPainter &painter) {
+  const QTransform &transform = painter.deviceTransform();
+  const bool isUpright =
+      transform.type() <= QTransform::TxScale && transform.m11() > 0 && transform.m22() > 0;
+  if (!isUpright) return {};
+  return {{transform.m11(), transform.dx()}, {transform.m22(), transform.dy()}};
+}
 
 QRect PixelGrid::rect(const Rect &rect) const {
   return between(placeOf(rect.left, across_), placeOf(rect.top, down_),

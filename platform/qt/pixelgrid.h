@@ -10,6 +10,8 @@
 #include "platform/geometry.h"
 #include "platform/qt/strokes.h"
 
+class QPainter;
+
 namespace korvel::platform::qt {
 
 // An edge lies on the nearest pixel, so that touching rectangles leave no gap; a rule is equally
@@ -25,6 +27,10 @@ class PixelGrid {
   PixelGrid() = default;
   explicit PixelGrid(qreal scale) : PixelGrid(Axis{scale}, Axis{scale}) {}
   PixelGrid(const Axis &across, const Axis &down) : across_(across), down_(down) {}
+  // The pixels of the painter's device, unless it rotates or mirrors.
+  static PixelGrid of(const QPainter &painter);
+
+  qreal scale() const { return across_.scale; }
 
   QRect rect(const Rect &rect) const;
   // The sides of a frame inside the rectangle, each as thick as a pixel of the port.

@@ -5,6 +5,7 @@
 #include <QWheelEvent>
 
 #include "platform/qt/fieldaccess.h"
+#include "platform/qt/outline.h"
 #include "platform/qt/text.h"
 
 namespace korvel::platform::qt {
@@ -23,6 +24,7 @@ PopUpItem::PopUpItem(QWidget *window, HitSink &sink, int number, const Appearanc
 
 void PopUpItem::paintEvent(QPaintEvent *event) {
   QComboBox::paintEvent(event);
+  if (hasFrame()) outlineField(*this, QPalette::Button);
   mark_.paint();
 }
 

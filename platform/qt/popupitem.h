@@ -37,7 +37,7 @@ class PopUpItem final : public QComboBox, public Item {
 
  private:
   QStringListModel *const choices_;
-  Mark mark_{*this, *this};
+  Mark mark_{*this, *this, QPalette::Button};
 };
 
 }  // namespace korvel::platform::qt

@@ -14,6 +14,7 @@
 #include <QMimeData>
 
 #include "platform/qt/fieldaccess.h"
+#include "platform/qt/outline.h"
 #include "platform/qt/text.h"
 
 namespace korvel::platform::qt {
@@ -53,6 +54,7 @@ TextItem::TextItem(QWidget *window, HitSink &sink, int number, const Appearance 
 
 void TextItem::paintEvent(QPaintEvent *event) {
   QLineEdit::paintEvent(event);
+  if (hasFrame()) outlineField(*this, QPalette::Base);
   mark_.paint();
 }
 

@@ -16,6 +16,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/desktop.h"
+#include "tests/platform/contrast.h"
 #include "tests/platform/qt_person.h"
 #include "tests/platform/recorded_hits.h"
 #include "tests/platform/temporary_folder.h"
@@ -23,6 +24,7 @@
 namespace korvel::platform {
 namespace {
 
+using test::contrast;
 using test::qtDesktop;
 using test::QtPerson;
 using test::RecordedHits;
@@ -151,21 +153,6 @@ TEST_F(QtMark, LeavesTheFocusFrameInView) {
     EXPECT_EQ(barWidth(idle), 2);
   });
   run();
-}
-
-double linear(double channel) {
-  return channel <= 0.04045 ? channel / 12.92 : std::pow((channel + 0.055) / 1.055, 2.4);
-}
-
-double luminance(const QColor &color) {
-  return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) +
-         0.0722 * linear(color.blueF());
-}
-
-double contrast(const QColor &a, const QColor &b) {
-  const double lighter = std::max(luminance(a), luminance(b));
-  const double darker = std::min(luminance(a), luminance(b));
-  return (lighter + 0.05) / (darker + 0.05);
 }
 
 // Web accessibility guidelines ask for a contrast of 3 to 1 where a line carries a meaning.
