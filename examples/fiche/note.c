@@ -14,14 +14,23 @@
 #include "french.h"
 
 /* The page in pixels: margins, type sizes, and from one line to the next. */
-enum { kMargin = 20, kSize = 13, kSmall = 11, kPitch = 19, kInner = kNoteWidth - 2 * kMargin };
+enum { kMargin = 20, kSize = 13, kSmall = 11, kPitch = 19 };
 
 /* A page while it is drawn: the next line goes to y. */
 typedef struct Page {
   CGrafPtr port;
   int left, y;
+  int width, bottom;
   int unit; /* pixels of two half characters, in which rich text places its tabs */
+  const Sheet *sheet;
 } Page;
+
+/* What has no room above the bottom goes to the next page, if there may be one. */
+static void needRoom(Page *page, int height) {
+  if (!page->sheet->nextPage || page->y + height <= page->bottom) return;
+  page->sheet->nextPage(page->sheet->printer);
+  page->y = page->sheet->y;
+}
 
 static void chooseFont(const Page *page, int size, int style, int colour) {
   ch_font_set_ext(page->port, "Arial", colour, KorvelTransparent, size, style);
@@ -53,6 +62,7 @@ static void addRightAligned(RichLine *line, const Page *page, int pixels, const 
 }
 
 static void drawRow(Page *page, const RichLine *line) {
+  needRoom(page, kPitch);
   chooseFont(page, kSize, KorvelPlain, KorvelBlack);
   lineDraw(line, page->port, page->left, page->y);
   page->y += kPitch;
@@ -63,11 +73,13 @@ static void drawText(Page *page, const char *text, int size, int style, int colo
   TextOut_0(page->port, page->left, page->y, text, (int)strlen(text));
 }
 
+/* Not without the line below it. */
 static void drawHeading(Page *page, const char *title) {
+  needRoom(page, 8 + 24 + kPitch);
   page->y += 8;
   drawText(page, french(title), kSize, KorvelBold, KorvelNavy);
-  Line_Ex(page->port, page->left, page->y + 18, page->left + kInner - 1, page->y + 18, KorvelSilver,
-          1);
+  Line_Ex(page->port, page->left, page->y + 18, page->left + page->width - 1, page->y + 18,
+          KorvelSilver, 1);
   page->y += 24;
 }
 
@@ -96,7 +108,8 @@ static int fittingLength(const Page *page, const char *text, int width) {
 static void drawParagraph(Page *page, const char *text) {
   chooseFont(page, kSize, KorvelPlain, KorvelBlack);
   while (*text) {
-    int length = fittingLength(page, text, kInner);
+    int length = fittingLength(page, text, page->width);
+    needRoom(page, kPitch - 2);
     TextOut_0(page->port, page->left, page->y, text, length);
     page->y += kPitch - 2;
     text += length;
@@ -106,17 +119,13 @@ static void drawParagraph(Page *page, const char *text) {
 
 /* ---- The parts of the page ---- */
 
-static void drawSheet(const Page *page, int x, int y) {
-  Rectangle_Ex(page->port, x, y, kNoteWidth, kNoteHeight, KorvelWhite);
-}
-
 static void drawPractice(Page *page, const Settings *settings, const Visit *visit) {
   char line[160], date[11];
   drawText(page, settings->cabinet, 18, KorvelBold, KorvelNavy);
   showDate(visit->date, date);
   chooseFont(page, kSize, KorvelPlain, KorvelBlack);
-  TextOut_0(page->port, page->left + kInner - widthOf(page, date, (int)strlen(date)), page->y + 4,
-            date, (int)strlen(date));
+  TextOut_0(page->port, page->left + page->width - widthOf(page, date, (int)strlen(date)),
+            page->y + 4, date, (int)strlen(date));
   page->y += 24;
   snprintf(line, sizeof line, "%s%s%s", settings->praticien,
            *settings->praticien && *settings->adresse ? ", " : "", settings->adresse);
@@ -126,7 +135,7 @@ static void drawPractice(Page *page, const Settings *settings, const Visit *visi
            settings->telephone);
   drawText(page, line, kSmall, KorvelPlain, KorvelGrey);
   page->y += 20;
-  Line_Ex(page->port, page->left, page->y, page->left + kInner - 1, page->y, KorvelNavy, 2);
+  Line_Ex(page->port, page->left, page->y, page->left + page->width - 1, page->y, KorvelNavy, 2);
   page->y += 10;
 }
 
@@ -189,6 +198,7 @@ static void drawPrescription(Page *page, const Prescription *prescribed) {
   enum { kIndent = 18 };
   char name[256], dose[112];
   RichLine line;
+  needRoom(page, 2 * kPitch);
   drugName(prescribed->drug, name, sizeof name);
   name[strcspn(name, ",;")] = '\0';
   lineStart(&line);
@@ -235,15 +245,16 @@ static int quarterLines(const Page *page, int pixels) {
   return 4 * pixels / (height + leading);
 }
 
-static void drawFees(Page *page, const Visit *visit, int bottom) {
-  const int height = (visit->acts + 1) * kPitch + 18, right = kInner - 12;
+static void drawFees(Page *page, const Visit *visit) {
+  const int height = (visit->acts + 1) * kPitch + 18, right = page->width - 12;
   double total = 0;
   RichLine line;
-  page->y = bottom - height;
+  needRoom(page, height);
+  page->y = page->bottom - height;
   chooseFont(page, kSize, KorvelPlain, KorvelBlack);
   lineStart(&line);
   linePen(&line, 0, 0);
-  lineFrameTo(&line, halfCharacters(page, kInner), quarterLines(page, height));
+  lineFrameTo(&line, halfCharacters(page, page->width), quarterLines(page, height));
   linePen(&line, halfCharacters(page, 12), quarterLines(page, visit->acts * kPitch + 9));
   lineDrawTo(&line, halfCharacters(page, right), quarterLines(page, visit->acts * kPitch + 9));
   lineDraw(&line, page->port, page->left, page->y);
@@ -256,14 +267,13 @@ static void drawFees(Page *page, const Visit *visit, int bottom) {
   drawFee(page, "Total", total, right);
 }
 
-void drawNote(CGrafPtr port, int x, int y, const Visit *visit, const Record *record,
-              const Settings *settings) {
+void drawPages(const Sheet *sheet, const Visit *visit, const Record *record,
+               const Settings *settings) {
   CGrafPtr before = NULL;
-  Page page = {port, x + kMargin, y + kMargin - 6, 0};
+  Page page = {sheet->port, sheet->x, sheet->y, sheet->width, sheet->y + sheet->height, 0, sheet};
   GetPort(&before);
-  SetPort(port);
+  SetPort(sheet->port);
   measureUnit(&page);
-  drawSheet(&page, x, y);
   drawPractice(&page, settings, visit);
   drawPatient(&page, record);
   drawHeading(&page, "Motif");
@@ -272,6 +282,16 @@ void drawNote(CGrafPtr port, int x, int y, const Visit *visit, const Record *rec
   drawPrescriptions(&page, record);
   drawHeading(&page, "Conclusion");
   drawParagraph(&page, visit->conclusion);
-  if (visit->acts > 0) drawFees(&page, visit, y + kNoteHeight - kMargin);
+  if (visit->acts > 0) drawFees(&page, visit);
   SetPort(before);
+}
+
+void drawNote(CGrafPtr port, int x, int y, const Visit *visit, const Record *record,
+              const Settings *settings) {
+  const int top = kMargin - 6;
+  const Sheet sheet = {
+      port, x + kMargin, y + top, kNoteWidth - 2 * kMargin, kNoteHeight - kMargin - top,
+      NULL, NULL};
+  Rectangle_Ex(port, x, y, kNoteWidth, kNoteHeight, KorvelWhite);
+  drawPages(&sheet, visit, record, settings);
 }

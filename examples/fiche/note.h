@@ -6,6 +6,7 @@
 
 #include "record.h"
 #include "settings.h"
+#include "sheet.h"
 
 /* The page's size in pixels. */
 enum { kNoteWidth = 420, kNoteHeight = 610 };
@@ -30,7 +31,11 @@ typedef struct Visit {
   Act act[kMaxActs];
 } Visit;
 
-/* Draws the page with its top left corner at (x, y). */
+/* Draws the note on as many pages as it needs. */
+void drawPages(const Sheet *sheet, const Visit *visit, const Record *record,
+               const Settings *settings);
+
+/* Draws it on one page with its top left corner at (x, y). */
 void drawNote(CGrafPtr port, int x, int y, const Visit *visit, const Record *record,
               const Settings *settings);
 

@@ -11,6 +11,7 @@
 #include "message.h"
 #include "note.h"
 #include "practice.h"
+#include "printing.h"
 #include "records.h"
 #include "settings.h"
 
@@ -18,7 +19,7 @@ enum { kMotif, kTension, kConclusion, kTexts };
 enum { kPouls, kInts };
 enum { kPoids, kTemperature, kNums };
 enum { kDate, kDates };
-enum { kConsultation, kTrace, kVaccin, kBools };
+enum { kConsultation, kTrace, kVaccin, kImprimer, kBools, kActsOffered = kImprimer };
 enum { kApercu, kPushes };
 enum {
   kRankDate,
@@ -31,7 +32,8 @@ enum {
   kRankConsultation,
   kRankTrace,
   kRankVaccin,
-  kRankApercu
+  kRankApercu,
+  kRankImprimer
 };
 
 /* The layout, in dialog units; the note is to the right of the fields. */
@@ -45,7 +47,8 @@ static const char kFolder[] = "Cabinet:notes", kCaption[] = "Note de visite";
 static const struct {
   const char *name;
   double fee;
-} kActs[kBools] = {{"Consultation", 0}, {"Électrocardiogramme", 14.26}, {"Vaccination", 6.30}};
+} kActs[kActsOffered] = {
+    {"Consultation", 0}, {"Électrocardiogramme", 14.26}, {"Vaccination", 6.30}};
 
 static Record *edited;
 static Settings settings;
@@ -68,7 +71,7 @@ static Visit enteredVisit(void) {
   IntDlgBox_retrieve(kPouls, &visit.pouls);
   NumDlgBox_retrieve(kPoids, &visit.poids);
   NumDlgBox_retrieve(kTemperature, &visit.temperature);
-  for (int i = 0; i < kBools; i++) {
+  for (int i = 0; i < kActsOffered; i++) {
     BoolDlgBox_retrieve(i, &isDone);
     if (isDone) addAct(&visit, i);
   }
@@ -86,18 +89,18 @@ static void showNote(Form *form) {
   drawNote(port, Dlg_CoefX(kNote), Dlg_CoefY(kTop) + 4, &visit, edited, &settings);
 }
 
-static int notePath(const Visit *visit, char *path, int size) {
-  char colons[64], posix[256];
-  snprintf(colons, sizeof colons, "%s:%04d-%d.png", kFolder, edited->number, visit->date);
-  return MAC2UNIX(colons, posix) > 0 && snprintf(path, (size_t)size, "%s", posix) < size;
+enum { kPath = 64 };
+
+static void notePath(const Visit *visit, const char *type, char *path) {
+  snprintf(path, kPath, "%s:%04d-%d.%s", kFolder, edited->number, visit->date, type);
 }
 
 static int saveNote(const Visit *visit) {
-  char path[256];
+  char path[kPath], posix[256];
   CGrafPtr page = KorvelImagePort(kNoteWidth, kNoteHeight);
   drawNote(page, 0, 0, visit, edited, &settings);
-  int isSaved =
-      haveFolder(kFolder) && notePath(visit, path, sizeof path) && KorvelPortSave(page, path);
+  notePath(visit, "png", path);
+  int isSaved = haveFolder(kFolder) && MAC2UNIX(path, posix) > 0 && KorvelPortSave(page, posix);
   KorvelPortRelease(page);
   return isSaved;
 }
@@ -151,8 +154,8 @@ static void defineEnd(void) {
   formGroup("Conclusion", 8, kEndY, kFields - 8, 1);
   formText(kConclusion, kLabel, formLine(kEndY, 0), 170, kRankConclusion, "",
            sizeof((Visit *)0)->conclusion, 0);
-  formGroup("Actes", 8, kActsY, kFields - 8, kBools);
-  for (int i = 0; i < kBools; i++) {
+  formGroup("Actes", 8, kActsY, kFields - 8, kActsOffered);
+  for (int i = 0; i < kActsOffered; i++) {
     BoolDlgBox_set_geo(i, french(kActs[i].name), kLabel, formLine(kActsY, i), 120, kLine,
                        kRankConsultation + i);
     BoolDlgBox_set(i, i == kConsultation);
@@ -165,15 +168,29 @@ static void defineDialog(void) {
   defineVisit();
   defineExamination();
   defineEnd();
-  formPush(kApercu, "Aperçu", kFields - 60, formLine(kActsY, kBools) + 10, 52, kRankApercu);
+  formPush(kApercu, "Aperçu", kFields - 60, formLine(kActsY, kActsOffered) + 10, 52, kRankApercu);
+  BoolDlgBox_set_geo(kImprimer, french("Imprimer la note"), kLabel,
+                     formLine(kActsY, kActsOffered) + 10, 100, kLine, kRankImprimer);
+  BoolDlgBox_set(kImprimer, 0);
+}
+
+static void printNote(const Visit *visit) {
+  char path[kPath];
+  notePath(visit, "pdf", path);
+  enterPrinting(visit, edited, &settings, path);
 }
 
 void enterVisit(Record *record) {
   char title[200], name[140];
+  int isPrinted = 0;
   edited = record;
   readSettings(&settings);
   fullName(record, name, sizeof name);
   snprintf(title, sizeof title, french("%s\u00A0: %s"), kCaption, name);
   defineDialog();
-  if (formRun(title)) tell(kCaption, "La note de %s est dans le dossier des notes.", name);
+  if (!formRun(title)) return;
+  const Visit visit = enteredVisit();
+  BoolDlgBox_retrieve(kImprimer, &isPrinted);
+  tell(kCaption, "La note de %s est dans le dossier des notes.", name);
+  if (isPrinted) printNote(&visit);
 }

@@ -1,5 +1,6 @@
 // The example application with its real tables: what a person enters, and the record it keeps.
 #include <algorithm>
+#include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <string>
@@ -454,6 +455,145 @@ TEST_F(Fiche, ANoteOfAVisitIsAPictureAndKeepsTheWeight) {
   EXPECT_EQ(head.substr(0, 8), "\x89PNG\r\n\x1A\n");
   EXPECT_EQ(head.substr(16), std::string("\0\0\x01\xA4\0\0\x02\x62", 8));
   EXPECT_GT(std::filesystem::file_size(path("notes/0001-20240305.png")), 4000u);
+}
+
+// The dialog of a visit, once its note has a reason.
+class FicheVisit : public Fiche {
+ protected:
+  void SetUp() override {
+    keepRecord(
+        "naissance=19750228\r\nligne=60234100 3 1 sachet\r\nligne=65458013 0 2 le matin\r\n"
+        "ligne=67681303 10 1 le soir\r\n");
+    ASSERT_TRUE(choose(kVisit));
+    ASSERT_TRUE(choosePatient());
+    ASSERT_TRUE(comesUp("Note de visite\u00A0: Paul Martin"));
+    for (const char *part : {"5", "3", "2024"}) {
+      press("ctrl+a");
+      write(part);
+      press("Tab");
+    }
+    write("Fièvre");
+  }
+
+  // Keeps the note, with the last of the dialog's items on.
+  static void askForPrint() {
+    for (int n = 0; n < 6; ++n) press("shift+Tab");
+    press("space Return");
+    ASSERT_TRUE(comesUp("Note de visite"));
+    press("Return");
+  }
+
+  // Has the note printed as set up by the keys, from the margins at the sides on.
+  void print(const char *keys) {
+    askForPrint();
+    ASSERT_TRUE(comesUp("Impression"));
+    press(keys);
+    press("Return");
+    ASSERT_TRUE(comesUp("Impression terminée"));
+    press("Return");
+    ASSERT_EQ(leave(application_), 0);
+  }
+
+  // A word of the file and where it is, in points from the page's top left corner.
+  struct Word {
+    int page;
+    double left, top, right, bottom;
+    std::string text;
+  };
+  std::vector<Word> words() const {
+    std::vector<Word> found;
+    int page = 0;
+    for (const std::string &line : linesOf("pdftotext -bbox '" + path(kPdf) + "' -")) {
+      Word word{page, 0, 0, 0, 0, std::string(100, '\0')};
+      if (line.find("<page ") != std::string::npos) ++page;
+      if (std::sscanf(line.c_str(),
+                      " <word xMin=\"%lf\" yMin=\"%lf\" xMax=\"%lf\" yMax=\"%lf\">%99[^<]",
+                      &word.left, &word.top, &word.right, &word.bottom, word.text.data()) != 5)
+        continue;
+      word.text.resize(word.text.find('\0'));
+      found.push_back(word);
+    }
+    return found;
+  }
+  static bool hasWord(const std::vector<Word> &words, const std::string &text) {
+    return std::any_of(words.begin(), words.end(), [&](auto &word) { return word.text == text; });
+  }
+
+  std::vector<std::string> linesOf(const std::string &command) const {
+    std::vector<std::string> lines;
+    FILE *output = popen(command.c_str(), "r");
+    char line[1024];
+    while (std::fgets(line, sizeof line, output) != nullptr) lines.emplace_back(line);
+    EXPECT_EQ(pclose(output), 0) << command;
+    return lines;
+  }
+
+  static constexpr char kPdf[] = "notes/0001-20240305.pdf";
+
+  Application application_ = start();
+};
+
+// A point in millimetres.
+constexpr double kMillimetre = 72 / 25.4;
+
+TEST_F(FicheVisit, ANoteIsSeenAsItIsTyped) {
+  const Picture before = picture(430, 20, 400, 200);
+  EXPECT_GT(before.darkPixels(), 500);
+  write("s");
+  EXPECT_FALSE(picture(430, 20, 400, 200).pixels == before.pixels);
+  press("BackSpace");
+  EXPECT_TRUE(picture(430, 20, 400, 200).pixels == before.pixels);
+  press("Escape");
+  EXPECT_EQ(leave(application_), 0);
+}
+
+TEST_F(FicheVisit, ANoteIsPrintedAsTextWithinTheMarginsThatAreSet) {
+  print("3 0 Tab 2 5");
+  const auto words = this->words();
+  ASSERT_FALSE(words.empty());
+  for (const char *text : {"Cabinet", "médical", "05/03/2024", "Martin,", "Fièvre", "DOLIPRANE",
+                           "Consultation", "30,00", "€", "Total"})
+    EXPECT_TRUE(hasWord(words, text)) << text;
+  for (const Word &word : words) {
+    EXPECT_EQ(word.page, 1);
+    EXPECT_GE(word.left, 30 * kMillimetre - 1) << word.text;
+    EXPECT_LE(word.right, (210 - 30) * kMillimetre + 1) << word.text;
+    EXPECT_GE(word.top, 25 * kMillimetre - 1) << word.text;
+    EXPECT_LE(word.bottom, (297 - 25) * kMillimetre + 1) << word.text;
+  }
+  EXPECT_NEAR(words.front().left, 30 * kMillimetre, 2);
+  // The pictures are as fine as the print: 600 to the inch.
+  const auto pictures = linesOf("pdfimages -list '" + path(kPdf) + "' | grep ' image '");
+  EXPECT_GE(pictures.size(), 4u);
+  for (const std::string &line : pictures)
+    EXPECT_NE(line.find(" 600   600 "), std::string::npos) << line;
+}
+
+// On A5 across, with wide margins, there is no room for all: pages end between two lines.
+TEST_F(FicheVisit, ALongNoteGoesOnOnTheNextPage) {
+  print("3 0 Tab 3 0 shift+Tab shift+Tab space shift+Tab Down");
+  const auto words = this->words();
+  ASSERT_FALSE(words.empty());
+  EXPECT_GE(words.back().page, 2);
+  for (const char *text : {"Cabinet", "Fièvre", "DOLIPRANE", "sachet,", "matin", "soir,", "Total"})
+    EXPECT_TRUE(hasWord(words, text)) << text;
+  for (const Word &word : words) {
+    EXPECT_GE(word.top, 30 * kMillimetre - 1) << word.text;
+    EXPECT_LE(word.bottom, (148 - 30) * kMillimetre + 1) << word.text;
+    EXPECT_LE(word.right, (210 - 30) * kMillimetre + 1) << word.text;
+  }
+}
+
+TEST_F(FicheVisit, MarginsThatLeaveNoRoomAreRefused) {
+  askForPrint();
+  ASSERT_TRUE(comesUp("Impression"));
+  press("8 0 Return");
+  ASSERT_TRUE(comesUp(kRefused));
+  press("Return");
+  ASSERT_TRUE(comesUp("Impression"));
+  press("Escape");
+  ASSERT_EQ(leave(application_), 0);
+  EXPECT_FALSE(std::filesystem::exists(path(kPdf)));
 }
 
 TEST_F(Fiche, KeepsWhatItKnowsInFoldersForItsOwnerAlone) {

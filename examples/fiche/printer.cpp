@@ -1,0 +1,77 @@
+// Printing through the library's drawing functions: a painter of the toolkit is lent to them. The
+// library has started the toolkit at the first dialog.
+#include "printer.h"
+
+#include <algorithm>
+#include <cstdio>
+
+#include <QFile>
+#include <QPageLayout>
+#include <QPainter>
+#include <QPrinter>
+#include <QPrinterInfo>
+
+#include <korvel/desktop.h>
+
+namespace {
+
+// The note is laid out in pixels of this many an inch, whatever the printer has.
+constexpr int kPixels = 96;
+
+// Letters and lines are sharp in print, and pictures not too large.
+constexpr int kResolution = 600;
+
+constexpr double kLeastRoom = 60;  // mm
+
+QPageLayout layoutOf(const PageSetup &setup) {
+  constexpr QPageSize::PageSizeId kPapers[] = {QPageSize::A4, QPageSize::A5, QPageSize::Letter};
+  const QMarginsF margins(setup.marginX, setup.marginY, setup.marginX, setup.marginY);
+  return {QPageSize(kPapers[setup.paper]),
+          setup.isLandscape != 0 ? QPageLayout::Landscape : QPageLayout::Portrait, margins,
+          QPageLayout::Millimeter};
+}
+
+void toNextPage(void *printer) { static_cast<QPrinter *>(printer)->newPage(); }
+
+// A printer may have margins of its own, which are wider.
+void setUp(QPrinter &printer, const PageSetup &setup, const char *title, const char *pdfPath) {
+  if (*setup.printer != '\0') {
+    printer.setPrinterName(QString::fromLatin1(setup.printer));
+  } else {
+    printer.setOutputFormat(QPrinter::PdfFormat);
+    printer.setOutputFileName(QFile::decodeName(pdfPath));
+  }
+  printer.setDocName(QString::fromLatin1(title));
+  printer.setResolution(kResolution);
+  printer.setPageLayout(layoutOf(setup));
+}
+
+}  // namespace
+
+void printerNames(char *names, int size) {
+  QStringList usable;
+  for (const QString &name : QPrinterInfo::availablePrinterNames())
+    if (!name.contains(QLatin1Char('+'))) usable.append(name);
+  std::snprintf(names, static_cast<std::size_t>(size), "%s",
+                usable.join(QLatin1Char('+')).toLatin1().constData());
+}
+
+int hasRoom(const PageSetup *setup) {
+  const QRectF room = layoutOf(*setup).paintRect(QPageLayout::Millimeter);
+  return std::min(room.width(), room.height()) >= kLeastRoom ? 1 : 0;
+}
+
+int printPages(const PageSetup *setup, const char *title, const char *pdfPath,
+               void (*draw)(const Sheet *sheet)) {
+  QPrinter printer;
+  setUp(printer, *setup, title, pdfPath);
+  QPainter painter;
+  if (!painter.begin(&printer)) return 0;
+  const QRect room = printer.pageLayout().paintRectPixels(kPixels);
+  painter.scale(1.0 * printer.resolution() / kPixels, 1.0 * printer.resolution() / kPixels);
+  const Sheet sheet = {
+      KorvelPainterPort(&painter), 0, 0, room.width(), room.height(), toNextPage, &printer};
+  draw(&sheet);
+  KorvelPortRelease(sheet.port);
+  return painter.end() && printer.printerState() != QPrinter::Error ? 1 : 0;
+}
