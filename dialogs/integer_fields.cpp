@@ -32,6 +32,8 @@ namespace korvel::dialogs {
 
 namespace {
 
+using platform::Expected;
+
 int readAny(char *text, int *value) { return codecs::readInteger(text, codecs::kLimit16, value); }
 
 template <int kBound>
@@ -43,6 +45,8 @@ constinit OwnValidator<ValidInt_t> ownValidators[128] = {};
 constexpr ValueTables<int, ValidInt_t> kTables{kIntegerFields, IDB_iInts, &vi, ownValidators};
 constexpr OwnValidator<ValidInt_t> kValidators[] = {
     {intcod_i, readAny}, {intcod_i_sup0, readFrom<0>}, {intcod_i_ssup0, readFrom<1>}};  // by mode
+constexpr Asked kAsked[] = {
+    {Expected::Integer, 0}, {Expected::IntegerFrom, 0}, {Expected::IntegerFrom, 1}};  // by mode
 
 bool define(int n, int firstItem) {
   if (!define(kTables, n, firstItem, kValidators[KorvelAnyValue])) return false;
@@ -81,6 +85,7 @@ void clear(Screen &screen, int i) {
 void fill(Screen &screen, int i) {
   const int item = itemOf(kIntegerFields, i);
   if (IDB_bPassw[i] != 0) screen.keepSecret(item);
+  tellExpected(screen, kTables, i, kValidators, kAsked);
   if (IDB_bInit[i] != 0) {
     show(screen, i);
     screen.select(item);

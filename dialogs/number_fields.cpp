@@ -32,12 +32,16 @@ namespace korvel::dialogs {
 
 namespace {
 
+using platform::Expected;
+
 constinit OwnValidator<ValidNum_t> ownValidators[128] = {};
 constexpr ValueTables<double, ValidNum_t> kTables{kNumberFields, NDB_dNums, &vf, ownValidators};
 constexpr OwnValidator<ValidNum_t> kValidators[] = {
     {realcod_d, codecs::readReal},
     {realcod_d_sup0, codecs::readNotNegative},
     {realcod_d_ssup0, codecs::readPositive}};  // by mode
+constexpr Asked kAsked[] = {
+    {Expected::Number, 0}, {Expected::NumberFrom, 0}, {Expected::NumberAbove, 0}};  // by mode
 constexpr int kInitialDecimals = 5;
 
 bool define(int n, int firstItem) {
@@ -62,6 +66,7 @@ void clear(Screen &screen, int i) { screen.setText(itemOf(kNumberFields, i), "")
 
 // Kept: unlike an integer field, a field never set leaves its item as it was built.
 void fill(Screen &screen, int i) {
+  tellExpected(screen, kTables, i, kValidators, kAsked);
   if (NDB_bInit[i] != 0) {
     show(screen, i);
     screen.select(itemOf(kNumberFields, i));

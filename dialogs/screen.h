@@ -50,6 +50,9 @@ class Screen {
   void enableOk(bool enabled);
   void setAcceptable(int item, bool acceptable) { dialog_.setAcceptable(item, acceptable); }
   void setName(int item, std::string_view name);
+  void setExpected(int item, platform::Expected expected, int bound = 0) {
+    dialog_.setExpected(item, expected, bound);
+  }
   void setDateParts(int day) { dialog_.setDateParts(day, day + 1, day + 2); }
 
  private:

@@ -39,6 +39,7 @@ constinit int TDB_ITABSTOPS[5][128] = {};
 
 namespace korvel::dialogs {
 
+using platform::Expected;
 using platform::ItemKind;
 
 bool defineTexts(int n, int firstItem) {
@@ -154,10 +155,18 @@ void showEditText(Screen &screen, int i) {
   }
 }
 
+// A limit that the application has set; the other is of no concern to a person.
+void tellLongest(Screen &screen, int i) {
+  const int longest = TDB_iCarac[i];
+  if (longest > 0 && longest < TDB_BUFFERSIZE - 1)
+    screen.setExpected(itemOf(kTextFields, i), Expected::TextUpTo, longest);
+}
+
 // Kept: a field never set keeps its flag, even when it is mandatory.
 void fill(Screen &screen, int i) {
   const int item = itemOf(kTextFields, i);
   if (TDB_bPassw[i] != 0) screen.keepSecret(item);
+  tellLongest(screen, i);
   if (TDB_bInit[i] == 0) {
     screen.setText(item, "");
     return;

@@ -10,6 +10,8 @@
 #include "codecs/integer.h"
 #include "codecs/real.h"
 #include "dialogs/field_type.h"
+#include "dialogs/numbering.h"
+#include "dialogs/screen.h"
 
 namespace korvel::dialogs {
 
@@ -104,6 +106,23 @@ Validator validatorOf(const ValueTables<Value, Validator> &tables, int i) {
   if (*tables.validators == nullptr) return nullptr;
   const Validator inTable = (*tables.validators)[i];
   return inTable != nullptr && inTable == tables.own[i].exported ? tables.own[i].rule : inTable;
+}
+
+// What the validator of a mode asks for.
+struct Asked {
+  platform::Expected expected;
+  int bound;
+};
+
+// Tells what the field's validator asks for. Of one of the application's own no more is known than
+// of the first mode.
+template <typename Value, typename Validator, int kModes>
+void tellExpected(Screen &screen, const ValueTables<Value, Validator> &tables, int i,
+                  const OwnValidator<Validator> (&validators)[kModes],
+                  const Asked (&asked)[kModes]) {
+  int mode = *tables.validators != nullptr ? kModes - 1 : 0;
+  while (mode > 0 && (*tables.validators)[i] != validators[mode].exported) --mode;
+  screen.setExpected(itemOf(tables.type, i), asked[mode].expected, asked[mode].bound);
 }
 
 // Hands a text to the field's validator, which may change the text and store a value. False if it

@@ -47,6 +47,10 @@ class HitHandler {
   ~HitHandler() = default;
 };
 
+// What is to be entered into a field, for the words that tell why it is not acceptable. Some come
+// with a bound: a number of characters, or a value.
+enum class Expected { Text, TextUpTo, Date, Integer, IntegerFrom, Number, NumberFrom, NumberAbove };
+
 // The last click in a list box.
 struct ListClick {
   int row = -1;  // from 0; -1: none yet
@@ -136,11 +140,15 @@ class Dialog {
   virtual void setEnabled(int item, bool enabled) = 0;
 
   // Says whether the content of a field (edit text, pop-up or list box) can be accepted; at first
-  // it can. An unacceptable field is marked, quietly on the screen and in words for screen readers.
-  // Nothing else about it changes.
+  // it can. An unacceptable field is marked, quietly on the screen and in words for screen readers
+  // and where the mouse rests. Nothing else about it changes. While kOkItem is disabled, such words
+  // name the first unacceptable field in the order of the Tab key.
   virtual void setAcceptable(int item, bool acceptable) = 0;
 
-  // Says that three edit-text items are the parts of one date, for screen readers.
+  // Says what is to be entered, before a field is marked; at first a text.
+  virtual void setExpected(int item, Expected expected, int bound) = 0;
+
+  // Says that three edit-text items are the parts of one date.
   virtual void setDateParts(int day, int month, int year) = 0;
 
   // The name by which screen readers tell an item; without one, they tell the text nearby. The

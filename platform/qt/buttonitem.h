@@ -6,6 +6,7 @@
 #include <QPushButton>
 
 #include "platform/qt/appearance.h"
+#include "platform/qt/hint.h"
 #include "platform/qt/item.h"
 
 namespace korvel::platform::qt {
@@ -19,6 +20,7 @@ class ButtonItem final : public QPushButton, public Item {
   QWidget *widget() override { return this; }
   void setDefault(bool isDefault) override { QPushButton::setDefault(isDefault); }
   void underline(qsizetype at) override;
+  void explain(const QString &words) override { hint_.tell(words); }
 
  protected:
   void paintEvent(QPaintEvent *event) override;
@@ -26,6 +28,7 @@ class ButtonItem final : public QPushButton, public Item {
 
  private:
   qsizetype underlined_ = -1;
+  Hint hint_{*this};
 };
 
 // A click is a hit and leaves the value to the program.

@@ -229,9 +229,11 @@ void setName(QWidget *field, const QString &name, bool isGiven) {
     field->setAccessibleName(name);
 }
 
+QString partSeparator() { return QStringLiteral(" : "); }
+
 void namePart(Namer &namer, QWidget *part, const QString &date, const QString &name) {
   if (part == nullptr) return;
-  setName(part, date.isEmpty() ? name : date + QStringLiteral(" : ") + name, namer.isGiven(*part));
+  setName(part, date.isEmpty() ? name : date + partSeparator() + name, namer.isGiven(*part));
 }
 
 }  // namespace
@@ -251,6 +253,10 @@ void nameFields(QWidget &window, const std::vector<QWidget *> &fields,
     if (std::find(parts.begin(), parts.end(), field) == parts.end())
       setName(field, namer.nameFor(*field), namer.isGiven(*field));
   }
+}
+
+QString nameWithoutPart(const QString &name) {
+  return name.left(name.lastIndexOf(partSeparator()));
 }
 
 }  // namespace korvel::platform::qt

@@ -28,6 +28,9 @@ using FieldNames = std::unordered_map<const QWidget *, QString>;
 void nameFields(QWidget &window, const std::vector<QWidget *> &fields,
                 const std::vector<DateFields> &dates, const FieldNames &given);
 
+// Of the whole date, from the name of one of its parts.
+QString nameWithoutPart(const QString &name);
+
 }  // namespace korvel::platform::qt
 
 #endif

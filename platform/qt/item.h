@@ -10,9 +10,12 @@
 
 #include "platform/desktop.h"
 
+class QString;
 class QWidget;
 
 namespace korvel::platform::qt {
+
+class Mark;
 
 class HitSink {
  public:
@@ -56,7 +59,10 @@ class Item {
   virtual ListClick lastClick() const { return {}; }
 
   virtual void setDefault(bool) {}
-  virtual void setAcceptable(bool) {}
+  // Words that hold for a while; empty: none.
+  virtual void explain(const QString &) {}
+
+  virtual Mark *mark() { return nullptr; }
 
   // Underlines the letter at this place of the label; none for -1.
   virtual void underline(qsizetype) {}

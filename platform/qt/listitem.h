@@ -39,7 +39,7 @@ class ListItem final : public QListView, public Item {
            const Rect &rect);
 
   QWidget *widget() override { return this; }
-  void setAcceptable(bool acceptable) override { mark_.show(!acceptable); }
+  Mark *mark() override { return &mark_; }
   void setEntries(const std::vector<std::string> &entries) override;
   int entryCount() const override { return rowCount(); }
   std::string entry(int index) const override;

@@ -1,4 +1,4 @@
-// Paints the mark, and has screen readers tell it.
+// Paints the mark, and finds the words for it.
 #include "platform/qt/mark.h"
 
 #include <QPainter>
@@ -18,13 +18,38 @@ constexpr float kFrameStrength = 0.6F;
 
 }  // namespace
 
-QString markDescription() { return QStringLiteral("À compléter ou à corriger"); }
+QString markDescription(const QString &detail) {
+  const QString words = QStringLiteral("À compléter ou à corriger");
+  return detail.isEmpty() ? words : words + QStringLiteral(" : ") + detail;
+}
+
+QString wordsFor(Expected expected, int bound) {
+  switch (expected) {
+    case Expected::TextUpTo:
+      return bound == 1 ? QStringLiteral("un seul caractère")
+                        : QStringLiteral("%1 caractères au plus").arg(bound);
+    case Expected::Date:
+      return QStringLiteral("date (jour, mois, année à quatre chiffres)");
+    case Expected::Integer:
+      return QStringLiteral("nombre entier");
+    case Expected::IntegerFrom:
+      return QStringLiteral("nombre entier, %1 ou plus").arg(bound);
+    case Expected::Number:
+      return QStringLiteral("nombre (par exemple 36,5)");
+    case Expected::NumberFrom:
+      return QStringLiteral("nombre, %1 ou plus (par exemple 36,5)").arg(bound);
+    case Expected::NumberAbove:
+      return QStringLiteral("nombre au-dessus de %1 (par exemple 36,5)").arg(bound);
+    case Expected::Text:
+      break;
+  }
+  return {};
+}
 
 void Mark::show(bool isShown) {
   if (isShown == isShown_) return;
   isShown_ = isShown;
-  if (isShown) description_ = field_.accessibleDescription();
-  field_.setAccessibleDescription(isShown ? markDescription() : description_);
+  hint_.tell(isShown ? markDescription(expected_) : QString());
   surface_.update();
 }
 

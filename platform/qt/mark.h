@@ -5,32 +5,40 @@
 #include <QPalette>
 #include <QString>
 
+#include "platform/desktop.h"
+#include "platform/qt/hint.h"
+
 class QWidget;
 
 namespace korvel::platform::qt {
 
-// What a screen reader adds to the name of a marked field.
-QString markDescription();
+// What is told of a marked field. `detail` may be empty.
+QString markDescription(const QString &detail);
+
+// A detail of it: what is to be entered.
+QString wordsFor(Expected expected, int bound);
 
 class Mark {
  public:
   // `surface` is the part of the field on which the mark is painted, `ground` its colour.
   Mark(QWidget &field, QWidget &surface, QPalette::ColorRole ground = QPalette::Base)
-      : field_(field), surface_(surface), ground_(ground) {}
+      : surface_(surface), ground_(ground), hint_(field) {}
 
   bool isShown() const { return isShown_; }
   void show(bool isShown);
+  // What the field is to hold, told with the mark that is shown next.
+  void setExpected(const QString &words) { expected_ = words; }
 
   // Paints a thin frame with a bar at its left edge; a focus frame stays visible around it. To be
   // called last while the surface is painted.
   void paint() const;
 
  private:
-  QWidget &field_;
   QWidget &surface_;
   const QPalette::ColorRole ground_;
+  Hint hint_;
   bool isShown_ = false;
-  QString description_;  // the field's own, while the mark is shown
+  QString expected_;
 };
 
 }  // namespace korvel::platform::qt

@@ -19,7 +19,7 @@ class PopUpItem final : public QComboBox, public Item {
             const Rect &rect);
 
   QWidget *widget() override { return this; }
-  void setAcceptable(bool acceptable) override { mark_.show(!acceptable); }
+  Mark *mark() override { return &mark_; }
   int value() const override { return currentIndex() + 1; }
   void setValue(int value) override;
   void setEntries(const std::vector<std::string> &entries) override;

@@ -20,6 +20,7 @@
 #include "platform/qt/fieldaccess.h"
 #include "platform/qt/formloader.h"
 #include "platform/qt/listitem.h"
+#include "platform/qt/mark.h"
 #include "platform/qt/popupitem.h"
 #include "platform/qt/text.h"
 #include "platform/qt/textitem.h"
@@ -253,10 +254,23 @@ void QtDialog::setEnabled(int item, bool enabled) {
 }
 
 void QtDialog::setAcceptable(int item, bool acceptable) {
-  if (Item *found = find(item)) found->setAcceptable(acceptable);
+  if (Mark *mark = markOf(item)) mark->show(!acceptable);
 }
 
-void QtDialog::setDateParts(int day, int month, int year) { dates_.push_back({day, month, year}); }
+void QtDialog::setExpected(int item, Expected expected, int bound) {
+  if (Mark *mark = markOf(item)) mark->setExpected(wordsFor(expected, bound));
+}
+
+void QtDialog::setDateParts(int day, int month, int year) {
+  dates_.push_back({day, month, year});
+  for (const int part : {day, month, year}) setExpected(part, Expected::Date, 0);
+}
+
+// Null for an item that cannot be marked.
+Mark *QtDialog::markOf(int item) const {
+  Item *found = find(item);
+  return found != nullptr ? found->mark() : nullptr;
+}
 
 // Fields are named when the dialog is complete.
 void QtDialog::setName(int item, std::string_view name) {
@@ -329,6 +343,30 @@ void QtDialog::giveInitialFocus() {
   first->selectText();
 }
 
+// A date as a whole, whose parts are marked together.
+QString QtDialog::nameOf(Item &field) const {
+  const QString name = field.widget()->accessibleName();
+  const bool isPart = std::any_of(dates_.begin(), dates_.end(), [&](const DateItems &date) {
+    return field.number() == date.day || field.number() == date.month ||
+           field.number() == date.year;
+  });
+  return isPart ? nameWithoutPart(name) : name;
+}
+
+QString QtDialog::whyOkIsGrey() const {
+  const auto first = std::find_if(tabOrder_.begin(), tabOrder_.end(), [](Item *item) {
+    return item->mark() != nullptr && item->mark()->isShown();
+  });
+  return markDescription(first != tabOrder_.end() ? nameOf(**first) : QString());
+}
+
+void QtDialog::explainOk() {
+  Item *ok = find(kOkItem);
+  if (ok == nullptr) return;
+  const bool isGrey = ok->widget()->testAttribute(Qt::WA_ForceDisabled);
+  ok->explain(isGrey ? whyOkIsGrey() : QString());
+}
+
 void QtDialog::actAsMessageBox() {
   std::vector<QPushButton *> buttons;
   for (Item *item : tabOrder_) {
@@ -392,6 +430,7 @@ void QtDialog::tell(int item) {
   const Run run = handler_->hit(item);
   isInHit_ = false;
   if (run == Run::Continue) {
+    explainOk();
     window_.releaseInput();
     return;
   }
@@ -407,6 +446,7 @@ void QtDialog::comeUp(HitHandler &handler) {
   handler_ = &handler;
   giveNames();
   giveLetters();
+  explainOk();
   giveInitialFocus();
   window_.show();
   window_.activateWindow();

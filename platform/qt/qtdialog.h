@@ -50,6 +50,7 @@ class QtDialog final : public Dialog, private HitSink {
   ListClick lastClick(int item) const override;
   void setEnabled(int item, bool enabled) override;
   void setAcceptable(int item, bool acceptable) override;
+  void setExpected(int item, Expected expected, int bound) override;
   void setDateParts(int day, int month, int year) override;
   void setName(int item, std::string_view name) override;
   void runModal(HitHandler &handler) override;
@@ -85,6 +86,10 @@ class QtDialog final : public Dialog, private HitSink {
   // The item that Return stands for.
   int returnItem() const;
   void keepFocusFrom(QWidget *disabled);
+  Mark *markOf(int item) const;
+  QString nameOf(Item &field) const;
+  QString whyOkIsGrey() const;
+  void explainOk();
   void tell(int item);
   void pressDefault();
   void pressCancel();

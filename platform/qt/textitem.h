@@ -28,7 +28,7 @@ class TextItem final : public QLineEdit, public Item {
   void setText(std::string_view text) override;
   void selectText() override;
   void setSecret() override;
-  void setAcceptable(bool acceptable) override { mark_.show(!acceptable); }
+  Mark *mark() override { return &mark_; }
 
   // As if these characters were selected and the text entered in their place: one hit, unless the
   // text holds a character without a byte, or the dialog takes no input now.

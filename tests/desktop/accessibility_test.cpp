@@ -127,13 +127,18 @@ TEST_F(Accessibility, TheFieldsThatKeepOkDisabledSaySo) {
   EXPECT_EQ(reader_.description(kName), kMarked);
   EXPECT_EQ(reader_.description("text Entiers"), "");
   EXPECT_FALSE(reader_.isEnabled(kOkField));
+  EXPECT_EQ(reader_.description(kOkField), "À compléter ou à corriger : Nom");
   EXPECT_TRUE(reader_.setText(kName, "x"));
   EXPECT_TRUE(reader_.waitUntil([this] { return reader_.isEnabled(kOkField); }));
   EXPECT_EQ(reader_.description(kName), "");
+  EXPECT_EQ(reader_.description(kOkField), "");
   EXPECT_TRUE(reader_.setText("text Date : mois", "13"));
   EXPECT_TRUE(reader_.waitUntil([this] { return !reader_.isEnabled(kOkField); }));
   for (const char *part : {"text Date : jour", "text Date : mois", "text Date : année"})
-    EXPECT_EQ(reader_.description(part), kMarked) << part;
+    EXPECT_EQ(reader_.description(part),
+              std::string(kMarked) + " : date (jour, mois, année à quatre chiffres)")
+        << part;
+  EXPECT_EQ(reader_.description(kOkField), "À compléter ou à corriger : Date");
   press("Escape");
   EXPECT_TRUE(host_.endedWith({"result 0"}));
 }

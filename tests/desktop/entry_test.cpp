@@ -4,6 +4,36 @@
 namespace korvel::test {
 namespace {
 
+// The pixels in which two pictures of one place differ.
+int differing(const Picture &a, const Picture &b) {
+  int count = 0;
+  for (std::size_t n = 0; n < a.pixels.size(); ++n) count += a.pixels[n] == b.pixels[n] ? 0 : 1;
+  return count;
+}
+
+// A tooltip lies below the pointer.
+Picture belowThe(Place pointer) { return picture(pointer.x, pointer.y + 18, 200, 30); }
+
+TEST(Entry, WhereTheMouseRestsOnAMarkedFieldAndOnTheGreyOkItTellsWhy) {
+  constexpr int kSome = 1500;
+  DialogHost host;
+  for (const Place place : {kPlainField, kOkButton}) {
+    const Picture before = belowThe(place);
+    restOn(place);
+    EXPECT_GT(differing(belowThe(place), before), kSome) << place.y;
+    restOn(kCancelButton);
+    EXPECT_EQ(differing(belowThe(place), before), 0) << place.y;
+  }
+  const Picture before = belowThe(kOkButton);
+  restOn(kOkButton);
+  write("x");
+  int left = 1;  // a tooltip goes after a moment
+  for (int n = 0; n < 10 && left > 0; ++n) left = differing(belowThe(kOkButton), before);
+  EXPECT_EQ(left, 0) << "OK is no longer grey";
+  press("Return");
+  EXPECT_TRUE(host.endedWith({"result 1", "text 0 x"}));
+}
+
 TEST(Entry, AccentsComeBackAsTheirStoredBytes) {
   DialogHost host;
   write("Élodie Lefèvre, ça où ê ï œ 37°");

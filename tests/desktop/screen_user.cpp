@@ -188,6 +188,14 @@ void click(Place place, int times) { clickWith(1, place, times); }
 
 void clickMiddle(Place place) { clickWith(2, place, 1); }
 
+void restOn(Place place) {
+  const Content content = activeContent();
+  for (const int step : {-1, 0})
+    run("xdotool mousemove " + std::to_string(content.corner.x + place.x + step) + " " +
+        std::to_string(content.corner.y + place.y));
+  rest(1200);
+}
+
 void closeWindow() { click({activeContent().width - 8, -11}); }
 
 void minimiseWindow() {

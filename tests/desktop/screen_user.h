@@ -67,6 +67,8 @@ void write(const std::string &text);
 void click(Place place, int times = 1);
 // Clicks with the middle button, which pastes what is selected elsewhere.
 void clickMiddle(Place place);
+// Moves the mouse to a place of the active window's content, and lets it rest there.
+void restOn(Place place);
 // Closes the active window by its frame.
 void closeWindow();
 // Has the window manager minimise the active window.

@@ -11,6 +11,8 @@
 namespace korvel::test {
 namespace {
 
+using platform::Expected;
+
 class Marks : public DialogTest {
  protected:
   // Text 3, pop-up 4, list 5, integer 6, number 7, date 8 to 10, push button 11; the first text
@@ -47,6 +49,68 @@ TEST_F(Marks, StandAfterFillingOnWhatKeepsOkDisabled) {
   DialogScript &script = expectDialog();
   expectMarks(script, "3 unacceptable\n6 unacceptable\n").press(kCancel);
   run();
+}
+
+// An application's own validator may ask for anything of its kind.
+TEST_F(Marks, EachFieldTellsWhatItAsksFor) {
+  const auto any = [](char *, int *) { return 0; };
+  const auto anyNumber = [](char *, double *) { return 0; };
+  const struct {
+    int mode;
+    ValidInt_t integer;
+    ValidNum_t number;
+    Expected expectedInteger;
+    int leastInteger;
+    Expected expectedNumber;
+  } kCases[] = {
+      {0, nullptr, nullptr, Expected::Integer, 0, Expected::Number},
+      {1, nullptr, nullptr, Expected::IntegerFrom, 0, Expected::NumberFrom},
+      {2, nullptr, nullptr, Expected::IntegerFrom, 1, Expected::NumberAbove},
+      {0, intcod_i_ssup0, realcod_d_sup0, Expected::IntegerFrom, 1, Expected::NumberFrom},
+      {2, any, anyNumber, Expected::Integer, 0, Expected::Number},
+  };
+  for (const auto &each : kCases) {
+    IDB = NDB = 1;
+    TDB = DDB = PDB = 0;
+    IntDlgBox_set(0, 5, each.mode);
+    NumDlgBox_set(0, 5, each.mode);
+    if (each.integer != nullptr) IntDlgBox_set_fvalid(0, each.integer);
+    if (each.number != nullptr) NumDlgBox_set_fvalid(0, each.number);
+    expectDialog().press(kCancel);
+    run();
+    EXPECT_EQ(desk.expected(3), each.expectedInteger) << each.mode;
+    EXPECT_EQ(desk.bound(3), each.leastInteger) << each.mode;
+    EXPECT_EQ(desk.expected(4), each.expectedNumber) << each.mode;
+    EXPECT_EQ(desk.bound(4), 0) << each.mode;
+  }
+}
+
+TEST_F(Marks, NothingMoreIsKnownWhereThereAreNoValidators) {
+  ValidInt_t *const validators = vi;
+  vi = nullptr;
+  expectDialog().press(kCancel);
+  run();
+  EXPECT_EQ(desk.expected(6), Expected::Integer);
+  vi = validators;
+}
+
+TEST_F(Marks, ATextTellsTheLimitThatTheApplicationHasSet) {
+  const struct {
+    int limit;
+    Expected expected;
+    int bound;
+  } kCases[] = {{0, Expected::Text, 0},
+                {1, Expected::TextUpTo, 1},
+                {40, Expected::TextUpTo, 40},
+                {TDB_BUFFERSIZE - 1, Expected::Text, 0}};
+  for (const auto &[limit, expected, bound] : kCases) {
+    TDB = 1;
+    TDB_iCarac[0] = limit;
+    expectDialog().press(kCancel);
+    run();
+    EXPECT_EQ(desk.expected(3), expected) << limit;
+    EXPECT_EQ(desk.bound(3), bound) << limit;
+  }
 }
 
 TEST_F(Marks, NoFieldIsMarkedWhileOkIsEnabled) {

@@ -35,6 +35,7 @@ void use(Dialog &dialog, int item) {
   dialog.lastClick(item);
   dialog.setEnabled(item, false);
   dialog.setEnabled(item, true);
+  dialog.setExpected(item, static_cast<platform::Expected>(item % 8), item);
   dialog.setAcceptable(item, item % 2 == 0);
 }
 

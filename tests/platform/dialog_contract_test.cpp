@@ -241,8 +241,10 @@ TEST_F(DialogContract, MarkingAFieldChangesNothingElse) {
   dialog_->setValue(popUp, 2);
   person()
       .check([&] {
-        for (const int item : {text, popUp, list, box, kOkItem, 0, 99})
+        for (const int item : {text, popUp, list, box, kOkItem, 0, 99}) {
+          dialog_->setExpected(item, Expected::TextUpTo, 3);
           dialog_->setAcceptable(item, false);
+        }
       })
       .type(text, "d")
       .choose(popUp, "a")

@@ -7,12 +7,16 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDialog>
+#include <QHelpEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListView>
 #include <QScreen>
 #include <QScrollBar>
+#include <QTest>
+#include <QTextDocumentFragment>
 #include <QTimer>
+#include <QToolTip>
 #include <gtest/gtest.h>
 
 #include "platform/desktop.h"
@@ -114,6 +118,160 @@ TEST_F(QtMark, IsSeenAndDescribedOnEveryKindOfField) {
     EXPECT_EQ(surface.grab().toImage(), before) << item;
     EXPECT_EQ(widget(item).accessibleDescription(), "");
   }
+}
+
+// As it is shown: a long one is rich text, which is wrapped.
+QString toolTipOf(const QWidget &widget) {
+  const QString told = widget.toolTip();
+  return Qt::mightBeRichText(told) ? QTextDocumentFragment::fromHtml(told).toPlainText() : told;
+}
+
+TEST_F(QtMark, TellsWhatIsExpectedWhereTheMouseRests) {
+  const struct {
+    Expected expected;
+    int bound;
+    const char *words;
+  } kCases[] = {
+      {Expected::Text, 0, "À compléter ou à corriger"},
+      {Expected::TextUpTo, 40, "À compléter ou à corriger : 40 caractères au plus"},
+      {Expected::TextUpTo, 1, "À compléter ou à corriger : un seul caractère"},
+      {Expected::Date, 0, "À compléter ou à corriger : date (jour, mois, année à quatre chiffres)"},
+      {Expected::Integer, 0, "À compléter ou à corriger : nombre entier"},
+      {Expected::IntegerFrom, 1, "À compléter ou à corriger : nombre entier, 1 ou plus"},
+      {Expected::Number, 0, "À compléter ou à corriger : nombre (par exemple 36,5)"},
+      {Expected::NumberFrom, 0, "À compléter ou à corriger : nombre, 0 ou plus (par exemple 36,5)"},
+      {Expected::NumberAbove, 0,
+       "À compléter ou à corriger : nombre au-dessus de 0 (par exemple 36,5)"},
+  };
+  const int item = addField({20, 20, 150, 35});
+  widget(item).setToolTip("l'aide du formulaire");
+  for (const auto &[expected, bound, words] : kCases) {
+    dialog_->setExpected(item, expected, bound);
+    EXPECT_EQ(widget(item).toolTip(), "l'aide du formulaire") << words;
+    dialog_->setAcceptable(item, false);
+    EXPECT_EQ(toolTipOf(widget(item)), words);
+    EXPECT_EQ(widget(item).accessibleDescription(), words);
+    dialog_->setAcceptable(item, true);
+  }
+}
+
+TEST_F(QtMark, APartOfADateTellsThatADateIsExpected) {
+  const int parts[] = {addField({20, 20, 40, 35}), addField({50, 20, 70, 35}),
+                       addField({80, 20, 120, 35})};
+  dialog_->setDateParts(parts[0], parts[1], parts[2]);
+  for (const int part : parts) {
+    dialog_->setAcceptable(part, false);
+    EXPECT_TRUE(toolTipOf(widget(part)).contains("date (jour,")) << part;
+  }
+}
+
+class QtGreyOk : public QtAccess {
+ protected:
+  QtGreyOk() {
+    dialog_->addStaticText({20, 50, 100, 65}, "Entr\x8E le :");
+    for (int n = 0; n < 3; ++n) date_[n] = addField({110 + 50 * n, 50, 140 + 50 * n, 65});
+    dialog_->setDateParts(date_[0], date_[1], date_[2]);
+    dialog_->addStaticText({20, 20, 100, 35}, "Poids <kg> & taille");
+    weight_ = addField({110, 20, 200, 35});
+    hits_.on(weight_, [this] { setAll(dialog_->text(weight_) == "7"); });
+  }
+  // As the library does: the button first.
+  void setAll(bool acceptable) {
+    dialog_->setEnabled(kOkItem, acceptable);
+    for (const int part : date_) dialog_->setAcceptable(part, acceptable);
+    dialog_->setAcceptable(weight_, acceptable);
+  }
+  void expectWhy(const char *words) {
+    EXPECT_EQ(toolTipOf(widget(kOkItem)), words);
+    EXPECT_EQ(widget(kOkItem).accessibleDescription(), words);
+  }
+
+  int date_[3] = {};
+  int weight_ = 0;
+};
+
+TEST_F(QtGreyOk, NamesTheFirstFieldThatKeepsItSo) {
+  setAll(false);
+  person().check([this] { expectWhy("À compléter ou à corriger : Entré le"); });
+  hits_.on(date_[0], [this] {
+    for (const int part : date_) dialog_->setAcceptable(part, true);
+  });
+  person().type(date_[0], "1").check([this] {
+    expectWhy("À compléter ou à corriger : Poids <kg> & taille");
+  });
+  person().type(weight_, "7").check([this] { expectWhy(""); });
+  person().type(weight_, "0").check([this] { expectWhy("À compléter ou à corriger : Entré le"); });
+  run();
+}
+
+TEST_F(QtGreyOk, ALongNameIsWrapped) {
+  const std::string label(100, 'm');
+  dialog_->addStaticText({300, 20, 380, 35}, label);
+  const int field = addField({390, 20, 420, 35});
+  dialog_->setEnabled(kOkItem, false);
+  dialog_->setAcceptable(field, false);
+  person().check([&] {
+    EXPECT_TRUE(Qt::mightBeRichText(widget(kOkItem).toolTip()));
+    expectWhy(("À compléter ou à corriger : " + label).c_str());
+  });
+  run();
+}
+
+TEST_F(QtGreyOk, TellsThatThereIsSuchAFieldWhereNoneIsShown) {
+  dialog_->setEnabled(kOkItem, false);
+  person().check([this] { expectWhy("À compléter ou à corriger"); });
+  run();
+}
+
+TEST_F(QtGreyOk, ADateWithoutALabelIsNamedByItsFirstPart) {
+  const int other = addField({300, 140, 320, 155});
+  dialog_->setDateParts(other, 0, 0);
+  dialog_->setEnabled(kOkItem, false);
+  dialog_->setAcceptable(other, false);
+  person().check([this] { expectWhy("À compléter ou à corriger : jour"); });
+  run();
+}
+
+TEST_F(QtGreyOk, HasItsOwnWordsBackWhenItIsNot) {
+  widget(kOkItem).setToolTip("Enregistre la fiche");
+  widget(kOkItem).setAccessibleDescription("Enregistre");
+  setAll(false);
+  person().type(weight_, "7").check([this] {
+    EXPECT_EQ(widget(kOkItem).toolTip(), "Enregistre la fiche");
+    EXPECT_EQ(widget(kOkItem).accessibleDescription(), "Enregistre");
+  });
+  run();
+}
+
+// As when the mouse rests on the widget.
+void restOn(QWidget &widget) {
+  const QPoint middle = widget.rect().center();
+  const QPoint place = widget.mapToGlobal(middle);
+  QCursor::setPos(place);
+  widget.setAttribute(Qt::WA_UnderMouse);
+  QHelpEvent event(QEvent::ToolTip, middle, place);
+  QCoreApplication::sendEvent(&widget, &event);
+}
+
+TEST_F(QtGreyOk, ATooltipThatIsUpFollows) {
+  setAll(false);
+  person().check([this] {
+    restOn(widget(kOkItem));
+    EXPECT_TRUE(QToolTip::text().contains("Entré le")) << QToolTip::text().toStdString();
+  });
+  hits_.on(date_[0], [this] {
+    for (const int part : date_) dialog_->setAcceptable(part, true);
+  });
+  person().type(date_[0], "1").check([] {
+    EXPECT_TRUE(QToolTip::isVisible());
+    EXPECT_TRUE(QToolTip::text().contains("Poids")) << QToolTip::text().toStdString();
+  });
+  person().type(weight_, "7").check([this] {
+    QTest::qWait(400);  // it goes after a moment
+    EXPECT_FALSE(QToolTip::isVisible());
+    widget(kOkItem).setAttribute(Qt::WA_UnderMouse, false);
+  });
+  run();
 }
 
 TEST_F(QtMark, OtherItemsHaveNone) {

@@ -108,6 +108,8 @@ struct Item {
   bool isSecret = false;
   bool isEnabled = true;
   bool isAcceptable = true;
+  platform::Expected expected = platform::Expected::Text;
+  int bound = 0;
   std::string part;  // of a date
   std::string name;  // given by the program; readable
   int value = 0;
@@ -301,6 +303,11 @@ class ScriptedDialog final : public platform::Dialog {
     if (!is(item, ItemKind::EditText) && !hasEntries(item)) return;
     shown_->at(item).isAcceptable = acceptable;
     shown_->marks.push_back(std::to_string(item) + (acceptable ? " acceptable" : " unacceptable"));
+  }
+  void setExpected(int item, platform::Expected expected, int bound) override {
+    if (!is(item, ItemKind::EditText)) return;
+    shown_->at(item).expected = expected;
+    shown_->at(item).bound = bound;
   }
   void setDateParts(int day, int month, int year) override {
     if (is(day, ItemKind::EditText)) shown_->at(day).part = "day";
@@ -760,6 +767,14 @@ bool ScriptedDesktop::isAcceptable(int item) const {
 
 std::string ScriptedDesktop::name(int item) const {
   return newest_->has(item) ? newest_->at(item).name : std::string();
+}
+
+platform::Expected ScriptedDesktop::expected(int item) const {
+  return newest_ && newest_->has(item) ? newest_->at(item).expected : platform::Expected::Text;
+}
+
+int ScriptedDesktop::bound(int item) const {
+  return newest_ && newest_->has(item) ? newest_->at(item).bound : 0;
 }
 
 std::string ScriptedDesktop::datePart(int item) const {

@@ -127,6 +127,8 @@ class ScriptedDesktop : public platform::Desktop {
   bool isEnabled(int item) const;
   bool isSecret(int item) const;
   bool isAcceptable(int item) const;
+  platform::Expected expected(int item) const;
+  int bound(int item) const;             // of what is expected
   std::string name(int item) const;      // given by the program; else empty
   std::string datePart(int item) const;  // "day", "month" or "year"; else empty
   std::vector<std::string> entries(int item) const;

@@ -410,6 +410,13 @@ TEST(ScriptedDesktop, RecordsMarksAndTheItemsOfDates) {
   EXPECT_EQ(desk.takeMarks(), line(kEdit, " unacceptable\n") + line(kPopUp, " unacceptable\n") +
                                   line(kList, " unacceptable\n") + line(kList, " acceptable\n"));
   EXPECT_EQ(desk.takeMarks(), "");
+  EXPECT_EQ(desk.expected(kEdit), platform::Expected::Text);
+  for (const int item : {kEdit, kList, 0, 99})
+    shown.dialog->setExpected(item, platform::Expected::IntegerFrom, 1);
+  EXPECT_EQ(desk.expected(kEdit), platform::Expected::IntegerFrom);
+  EXPECT_EQ(desk.bound(kEdit), 1);
+  EXPECT_EQ(desk.expected(kList), platform::Expected::Text);
+  EXPECT_EQ(desk.bound(99), 0);
   shown.dialog->setDateParts(kOkItem, kEdit, 99);
   EXPECT_EQ(desk.datePart(kOkItem), "");
   EXPECT_EQ(desk.datePart(kEdit), "month");
