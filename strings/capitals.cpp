@@ -43,22 +43,10 @@ constexpr std::array<unsigned char, 128> kPlainCapitals = {
     // clang-format on
 };
 
-constexpr unsigned char plainCapitalOf(unsigned char c) {
-  if (c >= 0x80) return kPlainCapitals[c - 0x80U];
-  return c >= 'a' && c <= 'z' ? static_cast<unsigned char>(c - 'a' + 'A') : c;
-}
-
-// For every byte. A capital is its own capital, so a byte may be looked up twice.
-constexpr std::array<unsigned char, 256> kPlainCapitalOfByte = [] {
-  std::array<unsigned char, 256> table{};
-  for (unsigned c = 0; c < table.size(); ++c) {
-    table[c] = plainCapitalOf(static_cast<unsigned char>(c));
-  }
-  return table;
-}();
-
+// Of a byte that is no small ASCII letter.
 char plainCapital(char c) {
-  return static_cast<char>(kPlainCapitalOfByte[static_cast<unsigned char>(c)]);
+  const auto byte = static_cast<unsigned char>(c);
+  return byte < 0x80 ? c : static_cast<char>(kPlainCapitals[byte - 0x80U]);
 }
 
 // The ASCII letters of a vector as capitals. 'z' is shifted up to 127, the largest signed byte: one
