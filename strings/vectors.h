@@ -90,8 +90,9 @@ class VectorOf {
   // The same on any machine.
   std::uint32_t gatheredMask() const {
     std::uint32_t bits = 0;
-    const auto bytes = as<unsigned char>();
-    for (unsigned i = 0; i < kSize; ++i) bits |= std::uint32_t{bytes.at[i]} >> 7U << i;
+    unsigned char bytes[kSize];
+    __builtin_memcpy(bytes, &bytes_, kSize);
+    for (unsigned i = 0; i < kSize; ++i) bits |= std::uint32_t{bytes[i]} >> 7U << i;
     return bits;
   }
 
@@ -99,7 +100,9 @@ class VectorOf {
   std::uint32_t sum() const {
     constexpr std::uint64_t kEvenBytes = 0x00FF00FF00FF00FFU;
     std::uint64_t sum = 0;
-    for (const std::uint64_t word : as<std::uint64_t>().at) {
+    std::uint64_t words[kSize / sizeof(std::uint64_t)];
+    __builtin_memcpy(words, &bytes_, kSize);
+    for (const std::uint64_t word : words) {
       const std::uint64_t pairs = (word & kEvenBytes) + (word >> 8U & kEvenBytes);
       sum += pairs * 0x0001000100010001U >> 48U;
     }
@@ -110,17 +113,8 @@ class VectorOf {
   typedef unsigned char Bytes __attribute__((vector_size(size)));
   typedef signed char SignedBytes __attribute__((vector_size(size)));
   using WordPair __attribute__((vector_size(16))) = std::uint64_t;
-  template <typename Element>
-  struct Elements {
-    Element at[size / sizeof(Element)];
-  };
 
   explicit VectorOf(Bytes bytes) : bytes_(bytes) {}
-
-  template <typename Element>
-  Elements<Element> as() const {
-    return __builtin_bit_cast(Elements<Element>, bytes_);
-  }
 
   template <typename Word>
   static VectorOf ends(const char *p, std::size_t count) {
