@@ -21,10 +21,6 @@ bool isCopy(std::span<char> d, std::string_view source) {
 // Length of the text in d; d.size() where it has no terminator.
 std::size_t textLength(std::span<char> d) { return d.empty() ? 0 : strnlen(d.data(), d.size()); }
 
-void zerosForBlanks(std::span<char> run) {
-  for (char &c : run) c = c == ' ' ? '0' : c;
-}
-
 bool copyBytes(std::span<char> d, std::string_view source) {
   if (!isCopy(d, source)) return false;
   std::memmove(d.data(), source.data(), std::min(source.size(), d.size()));
@@ -63,7 +59,7 @@ using namespace korvel::base;
 using namespace korvel::strings;
 
 int szcnum(char *p, int n) {
-  zerosForBlanks(roomOf(p, n));
+  std::ranges::replace(roomOf(p, n), ' ', '0');
   return 1;
 }
 

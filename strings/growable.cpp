@@ -12,15 +12,6 @@ namespace korvel::strings {
 
 namespace {
 
-constexpr int kNoSize = -1;
-
-// A first block holds exactly what comes in; later ones leave room for as much again.
-int grownCapacity(int capacity, int used, int n) {
-  if (used == 0) return n;
-  const std::int64_t size = (std::int64_t{capacity} + n) * 2;
-  return size <= INT_MAX ? static_cast<int>(size) : kNoSize;
-}
-
 void copyBytes(char *d, const char *source, int n) {
   if (n > 0) std::memmove(d, source, static_cast<std::size_t>(n));
 }
@@ -28,8 +19,9 @@ void copyBytes(char *d, const char *source, int n) {
 // The old block is released last: source may be part of it.
 int replaceBuffer(char **buf, int *capacity, int used, const char *source, int n,
                   Allocate allocate) {
-  const int size = grownCapacity(*capacity, used, n);
-  if (size == kNoSize) return 0;
+  // A first block holds exactly what comes in; later ones leave room for as much again.
+  const std::int64_t size = used == 0 ? n : (std::int64_t{*capacity} + n) * 2;
+  if (size > INT_MAX) return 0;
   char *block = static_cast<char *>(allocate(static_cast<std::size_t>(size)));
   if (block == nullptr && used > 0) return 0;
   if (block != nullptr) {
@@ -38,7 +30,7 @@ int replaceBuffer(char **buf, int *capacity, int used, const char *source, int n
   }
   std::free(*buf);
   *buf = block;
-  *capacity = size;
+  *capacity = static_cast<int>(size);
   return block != nullptr ? 1 : 0;
 }
 

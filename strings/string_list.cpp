@@ -40,8 +40,6 @@ int countItems(const char *list) {
   return count;
 }
 
-void cutItemsAt(char *s, char separator) { std::replace(s, endOf(s), separator, '\0'); }
-
 }  // namespace
 
 void endList(std::span<char> buffer) {
@@ -100,7 +98,8 @@ void ChCh_Cut(char *s) {
 }
 
 void ChCh_Cut_sep(char *s, int separator) {
-  if (s != nullptr && isTextByte(separator)) cutItemsAt(s, static_cast<char>(separator));
+  if (s == nullptr || !isTextByte(separator)) return;
+  std::replace(s, endOf(s), static_cast<char>(separator), '\0');
 }
 
 void ChCh_Bind(char *list) {
