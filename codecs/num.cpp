@@ -17,10 +17,6 @@ namespace korvel::codecs {
 
 namespace {
 
-// The working areas of the readers, terminator included.
-constexpr int kIntegerArea = 12;
-constexpr int kRealArea = 20;
-
 void trimEnd(std::string_view &run) {
   while (run.ends_with(' ')) run.remove_suffix(1);
 }
@@ -39,6 +35,20 @@ bool dropFirst(std::string_view &run, char c) {
   if (!run.starts_with(c)) return false;
   run.remove_prefix(1);
   return true;
+}
+
+// read(text, &value): as readInteger. Its text has kArea bytes, terminator included.
+template <int kArea, typename Number, typename Read>
+int readRun(std::string_view run, Number *result, Read read) {
+  *result = 0;
+  char text[kArea];
+  if (!strings::copyWhole(text, run)) return kWrongWidth;
+  Number value = 0;
+  const int status = read(text, &value);
+  if (status != kRead) return status;
+  if (value < 0) return kNegative;
+  *result = value;
+  return kRead;
 }
 
 int readPercentage(std::string_view run, int *result) {
@@ -65,17 +75,11 @@ int readInterval(std::string_view run, int *low, int *high) {
 }
 
 int readRealNum(std::string_view run, double *result) {
-  *result = 0.0;
   const bool isPercentage = dropLast(run, '%');
   if (isPercentage) trimEnd(run);
-  char text[kRealArea];
-  if (!strings::copyWhole(text, run)) return kWrongWidth;
-  double value = 0.0;
-  const int status = readReal(text, &value);
-  if (status != kRead) return status;
-  if (value < 0.0) return kNegative;
-  *result = isPercentage ? value / 100.0 : value;
-  return kRead;
+  const int status = readRun<20>(run, result, readReal);
+  if (isPercentage) *result /= 100.0;
+  return status;
 }
 
 int countNums(std::string_view list) {
@@ -112,15 +116,8 @@ int writeNum(int value, std::span<char> destination) {
 
 int readNum(std::string_view num, int *result, std::uint32_t limit) {
   if (result == nullptr) return kWrongWidth;
-  *result = 0;
-  char text[kIntegerArea];
-  if (!strings::copyWhole(text, num)) return kWrongWidth;
-  int value = 0;
-  const int status = readInteger(text, limit, &value);
-  if (status != kRead) return status;
-  if (value < 0) return kNegative;
-  *result = value;
-  return kRead;
+  return readRun<kIntegerSize>(
+      num, result, [limit](char *text, int *value) { return readInteger(text, limit, value); });
 }
 
 }  // namespace korvel::codecs
