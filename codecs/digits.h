@@ -5,6 +5,7 @@
 #ifndef KORVEL_CODECS_DIGITS_H
 #define KORVEL_CODECS_DIGITS_H
 
+#include <algorithm>
 #include <array>
 #include <bit>
 #include <cstddef>
@@ -22,10 +23,7 @@ inline unsigned digitValue(char c) { return static_cast<unsigned>(c - '0'); }
 inline bool isDigit(char c) { return digitValue(c) < 10; }
 
 inline bool areDigits(const char *begin, const char *end) {
-  for (const char *p = begin; p != end; ++p) {
-    if (!isDigit(*p)) return false;
-  }
-  return true;
+  return std::all_of(begin, end, isDigit);
 }
 
 inline const char *skipSign(const char *p) { return *p == '+' || *p == '-' ? p + 1 : p; }

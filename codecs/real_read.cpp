@@ -89,13 +89,9 @@ double withFraction(double sum, const char *begin, const char *end) {
 
 // One step at a time, until a step changes nothing, as from 0 or infinity on.
 double scaled(double value, int exponent) {
-  for (; exponent > 0; --exponent) {
-    const double next = value * 10.0;
-    if (next == value) break;
-    value = next;
-  }
-  for (; exponent < 0; ++exponent) {
-    const double next = value / 10.0;
+  const bool grows = exponent > 0;
+  for (; exponent != 0; exponent += grows ? -1 : 1) {
+    const double next = grows ? value * 10.0 : value / 10.0;
     if (next == value) break;
     value = next;
   }

@@ -34,12 +34,7 @@ class BoundedText {
   int length() const { return length_; }
   int room() const { return room_ - length_; }
 
-  bool append(char c) {
-    if (room() < 1) return false;
-    buffer_[length_++] = c;
-    end();
-    return true;
-  }
+  bool append(char c) { return insert(c, length_); }
   // `count` is at most room().
   void append(const char *bytes, int count) {
     std::memcpy(buffer_ + length_, bytes, static_cast<std::size_t>(count));
