@@ -6,12 +6,10 @@
 namespace korvel::profile {
 namespace {
 
-const char *findBracket(const char *from, const char *end) {
-  return static_cast<const char *>(std::memchr(from, '[', static_cast<std::size_t>(end - from)));
-}
-
-bool takeHeader(Characters &characters, std::string_view name) {
-  return characters.take("[") && characters.take(name) && characters.take("]");
+// Whether `at` is the first character of a line, in the text that begins at textBegin.
+bool isFirstCharacter(const char *at, const char *textBegin) {
+  while (at != textBegin && at[-1] == '\n') --at;
+  return at == textBegin || at[-1] == '\r';
 }
 
 bool takeKey(Characters &characters, std::string_view key) {
@@ -28,7 +26,8 @@ bool mayBeginALine(std::string_view key) {
 
 const char *findHeader(Stretch text, const char *from) {
   for (;;) {
-    const char *bracket = findBracket(from, text.end);
+    const std::size_t rest = Stretch{from, text.end}.size();
+    const auto *bracket = static_cast<const char *>(std::memchr(from, '[', rest));
     if (bracket == nullptr || isFirstCharacter(bracket, text.begin)) return bracket;
     from = bracket + 1;
   }
@@ -41,7 +40,7 @@ std::optional<Line> findSection(Stretch text, const char *from, std::string_view
     if (header == nullptr) return std::nullopt;
     const Line line = lineAt(header, text.end);
     Characters characters(line, limit);
-    if (takeHeader(characters, name)) return line;
+    if (characters.take("[") && characters.take(name) && characters.take("]")) return line;
     from = line.next;
   }
 }

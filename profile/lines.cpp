@@ -14,15 +14,11 @@ const char *find(const char *begin, const char *end, char c) {
   return static_cast<const char *>(std::memchr(begin, static_cast<unsigned char>(c), size));
 }
 
-const char *findLast(const char *begin, const char *end, char c) {
-  const auto size = static_cast<std::size_t>(end - begin);
-  return static_cast<const char *>(memrchr(begin, static_cast<unsigned char>(c), size));
-}
-
 // The beginning of the line that holds `at`. `from`, in front of it, is the beginning of a line;
 // `at` is not the line feed of a "\r\n".
 const char *beginningOfLine(const char *from, const char *at) {
-  const char *carriageReturn = findLast(from, at, '\r');
+  const auto size = static_cast<std::size_t>(at - from);
+  const auto *carriageReturn = static_cast<const char *>(memrchr(from, '\r', size));
   if (carriageReturn == nullptr) return from;
   return carriageReturn + (carriageReturn[1] == '\n' ? 2 : 1);
 }
@@ -35,11 +31,6 @@ Line lineAt(const char *begin, const char *textEnd) {
   const char *next = end + 1;
   if (next != textEnd && *next == '\n') ++next;
   return {begin, end, next};
-}
-
-bool isFirstCharacter(const char *at, const char *textBegin) {
-  while (at != textBegin && at[-1] == '\n') --at;
-  return at == textBegin || at[-1] == '\r';
 }
 
 void Characters::passLineFeeds() {

@@ -39,9 +39,6 @@ struct Line {
 // The line that begins at `begin`.
 Line lineAt(const char *begin, const char *textEnd);
 
-// Whether `at` is the first character of a line, in the text that begins at textBegin.
-bool isFirstCharacter(const char *at, const char *textBegin);
-
 // The characters of a line, consumed from the front.
 class Characters {
  public:

@@ -30,22 +30,20 @@ InputFile::~InputFile() {
   if (descriptor_ >= 0) close(descriptor_);
 }
 
+// Whether it is a regular file is known once it is open; until then opening a pipe must not wait
+// for the other end.
 bool InputFile::open(const char *path) {
-  if (!openAt(files::PosixPath::withoutVolumeCheck(path).text()) &&
-      !openAt(files::PosixPath(path).text()))
+  const auto openAt = [this](const files::PosixPath &posix) {
+    constexpr int kFlags = O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
+    descriptor_ = base::retried([&] { return ::open(posix.text(), kFlags); });
+    return descriptor_ >= 0;
+  };
+  if (!openAt(files::PosixPath::withoutVolumeCheck(path)) && !openAt(files::PosixPath(path)))
     return false;
   struct stat status;
   if (fstat(descriptor_, &status) != 0) return false;
   size_ = status.st_size;
   return S_ISREG(status.st_mode);
-}
-
-// Whether it is a regular file is known once it is open; until then opening a pipe must not wait
-// for the other end.
-bool InputFile::openAt(const char *posixPath) {
-  descriptor_ = base::retried(
-      [&] { return ::open(posixPath, O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC); });
-  return descriptor_ >= 0;
 }
 
 MemoryFile::MemoryFile(off_t size) {

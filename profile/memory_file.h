@@ -24,8 +24,6 @@ class InputFile {
   off_t size() const { return size_; }
 
  private:
-  bool openAt(const char *posixPath);
-
   int descriptor_ = -1;
   off_t size_ = 0;
 };

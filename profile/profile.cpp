@@ -66,13 +66,6 @@ bool readValue(const char *section, const char *key, const char *path, Destinati
   return value.has_value();
 }
 
-int readText(const char *section, const char *key, const char *defaultText, const char *path,
-             Destination destination) {
-  destination.set(defaultText);
-  readValue(section, key, path, destination);
-  return destination.length();
-}
-
 int readInteger(const char *section, const char *key, int defaultValue, const char *path) {
   char text[codecs::kIntegerSize];
   Destination destination(text, codecs::kIntegerSize);
@@ -212,7 +205,10 @@ using korvel::base::guarded;
 int GetPrivateProfileString(const char *section, const char *key, const char *defaultText,
                             char *destination, int capacity, const char *path) {
   if (destination == nullptr || capacity < 1) return 0;
-  return readText(section, key, defaultText, path, {destination, capacity});
+  Destination text(destination, capacity);
+  text.set(defaultText);
+  readValue(section, key, path, text);
+  return text.length();
 }
 
 int GetPrivateProfileInt(const char *section, const char *key, int defaultValue, const char *path) {
