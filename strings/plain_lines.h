@@ -1,4 +1,4 @@
-// For tables/ and profile/: the lines of a text that a rewriting copies as they are.
+// For strings/, tables/ and profile/: the lines of a text that a rewriting copies as they are.
 #ifndef KORVEL_STRINGS_PLAIN_LINES_H
 #define KORVEL_STRINGS_PLAIN_LINES_H
 
