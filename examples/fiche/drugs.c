@@ -43,14 +43,14 @@ static int search(Search function, const char *letters, Drug *drug) {
 }
 
 int findDrug(const char *letters, Drug *drug) {
-  useReferenceTables();
+  useReferenceTable(kDrugs);
   return search(ZRV_Code_NC_ex, letters, drug);
 }
 
 int findNextDrug(const char *letters, Drug *drug) {
   char code[sizeof drug->code];
   memcpy(code, drug->code, sizeof code);
-  useReferenceTables();
+  useReferenceTable(kDrugs);
   /* Other tables may have been looked at since: the speciality becomes the current line again. */
   if (ZRV_Libelle_NC(code, (int)strlen(code), kName, kDrugs, drug->name, sizeof drug->name) &&
       search(ZRV_Code_NC_ex_next, letters, drug))

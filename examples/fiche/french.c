@@ -36,6 +36,23 @@ char *french(const char *utf8) {
   return result;
 }
 
+int utf8(const char *cp1252, char *out, int size) {
+  for (; *cp1252 && size > 3; cp1252++) {
+    unsigned character = characterOf((unsigned char)*cp1252);
+    unsigned length = character < 0x80 ? 1 : character < 0x800 ? 2 : 3;
+    static const unsigned char kLead[] = {0, 0, 0xC0, 0xE0};
+    for (unsigned i = length - 1; i > 0; i--) {
+      out[i] = (char)(0x80 | (character & 0x3F));
+      character >>= 6;
+    }
+    out[0] = (char)(kLead[length] | character);
+    out += length;
+    size -= (int)length;
+  }
+  *out = '\0';
+  return *cp1252 == '\0';
+}
+
 static char capitalOf(unsigned char byte) {
   if (byte >= 'a' && byte <= 'z') return (char)(byte - 'a' + 'A');
   if (byte >= 0xE0 && byte != 0xF7 && byte != 0xFF) return (char)(byte - 0x20);

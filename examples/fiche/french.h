@@ -7,6 +7,10 @@
    byte. */
 char *french(const char *utf8);
 
+/* The UTF-8 form of a CP1252 text, as the names of files have it. Returns 1, or 0 when it does not
+   fit. */
+int utf8(const char *cp1252, char *out, int size);
+
 /* Capitals of a CP1252 text, accents kept: up to size - 1 characters. */
 void capitals(const char *cp1252, char *out, int size);
 

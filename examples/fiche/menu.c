@@ -19,10 +19,15 @@ enum { kTaches, kEtat, kTexts };
 static const struct {
   const char *title;
   void (*run)(void);
-} kTasks[] = {{"Nouvelle fiche", newRecord},      {"Modifier une fiche", editRecord},
-              {"Médecin traitant", assignDoctor}, {"Ordonnance", prescribe},
-              {"Note de visite", noteVisit},      {"Table des professions", keepProfessions},
-              {"Réglages", changeSettings}};
+} kTasks[] = {{"Nouvelle fiche", newRecord},
+              {"Modifier une fiche", editRecord},
+              {"Médecin traitant", assignDoctor},
+              {"Ordonnance", prescribe},
+              {"Note de visite", noteVisit},
+              {"Table des professions", keepProfessions},
+              {"Réglages", changeSettings},
+              {"Importer une table", importNewTable},
+              {"Recherche dans les notes", searchAllNotes}};
 enum { kTaskCount = sizeof kTasks / sizeof *kTasks };
 
 static void joinTitles(char *rows) {

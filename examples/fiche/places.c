@@ -54,7 +54,7 @@ int isCommuneOf(const char *code, const char *department) {
 int communeCode(const char *name, const char *department, char *code, int size) {
   const char *const labels[] = {name, department, NULL};
   const int columns[] = {kName, kDepartment, -1};
-  useReferenceTables();
+  useReferenceTable(kCommunes);
   if (*name && ZRV_Code_NC_ex(labels, columns, kCommunes, code, size)) return 1;
   *code = '\0';
   return 0;
@@ -80,7 +80,7 @@ int birthplaceName(const char *code, int day, char *name, int size) {
   length = (int)strlen(key);
   if (day == 0) day = kPresent;
   if (day < kHistoryBegins) day = kHistoryBegins;
-  useReferenceTables();
+  useReferenceTable(kHistory);
   int found = ZRV_Libelle_NC_dates(key, length, kName, kHistory, name, size, kFrom, day);
   /* On the day that ends a period the next one is in force already. */
   if (found && historyDate(kTo) == day)

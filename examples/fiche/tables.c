@@ -12,7 +12,8 @@
 
 #include "french.h"
 
-static const char kReference[] = "Tables:", kPractice[] = "Cabinet:";
+static const char kReference[] = "Tables:", kPractice[] = "Cabinet:",
+                  kImported[] = "Cabinet:tables:";
 
 /* The folder "tables" beside the program. */
 static int findTables(char *path, int size) {
@@ -55,14 +56,30 @@ int openTables(void) {
   return Dir_Is_Existing(kReference);
 }
 
-void useReferenceTables(void) { setDirTables(kReference); }
+int isReferenceTable(const char *table) {
+  char path[96];
+  snprintf(path, sizeof path, "%s%s", kReference, table);
+  return *table && File_Is_Existing(path);
+}
+
+void importedTable(const char *table, char *path, int size) {
+  snprintf(path, (size_t)size, "%s%s", kImported, table);
+}
+
+void useImportedTables(void) { setDirTables(kImported); }
+
+void useReferenceTable(const char *table) {
+  char imported[96];
+  importedTable(table, imported, sizeof imported);
+  setDirTables(File_Is_Existing(imported) ? kImported : kReference);
+}
 
 void usePracticeTables(void) { setDirTables(""); }
 
 void usePracticeFiles(void) { setDirTables(kPractice); }
 
 int referenceLabel(const char *table, const char *code, int column, char *out, int size) {
-  useReferenceTables();
+  useReferenceTable(table);
   /* In a key a question mark matches any character. */
   if (!strchr(code, '?') && ZRV_Libelle_NC(code, (int)strlen(code), column, table, out, size))
     return 1;
@@ -71,7 +88,7 @@ int referenceLabel(const char *table, const char *code, int column, char *out, i
 }
 
 int referenceCode(const char *table, const char *label, int column, char *out, int size) {
-  useReferenceTables();
+  useReferenceTable(table);
   if (ZRV_Code_NC(label, column, table, out, size)) return 1;
   *out = '\0';
   return 0;
@@ -124,7 +141,7 @@ char *referenceChoices(const char *table, int only, const char *wanted, char sep
   memset(&found, 0, sizeof found);
   found.only = only;
   found.wanted = wanted;
-  useReferenceTables();
+  useReferenceTable(table);
   ZRV_Table_scan(table, &firstLine, &lastLine, collectLabel);
   if (found.count > 0) qsort(found.labels, (size_t)found.count, sizeof *found.labels, labelOrder);
   char *choices = malloc(found.length + 1), *end = choices;

@@ -8,9 +8,17 @@
    be open (openPractice). Returns 1, or 0 when there are no tables. */
 int openTables(void);
 
-/* From here on a table's name means a reference table ("pays.tab"), of one of the practice's
-   ("professions"), or of any of its files ("MT.par"). */
-void useReferenceTables(void);
+/* Whether a reference table of this name ("pays.tab") comes with the program. */
+int isReferenceTable(const char *table);
+
+/* The colon path of a newer edition that the practice has imported, or may import. */
+void importedTable(const char *table, char *path, int size);
+
+/* From here on a table's name means this reference table, which is the practice's own edition where
+   it has imported one, any table that was imported, one of the practice's ("professions"), or any
+   of its files ("MT.par"). */
+void useReferenceTable(const char *table);
+void useImportedTables(void);
 void usePracticeTables(void);
 void usePracticeFiles(void);
 

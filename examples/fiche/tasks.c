@@ -7,10 +7,12 @@
 #include "doctors.h"
 #include "french.h"
 #include "home.h"
+#include "import.h"
 #include "message.h"
 #include "patient.h"
 #include "prescription.h"
 #include "records.h"
+#include "search.h"
 #include "settings.h"
 #include "upkeep.h"
 #include "visit.h"
@@ -72,3 +74,13 @@ void noteVisit(void) {
 void keepProfessions(void) { enterProfessions(); }
 
 void changeSettings(void) { enterSettings(); }
+
+void importNewTable(void) { importTable(); }
+
+void searchAllNotes(void) {
+  Record record;
+  char name[140];
+  if (!searchNotes(&record)) return;
+  fullName(&record, name, sizeof name);
+  enterRecord(name, &record);
+}

@@ -10,5 +10,7 @@ void prescribe(void);
 void noteVisit(void);
 void keepProfessions(void);
 void changeSettings(void);
+void importNewTable(void);
+void searchAllNotes(void);
 
 #endif

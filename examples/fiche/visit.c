@@ -13,6 +13,7 @@
 #include "practice.h"
 #include "printing.h"
 #include "records.h"
+#include "search.h"
 #include "settings.h"
 
 enum { kMotif, kTension, kConclusion, kTexts };
@@ -105,12 +106,20 @@ static int saveNote(const Visit *visit) {
   return isSaved;
 }
 
+/* What a search of the notes finds. */
+static int saveText(const Visit *visit) {
+  char path[kPath], text[sizeof visit->motif + sizeof visit->conclusion + 8];
+  notePath(visit, "txt", path);
+  snprintf(text, sizeof text, "%s\r\n%s\r\n", visit->motif, visit->conclusion);
+  return keepNoteText(path, text);
+}
+
 static const char *keepEntered(const Form *form) {
   const Visit visit = enteredVisit();
   Record next = *edited;
   (void)form;
   if (visit.date > today()) return "La date de la visite est dans le futur.";
-  if (!saveNote(&visit)) return "La note n’a pas pu être enregistrée.";
+  if (!saveNote(&visit) || !saveText(&visit)) return "La note n’a pas pu être enregistrée.";
   if (visit.poids > 0) next.poids = visit.poids;
   if (!saveRecord(&next)) return "La fiche n’a pas pu être enregistrée.";
   *edited = next;

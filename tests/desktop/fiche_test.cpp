@@ -23,7 +23,17 @@ constexpr char kMenu[] = "Cabinet médical", kNew[] = "Nouvelle fiche", kPaul[] 
                kSettings[] = "Réglages";
 
 // The tasks of the menu, in their order.
-enum Task { kNewRecord, kEditRecord, kDoctor, kPrescribe, kVisit, kTable, kSetUp };
+enum Task {
+  kNewRecord,
+  kEditRecord,
+  kDoctor,
+  kPrescribe,
+  kVisit,
+  kTable,
+  kSetUp,
+  kImport,
+  kSearch
+};
 
 // A practice in a folder of its own: what the application keeps stays for its next start.
 class Fiche : public testing::Test {
@@ -594,6 +604,102 @@ TEST_F(FicheVisit, MarginsThatLeaveNoRoomAreRefused) {
   press("Escape");
   ASSERT_EQ(leave(application_), 0);
   EXPECT_FALSE(std::filesystem::exists(path(kPdf)));
+}
+
+// Opens the import of a table, whose file is beside the practice, in a folder with an accent.
+class FicheImport : public Fiche {
+ protected:
+  void SetUp() override {
+    keepRecord("naissance=19750228\r\ndepartement=69\r\n");
+    std::filesystem::create_directories(path("Reçu"));
+    ASSERT_TRUE(choose(kImport));
+    ASSERT_TRUE(comesUp(kImporting));
+  }
+
+  // So many lines of the table of this name.
+  void import(const std::string &name, int lines, const std::string &changed = "",
+              const std::string &into = "") {
+    std::ifstream table(TABLES + ("/" + name), std::ios::binary);
+    std::ofstream file(path("Reçu/" + name), std::ios::binary);
+    std::string line;
+    for (int n = 0; n < lines + 3 && std::getline(table, line); ++n) {
+      if (n > 2 && line == "#FIN\r") break;
+      if (!changed.empty() && line.starts_with(changed)) line = into + line.substr(changed.size());
+      file << line << '\n';
+    }
+    file << "#FIN\r\n";
+    file.close();
+    write(path("Reçu/" + name));
+    press("Return");
+  }
+
+  bool isIn(const std::string &name) const {
+    return std::filesystem::exists(path("tables/" + name));
+  }
+
+  static constexpr char kImporting[] = "Importer une table";
+
+  Application application_ = start();
+};
+
+TEST_F(FicheImport, OfALongTableIsCancelledAndLeavesTheOneBefore) {
+  import("communes_histo.tab", 37'000);
+  ASSERT_TRUE(comesUp("Importation de communes_histo.tab"));
+  press("Escape");
+  ASSERT_TRUE(comesUp(kImporting));
+  press("Return");
+  ASSERT_EQ(leave(application_), 0);
+  EXPECT_FALSE(isIn("communes_histo.tab"));
+  EXPECT_FALSE(isIn("import.new"));
+}
+
+TEST_F(FicheImport, AWholeTableIsUsedFromThenOn) {
+  import("departements.tab", 200, "69,Rh\xF4ne,", "69,Rh\xF4ne et Lyon,");
+  ASSERT_TRUE(comesUp(kImporting));
+  press("Return");
+  EXPECT_TRUE(isIn("departements.tab"));
+  EXPECT_FALSE(isIn("import.new"));
+  ASSERT_TRUE(choose(kEditRecord));
+  ASSERT_TRUE(choosePatient());
+  ASSERT_TRUE(comesUp(kPaul));
+  // Back over the button pair and the body-mass index to the label of the département.
+  press("shift+Tab shift+Tab shift+Tab shift+Tab ctrl+a ctrl+c Escape");
+  EXPECT_EQ(clipboard(), "Rhône et Lyon");
+  EXPECT_EQ(leave(application_), 0);
+}
+
+TEST_F(FicheImport, WhatIsNoTableOfItsOwnIsRefused) {
+  std::ofstream(path("Reçu/communes.tab")) << "#DEBUT\r\n";
+  for (const char *name : {"professions.tab", "communes.tab", "pays.tab"}) {
+    press("ctrl+a");
+    write(path(std::string("Reçu/") + name));
+    press("Return");
+    ASSERT_TRUE(comesUp(kRefused)) << name;
+    press("Return");
+    ASSERT_TRUE(comesUp(kImporting));
+  }
+  press("Escape");
+  EXPECT_EQ(leave(application_), 0);
+}
+
+TEST_F(FicheVisit, ANoteIsFoundByATextOfIt) {
+  press("Return");
+  ASSERT_TRUE(comesUp("Note de visite"));
+  press("Return");
+  constexpr char kSearching[] = "Recherche dans les notes";
+  ASSERT_TRUE(choose(kSearch));
+  ASSERT_TRUE(comesUp(kSearching));
+  write("toux");
+  press("Return Return");
+  ASSERT_TRUE(choose(kSearch));
+  ASSERT_TRUE(comesUp(kSearching));
+  write("FIEV");
+  press("Return");
+  ASSERT_TRUE(comesUp("Notes trouvées"));
+  press("Home Return");
+  ASSERT_TRUE(comesUp(kPaul));
+  press("Escape");
+  EXPECT_EQ(leave(application_), 0);
 }
 
 TEST_F(Fiche, KeepsWhatItKnowsInFoldersForItsOwnerAlone) {
