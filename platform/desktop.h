@@ -97,7 +97,8 @@ class Dialog {
   // scrolling: by wheel, and by Up, Down, Page Up, Page Down, Home and End wherever the focus is.
   // Assistive software learns title and text. The run of a message box starts with the focus on the
   // default item; arrow keys move it between the buttons, Return presses the button with the focus,
-  // and Alt with its first letter presses a button.
+  // and Alt with its first letter presses a button. Run out of a hit, it is answered by no key that
+  // was pressed before it had the focus: those go to the dialog of the hit, after it.
   virtual void addMessage(const Rect &pane, std::string_view text, const MessageStyle &style) = 0;
   virtual void addAlertIcon(const Rect &rect, AlertIcon icon) = 0;
 

@@ -2,6 +2,8 @@
 #include "platform/qt/dialogwindow.h"
 
 #include <algorithm>
+#include <set>
+#include <utility>
 
 #include <QApplication>
 #include <QCloseEvent>
@@ -118,6 +120,43 @@ void DialogWindow::changeEvent(QEvent *event) {
   if (!isParentMinimized) setWindowState(windowState() & ~Qt::WindowMinimized);
 }
 
+// The toolkit drops the keys of a window that a modal one blocks. Setting a transient parent, even
+// the same, has it work out anew which windows are blocked.
+void DialogWindow::leaveKeysTo(DialogWindow &behind) {
+  if (QGuiApplication::focusWindow() == windowHandle()) return;
+  behind_ = &behind;
+  behind.setInput(Input::KeysHeld);
+  parent_ = windowHandle()->transientParent();
+  windowHandle()->setTransientParent(nullptr);
+  windowHandle()->setModality(Qt::WindowModal);
+  behind.windowHandle()->setTransientParent(behind.windowHandle()->transientParent());
+}
+
+void DialogWindow::blockBehind() {
+  DialogWindow *behind = std::exchange(behind_, {});
+  if (behind == nullptr) return;
+  windowHandle()->setTransientParent(parent_);
+  windowHandle()->setModality(Qt::ApplicationModal);
+  behind->windowHandle()->setTransientParent(behind->windowHandle()->transientParent());
+  if (behind->input_ == Input::KeysHeld) behind->endHeldKeys();
+}
+
+// A key that is down when the focus goes is released in another window: a button would wait for it.
+void DialogWindow::endHeldKeys() {
+  std::set<int> down;
+  for (const std::unique_ptr<QEvent> &event : held_) {
+    if (!isKey(event->type())) continue;
+    const int key = static_cast<const QKeyEvent &>(*event).key();
+    if (event->type() == QEvent::KeyPress) {
+      down.insert(key);
+    } else {
+      down.erase(key);
+    }
+  }
+  for (const int key : down)
+    held_.push_back(std::make_unique<QKeyEvent>(QEvent::KeyRelease, key, Qt::NoModifier));
+}
+
 void DialogWindow::setInput(Input input) { input_ = input; }
 
 void DialogWindow::holdInput() { setInput(Input::Held); }
@@ -136,12 +175,21 @@ void DialogWindow::dropInput() {
 
 bool DialogWindow::eventFilter(QObject *object, QEvent *event) {
   if (object != windowHandle()) return QDialog::eventFilter(object, event);
+  if (event->type() == QEvent::FocusIn) blockBehind();
   if (event->type() == QEvent::FocusOut) letters_.underline(false);
-  if (input_ == Input::Taken || !isFromAPerson(event->type()))
-    return isKey(event->type()) && letters_.take(*static_cast<QKeyEvent *>(event));
+  if (input_ == Input::Taken || !isFromAPerson(event->type())) return isUsedUp(*event);
   if (event->type() == QEvent::Close) event->ignore();
-  if (input_ == Input::Held) held_.emplace_back(event->clone());
+  if (input_ == Input::Held || (input_ == Input::KeysHeld && isKey(event->type())))
+    held_.emplace_back(event->clone());
   return true;
+}
+
+// A key that was held down already when the window came up, and its letters with Alt.
+bool DialogWindow::isUsedUp(const QEvent &event) {
+  if (!isKey(event.type())) return false;
+  const auto &key = static_cast<const QKeyEvent &>(event);
+  if (key.type() == QEvent::KeyPress && !key.isAutoRepeat()) pressed_ = key.key();
+  return (key.isAutoRepeat() && key.key() != pressed_) || letters_.take(key);
 }
 
 }  // namespace korvel::platform::qt

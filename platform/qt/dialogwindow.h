@@ -8,6 +8,8 @@
 
 #include <QDialog>
 #include <QEvent>
+#include <QPointer>
+#include <QWindow>
 
 #include "platform/qt/altletters.h"
 
@@ -32,6 +34,11 @@ class DialogWindow final : public QDialog {
   // Given to the buttons before the window is shown.
   AltLetters &letters() { return letters_; }
 
+  // To be called when the window is shown out of a hit of `behind`, which holds its input: keys
+  // still go there until this window has the focus.
+  void leaveKeysTo(DialogWindow &behind);
+  void blockBehind();
+
   // While held, keys, clicks and closing are queued; then they arrive in order, or are dropped.
   void holdInput();
   void releaseInput();
@@ -46,15 +53,20 @@ class DialogWindow final : public QDialog {
   bool eventFilter(QObject *object, QEvent *event) override;
 
  private:
-  enum class Input { Taken, Held, Dropped };
+  enum class Input { Taken, Held, KeysHeld, Dropped };
 
   void setInput(Input input);
   void adoptTheme();
+  bool isUsedUp(const QEvent &event);
+  void endHeldKeys();
 
   AltLetters letters_;
   QPalette theme_;  // the desktop's, before its colours were told apart
   Input input_ = Input::Taken;
   std::vector<std::unique_ptr<QEvent>> held_;
+  int pressed_ = 0;  // the key last pressed here
+  QPointer<DialogWindow> behind_;
+  QPointer<QWindow> parent_;  // while keys are left to the window behind
 };
 
 }  // namespace korvel::platform::qt

@@ -3,6 +3,7 @@
 #include "platform/qt/qtdialog.h"
 
 #include <algorithm>
+#include <utility>
 
 #include <QAccessible>
 #include <QApplication>
@@ -44,6 +45,9 @@ void waitUntilSeen(QWidget &window) {
     QCoreApplication::processEvents();
   }
 }
+
+// The dialog whose hit is being handled.
+constinit DialogWindow *inHit = nullptr;
 
 // Far larger than any screen.
 constexpr QSize kLargest(4096, 4096);
@@ -427,7 +431,9 @@ bool QtDialog::itemHit(int item) {
 void QtDialog::tell(int item) {
   isInHit_ = true;
   window_.holdInput();
+  DialogWindow *outer = std::exchange(inHit, &window_);
   const Run run = handler_->hit(item);
+  inHit = outer;
   isInHit_ = false;
   if (run == Run::Continue) {
     explainOk();
@@ -448,12 +454,15 @@ void QtDialog::comeUp(HitHandler &handler) {
   giveLetters();
   explainOk();
   giveInitialFocus();
+  DialogWindow *behind = QApplication::activeModalWidget() == inHit ? inHit : nullptr;
   window_.show();
+  if (behind != nullptr) window_.leaveKeysTo(*behind);
   window_.activateWindow();
   if (message_ != nullptr) announce(window_);
 }
 
 void QtDialog::leaveScreen() {
+  window_.blockBehind();
   window_.hide();
   if (before_ != nullptr) before_->activateWindow();
   before_ = nullptr;

@@ -6,12 +6,14 @@
    message_host dialog: a data-entry dialog whose fields ask when they are edited, or do a long work
    after a "?", and that asks
    before it ends; "edited <answer>", "final <answer>", then "result <n> text <text>". Where the
-   dialog's port is not the current one after an answer, "port lost <answer>" comes in between. */
+   dialog's port is not the current one after an answer, "port lost <answer>" comes in between.
+   message_host slow: the same, with a second of work before it asks at an edit. */
 #define _POSIX_C_SOURCE 200809L
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
 #include <time.h>
+#include <unistd.h>
 
 #include <korvel/korvel.h>
 
@@ -42,6 +44,7 @@ static void work(const char *title, int steps) {
 }
 
 static int lastEdit = 0; /* the last answer at an edit */
+static int isSlow = 0;
 
 /* Asks at an "!" in the text, works at a "?". */
 static int askAtEdit(int item, int t, int t0, char **texts, int tn, int b, int b0, int *bools,
@@ -51,9 +54,10 @@ static int askAtEdit(int item, int t, int t0, char **texts, int tn, int b, int b
   (void)i0, (void)ints, (void)intn, (void)n, (void)n0, (void)nums, (void)nn, (void)d, (void)d0;
   (void)dates, (void)dn, (void)redisplay, (void)capacity;
   size_t length = strlen(texts[0]);
-  if (length > 0 && texts[0][length - 1] == '!')
-    lastEdit = say("edited", MessageBox(0, "Vraiment ?", "Saisie", 0x10));
   if (length > 0 && texts[0][length - 1] == '?') work("Recherche", 2000);
+  if (length == 0 || texts[0][length - 1] != '!') return 0;
+  if (isSlow) sleep(1);
+  lastEdit = say("edited", MessageBox(0, "Vraiment ?", "Saisie", 0x10));
   return 0;
 }
 
@@ -84,7 +88,8 @@ static void showDialog(void) {
 int main(int argc, char **argv) {
   const char *scenario = argc > 1 ? argv[1] : "";
   if (strcmp(scenario, "box") == 0) showBoxes(argv + 2);
-  if (strcmp(scenario, "dialog") == 0) showDialog();
+  isSlow = strcmp(scenario, "slow") == 0;
+  if (isSlow || strcmp(scenario, "dialog") == 0) showDialog();
   if (strcmp(scenario, "work") == 0 && argc > 3) work(argv[2], atoi(argv[3]));
   if (strcmp(scenario, "lines") == 0 && argc > 4)
     say("result", NoteDialog(0, argv[3], argv[4], atoi(argv[2]), 0x02));

@@ -170,6 +170,21 @@ TEST(Message, TheDialogBehindItIsBlocked) {
   EXPECT_EQ(host.ended(), (Lines{"edited 3", "final 2", "result 1 text a!b"}));
 }
 
+TEST(Message, WhatIsTypedBeforeItComesUpGoesToTheDialogBehind) {
+  MessageHost host({"slow"});
+  ASSERT_TRUE(waitForWindow("Fiche")) << activeWindow();
+  write("a!bc");
+  press("Return");
+  ASSERT_TRUE(waitForWindow("Saisie")) << activeWindow();
+  EXPECT_EQ(host.count("edited"), 0);
+  press("Escape");
+  EXPECT_TRUE(host.says("edited 3"));
+  // The Return that was typed presses "OK", which asks.
+  ASSERT_TRUE(waitForWindow("Fin")) << activeWindow();
+  press("alt+o");
+  EXPECT_EQ(host.ended(), (Lines{"edited 3", "final 2", "result 1 text a!bc"}));
+}
+
 // ---- What it looks like ----
 
 Picture iconOf(const char *flags) {

@@ -280,6 +280,23 @@ TEST(QtMessage, KeysPressTheButtonsThatTheyStandFor) {
   }
 }
 
+TEST(QtMessage, AKeyHeldDownSinceBeforeAnswersNothing) {
+  const auto dialog = newBox("Quitter ?", kYesItem);
+  QtPerson person("Fin");
+  const auto repeat = [&person](Qt::Key key) {
+    person.act(0, [key](QWidget *w) {
+      QTest::simulateEvent(w->windowHandle(), true, key, Qt::NoModifier, {}, true);
+    });
+  };
+  repeat(Qt::Key_Return);
+  person.key(Qt::Key_Tab);
+  repeat(Qt::Key_Return);
+  repeat(Qt::Key_Tab);
+  person.key(Qt::Key_Tab);
+  person.key(Qt::Key_Return);
+  EXPECT_EQ(hitsOf(*dialog, person), Lines{"2"}) << "three times Tab, of which one is a repeat";
+}
+
 TEST(QtMessage, TheButtonThatReturnWouldPressLooksLikeIt) {
   const auto dialog = newBox("Quitter ?", kNoItem);
   const auto buttons = test::itemWidgets(widgetOf(dialog->window()));
