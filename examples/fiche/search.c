@@ -18,7 +18,7 @@ enum { kListe, kLists };
 
 /* The layout, in dialog units. The list shows its columns 80 pixels apart. */
 enum { kWidth = 250, kLabel = 16, kField = 60, kTop = 8, kHeight = 76 };
-enum { kListHeight = 200, kFoundHeight = 196, kListY = 24 };
+enum { kListHeight = 186, kFoundHeight = 196, kListY = 24 };
 
 /* A row of a listing of files, the digits of a record's number and of a date in a file's name, and
    room for the text of a note. */
