@@ -231,6 +231,7 @@ void ListItem::keyboardSearch(const QString &typed) {
 // Getting the focus selects nothing and makes no row the current one.
 void ListItem::focusInEvent(QFocusEvent *event) {
   QAbstractScrollArea::focusInEvent(event);  // NOLINT(bugprone-parent-virtual-call)
+  viewport()->update();
 }
 
 }  // namespace korvel::platform::qt
