@@ -10,6 +10,7 @@
 #include <QLineEdit>
 #include <QListView>
 #include <QPushButton>
+#include <QScreen>
 #include <QStyle>
 #include <QStyleOptionButton>
 #include <gtest/gtest.h>
@@ -224,9 +225,13 @@ TEST_P(QtThemes, TheFocusInAListWithoutAChosenRowIsSeen) {
   const int list = add(ItemKind::ListBox);
   whileOpen([&] {
     const QRect rect = widget(list).geometry();
-    const QImage before = shown().copy(rect);
+    const auto screen = [&] {
+      QCoreApplication::processEvents();
+      return window()->screen()->grabWindow(window()->winId()).toImage().copy(rect);
+    };
+    const QImage before = screen();
     widget(list).setFocus();
-    const QImage after = shown().copy(rect);
+    const QImage after = screen();
     const auto change = [&](int x, int y) {
       return contrast(before.pixelColor(x, y), after.pixelColor(x, y));
     };

@@ -1,0 +1,258 @@
+// Dialogs on screens of every scale, and what moves to a screen of another one: frames, texts and
+// pictures in the pixels of the screen. A process has one scale; CTest gives every test a process.
+#include <QApplication>
+#include <QCheckBox>
+#include <QGroupBox>
+#include <QImage>
+#include <QLabel>
+#include <QScreen>
+#include <QStyle>
+#include <QStyleOptionButton>
+#include <QTest>
+#include <QWindow>
+#include <gtest/gtest.h>
+
+#include "platform/desktop.h"
+#include "tests/platform/qt_person.h"
+#include "tests/platform/temporary_folder.h"
+
+namespace korvel::platform {
+namespace {
+
+using test::qtDesktop;
+using test::widgetOf;
+
+// Lengths of items are odd, so that every edge comes to lie between two pixels of some scale.
+class ScaledDialog {
+ public:
+  ScaledDialog() : dialog_(qtDesktop().newDialog({101, 101, 502, 501}, nullptr, "Fiche")) {
+    dialog_->addItem(ItemKind::PushButton, {51, 350, 132, 371}, "OK");
+    dialog_->addItem(ItemKind::PushButton, {151, 350, 232, 371}, "Annuler");
+    dialog_->addItem(ItemKind::EditText, {21, 20, 150, 35}, "");
+    dialog_->addItem(ItemKind::EditText, {22, 51, 151, 66}, "");
+    dialog_->addItem(ItemKind::PopUp, {23, 80, 150, 94}, "");
+    dialog_->addItem(ItemKind::CheckBox, {21, 111, 100, 123}, "Fumeur");
+    dialog_->addItem(ItemKind::CheckBox, {22, 130, 100, 142}, "Fumeur");
+    dialog_->addItem(ItemKind::ListBox, {201, 21, 330, 80}, "");
+    dialog_->addItem(ItemKind::ListBox, {202, 102, 331, 160}, "");
+    dialog_->addGroupBox({201, 181, 331, 240}, "");
+  }
+
+  Dialog &operator*() { return *dialog_; }
+  QWidget *window() { return widgetOf(dialog_->window()); }
+  std::vector<QWidget *> items() { return test::itemWidgets(window()); }
+
+  // What the window shows on its screen.
+  QImage shown() {
+    window()->show();
+    EXPECT_TRUE(QTest::qWaitForWindowExposed(window()));
+    QWidget *focus = QApplication::focusWidget();
+    if (focus != nullptr) focus->clearFocus();
+    QCoreApplication::processEvents();
+    return onScreen();
+  }
+
+  // The toolkit's platform without a screen keeps no pixels of its own but at scale 1.
+  QImage onScreen() {
+    return window()->devicePixelRatioF() == 1
+               ? window()->screen()->grabWindow(window()->winId()).toImage()
+               : window()->grab().toImage();
+  }
+
+ private:
+  std::unique_ptr<Dialog> dialog_;
+};
+
+// The pixels of the screen nearest to a rectangle of the dialog.
+QRect pixelsOf(const QRect &rect, double scale) {
+  const auto place = [scale](int length) { return static_cast<int>(std::lround(length * scale)); };
+  return {QPoint(place(rect.left()), place(rect.top())),
+          QPoint(place(rect.right() + 1) - 1, place(rect.bottom() + 1) - 1)};
+}
+
+// Of a check box, its box.
+QRect frameOf(QWidget &item) {
+  if (qobject_cast<QCheckBox *>(&item) == nullptr) return item.geometry();
+  QStyleOptionButton option;
+  option.initFrom(&item);
+  return item.style()
+      ->subElementRect(QStyle::SE_CheckBoxIndicator, &option, &item)
+      .translated(item.pos());
+}
+
+// How many pixels have the colour of the first one on the way inside.
+int thickness(const QImage &image, QPoint place, const QPoint &step) {
+  const QRgb colour = image.pixel(place);
+  int count = 0;
+  while (count < 20 && image.pixel(place) == colour) {
+    ++count;
+    place += step;
+  }
+  return count;
+}
+
+// A frame of one colour and thickness between a rectangle's corners, none of which is lost.
+void expectFrame(const QImage &image, const QRect &rect, int thick, const std::string &name) {
+  const int corner = 4 + 2 * thick;
+  const QRgb line = image.pixel(rect.left(), rect.center().y());
+  const auto expectSide = [&](const QPoint &from, const QPoint &to, const QPoint &inside,
+                              const char *side) {
+    const QPoint along(from.x() < to.x() ? 1 : 0, from.y() < to.y() ? 1 : 0);
+    for (QPoint at = from; at != to; at += along) {
+      ASSERT_EQ(image.pixel(at), line) << name << ", " << side << " at " << at.x() << ' ' << at.y();
+      ASSERT_NE(image.pixel(at - inside), line) << name << ", outside of " << side;
+      ASSERT_EQ(thickness(image, at, inside), thick) << name << ", " << side;
+    }
+  };
+  const int left = rect.left(), right = rect.right(), top = rect.top(), bottom = rect.bottom();
+  expectSide({left + corner, top}, {right - corner, top}, {0, 1}, "top");
+  expectSide({left + corner, bottom}, {right - corner, bottom}, {0, -1}, "bottom");
+  expectSide({left, top + corner}, {left, bottom - corner}, {1, 0}, "left");
+  expectSide({right, top + corner}, {right, bottom - corner}, {-1, 0}, "right");
+}
+
+void expectFrames(ScaledDialog &dialog, double scale) {
+  const QImage image = dialog.shown();
+  ASSERT_EQ(image.size(), dialog.window()->size() * scale);
+  const int line = std::max(1, static_cast<int>(scale));
+  int number = 0;
+  for (QWidget *item : dialog.items())
+    expectFrame(image, pixelsOf(frameOf(*item), scale), line, "item " + std::to_string(++number));
+  const auto *group = dialog.window()->findChild<QGroupBox *>();
+  QRect frame = group->geometry();
+  while (image.pixel(pixelsOf(frame, scale).center().x(), pixelsOf(frame, scale).top()) ==
+         image.pixel(0, 0))
+    frame.setTop(frame.top() + 1);
+  expectFrame(image, pixelsOf(frame, scale), line, "group");
+}
+
+// A picture of one stripe for each pixel of the screen: any that is not in its place is grey.
+void expectStripes(const QImage &image, const QRect &place) {
+  for (int x = place.left(); x <= place.right(); ++x) {
+    const bool isBlack = (x - place.left()) % 2 == 0;
+    ASSERT_EQ(qGray(image.pixel(x, place.center().y())), isBlack ? 0 : 255) << x - place.left();
+  }
+}
+
+std::string stripes(int pixels) {
+  std::string svg = R"(<svg xmlns="http://www.w3.org/2000/svg" width=")" + std::to_string(pixels) +
+                    R"(" height=")" + std::to_string(pixels) + R"("><rect width="100%" height=)" +
+                    R"("100%" fill="#ffffff"/>)";
+  for (int x = 0; x < pixels; x += 2)
+    svg += "<rect x=\"" + std::to_string(x) + "\" width=\"1\" height=\"" + std::to_string(pixels) +
+           "\"/>";
+  return svg + "</svg>";
+}
+
+class QtScales : public testing::TestWithParam<double> {
+ protected:
+  void SetUp() override {
+    ASSERT_EQ(QCoreApplication::instance(), nullptr);
+    setenv("QT_SCALE_FACTOR", std::to_string(GetParam()).c_str(), 1);
+    qtDesktop();
+  }
+};
+
+INSTANTIATE_TEST_SUITE_P(Of, QtScales, testing::Values(1, 1.25, 1.5, 2), [](const auto &scale) {
+  return std::to_string(static_cast<int>(100 * scale.param)) + "Percent";
+});
+
+TEST_P(QtScales, FramesAreWholeAndEven) {
+  ScaledDialog dialog;
+  expectFrames(dialog, GetParam());
+}
+
+TEST_P(QtScales, TheFocusInAListIsEven) {
+  ScaledDialog dialog;
+  dialog.shown();
+  QWidget *list = dialog.items()[7];
+  list->setFocus();
+  QCoreApplication::processEvents();
+  const QImage image = dialog.onScreen();
+  expectFrame(image, pixelsOf(list->geometry(), GetParam()),
+              2 * std::max(1, static_cast<int>(GetParam())), "list");
+}
+
+TEST_P(QtScales, PicturesHaveThePixelsOfTheScreen) {
+  const test::TemporaryFolder folder;
+  const QRect rect(21, 201, 40, 40);
+  const QSize pixels = rect.size() * GetParam();
+  ScaledDialog dialog;
+  (*dialog).addIcon({rect.left(), rect.top(), rect.right() + 1, rect.bottom() + 1},
+                    folder.add("1.svg", stripes(pixels.width())));
+  expectStripes(dialog.shown(), {pixelsOf(rect, GetParam()).topLeft(), pixels});
+}
+
+// The ink of a text in a part of a picture.
+QRect inkOf(const QImage &image, const QRect &part) {
+  QRect found;
+  for (int y = part.top(); y <= part.bottom(); ++y)
+    for (int x = part.left(); x <= part.right(); ++x)
+      if (image.pixelColor(x, y) == Qt::magenta) found |= QRect(x, y, 1, 1);
+  return found;
+}
+
+TEST_P(QtScales, TextsAreShownWhole) {
+  constexpr const char *kTall = "\xC9\xC0\xC7gpq";  // ÉÀÇgpq
+  ScaledDialog dialog;
+  QPalette palette = QApplication::palette();
+  for (const auto role : {QPalette::Text, QPalette::WindowText, QPalette::ButtonText})
+    palette.setColor(role, Qt::magenta);
+  dialog.window()->setPalette(palette);
+  QFont sharp = dialog.window()->font();
+  sharp.setStyleStrategy(QFont::NoAntialias);
+  dialog.window()->setFont(sharp);
+  for (const int item : {3, 4}) (*dialog).setText(item, kTall);
+  for (const int item : {5, 8, 9}) (*dialog).setEntries(item, {kTall});
+  (*dialog).setValue(5, 1);
+  (*dialog).addStaticText({21, 260, 150, 275}, kTall);
+  auto *roomy = new QLabel(QStringLiteral("ÉÀÇgpq"), dialog.window());
+  roomy->setMargin(10);
+  roomy->setGeometry(21, 281, 150, 60);
+  const QImage image = dialog.shown();
+  const auto ink = [&](const QWidget *widget) {
+    return inkOf(image, pixelsOf(widget->geometry(), GetParam()) & image.rect()).size();
+  };
+  const QSize needed = ink(roomy);
+  ASSERT_FALSE(needed.isEmpty());
+  const auto items = dialog.items();
+  std::vector<const QWidget *> texts{items[2], items[3], items[4], items[7], items[8]};
+  for (const QLabel *label : dialog.window()->findChildren<QLabel *>()) texts.push_back(label);
+  for (const QWidget *each : texts) {
+    EXPECT_EQ(ink(each).height(), needed.height()) << each->y();
+    EXPECT_NEAR(ink(each).width(), needed.width(), 1) << each->y();
+  }
+}
+
+// ---- Two screens of different scales ----
+
+class QtScreens : public testing::TestWithParam<double> {};
+
+INSTANTIATE_TEST_SUITE_P(Of, QtScreens, testing::Values(1.25, 1.5, 2), [](const auto &scale) {
+  return std::to_string(static_cast<int>(100 * scale.param)) + "Percent";
+});
+
+TEST_P(QtScreens, ADialogIsWholeOnTheOtherOneAndBack) {
+  const test::TemporaryFolder folder;
+  const std::string screens = folder.add("screens.json", R"({"screens": [
+    {"name": "a", "x": 0, "y": 0, "width": 800, "height": 800},
+    {"name": "b", "x": 800, "y": 0, "width": 1600, "height": 1600, "dpr": )" +
+                                                             std::to_string(GetParam()) + "}]}");
+  const test::EnvironmentGuard chosen("QT_QPA_PLATFORM",
+                                      ("offscreen:configfile=" + screens).c_str());
+  qtDesktop();
+  const QRect rect(21, 201, 40, 40);
+  ScaledDialog dialog;
+  (*dialog).addIcon({rect.left(), rect.top(), rect.right() + 1, rect.bottom() + 1},
+                    folder.add("1.svg", stripes(static_cast<int>(40 * GetParam()))));
+  expectFrames(dialog, 1);
+  dialog.window()->windowHandle()->setScreen(QGuiApplication::screens().last());
+  ASSERT_EQ(dialog.window()->devicePixelRatioF(), GetParam());
+  expectFrames(dialog, GetParam());
+  expectStripes(dialog.shown(), {pixelsOf(rect, GetParam()).topLeft(), rect.size() * GetParam()});
+  dialog.window()->windowHandle()->setScreen(QGuiApplication::screens().first());
+  expectFrames(dialog, 1);
+}
+
+}  // namespace
+}  // namespace korvel::platform
