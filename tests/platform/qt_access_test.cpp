@@ -645,6 +645,9 @@ TEST_F(QtAccess, ATextIsReadAndItsCharactersHavePlaces) {
     EXPECT_EQ(text.cursorPosition(), 2);
     text.setSelection(0, 1, 4);
     int begin = -1, end = -1;
+    text.selection(1, &begin, &end);
+    EXPECT_EQ(begin, 0) << "there is no second selection";
+    EXPECT_EQ(end, 0);
     text.selection(0, &begin, &end);
     EXPECT_EQ(text.selectionCount(), 1);
     EXPECT_EQ(begin, 1);
@@ -655,6 +658,9 @@ TEST_F(QtAccess, ATextIsReadAndItsCharactersHavePlaces) {
     EXPECT_EQ(end, 5);
     text.removeSelection(0);
     EXPECT_EQ(text.selectionCount(), 0);
+    text.selection(0, &begin, &end);
+    EXPECT_EQ(begin, 0);
+    EXPECT_EQ(end, 0);
     EXPECT_EQ(text.attributes(3, &begin, &end), "");
     EXPECT_EQ(begin, 3);
     EXPECT_EQ(end, 3);
@@ -781,8 +787,9 @@ TEST_F(QtAccess, AChoiceInAPopUpIsAHit) {
     actions.doAction(QAccessibleActionInterface::decreaseAction());
     access(item).setText(QAccessible::Value, "Personne");
     access(item).setText(QAccessible::Value, "madame");
+    access(item).editableTextInterface()->replaceText(-1, 99, "Docteur");
   });
-  EXPECT_EQ(run(), (Lines{"3 value 2", "3 value 3", "3 value 2"}));
+  EXPECT_EQ(run(), (Lines{"3 value 2", "3 value 3", "3 value 2", "3 value 3"}));
 }
 
 TEST_F(QtAccess, APopUpHasNeitherCursorNorSelection) {

@@ -427,6 +427,13 @@ TEST_F(QtInk, ATextBeginsAtTheTopOfAFieldOfSeveralLines) {
       << "hinting moves the ink";
 }
 
+// Under any font and style.
+TEST_F(QtInk, TheCursorBeginsAtTheTopOfAFieldOfSeveralLines) {
+  auto &field = widget<QLineEdit>(dialog_->addItem(ItemKind::EditText, {20, 20, 100, 60}, ""));
+  field.grab();  // which places the text
+  EXPECT_EQ(field.inputMethodQuery(Qt::ImCursorRectangle).toRect().top(), 3);
+}
+
 TEST_F(QtInk, ATextWithAccentsAndTailsIsShownWholeInAStaticText) {
   dialog_->addStaticText({20, 20, 100, 30}, kTall);
   EXPECT_EQ(inkOf(*window()->findChild<QLabel *>(), Qt::magenta).size(),
@@ -456,6 +463,19 @@ TEST_F(QtInk, ATextWithAccentsAndTailsIsShownWholeInThePlacesOfTitles) {
   for (const int item : {3, 4, 5})
     EXPECT_EQ(inkOf(widget<QWidget>(item), Qt::magenta).height(), needed) << item;
   EXPECT_EQ(inkOf(*window()->findChild<QGroupBox *>(), Qt::magenta).height(), needed);
+}
+
+TEST_F(QtItems, AGroupBoxHasADiscreetFrameWithRoundCorners) {
+  window()->setPalette(QPalette(Qt::black, Qt::white, Qt::white, Qt::white, Qt::white, Qt::black,
+                                Qt::black, Qt::white, Qt::white));
+  dialog_->addGroupBox({20, 20, 120, 80}, "");
+  const QImage shown = window()->grab(QRect(20, 20, 100, 60)).toImage();
+  EXPECT_NEAR(qGray(shown.pixel(0, 30)), 191, 1) << "a quarter of the texts' black";
+  EXPECT_EQ(shown.pixelColor(0, 59), QColor(Qt::white)) << "outside of the corner";
+  int shades = 0;
+  for (int x = 0; x < 3; ++x)
+    for (int y = 57; y < 60; ++y) shades += qAbs(qGray(shown.pixel(x, y)) - 223) < 30 ? 1 : 0;
+  EXPECT_GT(shades, 0) << "the corner is smooth";
 }
 
 TEST_F(QtInk, TwoAndFourDigitsAreShownWholeInTheItemsOfADate) {

@@ -365,6 +365,15 @@ TEST(QtMessage, AssistiveSoftwareIsToldTitleAndText) {
   EXPECT_EQ(label->text(QAccessible::Name), text);
 }
 
+TEST(QtMessage, ASecondTextIsNotTaken) {
+  const auto dialog = newBox("Quitter ?");
+  QWidget *box = widgetOf(dialog->window());
+  const qsizetype parts = box->findChildren<QWidget *>().size();
+  dialog->addMessage(kPane, "Rester ?", kStyle);
+  EXPECT_EQ(box->findChildren<QWidget *>().size(), parts);
+  EXPECT_EQ(box->accessibleDescription(), "Quitter ?");
+}
+
 TEST(QtMessage, ButtonsKeepTheirNames) {
   const auto dialog = newBox("Quitter ?");
   showAndLeave(*dialog, [&] {

@@ -310,6 +310,29 @@ TEST_F(QtTemplate, ALayoutGetsTheRoomThatItNeeds) {
   EXPECT_EQ(window()->width(), 400);
 }
 
+// The editor marks what is more than its own frame around a layout.
+TEST_F(QtTemplate, ALayoutHasMarginsInAWidgetThatIsMarked) {
+  const std::string label = "<layout class=\"QVBoxLayout\"><item>" +
+                            widget("QLabel", "", string("text", "Nom")) + "</item></layout>";
+  ASSERT_TRUE(read(form(kPair + widget("QWidget", "frame", rect(0, 0, 100, 100) + label) +
+                        widget("QWidget", "own\" native=\"true", rect(100, 0, 100, 100) + label))));
+  const auto leftMargin = [&](const char *name) {
+    return widgetNamed<QWidget>(name).layout()->contentsMargins().left();
+  };
+  EXPECT_EQ(leftMargin("frame"), 0);
+  EXPECT_GT(leftMargin("own"), 0);
+}
+
+TEST_F(QtTemplate, OfTwoLabelsAboveAFieldTheFirstNamesIt) {
+  ASSERT_TRUE(
+      read(form(kPair + widget("QLabel", "a", rect(20, 20, 60, 20) + string("text", "Adresse")) +
+                widget("QLabel", "b", rect(90, 20, 60, 20) + string("text", "actuelle")) +
+                widget("QLineEdit", "e", rect(20, 42, 150, 24) + item("3")))));
+  person().check([&] { EXPECT_EQ(widgetNamed<QLineEdit>("e").accessibleName(), "Adresse"); });
+  press("no");
+  EXPECT_EQ(run(), Lines{"2"});
+}
+
 TEST_F(QtTemplate, ACustomClassIsAsGoodAsItsBase) {
   ASSERT_TRUE(
       read(form(kPair + widget("MyEdit", "e", item("3")) + widget("Loop", "l"),
@@ -937,7 +960,7 @@ TEST_F(QtTemplate, RichTextBringsInNoFile) {
       "<p>&lt;img src='" + file + "'&gt;</p><img src='x'>Nom",
       "<span style='font-size: 9000pt'>Nom</span>",
       "<span style='font-size: 9000px'>Nom</span>",
-      "<b>Nom</b>" + std::string(10000, 'x'),
+      "<b>Nom</b>" + std::string(9991, 'x'),  // longer than what is looked into
   };
   for (const std::string &markup : kMarkups) {
     SCOPED_TRACE(markup);
@@ -959,12 +982,16 @@ TEST_F(QtTemplate, RichTextBringsInNoFile) {
 }
 
 TEST_F(QtTemplate, RichTextOfWordsStaysRich) {
-  const std::string rich =
+  const std::string kRich[] = {
       "<html><head/><body><p><span style=\" font-weight:600; color:#ff0000;\">Nom</span> "
-      "<i>et</i> prénom</p></body></html>";
-  const QString escaped = QString::fromStdString(rich).toHtmlEscaped();
-  ASSERT_TRUE(read(form(kPair + widget("QLabel", "l", string("text", escaped.toStdString())))));
-  EXPECT_EQ(widgetNamed<QLabel>("l").text().toStdString(), rich);
+      "<i>et</i> prénom</p></body></html>",
+      "<b>Nom</b>" + std::string(9990, 'x'),
+  };
+  for (const std::string &rich : kRich) {
+    const QString escaped = QString::fromStdString(rich).toHtmlEscaped();
+    ASSERT_TRUE(read(form(kPair + widget("QLabel", "l", string("text", escaped.toStdString())))));
+    EXPECT_EQ(widgetNamed<QLabel>("l").text().toStdString(), rich);
+  }
 }
 
 TEST_F(QtTemplate, APictureIsAFileOfTheResourceFolder) {
