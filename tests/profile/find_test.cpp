@@ -2,9 +2,15 @@
 #include "profile/find.h"
 
 #include <algorithm>
+#include <cstring>
 #include <optional>
+#include <stdexcept>
 #include <string>
 #include <string_view>
+#include <vector>
+
+#include <sys/mman.h>
+#include <unistd.h>
 
 #include <gtest/gtest.h>
 
@@ -161,6 +167,33 @@ TEST(FindValue, FindsAKeyAtEveryPlaceOfALargeFile) {
       ASSERT_EQ(valueOf(page.bytes(), "Section", "anted_key17"), std::nullopt) << before;
       ASSERT_EQ(valueOf(page.bytes(), "Section", "wanted_key1"), std::nullopt) << before;
     }
+  }
+}
+
+// The bytes, from now on, right behind a page that may not be touched.
+std::string_view behindPage(const std::vector<char> &bytes) {
+  const auto page = static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
+  void *mapped = mmap(nullptr, page + bytes.size(), PROT_READ | PROT_WRITE,
+                      MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+  if (mapped == MAP_FAILED) throw std::runtime_error("no page for the test");
+  char *begin = static_cast<char *>(mapped) + page;
+  std::memcpy(begin, bytes.data(), bytes.size());
+  if (mprotect(mapped, page, PROT_NONE) != 0) throw std::runtime_error("no page for the test");
+  return {begin, bytes.size()};
+}
+
+// A line that ends like the key is compared from where the key would begin. The sanitizer guards
+// every block.
+TEST(FindValue, ReadsNothingInFrontOfTheText) {
+  for (const std::size_t length : {2U, 10U, 900U}) {
+    const std::string key(length, 'k');
+    const std::string lines =
+        "[]\r\nkk=short\r\npad=" + std::string(300, 'p') + "\r\n" + key + "=found\r\n";
+    const std::vector<char> block(lines.begin(), lines.end());
+    const std::string_view text = korvel::test::kUnderSanitizer
+                                      ? std::string_view(block.data(), block.size())
+                                      : behindPage(block);
+    EXPECT_EQ(valueOf(text, "", key), length == 2 ? "short" : "found") << length;
   }
 }
 
