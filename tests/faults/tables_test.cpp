@@ -215,6 +215,57 @@ TEST_F(ReadFaults, ATableThatChangesWhileItIsCopiedIsNotKept) {
   }
 }
 
+// A clock by which every file is at rest, and tables that nobody has asked.
+class KeepFaults : public ReadFaults {
+ protected:
+  KeepFaults() {
+    tables::keeping = tables::Keeping::WhenAskedAgain;
+    tables::currentMoment = [] {
+      constexpr std::int64_t kLater = 10'000'000'000;
+      const tables::Moment now = real_();
+      return tables::Moment{now.wall + kLater, now.steady + kLater};
+    };
+    KorvelForgetTables();
+    reset();
+  }
+  ~KeepFaults() override { tables::currentMoment = real_; }
+
+  // Whether the next lookup reads no file; it counts as one itself.
+  static bool isKept(const std::string &name) {
+    tables::TableReader reader;
+    return reader.openTable(name.c_str(), tables::Slots::FileAndMemory) &&
+           reader.index() != nullptr;
+  }
+  static bool isKeptWithoutMemory(const std::string &name) {
+    const Instead full("calloc", ENOMEM);
+    return isKept(name);
+  }
+
+ private:
+  static inline tables::Clocks *real_ = tables::currentMoment;
+};
+
+TEST_F(KeepFaults, ATableThatDoesNotFitIsTriedAgainOnceItWasAskedTwiceMore) {
+  for (int i = 0; i < 3; ++i) EXPECT_FALSE(isKeptWithoutMemory("actes"));
+  EXPECT_FALSE(isKept("actes"));
+  EXPECT_TRUE(isKept("actes"));
+}
+
+// Of 17 tables the one that was asked the longest ago is forgotten.
+TEST_F(KeepFaults, ATableThatDoesNotFitIsOneThatWasAsked) {
+  const auto other = [this](int i) {
+    const std::string name = "other" + std::to_string(i);
+    table(name, table_);
+    return isKept(name);
+  };
+  for (int i = 0; i < 2; ++i) EXPECT_FALSE(isKept("actes"));
+  other(0);
+  EXPECT_FALSE(isKeptWithoutMemory("actes"));
+  for (int i = 1; i < 16; ++i) other(i);
+  EXPECT_FALSE(isKept("actes"));
+  EXPECT_TRUE(isKept("actes"));
+}
+
 // What is looked at is what is opened: a name may lead elsewhere a moment later.
 TEST_F(ReadFaults, ALeftOverFileThatIsReplacedWhileItIsOpenedIsNotUsedUp) {
   reset();

@@ -127,6 +127,10 @@ TEST(Index, TakesHalfTheBytesOfTheLinesAtMost) {
   std::string alike;
   for (int i = 0; i < 5000; ++i) alike += "code,and a label\r";
   EXPECT_FALSE(Indexed(alike).index.hasCodes());
+  // Lines without a code take none.
+  std::string nameless;
+  for (int i = 0; i < 5000; ++i) nameless += ",and a label\r";
+  EXPECT_TRUE(Indexed(nameless).index.hasCodes());
 }
 
 TEST(Index, DoesNotHoldManyCodesWithAQuestionMark) {

@@ -319,6 +319,7 @@ TEST_F(Kept, AreNotLargerThanTheBounds) {
   // No room for a third one beside two others and their indexes.
   keep("t2", with("label"), 20 * kMegabyte);
   EXPECT_TRUE(isKept("t0"));
+  EXPECT_FALSE(isKept("t1"));
   KorvelForgetTables();
   keep("t3", with("label"), 32 * kMegabyte);
   table("t4", with("label"));
