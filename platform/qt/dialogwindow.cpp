@@ -7,7 +7,6 @@
 
 #include <QApplication>
 #include <QCloseEvent>
-#include <QGuiApplication>
 #include <QKeyEvent>
 #include <QScreen>
 #include <QWindow>
@@ -57,9 +56,18 @@ bool isFromAPerson(QEvent::Type type) {
 
 bool isKey(QEvent::Type type) { return type == QEvent::KeyPress || type == QEvent::KeyRelease; }
 
+// Not every platform tells that a key is of the keypad.
 bool isPlainReturn(const QKeyEvent &event) {
-  return (event.key() == Qt::Key_Return && event.modifiers() == Qt::NoModifier) ||
-         (event.key() == Qt::Key_Enter && event.modifiers() == Qt::KeypadModifier);
+  const bool isEnter = event.key() == Qt::Key_Enter;
+  const Qt::KeyboardModifiers keypad = isEnter ? Qt::KeypadModifier : Qt::NoModifier;
+  return (isEnter || event.key() == Qt::Key_Return) &&
+         (event.modifiers() & ~keypad) == Qt::NoModifier;
+}
+
+bool isBehind(const QWindow *window, const QWindow &front) {
+  const QWindow *behind = front.transientParent();
+  while (behind != nullptr && behind != window) behind = behind->transientParent();
+  return behind != nullptr;
 }
 
 }  // namespace
@@ -71,6 +79,7 @@ DialogWindow::DialogWindow()
   // The last window of an application, once closed, would end the loop of the next dialog.
   setAttribute(Qt::WA_QuitOnClose, false);
   adoptTheme();
+  connect(qGuiApp, &QGuiApplication::focusWindowChanged, this, &DialogWindow::takeFocusFrom);
 }
 
 void DialogWindow::adoptTheme() {
@@ -90,6 +99,11 @@ void DialogWindow::setContentRect(const QRect &rect) {
 void DialogWindow::setFrontOf(QWidget *window) {
   if (window != nullptr && window->windowHandle() != nullptr)
     windowHandle()->setTransientParent(window->windowHandle());
+}
+
+void DialogWindow::takeFocusFrom(QWindow *window) {
+  if (window == nullptr || QApplication::activeModalWidget() != this) return;
+  if (isBehind(window, *windowHandle())) activateWindow();
 }
 
 void DialogWindow::keyPressEvent(QKeyEvent *event) {
@@ -173,8 +187,15 @@ void DialogWindow::dropInput() {
   held_.clear();
 }
 
+bool DialogWindow::closedAPopUp(const QEvent &event) {
+  const bool isOpen = QApplication::activePopupWidget() != nullptr;
+  if (event.type() == QEvent::ShortcutOverride) hadPopUp_ = isOpen;
+  return event.type() == QEvent::KeyPress && std::exchange(hadPopUp_, false) && !isOpen;
+}
+
 bool DialogWindow::eventFilter(QObject *object, QEvent *event) {
   if (object != windowHandle()) return QDialog::eventFilter(object, event);
+  if (closedAPopUp(*event)) return true;
   if (event->type() == QEvent::FocusIn) blockBehind();
   if (event->type() == QEvent::FocusOut) letters_.underline(false);
   if (input_ == Input::Taken || !isFromAPerson(event->type())) return isUsedUp(*event);

@@ -59,10 +59,18 @@ class DialogWindow final : public QDialog {
   void adoptTheme();
   bool isUsedUp(const QEvent &event);
   void endHeldKeys();
+  // A window manager gives the focus to a modal window. A Wayland compositor does not know which
+  // one is modal: a window behind this one that was clicked on gets the focus, and uses no key.
+  void takeFocusFrom(QWindow *window);
+  // The list of a pop-up closes already when it is asked whether a key is meant for it. Where the
+  // list has no keys of its own, as under Wayland, the key then comes to the dialog, which it was
+  // never meant for.
+  bool closedAPopUp(const QEvent &event);
 
   AltLetters letters_;
   QPalette theme_;  // the desktop's, before its colours were told apart
   Input input_ = Input::Taken;
+  bool hadPopUp_ = false;  // when the last key came
   std::vector<std::unique_ptr<QEvent>> held_;
   int pressed_ = 0;  // the key last pressed here
   QPointer<DialogWindow> behind_;

@@ -429,6 +429,32 @@ TEST_F(QtRun, TheWindowThatWasActiveIsActiveAgain) {
   EXPECT_TRUE(QTest::qWaitForWindowActive(&host));
 }
 
+TEST_F(QtRun, AWindowBehindItGivesTheFocusBack) {
+  QWidget host;
+  host.show();
+  dialog_ = newDialog(qtDesktop().hostWindow(&host));
+  person_.check([&] {
+    host.activateWindow();
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(QTest::qWaitForWindowActive(widgetOf(dialog_->window())));
+  });
+  person_.press(kCancelItem);
+  run();
+}
+
+TEST_F(QtRun, AWindowOfItsOwnKeepsTheFocus) {
+  person_.act(0, [](QWidget *window) {
+    QWidget own(window, Qt::Tool);
+    own.show();
+    own.activateWindow();
+    EXPECT_TRUE(QTest::qWaitForWindowActive(&own));
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(own.isActiveWindow());
+  });
+  person_.press(kCancelItem);
+  run();
+}
+
 TEST_F(QtRun, TabFollowsTheItemNumbers) {
   const auto focusIs = [this](int item) {
     person_.check([=, this] { EXPECT_TRUE(widget(item)->hasFocus()) << item; });
@@ -460,6 +486,12 @@ TEST_F(QtRun, ReturnIsTheDefaultItemAlsoOnAnotherButton) {
 TEST_F(QtRun, TheEnterKeyIsReturn) {
   dialog_->setDefaultItem(kOkItem);
   person_.key(Qt::Key_Enter, Qt::KeypadModifier);
+  EXPECT_EQ(run(), Lines{"1"});
+}
+
+TEST_F(QtRun, TheEnterKeyIsReturnAlsoWhereNothingTellsItsKeypad) {
+  dialog_->setDefaultItem(kOkItem);
+  person_.key(Qt::Key_Enter, Qt::ControlModifier).key(Qt::Key_Enter);
   EXPECT_EQ(run(), Lines{"1"});
 }
 

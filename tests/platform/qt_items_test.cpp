@@ -26,6 +26,7 @@ namespace korvel::platform {
 namespace {
 
 using test::clickOn;
+using test::pressKey;
 using test::qtDesktop;
 using test::QtPerson;
 using test::RecordedHits;
@@ -156,6 +157,24 @@ TEST_F(QtItems, EscapeInAnOpenPopUpClosesOnlyThat) {
   });
   person().pressEscape();
   EXPECT_EQ(run(), Lines{"2"});
+}
+
+// Also where the list has no keys of its own, and the dialog's window gets them.
+TEST_F(QtItems, AKeyThatClosesAnOpenPopUpIsNothingElse) {
+  const int popUp = addPopUp({"Madame", "Monsieur"});
+  dialog_->setValue(popUp, 1);
+  dialog_->setDefaultItem(kOkItem);
+  for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Enter, Qt::Key_Escape})
+    person().act(popUp, [key](QWidget *box) {
+      clickOn(box, box->rect().center());
+      ASSERT_NE(QApplication::activePopupWidget(), nullptr);
+      pressKey(box, Qt::Key_Down);
+      pressKey(box, key);
+      EXPECT_EQ(QApplication::activePopupWidget(), nullptr) << key;
+    });
+  person().pressReturn();
+  const std::string item = std::to_string(popUp);
+  EXPECT_EQ(run(), (Lines{item + " value 2", item + " value 2", "1"}));
 }
 
 TEST_F(QtItems, AValueOutsideThePopUpChangesNothing) {
