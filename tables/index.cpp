@@ -55,8 +55,10 @@ void LineIndex::countLines() {
 bool LineIndex::indexCodes() {
   // Two thirds of the slots are in use at most.
   const std::size_t slots = static_cast<std::size_t>(count_) * 3 / 2 + 1;
-  if (slots * sizeof slots_[0] * kLeastRatio > lines_.size()) return false;
+  if ((size() + slots * sizeof slots_[0]) * kLeastRatio > lines_.size()) return false;
   slots_.assign(slots, kFree);
+  // At once: growing would take more for a while than the index may.
+  further_.reserve((lines_.size() / kLeastRatio - size()) / sizeof further_[0]);
   LineScratch scratch;
   for (std::size_t start = 0; start < lines_.size();) {
     const std::string_view line = lineAt(start);
@@ -64,7 +66,6 @@ bool LineIndex::indexCodes() {
     start += line.size() + 1;
   }
   std::sort(further_.begin(), further_.end());
-  further_.shrink_to_fit();
   return size() * kLeastRatio <= lines_.size();
 }
 
@@ -81,8 +82,9 @@ bool LineIndex::addLine(std::string_view code, std::size_t start) {
     slots_[slot] = static_cast<std::uint32_t>(start << kTagBits) | tagOf(hash);
     return true;
   }
+  if (further_.size() == further_.capacity()) return false;
   further_.push_back(further(slots_[slot] >> kTagBits, start));
-  return further_.size() * sizeof further_[0] * kLeastRatio <= lines_.size();
+  return true;
 }
 
 std::size_t LineIndex::slotOf(std::string_view code, std::size_t hash) const {

@@ -18,7 +18,7 @@ namespace korvel::tables {
 class LineIndex {
  public:
   static constexpr std::size_t kNone = static_cast<std::size_t>(-1);
-  // The index takes at most one byte for so many bytes of lines.
+  // The index takes at most one byte for so many bytes of lines, while it is built, too.
   static constexpr std::size_t kLeastRatio = 2;
   // Starts have to be below this.
   static constexpr std::size_t kMostBytes = std::size_t{1} << 26;

@@ -25,7 +25,7 @@ namespace korvel::tables {
 
 inline constexpr std::size_t kMostKept = 8;
 inline constexpr std::size_t kLargestKept = std::size_t{32} << 20;
-// Of all copies together, with their indexes.
+// Of all copies together, with their indexes, while one is made, too.
 inline constexpr std::size_t kMostBytesKept = std::size_t{64} << 20;
 
 struct KeptTable {

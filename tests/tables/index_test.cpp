@@ -2,12 +2,39 @@
 #include "tables/index.h"
 
 #include <algorithm>
+#include <atomic>
+#include <cstdlib>
 #include <functional>
+#include <new>
 #include <random>
+
+#include <malloc.h>
 
 #include "tables/loaded.h"
 #include "tests/tables/model.h"
 #include "tests/tables/tables.h"
+
+namespace {
+
+std::atomic<std::size_t> taken = 0;  // bytes of memory
+std::atomic<std::size_t> mostTaken = 0;
+
+}  // namespace
+
+void *operator new(std::size_t size) {
+  void *block = std::malloc(size);
+  if (block == nullptr) throw std::bad_alloc();
+  taken += malloc_usable_size(block);
+  mostTaken = std::max(mostTaken.load(), taken.load());
+  return block;
+}
+
+void operator delete(void *block) noexcept {
+  taken -= malloc_usable_size(block);
+  std::free(block);
+}
+
+void operator delete(void *block, std::size_t /*size*/) noexcept { operator delete(block); }
 
 namespace korvel {
 namespace {
@@ -131,6 +158,26 @@ TEST(Index, TakesHalfTheBytesOfTheLinesAtMost) {
   std::string nameless;
   for (int i = 0; i < 5000; ++i) nameless += ",and a label\r";
   EXPECT_TRUE(Indexed(nameless).index.hasCodes());
+}
+
+// Whether it can be built or not: one code in each line, in all lines, and in many.
+TEST(Index, TakesNoMoreWhileItIsBuilt) {
+  for (const int codes : {1, 20000, 100000}) {
+    for (const std::size_t label : {1, 4, 12, 26, 60}) {
+      std::string lines(tables::kMargin, '\r');
+      for (int i = 0; i < 100000; ++i)
+        lines += std::to_string(100000 + i % codes) + "," + std::string(label, 'x') + "\r";
+      lines.append(tables::kMargin, '\0');
+      const auto all = std::string_view(lines).substr(tables::kMargin);
+      LineIndex index;
+      const std::size_t before = taken;
+      mostTaken = before;
+      index.build(all.substr(0, all.size() - tables::kMargin));
+      constexpr std::size_t kRounding = 5 * 4096;
+      EXPECT_LE(mostTaken - before, all.size() / LineIndex::kLeastRatio + kRounding)
+          << codes << ' ' << label;
+    }
+  }
 }
 
 TEST(Index, DoesNotHoldManyCodesWithAQuestionMark) {
