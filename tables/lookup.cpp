@@ -1,6 +1,5 @@
 // From a code to its label: the lookups, the further columns of the line found, and the choice
 // among the lines of a code by their validity periods.
-#include <algorithm>
 #include <span>
 #include <string_view>
 
@@ -48,17 +47,18 @@ bool giveField(FieldChoice choice, Out out) {
   return chosen.exists;
 }
 
-bool lookUpFirst(std::string_view key, int column, const char *table, Out out) {
-  forgetLine();
-  TableWalk walk;
-  if (!walk.open(table)) return false;
-  const bool found = walk.find(CodeTest(key, 0));
-  if (!found && !walk.isWhole()) return false;
-  if (walk.line() > 0) storeSplit(walk.kept());
-  // Kept: without a match the last line becomes the current one.
-  setCurrentLine(walk.line());
-  if (found) giveField({column == 0, column}, out);
+bool lookUp(std::string_view key, FieldChoice choice, From from, const char *table, Out out) {
+  const bool found = search(CodeTest(key, skippedLines(from)), from, table).found;
+  if (found) giveField(choice, out);
   return found;
+}
+
+bool lookUpFirst(std::string_view key, int column, const char *table, Out out) {
+  return lookUp(key, {column == 0, column}, From::FirstLine, table, out);
+}
+
+bool lookUpNext(std::string_view key, int column, const char *table, Out out) {
+  return lookUp(key, {false, column}, From::BehindCurrent, table, out);
 }
 
 bool lookUpNumber(int code, int column, const char *table, Out out) {
@@ -66,18 +66,6 @@ bool lookUpNumber(int code, int column, const char *table, Out out) {
   // A sign would fit before one digit, but is no part of a code.
   const bool hasKey = code >= 0 && codecs::writeNum(code, key) == 0;
   return lookUpFirst({key, hasKey ? sizeof key : 0}, column, table, out);
-}
-
-bool lookUpNext(std::string_view key, int column, const char *table, Out out) {
-  TableWalk walk;
-  if (!walk.open(table)) return false;
-  const bool found = walk.find(CodeTest(key, std::max(ZRV_Libelle_NC_il, 0)));
-  if (!found && !walk.isWhole()) return false;
-  if (walk.line() > 0) storeSplit(walk.kept());
-  if (!found) return false;
-  giveField({false, column}, out);
-  setCurrentLine(walk.line());
-  return true;
 }
 
 bool readAgain(FieldChoice choice, const char *table, Out out) {
@@ -118,8 +106,8 @@ struct Period {
   int start;
   int end;
 
-  bool isOpen() const { return start == 0 || end == 0; }
-  bool holds(int day) const { return isOpen() || (start <= day && day <= end); }
+  // Always, where it is open to a side.
+  bool holds(int day) const { return start == 0 || end == 0 || (start <= day && day <= end); }
 };
 
 bool lookUpDay(std::string_view key, int column, const char *table, Out out, int dateColumn,

@@ -140,41 +140,21 @@ class CriteriaTest final : public LineTest {
   std::size_t fixed_ = 0;                  // how many characters its labels fix at least
 };
 
-enum class From { FirstLine, BehindCurrent };
-
-int skippedLines(From from) { return from == From::FirstLine ? 0 : std::max(ZRV_Libelle_NC_il, 0); }
-
-struct SearchEnd {
-  bool found = false;
-  bool atLine = false;  // a line is in the buffer
-};
-
-// Walks to the first line that passes. Leaves the line at which the walk ends in the buffer, and
-// its code in out.
-SearchEnd search(const LineTest &test, From from, const char *table, Out out) {
-  if (from == From::FirstLine) forgetLine();
-  TableWalk walk;
-  if (!walk.open(table)) return {};
-  const bool found = walk.find(test);
-  if (!found && !walk.isWhole()) return {};
-  const bool atLine = walk.line() > 0;
-  if (atLine) {
-    storeSplit(walk.kept());
-    // Kept: the code is given before its line is compared.
-    strings::copyTerminated(out, codeOf(textOf(walk.kept())));
-  }
-  if (found || from == From::FirstLine) setCurrentLine(walk.line());
-  return {found, atLine};
+// Kept: the code is given before its line is compared.
+SearchEnd searchCode(const LineTest &test, From from, const char *table, Out out) {
+  const SearchEnd end = search(test, from, table);
+  if (end.atLine) strings::copyTerminated(out, bufferFields().field());
+  return end;
 }
 
 bool searchLabel(const char *label, int column, From from, const char *table, Out out) {
   const LabelTest test(base::textOf(label), column, skippedLines(from));
-  return search(test, from, table, out).found;
+  return searchCode(test, from, table, out).found;
 }
 
 bool searchCriteria(Criteria criteria, From from, const char *table, Out out) {
   if (criteria.areComplete()) {
-    return search(CriteriaTest(criteria, skippedLines(from)), from, table, out).found;
+    return searchCode(CriteriaTest(criteria, skippedLines(from)), from, table, out).found;
   }
   if (from == From::FirstLine) forgetLine();
   return false;
@@ -190,7 +170,7 @@ bool searchAnyCase(const char *label, int column, const char *table, Out out) {
   char wanted[256] = "";
   strings::copyWhole(wanted, base::textOf(label));
   strings::capitalise(wanted);
-  const SearchEnd end = search(FoldedLabelTest(wanted, column), From::FirstLine, table, out);
+  const SearchEnd end = searchCode(FoldedLabelTest(wanted, column), From::FirstLine, table, out);
   // Kept: the examined column of the last line is written in capitals even without a match.
   if (end.atLine) capitaliseExaminedColumn(column);
   return end.found;

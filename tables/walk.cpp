@@ -5,22 +5,12 @@
 #include <algorithm>
 #include <cstring>
 
+#include <korvel/tables.h>
+
+#include "tables/state.h"
+
 namespace korvel::tables {
 namespace {
-
-std::string_view between(const char *from, const char *to) {
-  return {from, static_cast<std::size_t>(to - from)};
-}
-
-// The CR that ends the line of `at`, in lines that reach up to `end`.
-const char *lineEndFrom(const char *at, const char *end) {
-  return static_cast<const char *>(std::memchr(at, kLineEnd, between(at, end).size()));
-}
-
-// The last CR before `end`; there is one.
-const char *lineEndBefore(const char *begin, const char *end) {
-  return static_cast<const char *>(memrchr(begin, kLineEnd, between(begin, end).size()));
-}
 
 // The last one of some lines, without its end.
 std::string_view lastOf(std::string_view lines) {
@@ -68,24 +58,24 @@ bool TableWalk::findIn(std::string_view lines, const LineTest &test) {
   if (lines.empty()) return false;
   // The byte in front of the lines is the last one of a line end.
   const char *front = lines.data() - 1;
-  const char *end = lines.data() + lines.size();
   const LineEnds ends = *front == kIgnored ? LineEnds::CrLf : LineEnds::Cr;
   const int shift = ends == LineEnds::CrLf ? 1 : 0;
-  Scan scan = {ends, front, end - 1 + shift};
+  Scan scan = {ends, front, front + lines.size() + shift};
   const ScanKernel &kernel = scanKernel();
   while (const char *candidate = kernel.next(test.pattern(), scan)) {
     if (!scan.regular) break;
     if (!test.mayBeginAt(candidate + 1)) continue;
     // A candidate at the start of a line is the last byte of the line end itself.
-    const char *start = lineEndBefore(front - 1, candidate + 1) + 1;
-    const char *lineEnd = lineEndFrom(candidate + 1, end);
-    kept_ = keptOf(between(start, lineEnd), scratch_);
+    const auto place = static_cast<std::size_t>(candidate + 1 - lines.data());
+    const std::size_t start = lines.substr(0, place).rfind(kLineEnd) + 1;
+    const std::size_t end = lines.find(kLineEnd, place);
+    kept_ = keptOf(lines.substr(start, end - start), scratch_);
     if (test.accepts(textOf(kept_))) {
       line_ += static_cast<int>(scan.lines);
       return true;
     }
     // The line end is the next place where a candidate can be.
-    scan.at = lineEnd + shift;
+    scan.at = lines.data() + end + shift;
   }
   if (!scan.regular) return findLineByLine(lines, test);
   line_ += static_cast<int>(scan.lines);
@@ -101,6 +91,20 @@ bool TableWalk::findLineByLine(std::string_view lines, const LineTest &test) {
     lines.remove_prefix(end + 1);
   }
   return false;
+}
+
+int skippedLines(From from) { return from == From::FirstLine ? 0 : std::max(ZRV_Libelle_NC_il, 0); }
+
+SearchEnd search(const LineTest &test, From from, const char *table) {
+  if (from == From::FirstLine) forgetLine();
+  TableWalk walk;
+  if (!walk.open(table)) return {};
+  const bool found = walk.find(test);
+  if (!found && !walk.isWhole()) return {};
+  const bool atLine = walk.line() > 0;
+  if (atLine) storeSplit(walk.kept());
+  if (found || from == From::FirstLine) setCurrentLine(walk.line());
+  return {found, atLine};
 }
 
 }  // namespace korvel::tables

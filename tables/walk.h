@@ -80,6 +80,21 @@ class TableWalk {
   LineScratch scratch_;
 };
 
+// A search that an application asks for: it fills the line buffer.
+enum class From { FirstLine, BehindCurrent };
+
+// How many lines such a search skips.
+int skippedLines(From from);
+
+struct SearchEnd {
+  bool found = false;
+  bool atLine = false;  // a line is in the buffer: the wanted one or, without a match, the last
+};
+
+// Makes the line found the current one. After a search from the first line:
+// Kept: without a match the last line becomes the current one.
+SearchEnd search(const LineTest &test, From from, const char *table);
+
 }  // namespace korvel::tables
 
 #endif
