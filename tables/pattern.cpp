@@ -20,15 +20,8 @@ int frequency(char c) {
   return isAsciiLetter(c) ? 1 : 0;
 }
 
-// The positions of the two rarest characters of a text; among equally rare ones the last, as the
-// codes and labels of neighbours differ there. The same twice if only one is not '?'.
-struct Places {
-  std::size_t first = std::string_view::npos;
-  std::size_t second = std::string_view::npos;
-
-  bool areNone() const { return first == std::string_view::npos; }
-};
-
+// The position of the rarest character; among equally rare ones the last, as the codes and labels
+// of neighbours differ there. npos where all others are '?'.
 std::size_t rarest(std::string_view text, std::size_t excluded) {
   std::size_t best = std::string_view::npos;
   for (std::size_t i = 0; i < text.size(); ++i) {
@@ -38,25 +31,19 @@ std::size_t rarest(std::string_view text, std::size_t excluded) {
   return best;
 }
 
-Places placesToProbe(std::string_view text) {
-  Places places;
-  places.first = rarest(text, std::string_view::npos);
-  places.second = rarest(text, places.first);
-  if (places.second == std::string_view::npos) places.second = places.first;
-  return places;
-}
-
-// Adds the probes for a text. In a text of '?' alone there is nothing to look for, and every place
-// is a candidate.
+// Adds the probes for the two rarest characters of a text, the same twice if only one is not '?'.
+// In a text of '?' alone there is nothing to look for, and every place is a candidate.
 void addPair(Pattern &pattern, std::string_view text) {
-  const Places places = placesToProbe(text);
-  if (places.areNone()) {
+  const std::size_t first = rarest(text, std::string_view::npos);
+  if (first == std::string_view::npos) {
     pattern.bytes = Pattern::Bytes::Any;
     return;
   }
+  const std::size_t other = rarest(text, first);
+  const std::size_t second = other == std::string_view::npos ? first : other;
   Probe(&pair)[2] = pattern.pairs[pattern.pairCount++];
-  pair[0] = Probe::exact(places.first + 1, text[places.first]);
-  pair[1] = Probe::exact(places.second + 1, text[places.second]);
+  pair[0] = Probe::exact(first + 1, text[first]);
+  pair[1] = Probe::exact(second + 1, text[second]);
 }
 
 void setBeginning(Pattern &pattern, std::string_view text) {
