@@ -15,16 +15,6 @@ bool isSameTime(const timespec &a, const timespec &b) {
   return a.tv_sec == b.tv_sec && a.tv_nsec == b.tv_nsec;
 }
 
-// Returns false when there are not so many bytes.
-bool readAll(int descriptor, char *to, std::size_t count) {
-  for (std::size_t done = 0; done < count;) {
-    const ssize_t got = readSome(descriptor, to + done, count - done, static_cast<off_t>(done));
-    if (got <= 0) return false;
-    done += static_cast<std::size_t>(got);
-  }
-  return true;
-}
-
 // Makes lines of the bytes from `begin` to `end`, after which there is room for a line end.
 std::string_view asLines(char *begin, char *end) {
   while (begin != end && *begin == kIgnored) ++begin;
@@ -46,10 +36,6 @@ bool isUnchanged(const struct stat &before, const struct stat &now) {
          isSameTime(before.st_mtim, now.st_mtim) && isSameTime(before.st_ctim, now.st_ctim);
 }
 
-ssize_t readSome(int descriptor, char *to, std::size_t count, off_t offset) {
-  return base::retried([&] { return pread(descriptor, to, count, offset); });
-}
-
 void putLineEndBefore(char *lines, std::size_t size) {
   const auto *end = static_cast<const char *>(std::memchr(lines, kLineEnd, size));
   lines[-2] = kLineEnd;
@@ -62,7 +48,13 @@ bool LoadedTable::read(int descriptor, std::size_t size) {
   block_ = static_cast<char *>(std::calloc(1, kMargin + size + 1 + kMargin));
   if (block_ == nullptr) return false;
   char *begin = block_ + kMargin;
-  if (!readAll(descriptor, begin, size)) return false;
+  for (std::size_t done = 0; done < size;) {
+    const auto at = static_cast<off_t>(done);
+    const ssize_t got =
+        base::retried([&] { return pread(descriptor, begin + done, size - done, at); });
+    if (got <= 0) return false;
+    done += static_cast<std::size_t>(got);
+  }
   lines_ = asLines(begin, begin + size);
   return true;
 }

@@ -7,7 +7,6 @@
 #include <string_view>
 
 #include <sys/stat.h>
-#include <sys/types.h>
 
 namespace korvel::tables {
 
@@ -17,9 +16,6 @@ inline constexpr std::size_t kMargin = 2048;
 
 // Whether a file is the same one, and as it was before.
 bool isUnchanged(const struct stat &before, const struct stat &now);
-
-// Reads up to `count` bytes from an offset on. Returns their number, 0 at the end, -1 on an error.
-ssize_t readSome(int descriptor, char *to, std::size_t count, off_t offset);
 
 // Writes a line end like the first line's in front of the lines.
 void putLineEndBefore(char *lines, std::size_t size);

@@ -8,9 +8,11 @@
 #include <utility>
 
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <korvel/files.h>
 
+#include "base/posix.h"
 #include "files/handles.h"
 #include "files/memory.h"
 #include "tables/path.h"
@@ -19,8 +21,8 @@ namespace korvel::tables {
 namespace {
 
 // In front of a block: the margin, and room for the beginning of a line.
-constexpr std::size_t kFront = 2 * TableReader::kMargin;
-constexpr std::size_t kBufferSize = kFront + TableReader::kLargestBlock + TableReader::kMargin;
+constexpr std::size_t kFront = 2 * kMargin;
+constexpr std::size_t kBufferSize = kFront + TableReader::kLargestBlock + kMargin;
 
 // Nearly every reading is over before the next one begins: they share one buffer, whose pages the
 // system then gives only once. A reading inside another one gets a buffer of its own.
@@ -85,28 +87,25 @@ void TableReader::measure() {
 // A file that changes while it is read is read again, up to three times in all.
 bool TableReader::load() {
   constexpr int kAttempts = 3;
-  Loaded loaded = Loaded::Not;
-  for (int i = 0; i < kAttempts && loaded != Loaded::Whole; ++i) loaded = loadOnce();
+  bool isLoaded = false;
+  for (int i = 0; i < kAttempts; ++i) {
+    struct stat before;
+    struct stat after;
+    isLoaded = fstat(descriptor_, &before) == 0 && before.st_size <= INT_MAX &&
+               own_.read(descriptor_, static_cast<std::size_t>(before.st_size));
+    if (isLoaded && fstat(descriptor_, &after) == 0 && isUnchanged(before, after)) break;
+  }
   files::closeOwn(file_);
   file_ = descriptor_ = -1;
   loaded_ = own_.lines();
-  return loaded != Loaded::Not;
-}
-
-TableReader::Loaded TableReader::loadOnce() {
-  struct stat before;
-  struct stat after;
-  if (fstat(descriptor_, &before) != 0 || before.st_size > INT_MAX) return Loaded::Not;
-  if (!own_.read(descriptor_, static_cast<std::size_t>(before.st_size))) return Loaded::Not;
-  const bool same = fstat(descriptor_, &after) == 0 && isUnchanged(before, after);
-  return same ? Loaded::Whole : Loaded::WholeButChanged;
+  return isLoaded;
 }
 
 std::string_view TableReader::next() {
   if (buffer_ == nullptr || position_ >= size_) return {};
   char *block = buffer_ + kFront;
   const auto wish = std::min(static_cast<std::size_t>(size_ - position_), blockSize);
-  const ssize_t size = readSome(descriptor_, block, wish, position_);
+  const ssize_t size = base::retried([&] { return pread(descriptor_, block, wish, position_); });
   isWhole_ = isWhole_ && size > 0;
   position_ = size > 0 ? position_ + static_cast<int>(size) : size_;
   return size > 0 ? std::string_view(block, static_cast<std::size_t>(size)) : std::string_view();

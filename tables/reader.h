@@ -30,7 +30,6 @@ enum class Slots {
 class TableReader {
  public:
   static constexpr std::size_t kLargestBlock = 256 * 1024;
-  static constexpr std::size_t kMargin = tables::kMargin;
 
   // How much is read at once, up to kLargestBlock. A variable so that tests can end a block
   // anywhere.
@@ -80,12 +79,9 @@ class TableReader {
   void close();
 
  private:
-  enum class Loaded { Not, Whole, WholeButChanged };
-
   bool start(int file, Slots slots, const struct stat &status);
   void measure();
   bool load();
-  Loaded loadOnce();
   bool prepare(Slots slots, const struct stat &status);
   bool takeBuffer();
   void giveBackBuffer();

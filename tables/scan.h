@@ -21,7 +21,6 @@ struct Probe {
   static constexpr Probe exact(std::size_t offset, char c) {
     return {offset, 0, static_cast<std::uint8_t>(c)};
   }
-  static constexpr Probe any(std::size_t offset) { return {offset, 0xFF, 0xFF}; }
 };
 
 // The bytes that make a place a candidate.
@@ -50,7 +49,7 @@ struct Pattern {
 enum class LineEnds { CrLf, Cr };
 
 // A stretch of whole lines while it is searched, with a line end in front of it. The
-// TableReader::kMargin bytes around it may be read, too.
+// kMargin bytes around it may be read, too.
 struct Scan {
   LineEnds ends;
   const char *at;          // the last byte of the line end in front of the next line

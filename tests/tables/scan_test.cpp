@@ -30,10 +30,9 @@ std::vector<const ScanKernel *> usableKernels() {
 class Padded {
  public:
   explicit Padded(const std::string &text)
-      : bytes_(std::string(TableReader::kMargin, '\xAA') + text +
-               std::string(TableReader::kMargin, '\xAA')),
+      : bytes_(std::string(kMargin, '\xAA') + text + std::string(kMargin, '\xAA')),
         size_(text.size()) {}
-  const char *begin() const { return bytes_.data() + TableReader::kMargin; }
+  const char *begin() const { return bytes_.data() + kMargin; }
   const char *end() const { return begin() + size_; }
 
  private:
