@@ -98,6 +98,11 @@ TablePath backUpPath(const TablePath &table) {
   return path;
 }
 
+bool isLink(const char *posix) {
+  struct stat status;
+  return lstat(posix, &status) == 0 && S_ISLNK(status.st_mode);
+}
+
 // A back-up that is a symbolic link or may not be written gives way to a new one, where its folder
 // admits that. A new one gets owner, group and mode of its table.
 bool beginBackUp(Replacement &made, const char *path, int table) {

@@ -5,8 +5,6 @@
 #include <cstring>
 #include <string_view>
 
-#include <sys/stat.h>
-
 #include <korvel/tables.h>
 
 namespace korvel::tables {
@@ -55,11 +53,6 @@ TablePath tablePath(const char *name) { return existing(tablePlace(name)); }
 
 TablePath defaultTablePath(const char *name) {
   return name == nullptr ? TablePath() : existing(defaultPlace(name));
-}
-
-bool isLink(const char *posix) {
-  struct stat status;
-  return lstat(posix, &status) == 0 && S_ISLNK(status.st_mode);
 }
 
 }  // namespace korvel::tables

@@ -33,9 +33,6 @@ TablePath tablePath(const char *name);
 // The same in szDirTables, whatever setDirTables has set.
 TablePath defaultTablePath(const char *name);
 
-// Whether a POSIX path names a symbolic link.
-bool isLink(const char *posix);
-
 }  // namespace korvel::tables
 
 #endif

@@ -97,18 +97,14 @@ bool isUnused(const char *path) {
   return lstat(path, &status) != 0 && errno == ENOENT;
 }
 
-bool leadToOneFile(const char *a, const char *b) {
+bool leadToOneFile(const char *a, const char *b, decltype(lstat) *look = stat) {
   struct stat ofA;
   struct stat ofB;
-  return stat(a, &ofA) == 0 && stat(b, &ofB) == 0 && base::isSameFile(ofA, ofB);
+  return look(a, &ofA) == 0 && look(b, &ofB) == 0 && base::isSameFile(ofA, ofB);
 }
 
 // Whether both are spellings of one name; a link is not followed.
-bool isOneEntry(const char *a, const char *b) {
-  struct stat ofA;
-  struct stat ofB;
-  return lstat(a, &ofA) == 0 && lstat(b, &ofB) == 0 && base::isSameFile(ofA, ofB);
-}
+bool isOneEntry(const char *a, const char *b) { return leadToOneFile(a, b, lstat); }
 
 std::string folderOf(const char *path) {
   const std::string_view text = path;

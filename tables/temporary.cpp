@@ -12,6 +12,7 @@
 
 #include "base/posix.h"
 #include "files/slots.h"
+#include "strings/copy.h"
 
 namespace korvel::tables {
 namespace {
@@ -30,9 +31,7 @@ bool WritingHandle::take(const char *path) {
   FileSlot &slot = DATA_FILE_TAB[handle_];
   slot.mode = files::kFreeSlot;
   slot.position = 0;
-  const std::size_t length = strnlen(path, sizeof slot.name - 1);
-  std::memcpy(slot.name, path, length);
-  slot.name[length] = '\0';
+  strings::copyTerminated(slot.name, path);
   return true;
 }
 
@@ -53,9 +52,7 @@ TablePath temporaryPath(const TablePath &table) {
 
 bool LeftOver::openFor(const char *table) {
   if (file_ >= 0) return true;
-  const std::size_t length = std::strlen(table);
-  if (length == 0 || length >= sizeof path_) return false;
-  std::memcpy(path_, table, length + 1);
+  if (*table == '\0' || !strings::copyWhole(path_, table)) return false;
   replaceLast(path_);
   constexpr int kFlags = O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
   file_ = base::retried([this] { return open(path_, kFlags); });
