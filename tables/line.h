@@ -32,7 +32,18 @@ struct LineScratch {
 };
 
 // The kept characters of a raw line: a part of it, or gathered in `scratch`.
-std::string_view keptOf(std::string_view raw, LineScratch &scratch, std::size_t size = kLineSize);
+inline std::string_view keptOf(std::string_view raw, LineScratch &scratch,
+                               std::size_t size = kLineSize) {
+  if (raw.starts_with(kIgnored)) raw.remove_prefix(1);
+  const std::string_view first = raw.substr(0, size - 1);
+  if (first.find(kIgnored) == std::string_view::npos) return first;
+  std::size_t length = 0;
+  for (const char c : raw) {
+    if (length == size - 1) break;
+    if (c != kIgnored) scratch.text[length++] = c;
+  }
+  return {scratch.text, length};
+}
 
 // What splitting leaves of the kept characters.
 inline std::string_view textOf(std::string_view kept, std::size_t size = kLineSize) {
