@@ -13,8 +13,15 @@ readonly TOOL_PACKAGES=(
 readonly SCREEN_PACKAGES=(
   xvfb x11-utils openbox xdotool xclip imagemagick fonts-liberation
 )
+# What shows the library's dialogs on Wayland, and a compositor without a screen of its own.
+readonly WAYLAND_PACKAGES=(
+  qt6-wayland
+)
+readonly COMPOSITOR_PACKAGES=(
+  "${WAYLAND_PACKAGES[@]}" fonts-liberation grim python3 sway wl-clipboard wtype
+)
 readonly TEST_PACKAGES=(
-  "${BUILD_PACKAGES[@]}" "${TOOL_PACKAGES[@]}" "${SCREEN_PACKAGES[@]}"
+  "${BUILD_PACKAGES[@]}" "${TOOL_PACKAGES[@]}" "${SCREEN_PACKAGES[@]}" "${COMPOSITOR_PACKAGES[@]}"
   clang clang-format clang-tidy libclang-rt-14-dev googletest libgtest-dev locales python3
   at-spi2-core dbus libatspi2.0-dev e2fsprogs git libcrypt-dev sudo valgrind xfsprogs
   fontconfig fonts-dejavu-core fonts-noto-core fonts-urw-base35 poppler-utils

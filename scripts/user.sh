@@ -1,12 +1,25 @@
 # shellcheck shell=bash
-# Sourced by scripts that play a person at the screen (see with-screen): keys and clicks from
-# outside the application, and pictures of what it shows.
+# Sourced by scripts that play a person at the screen (see with-screen and with-wayland): keys and
+# clicks from outside the application, and pictures of what it shows.
+
+on_wayland() { [ -n "${WAYLAND_DISPLAY:-}" ]; }
+
+# What the compositor tells of the window that has the focus.
+focused_window() { swaymsg -t get_tree | sed -n '/"focused": true/,/"nodes"/p'; }
+
+active_title() {
+  if on_wayland; then
+    focused_window | sed -n 's/^ *"name": "\(.*\)",$/\1/p'
+  else
+    xdotool getactivewindow getwindowname 2>/dev/null
+  fi
+}
 
 # Waits up to ten seconds until a window with exactly this title is on the screen and active.
 wait_for_window() {
   local _
   for _ in $(seq 200); do
-    [ "$(xdotool getactivewindow getwindowname 2>/dev/null)" = "$1" ] && return
+    [ "$(active_title)" = "$1" ] && return
     sleep 0.05
   done
   echo "no active window \"$1\"" >&2
@@ -17,19 +30,52 @@ wait_for_window() {
 press() {
   local key
   for key in "$@"; do
-    xdotool key --clearmodifiers "$key"
+    if on_wayland; then
+      local modifiers=() modifier
+      for modifier in $(tr + ' ' <<<"${key%"${key##*+}"}"); do modifiers+=(-M "$modifier"); done
+      wtype ${modifiers[@]+"${modifiers[@]}"} -k "${key##*+}"
+    else
+      xdotool key --clearmodifiers "$key"
+    fi
     sleep 0.03
   done
 }
 
 # Types a text, accented letters included.
-write() { xdotool type --delay 40 "$1"; }
+write() {
+  if on_wayland; then wtype -d 40 -- "$1"; else xdotool type --delay 40 "$1"; fi
+}
+
+# Moves the mouse to a place of the screen.
+move() {
+  if on_wayland; then echo "$1 $2 1 0" >"$POINTER"; else xdotool mousemove "$1" "$2"; fi
+}
+
+# The top left corner of the active window's content, under Wayland.
+content_corner() {
+  focused_window | awk '/"(rect|window_rect)": {/ { own = 1 } /}/ { own = 0 }
+    own && /"x"/ { x += $2 } own && /"y"/ { y += $2 } END { print x, y }'
+}
 
 # Clicks at a place of the active window's content, in pixels from its top left corner.
-click() { xdotool mousemove --window "$(xdotool getactivewindow)" "$1" "$2" click 1; }
+click() {
+  if on_wayland; then
+    local x y
+    read -r x y < <(content_corner)
+    echo "$((x + $1)) $((y + $2)) 1 1" >"$POINTER"
+    sleep 0.12
+  else
+    xdotool mousemove --window "$(xdotool getactivewindow)" "$1" "$2" click 1
+  fi
+}
+
+# Closes the active window with the key for it, or what stands for one.
+close_window() {
+  if on_wayland; then swaymsg -q kill; else press alt+F4; fi
+}
 
 # Leaves a picture of the screen when it has come to rest.
 picture() {
   sleep 0.3
-  import -window root "$1"
+  if on_wayland; then grim "$1"; else import -window root "$1"; fi
 }
