@@ -177,7 +177,7 @@ TEST(Entry, ABurstOfKeysIntoAMaskedIntegerLosesNone) {
   DialogHost host;
   write("x");
   press("Tab Tab Tab ctrl+a");
-  ASSERT_EQ(std::system("xdotool type --delay 0 1234567890"), 0);
+  burst("1234567890");
   press("Return");
   EXPECT_TRUE(host.endedWith({"result 1", "int 1 1234567890"}));
 }
@@ -210,6 +210,10 @@ TEST(Entry, APopUpIsChosenFromWithKeysAndMouse) {
   click({200, 161});
   press("Down Return");
   EXPECT_TRUE(host.says("hit 102"));
+  EXPECT_EQ(activeWindow(), kTitle);
+  click({200, 161});
+  press("Up Escape");
+  EXPECT_EQ(activeWindow(), kTitle);
   press("Return");
   EXPECT_TRUE(host.endedWith({"result 1", "text 2 No\\xEBl"}));
 }

@@ -1,11 +1,10 @@
-// Drives programs on a screen with the usual tools for keys, clicks and pictures.
+// Starts programs, and drives them on whichever screen there is.
 #include "tests/desktop/screen_user.h"
 
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <functional>
@@ -17,6 +16,8 @@
 #include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
+
+#include "tests/desktop/screen.h"
 
 extern char **environ;
 
@@ -34,6 +35,38 @@ bool waitUntil(int seconds, const std::function<bool()> &condition) {
     rest(20);
   }
   return false;
+}
+
+std::vector<std::string> linesOf(const std::string &path) {
+  std::ifstream file(path);
+  std::vector<std::string> lines;
+  for (std::string line; std::getline(file, line);) lines.push_back(line);
+  return lines;
+}
+
+// The sanitizer's search for leaks falls over a thread of the toolkit that ends meanwhile, and then
+// ends an application that has done everything with a status of its own.
+bool leakCheckBroke(const std::vector<std::string> &errors) {
+  return std::any_of(errors.begin(), errors.end(), [](const std::string &line) {
+    return line.find("LeakSanitizer has encountered a fatal error") != line.npos;
+  });
+}
+
+void clickWith(int button, Place place, int times) {
+  const Content content = activeContent();
+  screen().click(button, {content.corner.x + place.x, content.corner.y + place.y}, times);
+  rest(120);
+}
+
+void hold(const std::string &selection, const std::string &text) {
+  screen().hold(selection, text);
+  waitUntil(5, [&] { return screen().held(selection) == text; });
+}
+
+}  // namespace
+
+const Screen &screen() {
+  return std::getenv("WAYLAND_DISPLAY") == nullptr ? xScreen() : waylandScreen();
 }
 
 std::string shellQuoted(const std::string &text) {
@@ -57,42 +90,6 @@ std::string firstLineOf(const std::string &command) {
 }
 
 bool run(const std::string &command) { return std::system(command.c_str()) == 0; }
-
-std::vector<std::string> linesOf(const std::string &path) {
-  std::ifstream file(path);
-  std::vector<std::string> lines;
-  for (std::string line; std::getline(file, line);) lines.push_back(line);
-  return lines;
-}
-
-// The sanitizer's search for leaks falls over a thread of the toolkit that ends meanwhile, and then
-// ends an application that has done everything with a status of its own.
-bool leakCheckBroke(const std::vector<std::string> &errors) {
-  return std::any_of(errors.begin(), errors.end(), [](const std::string &line) {
-    return line.find("LeakSanitizer has encountered a fatal error") != line.npos;
-  });
-}
-
-void clickWith(int button, Place place, int times) {
-  const Content content = activeContent();
-  run("xdotool mousemove " + std::to_string(content.corner.x + place.x) + " " +
-      std::to_string(content.corner.y + place.y) + " click --repeat " + std::to_string(times) +
-      " --delay 60 " + std::to_string(button));
-  rest(120);
-}
-
-std::string held(const std::string &selection) {
-  return outputOf("timeout 5 xclip -selection " + selection +
-                  " -o -target UTF8_STRING 2>/dev/null");
-}
-
-void hold(const std::string &selection, const std::string &text) {
-  run("printf %s " + shellQuoted(text) + " | xclip -selection " + selection +
-      " -in >/dev/null 2>&1");
-  waitUntil(5, [&] { return held(selection) == text; });
-}
-
-}  // namespace
 
 Application::Application(const std::vector<std::string> &command,
                          const std::vector<std::string> &environment) {
@@ -163,7 +160,7 @@ int Picture::darkPixels() const {
       pixels.begin(), pixels.end(), [](Colour c) { return c.red + c.green + c.blue < 3 * 128; }));
 }
 
-std::string activeWindow() { return firstLineOf("xdotool getactivewindow getwindowname 2>&1"); }
+std::string activeWindow() { return screen().activeTitle(); }
 
 bool waitForWindow(const std::string &title) {
   const bool found = waitUntil(30, [&] { return activeWindow() == title; });
@@ -174,58 +171,45 @@ bool waitForWindow(const std::string &title) {
 void press(const std::string &keys) {
   std::istringstream names(keys);
   for (std::string name; names >> name;) {
-    run("xdotool key --clearmodifiers " + shellQuoted(name));
+    screen().press(name);
     rest(30);
   }
 }
 
 void write(const std::string &text) {
-  run("xdotool type --delay 30 -- " + shellQuoted(text));
+  screen().write(text, 30);
   rest(50);
 }
+
+void burst(const std::string &text) { screen().write(text, 0); }
 
 void click(Place place, int times) { clickWith(1, place, times); }
 
 void clickMiddle(Place place) { clickWith(2, place, 1); }
 
 void restOn(Place place) {
-  const Content content = activeContent();
-  for (const int step : {-1, 0})
-    run("xdotool mousemove " + std::to_string(content.corner.x + place.x + step) + " " +
-        std::to_string(content.corner.y + place.y));
+  const Place corner = activeContent().corner;
+  for (const int step : {-1, 0}) screen().moveTo({corner.x + place.x + step, corner.y + place.y});
   rest(1200);
 }
 
-void closeWindow() { click({activeContent().width - 8, -11}); }
+void closeWindow() {
+  screen().closeWindow();
+  rest(120);
+}
 
 void minimiseWindow() {
-  run("xdotool getactivewindow windowminimize");
+  screen().minimiseWindow();
   rest(300);
 }
 
-Content activeContent() {
-  Content content;
-  std::istringstream lines(outputOf("xwininfo -id $(xdotool getactivewindow)"));
-  for (std::string line; std::getline(lines, line);) {
-    const auto read = [&](const char *label, int &value) {
-      const auto at = line.find(label);
-      if (at != std::string::npos) value = std::atoi(line.c_str() + at + std::strlen(label));
-    };
-    read("Absolute upper-left X:", content.corner.x);
-    read("Absolute upper-left Y:", content.corner.y);
-    read("Width:", content.width);
-    read("Height:", content.height);
-  }
-  return content;
-}
+Content activeContent() { return screen().activeContent(); }
 
 Picture picture(int left, int top, int width, int height) {
   rest(250);
   const Content content = activeContent();
   const std::string ppm =
-      outputOf("import -window root -crop " + std::to_string(width) + "x" + std::to_string(height) +
-               "+" + std::to_string(content.corner.x + left) + "+" +
-               std::to_string(content.corner.y + top) + " -depth 8 ppm:-");
+      screen().picture({content.corner.x + left, content.corner.y + top}, width, height);
   Picture result;
   int depth = 0, start = 0;
   if (std::sscanf(ppm.c_str(), "P6 %d %d %d%n", &result.width, &result.height, &depth, &start) != 3)
@@ -236,7 +220,7 @@ Picture picture(int left, int top, int width, int height) {
   return result;
 }
 
-std::string clipboard() { return held("clipboard"); }
+std::string clipboard() { return screen().held("clipboard"); }
 
 void setClipboard(const std::string &text) { hold("clipboard", text); }
 

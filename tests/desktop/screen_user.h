@@ -63,13 +63,15 @@ std::string activeWindow();
 void press(const std::string &keys);
 // Types a UTF-8 text.
 void write(const std::string &text);
+// Types an ASCII text as fast as it can be typed.
+void burst(const std::string &text);
 // Clicks at a place of the active window's content; `times` in quick succession.
 void click(Place place, int times = 1);
 // Clicks with the middle button, which pastes what is selected elsewhere.
 void clickMiddle(Place place);
 // Moves the mouse to a place of the active window's content, and lets it rest there.
 void restOn(Place place);
-// Closes the active window by its frame.
+// Closes the active window by its frame, or what stands for one.
 void closeWindow();
 // Has the window manager minimise the active window.
 void minimiseWindow();

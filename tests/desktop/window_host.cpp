@@ -1,10 +1,10 @@
-// window_host: an application with a window of its own, which shows a dialog in front of it. The
-// window writes "typed <text>" when something is typed into it; the dialog ends as usual.
+// window_host: an application with a window of its own, which shows a dialog in front of it when
+// Return is pressed. The window writes "typed <text>" when something is typed into it; the dialog
+// ends as usual.
 #include <cstdio>
 
 #include <QApplication>
 #include <QLineEdit>
-#include <QTimer>
 
 #include <korvel/korvel.h>
 
@@ -35,7 +35,8 @@ int main(int argc, char **argv) {
   line.setGeometry(10, 10, 200, 30);
   QObject::connect(&line, &QLineEdit::textChanged, [](const QString &text) { say("typed", text); });
   window.setGeometry(600, 500, 400, 300);
+  QObject::connect(&line, &QLineEdit::returnPressed, &window, [&] { showDialog(window); });
+  line.setFocus();
   window.show();
-  QTimer::singleShot(500, &window, [&] { showDialog(window); });
   return QApplication::exec();
 }

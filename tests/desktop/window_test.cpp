@@ -9,8 +9,6 @@ namespace {
 
 constexpr int kScreenWidth = 1280, kScreenHeight = 1024;
 
-// The places of window_host's window content and of the dialog in front of it.
-constexpr Place kHostCorner{600, 500};
 constexpr int kHostWidth = 400, kHostHeight = 300;
 
 TEST(Window, ComesUpCentredOnTheScreen) {
@@ -112,16 +110,21 @@ TEST(Window, AtScale2EverythingIsTwiceAsLarge) {
 
 TEST(Window, ComesUpCentredOnItsParentAndBlocksIt) {
   Application application({WINDOW_HOST}, {"LC_ALL=C.UTF-8"});
+  ASSERT_TRUE(waitForWindow("Derrière")) << activeWindow();
+  const Content parent = activeContent();
+  ASSERT_EQ(parent.width, kHostWidth);
+  ASSERT_EQ(parent.height, kHostHeight);
+  press("Return");
   ASSERT_TRUE(waitForWindow("Devant")) << activeWindow();
   const Content content = activeContent();
   EXPECT_EQ(content.width, 200);
   EXPECT_EQ(content.height, 140);
-  EXPECT_EQ(content.corner.x, kHostCorner.x + (kHostWidth - 200) / 2);
-  EXPECT_EQ(content.corner.y, kHostCorner.y + (kHostHeight - 140) / 2);
+  EXPECT_EQ(content.corner.x, parent.corner.x + (kHostWidth - 200) / 2);
+  EXPECT_EQ(content.corner.y, parent.corner.y + (kHostHeight - 140) / 2);
 
   // The window's own line lies above the dialog and left of it: what is typed after a click on it
   // goes to the dialog.
-  click({kHostCorner.x + 30 - content.corner.x, kHostCorner.y + 25 - content.corner.y});
+  click({parent.corner.x + 30 - content.corner.x, parent.corner.y + 25 - content.corner.y});
   write("abc");
   EXPECT_EQ(application.count("typed"), 0);
   ASSERT_EQ(activeWindow(), "Devant");

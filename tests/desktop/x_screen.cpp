@@ -1,0 +1,82 @@
+// A screen of an X server with a window manager.
+#include <cstdlib>
+#include <cstring>
+#include <sstream>
+
+#include "tests/desktop/screen.h"
+
+namespace korvel::test {
+namespace {
+
+class XScreen final : public Screen {
+ public:
+  std::string activeTitle() const override {
+    return firstLineOf("xdotool getactivewindow getwindowname 2>&1");
+  }
+
+  Content activeContent() const override {
+    Content content;
+    std::istringstream lines(outputOf("xwininfo -id $(xdotool getactivewindow)"));
+    for (std::string line; std::getline(lines, line);) {
+      const auto read = [&](const char *label, int &value) {
+        const auto at = line.find(label);
+        if (at != std::string::npos) value = std::atoi(line.c_str() + at + std::strlen(label));
+      };
+      read("Absolute upper-left X:", content.corner.x);
+      read("Absolute upper-left Y:", content.corner.y);
+      read("Width:", content.width);
+      read("Height:", content.height);
+    }
+    return content;
+  }
+
+  void press(const std::string &key) const override {
+    run("xdotool key --clearmodifiers " + shellQuoted(key));
+  }
+
+  void write(const std::string &text, int rest) const override {
+    run("xdotool type --delay " + std::to_string(rest) + " -- " + shellQuoted(text));
+  }
+
+  void moveTo(Place place) const override {
+    run("xdotool mousemove " + std::to_string(place.x) + " " + std::to_string(place.y));
+  }
+
+  void click(int button, Place place, int times) const override {
+    run("xdotool mousemove " + std::to_string(place.x) + " " + std::to_string(place.y) +
+        " click --repeat " + std::to_string(times) + " --delay 60 " + std::to_string(button));
+  }
+
+  // By its frame, which stands above the content.
+  void closeWindow() const override {
+    const Content content = activeContent();
+    click(1, {content.corner.x + content.width - 8, content.corner.y - 11}, 1);
+  }
+
+  void minimiseWindow() const override { run("xdotool getactivewindow windowminimize"); }
+
+  std::string picture(Place corner, int width, int height) const override {
+    return outputOf("import -window root -crop " + std::to_string(width) + "x" +
+                    std::to_string(height) + "+" + std::to_string(corner.x) + "+" +
+                    std::to_string(corner.y) + " -depth 8 ppm:-");
+  }
+
+  std::string held(const std::string &selection) const override {
+    return outputOf("timeout 5 xclip -selection " + selection +
+                    " -o -target UTF8_STRING 2>/dev/null");
+  }
+
+  void hold(const std::string &selection, const std::string &text) const override {
+    run("printf %s " + shellQuoted(text) + " | xclip -selection " + selection +
+        " -in >/dev/null 2>&1");
+  }
+};
+
+}  // namespace
+
+const Screen &xScreen() {
+  static const XScreen made;
+  return made;
+}
+
+}  // namespace korvel::test
