@@ -115,8 +115,9 @@ class Dialog {
 
   virtual ItemKind kind(int item) const = 0;
 
-  // Content of an edit-text item. Setting it makes no hit, and keeps the cursor's place and the
-  // selection where the new text allows. `selectText` selects all of it.
+  // Content of an edit-text item. In one with room for two lines, unless it is secret, the text is
+  // wrapped at words and scrolls; nothing else differs. Setting it makes no hit, and keeps the
+  // cursor's place and the selection where the new text allows. `selectText` selects all of it.
   virtual std::string text(int item) const = 0;
   virtual void setText(int item, std::string_view text) = 0;
   virtual void selectText(int item) = 0;
@@ -207,15 +208,15 @@ class Desktop {
 
   // The dialog that a template file describes, not yet visible, centred on `parent` (null: on the
   // screen) and in front of it. A template is a Qt Designer form. Its push buttons, check boxes,
-  // list widgets, combo boxes and line edits are items, each under the number in its dynamic
-  // property `item` (1 to 32767); the numbers may have gaps. A widget without a number is shown and
-  // never hit. All else is decoration. Texts, fonts, style sheets, layout, order of the Tab key and
-  // the first entries of pop-ups and lists are as designed; the default item is the push button
-  // designed as the default one, else item 1. The form's connections enable and show widgets and
-  // set what is not an item. Null when the file cannot be read or is no form, when two widgets have
-  // the same number or one has an invalid number, and without a screen; `problem` then says why in
-  // one line. A form brings no code in, reads no file but a label's picture in the folder above its
-  // own, and does nothing to its window or to items 1 and 2.
+  // list widgets, combo boxes, line edits and plain text edits are items, each under the number in
+  // its dynamic property `item` (1 to 32767); the numbers may have gaps. A widget without a number
+  // is shown and never hit. All else is decoration. Texts, fonts, style sheets, layout, order of
+  // the Tab key and the first entries of pop-ups and lists are as designed; the default item is the
+  // push button designed as the default one, else item 1. The form's connections enable and show
+  // widgets and set what is not an item. Null when the file cannot be read or is no form, when two
+  // widgets have the same number or one has an invalid number, and without a screen; `problem` then
+  // says why in one line. A form brings no code in, reads no file but a label's picture in the
+  // folder above its own, and does nothing to its window or to items 1 and 2.
   virtual std::unique_ptr<Dialog> newDialogFromTemplate(const std::string &path, WindowRef parent,
                                                         std::string &problem) = 0;
 

@@ -170,7 +170,9 @@ KORVEL_API int TexteDlgBox_param(int n, int idFirst);
 KORVEL_API int TexteDlgBox_set(int i, const char *text);
 
 /* Place and size in dialog units, and rank (KorvelNoRank: none). A pop-up is 14 pixels high,
-   whatever cy says. */
+   whatever cy says. A text as high as two lines of its font or more, unless it is masked, is
+   wrapped at words and scrolls; Return and Tab do in it what they do everywhere, and a line end
+   that is pasted becomes a blank. */
 KORVEL_API int TexteDlgBox_set_geo(int i, int x, int y, int cx, int cy, int rk);
 
 /* Lowers the longest acceptable text of field i to n characters (below 0 counts as 0). The limit is
@@ -672,11 +674,11 @@ KORVEL_API int ZRVDlgBoxEx(const char *title, WindowRef parent);
    property `item` (an int) is its item number: item 1 accepts, item 2 cancels, and the fields'
    items are given by their tables: without a rank the identifier, with rank r item r; a date takes
    three items. Push buttons, check boxes and list widgets are control items, combo boxes
-   pop-ups, line edits editable text. All else is decoration and stays as drawn, and so do titles,
-   fonts, style sheets, layouts, the pages of tab widgets, scroll areas and the order of the Tab
-   key; the window's title is the form's unless TitreDlgBox_set gave one. Return presses the push
-   button drawn as the default one, else item 1. A number of a label or a group box is for the
-   form's reader; one of a layout or of the window is not looked at.
+   pop-ups, line edits and plain text edits editable text. All else is decoration and stays as
+   drawn, and so do titles, fonts, style sheets, layouts, the pages of tab widgets, scroll areas and
+   the order of the Tab key; the window's title is the form's unless TitreDlgBox_set gave one.
+   Return presses the push button drawn as the default one, else item 1. A number of a label or a
+   group box is for the form's reader; one of a layout or of the window is not looked at.
    Connections drawn in the form work where they enable, show or focus a widget, or set one that is
    no item; none reaches the window and items 1 and 2. A form loads and runs nothing else: widgets
    of plugins are plain ones, a style sheet that names a file (url, @import) or sets properties

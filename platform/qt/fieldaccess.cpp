@@ -58,7 +58,32 @@ class FieldAccess : public QAccessibleWidget,
   virtual QString shownText() const = 0;
 };
 
+// The part of an item that shows its text.
+const QWidget &areaOf(const LineItem &item) { return item; }
+const QWidget &areaOf(const LinesItem &item) { return *item.viewport(); }
+
+bool hasSeveralLines(const LineItem &) { return false; }
+bool hasSeveralLines(const LinesItem &item) { return !item.isSecret(); }
+
+// On the screen.
+QRect placeOf(const LineItem &item, int offset) {
+  const QString text = item.displayText();
+  const QFontMetrics metrics(item.font());
+  const QRect cursor = item.inputMethodQuery(Qt::ImCursorRectangle).toRect();
+  const int shift = metrics.horizontalAdvance(text.left(offset)) -
+                    metrics.horizontalAdvance(text.left(item.cursorPosition()));
+  const QPoint corner(cursor.center().x() + shift, cursor.top());
+  return {item.mapToGlobal(corner),
+          QSize(metrics.horizontalAdvance(text.at(offset)), cursor.height())};
+}
+
+QRect placeOf(const LinesItem &item, int offset) {
+  const QRect place = item.characterRect(offset);
+  return {item.viewport()->mapToGlobal(place.topLeft()), place.size()};
+}
+
 // Only the stars of a secret are read out.
+template <typename TextItem>
 class TextItemAccess final : public FieldAccess {
  public:
   explicit TextItemAccess(TextItem &item)
@@ -69,7 +94,8 @@ class TextItemAccess final : public FieldAccess {
     state.editable = !item_.isReadOnly();
     state.readOnly = item_.isReadOnly();
     state.selectableText = true;
-    state.passwordEdit = item_.isSecret() || item_.echoMode() != QLineEdit::Normal;
+    state.passwordEdit = item_.isSecret();
+    state.multiLine = hasSeveralLines(item_);
     return state;
   }
 
@@ -92,17 +118,14 @@ class TextItemAccess final : public FieldAccess {
   QRect characterRect(int offset) const override {
     const QString text = shownText();
     if (offset < 0 || offset >= text.size()) return {};
-    const QFontMetrics metrics(item_.font());
-    const QRect cursor = item_.inputMethodQuery(Qt::ImCursorRectangle).toRect();
-    const int shift = metrics.horizontalAdvance(text.left(offset)) -
-                      metrics.horizontalAdvance(text.left(item_.cursorPosition()));
-    const QPoint corner(cursor.center().x() + shift, cursor.top());
-    return {item_.mapToGlobal(corner),
-            QSize(metrics.horizontalAdvance(text.at(offset)), cursor.height())};
+    return placeOf(item_, offset);
   }
   int offsetAtPoint(const QPoint &point) const override {
-    return item_.cursorPositionAt(item_.mapFromGlobal(point));
+    return item_.cursorPositionAt(areaOf(item_).mapFromGlobal(point));
   }
+
+  // Scroll bars are no fields.
+  int childCount() const override { return 0; }
 
   void replaceText(int begin, int end, const QString &text) override {
     item_.replaceAsEntered(begin, end, text);
@@ -188,7 +211,8 @@ class PopUpItemAccess final : public FieldAccess {
 };
 
 QAccessibleInterface *makeAccess(const QString &, QObject *object) {
-  if (auto *text = dynamic_cast<TextItem *>(object)) return new TextItemAccess(*text);
+  if (auto *line = dynamic_cast<LineItem *>(object)) return new TextItemAccess(*line);
+  if (auto *lines = dynamic_cast<LinesItem *>(object)) return new TextItemAccess(*lines);
   if (auto *popUp = dynamic_cast<PopUpItem *>(object)) return new PopUpItemAccess(*popUp);
   return nullptr;
 }

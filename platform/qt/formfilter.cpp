@@ -64,7 +64,8 @@ constexpr Element kElements[] = {
      " minimumContentsLength minimum maximum value leftMargin topMargin rightMargin bottomMargin"
      " spacing horizontalSpacing verticalSpacing "},
     {"string", nullptr, nullptr,
-     " item text title label windowTitle styleSheet toolTip accessibleName accessibleDescription"
+     " item text plainText title label windowTitle styleSheet toolTip accessibleName "
+     "accessibleDescription"
      " placeholderText "},
     {"enum", nullptr, nullptr,
      " focusPolicy textFormat frameShape frameShadow orientation tabPosition sizeAdjustPolicy"
@@ -77,8 +78,9 @@ constexpr Element kElements[] = {
 constexpr char kWindowProperties[] = " geometry windowTitle font styleSheet ";
 
 constexpr char kClasses[] =
-    " QPushButton QCommandLinkButton QCheckBox QListWidget QListView QComboBox QLineEdit QWidget"
-    " QFrame Line QLabel QGroupBox QSlider QSpinBox QTabWidget QStackedWidget QToolBox "
+    " QPushButton QCommandLinkButton QCheckBox QListWidget QListView QComboBox QLineEdit"
+    " QPlainTextEdit QWidget QFrame Line QLabel QGroupBox QSlider QSpinBox QTabWidget "
+    "QStackedWidget QToolBox "
     "QScrollArea ";
 // The loader gives each widget inside of one a page, or the whole place: none has a layout.
 constexpr char kContainers[] = " QTabWidget QStackedWidget QToolBox QScrollArea ";

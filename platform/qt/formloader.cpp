@@ -72,7 +72,8 @@ class FormLoader final : public QUiLoader {
     if (className == QLatin1String("QListWidget") || className == QLatin1String("QListView"))
       return new ListItem(parent, sink_, 0);
     if (className == QLatin1String("QComboBox")) return new PopUpItem(parent, sink_, 0);
-    if (className == QLatin1String("QLineEdit")) return new TextItem(parent, sink_, 0);
+    if (className == QLatin1String("QLineEdit")) return new LineItem(parent, sink_, 0);
+    if (className == QLatin1String("QPlainTextEdit")) return new LinesItem(parent, sink_, 0);
     return nullptr;
   }
 

@@ -138,7 +138,9 @@ Item *QtDialog::makeItem(ItemKind kind, int number, const Rect &rect, std::strin
     case ItemKind::PopUp:
       return new PopUpItem(&window_, *this, number, appearance_, rect);
     case ItemKind::EditText:
-      return new TextItem(&window_, *this, number, appearance_, rect);
+      if (appearance_.hasSeveralLines(rect))
+        return new LinesItem(&window_, *this, number, appearance_, rect);
+      return new LineItem(&window_, *this, number, appearance_, rect);
     case ItemKind::None:
       break;
   }

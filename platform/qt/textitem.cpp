@@ -39,35 +39,44 @@ QClipboard::Mode clipboardOf(const QKeyEvent &event) {
 
 }  // namespace
 
-TextItem::TextItem(QWidget *parent, HitSink &sink, int number)
-    : QLineEdit(parent), Item(sink, number, ItemKind::EditText) {
-  connect(this, &QLineEdit::textEdited, this, [this] { textChangedByUser(); });
+template <typename Editor>
+TextItem<Editor>::TextItem(QWidget *parent, HitSink &sink, int number)
+    : Editor(parent), Item(sink, number, ItemKind::EditText) {
+  this->onEdited = [this] { textChangedByUser(); };
 }
 
-TextItem::TextItem(QWidget *window, HitSink &sink, int number, const Appearance &appearance,
-                   const Rect &rect)
+template <typename Editor>
+TextItem<Editor>::TextItem(QWidget *window, HitSink &sink, int number, const Appearance &appearance,
+                           const Rect &rect)
     : TextItem(window, sink, number) {
-  setGeometry(appearance.editText(rect));
-  setTextMargins(appearance.textMargins);
-  if (appearance.hasSeveralLines(rect)) setAlignment(Qt::AlignLeft | Qt::AlignTop);
+  this->setGeometry(appearance.editText(rect));
+  this->fitInto(appearance);
 }
 
-void TextItem::paintEvent(QPaintEvent *event) {
-  QLineEdit::paintEvent(event);
-  if (hasFrame()) outlineField(*this, QPalette::Base);
+template <typename Editor>
+bool TextItem<Editor>::event(QEvent *event) {
+  const bool isHandled = Editor::event(event);
+  if (event->type() != QEvent::Paint) return isHandled;
+  if (this->hasFrame()) outlineField(*this, QPalette::Base);
   mark_.paint();
+  return isHandled;
 }
 
-std::string TextItem::text() const { return fromQt(textWithSecret()); }
+template <typename Editor>
+std::string TextItem<Editor>::text() const {
+  return fromQt(textWithSecret());
+}
 
-void TextItem::setText(std::string_view text) {
+template <typename Editor>
+void TextItem<Editor>::setText(std::string_view text) {
   entered_.reset();
   const QString shown = toQt(text);
-  if (shown != QLineEdit::text()) replaceText(shown);
+  if (shown != Editor::text()) replaceText(shown);
 }
 
 // Keeps cursor and selection within the new text, and drops the undo steps.
-void TextItem::replaceText(const QString &text) {
+template <typename Editor>
+void TextItem<Editor>::replaceText(const QString &text) {
   const int cursor = cursorPosition();
   const int selectionBegin = selectionStart();
   const int selectionLength = selectedText().size() > 0 ? selectionEnd() - selectionBegin : 0;
@@ -75,7 +84,7 @@ void TextItem::replaceText(const QString &text) {
 
   const int length = static_cast<int>(text.size());
   if (length > maxLength()) setMaxLength(length);
-  QLineEdit::setText(text);
+  Editor::setText(text);
 
   const int begin = std::min(selectionBegin, length);
   const int end = std::min(selectionBegin + selectionLength, length);
@@ -92,25 +101,30 @@ void TextItem::replaceText(const QString &text) {
 
 // Outside the item with the focus a selection would only mislead; an item that gets the focus by
 // key selects its text itself.
-void TextItem::selectText() {
-  if (hasFocus() || window()->focusWidget() == this) selectAll();
+template <typename Editor>
+void TextItem<Editor>::selectText() {
+  if (hasFocus() || this->window()->focusWidget() == this) selectAll();
 }
 
-void TextItem::setSecret() {
+template <typename Editor>
+void TextItem<Editor>::setSecret() {
   isSecret_ = true;
+  this->stayOnOneLine();
   setInputMethodHints(inputMethodHints() | Qt::ImhHiddenText | Qt::ImhSensitiveData |
                       Qt::ImhNoPredictiveText | Qt::ImhNoAutoUppercase);
   dropUndoSteps();
 }
 
-QVariant TextItem::inputMethodQuery(Qt::InputMethodQuery query) const {
+template <typename Editor>
+QVariant TextItem<Editor>::inputMethodQuery(Qt::InputMethodQuery query) const {
   const bool asksForText = query == Qt::ImSurroundingText || query == Qt::ImCurrentSelection ||
                            query == Qt::ImTextBeforeCursor || query == Qt::ImTextAfterCursor;
   if (isSecret_ && asksForText) return QString();
-  return QLineEdit::inputMethodQuery(query);
+  return Editor::inputMethodQuery(query);
 }
 
-void TextItem::textChangedByUser() {
+template <typename Editor>
+void TextItem<Editor>::textChangedByUser() {
   if (isComposing_) {
     hasUntoldChange_ = true;
   } else {
@@ -118,7 +132,8 @@ void TextItem::textChangedByUser() {
   }
 }
 
-void TextItem::tellChange() {
+template <typename Editor>
+void TextItem<Editor>::tellChange() {
   hasUntoldChange_ = false;
   const bool isHandled = hit();
   if (!isSecret_) return;
@@ -128,29 +143,33 @@ void TextItem::tellChange() {
 }
 
 // The characters of a secret never reach the line edit, which would tell a screen reader.
-QString TextItem::shownFor(const QString &entered) {
-  if (!isSecret_) return entered;
-  const qsizetype kept = QLineEdit::text().size() - selectedText().size();
-  entered_ = entered.left(std::max<qsizetype>(0, maxLength() - kept));
-  return QString(entered_->size(), u'*');
+template <typename Editor>
+QString TextItem<Editor>::shownFor(const QString &entered) {
+  const qsizetype kept = Editor::text().size() - selectedText().size();
+  const QString fitting = entered.left(std::max<qsizetype>(0, maxLength() - kept));
+  if (!isSecret_) return fitting;
+  entered_ = fitting;
+  return QString(fitting.size(), u'*');
 }
 
 // What was entered ends at the cursor.
-QString TextItem::textWithSecret() const {
-  QString text = QLineEdit::text();
+template <typename Editor>
+QString TextItem<Editor>::textWithSecret() const {
+  QString text = Editor::text();
   if (entered_) text.replace(cursorPosition() - entered_->size(), entered_->size(), *entered_);
   return text;
 }
 
-void TextItem::insertEntered(const QString &entered) {
+template <typename Editor>
+void TextItem<Editor>::insertEntered(const QString &entered) {
   const std::optional<QString> text = admitted(entered);
   if (!text || (text->isEmpty() && !hasSelectedText())) return;
-  beginUndoStep();
   insert(shownFor(*text));
 }
 
-void TextItem::replaceAsEntered(int begin, int end, const QString &entered) {
-  const int length = static_cast<int>(QLineEdit::text().size());
+template <typename Editor>
+void TextItem<Editor>::replaceAsEntered(int begin, int end, const QString &entered) {
+  const int length = static_cast<int>(Editor::text().size());
   begin = std::clamp(begin, 0, length);
   end = std::clamp(end, begin, length);
   if (!mayBeUsed(*this) || isReadOnly() || !admitted(entered) ||
@@ -160,40 +179,36 @@ void TextItem::replaceAsEntered(int begin, int end, const QString &entered) {
   insertEntered(entered);
 }
 
-void TextItem::pasteFrom(QClipboard::Mode mode) {
+template <typename Editor>
+void TextItem<Editor>::pasteFrom(QClipboard::Mode mode) {
   insertEntered(QGuiApplication::clipboard()->text(mode));
 }
 
-// A line edit joins successive insertions into one undo step, unless the cursor moves in between.
-void TextItem::beginUndoStep() {
-  const int cursor = cursorPosition();
-  if (hasSelectedText() || QLineEdit::text().isEmpty()) return;
-  setCursorPosition(cursor == 0 ? 1 : cursor - 1);
-  setCursorPosition(cursor);
+template <typename Editor>
+void TextItem<Editor>::dropUndoSteps() {
+  if (isUndoAvailable() || isRedoAvailable()) replaceText(Editor::text());
 }
 
-void TextItem::dropUndoSteps() {
-  if (isUndoAvailable() || isRedoAvailable()) replaceText(QLineEdit::text());
-}
-
-void TextItem::keyPressEvent(QKeyEvent *event) {
+template <typename Editor>
+void TextItem<Editor>::keyPressEvent(QKeyEvent *event) {
   if (event->matches(QKeySequence::Paste)) {
     pasteFrom(clipboardOf(*event));
     return;
   }
   if (isSecret_ && isUndoOrRedo(event)) return;
   if (typesNothing(*event)) {
-    QLineEdit::keyPressEvent(event);
+    Editor::keyPressEvent(event);
     return;
   }
   const std::optional<QString> typed = admitted(event->text());
   if (!typed) return;
   QKeyEvent admittedEvent(event->type(), event->key(), event->modifiers(), shownFor(*typed));
-  QLineEdit::keyPressEvent(&admittedEvent);
+  Editor::keyPressEvent(&admittedEvent);
   event->setAccepted(admittedEvent.isAccepted());
 }
 
-void TextItem::inputMethodEvent(QInputMethodEvent *event) {
+template <typename Editor>
+void TextItem<Editor>::inputMethodEvent(QInputMethodEvent *event) {
   const std::optional<QString> commit = admitted(event->commitString());
   QInputMethodEvent admittedEvent =
       isSecret_ ? QInputMethodEvent()
@@ -206,7 +221,7 @@ void TextItem::inputMethodEvent(QInputMethodEvent *event) {
   }
 
   isComposing_ = true;
-  QLineEdit::inputMethodEvent(&admittedEvent);
+  Editor::inputMethodEvent(&admittedEvent);
   // The selection was removed when composing began; undoing the refused text restores it.
   if (!commit && hasUntoldChange_) {
     undo();
@@ -217,19 +232,21 @@ void TextItem::inputMethodEvent(QInputMethodEvent *event) {
   if (!isComposing_ && hasUntoldChange_) tellChange();
 }
 
-void TextItem::mouseReleaseEvent(QMouseEvent *event) {
+template <typename Editor>
+void TextItem<Editor>::mouseReleaseEvent(QMouseEvent *event) {
   const bool pastesSelection =
       event->button() == Qt::MiddleButton && QGuiApplication::clipboard()->supportsSelection();
   if (pastesSelection) {
     pasteFrom(QClipboard::Selection);
   } else {
-    QLineEdit::mouseReleaseEvent(event);
+    Editor::mouseReleaseEvent(event);
   }
 }
 
-void TextItem::dropEvent(QDropEvent *event) {
+template <typename Editor>
+void TextItem<Editor>::dropEvent(QDropEvent *event) {
   QDragLeaveEvent leave;
-  QLineEdit::dragLeaveEvent(&leave);  // removes the drop marker
+  Editor::dragLeaveEvent(&leave);  // removes the drop marker
   const std::optional<QString> text = admitted(event->mimeData()->text());
   if (!text || text->isEmpty()) {
     event->ignore();
@@ -241,14 +258,16 @@ void TextItem::dropEvent(QDropEvent *event) {
   insertEntered(*text);
 }
 
-void TextItem::contextMenuEvent(QContextMenuEvent *event) {
+template <typename Editor>
+void TextItem<Editor>::contextMenuEvent(QContextMenuEvent *event) {
   auto *menu = new QMenu(this);
   menu->setAttribute(Qt::WA_DeleteOnClose);
   addEditActions(*menu);
   menu->popup(event->globalPos());
 }
 
-void TextItem::addEditActions(QMenu &menu) {
+template <typename Editor>
+void TextItem<Editor>::addEditActions(QMenu &menu) {
   const bool mayUndo = !isSecret_;
   const bool hasSelection = hasSelectedText();
   const bool hasClip = !QGuiApplication::clipboard()->text().isEmpty();
@@ -263,7 +282,10 @@ void TextItem::addEditActions(QMenu &menu) {
   add(u"Coller", hasClip, [this] { pasteFrom(QClipboard::Clipboard); });
   add(u"Supprimer", hasSelection, [this] { del(); });
   menu.addSeparator();
-  add(u"Tout sélectionner", !QLineEdit::text().isEmpty(), [this] { selectAll(); });
+  add(u"Tout sélectionner", !Editor::text().isEmpty(), [this] { selectAll(); });
 }
+
+template class TextItem<LineEdit>;
+template class TextItem<LinesEdit>;
 
 }  // namespace korvel::platform::qt

@@ -1,14 +1,15 @@
-// For platform/qt/: edit-text items.
+// For platform/qt/: edit-text items, of one line and of several.
 #ifndef KORVEL_PLATFORM_QT_TEXTITEM_H
 #define KORVEL_PLATFORM_QT_TEXTITEM_H
 
 #include <optional>
 
 #include <QClipboard>
-#include <QLineEdit>
 
 #include "platform/qt/appearance.h"
 #include "platform/qt/item.h"
+#include "platform/qt/lineedit.h"
+#include "platform/qt/linesedit.h"
 #include "platform/qt/mark.h"
 
 class QMenu;
@@ -16,8 +17,9 @@ class QMenu;
 namespace korvel::platform::qt {
 
 // Every change by a person passes through here, so that a character without a byte is refused and
-// each change is one hit.
-class TextItem final : public QLineEdit, public Item {
+// each change is one hit. `Editor` is LineEdit or LinesEdit.
+template <typename Editor>
+class TextItem final : public Editor, public Item {
  public:
   TextItem(QWidget *parent, HitSink &sink, int number);
   TextItem(QWidget *window, HitSink &sink, int number, const Appearance &appearance,
@@ -37,8 +39,12 @@ class TextItem final : public QLineEdit, public Item {
 
   QVariant inputMethodQuery(Qt::InputMethodQuery query) const override;
 
+  using Editor::cursorPosition, Editor::cursorPositionAt, Editor::hasSelectedText,
+      Editor::isReadOnly, Editor::maxLength, Editor::selectedText, Editor::selectionEnd,
+      Editor::selectionStart, Editor::setCursorPosition, Editor::setSelection;
+
  protected:
-  void paintEvent(QPaintEvent *event) override;
+  bool event(QEvent *event) override;
   void keyPressEvent(QKeyEvent *event) override;
   void inputMethodEvent(QInputMethodEvent *event) override;
   void mouseReleaseEvent(QMouseEvent *event) override;
@@ -46,13 +52,17 @@ class TextItem final : public QLineEdit, public Item {
   void contextMenuEvent(QContextMenuEvent *event) override;
 
  private:
+  using Editor::copy, Editor::cut, Editor::del, Editor::hasFocus, Editor::inputMethodHints,
+      Editor::insert, Editor::isRedoAvailable, Editor::isUndoAvailable, Editor::redo,
+      Editor::selectAll, Editor::setFocus, Editor::setInputMethodHints, Editor::setMaxLength,
+      Editor::undo;
+
   void textChangedByUser();
   void tellChange();
   void insertEntered(const QString &entered);
   QString shownFor(const QString &entered);
   QString textWithSecret() const;
   void pasteFrom(QClipboard::Mode mode);
-  void beginUndoStep();
   void dropUndoSteps();
   void replaceText(const QString &text);
   void addEditActions(QMenu &menu);
@@ -64,6 +74,11 @@ class TextItem final : public QLineEdit, public Item {
   bool isComposing_ = false;      // an input method shows characters that are not yet entered
   bool hasUntoldChange_ = false;  // made while composing
 };
+
+extern template class TextItem<LineEdit>;
+extern template class TextItem<LinesEdit>;
+using LineItem = TextItem<LineEdit>;
+using LinesItem = TextItem<LinesEdit>;
 
 }  // namespace korvel::platform::qt
 

@@ -627,12 +627,25 @@ TEST_F(QtAccess, RolesAndStatesAreThoseOfTheItems) {
   EXPECT_TRUE(access(text).state().editable);
   EXPECT_FALSE(access(text).state().passwordEdit);
   EXPECT_TRUE(access(secret).state().passwordEdit);
+  const int lines = addField({20, 270, 150, 320}), secretLines = addField({160, 270, 290, 320});
+  dialog_->setSecret(secretLines);
+  EXPECT_EQ(access(lines).role(), QAccessible::EditableText);
+  EXPECT_TRUE(access(lines).state().multiLine);
+  EXPECT_FALSE(access(text).state().multiLine);
+  EXPECT_TRUE(access(secretLines).state().passwordEdit);
+  EXPECT_FALSE(access(secretLines).state().multiLine);
+  EXPECT_EQ(access(lines).childCount(), 0) << "scroll bars are no fields";
   EXPECT_EQ(access(popUp).role(), QAccessible::ComboBox);
   EXPECT_EQ(access(list).role(), QAccessible::List);
 }
 
-TEST_F(QtAccess, ATextIsReadAndItsCharactersHavePlaces) {
-  const int item = addField({20, 20, 150, 35});
+// A field of one line and one of several.
+class QtTextAccess : public QtAccess, public testing::WithParamInterface<Rect> {};
+INSTANTIATE_TEST_SUITE_P(Both, QtTextAccess,
+                         testing::Values(Rect{20, 20, 150, 35}, Rect{20, 20, 150, 80}));
+
+TEST_P(QtTextAccess, ATextIsReadAndItsCharactersHavePlaces) {
+  const int item = addField(GetParam());
   dialog_->setText(item, "D\x8Ej\x88 vu");
   use([=, this] {
     QAccessibleTextInterface &text = *access(item).textInterface();
@@ -684,8 +697,22 @@ TEST_F(QtAccess, WhatElseIsSaidOfATextLeavesItAlone) {
   EXPECT_EQ(dialog_->text(item), "Dupont");
 }
 
-TEST_F(QtAccess, AChangeOfATextIsAHit) {
-  const int item = addField({20, 20, 150, 35});
+TEST_F(QtAccess, TheCharactersOfLaterLinesLieBelow) {
+  const int item = addField({20, 20, 150, 80});
+  dialog_->setText(item, "haut\nbas");
+  use([=, this] {
+    QAccessibleTextInterface &text = *access(item).textInterface();
+    EXPECT_EQ(access(item).text(QAccessible::Value), "haut\nbas");
+    const QRect first = text.characterRect(0), second = text.characterRect(5);
+    EXPECT_EQ(second.left(), first.left());
+    EXPECT_GE(second.top(), first.bottom());
+    EXPECT_EQ(text.offsetAtPoint(second.center()), 5);
+  });
+  EXPECT_EQ(run(), Lines{});
+}
+
+TEST_P(QtTextAccess, AChangeOfATextIsAHit) {
+  const int item = addField(GetParam());
   dialog_->setText(item, "Duont");
   use([=, this] {
     QAccessibleEditableTextInterface &text = *access(item).editableTextInterface();

@@ -10,6 +10,7 @@
 #include <QComboBox>
 #include <QLineEdit>
 #include <QListView>
+#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QTest>
 #include <QTimer>
@@ -28,7 +29,7 @@ QString toQString(std::string_view utf8) {
 bool isItem(const QWidget *widget) {
   return qobject_cast<const QPushButton *>(widget) || qobject_cast<const QCheckBox *>(widget) ||
          qobject_cast<const QListView *>(widget) || qobject_cast<const QComboBox *>(widget) ||
-         qobject_cast<const QLineEdit *>(widget);
+         qobject_cast<const QLineEdit *>(widget) || qobject_cast<const QPlainTextEdit *>(widget);
 }
 
 QPoint placeInWindow(QWidget *widget, QPoint place) {
@@ -37,6 +38,13 @@ QPoint placeInWindow(QWidget *widget, QPoint place) {
 
 void moveFocusTo(QWidget *widget) {
   if (!widget->hasFocus()) widget->setFocus(Qt::OtherFocusReason);
+}
+
+void selectIn(QPlainTextEdit &lines, int from, int to) {
+  QTextCursor cursor = lines.textCursor();
+  cursor.setPosition(from);
+  cursor.setPosition(to, QTextCursor::KeepAnchor);
+  lines.setTextCursor(cursor);
 }
 
 QPoint placeOfRow(QWidget *list, int row) {
@@ -172,10 +180,15 @@ Person &QtPerson::paste(int item, std::string_view text) {
 Person &QtPerson::moveTo(int item, int position) { return select(item, position, position); }
 
 Person &QtPerson::select(int item, int from, int to) {
-  return with<QLineEdit>(item, [=](QLineEdit &edit) {
-    moveFocusTo(&edit);
-    edit.setCursorPosition(from);
-    if (to != from) edit.setSelection(from, to - from);
+  return act(item, [=](QWidget *widget) {
+    moveFocusTo(widget);
+    if (auto *lines = qobject_cast<QPlainTextEdit *>(widget)) {
+      selectIn(*lines, from, to);
+    } else {
+      auto &edit = dynamic_cast<QLineEdit &>(*widget);
+      edit.setCursorPosition(from);
+      if (to != from) edit.setSelection(from, to - from);
+    }
   });
 }
 

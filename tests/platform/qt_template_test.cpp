@@ -373,6 +373,28 @@ TEST_F(QtTemplate, ItsItemsAreThoseOfEveryDialog) {
   EXPECT_EQ(run(), (Lines{"30 text a", "30 text aé", "20 value 0", "10", "30 text aéz", "2"}));
 }
 
+TEST_F(QtTemplate, APlainTextEditIsAnItemOfSeveralLines) {
+  ASSERT_TRUE(
+      read(form(kPair +
+                widget("QPlainTextEdit", "e",
+                       rect(10, 10, 200, 60) + item("30") + string("plainText", "un\ndeux")) +
+                widget("QPlainTextEdit", "unnumbered", rect(10, 80, 200, 60)) +
+                widget("QPlainTextEdit", "bare",
+                       rect(10, 150, 200, 60) + item("31") +
+                           property("frameShape", "enum", "QFrame::NoFrame")))));
+  EXPECT_EQ(dialog_->kind(30), ItemKind::EditText);
+  EXPECT_EQ(dialog_->text(30), "un\rdeux");
+  EXPECT_NE(widgetNamed<QWidget>("e").grab().toImage().pixelColor(0, 30),
+            widgetNamed<QWidget>("bare").grab().toImage().pixelColor(0, 30));
+  person().check([this] { dialog_->setText(30, "deux"); });
+  typeInto("e", "a中é");
+  typeInto("unnumbered", "x");
+  person().check([this] { dialog_->setSecret(31); });
+  typeInto("bare", "z");
+  person().pressReturn();
+  EXPECT_EQ(run(), (Lines{"30 text a", "30 text aé", "31 text z", "1"}));
+}
+
 TEST_F(QtTemplate, ListsAndPopUpsOfTheFormAreChosenFrom) {
   ASSERT_TRUE(read(form(
       kPair +
