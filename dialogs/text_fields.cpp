@@ -157,9 +157,9 @@ void showEditText(Screen &screen, int i) {
 
 // A limit that the application has set; the other is of no concern to a person.
 void tellLongest(Screen &screen, int i) {
-  const int longest = TDB_iCarac[i];
-  if (longest > 0 && longest < TDB_BUFFERSIZE - 1)
-    screen.setExpected(itemOf(kTextFields, i), Expected::TextUpTo, longest);
+  const int item = itemOf(kTextFields, i), longest = TDB_iCarac[i];
+  if (screen.kind(item) == ItemKind::EditText && longest > 0 && longest < TDB_BUFFERSIZE - 1)
+    screen.setExpected(item, Expected::TextUpTo, longest);
 }
 
 // Kept: a field never set keeps its flag, even when it is mandatory.

@@ -109,6 +109,12 @@ void openWindow(std::string_view title) {
   if (desktop != nullptr) work.window = ProgressWindow::make(*desktop, title).release();
 }
 
+// Also out of an event handler of the application that throws.
+struct Looking {
+  Looking() { work.isLookedAt = true; }
+  ~Looking() { work.isLookedAt = false; }
+};
+
 // Without a screen nothing is ever looked at again.
 void look(std::string_view title, int done, int total) {
   if (work.window == nullptr) openWindow(title);
@@ -122,9 +128,8 @@ void look(std::string_view title, int done, int total) {
 
 void lookIfDue(std::string_view title, int done, int total, Clock clock) {
   if (work.isCancelled || clock() < work.nextLook) return;
-  work.isLookedAt = true;
+  const Looking looking;
   base::asFarAsMemoryAllows([&] { look(title, done, total); });
-  work.isLookedAt = false;
   if (work.nextLook != kNever) work.nextLook = clock() + kBetweenLooks;
 }
 

@@ -26,7 +26,7 @@ bool isReturn(const QKeyEvent &event) {
 // As the style draws the button, with a letter of its label underlined.
 void paintUnderlined(QWidget &button, QStyleOptionButton option, QStyle::ControlElement element,
                      qsizetype at) {
-  option.text.insert(at, u'&');
+  if (at <= option.text.size()) option.text.insert(at, u'&');
   QStylePainter painter(&button);
   painter.drawControl(element, option);
 }

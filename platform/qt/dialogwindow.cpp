@@ -64,6 +64,11 @@ bool isPlainReturn(const QKeyEvent &event) {
          (event.modifiers() & ~keypad) == Qt::NoModifier;
 }
 
+bool isModifier(int key) {
+  return (key >= Qt::Key_Shift && key <= Qt::Key_ScrollLock) || key == Qt::Key_AltGr ||
+         key == Qt::Key_Super_L || key == Qt::Key_Super_R;
+}
+
 bool isBehind(const QWindow *window, const QWindow &front) {
   const QWindow *behind = front.transientParent();
   while (behind != nullptr && behind != window) behind = behind->transientParent();
@@ -138,6 +143,7 @@ void DialogWindow::changeEvent(QEvent *event) {
 // the same, has it work out anew which windows are blocked.
 void DialogWindow::leaveKeysTo(DialogWindow &behind) {
   if (QGuiApplication::focusWindow() == windowHandle()) return;
+  leavesKeys_ = true;
   behind_ = &behind;
   behind.setInput(Input::KeysHeld);
   parent_ = windowHandle()->transientParent();
@@ -147,12 +153,14 @@ void DialogWindow::leaveKeysTo(DialogWindow &behind) {
 }
 
 void DialogWindow::blockBehind() {
-  DialogWindow *behind = std::exchange(behind_, {});
-  if (behind == nullptr) return;
+  if (!std::exchange(leavesKeys_, false)) return;
   windowHandle()->setTransientParent(parent_);
   windowHandle()->setModality(Qt::ApplicationModal);
-  behind->windowHandle()->setTransientParent(behind->windowHandle()->transientParent());
-  if (behind->input_ == Input::KeysHeld) behind->endHeldKeys();
+  if (behind_ == nullptr) return;
+  behind_->windowHandle()->setTransientParent(behind_->windowHandle()->transientParent());
+  if (behind_->input_ != Input::KeysHeld) return;
+  behind_->endHeldKeys();
+  behind_->setInput(Input::Held);
 }
 
 // A key that is down when the focus goes is released in another window: a button would wait for it.
@@ -209,7 +217,8 @@ bool DialogWindow::eventFilter(QObject *object, QEvent *event) {
 bool DialogWindow::isUsedUp(const QEvent &event) {
   if (!isKey(event.type())) return false;
   const auto &key = static_cast<const QKeyEvent &>(event);
-  if (key.type() == QEvent::KeyPress && !key.isAutoRepeat()) pressed_ = key.key();
+  const bool isPress = key.type() == QEvent::KeyPress && !key.isAutoRepeat();
+  if (isPress && !isModifier(key.key())) pressed_ = key.key();
   return (key.isAutoRepeat() && key.key() != pressed_) || letters_.take(key);
 }
 

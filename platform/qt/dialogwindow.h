@@ -72,9 +72,10 @@ class DialogWindow final : public QDialog {
   Input input_ = Input::Taken;
   bool hadPopUp_ = false;  // when the last key came
   std::vector<std::unique_ptr<QEvent>> held_;
-  int pressed_ = 0;  // the key last pressed here
+  int pressed_ = 0;  // the key last pressed here, but for modifiers, which end no other's repeats
+  bool leavesKeys_ = false;  // to the window behind
   QPointer<DialogWindow> behind_;
-  QPointer<QWindow> parent_;  // while keys are left to the window behind
+  QPointer<QWindow> parent_;  // of its own, meanwhile
 };
 
 }  // namespace korvel::platform::qt

@@ -20,7 +20,7 @@ constexpr float kFrameStrength = 0.6F;
 
 QString markDescription(const QString &detail) {
   const QString words = QStringLiteral("À compléter ou à corriger");
-  return detail.isEmpty() ? words : words + QStringLiteral(" : ") + detail;
+  return detail.isEmpty() ? words : words + QStringLiteral("\u00A0: ") + detail;
 }
 
 QString wordsFor(Expected expected, int bound) {
@@ -39,7 +39,7 @@ QString wordsFor(Expected expected, int bound) {
     case Expected::NumberFrom:
       return QStringLiteral("nombre, %1 ou plus (par exemple 36,5)").arg(bound);
     case Expected::NumberAbove:
-      return QStringLiteral("nombre au-dessus de %1 (par exemple 36,5)").arg(bound);
+      return QStringLiteral("nombre supérieur à %1 (par exemple 36,5)").arg(bound);
     case Expected::Text:
       break;
   }

@@ -306,7 +306,7 @@ void QtDialog::giveNames() {
 
 // The pair chooses first.
 void QtDialog::giveLetters() {
-  if (message_ != nullptr) return;
+  if (message_ != nullptr || bar_ != nullptr) return;
   std::vector<Item *> buttons;
   for (const int item : {kOkItem, kCancelItem})
     if (Item *found = find(item)) buttons.push_back(found);

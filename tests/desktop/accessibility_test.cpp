@@ -127,7 +127,7 @@ TEST_F(Accessibility, TheFieldsThatKeepOkDisabledSaySo) {
   EXPECT_EQ(reader_.description(kName), kMarked);
   EXPECT_EQ(reader_.description("text Entiers"), "");
   EXPECT_FALSE(reader_.isEnabled(kOkField));
-  EXPECT_EQ(reader_.description(kOkField), "À compléter ou à corriger : Nom");
+  EXPECT_EQ(reader_.description(kOkField), "À compléter ou à corriger : Nom");
   EXPECT_TRUE(reader_.setText(kName, "x"));
   EXPECT_TRUE(reader_.waitUntil([this] { return reader_.isEnabled(kOkField); }));
   EXPECT_EQ(reader_.description(kName), "");
@@ -138,7 +138,7 @@ TEST_F(Accessibility, TheFieldsThatKeepOkDisabledSaySo) {
     EXPECT_EQ(reader_.description(part),
               std::string(kMarked) + " : date (jour, mois, année à quatre chiffres)")
         << part;
-  EXPECT_EQ(reader_.description(kOkField), "À compléter ou à corriger : Date");
+  EXPECT_EQ(reader_.description(kOkField), "À compléter ou à corriger : Date");
   press("Escape");
   EXPECT_TRUE(host_.endedWith({"result 0"}));
 }

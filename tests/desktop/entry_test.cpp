@@ -14,22 +14,30 @@ int differing(const Picture &a, const Picture &b) {
 // A tooltip lies below the pointer.
 Picture belowThe(Place pointer) { return picture(pointer.x, pointer.y + 18, 200, 30); }
 
-TEST(Entry, WhereTheMouseRestsOnAMarkedFieldAndOnTheGreyOkItTellsWhy) {
+// A tooltip comes and goes after a moment.
+bool comesUp(Place pointer, const Picture &before) {
   constexpr int kSome = 1500;
+  return waitUntil(10, [&] { return differing(belowThe(pointer), before) > kSome; });
+}
+
+bool goesAway(Place pointer, const Picture &before) {
+  return waitUntil(10, [&] { return differing(belowThe(pointer), before) == 0; });
+}
+
+TEST(Entry, WhereTheMouseRestsOnAMarkedFieldAndOnTheGreyOkItTellsWhy) {
   DialogHost host;
   for (const Place place : {kPlainField, kOkButton}) {
     const Picture before = belowThe(place);
     restOn(place);
-    EXPECT_GT(differing(belowThe(place), before), kSome) << place.y;
+    EXPECT_TRUE(comesUp(place, before)) << place.y;
     restOn(kCancelButton);
-    EXPECT_EQ(differing(belowThe(place), before), 0) << place.y;
+    EXPECT_TRUE(goesAway(place, before)) << place.y;
   }
   const Picture before = belowThe(kOkButton);
   restOn(kOkButton);
+  EXPECT_TRUE(comesUp(kOkButton, before));
   write("x");
-  int left = 1;  // a tooltip goes after a moment
-  for (int n = 0; n < 10 && left > 0; ++n) left = differing(belowThe(kOkButton), before);
-  EXPECT_EQ(left, 0) << "OK is no longer grey";
+  EXPECT_TRUE(goesAway(kOkButton, before)) << "OK is no longer grey";
   press("Return");
   EXPECT_TRUE(host.endedWith({"result 1", "text 0 x"}));
 }

@@ -7,7 +7,7 @@
    after a "?", and that asks
    before it ends; "edited <answer>", "final <answer>", then "result <n> text <text>". Where the
    dialog's port is not the current one after an answer, "port lost <answer>" comes in between.
-   message_host slow: the same, with a second of work before it asks at an edit. */
+   message_host slow: the same, with four seconds of work before it asks at an edit. */
 #define _POSIX_C_SOURCE 200809L
 #include <stdio.h>
 #include <stdlib.h>
@@ -56,7 +56,7 @@ static int askAtEdit(int item, int t, int t0, char **texts, int tn, int b, int b
   size_t length = strlen(texts[0]);
   if (length > 0 && texts[0][length - 1] == '?') work("Recherche", 2000);
   if (length == 0 || texts[0][length - 1] != '!') return 0;
-  if (isSlow) sleep(1);
+  if (isSlow) sleep(4);
   lastEdit = say("edited", MessageBox(0, "Vraiment ?", "Saisie", 0x10));
   return 0;
 }

@@ -299,11 +299,6 @@ bool wasCancelled(const Lines &lines) {
   return lines.size() == 1 && lines[0].starts_with("cancelled ");
 }
 
-TEST(Work, ThatIsQuickShowsNothing) {
-  MessageHost host({"work", "Importation", "10"});
-  EXPECT_EQ(host.ended(), Lines{"done 10"});
-}
-
 TEST(Work, IsShownAndCancelledInEachWay) {
   const struct {
     const char *name;

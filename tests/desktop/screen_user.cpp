@@ -29,14 +29,6 @@ using std::chrono::milliseconds;
 
 void rest(int ms) { std::this_thread::sleep_for(milliseconds(ms)); }
 
-bool waitUntil(int seconds, const std::function<bool()> &condition) {
-  for (int i = 0; i < seconds * 50; ++i) {
-    if (condition()) return true;
-    rest(20);
-  }
-  return false;
-}
-
 std::vector<std::string> linesOf(const std::string &path) {
   std::ifstream file(path);
   std::vector<std::string> lines;
@@ -64,6 +56,14 @@ void hold(const std::string &selection, const std::string &text) {
 }
 
 }  // namespace
+
+bool waitUntil(int seconds, const std::function<bool()> &condition) {
+  for (int i = 0; i < seconds * 50; ++i) {
+    if (condition()) return true;
+    rest(20);
+  }
+  return false;
+}
 
 const Screen &screen() {
   return std::getenv("WAYLAND_DISPLAY") == nullptr ? xScreen() : waylandScreen();

@@ -4,6 +4,7 @@
 #define KORVEL_TESTS_DESKTOP_SCREEN_USER_H
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -55,6 +56,8 @@ struct Picture {
   int darkPixels() const;
 };
 
+// Waits up to so many seconds until the condition holds; whether it does.
+bool waitUntil(int seconds, const std::function<bool()> &condition);
 // Waits up to thirty seconds until the active window has this title.
 bool waitForWindow(const std::string &title);
 std::string activeWindow();

@@ -133,15 +133,15 @@ TEST_F(QtMark, TellsWhatIsExpectedWhereTheMouseRests) {
     const char *words;
   } kCases[] = {
       {Expected::Text, 0, "À compléter ou à corriger"},
-      {Expected::TextUpTo, 40, "À compléter ou à corriger : 40 caractères au plus"},
-      {Expected::TextUpTo, 1, "À compléter ou à corriger : un seul caractère"},
-      {Expected::Date, 0, "À compléter ou à corriger : date (jour, mois, année à quatre chiffres)"},
-      {Expected::Integer, 0, "À compléter ou à corriger : nombre entier"},
-      {Expected::IntegerFrom, 1, "À compléter ou à corriger : nombre entier, 1 ou plus"},
-      {Expected::Number, 0, "À compléter ou à corriger : nombre (par exemple 36,5)"},
-      {Expected::NumberFrom, 0, "À compléter ou à corriger : nombre, 0 ou plus (par exemple 36,5)"},
+      {Expected::TextUpTo, 40, "À compléter ou à corriger : 40 caractères au plus"},
+      {Expected::TextUpTo, 1, "À compléter ou à corriger : un seul caractère"},
+      {Expected::Date, 0, "À compléter ou à corriger : date (jour, mois, année à quatre chiffres)"},
+      {Expected::Integer, 0, "À compléter ou à corriger : nombre entier"},
+      {Expected::IntegerFrom, 1, "À compléter ou à corriger : nombre entier, 1 ou plus"},
+      {Expected::Number, 0, "À compléter ou à corriger : nombre (par exemple 36,5)"},
+      {Expected::NumberFrom, 0, "À compléter ou à corriger : nombre, 0 ou plus (par exemple 36,5)"},
       {Expected::NumberAbove, 0,
-       "À compléter ou à corriger : nombre au-dessus de 0 (par exemple 36,5)"},
+       "À compléter ou à corriger : nombre supérieur à 0 (par exemple 36,5)"},
   };
   const int item = addField({20, 20, 150, 35});
   widget(item).setToolTip("l'aide du formulaire");
@@ -192,15 +192,15 @@ class QtGreyOk : public QtAccess {
 
 TEST_F(QtGreyOk, NamesTheFirstFieldThatKeepsItSo) {
   setAll(false);
-  person().check([this] { expectWhy("À compléter ou à corriger : Entré le"); });
+  person().check([this] { expectWhy("À compléter ou à corriger : Entré le"); });
   hits_.on(date_[0], [this] {
     for (const int part : date_) dialog_->setAcceptable(part, true);
   });
   person().type(date_[0], "1").check([this] {
-    expectWhy("À compléter ou à corriger : Poids <kg> & taille");
+    expectWhy("À compléter ou à corriger : Poids <kg> & taille");
   });
   person().type(weight_, "7").check([this] { expectWhy(""); });
-  person().type(weight_, "0").check([this] { expectWhy("À compléter ou à corriger : Entré le"); });
+  person().type(weight_, "0").check([this] { expectWhy("À compléter ou à corriger : Entré le"); });
   run();
 }
 
@@ -212,7 +212,7 @@ TEST_F(QtGreyOk, ALongNameIsWrapped) {
   dialog_->setAcceptable(field, false);
   person().check([&] {
     EXPECT_TRUE(Qt::mightBeRichText(widget(kOkItem).toolTip()));
-    expectWhy(("À compléter ou à corriger : " + label).c_str());
+    expectWhy(("À compléter ou à corriger : " + label).c_str());
   });
   run();
 }
@@ -228,7 +228,7 @@ TEST_F(QtGreyOk, ADateWithoutALabelIsNamedByItsFirstPart) {
   dialog_->setDateParts(other, 0, 0);
   dialog_->setEnabled(kOkItem, false);
   dialog_->setAcceptable(other, false);
-  person().check([this] { expectWhy("À compléter ou à corriger : jour"); });
+  person().check([this] { expectWhy("À compléter ou à corriger : jour"); });
   run();
 }
 
@@ -267,8 +267,7 @@ TEST_F(QtGreyOk, ATooltipThatIsUpFollows) {
     EXPECT_TRUE(QToolTip::text().contains("Poids")) << QToolTip::text().toStdString();
   });
   person().type(weight_, "7").check([this] {
-    QTest::qWait(400);  // it goes after a moment
-    EXPECT_FALSE(QToolTip::isVisible());
+    EXPECT_TRUE(QTest::qWaitFor([] { return !QToolTip::isVisible(); }));
     widget(kOkItem).setAttribute(Qt::WA_UnderMouse, false);
   });
   run();
