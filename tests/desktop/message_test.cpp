@@ -322,25 +322,26 @@ TEST(Work, IsShownAndCancelledInEachWay) {
   }
 }
 
-// What is typed meanwhile goes nowhere, and the dialog below goes on where it was.
+// What is typed before the window comes up is the dialog's, which has it when it goes on; what is
+// typed after that goes nowhere.
 TEST(Work, OfACallbackIsInFrontOfItsDialog) {
   MessageHost host({"dialog"});
   ASSERT_TRUE(waitForWindow("Fiche")) << activeWindow();
-  write("a?");
+  write("a?bc");
   ASSERT_TRUE(waitForWindow("Recherche")) << activeWindow();
   write("xy z");
   press("Return space");
   click({100, 200});
   press("Escape");
   ASSERT_TRUE(waitForWindow("Fiche")) << activeWindow();
-  write("b");
+  write("d");
   press("Return");
   ASSERT_TRUE(waitForWindow("Fin")) << activeWindow();
   press("Left Return");
   const Lines lines = host.ended();
   ASSERT_EQ(lines.size(), 3u);
   EXPECT_TRUE(wasCancelled({lines[0]}));
-  EXPECT_EQ(lines[2], "result 1 text a?b");
+  EXPECT_EQ(lines[2], "result 1 text a?bcd");
 }
 
 }  // namespace
