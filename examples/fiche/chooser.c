@@ -43,6 +43,7 @@ static void defineDialog(void) {
   formLabel("Né(e) le", kLabel + 2 + kColumn, kHeadY, 40);
   formLabel("Nom et prénom", kLabel + 2 + 2 * kColumn, kHeadY, 80);
   formList(kListe, kLabel, kListY, kWidth - 2 * kLabel, kListHeight, kRankListe, shown);
+  formName(kFirstText + kListe, "Patients");
   TexteDlgBox_mandatory(kListe, 1);
 }
 

@@ -109,6 +109,8 @@ void formPush(int i, const char *label, int x, int y, int cx, int rank) {
   PushDlgBox_set_geo(i, french(label), x, y - 1, cx, kLine + 3, rank);
 }
 
+void formName(int identifier, const char *name) { KorvelItemName(identifier, french(name)); }
+
 static void redisplay(Form *form, int identifier) {
   if (form->shown < form->room) form->redisplay[form->shown++] = identifier;
 }

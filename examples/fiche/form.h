@@ -70,6 +70,10 @@ void formList(int i, int x, int y, int cx, int cy, int rank, char *choices);
 /* Push button i; its action, if it needs the window, is given to PushDlgBox_set_fvalid. */
 void formPush(int i, const char *label, int x, int y, int cx, int rank);
 
+/* Names a field for screen readers, where no label does or two fields share one. identifier:
+   kFirstText + i and the like; the name is UTF-8. */
+void formName(int identifier, const char *name);
+
 /* Has a field shown anew: the table's value, or nothing (formClear). identifier: kFirstText + i and
    the like. */
 void formShow(Form *form, int identifier);

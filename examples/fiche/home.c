@@ -94,6 +94,7 @@ static void defineDialog(const Record *record) {
   formLabel("Choix", kLabel, kChoiceY, 60);
   formText(kNom, kField, kChoiceY, 90, kRankNom, name, kPlaceName, 1);
   formText(kCode, kField + 94, kChoiceY, 26, kRankCode, record->commune, kCommuneCode, 1);
+  formName(kFirstText + kCode, "Code INSEE");
 }
 
 static int runDialog(void) {

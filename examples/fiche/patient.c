@@ -98,6 +98,7 @@ static void defineIdentity(const Record *record) {
            sizeof record->profession, 0);
   formLabel("Code", kLabel2, y, 48);
   formText(kCodeProfession, kField2, y, 20, kRankCodeProfession, code, sizeof code, 0);
+  formName(kFirstText + kCodeProfession, "Code de la profession");
   formPush(kAjouter, "Ajouter", kField2 + 26, y, 38, kRankAjouter);
 }
 
@@ -113,6 +114,7 @@ static void defineBirth(const Record *record) {
   if (record->naissance > 0) DateDlgBox_set(kNaissance, record->naissance, KorvelCalendarDate);
   formLabel("Pays", kLabel2, y, 48);
   formPopUp(kPaysNaissance, kField2, y, 120, kRankPaysNaissance, country, countryChoices());
+  formName(kFirstText + kPaysNaissance, "Pays de naissance");
 
   y = formLine(kBirthY, 1);
   formLabel("Code INSEE", kLabel1, y, 48);
@@ -121,6 +123,7 @@ static void defineBirth(const Record *record) {
   formLabel("Commune", kLabel2, y, 48);
   formText(kNomNaissance, kField2, y, 120, kRankNomNaissance, name, sizeof name,
            *record->communeNaissance != '\0');
+  formName(kFirstText + kNomNaissance, "Commune de naissance");
 }
 
 /* The commune itself is chosen in a dialog after this one. */
@@ -144,6 +147,7 @@ static void defineHome(const Record *record) {
            sizeof record->departement, 0);
   formText(kNomDepartement, kField1 + 24, y, 96, kRankNomDepartement, name, sizeof name,
            *record->departement != '\0');
+  formName(kFirstText + kNomDepartement, "Nom du département");
   BoolDlgBox_set_geo(kAutreCommune, french("Choisir la commune"), kLabel2, y, 120, kLine,
                      kRankAutreCommune);
   BoolDlgBox_set(kAutreCommune, !*record->commune);
@@ -187,6 +191,7 @@ static void defineFollowUp(const Record *record) {
   formNote(*doctor ? doctor : french("à choisir"), field, y, 90);
   BoolDlgBox_set_geo(kAutreMedecin, french("Choisir"), field + 98, y, 52, kLine, kRankAutreMedecin);
   BoolDlgBox_set(kAutreMedecin, !*record->medecin);
+  formName(kFirstBool + kAutreMedecin, "Choisir le médecin");
 
   y = formLine(kLowerY, 1);
   formLabel("Enfants", label, y, 44);

@@ -125,6 +125,7 @@ static void defineDialog(void) {
   formLabel("Code", kLabel + 2, kHeadY, 30);
   formLabel("Libellé", kLabel + 2 + kColumn, kHeadY, 60);
   formList(kListe, kLabel, kListY, kWidth - 2 * kLabel, kListHeight, kRankListe, rows);
+  formName(kFirstText + kListe, "Professions");
   formLabel("Libellé", kLabel, kLabelY, 36);
   formText(kLibelle, kLabel + kColumn, kLabelY, kWidth - 2 * kLabel - kColumn, kRankLibelle, "", 64,
            0);
