@@ -165,6 +165,12 @@ bool ScreenReader::finds(const std::string &title) {
   });
 }
 
+std::string ScreenReader::message() const {
+  const Accessible dialog = findDialog();
+  if (dialog == nullptr) return "no dialog";
+  return taken(atspi_accessible_get_description(dialog.get(), nullptr));
+}
+
 std::vector<std::string> ScreenReader::fields() const {
   std::vector<std::string> lines;
   if (const Accessible dialog = findDialog())

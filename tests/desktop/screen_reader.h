@@ -26,6 +26,8 @@ class ScreenReader {
   // passed. Returns whether it held.
   bool waitUntil(const std::function<bool()> &condition);
 
+  // What the dialog tells besides its title: the text of a message.
+  std::string message() const;
   // "<role> <name>" of everything in the dialog that can have the focus, in order.
   std::vector<std::string> fields() const;
   // What a text field, a pop-up or a password field reveals as its text.
