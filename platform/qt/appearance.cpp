@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include <QApplication>
+#include <QFontInfo>
 #include <QFontMetrics>
 #include <QStyle>
 #include <QStyleOptionFrame>
@@ -21,6 +22,10 @@ constexpr int kFieldMargin = 1;
 
 constexpr int kLargestFont = 12;
 constexpr int kSmallestFont = 9;
+// Of the text in a field, which alone has room for more: 11 points on a common desktop.
+constexpr int kLargestFieldFont = 15;
+// Between the outlines of a one-line field.
+constexpr int kFieldRoom = 19;
 constexpr int kFieldHeight = 15;
 constexpr int kYearWidth = 40;
 constexpr int kDayWidth = 20;
@@ -30,12 +35,20 @@ constexpr int kCheckBoxHeight = 18;
 
 // A font's own metrics leave out accents on capitals. Measured without antialiasing: hinted pixels
 // count, a faint shade beyond them does not.
+QRect tallestInk(QFont font) {
+  font.setStyleStrategy(QFont::NoAntialias);
+  return QFontMetrics(font).tightBoundingRect(QStringLiteral("ÉÀÇÎÖgjpq"));
+}
+
 int overhangOf(const QFont &font) {
-  QFont sharp = font;
-  sharp.setStyleStrategy(QFont::NoAntialias);
-  const QRect ink = QFontMetrics(sharp).tightBoundingRect(QStringLiteral("ÉÀÇÎÖgjpq"));
+  const QRect ink = tallestInk(font);
   const QFontMetrics metrics(font);
   return std::max({0, -ink.top() - metrics.ascent(), ink.top() + ink.height() - metrics.descent()});
+}
+
+bool datesFit(const QFontMetrics &metrics) {
+  return metrics.horizontalAdvance("00") < kDayWidth &&
+         metrics.horizontalAdvance("0000") < kYearWidth;
 }
 
 // A family with tall lines fits only in a smaller size.
@@ -43,14 +56,23 @@ bool fits(const QFont &font) {
   const QFontMetrics metrics(font);
   return metrics.height() <= kFieldHeight &&
          metrics.height() + 2 * overhangOf(font) <= kFieldHeight + 2 * kFieldMargin &&
-         metrics.horizontalAdvance("00") < kDayWidth &&
-         metrics.horizontalAdvance("0000") < kYearWidth;
+         datesFit(metrics);
+}
+
+// A line edit centres the line in its room, one that is too high begins at the top, and cuts ink
+// outside of the room. A blank line may be higher than its ink.
+bool fitsField(const QFont &font) {
+  const QFontMetrics metrics(font);
+  const QRect ink = tallestInk(font);
+  const int baseline = std::max(0, (kFieldRoom - metrics.height() + 1) / 2) + metrics.ascent();
+  return baseline + ink.top() >= 0 && baseline + ink.bottom() < kFieldRoom && datesFit(metrics);
 }
 
 // Cached until the desktop's font changes, as measuring it draws glyphs.
 struct Fitting {
   QString desktopFont;
   int pixelSize = 0;
+  int fieldSize = 0;
   int overhang = 0;
 };
 
@@ -65,7 +87,10 @@ const Fitting &fitting(const QFont &desktopFont) {
   if (key == kept.desktopFont) return kept;
   int size = kLargestFont;
   while (size > kSmallestFont && !fits(inSize(desktopFont, size))) --size;
-  kept = {key, size, overhangOf(inSize(desktopFont, size))};
+  int fieldSize = std::min(QFontInfo(desktopFont).pixelSize(), kLargestFieldFont);
+  while (fieldSize > kLargestFont && !fitsField(inSize(desktopFont, fieldSize))) --fieldSize;
+  if (fieldSize <= kLargestFont) fieldSize = size;
+  kept = {key, size, fieldSize, overhangOf(inSize(desktopFont, size))};
   return kept;
 }
 
@@ -78,8 +103,9 @@ QMargins marginsIntoRectangle(const QFont &font) {
   option.state = QStyle::State_Enabled | QStyle::State_Sunken;
   const QRect contents =
       QApplication::style()->subElementRect(QStyle::SE_LineEditContents, &option);
-  const QRect wanted = option.rect.adjusted(kFrame - kLineEditPadding, kFrame - kFieldMargin,
-                                            kLineEditPadding - kFrame, kFieldMargin - kFrame);
+  const int margin = fits(font) ? kFieldMargin : (kFieldRoom - kFieldHeight) / 2;
+  const QRect wanted = option.rect.adjusted(kFrame - kLineEditPadding, kFrame - margin,
+                                            kLineEditPadding - kFrame, margin - kFrame);
   return {wanted.left() - contents.left(), wanted.top() - contents.top(),
           contents.right() - wanted.right(), contents.bottom() - wanted.bottom()};
 }
@@ -112,9 +138,10 @@ Appearance Appearance::ofDesktop() {
   const QFont desktopFont = QApplication::font();
   const Fitting &found = fitting(desktopFont);
   appearance.font = inSize(desktopFont, found.pixelSize);
+  appearance.fieldFont = inSize(desktopFont, found.fieldSize);
   appearance.lineHeight = QFontMetrics(appearance.font).height();
   appearance.overhang = found.overhang;
-  appearance.textMargins = marginsIntoRectangle(appearance.font);
+  appearance.textMargins = marginsIntoRectangle(appearance.fieldFont);
   return appearance;
 }
 

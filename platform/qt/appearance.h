@@ -21,6 +21,8 @@ struct Appearance {
   static Appearance ofDesktop();
 
   QFont font;
+  // Of edit texts: larger where the desktop's is and a field has the room.
+  QFont fieldFont;
   int lineHeight;
   // How far accents on capitals rise above a line, and descenders fall below it.
   int overhang;

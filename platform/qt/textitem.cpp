@@ -50,6 +50,7 @@ TextItem<Editor>::TextItem(QWidget *window, HitSink &sink, int number, const App
                            const Rect &rect)
     : TextItem(window, sink, number) {
   this->setGeometry(appearance.editText(rect));
+  if (appearance.fieldFont != appearance.font) this->setFont(appearance.fieldFont);
   this->fitInto(appearance);
 }
 

@@ -437,6 +437,54 @@ TEST_F(QtInk, ATextWithAccentsAndTailsIsShownWholeInAOneLineField) {
   EXPECT_LE(shown.left(), 4);
 }
 
+// Lets dialogs find this font on the desktop.
+class DesktopFont {
+ public:
+  explicit DesktopFont(double points) : before_(QApplication::font()) {
+    QFont font = before_;
+    font.setPointSizeF(points);
+    QApplication::setFont(font);
+  }
+  ~DesktopFont() { QApplication::setFont(before_); }
+  DesktopFont(const DesktopFont &) = delete;
+  DesktopFont &operator=(const DesktopFont &) = delete;
+
+ private:
+  const QFont before_;
+};
+
+TEST_F(QtInk, FieldsFollowTheSizeOfTheDesktopsFontAndCutNothing) {
+  int before = 0;
+  for (const double points : {7.0, 8.0, 9.0, 9.5, 10.0, 10.5, 11.0, 12.0, 18.0}) {
+    SCOPED_TRACE(points);
+    const DesktopFont font(points);
+    const auto dialog = qtDesktop().newDialog({100, 100, 300, 300}, nullptr, "Fiche");
+    const int wide = dialog->addItem(ItemKind::EditText, {20, 20, 150, 35}, "");
+    const int year = dialog->addItem(ItemKind::EditText, {20, 60, 60, 75}, "");
+    dialog->setText(wide, kTall);
+    dialog->setText(year, "2888");
+    QWidget *fiche = widgetOf(dialog->window());
+    fiche->setPalette(window()->palette());
+    const auto items = test::itemWidgets(fiche);
+    const int size = items[0]->font().pixelSize();
+    EXPECT_GE(size, before);
+    before = size;
+    const bool isFollowed = points > 9 && points <= 11;
+    EXPECT_GE(size, isFollowed ? static_cast<int>(points * 96 / 72) - 1 : 9);
+    EXPECT_LE(fiche->font().pixelSize(), 12) << "the layout is made for it";
+    for (QWidget *item : {items[0], items[1]}) {
+      QFont sharp = item->font();
+      sharp.setStyleStrategy(QFont::NoAntialias);
+      item->setFont(sharp);
+      QLabel roomy(dynamic_cast<QLineEdit &>(*item).text(), fiche);
+      roomy.setFont(sharp);
+      roomy.setMargin(10);
+      roomy.resize(200, 60);
+      EXPECT_EQ(inkOf(*item, Qt::magenta).size(), inkOf(roomy, Qt::magenta).size());
+    }
+  }
+}
+
 TEST_F(QtInk, ATextBeginsAtTheTopOfAFieldOfSeveralLines) {
   const int field = dialog_->addItem(ItemKind::EditText, {20, 20, 100, 60}, "");
   dialog_->setText(field, kTall);
@@ -449,9 +497,10 @@ TEST_F(QtInk, ATextBeginsAtTheTopOfAFieldOfSeveralLines) {
 
 // Under any font and style.
 TEST_F(QtInk, TheCursorBeginsAtTheTopOfAFieldOfSeveralLines) {
-  auto &field = widget<QLineEdit>(dialog_->addItem(ItemKind::EditText, {20, 20, 100, 60}, ""));
+  auto &field = widget<QPlainTextEdit>(dialog_->addItem(ItemKind::EditText, {20, 20, 100, 60}, ""));
   field.grab();  // which places the text
-  EXPECT_EQ(field.inputMethodQuery(Qt::ImCursorRectangle).toRect().top(), 3);
+  const QPoint cursor = field.viewport()->mapTo(&field, field.cursorRect().topLeft());
+  EXPECT_EQ(cursor.y(), 3);
 }
 
 TEST_F(QtInk, ATextWithAccentsAndTailsIsShownWholeInAStaticText) {
