@@ -4,7 +4,7 @@
 
    Scenarios: plain; cancel-default (button 2 is the default); refuse (the final callback refuses
    the text "non"); optional (nothing is mandatory, nothing set); no-edit (opens with every high
-   byte in its text fields). */
+   byte in its text fields); lines (the first text has room for three lines). */
 #include <stdio.h>
 #include <string.h>
 
@@ -118,6 +118,10 @@ static void defineFields(void) {
 
 static void applyScenario(void) {
   if (strcmp(scenario, "cancel-default") == 0) BOKDlgBox_def(2);
+  if (strcmp(scenario, "lines") == 0) {
+    TexteDlgBox_set_geo(kPlain, kX + 52, 56, 80, 36, 0);
+    TexteDlgBox_set_ncarac(kPlain, 60);
+  }
   if (strcmp(scenario, "refuse") == 0) DlgBoxFinal_set(refuseNon);
   if (strcmp(scenario, "no-edit") == 0) {
     char text[129] = "";

@@ -123,6 +123,38 @@ TEST(Entry, UndoIsAHitAndBringsTheTextBack) {
   EXPECT_EQ(host.count("hit 100"), 5);
 }
 
+// The line of the output with the first text.
+std::string firstText(const DialogHost &host) {
+  for (const std::string &line : host.output())
+    if (line.starts_with("text 0 ")) return line;
+  return {};
+}
+
+TEST(Entry, ATextOfSeveralLinesIsEnteredAsOneAndWrapped) {
+  constexpr int kLeft = 227, kTop = 101, kLineHeight = 15;  // of the text
+  DialogHost host("lines");
+  const auto inkOfLine = [](int line) {
+    return picture(kLeft, kTop + kLineHeight * line, 150, kLineHeight).darkPixels();
+  };
+  setClipboard("libre\n");
+  write("Patient apyrétique");
+  press("space dead_circumflex e");
+  write("tre ausculté, rien de plus ");
+  press("ctrl+v Tab");
+  for (const int line : {0, 1}) EXPECT_GT(inkOfLine(line), 10) << line;
+  press("shift+Tab ctrl+Home Down");
+  write("2 ");
+  press("Return");
+  ASSERT_TRUE(host.endedWith({"result 1"}));
+  std::string text = firstText(host);
+  const std::size_t at = text.find("2 ");
+  ASSERT_NE(at, std::string::npos) << text;
+  EXPECT_EQ(text[at - 1], ' ') << "a line begins with a word: " << text;
+  EXPECT_EQ(text.erase(at, 2),
+            "text 0 Patient apyr\\xE9tique \\xEAtre auscult\\xE9, rien de plus libre");
+  EXPECT_EQ(host.count("hit 100"), 50);
+}
+
 TEST(Entry, CopyAndPasteWorkBetweenFields) {
   DialogHost host;
   write("Anaïs");
