@@ -91,6 +91,11 @@ void formText(int i, int x, int y, int cx, int rank, const char *text, int capac
   TexteDlgBox_mandatory(i, mandatory);
 }
 
+void formLines(int i, int x, int y, int cx, int cy, int rank, int capacity) {
+  formText(i, x, y, cx, rank, "", capacity, 0);
+  TexteDlgBox_set_geo(i, x, y, cx, cy, rank);
+}
+
 void formPopUp(int i, int x, int y, int cx, int rank, const char *text, char *choices) {
   TexteDlgBox_set_geo(i, x, y, cx, kLine, rank);
   TexteDlgBox_set(i, text);

@@ -60,6 +60,9 @@ void formNote(const char *text, int x, int y, int cx);
 /* Text field i; the buffer that takes its value has `capacity` bytes. */
 void formText(int i, int x, int y, int cx, int rank, const char *text, int capacity, int mandatory);
 
+/* Likewise, cy dialog units high: a text of several lines, never mandatory and empty at first. */
+void formLines(int i, int x, int y, int cx, int cy, int rank, int capacity);
+
 /* Pop-up i, never mandatory. Choices of TDB_BUFFERSIZE bytes or more are not copied: they must live
    until the dialog has ended. */
 void formPopUp(int i, int x, int y, int cx, int rank, const char *text, char *choices);

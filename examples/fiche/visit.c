@@ -40,7 +40,8 @@ enum {
 /* The layout, in dialog units; the note is to the right of the fields. */
 enum { kLabel = 16, kField = 66, kFields = 196, kNote = kFields + 16 };
 enum { kWidth = kNote + kNoteWidth / 2 + 8, kHeight = 384, kTop = 8 };
-enum { kVisitY = kTop, kExamY = 66, kEndY = 156, kActsY = 198 };
+enum { kVisitY = kTop, kExamY = 66, kEndY = 156, kActsY = 214 };
+enum { kLines = 36 }; /* the height of three lines of text */
 
 static const char kFolder[] = "Cabinet:notes", kCaption[] = "Note de visite";
 
@@ -160,9 +161,9 @@ static void defineExamination(void) {
 }
 
 static void defineEnd(void) {
-  formGroup("Conclusion", 8, kEndY, kFields - 8, 1);
-  formText(kConclusion, kLabel, formLine(kEndY, 0), 170, kRankConclusion, "",
-           sizeof((Visit *)0)->conclusion, 0);
+  formGroup("Conclusion", 8, kEndY, kFields - 8, 2);
+  formLines(kConclusion, kLabel, formLine(kEndY, 0), 170, kLines, kRankConclusion,
+            sizeof((Visit *)0)->conclusion);
   formGroup("Actes", 8, kActsY, kFields - 8, kActsOffered);
   for (int i = 0; i < kActsOffered; i++) {
     BoolDlgBox_set_geo(i, french(kActs[i].name), kLabel, formLine(kActsY, i), 120, kLine,
