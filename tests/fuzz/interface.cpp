@@ -533,6 +533,8 @@ int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
     everything()[which](input);
   }
   KorvelPortRelease(ports[0]);
+  // The window of a work belongs to this desktop.
+  KorvelProgress(nullptr, 1, 1);
   desk.finish();
   return 0;
 }
