@@ -94,7 +94,7 @@ static int check(const char *name, const char *line, int lines, int *ambiguous) 
     *ambiguous += !leadsBack(line);
     line = nextLine(line);
   }
-  return !KorvelProgress(title, lines, lines);
+  return lines == 0 || !KorvelProgress(title, lines, lines);
 }
 
 /* ---- Writing ---- */

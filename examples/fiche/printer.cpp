@@ -31,6 +31,18 @@ QPageLayout layoutOf(const PageSetup &setup) {
           QPageLayout::Millimeter};
 }
 
+// As a choice of a pop-up, whose choices and columns these divide.
+bool isUsable(const QString &name) {
+  return !name.contains(u'+') && !name.contains(u',') &&
+         QString::fromLatin1(name.toLatin1()) == name;
+}
+
+// A note must not leave by another printer than the one that was chosen.
+bool isThere(const char *printer) {
+  return *printer == '\0' ||
+         QPrinterInfo::availablePrinterNames().contains(QString::fromLatin1(printer));
+}
+
 void toNextPage(void *printer) { static_cast<QPrinter *>(printer)->newPage(); }
 
 // A printer may have margins of its own, which are wider.
@@ -51,7 +63,7 @@ void setUp(QPrinter &printer, const PageSetup &setup, const char *title, const c
 void printerNames(char *names, int size) {
   QStringList usable;
   for (const QString &name : QPrinterInfo::availablePrinterNames())
-    if (!name.contains(QLatin1Char('+'))) usable.append(name);
+    if (isUsable(name)) usable.append(name);
   std::snprintf(names, static_cast<std::size_t>(size), "%s",
                 usable.join(QLatin1Char('+')).toLatin1().constData());
 }
@@ -63,6 +75,7 @@ int hasRoom(const PageSetup *setup) {
 
 int printPages(const PageSetup *setup, const char *title, const char *pdfPath,
                void (*draw)(const Sheet *sheet)) {
+  if (!isThere(setup->printer)) return 0;
   QPrinter printer;
   setUp(printer, *setup, title, pdfPath);
   QPainter painter;

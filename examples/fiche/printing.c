@@ -45,7 +45,7 @@ static int paperOf(const char *name) {
 
 static PageSetup enteredSetup(void) {
   PageSetup entered = {.paper = kA4};
-  char text[128];
+  char text[128] = "";
   TexteDlgBox_retrieve(kImprimante, text, sizeof text);
   if (strcmp(text, kPdf) != 0) strcpy(entered.printer, text);
   TexteDlgBox_retrieve(kPapier, text, sizeof text);
@@ -87,7 +87,7 @@ static void defineDialog(void) {
   formPopUp(kPapier, kField, formLine(kPageY, 0), 60, kRankPapier, kNames[setup.paper], papers);
   BoolDlgBox_set_geo(kPaysage, "Paysage", kField, formLine(kPageY, 1), 60, kLine, kRankPaysage);
   BoolDlgBox_set(kPaysage, setup.isLandscape);
-  defineMargin(kCotes, "Marges de côté (mm)", 2, kRankCotes, setup.marginX);
+  defineMargin(kCotes, "Marges latérales (mm)", 2, kRankCotes, setup.marginX);
   defineMargin(kHautBas, "En haut et en bas (mm)", 3, kRankHautBas, setup.marginY);
 }
 
@@ -113,5 +113,5 @@ void enterPrinting(const Visit *visit, const Record *record, const Settings *set
   else if (*setup.printer)
     tell(kDone, "La note est envoyée à l’imprimante %s.", setup.printer);
   else
-    tell(kDone, "La note est dans le dossier des notes, comme fichier PDF.");
+    tell(kDone, "La note est dans le dossier des notes, au format PDF.");
 }

@@ -80,12 +80,22 @@ static int search(const char *files, int count, const char *wanted, char *rows) 
     isCancelled = KorvelProgress(kCaption, done, count);
     if (holds(path, wanted)) addRow(path, rows);
   }
-  return !KorvelProgress(kCaption, count, count);
+  return count == 0 || !KorvelProgress(kCaption, count, count);
+}
+
+static int notes;
+
+static int countNote(const char *name) {
+  (void)name;
+  notes++;
+  return 0;
 }
 
 /* The notes in which the text is, as rows of a list; null when the search was cancelled. */
 static char *foundRows(const char *wanted) {
-  int count = Dir_FindFiles(NULL, kFolder, 0, "*.txt");
+  notes = 0;
+  Dir_ProcessFiles(kFolder, "*.txt", countNote);
+  const int count = notes;
   char *files = malloc((size_t)(count + 1) * kFile), *rows = malloc((size_t)(count + 1) * kRow);
   int isDone = files && rows;
   if (isDone) {
