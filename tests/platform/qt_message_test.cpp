@@ -313,6 +313,32 @@ TEST(QtMessage, TheButtonThatReturnWouldPressLooksLikeIt) {
 
 // ---- In front of a dialog ----
 
+// The focus is gone when the key comes up.
+TEST(QtMessage, AKeyPressedBeforeItComesUpIsTheDialogs) {
+  const auto dialog = qtDesktop().newDialog({100, 100, 500, 400}, nullptr, "Fiche");
+  dialog->addItem(ItemKind::PushButton, {50, 260, 130, 280}, "OK");
+  dialog->addItem(ItemKind::PushButton, {150, 260, 230, 280}, "Annuler");
+  const int field = dialog->addItem(ItemKind::EditText, {20, 20, 120, 35}, "");
+  const int check = dialog->addItem(ItemKind::CheckBox, {20, 50, 120, 65}, "Fumeur");
+  QWidget *window = widgetOf(dialog->window());
+  QtPerson person("Fiche");
+  RecordedHits hits, answer;
+  hits.on(field, [&] {
+    test::itemWidgets(window)[static_cast<std::size_t>(check) - 1]->setFocus();
+    QTest::keyClick(window->windowHandle(), Qt::Key_B);
+    QTest::keyPress(window->windowHandle(), Qt::Key_Space);
+    answer.record(*newBox("Vraiment ?"));
+  });
+  person.type(field, "!");
+  person.key(Qt::Key_Escape);  // the box
+  person.act(0, [&](QWidget *front) { EXPECT_EQ(front, window); });
+  person.pressEscape();
+  hits.record(*dialog);
+  person.finish();
+  EXPECT_EQ(answer.lines(), Lines{"2"});
+  EXPECT_EQ(hits.lines(), (Lines{"3 text !", "4 value 0", "2"}));
+}
+
 TEST(QtMessage, OutOfAHitItComesUpInFrontAndGivesTheFocusBack) {
   const auto dialog = qtDesktop().newDialog({100, 100, 500, 400}, nullptr, "Fiche");
   dialog->addItem(ItemKind::PushButton, {50, 260, 130, 280}, "OK");
