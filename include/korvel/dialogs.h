@@ -658,8 +658,8 @@ KORVEL_API int Dlg_CoefCY(int cy);
    (desktop.h); it disappears with the dialog.
 
    Alt with a letter, underlined while Alt is held, presses a push button or clicks a check box. It
-   is the first letter of the label, without its accent, that no label before it has; the button pair
-   comes first, and a letter that a form marks with '&' is as it is there.
+   is the first letter of the label, without its accent, that no label before it has; the button
+   pair comes first, and a letter that a form marks with '&' is as it is there.
 
    Returns 1 when the entry was accepted, 0 when it was cancelled (button 2, Escape, the window's
    close box). Either end resets the in-use flags of all field types and HDB to 0 and both
