@@ -584,6 +584,35 @@ class QtFormAccess : public QtAccess {
   }
 };
 
+constexpr const char *kPages = R"(<?xml version="1.0" encoding="UTF-8"?>
+<ui version="4.0"><class>F</class><widget class="QDialog" name="F">
+<property name="geometry"><rect><x>0</x><y>0</y><width>400</width><height>200</height></rect></property>
+<widget class="QTabWidget" name="tabs">
+<property name="geometry"><rect><x>0</x><y>0</y><width>390</width><height>150</height></rect></property>
+<widget class="QWidget" name="one"><attribute name="title"><string>Un</string></attribute>
+<widget class="QLabel" name="label"><property name="text"><string>Ville</string></property>
+<property name="geometry"><rect><x>10</x><y>10</y><width>50</width><height>20</height></rect></property></widget>
+<widget class="QLineEdit" name="town"><property name="item" stdset="0"><number>3</number></property>
+<property name="geometry"><rect><x>70</x><y>10</y><width>90</width><height>22</height></rect></property></widget></widget>
+<widget class="QWidget" name="two"><attribute name="title"><string>Deux</string></attribute>
+<widget class="QLineEdit" name="other"><property name="item" stdset="0"><number>4</number></property>
+<property name="geometry"><rect><x>70</x><y>10</y><width>90</width><height>22</height></rect></property></widget></widget>
+</widget></widget></ui>
+)";
+
+TEST_F(QtFormAccess, ATextNamesNothingOnAnotherPage) {
+  std::string problem;
+  const test::TemporaryFolder folder;
+  dialog_ = qtDesktop().newDialogFromTemplate(folder.add("f.ui", kPages), nullptr, problem);
+  ASSERT_EQ(problem, "");
+  dialog_->setTitle("Fiche");
+  use([this] {
+    EXPECT_EQ(named("town").accessibleName(), "Ville");
+    EXPECT_EQ(named("other").accessibleName(), "");
+  });
+  EXPECT_EQ(run(), Lines{});
+}
+
 TEST_F(QtFormAccess, ItsFieldsAreNamedAndMarked) {
   use([this] {
     EXPECT_EQ(named("name").accessibleName(), "Nom de naissance");
