@@ -147,7 +147,7 @@ void TextItem<Editor>::tellChange() {
 template <typename Editor>
 QString TextItem<Editor>::shownFor(const QString &entered) {
   const qsizetype kept = Editor::text().size() - selectedText().size();
-  const QString fitting = entered.left(std::max<qsizetype>(0, maxLength() - kept));
+  QString fitting = entered.left(std::max<qsizetype>(0, maxLength() - kept));
   if (!isSecret_) return fitting;
   entered_ = fitting;
   return QString(fitting.size(), u'*');
