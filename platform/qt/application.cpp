@@ -20,6 +20,7 @@
 #include "base/posix.h"
 #include "platform/qt/privileges.h"
 #include "platform/qt/screencheck.h"
+#include "platform/qt/xserver.h"
 
 namespace korvel::platform::qt {
 namespace {
@@ -69,6 +70,7 @@ void startApplication(const std::string &platform) {
   // Never destroyed: widgets and threads of the host may outlive every static destructor.
   static QApplication *application = new QApplication(arguments.count, arguments.values);
   application->setQuitOnLastWindowClosed(false);
+  keepLastWordsShort();
 }
 
 constexpr unsigned kTrialSeconds = 10;
@@ -128,6 +130,7 @@ std::string whyUnfit(const QCoreApplication &application) {
     return "no screen: the application's QCoreApplication is not a QApplication";
   if (application.thread() != QThread::currentThread())
     return "dialog not shown: asked for in another thread than the first one";
+  if (xServerHasGone()) return "no screen: the X server has gone away";
   return whyUnseen(QGuiApplication::platformName().toStdString());
 }
 

@@ -6,7 +6,6 @@
 #include <cstring>
 #include <string_view>
 
-#include <dlfcn.h>
 #include <sys/socket.h>
 #include <sys/un.h>
 #include <unistd.h>
@@ -18,26 +17,14 @@
 #include <QPluginLoader>
 #include <QStringList>
 
+#include "platform/qt/xserver.h"
+
 namespace korvel::platform::qt {
 namespace {
 
 std::string environment(const char *name) {
   const char *value = std::getenv(name);
   return value == nullptr ? std::string() : std::string(value);
-}
-
-// The connection library is opened by name so that the module itself needs no X11.
-bool xServerAnswers() {
-  void *xcb = dlopen("libxcb.so.1", RTLD_NOW | RTLD_LOCAL);
-  if (xcb == nullptr) return false;
-  const auto connect = reinterpret_cast<void *(*)(const char *, int *)>(dlsym(xcb, "xcb_connect"));
-  const auto hasError = reinterpret_cast<int (*)(void *)>(dlsym(xcb, "xcb_connection_has_error"));
-  const auto disconnect = reinterpret_cast<void (*)(void *)>(dlsym(xcb, "xcb_disconnect"));
-  if (connect == nullptr || hasError == nullptr || disconnect == nullptr) return false;
-  void *connection = connect(nullptr, nullptr);
-  const bool answers = connection != nullptr && hasError(connection) == 0;
-  disconnect(connection);
-  return answers;
 }
 
 std::string waylandSocket() {
