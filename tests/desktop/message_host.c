@@ -1,6 +1,7 @@
 /* message_host box [<flags> <caption> <text>]...: an application that shows one message after
    another, and writes "result <n>" for each. Texts are CP1252, flags as in C.
    message_host lines <lines> <caption> <text>: the same for one NoteDialog.
+   message_host later <pipe>: a message, and two more when somebody has opened the pipe to write.
    message_host work <title> <steps>: a work of so many steps of ten milliseconds; "cancelled <n>"
    or "done <n>" after n of them.
    message_host dialog: a data-entry dialog whose fields ask when they are edited, or do a long work
@@ -41,6 +42,13 @@ static void work(const char *title, int steps) {
   int done = 0;
   for (; done < steps && !KorvelProgress(title, done, steps); done++) nanosleep(&step, 0);
   say(KorvelProgress(title, steps, steps) ? "cancelled" : "done", done);
+}
+
+static void showLater(const char *pipe) {
+  say("result", MessageBox(0, "Maintenant", "Un", 0));
+  FILE *opened = fopen(pipe, "r");
+  if (opened) fclose(opened);
+  for (int n = 0; n < 2; n++) say("result", MessageBox(0, "Plus tard ?", "Deux", 0x10));
 }
 
 static int lastEdit = 0; /* the last answer at an edit */
@@ -91,6 +99,7 @@ int main(int argc, char **argv) {
   isSlow = strcmp(scenario, "slow") == 0;
   if (isSlow || strcmp(scenario, "dialog") == 0) showDialog();
   if (strcmp(scenario, "work") == 0 && argc > 3) work(argv[2], atoi(argv[3]));
+  if (strcmp(scenario, "later") == 0 && argc > 2) showLater(argv[2]);
   if (strcmp(scenario, "lines") == 0 && argc > 4)
     say("result", NoteDialog(0, argv[3], argv[4], atoi(argv[2]), 0x02));
   return 0;

@@ -150,6 +150,15 @@ TEST(Message, OutOfADialogItTakesTheKeysAndGivesThemBack) {
   EXPECT_EQ(host.ended(), (Lines{"edited 2", "final 3", "final 2", "result 1 text abc!de"}));
 }
 
+TEST(Message, TellsTheScreenWhichDialogItStandsInFrontOf) {
+  MessageHost host({"dialog"}, {kSaysOwners});
+  ASSERT_TRUE(waitForWindow("Fiche")) << activeWindow();
+  EXPECT_FALSE(isOwned(host));
+  write("!");
+  ASSERT_TRUE(waitForWindow("Saisie")) << activeWindow();
+  EXPECT_TRUE(isOwned(host));
+}
+
 TEST(Message, TheDialogBehindItIsBlocked) {
   MessageHost host({"dialog"});
   ASSERT_TRUE(waitForWindow("Fiche")) << activeWindow();

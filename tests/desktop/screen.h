@@ -15,6 +15,7 @@ class Screen {
 
   virtual std::string activeTitle() const = 0;
   virtual Content activeContent() const = 0;
+  virtual bool isOwned(const Application &application) const = 0;
   // One key with its modifiers, as in "ctrl+a".
   virtual void press(const std::string &key) const = 0;
   // A UTF-8 text, with a rest of so many milliseconds after each character.

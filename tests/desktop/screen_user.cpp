@@ -168,6 +168,8 @@ bool waitForWindow(const std::string &title) {
   return found;
 }
 
+bool isOwned(const Application &application) { return screen().isOwned(application); }
+
 void press(const std::string &keys) {
   std::istringstream names(keys);
   for (std::string name; names >> name;) {

@@ -62,6 +62,11 @@ bool waitUntil(int seconds, const std::function<bool()> &condition);
 bool waitForWindow(const std::string &title);
 std::string activeWindow();
 
+// Whether the active window of the application has told the screen which window it stands in front
+// of. The application has this in its environment.
+inline constexpr char kSaysOwners[] = "WAYLAND_DEBUG=1";
+bool isOwned(const Application &application);
+
 // Names of keys as X has them, separated by blanks: "Tab ctrl+a eacute".
 void press(const std::string &keys);
 // Types a UTF-8 text.

@@ -1,5 +1,6 @@
 // A screen of a Wayland compositor, sway, with a pointer that POINTER names (see
 // scripts/with-wayland).
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
@@ -48,6 +49,14 @@ class WaylandScreen final : public Screen {
     const std::string node = focusedNode();
     const Rectangle frame = rectangle(node, "rect"), inside = rectangle(node, "window_rect");
     return {{frame.x + inside.x, frame.y + inside.y}, inside.width, inside.height};
+  }
+
+  // As the application's connection writes it down. Windows are not told apart.
+  bool isOwned(const Application &application) const override {
+    const auto lines = application.errors();
+    return std::any_of(lines.begin(), lines.end(), [](const std::string &line) {
+      return line.find("set_parent(xdg_toplevel@") != line.npos;
+    });
   }
 
   void press(const std::string &key) const override {

@@ -137,6 +137,15 @@ TEST(Window, ComesUpCentredOnItsParentAndBlocksIt) {
   EXPECT_TRUE(application.says("typed z"));
 }
 
+TEST(Window, TellsTheScreenWhichWindowItStandsInFrontOf) {
+  Application application({WINDOW_HOST}, {kSaysOwners, "LC_ALL=C.UTF-8"});
+  ASSERT_TRUE(waitForWindow("Derrière")) << activeWindow();
+  EXPECT_FALSE(isOwned(application));
+  press("Return");
+  ASSERT_TRUE(waitForWindow("Devant")) << activeWindow();
+  EXPECT_TRUE(isOwned(application));
+}
+
 TEST(Window, WithoutADisplayTheDialogAnswersAsIfCancelled) {
   Application application({DIALOG_HOST, "plain"}, {"DISPLAY", "WAYLAND_DISPLAY"});
   ASSERT_EQ(application.wait(), 0);

@@ -30,6 +30,13 @@ class XScreen final : public Screen {
     return content;
   }
 
+  // The toolkit's own window, which nobody sees, is no owner.
+  bool isOwned(const Application &) const override {
+    const std::string owner = firstLineOf(
+        "xprop -id $(xdotool getactivewindow) -notype WM_TRANSIENT_FOR | grep -o '0x[0-9a-f]*'");
+    return outputOf("xprop -id '" + owner + "' WM_STATE 2>&1").find("Normal") != owner.npos;
+  }
+
   void press(const std::string &key) const override {
     run("xdotool key --clearmodifiers " + shellQuoted(key));
   }
