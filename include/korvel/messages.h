@@ -68,15 +68,16 @@ KORVEL_API int NoteDialog(WindowRef owner, char *caption, char *text, int lines,
    dialog whose callback does the work: a bar, and the button "Annuler", which Escape and the
    window's close box press. Quick work shows nothing. While the window is up, calls let the
    application's windows paint themselves and its timers run, some twenty times a second; its other
-   windows take no keys and no clicks. title: the window's title, CP1252, cut at 255 characters; it may change from
-   call to call. Null or empty: "Veuillez patienter". done: how much is done, never less than in the
-   call before: a call with less begins another work. total: how much there is. Below 1 nobody
-   knows: the bar moves without an end. With done at or above a total of 1 or more the work has
-   ended: the window closes, and the next call begins another work. That call is to be made, too, by
-   an application that leaves its loop earlier, or the window stays, and after a cancelled work the
-   next one counts as cancelled, too, unless it begins with less done. Returns 1 from the moment that
-   the work is cancelled to its end, that call included; the window closes at once. Else returns 0,
-   and always does so without a screen, which standard error says once in a long work. */
+   windows take no keys and no clicks. title: the window's title, CP1252, cut at 255 characters; it
+   may change from call to call. Null or empty: "Veuillez patienter". done: how much is done, never
+   less than in the call before: a call with less begins another work. total: how much there is.
+   Below 1 nobody knows: the bar moves without an end. With done at or above a total of 1 or more
+   the work has ended: the window closes, and the next call begins another work. That call is to be
+   made, too, by an application that leaves its loop earlier, or the window stays, and after a
+   cancelled work the next one counts as cancelled, too, unless it begins with less done. Returns 1
+   from the moment that the work is cancelled to its end, that call included; the window closes at
+   once. Else returns 0, and always does so without a screen, which standard error says once in a
+   long work. */
 KORVEL_API int KorvelProgress(const char *title, int done, int total);
 
 /* ---- The event filter of the boxes, for applications that keep window records of their own ----
