@@ -136,7 +136,7 @@ TEST_F(Accessibility, TheFieldsThatKeepOkDisabledSaySo) {
   EXPECT_TRUE(reader_.waitUntil([this] { return !reader_.isEnabled(kOkField); }));
   for (const char *part : {"text Date : jour", "text Date : mois", "text Date : année"})
     EXPECT_EQ(reader_.description(part),
-              std::string(kMarked) + " : date (jour, mois, année à quatre chiffres)")
+              std::string(kMarked) + " : date (jour, mois, année à quatre chiffres)")
         << part;
   EXPECT_EQ(reader_.description(kOkField), "À compléter ou à corriger : Date");
   press("Escape");
