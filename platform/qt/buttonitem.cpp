@@ -7,6 +7,7 @@
 #include <QStyleOptionButton>
 #include <QStylePainter>
 
+#include "platform/qt/contrast.h"
 #include "platform/qt/fieldaccess.h"
 #include "platform/qt/mostpixels.h"
 #include "platform/qt/outline.h"
@@ -52,6 +53,11 @@ ButtonItem::ButtonItem(QWidget *window, HitSink &sink, int number, const Appeara
 void ButtonItem::underline(qsizetype at) {
   underlined_ = at;
   update();
+}
+
+void ButtonItem::initStyleOption(QStyleOptionButton *option) const {
+  QPushButton::initStyleOption(option);
+  option->palette = shared(option->palette);
 }
 
 void ButtonItem::paintEvent(QPaintEvent *event) {

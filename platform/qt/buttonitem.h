@@ -23,6 +23,7 @@ class ButtonItem final : public QPushButton, public Item {
   void explain(const QString &words) override { hint_.tell(words); }
 
  protected:
+  void initStyleOption(QStyleOptionButton *option) const override;
   void paintEvent(QPaintEvent *event) override;
   void keyPressEvent(QKeyEvent *event) override;
 

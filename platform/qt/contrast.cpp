@@ -142,12 +142,24 @@ QColor standingOut(const QColor &color, std::initializer_list<QColor> grounds, q
   return best;
 }
 
-QPalette legible(QPalette palette) {
-  palette.setResolveMask({});
-  darkenDisabledButtons(palette);
+// Kept for the palette last asked for, as every dialog asks.
+QPalette legible(const QPalette &palette) {
+  static QPalette asked, made;
+  if (made.resolveMask() != 0 && asked == palette) return made;
+  asked = made = palette;
+  made.setResolveMask({});
+  darkenDisabledButtons(made);
   for (const auto group : {QPalette::Active, QPalette::Inactive, QPalette::Disabled})
-    makeLegible(palette, group);
-  return palette;
+    makeLegible(made, group);
+  return made;
+}
+
+QPalette shared(const QPalette &palette) {
+  static QPalette kept;
+  if (kept != palette) kept = palette;
+  QPalette same = kept;
+  same.setCurrentColorGroup(palette.currentColorGroup());
+  return same;
 }
 
 // Kept for the colours last asked for, as fields ask at every key.

@@ -21,7 +21,11 @@ QColor standingOut(const QColor &color, std::initializer_list<QColor> grounds, q
 
 // The palette with its texts, those of disabled items too, told apart from their grounds. What is
 // told apart already stays, and follows the desktop's palette when that changes.
-QPalette legible(QPalette palette);
+QPalette legible(const QPalette &palette);
+
+// One and the same palette for all that are equal. A style keeps pictures of what it draws by the
+// palette's identity, and each widget has a palette of its own.
+QPalette shared(const QPalette &palette);
 
 // The colours of lines between a window and an item with this ground: Base for fields, Button for
 // pop-ups and buttons. They are those of enabled items.

@@ -7,9 +7,10 @@
 #include <QFontMetrics>
 #include <QKeyEvent>
 #include <QMimeData>
-#include <QScrollBar>
 #include <QStyleOptionFrame>
 #include <QStylePainter>
+
+#include "platform/qt/scrollbar.h"
 
 namespace korvel::platform::qt {
 namespace {
@@ -44,7 +45,7 @@ LinesEdit::LinesEdit(QWidget *parent) : QPlainTextEdit(parent) {
   setTabChangesFocus(true);
   setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
   setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-  verticalScrollBar()->setContextMenuPolicy(Qt::PreventContextMenu);
+  setVerticalScrollBar(new ScrollBar(Qt::Vertical, this));
   document()->setDocumentMargin(kMargin);
   const int inside = std::max(0, kFrame - frameWidth());
   // A pixel more at the bottom is what the toolkit asks for to show the last line that fits.
@@ -73,7 +74,8 @@ void LinesEdit::setText(const QString &text) {
 // entered.
 void LinesEdit::noteChange() {
   QString now = text();
-  if (isSetting_ || now == known_) return;
+  if (isSetting_ || (now == known_ && !isEntering_)) return;
+  isEntering_ = false;
   known_ = std::move(now);
   onEdited();
 }
@@ -111,9 +113,11 @@ void LinesEdit::stayOnOneLine() {
 
 void LinesEdit::insert(const QString &text) {
   QTextCursor cursor = textCursor();
+  isEntering_ = true;
   cursor.beginEditBlock();
   cursor.insertText(text);
   cursor.endEditBlock();
+  isEntering_ = false;
   ensureCursorVisible();
 }
 
@@ -131,8 +135,16 @@ void LinesEdit::keyPressEvent(QKeyEvent *event) {
   if (endsEntry(event->key())) {
     event->ignore();
   } else {
+    isEntering_ = true;
     QPlainTextEdit::keyPressEvent(event);
+    isEntering_ = false;
   }
+}
+
+void LinesEdit::inputMethodEvent(QInputMethodEvent *event) {
+  isEntering_ = !event->commitString().isEmpty();
+  QPlainTextEdit::inputMethodEvent(event);
+  isEntering_ = false;
 }
 
 // The middle button pastes where it is pressed.

@@ -49,6 +49,7 @@ class LinesEdit : public QPlainTextEdit {
  protected:
   bool event(QEvent *event) override;
   void keyPressEvent(QKeyEvent *event) override;
+  void inputMethodEvent(QInputMethodEvent *event) override;
   void mousePressEvent(QMouseEvent *event) override;
   void focusInEvent(QFocusEvent *event) override;
   void focusOutEvent(QFocusEvent *event) override;
@@ -59,6 +60,7 @@ class LinesEdit : public QPlainTextEdit {
 
   QString known_;  // the text of the last change
   bool isSetting_ = false;
+  bool isEntering_ = false;  // what is entered is a change, also where it looks as before
   int maxLength_ = 32767;
 };
 

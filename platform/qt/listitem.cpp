@@ -8,11 +8,11 @@
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
-#include <QScrollBar>
 
 #include "platform/qt/contrast.h"
 #include "platform/qt/fieldaccess.h"
 #include "platform/qt/outline.h"
+#include "platform/qt/scrollbar.h"
 #include "platform/qt/text.h"
 
 namespace korvel::platform::qt {
@@ -61,8 +61,8 @@ ListItem::ListItem(QWidget *parent, HitSink &sink, int number)
   setAutoScroll(false);
   connect(selectionModel(), &QItemSelectionModel::selectionChanged, this,
           [this] { selectionChangedByOthers(); });
-  for (QScrollBar *bar : {horizontalScrollBar(), verticalScrollBar()})
-    bar->setContextMenuPolicy(Qt::PreventContextMenu);
+  setHorizontalScrollBar(new ScrollBar(Qt::Horizontal, this));
+  setVerticalScrollBar(new ScrollBar(Qt::Vertical, this));
 }
 
 bool ListItem::hasOutline() const { return frameShape() != NoFrame && !isStyledByForm(*this); }

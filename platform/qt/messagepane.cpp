@@ -9,12 +9,12 @@
 #include <QPaintEvent>
 #include <QPainter>
 #include <QPushButton>
-#include <QScrollBar>
 #include <QStyle>
 #include <QStyleOptionFocusRect>
 
 #include "platform/qt/appearance.h"
 #include "platform/qt/screenfont.h"
+#include "platform/qt/scrollbar.h"
 #include "platform/qt/text.h"
 
 namespace korvel::platform::qt {
@@ -26,11 +26,11 @@ constexpr int kTab = 4;  // blanks
 constexpr int kAirBelow = 5;
 
 // A bar under the lines is slim, to leave them their room.
-class SlimBar final : public QScrollBar {
+class SlimBar final : public ScrollBar {
  public:
-  explicit SlimBar(QWidget *parent) : QScrollBar(Qt::Horizontal, parent) {}
+  explicit SlimBar(QWidget *parent) : ScrollBar(Qt::Horizontal, parent) {}
 
-  QSize sizeHint() const override { return {QScrollBar::sizeHint().width(), kHeight}; }
+  QSize sizeHint() const override { return {ScrollBar::sizeHint().width(), kHeight}; }
 
  private:
   static constexpr int kHeight = 8;
@@ -117,13 +117,12 @@ MessagePane::MessagePane(QWidget *window, const Rect &rect, std::string_view tex
     : QScrollArea(window) {
   setFrameShape(NoFrame);
   setHorizontalScrollBar(new SlimBar(this));
+  setVerticalScrollBar(new ScrollBar(Qt::Vertical, this));
   setWidget(new MessageLines(inLines(text), style, toQt(rect).size()));
   widget()->setAutoFillBackground(false);
   viewport()->setAutoFillBackground(false);
-  for (QScrollBar *bar : {horizontalScrollBar(), verticalScrollBar()}) {
+  for (QScrollBar *bar : {horizontalScrollBar(), verticalScrollBar()})
     bar->setSingleStep(style.linePitch);
-    bar->setContextMenuPolicy(Qt::PreventContextMenu);
-  }
   const bool hasBarBelow = widget()->width() > rect.width();
   setGeometry(toQt(rect).adjusted(0, 0, 0, hasBarBelow ? 0 : -kAirBelow));
   setFocusPolicy(scrolls() ? Qt::TabFocus : Qt::NoFocus);

@@ -2,8 +2,10 @@
 #include "platform/qt/popupitem.h"
 
 #include <QStringListModel>
+#include <QStyleOptionComboBox>
 #include <QWheelEvent>
 
+#include "platform/qt/contrast.h"
 #include "platform/qt/fieldaccess.h"
 #include "platform/qt/outline.h"
 #include "platform/qt/text.h"
@@ -20,6 +22,11 @@ PopUpItem::PopUpItem(QWidget *window, HitSink &sink, int number, const Appearanc
                      const Rect &rect)
     : PopUpItem(window, sink, number) {
   setGeometry(appearance.popUp(rect));
+}
+
+void PopUpItem::initStyleOption(QStyleOptionComboBox *option) const {
+  QComboBox::initStyleOption(option);
+  option->palette = shared(option->palette);
 }
 
 void PopUpItem::paintEvent(QPaintEvent *event) {

@@ -31,6 +31,7 @@ class PopUpItem final : public QComboBox, public Item {
   void chooseByPerson(int index);
 
  protected:
+  void initStyleOption(QStyleOptionComboBox *option) const override;
   void paintEvent(QPaintEvent *event) override;
   // The wheel scrolls what is under the pop-up; it never changes the choice.
   void wheelEvent(QWheelEvent *event) override;

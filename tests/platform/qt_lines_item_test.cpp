@@ -446,5 +446,22 @@ TEST_F(QtLinesItem, ASecretStaysOnOneLineAndHidden) {
   EXPECT_EQ(seen, QStringList{QString(201, '*')}) << "while its hit was handled";
 }
 
+TEST_F(QtLinesItem, ASecretReplacedByAsManyCharactersIsAnother) {
+  masked();
+  dialog_->setText(kLines, "****");
+  hits_.on(kLines,
+           [&] { dialog_->setText(kLines, std::string(dialog_->text(kLines).size(), '*')); });
+  edit([](QPlainTextEdit &shown) { shown.selectAll(); });
+  person_.paste(kLines, "9876");
+  EXPECT_EQ(run(), Lines{"3 text 9876"});
+}
+
+TEST_F(QtLinesItem, ACharacterTypedOverItselfIsAHit) {
+  dialog_->setText(kLines, "a");
+  edit([](QPlainTextEdit &shown) { shown.selectAll(); });
+  person_.type(kLines, "a");
+  EXPECT_EQ(run(), Lines{"3 text a"});
+}
+
 }  // namespace
 }  // namespace korvel::platform
