@@ -140,6 +140,7 @@ Appearance Appearance::ofDesktop() {
   appearance.font = inSize(desktopFont, found.pixelSize);
   appearance.fieldFont = inSize(desktopFont, found.fieldSize);
   appearance.lineHeight = QFontMetrics(appearance.font).height();
+  appearance.fieldLineHeight = QFontMetrics(appearance.fieldFont).height();
   appearance.overhang = found.overhang;
   appearance.textMargins = marginsIntoRectangle(appearance.fieldFont);
   return appearance;

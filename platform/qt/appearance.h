@@ -24,6 +24,7 @@ struct Appearance {
   // Of edit texts: larger where the desktop's is and a field has the room.
   QFont fieldFont;
   int lineHeight;
+  int fieldLineHeight;
   // How far accents on capitals rise above a line, and descenders fall below it.
   int overhang;
   // Text margins of a line edit that put its text exactly into the classic rectangle.
@@ -37,8 +38,9 @@ struct Appearance {
   // With the overhang above and below.
   QRect staticText(const Rect &rect) const;
 
-  // True for a rectangle with room for two lines of text or more.
+  // True for a rectangle with room for two lines of text or more; of a field's text.
   bool hasSeveralLines(const Rect &rect) const { return rect.height() >= 2 * lineHeight; }
+  bool fieldHasSeveralLines(const Rect &rect) const { return rect.height() >= 2 * fieldLineHeight; }
 };
 
 QRect toQt(const Rect &rect);

@@ -138,7 +138,7 @@ Item *QtDialog::makeItem(ItemKind kind, int number, const Rect &rect, std::strin
     case ItemKind::PopUp:
       return new PopUpItem(&window_, *this, number, appearance_, rect);
     case ItemKind::EditText:
-      if (appearance_.hasSeveralLines(rect))
+      if (appearance_.fieldHasSeveralLines(rect))
         return new LinesItem(&window_, *this, number, appearance_, rect);
       return new LineItem(&window_, *this, number, appearance_, rect);
     case ItemKind::None:
