@@ -79,10 +79,9 @@ void AltLetters::give(const std::vector<Item *> &buttons, QString taken) {
 
 bool AltLetters::take(const QKeyEvent &key) {
   if (key.key() == Qt::Key_Alt) underline(key.type() == QEvent::KeyPress);
-  if (!isWithAlt(key) || !typesSomething(key)) return false;
+  if (key.type() == QEvent::KeyRelease || !isWithAlt(key) || !typesSomething(key)) return false;
   // An open pop-up or menu has the keys.
-  const bool isFirst = key.type() == QEvent::KeyPress && !key.isAutoRepeat();
-  if (isFirst && QApplication::activePopupWidget() == nullptr)
+  if (!key.isAutoRepeat() && QApplication::activePopupWidget() == nullptr)
     press(plainLetter(key.text().front()));
   return true;
 }

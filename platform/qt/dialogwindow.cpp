@@ -108,6 +108,7 @@ void DialogWindow::setFrontOf(QWidget *window) {
 
 void DialogWindow::takeFocusFrom(QWindow *window) {
   if (window == nullptr || QApplication::activeModalWidget() != this) return;
+  if (leavesKeys_ && behind_ != nullptr && window == behind_->windowHandle()) blockBehind();
   if (isBehind(window, *windowHandle())) activateWindow();
 }
 

@@ -51,7 +51,10 @@ void keepLastWordsShort() {
   if (!isOnX11()) return;
   using Handler = int(void *);
   const auto setHandler = functionOf<Handler *(Handler *)>("libX11.so.6", "XSetIOErrorHandler");
-  if (setHandler != nullptr) setHandler([](void *) { return 0; });
+  if (setHandler == nullptr) return;
+  Handler *const before = setHandler(nullptr);  // sets the library's own, which is read by the next
+  Handler *const standard = setHandler([](void *) { return 0; });
+  if (before != standard) setHandler(before);
 }
 
 }  // namespace korvel::platform::qt

@@ -1,7 +1,7 @@
 // For platform/qt/: the X server that shows the windows, and its end.
 //
 // Under Wayland the toolkit itself watches the compositor, and ends the process with a line of its
-// own as soon as it goes away.
+// own the next time that it handles events.
 #ifndef KORVEL_PLATFORM_QT_XSERVER_H
 #define KORVEL_PLATFORM_QT_XSERVER_H
 
@@ -15,7 +15,7 @@ bool xServerAnswers();
 bool xServerHasGone();
 
 // When the server goes away under a dialog, the toolkit says so in a line and ends the process. Has
-// the library below it say nothing more.
+// the library below it say nothing more, unless the application listens there.
 void keepLastWordsShort();
 
 }  // namespace korvel::platform::qt
