@@ -31,9 +31,12 @@ press() {
   local key
   for key in "$@"; do
     if on_wayland; then
-      local modifiers=() modifier
-      for modifier in $(tr + ' ' <<<"${key%"${key##*+}"}"); do modifiers+=(-M "$modifier"); done
-      wtype ${modifiers[@]+"${modifiers[@]}"} -k "${key##*+}"
+      local down=() up=() modifier
+      for modifier in $(tr + ' ' <<<"${key%"${key##*+}"}"); do
+        down+=(-M "$modifier")
+        up+=(-m "$modifier")
+      done
+      wtype ${down[@]+"${down[@]}"} -k "${key##*+}" ${up[@]+"${up[@]}"}
     else
       xdotool key --clearmodifiers "$key"
     fi
