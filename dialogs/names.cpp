@@ -28,6 +28,7 @@ constinit std::vector<Name> *names = nullptr;
 bool nameIdentified(int identifier, std::string_view text) {
   if (runningScreen() != nullptr) return false;
   for (const FieldType *type : kFieldTypes) {
+    if (identifier < *type->use.firstItem) continue;  // see fieldOf()
     const auto i = fieldOf(*type, identifier);
     if (!i) continue;
     nameField(*type, *i, text);

@@ -50,8 +50,8 @@
    minimal, vnc, eglfs, linuxfb and the like), also of the application's own QApplication, counts as
    no screen, unless the environment variable KORVEL_UNSEEN is 1, which says that it is meant. When
    the X server goes away between two dialogs, the later ones end as without a screen. Under a
-   dialog, and under Wayland at any time, Qt then ends the process with a line on standard error and
-   exit status 1. */
+   dialog, and under Wayland between two as well, Qt then ends the process with a line on standard
+   error and exit status 1. */
 #ifndef KORVEL_DIALOGS_H
 #define KORVEL_DIALOGS_H
 

@@ -143,7 +143,7 @@ void TextItem<Editor>::tellChange() {
   dropUndoSteps();
 }
 
-// The characters of a secret never reach the line edit, which would tell a screen reader.
+// The characters of a secret never reach the editor, which would tell a screen reader.
 template <typename Editor>
 QString TextItem<Editor>::shownFor(const QString &entered) {
   const qsizetype kept = Editor::text().size() - selectedText().size();

@@ -123,7 +123,7 @@ TEST_F(QtMark, IsSeenAndDescribedOnEveryKindOfField) {
 // As it is shown: a long one is rich text, which is wrapped.
 QString toolTipOf(const QWidget &widget) {
   const QString told = widget.toolTip();
-  return Qt::mightBeRichText(told) ? QTextDocumentFragment::fromHtml(told).toPlainText() : told;
+  return Qt::mightBeRichText(told) ? QTextDocumentFragment::fromHtml(told).toRawText() : told;
 }
 
 TEST_F(QtMark, TellsWhatIsExpectedWhereTheMouseRests) {
