@@ -287,6 +287,18 @@ TEST_P(QtThemes, AnOpenDialogFollowsAChangeOfTheTheme) {
             kTextContrast);
 }
 
+// Half-way between black and white, which both have little more contrast than is asked for.
+constexpr Theme kGrey = {"Grey", 0x757575, 0xFFFFFF, 0x000000, 0x808080, 0x000080, 0xFFFFFF};
+class QtGrey : public QtThemes {};
+INSTANTIATE_TEST_SUITE_P(Of, QtGrey, testing::Values(kGrey),
+                         [](const auto &theme) { return theme.param.name; });
+
+TEST_P(QtGrey, ADisabledTextHasTheMostContrastThereIs) {
+  const QPalette &used = window()->palette();
+  EXPECT_EQ(used.color(QPalette::Disabled, QPalette::WindowText), QColor(Qt::white));
+  EXPECT_GE(contrast(Qt::white, used.color(QPalette::Window)), kTextContrast);
+}
+
 // ---- Looks that others chose ----
 
 class QtOwnLook : public QtThemes {};
