@@ -6,7 +6,6 @@
 #include <cstdlib>
 #include <cstring>
 #include <fstream>
-#include <vector>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -17,14 +16,14 @@ namespace korvel::bench {
 bool readAndScan(const std::string &path) {
   constexpr std::size_t kBlock = 256 * 1024;
   constexpr char kAbsent = '\x01';
-  static std::vector<char> block(kBlock);
+  // As the kernel copies best; some bytes further some processors take six times as long.
+  alignas(4096) static char block[kBlock];
   const int file = open(path.c_str(), O_RDONLY | O_CLOEXEC);
   bool found = false;
   ssize_t got = 0;
   do {
-    got = read(file, block.data(), kBlock);
-    found |=
-        got > 0 && std::memchr(block.data(), kAbsent, static_cast<std::size_t>(got)) != nullptr;
+    got = read(file, block, kBlock);
+    found |= got > 0 && std::memchr(block, kAbsent, static_cast<std::size_t>(got)) != nullptr;
   } while (got == static_cast<ssize_t>(kBlock));
   close(file);
   return found;
