@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For shell/, files/, profile/, tables/, platform/, draw/, messages/ and dialogs/: the guard of the
 // exported functions, and of the seam to the desktop.
 #ifndef KORVEL_BASE_GUARD_H

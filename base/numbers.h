@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For dates/, profile/, platform/ and draw/: numbers that have to fit an int.
 #ifndef KORVEL_BASE_NUMBERS_H
 #define KORVEL_BASE_NUMBERS_H

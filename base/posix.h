@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For shell/, files/, profile/, tables/ and platform/: what system calls need everywhere.
 #ifndef KORVEL_BASE_POSIX_H
 #define KORVEL_BASE_POSIX_H

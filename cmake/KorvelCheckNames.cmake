@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # korvel_check_names(<target>): the target's build fails when one of its objects defines a name that
 # is reserved, the name of an exported variable of the library. The library would use the
 # application's variable in place of its own; a static one, and one in a namespace, is nobody's

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Run by what korvel_check_names adds to a target's build. NM: the program nm; LIBRARY: libkorvel.so;
 # OBJECTS: a file that names one object a line.
 cmake_minimum_required(VERSION 3.25)

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # What `cmake --install` puts where, and how an application finds it: find_package(korvel) with the
 # target korvel::korvel and the function korvel_check_names, or `pkg-config korvel`. The desktop
 # module and the default resources are installed by platform/.

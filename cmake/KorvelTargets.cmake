@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # How every target of the project is compiled.
 
 # With these is linked whatever loads the library or is a part of it; a program in C brings the C++

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For codecs/: decimal digits, one at a time and eight at once. Reals are written fast because
 // their digits are.
 //

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Integers to text and back. Short texts are read and written without a branch on their content.
 #include "codecs/integer.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For codecs/, dialogs/ and profile/: the codec of integers behind the exported functions.
 #ifndef KORVEL_CODECS_INTEGER_H
 #define KORVEL_CODECS_INTEGER_H

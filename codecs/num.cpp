@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Numbers of a fixed width: runs of decimal characters without terminator.
 #include "codecs/num.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For codecs/, dates/ and tables/: numbers of a fixed width, without terminator.
 #ifndef KORVEL_CODECS_NUM_H
 #define KORVEL_CODECS_NUM_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For codecs/ and dialogs/: the codec of reals behind the exported functions.
 #ifndef KORVEL_CODECS_REAL_H
 #define KORVEL_CODECS_REAL_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Texts to reals, by sums that have the same bits on every machine.
 #include <array>
 #include <cstddef>

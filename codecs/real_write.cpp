@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Reals to texts: fixed decimals, and significant digits with an exponent.
 #include <algorithm>
 #include <array>

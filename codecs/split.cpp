@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Reals split into integral part and fraction, doubles as the writers split them.
 #include "codecs/split.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For codecs/: the integral part of a real, for the writers and for splitting.
 #ifndef KORVEL_CODECS_SPLIT_H
 #define KORVEL_CODECS_SPLIT_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For codecs/, dates/ and dialogs/: the status codes of the conversions by what they mean inside.
 // They are ints, as both branches of a conditional have to be.
 #ifndef KORVEL_CODECS_STATUS_H

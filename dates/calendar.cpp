@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Dates as numbers: the calendar, days added and taken off, minutes counted.
 #include "dates/calendar.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For dates/ and dialogs/: the calendar behind the exported functions.
 #ifndef KORVEL_DATES_CALENDAR_H
 #define KORVEL_DATES_CALENDAR_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The current date and time as stored texts, from a clock that tests can replace.
 #include "dates/clock.h"
 

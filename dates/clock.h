@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For dates/: the clock that the library reads.
 #ifndef KORVEL_DATES_CLOCK_H
 #define KORVEL_DATES_CLOCK_H

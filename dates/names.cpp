@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // French names of months and days, in the bytes of the DOS Latin code page.
 #include <cstddef>
 #include <iterator>

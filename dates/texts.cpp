@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Display dates turned into stored ones and back.
 #include "dates/texts.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For dates/ and tables/: display dates as stored ones.
 #ifndef KORVEL_DATES_TEXTS_H
 #define KORVEL_DATES_TEXTS_H

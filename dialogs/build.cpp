@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Builds a dialog out of the tables alone, without a template.
 #include "dialogs/build.h"
 

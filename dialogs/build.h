@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For dialogs/: dialogs built from the tables.
 #ifndef KORVEL_DIALOGS_BUILD_H
 #define KORVEL_DIALOGS_BUILD_H

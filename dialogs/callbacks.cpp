@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The application's two callbacks, and the error text of the final one.
 #include "dialogs/callbacks.h"
 

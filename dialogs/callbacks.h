@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For dialogs/: calls of the application's two callbacks, and of code that may throw.
 #ifndef KORVEL_DIALOGS_CALLBACKS_H
 #define KORVEL_DIALOGS_CALLBACKS_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Check boxes, from their tables and description to their items and hits.
 #include <algorithm>
 #include <iterator>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Date fields, each of three items for day, month and year, and the validation of a date. A date is
 // the number yyyymmdd.
 #include <array>

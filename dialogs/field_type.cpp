@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What all kinds of fields share: taking into use, placing, flags, and the validation of all.
 #include "dialogs/field_type.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For dialogs/: what a kind of field is. Each kind is one row of FieldType, in a source of its own
 // that holds all about it, from its tables to its hits.
 #ifndef KORVEL_DIALOGS_FIELD_TYPE_H

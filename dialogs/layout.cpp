@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Sizes and places in pixels, of dialogs, button pairs and fields.
 #include "dialogs/layout.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For dialogs/: places and sizes in pixels, from dialog units. A unit is 2 pixels across; down it
 // is 7/4 of a pixel in places and 5/4 in heights, truncated toward zero.
 #ifndef KORVEL_DIALOGS_LAYOUT_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The marks on the screen of items that keep OK disabled. They are worked out over all kinds of
 // fields, as several fields may lead to one item.
 #include "dialogs/marks.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For dialogs/: the marks on the screen of items that keep OK disabled.
 #ifndef KORVEL_DIALOGS_MARKS_H
 #define KORVEL_DIALOGS_MARKS_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Names of fields for screen readers, where no text stands beside a field. They are kept here, not
 // in an exported table: they concern one run.
 #include "dialogs/names.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For dialogs/: the names that an application gives to fields, for screen readers.
 #ifndef KORVEL_DIALOGS_NAMES_H
 #define KORVEL_DIALOGS_NAMES_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Number fields, which show a number with a fixed count of decimals.
 #include <algorithm>
 #include <iterator>

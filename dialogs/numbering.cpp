@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Which item belongs to which field. The exported tables may hold anything: sums are made in 64
 // bits, and indexes checked.
 #include "dialogs/numbering.h"

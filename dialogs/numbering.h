@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For dialogs/: which item belongs to which field, both ways.
 #ifndef KORVEL_DIALOGS_NUMBERING_H
 #define KORVEL_DIALOGS_NUMBERING_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The choice of a practitioner: a dialog of the library's own, described like any other.
 #include <algorithm>
 #include <cstddef>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Push buttons, from their tables and description to their items and actions.
 #include <algorithm>
 #include <iterator>

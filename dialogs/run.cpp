@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The run of a dialog: filling its items, handling hits, ending.
 #include "dialogs/run.h"
 

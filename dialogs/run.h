@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For dialogs/: the one dialog that may be up, from its making to its end, and changes of its
 // fields.
 #ifndef KORVEL_DIALOGS_RUN_H

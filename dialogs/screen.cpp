@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The dialog's items as the kinds of fields see them.
 #include "dialogs/screen.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For dialogs/: the dialog's items as the kinds of fields see them. Texts are CP1252 on this side,
 // and in the screen's set on the other.
 #ifndef KORVEL_DIALOGS_SCREEN_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Title, size, background and the button pair of later dialogs.
 #include <algorithm>
 #include <iterator>

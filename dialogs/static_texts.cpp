@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Static texts, group boxes and icons: what a dialog shows besides its items.
 #include "dialogs/static_texts.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For dialogs/: static texts, group boxes and icons, as dialogs are described and built.
 #ifndef KORVEL_DIALOGS_STATIC_TEXTS_H
 #define KORVEL_DIALOGS_STATIC_TEXTS_H

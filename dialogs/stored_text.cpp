@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The texts of the exported tables: slices of a store, or buffers of the application.
 #include "dialogs/stored_text.h"
 

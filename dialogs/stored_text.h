@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For dialogs/: the texts of the exported tables, read and written within their room.
 #ifndef KORVEL_DIALOGS_STORED_TEXT_H
 #define KORVEL_DIALOGS_STORED_TEXT_H

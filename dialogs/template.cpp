@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Runs a dialog whose layout is a template file of the resource folder.
 #include <algorithm>
 #include <iterator>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Text fields: edit texts, pop-ups and lists. A built dialog chooses the item by the marks in the
 // tables, a template by its form; from then on the kind of the item counts.
 #include "dialogs/text_fields.h"

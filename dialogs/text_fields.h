@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For dialogs/: the texts of text fields, and their description by the library's own dialogs.
 #ifndef KORVEL_DIALOGS_TEXT_FIELDS_H
 #define KORVEL_DIALOGS_TEXT_FIELDS_H

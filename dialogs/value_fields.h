@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For dialogs/: what integer, number and date fields share. Each holds a value, which a validation
 // function of the application's choice reads from the text that was entered.
 #ifndef KORVEL_DIALOGS_VALUE_FIELDS_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For draw/: the escapes of rich text. A new code is a new row.
 #ifndef KORVEL_DRAW_ESCAPES_H
 #define KORVEL_DRAW_ESCAPES_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The chosen font: its name and offset, which all ports share, and its measures.
 #include "draw/fonts.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For draw/ and messages/: the chosen font, which all ports share, and its measures.
 #ifndef KORVEL_DRAW_FONTS_H
 #define KORVEL_DRAW_FONTS_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The palette of 16 colours, KorvelBlack to KorvelWhite: any number leads to one of them.
 #include "draw/palette.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For draw/: the palette's colours as values.
 #ifndef KORVEL_DRAW_PALETTE_H
 #define KORVEL_DRAW_PALETTE_H

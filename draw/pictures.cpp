@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Pictures by name, drawn or measured. They are kept, as reading one costs far more than drawing
 // it.
 #include "draw/pictures.h"

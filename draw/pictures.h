@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For draw/: pictures by name, kept as long as their files stay the same.
 #ifndef KORVEL_DRAW_PICTURES_H
 #define KORVEL_DRAW_PICTURES_H

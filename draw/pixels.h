@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For draw/: positions that a caller may have chosen anywhere in the range of an int.
 #ifndef KORVEL_DRAW_PIXELS_H
 #define KORVEL_DRAW_PIXELS_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The ports that the library hands out, and which of them is current.
 #include "draw/ports.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For draw/, messages/ and dialogs/: ports, their surfaces, and which one is current.
 #ifndef KORVEL_DRAW_PORTS_H
 #define KORVEL_DRAW_PORTS_H

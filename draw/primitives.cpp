@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Lines and framed rectangles, drawn alike for rich text and for the exported functions.
 #include "draw/primitives.h"
 

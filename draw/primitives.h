@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For draw/: lines and framed rectangles on a surface. Both leave the foreground black.
 #ifndef KORVEL_DRAW_PRIMITIVES_H
 #define KORVEL_DRAW_PRIMITIVES_H

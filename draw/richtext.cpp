@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Rich text: one line with tabs, bullets, pictures, lines and frames, drawn or measured.
 #include <algorithm>
 #include <cstdint>

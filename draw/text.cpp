@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Plain text: a run of at most 255 bytes, drawn or measured.
 #include "draw/text.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For draw/: plain text, drawn or measured.
 #ifndef KORVEL_DRAW_TEXT_H
 #define KORVEL_DRAW_TEXT_H

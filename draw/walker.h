@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For draw/: the walk over a rich text, which drawing and measuring share.
 //
 // The walker follows the current x and reads the escapes. A visitor draws or measures what they

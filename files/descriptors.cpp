@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The thin layer over the system's descriptors.
 #include <algorithm>
 #include <cstdint>

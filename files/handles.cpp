@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The table of open files behind the numbered handles.
 #include "files/handles.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For files/ and tables/: numbered file handles beyond what applications see. The size and position
 // of an open file are the fields of its slot, in DATA_FILE_TAB.
 #ifndef KORVEL_FILES_HANDLES_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For files/sorting.cpp: a stable sort that counts the inversions.
 //
 // Bubble sort makes exactly one exchange of neighbours per inversion, a pair of elements in the

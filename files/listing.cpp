@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Listings of folders given as colon paths; shell/ lists POSIX paths.
 #include "shell/listing.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Locks of whole files by flock(), fair between processes.
 #include "files/lock.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For files/, tables/ and profile/: changes of one file wait for each other, those of other
 // processes included and, where the file system passes locks on, those of other machines.
 //

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Memory files and the memory blocks of the handles.
 #include "files/memory.h"
 

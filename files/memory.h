@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For files/, profile/ and tables/: memory files by their handles.
 #ifndef KORVEL_FILES_MEMORY_H
 #define KORVEL_FILES_MEMORY_H

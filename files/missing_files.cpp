@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Lists of strings that name files of one folder.
 #include <algorithm>
 #include <cstddef>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The functions of colon paths: what is there, folders made, entries removed and renamed.
 #include "files/paths.h"
 

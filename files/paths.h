@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For files/, profile/ and tables/: colon paths, and what they name.
 #ifndef KORVEL_FILES_PATHS_H
 #define KORVEL_FILES_PATHS_H

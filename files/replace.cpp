@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The steps of a replacement, in the order of files/replace.h.
 #include "files/replace.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For files/, tables/ and profile/: replaces the content of a file as a whole.
 //
 // Killing the process, filling the disk or losing power at any moment leaves the old content or

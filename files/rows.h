@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For files/: the rows of a file list.
 #ifndef KORVEL_FILES_ROWS_H
 #define KORVEL_FILES_ROWS_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For files/ and tables/: the rule by which both handle tables hand out their slots.
 #ifndef KORVEL_FILES_SLOTS_H
 #define KORVEL_FILES_SLOTS_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Lists of files sorted by name or by size, with the number of exchanges that bubble sort would
 // make.
 #include <algorithm>

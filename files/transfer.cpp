@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Whole reads and writes, and files created with their exact mode.
 #include "files/transfer.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For files/, profile/ and tables/: whole reads and writes through descriptors, however many system
 // calls they take.
 #ifndef KORVEL_FILES_TRANSFER_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The window of questions and notes: its items and its run. While it runs, its port is the
 // current one.
 #include "messages/box.h"

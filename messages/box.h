@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For messages/ and dialogs/: the one box that questions and notes share.
 #ifndef KORVEL_MESSAGES_BOX_H
 #define KORVEL_MESSAGES_BOX_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The event filter of the boxes, for applications with an event loop of their own.
 #include <cstring>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A message's lines and the layout of its box, by themselves, so that tests need no desktop.
 #include "messages/layout.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For messages/: a message's lines, and the layout of its box in pixels.
 #ifndef KORVEL_MESSAGES_LAYOUT_H
 #define KORVEL_MESSAGES_LAYOUT_H

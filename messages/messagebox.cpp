@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Questions and notes: what applications pass, checked, broken into lines and asked.
 #include <string>
 

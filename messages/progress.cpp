@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The window of a long work, which the work's own loop keeps up to date: it is shown late, and what
 // the person does is looked at now and then. Most calls only look at the clock.
 #include "messages/progress.h"

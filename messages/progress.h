@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For messages/: the window of a long work.
 #ifndef KORVEL_MESSAGES_PROGRESS_H
 #define KORVEL_MESSAGES_PROGRESS_H

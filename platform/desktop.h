@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For dialogs/, draw/, messages/ and platform/: the seam between library and desktop.
 //
 // All windows pass through these classes, with their numbered items and their modal run, and so do

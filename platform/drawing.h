@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For draw/ and platform/: the drawing half of the seam between library and desktop.
 //
 // A port is a surface to draw on, with a font, two colours and a text mode of its own. All

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Lets the C++ runtime inside the library share its count of exceptions with the application's
 // runtime: an exception that a callback of the application threw and the library caught is then
 // over for both.

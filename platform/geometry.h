@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For dialogs/, draw/, messages/ and platform/: rectangles of the seam to the desktop.
 #ifndef KORVEL_PLATFORM_GEOMETRY_H
 #define KORVEL_PLATFORM_GEOMETRY_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Windows of the host application, which become owners of dialogs and surfaces to draw on.
 #include <korvel/desktop.h>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Where the library and the executable are, as the dynamic linker and /proc know it.
 #include "platform/librarypath.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For platform/: the folders of the library and of the application's executable.
 #ifndef KORVEL_PLATFORM_LIBRARYPATH_H
 #define KORVEL_PLATFORM_LIBRARYPATH_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Finds and loads the desktop module, and says on standard error why there is none.
 #include "platform/loader.h"
 

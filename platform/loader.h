@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For dialogs/, draw/, messages/ and platform/: where the library finds its desktop.
 #ifndef KORVEL_PLATFORM_LOADER_H
 #define KORVEL_PLATFORM_LOADER_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Finds resource files: the application's own first, then those installed with the library.
 #include "platform/resources.h"
 

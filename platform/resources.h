@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For dialogs/, draw/ and platform/: finds the application's resource files.
 #ifndef KORVEL_PLATFORM_RESOURCES_H
 #define KORVEL_PLATFORM_RESOURCES_H

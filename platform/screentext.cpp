@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The tables of the screen set, which belong to no toolkit.
 #include "platform/screentext.h"
 

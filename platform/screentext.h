@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For dialogs/ and platform/: the screen set, in which text crosses the seam.
 //
 // A byte below 0x80 is ASCII. The seven bytes 0x88 0x8D 0x8E 0x8F 0x90 0x95 0xA1 are the Mac

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Sections and keys are found line by line, past stretches of plain lines at once.
 #include "profile/find.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For profile/: finds sections and keys in the text of a profile.
 #ifndef KORVEL_PROFILE_FIND_H
 #define KORVEL_PROFILE_FIND_H

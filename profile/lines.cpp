@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Lines and characters, and the stretches of plain lines that need no look at each character.
 #include "profile/lines.h"
 

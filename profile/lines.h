@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For profile/: the lines of a profile and their characters.
 //
 // A line ends at a carriage return or at the end of the text. Line feeds are skipped everywhere:

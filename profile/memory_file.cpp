@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Files read into memory files, and memory files filled piece by piece.
 #include "profile/memory_file.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For profile/: a file to read, and a memory file for the time of a call.
 #ifndef KORVEL_PROFILE_MEMORY_FILE_H
 #define KORVEL_PROFILE_MEMORY_FILE_H

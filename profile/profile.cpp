@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The exported functions: profiles read and, under their locks, replaced as files. Searching and
 // rewriting, which know only texts, are elsewhere.
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The text around a change is copied in stretches; odd lines in it are mended one by one.
 #include "profile/rewrite.h"
 

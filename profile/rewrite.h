@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For profile/: the text of a profile with one key or one section changed.
 //
 // Every line is written with "\r\n" at its end and without other line feeds, cut at kRewriteLine

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The scan for every machine, and the choice of one.
 #include "profile/scan.h"
 

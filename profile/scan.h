@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For profile/: skips bytes that do not matter to the search for a key.
 #ifndef KORVEL_PROFILE_SCAN_H
 #define KORVEL_PROFILE_SCAN_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // scan_loop.h compiled for AVX2.
 #include "profile/scan_loop.h"
 

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The charts of docs/performance.md, as SVG texts that are the same for the same numbers. Both axes
 are logarithmic. Colours follow the reader's scheme, light or dark, and nothing is told by colour
 alone."""

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Prints how much of each folder of the library ran, from the counters of a build for coverage.
 
 Usage: count_lines.py <build folder> | --check

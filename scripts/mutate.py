@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """What scripts/mutate does; see there."""
 import collections
 import fcntl

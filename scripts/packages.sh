@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # shellcheck shell=bash disable=SC2034
 # Sourced by the scripts: the Debian packages each of them needs, asked for only when one is
 # missing.

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """performance.py <results>...: writes docs/performance.md and its charts from what the benchmark
 programs measured (their JSON files), for the workloads that bench/workloads.txt names. Where a
 workload was not measured it says so and fails; what was measured and has no row is told."""

@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
 """A mouse for a compositor without devices: plugged in until standard input ends, and moved and
 clicked as its lines say, "<x> <y> <button> <times>" in pixels of the screen.
 Usage: pointer.py <width> <height> (of the screen)

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # shellcheck shell=bash
 # Sourced by the scripts that run a command on a screen of its own: a folder for what belongs to the
 # screen, and the programs behind it, which end with the script.

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # shellcheck shell=bash
 # Sourced by scripts that play a person at the screen (see with-screen and with-wayland): keys and
 # clicks from outside the application, and pictures of what it shows.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For shell/: how command texts are put together.
 #ifndef KORVEL_SHELL_COMMAND_H
 #define KORVEL_SHELL_COMMAND_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For shell/: a descriptor that is closed with its owner.
 #ifndef KORVEL_SHELL_DESCRIPTOR_H
 #define KORVEL_SHELL_DESCRIPTOR_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A path exists when "ls -a" of it prints something: the name of anything but a folder, even of a
 // dangling link, and at least "." for a folder that may be read.
 #include "shell/existence.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For shell/: whether a path exists.
 #ifndef KORVEL_SHELL_EXISTENCE_H
 #define KORVEL_SHELL_EXISTENCE_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Copies and removals by "cp" and "rm", as the caller or as the super-user.
 #include <string>
 #include <string_view>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The listing of a folder without a process: readdir, a search for the pattern's bytes, a sort.
 #include "shell/folder.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For shell/: the names in a folder, read as "ls -1F" and "grep -i" print them.
 #ifndef KORVEL_SHELL_FOLDER_H
 #define KORVEL_SHELL_FOLDER_H

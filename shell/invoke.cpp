@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Commands run to their end, for the interface and for the other tools.
 #include "shell/invoke.h"
 

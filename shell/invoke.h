@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For shell/: commands run to their end.
 #ifndef KORVEL_SHELL_INVOKE_H
 #define KORVEL_SHELL_INVOKE_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The files of a folder, listed by "ls -1F" and "grep -i", or as these would list them.
 #include "shell/listing.h"
 

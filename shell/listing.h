@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For shell/ and files/: the files of a folder, as the tools list them.
 #ifndef KORVEL_SHELL_LISTING_H
 #define KORVEL_SHELL_LISTING_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Files and folders opened to all, as by "chmod 0777".
 #include "shell/mode.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For shell/ and files/: opening a file or folder to all.
 #ifndef KORVEL_SHELL_MODE_H
 #define KORVEL_SHELL_MODE_H

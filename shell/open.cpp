@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Documents shown by the desktop's own opener, which may end only when the viewer does.
 #include <chrono>
 #include <cstdlib>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Colon paths are converted here for both rules, with the volume looked for as each rule asks.
 #include "shell/posix_path.h"
 

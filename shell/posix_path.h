@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For shell/ and files/: colon paths to POSIX paths, by both rules of the interface.
 //
 // The rules differ in when the volume is dropped and the rest of the path taken from the root:

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Processes found by name: "ps -x -c | grep name", with whole names between the two.
 #include <string>
 #include <string_view>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The kernel keeps 15 bytes of a process's name, and `ps -c` shows no more. The rest is in the name
 // of the program's file, or, for a script, in the interpreter's arguments.
 #include "shell/processnames.h"

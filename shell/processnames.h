@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For shell/: names of processes, longer than the kernel keeps them.
 #ifndef KORVEL_SHELL_PROCESSNAMES_H
 #define KORVEL_SHELL_PROCESSNAMES_H

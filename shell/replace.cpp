@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What a copy may remove, told by the identity of files and not by their names.
 #include "shell/replace.h"
 

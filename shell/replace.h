@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For shell/: what a copy may remove to make room.
 #ifndef KORVEL_SHELL_REPLACE_H
 #define KORVEL_SHELL_REPLACE_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The system's version, as packed decimal digits (0x1060 is 10.6.0), and its one bundle.
 #include "shell/system.h"
 

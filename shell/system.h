@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For shell/: which system the library believes to be on.
 #ifndef KORVEL_SHELL_SYSTEM_H
 #define KORVEL_SHELL_SYSTEM_H

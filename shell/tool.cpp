@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Commands spawned with the pipe, the environment and the signals that they need.
 #include "shell/tool.h"
 

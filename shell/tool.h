@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For shell/: one running shell command and the pipe to it.
 #ifndef KORVEL_SHELL_TOOL_H
 #define KORVEL_SHELL_TOOL_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For strings/: how a character argument, an int, compares with the bytes of a text.
 #ifndef KORVEL_STRINGS_BYTES_H
 #define KORVEL_STRINGS_BYTES_H

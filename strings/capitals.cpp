@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Texts in capitals: ASCII letters are changed by vectors, every other byte is looked up.
 #include "strings/capitals.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For strings/ and tables/: texts in capitals without diacritics.
 #ifndef KORVEL_STRINGS_CAPITALS_H
 #define KORVEL_STRINGS_CAPITALS_H

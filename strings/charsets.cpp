@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The two character-set conversions. Each changes few characters, so it needs no table and goes by
 // vectors.
 #include "strings/charsets.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For strings/, draw/, messages/ and dialogs/: texts of the application (CP1252) as the screen
 // takes them (Mac OS Roman), and back.
 #ifndef KORVEL_STRINGS_CHARSETS_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Comparison of texts and counted runs, exact and with wildcards, and search in them.
 #include "strings/compare.h"
 

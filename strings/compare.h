@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For strings/, tables/ and dialogs/: comparison of texts and byte runs.
 #ifndef KORVEL_STRINGS_COMPARE_H
 #define KORVEL_STRINGS_COMPARE_H

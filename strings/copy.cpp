@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Copies of counted runs and of terminated texts that never leave the buffer they fill.
 #include "strings/copy.h"
 

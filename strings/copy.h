@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For strings/, codecs/, tables/ and dialogs/: copies into buffers of a given capacity.
 #ifndef KORVEL_STRINGS_COPY_H
 #define KORVEL_STRINGS_COPY_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Insertion and deletion in terminated texts, in place.
 #include <algorithm>
 #include <cstddef>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Appends to a heap buffer of the application that grows as needed.
 #include "strings/growable.h"
 

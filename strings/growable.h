@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For strings/: the growing byte buffer behind szcopyex.
 #ifndef KORVEL_STRINGS_GROWABLE_H
 #define KORVEL_STRINGS_GROWABLE_H

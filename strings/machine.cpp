@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The C library has asked the processor when it was loaded. __builtin_cpu_supports would ask again,
 // by a constructor at load.
 #include "strings/machine.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For strings/, tables/ and profile/: which of their loops to run, those compiled for every machine
 // or those compiled for AVX2.
 #ifndef KORVEL_STRINGS_MACHINE_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Plain lines are found many at a time, by a look at their ends alone.
 #include "strings/plain_lines.h"
 

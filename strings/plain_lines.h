@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For strings/, tables/ and profile/: the lines of a text that a rewriting copies as they are.
 #ifndef KORVEL_STRINGS_PLAIN_LINES_H
 #define KORVEL_STRINGS_PLAIN_LINES_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For strings/ and codecs/: separated lists, texts whose items are separated by '+', ',' or '-'.
 #ifndef KORVEL_STRINGS_SEPARATED_LIST_H
 #define KORVEL_STRINGS_SEPARATED_LIST_H

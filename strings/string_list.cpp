@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Lists of strings: walks, and edits in place.
 #include "strings/string_list.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For strings/, tables/, files/ and dialogs/: lists of strings. Items follow each other, each ended
 // by a NUL; a second NUL follows the last.
 //

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Trimming at both ends, in place.
 #include "strings/trim.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For strings/ and codecs/: trimming of terminated texts in place.
 #ifndef KORVEL_STRINGS_TRIM_H
 #define KORVEL_STRINGS_TRIM_H

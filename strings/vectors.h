@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For strings/, tables/ and profile/: the bytes of one vector register, in the vectors that the
 // compiler makes of the machine's instructions.
 #ifndef KORVEL_STRINGS_VECTORS_H

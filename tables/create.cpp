@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A table's beginning, its end and its back-up: whole files made, removed and copied, where an edit
 // rewrites lines.
 #include <algorithm>

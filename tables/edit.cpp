@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The current line changed: in the table itself, or in the buffer first.
 #include <algorithm>
 #include <cstring>

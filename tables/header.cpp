@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The heading lines of a table: changed together with its name, or put back.
 #include <string_view>
 

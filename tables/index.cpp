@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Builds the index of a table's lines, and finds lines by it.
 #include "tables/index.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For tables/: where the lines of a table that stays in memory are, by their codes and numbers.
 //
 // Codes stand in an open-addressed table of line starts, a few bits of the code's hash beside each:

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Decides which tables stay in memory, and whether a copy still is what stands in its file.
 #include "tables/kept.h"
 

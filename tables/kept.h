@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For tables/: the tables that stay in memory, each as long as it is what stands in its file.
 //
 // The file remains the only truth. A table is opened at each call, and its file's identity looked

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For tables/: the texts that every table has, its lines and their fields.
 //
 // raw   the bytes between two carriage returns, as they are in the file

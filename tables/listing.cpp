@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The data lines of a table one after the other: their codes in a list, or each for a callback.
 #include "tables/listing.h"
 

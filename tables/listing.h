@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For tables/ and dialogs/: the data lines of a table, one after the other.
 #ifndef KORVEL_TABLES_LISTING_H
 #define KORVEL_TABLES_LISTING_H

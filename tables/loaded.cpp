@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Reads a whole file and makes lines of it.
 #include "tables/loaded.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For tables/: a table that is in memory as a whole.
 #ifndef KORVEL_TABLES_LOADED_H
 #define KORVEL_TABLES_LOADED_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // From a code to its label: the lookups, the further columns of the line found, and the choice
 // among the lines of a code by their validity periods.
 #include <span>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The rules by which a table's name becomes the path of its file.
 #include "tables/path.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For tables/: from a table's name to the path of its file.
 #ifndef KORVEL_TABLES_PATH_H
 #define KORVEL_TABLES_PATH_H

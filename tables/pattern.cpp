@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Picks the bytes of a text that are worth looking for: the rare ones.
 #include "tables/pattern.h"
 

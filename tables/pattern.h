@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For tables/: from a key or label to the bytes that a scan looks for.
 #ifndef KORVEL_TABLES_PATTERN_H
 #define KORVEL_TABLES_PATTERN_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Reads a table by blocks, with the slots of an application's own reading taken meanwhile.
 #include "tables/reader.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For tables/: the file of a table, read in large blocks, or as it is in memory.
 //
 // An application sees of it what it would see of a file that is first loaded whole into a memory

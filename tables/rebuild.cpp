@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Writes the text of an edited line: its fields, and what follows its first empty one.
 #include "tables/rebuild.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For tables/: a line with one of its fields replaced, or all of them.
 //
 // From the first empty field of a line on there are no more fields, but an edit must not lose what

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Copies a table line by line into its replacement and puts that in place.
 #include "tables/rewrite.h"
 

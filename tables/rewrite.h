@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For tables/: the one way in which a table is rewritten.
 //
 // The old file is read in large blocks, a few of which are in memory at any time. Lines that stay

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The kernel for every machine, the choice of one, and the counting of lines by it.
 #include "tables/scan.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For tables/: finds, in a stretch of whole lines, the places where a search may have its match, a
 // vector of bytes at a step.
 //

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // scan_kernel.h compiled for AVX2.
 #include "tables/scan_kernel.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For tables/scan*.cpp: the loops, written once and compiled for each instruction set.
 //
 // Each of those sources has a copy of its own and calls no inline function from elsewhere but a

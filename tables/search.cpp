@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // From a label to its code: searches by one column, with and without regard to case, and by several
 // criteria.
 #include <algorithm>

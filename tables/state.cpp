@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The exported state of the tables: the directories, and the current line that lookup, search and
 // editing share.
 #include "tables/state.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For tables/ and dialogs/: the directory of tables, and the current line, which lookup, search and
 // editing share.
 #ifndef KORVEL_TABLES_STATE_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The handle and the left-over file of an edit's temporary.
 #include "tables/temporary.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For tables/: what an application can tell of the file through which a table is rewritten.
 //
 // To an application, an edit goes through a file named like the table with '_' for its last

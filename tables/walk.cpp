@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Walks a table by candidates where its line ends are regular, and line by line where not; goes
 // straight to lines whose place is known.
 #include "tables/walk.h"

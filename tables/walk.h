@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For tables/: the walk over the lines of a table to the first one that passes a test.
 #ifndef KORVEL_TABLES_WALK_H
 #define KORVEL_TABLES_WALK_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Numbers to text and back, a million random values each, beside the standard library's own
 // conversions. The library's texts are terminated and trimmed in place; the peers are told where
 // their text ends and leave it without a terminator.

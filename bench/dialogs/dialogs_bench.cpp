@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A data-entry dialog of the library beside the same dialog made by hand with the toolkit, in one
 // process, on the toolkit's platform without a screen. Both are painted into memory.
 #include <string>

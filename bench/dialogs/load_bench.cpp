@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What loading the library and one call cost a program: two small C programs that differ in
 // nothing else are started in turns, with their functions bound at first use and at load.
 #include <algorithm>

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* What the library adds to a process that loads it and makes one call. */
 #include <korvel/strings.h>
 

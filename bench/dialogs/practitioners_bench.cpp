@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The choice among as many practitioners as there may be, beside a dialog made by hand with the
 // toolkit whose list has as many rows, in one process, on the toolkit's platform without a screen.
 #include <cstdio>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For bench/dialogs/ only: keys into the dialog that is up, and the moments at which it has
 // painted.
 #ifndef KORVEL_BENCH_DIALOGS_SCREEN_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Text drawn into an image and measured, beside the same made by hand with the toolkit, in one
 // process, on the toolkit's platform without a screen. The toolkit's painter stays open on its
 // image, its fonts, glyphs and pictures are prepared, and it is told where everything stands.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The file layer beside the system calls it is made of and beside what a user would take instead.
 #include <algorithm>
 #include <cstdio>

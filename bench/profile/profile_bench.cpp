@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Profiles beside the system calls that they need and beside other readers of such files: the
 // settings of Qt, the key files of GLib, inih. Each of them parses the file again for every call,
 // as the library does; QSettings, which would keep what it parsed, is given a file whose time has

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Path conversion and existence beside the stat that they need, and listings beside the bare
 // command and beside a program's own reading of the folder.
 #include <algorithm>

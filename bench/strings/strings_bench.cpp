@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The string primitives beside what a user would take instead.
 #include <algorithm>
 #include <cstring>

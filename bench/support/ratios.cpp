@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Reads what a benchmark measured and prints each row beside its peer.
 #include "bench/support/ratios.h"
 

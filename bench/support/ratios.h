@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For bench/ only: runs a workload beside its peers in one process and prints the ratios.
 //
 // A workload is a family of Google Benchmark benchmarks named "<workload>/<who>", where <who> is

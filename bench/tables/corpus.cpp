@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Writes the tables that the benchmarks search, and the same rows as a database.
 #include "bench/tables/corpus.h"
 

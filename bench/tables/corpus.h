@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For bench/tables/ only: the tables that the programs work on.
 #ifndef KORVEL_BENCH_TABLES_CORPUS_H
 #define KORVEL_BENCH_TABLES_CORPUS_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // One line replaced in tables of a hundred lines to a million, beside what else would replace it
 // and beside the mere writing, syncing and renaming of the same bytes ("write") or the copying of
 // the file ("copy"). On a disk, where every way syncs what it writes, and in memory, where syncing

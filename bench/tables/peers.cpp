@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The other ways to find or replace a line, against which the library is measured.
 #include "bench/tables/peers.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For bench/tables/ only: what else finds a line of a table, and what it costs to read one at all.
 #ifndef KORVEL_BENCH_TABLES_PEERS_H
 #define KORVEL_BENCH_TABLES_PEERS_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Lookups and searches in tables of a hundred lines to a million, beside what else would find the
 // line, beside the mere reading of the file ("limit") and beside the mere opening of it ("open").
 // The files are in the system's cache. Every table but the widest is kept in memory from the third

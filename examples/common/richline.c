@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* Escapes and their arguments as bytes (draw.h). */
 #include "richline.h"
 

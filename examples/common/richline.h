@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* Builds one line of rich text, piece by piece; shared by the examples. */
 #ifndef COMMON_RICHLINE_H
 #define COMMON_RICHLINE_H

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* Lists that are narrowed while first letters are typed. */
 #include "choices.h"
 

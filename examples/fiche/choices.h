@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* The rows of a list, joined by '$'. */
 #ifndef FICHE_CHOICES_H
 #define FICHE_CHOICES_H

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* The choice of a patient: a list of all records, narrowed by first letters. */
 #include "chooser.h"
 

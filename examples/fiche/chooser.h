@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* The dialog in which a patient is chosen. */
 #ifndef FICHE_CHOOSER_H
 #define FICHE_CHOOSER_H

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* Practitioners by the library's own chooser, and their lines in its table. */
 #include "doctors.h"
 

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* The practitioners that the practice works with: its table "MT.par". Texts are CP1252. */
 #ifndef FICHE_DOCTORS_H
 #define FICHE_DOCTORS_H

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* Specialities by the first letters of their names: searches with several criteria. */
 #include "drugs.h"
 

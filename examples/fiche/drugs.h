@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* The drug specialities on the market. Texts are CP1252. */
 #ifndef FICHE_DRUGS_H
 #define FICHE_DRUGS_H

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* The library's field tables and callbacks behind one small interface for all dialogs. */
 #include "form.h"
 

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* What the dialogs of the application are made of: fields with their labels, one callback for
    changes and one for the check at the end. Texts marked UTF-8 are the application's own; all
    others are CP1252. */

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* Bytes, capitals and order of CP1252, by tables of its own: no locale is needed. */
 #include "french.h"
 

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* French texts: sources are UTF-8, the library speaks CP1252. */
 #ifndef FICHE_FRENCH_H
 #define FICHE_FRENCH_H

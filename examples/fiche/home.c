@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* The choice of a commune: a list narrowed by first letters, in a dialog after the record. */
 #include "home.h"
 

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* The dialog in which the commune of a patient's home is chosen. */
 #ifndef FICHE_HOME_H
 #define FICHE_HOME_H

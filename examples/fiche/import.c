@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* A table file from elsewhere is copied beside its place and checked there; only a whole one that
    is not cancelled takes the place. */
 #include "import.h"

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* The import of a newer edition of a reference table. */
 #ifndef FICHE_IMPORT_H
 #define FICHE_IMPORT_H

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* The application of a small practice: patient records, practitioners, code tables and visit notes,
    from a menu. */
 #include "menu.h"

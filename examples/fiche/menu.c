@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* The menu: a form drawn with Qt Designer, shown as a dialog again after each task. */
 #include "menu.h"
 

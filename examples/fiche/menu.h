@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* The menu of the practice: the window from which everything is started. */
 #ifndef FICHE_MENU_H
 #define FICHE_MENU_H

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* Sentences put together as by printf, each kind with the flags of its box. */
 #include "message.h"
 

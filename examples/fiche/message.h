@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* Message boxes in front of the window that is active. Caption and format are UTF-8; what the
    format takes in is CP1252. */
 #ifndef FICHE_MESSAGE_H

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* The note as a page: headings, paragraphs, measures and fees, mostly in rich text. */
 #include "note.h"
 

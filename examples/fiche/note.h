@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* The note of a visit, drawn as a page. Texts are CP1252. */
 #ifndef FICHE_NOTE_H
 #define FICHE_NOTE_H

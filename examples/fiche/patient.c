@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* The largest dialog: all kinds of fields, codes looked up and an index computed while typing. */
 #include "patient.h"
 

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* The data-entry dialog of a patient's identity, birth, home and measures. */
 #ifndef FICHE_PATIENT_H
 #define FICHE_PATIENT_H

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* Countries, départements and communes from the reference tables, on a given day. */
 #include "places.h"
 

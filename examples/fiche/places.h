@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* Countries, départements and communes. Texts are CP1252; a function that finds nothing returns 0
    and leaves its outputs empty. */
 #ifndef FICHE_PLACES_H

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* Folders on the disk, made for their owner alone. */
 #define _POSIX_C_SOURCE 200809L
 #include "practice.h"

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* The folder of the practice, in which the application keeps everything. */
 #ifndef FICHE_PRACTICE_H
 #define FICHE_PRACTICE_H

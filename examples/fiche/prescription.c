@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* Lines of a prescription: specialities found by first letters, days and a dose. */
 #include "prescription.h"
 

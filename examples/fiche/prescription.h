@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* The dialog of a prescription, line by line. */
 #ifndef FICHE_PRESCRIPTION_H
 #define FICHE_PRESCRIPTION_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Printing through the library's drawing functions: a painter of the toolkit is lent to them. The
 // library has started the toolkit at the first dialog.
 #include "printer.h"

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* Printers and PDF files, by the toolkit. Texts are CP1252. */
 #ifndef FICHE_PRINTER_H
 #define FICHE_PRINTER_H

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* The dialog in front of a print: where to, and the set-up of the page. */
 #include "printing.h"
 

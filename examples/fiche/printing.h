@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* The printing of a visit's note. */
 #ifndef FICHE_PRINTING_H
 #define FICHE_PRINTING_H

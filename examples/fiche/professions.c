@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* A code table that is edited: lines added, renamed and removed, and its back-up. */
 #include "professions.h"
 

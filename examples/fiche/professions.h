@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* The practice's own table of professions. Texts are CP1252. */
 #ifndef FICHE_PROFESSIONS_H
 #define FICHE_PROFESSIONS_H

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* What is computed from a record, and today. */
 #include "record.h"
 

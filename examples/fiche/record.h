@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* A patient record. Texts are CP1252. */
 #ifndef FICHE_RECORD_H
 #define FICHE_RECORD_H

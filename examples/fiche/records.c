@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* Records as files: written whole beside the old one, read, and listed. */
 #define _POSIX_C_SOURCE 200809L
 #include "records.h"

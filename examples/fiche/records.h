@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* The records of the practice, a file each in the folder "Cabinet:fiches": lines "key=value",
    CP1252, ended by CR LF. */
 #ifndef FICHE_RECORDS_H

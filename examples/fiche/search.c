@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* A text is looked for in whatever case and with or without accents, in one file after the other.
  */
 #include "search.h"

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* The search of a text in the notes of all visits. */
 #ifndef FICHE_SEARCH_H
 #define FICHE_SEARCH_H

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* Settings: a section of a profile, and the dialog that changes it. */
 #include "settings.h"
 

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* What the practice has set, in a profile file on the volume "Cabinet". Texts are CP1252. */
 #ifndef FICHE_SETTINGS_H
 #define FICHE_SETTINGS_H

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* What pages are drawn on, a printer's or a window's. */
 #ifndef FICHE_SHEET_H
 #define FICHE_SHEET_H

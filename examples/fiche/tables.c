@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* Where the code tables are, and look-ups in the reference tables. */
 #define _POSIX_C_SOURCE 200809L
 #include "tables.h"

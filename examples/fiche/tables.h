@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* The application's code tables: reference data that comes with the program, in the volume
    "Tables", and the practice's own tables, in the volume "Cabinet". */
 #ifndef FICHE_TABLES_H

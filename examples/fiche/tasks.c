@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* What each entry of the menu does, one dialog after another. */
 #include "tasks.h"
 

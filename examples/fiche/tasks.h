@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* What the menu offers. */
 #ifndef FICHE_TASKS_H
 #define FICHE_TASKS_H

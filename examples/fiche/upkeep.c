@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* The table of professions in a list, with push buttons that change it at once. */
 #include "upkeep.h"
 

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* The dialog in which the practice's table of professions is looked after. */
 #ifndef FICHE_UPKEEP_H
 #define FICHE_UPKEEP_H

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* The dialog of a visit, with the note drawn into its window as it is typed. */
 #include "visit.h"
 

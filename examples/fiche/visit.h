@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* The dialog of a visit, which shows the visit's note while it is written. */
 #ifndef FICHE_VISIT_H
 #define FICHE_VISIT_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The showcase: a host application of Qt's own that lends its window and a painter to the library.
 #include <string>
 

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* Texts are CP1252, as the library reads them: é is \351, è \350, à \340, É \311. */
 #include "page.h"
 

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* The showcase's page: all that can be drawn, once. */
 #ifndef VITRINE_PAGE_H
 #define VITRINE_PAGE_H

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* Values to text and back: integers, reals and fixed-digit numbers.
 
    Texts are NUL-terminated 8-bit strings; a text that is read is trimmed of its leading and

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* Calendar dates: display and stored texts, the clock, the calendar, day and minute counts, names.
 
    Dates are texts or numbers; there is no date structure:

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* What a Linux host application needs beyond the library's own interface: where resources are
    found, windows and painters of its toolkit given to the library, and ports to draw on.
 

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* Data-entry dialogs: described by exported tables, built, run modally, validated and read back.
 
    A dialog is described before it is shown: for each field type in use one _param call with the

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* Drawing into a port: fonts, plain text, rich text with icons, lines, rectangles, the palette of
    16 colours, and pictures by name.
 

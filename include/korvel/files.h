@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* Files and directories: numbered file handles, descriptors, existence and change of files, memory
    files, memory handles, directory listing and sorting.
 

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* Everything that Korvel declares. */
 #ifndef KORVEL_KORVEL_H
 #define KORVEL_KORVEL_H

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* Message boxes: a question with the buttons "Oui" and "Non", or a note with the button "OK". And a
    small window that tells how far a long work is, and can end it.
 

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* Profiles: settings files of sections and keys.
 
      [Fenetre]

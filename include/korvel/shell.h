@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* Shell tools: running commands and reading or feeding them, the system queries, and the file,
    folder and process operations that are done by running tools.
 

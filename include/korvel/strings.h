@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* String primitives: trimming, search, insertion and deletion in place, counted byte runs, a
    growable buffer, bounded copies, the two 8-bit character sets, capitals; lists of items.
 

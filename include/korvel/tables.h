@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* Code tables: text files of codes, labels and further columns in a tables directory. Lookup of a
    code's label, search of a label's code, editing of the line found, and upkeep of whole tables.
 

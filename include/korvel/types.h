@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* Types that several public headers share, and the export macro. */
 #ifndef KORVEL_TYPES_H
 #define KORVEL_TYPES_H

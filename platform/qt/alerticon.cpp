@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Draws the icons in a square of 32, scaled to whatever pixels the widget has.
 #include "platform/qt/alerticon.h"
 

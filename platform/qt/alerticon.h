@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For platform/qt/: the icon that says what a message is about.
 #ifndef KORVEL_PLATFORM_QT_ALERTICON_H
 #define KORVEL_PLATFORM_QT_ALERTICON_H

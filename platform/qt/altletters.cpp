@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Gives out the letters, and presses what they stand for. Shortcuts of the toolkit would pass by
 // the queue in which a dialog holds back keys, underline at all times, and know no accents.
 #include "platform/qt/altletters.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For platform/qt/: the letters that press the buttons and check boxes of a dialog with the Alt
 // key.
 #ifndef KORVEL_PLATFORM_QT_ALTLETTERS_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Fits the desktop's font into classic rectangles, and places the widgets around these.
 #include "platform/qt/appearance.h"
 

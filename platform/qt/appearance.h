@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For platform/qt/: the font of a dialog, and the places of its items' widgets.
 //
 // A classic rectangle is the inside of an item: a one-line field of 15 pixels leaves three pixels

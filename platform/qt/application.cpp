@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Starts the QApplication, where need be after a trial in a child process: Qt ends a process whose
 // platform cannot be started.
 #include "platform/qt/application.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For platform/qt/: the QApplication that everything on the screen needs.
 #ifndef KORVEL_PLATFORM_QT_APPLICATION_H
 #define KORVEL_PLATFORM_QT_APPLICATION_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Push buttons and check boxes that tell their clicks as hits.
 #include "platform/qt/buttonitem.h"
 

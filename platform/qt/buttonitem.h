@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For platform/qt/: push buttons and check boxes.
 #ifndef KORVEL_PLATFORM_QT_BUTTONITEM_H
 #define KORVEL_PLATFORM_QT_BUTTONITEM_H

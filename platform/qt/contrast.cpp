@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Measures contrasts as the web accessibility guidelines define them, and moves colours towards
 // black or white until they have enough.
 #include "platform/qt/contrast.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For platform/qt/: colours that are told apart on every desktop, whatever its theme.
 #ifndef KORVEL_PLATFORM_QT_CONTRAST_H
 #define KORVEL_PLATFORM_QT_CONTRAST_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Paints group boxes, static texts and icons in the classic way, which the toolkit's own widgets
 // lack.
 #include "platform/qt/decoration.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For platform/qt/: the parts of a dialog that are not items.
 #ifndef KORVEL_PLATFORM_QT_DECORATION_H
 #define KORVEL_PLATFORM_QT_DECORATION_H

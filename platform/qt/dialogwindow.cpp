@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The window that never closes by itself, and that queues input during a hit.
 #include "platform/qt/dialogwindow.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For platform/qt/: the window of a dialog, without its items.
 #ifndef KORVEL_PLATFORM_QT_DIALOGWINDOW_H
 #define KORVEL_PLATFORM_QT_DIALOGWINDOW_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Accessible interfaces of our own: the toolkit's would change a field without a hit, and read a
 // secret out.
 #include "platform/qt/fieldaccess.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For platform/qt/: edit texts and pop-ups as assistive software sees and uses them. A change made
 // by it is a hit like any other.
 #ifndef KORVEL_PLATFORM_QT_FIELDACCESS_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Finds each field's label as a person does: by the places of both on the screen.
 #include "platform/qt/fieldnames.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For platform/qt/: the names by which the fields of a dialog are read out.
 //
 // A field is named by the application, or by the static text that a person takes for its label: on

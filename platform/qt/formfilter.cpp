@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Copies a form element by element and leaves out what is not listed here. What would harm the
 // loader all the same is refused, or replaced where it is only a value.
 #include "platform/qt/formfilter.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For platform/qt/: the part of a Qt Designer form that reaches the toolkit's loader.
 //
 // The loader trusts a form: it sets every property, reads every file and makes every class that the

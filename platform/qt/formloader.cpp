@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Has the toolkit's loader make the widgets of a form, with our items among them, then numbers,
 // connects and fills these.
 #include "platform/qt/formloader.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For platform/qt/: makes the widgets of a form.
 #ifndef KORVEL_PLATFORM_QT_FORMLOADER_H
 #define KORVEL_PLATFORM_QT_FORMLOADER_H

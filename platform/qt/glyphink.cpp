@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Draws a glyph with the toolkit and keeps the coverage of its pixels.
 #include "platform/qt/glyphink.h"
 

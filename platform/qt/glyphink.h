@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For platform/qt/: glyphs as their inked pixels, drawn once by the toolkit. Blending these takes
 // half the time of the toolkit's painter for a line of text.
 #ifndef KORVEL_PLATFORM_QT_GLYPHINK_H

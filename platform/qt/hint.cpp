@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Puts words into a widget's description and tooltip, and its own back.
 #include "platform/qt/hint.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For platform/qt/: words about a widget that hold for a while.
 #ifndef KORVEL_PLATFORM_QT_HINT_H
 #define KORVEL_PLATFORM_QT_HINT_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For platform/qt/: what the items of a dialog have in common.
 #ifndef KORVEL_PLATFORM_QT_ITEM_H
 #define KORVEL_PLATFORM_QT_ITEM_H

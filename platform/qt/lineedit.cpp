@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Keeps what is inserted apart from what was typed before.
 #include "platform/qt/lineedit.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For platform/qt/: the toolkit's line edit, with what an item needs of an editor besides.
 #ifndef KORVEL_PLATFORM_QT_LINEEDIT_H
 #define KORVEL_PLATFORM_QT_LINEEDIT_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Gives the toolkit's editor of plain texts the looks and manners of its line edit.
 #include "platform/qt/linesedit.h"
 

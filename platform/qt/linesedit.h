@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For platform/qt/: an editor of several lines that is used like the toolkit's line edit.
 #ifndef KORVEL_PLATFORM_QT_LINESEDIT_H
 #define KORVEL_PLATFORM_QT_LINESEDIT_H

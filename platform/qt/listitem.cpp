@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // List boxes that choose a row at the mouse's release, where the toolkit's view selects at the
 // press.
 #include "platform/qt/listitem.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For platform/qt/: list boxes.
 #ifndef KORVEL_PLATFORM_QT_LISTITEM_H
 #define KORVEL_PLATFORM_QT_LISTITEM_H

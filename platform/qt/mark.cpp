@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Paints the mark, and finds the words for it.
 #include "platform/qt/mark.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For platform/qt/: the mark of a field whose content cannot be accepted as it is.
 #ifndef KORVEL_PLATFORM_QT_MARK_H
 #define KORVEL_PLATFORM_QT_MARK_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Lays out the lines of a message at their own baselines, and scrolls them where they need it.
 #include "platform/qt/messagepane.h"
 

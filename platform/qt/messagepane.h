@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For platform/qt/: the text of a message box, and the keys that scroll it.
 #ifndef KORVEL_PLATFORM_QT_MESSAGEPANE_H
 #define KORVEL_PLATFORM_QT_MESSAGEPANE_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The module's only export: the desktop on Qt Widgets.
 #include <korvel/types.h>
 

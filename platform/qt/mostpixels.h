@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For platform/qt/: the largest area of a window or button, as both are kept in memory pixel by
 // pixel.
 #ifndef KORVEL_PLATFORM_QT_MOSTPIXELS_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Fills frames side by side: they are painted at every key, and a stroke costs far more.
 #include "platform/qt/outline.h"
 

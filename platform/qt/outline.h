@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For platform/qt/: frames of whole device pixels, equally thick on all four sides at every scale.
 #ifndef KORVEL_PLATFORM_QT_OUTLINE_H
 #define KORVEL_PLATFORM_QT_OUTLINE_H

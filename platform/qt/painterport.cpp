@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Draws with a host's painter, whose settings are restored after each drawing.
 #include "platform/qt/painterport.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For platform/qt/: a port that draws by a painter of the host application.
 #ifndef KORVEL_PLATFORM_QT_PAINTERPORT_H
 #define KORVEL_PLATFORM_QT_PAINTERPORT_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Reads picture files safely, and renders an SVG anew for each scale.
 #include "platform/qt/picture.h"
 

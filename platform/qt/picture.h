@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For platform/qt/: pictures of the seam, cached for the scales at which they were drawn.
 #ifndef KORVEL_PLATFORM_QT_PICTURE_H
 #define KORVEL_PLATFORM_QT_PICTURE_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Rounds edges and thicknesses to device pixels.
 #include "platform/qt/pixelgrid.h"
 

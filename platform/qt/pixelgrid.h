@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For platform/qt/: where rectangles and rules lie on the pixels of a device of any scale.
 #ifndef KORVEL_PLATFORM_QT_PIXELGRID_H
 #define KORVEL_PLATFORM_QT_PIXELGRID_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Pop-ups that tell a choice as a hit.
 #include "platform/qt/popupitem.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For platform/qt/: pop-ups.
 #ifndef KORVEL_PLATFORM_QT_POPUPITEM_H
 #define KORVEL_PLATFORM_QT_POPUPITEM_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The variables that lead Qt to code, and whether Qt would run at all.
 #include "platform/qt/privileges.h"
 

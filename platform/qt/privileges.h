@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For platform/qt/: Qt in a process that may do more than whoever started it, as a set-user-id or
 // set-group-id program or one with capabilities of its own.
 #ifndef KORVEL_PLATFORM_QT_PRIVILEGES_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The bar of a work that goes on, and the number that it shows.
 #include "platform/qt/progressbar.h"
 

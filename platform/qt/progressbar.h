@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For platform/qt/: the bar of a work that goes on.
 #ifndef KORVEL_PLATFORM_QT_PROGRESSBAR_H
 #define KORVEL_PLATFORM_QT_PROGRESSBAR_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Answers the seam: finds windows, and makes dialogs, ports and pictures.
 #include "platform/qt/qtdesktop.h"
 

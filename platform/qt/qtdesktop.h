@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For platform/qt/: the desktop of the seam on Qt Widgets.
 #ifndef KORVEL_PLATFORM_QT_QTDESKTOP_H
 #define KORVEL_PLATFORM_QT_QTDESKTOP_H

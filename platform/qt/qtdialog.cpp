@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Builds a dialog, item by item or from a form, and runs it: gives the initial focus, queues hits,
 // ends.
 #include "platform/qt/qtdialog.h"

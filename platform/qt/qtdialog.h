@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For platform/qt/: a dialog of the seam on Qt Widgets.
 #ifndef KORVEL_PLATFORM_QT_QTDIALOG_H
 #define KORVEL_PLATFORM_QT_QTDIALOG_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Computes what to paint, in the port's coordinates, and leaves the painting to each kind of port.
 #include "platform/qt/qtport.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For platform/qt/: what all ports have in common. Each kind of port paints pixels, glyphs, strokes
 // and pictures on its own surface.
 #ifndef KORVEL_PLATFORM_QT_QTPORT_H

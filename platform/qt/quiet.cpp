@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A message handler of the toolkit that passes on what other threads say. Forms and pictures are
 // read under it, one inside the other where a form has a picture.
 #include "platform/qt/quiet.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For platform/qt/: keeps the toolkit's remarks on a file off standard error.
 #ifndef KORVEL_PLATFORM_QT_QUIET_H
 #define KORVEL_PLATFORM_QT_QUIET_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Fills and blends pixels in memory, faster than the toolkit's painter.
 #include "platform/qt/raster.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For platform/qt/: the pixels of a port in memory, and ways to draw on them. All coordinates are
 // device pixels; what lies outside is clipped.
 #ifndef KORVEL_PLATFORM_QT_RASTER_H

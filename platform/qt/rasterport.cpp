@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Draws on the raster of an image or of a window.
 #include "platform/qt/rasterport.h"
 

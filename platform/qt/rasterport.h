@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For platform/qt/: ports that keep their pixels in memory.
 #ifndef KORVEL_PLATFORM_QT_RASTERPORT_H
 #define KORVEL_PLATFORM_QT_RASTERPORT_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Asks servers and plugins themselves, as the toolkit would end the process where one of them
 // fails.
 #include "platform/qt/screencheck.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For platform/qt/: which of Qt's platforms can be started in this process.
 //
 // Starting a QApplication on a platform that does not work ends the process, so everything that can

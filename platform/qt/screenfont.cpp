@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Finds and measures fonts for bytes of the screen set, and draws their glyphs at whole pixels.
 #include "platform/qt/screenfont.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For platform/qt/: fonts as ports use them, a table of the 256 characters of the screen set.
 //
 // Every character advances by whole pixels, by the same number wherever it stands: no shaping, no

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For platform/qt/: the scroll bars of items.
 #ifndef KORVEL_PLATFORM_QT_SCROLLBAR_H
 #define KORVEL_PLATFORM_QT_SCROLLBAR_H

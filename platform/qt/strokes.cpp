@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Forms the outline of a slanted stroke as a clipped polygon.
 #include "platform/qt/strokes.h"
 

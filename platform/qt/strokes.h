@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For platform/qt/: the shapes that a square pen leaves.
 #ifndef KORVEL_PLATFORM_QT_STROKES_H
 #define KORVEL_PLATFORM_QT_STROKES_H

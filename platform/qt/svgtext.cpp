@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Copies an SVG without its links, as the toolkit would follow them to any file.
 #include "platform/qt/svgtext.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For platform/qt/: the text of an SVG before the toolkit reads it.
 #ifndef KORVEL_PLATFORM_QT_SVGTEXT_H
 #define KORVEL_PLATFORM_QT_SVGTEXT_H

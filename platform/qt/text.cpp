@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Converts between bytes of the screen set and the toolkit's strings.
 #include "platform/qt/text.h"
 

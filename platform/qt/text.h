@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For platform/qt/: text of the screen set as Qt's strings, and back.
 #ifndef KORVEL_PLATFORM_QT_TEXT_H
 #define KORVEL_PLATFORM_QT_TEXT_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Edit texts: filters what a person enters by keys, input methods, clipboards and drops, and tells
 // each change as one hit.
 #include "platform/qt/textitem.h"

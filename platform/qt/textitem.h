@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For platform/qt/: edit-text items, of one line and of several.
 #ifndef KORVEL_PLATFORM_QT_TEXTITEM_H
 #define KORVEL_PLATFORM_QT_TEXTITEM_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Keeps the port of each window by its address, grows its raster, and shows it after the window's
 // own paint.
 #include "platform/qt/windowport.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For platform/qt/: the port of a window.
 #ifndef KORVEL_PLATFORM_QT_WINDOWPORT_H
 #define KORVEL_PLATFORM_QT_WINDOWPORT_H

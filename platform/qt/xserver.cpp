@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Speaks to the server through the libraries that the toolkit has loaded for it, opened by name so
 // that the module itself needs no X11.
 #include "platform/qt/xserver.h"

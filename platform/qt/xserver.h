@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For platform/qt/: the X server that shows the windows, and its end.
 //
 // Under Wayland the toolkit itself watches the compositor, and ends the process with a line of its

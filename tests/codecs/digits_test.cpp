@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The digits of numbers of every length, one at a time and eight at once.
 #include "codecs/digits.h"
 

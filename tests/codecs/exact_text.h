@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For tests/codecs/: texts and runs in memory of exactly their size.
 #ifndef KORVEL_TESTS_CODECS_EXACT_TEXT_H
 #define KORVEL_TESTS_CODECS_EXACT_TEXT_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Integers read and written: rows, borders, and random ones beside the literal models.
 #include <algorithm>
 #include <climits>

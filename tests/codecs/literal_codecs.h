@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For tests/codecs/: models of the conversions, which go one character and one step at a time.
 #ifndef KORVEL_TESTS_CODECS_LITERAL_CODECS_H
 #define KORVEL_TESTS_CODECS_LITERAL_CODECS_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Numbers of a fixed width: written, read, and in lists.
 #include <algorithm>
 #include <climits>

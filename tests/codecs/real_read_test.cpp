@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Reals read to the bit: rows, faults, and random texts beside the literal reader.
 #include <cmath>
 #include <cstdint>

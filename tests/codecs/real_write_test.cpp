@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Reals written with fixed decimals and with significant digits, beside the literal writers.
 #include <algorithm>
 #include <bit>

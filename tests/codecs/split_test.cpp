@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Reals split into integral part and fraction.
 #include <bit>
 #include <cmath>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The calendar, days added and taken off, and minutes counted: rows, borders, and random numbers
 // beside models that count days.
 #include <algorithm>

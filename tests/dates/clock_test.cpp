@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The current date and time as stored texts, with a stopped clock and with the host's.
 #include "dates/clock.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The French names of months and days, and their abbreviations.
 #include <climits>
 #include <string>

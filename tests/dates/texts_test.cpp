@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Display dates to stored ones and back: rows, short texts, overlap and random bytes.
 #include <climits>
 #include <cstring>

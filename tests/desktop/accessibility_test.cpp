@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A dialog as a screen reader lists, reads and changes it.
 #include "tests/desktop/dialog_host.h"
 #include "tests/desktop/screen_reader.h"

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* dialog_host <scenario>: an application that shows one dialog with a field of every kind, and
    writes what happened: "hit <identifier>" for each call of the global callback, "result <n>" at
    the end, then the values. Texts are written as ASCII with \xNN for every other byte.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For tests/desktop/: what dialog_host shows, and where.
 #ifndef KORVEL_TESTS_DESKTOP_DIALOG_HOST_H
 #define KORVEL_TESTS_DESKTOP_DIALOG_HOST_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What is entered with real keys and clicks, and what the application then holds.
 #include "tests/desktop/dialog_host.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A morning in the example's practice by way of a screen reader alone: no key is pressed, and
 // nothing is looked for by its place.
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The example application with its real tables: what a person enters, and the record it keeps.
 #include <algorithm>
 #include <cstdio>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Keys and buttons that a person expects of any dialog.
 #include "tests/desktop/dialog_host.h"
 

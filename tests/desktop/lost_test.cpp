@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The X server or the compositor goes away. Each of these tests has one to itself. (Between two
 // dialogs, too, the toolkit ends the process when a compositor goes away.)
 #include <cstdlib>

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* message_host box [<flags> <caption> <text>]...: an application that shows one message after
    another, and writes "result <n>" for each. Texts are CP1252, flags as in C.
    message_host lines <lines> <caption> <text>: the same for one NoteDialog.

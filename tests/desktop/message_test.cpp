@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Message boxes as real windows.
 #include <algorithm>
 #include <string>

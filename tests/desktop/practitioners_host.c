@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* practitioners_host <folder>: an application that lets its user choose a practitioner of the table
    in the volume "Data" of that folder, and writes "chosen <entry>", as ASCII with \xNN for every
    other byte. */

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The choice of a practitioner as a real window, with real keys and clicks.
 #include <string>
 #include <vector>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For tests/desktop/: what a person in front of a screen needs of it, with the usual tools of each
 // kind of screen.
 #ifndef KORVEL_TESTS_DESKTOP_SCREEN_H

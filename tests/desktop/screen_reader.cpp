@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Reads dialogs over the accessibility bus, as a screen reader does.
 #include "tests/desktop/screen_reader.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For tests/desktop/: a screen reader, which sees an application by its accessibility interface
 // only.
 #ifndef KORVEL_TESTS_DESKTOP_SCREEN_READER_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Starts programs, and drives them on whichever screen there is.
 #include "tests/desktop/screen_user.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For tests/desktop/: a person in front of a real screen. The application under test is another
 // process; keys, clicks and pictures come from outside of it.
 #ifndef KORVEL_TESTS_DESKTOP_SCREEN_USER_H

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* template_host <folder> <scenario>: an application that runs the template "visite" of the resource
    folder, and writes what happened: "hit <identifier>" for each call of the global callback,
    "final <answer>", "result <n>" at the end of each run, then the values as dialog_host does, and

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Dialogs whose layout is a form, with real keys and clicks.
 #include <algorithm>
 #include <cstdio>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A screen of a Wayland compositor, sway, with a pointer that POINTER names (see
 // scripts/with-wayland).
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // window_host: an application with a window of its own, which shows a dialog in front of it when
 // Return is pressed. The window writes "typed <text>" when something is typed into it; the dialog
 // ends as usual.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The dialog as a window among others.
 #include <algorithm>
 #include <cstdlib>

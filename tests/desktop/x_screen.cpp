@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A screen of an X server with a window manager.
 #include <cstdlib>
 #include <cstring>

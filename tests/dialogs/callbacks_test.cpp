@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The two callbacks: their slots, their arguments, and calls outside a run.
 #include <climits>
 #include <cstdint>

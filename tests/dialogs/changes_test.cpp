@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Changes of fields that callbacks and actions ask for while the dialog is up.
 #include <climits>
 #include <cstring>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The tables as they are at load, recording callbacks, and templates for tests of dialogs.
 #include "tests/dialogs/dialog_fixture.h"
 

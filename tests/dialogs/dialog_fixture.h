@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For tests/dialogs/: every test starts from the tables as they are at load, and records the calls
 // of its callbacks.
 #ifndef KORVEL_TESTS_DIALOGS_DIALOG_FIXTURE_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Check boxes, push buttons and static texts, whose labels are slices of a fixed size.
 #include <algorithm>
 #include <climits>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Dialog units, and a dialog's layout as recorded lines.
 #include <climits>
 #include <cstdio>

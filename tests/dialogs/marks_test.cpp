@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Which items are marked as not acceptable, and when the marks change on the screen.
 #include <climits>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The names that an application gives to fields, for screen readers.
 #include <climits>
 

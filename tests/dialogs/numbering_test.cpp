@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Items and ranks at the limits of the numbering tables, fixed items, shared ranks.
 #include "dialogs/numbering.h"
 

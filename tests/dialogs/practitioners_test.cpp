@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The choice of a practitioner: its dialog, the entries read, the list narrowed by initials.
 #include <algorithm>
 #include <cstdio>

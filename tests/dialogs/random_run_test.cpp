@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Thousands of random hits. After each, every item on the screen and every table is compared with a
 // model on plain values, which follows the public header step by step and field by field.
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The run as a whole: its ends, its callbacks, its OK button, and what callbacks may do.
 #include <climits>
 #include <cstring>

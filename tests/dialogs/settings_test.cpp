@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Title, size, background and the button pair, as they are recorded for later dialogs.
 #include <climits>
 #include <cstring>

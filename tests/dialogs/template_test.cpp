@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Dialogs whose layout is a template: finding it, its faults, its item numbers. The run itself is
 // tested for built and drawn dialogs by run_test.cpp, text_items_test.cpp and value_items_test.cpp.
 #include <algorithm>

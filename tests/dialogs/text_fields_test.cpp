@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The description of text fields: slices, limits, choices and tab stops.
 #include "dialogs/text_fields.h"
 

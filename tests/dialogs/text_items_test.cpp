@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Text fields on the screen.
 #include <cstring>
 #include <string>

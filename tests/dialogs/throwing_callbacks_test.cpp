@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Callbacks that throw, in an application of the shared library as it is installed, which has its
 // own copy of the C++ runtime, with the desktop module.
 #include <csetjmp>

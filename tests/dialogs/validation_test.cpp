@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Validation of all fields, and the end of a definition, without a dialog on the screen.
 #include <cmath>
 #include <string>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The description of integer, number and date fields: what they share, then what each has.
 #include <climits>
 #include <cstring>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Check boxes, integers, numbers, dates and push buttons on the screen.
 #include <climits>
 #include <cmath>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For tests/draw/: every test starts with an image of 12-point text on a scripted desktop, and
 // leaves the globals and the state that outlasts a text as they are at load.
 #ifndef KORVEL_TESTS_DRAW_DRAWING_FIXTURE_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Choosing a font and reading its measures.
 #include <climits>
 

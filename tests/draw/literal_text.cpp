@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A model of rich text: pieces first, then what each of them draws or measures.
 #include "tests/draw/literal_text.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For tests/draw/: a model of rich text. It takes a text apart into a list of pieces first, by a
 // table, and then draws or adds up the list; the library does both in one walk.
 #ifndef KORVEL_TESTS_DRAW_LITERAL_TEXT_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For tests/draw/: drawing on the desktop module itself, on its toolkit's platform without a
 // screen, with the default pictures.
 #ifndef KORVEL_TESTS_DRAW_MODULE_FIXTURE_H

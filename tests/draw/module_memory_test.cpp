@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Drawing on the desktop module where memory runs out at each allocation in turn.
 #include <functional>
 #include <string>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The pixels of images drawn by the desktop module.
 #include <string>
 

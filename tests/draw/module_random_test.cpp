@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Random rich texts on images of the desktop module, drawn and measured beside the model: the same
 // results and, compared from time to time, the same pixels.
 #include <memory>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The palette of 16 colours.
 #include <climits>
 

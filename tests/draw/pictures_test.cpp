@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Pictures by name.
 #include <chrono>
 #include <climits>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Ports: made, current, given back, gone with a window.
 #include <climits>
 #include <functional>

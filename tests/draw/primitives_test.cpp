@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Lines and framed rectangles.
 #include <climits>
 

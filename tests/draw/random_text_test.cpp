@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Random rich texts, drawn and measured beside the model: the same operations, the same results.
 // State that outlasts a text passes on to the next one in both.
 #include <memory>

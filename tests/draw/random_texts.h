@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For tests/draw/: random rich texts that repeat from run to run.
 #ifndef KORVEL_TESTS_DRAW_RANDOM_TEXTS_H
 #define KORVEL_TESTS_DRAW_RANDOM_TEXTS_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Rich text: each escape drawn and measured, in texts made by hand.
 #include <climits>
 #include <memory>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A page that shows everything the drawing functions can do: palette, fonts and faces, opaque text,
 // every escape, lines, frames, pictures, a text in the middle of its box.
 #include "tests/draw/sample_page.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For tests/draw/: a page that shows everything the drawing functions can do.
 #ifndef KORVEL_TESTS_DRAW_SAMPLE_PAGE_H
 #define KORVEL_TESTS_DRAW_SAMPLE_PAGE_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // sample_page_program <png>: draws the sample page and saves it as the reference of its test:
 //
 //   build/release/tests/draw/sample_page_program tests/draw/pictures/sample_page.png

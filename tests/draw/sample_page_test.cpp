@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The sample page beside its picture, which a person has looked at. After an intended change of the
 // page, sample_page_program draws the picture again.
 #include "tests/draw/sample_page.h"

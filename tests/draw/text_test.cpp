@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Plain text: runs drawn and measured.
 #include <climits>
 #include <memory>

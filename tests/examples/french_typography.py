@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """french_typography.py <examples>: in the texts that the examples show no line can begin with a
 sign that belongs to the line before, as the blank before it does not break (U+00A0)."""
 import html

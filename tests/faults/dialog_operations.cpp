@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The functions of dialogs and messages. What is shown, and what the person does, is a script.
 #include <cstring>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The functions that draw.
 #include <cstring>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // One driver for all operations: each is made once for every request and every way to refuse it,
 // until it runs through.
 #include <algorithm>

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """every_function.py <sources> <nm> <objects...>: each function of the public headers has a row in the
 table of operations that calls it; and each function of the system that the library's objects call
 is one that can be refused, or one of those below."""

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Every function of the interface, while everything that it asks for is refused in turn.
 #include <cstdio>
 #include <cstdlib>

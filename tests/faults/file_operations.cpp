@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The functions of files, folders and lists of files.
 #include <cstdio>
 #include <cstdlib>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For tests/faults/: the one table of operations, a row for each exported function and case.
 #ifndef KORVEL_TESTS_FAULTS_OPERATIONS_H
 #define KORVEL_TESTS_FAULTS_OPERATIONS_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The functions of profiles.
 #include <korvel/profile.h>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Profiles where all openings, or all looks at a path, are refused in one way: only a profile that
 // the system calls missing is missing.
 #include <cerrno>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Replacements and locks when all requests of a kind are refused, or answered after something else
 // has happened.
 #include "files/replace.h"

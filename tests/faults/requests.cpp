@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Every request by its name, and the ways in which it can be refused.
 #include "tests/faults/requests.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For tests/faults/: what the library asks of the system and of memory, and how it is refused.
 //
 // A program that is built with korvel_faulty() has every system call and every allocation of the

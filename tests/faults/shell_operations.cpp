@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The functions that run tools.
 #include <cstdlib>
 #include <cstring>

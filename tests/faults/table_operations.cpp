@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The functions of tables.
 #include <cstdio>
 #include <cstring>

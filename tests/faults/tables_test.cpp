@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Edits, back-ups, lookups and walks where all requests of a kind are refused, or something happens
 // between two of them: a size that the system does not tell, a left-over file that is replaced
 // meanwhile.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The functions of texts, numbers and dates. Nearly all of them ask nobody for anything, which
 // their rows hold.
 #include <cstdlib>

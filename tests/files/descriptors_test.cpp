@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The thin layer over descriptors: flags, modes of new files, offsets and lengths.
 #include <climits>
 #include <string>

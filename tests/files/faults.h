@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For tests/files/ and tests/tables/: steps that fail, and small disks.
 #ifndef KORVEL_TESTS_FILES_FAULTS_H
 #define KORVEL_TESTS_FILES_FAULTS_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The numbered file handles: opening, reading, writing and the table that applications see.
 #include "files/handles.h"
 

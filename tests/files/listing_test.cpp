@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Listings of folders given as colon paths: trimmed patterns, rows and their colon paths.
 #include <algorithm>
 #include <string>

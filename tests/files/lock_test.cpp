@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Locks of files between processes: taken, waited for, and following a replaced file.
 #include "files/lock.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Memory files and memory blocks, beside a model on strings.
 #include <climits>
 #include <cstring>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Lists of files: the first missing one, and the list without the missing ones.
 #include <algorithm>
 #include <filesystem>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Only the listings of folders start processes, whatever is in a path, and only where a tool reads
 // the path or the pattern otherwise than as its bytes.
 #include <algorithm>

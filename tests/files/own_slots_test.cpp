@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // No failure inside the library hinders later calls: a slot that it leaves in use is reclaimed when
 // it is needed.
 #include <cerrno>

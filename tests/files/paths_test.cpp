@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Colon paths: their POSIX form, what they name, and which function uses which conversion.
 #include <algorithm>
 #include <cstring>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For tests/: code that must run in a process of its own, as somebody else or to be killed.
 #ifndef KORVEL_TESTS_FILES_PROCESSES_H
 #define KORVEL_TESTS_FILES_PROCESSES_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Replacements of whole files, with faults at the steps, kills and small disks. Failing system
 // calls are in tests/faults/.
 #include "files/replace.h"

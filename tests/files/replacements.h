@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For tests/files/: short forms of them, temporaries left by kills, and a folder that does not
 // admit the exchange.
 #ifndef KORVEL_TESTS_FILES_REPLACEMENTS_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For tests/files/: a folder removed with its object, and plain ways to look at files.
 #ifndef KORVEL_TESTS_FILES_SCRATCH_H
 #define KORVEL_TESTS_FILES_SCRATCH_H

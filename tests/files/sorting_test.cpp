@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Sorted lists of files and the count of exchanges, beside bubble sort itself.
 #include <algorithm>
 #include <cstdint>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For tests/: a folder of volumes for each test, which also restores the handle tables.
 #ifndef KORVEL_TESTS_FILES_VOLUMES_H
 #define KORVEL_TESTS_FILES_VOLUMES_H

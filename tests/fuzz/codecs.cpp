@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Numbers and dates of any text and any value: codecs beside their literal models, and what must
 // hold among the functions of the calendar.
 #include <cmath>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Dialogs from tables that hold anything, run by a person who does anything, with callbacks that
 // change tables, rebuild lists, ask for anything to be shown and open further dialogs.
 #include <cstring>

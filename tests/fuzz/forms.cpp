@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Forms of any bytes: a dialog or a line that says why there is none. The dialog's items take and
 // give texts, values and entries, and it paints itself.
 #include <string>

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # hunt.sh <hunting program> <seconds> <folder> [<kept>]: plays the program's seeds, then hunts for as
 # long. What broke the library is left in the folder, beside the log; <kept> is for what leads to
 # something new, which is thrown away otherwise. Prints how many inputs were tried, how much of the

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Any function of the interface after any other, with any numbers, with null pointers, and with
 // texts and buffers that end where memory that may be touched ends. Only what runs commands is left
 // out, and paths stay on a volume of their own: a path is what a function may destroy.

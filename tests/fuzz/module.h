@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For tests/fuzz/: the desktop module, linked into the program so that its paths are seen, on its
 // toolkit's platform without a screen.
 #ifndef KORVEL_TESTS_FUZZ_MODULE_H

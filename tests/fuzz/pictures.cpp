@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Picture files of any bytes, read and drawn.
 #include <string>
 

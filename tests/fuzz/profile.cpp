@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Profiles of any bytes, read and written beside the literal reader and writer; with a step of the
 // replacement that fails, the old file or the new one stands there, as the answer says.
 #include <optional>

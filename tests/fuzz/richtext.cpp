@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Rich and plain texts of any bytes, drawn and measured beside the literal model on ports that
 // record: same operations, same results. What outlasts a text goes on from each to the next.
 #include <memory>

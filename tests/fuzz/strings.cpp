@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Strings, lists and paths of any bytes, in memory of exactly the size that is told, beside what
 // the standard library makes of the same.
 #include <cstring>

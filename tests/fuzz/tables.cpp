@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Tables of any bytes: lookups, searches, edits and upkeep in any order, each call made on the
 // library and on the model. Results, buffers, exported state and all files must agree.
 #include <cstring>

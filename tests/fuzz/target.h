@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For tests/fuzz/: what the hunting programs share. Each of them is one function that libFuzzer
 // calls again and again, with bytes of its making. These bytes say what to do: texts come from
 // their front, each ended by a '\' with a letter after it, numbers from their end.

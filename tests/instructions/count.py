@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """count.py <valgrind> <program> <record> <scratch folder> [--renew]: none of the program's calls
 takes over 5 % more instructions than the record says; or writes the record anew. Where the numbers
 would depend on more than the library (another compiler, C library or processor than the record's)

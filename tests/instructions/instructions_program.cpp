@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Makes chosen calls of the library some times and twice as often, and has callgrind write down the
 // instructions of both: what lies between the two is the calls alone. Outside of callgrind it only
 // sees to it that the calls answer right. Prints what the numbers depend on, apart from the

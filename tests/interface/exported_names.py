@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """exported_names.py <nm> <library> <include folder>: the dynamic symbols of the library are the
 names that the public headers declare with the export macro, no more and no fewer."""
 import pathlib

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* An application linked at a fixed address: the library's arrays then live in the application
    (copy relocations), and its functions have addresses there, too. Both must see the same ones.
    Ends with 0 when they do. */

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """format.py <clang-format> <project>: every source has the form that clang-format gives it."""
 import pathlib
 import subprocess

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """hardened.py <readelf> <objdump> <library> <module>: reads out of the built files that the library
 and its desktop module are hardened, and that the module exports its one entry."""
 import re

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # header_alone.sh <cc> <c++> <include folder> <header>: compiles the header alone as C99 and C++17.
 set -eu
 flags=(-Wall -Wextra -pedantic -Werror -fsyntax-only -I "$3")

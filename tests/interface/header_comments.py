@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """header_comments.py <include folder>: every declaration of the public headers has a comment:
 beside it, above it, or above the declarations that it follows without an empty line."""
 import pathlib

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """header_examples.py <cc> <include folder> <library> <scratch folder> <flag>...: every example in a
 comment of the public headers is true. The flags are those of programs that use the library.
 

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """header_macros.py <cc> <include folder>: the public headers leave no macro behind but their
 guards, the export macro and documented constants (a constant has a comment right above it or
 beside it)."""

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # headers_in_any_order.sh <cc> <c++> <include folder>: each header first, all others behind it in
 # both directions; korvel.h names every one of them.
 set -eu

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """include_direction.py <project>: the folders of the library include each other in one direction
 only, and only those that show something reach the seam to the desktop."""
 import pathlib

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # install_preset.sh <cmake> <project> <build folder>: configures with the preset "install", finding
 # no package of the tests, benchmarks and examples, and looks for programs of theirs.
 set -eu

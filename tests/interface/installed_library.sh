@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # installed_library.sh <cmake> <build folder> <application> <cc> <scratch folder> [<flag>]...:
 # installs the library into a folder, then builds and runs an application against it, once with
 # find_package and once with pkg-config. A program with a variable of a reserved name does not build.

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """no_load_time_code.py <objdump> <object>...: no object of the library has a constructor that
 would run at load: all globals start from static values."""
 import subprocess

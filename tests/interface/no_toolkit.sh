@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # no_toolkit.sh <objdump> <library>: the library needs the C and C++ runtimes and nothing else.
 set -eu
 needed=$("$1" -p "$2" | awk '$1 == "NEEDED" {print $2}')

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """oddities.py <project>: every oddity of docs/oddities.md says in two sentences at least what it is
 and what would break without it, and names a test that there is. Suites that the other pages name
 as [Suite.*] are there, too."""

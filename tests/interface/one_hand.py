@@ -1,6 +1,8 @@
+# SPDX-License-Identifier: MIT
 """one_hand.py <project>: what a script can hold of one hand in all folders. Every source says first
-what it does, guards are named after their paths, private headers are included only by those they
-name and by tests and benchmarks, and each sentence marked "Kept:" stands in a test, too."""
+its licence and what it does, guards are named after their paths, private headers are included only
+by those they name and by tests and benchmarks, and each sentence marked "Kept:" stands in a test,
+too."""
 import fnmatch
 import pathlib
 import re
@@ -16,6 +18,22 @@ texts = {path.relative_to(root).as_posix(): path.read_text(encoding='utf-8', err
          for folder in LIBRARY + OTHERS for path in sorted(root.glob(f'{folder}/**/*'))
          if path.suffix in SUFFIXES}
 problems = []
+
+LICENCE = re.compile(r'(?:#![^\n]*\n)?(?://|/\*|#) SPDX-License-Identifier: MIT(?: \*/)?\n')
+scripts = [path for folder in LIBRARY + OTHERS + ['cmake', 'scripts', '.'] for path in
+           root.glob(f'{folder}/*' if folder in ('scripts', '.') else f'{folder}/**/*')
+           if path.name == 'CMakeLists.txt' or path.suffix in ('.cmake', '.map', '.py', '.sh') or
+           path.is_file() and path.suffix == '' and path.read_bytes().startswith(b'#!')]
+for path in scripts:
+    if not LICENCE.match(path.read_text(encoding='utf-8', errors='replace')):
+        problems.append(f'{path.relative_to(root)} does not say its licence first')
+if len(scripts) < 80:
+    problems.append(f'only {len(scripts)} scripts and build files were looked at')
+for name, text in texts.items():
+    licence = LICENCE.match(text)
+    if not licence:
+        problems.append(f'{name} does not say its licence first')
+    texts[name] = text[licence.end():] if licence else text
 
 
 def opening(text):

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """own_calls.py <readelf> <include folder> <object>...: no code of the library calls an exported
 function, its own or another folder's. An application may define a function of the same name, and a
 rule of the library must not end there. Addresses of exported functions may be taken: a validator's

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """own_names.py <include folder> <output>: writes a C source that defines a function of each name
 that the public headers declare as a function's. Each ends the program with its name on standard
 error."""

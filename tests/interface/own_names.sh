@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # own_names.sh <plain program> <program with own names> <nm> <library> <part> <scratch folder>: both
 # programs write the same about a part of the library, although one of them has a function of its
 # own for each that the library exports.

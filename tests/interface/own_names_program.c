@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* own_names_program <part> <folder>: an application that calls the library's functions by what
    dlsym finds for them in the library, and writes what they answer. It is built twice, once with
    functions of its own under the library's names (own_names.py): what it writes has to be the same.

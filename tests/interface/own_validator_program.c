@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* An application with a validation function that is called like one of the library's: the library
    keeps its own for fields that it was not given for. Ends with 0 when that holds. */
 #include <stdio.h>

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # raised_privileges.sh <program> <module> <scratch folder>: what the environment names as code is
 # loaded into a process of the user's own, and not into one with raised privileges: a copy of the
 # program that is set-group-id. As root also one that is set-user-id.

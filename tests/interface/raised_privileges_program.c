@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* raised_privileges_program: makes an image to draw on, which loads the desktop module, then writes
    "raised <0 or 1>", "image <0 or 1>" and the paths of the libraries that are loaded. */
 #define _GNU_SOURCE /* dl_iterate_phdr */

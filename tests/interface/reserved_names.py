@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """reserved_names.py <nm> <library> <README> [write]: the README lists the exported variables of the
 library, whose names are reserved. With "write" the list is made anew."""
 import pathlib

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """thin_face.py <project>: every exported function is a thin face over a rule of its folder: few
 lines, no loop, no switch and no handler of its own."""
 import pathlib

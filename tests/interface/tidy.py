@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """tidy.py <clang-tidy> <clang++> <build folder> <project> <folder> <part>: clang-tidy finds nothing in
 the sources of the desktop module (part: module), or of the library and the examples (part: library),
 nor in their headers. Tests and benchmarks are left out: they would take longer than everything else.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // crowd_program [seconds [processes [seed]]]: processes write one table and one profile at once.
 // No edit that was answered is missing, to its own writer at any time and to all in the end.
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // dialogs_program <folder> [dialogs]: opens dialogs and messages of every kind with the real
 // desktop module, has a person type into them and end them, and compares the memory and the
 // descriptors in use with those after the first few hundred.

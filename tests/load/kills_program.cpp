@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // kills_program [kills [seed]]: four processes write one table and one profile and are killed at
 // any moment. Afterwards each file is byte for byte what the answers make it, with or without the
 // edits that were going on, and the next replacement leaves no other file.

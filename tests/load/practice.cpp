@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The edits of the writers through the interface, and the texts of both files by the writers'
 // accounts, built without the library.
 #include "tests/load/practice.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For tests/load/: one table and one profile that several processes write at once, what each of
 // them was answered, and what the two files must hold byte for byte by that.
 #ifndef KORVEL_TESTS_LOAD_PRACTICE_H

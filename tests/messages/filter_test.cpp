@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The event filter of the boxes: events to windows, keys to buttons.
 #include <string>
 

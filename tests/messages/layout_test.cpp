@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Sizes and places in a message box.
 #include "messages/layout.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Message, question and note boxes on a scripted desktop.
 #include <functional>
 #include <limits>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The current port and font while a box is shown, and afterwards.
 #include <cstring>
 #include <memory>

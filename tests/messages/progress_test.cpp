@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The window of a long work on a scripted desktop, by a clock that the tests set.
 #include "messages/progress.h"
 

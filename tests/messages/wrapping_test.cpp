@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A message broken into lines.
 #include <random>
 #include <string>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For tests/monkey/: what agreement between a window and the tables is, by rules of its own.
 #ifndef KORVEL_TESTS_MONKEY_AGREEMENT_H
 #define KORVEL_TESTS_MONKEY_AGREEMENT_H

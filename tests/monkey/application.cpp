@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Describes the dialog, and does in its callbacks what applications do there.
 #include "tests/monkey/application.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For tests/monkey/: the application that the monkey plays with: a dialog with fields of every
 // type, whose callbacks rebuild lists, show messages and ask for the chooser, and the chooser
 // itself.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Agreement of the dialog with fields of every type.
 #include <cmath>
 #include <cstdlib>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For tests/monkey/: what the monkey touches keys and mouse with: the toolkit's test kit, or a real
 // screen.
 #ifndef KORVEL_TESTS_MONKEY_HAND_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The hand that plays with the toolkit's test kit, without a screen.
 #include <QApplication>
 #include <QInputMethodEvent>

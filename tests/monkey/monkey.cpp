@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Chooses what to do next, and ends the program where what is shown disagrees with the tables.
 #include "tests/monkey/monkey.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For tests/monkey/: the monkey: thousands of random keys and clicks on whatever window of the
 // application is in front, each followed by a look at what is shown.
 #ifndef KORVEL_TESTS_MONKEY_MONKEY_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Thousands of random keys and clicks on the application's windows, in the Qt module: after each of
 // them all that is shown must agree with the tables. With the hand that the environment names: the
 // toolkit's test kit, or a real screen, which is told with KORVEL_TEST_HAND=screen.

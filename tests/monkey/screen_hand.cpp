@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The hand that plays on a real screen: a program beside the application sends keys and clicks to
 // the server, which gives them to whatever window has the focus or lies under the mouse.
 #include <cstdio>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Agreement of the small windows: the messages, and the choice of practitioners.
 #include <algorithm>
 #include <cstring>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For tests/platform/: contrast as the web accessibility guidelines define it.
 #ifndef KORVEL_TESTS_PLATFORM_CONTRAST_H
 #define KORVEL_TESTS_PLATFORM_CONTRAST_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The promises of platform/desktop.h; compiled once for each desktop.
 #include <unistd.h>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For tests/platform/: a desktop with a person who uses its dialogs, so that one file of tests
 // holds every desktop to the same contract.
 #ifndef KORVEL_TESTS_PLATFORM_DIALOG_WORLD_H

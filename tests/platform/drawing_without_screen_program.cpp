@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Draws into an image without a screen, and succeeds if no dialog can be shown after that, even
 // when a screen comes up later. Standard error has the line of the first dialog.
 #include <stdio.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Rectangles of the seam: empty ones, and those in the middle of others.
 #include "platform/geometry.h"
 

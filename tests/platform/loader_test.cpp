@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The desktop module: found, loaded, refused with one line.
 #include "platform/loader.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A library that is not a desktop module, for the loader to refuse.
 #include <korvel/types.h>
 

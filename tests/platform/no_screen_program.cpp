@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Asks twice for a desktop with a screen, and succeeds when there is none. Standard error has only
 // the line of the first call, so that the caller sees what one call says.
 #include <stdio.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A module built for another version of the seam, for the loader to refuse.
 #include <korvel/types.h>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The Qt module's fields for people who see little or nothing: marks, names, and use by other ways
 // than keys and clicks.
 #include <cmath>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What carries a meaning is told apart under light, dark and high-contrast themes: contrasts are
 // measured in pictures of a dialog.
 #include <map>

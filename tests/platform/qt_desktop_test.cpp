@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The desktop of the Qt module: application, windows, the modal run.
 #include <clocale>
 #include <thread>

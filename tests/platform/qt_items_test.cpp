@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Items of the Qt module other than edit text, and how all of them are placed.
 #include <sys/inotify.h>
 #include <unistd.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The letters that press buttons and check boxes with the Alt key.
 #include <QApplication>
 #include <QCheckBox>

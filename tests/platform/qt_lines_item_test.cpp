@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Edit-text items of several lines: what they show, and that they are entered like those of one.
 #include <QApplication>
 #include <QClipboard>

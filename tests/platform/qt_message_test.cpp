@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Message boxes of the Qt module: how the lines look, what keys do, what assistive software reads.
 #include <string>
 

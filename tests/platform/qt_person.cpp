@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Plays the steps of a person with the toolkit's test kit, each when the dialog in front waits for
 // one.
 #include "tests/platform/qt_person.h"

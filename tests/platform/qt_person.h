@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For tests/platform/: a person who uses the dialogs of the Qt module, with keys and clicks that
 // arrive at the dialog's window as from the screen.
 #ifndef KORVEL_TESTS_PLATFORM_QT_PERSON_H

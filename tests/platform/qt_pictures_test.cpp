@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The pictures of docs/desktops.md: one dialog under several scales and themes. Each is drawn anew
 // and compared by cells, so that another version of a font or of the toolkit's style may differ in
 // single pixels.

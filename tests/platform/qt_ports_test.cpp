@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Ports of the Qt module: pixels read back from images, from a host's painter and from windows.
 #include <algorithm>
 #include <climits>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Dialogs on screens of every scale, and what moves to a screen of another one: frames, texts and
 // pictures in the pixels of the screen. A process has one scale; CTest gives every test a process.
 #include <QApplication>

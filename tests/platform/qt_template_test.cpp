@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Dialogs of the Qt module that are made from forms.
 #include <new>
 #include <random>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Edit-text items of the Qt module: every way in which a person changes a text.
 #include <QApplication>
 #include <QClipboard>

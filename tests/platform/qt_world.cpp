@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The contract tests' world of the Qt module.
 #include "tests/platform/dialog_world.h"
 #include "tests/platform/qt_person.h"

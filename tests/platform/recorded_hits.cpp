@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The hits of a dialog's run as readable lines.
 #include "tests/platform/recorded_hits.h"
 

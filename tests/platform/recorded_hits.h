@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For tests/platform/: the hits of a dialog's run as readable lines.
 #ifndef KORVEL_TESTS_PLATFORM_RECORDED_HITS_H
 #define KORVEL_TESTS_PLATFORM_RECORDED_HITS_H

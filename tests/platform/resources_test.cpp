@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Resource files: the folders, the names, the endings.
 #include "platform/resources.h"
 

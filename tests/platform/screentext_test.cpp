@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The screen set: every byte shown, every character typed.
 #include "platform/screentext.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A desktop in memory and the person who uses it, as a test's script says.
 #include "tests/platform/scripted_desktop.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For tests/: a desktop in memory; what the person does is written down in advance.
 //
 //   ScriptedDesktop desk;

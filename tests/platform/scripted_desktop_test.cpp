@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The scripted desktop itself: it keeps the contract of the seam, and fails a test for any
 // departure from its script.
 #include "tests/platform/scripted_desktop.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A port in memory: measures worked out by rule, operations recorded.
 #include "tests/platform/scripted_port.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For tests/draw/, tests/fuzz/ and tests/platform/: a port in memory that records what is drawn on
 // it, with measures that are easy to work out.
 //

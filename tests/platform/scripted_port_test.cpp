@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The scripted port itself: it keeps the contract of the seam with the promised measures, and
 // records the operations.
 #include "tests/platform/scripted_port.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The scripted desktop as a world of the contract tests.
 #include "tests/platform/dialog_world.h"
 #include "tests/platform/scripted_desktop.h"

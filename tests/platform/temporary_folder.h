@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For tests/: a folder that its destructor removes, and an environment variable that its guard puts
 // back.
 #ifndef KORVEL_TESTS_PLATFORM_TEMPORARY_FOLDER_H

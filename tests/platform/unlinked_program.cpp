@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Looks for a resource beside itself, takes its own file away, and finds the resource again.
 // Succeeds when it was there both times.
 #include <unistd.h>

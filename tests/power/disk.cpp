@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The disk's process answers the kernel's requests for one file, one after another: the order of
 // the recording is the order in which the disk took them.
 #include "tests/power/disk.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For tests/power/: a disk that remembers what was asked of it, so that it can be told what is left
 // after a loss of power at any moment.
 #ifndef KORVEL_TESTS_POWER_DISK_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The devices are those of a device file system mounted in the folder: a bare tree's /dev may have
 // none of them.
 #include "tests/power/mounts.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For tests/power/: mounts and loop devices that go with the process, whatever becomes of it.
 #ifndef KORVEL_TESTS_POWER_MOUNTS_H
 #define KORVEL_TESTS_POWER_MOUNTS_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For tests/power/: changes of files, and what is left of them after a loss of power.
 #ifndef KORVEL_TESTS_POWER_POWER_H
 #define KORVEL_TESTS_POWER_POWER_H

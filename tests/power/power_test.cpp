@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What is left of tables and profiles after a loss of power at any moment.
 //
 // The files are on ext4 and on xfs, loop-mounted on a disk that records, one after the other, all

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Profiles in files beside the files that an edit must make of them, byte for byte.
 #include <fstream>
 #include <string>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // After a full disk, a kill or missing rights a profile is the old one or the new one, whole.
 #include <csignal>
 #include <cstdlib>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Values found in the text of a profile, beside a reader by characters.
 #include "profile/find.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Profiles written by the library, read by others.
 #include <array>
 #include <cstdio>

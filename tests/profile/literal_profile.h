@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For tests/profile/: a model that reads and rewrites profiles one character at a time, by states
 // where the library searches.
 #ifndef KORVEL_TESTS_PROFILE_LITERAL_PROFILE_H

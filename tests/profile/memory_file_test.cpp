@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Files loaded into memory files while they change.
 #include "profile/memory_file.h"
 

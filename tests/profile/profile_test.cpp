@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The exported functions on files: values, defaults, rewritten files, memory files in use.
 #include <algorithm>
 #include <array>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For tests/profile/: random files, names and values that meet every rule of the format often.
 #ifndef KORVEL_TESTS_PROFILE_RANDOM_PROFILES_H
 #define KORVEL_TESTS_PROFILE_RANDOM_PROFILES_H

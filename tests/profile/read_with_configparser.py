@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """read_with_configparser.py <file>: prints what Python's configparser reads from a profile, one
 line per key: section, key and value, as hexadecimal bytes of CP1252."""
 import configparser

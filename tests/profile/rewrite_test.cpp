@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The text of a profile after an edit, beside a writer by lines.
 #include "profile/rewrite.h"
 

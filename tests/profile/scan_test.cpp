@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The scans for a key, beside a loop over single bytes.
 #include "profile/scan.h"
 

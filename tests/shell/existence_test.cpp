@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Existence of paths, beside what "ls -a" prints.
 #include <cstring>
 #include <string>

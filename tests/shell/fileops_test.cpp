@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Copies and removals, with the real tools and with recording ones.
 #include <string>
 

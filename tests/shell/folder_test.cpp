@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Folders that are read without a process, beside what the tools say of them.
 #include "shell/folder.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Commands run, read and fed: output, status, signals and missing streams.
 #include <cstdio>
 #include <iterator>

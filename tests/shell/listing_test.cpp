@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Listings of folders, beside what the bare command prints.
 #include <algorithm>
 #include <cstdint>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For tests/shell/: what listings find in a folder, and folders to find it in.
 #ifndef KORVEL_TESTS_SHELL_LISTINGS_H
 #define KORVEL_TESTS_SHELL_LISTINGS_H

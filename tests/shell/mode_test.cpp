@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Modes opened to all, beside what "chmod" makes of the same entries.
 #include <algorithm>
 #include <string>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Documents opened by a recording opener in place of the desktop's.
 #include <cerrno>
 #include <chrono>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Colon paths by the rule of the shell tools, with the tool itself as the judge of volumes.
 #include <random>
 #include <string>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Processes found by name and killed: real ones, under names of any length.
 #include <filesystem>
 #include <signal.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Which characters of paths and patterns the shell or a tool reads.
 #include <string>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The super-user's operations with the system's own sudo. The test's user, password and entry in
 // sudoers exist only for its own processes, through private mounts, and leave nothing behind.
 #include <fstream>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The system's version and its one bundle.
 #include <stdio.h>
 #include <string>

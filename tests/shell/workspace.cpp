@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Folders, tools, users and globals of one test.
 #include "tests/shell/workspace.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For tests/shell/: folders, tools, users and globals of one test, all restored at its end.
 #ifndef KORVEL_TESTS_SHELL_WORKSPACE_H
 #define KORVEL_TESTS_SHELL_WORKSPACE_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The two character-set conversions and the capitals, on every byte and every length.
 #include "strings/charsets.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Comparison of counted runs, exact and with wildcards, and the search for a run, beside models on
 // whole strings.
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Copies of counted runs and of terminated texts at every capacity.
 #include <algorithm>
 #include <climits>

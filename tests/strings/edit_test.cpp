@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Insertion and deletion in place, at every position and capacity.
 #include <algorithm>
 #include <climits>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The growing buffer: its sizes, and what is left when memory runs out.
 #include "strings/growable.h"
 

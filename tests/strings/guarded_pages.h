@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For tests/strings/: memory between pages that cannot be read.
 #ifndef KORVEL_TESTS_STRINGS_GUARDED_PAGES_H
 #define KORVEL_TESTS_STRINGS_GUARDED_PAGES_H

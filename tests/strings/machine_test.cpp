@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The machine's vector instructions, beside what the compiler's own question answers.
 #include "strings/machine.h"
 

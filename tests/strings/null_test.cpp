@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A null pointer is never followed: every function does nothing and gives its failing result.
 #include <gtest/gtest.h>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For tests/strings/: random texts that repeat from run to run.
 #ifndef KORVEL_TESTS_STRINGS_RANDOM_TEXT_H
 #define KORVEL_TESTS_STRINGS_RANDOM_TEXT_H

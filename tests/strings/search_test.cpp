@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Comparison of terminated texts, and search in them.
 #include <string>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Separated lists: items counted, looked for and copied out.
 #include <random>
 #include <string>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Lists of strings at the end of readable memory: walked, cut, bound, and items deleted.
 #include <algorithm>
 #include <climits>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Trimming at both ends, at the edges of pages.
 #include <cstring>
 #include <string>

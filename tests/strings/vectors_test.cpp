@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Vectors work byte by byte and touch exactly the bytes counted.
 #include "strings/vectors.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For builds that count lines: a child that a test forks ends by _exit() or _Exit(), which keep no
 // counters.
 #include <sys/resource.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For builds that count lines: what the module has run in a process that it ends itself.
 #include <dlfcn.h>
 

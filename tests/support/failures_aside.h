@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For tests/faults/ and tests/fuzz/: the scripted desktop takes what a script did not expect for a
 // failed test. There it is what a failure leads to, or what a person does by chance.
 #ifndef KORVEL_TESTS_SUPPORT_FAILURES_ASIDE_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Linked into a test program, makes sure that the desktop's font is of the family that
 // KORVEL_TEST_FONT names, when it does (desktop_font.conf.in): where that family is not installed
 // another one would take its place unseen.

@@ -1,1 +1,2 @@
+// SPDX-License-Identifier: MIT
 // For tests/: nothing, as a target must have a source: its headers are compiled for all tests.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Linked into a test program, puts all of it under the host's locale when KORVEL_TEST_LOCALE names
 // that locale, as an application does that calls setlocale: no result of the library may change.
 // The locale must be one that hurts, with a decimal comma.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For tests/: a process that may start no other.
 #ifndef KORVEL_TESTS_SUPPORT_NO_PROCESSES_H
 #define KORVEL_TESTS_SUPPORT_NO_PROCESSES_H

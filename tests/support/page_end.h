@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For tests/: bytes that end where the readable memory ends.
 #ifndef KORVEL_TESTS_SUPPORT_PAGE_END_H
 #define KORVEL_TESTS_SUPPORT_PAGE_END_H

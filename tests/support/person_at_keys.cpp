@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Presses the keys that a program asks for, one for each time that its dialogs wait.
 #include "tests/support/person_at_keys.h"
 

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* For tests/: a person in front of a plain C program, and the toolkit that gives her keys. */
 #ifndef KORVEL_TESTS_SUPPORT_PERSON_AT_KEYS_H
 #define KORVEL_TESTS_SUPPORT_PERSON_AT_KEYS_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For tests/: a buffer that proves what a function wrote and what it left alone.
 #ifndef KORVEL_TESTS_SUPPORT_POISONED_BUFFER_H
 #define KORVEL_TESTS_SUPPORT_POISONED_BUFFER_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For tests/: whether the address sanitizer is there, which needs all the address space and more
 // time.
 #ifndef KORVEL_TESTS_SUPPORT_SANITIZER_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For test programs that load the desktop module: what the font and message-bus libraries below
 // the toolkit keep until the process ends is no leak of ours.
 #include <korvel/types.h>

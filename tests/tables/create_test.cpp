@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A table's beginning, its end and its back-up.
 #include <cerrno>
 #include <signal.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Edits that are killed, and edits of many processes at once: what the table is afterwards.
 #include <random>
 #include <signal.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The model of editing and upkeep: reads the old file line by line and writes the new one as text.
 #include "tests/tables/edit_model.h"
 

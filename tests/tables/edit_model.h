@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For tests/fuzz/ and tests/tables/: what editing and upkeep do, on the files of the model, byte by
 // byte. An edit reads the old file and writes the temporary one, line after line.
 #ifndef KORVEL_TESTS_TABLES_EDIT_MODEL_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Long random sequences of lookups, searches, edits and upkeep, each call made on the library and
 // on the model: results, buffers, exported state and all files on the disk must agree after every
 // one.

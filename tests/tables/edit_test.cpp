@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Edits of the current line, in the table and in the buffer.
 #include <climits>
 #include <cstring>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For tests/tables/: what a call left on the disk and in the handle table.
 #ifndef KORVEL_TESTS_TABLES_EDITS_H
 #define KORVEL_TESTS_TABLES_EDITS_H

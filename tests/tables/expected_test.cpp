@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Edits and upkeep against files that are checked in.
 #include <filesystem>
 #include <fstream>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The heading lines of a table and its name.
 #include <cerrno>
 #include <chrono>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Tests of the index of a table's lines.
 #include "tables/index.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Tests of the tables that stay in memory: when they do, and that no change of a file is missed.
 #include "tables/kept.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Tests of lines: the characters that are kept, the text that counts, fields and columns.
 #include "tables/line.h"
 

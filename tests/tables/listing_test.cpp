@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The data lines of a table: their codes, and the walk with a callback.
 #include <climits>
 #include <cstring>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Tables whose colon path is longer than the name of a handle's slot.
 #include <signal.h>
 

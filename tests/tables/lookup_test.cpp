@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Tests of the lookups by code: results, buffers and line state, one case a line.
 #include <korvel/tables.h>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The model of lookup and search: reads a table byte by byte into the line buffer and splits it
 // there.
 #include "tests/tables/model.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For tests/tables/: what the table functions do, written down byte by byte and without regard to
 // speed, on files that are texts in memory.
 //

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Tests of the way from a table name to a path, with either tables directory.
 #include "tables/path.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Long random sequences of calls, each made on the library and on the model: results, buffers and
 // exported state must agree after every one.
 #include <random>

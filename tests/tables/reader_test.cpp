@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Tests of the reader: blocks, whole lines, the handles taken, files that change meanwhile.
 #include "tables/reader.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Lookups and searches in the real tables that come with the project. The texts are CP1252.
 #include <unistd.h>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Tests of a line with one field replaced, or all of them.
 #include "tables/rebuild.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What every rewriting of a table does, whatever the edit.
 #include "tables/rewrite.h"
 

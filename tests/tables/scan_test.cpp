@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Tests of the search kernels: each finds every candidate, and only those, wherever it is.
 #include "tables/scan.h"
 

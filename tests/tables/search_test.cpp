@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Tests of the searches by label and by criteria, one case a line.
 #include <korvel/tables.h>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // For tests/tables/: a tables directory of their own, and the state as it was at the start.
 #ifndef KORVEL_TESTS_TABLES_TABLES_H
 #define KORVEL_TESTS_TABLES_TABLES_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Tests of the lines that a rewriting copies as they are.
 #include <climits>
 #include <random>

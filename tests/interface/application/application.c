@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* The smallest application: one call of the library, through its installed headers. */
 #include <string.h>
 
