@@ -15,5 +15,6 @@
 #include <korvel/strings.h>
 #include <korvel/tables.h>
 #include <korvel/types.h>
+#include <korvel/version.h>
 
 #endif

@@ -6,6 +6,7 @@
 #include <korvel/codecs.h>
 #include <korvel/dates.h>
 #include <korvel/strings.h>
+#include <korvel/version.h>
 
 #include "tests/faults/operations.h"
 
@@ -61,6 +62,7 @@ Answer writtenBy(Function function, Arguments... arguments) {
 }
 
 constexpr Operation kStrings[] = {
+    {"KorvelVersion", nullptr, [] { return Answer{KorvelVersion()}; }, KORVEL_VERSION, nullptr},
     {"chelibl_f", nullptr, [] { return changed(chelibl_f, "ab  "); }, "2", nullptr},
     {"chelibl_d", nullptr, [] { return changed(chelibl_d, "  ab"); }, "2", nullptr},
     {"chelicar_f", nullptr, [] { return changed(chelicar_f, "1500", '0'); }, "2", nullptr},

@@ -221,6 +221,7 @@ Call with(Function *function) {
 
 std::vector<Call> strings() {
   return {
+      with<>(KorvelVersion),
       with<Text>(chelibl_f),
       with<Text>(chelibl_d),
       with<Text, Number>(chelicar_f),

@@ -56,6 +56,7 @@ static void told(const char *what, double number) {
 static void playStrings(void) {
   char text[64] = "  bonjour  ", list[64] = "a+b,c", *item = 0, *grown = 0;
   int capacity = 0;
+  SHOW(KorvelVersion, );
   TELL(chelibl_f, text);
   TELL(chelibl_d, text);
   TELL(chelicar_f, text, 'r');

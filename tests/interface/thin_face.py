@@ -6,8 +6,8 @@ import re
 import sys
 
 root = pathlib.Path(sys.argv[1])
-FOLDERS = ['shell', 'strings', 'codecs', 'dates', 'files', 'profile', 'tables', 'platform', 'draw',
-           'messages', 'dialogs']
+FOLDERS = ['base', 'shell', 'strings', 'codecs', 'dates', 'files', 'profile', 'tables', 'platform',
+           'draw', 'messages', 'dialogs']
 MOST_LINES = 8
 RULES = re.compile(r'\b(for|while|do|switch|try|catch|goto)\b')
 

@@ -11,8 +11,8 @@ import subprocess
 import sys
 
 tidy, clang, build, project, own, part = sys.argv[1:]
-FOLDERS = ['shell', 'strings', 'codecs', 'dates', 'files', 'profile', 'tables', 'platform', 'draw',
-           'messages', 'dialogs', 'examples']
+FOLDERS = ['base', 'shell', 'strings', 'codecs', 'dates', 'files', 'profile', 'tables', 'platform',
+           'draw', 'messages', 'dialogs', 'examples']
 own = pathlib.Path(own)
 own.mkdir(parents=True, exist_ok=True)
 
