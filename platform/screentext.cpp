@@ -6,6 +6,8 @@
 #include <array>
 #include <cstddef>
 
+#include "base/cp1252.h"
+
 namespace korvel::platform {
 namespace {
 
@@ -20,14 +22,6 @@ constexpr MacByte kMacBytes[] = {
     {0xA1, u'°', true}, {0x90, u'ê', false}, {0x95, u'ï', false},
 };
 
-// CP1252 from 0x80 to 0x9F, after the table of the Unicode consortium (CP1252.TXT). Every byte
-// outside that range is the character of the same number.
-constexpr unsigned kFirstOwn = 0x80;
-constexpr std::array<char16_t, 32> kCp1252 = {
-    u'€', 0x81, u'‚', u'ƒ', u'„', u'…', u'†', u'‡', u'ˆ', u'‰', u'Š', u'‹', u'Œ', 0x8D, u'Ž', 0x8F,
-    0x90, u'‘', u'’', u'“', u'”', u'•', u'–', u'—', u'˜', u'™', u'š', u'›', u'œ', 0x9D, u'ž', u'Ÿ',
-};
-
 constexpr bool isMacByte(unsigned byte) {
   return std::any_of(std::begin(kMacBytes), std::end(kMacBytes),
                      [byte](const MacByte &mac) { return mac.byte == byte; });
@@ -36,8 +30,7 @@ constexpr bool isMacByte(unsigned byte) {
 constexpr std::array<char16_t, 256> charactersOfBytes() {
   std::array<char16_t, 256> characters{};
   for (unsigned byte = 0; byte < characters.size(); ++byte)
-    characters[byte] = static_cast<char16_t>(byte);
-  std::copy(kCp1252.begin(), kCp1252.end(), characters.begin() + kFirstOwn);
+    characters[byte] = base::characterOfCp1252(static_cast<unsigned char>(byte));
   for (const MacByte &mac : kMacBytes) characters[mac.byte] = mac.character;
   return characters;
 }
@@ -50,15 +43,6 @@ std::optional<unsigned char> typedMacByteOf(char16_t character) {
   return std::nullopt;
 }
 
-std::optional<unsigned char> cp1252ByteOf(char16_t character) {
-  const auto own = std::find(kCp1252.begin(), kCp1252.end(), character);
-  if (own != kCp1252.end())
-    return static_cast<unsigned char>(kFirstOwn + static_cast<unsigned>(own - kCp1252.begin()));
-  const bool isOutsideOwn = character < 0x80 || (character >= 0xA0 && character <= 0xFF);
-  if (isOutsideOwn) return static_cast<unsigned char>(character);
-  return std::nullopt;
-}
-
 }  // namespace
 
 char16_t characterOf(unsigned char byte) { return kCharacters[byte]; }
@@ -66,7 +50,7 @@ char16_t characterOf(unsigned char byte) { return kCharacters[byte]; }
 std::optional<unsigned char> byteOf(char16_t character) {
   if (character < 0x80) return static_cast<unsigned char>(character);
   if (const auto mac = typedMacByteOf(character)) return mac;
-  const auto byte = cp1252ByteOf(character);
+  const auto byte = base::cp1252ByteOf(character);
   if (byte && isMacByte(*byte)) return std::nullopt;
   return byte;
 }

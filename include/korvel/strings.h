@@ -1,6 +1,6 @@
 /* SPDX-License-Identifier: MIT */
 /* String primitives: trimming, search, insertion and deletion in place, counted byte runs, a
-   growable buffer, bounded copies, the two 8-bit character sets, capitals; lists of items.
+   growable buffer, bounded copies, the two 8-bit character sets, capitals, UTF-8; lists of items.
 
    Text is 8-bit, NUL-terminated, in the caller's buffers; nothing here depends on the locale and
    only szcopyex allocates. Lengths, positions and capacities are ints that count bytes; a capacity
@@ -210,6 +210,28 @@ KORVEL_API void m2wstr(char *s);
      strupr("\311t\351") -> "\311TE"
      strupr("fa\347ade") -> "FAAADE" */
 KORVEL_API char *strupr(char *s);
+
+/* Converts the UTF-8 text utf8 to CP1252, so that an application can have its sources and texts in
+   UTF-8. out has room for size bytes; it may be utf8 itself, and must not overlap it otherwise. A
+   character that CP1252 does not have becomes "?", and so does each byte that is no part of a
+   character (a cut one, an overlong form, a surrogate, a text that is CP1252 already). Nothing is
+   composed: an accent with a character of its own is "?". The control characters U+0081, U+008D,
+   U+008F, U+0090 and U+009D are the five bytes of their numbers, which CP1252 leaves open.
+   Returns the number of "?" written that way, so 0 when nothing was lost. Returns -1 and leaves out
+   untouched when it is too small; the bytes of utf8 and its terminator are always room enough.
+     KorvelFromUtf8("\303\251t\303\251", out, 4) -> 0, out = "\351t\351"
+     KorvelFromUtf8("5 \342\202\254", out, 4) -> 0, out = "5 \200"
+     KorvelFromUtf8("\317\200 = 3", out, 8) -> 1, out = "? = 3"
+     KorvelFromUtf8("\303\251t\303\251", out, 3) -> -1 */
+KORVEL_API int KorvelFromUtf8(const char *utf8, char *out, int size);
+
+/* Converts the CP1252 text text to UTF-8; out, size and the five open bytes as in KorvelFromUtf8,
+   which gives text again.
+   Returns 0: every byte has its character. Returns -1 and leaves out untouched when it is too
+   small; three bytes for each of text, and one for the terminator, are always room enough.
+     KorvelToUtf8("\351t\351", out, 6) -> 0, out = "\303\251t\303\251"
+     KorvelToUtf8("\351t\351", out, 5) -> -1 */
+KORVEL_API int KorvelToUtf8(const char *text, char *out, int size);
 
 /* --- Separated lists -----------------------------------------------------------------------
 

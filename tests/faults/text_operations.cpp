@@ -114,6 +114,20 @@ constexpr Operation kStrings[] = {
     {"w2mstr", nullptr, [] { return changed(w2mstr, "\xE9t\xE9"); }, "\x8Et\x8E", nullptr},
     {"m2wstr", nullptr, [] { return changed(m2wstr, "\x8Et\x8E"); }, "\xE9t\xE9", nullptr},
     {"strupr", nullptr, [] { return changed(strupr, "\x8Et\x8E"); }, "ETE", nullptr},
+    {"KorvelFromUtf8", nullptr,
+     [] {
+       Text out("");
+       const int lost = KorvelFromUtf8("\xC3\xA9t\xC3\xA9 \xCF\x80", out, sizeof out.bytes);
+       return Answer{lost, out.bytes};
+     },
+     "1", nullptr},
+    {"KorvelToUtf8", nullptr,
+     [] {
+       Text out("");
+       const int lost = KorvelToUtf8("\xE9t\xE9", out, sizeof out.bytes);
+       return Answer{lost, out.bytes};
+     },
+     "0", nullptr},
     {"Teste_liste", nullptr, [] { return Answer{Teste_liste("a+b,c-d")}; }, "4", nullptr},
     {"Teste_item_liste", nullptr, [] { return Answer{Teste_item_liste("ab+abc", "ab", 2)}; }, "1",
      nullptr},

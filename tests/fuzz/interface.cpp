@@ -246,6 +246,8 @@ std::vector<Call> strings() {
       with<Text>(w2mstr),
       with<Text>(m2wstr),
       with<Text>(strupr),
+      with<Text, Room>(KorvelFromUtf8),
+      with<Text, Room>(KorvelToUtf8),
       with<Text>(Teste_liste),
       with<Text, Bytes>(Teste_item_liste),
       with<Bytes, Bytes>(Teste_item_szliste),

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Strings, lists and paths of any bytes, in memory of exactly the size that is told, beside what
 // the standard library makes of the same.
+#include <algorithm>
 #include <cstring>
 #include <string>
 #include <vector>
@@ -168,6 +169,20 @@ void growing(Input &input) {
   std::free(buffer);
 }
 
+void utf8(Input &input, const std::string &given) {
+  Exactly source = Exactly::terminated(given);
+  Exactly there(3 * sizeOf(given) + 1);
+  require(KorvelToUtf8(source.data(), there.data(), there.size()) == 0);
+  Exactly back(sizeOf(given) + 1);
+  require(KorvelFromUtf8(there.data(), back.data(), back.size()) == 0 && back.text() == given);
+  const int lost = KorvelFromUtf8(source.data(), source.data(), source.size());
+  const auto marks = std::count(source.data(), source.data() + source.text().size(), '?');
+  require(lost >= 0 && lost <= marks && sizeOf(source.text()) <= sizeOf(given));
+  Exactly tight(input.ConsumeIntegralInRange(0, 310));
+  const int result = KorvelFromUtf8(given.c_str(), tight.data(), tight.size());
+  require(result == (sizeOf(source.text()) < tight.size() ? lost : -1));
+}
+
 void characterSets(Input &input) {
   const std::string given = text(input, 300);
   Exactly first = Exactly::terminated(given);
@@ -180,6 +195,7 @@ void characterSets(Input &input) {
   w2mstr(second.data());
   m2wstr(second.data());
   require(second.text().size() == given.size());
+  utf8(input, given);
 }
 
 std::vector<std::string> itemsOf(const std::string &list, const char *separators) {

@@ -83,6 +83,9 @@ static void playStrings(void) {
   LIB(w2mstr)(text);
   LIB(m2wstr)(text);
   show("text", LIB(strupr)(text));
+  TELL(KorvelToUtf8, "\xE9t\xE9", text, sizeof text);
+  TELL(KorvelFromUtf8, text, text, sizeof text);
+  show("text", text);
   LIB(secure_lstrcpy)(text, sizeof text, list);
   TELL(Teste_liste, list);
   TELL(Teste_item_liste, list, "b", 1);
