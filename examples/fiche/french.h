@@ -4,13 +4,9 @@
 #define FICHE_FRENCH_H
 
 /* The CP1252 form of a UTF-8 text of up to 255 characters, in one of eight static buffers that
-   take turns, so that one call of the library may use several. Every character must have a CP1252
-   byte. */
+   take turns, so that one call of the library may use several; empty for a longer one. A
+   character without a CP1252 byte becomes "?". */
 char *french(const char *utf8);
-
-/* The UTF-8 form of a CP1252 text, as the names of files have it. Returns 1, or 0 when it does not
-   fit. */
-int utf8(const char *cp1252, char *out, int size);
 
 /* Capitals of a CP1252 text, accents kept: up to size - 1 characters. */
 void capitals(const char *cp1252, char *out, int size);

@@ -50,7 +50,7 @@ static int readAll(FILE *file) {
 
 static int readTable(const char *path) {
   char name[3 * kPath];
-  FILE *file = utf8(path, name, sizeof name) ? fopen(name, "rb") : NULL;
+  FILE *file = KorvelToUtf8(path, name, sizeof name) == 0 ? fopen(name, "rb") : NULL;
   int isRead = file && readAll(file);
   if (file) fclose(file);
   return isRead;

@@ -12,6 +12,7 @@
 #include <korvel/desktop.h>
 #include <korvel/draw.h>
 #include <korvel/messages.h>
+#include <korvel/strings.h>
 
 #include "common/richline.h"
 #include "page.h"
@@ -19,9 +20,10 @@
 namespace {
 
 // Texts of the application are CP1252.
-std::string cp1252(QString text) {
-  constexpr char16_t kApostrophe = 0x2019;
-  return text.replace(QChar(kApostrophe), QChar(0x92)).toLatin1().toStdString();
+std::string cp1252(const std::string &utf8) {
+  std::string text(utf8.size() + 1, '\0');
+  KorvelFromUtf8(utf8.c_str(), text.data(), static_cast<int>(text.size()));
+  return text.c_str();
 }
 
 // A strip that is painted anew whenever Qt asks for it, by the library on the strip's painter.
@@ -30,7 +32,7 @@ class Strip : public QWidget {
   explicit Strip(QWidget *parent) : QWidget(parent) { setFixedHeight(30); }
 
   void show(const QString &text) {
-    text_ = cp1252(text);
+    text_ = cp1252(text.toStdString());
     update();
   }
 
@@ -106,9 +108,8 @@ class Window : public QWidget {
     return push;
   }
   void ask(const Box &box) {
-    const int result =
-        MessageBox(KorvelWidgetWindow(this), cp1252(QString::fromUtf8(box.text)).c_str(),
-                   cp1252(QString::fromUtf8(box.caption)).c_str(), box.flags);
+    const int result = MessageBox(KorvelWidgetWindow(this), cp1252(box.text).c_str(),
+                                  cp1252(box.caption).c_str(), box.flags);
     strip_->show(QStringLiteral("Réponse\u00A0: ") + answerOf(result));
   }
 
