@@ -29,6 +29,7 @@ struct Utf8Character {
 constexpr Utf8Character kStrayByte = {0xFFFD, 1};
 
 // Whether the form of `length` bytes is the shortest for this number, and the number a character's.
+// A form that the end of the text cuts has too small a number.
 bool isCharacter(char32_t number, std::size_t length) {
   constexpr char32_t kLeast[] = {0, 0, 0x80, 0x800, 0x10000};
   constexpr char32_t kGreatest = 0x10FFFF;
@@ -41,7 +42,7 @@ Utf8Character firstCharacter(std::string_view text) {
   const auto lead = static_cast<unsigned char>(text[0]);
   const auto length = static_cast<std::size_t>(std::countl_one(lead));
   if (length == 0) return {lead, 1};
-  if (length == 1 || length > 4 || length > text.size()) return kStrayByte;
+  if (length == 1 || length > 4) return kStrayByte;
   char32_t number = lead & (0x7FU >> length);
   for (const char next : text.substr(1, length - 1)) {
     if ((next & 0xC0) != 0x80) return kStrayByte;

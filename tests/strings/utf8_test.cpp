@@ -152,6 +152,9 @@ TEST(Utf8, EachByteOfNoCharacterIsLost) {
   EXPECT_EQ(fromUtf8("\xC0\x80"), (Converted{2, "??"})) << "overlong, a NUL";
   EXPECT_EQ(fromUtf8("\xE0\x83\xA9"), (Converted{3, "???"})) << "overlong";
   EXPECT_EQ(fromUtf8("\xF0\x80\x83\xA9"), (Converted{4, "????"})) << "overlong";
+  EXPECT_EQ(fromUtf8("\xC1\xBF"), (Converted{2, "??"})) << "the last overlong of two";
+  EXPECT_EQ(fromUtf8("\xE0\x9F\xBF"), (Converted{3, "???"})) << "the last overlong of three";
+  EXPECT_EQ(fromUtf8("\xF0\x8F\xBF\xBF"), (Converted{4, "????"})) << "the last overlong of four";
   EXPECT_EQ(fromUtf8("\xED\xA0\x80"), (Converted{3, "???"})) << "the first surrogate";
   EXPECT_EQ(fromUtf8("\xED\xBF\xBF"), (Converted{3, "???"})) << "the last surrogate";
   EXPECT_EQ(fromUtf8("\xF4\x90\x80\x80"), (Converted{4, "????"})) << "above all characters";
