@@ -7,10 +7,16 @@ include(CMakePackageConfigHelpers)
 install(TARGETS korvel EXPORT korvelTargets LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
 install(DIRECTORY include/korvel DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} FILES_MATCHING PATTERN *.h)
 
+# Beside the library: tables of reference data, and what is told of it all.
+set(tables_folder ${CMAKE_INSTALL_DATADIR}/korvel/tables)
+install(DIRECTORY data/tables/ DESTINATION ${tables_folder}
+  FILES_MATCHING PATTERN *.tab PATTERN README.md)
+install(DIRECTORY docs/ DESTINATION ${CMAKE_INSTALL_DOCDIR})
+
 set(package_folder ${CMAKE_INSTALL_LIBDIR}/cmake/korvel)
 install(EXPORT korvelTargets NAMESPACE korvel:: DESTINATION ${package_folder})
 configure_package_config_file(cmake/korvelConfig.cmake.in korvelConfig.cmake
-  INSTALL_DESTINATION ${package_folder})
+  INSTALL_DESTINATION ${package_folder} PATH_VARS tables_folder)
 write_basic_package_version_file(korvelConfigVersion.cmake COMPATIBILITY SameMajorVersion)
 install(FILES ${PROJECT_BINARY_DIR}/korvelConfig.cmake
   ${PROJECT_BINARY_DIR}/korvelConfigVersion.cmake
