@@ -20,7 +20,7 @@ texts = {path.relative_to(root).as_posix(): path.read_text(encoding='utf-8', err
 problems = []
 
 LICENCE = re.compile(r'(?:#![^\n]*\n)?(?://|/\*|#) SPDX-License-Identifier: MIT(?: \*/)?\n')
-scripts = [path for folder in LIBRARY + OTHERS + ['cmake', 'scripts', '.'] for path in
+scripts = [path for folder in LIBRARY + OTHERS + ['cmake', 'debian', 'scripts', '.'] for path in
            root.glob(f'{folder}/*' if folder in ('scripts', '.') else f'{folder}/**/*')
            if path.name == 'CMakeLists.txt' or path.suffix in ('.cmake', '.map', '.py', '.sh') or
            path.is_file() and path.suffix == '' and path.read_bytes().startswith(b'#!')]
