@@ -21,8 +21,13 @@ readonly WAYLAND_PACKAGES=(
 readonly COMPOSITOR_PACKAGES=(
   "${WAYLAND_PACKAGES[@]}" fonts-liberation grim python3 sway wl-clipboard wtype
 )
+# What makes Debian packages, and looks at them.
+readonly PACKAGING_PACKAGES=(
+  debhelper lintian
+)
 readonly TEST_PACKAGES=(
   "${BUILD_PACKAGES[@]}" "${TOOL_PACKAGES[@]}" "${SCREEN_PACKAGES[@]}" "${COMPOSITOR_PACKAGES[@]}"
+  "${PACKAGING_PACKAGES[@]}" debootstrap
   clang clang-format clang-tidy libclang-rt-14-dev googletest libgtest-dev locales python3
   at-spi2-core dbus libatspi2.0-dev e2fsprogs git libcrypt-dev sudo valgrind xfsprogs
   fontconfig fonts-dejavu-core fonts-noto-core fonts-urw-base35 poppler-utils
@@ -44,7 +49,8 @@ may_use_sudo() {
 ensure_packages() {
   local package missing=()
   for package in "$@"; do
-    [ "$(dpkg-query -W -f='${db:Status-Status}' "$package" 2>/dev/null)" = installed ] ||
+    [[ " ${missing[*]} " == *" $package "* ]] ||
+      [ "$(dpkg-query -W -f='${db:Status-Status}' "$package" 2>/dev/null)" = installed ] ||
       missing+=("$package")
   done
   [ ${#missing[@]} -eq 0 ] && return
