@@ -119,9 +119,10 @@ class Window : public QWidget {
 }  // namespace
 
 int main(int argc, char **argv) {
-  QApplication application(argc, argv);
+  // Never destroyed: under Wayland two threads of the toolkit may wait for each other at its end.
+  new QApplication(argc, argv);
   Window window;
   window.show();
   drawPage(GetWindowPort(KorvelWidgetWindow(&window)));
-  return application.exec();
+  return QApplication::exec();
 }
