@@ -178,8 +178,8 @@ class Dialog {
 
   // A step of such a run that gives the program its turn: shows the window at the first one, takes
   // the events that wait, and returns. The window stays, and blocks the others, until the handler,
-  // which has to live as long, has answered Stop: then it is off the screen, and further steps do
-  // nothing.
+  // which has to live as long, has answered Stop, or the desktop goes down: then it is off the
+  // screen, and further steps do nothing.
   virtual void runStep(HitHandler &handler) = 0;
 };
 

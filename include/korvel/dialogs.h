@@ -49,10 +49,12 @@
 
    A screen is one that somebody can see: X11 or Wayland. Any other platform of Qt's (offscreen,
    minimal, vnc, eglfs, linuxfb and the like), also of the application's own QApplication, counts as
-   no screen, unless the environment variable KORVEL_UNSEEN is 1, which says that it is meant. When
-   the X server goes away between two dialogs, the later ones end as without a screen. Under a
-   dialog, and under Wayland between two as well, Qt then ends the process with a line on standard
-   error and exit status 1. */
+   no screen, unless the environment variable KORVEL_UNSEEN is 1, which says that it is meant.
+
+   When the X server goes away, all dialogs that are up end as cancelled, with one line on standard
+   error, and the later ones end as without a screen. Only in a loop of Qt's that the application
+   runs itself does Qt end the process, with a line on standard error and exit status 1. Under
+   Wayland Qt always does so, as soon as the compositor goes away. */
 #ifndef KORVEL_DIALOGS_H
 #define KORVEL_DIALOGS_H
 

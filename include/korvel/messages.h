@@ -78,7 +78,7 @@ KORVEL_API int NoteDialog(WindowRef owner, char *caption, char *text, int lines,
    cancelled work the next one counts as cancelled, too, unless it begins with less done. Returns 1
    from the moment that the work is cancelled to its end, that call included; the window closes at
    once. Else returns 0, and always does so without a screen, which standard error says once in a
-   long work. */
+   long work, and once the screen has gone away. */
 KORVEL_API int KorvelProgress(const char *title, int done, int total);
 
 /* ---- The event filter of the boxes, for applications that keep window records of their own ----

@@ -3,6 +3,7 @@
 // platform cannot be started.
 #include "platform/qt/application.h"
 
+#include <atomic>
 #include <clocale>
 #include <csignal>
 #include <errno.h>
@@ -53,6 +54,17 @@ class QuietStart {
   const std::string locale_;
 };
 
+// Two threads of the toolkit may find that the compositor has gone away: each says so and ends the
+// process. One is enough, for which the other one waits.
+constinit QtMessageHandler sayAll = nullptr;
+
+void sayOneEnd(QtMsgType type, const QMessageLogContext &context, const QString &message) {
+  static constinit std::atomic<bool> isEnding = false;
+  const bool isEnd = message.startsWith(QLatin1String("The Wayland connection"));
+  if (!isEnd || !isEnding.exchange(true)) return sayAll(type, context, message);
+  sleep(1);
+}
+
 // Qt keeps references to both for as long as it lives.
 struct Arguments {
   explicit Arguments(std::string name)
@@ -65,13 +77,19 @@ struct Arguments {
   int count = 3;
 };
 
-void startApplication(const std::string &platform) {
+void makeApplication(const std::string &platform) {
   const QuietStart quiet;
   static Arguments arguments(platform);
   // Never destroyed: widgets and threads of the host may outlive every static destructor.
   static QApplication *application = new QApplication(arguments.count, arguments.values);
   application->setQuitOnLastWindowClosed(false);
-  keepLastWordsShort();
+}
+
+void startApplication(const std::string &platform) {
+  makeApplication(platform);
+  outliveXServer();
+  sayAll = qInstallMessageHandler(nullptr);  // known before it is asked for
+  qInstallMessageHandler(sayOneEnd);
 }
 
 constexpr unsigned kTrialSeconds = 10;
@@ -131,7 +149,7 @@ std::string whyUnfit(const QCoreApplication &application) {
     return "no screen: the application's QCoreApplication is not a QApplication";
   if (application.thread() != QThread::currentThread())
     return "dialog not shown: asked for in another thread than the first one";
-  if (xServerHasGone()) return "no screen: the X server has gone away";
+  if (xServerHasGone()) return kXServerGone;
   return whyUnseen(QGuiApplication::platformName().toStdString());
 }
 

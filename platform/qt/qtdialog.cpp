@@ -27,6 +27,7 @@
 #include "platform/qt/text.h"
 #include "platform/qt/textitem.h"
 #include "platform/qt/windowport.h"
+#include "platform/qt/xserver.h"
 
 namespace korvel::platform::qt {
 namespace {
@@ -38,10 +39,13 @@ void announce(QWidget &window) {
 }
 
 // Not for long: it may be on another desktop of the screen.
-void waitUntilSeen(QWidget &window) {
+void waitUntilSeen(QWidget &window, const XServerWatch &watch) {
   constexpr int kTries = 40;
   constexpr unsigned long kPause = 5;  // ms
-  for (int n = 0; n < kTries && window.isVisible() && !window.windowHandle()->isExposed(); ++n) {
+  const auto isUnseen = [&] {
+    return !watch.hasSeenItGo() && window.isVisible() && !window.windowHandle()->isExposed();
+  };
+  for (int n = 0; n < kTries && isUnseen(); ++n) {
     QThread::msleep(kPause);
     QCoreApplication::processEvents();
   }
@@ -477,7 +481,10 @@ void QtDialog::runModal(HitHandler &handler) {
 
   QEventLoop loop;
   loop_ = &loop;
-  loop.exec();
+  {
+    const XServerWatch watch([&loop] { loop.quit(); });
+    loop.exec();
+  }
   loop_ = nullptr;
   handler_ = nullptr;
 
@@ -489,8 +496,16 @@ void QtDialog::runStep(HitHandler &handler) {
   if (hasStopped_ || loop_ != nullptr) return;
   const bool isFirst = handler_ == nullptr;
   if (isFirst) comeUp(handler);
+  const XServerWatch watch([this] { goDown(); });
   QCoreApplication::processEvents();
-  if (isFirst) waitUntilSeen(window_);
+  if (isFirst) waitUntilSeen(window_, watch);
+}
+
+// There is nobody any more who could stop it.
+void QtDialog::goDown() {
+  handler_ = nullptr;
+  hasStopped_ = true;
+  leaveScreen();
 }
 
 }  // namespace korvel::platform::qt

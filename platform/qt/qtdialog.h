@@ -84,6 +84,7 @@ class QtDialog final : public Dialog, private HitSink {
   void actAsMessageBox();
   void comeUp(HitHandler &handler);
   void leaveScreen();
+  void goDown();
   // The item that Return stands for.
   int returnItem() const;
   void keepFocusFrom(QWidget *disabled);

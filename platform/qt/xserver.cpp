@@ -1,17 +1,24 @@
 // SPDX-License-Identifier: MIT
-// Speaks to the server through the libraries that the toolkit has loaded for it, opened by name so
-// that the module itself needs no X11.
+// Speaks to the server and to the toolkit's loop through the libraries that the toolkit has loaded
+// for them, opened by name so that the module itself needs none.
 #include "platform/qt/xserver.h"
+
+#include <cstdio>
+#include <limits>
+#include <utility>
 
 #include <dlfcn.h>
 #include <poll.h>
 
+#include <QDrag>
 #include <QGuiApplication>
 
 namespace korvel::platform::qt {
 namespace {
 
 constexpr const char *kXcb = "libxcb.so.1";
+constexpr const char *kX11 = "libX11.so.6";
+constexpr const char *kGLib = "libglib-2.0.so.0";
 
 // Null where the library or its function is missing. The library stays loaded.
 template <typename Function>
@@ -22,10 +29,29 @@ Function *functionOf(const char *library, const char *name) {
 
 bool isOnX11() { return QGuiApplication::platformName() == QLatin1String("xcb"); }
 
+auto *x11() { return qGuiApp->nativeInterface<QNativeInterface::QX11Application>(); }
+
+// Of the toolkit's connection; below 0 where there is none.
+int connection() {
+  if (!isOnX11()) return -1;
+  const auto descriptorOf = functionOf<int(void *)>(kXcb, "xcb_get_file_descriptor");
+  return descriptorOf == nullptr ? -1 : descriptorOf(x11()->connection());
+}
+
 // The other end may have closed the connection before anybody has read so.
+constexpr int kHungUp = POLLRDHUP | POLLHUP | POLLERR;
+
 bool hasHungUp(int descriptor) {
-  pollfd asked{descriptor, POLLRDHUP, 0};
+  pollfd asked{descriptor, kHungUp, 0};
   return poll(&asked, 1, 0) == 1;
+}
+
+// Before all that the toolkit has in its loop.
+constexpr int kFirstOfAll = std::numeric_limits<int>::min();
+
+void sayOnce() {
+  static constinit bool isSaid = false;
+  if (!std::exchange(isSaid, true)) std::fprintf(stderr, "korvel: %s\n", kXServerGone);
 }
 
 }  // namespace
@@ -42,20 +68,50 @@ bool xServerAnswers() {
 }
 
 bool xServerHasGone() {
-  if (!isOnX11()) return false;
-  const auto *application = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
-  const auto descriptorOf = functionOf<int(void *)>(kXcb, "xcb_get_file_descriptor");
-  return descriptorOf != nullptr && hasHungUp(descriptorOf(application->connection()));
+  const int descriptor = connection();
+  return descriptor >= 0 && hasHungUp(descriptor);
 }
 
-void keepLastWordsShort() {
+void outliveXServer() {
   if (!isOnX11()) return;
   using Handler = int(void *);
-  const auto setHandler = functionOf<Handler *(Handler *)>("libX11.so.6", "XSetIOErrorHandler");
-  if (setHandler == nullptr) return;
-  Handler *const before = setHandler(nullptr);  // sets the library's own, which is read by the next
-  Handler *const standard = setHandler([](void *) { return 0; });
-  if (before != standard) setHandler(before);
+  using ExitHandler = void(void *, void *);
+  const auto setHandler = functionOf<Handler *(Handler *)>(kX11, "XSetIOErrorHandler");
+  const auto setExitHandler =
+      functionOf<void(void *, ExitHandler *, void *)>(kX11, "XSetIOErrorExitHandler");
+  if (setHandler == nullptr || setExitHandler == nullptr) return;
+  setHandler([](void *) { return 0; });
+  setExitHandler(
+      x11()->display(), [](void *, void *) {}, nullptr);
+}
+
+XServerWatch::XServerWatch(std::function<void()> onGone) : onGone_(std::move(onGone)) {
+  using Seen = int(int descriptor, int condition, void *watch);
+  const auto add = functionOf<unsigned(int, int, int, Seen *, void *, void (*)(void *))>(
+      kGLib, "g_unix_fd_add_full");
+  const int descriptor = connection();
+  if (descriptor < 0 || add == nullptr) return;
+  const auto seen = [](int, int, void *watch) {
+    return static_cast<XServerWatch *>(watch)->see() ? 1 : 0;
+  };
+  source_ = add(kFirstOfAll, descriptor, kHungUp, seen, this, nullptr);
+}
+
+XServerWatch::~XServerWatch() {
+  const auto remove = functionOf<int(unsigned)>(kGLib, "g_source_remove");
+  if (source_ != 0 && remove != nullptr) remove(source_);
+  if (hasSeen_) sayOnce();
+}
+
+// False, which gives the source up, when a loop that is none of a dialog goes on.
+bool XServerWatch::see() {
+  if (std::exchange(hasSeen_, true)) {
+    source_ = 0;
+    return false;
+  }
+  QDrag::cancel();  // has a loop of its own
+  onGone_();
+  return true;
 }
 
 }  // namespace korvel::platform::qt

@@ -17,8 +17,8 @@ inline constexpr char kTitle[] = "Essai à l'écran";
 
 // Size of the dialog's content, and places inside its items, in pixels.
 inline constexpr int kWidth = 400, kHeight = 350;
-inline constexpr Place kPlainField{200, 21}, kMaskedField{200, 49}, kCheckBox{128, 266},
-    kActionButton{180, 296}, kOkButton{150, 326}, kCancelButton{250, 326};
+inline constexpr Place kPlainField{200, 21}, kMaskedField{200, 49}, kPopUp{160, 189},
+    kCheckBox{128, 266}, kActionButton{180, 296}, kOkButton{150, 326}, kCancelButton{250, 326};
 
 // The row of the list, numbered from 0.
 inline constexpr Place listRow(int row) { return {150, 182 + 8 + 14 * row}; }
