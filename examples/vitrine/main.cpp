@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The showcase: a host application of Qt's own that lends its window and a painter to the library.
+#include <cstring>
 #include <string>
 
 #include <QApplication>
@@ -23,7 +24,8 @@ namespace {
 std::string cp1252(const std::string &utf8) {
   std::string text(utf8.size() + 1, '\0');
   KorvelFromUtf8(utf8.c_str(), text.data(), static_cast<int>(text.size()));
-  return text.c_str();
+  text.resize(std::strlen(text.c_str()));
+  return text;
 }
 
 // A strip that is painted anew whenever Qt asks for it, by the library on the strip's painter.

@@ -2,7 +2,11 @@
 """tidy.py <clang-tidy> <clang++> <build folder> <project> <folder> <part>: clang-tidy finds nothing in
 the sources of the desktop module (part: module), or of the library and the examples (part: library),
 nor in their headers. Tests and benchmarks are left out: they would take longer than everything else.
-<folder> is for what it makes on the way."""
+<folder> is for what it makes on the way.
+
+A source's time is mostly that of its headers. So those of a folder are looked at together, as one
+source that includes them; where two of them have a name twice, each half of them."""
+import collections
 import json
 import pathlib
 import re
@@ -12,7 +16,7 @@ import sys
 
 tidy, clang, build, project, own, part = sys.argv[1:]
 FOLDERS = ['base', 'shell', 'strings', 'codecs', 'dates', 'files', 'profile', 'tables', 'platform',
-           'draw', 'messages', 'dialogs', 'examples']
+           'draw', 'messages', 'dialogs', 'tools', 'examples']
 own = pathlib.Path(own)
 own.mkdir(parents=True, exist_ok=True)
 
@@ -24,8 +28,7 @@ def is_ours(entry):
     return (file.relative_to(project).parts[1] == 'qt') == (part == 'module')
 
 
-# The toolkit's headers, compiled once more by clang: reading them takes half of the time. Those of
-# the other folders are quickly read, which shows as well that each source includes what it needs.
+# The toolkit's headers, compiled once more by clang: reading them takes half of the time.
 def toolkit_headers():
     entry = next(entry for entry in entries if 'korvel_qt.dir/cmake_pch.hxx.gch' in entry['command'])
     words = [word for word in shlex.split(entry['command']) if word not in ('-Werror', '-Winvalid-pch')]
@@ -39,25 +42,44 @@ def toolkit_headers():
 
 
 entries = json.loads((pathlib.Path(build) / 'compile_commands.json').read_text())
-commands = [entry for entry in entries if is_ours(entry)]
 toolkit = toolkit_headers() if part == 'module' else ''
-for entry in commands:
-    entry['command'] = re.sub(r' -Winvalid-pch -include \S+', toolkit, entry['command'])
-(own / 'compile_commands.json').write_text(json.dumps(commands))
+languages = {'.c': 'c', '.cpp': 'c++'}
+settings = pathlib.Path(project, 'platform/qt' if part == 'module' else '', '.clang-tidy')
+sources = collections.defaultdict(set)  # of a folder, that are compiled alike: how they are
+for entry in filter(is_ours, entries):
+    command = re.sub(r' -Winvalid-pch -include \S+', toolkit, entry['command'])
+    command = re.sub(r' -o \S+ -c \S+$', '', command)
+    file = pathlib.Path(entry['file'])
+    sources[file.parent, file.suffix, command].add(file)
 
 
-def faults(source):
-    run = subprocess.run([tidy, '-p', own, '--quiet', source], capture_output=True, text=True,
-                         check=False)
+def one_of(files):
+    """One source that includes these."""
+    if not files[1:]:
+        return files[0]
+    whole = own / f'together{files[0].suffix}'
+    whole.write_text(''.join(f'#include "{file}"  // NOLINT\n' for file in files))
+    return whole
+
+
+def faults(files, words):
+    source = one_of(files)
+    if files[1:] and subprocess.run([clang, '-fsyntax-only', '-w', '-x', languages[source.suffix],
+                                     *words, source], capture_output=True, check=False).returncode:
+        half = len(files) // 2
+        return faults(files[:half], words) + faults(files[half:], words)
+    run = subprocess.run([tidy, '--quiet', f'--config-file={settings}', source, '--', *words],
+                         capture_output=True, text=True, check=False)
     if run.returncode == 0:
         return ''
-    return run.stdout.strip() or run.stderr.strip() or f'{source}: clang-tidy ended early'
+    return run.stdout or run.stderr or f'{files}: clang-tidy ended early\n'
 
 
-sources = sorted({entry['file'] for entry in commands})
-found = [text for text in map(faults, sources) if text]
+found = ''.join(faults(sorted(files), shlex.split(command)[1:])
+                for (_, _, command), files in sources.items())
 if found:
-    sys.exit('\n'.join(found))
-if len(sources) < (30 if part == 'module' else 100):
-    sys.exit(f'only {len(sources)} sources looked at')
-print(f'nothing found in {len(sources)} sources')
+    sys.exit(found)
+count = sum(map(len, sources.values()))
+if count < (30 if part == 'module' else 100):
+    sys.exit(f'only {count} sources looked at')
+print(f'nothing found in {count} sources')
