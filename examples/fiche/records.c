@@ -12,6 +12,7 @@
 
 #include "french.h"
 #include "practice.h"
+#include "textfile.h"
 
 static const char kFolder[] = "Cabinet:fiches", kPattern[] = ".fic";
 
@@ -122,30 +123,11 @@ static void pathOf(int number, char *path) {
   snprintf(path, kPath, "%s:%0*d%s", kFolder, kDigits, number, kPattern);
 }
 
-static int writeWhole(const char *path, const char *text) {
-  int length = (int)strlen(text);
-  int file = xFile_Open(path, 0, 1);
-  if (file < 0) return 0;
-  int written = xFile_Write(file, text, length);
-  return xFile_Close(file) == 0 && written == length;
-}
-
-/* The text as it is on the disk, cut to what a record may have. */
-static int readWhole(const char *path, char *text) {
-  int file = File_Open(path, 1, 0);
-  if (file < 0) return 0;
-  int length = File_Read(file, text, kText - 1);
-  File_Close(file);
-  if (length < 0) return 0;
-  text[length] = '\0';
-  return 1;
-}
-
 static int replaceFile(int number, const char *text) {
   char path[kPath], fresh[kPath + 4];
   pathOf(number, path);
   snprintf(fresh, sizeof fresh, "%s.tmp", path);
-  if (writeWhole(fresh, text) && MACRename(fresh, path) == 0) return 1;
+  if (writeTextFile(fresh, text) && MACRename(fresh, path) == 0) return 1;
   MACRemove(fresh);
   return 0;
 }
@@ -193,7 +175,7 @@ int loadRecord(int number, Record *record) {
   char path[kPath], text[kText];
   pathOf(number, path);
   *record = emptyRecord();
-  if (!readWhole(path, text)) return 0;
+  if (!readTextFile(path, text, kText)) return 0;
   readText(text, record);
   record->number = number;
   return 1;

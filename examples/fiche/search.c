@@ -13,6 +13,7 @@
 #include "french.h"
 #include "message.h"
 #include "records.h"
+#include "textfile.h"
 
 enum { kTexte, kTexts };
 enum { kListe, kLists };
@@ -29,27 +30,9 @@ static const char kFolder[] = "Cabinet:notes", kCaption[] = "Recherche dans les 
 
 /* ---- Files ---- */
 
-int keepNoteText(const char *path, const char *text) {
-  const int length = (int)strlen(text);
-  int file = xFile_Open(path, 0, 1);
-  if (file < 0) return 0;
-  int isWhole = xFile_Write(file, text, length) == length && xFile_SetEOF(file, length) == 0;
-  return xFile_Close(file) == 0 && isWhole;
-}
-
-static int readText(const char *path, char *text) {
-  int file = File_Open(path, 1, 0);
-  if (file < 0) return 0;
-  int length = File_Read(file, text, kText - 1);
-  File_Close(file);
-  if (length < 0) return 0;
-  text[length] = '\0';
-  return 1;
-}
-
 static int holds(const char *path, const char *wanted) {
   char text[kText], plain[kText];
-  if (!readText(path, text)) return 0;
+  if (!readTextFile(path, text, kText)) return 0;
   plainCapitals(text, plain, sizeof plain);
   return strstr(plain, wanted) != NULL;
 }

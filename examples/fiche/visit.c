@@ -14,8 +14,8 @@
 #include "practice.h"
 #include "printing.h"
 #include "records.h"
-#include "search.h"
 #include "settings.h"
+#include "textfile.h"
 
 enum { kMotif, kTension, kConclusion, kTexts };
 enum { kPouls, kInts };
@@ -83,13 +83,25 @@ static Visit enteredVisit(void) {
 
 /* ---- The note ---- */
 
-/* While a dialog is up its port is the current one. */
-static void showNote(Form *form) {
+/* While a dialog is up, and already while it is filled, its port is the current one. */
+static void showEntered(void) {
   const Visit visit = enteredVisit();
   CGrafPtr port = NULL;
-  (void)form;
   GetPort(&port);
   drawNote(port, Dlg_CoefX(kNote), Dlg_CoefY(kTop) + 4, &visit, edited, &settings);
+}
+
+/* Not called while the field that is typed into is not acceptable, but for the date. */
+static void showNote(Form *form) {
+  (void)form;
+  showEntered();
+}
+
+/* Called when the date is shown for the first time, too: the note is seen from the beginning. */
+static int acceptDate(char *text, int *date) {
+  const int refusal = intcod_l_date(text, date);
+  showEntered();
+  return refusal;
 }
 
 enum { kPath = 64 };
@@ -113,7 +125,7 @@ static int saveText(const Visit *visit) {
   char path[kPath], text[sizeof visit->motif + sizeof visit->conclusion + 8];
   notePath(visit, "txt", path);
   snprintf(text, sizeof text, "%s\r\n%s\r\n", visit->motif, visit->conclusion);
-  return keepNoteText(path, text);
+  return writeTextFile(path, text);
 }
 
 static const char *keepEntered(const Form *form) {
@@ -135,6 +147,7 @@ static void defineVisit(void) {
   formLabel("Date", kLabel, formLine(kVisitY, 0), 44);
   DateDlgBox_set_geo(kDate, kField, formLine(kVisitY, 0), 50, kLine, kRankDate);
   DateDlgBox_set(kDate, today(), KorvelCalendarDate);
+  DateDlgBox_set_fvalid(kDate, acceptDate);
   formLabel("Motif", kLabel, formLine(kVisitY, 1), 44);
   formText(kMotif, kField, formLine(kVisitY, 1), 120, kRankMotif, "", sizeof((Visit *)0)->motif, 1);
 }

@@ -21,7 +21,7 @@ constexpr char kMenu[] = "Cabinet médical", kNew[] = "Nouvelle fiche", kPaul[] 
                kDoctors[] = "Sélection de praticien en base", kRefused[] = "Saisie non acceptée",
                kFirstLine[] = "Ordonnance, ligne 1", kSecondLine[] = "Ordonnance, ligne 2",
                kThirdLine[] = "Ordonnance, ligne 3", kProfessions[] = "Table des professions",
-               kSettings[] = "Réglages";
+               kSettings[] = "Réglages", kNote[] = "Note de visite\u00A0: Paul Martin";
 
 // The tasks of the menu, in their order.
 enum Task {
@@ -108,6 +108,22 @@ testing::AssertionResult choosePatient() {
   const auto isUp = comesUp(kChoice);
   if (isUp) press("Tab Home Return");
   return isUp;
+}
+
+// Opens the note of a visit of the first patient.
+testing::AssertionResult openVisit() {
+  for (const auto &step : {choose(kVisit), choosePatient(), comesUp(kNote)})
+    if (!step) return step;
+  return testing::AssertionSuccess();
+}
+
+// From the first field on, to the one behind the date.
+void dateVisit() {
+  for (const char *part : {"5", "3", "2024"}) {
+    press("ctrl+a");
+    write(part);
+    press("Tab");
+  }
 }
 
 // Leaves the menu and waits for the end.
@@ -443,14 +459,8 @@ TEST_F(FicheTable, IsAsBeforeWhenTheChangesAreCancelled) {
 TEST_F(Fiche, ANoteOfAVisitIsAPictureAndKeepsTheWeight) {
   keepRecord("naissance=19750228\r\npoids=70.00\r\n");
   auto application = start();
-  ASSERT_TRUE(choose(kVisit));
-  ASSERT_TRUE(choosePatient());
-  ASSERT_TRUE(comesUp("Note de visite\u00A0: Paul Martin"));
-  for (const char *part : {"5", "3", "2024"}) {
-    press("ctrl+a");
-    write(part);
-    press("Tab");
-  }
+  ASSERT_TRUE(openVisit());
+  dateVisit();
   write("Contrôle");
   press("Tab ctrl+a");
   write("68,5");
@@ -468,6 +478,20 @@ TEST_F(Fiche, ANoteOfAVisitIsAPictureAndKeepsTheWeight) {
   EXPECT_GT(std::filesystem::file_size(path("notes/0001-20240305.png")), 4000u);
 }
 
+// Before anything is typed, and with a date that is none.
+TEST_F(Fiche, ANoteIsSeenFromTheBeginning) {
+  keepRecord("naissance=19750228\r\npoids=70.00\r\n");
+  auto application = start();
+  ASSERT_TRUE(openVisit());
+  const Picture before = picture(430, 20, 400, 200);
+  EXPECT_GT(before.darkPixels(), 500);
+  press("Tab ctrl+a");
+  write("13");
+  EXPECT_FALSE(picture(430, 20, 400, 200).pixels == before.pixels);
+  press("Escape");
+  EXPECT_EQ(leave(application), 0);
+}
+
 // The dialog of a visit, once its note has a reason.
 class FicheVisit : public Fiche {
  protected:
@@ -475,14 +499,8 @@ class FicheVisit : public Fiche {
     keepRecord(
         "naissance=19750228\r\nligne=60234100 3 1 sachet\r\nligne=65458013 0 2 le matin\r\n"
         "ligne=67681303 10 1 le soir\r\n");
-    ASSERT_TRUE(choose(kVisit));
-    ASSERT_TRUE(choosePatient());
-    ASSERT_TRUE(comesUp("Note de visite\u00A0: Paul Martin"));
-    for (const char *part : {"5", "3", "2024"}) {
-      press("ctrl+a");
-      write(part);
-      press("Tab");
-    }
+    ASSERT_TRUE(openVisit());
+    dateVisit();
     write("Fièvre");
   }
 
