@@ -47,6 +47,12 @@ class FicheAccess : public testing::Test {
     };
     return reader_.waitUntil(isThere) && reader_.actOnRow(list, row, "Toggle");
   }
+  // The first row that holds the text; empty when there is none.
+  std::string rowWith(const std::string &list, const std::string &text) {
+    for (const std::string &row : reader_.rows(list))
+      if (row.find(text) != std::string::npos) return row;
+    return {};
+  }
   bool open(const std::string &menu, const std::string &task) {
     return comesUp(menu) && choose("list Tâches", task) && press("push button Ouvrir");
   }
@@ -204,12 +210,15 @@ TEST_F(FicheAccess, AMorningIsPlayedWithoutKeysAndPixels) {
   EXPECT_TRUE(reader_.waitUntil([this] { return reader_.text("text Libellé") != ""; }));
   EXPECT_TRUE(enter("text Libellé", "Apiculteur"));
   EXPECT_TRUE(press("push button Modifier"));
-  EXPECT_TRUE(reader_.waitUntil([this] {
-    const Lines rows = reader_.rows("list Professions");
-    return std::any_of(rows.begin(), rows.end(), [](const std::string &row) {
-      return row.find("Apiculteur") != std::string::npos;
-    });
-  }));
+  const auto isListed = [this] { return rowWith("list Professions", "Apiculteur") != ""; };
+  EXPECT_TRUE(reader_.waitUntil(isListed));
+  EXPECT_TRUE(choose("list Professions", rowWith("list Professions", "Apiculteur")));
+  EXPECT_TRUE(press("push button Supprimer"));
+  ASSERT_TRUE(comesUp("Suppression"));
+  EXPECT_EQ(message(), "Supprimer «\u00A0Apiculteur\u00A0» de la table\u00A0?");
+  ASSERT_TRUE(press("push button Oui"));
+  ASSERT_TRUE(comesUp("Table des professions"));
+  EXPECT_TRUE(reader_.waitUntil([&] { return !isListed(); }));
   ASSERT_TRUE(press("push button Fermer"));
 
   ASSERT_TRUE(open(menu, "Note de visite"));
@@ -225,6 +234,12 @@ TEST_F(FicheAccess, AMorningIsPlayedWithoutKeysAndPixels) {
   EXPECT_TRUE(enter("text Tension", "12/7"));
   EXPECT_TRUE(enter("text Pouls", "84"));
   EXPECT_TRUE(enter("text Conclusion", "Gastro-entérite aiguë."));
+  EXPECT_TRUE(reader_.isChecked("check box Consultation"));
+  EXPECT_FALSE(reader_.isChecked("check box Vaccination"));
+  for (const char *act : {"check box Électrocardiogramme", "check box Vaccination"})
+    EXPECT_TRUE(check(act)) << act;
+  EXPECT_TRUE(reader_.act("check box Consultation", "Toggle"));
+  EXPECT_TRUE(reader_.waitUntil([this] { return !reader_.isChecked("check box Consultation"); }));
   ASSERT_TRUE(press("push button Enregistrer"));
   ASSERT_TRUE(comesUp("Note de visite"));
   EXPECT_NE(message().find("dans le dossier des notes"), std::string::npos);
@@ -237,6 +252,7 @@ TEST_F(FicheAccess, AMorningIsPlayedWithoutKeysAndPixels) {
   ASSERT_TRUE(press("push button Oui"));
   EXPECT_EQ(application_.wait(), 0);
 
+  EXPECT_EQ(kept("professions.tab").find("Apiculteur"), std::string::npos);
   const std::string record = kept("fiches/0001.fic");
   for (const char *line :
        {"nom=Lef\xE8vre\r\n", "prenom=Fran\xE7oise\r\n", "19750228", "69266", "64.5", "4711"})
