@@ -10,8 +10,9 @@ install(DIRECTORY include/korvel DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} FILES_M
 # Beside the library: tables of reference data, and what is told of it all.
 set(tables_folder ${CMAKE_INSTALL_DATADIR}/korvel/tables)
 install(DIRECTORY data/tables/ DESTINATION ${tables_folder}
-  FILES_MATCHING PATTERN *.tab PATTERN README.md)
+  FILES_MATCHING PATTERN *.tab PATTERN *.md)
 install(DIRECTORY docs/ DESTINATION ${CMAKE_INSTALL_DOCDIR})
+install(FILES LICENSE CHANGELOG.md CONTRIBUTING.md SECURITY.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
 
 set(package_folder ${CMAKE_INSTALL_LIBDIR}/cmake/korvel)
 install(EXPORT korvelTargets NAMESPACE korvel:: DESTINATION ${package_folder})

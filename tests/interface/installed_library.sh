@@ -12,7 +12,9 @@ prefix=$scratch/prefix
 library=$(find "$prefix" -name 'libkorvel.so')
 folder=$(dirname "$library")
 for file in "$folder/libkorvel.so.1" "$folder/korvel/korvel-qt.so" \
-            "$prefix/include/korvel/korvel.h" "$folder/pkgconfig/korvel.pc"; do
+            "$prefix/include/korvel/korvel.h" "$folder/pkgconfig/korvel.pc" \
+            "$prefix"/share/doc/korvel/{LICENSE,LICENSES-tables.md} \
+            "$prefix"/share/doc/korvel/{CHANGELOG,CONTRIBUTING,SECURITY}.md; do
   [ -e "$file" ] || { echo "not installed: ${file#"$prefix/"}"; exit 1; }
 done
 
