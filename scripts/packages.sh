@@ -31,6 +31,7 @@ readonly TEST_PACKAGES=(
   clang clang-format clang-tidy libclang-rt-14-dev googletest libgtest-dev locales python3
   at-spi2-core dbus libatspi2.0-dev e2fsprogs git libcrypt-dev sudo valgrind xfsprogs
   fontconfig fonts-dejavu-core fonts-noto-core fonts-urw-base35 poppler-utils
+  abigail-tools  # compares the interface with its record
 )
 readonly BENCH_PACKAGES=(
   "${BUILD_PACKAGES[@]}" libbenchmark-dev libglib2.0-dev libinih-dev libsqlite3-dev mawk
