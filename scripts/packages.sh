@@ -33,6 +33,10 @@ readonly TEST_PACKAGES=(
   fontconfig fonts-dejavu-core fonts-noto-core fonts-urw-base35 poppler-utils
   abigail-tools  # compares the interface with its record
 )
+# A compiler for another machine, and what runs its programs.
+readonly CROSS_PACKAGES=(
+  g++-aarch64-linux-gnu qemu-user
+)
 readonly BENCH_PACKAGES=(
   "${BUILD_PACKAGES[@]}" libbenchmark-dev libglib2.0-dev libinih-dev libsqlite3-dev mawk
   fonts-liberation
