@@ -232,7 +232,7 @@ std::string anyUtf8(RandomText &random) {
 TEST(Utf8, AgreesWithTheModelAtThePagesEdges) {
   RandomText random(13);
   GuardedPages pages;
-  for (int i = 0; i < 20000; ++i) {
+  for (int i = 0; i < 5000; ++i) {
     const std::string text = anyUtf8(random);
     const Converted expected = modelFromUtf8(text);
     char *s = i % 2 == 0 ? pages.textAtEnd(text) : pages.textAtStart(text);
