@@ -5,7 +5,7 @@
 
 readonly BUILD_PACKAGES=(
   build-essential cmake ninja-build qt6-base-dev qt6-tools-dev libqt6opengl6-dev
-  libqt6svg6 libqt6uitools6 pkg-config
+  libqt6svg6 libqt6uitools6 libsqlite3-dev pkg-config
 )
 # The tools that the library runs beside those of every system.
 readonly TOOL_PACKAGES=(
@@ -29,7 +29,7 @@ readonly TEST_PACKAGES=(
   "${BUILD_PACKAGES[@]}" "${TOOL_PACKAGES[@]}" "${SCREEN_PACKAGES[@]}" "${COMPOSITOR_PACKAGES[@]}"
   "${PACKAGING_PACKAGES[@]}" debootstrap
   clang clang-format clang-tidy libclang-rt-14-dev googletest libgtest-dev locales python3
-  at-spi2-core dbus libatspi2.0-dev e2fsprogs git libcrypt-dev sudo valgrind xfsprogs
+  at-spi2-core dbus libatspi2.0-dev e2fsprogs git groff-base libcrypt-dev sudo valgrind xfsprogs
   fontconfig fonts-dejavu-core fonts-noto-core fonts-urw-base35 poppler-utils
   abigail-tools  # compares the interface with its record
 )
@@ -38,7 +38,7 @@ readonly CROSS_PACKAGES=(
   g++-aarch64-linux-gnu qemu-user
 )
 readonly BENCH_PACKAGES=(
-  "${BUILD_PACKAGES[@]}" libbenchmark-dev libglib2.0-dev libinih-dev libsqlite3-dev mawk
+  "${BUILD_PACKAGES[@]}" libbenchmark-dev libglib2.0-dev libinih-dev mawk
   fonts-liberation
 )
 

@@ -1,0 +1,22 @@
+// SPDX-License-Identifier: MIT
+// Takes --title and --version, for the two commands that write them.
+#include "tools/heading.h"
+
+#include "tools/arguments.h"
+#include "tools/edit.h"
+#include "tools/tablefile.h"
+
+namespace korvel::tools {
+
+std::string Heading::versionLine() const { return std::string(kVersionMark) + version; }
+
+Heading headingOf(const Arguments &arguments) {
+  const std::string title = arguments.needed("title");
+  Heading heading{fieldText(title), fieldText(arguments.needed("version"))};
+  checkNoMark(heading.title);
+  checkLength(heading.title);
+  checkLength(heading.versionLine());
+  return heading;
+}
+
+}  // namespace korvel::tools

@@ -1,0 +1,99 @@
+// SPDX-License-Identifier: MIT
+// Makes a file beside its place, syncs it and renames it.
+#include "tools/newfile.h"
+
+#include <array>
+#include <cerrno>
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <limits.h>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "tools/failure.h"
+
+namespace korvel::tools {
+namespace {
+
+// The one file that is being made, for the signals.
+char unfinished[PATH_MAX];
+
+extern "C" void removeAndEnd(int signal) {
+  unlink(unfinished);
+  std::signal(signal, SIG_DFL);
+  std::raise(signal);
+}
+
+void removeAtSignals(const std::string &path) {
+  std::strncpy(unfinished, path.c_str(), sizeof unfinished - 1);
+  for (const int signal : {SIGINT, SIGTERM, SIGHUP}) std::signal(signal, removeAndEnd);
+}
+
+// Whether the place is taken. Throws unless what is there may give way.
+bool isTaken(const std::string &place, struct stat &status) {
+  if (stat(place.c_str(), &status) != 0) {
+    if (errno == ENOENT) return false;
+    throw fileFailure(place);
+  }
+  if (S_ISDIR(status.st_mode)) throw fileFailure(place, EISDIR);
+  if (!S_ISREG(status.st_mode)) throw Failure(kFailed, place + ": is no regular file");
+  if (access(place.c_str(), W_OK) != 0) throw fileFailure(place);
+  return true;
+}
+
+}  // namespace
+
+mode_t usualMode() {
+  const mode_t mask = umask(0);
+  umask(mask);
+  return 0666 & ~mask;
+}
+
+NewFile::NewFile(const std::string &place, mode_t modeIfNew) : place_(place) {
+  const std::string folder = place.substr(0, place.rfind('/') + 1);
+  path_ = folder + ".korvel-tables-XXXXXX";
+  struct stat old;
+  const bool taken = isTaken(place, old);
+  file_ = mkostemp(path_.data(), O_CLOEXEC);
+  if (file_ < 0) throw fileFailure(folder);
+  removeAtSignals(path_);
+  if (taken) static_cast<void>(fchown(file_, old.st_uid, old.st_gid) == 0);
+  fchmod(file_, taken ? old.st_mode & 0777 : modeIfNew);
+}
+
+NewFile::~NewFile() {
+  if (file_ >= 0) close(file_);
+  unlink(path_.c_str());
+}
+
+void NewFile::write(std::string_view bytes) {
+  while (!bytes.empty()) {
+    const ssize_t written = ::write(file_, bytes.data(), bytes.size());
+    if (written < 0 && errno == EINTR) continue;
+    if (written < 0) throw fileFailure(place_);
+    bytes.remove_prefix(static_cast<std::size_t>(written));
+  }
+}
+
+void NewFile::finish() {
+  if (fsync(file_) != 0) throw fileFailure(place_);
+  const int closed = close(file_);
+  file_ = -1;
+  if (closed != 0) throw fileFailure(place_);
+}
+
+void NewFile::commit() {
+  finish();
+  if (std::rename(path_.c_str(), place_.c_str()) != 0) throw fileFailure(place_);
+  const std::string folder = place_.substr(0, place_.rfind('/') + 1);
+  const int opened = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  if (opened < 0) return;
+  fsync(opened);
+  close(opened);
+}
+
+}  // namespace korvel::tools

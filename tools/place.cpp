@@ -1,0 +1,78 @@
+// SPDX-License-Identifier: MIT
+// Paths of the system as the library's: the root is the folder of the volumes, so that a table's
+// directory is its folder's path with colons between the names.
+#include "tools/place.h"
+
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <limits.h>
+
+#include <sys/statvfs.h>
+#include <unistd.h>
+
+#include <korvel/desktop.h>
+#include <korvel/tables.h>
+
+#include "tools/failure.h"
+
+namespace korvel::tools {
+namespace {
+
+std::string folderOf(const std::string &path) {
+  const std::size_t slash = path.rfind('/');
+  if (slash == std::string::npos) return ".";
+  return slash == 0 ? "/" : path.substr(0, slash);
+}
+
+// In names of the library '/' and ':' stand for each other.
+std::string exchanged(std::string path) {
+  for (char &c : path) {
+    if (c == '/') {
+      c = ':';
+    } else if (c == ':') {
+      c = '/';
+    }
+  }
+  return path;
+}
+
+bool isFull(const std::string &folder) {
+  struct statvfs status;
+  return statvfs(folder.c_str(), &status) == 0 && status.f_bavail == 0;
+}
+
+}  // namespace
+
+std::string placeOf(const std::string &path) {
+  char place[PATH_MAX];
+  if (realpath(path.c_str(), place) != nullptr) return place;
+  if (errno != ENOENT || path.empty()) throw fileFailure(path);
+  if (realpath(folderOf(path).c_str(), place) == nullptr) throw fileFailure(path);
+  const std::string folder = place;
+  return (folder == "/" ? "" : folder) + '/' + path.substr(path.rfind('/') + 1);
+}
+
+std::string libraryName(const std::string &path) {
+  constexpr std::size_t kLongest = sizeof szVolumes - 3;
+  if (path.size() > kLongest) {
+    throw Failure(kFailed,
+                  path + ": the path is longer than " + std::to_string(kLongest) + " bytes");
+  }
+  const std::string folder = folderOf(path);
+  std::strcpy(szVolumes, "/");
+  setDirTables(folder == "/" ? "." : exchanged(folder.substr(1)).c_str());
+  return exchanged(path.substr(path.rfind('/') + 1));
+}
+
+void failToWrite(const std::string &path) {
+  const std::string folder = folderOf(path);
+  if (access(folder.c_str(), W_OK) != 0) throw fileFailure(folder);
+  if (isFull(folder)) throw fileFailure(path, ENOSPC);
+  if (access(path.c_str(), W_OK) != 0 && errno != ENOENT) throw fileFailure(path);
+  throw Failure(kFailed, path +
+                             ": cannot be written; is another program editing it, or the "
+                             "disk full?");
+}
+
+}  // namespace korvel::tools

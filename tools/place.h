@@ -1,0 +1,23 @@
+// SPDX-License-Identifier: MIT
+// How the library finds the table at a path of the system.
+#ifndef KORVEL_TOOLS_PLACE_H
+#define KORVEL_TOOLS_PLACE_H
+
+#include <string>
+
+namespace korvel::tools {
+
+// The path of the file itself: absolute, and no link. Of a file that is missing only the folder has
+// to be there.
+std::string placeOf(const std::string &path);
+
+// Makes the folder of an absolute path the library's tables directory, and returns the name that
+// the table has there. path: from placeOf.
+std::string libraryName(const std::string &path);
+
+// Throws, naming the likeliest reason, for a table that the library could not rewrite.
+[[noreturn]] void failToWrite(const std::string &path);
+
+}  // namespace korvel::tools
+
+#endif
