@@ -17,7 +17,7 @@ import sys
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 NAMED = ROOT / "tests/uncovered.txt"
-NO_LIBRARY = ("build", "tests", "bench", "examples")
+NO_LIBRARY = ("build", "tests", "bench", "examples", "tools")
 
 
 class Line:

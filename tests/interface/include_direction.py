@@ -1,6 +1,7 @@
 # SPDX-License-Identifier: MIT
 """include_direction.py <project>: the folders of the library include each other in one direction
-only, and only those that show something reach the seam to the desktop."""
+only, and only those that show something reach the seam to the desktop. The tools are applications:
+they see the public headers and nothing else of the library."""
 import pathlib
 import re
 import sys
@@ -28,6 +29,13 @@ SHARED_HEADERS = ['types', 'desktop', 'version']
 
 problems = []
 count = 0
+for source in sorted(root.glob('tools/*')):
+    if source.suffix not in ('.cpp', '.h'):
+        continue
+    count += 1
+    problems += [f'{source.relative_to(root)} includes "{name}"'
+                 for name in re.findall(r'^\s*#\s*include\s+"([^"]+)"', source.read_text(), re.M)
+                 if not name.startswith('tools/')]
 for folder, others in ALLOWED.items():
     for source in sorted(root.glob(f'{folder}/**/*')):
         if source.suffix not in ('.cpp', '.h', '.c'):

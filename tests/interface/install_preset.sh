@@ -6,7 +6,7 @@ set -eu
 cmake=$1 project=$2 build=$3
 rm -rf "$build"
 hidden=()
-for package in GTest benchmark Python3 SQLite3; do
+for package in GTest benchmark Python3; do
   hidden+=("-DCMAKE_DISABLE_FIND_PACKAGE_$package=ON")
 done
 cd "$project"

@@ -11,7 +11,7 @@ import sys
 root = pathlib.Path(sys.argv[1])
 LIBRARY = ['base', 'shell', 'strings', 'codecs', 'dates', 'files', 'profile', 'tables', 'platform',
            'draw', 'messages', 'dialogs']
-OTHERS = ['include', 'tests', 'bench', 'examples']
+OTHERS = ['include', 'tests', 'bench', 'examples', 'tools']
 SUFFIXES = ('.cpp', '.h', '.c')
 
 texts = {path.relative_to(root).as_posix(): path.read_text(encoding='utf-8', errors='replace')

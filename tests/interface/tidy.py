@@ -1,8 +1,8 @@
 # SPDX-License-Identifier: MIT
 """tidy.py <clang-tidy> <clang++> <build folder> <project> <folder> <part>: clang-tidy finds nothing in
-the sources of the desktop module (part: module), or of the library and the examples (part: library),
-nor in their headers. Tests and benchmarks are left out: they would take longer than everything else.
-<folder> is for what it makes on the way.
+the sources of the desktop module (part: module), or of the library, the tools and the examples
+(part: library), nor in their headers. Tests and benchmarks are left out: they would take longer than
+everything else. <folder> is for what it makes on the way.
 
 A source's time is mostly that of its headers. So those of a folder are looked at together, as one
 source that includes them; where two of them have a name twice, each half of them."""

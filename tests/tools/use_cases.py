@@ -1,0 +1,193 @@
+# SPDX-License-Identifier: MIT
+"""How the program is called and what it says of itself, and what becomes of tables when it is
+killed, the disk is full or a file may not be read."""
+import os
+import pathlib
+import pty
+import re
+import resource
+import signal
+import subprocess
+import time
+
+import workbench
+from workbench import Workbench, real_tables, table_bytes
+
+COMMANDS = ['check', 'show', 'list', 'find', 'search', 'set', 'insert', 'delete', 'backup', 'repair',
+            'diff', 'import', 'export']
+
+
+def options_in(text):
+    return set(re.findall(r'--[a-z][a-z-]*', text))
+
+
+class Help(Workbench):
+    def test_help_names_every_command(self):
+        text = self.expect(0, '--help').out
+        self.assertEqual(re.findall(r'^  ([a-z]+) ', text, re.M), COMMANDS)
+        self.assertLessEqual(max(map(len, text.splitlines())), 100)
+
+    def test_each_command_has_a_help(self):
+        for command in COMMANDS:
+            text = self.expect(0, command, '--help').out
+            self.assertTrue(text.startswith(f'usage: korvel-tables {command} '), text)
+            self.assertLessEqual(max(map(len, text.splitlines())), 100)
+
+    def test_the_version_is_the_projects(self):
+        project = (workbench.project / 'CMakeLists.txt').read_text()
+        version = re.search(r'project\(korvel VERSION (\S+)', project)[1]
+        self.expect(0, '--version', out=[f'korvel-tables {version}'])
+
+    def test_wrong_use_is_2_with_one_line(self):
+        for arguments, err in (([], 'which command?'), (['nix'], 'no command "nix"'),
+                               (['check'], 'takes TABLE...'), (['list', 'a', 'b'], 'not "b"'),
+                               (['list', 'a', '--all'], 'unknown option --all'),
+                               (['find', 'a', '-1'], 'unknown option -1'),
+                               (['find', 'a', '1', '--column'], '--column needs a value'),
+                               (['find', 'a', '1', '--column', '-1'], 'number from 0 on'),
+                               (['find', 'a', '1', '--date', '20200101'], 'go together'),
+                               (['find', 'a', '1', '--dates', '2'], 'go together'),
+                               (['find', 'a', '1', '--date', '20200230', '--dates', '1'], 'a day'),
+                               (['check', 'a', '--dates', '0'], 'number from 1 on')):
+            with self.subTest(arguments=arguments):
+                self.expect_refused(*arguments, err=err)
+
+    def test_manual_and_completion_know_every_option(self):
+        tools = workbench.project / 'tools'
+        manual = (tools / 'korvel-tables.1').read_text().replace('\\-', '-').replace('\\fR', '')
+        completion = tools / 'korvel-tables.bash'
+        for command in COMMANDS:
+            with self.subTest(command=command):
+                options = options_in(self.expect(0, command, '--help').out)
+                synopsis = re.search(rf'^\\fBkorvel-tables {command} ?(.*\n(?:    .*\n)*)', manual,
+                                     re.M)[1]
+                self.assertEqual(options_in(synopsis), options)
+                self.assertEqual(self.completed(completion, [command, 'x', '--']),
+                                 options | {'--help'})
+
+    def completed(self, completion, words):
+        script = 'source "$1"; shift; COMP_WORDS=("$@"); COMP_CWORD=$(($# - 1)); ' \
+                 '"$(complete -p korvel-tables | sed "s/.*-F //; s/ .*//")"; ' \
+                 'printf "%s\\n" "${COMPREPLY[@]}"'
+        run = subprocess.run(['bash', '-c', script, 'bash', completion, 'korvel-tables', *words],
+                             capture_output=True, text=True, check=True, cwd=self.folder)
+        self.assertEqual(run.stderr, '')
+        return set(run.stdout.split())
+
+    def test_completion(self):
+        self.put('01,A')
+        completion = workbench.project / 'tools/korvel-tables.bash'
+        for words, expected in ((['l'], {'list'}), ([''], {*COMMANDS, '--help', '--version'}),
+                                (['export', 'x', '--format', ''], {'csv', 'sqlite', 'postgres'}),
+                                (['import', '--encoding', 'u'], {'utf-8'}),
+                                (['check', ''], {'actes.tab'}),
+                                (['find', 'x', '--column', ''], set())):
+            with self.subTest(words=words):
+                self.assertEqual(self.completed(completion, words), expected)
+
+
+class Trouble(Workbench):
+    def test_a_folder_is_no_table(self):
+        for arguments in (['show', '.'], ['list', '.'], ['find', '.', '1'], ['search', '.', '1'],
+                          ['set', '.', '1', '1', 'x'], ['insert', '.', '1'], ['delete', '.', '1'],
+                          ['backup', '.'], ['repair', '.', '--title', 'T', '--version', 'V'],
+                          ['diff', '.', '.'], ['export', '.'],
+                          ['import', '.', 'x.tab', '--title', 'T', '--version', 'V']):
+            with self.subTest(arguments=arguments):
+                self.expect_refused(*arguments, err='.: Is a directory')
+
+    def test_a_full_standard_output_is_told(self):
+        self.put(*[f'{i:05},{"x" * 100}' for i in range(100)])
+        for arguments in ['show'], ['list'], ['export']:
+            with open('/dev/full', 'wb') as full:
+                run = subprocess.run([workbench.program, *arguments, self.table], stdout=full,
+                                     stderr=subprocess.PIPE, check=False, text=True)
+            self.assertEqual(run.returncode, 2)
+            self.assertEqual(run.stderr,
+                             'korvel-tables: standard output: No space left on device\n')
+
+    def test_a_disk_that_takes_no_more_leaves_every_file_as_it_was(self):
+        self.put(*[f'{i:05},{"x" * 100}' for i in range(100)])
+        (self.folder / 'list.csv').write_bytes(b'01,' + b'x' * 1000 + b'\r\n' * 20)
+
+        def room_for_1000_bytes():
+            signal.signal(signal.SIGXFSZ, signal.SIG_IGN)
+            resource.setrlimit(resource.RLIMIT_FSIZE, (1000, 1000))
+
+        before = self.files()
+        for arguments in (['set', 'actes.tab', '00001', '1', 'y'], ['insert', 'actes.tab', 'y'],
+                          ['delete', 'actes.tab', '00001'], ['delete', 'actes.tab', '00001', '--all'],
+                          ['backup', 'actes.tab'],
+                          ['repair', 'actes.tab', '--title', 'T', '--version', 'V'],
+                          ['import', 'list.csv', 'actes.tab', '--title', 'T', '--version', 'V'],
+                          ['import', 'list.csv', 'new.tab', '--title', 'T', '--version', 'V'],
+                          ['export', 'actes.tab', '--output', 'out.csv'],
+                          ['export', 'actes.tab', '--format', 'sqlite', '--output', 'out.db']):
+            with self.subTest(arguments=arguments):
+                result = self.run_tool(*arguments, preexec_fn=room_for_1000_bytes)
+                self.assertEqual((result.code, result.out), (2, ''), result.err)
+                self.assertRegex(result.err, r'^korvel-tables: [^\n]+\n$')
+                self.assertEqual(self.files(), before)
+
+    def test_a_killed_import_leaves_the_old_table_or_the_new_one(self):
+        old = table_bytes('01,A')
+        real = next(path for path in real_tables() if path.stem == 'communes')
+        new = real.read_bytes()
+        self.expect(0, 'export', real, '--output', 'list.csv')
+        title, version = new.decode('cp1252').split('\r\n')[:2]
+        command = [workbench.program, 'import', 'list.csv', 'actes.tab', '--title', title,
+                   '--version', version.removeprefix('Version: ')]
+        begin = time.monotonic()
+        subprocess.run(command, cwd=self.folder, check=True)
+        whole = time.monotonic() - begin
+        outcomes = set()
+        for attempt in range(20):
+            if attempt % 2:
+                self.table.write_bytes(old)
+            else:
+                self.table.unlink(missing_ok=True)
+            process = subprocess.Popen(command, cwd=self.folder)
+            time.sleep(whole * attempt / 16)
+            process.send_signal(signal.SIGTERM if attempt % 4 < 2 else signal.SIGKILL)
+            process.wait()
+            content = self.table.read_bytes() if self.table.exists() else None
+            self.assertIn(content, (old if attempt % 2 else None, new))
+            outcomes.add((content == new, process.returncode))
+            left_over = set(self.files()) - {'actes.tab', 'list.csv'}
+            if process.returncode == -signal.SIGTERM:
+                self.assertEqual({name for name in left_over if 'tables' in name}, set())
+            for name in left_over:
+                (self.folder / name).unlink()
+        self.assertLessEqual({(False, -signal.SIGTERM), (False, -signal.SIGKILL)}, outcomes)
+
+    def seen_on_a_terminal(self, terminal):
+        """What standard error gets of a work that takes more than a second, as it is stopped."""
+        lines = 200
+        self.put(*(['01,A'] * lines + ['02,B']))
+        size = self.table.stat().st_size
+        ours, theirs = pty.openpty() if terminal else os.pipe()
+        process = subprocess.Popen([workbench.program, 'delete', 'actes.tab', '01', '--all'],
+                                   cwd=self.folder, stderr=theirs)
+        os.close(theirs)
+        while self.table.stat().st_size == size:
+            time.sleep(0.001)
+        process.send_signal(signal.SIGSTOP)
+        time.sleep(1.1)
+        process.send_signal(signal.SIGCONT)
+        seen = b''
+        try:
+            while piece := os.read(ours, 4096):
+                seen += piece
+        except OSError:  # how a terminal ends
+            pass
+        os.close(ours)
+        self.assertEqual(process.wait(), 0)
+        self.assertEqual(self.data(), ['02,B'])
+        return seen.decode()
+
+    def test_a_bar_shows_on_a_terminal_what_takes_more_than_a_second(self):
+        self.assertRegex(self.seen_on_a_terminal(True),
+                         r'^(\r\[#*\.*\] +\d+ %)+\r\x1b\[K$')
+
+    def test_elsewhere_there_is_no_bar(self):
+        self.assertEqual(self.seen_on_a_terminal(False), '')
