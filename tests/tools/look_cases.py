@@ -1,10 +1,6 @@
 # SPDX-License-Identifier: MIT
 """What `show`, `list`, `find`, `search` and `diff` print."""
-import ctypes
-import random
-
-import workbench
-from workbench import Workbench, real_tables, table_bytes
+from workbench import Workbench, table_bytes
 
 LINES = ['01,Consultation,01/01/95,31/12/99', '01,Séance,01/01/00,31/12/49', '02+Visite',
          '0?,Œuvre d’art', '13,,x', '#F']
@@ -120,21 +116,3 @@ class Look(Workbench):
         (self.folder / 'new.tab').write_bytes(table_bytes('01,A'))
         self.expect(1, 'diff', 'actes.tab', 'new.tab', out=['removed: 01,A'])
         self.expect(1, 'diff', 'new.tab', 'actes.tab', out=['added:   01,A'])
-
-    def test_the_library_finds_the_same_lines_of_the_real_tables(self):
-        library = ctypes.CDLL(workbench.library)
-        ctypes.memmove(ctypes.addressof(ctypes.c_char.in_dll(library, 'szVolumes')), b'/\0', 2)
-        out = ctypes.create_string_buffer(1024)
-        chosen = random.Random(7)
-        for path in real_tables():
-            folder = str(path.parent)[1:].replace('/', ':').encode()
-            library.setDirTables(folder)
-            lines = path.read_bytes().decode('cp1252').split('\r\n')[3:-2]
-            for line in chosen.sample(lines, 4):
-                code = line.split(',')[0]
-                with self.subTest(table=path.stem, code=code):
-                    found = library.ZRV_Libelle_NC(code.encode('cp1252'), len(code), 1,
-                                                   path.name.encode(), out, 1024)
-                    self.assertEqual(found, 1)
-                    self.expect(0, 'find', path, code, '--column', '1',
-                                out=[out.value.decode('cp1252')])
