@@ -79,16 +79,15 @@ constexpr Command kCommands[] = {
 };
 
 // A name and what it is for, the latter in a column of its own.
-std::string row(const std::string &name, const char *meaning) {
-  constexpr int kWidth = 28;
+std::string row(const std::string &name, int width, const char *meaning) {
   char text[256];
-  std::snprintf(text, sizeof text, "  %-*s %s\n", kWidth, name.c_str(), meaning);
+  std::snprintf(text, sizeof text, "  %-*s %s\n", width, name.c_str(), meaning);
   return text;
 }
 
 std::string optionRow(const Option &option) {
   const std::string value = option.value == nullptr ? "" : std::string(" ") + option.value;
-  return row(std::string("--") + option.name + value, option.meaning);
+  return row(std::string("--") + option.name + value, 17, option.meaning);
 }
 
 std::string callOf(const Command &command) {
@@ -118,7 +117,7 @@ std::string help() {
   std::string text =
       "usage: korvel-tables COMMAND ...\n"
       "Keeps code tables: checks, searches, edits, compares and converts them.\n\n";
-  for (const Command &command : kCommands) text += row(callOf(command), command.purpose);
+  for (const Command &command : kCommands) text += row(callOf(command), 26, command.purpose);
   return text +
          "\nkorvel-tables COMMAND --help tells the options of a command, korvel-tables --version"
          " the version.\n"

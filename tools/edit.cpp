@@ -59,6 +59,7 @@ int lineChosen(const TableFile &table, const std::string &code, std::optional<in
 // The fields of a new line, as many as most lines have.
 std::vector<std::string> newFields(const std::vector<std::string> &texts, std::size_t usual) {
   std::vector<std::string> fields;
+  fields.reserve(texts.size());
   for (const std::string &text : texts) fields.push_back(fieldText(text));
   checkCode(fields[0]);
   if (usual > 0 && fields.size() > usual) {

@@ -12,7 +12,9 @@ void Findings::print(const std::string &path) {
   std::stable_sort(findings_.begin(), findings_.end(),
                    [](const auto &a, const auto &b) { return a.first < b.first; });
   for (const auto &[line, what] : findings_) {
-    tools::print(path + ':' + std::to_string(line) + ": " + what + '\n');
+    std::string place = path;
+    (place += ':') += std::to_string(line);
+    tools::print((place += ": ") += what + '\n');
   }
 }
 
