@@ -6,7 +6,8 @@ import sys
 
 formatter, project = sys.argv[1:]
 FOLDERS = ['base', 'shell', 'strings', 'codecs', 'dates', 'files', 'profile', 'tables', 'platform',
-           'draw', 'messages', 'dialogs', 'include', 'tests', 'bench', 'examples', 'tools']
+           'draw', 'messages', 'dialogs', 'include', 'tests', 'bench', 'docs', 'examples',
+           'tools']
 
 sources = [str(path) for folder in FOLDERS for suffix in ('cpp', 'h', 'c')
            for path in pathlib.Path(project, folder).rglob(f'*.{suffix}')]

@@ -11,7 +11,7 @@ import sys
 root = pathlib.Path(sys.argv[1])
 LIBRARY = ['base', 'shell', 'strings', 'codecs', 'dates', 'files', 'profile', 'tables', 'platform',
            'draw', 'messages', 'dialogs']
-OTHERS = ['include', 'tests', 'bench', 'examples', 'tools']
+OTHERS = ['include', 'tests', 'bench', 'docs', 'examples', 'tools']
 SUFFIXES = ('.cpp', '.h', '.c')
 
 texts = {path.relative_to(root).as_posix(): path.read_text(encoding='utf-8', errors='replace')
@@ -43,9 +43,9 @@ def opening(text):
 
 
 def guard(name):
-    # An application's own headers, as the examples show them, are guarded by its own names.
-    path = re.sub(r'^(examples|include/korvel)/', '', name)
-    prefix = '' if name.startswith('examples/') else 'KORVEL_'
+    # An application's own headers, as examples and guide show them, are guarded by its own names.
+    path = re.sub(r'^(examples|docs|include/korvel)/', '', name)
+    prefix = '' if name.startswith(('examples/', 'docs/')) else 'KORVEL_'
     return prefix + re.sub(r'\W', '_', path).upper()
 
 
