@@ -15,8 +15,11 @@ PAGES = {*ROOT.glob('docs/guide/*.md'), *ROOT.glob('docs/*.md')} - {
 
 
 def words(text):
-    """A text whose commands mean nothing; names stay words, which become links."""
-    return re.sub(r'([\\@<>#%&$*`])', r'\\\1', text)
+    """A text whose commands mean nothing, which they do not between quotes anyhow; names stay words,
+    which become links."""
+    parts = re.split(r'("(?:\\.|[^"\\])*")', text)
+    parts[::2] = [re.sub(r'([\\@<>#%&$*])', r'\\\1', part) for part in parts[::2]]
+    return ''.join(parts)
 
 
 def written(comment):
@@ -41,14 +44,14 @@ def block(text, mark='/**'):
 
 
 def print_item(item):
-    print(block(written(item.comment)))
+    if item.comment:
+        print(block(written(item.comment)))
     if not item.parts:
         print('\n'.join(item.lines))
         return
     print(item.lines[0].partition('{')[0] + '{')
     for code, comment in item.parts:
-        comment = comment or ('' if item.names[1:] else item.comment)
-        print(code, block(written(comment), '/**<') if comment else '')
+        print(code, block(written(comment or headers.first_sentence(item.comment)), '/**<'))
     print('}' + item.lines[-1].rpartition('}')[2])
 
 
@@ -85,5 +88,6 @@ def print_page(path):
     print(text if path == MAIN else re.sub(r'^(# .*)$', rf'\1 {{#{label(path)}}}', text, 1, re.M))
 
 
-path = pathlib.Path(sys.argv[1]).resolve()
-print_header(path) if path.suffix == '.h' else print_page(path)
+if __name__ == '__main__':
+    file = pathlib.Path(sys.argv[1]).resolve()
+    print_header(file) if file.suffix == '.h' else print_page(file)

@@ -183,3 +183,9 @@ def blocks(comment):
                 open_ = 'result' if (text + ' ').startswith('Returns ') and number > 0 else 'text'
             found.append((open_, text))
     return found
+
+
+def first_sentence(comment):
+    """Without its point, and what is between brackets."""
+    comment = re.sub(r' \([^)]*\)|`', '', comment)
+    return re.split(r'(?<=\w\w)[.:;](?=\s|$)', re.sub(r'\s+', ' ', comment), 1)[0].rstrip('.')
