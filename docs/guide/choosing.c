@@ -1,6 +1,5 @@
 /* SPDX-License-Identifier: MIT */
-/* Choosing: a pop-up, a list of two columns whose rows depend on it, and initials that narrow it.
- */
+/* A pop-up, a list of two columns whose rows depend on it, and initials that narrow the list. */
 #include <stdio.h>
 #include <string.h>
 
