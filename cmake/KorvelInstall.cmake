@@ -7,12 +7,10 @@ include(CMakePackageConfigHelpers)
 install(TARGETS korvel EXPORT korvelTargets LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
 install(DIRECTORY include/korvel DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} FILES_MATCHING PATTERN *.h)
 
-# Beside the library: tables of reference data, and what is told of it all.
+# Beside the library: tables of reference data.
 set(tables_folder ${CMAKE_INSTALL_DATADIR}/korvel/tables)
 install(DIRECTORY data/tables/ DESTINATION ${tables_folder}
   FILES_MATCHING PATTERN *.tab PATTERN *.md)
-install(DIRECTORY docs/ DESTINATION ${CMAKE_INSTALL_DOCDIR}
-  PATTERN reference EXCLUDE PATTERN CMakeLists.txt EXCLUDE)
 install(FILES LICENSE CHANGELOG.md CONTRIBUTING.md SECURITY.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
 
 set(package_folder ${CMAKE_INSTALL_LIBDIR}/cmake/korvel)
