@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// For shell/, files/, profile/, tables/ and platform/: what system calls need everywhere.
+// For base/, shell/, files/, profile/, tables/ and platform/: what system calls need everywhere.
 #ifndef KORVEL_BASE_POSIX_H
 #define KORVEL_BASE_POSIX_H
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// For strings/, codecs/, dates/, files/, tables/, draw/, messages/ and dialogs/: what a C caller
-// passes as a pointer and a length, as a view.
+// For shell/, strings/, codecs/, dates/, files/, profile/, tables/, draw/, messages/ and dialogs/:
+// what a C caller passes as a pointer and a length, as a view.
 #ifndef KORVEL_BASE_VIEWS_H
 #define KORVEL_BASE_VIEWS_H
 

@@ -1,6 +1,7 @@
 # SPDX-License-Identifier: MIT
 """thin_face.py <project>: every exported function is a thin face over a rule of its folder: few
-lines, no loop, no switch and no handler of its own."""
+lines, no loop, no switch and no handler of its own. What it tells of misuse is one statement, which
+is not counted."""
 import pathlib
 import re
 import sys
@@ -9,6 +10,9 @@ root = pathlib.Path(sys.argv[1])
 FOLDERS = ['base', 'shell', 'strings', 'codecs', 'dates', 'files', 'profile', 'tables', 'platform',
            'draw', 'messages', 'dialogs']
 MOST_LINES = 8
+# What names the function's arguments is as long as they are.
+TELLING = re.compile(r'lookForMisuse\(\[[=&]\] \{.*?\}\);\n|if \(tellsMisuse\(\)\)\s+return told[^;]*;\n',
+                     re.S)
 RULES = re.compile(r'\b(for|while|do|switch|try|catch|goto)\b')
 
 declared = set()
@@ -40,7 +44,8 @@ for folder in FOLDERS:
                 continue
             defined.add(name)
             inner = body(code, match.end() - 1)
-            lines = [line for line in inner.splitlines() if line.strip()]
+            counted = TELLING.sub('\n', inner, count=1)
+            lines = [line for line in counted.splitlines() if line.strip()]
             if len(lines) > MOST_LINES:
                 problems.append(f'{source.relative_to(root)}: {name} has {len(lines)} lines')
             if RULES.search(inner):

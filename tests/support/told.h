@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: MIT
+// What the library tells on standard error of a call that misuses it.
+#ifndef KORVEL_TESTS_SUPPORT_TOLD_H
+#define KORVEL_TESTS_SUPPORT_TOLD_H
+
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "base/misuse.h"
+
+namespace korvel::test {
+
+// The lines of `work` while misuse is told, or not. Of a single line, what is behind "korvel: ".
+template <typename Work>
+std::string told(Work work, base::Telling telling = base::Telling::Yes) {
+  constexpr std::string_view kBegin = "korvel: ";
+  const base::Telling before = base::telling.exchange(telling);
+  testing::internal::CaptureStderr();
+  work();
+  std::string lines = testing::internal::GetCapturedStderr();
+  base::telling = before;
+  const bool isOne = !lines.empty() && lines.find('\n') == lines.size() - 1;
+  if (!isOne || !lines.starts_with(kBegin)) return lines;
+  return lines.substr(kBegin.size(), lines.size() - kBegin.size() - 1);
+}
+
+}  // namespace korvel::test
+
+// One call, and the one line that is told of it. tests/interface/misuse.py reads these rows.
+#define EXPECT_TOLD(call, line) \
+  EXPECT_EQ(korvel::test::told([&] { static_cast<void>(call); }), line)
+
+#endif
