@@ -9,6 +9,7 @@
 
 #include <korvel/strings.h>
 
+#include "strings/misuse.h"
 #include "strings/vectors.h"
 
 namespace korvel::strings {
@@ -100,6 +101,7 @@ void capitalise(std::span<char> text) {
 using namespace korvel::strings;
 
 char *strupr(char *s) {
+  lookForMisuse([=] { Call("strupr", {s}).needsAll(); });
   if (s != nullptr) capitalise({s, std::strlen(s)});
   return s;
 }

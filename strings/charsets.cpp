@@ -7,6 +7,7 @@
 
 #include <korvel/strings.h>
 
+#include "strings/misuse.h"
 #include "strings/vectors.h"
 
 namespace korvel::strings {
@@ -65,9 +66,11 @@ std::string toWindows(std::string text) {
 using namespace korvel::strings;
 
 void w2mstr(char *s) {
+  lookForMisuse([=] { Call("w2mstr", {s}).needsAll(); });
   if (s != nullptr) convertToMac({s, std::strlen(s)});
 }
 
 void m2wstr(char *s) {
+  lookForMisuse([=] { Call("m2wstr", {s}).needsAll(); });
   if (s != nullptr) convertToWindows({s, std::strlen(s)});
 }

@@ -10,6 +10,7 @@
 
 #include "base/views.h"
 #include "strings/bytes.h"
+#include "strings/misuse.h"
 #include "strings/vectors.h"
 
 namespace korvel::strings {
@@ -167,27 +168,44 @@ using namespace korvel::base;
 using namespace korvel::strings;
 
 int szcomp(const char *a, int la, const char *b, int lb) {
+  lookForMisuse([=] {
+    needsLengths(Call("szcomp", {shownRun(a, la), la, shownRun(b, lb), lb}), {la, lb});
+  });
   return areEqual(bytesOf(a, la), bytesOf(b, lb)) ? 1 : 0;
 }
 
 int szcompex(const char *a, int la, const char *b, int lb) {
+  lookForMisuse([=] {
+    needsLengths(Call("szcompex", {shownRun(a, la), la, shownRun(b, lb), lb}), {la, lb});
+  });
   return matches(bytesOf(a, la), bytesOf(b, lb)) ? 1 : 0;
 }
 
 int szcompex2(const char *a, int la, const char *b, int lb) {
+  lookForMisuse([=] {
+    needsLengths(Call("szcompex2", {shownRun(a, la), la, shownRun(b, lb), lb}), {la, lb});
+  });
   return matchesWithStar(bytesOf(a, la), bytesOf(b, lb)) ? 1 : 0;
 }
 
 int szincl(const char *p, int lp, const char *s, int ls) {
+  lookForMisuse([=] {
+    needsLengths(Call("szincl", {shownRun(p, lp), lp, shownRun(s, ls), ls}), {lp, ls});
+  });
   return contains(bytesOf(s, ls), bytesOf(p, lp)) ? 1 : 0;
 }
 
 int chcomp(const char *a, const char *b) {
+  lookForMisuse([=] { Call("chcomp", {a, b}).needsAll(); });
   return difference(a != nullptr ? a : "", b != nullptr ? b : "");
 }
 
 int chcher(const char *pattern, const char *s) {
+  lookForMisuse([=] { Call("chcher", {pattern, s}).needsAll(); });
   return pattern == nullptr || s == nullptr ? kNotFound : findText(pattern, s);
 }
 
-int chcher_c(int c, const char *s) { return s == nullptr ? kNotFound : findByte(c, s); }
+int chcher_c(int c, const char *s) {
+  lookForMisuse([=] { needsCharacter(Call("chcher_c", {c, s}), c); });
+  return s == nullptr ? kNotFound : findByte(c, s);
+}

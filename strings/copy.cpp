@@ -9,6 +9,7 @@
 #include <korvel/strings.h>
 
 #include "base/views.h"
+#include "strings/misuse.h"
 
 namespace korvel::strings {
 
@@ -60,30 +61,51 @@ using namespace korvel::base;
 using namespace korvel::strings;
 
 int szcnum(char *p, int n) {
+  lookForMisuse([=] { needsLengths(Call("szcnum", {shownRun(p, n), n}), {n}); });
   std::ranges::replace(roomOf(p, n), ' ', '0');
   return 1;
 }
 
 int szcopy(char *d, int capacity, const char *source, int n) {
+  lookForMisuse([=] {
+    needsCopy(Call("szcopy", {filled(d), capacity, shownRun(source, n), n}), d, capacity, n, 0);
+  });
   return copyBytes(roomOf(d, capacity), bytesOf(source, n)) ? 1 : 0;
 }
 
 int szcopy_overlap(char *d, int capacity, const char *source, int n) {
+  lookForMisuse([=] {
+    needsCopy(Call("szcopy_overlap", {filled(d), capacity, shownRun(source, n), n}), d, capacity, n,
+              0);
+  });
   return copyBytes(roomOf(d, capacity), bytesOf(source, n)) ? 1 : 0;
 }
 
 int szcopy_0t(char *d, int capacity, const char *source, int n) {
+  lookForMisuse([=] {
+    needsCopy(Call("szcopy_0t", {filled(d), capacity, shownRun(source, n), n}), d, capacity, n, 1);
+  });
   return copyTerminated(roomOf(d, capacity), bytesOf(source, n)) ? 1 : 0;
 }
 
 int szconcat_0t(char *d, int capacity, const char *source, int n) {
+  lookForMisuse([=] {
+    needsAppended(Call("szconcat_0t", {filled(d), capacity, shownRun(source, n), n}), d, capacity,
+                  n);
+  });
   return appendTerminated(roomOf(d, capacity), bytesOf(source, n)) ? 1 : 0;
 }
 
 void secure_lstrcpy(char *d, int capacity, const char *source) {
+  lookForMisuse([=] {
+    needsWhole(Call("secure_lstrcpy", {filled(d), capacity, source}), d, capacity, source);
+  });
   if (source != nullptr) copyWhole(roomOf(d, capacity), source);
 }
 
 void secure_lstrcat(char *d, int capacity, const char *source) {
+  lookForMisuse([=] {
+    needsWholeBehind(Call("secure_lstrcat", {filled(d), capacity, source}), d, capacity, source);
+  });
   if (source != nullptr) appendWhole(roomOf(d, capacity), source);
 }

@@ -7,6 +7,8 @@
 
 #include <korvel/strings.h>
 
+#include "strings/misuse.h"
+
 namespace korvel::strings {
 
 namespace {
@@ -45,14 +47,17 @@ int insertBytes(char *d, int size, std::string_view bytes, int p) {
 using namespace korvel::strings;
 
 void chdelch(char *s, int n, int p) {
+  lookForMisuse([=] { needsDeletion(Call("chdelch", {s, n, p}), s, n); });
   if (s != nullptr && n > 0) deleteBytes(s, static_cast<std::size_t>(n), p);
 }
 
 int chinsch(char *d, int size, const char *s, int p) {
+  lookForMisuse([=] { needsInserted(Call("chinsch", {d, size, s, p}), d, size, s); });
   return d == nullptr || s == nullptr || size <= 0 ? 0 : insertBytes(d, size, s, p);
 }
 
 int chinsch_c(char *d, int size, int c, int p) {
+  lookForMisuse([=] { needsInserted(Call("chinsch_c", {d, size, c, p}), d, size, "c"); });
   const char byte = static_cast<char>(c);
   return d == nullptr || size <= 0 ? 0 : insertBytes(d, size, {&byte, 1}, p);
 }

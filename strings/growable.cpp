@@ -9,6 +9,9 @@
 
 #include <korvel/strings.h>
 
+#include "base/views.h"
+#include "strings/misuse.h"
+
 namespace korvel::strings {
 
 namespace {
@@ -53,5 +56,9 @@ int appendGrowing(char **buf, int *capacity, int used, const char *source, int n
 using namespace korvel::strings;
 
 int szcopyex(char **buf, int *capacity, int used, const char *source, int n) {
+  lookForMisuse([=] {
+    needsGrowable(Call("szcopyex", {filled(buf), filled(capacity), used, shownRun(source, n), n}),
+                  buf, capacity, used, n);
+  });
   return appendGrowing(buf, capacity, used, source, n, std::malloc);
 }

@@ -10,6 +10,7 @@
 
 #include "base/views.h"
 #include "strings/copy.h"
+#include "strings/misuse.h"
 
 namespace korvel::strings {
 
@@ -45,18 +46,30 @@ char *copyItem(std::string_view list, int index) {
 using namespace korvel::base;
 using namespace korvel::strings;
 
-int Teste_liste(const char *list) { return list == nullptr ? 0 : countItems(list); }
+int Teste_liste(const char *list) {
+  lookForMisuse([=] { Call("Teste_liste", {list}).needsAll(); });
+  return list == nullptr ? 0 : countItems(list);
+}
 
 int Teste_item_liste(const char *list, const char *item, int n) {
+  lookForMisuse([=] { needsLengths(Call("Teste_item_liste", {list, shownRun(item, n), n}), {n}); });
   if (list == nullptr || item == nullptr || n < 0) return 0;
   return holdsItem(list, bytesOf(item, n)) ? 1 : 0;
 }
 
 int Teste_item_szliste(const char *list, int listLength, const char *item, int n) {
+  lookForMisuse([=] {
+    needsLengths(
+        Call("Teste_item_szliste", {shownRun(list, listLength), listLength, shownRun(item, n), n}),
+        {listLength, n});
+  });
   if (list == nullptr || item == nullptr || listLength < 0 || n < 0) return 0;
   return holdsItem(bytesOf(list, listLength), bytesOf(item, n)) ? 1 : 0;
 }
 
 char *Get_item_liste(const char *list, int index) {
+  lookForMisuse([=] {
+    needsItem(Call("Get_item_liste", {list, index}), list, index, kItemCapacity - 1);
+  });
   return list == nullptr || index < 0 ? nullptr : copyItem(list, index);
 }

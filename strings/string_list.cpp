@@ -10,6 +10,7 @@
 
 #include "base/views.h"
 #include "strings/bytes.h"
+#include "strings/misuse.h"
 
 namespace korvel::strings {
 
@@ -83,34 +84,49 @@ using namespace korvel::base;
 using namespace korvel::strings;
 
 void ChCh_Put_00(char *buffer, int capacity) {
+  lookForMisuse([=] {
+    needsList(Call("ChCh_Put_00", {filled(buffer), capacity}), buffer, capacity);
+  });
   if (buffer != nullptr && capacity > 0) endList(roomOf(buffer, capacity));
 }
 
-int ChCh_Is_00(const char *item) { return item == nullptr || isLastItem(item) ? 1 : 0; }
+int ChCh_Is_00(const char *item) {
+  lookForMisuse([=] { Call("ChCh_Is_00", {item}).needsAll(); });
+  return item == nullptr || isLastItem(item) ? 1 : 0;
+}
 
 char *ChCh_Get_Next_Item(const char *item) {
+  lookForMisuse([=] { Call("ChCh_Get_Next_Item", {item}).needsAll(); });
   return const_cast<char *>(item == nullptr ? nullptr : nextItem(item));
 }
 
-int ChCh_Count_Item(const char *list) { return countItems(list != nullptr ? list : ""); }
+int ChCh_Count_Item(const char *list) {
+  lookForMisuse([=] { Call("ChCh_Count_Item", {list}).needsAll(); });
+  return countItems(list != nullptr ? list : "");
+}
 
 void ChCh_Cut(char *s) {
+  lookForMisuse([=] { Call("ChCh_Cut", {s}).needsAll(); });
   if (s != nullptr) cutItems(s);
 }
 
 void ChCh_Cut_sep(char *s, int separator) {
+  lookForMisuse([=] { needsCharacter(Call("ChCh_Cut_sep", {s, separator}), separator); });
   if (s == nullptr || !isTextByte(separator)) return;
   std::replace(s, endOf(s), static_cast<char>(separator), '\0');
 }
 
 void ChCh_Bind(char *list) {
+  lookForMisuse([=] { Call("ChCh_Bind", {list}).needsAll(); });
   if (list != nullptr) bindItems(list, '+');
 }
 
 void ChCh_Bind_sep(char *list, int separator) {
+  lookForMisuse([=] { Call("ChCh_Bind_sep", {list, separator}).needsAll(); });
   if (list != nullptr) bindItems(list, static_cast<char>(separator));
 }
 
 void ChCh_Delete_Item(char *item) {
+  lookForMisuse([=] { Call("ChCh_Delete_Item", {item}).needsAll(); });
   if (item != nullptr) deleteItem(item);
 }

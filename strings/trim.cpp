@@ -10,6 +10,7 @@
 #include <korvel/strings.h>
 
 #include "strings/bytes.h"
+#include "strings/misuse.h"
 #include "strings/vectors.h"
 
 namespace korvel::strings {
@@ -58,10 +59,22 @@ int trimStart(char *s, int c) {
 
 using namespace korvel::strings;
 
-int chelibl_f(char *s) { return s == nullptr ? 0 : trimEnd(s, ' '); }
+int chelibl_f(char *s) {
+  lookForMisuse([=] { Call("chelibl_f", {s}).needsAll(); });
+  return s == nullptr ? 0 : trimEnd(s, ' ');
+}
 
-int chelibl_d(char *s) { return s == nullptr ? 0 : trimStart(s, ' '); }
+int chelibl_d(char *s) {
+  lookForMisuse([=] { Call("chelibl_d", {s}).needsAll(); });
+  return s == nullptr ? 0 : trimStart(s, ' ');
+}
 
-int chelicar_f(char *s, int c) { return s == nullptr ? 0 : trimEnd(s, c); }
+int chelicar_f(char *s, int c) {
+  lookForMisuse([=] { needsCharacter(Call("chelicar_f", {s, c}), c); });
+  return s == nullptr ? 0 : trimEnd(s, c);
+}
 
-int chelicar_d(char *s, int c) { return s == nullptr ? 0 : trimStart(s, c); }
+int chelicar_d(char *s, int c) {
+  lookForMisuse([=] { needsCharacter(Call("chelicar_d", {s, c}), c); });
+  return s == nullptr ? 0 : trimStart(s, c);
+}
