@@ -14,6 +14,7 @@
 #include <korvel/codecs.h>
 
 #include "codecs/digits.h"
+#include "codecs/misuse.h"
 #include "codecs/status.h"
 #include "strings/trim.h"
 
@@ -150,20 +151,41 @@ int writeInteger(int value, char *buffer, int capacity, int safeSize) {
 
 using namespace korvel::codecs;
 
-int intcod_i(char *text, int *value) { return readInteger(text, kLimit16, value); }
+int intcod_i(char *text, int *value) {
+  lookForMisuse([=] { Call("intcod_i", {text, filled(value)}).needsAll(); });
+  return readInteger(text, kLimit16, value);
+}
 
-int intcod_l(char *text, int *value) { return readInteger(text, kLimit32, value); }
+int intcod_l(char *text, int *value) {
+  lookForMisuse([=] { Call("intcod_l", {text, filled(value)}).needsAll(); });
+  return readInteger(text, kLimit32, value);
+}
 
 int intdco_i(int value, char *buffer, int capacity) {
+  lookForMisuse([=] {
+    needsIntegerRoom(Call("intdco_i", {value, filled(buffer), capacity}), buffer, capacity, value);
+  });
   return writeInteger(value, buffer, capacity, kShortSize);
 }
 
 int intdco_l(int value, char *buffer, int capacity) {
+  lookForMisuse([=] {
+    needsIntegerRoom(Call("intdco_l", {value, filled(buffer), capacity}), buffer, capacity, value);
+  });
   return writeInteger(value, buffer, capacity);
 }
 
-int intcod_i_sup0(char *text, int *value) { return readIntegerFrom(0, text, kLimit16, value); }
+int intcod_i_sup0(char *text, int *value) {
+  lookForMisuse([=] { Call("intcod_i_sup0", {text, filled(value)}).needsAll(); });
+  return readIntegerFrom(0, text, kLimit16, value);
+}
 
-int intcod_i_ssup0(char *text, int *value) { return readIntegerFrom(1, text, kLimit16, value); }
+int intcod_i_ssup0(char *text, int *value) {
+  lookForMisuse([=] { Call("intcod_i_ssup0", {text, filled(value)}).needsAll(); });
+  return readIntegerFrom(1, text, kLimit16, value);
+}
 
-int intcod_l_sup0(char *text, int *value) { return readIntegerFrom(0, text, kLimit32, value); }
+int intcod_l_sup0(char *text, int *value) {
+  lookForMisuse([=] { Call("intcod_l_sup0", {text, filled(value)}).needsAll(); });
+  return readIntegerFrom(0, text, kLimit32, value);
+}

@@ -9,6 +9,7 @@
 #include <korvel/codecs.h>
 
 #include "base/views.h"
+#include "codecs/misuse.h"
 #include "codecs/real.h"
 #include "codecs/status.h"
 #include "strings/copy.h"
@@ -17,6 +18,9 @@
 namespace korvel::codecs {
 
 namespace {
+
+// Blanks and signs may be around a number: only the pointers and widths below 0 are wrong.
+constexpr int kWidest = 2147483647;
 
 void trimEnd(std::string_view &run) {
   while (run.ends_with(' ')) run.remove_suffix(1);
@@ -127,40 +131,76 @@ using namespace korvel::base;
 using namespace korvel::codecs;
 
 int LongToNUM(int value, char *destination, int width) {
+  lookForMisuse([=] {
+    needsWidth(Call("LongToNUM", {value, filled(destination), width}), destination, width, value);
+  });
   return writeNum(value, roomOf(destination, width));
 }
 
 // What is written does not depend on the range of the value.
 int IntToNUM(int value, char *destination, int width) {
+  lookForMisuse([=] {
+    needsWidth(Call("IntToNUM", {value, filled(destination), width}), destination, width, value);
+  });
   return writeNum(value, roomOf(destination, width));
 }
 
 int NUMToLong(const char *num, int width, int *result) {
+  lookForMisuse([=] {
+    needsReadableWidth(Call("NUMToLong", {shownRun(num, width), width, filled(result)}), width,
+                       kIntegerSize - 1);
+  });
   return readNum(bytesOf(num, width), result);
 }
 
 int NUMToInt(const char *num, int width, int *result) {
+  lookForMisuse([=] {
+    needsReadableWidth(Call("NUMToInt", {shownRun(num, width), width, filled(result)}), width,
+                       kIntegerSize - 1);
+  });
   return readNum(bytesOf(num, width), result, kLimit16);
 }
 
 int NUMP100ToLong(const char *num, int width, int *result) {
+  lookForMisuse([=] {
+    needsReadableWidth(Call("NUMP100ToLong", {shownRun(num, width), width, filled(result)}), width,
+                       kWidest);
+  });
   return readPercentage(bytesOf(num, width), result);
 }
 
 int NUMPInterToLong(const char *text, int width, int *low, int *high) {
+  lookForMisuse([=] {
+    needsReadableWidth(
+        Call("NUMPInterToLong", {shownRun(text, width), width, filled(low), filled(high)}), width,
+        kWidest);
+  });
   return readInterval(bytesOf(text, width), low, high);
 }
 
 // Kept: the writer of reals answers 1 for the 20 bytes that would be formatted into, which counts
 // as a failure; nothing is ever placed.
-int DoubleToNUMD(double /*value*/, char * /*destination*/, int /*width*/, int /*decimals*/) {
+int DoubleToNUMD(double value, char *destination, int width, int decimals) {
+  lookForMisuse([=] {
+    needsAnotherWriter(Call("DoubleToNUMD", {value, filled(destination), width, decimals}));
+  });
   return kBelowSafeSize;
 }
 
 int NUMDToDouble(const char *num, int width, double *result) {
+  lookForMisuse([=] {
+    needsReadableWidth(Call("NUMDToDouble", {shownRun(num, width), width, filled(result)}), width,
+                       kWidest);
+  });
   return result == nullptr ? kWrongWidth : readRealNum(bytesOf(num, width), result);
 }
 
-int Teste_NUM_liste(const char *list) { return list == nullptr ? 0 : countNums(list); }
+int Teste_NUM_liste(const char *list) {
+  lookForMisuse([=] { Call("Teste_NUM_liste", {list}).needsAll(); });
+  return list == nullptr ? 0 : countNums(list);
+}
 
-int Get_NUM_liste(const char *list, int index) { return list == nullptr ? 0 : numAt(list, index); }
+int Get_NUM_liste(const char *list, int index) {
+  lookForMisuse([=] { needsIndex(Call("Get_NUM_liste", {list, index}), index); });
+  return list == nullptr ? 0 : numAt(list, index);
+}

@@ -9,6 +9,7 @@
 
 #include "codecs/digits.h"
 #include "codecs/integer.h"
+#include "codecs/misuse.h"
 #include "codecs/real.h"
 #include "codecs/status.h"
 #include "strings/trim.h"
@@ -176,15 +177,25 @@ int readPositive(char *text, double *value) {
 
 using namespace korvel::codecs;
 
-int realcod_d(char *text, double *value) { return readReal(text, value); }
+int realcod_d(char *text, double *value) {
+  lookForMisuse([=] { Call("realcod_d", {text, filled(value)}).needsAll(); });
+  return readReal(text, value);
+}
 
 int realcod_f(char *text, float *value) {
+  lookForMisuse([=] { Call("realcod_f", {text, filled(value)}).needsAll(); });
   double read = 0.0;
   const int status = value == nullptr ? kEmpty : readReal(text, &read);
   if (status == kRead) *value = static_cast<float>(read);
   return status;
 }
 
-int realcod_d_sup0(char *text, double *value) { return readNotNegative(text, value); }
+int realcod_d_sup0(char *text, double *value) {
+  lookForMisuse([=] { Call("realcod_d_sup0", {text, filled(value)}).needsAll(); });
+  return readNotNegative(text, value);
+}
 
-int realcod_d_ssup0(char *text, double *value) { return readPositive(text, value); }
+int realcod_d_ssup0(char *text, double *value) {
+  lookForMisuse([=] { Call("realcod_d_ssup0", {text, filled(value)}).needsAll(); });
+  return readPositive(text, value);
+}

@@ -12,6 +12,7 @@
 
 #include "codecs/digits.h"
 #include "codecs/integer.h"
+#include "codecs/misuse.h"
 #include "codecs/real.h"
 #include "codecs/split.h"
 #include "codecs/status.h"
@@ -239,6 +240,13 @@ int writeSignificant(double x, char *buffer, int capacity, int extraDigits) {
   return kWritten;
 }
 
+// How many bytes the number needs.
+int neededFor(double x, int extraDigits) {
+  char text[512];
+  writeSignificant(x, text, sizeof text, extraDigits);
+  return static_cast<int>(std::strlen(text)) + 1;
+}
+
 }  // namespace
 
 int writeReal(double value, char *buffer, int capacity, int decimals) {
@@ -253,9 +261,17 @@ int writeReal(double value, char *buffer, int capacity, int decimals) {
 using namespace korvel::codecs;
 
 int realdco_d(double value, char *buffer, int capacity, int decimals) {
+  lookForMisuse([=] {
+    needsRealRoom(Call("realdco_d", {value, filled(buffer), capacity, decimals}), buffer, capacity,
+                  value, decimals);
+  });
   return writeReal(value, buffer, capacity, decimals);
 }
 
 int realdco_sd(double value, char *buffer, int capacity, int digits) {
+  lookForMisuse([=] {
+    needsSignificantRoom(Call("realdco_sd", {value, filled(buffer), capacity, digits}), buffer,
+                         capacity, digits, neededFor(value, digits));
+  });
   return buffer == nullptr ? kDoesNotFit : writeSignificant(value, buffer, capacity, digits);
 }
