@@ -7,6 +7,7 @@
 #include <korvel/dates.h>
 
 #include "base/numbers.h"
+#include "dates/misuse.h"
 
 // The Gregorian calendar holds for all years: its rule repeats every 400 years, which are 146097
 // days. 1 January 2000 is a Saturday. Numbers that are not dates go through the same steps; wide
@@ -148,16 +149,29 @@ using namespace korvel::dates;
 
 int utdately(int year) { return leapDay(year); }
 
-int utdatedm(int year, int month) { return daysIn(year, month); }
+int utdatedm(int year, int month) {
+  lookForMisuse([=] { needsMonth(Call("utdatedm", {year, month}), month); });
+  return daysIn(year, month);
+}
 
-int utdatedw(int year, int month, int day) { return dayOfWeek(year, month, day); }
+int utdatedw(int year, int month, int day) {
+  lookForMisuse([=] { needsMonth(Call("utdatedw", {year, month, day}), month); });
+  return dayOfWeek(year, month, day);
+}
 
 int Validate_Date(int date) { return isCalendarDate(date) ? 1 : 0; }
 
-int Get_Date_Incr(int date, unsigned int n) { return dateAfter(fieldsOf(date), n); }
+int Get_Date_Incr(int date, unsigned int n) {
+  lookForMisuse([=] { needsDate(Call("Get_Date_Incr", {date, n}), date); });
+  return dateAfter(fieldsOf(date), n);
+}
 
-int Get_Date_Diff(int date, unsigned int n) { return dateBefore(fieldsOf(date), n); }
+int Get_Date_Diff(int date, unsigned int n) {
+  lookForMisuse([=] { needsDate(Call("Get_Date_Diff", {date, n}), date); });
+  return dateBefore(fieldsOf(date), n);
+}
 
 int Min_depuis_org(int date, int time, int origin) {
+  lookForMisuse([=] { needsDate(Call("Min_depuis_org", {date, time, origin}), date); });
   return minutesFrom(origin, fieldsOf(date), time);
 }

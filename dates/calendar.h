@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// For dates/ and dialogs/: the calendar behind the exported functions.
+// For dates/, tables/ and dialogs/: the calendar behind the exported functions.
 #ifndef KORVEL_DATES_CALENDAR_H
 #define KORVEL_DATES_CALENDAR_H
 

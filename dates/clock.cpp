@@ -10,6 +10,7 @@
 
 #include "codecs/num.h"
 #include "codecs/status.h"
+#include "dates/misuse.h"
 
 namespace korvel::dates {
 
@@ -55,10 +56,17 @@ int storeNow(char *out, std::size_t fieldCount) {
 using namespace korvel::codecs;
 using namespace korvel::dates;
 
-int ZRV_Get_Date_short(char *out) { return out == nullptr ? kWrongWidth : storeNow(out, kToDay); }
+int ZRV_Get_Date_short(char *out) {
+  lookForMisuse([=] { Call("ZRV_Get_Date_short", {filled(out)}).needsAll(); });
+  return out == nullptr ? kWrongWidth : storeNow(out, kToDay);
+}
 
-int ZRV_Get_Date_long(char *out) { return out == nullptr ? kWrongWidth : storeNow(out, kToMinute); }
+int ZRV_Get_Date_long(char *out) {
+  lookForMisuse([=] { Call("ZRV_Get_Date_long", {filled(out)}).needsAll(); });
+  return out == nullptr ? kWrongWidth : storeNow(out, kToMinute);
+}
 
 int ZRV_Get_Date_slong(char *out) {
+  lookForMisuse([=] { Call("ZRV_Get_Date_slong", {filled(out)}).needsAll(); });
   return out == nullptr ? kWrongWidth : storeNow(out, kToSecond);
 }

@@ -5,6 +5,8 @@
 
 #include <korvel/dates.h>
 
+#include "dates/misuse.h"
+
 namespace korvel::dates {
 
 namespace {
@@ -53,10 +55,22 @@ char *abbreviate(const char *name, int place) {
 
 using namespace korvel::dates;
 
-char *utdatemy(int month) { return monthName(month); }
+char *utdatemy(int month) {
+  lookForMisuse([=] { needsMonth(Call("utdatemy", {month}), month); });
+  return monthName(month);
+}
 
-char *utdatedn(int day) { return dayName(day); }
+char *utdatedn(int day) {
+  lookForMisuse([=] { needsWeekday(Call("utdatedn", {day}), day); });
+  return dayName(day);
+}
 
-char *utdatemm(int month) { return abbreviate(monthName(month), kMonthAbbreviation); }
+char *utdatemm(int month) {
+  lookForMisuse([=] { needsMonth(Call("utdatemm", {month}), month); });
+  return abbreviate(monthName(month), kMonthAbbreviation);
+}
 
-char *utdatedd(int day) { return abbreviate(dayName(day), kDayAbbreviation); }
+char *utdatedd(int day) {
+  lookForMisuse([=] { needsWeekday(Call("utdatedd", {day}), day); });
+  return abbreviate(dayName(day), kDayAbbreviation);
+}

@@ -11,6 +11,7 @@
 #include "base/views.h"
 #include "codecs/num.h"
 #include "codecs/status.h"
+#include "dates/misuse.h"
 
 // Fields are taken by their position alone. Every input is copied before anything is written, so
 // that an output may be an input.
@@ -104,35 +105,65 @@ using namespace korvel::codecs;
 using namespace korvel::dates;
 
 void ZRV_Build_Date(const char *date, char *out) {
+  lookForMisuse([=] {
+    needsLayout(Call("ZRV_Build_Date", {date, filled(out)}), date, "DD/MM/YYYY");
+  });
   if (out != nullptr) writeLayout(Input(date), "ghijdeab", out);
 }
 
 int ZRV_Build_Date_short(const char *date, char *out) {
+  lookForMisuse([=] {
+    needsLayout(Call("ZRV_Build_Date_short", {date, filled(out)}), date, "DD/MM/YY");
+  });
   return out == nullptr ? kWrongWidth : storeShortDate(date, out);
 }
 
 int ZRV_Build_Date_long(const char *date, const char *time, char *out) {
+  lookForMisuse([=] {
+    needsDateAndTime(Call("ZRV_Build_Date_long", {date, time, filled(out)}), date, time, "HH:MM");
+  });
   return out == nullptr ? kWrongWidth : storeDateAndTime(date, time, "abde", out);
 }
 
 int ZRV_Build_Date_slong(const char *date, const char *time, char *out) {
+  lookForMisuse([=] {
+    needsDateAndTime(Call("ZRV_Build_Date_slong", {date, time, filled(out)}), date, time,
+                     "HH:MM:SS");
+  });
   return out == nullptr ? kWrongWidth : storeDateAndTime(date, time, "abdegh", out);
 }
 
 int ZRV_Build_Date_SV(const char *date, char *out) {
+  lookForMisuse([=] {
+    needsLayout(Call("ZRV_Build_Date_SV", {date, filled(out)}), date, "DD/MM/YY");
+  });
   return out == nullptr ? kWrongWidth : storeMidnight(date, out);
 }
 
 void ZRV_Inv_Date(const char *stored, char *out) {
+  lookForMisuse([=] {
+    needsLayout(Call("ZRV_Inv_Date", {stored, filled(out)}), stored, "YYYYMMDD");
+  });
   if (out != nullptr) writeLayout(Input(stored), "gh/ef/abcd", out);
 }
 
 void ZRV_Inv_Date_2(const char *stored, char *out) {
+  lookForMisuse([=] {
+    needsLayout(Call("ZRV_Inv_Date_2", {stored, filled(out)}), stored, "YYYYMMDD");
+  });
   if (out != nullptr) writeLayout(Input(stored), "gh/ef/cd", out);
 }
 
 void ZRV_Inv_Date_Time(const char *stored, char *out) {
+  lookForMisuse([=] {
+    needsLayout(Call("ZRV_Inv_Date_Time", {stored, filled(out)}), stored, "YYYYMMDDHHMMSS");
+  });
   if (out != nullptr) showDateAndTime(Input(stored), out);
 }
 
-int ZRV_Reduc_Date(const char *date, char *out) { return reduce(Input(date), out); }
+int ZRV_Reduc_Date(const char *date, char *out) {
+  lookForMisuse([=] {
+    needsLayout(Call("ZRV_Reduc_Date", {date, filled(out)}), date, "DD/MM/YY");
+  });
+  return reduce(Input(date), out);
+}
