@@ -14,6 +14,7 @@
 #include "base/guard.h"
 #include "shell/command.h"
 #include "shell/invoke.h"
+#include "shell/misuse.h"
 
 namespace korvel::shell {
 namespace {
@@ -54,5 +55,6 @@ using namespace korvel::shell;
 using korvel::base::guarded;
 
 int BSDIsExisting(const char *path) {
+  lookForMisuse([=] { needsPath(Call("BSDIsExisting", {path}), path); });
   return path != nullptr && guarded(false, [&] { return exists(path); }) ? 1 : 0;
 }

@@ -9,10 +9,15 @@
 #include "shell/command.h"
 #include "shell/existence.h"
 #include "shell/invoke.h"
+#include "shell/misuse.h"
 #include "shell/replace.h"
 
 namespace korvel::shell {
 namespace {
+
+constexpr const char *kNotCopied =
+    "nothing is copied: the source has no name of its own, would be destroyed, or the tool refuses";
+constexpr const char *kNotRemoved = "it is still there: the tool refuses";
 
 // The user as whom the tools of one operation run.
 class Rights {
@@ -73,26 +78,44 @@ using namespace korvel::shell;
 using korvel::base::guarded;
 
 int BSDSCopy(const char *source, const char *destination) {
+  lookForMisuse([=] { needsPaths(Call("BSDSCopy", {source, destination}), source, destination); });
   if (source == nullptr || destination == nullptr) return -1;
   return guarded(-1, [&] { return runTool(copyCommand(source, destination).c_str()); });
 }
 
 int BSDCopy(const char *source, const char *folder) {
+  const Call call("BSDCopy", {source, folder});
+  if (call) needsBoth(call, source, folder);
   if (source == nullptr || folder == nullptr) return -1;
-  return guarded(-1, [&] { return copyInto(source, folder, Rights::callers()); });
+  const int result = guarded(-1, [&] { return copyInto(source, folder, Rights::callers()); });
+  if (call) needsDone(call, result == 0, kNotCopied);
+  return result;
 }
 
 int BSDCopy_psw(const char *source, const char *folder, const char *password) {
+  const Call call("BSDCopy_psw", {source, folder, filled(password)});
+  if (call) needsBoth(call, source, folder);
   if (source == nullptr || folder == nullptr || password == nullptr) return -1;
-  return guarded(-1, [&] { return copyInto(source, folder, Rights::superUsers(password)); });
+  const int result =
+      guarded(-1, [&] { return copyInto(source, folder, Rights::superUsers(password)); });
+  if (call) needsDone(call, result == 0, kNotCopied);
+  return result;
 }
 
 int BSDRemove(const char *path) {
+  const Call call("BSDRemove", {path});
+  if (call) needsThere(call, path);
   if (path == nullptr) return -1;
-  return guarded(-1, [&] { return removePath(path, Rights::callers()); });
+  const int result = guarded(-1, [&] { return removePath(path, Rights::callers()); });
+  if (call) needsDone(call, result == 0, kNotRemoved);
+  return result;
 }
 
 int BSDRemove_psw(const char *path, const char *password) {
+  const Call call("BSDRemove_psw", {path, filled(password)});
+  if (call) needsThere(call, path);
   if (path == nullptr || password == nullptr) return -1;
-  return guarded(-1, [&] { return removePath(path, Rights::superUsers(password)); });
+  const int result = guarded(-1, [&] { return removePath(path, Rights::superUsers(password)); });
+  if (call) needsDone(call, result == 0, kNotRemoved);
+  return result;
 }

@@ -11,6 +11,7 @@
 #include "shell/command.h"
 #include "shell/existence.h"
 #include "shell/folder.h"
+#include "shell/misuse.h"
 #include "shell/system.h"
 #include "shell/tool.h"
 
@@ -123,13 +124,23 @@ using namespace korvel::shell;
 using korvel::base::guarded;
 
 int BSDDir_FindFiles(char *out, const char *folder, int max, const char *pattern) {
+  const Call call("BSDDir_FindFiles", {orNull(filled(out)), folder, max, pattern});
+  if (call) needsListing(call, out, folder, max);
   if (folder == nullptr || pattern == nullptr || max < 0 || (out == nullptr && max > 0)) return 0;
-  return guarded(0, [&] { return findFiles(out, folder, max, pattern); });
+  const int found = guarded(0, [&] { return findFiles(out, folder, max, pattern); });
+  if (call) needsSlots(call, max, found);
+  return found;
 }
 
 int BSDDir_ProcessFiles(const char *folder, const char *pattern, FileVisit_t visit) {
+  lookForMisuse([=] {
+    needsListing(Call("BSDDir_ProcessFiles", {folder, pattern, given(visit)}), nullptr, folder, 0);
+  });
   if (folder == nullptr || pattern == nullptr || visit == nullptr) return 0;
   return guarded(0, [&] { return processFiles(folder, pattern, visit); });
 }
 
-int BSDDir_ProcessFiles_f(char *line) { return line == nullptr ? 0 : visitLine(line); }
+int BSDDir_ProcessFiles_f(char *line) {
+  lookForMisuse([=] { Call("BSDDir_ProcessFiles_f", {line}).needsAll(); });
+  return line == nullptr ? 0 : visitLine(line);
+}

@@ -10,6 +10,7 @@
 #include "shell/command.h"
 #include "shell/existence.h"
 #include "shell/invoke.h"
+#include "shell/misuse.h"
 #include "shell/posix_path.h"
 
 namespace korvel::shell {
@@ -47,5 +48,9 @@ using namespace korvel::shell;
 using korvel::base::guarded;
 
 int BSDMACchmodrwx(const char *macPath) {
-  return macPath == nullptr ? -1 : guarded(-1, [&] { return openIfThere(macPath); });
+  const Call call("BSDMACchmodrwx", {macPath});
+  if (call) needsMacPath(call, macPath);
+  const int result = macPath == nullptr ? -1 : guarded(-1, [&] { return openIfThere(macPath); });
+  if (call) needsDone(call, result == 0, "there is nothing at this path");
+  return result;
 }

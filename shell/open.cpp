@@ -10,6 +10,7 @@
 #include <korvel/shell.h>
 
 #include "base/guard.h"
+#include "shell/misuse.h"
 #include "shell/tool.h"
 
 namespace korvel::shell {
@@ -49,5 +50,6 @@ using namespace korvel::shell;
 using korvel::base::guarded;
 
 int BSDopen(const char *path) {
+  lookForMisuse([=] { needsDocument(Call("BSDopen", {path}), path); });
   return path == nullptr ? -1 : guarded(-1, [&] { return openDocument(path); });
 }

@@ -16,6 +16,7 @@
 #include "base/guard.h"
 #include "shell/command.h"
 #include "shell/existence.h"
+#include "shell/misuse.h"
 
 constinit char szVolumes[256] = "/Volumes";
 
@@ -105,7 +106,11 @@ using namespace korvel::shell;
 using korvel::base::guarded;
 
 int BSDMAC2UNIX(const char *macPath, char *out) {
+  const Call call("BSDMAC2UNIX", {macPath, filled(out)});
+  if (call) needsMacPath(call, macPath);
   if (out == nullptr) return 0;
   const auto read = [&] { return PosixPath::readByShell(macPath); };
-  return guarded(PosixPath(), read).copyTo(out);
+  const int result = guarded(PosixPath(), read).copyTo(out);
+  if (call) needsShortPath(call, result);
+  return result;
 }

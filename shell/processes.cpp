@@ -12,6 +12,7 @@
 #include "base/posix.h"
 #include "shell/descriptor.h"
 #include "shell/invoke.h"
+#include "shell/misuse.h"
 #include "shell/processnames.h"
 #include "shell/tool.h"
 
@@ -73,12 +74,17 @@ using namespace korvel::shell;
 using korvel::base::guarded;
 
 int BSDkill(const char *name) {
+  lookForMisuse([=] { Call("BSDkill", {name}).needsAll(); });
   return name == nullptr ? -1 : guarded(-1, [&] { return forEachProcess(name, killProcess); });
 }
 
-int BSDprocessf(char *line) { return line == nullptr ? 0 : killProcess(line); }
+int BSDprocessf(char *line) {
+  lookForMisuse([=] { Call("BSDprocessf", {line}).needsAll(); });
+  return line == nullptr ? 0 : killProcess(line);
+}
 
 int BSDtestProcess(const char *name) {
+  lookForMisuse([=] { Call("BSDtestProcess", {name}).needsAll(); });
   return guarded(0, [&] { return testProcess(name); });
 }
 

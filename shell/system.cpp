@@ -9,6 +9,8 @@
 
 #include <korvel/shell.h>
 
+#include "shell/misuse.h"
+
 namespace korvel::shell {
 namespace {
 
@@ -39,6 +41,16 @@ int MACOSVersion(void) { return systemVersion; }
 
 int RunningOnCarbonX(void) { return runsOnUnix() ? 1 : 0; }
 
-int LoadFrameworkBundleSystem(const char *name, CFBundleRef *out) { return loadBundle(name, out); }
+int LoadFrameworkBundleSystem(const char *name, CFBundleRef *out) {
+  const Call call("LoadFrameworkBundleSystem", {name, filled(out)});
+  const int status = loadBundle(name, out);
+  if (call) needsBundle(call, status == 0);
+  return status;
+}
 
-int LoadFrameworkBundle(const char *name, CFBundleRef *out) { return loadBundle(name, out); }
+int LoadFrameworkBundle(const char *name, CFBundleRef *out) {
+  const Call call("LoadFrameworkBundle", {name, filled(out)});
+  const int status = loadBundle(name, out);
+  if (call) needsBundle(call, status == 0);
+  return status;
+}
