@@ -10,6 +10,7 @@
 #include <korvel/files.h>
 
 #include "base/posix.h"
+#include "files/misuse.h"
 #include "files/paths.h"
 #include "files/transfer.h"
 
@@ -66,26 +67,58 @@ int setLength(int descriptor, int length) {
 
 using namespace korvel::files;
 
-int xFile_Open(const char *path, int read, int write) { return openDescriptor(path, read, write); }
+int xFile_Open(const char *path, int read, int write) {
+  const Call call("xFile_Open", {path, read, write});
+  if (call) needsFlags(call, read, write);
+  const int result = openDescriptor(path, read, write);
+  if (call) needsOpened(call, path, result);
+  return result;
+}
 
-int xFile_Close(int descriptor) { return close(descriptor); }
+int xFile_Close(int descriptor) {
+  lookForMisuse([=] { needsDescriptor(Call("xFile_Close", {descriptor}), descriptor); });
+  return close(descriptor);
+}
 
 int xFile_Read(int descriptor, void *buffer, int count) {
+  lookForMisuse([=] {
+    needsTransfer(Call("xFile_Read", {descriptor, filled(buffer), count}), descriptor, count);
+  });
   if (buffer == nullptr || count < 0) return 0;
   return readSome(descriptor, buffer, static_cast<std::size_t>(count));
 }
 
 int xFile_Write(int descriptor, const void *buffer, int count) {
+  const Call call("xFile_Write", {descriptor, filled(buffer), count});
+  if (call) needsTransfer(call, descriptor, count);
   if (buffer == nullptr || count < 0) return -1;
-  return writeSome(descriptor, buffer, static_cast<std::size_t>(count));
+  const int put = writeSome(descriptor, buffer, static_cast<std::size_t>(count));
+  if (call) needsDone(call, put >= 0);
+  return put;
 }
 
 int xFile_Lseek(int descriptor, int offset) {
-  return static_cast<int>(lseek(descriptor, offset, SEEK_SET));
+  const Call call("xFile_Lseek", {descriptor, offset});
+  if (call) needsDescriptor(call, descriptor);
+  const int result = static_cast<int>(lseek(descriptor, offset, SEEK_SET));
+  if (call) needsDone(call, result >= 0);
+  return result;
 }
 
-int xFile_GetPos(int descriptor) { return static_cast<int>(lseek(descriptor, 0, SEEK_CUR)); }
+int xFile_GetPos(int descriptor) {
+  lookForMisuse([=] { needsDescriptor(Call("xFile_GetPos", {descriptor}), descriptor); });
+  return static_cast<int>(lseek(descriptor, 0, SEEK_CUR));
+}
 
-int xFile_Size(int descriptor) { return upperHalfOfLength(descriptor); }
+int xFile_Size(int descriptor) {
+  lookForMisuse([=] { needsDescriptor(Call("xFile_Size", {descriptor}), descriptor); });
+  return upperHalfOfLength(descriptor);
+}
 
-int xFile_SetEOF(int descriptor, int length) { return setLength(descriptor, length); }
+int xFile_SetEOF(int descriptor, int length) {
+  const Call call("xFile_SetEOF", {descriptor, length});
+  if (call) needsDescriptor(call, descriptor);
+  const int result = setLength(descriptor, length);
+  if (call) needsDone(call, result == 0);
+  return result;
+}

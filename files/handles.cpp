@@ -15,6 +15,7 @@
 #include <korvel/files.h>
 
 #include "base/posix.h"
+#include "files/misuse.h"
 #include "files/paths.h"
 #include "files/slots.h"
 #include "files/transfer.h"
@@ -258,32 +259,70 @@ void leaveOpen(int handle) { leaveSlot(DATA_FILE_TAB, handle); }
 
 using namespace korvel::files;
 
-int File_Open(const char *path, int read, int write) { return openFile(path, read, write); }
+int File_Open(const char *path, int read, int write) {
+  const Call call("File_Open", {path, read, write});
+  if (call) needsToOpen(call, read, write);
+  const int result = openFile(path, read, write);
+  if (call) needsOpened(call, path, result);
+  return result;
+}
 
-int File_Close(int handle) { return closeFile(handle) ? 0 : kFailed; }
+int File_Close(int handle) {
+  const Call call("File_Close", {handle});
+  if (call) needsHandle(call, handle);
+  const int result = closeFile(handle) ? 0 : kFailed;
+  if (call) needsDone(call, result == 0);
+  return result;
+}
 
-int File_Size(int handle) { return isHandle(handle) ? DATA_FILE_TAB[handle].size : kFailed; }
+int File_Size(int handle) {
+  lookForMisuse([=] { needsHandleNumber(Call("File_Size", {handle}), handle); });
+  return isHandle(handle) ? DATA_FILE_TAB[handle].size : kFailed;
+}
 
-int File_GetPos(int handle) { return isHandle(handle) ? DATA_FILE_TAB[handle].position : kFailed; }
+int File_GetPos(int handle) {
+  lookForMisuse([=] { needsHandleNumber(Call("File_GetPos", {handle}), handle); });
+  return isHandle(handle) ? DATA_FILE_TAB[handle].position : kFailed;
+}
 
 int File_Read(int handle, void *buffer, int count) {
-  return isHandle(handle) ? readNext(DATA_FILE_TAB[handle], buffer, count) : kFailed;
+  const Call call("File_Read", {handle, filled(buffer), count});
+  if (call) needsReading(call, handle, count);
+  const int result = isHandle(handle) ? readNext(DATA_FILE_TAB[handle], buffer, count) : kFailed;
+  if (call) needsDone(call, result >= 0);
+  return result;
 }
 
 int File_Re_Read(int handle, void *buffer, int count) {
-  return isHandle(handle) ? readAgain(DATA_FILE_TAB[handle], buffer, count) : kFailed;
+  const Call call("File_Re_Read", {handle, filled(buffer), count});
+  if (call) needsReading(call, handle, count);
+  const int result = isHandle(handle) ? readAgain(DATA_FILE_TAB[handle], buffer, count) : kFailed;
+  if (call) needsDone(call, result >= 0);
+  return result;
 }
 
 int File_Write(int handle, const void *buffer, int count) {
-  return isHandle(handle) ? writeNext(DATA_FILE_TAB[handle], buffer, count) : kFailed;
+  const Call call("File_Write", {handle, filled(buffer), count});
+  if (call) needsWriting(call, handle, count);
+  const int result = isHandle(handle) ? writeNext(DATA_FILE_TAB[handle], buffer, count) : kFailed;
+  if (call) needsDone(call, result >= 0);
+  return result;
 }
 
 int File_Lseek(int handle, int offset) {
+  const Call call("File_Lseek", {handle, offset});
+  if (call) needsOffset(call, handle, offset);
   FileSlot *slot = openSlot(DATA_FILE_TAB, handle);
-  return slot == nullptr ? kFailed : seek(*slot, offset);
+  const int result = slot == nullptr ? kFailed : seek(*slot, offset);
+  if (call) needsDone(call, result == 0);
+  return result;
 }
 
 int File_SetEOF(int handle, int length) {
+  const Call call("File_SetEOF", {handle, length});
+  if (call) needsLength(call, handle, length);
   FileSlot *slot = openSlot(DATA_FILE_TAB, handle);
-  return slot == nullptr ? kFailed : setLength(*slot, length);
+  const int result = slot == nullptr ? kFailed : setLength(*slot, length);
+  if (call) needsDone(call, result == 0);
+  return result;
 }

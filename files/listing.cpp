@@ -9,6 +9,7 @@
 #include <korvel/files.h>
 
 #include "base/guard.h"
+#include "files/misuse.h"
 #include "files/paths.h"
 #include "files/rows.h"
 
@@ -55,12 +56,19 @@ using namespace korvel::files;
 using korvel::base::guarded;
 
 int Dir_FindFiles(char *list, const char *directory, int rows, const char *pattern) {
+  const Call call("Dir_FindFiles", {orNull(filled(list)), directory, rows, pattern});
+  if (call) needsListing(call, list, directory, rows);
   if (directory == nullptr || pattern == nullptr || rows < 0 || (list == nullptr && rows > 0))
     return 0;
-  return guarded(0, [&] { return findFiles(list, directory, rows, pattern); });
+  const int found = guarded(0, [&] { return findFiles(list, directory, rows, pattern); });
+  if (call) needsRowsFor(call, rows, found);
+  return found;
 }
 
 int Dir_ProcessFiles(const char *directory, const char *pattern, FileVisit_t visit) {
+  lookForMisuse([=] {
+    needsFolder(Call("Dir_ProcessFiles", {directory, pattern, given(visit)}), directory);
+  });
   if (directory == nullptr || pattern == nullptr || visit == nullptr) return 0;
   return guarded(0, [&] { return processFiles(directory, pattern, visit); });
 }

@@ -11,6 +11,7 @@
 
 #include <korvel/files.h>
 
+#include "files/misuse.h"
 #include "files/slots.h"
 
 constinit MFilSlot DATA_MFIL_TAB[korvel::files::kSlots] = {{nullptr, 0, -1, 0, 0},
@@ -138,39 +139,62 @@ int writeMemoryFile(int handle, const void *from, int count) {
 
 using namespace korvel::files;
 
-int MFil_Open(const char * /*name*/, int wish, int minimum) {
+int MFil_Open(const char *name, int wish, int minimum) {
+  lookForMisuse([=] { needsMemorySlot(Call("MFil_Open", {orNull(name), wish, minimum})); });
   return openMemoryFile(wish, minimum);
 }
 
 int MFil_Close(int handle) {
+  lookForMisuse([=] { needsMemoryHandle(Call("MFil_Close", {handle}), handle); });
   closeMemoryFile(handle);
   return 0;
 }
 
 int MFil_Read(int handle, void *buffer, int count) {
+  lookForMisuse([=] {
+    needsMemoryTransfer(Call("MFil_Read", {handle, filled(buffer), count}), handle, count);
+  });
   MFilSlot *slot = readableSlot(handle);
   return slot == nullptr || buffer == nullptr ? 0 : readNext(*slot, buffer, count);
 }
 
 int MFil_Re_Read(int handle, void *buffer, int count) {
+  lookForMisuse([=] {
+    needsMemoryTransfer(Call("MFil_Re_Read", {handle, filled(buffer), count}), handle, count);
+  });
   const MFilSlot *slot = readableSlot(handle);
   return slot == nullptr || buffer == nullptr ? 0 : readAgain(*slot, buffer, count);
 }
 
 int MFil_Write(int handle, const void *buffer, int count) {
+  lookForMisuse([=] {
+    needsMemoryTransfer(Call("MFil_Write", {handle, filled(buffer), count}), handle, count);
+  });
   return buffer == nullptr ? 0 : writeMemoryFile(handle, buffer, count);
 }
 
 int MFil_Lseek(int handle, int offset) {
+  lookForMisuse([=] {
+    needsMemoryOffset(Call("MFil_Lseek", {handle, offset}), handle, offset, 0);
+  });
   MFilSlot *slot = openSlot(DATA_MFIL_TAB, handle);
   return slot == nullptr ? -1 : seek(*slot, offset);
 }
 
-int MFil_GetPos(int handle) { return isHandle(handle) ? DATA_MFIL_TAB[handle].position : -1; }
+int MFil_GetPos(int handle) {
+  lookForMisuse([=] { needsHandleNumber(Call("MFil_GetPos", {handle}), handle); });
+  return isHandle(handle) ? DATA_MFIL_TAB[handle].position : -1;
+}
 
-int MFil_Size(int handle) { return isHandle(handle) ? DATA_MFIL_TAB[handle].size : -1; }
+int MFil_Size(int handle) {
+  lookForMisuse([=] { needsHandleNumber(Call("MFil_Size", {handle}), handle); });
+  return isHandle(handle) ? DATA_MFIL_TAB[handle].size : -1;
+}
 
 char *MFil_LockPtr(int handle, int offset) {
+  lookForMisuse([=] {
+    needsMemoryOffset(Call("MFil_LockPtr", {handle, offset}), handle, offset, 1);
+  });
   const MFilSlot *slot = readableSlot(handle);
   const bool isInside = slot != nullptr && offset >= 0 && offset < slot->size;
   return isInside ? slot->block + offset : nullptr;
@@ -178,9 +202,15 @@ char *MFil_LockPtr(int handle, int offset) {
 
 int MFil_UnLockPtr(int /*handle*/) { return 0; }
 
-void *GlobalAlloc(int /*flags*/, int size) { return allocated(size); }
+void *GlobalAlloc(int flags, int size) {
+  lookForMisuse([=] { needsNotNegative(Call("GlobalAlloc", {flags, size}), "the size", size); });
+  return allocated(size);
+}
 
 void *GlobalReAlloc(void *block, int size) {
+  lookForMisuse([=] {
+    needsNotNegative(Call("GlobalReAlloc", {orNull(block), size}), "the size", size);
+  });
   return size < 0 ? nullptr : std::realloc(block, allocatedSize(size));
 }
 

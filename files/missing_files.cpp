@@ -10,6 +10,7 @@
 #include <korvel/strings.h>
 
 #include "base/views.h"
+#include "files/misuse.h"
 #include "files/paths.h"
 #include "strings/string_list.h"
 
@@ -59,11 +60,18 @@ using namespace korvel::files;
 using korvel::base::textOf;
 
 int ChCh_Detect_Missing_File(const char *directory, const char *list, char **item) {
+  lookForMisuse([=] {
+    needsItems(Call("ChCh_Detect_Missing_File", {orNull(directory), list, filled(item)}),
+               directory);
+  });
   const char *missing = list == nullptr ? nullptr : firstMissing(textOf(directory), list);
   if (missing != nullptr && item != nullptr) *item = const_cast<char *>(missing);
   return missing == nullptr ? 0 : 1;
 }
 
 int ChCh_Remove_Missing_File(const char *directory, char *list) {
+  lookForMisuse([=] {
+    needsItems(Call("ChCh_Remove_Missing_File", {orNull(directory), list}), directory);
+  });
   return list == nullptr || removeMissing(textOf(directory), list) ? 1 : 0;
 }

@@ -2,6 +2,7 @@
 // The functions of colon paths: what is there, folders made, entries removed and renamed.
 #include "files/paths.h"
 
+#include <cerrno>
 #include <cstdio>
 
 #include <sys/stat.h>
@@ -9,6 +10,7 @@
 
 #include <korvel/files.h>
 
+#include "files/misuse.h"
 #include "shell/mode.h"
 
 namespace korvel::files {
@@ -46,16 +48,45 @@ void openToAll(const char *mac) { shell::openToAll(PosixPath::ofTools(mac).text(
 
 using namespace korvel::files;
 
-int MAC2UNIX(const char *mac, char *out) { return out == nullptr ? 0 : PosixPath(mac).copyTo(out); }
+int MAC2UNIX(const char *mac, char *out) {
+  const Call call("MAC2UNIX", {mac, filled(out)});
+  if (call) needsPath(call, mac);
+  const int result = out == nullptr ? 0 : PosixPath(mac).copyTo(out);
+  if (call) needsShortPath(call, result);
+  return result;
+}
 
-int File_Is_Existing(const char *path) { return fileExists(path) ? 1 : 0; }
+int File_Is_Existing(const char *path) {
+  lookForMisuse([=] { needsPath(Call("File_Is_Existing", {path}), path); });
+  return fileExists(path) ? 1 : 0;
+}
 
-int Dir_Is_Existing(const char *path) { return folderExists(path) ? 1 : 0; }
+int Dir_Is_Existing(const char *path) {
+  lookForMisuse([=] { needsPath(Call("Dir_Is_Existing", {path}), path); });
+  return folderExists(path) ? 1 : 0;
+}
 
-int MakeDir(const char *path) { return makeFolder(path) ? 1 : 0; }
+int MakeDir(const char *path) {
+  const Call call("MakeDir", {path});
+  if (call) needsPathInFolder(call, path);
+  const int result = makeFolder(path) ? 1 : 0;
+  if (call) needsDone(call, result == 1 || errno == EEXIST);
+  return result;
+}
 
-int MACRemove(const char *path) { return std::remove(PosixPath::ofTools(path).text()); }
+int MACRemove(const char *path) {
+  const Call call("MACRemove", {path});
+  if (call) needsPathInFolder(call, path);
+  const int result = std::remove(PosixPath::ofTools(path).text());
+  if (call) needsDone(call, result == 0);
+  return result;
+}
 
 int MACRename(const char *oldPath, const char *newPath) {
-  return std::rename(PosixPath::ofTools(oldPath).text(), PosixPath::ofTools(newPath).text());
+  const Call call("MACRename", {oldPath, newPath});
+  if (call) needsPaths(call, oldPath, newPath);
+  const int result =
+      std::rename(PosixPath::ofTools(oldPath).text(), PosixPath::ofTools(newPath).text());
+  if (call) needsDone(call, result == 0);
+  return result;
 }

@@ -13,6 +13,7 @@
 
 #include "files/handles.h"
 #include "files/inversions.h"
+#include "files/misuse.h"
 #include "files/rows.h"
 
 namespace korvel::files {
@@ -127,9 +128,11 @@ int sortBySize(char *list, int rows) {
 using namespace korvel::files;
 
 int Dir_SortFiles(char *list, int rows) {
+  lookForMisuse([=] { needsRows(Call("Dir_SortFiles", {filled(list), rows}), list, rows); });
   return list == nullptr || rows < 2 ? 0 : sortByName(list, rows);
 }
 
 int Dir_SortSizeFiles(char *list, int rows) {
+  lookForMisuse([=] { needsRows(Call("Dir_SortSizeFiles", {filled(list), rows}), list, rows); });
   return list == nullptr || rows < 2 ? 0 : sortBySize(list, rows);
 }

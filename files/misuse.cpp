@@ -1,0 +1,211 @@
+// SPDX-License-Identifier: MIT
+// Misuse of files: handles that are not open, counts below 0, paths that are none.
+#include "files/misuse.h"
+
+#include <algorithm>
+#include <cstring>
+#include <iterator>
+
+#include <fcntl.h>
+
+#include <korvel/files.h>
+
+#include "base/views.h"
+#include "files/paths.h"
+#include "files/slots.h"
+
+namespace korvel::files {
+
+using base::ErrnoKept;
+using base::Quoted;
+
+namespace {
+
+template <typename Slot>
+bool hasFreeSlot(const Slot (&table)[kSlots], int highest) {
+  const auto isFree = [&](const Slot &slot) {
+    return slot.mode == kFreeSlot || isOwn(table, static_cast<int>(&slot - table));
+  };
+  return highest < kSlots - 1 || std::any_of(std::begin(table), std::end(table), isFree);
+}
+
+template <typename Slot>
+void needsOpenSlot(const Call &call, const Slot (&table)[kSlots], int handle, const char *opens) {
+  needsHandleNumber(call, handle);
+  call.misusedIf(isHandle(handle) && table[handle].mode == kFreeSlot,
+                 {"handle ", handle, " is not open: ", opens, " gives handles"});
+}
+
+void needsCount(const Call &call, int count) { needsNotNegative(call, "the count", count); }
+
+// The folder that a colon path leads through to its last name; empty for none.
+std::string_view folderOf(std::string_view path) {
+  const std::size_t end = path.rfind(':');
+  return end == path.npos ? std::string_view() : path.substr(0, end);
+}
+
+void needsThere(const Call &call, std::string_view folder) {
+  char path[kPathSize];
+  if (folder.empty() || folder.size() >= sizeof path) return;
+  *std::copy(folder.begin(), folder.end(), path) = '\0';
+  const ErrnoKept kept;
+  if (!folderExists(path)) call.misused({"there is no folder ", Quoted(folder)});
+}
+
+}  // namespace
+
+void needsPath(const Call &call, const char *path) {
+  const std::string_view text = base::textOf(path);
+  call.needsAll();
+  call.misusedIf(text.empty(), {"an empty path names nothing"});
+  needsColonPath(call, text);
+  if (!call) return;
+  const ErrnoKept kept;
+  call.misusedIf(PosixPath(path).length() == 0,
+                 {"a path of ", text.size(), " characters is too long to name anything"});
+}
+
+void needsFolder(const Call &call, const char *path) {
+  needsPath(call, path);
+  if (call) needsThere(call, base::textOf(path));
+}
+
+void needsPathInFolder(const Call &call, const char *path) {
+  needsPath(call, path);
+  if (call) needsThere(call, folderOf(base::textOf(path)));
+}
+
+void needsFileSlot(const Call &call) {
+  call.misusedIf(!hasFreeSlot(DATA_FILE_TAB, DATA_FILE_ID),
+                 {"all ", kSlots, " file handles are open: close one with File_Close"});
+}
+
+void needsMemorySlot(const Call &call) {
+  call.misusedIf(!hasFreeSlot(DATA_MFIL_TAB, DATA_MFIL_ID),
+                 {"all ", kSlots, " memory files are open: close one with MFil_Close"});
+}
+
+void needsFlags(const Call &call, int read, int write) {
+  call.misusedIf(read < 1 && write < 1, {"neither reading nor writing is asked for"});
+}
+
+void needsToOpen(const Call &call, int read, int write) {
+  call.needsAll();
+  needsFlags(call, read, write);
+  needsFileSlot(call);
+}
+
+void needsOpened(const Call &call, const char *path, int result) {
+  if (result >= 0 || !call) return;
+  const ErrnoKept kept;
+  needsPathInFolder(call, path);
+  call.misusedIf(std::strlen(path) >= sizeof FileSlot::name,
+                 {"a path of ", std::strlen(path), " characters does not fit into a slot: at most ",
+                  sizeof FileSlot::name - 1, " do"});
+  call.misusedIf(folderExists(path), {Quoted(path), " is a folder"});
+  call.misusedIf(!fileExists(path), {"there is no file ", Quoted(path)});
+  call.misused({Quoted(path), " cannot be opened so: its rights, its size or its kind forbid it"});
+}
+
+void needsHandleNumber(const Call &call, int handle) {
+  call.misusedIf(!isHandle(handle),
+                 {"there is no handle ", handle, ": handles are from 0 to ", kSlots - 1});
+}
+
+void needsHandle(const Call &call, int handle) {
+  needsOpenSlot(call, DATA_FILE_TAB, handle, "File_Open");
+  call.needsAll();
+}
+
+void needsReading(const Call &call, int handle, int count) {
+  needsHandle(call, handle);
+  call.misusedIf(call && !mayRead(DATA_FILE_TAB[handle].mode),
+                 {"handle ", handle, " is open for writing only"});
+  needsCount(call, count);
+}
+
+void needsWriting(const Call &call, int handle, int count) {
+  needsHandle(call, handle);
+  call.misusedIf(call && !mayWrite(DATA_FILE_TAB[handle].mode),
+                 {"handle ", handle, " is open for reading only"});
+  needsCount(call, count);
+}
+
+void needsOffset(const Call &call, int handle, int offset) {
+  needsHandle(call, handle);
+  needsNotNegative(call, "the offset", offset);
+}
+
+void needsLength(const Call &call, int handle, int length) {
+  needsHandle(call, handle);
+  needsNotNegative(call, "the length", length);
+}
+
+void needsMemoryHandle(const Call &call, int handle) {
+  needsOpenSlot(call, DATA_MFIL_TAB, handle, "MFil_Open");
+  call.needsAll();
+}
+
+void needsMemoryTransfer(const Call &call, int handle, int count) {
+  needsMemoryHandle(call, handle);
+  needsCount(call, count);
+}
+
+void needsMemoryOffset(const Call &call, int handle, int offset, int behind) {
+  needsMemoryHandle(call, handle);
+  if (!call) return;
+  const int last = DATA_MFIL_TAB[handle].size - behind;
+  call.misusedIf(offset < 0 || offset > last,
+                 {"there is no offset ", offset, ": the last one is ", last});
+}
+
+void needsDescriptor(const Call &call, int descriptor) {
+  call.needsAll();
+  const ErrnoKept kept;
+  call.misusedIf(fcntl(descriptor, F_GETFD) < 0, {"descriptor ", descriptor, " is not open"});
+}
+
+void needsTransfer(const Call &call, int descriptor, int count) {
+  needsDescriptor(call, descriptor);
+  needsCount(call, count);
+}
+
+void needsNotNegative(const Call &call, const char *what, int number) {
+  call.misusedIf(number < 0, {what, " is ", number, ", and 0 is the least"});
+}
+
+void needsDone(const Call &call, bool isDone) {
+  call.misusedIf(!isDone, {"the system refuses: ", strerrordesc_np(errno)});
+}
+
+void needsPaths(const Call &call, const char *oldPath, const char *newPath) {
+  needsPathInFolder(call, oldPath);
+  needsPathInFolder(call, newPath);
+}
+
+void needsShortPath(const Call &call, int length) {
+  call.misusedIf(length == 0, {"the path of the system would have more than ", kPathSize - 1,
+                               " characters, and is not written"});
+}
+
+void needsRows(const Call &call, const void *list, int rows) {
+  needsNotNegative(call, "the number of rows", rows);
+  call.misusedIf(list == nullptr && rows > 0, {"there is no list of ", rows, " rows"});
+}
+
+void needsListing(const Call &call, const void *list, const char *directory, int rows) {
+  needsRows(call, list, rows);
+  needsFolder(call, directory);
+}
+
+void needsRowsFor(const Call &call, int rows, int found) {
+  call.misusedIf(rows > 0 && found > rows,
+                 {found, " files are found, and the list has ", rows, " rows"});
+}
+
+void needsItems(const Call &call, const char *directory) {
+  call.needsAll();
+  if (call && !base::textOf(directory).empty()) needsFolder(call, directory);
+}
+
+}  // namespace korvel::files

@@ -1,0 +1,70 @@
+// SPDX-License-Identifier: MIT
+// For files/, profile/ and tables/: what an application can do wrong with files and paths, found
+// and told.
+#ifndef KORVEL_FILES_MISUSE_H
+#define KORVEL_FILES_MISUSE_H
+
+#include "base/misuse.h"
+
+namespace korvel::files {
+
+using base::Call;
+using base::filled;
+using base::given;
+using base::lookForMisuse;
+using base::orNull;
+
+// A colon path that is short enough to name something.
+void needsPath(const Call &call, const char *path);
+
+// The same of a folder that is there, and of what is in a folder that is there.
+void needsFolder(const Call &call, const char *path);
+void needsPathInFolder(const Call &call, const char *path);
+
+// A free slot for a file, or for a memory file.
+void needsFileSlot(const Call &call);
+void needsMemorySlot(const Call &call);
+
+// Flags and, for File_Open, a free slot; and that the opening succeeded.
+void needsFlags(const Call &call, int read, int write);
+void needsToOpen(const Call &call, int read, int write);
+void needsOpened(const Call &call, const char *path, int result);
+
+// A handle, open or not; one of an open file; one that may be read or written.
+void needsHandleNumber(const Call &call, int handle);
+void needsHandle(const Call &call, int handle);
+void needsReading(const Call &call, int handle, int count);
+void needsWriting(const Call &call, int handle, int count);
+void needsOffset(const Call &call, int handle, int offset);
+void needsLength(const Call &call, int handle, int length);
+
+// The same of memory files; an offset in front of the last `behind` bytes.
+void needsMemoryHandle(const Call &call, int handle);
+void needsMemoryTransfer(const Call &call, int handle, int count);
+void needsMemoryOffset(const Call &call, int handle, int offset, int behind);
+
+// An open descriptor, and a count.
+void needsDescriptor(const Call &call, int descriptor);
+void needsTransfer(const Call &call, int descriptor, int count);
+
+// A number of 0 or above. `what`: "the offset", say.
+void needsNotNegative(const Call &call, const char *what, int number);
+
+// That the system has done it. Why it has not is in errno.
+void needsDone(const Call &call, bool isDone);
+
+// What renaming asks for, and the room for the result of MAC2UNIX.
+void needsPaths(const Call &call, const char *oldPath, const char *newPath);
+void needsShortPath(const Call &call, int length);
+
+// A folder to list, rows for the files, and enough of them.
+void needsRows(const Call &call, const void *list, int rows);
+void needsListing(const Call &call, const void *list, const char *directory, int rows);
+void needsRowsFor(const Call &call, int rows, int found);
+
+// A list of files, in a folder or with their paths.
+void needsItems(const Call &call, const char *directory);
+
+}  // namespace korvel::files
+
+#endif
