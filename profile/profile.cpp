@@ -21,6 +21,7 @@
 #include "files/replace.h"
 #include "profile/find.h"
 #include "profile/memory_file.h"
+#include "profile/misuse.h"
 #include "profile/rewrite.h"
 
 namespace korvel::profile {
@@ -65,6 +66,41 @@ bool readValue(const char *section, const char *key, const char *path, Destinati
   const auto value = findValue(memory.bytes(), section, key);
   if (value) destination.set(*value);
   return value.has_value();
+}
+
+// A value of a profile, as the application names it.
+struct Entry {
+  const char *section;
+  const char *key;
+  const char *path;
+};
+
+// Tells of a value, or of a default, that does not fit. It is read once more, into room for more.
+void needsRoomForValue(const Call &call, const Entry &entry, const char *defaultText,
+                       const char *destination, int capacity) {
+  needsRoom(call, destination, capacity);
+  needsEntry(call, entry.section, entry.key, entry.path);
+  if (!call) return;
+  const base::ErrnoKept kept;
+  char whole[1 << 14];
+  Destination text(whole, sizeof whole);
+  text.set(defaultText);
+  readValue(entry.section, entry.key, entry.path, text);
+  needsWhole(call, std::strlen(whole), capacity);
+}
+
+// Tells of a value that is no number.
+void needsIntegerValue(const Call &call, const Entry &entry, int defaultValue) {
+  needsDefault(call, defaultValue);
+  needsEntry(call, entry.section, entry.key, entry.path);
+  if (!call) return;
+  const base::ErrnoKept kept;
+  char text[codecs::kIntegerSize];
+  Destination destination(text, codecs::kIntegerSize);
+  if (!readValue(entry.section, entry.key, entry.path, destination)) return;
+  int value = 0;
+  const bool isInteger = codecs::readInteger(text, codecs::kLimit32, &value) == 0;
+  needsInteger(call, text, isInteger && value >= 0);
 }
 
 int readInteger(const char *section, const char *key, int defaultValue, const char *path) {
@@ -200,11 +236,17 @@ int writeKey(std::string_view section, const char *key, const char *value, const
 }  // namespace
 }  // namespace korvel::profile
 
+using namespace korvel;
 using namespace korvel::profile;
 using korvel::base::guarded;
 
 int GetPrivateProfileString(const char *section, const char *key, const char *defaultText,
                             char *destination, int capacity, const char *path) {
+  lookForMisuse([=] {
+    needsRoomForValue(Call("GetPrivateProfileString", {section, key, orNull(defaultText),
+                                                       filled(destination), capacity, path}),
+                      {section, key, path}, defaultText, destination, capacity);
+  });
   if (destination == nullptr || capacity < 1) return 0;
   Destination text(destination, capacity);
   text.set(defaultText);
@@ -213,16 +255,28 @@ int GetPrivateProfileString(const char *section, const char *key, const char *de
 }
 
 int GetPrivateProfileInt(const char *section, const char *key, int defaultValue, const char *path) {
+  lookForMisuse([=] {
+    needsIntegerValue(Call("GetPrivateProfileInt", {section, key, defaultValue, path}),
+                      {section, key, path}, defaultValue);
+  });
   return readInteger(section, key, defaultValue, path);
 }
 
 int WritePrivateProfileString(const char *section, const char *key, const char *value,
                               const char *path) {
+  const Call call("WritePrivateProfileString", {section, orNull(key), orNull(value), path});
+  if (call) needsValue(call, section, key, value, path);
   if (section == nullptr) return kFailed;
-  return guarded(kFailed, [&] { return writeKey(section, key, value, path); });
+  const int result = guarded(kFailed, [&] { return writeKey(section, key, value, path); });
+  if (call) files::needsDone(call, result == kDone);
+  return result;
 }
 
 int WritePrivateProfileSection(const char *section, const char *text, const char *path) {
+  const Call call("WritePrivateProfileSection", {section, orNull(text), path});
+  if (call) needsValue(call, section, nullptr, text, path);
   if (section == nullptr) return kFailed;
-  return guarded(kFailed, [&] { return writeSection(section, text, path); });
+  const int result = guarded(kFailed, [&] { return writeSection(section, text, path); });
+  if (call) files::needsDone(call, result == kDone);
+  return result;
 }
