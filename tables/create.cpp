@@ -20,6 +20,7 @@
 #include "files/replace.h"
 #include "files/transfer.h"
 #include "tables/line.h"
+#include "tables/misuse.h"
 #include "tables/path.h"
 #include "tables/reader.h"
 #include "tables/temporary.h"
@@ -144,13 +145,21 @@ void backUp(const TablePath &path, bool overwrite) {
 using namespace korvel::tables;
 
 int ZRV_Table_create(const char *name, const char *version, const char *title) {
+  const Call call("ZRV_Table_create", {name, version, title});
+  if (call) needsName(call, name);
   if (version == nullptr || title == nullptr) return 0;
-  return create(tablePath(name), version, title) ? 1 : 0;
+  const int result = create(tablePath(name), version, title) ? 1 : 0;
+  if (call) needsMade(call, result);
+  return result;
 }
 
-int ZRV_Table_remove(const char *name) { return removeTable(tablePath(name)) ? 1 : 0; }
+int ZRV_Table_remove(const char *name) {
+  lookForMisuse([=] { needsTable(Call("ZRV_Table_remove", {name}), name); });
+  return removeTable(tablePath(name)) ? 1 : 0;
+}
 
 int ZRV_Table_sauvegarde(const char *name, int overwrite) {
+  lookForMisuse([=] { needsTableToBackUp(Call("ZRV_Table_sauvegarde", {name, overwrite}), name); });
   backUp(tablePath(name), overwrite != 0);
   // Kept: the result of a back-up is 0, success included.
   return 0;

@@ -8,6 +8,7 @@
 
 #include "strings/string_list.h"
 #include "tables/line.h"
+#include "tables/misuse.h"
 #include "tables/path.h"
 #include "tables/rebuild.h"
 #include "tables/rewrite.h"
@@ -148,26 +149,53 @@ bool flushLine(const char *table) {
 
 using namespace korvel::tables;
 
-int ZRV_Libelle_NC_idem_replace(const char * /*key*/, int keyLength, int column, const char *table,
+int ZRV_Libelle_NC_idem_replace(const char *key, int keyLength, int column, const char *table,
                                 const char *text) {
-  if (text == nullptr) return 0;
-  return replaceField(table, currentLineChoice(keyLength, column), text) ? 1 : 0;
+  const FieldChoice choice = currentLineChoice(keyLength, column);
+  const auto work = [=] { return text != nullptr && replaceField(table, choice, text); };
+  lookForMisuse([=] {
+    return toldReplacement(
+        Call("ZRV_Libelle_NC_idem_replace", {orNull(filled(key)), keyLength, column, table, text}),
+        {choice, text}, table, work);
+  });
+  return work() ? 1 : 0;
 }
 
-int ZRV_Libelle_NC_idem_insert(const char * /*key*/, int /*keyLength*/, const char *table,
-                               int fields) {
-  return fields >= 0 && insertLine(table, fields) ? 1 : 0;
+int ZRV_Libelle_NC_idem_insert(const char *key, int keyLength, const char *table, int fields) {
+  const auto work = [=] { return fields >= 0 && insertLine(table, fields); };
+  lookForMisuse([=] {
+    return toldInsertion(
+        Call("ZRV_Libelle_NC_idem_insert", {orNull(filled(key)), keyLength, table, fields}), fields,
+        table, work);
+  });
+  return work() ? 1 : 0;
 }
 
-int ZRV_Libelle_NC_idem_delete(const char * /*key*/, int /*keyLength*/, const char *table) {
-  return deleteLine(table) ? 1 : 0;
+int ZRV_Libelle_NC_idem_delete(const char *key, int keyLength, const char *table) {
+  const auto work = [=] { return deleteLine(table); };
+  lookForMisuse([=] {
+    return toldEdit(Call("ZRV_Libelle_NC_idem_delete", {orNull(filled(key)), keyLength, table}),
+                    table, work);
+  });
+  return work() ? 1 : 0;
 }
 
-int ZRV_Libelle_NC_set(const char * /*key*/, int keyLength, int column, const char * /*table*/,
+int ZRV_Libelle_NC_set(const char *key, int keyLength, int column, const char *table,
                        const char *text) {
-  return text != nullptr && setField(currentLineChoice(keyLength, column), text) ? 1 : 0;
+  const FieldChoice choice = currentLineChoice(keyLength, column);
+  lookForMisuse([=] {
+    needsLineRoom(
+        Call("ZRV_Libelle_NC_set", {orNull(filled(key)), keyLength, column, orNull(table), text}),
+        choice, text);
+  });
+  return text != nullptr && setField(choice, text) ? 1 : 0;
 }
 
-int ZRV_Libelle_NC_idem_flush(const char * /*key*/, int /*keyLength*/, const char *table) {
-  return flushLine(table) ? 1 : 0;
+int ZRV_Libelle_NC_idem_flush(const char *key, int keyLength, const char *table) {
+  const auto work = [=] { return flushLine(table); };
+  lookForMisuse([=] {
+    return toldEdit(Call("ZRV_Libelle_NC_idem_flush", {orNull(filled(key)), keyLength, table}),
+                    table, work);
+  });
+  return work() ? 1 : 0;
 }

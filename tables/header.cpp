@@ -9,6 +9,7 @@
 #include "base/guard.h"
 #include "files/paths.h"
 #include "tables/line.h"
+#include "tables/misuse.h"
 #include "tables/path.h"
 #include "tables/rewrite.h"
 
@@ -121,11 +122,20 @@ using namespace korvel::tables;
 
 int ZRV_Table_modify(const char *name, const char *newName, const char *version,
                      const char *title) {
+  const Call call("ZRV_Table_modify", {name, newName, version, title});
+  if (call) needsNames(call, name, newName);
   if (version == nullptr || title == nullptr) return 0;
-  return guarded(false, [&] { return modify(name, newName, {version, title}); }) ? 1 : 0;
+  const auto work = [&] { return modify(name, newName, {version, title}); };
+  const bool isModified = guarded(false, work);
+  if (call) needsMade(call, isModified);
+  return isModified ? 1 : 0;
 }
 
 int ZRV_Table_repair(const char *name, const char *version, const char *title) {
+  const Call call("ZRV_Table_repair", {name, version, title});
+  if (call) needsTable(call, name);
   if (version == nullptr || title == nullptr) return 0;
-  return repair(name, {version, title}) ? 1 : 0;
+  const int result = repair(name, {version, title}) ? 1 : 0;
+  if (call) needsSoundHeading(call, result);
+  return result;
 }

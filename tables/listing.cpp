@@ -11,6 +11,7 @@
 #include "strings/copy.h"
 #include "strings/string_list.h"
 #include "tables/line.h"
+#include "tables/misuse.h"
 #include "tables/path.h"
 #include "tables/reader.h"
 
@@ -79,6 +80,18 @@ bool listCodes(const TablePath &path, std::span<char> out) {
   return false;
 }
 
+// Tells of codes that do not fit. They are listed once more, into room for more of them.
+void needsListRoom(const Call &call, const char *name, const char *out, int outSize) {
+  needsDefaultTable(call, name);
+  needsRoom(call, out, outSize);
+  if (!call) return;
+  char all[1 << 16];
+  listCodes(defaultTablePath(name), all);
+  call.misusedIf(
+      std::strlen(all) >= static_cast<std::size_t>(outSize),
+      {"the codes need ", std::strlen(all) + 1, " bytes, and not all are listed in ", outSize});
+}
+
 // A line for the callback, which may write into it.
 class SplitLine {
  public:
@@ -118,9 +131,18 @@ using namespace korvel::base;
 using namespace korvel::tables;
 
 int ZRV_Table_liste(const char *name, char *out, int outSize) {
-  return listCodes(defaultTablePath(name), roomOf(out, outSize)) ? 1 : 0;
+  const Call call("ZRV_Table_liste", {name, filled(out), outSize});
+  if (call) needsListRoom(call, name, out, outSize);
+  const bool isListed = listCodes(defaultTablePath(name), roomOf(out, outSize));
+  if (call) needsMarks(call, isListed);
+  return isListed ? 1 : 0;
 }
 
 int ZRV_Table_scan(const char *name, int *firstLine, int *lastLine, TableLine_t perLine) {
-  return scanTable(name, firstLine, lastLine, perLine) ? 1 : 0;
+  const Call call("ZRV_Table_scan", {name, orNull(filled(firstLine)), orNull(filled(lastLine)),
+                                     orNull(given(perLine))});
+  if (call) needsTable(call, name);
+  const int result = scanTable(name, firstLine, lastLine, perLine) ? 1 : 0;
+  if (call) needsMarks(call, result);
+  return result;
 }

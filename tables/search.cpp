@@ -14,6 +14,7 @@
 #include "strings/compare.h"
 #include "strings/copy.h"
 #include "tables/line.h"
+#include "tables/misuse.h"
 #include "tables/pattern.h"
 #include "tables/state.h"
 #include "tables/walk.h"
@@ -184,24 +185,58 @@ using namespace korvel::base;
 using namespace korvel::tables;
 
 int ZRV_Code_NC(const char *label, int column, const char *table, char *out, int outSize) {
-  return searchLabel(label, column, From::FirstLine, table, roomOf(out, outSize)) ? 1 : 0;
+  const auto work = [=] {
+    return searchLabel(label, column, From::FirstLine, table, roomOf(out, outSize));
+  };
+  lookForMisuse([=] {
+    return toldLabelSearch(Call("ZRV_Code_NC", {label, column, table, filled(out), outSize}), label,
+                           table, out, outSize, work);
+  });
+  return work() ? 1 : 0;
 }
 
 int ZRV_Code_NC_next(const char *label, int column, const char *table, char *out, int outSize) {
-  return searchLabel(label, column, From::BehindCurrent, table, roomOf(out, outSize)) ? 1 : 0;
+  const auto work = [=] {
+    return searchLabel(label, column, From::BehindCurrent, table, roomOf(out, outSize));
+  };
+  lookForMisuse([=] {
+    return toldLabelSearch(Call("ZRV_Code_NC_next", {label, column, table, filled(out), outSize}),
+                           label, table, out, outSize, work);
+  });
+  return work() ? 1 : 0;
 }
 
 int ZRV_CodeNCS_NC(const char *label, int column, const char *table, char *out, int outSize) {
-  return searchAnyCase(label, column, table, roomOf(out, outSize)) ? 1 : 0;
+  const auto work = [=] { return searchAnyCase(label, column, table, roomOf(out, outSize)); };
+  lookForMisuse([=] {
+    return toldAnyCaseSearch(Call("ZRV_CodeNCS_NC", {label, column, table, filled(out), outSize}),
+                             label, table, out, outSize, work);
+  });
+  return work() ? 1 : 0;
 }
 
 int ZRV_Code_NC_ex(const char *const *labels, const int *columns, const char *table, char *out,
                    int outSize) {
-  return searchCriteria({labels, columns}, From::FirstLine, table, roomOf(out, outSize)) ? 1 : 0;
+  const auto work = [=] {
+    return searchCriteria({labels, columns}, From::FirstLine, table, roomOf(out, outSize));
+  };
+  lookForMisuse([=] {
+    return toldCriteriaSearch(
+        Call("ZRV_Code_NC_ex", {filled(labels), filled(columns), table, filled(out), outSize}),
+        labels, table, out, outSize, work);
+  });
+  return work() ? 1 : 0;
 }
 
 int ZRV_Code_NC_ex_next(const char *const *labels, const int *columns, const char *table, char *out,
                         int outSize) {
-  return searchCriteria({labels, columns}, From::BehindCurrent, table, roomOf(out, outSize)) ? 1
-                                                                                             : 0;
+  const auto work = [=] {
+    return searchCriteria({labels, columns}, From::BehindCurrent, table, roomOf(out, outSize));
+  };
+  lookForMisuse([=] {
+    return toldCriteriaSearch(
+        Call("ZRV_Code_NC_ex_next", {filled(labels), filled(columns), table, filled(out), outSize}),
+        labels, table, out, outSize, work);
+  });
+  return work() ? 1 : 0;
 }

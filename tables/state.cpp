@@ -10,6 +10,7 @@
 
 #include "strings/copy.h"
 #include "strings/string_list.h"
+#include "tables/misuse.h"
 
 constinit char szDirTables[256] = "";
 constinit char ZRV_Libelle_NC_szDirTables[256] = "";
@@ -53,8 +54,12 @@ SplitFields bufferFields() {
 
 }  // namespace korvel::tables
 
+using namespace korvel;
+using namespace korvel::tables;
+
 char *setDirTables(const char *dir) {
-  korvel::tables::setDirectory(dir);
+  lookForMisuse([=] { needsDirectory(Call("setDirTables", {dir}), dir); });
+  setDirectory(dir);
   return ZRV_Libelle_NC_szDirTables;
 }
 
@@ -63,6 +68,8 @@ char *getDirTables(void) { return ZRV_Libelle_NC_szDirTables; }
 int ZRV_Libelle_NC_get_ligne(void) { return ZRV_Libelle_NC_il; }
 
 void ZRV_Libelle_NC_set_ligne(int line) {
+  lookForMisuse(
+      [=] { files::needsNotNegative(Call("ZRV_Libelle_NC_set_ligne", {line}), "the line", line); });
   ZRV_Libelle_NC_il = line;
   ZRV_Libelle_NC_read = 0;
 }

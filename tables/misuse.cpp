@@ -1,0 +1,178 @@
+// SPDX-License-Identifier: MIT
+// Misuse of tables: names that lead to no table, keys and labels that match no line, columns that
+// no line has.
+#include "tables/misuse.h"
+
+#include <cstring>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <korvel/tables.h>
+
+#include "base/views.h"
+#include "dates/calendar.h"
+#include "files/paths.h"
+#include "tables/path.h"
+
+namespace korvel::tables {
+
+using base::ErrnoKept;
+using base::Quoted;
+
+namespace {
+
+// The directory in which tables are looked for; "" for none.
+std::string_view directoryInUse() {
+  const auto textIn = [](const char(&buffer)[256]) {
+    return std::string_view(buffer, strnlen(buffer, sizeof buffer));
+  };
+  const std::string_view chosen = textIn(ZRV_Libelle_NC_szDirTables);
+  return chosen.empty() ? textIn(szDirTables) : chosen;
+}
+
+bool mayBeRead(const TablePath &path) {
+  const files::PosixPath posix(path.text);
+  return faccessat(AT_FDCWD, posix.text(), R_OK, AT_EACCESS) == 0;
+}
+
+}  // namespace
+
+void needsDirectory(const Call &call, const char *directory) {
+  call.needsAll();
+  const std::string_view text = base::textOf(directory);
+  call.misusedIf(text.size() >= sizeof szDirTables,
+                 {"a directory of ", text.size(), " characters is not taken: at most ",
+                  sizeof szDirTables - 1, " are possible"});
+  if (!text.empty() && call) files::needsFolder(call, directory);
+}
+
+void needsName(const Call &call, const char *name) {
+  call.needsAll();
+  needsColonPath(call, base::textOf(name));
+  const std::string_view directory = directoryInUse();
+  call.misusedIf(directory.empty(),
+                 {"there is no directory of tables: call setDirTables, or set szDirTables"});
+  if (!call) return;
+  call.misusedIf(!tablePlace(name).path,
+                 {"the path of table ", Quoted(name), " would have more than 255 characters"});
+  needsDirectory(call, std::string_view(ZRV_Libelle_NC_szDirTables).empty()
+                           ? szDirTables
+                           : ZRV_Libelle_NC_szDirTables);
+}
+
+void needsTable(const Call &call, const char *name) {
+  needsName(call, name);
+  if (!call) return;
+  const ErrnoKept kept;
+  const TablePath path = tablePlace(name).path;
+  call.misusedIf(!files::fileExists(path.text), {"there is no table ", Quoted(path.text)});
+  call.misusedIf(!mayBeRead(path), {"table ", Quoted(path.text), " may not be read"});
+  files::needsFileSlot(call);
+  files::needsMemorySlot(call);
+}
+
+void needsKey(const Call &call, std::string_view key) {
+  call.needsAll();
+  call.misusedIf(key.empty(), {"a key without characters matches no line"});
+  call.misusedIf(key.find('\0') != key.npos,
+                 {"the key has a NUL after ", key.find('\0'), " of its ", key.size(),
+                  " characters, and matches no line"});
+  needsCp1252(call, "the key", key);
+}
+
+void needsColumn(const Call &call, int column) {
+  call.misusedIf(column < 0,
+                 {"no line has column ", column, ": 0 is the code, columns are from 1 on"});
+}
+
+void needsNumber(const Call &call, int code) {
+  call.misusedIf(code < 0 || code > 99, {"no line has the code ", code, ": it has two digits"});
+}
+
+void needsDay(const Call &call, int dateColumn, int date) {
+  call.misusedIf(dateColumn < 1, {"no line has its first day in column ", dateColumn});
+  call.misusedIf(!dates::isCalendarDate(date), {date, " is no day: a day is YYYYMMDD"});
+}
+
+void needsLabel(const Call &call, std::string_view label, std::size_t longest) {
+  call.needsAll();
+  call.misusedIf(label.empty(), {"an empty label matches no line"});
+  call.misusedIf(label.size() > longest,
+                 {"a label of ", label.size(), " characters matches no line"});
+  needsCp1252(call, "the label", label);
+}
+
+void needsCriteria(const Call &call, const char *const *labels) {
+  call.needsAll();
+  for (; call && *labels != nullptr; ++labels) needsCp1252(call, "a label", *labels);
+}
+
+void needsCurrentLine(const Call &call) {
+  call.misusedIf(ZRV_Libelle_NC_il < 1, {"there is no current line: look one up before"});
+}
+
+void needsCurrentColumn(const Call &call, FieldChoice choice) {
+  needsCurrentLine(call);
+  call.misusedIf(!choice.isCode && choice.column < 1,
+                 {"no line has column ", choice.column,
+                  ": keyLength 0 with column 0 is the code, columns are from 1 on"});
+}
+
+void needsLineRoom(const Call &call, FieldChoice choice, const char *text) {
+  constexpr std::size_t kLongestLine = kLineSize - 2;
+  call.needsAll();
+  const ChosenField replaced = chosenField(bufferFields(), choice);
+  call.misusedIf(!replaced.exists, {"the line in the buffer has no column ", choice.column});
+  if (!call) return;
+  std::size_t length = std::strlen(text) - replaced.field.size();
+  SplitFields fields = bufferFields();
+  do {
+    length += fields.field().size() + 1;
+  } while (fields.next());
+  needsFit(call, "the line", length - 1, kLongestLine);
+  needsCp1252(call, "the text", text);
+}
+
+void needsDefaultTable(const Call &call, const char *name) {
+  call.needsAll();
+  const std::string_view directory = base::textOf(szDirTables);
+  call.misusedIf(directory.empty(), {"there is no directory of tables: szDirTables is empty"});
+  if (call) needsDirectory(call, szDirTables);
+  if (!call) return;
+  const ErrnoKept kept;
+  const TablePath path = defaultTablePath(name);
+  call.misusedIf(!path || !files::fileExists(path.text),
+                 {"there is no table ", Quoted(name), " in ", Quoted(directory),
+                  ": \".tab\" is added to the name"});
+}
+
+void needsNames(const Call &call, const char *name, const char *newName) {
+  needsTable(call, name);
+  needsName(call, newName);
+}
+
+void needsTableToBackUp(const Call &call, const char *name) {
+  needsTable(call, name);
+  call.misusedIf(call && std::string_view(tablePlace(name).path.text).ends_with(".bak"),
+                 {"a table whose path ends with \".bak\" has no back-up"});
+}
+
+void needsEdited(const Call &call, bool isEdited) {
+  call.misusedIf(!isEdited, {"nothing is changed: the table has no line ", ZRV_Libelle_NC_il,
+                             ", or may not be rewritten where it is"});
+}
+
+void needsMade(const Call &call, bool isMade) {
+  call.misusedIf(!isMade, {"nothing is changed: no file can be written there"});
+}
+
+void needsMarks(const Call &call, bool hasMarks) {
+  call.misusedIf(!hasMarks, {"the table has no line \"#DEBUT\""});
+}
+
+void needsSoundHeading(const Call &call, bool isSound) {
+  call.misusedIf(!isSound, {"line 1 is the title, and line 3 is not \"#DEBUT\""});
+}
+
+}  // namespace korvel::tables

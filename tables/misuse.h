@@ -1,0 +1,159 @@
+// SPDX-License-Identifier: MIT
+// For tables/ and dialogs/: what an application can do wrong with tables, found and told.
+#ifndef KORVEL_TABLES_MISUSE_H
+#define KORVEL_TABLES_MISUSE_H
+
+#include <string_view>
+
+#include "base/views.h"
+#include "files/misuse.h"
+#include "tables/state.h"
+
+namespace korvel::tables {
+
+using base::Call;
+using base::filled;
+using base::given;
+using base::lookForMisuse;
+using base::orNull;
+using base::shownRun;
+using base::tellsMisuse;
+
+// A directory of tables that is there, or "".
+void needsDirectory(const Call &call, const char *directory);
+
+// The name of a table that can be made, and of one that is there and can be read.
+void needsName(const Call &call, const char *name);
+void needsTable(const Call &call, const char *name);
+
+// A key that matches something, and a column of a line.
+void needsKey(const Call &call, std::string_view key);
+void needsColumn(const Call &call, int column);
+void needsNumber(const Call &call, int code);
+void needsDay(const Call &call, int dateColumn, int date);
+
+// A label that matches something; `longest`: in characters.
+void needsLabel(const Call &call, std::string_view label, std::size_t longest = kLineSize);
+void needsCriteria(const Call &call, const char *const *labels);
+
+// A current line, and a column as the functions of that line take it.
+void needsCurrentLine(const Call &call);
+void needsCurrentColumn(const Call &call, FieldChoice choice);
+
+// A text that fits into the line buffer, in place of a field that the line has.
+void needsLineRoom(const Call &call, FieldChoice choice, const char *text);
+
+// The name of a table in szDirTables, which functions that list look at alone.
+void needsDefaultTable(const Call &call, const char *name);
+
+// The names of a table that is there and of one that may be, or is to be.
+void needsNames(const Call &call, const char *name, const char *newName);
+
+// A table whose name is not its back-up's.
+void needsTableToBackUp(const Call &call, const char *name);
+
+// That the current line was edited; that a table was made; that it has its marks; that its heading
+// is sound.
+void needsEdited(const Call &call, bool isEdited);
+void needsMade(const Call &call, bool isMade);
+void needsMarks(const Call &call, bool hasMarks);
+void needsSoundHeading(const Call &call, bool isSound);
+
+// Does what a lookup or search does with a table, and tells if a field of the line found, or its
+// code, does not fit into the buffer.
+template <typename Work>
+int toldLookup(const Call &call, const char *table, const char *out, int outSize,
+               FieldChoice choice, Work work) {
+  needsTable(call, table);
+  needsRoom(call, out, outSize);
+  const bool found = work();
+  if (found && call) {
+    needsFit(call, "the field", chosenField(bufferFields(), choice).field.size(),
+             static_cast<std::size_t>(outSize - 1));
+  }
+  return found ? 1 : 0;
+}
+
+template <typename Work>
+int toldKeyLookup(const Call &call, std::string_view key, FieldChoice choice, const char *table,
+                  const char *out, int outSize, Work work) {
+  needsKey(call, key);
+  needsColumn(call, choice.column);
+  return toldLookup(call, table, out, outSize, choice, work);
+}
+
+template <typename Work>
+int toldNumberLookup(const Call &call, int code, int column, const char *table, const char *out,
+                     int outSize, Work work) {
+  needsNumber(call, code);
+  needsColumn(call, column);
+  return toldLookup(call, table, out, outSize, {column == 0, column}, work);
+}
+
+template <typename Work>
+int toldCurrentLookup(const Call &call, FieldChoice choice, const char *table, const char *out,
+                      int outSize, Work work) {
+  needsCurrentColumn(call, choice);
+  return toldLookup(call, table, out, outSize, choice, work);
+}
+
+template <typename Work>
+int toldDayLookup(const Call &call, std::string_view key, int column, const char *table,
+                  const char *out, int outSize, int dateColumn, int date, Work work) {
+  needsDay(call, dateColumn, date);
+  return toldKeyLookup(call, key, {column == 0, column}, table, out, outSize, work);
+}
+
+// A search gives the code.
+template <typename Work>
+int toldLabelSearch(const Call &call, const char *label, const char *table, const char *out,
+                    int outSize, Work work) {
+  needsLabel(call, base::textOf(label));
+  return toldLookup(call, table, out, outSize, {true, 0}, work);
+}
+
+template <typename Work>
+int toldAnyCaseSearch(const Call &call, const char *label, const char *table, const char *out,
+                      int outSize, Work work) {
+  constexpr std::size_t kLongest = 255;
+  needsLabel(call, base::textOf(label), kLongest);
+  return toldLookup(call, table, out, outSize, {true, 0}, work);
+}
+
+template <typename Work>
+int toldCriteriaSearch(const Call &call, const char *const *labels, const char *table,
+                       const char *out, int outSize, Work work) {
+  needsCriteria(call, labels);
+  return toldLookup(call, table, out, outSize, {true, 0}, work);
+}
+
+// Does what an edit does, and tells if it does not succeed.
+template <typename Work>
+int toldEdit(const Call &call, const char *table, Work work) {
+  needsCurrentLine(call);
+  needsTable(call, table);
+  const bool done = work();
+  needsEdited(call, done);
+  return done ? 1 : 0;
+}
+
+struct FieldText {
+  FieldChoice choice;
+  const char *text;
+};
+template <typename Work>
+int toldReplacement(const Call &call, const FieldText &field, const char *table, Work work) {
+  needsCurrentColumn(call, field.choice);
+  needsCp1252(call, "the text", base::textOf(field.text));
+  return toldEdit(call, table, work);
+}
+
+template <typename Work>
+int toldInsertion(const Call &call, int fields, const char *table, Work work) {
+  files::needsNotNegative(call, "the number of fields", fields);
+  return toldEdit(call, table, work);
+}
+
+}  // namespace korvel::tables
+
+#endif

@@ -1,0 +1,295 @@
+// SPDX-License-Identifier: MIT
+// What is told of tables that are not there, of keys and columns that no line has, and of fields
+// that are cut.
+#include "tables/misuse.h"
+
+#include <string>
+
+#include <korvel/tables.h>
+
+#include "tests/files/processes.h"
+#include "tests/support/told.h"
+#include "tests/tables/tables.h"
+
+namespace korvel::test {
+namespace {
+
+class TablesMisuse : public Tables {
+ protected:
+  TablesMisuse() {
+    table("a", lines({"Titre", "Version: 1", "#DEBUT", "AA,premier,01/01/04,31/12/04", "BB,second",
+                      "#FIN"}));
+  }
+  // Makes the line of AA the current one.
+  void lookUpFirst() { ASSERT_EQ(lookUp("AA", 1, "a").result, 1); }
+
+  // A lookup in a table of this name.
+  std::string lineFor(const char *name) {
+    return told([&] { ZRV_Libelle_NC("AA", 2, 1, name, out_, sizeof out_); });
+  }
+
+  char out_[64] = "";
+};
+
+TEST_F(TablesMisuse, ATableThatIsNotThere) {
+  const std::string call = "ZRV_Libelle_NC(\"AA\", 2, 1, ";
+  EXPECT_EQ(lineFor("a"), "");
+  EXPECT_EQ(lineFor("b"), call + "\"b\", ..., 64): there is no table \"Data:tables:b.tab\"");
+  EXPECT_EQ(lineFor("a.tab"),
+            call + "\"a.tab\", ..., 64): there is no table \"Data:tables:a.tab.tab\"");
+  EXPECT_EQ(lineFor(nullptr), call + "null, ..., 64): argument 4 is null");
+  EXPECT_EQ(
+      lineFor("/srv/a"),
+      call +
+          "\"/srv/a\", ..., 64): \"/srv/a\" is a path of the system, and a colon path is meant: "
+          "\"Volume:folder:file\"");
+  const std::string longest(250, 'a');
+  EXPECT_NE(lineFor(longest.c_str()).find("would have more than 255 characters"),
+            std::string::npos);
+  setText(szDirTables, "Data:none");
+  EXPECT_EQ(lineFor("a"), call + "\"a\", ..., 64): there is no folder \"Data:none\"");
+  setText(szDirTables, "/srv/tables");
+  EXPECT_EQ(
+      lineFor("a"),
+      call +
+          "\"a\", ..., 64): \"/srv/tables\" is a path of the system, and a colon path is meant: "
+          "\"Volume:folder:file\"");
+  setText(szDirTables, "");
+  EXPECT_EQ(lineFor("a"),
+            call +
+                "\"a\", ..., 64): there is no directory of tables: call setDirTables, or set "
+                "szDirTables");
+}
+
+TEST_F(TablesMisuse, ATableThatCannotBeOpened) {
+  for (int i = 0; i < 5; ++i) MFil_Open("", 0, 0);
+  EXPECT_EQ(lineFor("a"),
+            "ZRV_Libelle_NC(\"AA\", 2, 1, \"a\", ..., 64): all 5 memory files are open: close one "
+            "with MFil_Close");
+  for (int i = 0; i < 5; ++i) MFil_Close(i);
+  const std::string path = volumes_.file("tables/a.txt", "");
+  for (int i = 0; i < 5; ++i) File_Open(path.c_str(), 1, 0);
+  EXPECT_EQ(lineFor("a"),
+            "ZRV_Libelle_NC(\"AA\", 2, 1, \"a\", ..., 64): all 5 file handles are open: close one "
+            "with File_Close");
+}
+
+TEST_F(TablesMisuse, ADirectory) {
+  EXPECT_TOLD(setDirTables("Data:none"),
+              "setDirTables(\"Data:none\"): there is no folder \"Data:none\"");
+  EXPECT_TOLD(setDirTables("/srv"),
+              "setDirTables(\"/srv\"): \"/srv\" is a path of the system, and a colon path is "
+              "meant: \"Volume:folder:file\"");
+  EXPECT_TOLD(setDirTables(nullptr), "setDirTables(null): argument 1 is null");
+  const std::string longest(256, 'a');
+  EXPECT_NE(told([&] { setDirTables(longest.c_str()); }).find("is not taken: at most 255"),
+            std::string::npos);
+  EXPECT_TOLD(setDirTables("Data:tables"), "");
+  EXPECT_TOLD(setDirTables(""), "");
+}
+
+TEST_F(TablesMisuse, AKeyThatMatchesNoLine) {
+  EXPECT_TOLD(ZRV_Libelle_NC("AA", 0, 1, "a", out_, 64),
+              "ZRV_Libelle_NC(\"\", 0, 1, \"a\", ..., 64): a key without characters matches no "
+              "line");
+  EXPECT_TOLD(ZRV_Libelle_NC_next(nullptr, 2, 1, "a", out_, 64),
+              "ZRV_Libelle_NC_next(null, 2, 1, \"a\", ..., 64): argument 1 is null");
+  EXPECT_TOLD(ZRV_Libelle_NC("AA\0", 3, 1, "a", out_, 64),
+              "ZRV_Libelle_NC(\"AA\\x00\", 3, 1, \"a\", ..., 64): the key has a NUL after 2 of its "
+              "3 characters, and matches no line");
+  EXPECT_TOLD(ZRV_Libelle_NC("\xC3\xA9", 2, 1, "a", out_, 64),
+              "ZRV_Libelle_NC(\"Ã©\", 2, 1, \"a\", ..., 64): the key looks like UTF-8: texts are "
+              "CP1252");
+  EXPECT_TOLD(ZRV_Libelle_2(100, 1, "a", out_, 64),
+              "ZRV_Libelle_2(100, 1, \"a\", ..., 64): no line has the code 100: it has two digits");
+  EXPECT_TOLD(ZRV_Libelle_NC("XX", 2, 1, "a", out_, 64), "");
+  EXPECT_TOLD(ZRV_Libelle_2(7, 1, "a", out_, 64), "");
+}
+
+TEST_F(TablesMisuse, AColumnThatNoLineHas) {
+  EXPECT_TOLD(
+      ZRV_Libelle_NC("AA", 2, -1, "a", out_, 64),
+      "ZRV_Libelle_NC(\"AA\", 2, -1, \"a\", ..., 64): no line has column -1: 0 is the code, "
+      "columns are from 1 on");
+  EXPECT_TOLD(ZRV_Libelle_NC_dates("AA", 2, 1, "a", out_, 64, 0, 20040307),
+              "ZRV_Libelle_NC_dates(\"AA\", 2, 1, \"a\", ..., 64, 0, 20040307): no line has its "
+              "first day in column 0");
+  EXPECT_TOLD(
+      ZRV_Libelle_NC_dates("AA", 2, 1, "a", out_, 64, 2, 70304),
+      "ZRV_Libelle_NC_dates(\"AA\", 2, 1, \"a\", ..., 64, 2, 70304): 70304 is no day: a day "
+      "is YYYYMMDD");
+  EXPECT_TOLD(ZRV_Libelle_NC_dates("AA", 2, 1, "a", out_, 64, 2, 20050307), "");
+  EXPECT_TOLD(ZRV_Libelle_NC("AA", 2, 9, "a", out_, 64), "");
+}
+
+TEST_F(TablesMisuse, NoCurrentLine) {
+  EXPECT_TOLD(ZRV_Libelle_NC_idem("", 2, 1, "a", out_, 64),
+              "ZRV_Libelle_NC_idem(..., 2, 1, \"a\", ..., 64): there is no current line: look one "
+              "up before");
+  EXPECT_TOLD(
+      ZRV_Libelle_NC_idem_0("", 2, 1, "a", out_, 64),
+      "ZRV_Libelle_NC_idem_0(..., 2, 1, \"a\", ..., 64): there is no current line: look one "
+      "up before");
+  EXPECT_TOLD(ZRV_Libelle_NC_set_ligne(-1),
+              "ZRV_Libelle_NC_set_ligne(-1): the line is -1, and 0 is the least");
+  lookUpFirst();
+  EXPECT_TOLD(ZRV_Libelle_NC_idem("", 2, 0, "a", out_, 64),
+              "ZRV_Libelle_NC_idem(..., 2, 0, \"a\", ..., 64): no line has column 0: keyLength 0 "
+              "with column 0 is the code, columns are from 1 on");
+  EXPECT_TOLD(ZRV_Libelle_NC_idem("", 0, 0, "a", out_, 64), "");
+}
+
+TEST_F(TablesMisuse, AFieldThatIsCut) {
+  EXPECT_TOLD(ZRV_Libelle_NC("AA", 2, 1, "a", out_, 7),
+              "ZRV_Libelle_NC(\"AA\", 2, 1, \"a\", ..., 7): the field has 7 characters and is cut "
+              "to 6");
+  EXPECT_TOLD(ZRV_Libelle_NC("AA", 2, 1, "a", out_, 8), "");
+  EXPECT_TOLD(ZRV_Libelle_NC_next("BB", 2, 1, "a", out_, 6),
+              "ZRV_Libelle_NC_next(\"BB\", 2, 1, \"a\", ..., 6): the field has 6 characters and is "
+              "cut to 5");
+  EXPECT_TOLD(ZRV_Libelle_NC("AA", 2, 1, "a", out_, 0),
+              "ZRV_Libelle_NC(\"AA\", 2, 1, \"a\", ..., 0): a buffer of 0 bytes holds nothing");
+  EXPECT_TOLD(ZRV_Code_NC("second", 1, "a", out_, 2),
+              "ZRV_Code_NC(\"second\", 1, \"a\", ..., 2): the field has 2 characters and is cut to "
+              "1");
+}
+
+TEST_F(TablesMisuse, ALabelThatMatchesNoLine) {
+  EXPECT_TOLD(ZRV_Code_NC("", 1, "a", out_, 64),
+              "ZRV_Code_NC(\"\", 1, \"a\", ..., 64): an empty label matches no line");
+  EXPECT_TOLD(ZRV_Code_NC_next("x\xC3\xA9", 1, "a", out_, 64),
+              "ZRV_Code_NC_next(\"xÃ©\", 1, \"a\", ..., 64): the label looks like UTF-8: texts are "
+              "CP1252");
+  EXPECT_TOLD(ZRV_CodeNCS_NC(nullptr, 1, "a", out_, 64),
+              "ZRV_CodeNCS_NC(null, 1, \"a\", ..., 64): argument 1 is null");
+  const std::string longest(256, 'a');
+  EXPECT_NE(told([&] {
+              ZRV_CodeNCS_NC(longest.c_str(), 1, "a", out_, 64);
+            }).find("a label of 256 characters matches no line"),
+            std::string::npos);
+  EXPECT_TOLD(ZRV_Code_NC("third", 1, "a", out_, 64), "");
+  const char *const labels[] = {"\xC3\xA9", nullptr};
+  const int columns[] = {1, -1};
+  EXPECT_TOLD(ZRV_Code_NC_ex(labels, columns, "a", out_, 64),
+              "ZRV_Code_NC_ex(..., ..., \"a\", ..., 64): a label looks like UTF-8: texts are "
+              "CP1252");
+  EXPECT_TOLD(ZRV_Code_NC_ex_next(labels, nullptr, "a", out_, 64),
+              "ZRV_Code_NC_ex_next(..., null, \"a\", ..., 64): argument 2 is null");
+}
+
+TEST_F(TablesMisuse, AnEdit) {
+  EXPECT_TOLD(
+      ZRV_Libelle_NC_idem_replace("", 2, 1, "a", "x"),
+      "ZRV_Libelle_NC_idem_replace(..., 2, 1, \"a\", \"x\"): there is no current line: look "
+      "one up before");
+  EXPECT_TOLD(ZRV_Libelle_NC_idem_insert("", 2, "a", -1),
+              "ZRV_Libelle_NC_idem_insert(..., 2, \"a\", -1): the number of fields is -1, and 0 is "
+              "the least");
+  EXPECT_TOLD(ZRV_Libelle_NC_idem_delete("", 2, "a"),
+              "ZRV_Libelle_NC_idem_delete(..., 2, \"a\"): there is no current line: look one up "
+              "before");
+  ZRV_Libelle_NC_set_ligne(99);
+  EXPECT_TOLD(
+      ZRV_Libelle_NC_idem_delete("", 2, "a"),
+      "ZRV_Libelle_NC_idem_delete(..., 2, \"a\"): nothing is changed: the table has no line "
+      "99, or may not be rewritten where it is");
+  lookUpFirst();
+  EXPECT_TOLD(ZRV_Libelle_NC_idem_flush("", 2, "b"),
+              "ZRV_Libelle_NC_idem_flush(..., 2, \"b\"): there is no table \"Data:tables:b.tab\"");
+  EXPECT_TOLD(ZRV_Libelle_NC_idem_replace("", 2, 0, "a", "x"),
+              "ZRV_Libelle_NC_idem_replace(..., 2, 0, \"a\", \"x\"): no line has column 0: "
+              "keyLength 0 with column 0 is the code, columns are from 1 on");
+  EXPECT_TOLD(ZRV_Libelle_NC_idem_replace("", 2, 1, "a", "\xC3\xA9"),
+              "ZRV_Libelle_NC_idem_replace(..., 2, 1, \"a\", \"Ã©\"): the text looks like UTF-8: "
+              "texts are CP1252");
+  EXPECT_TOLD(ZRV_Libelle_NC_idem_replace("", 2, 1, "a", "x"), "");
+}
+
+TEST_F(TablesMisuse, TheBuffer) {
+  lookUpFirst();
+  EXPECT_TOLD(
+      ZRV_Libelle_NC_set("", 2, 9, "a", "x"),
+      "ZRV_Libelle_NC_set(..., 2, 9, \"a\", \"x\"): the line in the buffer has no column 9");
+  EXPECT_TOLD(ZRV_Libelle_NC_set("", 2, 1, "a", nullptr),
+              "ZRV_Libelle_NC_set(..., 2, 1, \"a\", null): argument 5 is null");
+  const auto withText = [](std::size_t size) {
+    const std::string text(size, 'x');
+    return told([&] { ZRV_Libelle_NC_set("", 2, 1, "a", text.c_str()); });
+  };
+  // "AA,", the text and ",01/01/04,31/12/04" are the line.
+  EXPECT_EQ(withText(1022 - 3 - 18), "");
+  lookUpFirst();
+  EXPECT_NE(withText(1022 - 3 - 18 + 1).find("the line has 1023 characters and is cut to 1022"),
+            std::string::npos);
+}
+
+TEST_F(TablesMisuse, Upkeep) {
+  int first = 0;
+  EXPECT_TOLD(ZRV_Table_create("/a", "1", "T"),
+              "ZRV_Table_create(\"/a\", \"1\", \"T\"): \"/a\" is a path of the system, and a colon "
+              "path is meant: \"Volume:folder:file\"");
+  EXPECT_TOLD(ZRV_Table_create("a", "1", nullptr),
+              "ZRV_Table_create(\"a\", \"1\", null): argument 3 is null");
+  EXPECT_TOLD(ZRV_Table_create("none:a", "1", "T"),
+              "ZRV_Table_create(\"none:a\", \"1\", \"T\"): nothing is changed: no file can be "
+              "written there");
+  EXPECT_TOLD(ZRV_Table_remove("b"),
+              "ZRV_Table_remove(\"b\"): there is no table \"Data:tables:b.tab\"");
+  EXPECT_TOLD(ZRV_Table_sauvegarde("b", 1),
+              "ZRV_Table_sauvegarde(\"b\", 1): there is no table \"Data:tables:b.tab\"");
+  EXPECT_TOLD(ZRV_Table_modify("b", "c", "1", "T"),
+              "ZRV_Table_modify(\"b\", \"c\", \"1\", \"T\"): there is no table "
+              "\"Data:tables:b.tab\"");
+  table("empty", "");
+  EXPECT_TOLD(ZRV_Table_modify("empty", "empty", "1", "T"),
+              "ZRV_Table_modify(\"empty\", \"empty\", \"1\", \"T\"): nothing is changed: no file "
+              "can be written there");
+  EXPECT_TOLD(ZRV_Table_scan("empty", &first, nullptr, nullptr),
+              "ZRV_Table_scan(\"empty\", ..., null, null): the table has no line \"#DEBUT\"");
+  table("damaged", lines({"T", "Version: 1", "AA,x"}));
+  EXPECT_TOLD(ZRV_Table_repair("damaged", "1", "T"),
+              "ZRV_Table_repair(\"damaged\", \"1\", \"T\"): line 1 is the title, and line 3 is not "
+              "\"#DEBUT\"");
+  EXPECT_TOLD(ZRV_Table_repair("b", "1", "T"),
+              "ZRV_Table_repair(\"b\", \"1\", \"T\"): there is no table \"Data:tables:b.tab\"");
+  setText(ZRV_Libelle_NC_szDirTables, "Data:tables");
+  volumes_.file("tables/a.bak", "x");
+  EXPECT_TOLD(ZRV_Table_sauvegarde("a.bak", 1),
+              "ZRV_Table_sauvegarde(\"a.bak\", 1): a table whose path ends with \".bak\" has no "
+              "back-up");
+}
+
+TEST_F(TablesMisuse, AList) {
+  EXPECT_TOLD(
+      ZRV_Table_liste("a", out_, 5),
+      "ZRV_Table_liste(\"a\", ..., 5): the codes need 6 bytes, and not all are listed in 5");
+  EXPECT_TOLD(ZRV_Table_liste("a", out_, 6), "");
+  EXPECT_TOLD(ZRV_Table_liste("a", out_, 0),
+              "ZRV_Table_liste(\"a\", ..., 0): a buffer of 0 bytes holds nothing");
+  EXPECT_TOLD(ZRV_Table_liste("b", out_, 64),
+              "ZRV_Table_liste(\"b\", ..., 64): there is no table \"b\" in \"Data:tables\": "
+              "\".tab\" is added to the name");
+  table("empty", "");
+  EXPECT_TOLD(ZRV_Table_liste("empty", out_, 64),
+              "ZRV_Table_liste(\"empty\", ..., 64): the table has no line \"#DEBUT\"");
+  setText(szDirTables, "");
+  EXPECT_TOLD(ZRV_Table_liste("a", out_, 64),
+              "ZRV_Table_liste(\"a\", ..., 64): there is no directory of tables: szDirTables is "
+              "empty");
+}
+
+// The super-user may read every table.
+TEST_F(TablesMisuse, ATableThatMayNotBeRead) {
+  chmod(posixPath("a").c_str(), 0);
+  EXPECT_EQ(inChildOfAUser([&] {
+              return lineFor("a") ==
+                             "ZRV_Libelle_NC(\"AA\", 2, 1, \"a\", ..., 64): table "
+                             "\"Data:tables:a.tab\" may not be read"
+                         ? 0
+                         : 1;
+            }),
+            0);
+}
+
+}  // namespace
+}  // namespace korvel::test
