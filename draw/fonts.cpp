@@ -6,6 +6,7 @@
 
 #include <korvel/draw.h>
 
+#include "draw/misuse.h"
 #include "draw/palette.h"
 #include "draw/ports.h"
 #include "strings/charsets.h"
@@ -84,19 +85,30 @@ using namespace korvel::draw;
 using korvel::base::asFarAsMemoryAllows;
 
 int ch_font_set_ext(CGrafPtr port, const char *name, int fore, int back, int size, int style) {
+  lookForMisuse([=] {
+    needsFont(Call("ch_font_set_ext", {port, name, fore, back, size, style}), port, name, fore,
+              back, size);
+  });
   if (name == nullptr) return 0;
   asFarAsMemoryAllows([&] { chooseFont(port, name, {fore, back, size, style}); });
   return 0;
 }
 
 int ch_font_set(CGrafPtr port, const char *name, int fore, int back, int size) {
+  lookForMisuse([=] {
+    needsFont(Call("ch_font_set", {port, name, fore, back, size}), port, name, fore, back, size);
+  });
   if (name == nullptr) return 0;
   asFarAsMemoryAllows([&] { chooseFont(port, name, {fore, back, size}); });
   return 0;
 }
 
 // Kept: the port argument is not used.
-int ch_font_metrics(CGrafPtr, int *height, int *widMax, int *leading) {
+int ch_font_metrics(CGrafPtr port, int *height, int *widMax, int *leading) {
+  lookForMisuse([=] {
+    needsCurrentPort(Call("ch_font_metrics", {orNull(port), orNull(filled(height)),
+                                              orNull(filled(widMax)), orNull(filled(leading))}));
+  });
   asFarAsMemoryAllows([&] { putMetrics(surfaceOf(currentPort()), height, widMax, leading); });
   return 0;
 }

@@ -6,6 +6,8 @@
 
 #include <korvel/draw.h>
 
+#include "draw/misuse.h"
+
 namespace korvel::draw {
 namespace {
 
@@ -27,7 +29,10 @@ RGBColor paletteColour(int index) { return kPalette[static_cast<unsigned>(index)
 
 }  // namespace korvel::draw
 
+using namespace korvel::draw;
+
 RGBColor *vga_col(RGBColor *out, int index) {
-  if (out != nullptr) *out = korvel::draw::paletteColour(index);
+  lookForMisuse([=] { Call("vga_col", {filled(out), index}).needsAll(); });
+  if (out != nullptr) *out = paletteColour(index);
   return out;
 }

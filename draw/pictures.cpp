@@ -13,6 +13,7 @@
 #include <korvel/draw.h>
 
 #include "base/guard.h"
+#include "draw/misuse.h"
 #include "draw/ports.h"
 #include "platform/desktop.h"
 #include "platform/loader.h"
@@ -131,6 +132,9 @@ bool drawPicture(Port &surface, std::string_view name, int x, int y) {
 using namespace korvel::draw;
 
 int BMP_affic_desfond0(const char *name, CGrafPtr port, int x, int y) {
+  const Call call("BMP_affic_desfond0", {name, port, x, y});
+  if (call) needsPictureName(call, name);
+  if (call) needsPort(call, port);
   if (name == nullptr) return 1;
   if (isTooLong(name)) return 0;  // Kept: a name that is too long counts as drawn.
   return onSurface(port, 1,
@@ -138,6 +142,8 @@ int BMP_affic_desfond0(const char *name, CGrafPtr port, int x, int y) {
 }
 
 int BMP_affic_dimfond0(const char *name, int *cx, int *cy) {
+  const Call call("BMP_affic_dimfond0", {name, orNull(filled(cx)), orNull(filled(cy))});
+  if (call) needsPictureName(call, name);
   if (name == nullptr) return 1;
   if (isTooLong(name)) return 0;  // Kept: a name that is too long counts as measured.
   return korvel::base::guarded(1, [&] { return putSize(findPicture(name), cx, cy) ? 0 : 1; });

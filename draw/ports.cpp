@@ -7,6 +7,7 @@
 
 #include <korvel/desktop.h>
 
+#include "draw/misuse.h"
 #include "platform/loader.h"
 
 using korvel::platform::Desktop;
@@ -99,34 +100,57 @@ using namespace korvel::draw;
 using korvel::base::guarded;
 
 CGrafPtr KorvelImagePort(int width, int height) {
+  lookForMisuse([=] { needsImageSize(Call("KorvelImagePort", {width, height}), width, height); });
   return guarded(nullptr, [&] { return portOnImage(width, height); });
 }
 
 CGrafPtr KorvelPainterPort(void *qpainter) {
+  lookForMisuse([=] { Call("KorvelPainterPort", {filled(qpainter)}).needsAll(); });
   if (qpainter == nullptr) return nullptr;
   return guarded(nullptr, [&] { return portOnPainter(qpainter); });
 }
 
 CGrafPtr GetWindowPort(WindowRef window) {
-  return guarded(nullptr, [&] { return portOf(window); });
+  const Call call("GetWindowPort", {window});
+  const CGrafPtr result = guarded(nullptr, [&] { return portOf(window); });
+  if (call) needsMade(call, result);
+  return result;
 }
 
 void KorvelPortRelease(CGrafPtr port) {
+  lookForMisuse([=] {
+    needsOwnPort(Call("KorvelPortRelease", {port}), port,
+                 port == nullptr || port->window == nullptr);
+  });
   if (port != nullptr) port->own.reset();
 }
 
 int KorvelPortSave(CGrafPtr port, const char *pngPath) {
+  const Call call("KorvelPortSave", {port, pngPath});
+  if (call) needsFile(call, port, pngPath);
   if (pngPath == nullptr) return 0;
-  return onSurface(port, 0, [&](const Port &surface) { return surface.save(pngPath) ? 1 : 0; });
+  const int result =
+      onSurface(port, 0, [&](const Port &surface) { return surface.save(pngPath) ? 1 : 0; });
+  if (call) needsSaved(call, result == 1);
+  return result;
 }
 
 int KorvelPortPixel(CGrafPtr port, int x, int y, RGBColor *colour) {
+  const Call call("KorvelPortPixel", {port, x, y, filled(colour)});
+  if (call) needsPort(call, port);
   if (colour == nullptr) return 0;
-  return onSurface(port, 0, [&](const Port &surface) { return readPixel(surface, x, y, *colour); });
+  const int result =
+      onSurface(port, 0, [&](const Port &surface) { return readPixel(surface, x, y, *colour); });
+  if (call) needsPixel(call, x, y, result == 1);
+  return result;
 }
 
-void SetPort(CGrafPtr port) { setCurrentPort(port); }
+void SetPort(CGrafPtr port) {
+  lookForMisuse([=] { needsPortOrNull(Call("SetPort", {orNull(port)}), port); });
+  setCurrentPort(port);
+}
 
 void GetPort(CGrafPtr *port) {
+  lookForMisuse([=] { Call("GetPort", {filled(port)}).needsAll(); });
   if (port != nullptr) *port = guarded(nullptr, [] { return currentPort(); });
 }

@@ -5,6 +5,7 @@
 #include <korvel/draw.h>
 
 #include "base/numbers.h"
+#include "draw/misuse.h"
 #include "draw/palette.h"
 #include "draw/ports.h"
 
@@ -41,16 +42,25 @@ void drawRectangle(Port &surface, const Rect &rect, int colour) {
 using namespace korvel::draw;
 
 void LineC_Ex(CGrafPtr port, int x1, int y1, int x2, int y2, RGBColor rgb, int width) {
+  lookForMisuse([=] {
+    needsPen(Call("LineC_Ex", {port, x1, y1, x2, y2, filled(&rgb), width}), port, width);
+  });
   onSurface(port, [&](Port &surface) { drawLine(surface, {x1, y1}, {x2, y2}, rgb, width); });
 }
 
 void Line_Ex(CGrafPtr port, int x1, int y1, int x2, int y2, int colour, int width) {
+  lookForMisuse([=] {
+    needsLine(Call("Line_Ex", {port, x1, y1, x2, y2, colour, width}), port, colour, width);
+  });
   onSurface(port, [&](Port &surface) {
     drawLine(surface, {x1, y1}, {x2, y2}, paletteColour(colour), width);
   });
 }
 
 void Rectangle_Ex(CGrafPtr port, int x, int y, int cx, int cy, int colour) {
+  lookForMisuse([=] {
+    needsRectangle(Call("Rectangle_Ex", {port, x, y, cx, cy, colour}), port, cx, cy, colour);
+  });
   onSurface(port,
             [&](Port &surface) { drawRectangle(surface, rectOfShorts(x, y, cx, cy), colour); });
 }

@@ -10,6 +10,7 @@
 #include "base/numbers.h"
 #include "base/views.h"
 #include "draw/fonts.h"
+#include "draw/misuse.h"
 #include "draw/palette.h"
 #include "draw/pictures.h"
 #include "draw/ports.h"
@@ -178,13 +179,21 @@ using namespace korvel::draw;
 using korvel::base::bytesOf;
 
 int TextOut_Ext(CGrafPtr port, int x, int y, int x0, int y0, const char *text, int len) {
+  lookForMisuse([=] {
+    needsText(Call("TextOut_Ext", {port, x, y, x0, y0, shownRun(text, len), len}), port, text, len);
+  });
   if (!isText(text, len)) return 0;
   return onSurface(port, 0, [&](Port &surface) {
     return drawRichText(surface, x, y, {x0, y0}, bytesOf(text, len));
   });
 }
 
-int GetTextExtent_Ext(CGrafPtr port, int x, int, const char *text, int len, int *cx, int *cy) {
+int GetTextExtent_Ext(CGrafPtr port, int x, int y, const char *text, int len, int *cx, int *cy) {
+  lookForMisuse([=] {
+    needsText(Call("GetTextExtent_Ext",
+                   {port, x, y, shownRun(text, len), len, orNull(filled(cx)), orNull(filled(cy))}),
+              port, text, len);
+  });
   if (!isText(text, len)) return 0;
   return onSurface(port, 0, [&](const Port &surface) {
     const Extent extent = extentOf(surface, x, bytesOf(text, len));
@@ -196,6 +205,10 @@ int GetTextExtent_Ext(CGrafPtr port, int x, int, const char *text, int len, int 
 
 int ch_font_printstr(CGrafPtr port, int x, int y, int width, int fore, int back, int size,
                      const char *text) {
+  lookForMisuse([=] {
+    needsPrinted(Call("ch_font_printstr", {port, x, y, width, fore, back, size, text}), port, text,
+                 fore, back, size);
+  });
   if (text == nullptr) return 0;
   return onSurface(port, 0, [&](Port &surface) {
     return printCentred(surface, x, y, width, {fore, back, size}, text);

@@ -6,6 +6,7 @@
 
 #include "base/numbers.h"
 #include "base/views.h"
+#include "draw/misuse.h"
 #include "draw/ports.h"
 #include "strings/charsets.h"
 
@@ -44,12 +45,20 @@ using namespace korvel::draw;
 using korvel::base::bytesOf;
 
 int TextOut_0(CGrafPtr port, int x, int y, const char *text, int len) {
+  lookForMisuse([=] {
+    needsRun(Call("TextOut_0", {port, x, y, shownRun(text, len), len}), port, text, len);
+  });
   if (!isText(text, len)) return 0;
   return onSurface(port, 0,
                    [&](Port &surface) { return drawRun(surface, x, y, bytesOf(text, len)); });
 }
 
 int GetTextExtent_0(CGrafPtr port, const char *text, int len, int *cx, int *cy) {
+  lookForMisuse([=] {
+    needsRun(Call("GetTextExtent_0",
+                  {port, shownRun(text, len), len, orNull(filled(cx)), orNull(filled(cy))}),
+             port, text, len);
+  });
   if (!isText(text, len) || len > kLongestRun) return 0;
   return onSurface(port, 0, [&](const Port &surface) {
     const int width = runWidth(surface, bytesOf(text, len));
