@@ -5,6 +5,7 @@
 #include <korvel/messages.h>
 
 #include "messages/box.h"
+#include "messages/misuse.h"
 
 namespace korvel::messages {
 namespace {
@@ -46,6 +47,10 @@ bool isHandled(EventRecord &event, int *itemHit) {
 
 using namespace korvel::messages;
 
-int MessageBoxFilter(DialogRef, EventRecord *event, int *itemHit) {
+int MessageBoxFilter(DialogRef dialog, EventRecord *event, int *itemHit) {
+  lookForMisuse([=] {
+    Call("MessageBoxFilter", {orNull(filled(dialog)), filled(event), orNull(filled(itemHit))})
+        .needsAll();
+  });
   return event != nullptr && isHandled(*event, itemHit) ? 1 : 0;
 }

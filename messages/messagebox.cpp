@@ -8,6 +8,7 @@
 #include "base/views.h"
 #include "draw/ports.h"
 #include "messages/box.h"
+#include "messages/misuse.h"
 #include "platform/loader.h"
 #include "strings/charsets.h"
 
@@ -18,9 +19,6 @@ using platform::Desktop;
 using platform::desktopWithScreen;
 
 namespace {
-
-constexpr std::size_t kLongestCaption = 255;
-constexpr std::size_t kLongestText = 4095;
 
 Kind kindOf(unsigned flags) { return (flags & KorvelQuestion) != 0 ? Kind::Question : Kind::Note; }
 
@@ -64,14 +62,26 @@ using korvel::base::textOf;
 
 int QuestionDialog(WindowRef owner, char *caption, char *text, int lines, unsigned flags) {
   const Message message{Kind::Question, textOf(caption), textOf(text), lines, flags};
+  lookForMisuse([=] {
+    needsLines(Call("QuestionDialog", {orNull(owner), orNull(caption), orNull(text), lines, flags}),
+               message.text, message.caption, lines);
+  });
   return guarded(KorvelNonAnswer, [&] { return ask(desktopWithScreen(), owner, message); });
 }
 
 int NoteDialog(WindowRef owner, char *caption, char *text, int lines, unsigned flags) {
   const Message message{Kind::Note, textOf(caption), textOf(text), lines, flags};
+  lookForMisuse([=] {
+    needsLines(Call("NoteDialog", {orNull(owner), orNull(caption), orNull(text), lines, flags}),
+               message.text, message.caption, lines);
+  });
   return guarded(KorvelOkAnswer, [&] { return ask(desktopWithScreen(), owner, message); });
 }
 
 int MessageBox(WindowRef owner, const char *text, const char *caption, unsigned flags) {
+  lookForMisuse([=] {
+    needsMessage(Call("MessageBox", {orNull(owner), orNull(text), orNull(caption), flags}),
+                 textOf(text), textOf(caption));
+  });
   return messageBox(owner, textOf(text), textOf(caption), flags);
 }

@@ -13,6 +13,7 @@
 #include "base/guard.h"
 #include "base/views.h"
 #include "messages/layout.h"
+#include "messages/misuse.h"
 #include "platform/desktop.h"
 #include "platform/loader.h"
 #include "strings/charsets.h"
@@ -163,5 +164,9 @@ bool isCancelledIn(std::string_view title, int done, int total, Clock clock) {
 using namespace korvel::messages;
 
 int KorvelProgress(const char *title, int done, int total) {
+  lookForMisuse([=] {
+    needsTitle(Call("KorvelProgress", {orNull(title), done, total}), korvel::base::textOf(title),
+               kLongestTitle);
+  });
   return isCancelledIn(korvel::base::textOf(title), done, total, sinceStart) ? 1 : 0;
 }
