@@ -3,6 +3,7 @@
 #include <korvel/desktop.h>
 
 #include "base/guard.h"
+#include "base/misuse.h"
 #include "platform/desktop.h"
 #include "platform/loader.h"
 
@@ -17,9 +18,11 @@ WindowRef hostWindow(void *widget) {
 }  // namespace
 }  // namespace korvel::platform
 
+using namespace korvel::base;
 using namespace korvel::platform;
 
 WindowRef KorvelWidgetWindow(void *qwidget) {
+  lookForMisuse([=] { Call("KorvelWidgetWindow", {filled(qwidget)}).needsAll(); });
   if (qwidget == nullptr) return nullptr;
-  return korvel::base::guarded(nullptr, [&] { return hostWindow(qwidget); });
+  return guarded(nullptr, [&] { return hostWindow(qwidget); });
 }
