@@ -5,6 +5,7 @@
 #include <memory>
 #include <vector>
 
+#include "dialogs/misuse.h"
 #include "dialogs/numbering.h"
 #include "dialogs/run.h"
 #include "dialogs/static_texts.h"
@@ -89,5 +90,6 @@ int runBuilt(const char *title, WindowRef parent) {
 using namespace korvel::dialogs;
 
 int ZRVDlgBoxEx(const char *title, WindowRef parent) {
+  lookForMisuse([=] { tellOfDescription(title, parent); });
   return runBuilt(title != nullptr ? title : "", parent);
 }

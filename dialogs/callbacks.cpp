@@ -6,6 +6,7 @@
 #include <cstdint>
 
 #include "base/views.h"
+#include "dialogs/misuse.h"
 #include "dialogs/names.h"
 #include "dialogs/numbering.h"
 #include "messages/box.h"
@@ -99,6 +100,9 @@ int DlgBoxFinal_set(DlgBoxFinal_t callback) {
 }
 
 char *DlgBoxFinal_Erreur_set(const char *text) {
+  lookForMisuse([=] {
+    needsText(Call("DlgBoxFinal_Erreur_set", {text}), text, std::size(DlgBoxFinal_szErr) - 1);
+  });
   recordError(text);
   return DlgBoxFinal_szErr;
 }
@@ -106,6 +110,9 @@ char *DlgBoxFinal_Erreur_set(const char *text) {
 char *DlgBoxFinal_Erreur() { return DlgBoxFinal_szErr; }
 
 int DlgBoxFinal_MessageBox(WindowRef owner, const char *text, const char *caption, int flags) {
+  lookForMisuse([=] {
+    needsOwner(Call("DlgBoxFinal_MessageBox", {owner, text, caption, flags}), text, caption);
+  });
   recordError(text);
   if (owner == nullptr) return 0;
   return korvel::messages::messageBox(owner, textOf(text), textOf(caption),

@@ -5,6 +5,7 @@
 
 #include "dialogs/build.h"
 #include "dialogs/callbacks.h"
+#include "dialogs/misuse.h"
 #include "dialogs/numbering.h"
 #include "dialogs/screen.h"
 #include "dialogs/stored_text.h"
@@ -69,6 +70,7 @@ Hit hit(Screen &screen, int i) {
 
 constinit const FieldType kCheckBoxes{
     .name = "check box",
+    .definedBy = "BoolDlgBox_param",
     .capacity = std::size(BDB_x),
     .itemsPerField = 1,
     .use = {&BDB, &BDB_N, &BDB_ID_FLAG},
@@ -84,28 +86,41 @@ constinit const FieldType kCheckBoxes{
 
 using namespace korvel::dialogs;
 
-int BoolDlgBox_param(int n, int idFirst) { return define(n, idFirst) ? 0 : kRefused; }
+int BoolDlgBox_param(int n, int idFirst) {
+  lookForMisuse([=] { needsCount(Call("BoolDlgBox_param", {n, idFirst}), kCheckBoxes, n); });
+  return define(n, idFirst) ? 0 : kRefused;
+}
 
 int BoolDlgBox_set(int i, int value) {
+  lookForMisuse([=] { needsFieldInUse(Call("BoolDlgBox_set", {i, value}), kCheckBoxes, i); });
   set(i, value);
   return 0;
 }
 
 int BoolDlgBox_set_geo(int i, const char *label, int x, int y, int cx, int cy, int rk) {
+  lookForMisuse([=] {
+    needsLabel(Call("BoolDlgBox_set_geo", {i, orNull(label), x, y, cx, cy, rk}), kCheckBoxes, i,
+               label, kLabelSize, {x, y, cx, cy, rk}, rk);
+  });
   place(kCheckBoxes, i, x, y, cx, cy, rk);
   setLabel(i, label);
   return 0;
 }
 
 int BoolDlgBox_retrieve(int i, int *out) {
+  lookForMisuse([=] { needsField(Call("BoolDlgBox_retrieve", {i, filled(out)}), kCheckBoxes, i); });
   retrieve(i, out);
   return 0;
 }
 
 int BoolDlgBox_global(int i) {
+  lookForMisuse([=] { needsField(Call("BoolDlgBox_global", {i}), kCheckBoxes, i); });
   callGlobalFor(kCheckBoxes, i);
   return 0;
 }
 
 // Kept: check boxes and integers are not changed this way.
-int ZRVDlgBox_bool_set(int, int) { return 0; }
+int ZRVDlgBox_bool_set(int i, int value) {
+  lookForMisuse([=] { needsAnotherWay(Call("ZRVDlgBox_bool_set", {i, value})); });
+  return 0;
+}

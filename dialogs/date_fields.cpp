@@ -13,6 +13,7 @@
 #include "dates/calendar.h"
 #include "dialogs/build.h"
 #include "dialogs/callbacks.h"
+#include "dialogs/misuse.h"
 #include "dialogs/numbering.h"
 #include "dialogs/screen.h"
 #include "dialogs/value_fields.h"
@@ -147,6 +148,7 @@ bool storedIsAcceptable(int i) {
 
 constinit const FieldType kDateFields{
     .name = "date field",
+    .definedBy = "DateDlgBox_param",
     .capacity = std::size(DDB_x),
     .itemsPerField = kParts,
     .use = {&DDB, &DDB_N, &DDB_ID_DATE},
@@ -165,41 +167,60 @@ constinit const FieldType kDateFields{
 using namespace korvel::dialogs;
 
 int DateDlgBox_param(int n, int idFirst) {
+  lookForMisuse([=] { needsCount(Call("DateDlgBox_param", {n, idFirst}), kDateFields, n); });
   return define(kTables, n, idFirst, kAnyDate) ? 0 : kRefused;
 }
 
 int DateDlgBox_set(int i, int yyyymmdd, int mode) {
+  lookForMisuse([=] {
+    needsMode(Call("DateDlgBox_set", {i, yyyymmdd, mode}), kDateFields, i, mode,
+              std::size(kValidators));
+  });
   set(kTables, i, yyyymmdd, kValidators, mode);
   return 0;
 }
 
 int DateDlgBox_set_geo(int i, int x, int y, int cx, int cy, int rk) {
+  lookForMisuse([=] {
+    needsPlace(Call("DateDlgBox_set_geo", {i, x, y, cx, cy, rk}), kDateFields, i,
+               {x, y, cx, cy, rk}, rk);
+  });
   place(kDateFields, i, x, y, cx, cy, rk);
   return 0;
 }
 
 int DateDlgBox_set_fvalid(int i, ValidInt_t function) {
+  lookForMisuse([=] {
+    needsFieldInUse(Call("DateDlgBox_set_fvalid", {i, given(function)}), kDateFields, i);
+  });
   setValidator(kTables, i, function);
   return 0;
 }
 
 int DateDlgBox_retrieve(int i, int *out) {
+  lookForMisuse([=] { needsField(Call("DateDlgBox_retrieve", {i, filled(out)}), kDateFields, i); });
   retrieve(kTables, i, out);
   return 0;
 }
 
 int DateDlgBox_mandatory(int i, int on) {
+  lookForMisuse([=] { needsFieldInUse(Call("DateDlgBox_mandatory", {i, on}), kDateFields, i); });
   setMandatory(kDateFields, i, on);
   return 0;
 }
 
-int DateDlgBox_get_valid(int i) { return validFlag(kDateFields, i); }
+int DateDlgBox_get_valid(int i) {
+  lookForMisuse([=] { needsField(Call("DateDlgBox_get_valid", {i}), kDateFields, i); });
+  return validFlag(kDateFields, i);
+}
 
 int DateDlgBox_global(int i) {
+  lookForMisuse([=] { needsField(Call("DateDlgBox_global", {i}), kDateFields, i); });
   callGlobalFor(kDateFields, i);
   return 0;
 }
 
 int intcod_l_date(char *text, int *value) {
+  lookForMisuse([=] { Call("intcod_l_date", {text, filled(value)}).needsAll(); });
   return text == nullptr || value == nullptr ? korvel::codecs::kEmpty : readDate(text, value);
 }

@@ -22,7 +22,8 @@ enum class Hit {
 };
 
 struct FieldType {
-  const char *name = nullptr;  // of one field, in messages
+  const char *name = nullptr;       // of one field, in messages
+  const char *definedBy = nullptr;  // its _param function
   int capacity = 0;
   int itemsPerField = 0;
 

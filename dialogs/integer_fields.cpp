@@ -8,6 +8,7 @@
 
 #include "dialogs/build.h"
 #include "dialogs/callbacks.h"
+#include "dialogs/misuse.h"
 #include "dialogs/numbering.h"
 #include "dialogs/screen.h"
 #include "dialogs/value_fields.h"
@@ -131,6 +132,7 @@ bool storedIsAcceptable(int i) {
 
 constinit const FieldType kIntegerFields{
     .name = "integer field",
+    .definedBy = "IntDlgBox_param",
     .capacity = std::size(IDB_x),
     .itemsPerField = 1,
     .use = {&IDB, &IDB_N, &IDB_ID_INT},
@@ -148,44 +150,70 @@ constinit const FieldType kIntegerFields{
 
 using namespace korvel::dialogs;
 
-int IntDlgBox_param(int n, int idFirst) { return define(n, idFirst) ? 0 : kRefused; }
+int IntDlgBox_param(int n, int idFirst) {
+  lookForMisuse([=] { needsCount(Call("IntDlgBox_param", {n, idFirst}), kIntegerFields, n); });
+  return define(n, idFirst) ? 0 : kRefused;
+}
 
 int IntDlgBox_set(int i, int value, int mode) {
+  lookForMisuse([=] {
+    needsMode(Call("IntDlgBox_set", {i, value, mode}), kIntegerFields, i, mode,
+              std::size(kValidators));
+  });
   set(kTables, i, value, kValidators, mode);
   return 0;
 }
 
 int IntDlgBox_set_geo(int i, int x, int y, int cx, int cy, int rk) {
+  lookForMisuse([=] {
+    needsPlace(Call("IntDlgBox_set_geo", {i, x, y, cx, cy, rk}), kIntegerFields, i,
+               {x, y, cx, cy, rk}, rk);
+  });
   place(kIntegerFields, i, x, y, cx, cy, rk);
   return 0;
 }
 
 int IntDlgBox_set_fvalid(int i, ValidInt_t function) {
+  lookForMisuse([=] {
+    needsFieldInUse(Call("IntDlgBox_set_fvalid", {i, given(function)}), kIntegerFields, i);
+  });
   setValidator(kTables, i, function);
   return 0;
 }
 
 int IntDlgBox_retrieve(int i, int *out) {
+  lookForMisuse([=] {
+    needsField(Call("IntDlgBox_retrieve", {i, filled(out)}), kIntegerFields, i);
+  });
   retrieve(kTables, i, out);
   return 0;
 }
 
 int IntDlgBox_mandatory(int i, int on) {
+  lookForMisuse([=] { needsFieldInUse(Call("IntDlgBox_mandatory", {i, on}), kIntegerFields, i); });
   setMandatory(kIntegerFields, i, on);
   return 0;
 }
 
 int IntDlgBox_password(int i, int on) {
+  lookForMisuse([=] { needsFieldInUse(Call("IntDlgBox_password", {i, on}), kIntegerFields, i); });
   setMasked(i, on != 0);
   return 0;
 }
 
-int IntDlgBox_get_valid(int i) { return validFlag(kIntegerFields, i); }
+int IntDlgBox_get_valid(int i) {
+  lookForMisuse([=] { needsField(Call("IntDlgBox_get_valid", {i}), kIntegerFields, i); });
+  return validFlag(kIntegerFields, i);
+}
 
 int IntDlgBox_global(int i) {
+  lookForMisuse([=] { needsField(Call("IntDlgBox_global", {i}), kIntegerFields, i); });
   callGlobalFor(kIntegerFields, i);
   return 0;
 }
 
 // Kept: check boxes and integers are not changed this way.
-int ZRVDlgBox_int_set(int, int) { return 0; }
+int ZRVDlgBox_int_set(int i, int value) {
+  lookForMisuse([=] { needsAnotherWay(Call("ZRVDlgBox_int_set", {i, value})); });
+  return 0;
+}

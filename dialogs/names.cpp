@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "base/guard.h"
+#include "dialogs/misuse.h"
 #include "dialogs/numbering.h"
 #include "dialogs/run.h"
 #include "dialogs/screen.h"
@@ -75,6 +76,9 @@ void forgetNames(const FieldType &type) noexcept {
 using namespace korvel::dialogs;
 
 int KorvelItemName(int identifier, const char *text) {
+  lookForMisuse([=] {
+    needsNameable(Call("KorvelItemName", {identifier, text}), identifier, text);
+  });
   const auto name = [=] { return nameIdentified(identifier, text); };
   return text != nullptr && korvel::base::guarded(false, name) ? 1 : 0;
 }

@@ -8,6 +8,7 @@
 
 #include "dialogs/build.h"
 #include "dialogs/callbacks.h"
+#include "dialogs/misuse.h"
 #include "dialogs/numbering.h"
 #include "dialogs/run.h"
 #include "dialogs/screen.h"
@@ -97,6 +98,7 @@ void change(int i, const char *text) {
 
 constinit const FieldType kNumberFields{
     .name = "number field",
+    .definedBy = "NumDlgBox_param",
     .capacity = std::size(NDB_x),
     .itemsPerField = 1,
     .use = {&NDB, &NDB_N, &NDB_ID_NUM},
@@ -114,46 +116,70 @@ constinit const FieldType kNumberFields{
 
 using namespace korvel::dialogs;
 
-int NumDlgBox_param(int n, int idFirst) { return define(n, idFirst) ? 0 : kRefused; }
+int NumDlgBox_param(int n, int idFirst) {
+  lookForMisuse([=] { needsCount(Call("NumDlgBox_param", {n, idFirst}), kNumberFields, n); });
+  return define(n, idFirst) ? 0 : kRefused;
+}
 
 int NumDlgBox_set(int i, double value, int mode) {
+  lookForMisuse([=] {
+    needsMode(Call("NumDlgBox_set", {i, value, mode}), kNumberFields, i, mode,
+              std::size(kValidators));
+  });
   set(kTables, i, value, kValidators, mode);
   return 0;
 }
 
 int NumDlgBox_set_nchiff(int i, int n) {
+  lookForMisuse([=] { needsDecimals(Call("NumDlgBox_set_nchiff", {i, n}), i, n); });
   setDecimals(i, n);
   return 0;
 }
 
 int NumDlgBox_set_geo(int i, int x, int y, int cx, int cy, int rk) {
+  lookForMisuse([=] {
+    needsPlace(Call("NumDlgBox_set_geo", {i, x, y, cx, cy, rk}), kNumberFields, i,
+               {x, y, cx, cy, rk}, rk);
+  });
   place(kNumberFields, i, x, y, cx, cy, rk);
   return 0;
 }
 
 int NumDlgBox_set_fvalid(int i, ValidNum_t function) {
+  lookForMisuse([=] {
+    needsFieldInUse(Call("NumDlgBox_set_fvalid", {i, given(function)}), kNumberFields, i);
+  });
   setValidator(kTables, i, function);
   return 0;
 }
 
 int NumDlgBox_retrieve(int i, double *out) {
+  lookForMisuse([=] {
+    needsField(Call("NumDlgBox_retrieve", {i, filled(out)}), kNumberFields, i);
+  });
   retrieve(kTables, i, out);
   return 0;
 }
 
 int NumDlgBox_mandatory(int i, int on) {
+  lookForMisuse([=] { needsFieldInUse(Call("NumDlgBox_mandatory", {i, on}), kNumberFields, i); });
   setMandatory(kNumberFields, i, on);
   return 0;
 }
 
-int NumDlgBox_get_valid(int i) { return validFlag(kNumberFields, i); }
+int NumDlgBox_get_valid(int i) {
+  lookForMisuse([=] { needsField(Call("NumDlgBox_get_valid", {i}), kNumberFields, i); });
+  return validFlag(kNumberFields, i);
+}
 
 int NumDlgBox_global(int i) {
+  lookForMisuse([=] { needsField(Call("NumDlgBox_global", {i}), kNumberFields, i); });
   callGlobalFor(kNumberFields, i);
   return 0;
 }
 
 int ZRVDlgBox_num_set(int i, const char *text) {
+  lookForMisuse([=] { needsNumberOnScreen(Call("ZRVDlgBox_num_set", {i, text}), i, text); });
   if (text != nullptr) change(i, text);
   return 0;
 }

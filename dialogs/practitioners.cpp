@@ -11,6 +11,7 @@
 
 #include "base/guard.h"
 #include "dialogs/build.h"
+#include "dialogs/misuse.h"
 #include "dialogs/names.h"
 #include "dialogs/run.h"
 #include "dialogs/static_texts.h"
@@ -191,6 +192,7 @@ constinit char **liste = &listText;
 constinit char sz_MTliste[256] = "";
 
 void listeNoms(char *line) {
+  lookForMisuse([=] { needsChooser(Call("listeNoms", {line})); });
   if (line != nullptr) addEntry(line);
 }
 
@@ -201,8 +203,11 @@ int DlgBoxGlobal_BAS(int item, int textInUse, int textFirstItem, char **texts, i
   return narrow(texts) ? clearSelection(textFirstItem, redisplay, capacity) : 0;
 }
 
-char *SelectMT(void *, void *, const char *dirTables) {
+char *SelectMT(void *a, void *b, const char *dirTables) {
   korvel::tables::setDirectory(dirTables);
+  lookForMisuse([=] {
+    needsPractitioners(Call("SelectMT", {orNull(a), orNull(b), dirTables}), dirTables);
+  });
   select();
   return sz_MTliste;
 }

@@ -5,6 +5,7 @@
 
 #include "dialogs/build.h"
 #include "dialogs/field_type.h"
+#include "dialogs/misuse.h"
 #include "dialogs/screen.h"
 #include "dialogs/stored_text.h"
 
@@ -60,6 +61,7 @@ Hit hit(Screen &screen, int i) {
 
 constinit const FieldType kPushButtons{
     .name = "push button",
+    .definedBy = "PushDlgBox_param",
     .capacity = std::size(PDB_x),
     .itemsPerField = 1,
     .use = {&PDB, &PDB_N, &PDB_ID_PUSH},
@@ -72,15 +74,25 @@ constinit const FieldType kPushButtons{
 
 using namespace korvel::dialogs;
 
-int PushDlgBox_param(int n, int idFirst) { return define(n, idFirst) ? 0 : kRefused; }
+int PushDlgBox_param(int n, int idFirst) {
+  lookForMisuse([=] { needsCount(Call("PushDlgBox_param", {n, idFirst}), kPushButtons, n); });
+  return define(n, idFirst) ? 0 : kRefused;
+}
 
 int PushDlgBox_set_geo(int i, const char *label, int x, int y, int cx, int cy, int rk) {
+  lookForMisuse([=] {
+    needsLabel(Call("PushDlgBox_set_geo", {i, orNull(label), x, y, cx, cy, rk}), kPushButtons, i,
+               label, kLabelSize, {x, y, cx, cy, rk}, rk);
+  });
   place(kPushButtons, i, x, y, cx, cy, rk);
   setLabel(i, label);
   return 0;
 }
 
 int PushDlgBox_set_fvalid(int i, PushAction_t function) {
+  lookForMisuse([=] {
+    needsFieldInUse(Call("PushDlgBox_set_fvalid", {i, orNull(given(function))}), kPushButtons, i);
+  });
   setAction(i, function);
   return 0;
 }

@@ -7,6 +7,7 @@
 #include <pthread.h>
 
 #include "dialogs/marks.h"
+#include "dialogs/misuse.h"
 #include "dialogs/names.h"
 #include "dialogs/numbering.h"
 #include "dialogs/screen.h"
@@ -195,4 +196,7 @@ Screen *runningScreen() { return runningItems; }
 
 using namespace korvel::dialogs;
 
-int DlgBoxFunc(DialogRef dialog) { return runCurrent(dialog); }
+int DlgBoxFunc(DialogRef dialog) {
+  lookForMisuse([=] { needsNobody(Call("DlgBoxFunc", {filled(dialog)})); });
+  return runCurrent(dialog);
+}

@@ -6,6 +6,7 @@
 #include <korvel/dialogs.h>
 
 #include "base/views.h"
+#include "dialogs/misuse.h"
 #include "dialogs/stored_text.h"
 #include "strings/copy.h"
 
@@ -54,16 +55,23 @@ void setButtonTexts(const char *text1, const char *text2) {
 using namespace korvel::dialogs;
 
 int TitreDlgBox_set(const char *text) {
+  lookForMisuse(
+      [=] { needsText(Call("TitreDlgBox_set", {text}), text, std::size(HDB_szHeader) - 1); });
   if (text != nullptr) setTitle(text);
   return 0;
 }
 
 int TitreDlgBox_retrieve(char *dst, int size) {
+  lookForMisuse([=] {
+    needsRoomFor(Call("TitreDlgBox_retrieve", {filled(dst), size}),
+                 boundedText(HDB_szHeader).size(), size);
+  });
   korvel::strings::copyWhole(korvel::base::roomOf(dst, size), boundedText(HDB_szHeader));
   return 0;
 }
 
 int TailleDlgBox_set(int cx, int cy) {
+  lookForMisuse([=] { needsSize(Call("TailleDlgBox_set", {cx, cy}), cx, cy); });
   LDB = 1;
   LDB_cx = cx;
   LDB_cy = cy;
@@ -89,6 +97,9 @@ int BOKDlgBox_pos(int x, int y) {
 }
 
 int BOKDlgBox_textes(const char *text1, const char *text2) {
+  lookForMisuse([=] {
+    needsButtonTexts(Call("BOKDlgBox_textes", {orNull(text1), orNull(text2)}), text1, text2);
+  });
   setButtonTexts(text1, text2);
   return 0;
 }
@@ -100,6 +111,7 @@ int BOKDlgBox_textes_reset() {
 }
 
 int BOKDlgBox_def(int n) {
+  lookForMisuse([=] { needsButton(Call("BOKDlgBox_def", {n}), n); });
   if (n == 1 || n == 2) OK_def = n;
   return 0;
 }

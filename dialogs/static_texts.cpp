@@ -7,6 +7,7 @@
 #include <string>
 
 #include "dialogs/build.h"
+#include "dialogs/misuse.h"
 #include "dialogs/stored_text.h"
 #include "platform/resources.h"
 #include "strings/charsets.h"
@@ -81,6 +82,7 @@ void addStatics(Builder &builder) {
 
 constinit const FieldType kStaticTexts{
     .name = "static text",
+    .definedBy = "StaticDlgBox_param",
     .capacity = std::size(SDB_x),
     .use = {&SDB, &SDB_N},
     .place = {SDB_x, SDB_y, SDB_cx, SDB_cy},
@@ -90,19 +92,31 @@ constinit const FieldType kStaticTexts{
 
 using namespace korvel::dialogs;
 
-int StaticDlgBox_param(int n) { return defineStatics(n) ? 0 : kRefused; }
+int StaticDlgBox_param(int n) {
+  lookForMisuse([=] { needsCount(Call("StaticDlgBox_param", {n}), kStaticTexts, n); });
+  return defineStatics(n) ? 0 : kRefused;
+}
 
 int StaticDlgBox_set(int i, const char *text) {
+  lookForMisuse([=] {
+    needsText(Call("StaticDlgBox_set", {i, text}), kStaticTexts, i, text, kTextSize - 1);
+  });
   if (text != nullptr) setStatic(i, text);
   return 0;
 }
 
 int StaticDlgBox_set_geo(int i, int x, int y, int cx, int cy) {
+  lookForMisuse([=] {
+    needsPlace(Call("StaticDlgBox_set_geo", {i, x, y, cx, cy}), kStaticTexts, i, {x, y, cx, cy});
+  });
   place(kStaticTexts, i, x, y, cx, cy);
   return 0;
 }
 
 int StaticDlgBox_set_type(int i, int type) {
+  lookForMisuse([=] {
+    needsPlace(Call("StaticDlgBox_set_type", {i, type}), kStaticTexts, i, {type});
+  });
   setType(i, type);
   return 0;
 }

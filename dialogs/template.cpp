@@ -8,6 +8,7 @@
 
 #include "base/guard.h"
 #include "dialogs/field_type.h"
+#include "dialogs/misuse.h"
 #include "dialogs/numbering.h"
 #include "dialogs/run.h"
 #include "platform/loader.h"
@@ -52,7 +53,7 @@ std::unique_ptr<Dialog> readTemplate(platform::Desktop &desktop, const std::stri
 }
 
 // The template's dialog, or null.
-std::unique_ptr<Dialog> open(const std::string &path) {
+std::unique_ptr<Dialog> open(const char *name, const std::string &path) {
   platform::Desktop *desktop = platform::desktopWithScreen();
   if (desktop == nullptr) return nullptr;
   std::string problem;
@@ -65,13 +66,14 @@ std::unique_ptr<Dialog> open(const std::string &path) {
   std::fill(std::begin(Dlg_itemOffset), std::end(Dlg_itemOffset), 0);
   std::fill(std::begin(Dlg_rkOffset), std::end(Dlg_rkOffset), 0);
   reportFieldsWithoutItem(path, *dialog);
+  lookForMisuse([&] { tellOfTemplate(name, *dialog); });
   return dialog;
 }
 
-int runTemplate(std::string_view name) {
+int runTemplate(const char *name) {
   if (!mayShowDialog()) return 0;
   const std::string path = platform::findNamed("dialogs", name, {".ui"});
-  if (!name.empty() && !path.empty()) return runOpened([&] { return open(path); });
+  if (*name != '\0' && !path.empty()) return runOpened([&] { return open(name, path); });
   reportNotShown("there is no template " + platform::inUtf8(name));
   return 0;
 }
@@ -83,6 +85,7 @@ int runTemplate(std::string_view name) {
 using namespace korvel::dialogs;
 
 int ZRVDlgBox(const char *name) {
+  lookForMisuse([=] { needsTemplate(Call("ZRVDlgBox", {name})); });
   if (name == nullptr) return 0;
   return korvel::base::guarded(0, [&] { return runTemplate(name); });
 }

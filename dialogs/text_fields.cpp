@@ -10,6 +10,7 @@
 #include "base/views.h"
 #include "dialogs/build.h"
 #include "dialogs/callbacks.h"
+#include "dialogs/misuse.h"
 #include "dialogs/numbering.h"
 #include "dialogs/run.h"
 #include "dialogs/screen.h"
@@ -287,6 +288,7 @@ void rebuildChoices(int i) {
 
 constinit const FieldType kTextFields{
     .name = "text field",
+    .definedBy = "TexteDlgBox_param",
     .capacity = std::size(TDB_x),
     .itemsPerField = 1,
     .use = {&TDB, &TDB_N, &TDB_ID_TEXTE},
@@ -304,81 +306,120 @@ constinit const FieldType kTextFields{
 
 using namespace korvel::dialogs;
 
-int TexteDlgBox_param(int n, int idFirst) { return defineTexts(n, idFirst) ? 0 : kRefused; }
+int TexteDlgBox_param(int n, int idFirst) {
+  lookForMisuse([=] { needsCount(Call("TexteDlgBox_param", {n, idFirst}), kTextFields, n, 1); });
+  return defineTexts(n, idFirst) ? 0 : kRefused;
+}
 
 int TexteDlgBox_set(int i, const char *text) {
+  lookForMisuse([=] {
+    needsText(Call("TexteDlgBox_set", {i, text}), kTextFields, i, text, TDB_BUFFERSIZE - 1);
+  });
   if (text != nullptr) setText(i, text);
   return 0;
 }
 
 int TexteDlgBox_set_geo(int i, int x, int y, int cx, int cy, int rk) {
+  lookForMisuse([=] {
+    needsPlace(Call("TexteDlgBox_set_geo", {i, x, y, cx, cy, rk}), kTextFields, i,
+               {x, y, cx, cy, rk}, rk);
+  });
   place(kTextFields, i, x, y, cx, cy, rk);
   return 0;
 }
 
 int TexteDlgBox_set_ncarac(int i, int n) {
+  lookForMisuse([=] { needsLowerLimit(Call("TexteDlgBox_set_ncarac", {i, n}), i, n); });
   lowerLongest(i, n);
   return 0;
 }
 
 int TexteDlgBox_set_liste(int i, const char *choices) {
+  lookForMisuse([=] {
+    needsText(Call("TexteDlgBox_set_liste", {i, choices}), kTextFields, i, choices,
+              TDB_BUFFERSIZE - 1);
+  });
   if (choices != nullptr) setChoices(i, choices);
   return 0;
 }
 
 int TexteDlgBox_change_liste(int i) {
+  lookForMisuse([=] { needsChoices(Call("TexteDlgBox_change_liste", {i}), i); });
   turnPopUpOrList(i);
   return 0;
 }
 
 int TexteDlgBox_set_liste_buffer(int i, char *buffer) {
+  lookForMisuse([=] {
+    needsFieldInUse(Call("TexteDlgBox_set_liste_buffer", {i, buffer}), kTextFields, i);
+  });
   if (buffer != nullptr) useChoices(i, buffer);
   return 0;
 }
 
 int TexteDlgBox_retrieve(int i, char *dst, int size) {
+  lookForMisuse([=] {
+    needsRoomForText(Call("TexteDlgBox_retrieve", {i, filled(dst), size}), i, size);
+  });
   retrieve(i, dst, size);
   return 0;
 }
 
 int TexteDlgBox_retrieve_liste(int i, char *dst) {
+  lookForMisuse([=] {
+    needsField(Call("TexteDlgBox_retrieve_liste", {i, filled(dst)}), kTextFields, i);
+  });
   if (dst != nullptr) retrieveChoices(i, dst);
   return 0;
 }
 
 int TexteDlgBox_mandatory(int i, int on) {
+  lookForMisuse([=] { needsFieldInUse(Call("TexteDlgBox_mandatory", {i, on}), kTextFields, i); });
   setMandatory(kTextFields, i, on);
   return 0;
 }
 
 int TexteDlgBox_password(int i, int on) {
+  lookForMisuse([=] { needsFieldInUse(Call("TexteDlgBox_password", {i, on}), kTextFields, i); });
   setMasked(i, on != 0);
   return 0;
 }
 
 int TexteDlgBox_set_tabstops(int i, const int *stops) {
+  lookForMisuse([=] {
+    needsTabStops(Call("TexteDlgBox_set_tabstops", {i, filled(stops)}), i, stops);
+  });
   if (stops != nullptr) setTabStops(i, stops);
   return 0;
 }
 
-int TexteDlgBox_get_valid(int i) { return validFlag(kTextFields, i); }
+int TexteDlgBox_get_valid(int i) {
+  lookForMisuse([=] { needsField(Call("TexteDlgBox_get_valid", {i}), kTextFields, i); });
+  return validFlag(kTextFields, i);
+}
 
 int TexteDlgBox_global(int i) {
+  lookForMisuse([=] { needsField(Call("TexteDlgBox_global", {i}), kTextFields, i); });
   callGlobalFor(kTextFields, i);
   return 0;
 }
 
 int TexteDlgBox_global_ex(int i, DlgBoxGlobal_t callback) {
+  lookForMisuse([=] {
+    needsField(Call("TexteDlgBox_global_ex", {i, orNull(given(callback))}), kTextFields, i);
+  });
   callGlobalFor(kTextFields, i, callback != nullptr ? callback : DlgBoxGlobal_fonct);
   return 0;
 }
 
 int ZRVDlgBox_texte_set(int i, const char *text) {
+  lookForMisuse([=] { needsTextOnScreen(Call("ZRVDlgBox_texte_set", {i, text}), i, text); });
   if (text != nullptr) change(i, text);
   return 0;
 }
 
 int ZRVDlgBox_texte_set_liste(int i) {
+  lookForMisuse([=] { needsChoicesOnScreen(Call("ZRVDlgBox_texte_set_liste", {i}), i); });
   rebuildChoices(i);
   return 0;
 }
