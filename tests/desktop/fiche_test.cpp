@@ -47,7 +47,7 @@ class Fiche : public testing::Test {
 
   // With its volumes in the test's folder, or in one below it.
   Application start(const std::string &below = "") const {
-    return Application({FICHE}, {"FICHE_VOLUMES=" + folder_ + below,
+    return Application({FICHE}, {"FICHE_VOLUMES=" + folder_ + below, "KORVEL_DEBUG=1",
                                  std::string("LSAN_OPTIONS=suppressions=") + TOOLKIT_LEAKS});
   }
 
@@ -126,11 +126,19 @@ void dateVisit() {
   }
 }
 
+// Waits for the end. The application misuses nothing of the library, which would tell.
+int waitForEnd(Application &application) {
+  const int status = application.wait();
+  for (const std::string &line : application.errors())
+    EXPECT_FALSE(line.starts_with("korvel: ")) << line;
+  return status;
+}
+
 // Leaves the menu and waits for the end.
 int leave(Application &application) {
   if (!comesUp(kMenu)) return -1;
   press("Escape");
-  return application.wait();
+  return waitForEnd(application);
 }
 
 TEST_F(Fiche, KeepsWhatIsEnteredByWayOfTheTables) {
@@ -774,7 +782,7 @@ TEST_F(Fiche, SettingsNameTheMenuAndHaveItAskBeforeTheEnd) {
   press("Escape");
   ASSERT_TRUE(comesUp("Quitter"));
   press("Return");
-  ASSERT_EQ(application.wait(), 0);
+  ASSERT_EQ(waitForEnd(application), 0);
   const auto profile = kept("fiche.ini");
   EXPECT_TRUE(holds(profile, "nom=Cabinet de l\x92\xC9t\xE9"));
   EXPECT_TRUE(holds(profile, "honoraires=31.50"));
