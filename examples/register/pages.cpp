@@ -1,0 +1,145 @@
+// SPDX-License-Identifier: MIT
+// Pages of A4 drawn by the library on a painter of the toolkit: texts stay texts in the file.
+#include "pages.h"
+
+#include <QFileInfo>
+#include <QPageSize>
+#include <QPainter>
+#include <QPdfWriter>
+#include <QSaveFile>
+
+#include <korvel/desktop.h>
+#include <korvel/draw.h>
+
+#include "text.h"
+#include "timeline.h"
+#include "vaccines.h"
+
+namespace registry {
+namespace {
+
+// Everything is placed in pixels of this many an inch, and as sharp as the resolution.
+constexpr int kPixels = 96, kResolution = 600;
+
+constexpr int kLeft = 60, kRight = 734, kTop = 60, kBottom = 1030, kFoot = 1068, kRow = 22;
+constexpr char kFont[] = "Arial";
+
+struct Column {
+  int x, width;
+  const char *title;
+};
+constexpr Column kColumns[] = {{60, 76, "Date"},
+                               {140, 204, "Vaccin"},
+                               {350, 104, "Lot"},
+                               {460, 170, "Praticien"},
+                               {640, 94, "Prochaine dose"}};
+
+class Pages {
+ public:
+  Pages(QPdfWriter &pdf, QPainter &painter, const Person &person)
+      : pdf_(pdf), person_(person), port_(KorvelPainterPort(&painter)) {}
+  ~Pages() { KorvelPortRelease(port_); }
+  Pages(const Pages &) = delete;
+  Pages &operator=(const Pages &) = delete;
+
+  void draw() {
+    drawFoot();
+    drawPerson();
+    drawTimeline(port_, person_, kLeft, y_, kRight - kLeft);
+    y_ += timelineHeight(person_) + kRow;
+    drawTitles();
+    for (const Vaccination &dose : person_.vaccinations) drawDose(dose);
+  }
+
+ private:
+  void font(int size, int colour, int style = KorvelPlain) {
+    ch_font_set_ext(port_, kFont, colour, KorvelTransparent, size, style);
+  }
+  void text(int x, int width, const QString &text) { drawFitted(port_, x, y_, width, text); }
+
+  void drawPerson() {
+    font(22, KorvelNavy, KorvelBold);
+    text(kLeft, kRight - kLeft, "Carnet de vaccination");
+    y_ += 38;
+    font(15, KorvelBlack, KorvelBold);
+    text(kLeft, kRight - kLeft, fullName(person_));
+    y_ += 24;
+    font(12, KorvelBlack);
+    const QString sex = person_.sex.isEmpty() ? QString() : ", " + person_.sex.toLower();
+    text(kLeft, kRight - kLeft, "Né(e) le " + shown(person_.birth) + sex);
+    y_ += 18;
+    if (!person_.remarks.isEmpty())
+      text(kLeft, kRight - kLeft, "Remarques\u00A0: " + person_.remarks);
+    y_ += 34;
+  }
+
+  void drawTitles() {
+    font(12, KorvelNavy, KorvelBold);
+    for (const Column &column : kColumns) text(column.x, column.width, column.title);
+    y_ += kRow;
+    Line_Ex(port_, kLeft, y_ - 4, kRight, y_ - 4, KorvelNavy, 1);
+  }
+
+  void drawDose(const Vaccination &dose) {
+    if (y_ > kBottom) turn();
+    font(12, KorvelBlack);
+    const QString texts[] = {shown(dose.day), vaccineLabel(dose.vaccine), dose.lot,
+                             dose.practitioner, shown(dueAfter(person_, dose))};
+    for (int i = 0; i < 5; ++i) text(kColumns[i].x, kColumns[i].width, texts[i]);
+    y_ += kRow;
+    Line_Ex(port_, kLeft, y_ - 4, kRight, y_ - 4, KorvelSilver, 1);
+  }
+
+  void turn() {
+    pdf_.newPage();
+    ++page_;
+    drawFoot();
+    y_ = kTop;
+    drawTitles();
+  }
+
+  void drawFoot() {
+    font(11, KorvelGrey);
+    y_ = kFoot;
+    text(kLeft, kRight - kLeft,
+         QString("%1, carnet du %2, page %3")
+             .arg(fullName(person_), shown(QDate::currentDate()))
+             .arg(page_));
+    y_ = kTop;
+  }
+
+  QPdfWriter &pdf_;
+  const Person &person_;
+  const CGrafPtr port_;
+  int page_ = 1;
+  int y_ = kTop;
+};
+
+void setUp(QPdfWriter &pdf, const Person &person) {
+  pdf.setResolution(kResolution);
+  pdf.setPageSize(QPageSize(QPageSize::A4));
+  pdf.setPageMargins(QMarginsF());
+  pdf.setTitle(QString("Carnet de vaccination\u00A0: %1").arg(fullName(person)));
+}
+
+bool draw(QSaveFile &file, const Person &person) {
+  QPdfWriter pdf(&file);
+  setUp(pdf, person);
+  QPainter painter;
+  if (!painter.begin(&pdf)) return false;
+  painter.scale(1.0 * kResolution / kPixels, 1.0 * kResolution / kPixels);
+  Pages(pdf, painter, person).draw();
+  return painter.end();
+}
+
+}  // namespace
+
+// A device or a pipe would be replaced by a file of its name.
+bool writePages(const Person &person, const QString &path) {
+  const QFileInfo before(path);
+  if (before.exists() && !before.isFile()) return false;
+  QSaveFile file(path);
+  return file.open(QIODevice::WriteOnly) && draw(file, person) && file.commit();
+}
+
+}  // namespace registry

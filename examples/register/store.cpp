@@ -1,0 +1,223 @@
+// SPDX-License-Identifier: MIT
+// A profile is replaced as a whole at each write: whatever happens meanwhile, there is the old one
+// or the new one. What cannot be read in full counts as unreadable, and is so never written over.
+#include "store.h"
+
+#include <algorithm>
+#include <optional>
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QStandardPaths>
+
+#include <korvel/desktop.h>
+#include <korvel/files.h>
+#include <korvel/profile.h>
+
+#include "text.h"
+
+namespace registry {
+namespace {
+
+constexpr char kFolder[] = "Registre:personnes", kBooklets[] = "Registre:carnets",
+               kSettings[] = "Registre:registre.ini", kSuffix[] = ".per";
+constexpr char kPerson[] = "Personne", kVaccinations[] = "Vaccinations";
+constexpr int kDigits = 4;
+
+// ---- Files ----
+
+QString fileName(int number) {
+  return QString("%1").arg(number, kDigits, 10, QLatin1Char('0')) + QLatin1String(kSuffix);
+}
+
+std::string pathOf(int number) { return kFolder + (':' + fileName(number).toStdString()); }
+
+QString systemPath(const std::string &path) {
+  char out[256];
+  return MAC2UNIX(path.c_str(), out) > 0 ? QFile::decodeName(out) : QString();
+}
+
+// The library's MakeDir opens a folder to everybody; a register is nobody else's affair.
+bool haveFolder(const QString &path) {
+  constexpr auto kPrivate =
+      QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner;
+  const QFileInfo folder(path);
+  return folder.isDir() || (QDir().mkpath(folder.path()) && QDir().mkdir(path, kPrivate));
+}
+
+bool haveFolder(const char *path) { return haveFolder(systemPath(path)); }
+
+bool isReadable(const std::string &path) {
+  const int file = File_Open(path.c_str(), 1, 0);
+  if (file >= 0) File_Close(file);
+  return file >= 0;
+}
+
+// A write to a file that may not be read would succeed with nothing written.
+bool writeSection(const Person &person, const char *section, const QStringList &lines) {
+  const std::string path = pathOf(person.number);
+  if (File_Is_Existing(path.c_str()) != 0 && !isReadable(path)) return false;
+  const std::string text = toBytes(lines.join("\r\n"));
+  return WritePrivateProfileSection(section, text.c_str(), path.c_str()) == 1;
+}
+
+QStringList names;
+
+int addName(const char *name) {
+  names.append(fromBytes(name));
+  return 0;
+}
+
+QStringList filesOfPeople() {
+  names.clear();
+  Dir_ProcessFiles(kFolder, kSuffix, addName);
+  names.sort();
+  return names;
+}
+
+int highestNumber() {
+  int highest = 0;
+  for (const QString &name : filesOfPeople())
+    highest = std::max(highest, name.left(kDigits).toInt());
+  return highest;
+}
+
+// ---- A person as lines ----
+
+QString line(const char *key, const QString &value) { return QLatin1String(key) + u'=' + value; }
+
+QStringList linesOf(const Person &person) {
+  return {line("nom", person.name), line("prenom", person.firstName), line("sexe", person.sex),
+          line("naissance", QString::number(toNumber(person.birth))),
+          line("remarques", person.remarks)};
+}
+
+QString lineOf(const Vaccination &dose) {
+  return QStringList{QString::number(toNumber(dose.day)), dose.vaccine, dose.lot, dose.practitioner,
+                     QString::number(toNumber(dose.due))}
+      .join(u'\t');
+}
+
+class Reader {
+ public:
+  explicit Reader(int number) : path_(pathOf(number)) {}
+
+  QString value(const char *section, const char *key) const {
+    char text[1024];
+    GetPrivateProfileString(section, key, "", text, sizeof text, path_.c_str());
+    return fromBytes(text);
+  }
+  QDate day(const char *key) const { return fromNumber(value(kPerson, key).toInt()); }
+
+ private:
+  const std::string path_;
+};
+
+// Nothing where a part is missing or is not what it should be.
+std::optional<Vaccination> vaccinationOf(const QString &line) {
+  const QStringList parts = line.split(u'\t');
+  if (parts.size() != 5) return {};
+  const Vaccination dose{fromNumber(parts[0].toInt()), parts[1], parts[2], parts[3],
+                         fromNumber(parts[4].toInt())};
+  const bool isDueRight = dose.due.isValid() || parts[4] == "0";
+  return dose.day.isValid() && isDueRight ? std::optional(dose) : std::nullopt;
+}
+
+std::optional<Person> readPerson(int number) {
+  const Reader file(number);
+  Person person{number,
+                file.value(kPerson, "nom"),
+                file.value(kPerson, "prenom"),
+                file.value(kPerson, "sexe"),
+                file.day("naissance"),
+                file.value(kPerson, "remarques"),
+                {}};
+  if (person.name.isEmpty() || !person.birth.isValid()) return {};
+  for (int i = 1;; ++i) {
+    const QString line = file.value(kVaccinations, std::to_string(i).c_str());
+    if (line.isEmpty()) return person;
+    const auto dose = vaccinationOf(line);
+    if (!dose) return {};
+    person.vaccinations.append(*dose);
+  }
+}
+
+QString dataFolder() {
+  const QString own = qEnvironmentVariable("REGISTER_VOLUMES");
+  return own.isEmpty() ? QStandardPaths::writableLocation(QStandardPaths::AppDataLocation) : own;
+}
+
+}  // namespace
+
+QString openRegister() {
+  const QString folder = dataFolder();
+  const QByteArray volumes = QFile::encodeName(folder);
+  if (volumes.size() >= static_cast<int>(sizeof szVolumes))
+    return QString("Le chemin du dossier est trop long\u00A0: %1").arg(folder);
+  qstrncpy(szVolumes, volumes.constData(), sizeof szVolumes);
+  if (!haveFolder(folder) || !haveFolder(kVolume) || !haveFolder(kFolder))
+    return QString("Le dossier ne peut pas être créé\u00A0: %1").arg(folder);
+  const QString table = systemPath(std::string(kVolume) + ":vaccins.tab");
+  const QString initial = QCoreApplication::applicationDirPath() + "/tables/vaccins.tab";
+  if (!QFile::exists(table) && !QFile::copy(initial, table))
+    return QString("La table des vaccins ne peut pas être copiée\u00A0: %1").arg(initial);
+  return {};
+}
+
+Contents readRegister() {
+  Contents contents;
+  for (const QString &name : filesOfPeople()) {
+    const int number = name.left(kDigits).toInt();
+    if (number < 1 || name != fileName(number)) continue;
+    if (auto person = readPerson(number)) {
+      sortByDay(person->vaccinations);
+      contents.people.append(*person);
+    } else {
+      contents.unreadable.append(name);
+    }
+  }
+  return contents;
+}
+
+bool savePerson(Person &person) {
+  Person saved = person;
+  if (saved.number == 0) saved.number = highestNumber() + 1;
+  if (!writeSection(saved, kPerson, linesOf(saved))) return false;
+  person.number = saved.number;
+  return true;
+}
+
+bool saveVaccinations(const Person &person) {
+  QStringList lines;
+  for (const Vaccination &dose : person.vaccinations)
+    lines.append(QString::number(lines.size() + 1) + u'=' + lineOf(dose));
+  return writeSection(person, kVaccinations, lines);
+}
+
+bool removePerson(const Person &person) { return MACRemove(pathOf(person.number).c_str()) == 0; }
+
+QString unkeepable(const QString &text) {
+  if (text.contains(u'[')) return "le crochet «\u00A0[\u00A0»";
+  const auto isControl = [](QChar each) { return each.unicode() < 0x20; };
+  return std::any_of(text.begin(), text.end(), isControl) ? "une tabulation" : QString();
+}
+
+QString lastPractitioner() {
+  char name[256];
+  GetPrivateProfileString("Saisie", "praticien", "", name, sizeof name, kSettings);
+  return fromBytes(name);
+}
+
+void keepPractitioner(const QString &name) {
+  WritePrivateProfileString("Saisie", "praticien", toBytes(name).c_str(), kSettings);
+}
+
+QString bookletPath(const Person &person) {
+  if (!haveFolder(kBooklets)) return {};
+  const QString name = fileName(person.number).replace(QLatin1String(kSuffix), ".pdf");
+  return systemPath(kBooklets + (':' + name.toStdString()));
+}
+
+}  // namespace registry
