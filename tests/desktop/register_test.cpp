@@ -1,0 +1,241 @@
+// SPDX-License-Identifier: MIT
+// The vaccination register: the library's dialogs over a window of the application's own, what is
+// kept on the disk, and the booklet.
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <string>
+#include <vector>
+
+#include <sys/stat.h>
+
+#include <gtest/gtest.h>
+
+#include "tests/desktop/screen_user.h"
+
+namespace korvel::test {
+namespace {
+
+constexpr char kMain[] = "Registre des vaccinations", kNew[] = "Nouvelle personne",
+               kRefused[] = "Saisie non acceptée", kZoe[] = "Zoé Lefèvre",
+               kDoseOfZoe[] = "Vaccination\u00A0: Zoé Lefèvre";
+
+// Zoé Lefèvre as the register keeps her, and her doses, each with the next one far away or late.
+constexpr char kRecord[] =
+    "[Personne]\r\nnom=Lef\xE8vre\r\nprenom=Zo\xE9\r\nsexe=F\xE9minin\r\nnaissance=20010203\r\n"
+    "remarques=l\x92\x9Cuf\r\n";
+constexpr char kDoses[] =
+    "\r\n[Vaccinations]\r\n1=20200304\tDTP\tU34-B\tDr M\xFCller\t20400304\r\n"
+    "2=20190102\tGRI\tG1\tDr M\xFCller\t20200102\r\n";
+
+testing::AssertionResult comesUp(const std::string &title) {
+  if (waitForWindow(title)) return testing::AssertionSuccess();
+  return testing::AssertionFailure() << "active is: " << activeWindow();
+}
+
+// A register in a folder of its own.
+class Register : public testing::Test {
+ protected:
+  Register() {
+    std::string name = std::filesystem::temp_directory_path() / "korvel-register-XXXXXX";
+    folder_ = mkdtemp(name.data());
+    std::filesystem::create_directories(path("personnes"));
+  }
+  ~Register() override { std::filesystem::remove_all(folder_); }
+
+  Application start(const std::vector<std::string> &arguments = {}) const {
+    std::vector<std::string> command{REGISTER};
+    command.insert(command.end(), arguments.begin(), arguments.end());
+    return Application(command, {"REGISTER_VOLUMES=" + folder_,
+                                 std::string("LSAN_OPTIONS=suppressions=") + TOOLKIT_LEAKS});
+  }
+
+  std::string path(const std::string &name) const { return folder_ + "/Registre/" + name; }
+
+  void keep(const std::string &name, const std::string &bytes) const {
+    std::ofstream(path(name), std::ios::binary) << bytes;
+  }
+  void keepZoe() const { keep("personnes/0001.per", std::string(kRecord) + kDoses); }
+
+  std::string kept(const std::string &name) const {
+    std::ifstream file(path(name), std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+  }
+
+  // The words of a PDF file with one blank between them.
+  static std::string textOf(const std::string &pdf) {
+    std::string text;
+    FILE *output = popen(("pdftotext -layout '" + pdf + "' - | tr -s ' \\n\\f' ' '").c_str(), "r");
+    for (int byte; (byte = std::fgetc(output)) != EOF;) text += static_cast<char>(byte);
+    EXPECT_EQ(pclose(output), 0);
+    return text;
+  }
+
+  static int leave(Application &application) {
+    if (!comesUp(kMain)) return -1;
+    press("ctrl+q");
+    return application.wait();
+  }
+
+ private:
+  std::string folder_;
+};
+
+TEST_F(Register, KeepsWhatIsEnteredAndWritesTheBooklet) {
+  auto application = start();
+  ASSERT_TRUE(comesUp(kMain));
+  press("ctrl+n");
+  ASSERT_TRUE(comesUp(kNew));
+  write("Lefèvre");
+  press("Tab");
+  write("Zoé");
+  press("Tab Home Tab");
+  write("3");
+  press("Tab");
+  write("2");
+  press("Tab");
+  write("2101");
+  press("Return ctrl+a");
+  ASSERT_EQ(activeWindow(), kNew) << "a birth that is still to come was accepted";
+  write("2001");
+  press("Tab");
+  write("l’œuf");
+  press("Return");
+
+  ASSERT_TRUE(comesUp(kMain));
+  EXPECT_EQ(kept("personnes/0001.per"), kRecord);
+  press("ctrl+d");
+  ASSERT_TRUE(comesUp(kDoseOfZoe));
+  press("shift+Tab Home Down Down Tab");
+  for (const char *part : {"4", "3", "2000"}) {
+    write(part);
+    press("Tab");
+  }
+  press("Tab");
+  write("u34-b");
+  press("Tab");
+  write("Dr Müller");
+  press("Return");
+  ASSERT_TRUE(comesUp(kRefused)) << "a dose before the birth was accepted";
+  press("Return");
+  ASSERT_TRUE(comesUp(kDoseOfZoe));
+  press("shift+Tab shift+Tab shift+Tab ctrl+a");
+  write("2020");
+  press("Return");
+
+  // The practitioner is still known; a next dose that is late is told.
+  ASSERT_TRUE(comesUp(kMain));
+  press("ctrl+d");
+  ASSERT_TRUE(comesUp(kDoseOfZoe));
+  press("shift+Tab Home Down Down Down Down Down Down Down Tab");
+  for (const char *part : {"2", "1", "2019"}) {
+    write(part);
+    press("Tab");
+  }
+  press("Tab");
+  write("g1");
+  press("Return");
+  ASSERT_TRUE(comesUp(kMain));
+  EXPECT_EQ(kept("personnes/0001.per"), std::string(kRecord) + kDoses);
+
+  press("ctrl+p");
+  ASSERT_TRUE(comesUp("Carnet PDF"));
+  press("Return");
+  ASSERT_EQ(leave(application), 0);
+  const std::string text = textOf(path("carnets/0001.pdf"));
+  for (const char *words :
+       {"Carnet de vaccination Zoé Lefèvre Né(e) le 03/02/2001, féminin Remarques : l’œuf",
+        "Date Vaccin Lot Praticien Prochaine dose",
+        "04/03/2020 Diphtérie-tétanos-poliomyélite U34-B Dr Müller 04/03/2040",
+        "02/01/2019 Grippe saisonnière G1 Dr Müller 02/01/2020"})
+    EXPECT_NE(text.find(words), std::string::npos) << words << "\nis not in\n" << text;
+}
+
+TEST_F(Register, FindsAPersonWithoutAccentsAndDoesNotLoseHerByAQuickAnswer) {
+  keepZoe();
+  keep("personnes/0002.per", "[Personne]\r\nnom=Abel\r\nprenom=Jo\r\nnaissance=19800101\r\n");
+  auto application = start();
+  ASSERT_TRUE(comesUp(kMain));
+  write("LEFEVRE z");
+  press("Tab Tab Down alt+p Down Down Return");
+  ASSERT_TRUE(comesUp("Supprimer une personne"));
+  press("Return");
+  ASSERT_TRUE(comesUp(kMain));
+  EXPECT_EQ(kept("personnes/0001.per"), std::string(kRecord) + kDoses);
+  press("Return");
+  ASSERT_TRUE(comesUp(kZoe));
+  press("Tab ctrl+a");
+  write("Chloé");
+  press("Return");
+  ASSERT_TRUE(comesUp(kMain));
+  EXPECT_NE(kept("personnes/0001.per").find("prenom=Chlo\xE9\r\n"), std::string::npos);
+  EXPECT_NE(kept("personnes/0001.per").find(kDoses), std::string::npos);
+  EXPECT_EQ(leave(application), 0);
+}
+
+TEST_F(Register, ARecordThatCannotBeKeptStaysInItsDialog) {
+  keepZoe();
+  auto application = start();
+  ASSERT_TRUE(comesUp(kMain));
+  press("ctrl+m");
+  ASSERT_TRUE(comesUp(kZoe));
+  const std::string file = path("personnes/0001.per");
+  std::filesystem::rename(file, file + "-");
+  std::filesystem::create_directory(file);
+  write("Blanc");
+  press("Return");
+  ASSERT_TRUE(comesUp(kRefused));
+  press("Return");
+  ASSERT_TRUE(comesUp(kZoe));
+  std::filesystem::remove(file);
+  std::filesystem::rename(file + "-", file);
+  press("Return");
+  ASSERT_EQ(leave(application), 0);
+  EXPECT_NE(kept("personnes/0001.per").find("nom=Blanc\r\n"), std::string::npos);
+}
+
+TEST_F(Register, ADamagedRecordIsToldAndStaysAsItIs) {
+  const std::string damaged = std::string(kRecord) + "[Vaccinations]\r\n1=20200304\tDTP\r\n";
+  keep("personnes/0007.per", damaged);
+  auto application = start();
+  ASSERT_TRUE(comesUp("Fiches illisibles"));
+  press("Return");
+  ASSERT_EQ(leave(application), 0);
+  EXPECT_EQ(kept("personnes/0007.per"), damaged);
+}
+
+TEST_F(Register, ALongBookletHasAllDosesOnItsPages) {
+  constexpr int kDosesOfMany = 60;
+  std::string record = std::string(kRecord) + "[Vaccinations]\r\n";
+  for (int i = 1; i <= kDosesOfMany; ++i)
+    record += std::to_string(i) + "=20200304\tXY\tLOT" + std::to_string(i) + "\tDr\t0\r\n";
+  keep("personnes/0001.per", record);
+  const std::string pdf = path("zoe.pdf");
+  ASSERT_EQ(start({"--carnet", "1", pdf}).wait(), 0);
+  const std::string text = textOf(pdf);
+  for (int i = 1; i <= kDosesOfMany; ++i)
+    EXPECT_NE(text.find("04/03/2020 XY LOT" + std::to_string(i) + " Dr"), std::string::npos) << i;
+  EXPECT_NE(text.find("page 2"), std::string::npos);
+  EXPECT_EQ(text.find("page 3"), std::string::npos);
+}
+
+TEST_F(Register, WritesABookletWithoutAWindowOrSaysWhyNot) {
+  keepZoe();
+  const std::string pdf = path("zoe.pdf");
+  EXPECT_EQ(start({"--carnet", "1", pdf}).wait(), 0);
+  EXPECT_NE(textOf(pdf).find("04/03/2020 Diphtérie-tétanos-poliomyélite"), std::string::npos);
+  const std::string pipe = path("pipe");
+  ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+  const std::vector<std::string> failing[] = {
+      {"2", pdf}, {"1", path("nowhere/zoe.pdf")}, {"1", pipe}};
+  for (const auto &row : failing) {
+    auto application = start({"--carnet", row[0], row[1]});
+    EXPECT_EQ(application.wait(), 1) << row[1];
+    EXPECT_EQ(application.errors().size(), 1u) << row[1];
+  }
+  EXPECT_TRUE(std::filesystem::is_fifo(pipe));
+}
+
+}  // namespace
+}  // namespace korvel::test
