@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// For strings/ and platform/: the characters of CP1252, the set of the application's texts.
+// For base/, strings/ and platform/: the characters of CP1252, the set of the application's texts.
 #ifndef KORVEL_BASE_CP1252_H
 #define KORVEL_BASE_CP1252_H
 

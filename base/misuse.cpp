@@ -4,7 +4,6 @@
 #include "base/misuse.h"
 
 #include <algorithm>
-#include <cstdint>
 #include <cstdio>
 #include <cstring>
 #include <stdlib.h>
@@ -12,6 +11,7 @@
 #include <pthread.h>
 #include <unistd.h>
 
+#include "base/cp1252.h"
 #include "base/posix.h"
 
 namespace korvel::base {
@@ -22,16 +22,10 @@ namespace {
 
 constexpr std::size_t kLongestShown = 60;  // characters of a text
 
-// CP1252 from 0x80 to 0x9F; 0: no character.
-constexpr std::uint16_t kHighControls[] = {
-    0x20AC, 0,      0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
-    0x2039, 0x0152, 0,      0x017D, 0,      0,      0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
-    0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0,      0x017E, 0x0178};
-
 // The character of a byte; 0 where it has none that can be seen.
 unsigned shownCharacter(unsigned char byte) {
-  if (byte >= 0x80 && byte < 0xA0) return kHighControls[byte - 0x80];
-  return byte < ' ' || byte == 0x7F ? 0 : byte;
+  const unsigned c = characterOfCp1252(byte);
+  return c < ' ' || (c >= 0x7F && c < 0xA0) ? 0 : c;
 }
 
 // A byte as a line shows it, in UTF-8 or as C writes it.

@@ -9,8 +9,8 @@ namespace korvel::codecs {
 
 using base::Call;
 using base::filled;
-using base::shownRun;
 using base::lookForMisuse;
+using base::shownRun;
 
 // Room for an integer, and for a real with these decimals.
 void needsIntegerRoom(const Call &call, const void *buffer, int capacity, int value);
