@@ -235,6 +235,11 @@ Findings findingsOf(const TableFile &table, std::optional<int> dates) {
   }
   checkHeading(table, findings);
   checkLines(table, findings);
+  const std::size_t usual = usualFields(table);
+  if (dates && usual > 0 && static_cast<std::size_t>(*dates) >= usual) {
+    throw Failure(kFailed, table.path() + ": --dates " + std::to_string(*dates) +
+                               ": most lines have no such column");
+  }
   if (dates) checkPeriods(table, static_cast<std::size_t>(*dates), findings);
   return findings;
 }

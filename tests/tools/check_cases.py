@@ -116,6 +116,10 @@ class Check(Workbench):
                                  [f'actes.tab:{finding}' for finding in findings])
                 self.assertEqual(self.findings(content, code=0), [])
 
+    def test_a_column_that_most_lines_do_not_have_is_no_column_of_dates(self):
+        self.table.write_bytes(GOOD)
+        self.expect_refused('check', 'actes.tab', '--dates', '3', err='--dates 3: most lines have no')
+
     def test_a_table_that_cannot_be_read_does_not_hide_the_others(self):
         self.table.write_bytes(GOOD[:-2])
         result = self.run_tool('check', 'missing.tab', 'actes.tab', '.')
