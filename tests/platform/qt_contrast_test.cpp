@@ -12,8 +12,10 @@
 #include <QListView>
 #include <QPushButton>
 #include <QScreen>
+#include <QScrollBar>
 #include <QStyle>
 #include <QStyleOptionButton>
+#include <QStyleOptionSlider>
 #include <gtest/gtest.h>
 
 #include "platform/desktop.h"
@@ -206,6 +208,41 @@ TEST_P(QtThemes, OutlinesOfItemsAreToldFromBothSides) {
       EXPECT_GE(contrast(line, behind), isPlain ? 1 : kLineContrast) << name;
     }
   }
+}
+
+TEST_P(QtThemes, SlidersOfScrollBarsAreToldFromWhatTheySlideOn) {
+  const int list = add(ItemKind::ListBox);
+  dialog_->setEntries(list, std::vector<std::string>(20, std::string(60, 'W')));
+  whileOpen([&] {
+    auto &view = dynamic_cast<QListView &>(widget(list));
+    for (QScrollBar *bar : {view.verticalScrollBar(), view.horizontalScrollBar()}) {
+      bar->setValue(bar->maximum() / 2);
+      QStyleOptionSlider option;
+      option.initFrom(bar);
+      option.orientation = bar->orientation();
+      option.maximum = bar->maximum();
+      option.pageStep = bar->pageStep();
+      option.sliderPosition = option.sliderValue = bar->value();
+      option.subControls = QStyle::SC_All;
+      if (bar->orientation() == Qt::Horizontal) option.state |= QStyle::State_Horizontal;
+      const QRect slider =
+          bar->style()
+              ->subControlRect(QStyle::CC_ScrollBar, &option, QStyle::SC_ScrollBarSlider, bar)
+              .translated(bar->mapTo(window(), QPoint(0, 0)));
+      const QImage image = shown();
+      const bool isUpright = bar->orientation() == Qt::Vertical;
+      const QPoint middle = slider.center(), step = isUpright ? QPoint(0, 1) : QPoint(1, 0);
+      const QPoint begin =
+          isUpright ? QPoint(middle.x(), slider.top()) : QPoint(slider.left(), middle.y());
+      const QPoint end =
+          isUpright ? QPoint(middle.x(), slider.bottom()) : QPoint(slider.right(), middle.y());
+      for (const auto &[edge, out] : {std::pair(begin, -step), std::pair(end, step)}) {
+        const QColor line = image.pixelColor(edge);
+        EXPECT_GE(contrast(line, image.pixelColor(edge + 3 * out)), kLineContrast);
+        EXPECT_GE(contrast(line, image.pixelColor(edge - 3 * out)), kLineContrast);
+      }
+    }
+  });
 }
 
 TEST_P(QtThemes, MarksAreToldFromTheWindowAndTheirFields) {
