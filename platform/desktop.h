@@ -202,8 +202,14 @@ class Desktop {
   virtual Rect screenBounds() = 0;
 
   // A movable modal dialog, not yet visible, in front of `parent` (null: of everything). Its
-  // content covers `bounds`, moved into view if that lies outside the screen; a part may be left
-  // out of a dialog far larger than any screen. Null only when there is no screen.
+  // content covers `bounds`, moved into view if that lies outside the screen. Null only when there
+  // is no screen.
+  //
+  // A dialog larger than the free area of its screen scrolls, by the bars, by wheel, and by Page Up
+  // and Page Down where the item with the focus has no use for them; that item comes into view when
+  // it gets the focus by key or by the program, and when something is typed. Push buttons 1 and 2,
+  // in a message box all of them, stand below the part that scrolls. Of what is drawn on a dialog
+  // far larger than any screen, a part may be left out. The same holds for dialogs of templates.
   virtual std::unique_ptr<Dialog> newDialog(const Rect &bounds, WindowRef parent,
                                             std::string_view title) = 0;
 

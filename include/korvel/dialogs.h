@@ -533,8 +533,8 @@ KORVEL_API extern int FDB_hbrbkg;      /* tables have the desktop's own backgrou
 /* Sets the dialog's size in dialog units: it is shown with 2 * cx by 7 * cy / 4 pixels (140 and 70:
    280 by 122). Without a width or height, or with a negative one, it is shown with room for its
    button pair. No side is shown longer than 16384 pixels; along a side cut to that, items that
-   would lie outside are placed at the edge. A window of far more pixels than any screen shows the
-   upper part of its dialog. */
+   would lie outside are placed at the edge. A dialog larger than the free area of the screen
+   scrolls, with the button pair below the part that does; the size in the tables stays whole. */
 KORVEL_API int TailleDlgBox_set(int cx, int cy);
 
 /* Records a background colour (see FDB_bkgcol). */

@@ -20,13 +20,6 @@ constexpr int kTitleIndent = 8;
 constexpr int kTitleGap = 4;
 constexpr double kCornerRadius = 3;
 
-// A discreet line, on light and dark desktops alike.
-QColor lineColor(const QPalette &palette) {
-  QColor color = palette.color(QPalette::WindowText);
-  color.setAlphaF(0.25F);
-  return color;
-}
-
 // No icon is shown larger, whatever room it has.
 constexpr QSize kLargestIcon(2048, 2048);
 
@@ -40,6 +33,12 @@ QPixmap readPicture(const std::string &path, const QSize &room, qreal pixelRatio
 }
 
 }  // namespace
+
+QColor lineColor(const QPalette &palette) {
+  QColor color = palette.color(QPalette::WindowText);
+  color.setAlphaF(0.25F);
+  return color;
+}
 
 GroupBox::GroupBox(QWidget *window, const Appearance &appearance, const Rect &rect,
                    std::string_view title)

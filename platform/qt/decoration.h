@@ -16,6 +16,9 @@
 
 namespace korvel::platform::qt {
 
+// Of a discreet line, on light and dark desktops alike.
+QColor lineColor(const QPalette &palette);
+
 // A frame whose upper line is at half the title's height, interrupted by the title. This classic
 // form leaves the contents at their classic coordinates.
 class GroupBox final : public QGroupBox {

@@ -10,10 +10,11 @@
 #include <QCloseEvent>
 #include <QKeyEvent>
 #include <QScreen>
+#include <QStyle>
+#include <QWheelEvent>
 #include <QWindow>
 
 #include "platform/qt/contrast.h"
-#include "platform/qt/mostpixels.h"
 
 namespace korvel::platform::qt {
 namespace {
@@ -21,18 +22,36 @@ namespace {
 // Room for a title bar: window managers tell its height only afterwards.
 constexpr int kTitleBar = 28;
 
+// The least height of a part that scrolls.
+constexpr int kLeastBody = 100;
+
 int movedInto(int low, int high, int begin, int length) {
   return std::max(low, std::min(begin, high - length));
 }
 
-QRect movedIntoView(const QRect &rect) {
-  const QScreen *screen = QGuiApplication::screenAt(rect.center());
+// The free area of the screen around this point, for the content of a window.
+QRect viewAt(const QPoint &point) {
+  const QScreen *screen = QGuiApplication::screenAt(point);
   if (screen == nullptr) screen = QGuiApplication::primaryScreen();
-  if (screen == nullptr) return rect;
-  const QRect view = screen->availableGeometry().adjusted(0, kTitleBar, 0, 0);
+  if (screen == nullptr) return {0, 0, QWIDGETSIZE_MAX, QWIDGETSIZE_MAX};
+  return screen->availableGeometry().adjusted(0, kTitleBar, 0, 0);
+}
+
+bool fits(const QSize &size, const QRect &view) {
+  return size.width() <= view.width() && size.height() <= view.height();
+}
+
+QRect movedInto(const QRect &view, const QRect &rect) {
   return {movedInto(view.left(), view.right() + 1, rect.left(), rect.width()),
           movedInto(view.top(), view.bottom() + 1, rect.top(), rect.height()), rect.width(),
           rect.height()};
+}
+
+// What a key turns where the widget with the focus has no use for it.
+QAbstractSlider::SliderAction pageOf(const QKeyEvent &key) {
+  if (key.matches(QKeySequence::MoveToPreviousPage)) return QAbstractSlider::SliderPageStepSub;
+  if (key.matches(QKeySequence::MoveToNextPage)) return QAbstractSlider::SliderPageStepAdd;
+  return QAbstractSlider::SliderNoAction;
 }
 
 bool isFromAPerson(QEvent::Type type) {
@@ -94,12 +113,79 @@ void DialogWindow::adoptTheme() {
 }
 
 void DialogWindow::setContentRect(const QRect &rect) {
-  const QRect content =
-      movedIntoView({rect.topLeft(), withinMostPixels(rect.size(), devicePixelRatioF())});
-  setFixedSize(content.size());
-  setGeometry(content);
+  view_ = viewAt(rect.center());
+  middle_ = rect.center();
+  if (fits(rect.size(), view_)) {
+    setFixedSize(rect.size());
+    setGeometry(movedInto(view_, rect));
+  } else {
+    scroll(rect.size());
+  }
   winId();  // makes the window, without showing it
   windowHandle()->installEventFilter(this);
+}
+
+void DialogWindow::scroll(const QSize &size) {
+  body_ = new ScrolledBody(this, size);
+  foot_ = new Foot(this);
+  fitIntoView();
+  connect(qApp, &QApplication::focusChanged, this,
+          [this](const QWidget *, const QWidget *focused) { follow(focused); });
+}
+
+QWidget *DialogWindow::ground() { return body_ != nullptr ? body_->ground() : this; }
+
+void DialogWindow::standBelow(const std::vector<QWidget *> &buttons) {
+  if (body_ == nullptr || !foot_->isEmpty()) return;
+  body_->leaveOut(buttons);
+  foot_->add(buttons);
+  body_->settle();
+  fitIntoView();
+}
+
+// A bar along one side takes no room from the other.
+void DialogWindow::fitIntoView() {
+  const QSize foot = foot_->sizeHint();
+  const QSize whole = body_->wholeSize() + QSize(0, foot.height());
+  const int bar = style()->pixelMetric(QStyle::PM_ScrollBarExtent);
+  QSize size = whole;
+  if (whole.height() > view_.height()) size.rwidth() += bar;
+  if (whole.width() > view_.width()) size.rheight() += bar;
+  setMaximumSize(size);
+  size = size.boundedTo(view_.size());
+  setMinimumSize(QSize(foot.width(), foot.height() + kLeastBody).boundedTo(size));
+  QRect content(QPoint(), size);
+  content.moveCenter(middle_);
+  setGeometry(movedInto(view_, content));
+}
+
+void DialogWindow::resizeEvent(QResizeEvent *event) {
+  QDialog::resizeEvent(event);
+  if (body_ == nullptr) return;
+  const int below = foot_->sizeHint().height();
+  body_->setGeometry(0, 0, width(), height() - below);
+  foot_->setGeometry(0, height() - below, width(), below);
+}
+
+void DialogWindow::showFocus() { follow(focusWidget()); }
+
+// A click finds what it was aimed at where it is.
+void DialogWindow::follow(const QWidget *focused) {
+  const bool isClick = QGuiApplication::mouseButtons() != Qt::NoButton;
+  if (body_ != nullptr && focused != nullptr && !isClick) body_->bringIntoView(*focused);
+}
+
+// Over the foot and beside the part that scrolls.
+void DialogWindow::wheelEvent(QWheelEvent *event) {
+  event->ignore();
+  if (body_ != nullptr) body_->wheel(*event);
+}
+
+bool DialogWindow::turnsPage(const QKeyEvent &event) {
+  const QAbstractSlider::SliderAction page = pageOf(event);
+  if (body_ == nullptr || page == QAbstractSlider::SliderNoAction) return false;
+  body_->turn(page);
+  return true;
 }
 
 void DialogWindow::setFrontOf(QWidget *window) {
@@ -118,7 +204,7 @@ void DialogWindow::keyPressEvent(QKeyEvent *event) {
     onCancel();
   } else if (isPlainReturn(*event)) {
     onReturn();
-  } else {
+  } else if (!turnsPage(*event)) {
     event->ignore();
   }
 }
@@ -220,7 +306,10 @@ bool DialogWindow::isUsedUp(const QEvent &event) {
   if (!isKey(event.type())) return false;
   const auto &key = static_cast<const QKeyEvent &>(event);
   const bool isPress = key.type() == QEvent::KeyPress && !key.isAutoRepeat();
-  if (isPress && !isModifier(key.key())) pressed_ = key.key();
+  if (isPress && !isModifier(key.key())) {
+    pressed_ = key.key();
+    if (pageOf(key) == QAbstractSlider::SliderNoAction) showFocus();
+  }
   return (key.isAutoRepeat() && key.key() != pressed_) || letters_.take(key);
 }
 

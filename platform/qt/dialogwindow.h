@@ -13,6 +13,8 @@
 #include <QWindow>
 
 #include "platform/qt/altletters.h"
+#include "platform/qt/foot.h"
+#include "platform/qt/scrolledbody.h"
 
 namespace korvel::platform::qt {
 
@@ -23,9 +25,16 @@ class DialogWindow final : public QDialog {
  public:
   DialogWindow();
 
-  // Places the content on the screen, moved into view, and fixes its size. Only the upper part is
-  // shown of a content with far more pixels than any screen.
+  // Places the content on the screen, moved into view, and fixes its size. What does not fit into
+  // the free area of the screen scrolls from then on, and a person may change the window's size.
   void setContentRect(const QRect &rect);
+  // What items and decorations lie on, in the places of the content.
+  QWidget *ground();
+  // In a window that scrolls, puts these buttons below the part that does. To be called when
+  // everything lies in its place; at the first time only.
+  void standBelow(const std::vector<QWidget *> &buttons);
+  // Scrolls to the widget with the focus.
+  void showFocus();
   // Keeps the window in front of this one, which may be destroyed first.
   void setFrontOf(QWidget *window);
 
@@ -49,6 +58,8 @@ class DialogWindow final : public QDialog {
 
  protected:
   void keyPressEvent(QKeyEvent *event) override;
+  void wheelEvent(QWheelEvent *event) override;
+  void resizeEvent(QResizeEvent *event) override;
   void closeEvent(QCloseEvent *event) override;
   void changeEvent(QEvent *event) override;
   bool eventFilter(QObject *object, QEvent *event) override;
@@ -56,6 +67,10 @@ class DialogWindow final : public QDialog {
  private:
   enum class Input { Taken, Held, KeysHeld, Dropped };
 
+  void scroll(const QSize &size);
+  void fitIntoView();
+  void follow(const QWidget *focused);
+  bool turnsPage(const QKeyEvent &event);
   void setInput(Input input);
   void adoptTheme();
   bool isUsedUp(const QEvent &event);
@@ -68,6 +83,10 @@ class DialogWindow final : public QDialog {
   // never meant for.
   bool closedAPopUp(const QEvent &event);
 
+  ScrolledBody *body_ = nullptr;  // both in a window that scrolls
+  Foot *foot_ = nullptr;
+  QRect view_;     // in which it is to fit
+  QPoint middle_;  // where it is to stand
   AltLetters letters_;
   QPalette theme_;  // the desktop's, before its colours were told apart
   Input input_ = Input::Taken;

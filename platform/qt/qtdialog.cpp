@@ -95,6 +95,7 @@ std::unique_ptr<QtDialog> QtDialog::fromTemplate(const std::string &path, QWidge
   dialog->setDefaultItem(loaded.defaultItem > 0 ? loaded.defaultItem : kOkItem);
   dialog->showTitle(window.windowTitle());
   dialog->place(window.testAttribute(Qt::WA_Resized) ? window.size() : QSize(), parent);
+  window.standBelow(dialog->buttonsInReach());
   return dialog;
 }
 
@@ -111,6 +112,17 @@ void QtDialog::place(QSize designed, QWidget *parent) {
   content.moveCenter(around.center());
   window_.setContentRect(content);
   if (parent != nullptr && parent->isVisible()) window_.setFrontOf(parent);
+}
+
+// In a dialog that scrolls: the pair, or all buttons of a message.
+std::vector<QWidget *> QtDialog::buttonsInReach() const {
+  std::vector<QWidget *> buttons;
+  for (Item *item : tabOrder_) {
+    const bool isOfThePair = item->number() == kOkItem || item->number() == kCancelItem;
+    if (item->kind() == ItemKind::PushButton && (isOfThePair || message_ != nullptr))
+      buttons.push_back(item->widget());
+  }
+  return buttons;
 }
 
 void QtDialog::followTabOrder() {
@@ -135,17 +147,17 @@ void QtDialog::showTitle(QString title) {
 Item *QtDialog::makeItem(ItemKind kind, int number, const Rect &rect, std::string_view title) {
   switch (kind) {
     case ItemKind::PushButton:
-      return new ButtonItem(&window_, *this, number, appearance_, rect, title);
+      return new ButtonItem(window_.ground(), *this, number, appearance_, rect, title);
     case ItemKind::CheckBox:
-      return new CheckItem(&window_, *this, number, appearance_, rect, title);
+      return new CheckItem(window_.ground(), *this, number, appearance_, rect, title);
     case ItemKind::ListBox:
-      return new ListItem(&window_, *this, number, appearance_, rect);
+      return new ListItem(window_.ground(), *this, number, appearance_, rect);
     case ItemKind::PopUp:
-      return new PopUpItem(&window_, *this, number, appearance_, rect);
+      return new PopUpItem(window_.ground(), *this, number, appearance_, rect);
     case ItemKind::EditText:
       if (appearance_.fieldHasSeveralLines(rect))
-        return new LinesItem(&window_, *this, number, appearance_, rect);
-      return new LineItem(&window_, *this, number, appearance_, rect);
+        return new LinesItem(window_.ground(), *this, number, appearance_, rect);
+      return new LineItem(window_.ground(), *this, number, appearance_, rect);
     case ItemKind::None:
       break;
   }
@@ -162,30 +174,30 @@ int QtDialog::addItem(ItemKind kind, const Rect &rect, std::string_view title) {
 }
 
 void QtDialog::addGroupBox(const Rect &rect, std::string_view title) {
-  new GroupBox(&window_, appearance_, rect, title);
+  new GroupBox(window_.ground(), appearance_, rect, title);
 }
 
 void QtDialog::addStaticText(const Rect &rect, std::string_view text) {
-  new StaticText(&window_, appearance_, rect, text);
+  new StaticText(window_.ground(), appearance_, rect, text);
 }
 
 void QtDialog::addIcon(const Rect &rect, const std::string &path) {
-  new Icon(&window_, rect, path);
+  new Icon(window_.ground(), rect, path);
 }
 
 void QtDialog::addMessage(const Rect &pane, std::string_view text, const MessageStyle &style) {
   if (message_ != nullptr) return;
-  message_ = new MessagePane(&window_, pane, text, style);
+  message_ = new MessagePane(window_.ground(), pane, text, style);
   window_.setAccessibleDescription(message_->text());
   actAsMessageBox();
 }
 
 void QtDialog::addAlertIcon(const Rect &rect, AlertIcon icon) {
-  new AlertIconWidget(&window_, rect, icon);
+  new AlertIconWidget(window_.ground(), rect, icon);
 }
 
 void QtDialog::addProgressBar(const Rect &rect) {
-  if (bar_ == nullptr) bar_ = new ProgressBar(&window_, toQt(rect));
+  if (bar_ == nullptr) bar_ = new ProgressBar(window_.ground(), toQt(rect));
 }
 
 void QtDialog::setProgress(int done, int total) {
@@ -457,12 +469,14 @@ void QtDialog::tell(int item) {
 void QtDialog::comeUp(HitHandler &handler) {
   before_ = QApplication::activeWindow();
   handler_ = &handler;
+  window_.standBelow(buttonsInReach());
   giveNames();
   giveLetters();
   explainOk();
   giveInitialFocus();
   DialogWindow *behind = QApplication::activeModalWidget() == inHit ? inHit : nullptr;
   window_.show();
+  window_.showFocus();
   if (behind != nullptr) window_.leaveKeysTo(*behind);
   window_.activateWindow();
   if (message_ != nullptr) announce(window_);

@@ -87,6 +87,7 @@ class QtDialog final : public Dialog, private HitSink {
   void goDown();
   // The item that Return stands for.
   int returnItem() const;
+  std::vector<QWidget *> buttonsInReach() const;
   void keepFocusFrom(QWidget *disabled);
   Mark *markOf(int item) const;
   QString nameOf(Item &field) const;

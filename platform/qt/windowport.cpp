@@ -12,6 +12,9 @@
 #include <QPainter>
 
 #include "base/guard.h"
+#include "platform/qt/dialogwindow.h"
+#include "platform/qt/mostpixels.h"
+#include "platform/qt/scrolledbody.h"
 
 namespace korvel::platform::qt {
 namespace {
@@ -47,6 +50,12 @@ Addresses &goneWindows() {
   return kept;
 }
 
+// A dialog that scrolls is drawn on where its items lie.
+QWidget *surfaceOf(QWidget *window) {
+  auto *dialog = dynamic_cast<DialogWindow *>(window);
+  return dialog != nullptr ? dialog->ground() : window;
+}
+
 void endPort(const void *window) {
   ports().erase(window);
   base::asFarAsMemoryAllows([&] { goneWindows().insert(window); });
@@ -61,8 +70,11 @@ WindowRef referenceTo(QWidget *window) {
 
 bool isOfGoneWindow(WindowRef reference) { return goneWindows().contains(reference); }
 
-WindowPort::WindowPort(QWidget *window) : window_(window), scale_(window->devicePixelRatioF()) {
-  window->installEventFilter(this);
+WindowPort::WindowPort(QWidget *surface)
+    : window_(surface),
+      body_(ScrolledBody::withGround(*surface)),
+      scale_(surface->devicePixelRatioF()) {
+  surface->installEventFilter(this);
 }
 
 // Stretches what was drawn so far to the pixels of the new screen.
@@ -94,7 +106,8 @@ bool WindowPort::grow(const QSize &size) {
 
 Raster *WindowPort::prepared() {
   adopt(window_->devicePixelRatioF());
-  return grow(devicePixels(window_->size(), scale_)) ? raster_.get() : nullptr;
+  const QSize size = withinMostPixels(window_->size(), scale_);
+  return grow(devicePixels(size, scale_)) ? raster_.get() : nullptr;
 }
 
 std::optional<RGBColor> WindowPort::pixel(int x, int y) const {
@@ -107,7 +120,9 @@ std::optional<RGBColor> WindowPort::pixel(int x, int y) const {
 void WindowPort::touched(const QRect &rect) {
   if (isInPaint_) return;
   const QRectF place(QPointF(rect.topLeft()) / scale_, QSizeF(rect.size()) / scale_);
-  window_->update(place.toAlignedRect() & window_->rect());
+  const QRect seen = place.toAlignedRect() & window_->rect();
+  if (body_ != nullptr && !seen.isEmpty()) body_->reachTo(seen.bottom() + 1);
+  window_->update(seen);
 }
 
 void WindowPort::show(const QRegion &region) {
@@ -131,7 +146,7 @@ bool WindowPort::eventFilter(QObject *object, QEvent *event) {
 
 WindowPort &portOf(QWidget *window) {
   if (WindowPort *made = madePortOf(window)) return *made;
-  auto port = std::make_unique<WindowPort>(window);
+  auto port = std::make_unique<WindowPort>(surfaceOf(window));
   const void *address = window;
   QObject::connect(window, &QObject::destroyed, [address] { endPort(address); });
   return *(ports()[window] = std::move(port));

@@ -12,12 +12,14 @@
 
 namespace korvel::platform::qt {
 
+class ScrolledBody;
+
 // Keeps what was drawn, in the pixels of the screen that the window is on, and shows it whenever
 // the window paints itself: after the window's own background, before its children. It grows with
-// the window and never shrinks.
+// the window and never shrinks. In a dialog that scrolls, the ground of the items is the window.
 class WindowPort final : public QObject, public RasterPort {
  public:
-  explicit WindowPort(QWidget *window);
+  explicit WindowPort(QWidget *surface);
 
   std::optional<RGBColor> pixel(int x, int y) const override;
 
@@ -34,6 +36,7 @@ class WindowPort final : public QObject, public RasterPort {
   void show(const QRegion &region);
 
   QWidget *const window_;
+  ScrolledBody *const body_;  // null in one that does not scroll
   qreal scale_;
   std::unique_ptr<Raster> raster_;  // from the first drawing on
   bool isInPaint_ = false;

@@ -13,6 +13,7 @@
 #include <QListView>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QScrollArea>
 #include <QTest>
 #include <QTimer>
 #include <QWindow>
@@ -31,6 +32,22 @@ bool isItem(const QWidget *widget) {
   return qobject_cast<const QPushButton *>(widget) || qobject_cast<const QCheckBox *>(widget) ||
          qobject_cast<const QListView *>(widget) || qobject_cast<const QComboBox *>(widget) ||
          qobject_cast<const QLineEdit *>(widget) || qobject_cast<const QPlainTextEdit *>(widget);
+}
+
+// The part of a window that scrolls; null for a window that fits into its screen.
+const QWidget *bodyOf(const QWidget *window) {
+  for (const auto *area :
+       window->findChildren<QAbstractScrollArea *>(QString(), Qt::FindDirectChildrenOnly))
+    if (!isItem(area) && qobject_cast<const QScrollArea *>(area) == nullptr) return area;
+  return nullptr;
+}
+
+// Whether the widget lies on the ground of such a part, or in a place of the foot below it.
+bool isInPart(const QWidget *widget, const QWidget *window) {
+  const QWidget *body = bodyOf(window);
+  int depth = 0;
+  for (const QWidget *each = widget; each != window; each = each->parentWidget()) ++depth;
+  return body != nullptr && depth == (body->isAncestorOf(widget) ? 4 : 3);
 }
 
 QPoint placeInWindow(QWidget *widget, QPoint place) {
@@ -76,7 +93,8 @@ QWidget *widgetOf(WindowRef window) { return reinterpret_cast<QWidget *>(window)
 std::vector<QWidget *> itemWidgets(QWidget *window) {
   std::vector<QWidget *> items;
   for (QWidget *next = window->nextInFocusChain(); next != window; next = next->nextInFocusChain())
-    if (next->parentWidget() == window && isItem(next)) items.push_back(next);
+    if (isItem(next) && (next->parentWidget() == window || isInPart(next, window)))
+      items.push_back(next);
   return items;
 }
 

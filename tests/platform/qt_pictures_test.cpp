@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The pictures of docs/desktops.md: one dialog under several scales and themes. Each is drawn anew
+// The pictures of docs/desktops.md: one dialog under several scales and themes, and one on a small
+// screen. Each is drawn anew
 // and compared by cells, so that another version of a font or of the toolkit's style may differ in
 // single pixels.
 #include <QApplication>
@@ -9,6 +10,7 @@
 
 #include "platform/desktop.h"
 #include "tests/platform/qt_person.h"
+#include "tests/platform/temporary_folder.h"
 
 namespace korvel::platform {
 namespace {
@@ -80,6 +82,38 @@ std::unique_ptr<Dialog> sample() {
   return dialog;
 }
 
+// One that a netbook's screen cannot show whole.
+std::unique_ptr<Dialog> largeSample() {
+  constexpr int kBottom = 780;
+  auto dialog = qtDesktop().newDialog({100, 20, 500, 20 + kBottom}, nullptr, "Visite");
+  dialog->addItem(ItemKind::PushButton, {110, kBottom - 34, 190, kBottom - 14}, "OK");
+  dialog->addItem(ItemKind::PushButton, {210, kBottom - 34, 290, kBottom - 14}, "Annuler");
+  const auto addField = [&](int top, const char *name, const char *text) {
+    dialog->addStaticText({25, top, 125, top + 15}, name);
+    const int item = dialog->addItem(ItemKind::EditText, {135, top, 370, top + 15}, "");
+    dialog->setText(item, text);
+    return item;
+  };
+  dialog->setEnabled(kOkItem, false);
+  dialog->addGroupBox({11, 11, 389, 145}, "Identit\xE9");
+  addField(35, "Nom", "\xC9lgard");
+  dialog->setAcceptable(addField(70, "Pr\xE9nom", ""), false);
+  addField(105, "Adresse", "3, rue du Ch\xE2teau");
+  dialog->addGroupBox({11, 160, 389, 330}, "Mesures");
+  addField(185, "Poids", "72,5");
+  addField(220, "Taille", "174");
+  addField(255, "Tension", "13/8");
+  addField(290, "Temp\xE9rature", "36,8");
+  dialog->addGroupBox({11, 345, 389, 735}, "Examen");
+  dialog->addStaticText({25, 370, 125, 385}, "Acte");
+  const int acts = dialog->addItem(ItemKind::ListBox, {135, 370, 370, 445}, "");
+  dialog->setEntries(acts, {"Consultation", "Visite", "Vaccination", "Certificat", "Suture",
+                            "Pansement", "Injection"});
+  dialog->setValue(dialog->addItem(ItemKind::CheckBox, {135, 460, 300, 475}, "Apyr\xE9tique"), 1);
+  for (const int top : {495, 530, 565, 600, 635, 670, 705}) addField(top, "Remarque", "");
+  return dialog;
+}
+
 constexpr int kCell = 8;
 // Of 255, in one channel of a cell's mean.
 constexpr int kTolerance = 20;
@@ -103,22 +137,25 @@ INSTANTIATE_TEST_SUITE_P(Of, QtPicturesOfDocs, testing::ValuesIn(kLooks), [](con
   return name;
 });
 
-TEST_P(QtPicturesOfDocs, ShowWhatIsDrawn) {
+// The desktop at this scale, or on this platform of the toolkit.
+void useDesktop(const char *variable, const std::string &value) {
   ASSERT_EQ(QCoreApplication::instance(), nullptr);
-  const Look &look = GetParam();
   setenv("FONTCONFIG_FILE", KORVEL_TEST_PICTURE_FONT, 1);
-  setenv("QT_SCALE_FACTOR", std::to_string(look.scale).c_str(), 1);
+  setenv(variable, value.c_str(), 1);
   qtDesktop();
   ASSERT_EQ(QFontInfo(QApplication::font()).family(), "Liberation Sans");
-  wear(look);
-  const auto dialog = sample();
-  QWidget *window = widgetOf(dialog->window());
-  window->show();
-  ASSERT_TRUE(QTest::qWaitForWindowExposed(window));
-  if (QWidget *focus = window->focusWidget()) focus->clearFocus();
-  const QImage drawn = window->grab().toImage();
+}
 
-  const QString file = QString(look.name) + ".png";
+QImage drawn(Dialog &dialog) {
+  QWidget *window = widgetOf(dialog.window());
+  window->show();
+  EXPECT_TRUE(QTest::qWaitForWindowExposed(window));
+  if (QWidget *focus = window->focusWidget()) focus->clearFocus();
+  return window->grab().toImage();
+}
+
+void expectAsKept(const QImage &drawn, const std::string &name) {
+  const QString file = QString::fromStdString(name) + ".png";
   const QString renewed = QStringLiteral(KORVEL_TEST_PICTURES_DRAWN "/") + file;
   ASSERT_TRUE(drawn.convertToFormat(QImage::Format_RGB888).save(renewed, nullptr, 0));
   const QImage kept(QStringLiteral(KORVEL_TEST_PICTURES_KEPT "/") + file);
@@ -130,6 +167,28 @@ TEST_P(QtPicturesOfDocs, ShowWhatIsDrawn) {
       if (difference(then.pixel(x, y), now.pixel(x, y)) > kTolerance) ++different;
   EXPECT_EQ(different, 0) << "cells; where that is meant, " << renewed.toStdString()
                           << " takes the place of the picture in docs/desktops";
+}
+
+TEST_P(QtPicturesOfDocs, ShowWhatIsDrawn) {
+  const Look &look = GetParam();
+  useDesktop("QT_SCALE_FACTOR", std::to_string(look.scale));
+  wear(look);
+  expectAsKept(drawn(*sample()), look.name);
+}
+
+class NoHits final : public HitHandler {
+  Run hit(int) override { return Run::Stop; }
+};
+
+TEST(QtPictureOfDocs, ShowsADialogOnASmallScreen) {
+  const test::TemporaryFolder folder;
+  const std::string screens = folder.add("screens.json", R"({"screens": [
+    {"name": "netbook", "x": 0, "y": 0, "width": 1024, "height": 600}]})");
+  useDesktop("QT_QPA_PLATFORM", "offscreen:configfile=" + screens);
+  const auto dialog = largeSample();
+  NoHits none;
+  dialog->runStep(none);
+  expectAsKept(drawn(*dialog), "small-screen");
 }
 
 }  // namespace
