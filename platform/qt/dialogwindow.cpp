@@ -89,6 +89,12 @@ bool isModifier(int key) {
          key == Qt::Key_Super_L || key == Qt::Key_Super_R;
 }
 
+// The same for all that a key means, with Shift and without.
+int keyOf(const QKeyEvent &event) {
+  const auto place = static_cast<int>(event.nativeScanCode());
+  return place != 0 ? -place : event.key();
+}
+
 bool isBehind(const QWindow *window, const QWindow &front) {
   const QWindow *behind = front.transientParent();
   while (behind != nullptr && behind != window) behind = behind->transientParent();
@@ -307,10 +313,10 @@ bool DialogWindow::isUsedUp(const QEvent &event) {
   const auto &key = static_cast<const QKeyEvent &>(event);
   const bool isPress = key.type() == QEvent::KeyPress && !key.isAutoRepeat();
   if (isPress && !isModifier(key.key())) {
-    pressed_ = key.key();
+    pressed_ = keyOf(key);
     if (pageOf(key) == QAbstractSlider::SliderNoAction) showFocus();
   }
-  return (key.isAutoRepeat() && key.key() != pressed_) || letters_.take(key);
+  return (key.isAutoRepeat() && keyOf(key) != pressed_) || letters_.take(key);
 }
 
 }  // namespace korvel::platform::qt

@@ -92,7 +92,8 @@ class DialogWindow final : public QDialog {
   Input input_ = Input::Taken;
   bool hadPopUp_ = false;  // when the last key came
   std::vector<std::unique_ptr<QEvent>> held_;
-  int pressed_ = 0;  // the key last pressed here, but for modifiers, which end no other's repeats
+  int pressed_ = 0;  // the key last pressed here, but for modifiers, which end no other's repeats;
+                     // by its place on the keyboard where that is known
   bool leavesKeys_ = false;  // to the window behind
   QPointer<DialogWindow> behind_;
   QPointer<QWindow> parent_;  // of its own, meanwhile

@@ -281,6 +281,24 @@ TEST(QtMessage, KeysPressTheButtonsThatTheyStandFor) {
   }
 }
 
+// The same key of the keyboard, which means another thing without Shift.
+TEST(QtMessage, AHeldKeyGoesOnWhenShiftIsLetGo) {
+  constexpr quint32 kPlace = 10, kOther = 11;
+  const auto dialog = newBox("Quitter ?", kYesItem);
+  QtPerson person("Fin");
+  const auto press = [&person](Qt::Key key, quint32 place, bool isRepeat) {
+    person.act(0, [=](QWidget *window) {
+      QKeyEvent event(QEvent::KeyPress, key, Qt::NoModifier, place, 0, 0, QString(), isRepeat);
+      QCoreApplication::sendEvent(window->windowHandle(), &event);
+    });
+  };
+  press(Qt::Key_1, kPlace, false);
+  press(Qt::Key_Return, kOther, true);
+  person.check([&] { EXPECT_TRUE(widgetOf(dialog->window())->isVisible()); });
+  press(Qt::Key_Return, kPlace, true);
+  EXPECT_EQ(hitsOf(*dialog, person), Lines{"1"});
+}
+
 TEST(QtMessage, AKeyHeldDownSinceBeforeAnswersNothing) {
   const auto dialog = newBox("Quitter ?", kYesItem);
   QtPerson person("Fin");
