@@ -50,6 +50,8 @@ struct FieldType {
   int (*add)(Builder &builder, int i) = nullptr;
   // Brings the items up before the dialog is shown. Null: they stay as they were built.
   void (*fill)(Screen &screen, int i) = nullptr;
+  // Tells what is to be entered, as the tables say it now. Null: nothing is known.
+  void (*tell)(Screen &screen, int i) = nullptr;
   // Handles a hit on an item.
   Hit (*hit)(Screen &screen, int i) = nullptr;
   // Shows the value in the table, or an empty field. Null: callbacks cannot redisplay the kind.

@@ -84,10 +84,11 @@ void clear(Screen &screen, int i) {
   if (IDB_bPassw[i] != 0) IDB_lPassw[i] = 0;
 }
 
+void tell(Screen &screen, int i) { tellExpected(screen, kTables, i, kValidators, kAsked); }
+
 void fill(Screen &screen, int i) {
   const int item = itemOf(kIntegerFields, i);
   if (IDB_bPassw[i] != 0) screen.keepSecret(item);
-  tellExpected(screen, kTables, i, kValidators, kAsked);
   if (IDB_bInit[i] != 0) {
     show(screen, i);
     screen.select(item);
@@ -140,6 +141,7 @@ constinit const FieldType kIntegerFields{
     .flags = {IDB_bInit, IDB_bMand, IDB_bOK},
     .add = add,
     .fill = fill,
+    .tell = tell,
     .hit = hit,
     .show = show,
     .clear = clear,

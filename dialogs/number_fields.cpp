@@ -67,8 +67,9 @@ void show(Screen &screen, int i) {
 void clear(Screen &screen, int i) { screen.setText(itemOf(kNumberFields, i), ""); }
 
 // Kept: unlike an integer field, a field never set leaves its item as it was built.
+void tell(Screen &screen, int i) { tellExpected(screen, kTables, i, kValidators, kAsked); }
+
 void fill(Screen &screen, int i) {
-  tellExpected(screen, kTables, i, kValidators, kAsked);
   if (NDB_bInit[i] != 0) {
     show(screen, i);
     screen.select(itemOf(kNumberFields, i));
@@ -106,6 +107,7 @@ constinit const FieldType kNumberFields{
     .flags = {NDB_bInit, NDB_bMand, NDB_bOK},
     .add = add,
     .fill = fill,
+    .tell = tell,
     .hit = hit,
     .show = show,
     .clear = clear,

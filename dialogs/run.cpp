@@ -59,9 +59,12 @@ class RunningDialog final : public platform::HitHandler {
   void redisplay(int identifier);
   void redisplayField(const FieldType &type, int i, bool isCleared);
   void followValidity() {
-    screen_.enableOk(allValid());
+    const bool isValid = allValid();
+    screen_.enableOk(isValid);
+    if (!isValid) tellOfUnacceptable();
     marks_.follow(screen_);
   }
+  void tellOfUnacceptable();
   void end(int result) {
     result_ = result;
     hasEnded_ = true;
@@ -83,8 +86,16 @@ void RunningDialog::fill() {
 // A value that was given may clear the flag, and never sets it.
 void RunningDialog::fillField(const FieldType &type, int i) {
   if (type.fill != nullptr) type.fill(screen_, i);
+  if (type.tell != nullptr) type.tell(screen_, i);
   if (type.flags.init != nullptr && type.flags.init[i] != 0 && !type.storedIsAcceptable(i))
     type.flags.valid[i] = 0;
+}
+
+// A callback may have changed what a field asks for.
+void RunningDialog::tellOfUnacceptable() {
+  forEachValidatedField([this](const FieldType &type, int i) {
+    if (type.flags.valid[i] != 1 && type.tell != nullptr) type.tell(screen_, i);
+  });
 }
 
 void RunningDialog::handle(int item) {

@@ -158,17 +158,20 @@ void showEditText(Screen &screen, int i) {
 }
 
 // A limit that the application has set; the other is of no concern to a person.
-void tellLongest(Screen &screen, int i) {
+void tell(Screen &screen, int i) {
   const int item = itemOf(kTextFields, i), longest = TDB_iCarac[i];
-  if (screen.kind(item) == ItemKind::EditText && longest > 0 && longest < TDB_BUFFERSIZE - 1)
+  if (screen.kind(item) != ItemKind::EditText) return;
+  if (longest > 0 && longest < TDB_BUFFERSIZE - 1) {
     screen.setExpected(item, Expected::TextUpTo, longest);
+  } else {
+    screen.setExpected(item, Expected::Text);
+  }
 }
 
 // Kept: a field never set keeps its flag, even when it is mandatory.
 void fill(Screen &screen, int i) {
   const int item = itemOf(kTextFields, i);
   if (TDB_bPassw[i] != 0) screen.keepSecret(item);
-  tellLongest(screen, i);
   if (TDB_bInit[i] == 0) {
     screen.setText(item, "");
     return;
@@ -296,6 +299,7 @@ constinit const FieldType kTextFields{
     .flags = {TDB_bInit, TDB_bMand, TDB_bOK},
     .add = add,
     .fill = fill,
+    .tell = tell,
     .hit = hit,
     .show = show,
     .clear = clear,

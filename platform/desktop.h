@@ -148,7 +148,7 @@ class Dialog {
   // name the first unacceptable field in the order of the Tab key.
   virtual void setAcceptable(int item, bool acceptable) = 0;
 
-  // Says what is to be entered, before a field is marked; at first a text.
+  // Says what is to be entered, at first a text; a field that is marked tells it from then on.
   virtual void setExpected(int item, Expected expected, int bound) = 0;
 
   // Says that three edit-text items are the parts of one date.

@@ -50,9 +50,16 @@ QString wordsFor(Expected expected, int bound) {
 void Mark::show(bool isShown) {
   if (isShown == isShown_) return;
   isShown_ = isShown;
-  hint_.tell(isShown ? markDescription(expected_) : QString());
+  tell();
   surface_.update();
 }
+
+void Mark::setExpected(const QString &words) {
+  expected_ = words;
+  tell();
+}
+
+void Mark::tell() { hint_.tell(isShown_ ? markDescription(expected_) : QString()); }
 
 void Mark::paint() const {
   if (!isShown_) return;

@@ -27,14 +27,16 @@ class Mark {
 
   bool isShown() const { return isShown_; }
   void show(bool isShown);
-  // What the field is to hold, told with the mark that is shown next.
-  void setExpected(const QString &words) { expected_ = words; }
+  // What the field is to hold, told with the mark.
+  void setExpected(const QString &words);
 
   // Paints a thin frame with a bar at its left edge; a focus frame stays visible around it. To be
   // called last while the surface is painted.
   void paint() const;
 
  private:
+  void tell();
+
   QWidget &surface_;
   const QPalette::ColorRole ground_;
   Hint hint_;

@@ -86,6 +86,28 @@ TEST_F(Marks, EachFieldTellsWhatItAsksFor) {
   }
 }
 
+TEST_F(Marks, AFieldTellsWhatACallbackHasItAskFor) {
+  Callbacks::onAction = [] {
+    IntDlgBox_set_fvalid(0, intcod_i_ssup0);
+    TexteDlgBox_set_ncarac(0, 4);
+  };
+  expectDialog()
+      .check([this] { EXPECT_EQ(desk.expected(6), Expected::Integer); })
+      .press(11)
+      .check([this] {
+        EXPECT_EQ(desk.expected(6), Expected::IntegerFrom);
+        EXPECT_EQ(desk.bound(6), 1);
+        EXPECT_EQ(desk.expected(3), Expected::TextUpTo);
+        EXPECT_EQ(desk.bound(3), 4);
+        TDB_iCarac[0] = TDB_BUFFERSIZE - 1;
+      })
+      .press(11)
+      .press(kCancel);
+  PushDlgBox_set_fvalid(0, Callbacks::action);
+  run();
+  EXPECT_EQ(desk.expected(3), Expected::TextUpTo);
+}
+
 TEST_F(Marks, NothingMoreIsKnownWhereThereAreNoValidators) {
   ValidInt_t *const validators = vi;
   vi = nullptr;

@@ -156,6 +156,17 @@ TEST_F(QtMark, TellsWhatIsExpectedWhereTheMouseRests) {
   }
 }
 
+TEST_F(QtMark, WhatIsExpectedMayChangeWhileTheMarkIsShown) {
+  const int item = addField({20, 20, 150, 35});
+  dialog_->setExpected(item, Expected::Integer, 0);
+  dialog_->setAcceptable(item, false);
+  const QString before = widget(item).toolTip();
+  dialog_->setExpected(item, Expected::IntegerFrom, 7);
+  EXPECT_NE(widget(item).toolTip(), before);
+  EXPECT_TRUE(widget(item).toolTip().contains(QStringLiteral("7 ou plus")));
+  EXPECT_EQ(widget(item).accessibleDescription(), widget(item).toolTip());
+}
+
 TEST_F(QtMark, APartOfADateTellsThatADateIsExpected) {
   const int parts[] = {addField({20, 20, 40, 35}), addField({50, 20, 70, 35}),
                        addField({80, 20, 120, 35})};
