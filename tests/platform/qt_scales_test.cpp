@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Dialogs on screens of every scale, and what moves to a screen of another one: frames, texts and
 // pictures in the pixels of the screen. A process has one scale; CTest gives every test a process.
+#include <QAbstractScrollArea>
 #include <QApplication>
 #include <QCheckBox>
 #include <QGroupBox>
@@ -127,6 +128,82 @@ void expectFrames(ScaledDialog &dialog, double scale) {
   expectFrame(image, pixelsOf(frame, scale), line, "group");
 }
 
+// ---- Marks and alert icons ----
+
+// Pixels of one colour along a line of this thickness, and none of it beside.
+void expectLine(const QImage &image, const QPoint &from, const QPoint &to, const QPoint &inside,
+                int thick, const std::string &name) {
+  const QRgb line = image.pixel(from);
+  const QPoint along(from.x() < to.x() ? 1 : 0, from.y() < to.y() ? 1 : 0);
+  for (QPoint at = from; at != to; at += along) {
+    ASSERT_EQ(image.pixel(at), line) << name << " at " << at.x() << ' ' << at.y();
+    ASSERT_NE(image.pixel(at - inside), line) << name << ", outside";
+    ASSERT_EQ(thickness(image, at, inside), thick) << name;
+  }
+}
+
+// A bar at the left edge, and a thin frame behind the field's own, which lets the shades of a
+// pop-up through.
+void expectMark(const QImage &image, const QRect &field, double scale, const std::string &name,
+                bool isShaded) {
+  const int line = std::max(1, static_cast<int>(scale));
+  const int inset = static_cast<int>(std::ceil(scale)),
+            bar = static_cast<int>(std::ceil(2 * scale));
+  const int corner = bar + 4, middle = field.center().y();
+  const QRect frame = field.adjusted(inset, inset, -inset, -inset);
+  expectLine(image, {field.left(), middle - line}, {field.left(), middle + line}, {1, 0}, bar,
+             name + ", bar");
+  EXPECT_EQ(image.pixel(field.left(), frame.top()), image.pixel(field.left(), middle))
+      << name << ": the bar is as high as the frame";
+  EXPECT_NE(image.pixel(field.left(), frame.top() - 1), image.pixel(field.left(), middle)) << name;
+  expectLine(image, {frame.right(), middle}, {frame.right(), middle + 1}, {-1, 0}, line,
+             name + ", right");
+  if (isShaded) return;
+  expectLine(image, {frame.left() + corner, frame.top()}, {frame.right() - corner, frame.top()},
+             {0, 1}, line, name + ", top");
+  expectLine(image, {frame.left() + corner, frame.bottom()},
+             {frame.right() - corner, frame.bottom()}, {0, -1}, line, name + ", bottom");
+}
+
+// How many columns beside the first one of this row are neither ground nor icon.
+int softPixels(const QImage &image, int row, QRgb ground, QRgb icon) {
+  int count = 0;
+  for (int x = 0; x < image.width() / 2 && image.pixel(x, row) != icon; ++x)
+    count += image.pixel(x, row) == ground ? 0 : 1;
+  return count;
+}
+
+// As drawn for the pixels of the screen: its edges lie where they belong and are as sharp as there.
+void expectDisc(const QImage &image, double scale) {
+  constexpr double kEdge = 1.5;  // from the icon's rectangle to the disc
+  const int middle = image.height() / 2;
+  const QRgb ground = image.pixel(0, 0), icon = image.pixel(static_cast<int>(4 * scale), middle);
+  ASSERT_NE(icon, ground);
+  EXPECT_LE(softPixels(image, middle, ground, icon), 1);
+  const int first = static_cast<int>(kEdge * scale);
+  for (const int x : {first - 1, image.width() - first}) EXPECT_EQ(image.pixel(x, middle), ground);
+  for (const int x : {first + 1, image.width() - first - 2}) {
+    EXPECT_EQ(image.pixel(x, middle), icon);
+    EXPECT_EQ(image.pixel(middle, x), icon);
+  }
+}
+
+int difference(QRgb a, QRgb b) {
+  return std::max({std::abs(qRed(a) - qRed(b)), std::abs(qGreen(a) - qGreen(b)),
+                   std::abs(qBlue(a) - qBlue(b))});
+}
+
+// The same icon four times as large, made as small, is the same but for the shades of edges.
+void expectAsSharpAs(const QImage &large, const QImage &image, const std::string &name) {
+  const QImage reduced =
+      large.scaled(image.size(), Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+  int most = 0;
+  for (int y = 0; y < image.height(); ++y)
+    for (int x = 0; x < image.width(); ++x)
+      most = std::max(most, difference(image.pixel(x, y), reduced.pixel(x, y)));
+  EXPECT_LE(most, 96) << name;
+}
+
 // A picture of one stripe for each pixel of the screen: any that is not in its place is grey.
 void expectStripes(const QImage &image, const QRect &place) {
   for (int x = place.left(); x <= place.right(); ++x) {
@@ -150,8 +227,14 @@ class QtScales : public testing::TestWithParam<double> {
   void SetUp() override {
     ASSERT_EQ(QCoreApplication::instance(), nullptr);
     setenv("QT_SCALE_FACTOR", std::to_string(GetParam()).c_str(), 1);
+    const std::string screens = folder_.add("screens.json", R"({"screens": [
+      {"name": "large", "x": 0, "y": 0, "width": 1600, "height": 1600}]})");
+    setenv("QT_QPA_PLATFORM", ("offscreen:configfile=" + screens).c_str(), 1);
     qtDesktop();
   }
+
+ private:
+  const test::TemporaryFolder folder_;
 };
 
 INSTANTIATE_TEST_SUITE_P(Of, QtScales, testing::Values(1, 1.25, 1.5, 2), [](const auto &scale) {
@@ -172,6 +255,45 @@ TEST_P(QtScales, TheFocusInAListIsEven) {
   const QImage image = dialog.onScreen();
   expectFrame(image, pixelsOf(list->geometry(), GetParam()),
               2 * std::max(1, static_cast<int>(GetParam())), "list");
+}
+
+TEST_P(QtScales, MarksAreWholeAndEven) {
+  ScaledDialog dialog;
+  constexpr std::pair<int, const char *> kFields[] = {
+      {3, "field"}, {4, "field between pixels"}, {5, "pop-up"}, {8, "list"}, {9, "list between"}};
+  for (const auto &[item, name] : kFields) (*dialog).setAcceptable(item, false);
+  const QImage image = dialog.shown();
+  const auto items = dialog.items();
+  for (const auto &[item, name] : kFields) {
+    QWidget *surface = items[static_cast<std::size_t>(item) - 1];
+    if (auto *list = qobject_cast<QAbstractScrollArea *>(surface)) surface = list->viewport();
+    const QRect place(surface->mapTo(dialog.window(), QPoint(0, 0)), surface->size());
+    expectMark(image, pixelsOf(place, GetParam()), GetParam(), name,
+               (*dialog).kind(item) == ItemKind::PopUp);
+  }
+}
+
+TEST_P(QtScales, AlertIconsHaveThePixelsOfTheScreen) {
+  constexpr AlertIcon kIcons[] = {AlertIcon::Stop, AlertIcon::Note, AlertIcon::Caution};
+  const auto place = [](AlertIcon icon, int side) {
+    return QRect(side * static_cast<int>(icon), side == 32 ? 0 : 40, side, side);
+  };
+  const auto dialog = qtDesktop().newDialog({101, 101, 501, 301}, nullptr, "Message");
+  for (const int side : {32, 128})
+    for (const AlertIcon icon : kIcons) {
+      const QRect rect = place(icon, side);
+      dialog->addAlertIcon({rect.left(), rect.top(), rect.right() + 1, rect.bottom() + 1}, icon);
+    }
+  const QImage image = widgetOf(dialog->window())->grab().toImage();
+  const auto shown = [&](AlertIcon icon, int side) {
+    return image.copy(pixelsOf(place(icon, side), GetParam()));
+  };
+  for (const AlertIcon icon : kIcons) {
+    ASSERT_EQ(shown(icon, 32).size(), QSize(32, 32) * GetParam());
+    expectAsSharpAs(shown(icon, 128), shown(icon, 32),
+                    "icon " + std::to_string(static_cast<int>(icon)));
+    if (icon != AlertIcon::Caution) expectDisc(shown(icon, 32), GetParam());
+  }
 }
 
 TEST_P(QtScales, PicturesHaveThePixelsOfTheScreen) {
