@@ -1,7 +1,8 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
 """A mouse for a compositor without devices: plugged in until standard input ends, and moved and
-clicked as its lines say, "<x> <y> <button> <times>" in pixels of the screen.
+clicked as its lines say, "<x> <y> <button> <times>" in pixels of the screen. Buttons 4 and 5 turn the
+wheel up and down, a step each time.
 Usage: pointer.py <width> <height> (of the screen)
 """
 import os
@@ -11,13 +12,16 @@ import sys
 import time
 
 BUTTONS = {1: 0x110, 2: 0x112, 3: 0x111}  # left, middle, right
+WHEEL = {4: -1, 5: 1}
 CLICK_SECONDS = 0.03
 MANAGER = 'zwlr_virtual_pointer_manager_v1'
 
 DISPLAY = 1  # the object that every connection begins with
 # The requests used, by their numbers at their objects.
 SYNC, GET_REGISTRY, BIND, CREATE_POINTER = 0, 1, 0, 0
-MOVE_TO, BUTTON, FRAME = 1, 2, 4
+MOVE_TO, BUTTON, FRAME, TURN = 1, 2, 4, 7
+UPRIGHT = 0  # an axis of the wheel
+STEP = 15 << 8  # how far a step goes, in 256ths
 
 
 def text(value):
@@ -100,9 +104,16 @@ class Pointer:
     def click(self, x, y, button, times):
         self.send(MOVE_TO, x, y, *self.size)
         for _ in range(times):
+            if button in WHEEL:
+                self.turn(WHEEL[button])
+                continue
             for pressed in (1, 0):
                 self.send(BUTTON, BUTTONS[button], pressed)
                 time.sleep(CLICK_SECONDS)
+
+    def turn(self, step):
+        self.send(TURN, UPRIGHT, step * STEP & 0xFFFFFFFF, step & 0xFFFFFFFF)
+        time.sleep(CLICK_SECONDS)
 
 
 def main():

@@ -5,7 +5,8 @@
 
    Scenarios: plain; cancel-default (button 2 is the default); refuse (the final callback refuses
    the text "non"); optional (nothing is mandatory, nothing set); no-edit (opens with every high
-   byte in its text fields); lines (the first text has room for three lines). */
+   byte in its text fields); lines (the first text has room for three lines); large (twice as high,
+   with the check box and the push button at its end). */
 #include <stdio.h>
 #include <string.h>
 
@@ -122,6 +123,11 @@ static void applyScenario(void) {
   if (strcmp(scenario, "lines") == 0) {
     TexteDlgBox_set_geo(kPlain, kX + 52, 56, 80, 36, 0);
     TexteDlgBox_set_ncarac(kPlain, 60);
+  }
+  if (strcmp(scenario, "large") == 0) {
+    TailleDlgBox_set(200, 480);
+    BoolDlgBox_set_geo(0, "Coch\xE9 & vu", kX, 400, 80, kLine, 8);
+    PushDlgBox_set_geo(0, "Action", kX, 420, 60, 15, 9);
   }
   if (strcmp(scenario, "refuse") == 0) DlgBoxFinal_set(refuseNon);
   if (strcmp(scenario, "no-edit") == 0) {

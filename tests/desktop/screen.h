@@ -23,7 +23,7 @@ class Screen {
   virtual void write(const std::string &text, int rest) const = 0;
   // The mouse, to a place of the screen.
   virtual void moveTo(Place place) const = 0;
-  // At a place of the screen; button 1 is the left one, 2 the middle one.
+  // At a place of the screen; button 1 is the left one, 2 the middle one, 5 the wheel downwards.
   virtual void click(int button, Place place, int times) const = 0;
   virtual void closeWindow() const = 0;
   virtual void minimiseWindow() const = 0;

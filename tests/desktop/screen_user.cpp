@@ -190,6 +190,8 @@ void click(Place place, int times) { clickWith(1, place, times); }
 
 void clickMiddle(Place place) { clickWith(2, place, 1); }
 
+void turnWheelDown(Place place, int steps) { clickWith(5, place, steps); }
+
 void restOn(Place place) {
   const Place corner = activeContent().corner;
   for (const int step : {-1, 0}) screen().moveTo({corner.x + place.x + step, corner.y + place.y});

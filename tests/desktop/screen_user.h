@@ -78,6 +78,7 @@ void burst(const std::string &text);
 void click(Place place, int times = 1);
 // Clicks with the middle button, which pastes what is selected elsewhere.
 void clickMiddle(Place place);
+void turnWheelDown(Place place, int steps);
 // Moves the mouse to a place of the active window's content, and lets it rest there.
 void restOn(Place place);
 // Closes the active window by its frame, or what stands for one.
