@@ -88,12 +88,18 @@ class VectorOf {
     return gatheredMask();
 #endif
   }
-  // The same on any machine.
+  // The same on any machine: each product has the high bit of byte i in bit 56 + i, and no two of
+  // its bits meet.
   std::uint32_t gatheredMask() const {
+    constexpr std::uint64_t kHighBits = 0x8080808080808080U;
+    constexpr std::uint64_t kGathering = 0x0002040810204081U;
     std::uint32_t bits = 0;
-    unsigned char bytes[kSize];
-    __builtin_memcpy(bytes, &bytes_, kSize);
-    for (unsigned i = 0; i < kSize; ++i) bits |= std::uint32_t{bytes[i]} >> 7U << i;
+    std::uint64_t words[kSize / sizeof(std::uint64_t)];
+    __builtin_memcpy(words, &bytes_, kSize);
+    for (unsigned i = 0; i < kSize / sizeof(std::uint64_t); ++i) {
+      if constexpr (__BYTE_ORDER__ == __ORDER_BIG_ENDIAN__) words[i] = __builtin_bswap64(words[i]);
+      bits |= static_cast<std::uint32_t>((words[i] & kHighBits) * kGathering >> 56U) << 8 * i;
+    }
     return bits;
   }
 
