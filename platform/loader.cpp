@@ -72,7 +72,7 @@ void reportNoModule(const std::string &problem) { report("no desktop module: " +
 }  // namespace
 
 void report(std::string line) {
-  const auto isControl = [](char c) { return (c >= 0 && c < ' ') || c == 0x7F; };
+  const auto isControl = [](char c) { return static_cast<unsigned char>(c) < ' ' || c == 0x7F; };
   std::replace_if(line.begin(), line.end(), isControl, '?');
   std::fprintf(stderr, "korvel: %s\n", line.c_str());
 }
