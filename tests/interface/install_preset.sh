@@ -13,4 +13,5 @@ cd "$project"
 "$cmake" --preset install -B "$build" "${hidden[@]}"
 targets=$("$cmake" --build "$build" --target help)
 grep '^korvel_qt:' <<<"$targets"
+grep '^korvel_tables:' <<<"$targets"
 ! grep -E '(_test|_bench|_host|_program|fiche|register|vitrine):' <<<"$targets"

@@ -13,7 +13,10 @@ library=$(find "$prefix" -name 'libkorvel.so')
 folder=$(dirname "$library")
 for file in "$folder/libkorvel.so.1" "$folder/korvel/korvel-qt.so" \
             "$prefix/include/korvel/korvel.h" "$folder/pkgconfig/korvel.pc" \
-            "$prefix"/share/doc/korvel/{LICENSE,LICENSES-tables.md} \
+            "$prefix/bin/korvel-tables" "$prefix/share/man/man1/korvel-tables.1" \
+            "$prefix/share/bash-completion/completions/korvel-tables" \
+            "$prefix/share/korvel/tables/pays.tab" \
+            "$prefix/share/korvel/tables/LICENSES.md" "$prefix/share/doc/korvel/LICENSE" \
             "$prefix"/share/doc/korvel/{CHANGELOG,CONTRIBUTING,SECURITY}.md; do
   [ -e "$file" ] || { echo "not installed: ${file#"$prefix/"}"; exit 1; }
 done
