@@ -96,7 +96,7 @@ void checkLength(const std::string &line) {
                              " characters, of which " + std::to_string(kLineRoom) + " are read");
 }
 
-TableEdit::TableEdit(const std::string &path) : path_(placeOf(path)), name_(libraryName(path_)) {}
+TableEdit::TableEdit(const std::string &path) : path_(placeOf(path)), name_(nameForEdit(path_)) {}
 
 void TableEdit::replaceField(int line, std::size_t column, const std::string &text) {
   // A key of no length and column 0 are the code.

@@ -8,6 +8,7 @@
 #include <cstring>
 #include <limits.h>
 
+#include <sys/stat.h>
 #include <sys/statvfs.h>
 #include <unistd.h>
 
@@ -63,6 +64,16 @@ std::string libraryName(const std::string &path) {
   std::strcpy(szVolumes, "/");
   setDirTables(folder == "/" ? "." : exchanged(folder.substr(1)).c_str());
   return exchanged(path.substr(path.rfind('/') + 1));
+}
+
+std::string nameForEdit(const std::string &path) {
+  std::string leftOver = path;
+  leftOver.back() = '_';
+  struct stat status;
+  if (leftOver != path && stat(leftOver.c_str(), &status) == 0) {
+    throw Failure(kFailed, leftOver + ": has the name that an edit uses; move or remove it first");
+  }
+  return libraryName(path);
 }
 
 void failToWrite(const std::string &path) {

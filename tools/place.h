@@ -15,6 +15,10 @@ std::string placeOf(const std::string &path);
 // the table has there. path: from placeOf.
 std::string libraryName(const std::string &path);
 
+// The same for an edit. Throws where a file stands that the library takes for the beginning of an
+// edit that was cut short, whose end would become the end of the table.
+std::string nameForEdit(const std::string &path);
+
 // Throws, naming the likeliest reason, for a table that the library could not rewrite.
 [[noreturn]] void failToWrite(const std::string &path);
 

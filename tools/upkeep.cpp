@@ -43,7 +43,7 @@ bool isAsWanted(const TableFile &table, const Heading &heading) {
 
 void modify(const std::string &path, const Heading &heading) {
   const std::string place = placeOf(path);
-  const std::string name = libraryName(place);
+  const std::string name = nameForEdit(place);
   if (ZRV_Table_modify(name.c_str(), name.c_str(), heading.version.c_str(),
                        heading.title.c_str()) != 1) {
     failToWrite(place);
@@ -53,7 +53,7 @@ void modify(const std::string &path, const Heading &heading) {
 // Of the two lines in front of "#DEBUT" both are missing.
 void restoreBoth(const std::string &path, const Heading &heading) {
   const std::string place = placeOf(path);
-  const std::string name = libraryName(place);
+  const std::string name = nameForEdit(place);
   ZRV_Table_repair(name.c_str(), heading.version.c_str(), heading.title.c_str());
   // The answer is 1, too, where nothing could be written.
   if (!isAsWanted(TableFile(path), heading)) failToWrite(place);

@@ -134,6 +134,15 @@ class Edit(Workbench):
         self.assertEqual(stat.S_IMODE(self.table.stat().st_mode), 0o640)
         self.assertEqual(self.data()[1], '02,X,30')
 
+    def test_a_file_that_an_edit_would_use_up_is_told(self):
+        (self.folder / 'actes.ta_').write_bytes(b'x' * 1000)
+        for arguments in (['set', 'actes.tab', '01', '1', 'x'], ['insert', 'actes.tab', '04'],
+                          ['delete', 'actes.tab', '01'],
+                          ['repair', 'actes.tab', '--title', 'T', '--version', 'V']):
+            with self.subTest(arguments=arguments):
+                self.expect_refused(*arguments, err='actes.ta_: has the name that an edit uses')
+        self.expect(0, 'backup', 'actes.tab')
+
     def test_a_path_may_hold_what_a_path_may_hold(self):
         folder = self.folder / "d'été: $x" / '-l:'
         folder.mkdir(parents=True)

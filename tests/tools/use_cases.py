@@ -1,8 +1,8 @@
 # SPDX-License-Identifier: MIT
 """How the program is called and what it says of itself, and what becomes of tables when it is
 killed, the disk is full or a file may not be read."""
+import fcntl
 import os
-import pathlib
 import pty
 import random
 import re
@@ -96,6 +96,12 @@ class Trouble(Workbench):
                           ['import', '.', 'x.tab', '--title', 'T', '--version', 'V']):
             with self.subTest(arguments=arguments):
                 self.expect_refused(*arguments, err='.: Is a directory')
+
+    def test_a_table_that_another_program_keeps_locked_is_told(self):
+        self.put('01,A')
+        with open(self.table, 'rb') as held:
+            fcntl.flock(held, fcntl.LOCK_EX)
+            self.expect_refused('set', 'actes.tab', '01', '1', 'B', err='is another program editing')
 
     def test_any_bytes_are_looked_at_without_harm(self):
         chosen = random.Random(11)
