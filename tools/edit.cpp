@@ -79,10 +79,9 @@ bool replacesInPlace(const std::vector<std::string_view> &fields, std::size_t co
 }  // namespace
 
 void checkNoMark(const std::string &text) {
-  for (const std::string_view mark : {kBeginMark, kEndMark}) {
-    if (!matches(text, mark)) continue;
-    throw Failure(kFailed, quoted(text) + " would count as the mark " + quoted(mark));
-  }
+  const std::string_view mark = markOf(text);
+  if (mark.empty()) return;
+  throw Failure(kFailed, quoted(text) + " would count as the mark " + quoted(mark));
 }
 
 void checkCode(const std::string &code) {

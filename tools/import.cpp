@@ -88,11 +88,8 @@ class FieldMaker {
 
   void checkMark(const std::string &line) const {
     const std::string_view code = codeOf(line);
-    for (const std::string_view mark : {kBeginMark, kEndMark}) {
-      if (matches(code, mark)) {
-        csv_.refuse(0, quoted(code) + " would count as the mark " + quoted(mark));
-      }
-    }
+    const std::string_view mark = markOf(code);
+    if (!mark.empty()) csv_.refuse(0, quoted(code) + " would count as the mark " + quoted(mark));
   }
 
   const CsvReader &csv_;

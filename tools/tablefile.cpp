@@ -72,6 +72,11 @@ bool matches(std::string_view a, std::string_view b) {
   return szcompex(a.data(), static_cast<int>(a.size()), b.data(), static_cast<int>(b.size())) == 1;
 }
 
+std::string_view markOf(std::string_view code) {
+  if (isBeginMark(code)) return kBeginMark;
+  return isEndMark(code) ? kEndMark : std::string_view();
+}
+
 std::string withCommas(std::string_view text) {
   std::string line(text);
   std::replace_if(line.begin(), line.end(), isSeparator, ',');

@@ -43,6 +43,9 @@ bool matches(std::string_view a, std::string_view b);
 inline bool isBeginMark(std::string_view code) { return matches(code, kBeginMark); }
 inline bool isEndMark(std::string_view code) { return matches(code, kEndMark); }
 
+// The mark that a code would count as; empty for none.
+std::string_view markOf(std::string_view code);
+
 // The same line with commas between its fields.
 std::string withCommas(std::string_view text);
 
