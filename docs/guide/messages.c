@@ -1,8 +1,8 @@
 /* SPDX-License-Identifier: MIT */
 /* Messages: a question before something is lost, a long work that can be ended, and a note. */
+#define _POSIX_C_SOURCE 200809L
 #include <stdio.h>
-
-#include <unistd.h>
+#include <time.h>
 
 #include <korvel/korvel.h>
 
@@ -11,6 +11,9 @@
 enum { kRecords = 300 };
 static const char kWork[] = "Suppression des fiches";
 
+/* What each record takes, in nanoseconds. */
+static const struct timespec kTask = {0, 10000000};
+
 /* Returns how many were removed. */
 static int removeRecords(void) {
   for (int i = 0; i < kRecords; i++) {
@@ -18,7 +21,7 @@ static int removeRecords(void) {
       KorvelProgress(kWork, kRecords, kRecords); /* the work ends earlier */
       return i;
     }
-    usleep(10000); /* what takes its time */
+    nanosleep(&kTask, NULL);
   }
   KorvelProgress(kWork, kRecords, kRecords);
   return kRecords;

@@ -1,6 +1,7 @@
 /* SPDX-License-Identifier: MIT */
 /* A waiting room on a share: every workstation adds patients and sees those of the others.
    share <name> adds a patient; share alone shows who waits. */
+#define _POSIX_C_SOURCE 200809L
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>

@@ -1,6 +1,7 @@
 # SPDX-License-Identifier: MIT
 """filter.py <file>: a public header or a page as Doxygen is to read it: the header's comments in
 its own form, the page without links to what is not part of the reference."""
+import functools
 import pathlib
 import re
 import sys
@@ -14,11 +15,21 @@ PAGES = {*ROOT.glob('docs/guide/*.md'), *ROOT.glob('docs/*.md')} - {
     ROOT / 'docs' / name for name in ('architecture.md', 'conventions.md', 'performance.md')}
 
 
+@functools.cache
+def declared():
+    """The names in whose place a link is wanted: those that are no words."""
+    names = {name for path in ROOT.glob('include/korvel/*.h') for section in
+             headers.read(path).sections for item in section.items for name in item.names}
+    return {name for name in names if re.search(r'_|[a-z][A-Z0-9]|[A-Z]{2}[a-z]', name)}
+
+
 def words(text):
-    """A text whose commands mean nothing, which they do not between quotes anyhow; names stay words,
-    which become links."""
+    """A text whose commands mean nothing, which they do not between quotes anyhow, and whose names
+    are links."""
     parts = re.split(r'("(?:\\.|[^"\\])*")', text)
     parts[::2] = [re.sub(r'([\\@<>#%&$*])', r'\\\1', part) for part in parts[::2]]
+    parts[::2] = [re.sub(r'\b\w+\b(?!\()', lambda word: '#' * (word[0] in declared()) + word[0], part)
+                  for part in parts[::2]]
     return ''.join(parts)
 
 
