@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 // Dialogs larger than the free area of their screen, here a netbook's: a part of them scrolls, with
 // the button pair below it. A process has one set of screens; CTest gives every test a process.
+#include <sys/resource.h>
+
 #include <QAbstractScrollArea>
 #include <QAccessible>
 #include <QApplication>
@@ -269,13 +271,16 @@ TEST_F(QtScrolling, WhatIsTypedIsInView) {
 TEST_F(QtScrolling, WhatIsClickedOnStaysWhereItIs) {
   open(kWidth, kHeight);
   dialog_->addItem(ItemKind::CheckBox, {20, 20, 120, 38}, "Fumeur");
-  int box = 0;
-  then([&] {
-    box = bar().value();
+  dialog_->addItem(ItemKind::EditText, {20, 80, 120, 95}, "");
+  then([this] {
+    EXPECT_TRUE(widget(4).hasFocus());
     bar().setValue(30);  // half of the box is shown
   });
   person_.clickAt(3, {8, 16});
-  then([this] { EXPECT_EQ(bar().value(), 30); });
+  then([this] {
+    EXPECT_TRUE(widget(3).hasFocus());
+    EXPECT_EQ(bar().value(), 30);
+  });
   EXPECT_EQ(runUntilEscape(), (Lines{"3 value 0", "2"}));
 }
 
@@ -465,7 +470,14 @@ TEST_F(QtScrolling, AMarkScrollsWithItsField) {
   runUntilEscape();
 }
 
+long mostMemory() {
+  rusage used{};
+  getrusage(RUSAGE_SELF, &used);
+  return used.ru_maxrss;
+}
+
 TEST_F(QtScrolling, WhatIsNotShownHasNoPixels) {
+  const long before = mostMemory();
   open(16000, 16000);
   dialog_->addItem(ItemKind::EditText, {20, 15000, 15000, 15015}, "");
   then([this] {
@@ -477,6 +489,7 @@ TEST_F(QtScrolling, WhatIsNotShownHasNoPixels) {
       EXPECT_FALSE(each->internalWinId()) << "a part with a window of its own";
   });
   runUntilEscape();
+  EXPECT_LT(mostMemory() - before, 64 << 10) << "in KiB; all of it has a gibibyte of pixels";
 }
 
 // ---- Messages ----
