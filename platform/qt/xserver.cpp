@@ -86,20 +86,19 @@ void outliveXServer() {
 }
 
 XServerWatch::XServerWatch(std::function<void()> onGone) : onGone_(std::move(onGone)) {
+  const int descriptor = connection();
+  if (descriptor < 0) return;
   using Seen = int(int descriptor, int condition, void *watch);
   const auto add = functionOf<unsigned(int, int, int, Seen *, void *, void (*)(void *))>(
       kGLib, "g_unix_fd_add_full");
-  const int descriptor = connection();
-  if (descriptor < 0 || add == nullptr) return;
   const auto seen = [](int, int, void *watch) {
     return static_cast<XServerWatch *>(watch)->see() ? 1 : 0;
   };
-  source_ = add(kFirstOfAll, descriptor, kHungUp, seen, this, nullptr);
+  source_ = add == nullptr ? 0 : add(kFirstOfAll, descriptor, kHungUp, seen, this, nullptr);
 }
 
 XServerWatch::~XServerWatch() {
-  const auto remove = functionOf<int(unsigned)>(kGLib, "g_source_remove");
-  if (source_ != 0 && remove != nullptr) remove(source_);
+  if (source_ != 0) functionOf<int(unsigned)>(kGLib, "g_source_remove")(source_);
   if (hasSeen_) sayOnce();
 }
 
