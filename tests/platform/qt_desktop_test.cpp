@@ -89,6 +89,19 @@ TEST(QtModule, WhatElseIsSaidAtTheStartReachesItsHost) {
   EXPECT_TRUE(told.contains("nowhere")) << told.toStdString();
 }
 
+// Two threads of the toolkit may do so.
+TEST(QtModule, ThatTheCompositorHasGoneAwayIsSaidOnce) {
+  static QStringList told;
+  qInstallMessageHandler(
+      [](QtMsgType, const QMessageLogContext &, const QString &message) { told << message; });
+  qtDesktop();
+  told.clear();
+  for (int n = 0; n < 2; ++n) qWarning("The Wayland connection broke. Is it gone?");
+  for (int n = 0; n < 2; ++n) qWarning("Something else");
+  EXPECT_EQ(told, (QStringList{"The Wayland connection broke. Is it gone?", "Something else",
+                               "Something else"}));
+}
+
 TEST(QtModule, UsesTheApplicationOfItsHost) {
   const test::EnvironmentGuard offscreen("QT_QPA_PLATFORM", "offscreen");
   int count = 1;
