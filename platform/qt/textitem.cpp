@@ -165,7 +165,7 @@ QString TextItem<Editor>::textWithSecret() const {
 template <typename Editor>
 void TextItem<Editor>::insertEntered(const QString &entered) {
   const std::optional<QString> text = admitted(entered);
-  if (!text || (text->isEmpty() && !hasSelectedText())) return;
+  if (isReadOnly() || !text || (text->isEmpty() && !hasSelectedText())) return;
   insert(shownFor(*text));
 }
 
@@ -198,7 +198,7 @@ void TextItem<Editor>::keyPressEvent(QKeyEvent *event) {
     return;
   }
   if (isSecret_ && isUndoOrRedo(event)) return;
-  if (typesNothing(*event)) {
+  if (isReadOnly() || typesNothing(*event)) {
     Editor::keyPressEvent(event);
     return;
   }
@@ -211,6 +211,7 @@ void TextItem<Editor>::keyPressEvent(QKeyEvent *event) {
 
 template <typename Editor>
 void TextItem<Editor>::inputMethodEvent(QInputMethodEvent *event) {
+  if (isReadOnly()) return event->ignore();
   const std::optional<QString> commit = admitted(event->commitString());
   QInputMethodEvent admittedEvent =
       isSecret_ ? QInputMethodEvent()
@@ -250,7 +251,7 @@ void TextItem<Editor>::dropEvent(QDropEvent *event) {
   QDragLeaveEvent leave;
   Editor::dragLeaveEvent(&leave);  // removes the drop marker
   const std::optional<QString> text = admitted(event->mimeData()->text());
-  if (!text || text->isEmpty()) {
+  if (isReadOnly() || !text || text->isEmpty()) {
     event->ignore();
     return;
   }
@@ -270,7 +271,8 @@ void TextItem<Editor>::contextMenuEvent(QContextMenuEvent *event) {
 
 template <typename Editor>
 void TextItem<Editor>::addEditActions(QMenu &menu) {
-  const bool mayUndo = !isSecret_;
+  const bool mayChange = !isReadOnly();
+  const bool mayUndo = mayChange && !isSecret_;
   const bool hasSelection = hasSelectedText();
   const bool hasClip = !QGuiApplication::clipboard()->text().isEmpty();
   const auto add = [&menu](const char16_t *title, bool isEnabled, auto action) {
@@ -279,10 +281,10 @@ void TextItem<Editor>::addEditActions(QMenu &menu) {
   add(u"Annuler", mayUndo && isUndoAvailable(), [this] { undo(); });
   add(u"Rétablir", mayUndo && isRedoAvailable(), [this] { redo(); });
   menu.addSeparator();
-  add(u"Couper", hasSelection, [this] { cut(); });
+  add(u"Couper", mayChange && hasSelection, [this] { cut(); });
   add(u"Copier", hasSelection, [this] { copy(); });
-  add(u"Coller", hasClip, [this] { pasteFrom(QClipboard::Clipboard); });
-  add(u"Supprimer", hasSelection, [this] { del(); });
+  add(u"Coller", mayChange && hasClip, [this] { pasteFrom(QClipboard::Clipboard); });
+  add(u"Supprimer", mayChange && hasSelection, [this] { del(); });
   menu.addSeparator();
   add(u"Tout sélectionner", !Editor::text().isEmpty(), [this] { selectAll(); });
 }

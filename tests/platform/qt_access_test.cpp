@@ -50,12 +50,7 @@ class QtAccess : public testing::Test {
 
   Lines run() {
     hasRun_ = true;
-    person_.pressEscape();
-    hits_.record(*dialog_);
-    Lines lines = hits_.lines();
-    EXPECT_EQ(lines.back(), "2");
-    lines.pop_back();
-    return lines;
+    return hits_.recordUntilEscape(*dialog_, person_);
   }
   QWidget *window() { return widgetOf(dialog_->window()); }
   template <typename Widget = QWidget>

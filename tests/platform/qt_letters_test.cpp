@@ -37,15 +37,7 @@ class QtLetters : public testing::Test {
   QtPerson &press(Qt::Key letter, Qt::KeyboardModifiers others = {}) {
     return person_.key(letter, Qt::AltModifier | others);
   }
-  // The hits before the one that ends the dialog.
-  Lines run() {
-    person_.pressEscape();
-    hits_.record(*dialog_);
-    Lines lines = hits_.lines();
-    EXPECT_EQ(lines.back(), "2");
-    lines.pop_back();
-    return lines;
-  }
+  Lines run() { return hits_.recordUntilEscape(*dialog_, person_); }
   QWidget *window() { return widgetOf(dialog_->window()); }
   QWidget &widget(int item) {
     return *test::itemWidgets(window())[static_cast<std::size_t>(item) - 1];

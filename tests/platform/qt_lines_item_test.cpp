@@ -40,15 +40,7 @@ class QtLinesItem : public testing::Test {
   }
   void TearDown() override { person_.finish(); }
 
-  // The hits up to the Escape that ends the dialog, which is left out.
-  Lines run() {
-    person_.pressEscape();
-    hits_.record(*dialog_);
-    Lines lines = hits_.lines();
-    EXPECT_EQ(lines.back(), "2");
-    lines.pop_back();
-    return lines;
-  }
+  Lines run() { return hits_.recordUntilEscape(*dialog_, person_); }
   QWidget &widget(int item) {
     return *test::itemWidgets(widgetOf(dialog_->window()))[static_cast<std::size_t>(item) - 1];
   }

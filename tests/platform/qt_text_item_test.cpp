@@ -36,15 +36,7 @@ class QtTextItem : public testing::Test {
   }
   void TearDown() override { person_.finish(); }
 
-  // The hits up to the Escape that ends the dialog, which is left out.
-  Lines run() {
-    person_.pressEscape();
-    hits_.record(*dialog_);
-    Lines lines = hits_.lines();
-    EXPECT_EQ(lines.back(), "2");
-    lines.pop_back();
-    return lines;
-  }
+  Lines run() { return hits_.recordUntilEscape(*dialog_, person_); }
   QLineEdit &field(int item = kField) {
     return dynamic_cast<QLineEdit &>(
         *test::itemWidgets(widgetOf(dialog_->window()))[static_cast<std::size_t>(item) - 1]);
@@ -401,6 +393,40 @@ TEST_F(QtTextItem, AReplacementByTheInputMethodIsOneHit) {
     QCoreApplication::sendEvent(&shown, &event);
   });
   EXPECT_EQ(run(), Lines{"3 text œuf"});
+}
+
+// ---- A field of a form that is read only ----
+
+class QtReadOnlyTextItem : public QtTextItem {
+ protected:
+  void takesNothing() {
+    dialog_->setText(kField, "Dupont");
+    field().setReadOnly(true);
+    QGuiApplication::clipboard()->setText("x");
+    person_.select(kField, 0, 6).type(kField, "x").paste(kField, "x").deleteBack(kField);
+    person_.key(Qt::Key_Insert, Qt::ShiftModifier).key(Qt::Key_X, Qt::ControlModifier);
+    person_.clickAt(kField, {4, 10}, Qt::MiddleButton);
+    edit([](QLineEdit &shown) {
+      drop(shown, "x", {4, 10});
+      compose(shown, "", "x");
+      shown.selectAll();
+      for (const char16_t *title : {u"Couper", u"Coller", u"Supprimer"}) {
+        const QAction *action = actionOf(shown, QString::fromUtf16(title));
+        ASSERT_NE(action, nullptr);
+        EXPECT_FALSE(action->isEnabled());
+        QApplication::activePopupWidget()->close();
+      }
+    });
+    EXPECT_EQ(run(), Lines{});
+    EXPECT_EQ(dialog_->text(kField), "Dupont");
+  }
+};
+
+TEST_F(QtReadOnlyTextItem, TakesNothing) { takesNothing(); }
+
+TEST_F(QtReadOnlyTextItem, TakesNothingAsASecretEither) {
+  dialog_->setSecret(kField);
+  takesNothing();
 }
 
 // ---- Secrets ----

@@ -2,6 +2,8 @@
 // The hits of a dialog's run as readable lines.
 #include "tests/platform/recorded_hits.h"
 
+#include <gtest/gtest.h>
+
 #include "tests/platform/scripted_desktop.h"
 
 namespace korvel::test {
@@ -12,6 +14,15 @@ platform::Run RecordedHits::hit(int item) {
   lines_.push_back(described(item));
   if (const auto found = reactions_.find(item); found != reactions_.end()) found->second();
   return stopping_.count(item) != 0 ? platform::Run::Stop : platform::Run::Continue;
+}
+
+std::vector<std::string> RecordedHits::recordUntilEscape(platform::Dialog &dialog, Person &person) {
+  person.pressEscape();
+  record(dialog);
+  std::vector<std::string> lines = lines_;
+  EXPECT_EQ(lines.back(), std::to_string(platform::kCancelItem));
+  lines.pop_back();
+  return lines;
 }
 
 std::string RecordedHits::described(int item) const {

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "platform/desktop.h"
+#include "tests/platform/dialog_world.h"
 
 namespace korvel::test {
 
@@ -32,6 +33,8 @@ class RecordedHits final : public platform::HitHandler {
     dialog_ = &dialog;
     dialog.runStep(*this);
   }
+  // The lines up to the Escape by which the person then ends the dialog, which is left out.
+  std::vector<std::string> recordUntilEscape(platform::Dialog &dialog, Person &person);
   const std::vector<std::string> &lines() const { return lines_; }
 
   platform::Run hit(int item) override;
