@@ -308,6 +308,7 @@ TEST(WriteString, CountsWhatCannotBeReadAsDone) {
   chmod(volumes.folder().c_str(), 0777);
   chmod(volumes.posix("p.ini").c_str(), 0222);
   EXPECT_EQ(inChildOfAUser([] { return WritePrivateProfileString("A", "x", "2", kPath); }), 1);
+  chmod(volumes.posix("p.ini").c_str(), 0666);
   EXPECT_EQ(content(volumes.posix("p.ini")), "[A]\r\nx=1\r\n");
 }
 
