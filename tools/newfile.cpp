@@ -2,7 +2,6 @@
 // Makes a file beside its place, syncs it and renames it.
 #include "tools/newfile.h"
 
-#include <array>
 #include <cerrno>
 #include <csignal>
 #include <cstdio>
@@ -28,10 +27,29 @@ extern "C" void removeAndEnd(int signal) {
   std::raise(signal);
 }
 
+constexpr int kEndingSignals[] = {SIGINT, SIGTERM, SIGHUP};
+
 void removeAtSignals(const std::string &path) {
   std::strncpy(unfinished, path.c_str(), sizeof unfinished - 1);
-  for (const int signal : {SIGINT, SIGTERM, SIGHUP}) std::signal(signal, removeAndEnd);
+  for (const int signal : kEndingSignals) std::signal(signal, removeAndEnd);
 }
+
+// Has these signals wait for the end of the object, so that none comes between a file and its name.
+class SignalsWait {
+ public:
+  SignalsWait() {
+    sigset_t signals;
+    sigemptyset(&signals);
+    for (const int signal : kEndingSignals) sigaddset(&signals, signal);
+    sigprocmask(SIG_BLOCK, &signals, &before_);
+  }
+  ~SignalsWait() { sigprocmask(SIG_SETMASK, &before_, nullptr); }
+  SignalsWait(const SignalsWait &) = delete;
+  SignalsWait &operator=(const SignalsWait &) = delete;
+
+ private:
+  sigset_t before_;
+};
 
 // Whether the place is taken. Throws unless what is there may give way.
 bool isTaken(const std::string &place, struct stat &status) {
@@ -58,9 +76,12 @@ NewFile::NewFile(const std::string &place, mode_t modeIfNew) : place_(place) {
   path_ = folder + ".korvel-tables-XXXXXX";
   struct stat old;
   const bool taken = isTaken(place, old);
-  file_ = mkostemp(path_.data(), O_CLOEXEC);
-  if (file_ < 0) throw fileFailure(folder);
-  removeAtSignals(path_);
+  {
+    const SignalsWait wait;
+    file_ = mkostemp(path_.data(), O_CLOEXEC);
+    if (file_ < 0) throw fileFailure(folder);
+    removeAtSignals(path_);
+  }
   if (taken) static_cast<void>(fchown(file_, old.st_uid, old.st_gid) == 0);
   fchmod(file_, taken ? old.st_mode & 0777 : modeIfNew);
 }
