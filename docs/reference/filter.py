@@ -23,13 +23,16 @@ def declared():
     return {name for name in names if re.search(r'_|[a-z][A-Z0-9]|[A-Z]{2}[a-z]', name)}
 
 
+def linked_name(word):
+    return '#' * (word[0] in declared()) + word[0]
+
+
 def words(text):
     """A text whose commands mean nothing, which they do not between quotes anyhow, and whose names
     are links."""
     parts = re.split(r'("(?:\\.|[^"\\])*")', text)
     parts[::2] = [re.sub(r'([\\@<>#%&$*])', r'\\\1', part) for part in parts[::2]]
-    parts[::2] = [re.sub(r'\b\w+\b(?!\()', lambda word: '#' * (word[0] in declared()) + word[0], part)
-                  for part in parts[::2]]
+    parts[::2] = [re.sub(r'\b\w+\b(?!\()', linked_name, part) for part in parts[::2]]
     return ''.join(parts)
 
 

@@ -186,6 +186,6 @@ def blocks(comment):
 
 
 def first_sentence(comment):
-    """Without its point, and what is between brackets."""
-    comment = re.sub(r' \([^)]*\)|`', '', comment)
-    return re.split(r'(?<=\w\w)[.:;](?=\s|$)', re.sub(r'\s+', ' ', comment), 1)[0].rstrip('.')
+    """Without its point, and what is told between brackets."""
+    comment = re.sub(r' \([^)]{12,}\)|`', '', re.sub(r'\s+', ' ', comment))
+    return re.split(r'[.;](?=\s|$)', comment, 1)[0]

@@ -45,8 +45,9 @@ class Manual:
                           if item.is_function}
 
     def write(self, name, about, lines, related):
-        head = ['.\\" SPDX-License-Identifier: MIT', f'.TH {name} 3 "" "Korvel {self.version}" Korvel',
-                '.SH NAME', f'{roff(name)} \\- {roff(about)}']
+        head = ['.\\" SPDX-License-Identifier: MIT',
+                f'.TH {name} 3 "" "Korvel {self.version}" Korvel', '.SH NAME',
+                f'{roff(name)} \\- {roff(about)}']
         tail = ['.SH SEE ALSO'] + [f'.BR {roff(other)} (3){"," if other != related[-1] else ""}'
                                    for other in related]
         (self.folder / f'{name}.3').write_text('\n'.join(head + lines + tail) + '\n')
@@ -88,8 +89,8 @@ class Manual:
         """A declaration as a header's page lists it; functions have pages of their own."""
         if item.is_function:
             return ['.TP', f'.BR {roff(item.names[0])} (3)', roff(sentence(item.comment))]
-        lines = ['.TP', f'.B {roff(item.declaration if not item.parts else item.lines[0] + " ... }")}',
-                 *body(headers.blocks(item.comment))[1:]]
+        declaration = item.lines[0] + ' ... }' if item.parts else item.declaration
+        lines = ['.TP', f'.B {roff(declaration)}', *body(headers.blocks(item.comment))[1:]]
         if item.parts:
             lines += ['.RS', '.PD 0']
             for code, comment in item.parts:
@@ -107,7 +108,8 @@ class Manual:
                     if item.is_function:
                         self.function(header, item)
         lines = ['.SH SYNOPSIS', '.B #include <korvel/korvel.h>', '.PP',
-                 '.B cc program.c $(pkg\\-config \\-\\-cflags \\-\\-libs korvel)', '.SH DESCRIPTION',
+                 '.B cc program.c $(pkg\\-config \\-\\-cflags \\-\\-libs korvel)',
+                 '.SH DESCRIPTION',
                  'Each header has a page, which leads to those of its functions:']
         for header in self.headers:
             lines += ['.TP', f'.BR {roff(page_of(header))} (3)', roff(sentence(header.comment))]

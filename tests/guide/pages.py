@@ -47,4 +47,5 @@ for page in sorted(pages.glob('*.md')):
         problems.append(f'{page.name} shows no program')
 problems += [f'no page shows {name}' for name in sorted(sources)]
 if problems:
-    sys.exit('\n'.join(problems) + '\nRENEW=1 ctest --preset release -R guide.programs renews what the pages show')
+    problems.append('RENEW=1 ctest --preset release -R guide.programs renews what the pages show')
+    sys.exit('\n'.join(problems))

@@ -19,7 +19,7 @@ shutil.rmtree(scratch, ignore_errors=True)
 
 def build(source, folder, **environment):
     return subprocess.run(
-        [sys.executable, '-B', source / 'docs/reference/build.py', doxygen, folder, '9.8.7', 'A library'],
+        [sys.executable, '-B', source / 'docs/reference/build.py', doxygen, folder, '9.8.7', 'A text'],
         env=os.environ | environment, stderr=subprocess.PIPE, text=True, check=False)
 
 
