@@ -17,7 +17,7 @@ def roff(text):
 def sentence(text):
     """The first sentence, as what a page's name is said to do."""
     text = headers.first_sentence(text)
-    return text[0].lower() + text[1:] if re.match(r'[A-Z][a-z ]', text) else text
+    return text[0].lower() + text[1:] if re.match(r'[A-Z][a-z]*(?=[ ,:])', text) else text
 
 
 def body(blocks):
