@@ -24,7 +24,8 @@ static int addAct(const char *code, const char *name, const char *fee) {
 static int makeTable(void) {
   return ZRV_Table_create(kTable, "2026", french("Actes du cabinet")) &&
          addAct("C", "Consultation", "26.50") &&
-         addAct("V", french("Visite à domicile"), "36.50") && addAct("ECG", "Tracé", "14.26");
+         addAct("V", french("Visite à domicile"), "36.50") &&
+         addAct("ECG", french("Tracé"), "14.26");
 }
 
 /* Shows the name and the fee of the code that is typed. */
