@@ -103,8 +103,9 @@ void needsOpened(const Call &call, const char *path, int result) {
                  {"a path of ", std::strlen(path), " characters does not fit into a slot: at most ",
                   sizeof FileSlot::name - 1, " do"});
   call.misusedIf(folderExists(path), {Quoted(path), " is a folder"});
-  call.misusedIf(!fileExists(path), {"there is no file ", Quoted(path)});
-  call.misused({Quoted(path), " cannot be opened so: its rights, its size or its kind forbid it"});
+  if (fileExists(path))
+    call.misused(
+        {Quoted(path), " cannot be opened so: its rights, its size or its kind forbid it"});
 }
 
 void needsHandleNumber(const Call &call, int handle) {

@@ -78,7 +78,7 @@ int MACRemove(const char *path) {
   const Call call("MACRemove", {path});
   if (call) needsPathInFolder(call, path);
   const int result = std::remove(PosixPath::ofTools(path).text());
-  if (call) needsDone(call, result == 0);
+  if (call) needsDone(call, result == 0 || errno == ENOENT);
   return result;
 }
 

@@ -74,7 +74,6 @@ void needsTable(const Call &call, const char *name) {
 
 void needsKey(const Call &call, std::string_view key) {
   call.needsAll();
-  call.misusedIf(key.empty(), {"a key without characters matches no line"});
   call.misusedIf(key.find('\0') != key.npos,
                  {"the key has a NUL after ", key.find('\0'), " of its ", key.size(),
                   " characters, and matches no line"});
@@ -97,7 +96,6 @@ void needsDay(const Call &call, int dateColumn, int date) {
 
 void needsLabel(const Call &call, std::string_view label, std::size_t longest) {
   call.needsAll();
-  call.misusedIf(label.empty(), {"an empty label matches no line"});
   call.misusedIf(label.size() > longest,
                  {"a label of ", label.size(), " characters matches no line"});
   needsCp1252(call, "the label", label);
