@@ -625,7 +625,10 @@ TEST_F(QtProgress, ADialogBelowTakesNoInputUntilTheWindowIsGone) {
   QtPerson person("Fiche");
   belowHits.on(text, [&] { work(1); });
   person.type(text, "a");
-  person.act(0, [&](QWidget *) { typeText(widgetOf(below->window()), "xyz"); });
+  person.act(0, [&](QWidget *window) {
+    EXPECT_TRUE(QTest::qWaitForWindowActive(window)) << "before, keys still go to the dialog below";
+    typeText(widgetOf(below->window()), "xyz");
+  });
   person.pressEscape().pressReturn();
   belowHits.record(*below);
   person.finish();
