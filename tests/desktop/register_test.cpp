@@ -40,20 +40,20 @@ class Register : public testing::Test {
   Register() {
     std::string name = std::filesystem::temp_directory_path() / "korvel-register-XXXXXX";
     folder_ = mkdtemp(name.data());
-    std::filesystem::create_directories(path("personnes"));
   }
   ~Register() override { std::filesystem::remove_all(folder_); }
 
   Application start(const std::vector<std::string> &arguments = {}) const {
     std::vector<std::string> command{REGISTER};
     command.insert(command.end(), arguments.begin(), arguments.end());
-    return Application(command, {"REGISTER_VOLUMES=" + folder_,
+    return Application(command, {"REGISTER_VOLUMES=" + folder_, "KORVEL_DEBUG=1",
                                  std::string("LSAN_OPTIONS=suppressions=") + TOOLKIT_LEAKS});
   }
 
   std::string path(const std::string &name) const { return folder_ + "/Registre/" + name; }
 
   void keep(const std::string &name, const std::string &bytes) const {
+    std::filesystem::create_directories(path("personnes"));
     std::ofstream(path(name), std::ios::binary) << bytes;
   }
   void keepZoe() const { keep("personnes/0001.per", std::string(kRecord) + kDoses); }
@@ -72,6 +72,10 @@ class Register : public testing::Test {
     return text;
   }
 
+  std::filesystem::perms modeOf(const std::string &name) const {
+    return std::filesystem::status(path(name)).permissions();
+  }
+
   static int leave(Application &application) {
     if (!comesUp(kMain)) return -1;
     press("ctrl+q");
@@ -81,6 +85,12 @@ class Register : public testing::Test {
  private:
   std::string folder_;
 };
+
+// The library has told of nothing: neither of a misuse nor of a failure.
+void expectNothingTold(const Application &application) {
+  for (const std::string &line : application.errors())
+    EXPECT_FALSE(line.starts_with("korvel: ")) << line;
+}
 
 TEST_F(Register, KeepsWhatIsEnteredAndWritesTheBooklet) {
   auto application = start();
@@ -143,6 +153,9 @@ TEST_F(Register, KeepsWhatIsEnteredAndWritesTheBooklet) {
   ASSERT_TRUE(comesUp("Carnet PDF"));
   press("Return");
   ASSERT_EQ(leave(application), 0);
+  expectNothingTold(application);
+  for (const char *folder : {"", "personnes", "carnets"})
+    EXPECT_EQ(modeOf(folder), std::filesystem::perms::owner_all) << folder;
   const std::string text = textOf(path("carnets/0001.pdf"));
   for (const char *words :
        {"Carnet de vaccination Zoé Lefèvre Né(e) le 03/02/2001, féminin Remarques : l’œuf",
@@ -172,6 +185,7 @@ TEST_F(Register, FindsAPersonWithoutAccentsAndDoesNotLoseHerByAQuickAnswer) {
   EXPECT_NE(kept("personnes/0001.per").find("prenom=Chlo\xE9\r\n"), std::string::npos);
   EXPECT_NE(kept("personnes/0001.per").find(kDoses), std::string::npos);
   EXPECT_EQ(leave(application), 0);
+  expectNothingTold(application);
 }
 
 TEST_F(Register, ARecordThatCannotBeKeptStaysInItsDialog) {
