@@ -164,6 +164,7 @@ TEST(Trim, AgreesWithTheModelOnTextsAtThePagesEdge) {
   GuardedPages pages;
   for (int i = 0; i < 20000; ++i) {
     const char c = i % 3 == 0 ? '\xE9' : ' ';
+    const int signedC = static_cast<signed char>(c);
     const std::string alphabet = {c, c, 'a'};
     const std::string blanks(static_cast<std::size_t>(random.number(0, 40)), c);
     const std::string text =
@@ -173,11 +174,11 @@ TEST(Trim, AgreesWithTheModelOnTextsAtThePagesEdge) {
 
     char *s = place();
     const std::string endTrimmed = modelTrimEnd(text, c);
-    ASSERT_EQ(chelicar_f(s, c), static_cast<int>(endTrimmed.size())) << text;
+    ASSERT_EQ(chelicar_f(s, signedC), static_cast<int>(endTrimmed.size())) << text;
     ASSERT_EQ(std::string(s), endTrimmed);
     s = place();
     const std::string startTrimmed = modelTrimStart(text, c);
-    ASSERT_EQ(chelicar_d(s, c), static_cast<int>(startTrimmed.size())) << text;
+    ASSERT_EQ(chelicar_d(s, signedC), static_cast<int>(startTrimmed.size())) << text;
     ASSERT_EQ(std::string(s), startTrimmed);
   }
 }
