@@ -27,7 +27,6 @@ readonly PACKAGING_PACKAGES=(
 )
 readonly TEST_PACKAGES=(
   "${BUILD_PACKAGES[@]}" "${TOOL_PACKAGES[@]}" "${SCREEN_PACKAGES[@]}" "${COMPOSITOR_PACKAGES[@]}"
-  "${PACKAGING_PACKAGES[@]}" debootstrap
   clang clang-format clang-tidy libclang-rt-14-dev googletest libgtest-dev locales python3
   at-spi2-core dbus libatspi2.0-dev e2fsprogs git groff-base libcrypt-dev sudo valgrind xfsprogs
   fontconfig fonts-dejavu-core fonts-noto-core fonts-urw-base35 poppler-utils
