@@ -94,4 +94,9 @@ void needsItem(const Call &call, const char *list, int index, std::size_t longes
   needsFit(call, "the item", item.size(), longest);
 }
 
+void needsConversion(const Call &call, int size, bool hasRoom) {
+  call.needsAll();
+  call.misusedIf(!hasRoom, {"the converted text has no room in ", size, " bytes"});
+}
+
 }  // namespace korvel::strings

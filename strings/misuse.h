@@ -39,6 +39,9 @@ void needsList(const Call &call, const char *buffer, int capacity);
 void needsWhole(const Call &call, const char *d, int size, const char *source);
 void needsWholeBehind(const Call &call, const char *d, int size, const char *source);
 
+// A conversion whose result has room.
+void needsConversion(const Call &call, int size, bool hasRoom);
+
 // A growable buffer as szcopyex takes it.
 void needsGrowable(const Call &call, char *const *buf, const int *capacity, int used, int n);
 

@@ -11,6 +11,7 @@
 
 #include "base/cp1252.h"
 #include "base/views.h"
+#include "strings/misuse.h"
 
 namespace korvel::strings {
 
@@ -116,9 +117,20 @@ using namespace korvel::base;
 using namespace korvel::strings;
 
 int KorvelFromUtf8(const char *utf8, char *out, int size) {
-  return utf8 != nullptr ? fromUtf8(utf8, roomOf(out, size)) : kTooSmall;
+  const int lost = utf8 != nullptr ? fromUtf8(utf8, roomOf(out, size)) : kTooSmall;
+  lookForMisuse([=] {
+    needsConversion(Call("KorvelFromUtf8", {filled(utf8), filled(out), size}), size, lost >= 0);
+  });
+  return lost;
 }
 
 int KorvelToUtf8(const char *text, char *out, int size) {
-  return text != nullptr ? toUtf8(text, roomOf(out, size)) : kTooSmall;
+  lookForMisuse([=] {
+    needsCp1252(Call("KorvelToUtf8", {text, filled(out), size}), "the text", textOf(text));
+  });
+  const int lost = text != nullptr ? toUtf8(text, roomOf(out, size)) : kTooSmall;
+  lookForMisuse([=] {
+    needsConversion(Call("KorvelToUtf8", {filled(text), filled(out), size}), size, lost >= 0);
+  });
+  return lost;
 }

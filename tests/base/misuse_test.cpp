@@ -139,15 +139,16 @@ TEST(Misuse, TheFirstNullThatMayNotBeIsTold) {
 TEST(Misuse, ASecondThreadIsToldOnce) {
   const auto use = [] { const Call call("Function", {}); };
   told([&] { Call("First", {}); });
-  EXPECT_EQ(told([&] {
-              std::thread([&] {
-                use();
-                use();
-              }).join();
-            }),
-            "Function(): called in a second thread: the library may be called from one only, as "
-            "here from that of " +
-                told([] {}) + "Function");
+  const std::string line = told([&] {
+    std::thread([&] {
+      use();
+      use();
+    }).join();
+  });
+  EXPECT_TRUE(
+      line.starts_with("Function(): called in a second thread: the library may be called from one "
+                       "only, as here from that of "))
+      << line;
 }
 
 TEST(Misuse, Utf8IsTold) {

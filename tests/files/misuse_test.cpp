@@ -4,6 +4,7 @@
 
 #include <cerrno>
 #include <string>
+#include <utility>
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -88,14 +89,16 @@ TEST_F(FilesMisuse, AnotherUseOfAHandle) {
 }
 
 TEST_F(FilesMisuse, WhatTheSystemRefuses) {
+  constexpr int kNoDescriptor = 1 << 20;
   int handle = opened(1, 1);
-  ASSERT_EQ(close(DATA_FILE_TAB[handle].reference), 0);
+  const int descriptor = std::exchange(DATA_FILE_TAB[handle].reference, kNoDescriptor);
   EXPECT_TOLD(File_Read(handle, buffer_, 1),
               "File_Read(0, ..., 1): the system refuses: Bad file descriptor");
   EXPECT_TOLD(File_Write(handle, buffer_, 1),
               "File_Write(0, ..., 1): the system refuses: Bad file descriptor");
   EXPECT_TOLD(File_Lseek(handle, 0), "File_Lseek(0, 0): the system refuses: Bad file descriptor");
   EXPECT_TOLD(File_Close(handle), "File_Close(0): the system refuses: Bad file descriptor");
+  close(descriptor);
 }
 
 TEST_F(FilesMisuse, AFileThatDoesNotOpen) {

@@ -150,6 +150,18 @@ TEST_F(StringsMisuse, AGrowableBufferOfOtherSizes) {
   std::free(buffer);
 }
 
+TEST_F(StringsMisuse, AConversion) {
+  char out[4];
+  EXPECT_TOLD(KorvelFromUtf8(nullptr, out, 4), "KorvelFromUtf8(null, ..., 4): argument 1 is null");
+  EXPECT_TOLD(KorvelFromUtf8("abcd", out, 4),
+              "KorvelFromUtf8(..., ..., 4): the converted text has no room in 4 bytes");
+  EXPECT_TOLD(KorvelToUtf8("\xE9\xE9", out, 4),
+              "KorvelToUtf8(..., ..., 4): the converted text has no room in 4 bytes");
+  EXPECT_TOLD(KorvelToUtf8("\xC3\xA9", out, 4),
+              "KorvelToUtf8(\"Ã©\", ..., 4): the text looks like UTF-8: texts are CP1252");
+  EXPECT_TOLD(KorvelFromUtf8("\xC3\xA9", out, 4), "");
+}
+
 TEST_F(StringsMisuse, OrdinaryAnswersAreNone) {
   EXPECT_TOLD(chcher("x", "abc"), "");
   EXPECT_TOLD(chcher_c('x', "abc"), "");

@@ -35,8 +35,8 @@ class Help(Workbench):
             self.assertLessEqual(max(map(len, text.splitlines())), 100)
 
     def test_the_version_is_the_projects(self):
-        project = (workbench.project / 'CMakeLists.txt').read_text()
-        version = re.search(r'project\(korvel VERSION (\S+)', project)[1]
+        header = (workbench.project / 'include/korvel/version.h').read_text()
+        version = '.'.join(re.findall(r'define KORVEL_VERSION_(?:MAJOR|MINOR|PATCH) (\d+)', header))
         self.expect(0, '--version', out=[f'korvel-tables {version}'])
 
     def test_wrong_use_is_2_with_one_line(self):
