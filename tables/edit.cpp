@@ -153,30 +153,27 @@ int ZRV_Libelle_NC_idem_replace(const char *key, int keyLength, int column, cons
                                 const char *text) {
   const FieldChoice choice = currentLineChoice(keyLength, column);
   const auto work = [=] { return text != nullptr && replaceField(table, choice, text); };
-  lookForMisuse([=] {
+  if (tellsMisuse())
     return toldReplacement(
         Call("ZRV_Libelle_NC_idem_replace", {orNull(filled(key)), keyLength, column, table, text}),
         {choice, text}, table, work);
-  });
   return work() ? 1 : 0;
 }
 
 int ZRV_Libelle_NC_idem_insert(const char *key, int keyLength, const char *table, int fields) {
   const auto work = [=] { return fields >= 0 && insertLine(table, fields); };
-  lookForMisuse([=] {
+  if (tellsMisuse())
     return toldInsertion(
         Call("ZRV_Libelle_NC_idem_insert", {orNull(filled(key)), keyLength, table, fields}), fields,
         table, work);
-  });
   return work() ? 1 : 0;
 }
 
 int ZRV_Libelle_NC_idem_delete(const char *key, int keyLength, const char *table) {
   const auto work = [=] { return deleteLine(table); };
-  lookForMisuse([=] {
+  if (tellsMisuse())
     return toldEdit(Call("ZRV_Libelle_NC_idem_delete", {orNull(filled(key)), keyLength, table}),
                     table, work);
-  });
   return work() ? 1 : 0;
 }
 
@@ -193,9 +190,8 @@ int ZRV_Libelle_NC_set(const char *key, int keyLength, int column, const char *t
 
 int ZRV_Libelle_NC_idem_flush(const char *key, int keyLength, const char *table) {
   const auto work = [=] { return flushLine(table); };
-  lookForMisuse([=] {
+  if (tellsMisuse())
     return toldEdit(Call("ZRV_Libelle_NC_idem_flush", {orNull(filled(key)), keyLength, table}),
                     table, work);
-  });
   return work() ? 1 : 0;
 }

@@ -188,10 +188,9 @@ int ZRV_Code_NC(const char *label, int column, const char *table, char *out, int
   const auto work = [=] {
     return searchLabel(label, column, From::FirstLine, table, roomOf(out, outSize));
   };
-  lookForMisuse([=] {
+  if (tellsMisuse())
     return toldLabelSearch(Call("ZRV_Code_NC", {label, column, table, filled(out), outSize}), label,
                            table, out, outSize, work);
-  });
   return work() ? 1 : 0;
 }
 
@@ -199,19 +198,17 @@ int ZRV_Code_NC_next(const char *label, int column, const char *table, char *out
   const auto work = [=] {
     return searchLabel(label, column, From::BehindCurrent, table, roomOf(out, outSize));
   };
-  lookForMisuse([=] {
+  if (tellsMisuse())
     return toldLabelSearch(Call("ZRV_Code_NC_next", {label, column, table, filled(out), outSize}),
                            label, table, out, outSize, work);
-  });
   return work() ? 1 : 0;
 }
 
 int ZRV_CodeNCS_NC(const char *label, int column, const char *table, char *out, int outSize) {
   const auto work = [=] { return searchAnyCase(label, column, table, roomOf(out, outSize)); };
-  lookForMisuse([=] {
+  if (tellsMisuse())
     return toldAnyCaseSearch(Call("ZRV_CodeNCS_NC", {label, column, table, filled(out), outSize}),
                              label, table, out, outSize, work);
-  });
   return work() ? 1 : 0;
 }
 
@@ -220,11 +217,10 @@ int ZRV_Code_NC_ex(const char *const *labels, const int *columns, const char *ta
   const auto work = [=] {
     return searchCriteria({labels, columns}, From::FirstLine, table, roomOf(out, outSize));
   };
-  lookForMisuse([=] {
+  if (tellsMisuse())
     return toldCriteriaSearch(
         Call("ZRV_Code_NC_ex", {filled(labels), filled(columns), table, filled(out), outSize}),
         labels, table, out, outSize, work);
-  });
   return work() ? 1 : 0;
 }
 
@@ -233,10 +229,9 @@ int ZRV_Code_NC_ex_next(const char *const *labels, const int *columns, const cha
   const auto work = [=] {
     return searchCriteria({labels, columns}, From::BehindCurrent, table, roomOf(out, outSize));
   };
-  lookForMisuse([=] {
+  if (tellsMisuse())
     return toldCriteriaSearch(
         Call("ZRV_Code_NC_ex_next", {filled(labels), filled(columns), table, filled(out), outSize}),
         labels, table, out, outSize, work);
-  });
   return work() ? 1 : 0;
 }

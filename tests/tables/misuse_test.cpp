@@ -203,6 +203,24 @@ TEST_F(TablesMisuse, AnEdit) {
   EXPECT_TOLD(ZRV_Libelle_NC_idem_replace("", 2, 1, "a", "x"), "");
 }
 
+// Looking for a misuse is not doing it.
+TEST_F(TablesMisuse, WhatIsToldIsDoneOnce) {
+  table("b", lines({"T", "Version: 1", "#DEBUT", "AA,1", "AA,2", "AA,3", "#FIN"}));
+  ASSERT_EQ(lookUp("AA", 1, "b").result, 1);
+  EXPECT_TOLD(ZRV_Libelle_NC_next("AA", 2, 1, "b", out_, 64), "");
+  EXPECT_STREQ(out_, "2");
+  EXPECT_TOLD(ZRV_Code_NC_next("3", 1, "b", out_, 64), "");
+  EXPECT_EQ(ZRV_Libelle_NC_il, 6);
+  ZRV_Libelle_NC_set_ligne(4);
+  EXPECT_TOLD(ZRV_Libelle_NC_idem_insert("", 0, "b", 2), "");
+  EXPECT_TOLD(ZRV_Libelle_NC_idem_delete("", 0, "b"), "");
+  EXPECT_EQ(content(posixPath("b")), lines({"T", "Version: 1", "#DEBUT",
+                                            "N\xE9"
+                                            "ant,N\xE9"
+                                            "ant",
+                                            "AA,2", "AA,3", "#FIN"}));
+}
+
 TEST_F(TablesMisuse, TheBuffer) {
   lookUpFirst();
   EXPECT_TOLD(
