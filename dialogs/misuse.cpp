@@ -84,6 +84,19 @@ void tellOfPlace(const Call &call, const FieldType &type, int i) {
   call.misusedIf(!hasPlace(type, i), {type.name, " ", i, " has no place and no size"});
 }
 
+// Told here and not where they are set: a field whose choices do not fit into its slice may be
+// given a buffer of the application's before it is shown.
+template <typename MakeCall>
+void tellOfChoices(MakeCall makeCall) {
+  for (int i = 0; isInUse(kTextFields, i); ++i) {
+    const auto length = static_cast<int>(storedText(kChoices, i).size());
+    const bool isOwn = TDB_PSZLBUFFER[i] == TDB_SZLBUFFER + i * TDB_BUFFERSIZE;
+    makeCall().misusedIf(isOwn && length == TDB_BUFFERSIZE - 1,
+                         {"the choices of text field ", i, " are cut to ", length,
+                          " characters: TexteDlgBox_set_liste_buffer takes more"});
+  }
+}
+
 bool isCovered(int item) {
   bool found = false;
   forEachField([&](const FieldType &type, int i) {
@@ -302,6 +315,7 @@ void tellOfDescription(const char *title, WindowRef parent) {
   if (title != nullptr) needsText(call(), title, kLongestTitle);
   tellOfIdentifiers(call);
   tellOfDatesNeighbours(call);
+  tellOfChoices(call);
   forEachPair([&](const FieldType &a, int i, const FieldType &b, int j) {
     call().misusedIf(shareRank(a, i, b, j),
                      {a.name, " ", i, " and ", b.name, " ", j, " both have the rank ",
@@ -311,7 +325,9 @@ void tellOfDescription(const char *title, WindowRef parent) {
 }
 
 void tellOfTemplate(const char *name, const platform::Dialog &dialog) {
-  tellOfIdentifiers([=] { return Call("ZRVDlgBox", {name}); });
+  const auto call = [=] { return Call("ZRVDlgBox", {name}); };
+  tellOfIdentifiers(call);
+  tellOfChoices(call);
   tellOfForm(name, dialog);
   tellOfOptionalFields(name, dialog);
 }

@@ -4,6 +4,7 @@
 #include "dialogs/text_fields.h"
 
 #include <algorithm>
+#include <climits>
 #include <string>
 #include <vector>
 
@@ -340,8 +341,7 @@ int TexteDlgBox_set_ncarac(int i, int n) {
 
 int TexteDlgBox_set_liste(int i, const char *choices) {
   lookForMisuse([=] {
-    needsText(Call("TexteDlgBox_set_liste", {i, choices}), kTextFields, i, choices,
-              TDB_BUFFERSIZE - 1);
+    needsText(Call("TexteDlgBox_set_liste", {i, choices}), kTextFields, i, choices, INT_MAX);
   });
   if (choices != nullptr) setChoices(i, choices);
   return 0;

@@ -146,6 +146,11 @@ void needsPictureName(const Call &call, const char *name) {
   needsCp1252(call, "the name", text);
 }
 
+void needsPictureOn(const Call &call, const char *name, CGrafPtr port) {
+  needsPictureName(call, name);
+  needsPort(call, port);
+}
+
 void needsPicture(const Call &call, const char *name, bool isThere) {
   call.misusedIf(!isThere, {"there is no picture ", Quoted(base::textOf(name)),
                             " in the folder pictures of the resources"});

@@ -53,6 +53,7 @@ void needsFile(const Call &call, CGrafPtr port, const char *path);
 void needsSaved(const Call &call, bool isSaved);
 void needsPixel(const Call &call, int x, int y, bool isThere);
 void needsPictureName(const Call &call, const char *name);
+void needsPictureOn(const Call &call, const char *name, CGrafPtr port);
 void needsPicture(const Call &call, const char *name, bool isThere);
 
 }  // namespace korvel::draw

@@ -133,12 +133,13 @@ using namespace korvel::draw;
 
 int BMP_affic_desfond0(const char *name, CGrafPtr port, int x, int y) {
   const Call call("BMP_affic_desfond0", {name, port, x, y});
-  if (call) needsPictureName(call, name);
-  if (call) needsPort(call, port);
+  if (call) needsPictureOn(call, name, port);
   if (name == nullptr) return 1;
   if (isTooLong(name)) return 0;  // Kept: a name that is too long counts as drawn.
-  return onSurface(port, 1,
-                   [&](Port &surface) { return drawPicture(surface, name, x, y) ? 0 : 1; });
+  const auto draw = [&](Port &surface) { return drawPicture(surface, name, x, y) ? 0 : 1; };
+  const int status = onSurface(port, 1, draw);
+  if (call) needsPicture(call, name, status == 0);
+  return status;
 }
 
 int BMP_affic_dimfond0(const char *name, int *cx, int *cy) {
@@ -146,5 +147,8 @@ int BMP_affic_dimfond0(const char *name, int *cx, int *cy) {
   if (call) needsPictureName(call, name);
   if (name == nullptr) return 1;
   if (isTooLong(name)) return 0;  // Kept: a name that is too long counts as measured.
-  return korvel::base::guarded(1, [&] { return putSize(findPicture(name), cx, cy) ? 0 : 1; });
+  const auto measure = [&] { return putSize(findPicture(name), cx, cy) ? 0 : 1; };
+  const int status = korvel::base::guarded(1, measure);
+  if (call) needsPicture(call, name, status == 0);
+  return status;
 }

@@ -74,6 +74,7 @@ void needsTable(const Call &call, const char *name) {
 
 void needsKey(const Call &call, std::string_view key) {
   call.needsAll();
+  call.misusedIf(key.data() == nullptr, {"a key has a length of 0 or more"});
   call.misusedIf(key.find('\0') != key.npos,
                  {"the key has a NUL after ", key.find('\0'), " of its ", key.size(),
                   " characters, and matches no line"});

@@ -100,9 +100,8 @@ void formLines(int i, int x, int y, int cx, int cy, int rank, int capacity) {
 void formPopUp(int i, int x, int y, int cx, int rank, const char *text, char *choices) {
   TexteDlgBox_set_geo(i, x, y, cx, kLine, rank);
   TexteDlgBox_set(i, text);
-  const int isTooLong = strlen(choices) >= (size_t)TDB_BUFFERSIZE;
-  TexteDlgBox_set_liste(i, isTooLong ? "" : choices);
-  if (isTooLong) TexteDlgBox_set_liste_buffer(i, choices);
+  TexteDlgBox_set_liste(i, choices);
+  if (strlen(choices) >= (size_t)TDB_BUFFERSIZE) TexteDlgBox_set_liste_buffer(i, choices);
   TexteDlgBox_mandatory(i, 0);
 }
 

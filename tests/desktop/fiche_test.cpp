@@ -45,6 +45,9 @@ class Fiche : public testing::Test {
   }
   ~Fiche() override { std::filesystem::remove_all(folder_); }
 
+  // Whether misuse is told, which leave() wants to hear nothing of.
+  const char *debug_ = "KORVEL_DEBUG=1";
+
   // With its volumes in the test's folder, or in one below it.
   Application start(const std::string &below = "") const {
     return Application({FICHE}, {"FICHE_VOLUMES=" + folder_ + below, debug_,
@@ -78,7 +81,6 @@ class Fiche : public testing::Test {
 
  private:
   std::string folder_;
-  const char *debug_ = "KORVEL_DEBUG=1";
 };
 
 testing::AssertionResult holds(const std::vector<std::string> &lines, const std::string &line) {

@@ -131,9 +131,13 @@ TEST_F(DrawMisuse, AFileOrPixel) {
   EXPECT_TOLD(KorvelPortSave(port, "Data:a.png"),
               "KorvelPortSave(..., \"Data:a.png\"): \"Data:a.png\" is a colon path, and a path of "
               "the system is meant: \"/folder/file\"");
-  EXPECT_TOLD(KorvelPortSave(port, "/none/a.png"),
-              "KorvelPortSave(..., \"/none/a.png\"): nothing is saved: the file cannot be written, "
-              "or it is a painter's port");
+  int painter = 0;
+  const CGrafPtr borrowed = KorvelPainterPort(&painter);
+  EXPECT_TOLD(
+      KorvelPortSave(borrowed, "/tmp/a.png"),
+      "KorvelPortSave(..., \"/tmp/a.png\"): nothing is saved: the file cannot be written, or "
+      "it is a painter's port");
+  KorvelPortRelease(borrowed);
   EXPECT_TOLD(KorvelPortPixel(port, 200, 0, &colour),
               "KorvelPortPixel(..., 200, 0, ...): the port has no pixel at 200, 0, or it is a "
               "painter's: nothing is read");

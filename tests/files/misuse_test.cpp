@@ -4,7 +4,6 @@
 
 #include <cerrno>
 #include <string>
-#include <utility>
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -89,16 +88,18 @@ TEST_F(FilesMisuse, AnotherUseOfAHandle) {
 }
 
 TEST_F(FilesMisuse, WhatTheSystemRefuses) {
-  constexpr int kNoDescriptor = 32000;
-  int handle = opened(1, 1);
-  const int descriptor = std::exchange(DATA_FILE_TAB[handle].reference, kNoDescriptor);
+  const int handle = opened(1, 1);
+  FileSlot &slot = DATA_FILE_TAB[handle];
+  const short open = slot.reference;
+  slot.reference = 20000;  // no descriptor of anybody's
   EXPECT_TOLD(File_Read(handle, buffer_, 1),
               "File_Read(0, ..., 1): the system refuses: Bad file descriptor");
+  EXPECT_TOLD(File_Re_Read(handle, buffer_, 1), "");
   EXPECT_TOLD(File_Write(handle, buffer_, 1),
               "File_Write(0, ..., 1): the system refuses: Bad file descriptor");
   EXPECT_TOLD(File_Lseek(handle, 0), "File_Lseek(0, 0): the system refuses: Bad file descriptor");
   EXPECT_TOLD(File_Close(handle), "File_Close(0): the system refuses: Bad file descriptor");
-  close(descriptor);
+  slot.reference = open;
 }
 
 TEST_F(FilesMisuse, AFileThatDoesNotOpen) {

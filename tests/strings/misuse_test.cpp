@@ -157,8 +157,9 @@ TEST_F(StringsMisuse, AConversion) {
               "KorvelFromUtf8(..., ..., 4): the converted text has no room in 4 bytes");
   EXPECT_TOLD(KorvelToUtf8("\xE9\xE9", out, 4),
               "KorvelToUtf8(..., ..., 4): the converted text has no room in 4 bytes");
-  EXPECT_TOLD(KorvelToUtf8("\xC3\xA9", out, 4),
-              "KorvelToUtf8(\"Ã©\", ..., 4): the text looks like UTF-8: texts are CP1252");
+  char longer[8];
+  EXPECT_TOLD(KorvelToUtf8("\xC3\xA9", longer, 8),
+              "KorvelToUtf8(\"Ã©\", ..., 8): the text looks like UTF-8: texts are CP1252");
   EXPECT_TOLD(KorvelFromUtf8("\xC3\xA9", out, 4), "");
 }
 

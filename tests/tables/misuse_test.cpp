@@ -67,8 +67,8 @@ TEST_F(TablesMisuse, ATableThatCannotBeOpened) {
             "ZRV_Libelle_NC(\"AA\", 2, 1, \"a\", ..., 64): all 5 memory files are open: close one "
             "with MFil_Close");
   for (int i = 0; i < 5; ++i) MFil_Close(i);
-  const std::string path = volumes_.file("tables/a.txt", "");
-  for (int i = 0; i < 5; ++i) File_Open(path.c_str(), 1, 0);
+  volumes_.file("tables/a.txt", "");
+  for (int i = 0; i < 5; ++i) File_Open("Data:tables:a.txt", 1, 0);
   EXPECT_EQ(lineFor("a"),
             "ZRV_Libelle_NC(\"AA\", 2, 1, \"a\", ..., 64): all 5 file handles are open: close one "
             "with File_Close");
@@ -91,6 +91,8 @@ TEST_F(TablesMisuse, ADirectory) {
 TEST_F(TablesMisuse, AKeyThatMatchesNoLine) {
   // That of a field that nobody has filled in.
   EXPECT_TOLD(ZRV_Libelle_NC("AA", 0, 1, "a", out_, 64), "");
+  EXPECT_TOLD(ZRV_Libelle_NC("AA", -1, 1, "a", out_, 64),
+              "ZRV_Libelle_NC(..., -1, 1, \"a\", ..., 64): a key has a length of 0 or more");
   EXPECT_TOLD(ZRV_Libelle_NC_next(nullptr, 2, 1, "a", out_, 64),
               "ZRV_Libelle_NC_next(null, 2, 1, \"a\", ..., 64): argument 1 is null");
   EXPECT_TOLD(ZRV_Libelle_NC("AA\0", 3, 1, "a", out_, 64),
@@ -102,6 +104,7 @@ TEST_F(TablesMisuse, AKeyThatMatchesNoLine) {
   EXPECT_TOLD(ZRV_Libelle_2(100, 1, "a", out_, 64),
               "ZRV_Libelle_2(100, 1, \"a\", ..., 64): no line has the code 100: it has two digits");
   EXPECT_TOLD(ZRV_Libelle_NC("XX", 2, 1, "a", out_, 64), "");
+  EXPECT_TOLD(ZRV_Libelle_NC("", 0, 1, "a", out_, 64), "");
   EXPECT_TOLD(ZRV_Libelle_2(7, 1, "a", out_, 64), "");
 }
 
@@ -166,6 +169,7 @@ TEST_F(TablesMisuse, ALabelThatMatchesNoLine) {
             }).find("a label of 256 characters matches no line"),
             std::string::npos);
   EXPECT_TOLD(ZRV_Code_NC("third", 1, "a", out_, 64), "");
+  EXPECT_TOLD(ZRV_Code_NC("", 1, "a", out_, 64), "");
   const char *const labels[] = {"\xC3\xA9", nullptr};
   const int columns[] = {1, -1};
   EXPECT_TOLD(ZRV_Code_NC_ex(labels, columns, "a", out_, 64),
@@ -296,6 +300,8 @@ TEST_F(TablesMisuse, AList) {
 
 // The super-user may read every table.
 TEST_F(TablesMisuse, ATableThatMayNotBeRead) {
+  for (const std::string &folder : {volumes_.root(), volumes_.folder(), volumes_.posix("tables")})
+    chmod(folder.c_str(), 0755);
   chmod(posixPath("a").c_str(), 0);
   EXPECT_EQ(inChildOfAUser([&] {
               return lineFor("a") ==
