@@ -33,8 +33,8 @@ std::string inLine(int number) { return "line " + std::to_string(number); }
 
 // Whether bytes are rather a character of UTF-8 than several of CP1252: in a French text only
 // letters that CP1252 has too are worth the doubt.
-bool isRatherUtf8(const Character &character) {
-  return character.length > 2 || (character.length == 2 && byteOf(character.code));
+bool isRatherUtf8(std::string_view character) {
+  return character.size() > 2 || (character.size() == 2 && byteOf(character));
 }
 
 // The first place of a line that is not CP1252 as it should be.
@@ -45,9 +45,9 @@ void checkBytes(const Line &line, Findings &findings) {
   for (std::size_t i = 0; i < line.bytes.size(); ++i) {
     const char byte = line.bytes[i];
     if (static_cast<unsigned char>(byte) < 0x80) continue;
-    const Character character = firstCharacter(line.bytes.substr(i));
-    if (isRatherUtf8(character)) {
-      const std::string_view bytes = line.bytes.substr(i, character.length);
+    const std::string_view rest = line.bytes.substr(i);
+    const std::string_view bytes = rest.substr(0, firstCharacter(rest));
+    if (isRatherUtf8(bytes)) {
       if (bytes == kUtf8Mark) continue;
       findings.add(line.number,
                    "UTF-8: \"" + std::string(bytes) + "\" will be read as " + quoted(bytes));

@@ -1,45 +1,14 @@
 // SPDX-License-Identifier: MIT
-// CP1252 to UTF-8 and back, and texts as messages show them.
+// CP1252 to UTF-8 and back by the library, and texts as messages show them.
 #include "tools/text.h"
 
-#include <algorithm>
-#include <array>
 #include <cstdio>
+#include <cstring>
+
+#include <korvel/strings.h>
 
 namespace korvel::tools {
 namespace {
-
-constexpr unsigned char kFirstOfBlock = 0x80;
-// The characters of 0x80 to 0x9F; those of all other bytes have the byte's number.
-constexpr std::array<char32_t, 32> kBlock = {
-    0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
-    0x2039, 0x0152, 0x008D, 0x017D, 0x008F, 0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
-    0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178};
-
-bool isInBlock(char32_t number) {
-  return number >= kFirstOfBlock && number < kFirstOfBlock + kBlock.size();
-}
-
-char32_t characterOf(char byte) {
-  const auto number = static_cast<unsigned char>(byte);
-  return isInBlock(number) ? kBlock[number - kFirstOfBlock] : number;
-}
-
-void appendUtf8(std::string &out, char32_t code) {
-  const auto further = [&](int shift) {
-    out += static_cast<char>(0x80 | ((code >> shift) & 0x3F));
-  };
-  if (code < 0x80) {
-    out += static_cast<char>(code);
-  } else if (code < 0x800) {
-    out += static_cast<char>(0xC0 | (code >> 6));
-    further(0);
-  } else {
-    out += static_cast<char>(0xE0 | (code >> 12));
-    further(6);
-    further(0);
-  }
-}
 
 // What the first byte of a character says: how many bytes it takes, which bits of the first are
 // part of it, and from which number on that many bytes are needed.
@@ -62,49 +31,53 @@ bool isControl(char byte) { return static_cast<unsigned char>(byte) < ' ' || byt
 
 }  // namespace
 
-Character firstCharacter(std::string_view text) {
-  if (text.empty()) return {};
+std::size_t firstCharacter(std::string_view text) {
+  if (text.empty()) return 0;
   const auto first = static_cast<unsigned char>(text[0]);
   const Lead lead = leadOf(first);
-  if (lead.length == 0 || text.size() < lead.length) return {};
+  if (lead.length == 0 || text.size() < lead.length) return 0;
   char32_t code = first & lead.bits;
   for (const char c : text.substr(1, lead.length - 1)) {
     const auto byte = static_cast<unsigned char>(c);
-    if ((byte & 0xC0) != 0x80) return {};
+    if ((byte & 0xC0) != 0x80) return 0;
     code = (code << 6) | (byte & 0x3F);
   }
-  if (code < lead.least || code > 0x10FFFF || isSurrogate(code)) return {};
-  return {code, lead.length};
+  return code < lead.least || code > 0x10FFFF || isSurrogate(code) ? 0 : lead.length;
 }
 
-std::optional<char> byteOf(char32_t code) {
-  const auto inBlock = std::find(kBlock.begin(), kBlock.end(), code);
-  if (inBlock != kBlock.end()) return static_cast<char>(kFirstOfBlock + (inBlock - kBlock.begin()));
-  if (code > 0xFF || isInBlock(code)) return std::nullopt;
-  return static_cast<char>(code);
+std::optional<char> byteOf(std::string_view character) {
+  char byte[8];
+  if (KorvelFromUtf8(std::string(character).c_str(), byte, sizeof byte) != 0) return std::nullopt;
+  return byte[0];
 }
 
 bool isCharacter(char byte) {
-  const auto number = static_cast<unsigned char>(byte);
-  return !isInBlock(number) || characterOf(byte) != number;
+  constexpr std::string_view kOpen = "\x81\x8D\x8F\x90\x9D";
+  return kOpen.find(byte) == std::string_view::npos;
 }
 
 std::string toUtf8(std::string_view text) {
-  std::string out;
-  out.reserve(text.size() + text.size() / 8);
-  for (const char byte : text) appendUtf8(out, characterOf(byte));
+  constexpr std::size_t kLongest = 3;  // bytes of a character
+  std::string out(text.size() * kLongest + 1, '\0');
+  KorvelToUtf8(std::string(text).c_str(), out.data(), static_cast<int>(out.size()));
+  out.resize(std::strlen(out.c_str()));
   return out;
 }
 
 std::string fromUtf8(std::string_view utf8, const Missing &missing) {
-  std::string out;
-  out.reserve(utf8.size());
-  while (!utf8.empty()) {
-    const Character character = firstCharacter(utf8);
-    if (character.length == 0) throw NotUtf8();
-    const std::optional<char> byte = byteOf(character.code);
-    out += byte ? *byte : missing(utf8.substr(0, character.length));
-    utf8.remove_prefix(character.length);
+  std::string out(utf8.size() + 1, '\0');
+  const std::string text(utf8);
+  if (KorvelFromUtf8(text.c_str(), out.data(), static_cast<int>(out.size())) == 0) {
+    out.resize(std::strlen(out.c_str()));
+    return out;
+  }
+  out.clear();
+  for (std::string_view rest = text; !rest.empty();) {
+    const std::string_view character = rest.substr(0, firstCharacter(rest));
+    if (character.empty()) throw NotUtf8();
+    const std::optional<char> byte = byteOf(character);
+    out += byte ? *byte : missing(character);
+    rest.remove_prefix(character.size());
   }
   return out;
 }

@@ -14,15 +14,11 @@
 
 namespace korvel::tools {
 
-// A character of a UTF-8 text and the bytes it takes; none where the text is no UTF-8.
-struct Character {
-  char32_t code = 0;
-  std::size_t length = 0;
-};
-Character firstCharacter(std::string_view text);
+// The bytes of the character that a UTF-8 text begins with; 0 where the text is no UTF-8.
+std::size_t firstCharacter(std::string_view text);
 
-// The byte of a character in CP1252.
-std::optional<char> byteOf(char32_t code);
+// The byte of a character of UTF-8 in CP1252.
+std::optional<char> byteOf(std::string_view character);
 
 // Whether a byte is a character of CP1252.
 bool isCharacter(char byte);
