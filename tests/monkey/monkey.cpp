@@ -56,10 +56,12 @@ void Monkey::step() {
 
 // On a screen a window gets the focus by and by.
 bool Monkey::isReady(QWidget *window) {
-  if (window->isVisible() && hand_.reaches(window)) return true;
+  const bool isReached = window->isVisible() && hand_.reaches(window);
+  if (isReached || clicked_ != window) clicks_ = 0;
+  if (isReached) return true;
   constexpr int kPatience = 3'000;
-  constexpr int kMostMilliseconds = 10'000;
-  if (waiting_.elapsed() > kPatience && clicked_ != window) clickOnFrame(window);
+  constexpr int kMostMilliseconds = 20'000;
+  if (waiting_.elapsed() > kPatience * (clicks_ + 1)) clickOnFrame(window);
   if (waiting_.elapsed() > kMostMilliseconds) {
     ADD_FAILURE() << window->windowTitle().toStdString()
                   << " never had the focus, after:" << lately();
@@ -69,9 +71,10 @@ bool Monkey::isReady(QWidget *window) {
 }
 
 // On a busy machine the window manager sometimes leaves a new window without the focus. A person
-// clicks on it then.
+// clicks on it then, and again.
 void Monkey::clickOnFrame(QWidget *window) {
   clicked_ = window;
+  ++clicks_;
   std::printf("a click gives %s the focus\n", window->windowTitle().toUtf8().constData());
   QWidget *before = std::exchange(busyWith_, window);
   hand_.clickOnFrame(window);

@@ -56,6 +56,7 @@ class Monkey {
   QTimer next_;
   QElapsedTimer waiting_;
   QPointer<QWidget> clicked_;
+  int clicks_ = 0;  // on it, so far
   QWidget *busyWith_ = nullptr;
   QPointer<QWidget> shown_;
   // The window in front and its items.
