@@ -175,12 +175,16 @@ void Call::add(const Argument &argument) const {
 bool looksLikeUtf8(std::string_view text) {
   bool hasLetter = false;
   for (std::size_t i = 0; i < text.size(); ++i) {
-    int following = followers(static_cast<unsigned char>(text[i]));
+    const auto lead = static_cast<unsigned char>(text[i]);
+    int following = followers(lead);
     if (following < 0) return false;
-    hasLetter = hasLetter || following > 0;
+    const bool isLetter = following > 0;
+    char32_t number = lead & (0x3FU >> following);
     for (; following > 0; --following) {
       if (++i == text.size() || !isFollower(text[i])) return false;
+      number = number << 6 | (static_cast<unsigned char>(text[i]) & 0x3FU);
     }
+    hasLetter = hasLetter || (isLetter && (lead >= 0xF0 || cp1252ByteOf(number)));
   }
   return hasLetter;
 }

@@ -8,9 +8,11 @@
 #ifndef KORVEL_BASE_MISUSE_H
 #define KORVEL_BASE_MISUSE_H
 
+#include <algorithm>
 #include <atomic>
 #include <cerrno>
 #include <cstddef>
+#include <cstring>
 #include <initializer_list>
 #include <string_view>
 
@@ -68,7 +70,8 @@ inline Argument filled(const void *buffer) { return buffer; }
 // The n characters at p; of a length below 0 there are none to show.
 inline Argument shownRun(const char *p, int n) {
   if (p == nullptr || n < 0) return filled(p);
-  return std::string_view(p, static_cast<std::size_t>(n));
+  const auto size = static_cast<std::size_t>(n);
+  return std::string_view(p, std::min(size, strnlen(p, size) + 1));
 }
 
 // A function of the application's.
@@ -148,7 +151,8 @@ void lookForMisuse(Look look) {
   if (tellsMisuse()) lookOutOfLine(look);
 }
 
-// Whether a text has letters beyond ASCII, and all of them are UTF-8.
+// Whether all letters of a text beyond ASCII are UTF-8, and one of them is known to CP1252, or is
+// an emoji: capitals in front of a no-break space look like UTF-8, too.
 bool looksLikeUtf8(std::string_view text);
 
 // Tells of a text that looks like UTF-8. `what`: "the text", say.

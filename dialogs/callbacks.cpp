@@ -101,7 +101,8 @@ int DlgBoxFinal_set(DlgBoxFinal_t callback) {
 
 char *DlgBoxFinal_Erreur_set(const char *text) {
   lookForMisuse([=] {
-    needsText(Call("DlgBoxFinal_Erreur_set", {text}), text, std::size(DlgBoxFinal_szErr) - 1);
+    needsText(Call("DlgBoxFinal_Erreur_set", {orNull(text)}), text,
+              std::size(DlgBoxFinal_szErr) - 1);
   });
   recordError(text);
   return DlgBoxFinal_szErr;
@@ -111,7 +112,8 @@ char *DlgBoxFinal_Erreur() { return DlgBoxFinal_szErr; }
 
 int DlgBoxFinal_MessageBox(WindowRef owner, const char *text, const char *caption, int flags) {
   lookForMisuse([=] {
-    needsOwner(Call("DlgBoxFinal_MessageBox", {owner, text, caption, flags}), text, caption);
+    needsOwner(Call("DlgBoxFinal_MessageBox", {owner, orNull(text), orNull(caption), flags}), text,
+               caption);
   });
   recordError(text);
   if (owner == nullptr) return 0;

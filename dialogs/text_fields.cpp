@@ -355,7 +355,7 @@ int TexteDlgBox_change_liste(int i) {
 
 int TexteDlgBox_set_liste_buffer(int i, char *buffer) {
   lookForMisuse([=] {
-    needsFieldInUse(Call("TexteDlgBox_set_liste_buffer", {i, buffer}), kTextFields, i);
+    needsFieldInUse(Call("TexteDlgBox_set_liste_buffer", {i, filled(buffer)}), kTextFields, i);
   });
   if (buffer != nullptr) useChoices(i, buffer);
   return 0;

@@ -99,6 +99,7 @@ void needsOpened(const Call &call, const char *path, int result) {
   if (result >= 0 || !call) return;
   const ErrnoKept kept;
   needsPathInFolder(call, path);
+  if (!call) return;
   call.misusedIf(std::strlen(path) >= sizeof FileSlot::name,
                  {"a path of ", std::strlen(path), " characters does not fit into a slot: at most ",
                   sizeof FileSlot::name - 1, " do"});
@@ -176,6 +177,8 @@ void needsNotNegative(const Call &call, const char *what, int number) {
 }
 
 void needsDone(const Call &call, bool isDone) {
+  if (errno == 0)
+    call.misusedIf(!isDone, {"not all of it is done: the file has changed, or is full"});
   call.misusedIf(!isDone, {"the system refuses: ", strerrordesc_np(errno)});
 }
 

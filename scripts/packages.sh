@@ -23,7 +23,7 @@ readonly COMPOSITOR_PACKAGES=(
 )
 # What makes Debian packages, and looks at them.
 readonly PACKAGING_PACKAGES=(
-  debhelper doxygen lintian python3
+  debhelper doxygen git lintian python3
 )
 readonly TEST_PACKAGES=(
   "${BUILD_PACKAGES[@]}" "${TOOL_PACKAGES[@]}" "${SCREEN_PACKAGES[@]}" "${COMPOSITOR_PACKAGES[@]}"

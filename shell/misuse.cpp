@@ -2,6 +2,8 @@
 // Misuse of tools: paths that a shell or a tool reads in another way, and what is not there.
 #include "shell/misuse.h"
 
+#include <cerrno>
+
 #include "base/views.h"
 #include "shell/existence.h"
 #include "shell/posix_path.h"
@@ -26,7 +28,7 @@ void needsPlain(const Call &call, std::string_view path) {
 void needsEntry(const Call &call, const char *path) {
   if (!call) return;
   const ErrnoKept kept;
-  call.misusedIf(!hasEntry(path), {"there is no ", Quoted(path)});
+  call.misusedIf(!hasEntry(path) && errno != EACCES, {"there is no ", Quoted(path)});
 }
 
 }  // namespace

@@ -56,6 +56,7 @@ void needsName(const Call &call, const char *name) {
   if (!call) return;
   call.misusedIf(!tablePlace(name).path,
                  {"the path of table ", Quoted(name), " would have more than 255 characters"});
+  if (!call) return;
   needsDirectory(call, std::string_view(ZRV_Libelle_NC_szDirTables).empty()
                            ? szDirTables
                            : ZRV_Libelle_NC_szDirTables);
@@ -102,9 +103,10 @@ void needsLabel(const Call &call, std::string_view label, std::size_t longest) {
   needsCp1252(call, "the label", label);
 }
 
-void needsCriteria(const Call &call, const char *const *labels) {
+void needsCriteria(const Call &call, const char *const *labels, const int *columns) {
   call.needsAll();
-  for (; call && *labels != nullptr; ++labels) needsCp1252(call, "a label", *labels);
+  for (; call && *columns >= 0 && *labels != nullptr; ++labels, ++columns)
+    needsCp1252(call, "a label", *labels);
 }
 
 void needsCurrentLine(const Call &call) {
@@ -135,7 +137,7 @@ void needsLineRoom(const Call &call, FieldChoice choice, const char *text) {
 
 void needsDefaultTable(const Call &call, const char *name) {
   call.needsAll();
-  const std::string_view directory = base::textOf(szDirTables);
+  const std::string_view directory(szDirTables, strnlen(szDirTables, sizeof szDirTables));
   call.misusedIf(directory.empty(), {"there is no directory of tables: szDirTables is empty"});
   if (call) needsDirectory(call, szDirTables);
   if (!call) return;
@@ -144,6 +146,9 @@ void needsDefaultTable(const Call &call, const char *name) {
   call.misusedIf(!path || !files::fileExists(path.text),
                  {"there is no table ", Quoted(name), " in ", Quoted(directory),
                   ": \".tab\" is added to the name"});
+  if (!call) return;
+  call.misusedIf(!mayBeRead(path), {"table ", Quoted(path.text), " may not be read"});
+  files::needsFileSlot(call);
 }
 
 void needsNames(const Call &call, const char *name, const char *newName) {

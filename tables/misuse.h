@@ -34,7 +34,7 @@ void needsDay(const Call &call, int dateColumn, int date);
 
 // A label that matches something; `longest`: in characters.
 void needsLabel(const Call &call, std::string_view label, std::size_t longest = kLineSize);
-void needsCriteria(const Call &call, const char *const *labels);
+void needsCriteria(const Call &call, const char *const *labels, const int *columns);
 
 // A current line, and a column as the functions of that line take it.
 void needsCurrentLine(const Call &call);
@@ -121,9 +121,9 @@ int toldAnyCaseSearch(const Call &call, const char *label, const char *table, co
 }
 
 template <typename Work>
-int toldCriteriaSearch(const Call &call, const char *const *labels, const char *table,
-                       const char *out, int outSize, Work work) {
-  needsCriteria(call, labels);
+int toldCriteriaSearch(const Call &call, const char *const *labels, const int *columns,
+                       const char *table, const char *out, int outSize, Work work) {
+  needsCriteria(call, labels, columns);
   return toldLookup(call, table, out, outSize, {true, 0}, work);
 }
 

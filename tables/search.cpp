@@ -220,7 +220,7 @@ int ZRV_Code_NC_ex(const char *const *labels, const int *columns, const char *ta
   if (tellsMisuse())
     return toldCriteriaSearch(
         Call("ZRV_Code_NC_ex", {filled(labels), filled(columns), table, filled(out), outSize}),
-        labels, table, out, outSize, work);
+        labels, columns, table, out, outSize, work);
   return work() ? 1 : 0;
 }
 
@@ -232,6 +232,6 @@ int ZRV_Code_NC_ex_next(const char *const *labels, const int *columns, const cha
   if (tellsMisuse())
     return toldCriteriaSearch(
         Call("ZRV_Code_NC_ex_next", {filled(labels), filled(columns), table, filled(out), outSize}),
-        labels, table, out, outSize, work);
+        labels, columns, table, out, outSize, work);
   return work() ? 1 : 0;
 }

@@ -133,7 +133,10 @@ int runSet(const Arguments &arguments) {
   const std::optional<int> wanted = arguments.number("line", 1);
   const std::string text = fieldText(arguments.operand(3));
   if (column == 0) checkCode(text);
+  const FolderLock lock(arguments.operand(0));
   const TableFile table(arguments.operand(0));
+  table.requireData();
+  table.requireWhole();
   const int number = lineChosen(table, arguments.operand(1), wanted);
   const std::vector<std::string_view> fields = fieldsOf(table.line(number).text);
   if (column >= fields.size()) {
@@ -155,8 +158,10 @@ int runSet(const Arguments &arguments) {
 }
 
 int runInsert(const Arguments &arguments) {
+  const FolderLock lock(arguments.operand(0));
   const TableFile table(arguments.operand(0));
   table.requireData();
+  table.requireWhole();
   const int before = arguments.has("after")
                          ? lineChosen(table, arguments.text("after"), std::nullopt)
                      : table.dataLines().empty() ? table.begin()
@@ -174,7 +179,10 @@ int runDelete(const Arguments &arguments) {
   const std::optional<int> wanted = arguments.number("line", 1);
   const bool all = arguments.has("all");
   if (all && wanted) throw WrongUse("--all and --line exclude each other");
+  const FolderLock lock(arguments.operand(0));
   const TableFile table(arguments.operand(0));
+  table.requireData();
+  table.requireWhole();
   std::vector<int> numbers = linesFound(table, arguments.operand(1));
   if (!all) numbers = {lineChosen(table, arguments.operand(1), wanted)};
   TableEdit edit(table.path());

@@ -8,6 +8,8 @@
 #include <cstring>
 #include <limits.h>
 
+#include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <sys/statvfs.h>
 #include <unistd.h>
@@ -52,6 +54,16 @@ std::string placeOf(const std::string &path) {
   if (realpath(folderOf(path).c_str(), place) == nullptr) throw fileFailure(path);
   const std::string folder = place;
   return (folder == "/" ? "" : folder) + '/' + path.substr(path.rfind('/') + 1);
+}
+
+FolderLock::FolderLock(const std::string &path) {
+  const std::string place = placeOf(path);
+  folder_ = open(place.substr(0, place.rfind('/') + 1).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  if (folder_ >= 0) flock(folder_, LOCK_EX);
+}
+
+FolderLock::~FolderLock() {
+  if (folder_ >= 0) close(folder_);
 }
 
 std::string libraryName(const std::string &path) {

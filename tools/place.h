@@ -19,6 +19,20 @@ std::string libraryName(const std::string &path);
 // edit that was cut short, whose end would become the end of the table.
 std::string nameForEdit(const std::string &path);
 
+// Edits by this program wait for each other from the look at the table on: a line that moves in
+// between would be another one's. Of the folder, as each edit makes the table a new file.
+class FolderLock {
+ public:
+  // path: as the command has it. Holds nothing where the folder cannot be opened.
+  explicit FolderLock(const std::string &path);
+  ~FolderLock();
+  FolderLock(const FolderLock &) = delete;
+  FolderLock &operator=(const FolderLock &) = delete;
+
+ private:
+  int folder_;
+};
+
 // Throws, naming the likeliest reason, for a table that the library could not rewrite.
 [[noreturn]] void failToWrite(const std::string &path);
 

@@ -85,8 +85,10 @@ int runBackup(const Arguments &arguments) {
 
 int runRepair(const Arguments &arguments) {
   const Heading heading = headingOf(arguments);
+  const FolderLock lock(arguments.operand(0));
   const TableFile table(arguments.operand(0));
   if (isAsWanted(table, heading)) return kDone;
+  table.requireWhole();
   switch (table.begin()) {
     case 1:
       restoreBoth(table.path(), heading);

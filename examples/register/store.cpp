@@ -80,7 +80,7 @@ QStringList filesOfPeople() {
 int highestNumber() {
   int highest = 0;
   for (const QString &name : filesOfPeople())
-    highest = std::max(highest, name.left(kDigits).toInt());
+    highest = std::max(highest, name.section(u'.', 0, 0).toInt());
   return highest;
 }
 
@@ -169,7 +169,7 @@ QString openRegister() {
 Contents readRegister() {
   Contents contents;
   for (const QString &name : filesOfPeople()) {
-    const int number = name.left(kDigits).toInt();
+    const int number = name.section(u'.', 0, 0).toInt();
     if (number < 1 || name != fileName(number)) continue;
     if (auto person = readPerson(number)) {
       sortByDay(person->vaccinations);

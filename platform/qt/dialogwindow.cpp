@@ -135,8 +135,11 @@ void DialogWindow::scroll(const QSize &size) {
   body_ = new ScrolledBody(this, size);
   foot_ = new Foot(this);
   fitIntoView();
-  connect(qApp, &QApplication::focusChanged, this,
-          [this](const QWidget *, const QWidget *focused) { follow(focused); });
+  connect(qApp, &QApplication::focusChanged, this, [this](const QWidget *, const QWidget *focused) {
+    // That of a window that is come back to was there before.
+    if (focused == nullptr || focused->window() != this) return;
+    if (std::exchange(lastFocused_, focused) != focused) follow(focused);
+  });
 }
 
 QWidget *DialogWindow::ground() { return body_ != nullptr ? body_->ground() : this; }
@@ -177,7 +180,7 @@ void DialogWindow::showFocus() { follow(focusWidget()); }
 
 // A click finds what it was aimed at where it is.
 void DialogWindow::follow(const QWidget *focused) {
-  const bool isClick = QGuiApplication::mouseButtons() != Qt::NoButton;
+  const bool isClick = buttons_ != Qt::NoButton || QGuiApplication::mouseButtons() != Qt::NoButton;
   if (body_ != nullptr && focused != nullptr && !isClick) body_->bringIntoView(*focused);
 }
 
@@ -300,6 +303,8 @@ bool DialogWindow::eventFilter(QObject *object, QEvent *event) {
   if (closedAPopUp(*event)) return true;
   if (event->type() == QEvent::FocusIn) blockBehind();
   if (event->type() == QEvent::FocusOut) letters_.underline(false);
+  if (input_ == Input::Taken)
+    if (const auto *mouse = dynamic_cast<const QMouseEvent *>(event)) buttons_ = mouse->buttons();
   if (input_ == Input::Taken || !isFromAPerson(event->type())) return isUsedUp(*event);
   if (event->type() == QEvent::Close) event->ignore();
   if (input_ == Input::Held || (input_ == Input::KeysHeld && isKey(event->type())))

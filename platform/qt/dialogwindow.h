@@ -85,8 +85,10 @@ class DialogWindow final : public QDialog {
 
   ScrolledBody *body_ = nullptr;  // both in a window that scrolls
   Foot *foot_ = nullptr;
-  QRect view_;     // in which it is to fit
-  QPoint middle_;  // where it is to stand
+  const QWidget *lastFocused_ = nullptr;  // only to be compared
+  Qt::MouseButtons buttons_;              // of the click under way, which may have been held back
+  QRect view_;                            // in which it is to fit
+  QPoint middle_;                         // where it is to stand
   AltLetters letters_;
   QPalette theme_;  // the desktop's, before its colours were told apart
   Input input_ = Input::Taken;

@@ -60,7 +60,7 @@ ScrolledBody *ScrolledBody::withGround(const QWidget &widget) {
 // In the order in which they lie over each other.
 void ScrolledBody::takeIn(QWidget &window) {
   if (window.layout() != nullptr) ground_->setLayout(window.layout());
-  const QObjectList held = window.children();
+  const QObjectList held(window.children());
   for (QObject *child : held) {
     auto *widget = qobject_cast<QWidget *>(child);
     if (widget != nullptr && widget != this) widget->setParent(ground_);

@@ -154,8 +154,9 @@ TEST(Misuse, ASecondThreadIsToldOnce) {
 TEST(Misuse, Utf8IsTold) {
   for (const char *utf8 : {"\xC3\xA9", "a\xC3\xA9z", "\xE2\x82\xAC", "\xF0\x9F\x98\x80"})
     EXPECT_TRUE(base::looksLikeUtf8(utf8)) << utf8;
-  for (const char *other : {"", "abc", "\xE9", "\xC3", "\xC3z", "\xC3\xA9\xE9", "\x80\x80",
-                            "\xC0\x80", "\xF5\x80\x80\x80", "\xE2\x82"})
+  for (const char *other :
+       {"", "abc", "\xE9", "\xC3", "\xC3z", "\xC3\xA9\xE9", "\x80\x80", "\xC0\x80",
+        "\xF5\x80\x80\x80", "\xE2\x82", "SANT\xC9\xA0:", "\xE9\xA0\x85"})
     EXPECT_FALSE(base::looksLikeUtf8(other)) << other;
   EXPECT_EQ(told([] { needsCp1252(Call("Function", {}), "the text", "\xC3\xA9"); }),
             "Function(): the text looks like UTF-8: texts are CP1252");

@@ -118,9 +118,9 @@ TEST(Lost, UnderADragItsDialogEnds) {
 
 // Nobody can cancel it any more.
 TEST(Lost, UnderALongWorkTheWorkGoesOn) {
-  MessageHost host({"work", "Importation", "300"}, "Importation");
+  MessageHost host({"work", "Importation", "1000"}, "Importation");
   killServer();
-  expectEnd(host, {"done 300"});
+  expectEnd(host, {"done 1000"});
 }
 
 // The toolkit's own loop of an application is the application's matter.

@@ -104,7 +104,7 @@ TEST_F(DialogsMisuse, ATextFieldThatThereIsNot) {
   EXPECT_TOLD(TexteDlgBox_set_ncarac(2, 5), "TexteDlgBox_set_ncarac(2, 5" + two);
   EXPECT_TOLD(TexteDlgBox_set_liste(2, "a"), "TexteDlgBox_set_liste(2, \"a\"" + two);
   EXPECT_TOLD(TexteDlgBox_change_liste(2), "TexteDlgBox_change_liste(2" + two);
-  EXPECT_TOLD(TexteDlgBox_set_liste_buffer(2, text_), "TexteDlgBox_set_liste_buffer(2, \"\"" + two);
+  EXPECT_TOLD(TexteDlgBox_set_liste_buffer(2, text_), "TexteDlgBox_set_liste_buffer(2, ..." + two);
   EXPECT_TOLD(TexteDlgBox_retrieve(2, text_, 5), "TexteDlgBox_retrieve(2, ..., 5" + two);
   EXPECT_TOLD(TexteDlgBox_retrieve_liste(2, text_), "TexteDlgBox_retrieve_liste(2, ..." + two);
   EXPECT_TOLD(TexteDlgBox_mandatory(2, 0), "TexteDlgBox_mandatory(2, 0" + two);
@@ -204,7 +204,7 @@ TEST_F(DialogsMisuse, NoText) {
   TexteDlgBox_param(1, 100);
   EXPECT_TOLD(TexteDlgBox_set(0, nullptr), "TexteDlgBox_set(0, null): argument 2 is null");
   EXPECT_TOLD(TitreDlgBox_set(nullptr), "TitreDlgBox_set(null): argument 1 is null");
-  EXPECT_TOLD(DlgBoxFinal_Erreur_set(nullptr), "DlgBoxFinal_Erreur_set(null): argument 1 is null");
+  EXPECT_TOLD(DlgBoxFinal_Erreur_set(nullptr), "");
   EXPECT_TOLD(intcod_l_date(nullptr, &value_), "intcod_l_date(null, ...): argument 1 is null");
   EXPECT_TOLD(KorvelItemName(100, nullptr), "KorvelItemName(100, null): argument 2 is null");
   IntDlgBox_param(1, 300);

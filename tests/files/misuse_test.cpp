@@ -175,6 +175,7 @@ TEST_F(FilesMisuse, ADescriptorThatIsNotOpen) {
 
 TEST_F(FilesMisuse, ADescriptor) {
   EXPECT_TOLD(xFile_Open("Data:none", 1, 0), "");
+  EXPECT_TOLD(xFile_Open(nullptr, 1, 0), "xFile_Open(null, 1, 0): argument 1 is null");
   EXPECT_TOLD(xFile_Open("Data:none", 0, 0),
               "xFile_Open(\"Data:none\", 0, 0): neither reading nor writing is asked for");
   const int file = xFile_Open(volumes_.file("a.txt", "abc").c_str(), 1, 0);

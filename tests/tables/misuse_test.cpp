@@ -175,6 +175,11 @@ TEST_F(TablesMisuse, ALabelThatMatchesNoLine) {
   EXPECT_TOLD(ZRV_Code_NC_ex(labels, columns, "a", out_, 64),
               "ZRV_Code_NC_ex(..., ..., \"a\", ..., 64): a label looks like UTF-8: texts are "
               "CP1252");
+  // The shorter list counts: behind the only label is nothing that may be looked at.
+  const auto *const nowhere = reinterpret_cast<const char *>(1);
+  const char *const one[] = {"second", nowhere};
+  const int first[] = {1, -1};
+  EXPECT_TOLD(ZRV_Code_NC_ex(one, first, "a", out_, 64), "");
   EXPECT_TOLD(ZRV_Code_NC_ex_next(labels, nullptr, "a", out_, 64),
               "ZRV_Code_NC_ex_next(..., null, \"a\", ..., 64): argument 2 is null");
 }

@@ -174,7 +174,7 @@ class Killed(Workbench):
             else:
                 self.table.unlink(missing_ok=True)
             process = subprocess.Popen(command, cwd=self.folder)
-            time.sleep(whole * attempt / 9)
+            time.sleep(whole * (attempt // 4) / 3)
             process.send_signal(signal.SIGTERM if attempt % 4 < 2 else signal.SIGKILL)
             process.wait()
             content = self.table.read_bytes() if self.table.exists() else None
