@@ -135,8 +135,7 @@ int runSet(const Arguments &arguments) {
   if (column == 0) checkCode(text);
   const FolderLock lock(arguments.operand(0));
   const TableFile table(arguments.operand(0));
-  table.requireData();
-  table.requireWhole();
+  table.requireEditable();
   const int number = lineChosen(table, arguments.operand(1), wanted);
   const std::vector<std::string_view> fields = fieldsOf(table.line(number).text);
   if (column >= fields.size()) {
@@ -160,8 +159,7 @@ int runSet(const Arguments &arguments) {
 int runInsert(const Arguments &arguments) {
   const FolderLock lock(arguments.operand(0));
   const TableFile table(arguments.operand(0));
-  table.requireData();
-  table.requireWhole();
+  table.requireEditable();
   const int before = arguments.has("after")
                          ? lineChosen(table, arguments.text("after"), std::nullopt)
                      : table.dataLines().empty() ? table.begin()
@@ -181,8 +179,7 @@ int runDelete(const Arguments &arguments) {
   if (all && wanted) throw WrongUse("--all and --line exclude each other");
   const FolderLock lock(arguments.operand(0));
   const TableFile table(arguments.operand(0));
-  table.requireData();
-  table.requireWhole();
+  table.requireEditable();
   std::vector<int> numbers = linesFound(table, arguments.operand(1));
   if (!all) numbers = {lineChosen(table, arguments.operand(1), wanted)};
   TableEdit edit(table.path());

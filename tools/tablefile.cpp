@@ -153,6 +153,16 @@ void TableFile::requireWhole() const {
   }
 }
 
+void TableFile::requireEditable() const {
+  requireData();
+  requireWhole();
+  for (const Line &line : lines_) {
+    if (line.feeds > 0)
+      throw Failure(kFailed, path_ + ':' + std::to_string(line.number) +
+                                 ": a line feed inside the line would be lost");
+  }
+}
+
 std::size_t usualFields(const TableFile &table) {
   std::map<std::size_t, int> counts;
   for (const int number : table.dataLines()) ++counts[fieldsOf(table.line(number).text).size()];

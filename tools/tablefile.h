@@ -69,6 +69,8 @@ class TableFile {
   void requireData() const;
   // Throws unless the library reads all of every line.
   void requireWhole() const;
+  // Throws for a table of which the library, which writes every line anew, would drop something.
+  void requireEditable() const;
 
  private:
   void split();

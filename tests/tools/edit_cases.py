@@ -2,7 +2,9 @@
 """What `set`, `insert`, `delete`, `backup` and `repair` make of a table."""
 import os
 import stat
+import subprocess
 
+import workbench
 from workbench import Workbench, table_bytes
 
 LINES = ['01,Consultation,23', '02,Visite,30', '01,Séance,12', '03,Acte,']
@@ -55,6 +57,21 @@ class Edit(Workbench):
     def test_insert_with_a_code_alone_fills_all_columns(self):
         self.expect(0, 'insert', 'actes.tab', '04')
         self.assertEqual(self.data()[-1], '04,Néant,Néant')
+
+    def test_edits_at_the_same_time_lose_no_line_of_each_other(self):
+        new = [f'1{n},Neuf,{n}' for n in range(8)]
+        edits = [subprocess.Popen([workbench.program, 'insert', self.table, *line.split(',')])
+                 for line in new]
+        self.assertEqual([edit.wait() for edit in edits], [0] * len(edits))
+        self.assertEqual(sorted(self.data()), sorted(LINES + new))
+
+    def test_what_the_library_would_drop_of_another_line_is_no_edit_worth(self):
+        for other in ['02,' + 'a' * 1500, '02,A\0,B', '02,A\n02,B']:
+            self.put('01,A', other)
+            for edit in (['set', 'actes.tab', '01', '1', 'B'], ['insert', 'actes.tab', '03'],
+                         ['delete', 'actes.tab', '01']):
+                with self.subTest(other=other[:6], edit=edit[0]):
+                    self.expect_refused(*edit, err='actes.tab:5: ')
 
     def test_insert_into_an_empty_table(self):
         self.put()
