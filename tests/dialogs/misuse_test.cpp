@@ -205,6 +205,8 @@ TEST_F(DialogsMisuse, NoText) {
   EXPECT_TOLD(TexteDlgBox_set(0, nullptr), "TexteDlgBox_set(0, null): argument 2 is null");
   EXPECT_TOLD(TitreDlgBox_set(nullptr), "TitreDlgBox_set(null): argument 1 is null");
   EXPECT_TOLD(DlgBoxFinal_Erreur_set(nullptr), "");
+  EXPECT_TOLD(DlgBoxFinal_Erreur_set("\xC3\xA9"),
+              "DlgBoxFinal_Erreur_set(\"Ã©\"): the text looks like UTF-8: texts are CP1252");
   EXPECT_TOLD(intcod_l_date(nullptr, &value_), "intcod_l_date(null, ...): argument 1 is null");
   EXPECT_TOLD(KorvelItemName(100, nullptr), "KorvelItemName(100, null): argument 2 is null");
   IntDlgBox_param(1, 300);
