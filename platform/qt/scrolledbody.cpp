@@ -60,7 +60,9 @@ ScrolledBody *ScrolledBody::withGround(const QWidget &widget) {
 // In the order in which they lie over each other.
 void ScrolledBody::takeIn(QWidget &window) {
   if (window.layout() != nullptr) ground_->setLayout(window.layout());
-  const QObjectList held(window.children());
+  // Which change while they are taken.
+  const QObjectList &children = window.children();
+  const std::vector<QObject *> held(children.begin(), children.end());
   for (QObject *child : held) {
     auto *widget = qobject_cast<QWidget *>(child);
     if (widget != nullptr && widget != this) widget->setParent(ground_);
