@@ -153,7 +153,7 @@ QString faultOf(const Vaccination &dose, const Person &person) {
 
 QString kept(Person &person, qsizetype place) {
   const Vaccination dose = entered();
-  const QString fault = faultOf(dose, person);
+  QString fault = faultOf(dose, person);
   if (!fault.isEmpty()) return fault;
   Person fresh = person;
   if (place >= 0)

@@ -5,7 +5,8 @@ the sources of the desktop module (part: module), or of the library, the tools a
 everything else. <folder> is for what it makes on the way.
 
 A source's time is mostly that of its headers. So those of a folder are looked at together, as one
-source that includes them; where two of them have a name twice, each half of them."""
+source that includes them; where two of them have a name twice, each half of them. Sources in C, which
+are quickly read and may ask for a standard in front of their headers, are looked at one by one."""
 import collections
 import json
 import pathlib
@@ -43,14 +44,13 @@ def toolkit_headers():
 
 entries = json.loads((pathlib.Path(build) / 'compile_commands.json').read_text())
 toolkit = toolkit_headers() if part == 'module' else ''
-languages = {'.c': 'c', '.cpp': 'c++'}
 settings = pathlib.Path(project, 'platform/qt' if part == 'module' else '', '.clang-tidy')
 sources = collections.defaultdict(set)  # of a folder, that are compiled alike: how they are
 for entry in filter(is_ours, entries):
     command = re.sub(r' -Winvalid-pch -include \S+', toolkit, entry['command'])
     command = re.sub(r' -o \S+ -c \S+$', '', command)
     file = pathlib.Path(entry['file'])
-    sources[file.parent, file.suffix, command].add(file)
+    sources[file if file.suffix == '.c' else file.parent, command].add(file)
 
 
 def one_of(files):
@@ -64,8 +64,8 @@ def one_of(files):
 
 def faults(files, words):
     source = one_of(files)
-    if files[1:] and subprocess.run([clang, '-fsyntax-only', '-w', '-x', languages[source.suffix],
-                                     *words, source], capture_output=True, check=False).returncode:
+    if files[1:] and subprocess.run([clang, '-fsyntax-only', '-w', *words, source],
+                                    capture_output=True, check=False).returncode:
         half = len(files) // 2
         return faults(files[:half], words) + faults(files[half:], words)
     run = subprocess.run([tidy, '--quiet', f'--config-file={settings}', source, '--', *words],
@@ -75,8 +75,13 @@ def faults(files, words):
     return run.stdout or run.stderr or f'{files}: clang-tidy ended early\n'
 
 
-found = ''.join(faults(sorted(files), shlex.split(command)[1:])
-                for (_, _, command), files in sources.items())
+def words_of(command):
+    """Of names that hide each other the compilers tell: together, sources hide each other's."""
+    return [word for word in shlex.split(command)[1:] if word != '-Wshadow']
+
+
+found = ''.join(faults(sorted(files), words_of(command))
+                for (_, command), files in sources.items())
 if found:
     sys.exit(found)
 count = sum(map(len, sources.values()))
