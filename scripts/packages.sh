@@ -25,13 +25,18 @@ readonly COMPOSITOR_PACKAGES=(
 readonly PACKAGING_PACKAGES=(
   debhelper doxygen git lintian python3
 )
+# What fills a tree with the smallest system.
+readonly BARE_PACKAGES=(
+  debootstrap git procps
+)
 readonly TEST_PACKAGES=(
   "${BUILD_PACKAGES[@]}" "${TOOL_PACKAGES[@]}" "${SCREEN_PACKAGES[@]}" "${COMPOSITOR_PACKAGES[@]}"
-  clang clang-format clang-tidy libclang-rt-14-dev googletest libgtest-dev locales python3
-  at-spi2-core dbus libatspi2.0-dev e2fsprogs git groff-base libcrypt-dev sudo valgrind xfsprogs
+  "${PACKAGING_PACKAGES[@]}" "${BARE_PACKAGES[@]}"
+  clang clang-format clang-tidy libclang-rt-14-dev googletest libgtest-dev locales
+  at-spi2-core dbus libatspi2.0-dev e2fsprogs groff-base libcrypt-dev sudo valgrind xfsprogs
   fontconfig fonts-dejavu-core fonts-noto-core fonts-urw-base35 poppler-utils
   abigail-tools  # compares the interface with its record
-  doxygen hunspell hunspell-en-gb
+  hunspell hunspell-en-gb
 )
 # A compiler for another machine, and what runs its programs.
 readonly CROSS_PACKAGES=(
