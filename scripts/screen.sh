@@ -18,11 +18,12 @@ cleanup() {
 trap cleanup EXIT
 trap 'exit 143' TERM INT
 
-# Waits up to ten seconds until a command succeeds.
+# Waits up to a minute until a command succeeds, as long as the program that was started last runs.
 wait_for() {
   local _
-  for _ in $(seq 200); do
+  for _ in $(seq 1200); do
     "$@" >/dev/null 2>&1 && return
+    kill -0 "${programs[-1]}" 2>/dev/null || break
     sleep 0.05
   done
   echo "${0##*/}: waited in vain for: $*" >&2
