@@ -666,7 +666,7 @@ class FicheImport : public Fiche {
     file << "#FIN\r\n";
     file.close();
     write(path("Reçu/" + name));
-    press("Return");
+    burstOfKeys("Return");
   }
 
   bool isIn(const std::string &name) const {
@@ -680,7 +680,7 @@ class FicheImport : public Fiche {
 
 TEST_F(FicheImport, OfALongTableIsCancelledAndLeavesTheOneBefore) {
   import("communes_histo.tab", 300'000);
-  ASSERT_TRUE(comesUp("Importation de communes_histo.tab"));
+  ASSERT_TRUE(waitForWindowAtWork("Importation de communes_histo.tab")) << activeWindow();
   press("Escape");
   ASSERT_TRUE(comesUp(kImporting));
   press("Return");

@@ -97,6 +97,31 @@ TEST(Keyboard, AltAndALetterOfTheCancelButtonCancels) {
   EXPECT_TRUE(host.endedWith({"result 0", "text 0 x"}));
 }
 
+// ---- In a pop-up ----
+
+// While it is closed, where each entry is chosen at once, and while it is open.
+TEST(Keyboard, EndsOfAPopUpAreReached) {
+  constexpr char kFirst[] = "text 2 Madame", kLast[] =
+                                                 "text 2 Na\\xEF"
+                                                 "f";
+  const struct {
+    const char *keys, *entry;
+    int hits;
+  } cases[] = {{"End", kLast, 1},
+               {"End Home", kFirst, 2},
+               {"space End Return", kLast, 1},
+               {"space End Home Return", kFirst, 1}};
+  for (const auto &row : cases) {
+    DialogHost host;
+    write("x");
+    for (int n = 0; n < 6; ++n) press("shift+Tab");
+    press(row.keys);
+    press("Return");
+    EXPECT_TRUE(host.endedWith({"result 1", row.entry})) << row.keys;
+    EXPECT_EQ(host.count("hit 102"), row.hits) << row.keys;
+  }
+}
+
 // ---- In a list ----
 
 TEST(Keyboard, ArrowsSelectTheRowsOfAList) {

@@ -118,7 +118,8 @@ TEST(Lost, UnderADragItsDialogEnds) {
 
 // Nobody can cancel it any more.
 TEST(Lost, UnderALongWorkTheWorkGoesOn) {
-  MessageHost host({"work", "Importation", "1000"}, "Importation");
+  Application host({MESSAGE_HOST, "work", "Importation", "1000"});
+  ASSERT_TRUE(waitForWindowAtWork("Importation")) << activeWindow();
   killServer();
   expectEnd(host, {"done 1000"});
 }

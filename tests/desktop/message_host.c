@@ -9,14 +9,13 @@
    after a "?", and that asks
    before it ends; "edited <answer>", "final <answer>", then "result <n> text <text>". Where the
    dialog's port is not the current one after an answer, "port lost <answer>" comes in between.
-   message_host slow: the same, with four seconds of work before it asks at an edit. */
+   message_host slow: the same, which stops before it asks at an edit, and asks when it is let go on. */
 #define _POSIX_C_SOURCE 200809L
+#include <signal.h>
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
 #include <time.h>
-
-#include <unistd.h>
 
 #include <korvel/korvel.h>
 
@@ -66,7 +65,7 @@ static int askAtEdit(int item, int t, int t0, char **texts, int tn, int b, int b
   size_t length = strlen(texts[0]);
   if (length > 0 && texts[0][length - 1] == '?') work("Recherche", 2000);
   if (length == 0 || texts[0][length - 1] != '!') return 0;
-  if (isSlow) sleep(4);
+  if (isSlow) raise(SIGSTOP);
   lastEdit = say("edited", MessageBox(0, "Vraiment ?", "Saisie", 0x10));
   return 0;
 }

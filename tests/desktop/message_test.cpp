@@ -183,8 +183,11 @@ TEST(Message, TheDialogBehindItIsBlocked) {
 TEST(Message, WhatIsTypedBeforeItComesUpGoesToTheDialogBehind) {
   MessageHost host({"slow"});
   ASSERT_TRUE(waitForWindow("Fiche")) << activeWindow();
-  write("a!bc");
+  write("a!");
+  ASSERT_TRUE(host.stops());
+  write("bc");
   press("Return");
+  host.goOn();
   ASSERT_TRUE(waitForWindow("Saisie")) << activeWindow();
   EXPECT_EQ(host.count("edited"), 0);
   press("Escape");
@@ -314,7 +317,7 @@ TEST(Work, IsShownAndCancelledInEachWay) {
     const char *name;
     void (*cancel)();
   } cases[] = {{"Escape", [] { press("Escape"); }},
-               {"Tab and space", [] { press("Tab space"); }},
+               {"Tab and space", [] { burstOfKeys("Tab space"); }},
                {"the button",
                 [] {
                   click({300, 60});
@@ -322,7 +325,7 @@ TEST(Work, IsShownAndCancelledInEachWay) {
                {"the close box", [] { closeWindow(); }}};
   for (const auto &row : cases) {
     MessageHost host({"work", "Importation", "2000"});
-    ASSERT_TRUE(waitForWindow("Importation")) << activeWindow();
+    ASSERT_TRUE(waitForWindowAtWork("Importation")) << activeWindow();
     const Content content = activeContent();
     EXPECT_EQ(content.width, 360);
     EXPECT_EQ(content.height, 82);
@@ -337,11 +340,14 @@ TEST(Work, IsShownAndCancelledInEachWay) {
 TEST(Work, OfACallbackIsInFrontOfItsDialog) {
   MessageHost host({"dialog"});
   ASSERT_TRUE(waitForWindow("Fiche")) << activeWindow();
+  host.pause();
   write("a?bc");
-  ASSERT_TRUE(waitForWindow("Recherche")) << activeWindow();
-  write("xy z");
-  press("Return space");
-  click({100, 200});
+  host.goOn();
+  ASSERT_TRUE(waitForWindowAtWork("Recherche")) << activeWindow();
+  burst("xy z");
+  burstOfKeys("Return space");
+  clickMeanwhile({100, 200});
+  ASSERT_TRUE(waitForWindowAtWork("Recherche")) << activeWindow();
   press("Escape");
   ASSERT_TRUE(waitForWindow("Fiche")) << activeWindow();
   write("d");

@@ -10,11 +10,18 @@
 
 namespace korvel::test {
 
+// A window that has the focus, and the process whose it is.
+struct ActiveWindow {
+  std::string title;
+  pid_t process = 0;
+};
+
 class Screen {
  public:
   virtual ~Screen() = default;
 
-  virtual std::string activeTitle() const = 0;
+  // Nothing of it while no window has the focus.
+  virtual ActiveWindow active() const = 0;
   virtual Content activeContent() const = 0;
   virtual bool isOwned(const Application &application) const = 0;
   // One key with its modifiers, as in "ctrl+a".

@@ -9,6 +9,7 @@
 #include <filesystem>
 #include <fstream>
 #include <functional>
+#include <iterator>
 #include <signal.h>
 #include <sstream>
 #include <thread>
@@ -19,6 +20,7 @@
 #include <unistd.h>
 
 #include "tests/desktop/screen.h"
+#include "tests/desktop/stillness.h"
 
 extern char **environ;
 
@@ -26,9 +28,8 @@ namespace korvel::test {
 
 namespace {
 
-using std::chrono::milliseconds;
-
-void rest(int ms) { std::this_thread::sleep_for(milliseconds(ms)); }
+// The applications that run.
+std::vector<pid_t> running;
 
 std::vector<std::string> linesOf(const std::string &path) {
   std::ifstream file(path);
@@ -48,15 +49,43 @@ bool leakCheckBroke(const std::vector<std::string> &errors) {
 void clickWith(int button, Place place, int times) {
   const Content content = activeContent();
   screen().click(button, {content.corner.x + place.x, content.corner.y + place.y}, times);
-  rest(120);
 }
 
 void hold(const std::string &selection, const std::string &text) {
   screen().hold(selection, text);
-  waitUntil(5, [&] { return screen().held(selection) == text; });
+  waitUntil(kPatience, [&] { return screen().held(selection) == text; });
+}
+
+bool hasTheFocus(const std::string &title) {
+  const ActiveWindow window = screen().active();
+  return window.title == title &&
+         std::find(running.begin(), running.end(), window.process) != running.end();
+}
+
+std::vector<std::string> split(const std::string &words) {
+  std::istringstream stream(words);
+  return {std::istream_iterator<std::string>(stream), {}};
+}
+
+std::string environmentOr(const char *name, const char *otherwise) {
+  const char *value = std::getenv(name);
+  return value != nullptr ? value : otherwise;
+}
+
+// The screen and these applications.
+void settleWith(std::vector<pid_t> processes) {
+  for (const std::string &program : split(environmentOr("SCREEN_PROGRAMS", "")))
+    processes.push_back(std::stoi(program));
+  waitUntilAtRest(processes, std::stoi(environmentOr("SCREEN_TICKING", "0")));
 }
 
 }  // namespace
+
+void rest(int milliseconds) {
+  std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds));
+}
+
+void settle() { settleWith(running); }
 
 bool waitUntil(int seconds, const std::function<bool()> &condition) {
   for (int i = 0; i < seconds * 50; ++i) {
@@ -119,9 +148,11 @@ Application::Application(const std::vector<std::string> &command,
   variables.push_back(nullptr);
   posix_spawn(&process_, arguments[0], &actions, nullptr, arguments.data(), variables.data());
   posix_spawn_file_actions_destroy(&actions);
+  running.push_back(process_);
 }
 
 Application::~Application() {
+  std::erase(running, process_);
   if (process_ > 0) {
     kill(process_, SIGKILL);
     waitpid(process_, nullptr, 0);
@@ -131,7 +162,9 @@ Application::~Application() {
 
 int Application::wait() {
   int status = 0;
-  if (!waitUntil(30, [&] { return waitpid(process_, &status, WNOHANG) == process_; })) return -1;
+  if (!waitUntil(kPatience, [&] { return waitpid(process_, &status, WNOHANG) == process_; }))
+    return -1;
+  std::erase(running, process_);
   process_ = -1;
   if (status == 0 || leakCheckBroke(errors())) return 0;
   for (const std::string &line : errors()) std::fprintf(stderr, "%s\n", line.c_str());
@@ -143,7 +176,7 @@ std::vector<std::string> Application::output() const { return linesOf(folder_ + 
 std::vector<std::string> Application::errors() const { return linesOf(folder_ + "/errors"); }
 
 bool Application::says(const std::string &line) const {
-  return waitUntil(5, [&] {
+  return waitUntil(kPatience, [&] {
     const auto lines = output();
     return std::find(lines.begin(), lines.end(), line) != lines.end();
   });
@@ -156,62 +189,106 @@ int Application::count(const std::string &start) const {
   }));
 }
 
+void Application::pause() const {
+  kill(process_, SIGSTOP);
+  stops();
+}
+
+void Application::goOn() const { kill(process_, SIGCONT); }
+
+bool Application::stops() const {
+  return waitUntil(kPatience, [this] { return isStopped(process_); });
+}
+
 int Picture::darkPixels() const {
   return static_cast<int>(std::count_if(
       pixels.begin(), pixels.end(), [](Colour c) { return c.red + c.green + c.blue < 3 * 128; }));
 }
 
-std::string activeWindow() { return screen().activeTitle(); }
+std::string activeWindow() { return screen().active().title; }
 
 bool waitForWindow(const std::string &title) {
-  const bool found = waitUntil(30, [&] { return activeWindow() == title; });
-  rest(150);  // the focus follows the window by a moment
-  return found;
+  return waitUntil(kPatience, [&] {
+    if (!hasTheFocus(title)) return false;
+    settle();
+    return hasTheFocus(title);
+  });
+}
+
+// A compositor moves a new window until the application has agreed, for which it waits a fifth of a
+// second.
+bool waitForWindowAtWork(const std::string &title) {
+  Content before;
+  return waitUntil(kPatience, [&] {
+    if (!hasTheFocus(title)) return false;
+    const Content now = activeContent();
+    if (now == before) return true;
+    before = now;
+    rest(400);
+    return false;
+  });
 }
 
 bool isOwned(const Application &application) { return screen().isOwned(application); }
 
 void press(const std::string &keys) {
-  std::istringstream names(keys);
-  for (std::string name; names >> name;) {
-    screen().press(name);
-    rest(30);
+  for (const std::string &key : split(keys)) {
+    screen().press(key);
+    settle();
   }
 }
 
 void write(const std::string &text) {
   screen().write(text, 30);
-  rest(50);
+  settle();
 }
 
 void burst(const std::string &text) { screen().write(text, 0); }
 
-void click(Place place, int times) { clickWith(1, place, times); }
+void burstOfKeys(const std::string &keys) {
+  for (const std::string &key : split(keys)) screen().press(key);
+}
 
-void clickMiddle(Place place) { clickWith(2, place, 1); }
+void click(Place place, int times) {
+  clickWith(1, place, times);
+  settle();
+}
 
-void turnWheelDown(Place place, int steps) { clickWith(5, place, steps); }
+void clickMeanwhile(Place place) {
+  clickWith(1, place, 1);
+  settleWith({});
+}
+
+void clickMiddle(Place place) {
+  clickWith(2, place, 1);
+  settle();
+}
+
+void turnWheelDown(Place place, int steps) {
+  clickWith(5, place, steps);
+  settle();
+}
 
 void restOn(Place place) {
   const Place corner = activeContent().corner;
   for (const int step : {-1, 0}) screen().moveTo({corner.x + place.x + step, corner.y + place.y});
-  rest(1200);
+  settle();
 }
 
 void closeWindow() {
   screen().closeWindow();
-  rest(120);
+  settle();
 }
 
 void minimiseWindow() {
   screen().minimiseWindow();
-  rest(300);
+  settle();
 }
 
 Content activeContent() { return screen().activeContent(); }
 
 Picture picture(int left, int top, int width, int height) {
-  rest(250);
+  settle();
   const Content content = activeContent();
   const std::string ppm =
       screen().picture({content.corner.x + left, content.corner.y + top}, width, height);

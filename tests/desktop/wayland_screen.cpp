@@ -39,11 +39,11 @@ Rectangle rectangle(const std::string &node, const std::string &name) {
 class WaylandScreen final : public Screen {
  public:
   // Titles of windows alone: the focus is a workspace's where no window has it.
-  std::string activeTitle() const override {
+  ActiveWindow active() const override {
     const std::string node = focusedNode();
     if (rectangle(node, "window_rect").width == 0) return {};
     const std::string name = behind(node, "\"name\": \"");
-    return name.substr(0, name.find("\",\n"));
+    return {name.substr(0, name.find("\",\n")), std::atoi(behind(node, "\"pid\": ").c_str())};
   }
 
   Content activeContent() const override {
@@ -94,7 +94,7 @@ class WaylandScreen final : public Screen {
   }
 
   std::string held(const std::string &selection) const override {
-    return outputOf("timeout 5 wl-paste --no-newline --type 'text/plain;charset=utf-8'" +
+    return outputOf("timeout 30 wl-paste --no-newline --type 'text/plain;charset=utf-8'" +
                     option(selection) + " 2>/dev/null");
   }
 

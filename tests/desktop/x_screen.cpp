@@ -11,13 +11,17 @@ namespace {
 
 class XScreen final : public Screen {
  public:
-  std::string activeTitle() const override {
-    return firstLineOf("xdotool getactivewindow getwindowname 2>&1");
+  ActiveWindow active() const override {
+    ActiveWindow window;
+    std::istringstream lines(outputOf("xdotool getwindowfocus getwindowname getwindowpid 2>&1"));
+    std::getline(lines, window.title);
+    lines >> window.process;
+    return window;
   }
 
   Content activeContent() const override {
     Content content;
-    std::istringstream lines(outputOf("xwininfo -id $(xdotool getactivewindow)"));
+    std::istringstream lines(outputOf("xwininfo -id $(xdotool getwindowfocus)"));
     for (std::string line; std::getline(lines, line);) {
       const auto read = [&](const char *label, int &value) {
         const auto at = line.find(label);
@@ -34,7 +38,7 @@ class XScreen final : public Screen {
   // The toolkit's own window, which nobody sees, is no owner.
   bool isOwned(const Application &) const override {
     const std::string owner = firstLineOf(
-        "xprop -id $(xdotool getactivewindow) -notype WM_TRANSIENT_FOR | grep -o '0x[0-9a-f]*'");
+        "xprop -id $(xdotool getwindowfocus) -notype WM_TRANSIENT_FOR | grep -o '0x[0-9a-f]*'");
     return outputOf("xprop -id '" + owner + "' WM_STATE 2>&1").find("Normal") != owner.npos;
   }
 
@@ -51,8 +55,11 @@ class XScreen final : public Screen {
   }
 
   void click(int button, Place place, int times) const override {
-    run("xdotool mousemove " + std::to_string(place.x) + " " + std::to_string(place.y) +
-        " click --repeat " + std::to_string(times) + " --delay 60 " + std::to_string(button));
+    const std::string number = std::to_string(button);
+    std::string command =
+        "xdotool mousemove " + std::to_string(place.x) + " " + std::to_string(place.y);
+    for (int n = 0; n < times; ++n) command += " mousedown " + number + " mouseup " + number;
+    run(command);
   }
 
   // By its frame, which stands above the content.
@@ -61,7 +68,7 @@ class XScreen final : public Screen {
     click(1, {content.corner.x + content.width - 8, content.corner.y - 11}, 1);
   }
 
-  void minimiseWindow() const override { run("xdotool getactivewindow windowminimize"); }
+  void minimiseWindow() const override { run("xdotool getwindowfocus windowminimize"); }
 
   std::string picture(Place corner, int width, int height) const override {
     return outputOf("import -window root -crop " + std::to_string(width) + "x" +
@@ -70,7 +77,7 @@ class XScreen final : public Screen {
   }
 
   std::string held(const std::string &selection) const override {
-    return outputOf("timeout 5 xclip -selection " + selection +
+    return outputOf("timeout 30 xclip -selection " + selection +
                     " -o -target UTF8_STRING 2>/dev/null");
   }
 
