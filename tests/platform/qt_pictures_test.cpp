@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The pictures of docs/desktops.md: one dialog under several scales and themes, and one on a small
-// screen. Each is drawn anew
-// and compared by cells, so that another version of a font or of the toolkit's style may differ in
-// single pixels.
+// screen. Each is drawn anew and compared by cells, so that another version of a font or of the
+// toolkit's style may differ in single pixels.
 #include <QApplication>
 #include <QImage>
 #include <QTest>
