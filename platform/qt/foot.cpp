@@ -8,6 +8,7 @@
 #include <QPainter>
 
 #include "platform/qt/decoration.h"
+#include "platform/qt/outline.h"
 
 namespace korvel::platform::qt {
 namespace {
@@ -16,12 +17,19 @@ namespace {
 constexpr int kGap = 20;
 constexpr int kAround = 13;
 
+// A layout gives a button what room there is, and on a page of tabs only when that is shown. Here
+// it has what it asks for.
+QSize sizeOf(const QWidget &button) {
+  if (button.parentWidget()->layout() == nullptr) return button.size();
+  return button.sizeHint().expandedTo(button.minimumSize()).boundedTo(button.maximumSize());
+}
+
 // Holds a button, and follows the widget that the button was designed in: a form may enable or show
 // that one later.
 class Place final : public QWidget {
  public:
   Place(QWidget *foot, QWidget &button) : QWidget(foot), home_(*button.parentWidget()) {
-    const QSize size = button.size();
+    const QSize size = sizeOf(button);
     home_.installEventFilter(this);
     button.setParent(this);
     button.setGeometry(QRect(QPoint(0, 0), size));
@@ -77,7 +85,8 @@ void Foot::resizeEvent(QResizeEvent *) {
 
 void Foot::paintEvent(QPaintEvent *) {
   QPainter painter(this);
-  painter.fillRect(0, 0, width(), 1, lineColor(palette()));
+  PixelFrame frame(painter, rect());
+  frame.fillTop(frame.line(), lineColor(palette()));
 }
 
 }  // namespace korvel::platform::qt

@@ -49,6 +49,10 @@ void PixelFrame::fillSides(int begin, int end, const QColor &color, int cut) {
   fill({outer.right() + 1 - thick, down.top(), thick, down.height()}, color);
 }
 
+void PixelFrame::fillTop(int height, const QColor &color) {
+  fill({pixels_.topLeft(), QSize(pixels_.width(), height)}, color);
+}
+
 void PixelFrame::fillLeft(int width, int top, const QColor &color) {
   fill({pixels_.left(), pixels_.top() + top, width, pixels_.height() - 2 * top}, color);
 }

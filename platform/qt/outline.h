@@ -27,6 +27,8 @@ class PixelFrame {
   // The sides from `begin` to `end` device pixels inside the rectangle, but for squares of `cut`
   // device pixels at its corners.
   void fillSides(int begin, int end, const QColor &color, int cut = 0);
+  // As high as `height` device pixels, along the whole upper edge.
+  void fillTop(int height, const QColor &color);
   // As wide as `width` device pixels, from `top` device pixels below the upper edge to as many
   // above the lower one.
   void fillLeft(int width, int top, const QColor &color);

@@ -35,6 +35,14 @@ int nearest(int place, int begin, int end, int length) {
   return std::clamp(place, low, high);
 }
 
+// From the outside in, as a layout gives the widgets in it the room for theirs. The toolkit does so
+// when a window is shown.
+void layOut(QWidget &widget) {
+  if (QLayout *layout = widget.layout()) layout->activate();
+  for (QObject *child : widget.children())
+    if (auto *inner = qobject_cast<QWidget *>(child)) layOut(*inner);
+}
+
 }  // namespace
 
 ScrolledBody::ScrolledBody(QWidget *window, const QSize &size)
@@ -82,7 +90,7 @@ QSize ScrolledBody::wholeSize() const {
 }
 
 void ScrolledBody::leaveOut(const std::vector<QWidget *> &buttons) {
-  if (QLayout *layout = ground_->layout()) layout->activate();
+  layOut(*ground_);
   int top = ground_->height();
   for (const QWidget *button : buttons)
     top = std::min(top, button->mapTo(ground_, QPoint(0, 0)).y());

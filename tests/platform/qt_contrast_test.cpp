@@ -15,13 +15,13 @@
 #include <QScrollBar>
 #include <QStyle>
 #include <QStyleOptionButton>
-#include <QStyleOptionSlider>
 #include <gtest/gtest.h>
 
 #include "platform/desktop.h"
 #include "tests/platform/contrast.h"
 #include "tests/platform/qt_person.h"
 #include "tests/platform/recorded_hits.h"
+#include "tests/platform/slider.h"
 
 namespace korvel::platform {
 namespace {
@@ -172,6 +172,25 @@ TEST_P(QtThemes, StaticTextsAndTitlesOfGroupsAreToldFromTheWindow) {
   EXPECT_GE(inkContrast(image, title, 1), kTextContrast);
 }
 
+TEST_P(QtThemes, TextsOfADialogThatScrollsAreToldFromTheirGrounds) {
+  dialog_ = qtDesktop().newDialog({100, 60, 500, 1660}, nullptr, "Fiche");
+  dialog_->addItem(ItemKind::PushButton, {50, 1560, 130, 1580}, "Mille");
+  dialog_->addItem(ItemKind::PushButton, {150, 1560, 230, 1580}, "Mille");
+  dialog_->setEnabled(kOkItem, false);
+  dialog_->addStaticText({20, 20, 100, 35}, "Mille");
+  whileOpen([&] {
+    const QImage image = shown();
+    for (const int item : {kOkItem, kCancelItem}) {
+      const QRect button(widget(item).mapTo(window(), QPoint(0, 0)), widget(item).size());
+      EXPECT_GT(button.top(), 400) << "in the foot";
+      EXPECT_GE(inkContrast(image, button.adjusted(2, 4, -25, -4), 0), kTextContrast) << item;
+    }
+    const auto *label = window()->findChild<QLabel *>();
+    const QRect text(label->mapTo(window(), QPoint(-2, 0)), label->size());
+    EXPECT_GE(inkContrast(image, text, 0), kTextContrast);
+  });
+}
+
 TEST_P(QtThemes, SelectedTextsAreToldFromTheirSelection) {
   const int field = add(ItemKind::EditText, " Mille"), list = add(ItemKind::ListBox, "Mille");
   whileOpen([&] {
@@ -217,18 +236,7 @@ TEST_P(QtThemes, SlidersOfScrollBarsAreToldFromWhatTheySlideOn) {
     auto &view = dynamic_cast<QListView &>(widget(list));
     for (QScrollBar *bar : {view.verticalScrollBar(), view.horizontalScrollBar()}) {
       bar->setValue(bar->maximum() / 2);
-      QStyleOptionSlider option;
-      option.initFrom(bar);
-      option.orientation = bar->orientation();
-      option.maximum = bar->maximum();
-      option.pageStep = bar->pageStep();
-      option.sliderPosition = option.sliderValue = bar->value();
-      option.subControls = QStyle::SC_All;
-      if (bar->orientation() == Qt::Horizontal) option.state |= QStyle::State_Horizontal;
-      const QRect slider =
-          bar->style()
-              ->subControlRect(QStyle::CC_ScrollBar, &option, QStyle::SC_ScrollBarSlider, bar)
-              .translated(bar->mapTo(window(), QPoint(0, 0)));
+      const QRect slider = test::sliderOf(*bar);
       const QImage image = shown();
       const bool isUpright = bar->orientation() == Qt::Vertical;
       const QPoint middle = slider.center(), step = isUpright ? QPoint(0, 1) : QPoint(1, 0);

@@ -8,6 +8,7 @@
 #include <QImage>
 #include <QLabel>
 #include <QScreen>
+#include <QScrollBar>
 #include <QStyle>
 #include <QStyleOptionButton>
 #include <QTest>
@@ -16,6 +17,7 @@
 
 #include "platform/desktop.h"
 #include "tests/platform/qt_person.h"
+#include "tests/platform/slider.h"
 #include "tests/platform/temporary_folder.h"
 
 namespace korvel::platform {
@@ -27,7 +29,10 @@ using test::widgetOf;
 // Lengths of items are odd, so that every edge comes to lie between two pixels of some scale.
 class ScaledDialog {
  public:
-  ScaledDialog() : dialog_(qtDesktop().newDialog({101, 101, 502, 501}, nullptr, "Fiche")) {
+  static constexpr std::size_t kItems = 9;
+  // Its items lie in the upper part.
+  explicit ScaledDialog(int height = 400)
+      : dialog_(qtDesktop().newDialog({101, 101, 502, 101 + height}, nullptr, "Fiche")) {
     dialog_->addItem(ItemKind::PushButton, {51, 350, 132, 371}, "OK");
     dialog_->addItem(ItemKind::PushButton, {151, 350, 232, 371}, "Annuler");
     dialog_->addItem(ItemKind::EditText, {21, 20, 150, 35}, "");
@@ -42,7 +47,17 @@ class ScaledDialog {
 
   Dialog &operator*() { return *dialog_; }
   QWidget *window() { return widgetOf(dialog_->window()); }
-  std::vector<QWidget *> items() { return test::itemWidgets(window()); }
+  // Of one that scrolls.
+  QScrollBar &bar() {
+    return *window()
+                ->findChild<QAbstractScrollArea *>(QString(), Qt::FindDirectChildrenOnly)
+                ->verticalScrollBar();
+  }
+  std::vector<QWidget *> items() {
+    auto all = test::itemWidgets(window());
+    all.resize(kItems);
+    return all;
+  }
 
   // What the window shows on its screen.
   QImage shown() {
@@ -72,14 +87,19 @@ QRect pixelsOf(const QRect &rect, double scale) {
           QPoint(place(rect.right() + 1) - 1, place(rect.bottom() + 1) - 1)};
 }
 
+// In its window.
+QRect placeOf(const QWidget &widget) {
+  return {widget.mapTo(widget.window(), QPoint(0, 0)), widget.size()};
+}
+
 // Of a check box, its box.
 QRect frameOf(QWidget &item) {
-  if (qobject_cast<QCheckBox *>(&item) == nullptr) return item.geometry();
+  if (qobject_cast<QCheckBox *>(&item) == nullptr) return placeOf(item);
   QStyleOptionButton option;
   option.initFrom(&item);
   return item.style()
       ->subElementRect(QStyle::SE_CheckBoxIndicator, &option, &item)
-      .translated(item.pos());
+      .translated(placeOf(item).topLeft());
 }
 
 // How many pixels have the colour of the first one on the way inside.
@@ -120,8 +140,7 @@ void expectFrames(ScaledDialog &dialog, double scale) {
   int number = 0;
   for (QWidget *item : dialog.items())
     expectFrame(image, pixelsOf(frameOf(*item), scale), line, "item " + std::to_string(++number));
-  const auto *group = dialog.window()->findChild<QGroupBox *>();
-  QRect frame = group->geometry();
+  QRect frame = placeOf(*dialog.window()->findChild<QGroupBox *>());
   while (image.pixel(pixelsOf(frame, scale).center().x(), pixelsOf(frame, scale).top()) ==
          image.pixel(0, 0))
     frame.setTop(frame.top() + 1);
@@ -237,13 +256,71 @@ class QtScales : public testing::TestWithParam<double> {
   const test::TemporaryFolder folder_;
 };
 
-INSTANTIATE_TEST_SUITE_P(Of, QtScales, testing::Values(1, 1.25, 1.5, 2), [](const auto &scale) {
+std::string nameOfScale(const testing::TestParamInfo<double> &scale) {
   return std::to_string(static_cast<int>(100 * scale.param)) + "Percent";
-});
+}
+
+INSTANTIATE_TEST_SUITE_P(Of, QtScales, testing::Values(1, 1.25, 1.5, 2), nameOfScale);
 
 TEST_P(QtScales, FramesAreWholeAndEven) {
   ScaledDialog dialog;
   expectFrames(dialog, GetParam());
+}
+
+class NoHits final : public HitHandler {
+  Run hit(int) override { return Run::Stop; }
+};
+
+// A dialog that is higher than the screen.
+class QtScrolledScales : public QtScales {
+ protected:
+  void SetUp() override {
+    QtScales::SetUp();
+    dialog_ = std::make_unique<ScaledDialog>(1801);
+    (**dialog_).addItem(ItemKind::EditText, {21, 1751, 150, 1766}, "");
+    (**dialog_).runStep(none_);
+    ASSERT_NE(dialog_->bar().maximum(), 0);
+  }
+  void TearDown() override { dialog_.reset(); }
+
+  std::unique_ptr<ScaledDialog> dialog_;
+
+ private:
+  NoHits none_;
+};
+
+INSTANTIATE_TEST_SUITE_P(Of, QtScrolledScales, testing::Values(1.25, 1.5), nameOfScale);
+
+TEST_P(QtScrolledScales, FramesAreWholeAndEvenWhereverTheyAreScrolled) {
+  for (const int place : {0, 1, 2, 3, 6, 9}) {
+    SCOPED_TRACE(place);
+    dialog_->bar().setValue(place);
+    expectFrames(*dialog_, GetParam());
+    ASSERT_FALSE(HasFatalFailure());
+  }
+}
+
+TEST_P(QtScrolledScales, TheSliderIsWholeAndEven) {
+  const int line = std::max(1, static_cast<int>(GetParam()));
+  for (const int place : {0, 101, dialog_->bar().maximum()}) {
+    dialog_->bar().setValue(place);
+    const QRect slider = test::sliderOf(dialog_->bar());
+    EXPECT_EQ(placeOf(dialog_->bar()).right(), dialog_->window()->rect().right());
+    expectFrame(dialog_->shown(), pixelsOf(slider, GetParam()), line,
+                "slider at " + std::to_string(place));
+  }
+}
+
+TEST_P(QtScrolledScales, TheLineAboveTheFootIsEven) {
+  const int line = std::max(1, static_cast<int>(GetParam()));
+  for (const int shorter : {0, 1, 2, 3}) {
+    dialog_->window()->resize(dialog_->window()->size() - QSize(0, shorter > 0 ? 1 : 0));
+    const QImage image = dialog_->shown();
+    const QWidget &foot = *dialog_->items()[0]->parentWidget()->parentWidget();
+    const QRect place = pixelsOf(placeOf(foot), GetParam());
+    EXPECT_EQ(placeOf(foot).bottom(), dialog_->window()->rect().bottom());
+    expectLine(image, place.topLeft(), place.topRight(), {0, 1}, line, "line");
+  }
 }
 
 TEST_P(QtScales, TheFocusInAListIsEven) {
@@ -351,9 +428,7 @@ TEST_P(QtScales, TextsAreShownWhole) {
 
 class QtScreens : public testing::TestWithParam<double> {};
 
-INSTANTIATE_TEST_SUITE_P(Of, QtScreens, testing::Values(1.25, 1.5, 2), [](const auto &scale) {
-  return std::to_string(static_cast<int>(100 * scale.param)) + "Percent";
-});
+INSTANTIATE_TEST_SUITE_P(Of, QtScreens, testing::Values(1.25, 1.5, 2), nameOfScale);
 
 TEST_P(QtScreens, ADialogIsWholeOnTheOtherOneAndBack) {
   const test::TemporaryFolder folder;

@@ -64,6 +64,12 @@ class QtScrolling : public testing::Test {
       dialog_->addItem(ItemKind::EditText, {120, top, 320, top + 15}, "");
     }
   }
+  // Of the box, item 3, half is shown when the bar is at 30.
+  void openBoxAndField() {
+    open(kWidth, kHeight);
+    dialog_->addItem(ItemKind::CheckBox, {20, 20, 120, 38}, "Fumeur");
+    dialog_->addItem(ItemKind::EditText, {20, 80, 120, 95}, "");
+  }
 
   QWidget *window() { return widgetOf(dialog_->window()); }
   QWidget &widget(int item) {
@@ -269,12 +275,10 @@ TEST_F(QtScrolling, WhatIsTypedIsInView) {
 }
 
 TEST_F(QtScrolling, WhatIsClickedOnStaysWhereItIs) {
-  open(kWidth, kHeight);
-  dialog_->addItem(ItemKind::CheckBox, {20, 20, 120, 38}, "Fumeur");
-  dialog_->addItem(ItemKind::EditText, {20, 80, 120, 95}, "");
+  openBoxAndField();
   then([this] {
     EXPECT_TRUE(widget(4).hasFocus());
-    bar().setValue(30);  // half of the box is shown
+    bar().setValue(30);
   });
   person_.clickAt(3, {8, 16});
   then([this] {
@@ -282,6 +286,42 @@ TEST_F(QtScrolling, WhatIsClickedOnStaysWhereItIs) {
     EXPECT_EQ(bar().value(), 30);
   });
   EXPECT_EQ(runUntilEscape(), (Lines{"3 value 0", "2"}));
+}
+
+// Such a click gives the window the focus first, and with it the field that had it before.
+TEST_F(QtScrolling, AClickThatComesBackToTheDialogHitsWhatItIsAimedAt) {
+  openFields();
+  dialog_->addItem(ItemKind::CheckBox, {400, 420, 500, 438}, "Fumeur");
+  then([this] {
+    bar().setValue(300);
+    const QPoint place = placeOf(widget(23)).topLeft() + QPoint(8, 8);
+    QWindow other;  // of no widget, as another application's
+    other.setTransientParent(window()->windowHandle());
+    other.show();
+    other.requestActivate();
+    EXPECT_TRUE(QTest::qWaitFor([this] { return !widget(3).hasFocus(); }));
+    window()->activateWindow();
+    EXPECT_TRUE(QTest::qWaitFor([this] { return widget(3).hasFocus(); }));
+    QTest::mouseClick(window()->windowHandle(), Qt::LeftButton, Qt::NoModifier, place);
+    EXPECT_TRUE(widget(23).hasFocus());
+    EXPECT_EQ(bar().value(), 300);
+  });
+  EXPECT_EQ(runUntilEscape(), (Lines{"23 value 0", "2"}));
+}
+
+TEST_F(QtScrolling, AClickDuringAHitHitsWhatItWasAimedAt) {
+  openBoxAndField();
+  hits_.on(4, [this] {
+    bar().setValue(30);
+    clickOn(&widget(3), {8, 16});
+    EXPECT_EQ(hits_.lines().size(), 1U);
+  });
+  person_.type(4, "a");
+  then([this] {
+    EXPECT_TRUE(widget(3).hasFocus());
+    EXPECT_EQ(bar().value(), 30);
+  });
+  EXPECT_EQ(runUntilEscape(), (Lines{"4 text a", "3 value 0", "2"}));
 }
 
 TEST_F(QtScrolling, AnItemLargerThanWhatIsShownStaysWhileItFillsThat) {
@@ -470,6 +510,7 @@ TEST_F(QtScrolling, AMarkScrollsWithItsField) {
   runUntilEscape();
 }
 
+// In KiB.
 long mostMemory() {
   rusage used{};
   getrusage(RUSAGE_SELF, &used);
@@ -477,8 +518,9 @@ long mostMemory() {
 }
 
 TEST_F(QtScrolling, WhatIsNotShownHasNoPixels) {
+  constexpr long kSide = 16000, kAllPixels = kSide * kSide * 4 / 1024;
   const long before = mostMemory();
-  open(16000, 16000);
+  open(kSide, kSide);
   dialog_->addItem(ItemKind::EditText, {20, 15000, 15000, 15015}, "");
   then([this] {
     EXPECT_TRUE(shown().contains(placeOf(widget(3)).topLeft()));
@@ -489,7 +531,7 @@ TEST_F(QtScrolling, WhatIsNotShownHasNoPixels) {
       EXPECT_FALSE(each->internalWinId()) << "a part with a window of its own";
   });
   runUntilEscape();
-  EXPECT_LT(mostMemory() - before, 64 << 10) << "in KiB; all of it has a gibibyte of pixels";
+  EXPECT_LT(mostMemory() - before, kAllPixels / 4) << "in KiB";
 }
 
 // ---- Messages ----
@@ -601,6 +643,46 @@ TEST_F(QtScrollingForm, ALayoutGivesTheRoomOfThePairToTheRest) {
     EXPECT_GE(whole, lowest.bottom());
     EXPECT_LT(whole - lowest.bottom(), 20);
     EXPECT_GE(named<QWidget>("list").height(), 300);
+  });
+  runUntilEscape();
+}
+
+constexpr char kLongText[] =
+    "<property name=\"text\"><string>Enregistrer la fiche et l'imprimer</string></property>";
+
+std::string grid(const std::string &cells) {
+  return "<layout class=\"QGridLayout\" name=\"grid\">" + cells + "</layout>";
+}
+std::string cellOf(int column, const std::string &inside) {
+  return "<item row=\"0\" column=\"" + std::to_string(column) + "\">" + inside + "</item>";
+}
+
+// Nothing has laid it out before the window is shown.
+TEST_F(QtScrollingForm, APairInALayoutInsideAWidgetKeepsItsOrderAndHasWhatItAsksFor) {
+  const std::string inner = grid(cellOf(1, made("QPushButton", "ok", kLongText, 1)) +
+                                 cellOf(0, made("QPushButton", "no", high(40), 2)));
+  read(made("QFrame", "frame",
+            geometry(20, 700, 560, 100) + grid(cellOf(0, made("QFrame", "inner", inner)))));
+  then([this] {
+    const auto &ok = named<QPushButton>("ok"), &no = named<QPushButton>("no");
+    for (const QPushButton *each : {&ok, &no}) expectInReach(*each);
+    EXPECT_EQ(ok.size(), ok.sizeHint());
+    EXPECT_GT(ok.width(), 100) << "the width before anything is laid out";
+    EXPECT_EQ(no.size(), QSize(no.sizeHint().width(), 40));
+    EXPECT_LT(placeOf(no).right(), placeOf(ok).left());
+  });
+  runUntilEscape();
+}
+
+// The toolkit lays pages out only when they are shown.
+TEST_F(QtScrollingForm, APairOnAPageOfTabsHasWhatItAsksFor) {
+  read(made("QTabWidget", "tabs",
+            geometry(20, 700, 560, 150) +
+                made("QWidget", "page", grid(cellOf(0, made("QPushButton", "ok", kLongText, 1))))));
+  then([this] {
+    const auto &ok = named<QPushButton>("ok");
+    expectInReach(ok);
+    EXPECT_EQ(ok.size(), ok.sizeHint());
   });
   runUntilEscape();
 }
