@@ -20,8 +20,9 @@ texts = {path.relative_to(root).as_posix(): path.read_text(encoding='utf-8', err
 problems = []
 
 LICENCE = re.compile(r'(?:#![^\n]*\n)?(?://|/\*|#) SPDX-License-Identifier: MIT(?: \*/)?\n')
-scripts = [path for folder in LIBRARY + OTHERS + ['cmake', 'debian', 'scripts', '.'] for path in
-           root.glob(f'{folder}/*' if folder in ('scripts', '.') else f'{folder}/**/*')
+FLAT = ['scripts', '.ci', '.']  # without what is below
+scripts = [path for folder in LIBRARY + OTHERS + ['cmake', 'debian'] + FLAT for path in
+           root.glob(f'{folder}/*' if folder in FLAT else f'{folder}/**/*')
            if path.name == 'CMakeLists.txt' or path.suffix in ('.cmake', '.map', '.py', '.sh') or
            path.is_file() and path.suffix == '' and path.read_bytes().startswith(b'#!')]
 for path in scripts:
