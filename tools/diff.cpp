@@ -9,6 +9,7 @@
 #include "tools/arguments.h"
 #include "tools/commands.h"
 #include "tools/output.h"
+#include "tools/progress.h"
 #include "tools/tablefile.h"
 #include "tools/text.h"
 
@@ -19,10 +20,12 @@ using Lines = std::vector<std::string>;
 
 // The lines of each code, sorted. What stands between the fields is no difference.
 std::map<std::string, Lines> linesByCode(const TableFile &table) {
+  Progress progress(table.lines().size());
   std::map<std::string, Lines> lines;
   for (const int number : table.dataLines()) {
     const std::string_view text = table.line(number).text;
     lines[std::string(codeOf(text))].push_back(withCommas(text));
+    progress.at(static_cast<std::size_t>(number));
   }
   for (auto &[code, ofCode] : lines) std::sort(ofCode.begin(), ofCode.end());
   return lines;
@@ -62,9 +65,12 @@ int runDiff(const Arguments &arguments) {
   auto newLines = linesByCode(newTable);
   // A code of either table has a place in both.
   for (const auto &[code, lines] : newLines) oldLines.try_emplace(code);
+  Progress progress(oldLines.size());
+  std::size_t compared = 0;
   bool isEqual = true;
   for (const auto &[code, lines] : oldLines) {
     if (printDifference(lines, newLines[code])) isEqual = false;
+    progress.at(++compared);
   }
   return isEqual ? kDone : kUnlike;
 }

@@ -13,6 +13,7 @@
 #include "tools/commands.h"
 #include "tools/dates.h"
 #include "tools/output.h"
+#include "tools/progress.h"
 #include "tools/tablefile.h"
 #include "tools/text.h"
 
@@ -29,8 +30,10 @@ std::string_view columnOf(const Fields &fields, std::size_t column) {
 // exit code.
 int printWanted(const TableFile &table, bool all, std::optional<int> column,
                 const std::function<bool(const Fields &)> &isWanted) {
+  Progress progress(table.lines().size());
   int exitCode = kUnlike;
   for (const int number : table.dataLines()) {
+    progress.at(static_cast<std::size_t>(number));
     const std::string_view text = table.line(number).text;
     const Fields fields = fieldsOf(text);
     if (!isWanted(fields)) continue;
@@ -90,14 +93,22 @@ bool matchesInAnyCase(std::string_view label, std::string_view field) {
 
 int runShow(const Arguments &arguments) {
   const TableFile table(arguments.operand(0));
-  for (const Line &line : table.lines()) printLine(line.text);
+  Progress progress(table.lines().size());
+  for (const Line &line : table.lines()) {
+    printLine(line.text);
+    progress.at(static_cast<std::size_t>(line.number));
+  }
   return kDone;
 }
 
 int runList(const Arguments &arguments) {
   const TableFile table(arguments.operand(0));
   table.requireData();
-  for (const int number : table.dataLines()) printLine(codeOf(table.line(number).text));
+  Progress progress(table.lines().size());
+  for (const int number : table.dataLines()) {
+    printLine(codeOf(table.line(number).text));
+    progress.at(static_cast<std::size_t>(number));
+  }
   return kDone;
 }
 

@@ -4,12 +4,17 @@
 
 #include <cstdio>
 
+#include <unistd.h>
+
 #include "tools/failure.h"
+#include "tools/progress.h"
 #include "tools/text.h"
 
 namespace korvel::tools {
 
 void print(std::string_view utf8) {
+  static const bool isOnTerminal = isatty(STDOUT_FILENO) == 1;
+  if (isOnTerminal) hideBar();
   if (std::fwrite(utf8.data(), 1, utf8.size(), stdout) != utf8.size()) {
     throw fileFailure("standard output");
   }

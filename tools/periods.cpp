@@ -11,6 +11,7 @@
 
 #include "tools/dates.h"
 #include "tools/findings.h"
+#include "tools/progress.h"
 #include "tools/tablefile.h"
 #include "tools/text.h"
 
@@ -78,11 +79,13 @@ void checkCode(std::vector<Period> &periods, Findings &findings) {
 }  // namespace
 
 void checkPeriods(const TableFile &table, std::size_t column, Findings &findings) {
+  Progress progress(table.lines().size());
   std::map<std::string_view, std::vector<Period>> periods;
   for (const int number : table.dataLines()) {
     const Line &line = table.line(number);
     const auto period = readPeriod(line, column, findings);
     if (period) periods[codeOf(line.text)].push_back(*period);
+    progress.at(static_cast<std::size_t>(number));
   }
   for (auto &[code, ofCode] : periods) checkCode(ofCode, findings);
 }

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
-// Draws the bar: a second after the beginning for the first time, then ten times a second.
+// Draws the bar: a second after the program's beginning for the first time, then ten times a
+// second.
 #include "tools/progress.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <string>
 
@@ -13,14 +15,15 @@ namespace {
 constexpr auto kPatience = std::chrono::seconds(1);
 constexpr auto kPause = std::chrono::milliseconds(100);
 
+const auto begin = std::chrono::steady_clock::now();
+bool isShown = false;
+
 }  // namespace
 
 Progress::Progress(std::size_t total)
-    : total_(total), isSeen_(isatty(STDERR_FILENO) == 1), next_(Clock::now() + kPatience) {}
+    : total_(total), isSeen_(total > 0 && isatty(STDERR_FILENO) == 1), next_(begin + kPatience) {}
 
-Progress::~Progress() {
-  if (isShown_) std::fputs("\r\033[K", stderr);
-}
+Progress::~Progress() { hideBar(); }
 
 void Progress::at(std::size_t done) {
   if (!isSeen_) return;
@@ -32,12 +35,17 @@ void Progress::at(std::size_t done) {
 
 void Progress::show(std::size_t done) {
   constexpr std::size_t kWidth = 40;
-  const std::size_t share = total_ == 0 ? kWidth : done * kWidth / total_;
+  done = std::min(done, total_);  // a file may grow while it is read
+  const std::size_t share = done * kWidth / total_;
   const std::string bar(share, '#');
   const std::string rest(kWidth - share, '.');
-  const std::size_t percent = total_ == 0 ? 100 : done * 100 / total_;
-  std::fprintf(stderr, "\r[%s%s] %3zu %%", bar.c_str(), rest.c_str(), percent);
-  isShown_ = true;
+  std::fprintf(stderr, "\r[%s%s] %3zu %%", bar.c_str(), rest.c_str(), done * 100 / total_);
+  isShown = true;
+}
+
+void hideBar() {
+  if (isShown) std::fputs("\r\033[K", stderr);
+  isShown = false;
 }
 
 }  // namespace korvel::tools

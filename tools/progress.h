@@ -8,10 +8,11 @@
 
 namespace korvel::tools {
 
-// Shows nothing where standard error is no terminal. The bar is gone when the object is.
+// Shows nothing where standard error is no terminal. The bar is gone when the object is. The second
+// counts from the beginning of the program: a command may work through a table several times.
 class Progress {
  public:
-  // total: the number of steps.
+  // total: the number of steps; 0 where nobody knows, and nothing is shown.
   explicit Progress(std::size_t total);
   ~Progress();
   Progress(const Progress &) = delete;
@@ -28,8 +29,10 @@ class Progress {
   const std::size_t total_;
   const bool isSeen_;
   Clock::time_point next_;  // when it shows, or shows anew
-  bool isShown_ = false;
 };
+
+// Takes the bar away, for a text that the terminal gets; it is drawn anew behind that.
+void hideBar();
 
 }  // namespace korvel::tools
 

@@ -7,11 +7,13 @@
 #include <map>
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <korvel/strings.h>
 
 #include "tools/failure.h"
+#include "tools/progress.h"
 #include "tools/text.h"
 
 namespace korvel::tools {
@@ -32,6 +34,11 @@ class OpenFile {
   OpenFile(const OpenFile &) = delete;
   OpenFile &operator=(const OpenFile &) = delete;
   int descriptor() const { return file_; }
+  // 0 for what has none, as a pipe.
+  std::size_t size() const {
+    struct stat status;
+    return fstat(file_, &status) == 0 ? static_cast<std::size_t>(status.st_size) : 0;
+  }
 
  private:
   int file_;
@@ -42,6 +49,7 @@ class OpenFile {
 std::string contentOf(const std::string &path) {
   constexpr std::size_t kBlock = std::size_t{1} << 20;
   const OpenFile file(path);
+  Progress progress(file.size());
   std::string content;
   for (;;) {
     const std::size_t before = content.size();
@@ -50,6 +58,7 @@ std::string contentOf(const std::string &path) {
     if (got < 0 && errno != EINTR) throw fileFailure(path);
     content.resize(before + static_cast<std::size_t>(std::max<ssize_t>(got, 0)));
     if (got == 0) return content;
+    progress.at(content.size());
   }
 }
 
@@ -89,6 +98,7 @@ TableFile::TableFile(const std::string &path) : path_(path), content_(contentOf(
 }
 
 void TableFile::split() {
+  Progress progress(content_.size());
   std::string_view rest = content_;
   while (!rest.empty()) {
     const std::size_t end = rest.find(kReturn);
@@ -109,6 +119,7 @@ void TableFile::split() {
       line.number = static_cast<int>(lines_.size()) + 1;
       lines_.push_back(line);
     }
+    progress.at(content_.size() - rest.size());
   }
 }
 

@@ -1,8 +1,10 @@
 # SPDX-License-Identifier: MIT
 """How the program is called and what it says of itself, and what becomes of tables when it is
 killed, the disk is full or a file may not be read."""
+import contextlib
 import fcntl
 import os
+import pathlib
 import pty
 import random
 import re
@@ -202,35 +204,100 @@ class Killed(Workbench):
             self.assertEqual(self.files(), before)
 
 
-class Bar(Workbench):
-    def seen_on_a_terminal(self, terminal):
-        """What standard error gets of a work that takes more than a second, as it is stopped."""
-        lines = 200
-        self.put(*(['01,A'] * lines + ['02,B']))
-        size = self.table.stat().st_size
-        ours, theirs = pty.openpty() if terminal else os.pipe()
-        process = subprocess.Popen([workbench.program, 'delete', 'actes.tab', '01', '--all'],
-                                   cwd=self.folder, stderr=theirs)
-        os.close(theirs)
-        while self.table.stat().st_size == size:
+class SlowRun:
+    """The program in a folder of its own, where what it waits for comes late: the other end of the
+    pipe that it reads, or the lock of the folder in which it edits."""
+
+    def __init__(self, folder, arguments, table, stderr, stdout=subprocess.DEVNULL):
+        self.folder = folder
+        self.content = b'01,A\r\n' if arguments[0] == 'import' else table
+        folder.mkdir()
+        (folder / 'actes.tab').write_bytes(table)
+        os.mkfifo(folder / 'pipe')
+        self.held = os.open(folder, os.O_RDONLY)
+        fcntl.flock(self.held, fcntl.LOCK_EX)
+        self.process = subprocess.Popen([workbench.program, *arguments], cwd=folder, stderr=stderr,
+                                        stdout=stdout)
+        self.pipe = None
+        wait = self.has_opened_pipe if 'pipe' in arguments else self.has_opened_folder
+        while not wait():
+            assert self.process.poll() is None, f'{arguments}: it waits for nothing'
             time.sleep(0.001)
-        process.send_signal(signal.SIGSTOP)
-        time.sleep(1.1)
-        process.send_signal(signal.SIGCONT)
-        seen = b''
+
+    def has_opened_pipe(self):
         try:
-            while piece := os.read(ours, 4096):
-                seen += piece
-        except OSError:  # how a terminal ends
-            pass
-        os.close(ours)
-        self.assertEqual(process.wait(), 0)
-        self.assertEqual(self.data(), ['02,B'])
-        return seen.decode()
+            self.pipe = os.open(self.folder / 'pipe', os.O_WRONLY | os.O_NONBLOCK)
+        except OSError:
+            return False
+        return True
+
+    def has_opened_folder(self):
+        wanted = os.path.realpath(self.folder)
+        for file in pathlib.Path(f'/proc/{self.process.pid}/fd').iterdir():
+            with contextlib.suppress(FileNotFoundError):
+                if os.readlink(file) == wanted:
+                    return True
+        return False
+
+    def go_on(self):
+        if self.pipe is not None:
+            os.write(self.pipe, self.content)
+            os.close(self.pipe)
+        os.close(self.held)
+
+
+def all_that_comes(descriptor):
+    content = b''
+    with contextlib.suppress(OSError):  # how a terminal ends
+        while piece := os.read(descriptor, 4096):
+            content += piece
+    os.close(descriptor)
+    return content.decode()
+
+
+class Bar(Workbench):
+    RUNS = [['check', 'pipe', '--dates', '1'], ['show', 'pipe'], ['list', 'pipe'],
+            ['find', 'pipe', '02', '--all'], ['search', 'pipe', 'B'],
+            ['set', 'actes.tab', '02', '1', 'C'], ['insert', 'actes.tab', '03'],
+            ['delete', 'actes.tab', '01', '--all'], ['backup', 'actes.tab'],
+            ['repair', 'actes.tab', '--title', 'T', '--version', 'V'],
+            ['diff', 'pipe', 'actes.tab'],
+            ['import', 'pipe', 'new.tab', '--title', 'T', '--version', 'V'], ['export', 'pipe']]
+    TABLE = table_bytes(*['01,A'] * 20, '02,B')
+    SHOWN = r'(?:(?:\r\[#*\.*\] +\d+ %)+\r\x1b\[K)'
+
+    def seen(self, open_ends):
+        """What standard error gets of each command, which takes more than a second."""
+        runs = {}
+        for arguments in self.RUNS:
+            ours, theirs = open_ends()
+            run = SlowRun(self.folder / arguments[0], arguments, self.TABLE, theirs)
+            runs[arguments[0]] = ours, run
+            os.close(theirs)
+        self.assertEqual(list(runs), COMMANDS)
+        time.sleep(1.1)
+        for _, run in runs.values():
+            run.go_on()
+        seen = {command: all_that_comes(ours) for command, (ours, _) in runs.items()}
+        self.assertEqual([command for command, (_, run) in runs.items() if run.process.wait() != 0],
+                         ['check'])
+        return seen
 
     def test_a_bar_shows_on_a_terminal_what_takes_more_than_a_second(self):
-        self.assertRegex(self.seen_on_a_terminal(True),
-                         r'^(\r\[#*\.*\] +\d+ %)+\r\x1b\[K$')
+        for command, seen in self.seen(pty.openpty).items():
+            with self.subTest(command=command):
+                self.assertRegex(seen, f'^{self.SHOWN}+$')
 
     def test_elsewhere_there_is_no_bar(self):
-        self.assertEqual(self.seen_on_a_terminal(False), '')
+        self.assertEqual(set(self.seen(os.pipe).values()), {''})
+
+    def test_a_bar_gives_way_to_what_the_same_terminal_gets(self):
+        ours, theirs = pty.openpty()
+        run = SlowRun(self.folder / 'show', ['show', 'pipe'], self.TABLE, theirs, stdout=theirs)
+        os.close(theirs)
+        time.sleep(1.1)
+        run.go_on()
+        seen = all_that_comes(ours)
+        self.assertEqual(run.process.wait(), 0)
+        self.assertRegex(seen, f'^{self.SHOWN}+Actes\r\n{self.SHOWN}Version: 2\r\n')
+        self.assertEqual(re.sub(self.SHOWN, '', seen).encode(), self.TABLE)
