@@ -2,6 +2,7 @@
 // Makes a file beside its place, syncs it and renames it.
 #include "tools/newfile.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <csignal>
 #include <cstdio>
@@ -10,7 +11,9 @@
 #include <limits.h>
 
 #include <fcntl.h>
+#include <linux/limits.h>
 #include <sys/stat.h>
+#include <sys/xattr.h>
 #include <unistd.h>
 
 #include "tools/failure.h"
@@ -63,6 +66,39 @@ bool isTaken(const std::string &place, struct stat &status) {
   return true;
 }
 
+constexpr const char *kAccessList = "system.posix_acl_access";
+
+bool isKept(std::string_view attribute) {
+  return attribute.starts_with("user.") || attribute == kAccessList ||
+         attribute == "security.selinux";
+}
+
+bool copyAttribute(const std::string &from, int to, const char *name) {
+  std::string value(XATTR_SIZE_MAX, '\0');
+  const ssize_t length = getxattr(from.c_str(), name, value.data(), value.size());
+  return length >= 0 && fsetxattr(to, name, value.data(), static_cast<std::size_t>(length), 0) == 0;
+}
+
+// A folder may give every new file an access list; it goes where the old file has none. Returns
+// false for one that cannot be copied.
+bool copyAttributes(const std::string &from, int to) {
+  std::string names(XATTR_LIST_MAX, '\0');
+  const ssize_t length = listxattr(from.c_str(), names.data(), names.size());
+  names.resize(static_cast<std::size_t>(std::max<ssize_t>(length, 0)));
+  bool hasAccessList = false;
+  bool isCopied = true;
+  for (std::size_t i = 0; i < names.size(); i = names.find('\0', i) + 1) {
+    const char *const name = names.c_str() + i;
+    if (!isKept(name)) continue;
+    const bool copied = copyAttribute(from, to, name);
+    if (std::strcmp(name, kAccessList) != 0) continue;
+    hasAccessList = true;
+    isCopied = copied;
+  }
+  if (!hasAccessList) fremovexattr(to, kAccessList);
+  return isCopied;
+}
+
 }  // namespace
 
 mode_t usualMode() {
@@ -82,8 +118,22 @@ NewFile::NewFile(const std::string &place, mode_t modeIfNew) : place_(place) {
     if (file_ < 0) throw fileFailure(folder);
     removeAtSignals(path_);
   }
-  if (taken) static_cast<void>(fchown(file_, old.st_uid, old.st_gid) == 0);
-  fchmod(file_, taken ? old.st_mode & 0777 : modeIfNew);
+  if (taken) {
+    resemble(old);
+  } else {
+    fchmod(file_, modeIfNew);
+  }
+}
+
+// Without the old group or access list the group gets no more rights than everyone has. The mode
+// comes last: the others change it.
+void NewFile::resemble(const struct stat &old) const {
+  const bool hasGroup = fchown(file_, old.st_uid, old.st_gid) == 0 ||
+                        fchown(file_, static_cast<uid_t>(-1), old.st_gid) == 0;
+  const bool hasAccessList = copyAttributes(place_, file_);
+  const mode_t everyones = old.st_mode & S_IRWXO;
+  const mode_t groups = hasGroup && hasAccessList ? S_IRWXG : everyones << 3;
+  fchmod(file_, old.st_mode & (S_IRWXU | groups | S_IRWXO));
 }
 
 NewFile::~NewFile() {

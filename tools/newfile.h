@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-#include <sys/types.h>
+#include <sys/stat.h>
 
 namespace korvel::tools {
 
@@ -17,7 +17,8 @@ mode_t usualMode();
 class NewFile {
  public:
   // place: an absolute path, from placeOf. A file that stands there already gives the new one its
-  // owner and mode; it has to be a regular one that may be written. modeIfNew: where there is none.
+  // owner, mode, access list and other attributes, as in an edit by the library; it has to be a
+  // regular one that may be written. modeIfNew: where there is none.
   NewFile(const std::string &place, mode_t modeIfNew);
   ~NewFile();
   NewFile(const NewFile &) = delete;
@@ -33,6 +34,8 @@ class NewFile {
   void commit();
 
  private:
+  void resemble(const struct stat &old) const;
+
   const std::string place_;
   std::string path_;
   int file_ = -1;

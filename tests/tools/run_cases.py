@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: MIT
 """run_cases.py <program> <library> <project> <module>.<class>: tries the program on the cases of one
-class."""
+class. The class counts as skipped where one of them cannot be tried."""
 import pathlib
 import sys
 import unittest
@@ -9,4 +9,5 @@ import workbench
 
 workbench.program, workbench.library, project, cases = sys.argv[1:]
 workbench.project = pathlib.Path(project)
-unittest.main(module=None, argv=['cases', cases], verbosity=2)
+result = unittest.main(module=None, argv=['cases', cases], verbosity=2, exit=False).result
+sys.exit(1 if not result.wasSuccessful() else 77 if result.skipped else 0)
