@@ -104,7 +104,6 @@ std::string csvRow(const std::vector<std::string> &fields, char delimiter) {
 }
 
 char delimiterOf(const std::string &argument) {
-  if (argument.empty()) return ',';
   if (argument == "\\t") return '\t';
   const bool isOneByte = argument.size() == 1 && static_cast<unsigned char>(argument[0]) < 0x80;
   if (!isOneByte || argument == "\"" || argument == "\r" || argument == "\n") {

@@ -1,6 +1,10 @@
 // SPDX-License-Identifier: MIT
 // CSV as RFC 4180 describes it: fields with a delimiter between them, those between quotes may hold
 // it, and two quotes there are one.
+//
+// Own code, and not a library's: whoever keeps a table is told the line and the field of whatever
+// cannot be taken, broken quoting included, which readers for general use repair in silence or give
+// no place for.
 #ifndef KORVEL_TOOLS_CSV_H
 #define KORVEL_TOOLS_CSV_H
 
@@ -43,7 +47,7 @@ class CsvReader {
 // A row as it is written, its end included.
 std::string csvRow(const std::vector<std::string> &fields, char delimiter);
 
-// The delimiter that a command line names, a comma for nothing.
+// The delimiter that a command line names.
 char delimiterOf(const std::string &argument);
 
 }  // namespace korvel::tools

@@ -5,8 +5,6 @@
 #include <algorithm>
 #include <cctype>
 
-#include <sys/stat.h>
-
 #include "tools/arguments.h"
 #include "tools/commands.h"
 #include "tools/csv.h"
@@ -50,13 +48,6 @@ std::string csvOf(const ExportedTable &table, bool hasHeading, char delimiter) {
     progress.at(i + 1);
   }
   return csv;
-}
-
-bool isSameFile(const std::string &a, const std::string &b) {
-  struct stat ofA;
-  struct stat ofB;
-  return stat(a.c_str(), &ofA) == 0 && stat(b.c_str(), &ofB) == 0 && ofA.st_dev == ofB.st_dev &&
-         ofA.st_ino == ofB.st_ino;
 }
 
 // Where the export goes: an absolute path.
@@ -113,7 +104,7 @@ std::string indexStatement(const ExportedTable &table) {
 
 int runExport(const Arguments &arguments) {
   const std::string format = arguments.text("format", "csv");
-  const char delimiter = delimiterOf(arguments.text("delimiter"));
+  const char delimiter = delimiterOf(arguments.text("delimiter", ","));
   const bool isCsv = format == "csv";
   if (!isCsv && format != "sqlite" && format != "postgres") {
     throw WrongUse("--format has to be csv, sqlite or postgres, not \"" + format + '"');

@@ -99,7 +99,7 @@ class FieldMaker {
 
 std::string tableOf(const Arguments &arguments, const Heading &heading) {
   const std::string content = contentOf(arguments.operand(0));
-  CsvReader csv(arguments.operand(0), content, delimiterOf(arguments.text("delimiter")));
+  CsvReader csv(arguments.operand(0), content, delimiterOf(arguments.text("delimiter", ",")));
   const FieldMaker maker(csv, isUtf8(arguments), replacementOf(arguments));
   Progress progress(content.size());
   std::string table;
@@ -121,7 +121,11 @@ std::string tableOf(const Arguments &arguments, const Heading &heading) {
 
 int runImport(const Arguments &arguments) {
   const Heading heading = headingOf(arguments);
+  if (isSameFile(arguments.operand(0), arguments.operand(1))) {
+    throw Failure(kFailed, arguments.operand(1) + ": is the CSV file itself");
+  }
   const std::string table = tableOf(arguments, heading);
+  const FolderLock lock(arguments.operand(1));
   const std::string place = placeOf(arguments.operand(1));
   const std::string name = libraryName(place);
   // Whoever makes a table by the library opens it to all, too.

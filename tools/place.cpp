@@ -56,6 +56,13 @@ std::string placeOf(const std::string &path) {
   return (folder == "/" ? "" : folder) + '/' + path.substr(path.rfind('/') + 1);
 }
 
+bool isSameFile(const std::string &a, const std::string &b) {
+  struct stat ofA;
+  struct stat ofB;
+  return stat(a.c_str(), &ofA) == 0 && stat(b.c_str(), &ofB) == 0 && ofA.st_dev == ofB.st_dev &&
+         ofA.st_ino == ofB.st_ino;
+}
+
 FolderLock::FolderLock(const std::string &path) {
   const std::string place = placeOf(path);
   folder_ = open(place.substr(0, place.rfind('/') + 1).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
@@ -82,7 +89,7 @@ std::string nameForEdit(const std::string &path) {
   std::string leftOver = path;
   leftOver.back() = '_';
   struct stat status;
-  if (leftOver != path && stat(leftOver.c_str(), &status) == 0) {
+  if (leftOver != path && lstat(leftOver.c_str(), &status) == 0) {
     throw Failure(kFailed, leftOver + ": has the name that an edit uses; move or remove it first");
   }
   return libraryName(path);

@@ -11,12 +11,16 @@ namespace korvel::tools {
 // to be there.
 std::string placeOf(const std::string &path);
 
+// Whether both paths lead to one file, by whatever links.
+bool isSameFile(const std::string &a, const std::string &b);
+
 // Makes the folder of an absolute path the library's tables directory, and returns the name that
 // the table has there. path: from placeOf.
 std::string libraryName(const std::string &path);
 
 // The same for an edit. Throws where a file stands that the library takes for the beginning of an
-// edit that was cut short, whose end would become the end of the table.
+// edit that was cut short, whose end would become the end of the table, or anything else, such as a
+// link, for which the library refuses to edit.
 std::string nameForEdit(const std::string &path);
 
 // Edits by this program wait for each other from the look at the table on: a line that moves in

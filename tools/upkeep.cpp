@@ -75,6 +75,7 @@ void restoreOne(const TableFile &table, const Heading &heading) {
 // The library does not say whether there is a back-up now.
 int runBackup(const Arguments &arguments) {
   const std::string &path = arguments.operand(0);
+  const FolderLock lock(path);
   const std::string before = contentOf(path);
   const std::string place = placeOf(path);
   const std::string backUp = backUpOf(place);

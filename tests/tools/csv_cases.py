@@ -4,6 +4,7 @@ import csv
 import io
 import os
 import random
+import re
 import sqlite3
 import stat
 
@@ -90,6 +91,7 @@ class Import(Workbench):
             (['--encoding', 'latin9'], 'import: --encoding has to be'),
             (['--delimiter', ';;'], 'import: --delimiter has to be'),
             (['--delimiter', '"'], 'import: --delimiter has to be'),
+            (['--delimiter', ''], 'import: --delimiter has to be'),
             (['--delimiter', 'é'], 'import: --delimiter has to be'),
             (['--replace', ''], 'import: --replace has to be one character'),
             (['--replace', 'ab'], 'import: --replace has to be one character'),
@@ -114,12 +116,51 @@ class Import(Workbench):
         self.assertTrue((self.folder / 'link.tab').is_symlink())
         self.assertEqual(self.files().keys(), {'actes.tab', 'link.tab', 'list.csv'})
 
+    def test_a_table_is_no_csv_of_itself(self):
+        self.put('01,A')
+        (self.folder / 'link.tab').symlink_to('actes.tab')
+        (self.folder / 'other.tab').hardlink_to(self.table)
+        for csv_file, table in (('actes.tab', 'actes.tab'), ('actes.tab', './link.tab'),
+                                ('link.tab', 'actes.tab'), ('other.tab', 'actes.tab')):
+            with self.subTest(csv=csv_file, table=table):
+                self.expect_refused('import', csv_file, table, *HEADING,
+                                    err=f'{table}: is the CSV file itself')
+
     def test_places_that_cannot_be_written_are_refused(self):
         self.csv('01,A\r\n')
         self.expect_refused('import', 'list.csv', '.', *HEADING, err='Is a directory')
         self.expect_refused('import', 'list.csv', 'no/actes.tab', *HEADING, err='No such file')
         self.expect_refused('import', 'list.csv', '/dev/null', *HEADING, err='no regular file')
         self.expect_refused('import', 'missing.csv', 'actes.tab', *HEADING, err='missing.csv: No ')
+
+
+def database_of(script):
+    """The table, its columns and its rows that psql makes of a script, which has to be written as the
+    exports are: whatever else stands in it raises."""
+    name, columns, names, data, indexed = re.fullmatch(
+        r"""\\set ON_ERROR_STOP on
+SET client_encoding = 'UTF8';
+BEGIN;
+CREATE TABLE "(\w{1,58})" \(([^()]*)\);
+COPY "\1" \(([^()]*)\) FROM stdin;
+((?:.*\n)*?)\\\.
+CREATE INDEX "\1_code" ON "\1" \("(\w+)"\);
+COMMIT;
+""", script).groups()
+    declared = [re.fullmatch(r'"(\w+)" text', column)[1] for column in columns.split(', ')]
+    assert ', '.join(f'"{column}"' for column in declared) == names, names
+    assert indexed == declared[0] == 'code', indexed
+    rows = [tuple(map(copied, line.split('\t'))) for line in data.split('\n')[:-1]]
+    assert all(len(row) == len(declared) for row in rows), declared
+    return name, declared, rows
+
+
+def copied(field):
+    """A field as COPY reads it: a backslash stands only in front of what it changes."""
+    if field == '\\N':
+        return None
+    assert not re.search('[\r\0]', field), field
+    return re.sub(r'\\(.?)', lambda escape: {'\\': '\\', 't': '\t', 'r': '\r'}[escape[1]], field)
 
 
 class Export(Workbench):
@@ -180,6 +221,7 @@ class Export(Workbench):
         rows = [
             (['--format', 'xml'], '--format has to be'),
             (['--format', 'sqlite'], 'needs --output'),
+            (['--delimiter', ''], '--delimiter has to be'),
             (['--format', 'postgres', '--header'], 'for csv'),
             (['--output', 'actes.tab'], 'actes.tab: is the table itself'),
             (['--output', '.'], 'Is a directory'),
@@ -248,3 +290,29 @@ COPY "actes" ("code", "column1", "column2") FROM stdin;
 CREATE INDEX "actes_code" ON "actes" ("code");
 COMMIT;
 ''')
+
+    def expect_script(self, table):
+        """The script for psql of a table has all its rows."""
+        out = self.expect(0, 'export', table, '--format', 'postgres').out
+        lines = table.read_bytes().decode('cp1252').split('\r\n')[3:-2]
+        rows = [re.split('[,+]', line) for line in lines]
+        name, columns, got = database_of(out)
+        self.assertEqual((name, len(columns)), (table.stem, max(map(len, rows))))
+        self.assertEqual(got, [(*row, *[None] * (len(columns) - len(row))) for row in rows])
+
+    def test_a_strict_reader_finds_all_rows_in_the_script(self):
+        for table in real_tables():
+            if table.stat().st_size > 1000000:
+                continue
+            with self.subTest(table=table.name):
+                self.expect_script(table)
+
+    def test_a_strict_reader_finds_any_bytes_in_the_script(self):
+        chosen = random.Random(5)
+        pieces = [bytes([byte]) for byte in range(1, 256)
+                  if byte not in b'\r\n\x81\x8D\x8F\x90\x9D']
+        pieces += [b'\\', b'\t', b'\\.', b'\\N', b'\\t', b',', b"'", b'"'] * 12
+        data = [b''.join(chosen.choices(pieces, k=chosen.randrange(100))) for _ in range(300)]
+        lines = [b'Titre', b'Version: 1', b'#DEBUT', b'\\.', b'\\N', b'', *data, b'#FIN', b'']
+        self.table.write_bytes(b'\r\n'.join(lines))
+        self.expect_script(self.table)

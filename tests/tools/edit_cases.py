@@ -160,6 +160,15 @@ class Edit(Workbench):
                 self.expect_refused(*arguments, err='actes.ta_: has the name that an edit uses')
         self.expect(0, 'backup', 'actes.tab')
 
+    def test_a_link_where_an_edit_writes_is_told_wherever_it_leads(self):
+        for target in 'nowhere', 'actes.tab':
+            with self.subTest(target=target):
+                (self.folder / 'actes.ta_').unlink(missing_ok=True)
+                (self.folder / 'actes.ta_').symlink_to(target)
+                self.expect_refused('set', 'actes.tab', '01', '1', 'x',
+                                    err='actes.ta_: has the name that an edit uses')
+                self.assertTrue((self.folder / 'actes.ta_').is_symlink())
+
     def test_a_path_may_hold_what_a_path_may_hold(self):
         folder = self.folder / "d'été: $x" / '-l:'
         folder.mkdir(parents=True)
