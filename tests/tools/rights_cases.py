@@ -60,13 +60,13 @@ class AccessList(Workbench):
         self.put('01,A')
         self.give(self.table, ATTRIBUTE)
 
-    def give(self, path, attribute):
+    def give(self, path, attribute, value=LIST):
         try:
-            os.setxattr(path, attribute, LIST)
+            os.setxattr(path, attribute, value)
         except OSError as error:
             if error.errno != errno.ENOTSUP:
                 raise
-            self.skipTest('no access lists on this disk')
+            self.skipTest(f'no {attribute} on this disk')
 
     def test_what_replaces_a_table_keeps_its_list(self):
         for arguments in IMPORT, *EDITS[:3]:
@@ -79,7 +79,7 @@ class AccessList(Workbench):
     def test_an_export_over_a_file_keeps_its_list_too(self):
         (self.folder / 'out.csv').write_bytes(b'')
         self.give(self.folder / 'out.csv', ATTRIBUTE)
-        os.setxattr(self.folder / 'out.csv', 'user.origin', b'poste 3')
+        self.give(self.folder / 'out.csv', 'user.origin', b'poste 3')
         self.expect(0, 'export', 'actes.tab', '--output', 'out.csv')
         self.assertEqual(os.getxattr(self.folder / 'out.csv', ATTRIBUTE), LIST)
         self.assertEqual(os.getxattr(self.folder / 'out.csv', 'user.origin'), b'poste 3')
