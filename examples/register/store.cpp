@@ -100,20 +100,30 @@ QString lineOf(const Vaccination &dose) {
       .join(u'\t');
 }
 
-class Reader {
- public:
-  explicit Reader(int number) : path_(pathOf(number)) {}
+QString valueIn(const std::string &path, const char *key) {
+  char text[16384];  // as long as a profile keeps a line
+  GetPrivateProfileString(kPerson, key, "", text, sizeof text, path.c_str());
+  return fromBytes(text);
+}
 
-  QString value(const char *section, const char *key) const {
-    char text[1024];
-    GetPrivateProfileString(section, key, "", text, sizeof text, path_.c_str());
-    return fromBytes(text);
+// The values of a person's vaccinations, in the order of their lines. By their numbers those behind
+// a gap would not be found, and so be lost at the next write. Nothing where they cannot be read.
+std::optional<QStringList> dosesIn(const std::string &path) {
+  QFile file(systemPath(path));
+  if (!file.open(QIODevice::ReadOnly)) return {};
+  const QByteArray bytes = file.readAll();
+  if (bytes.contains('\0')) return {};
+  const QString header = u'[' + QLatin1String(kVaccinations) + u']';
+  bool isInside = false;
+  QStringList doses;
+  for (const QString &each : fromBytes(bytes).remove(u'\n').split(u'\r')) {
+    if (each.startsWith(u'['))
+      isInside = each.startsWith(header);
+    else if (isInside && !each.isEmpty())
+      doses.append(each.section(u'=', 1));
   }
-  QDate day(const char *key) const { return fromNumber(value(kPerson, key).toInt()); }
-
- private:
-  const std::string path_;
-};
+  return doses;
+}
 
 // Nothing where a part is missing or is not what it should be.
 std::optional<Vaccination> vaccinationOf(const QString &line) {
@@ -126,22 +136,22 @@ std::optional<Vaccination> vaccinationOf(const QString &line) {
 }
 
 std::optional<Person> readPerson(int number) {
-  const Reader file(number);
+  const std::string path = pathOf(number);
   Person person{number,
-                file.value(kPerson, "nom"),
-                file.value(kPerson, "prenom"),
-                file.value(kPerson, "sexe"),
-                file.day("naissance"),
-                file.value(kPerson, "remarques"),
+                valueIn(path, "nom"),
+                valueIn(path, "prenom"),
+                valueIn(path, "sexe"),
+                fromNumber(valueIn(path, "naissance").toInt()),
+                valueIn(path, "remarques"),
                 {}};
-  if (person.name.isEmpty() || !person.birth.isValid()) return {};
-  for (int i = 1;; ++i) {
-    const QString line = file.value(kVaccinations, std::to_string(i).c_str());
-    if (line.isEmpty()) return person;
-    const auto dose = vaccinationOf(line);
+  const auto doses = dosesIn(path);
+  if (person.name.isEmpty() || !person.birth.isValid() || !doses) return {};
+  for (const QString &text : *doses) {
+    const auto dose = vaccinationOf(text);
     if (!dose) return {};
     person.vaccinations.append(*dose);
   }
+  return person;
 }
 
 QString dataFolder() {

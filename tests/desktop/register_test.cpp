@@ -209,14 +209,43 @@ TEST_F(Register, ARecordThatCannotBeKeptStaysInItsDialog) {
   EXPECT_NE(kept("personnes/0001.per").find("nom=Blanc\r\n"), std::string::npos);
 }
 
+TEST_F(Register, ARecordWithAGapInItsDosesLosesNone) {
+  std::string record = std::string(kRecord) + kDoses;
+  record.replace(record.find("2=2019"), 1, "4");
+  keep("personnes/0001.per", record);
+  auto application = start();
+  ASSERT_TRUE(comesUp(kMain));
+  press("ctrl+d");
+  ASSERT_TRUE(comesUp(kDoseOfZoe));
+  press("shift+Tab Home Down Down Tab");
+  for (const char *part : {"5", "6", "2018"}) {
+    write(part);
+    press("Tab");
+  }
+  press("Tab");
+  write("r7");
+  press("Tab");
+  write("Dr Roy");
+  press("Return");
+  ASSERT_EQ(leave(application), 0);
+  const std::string after = kept("personnes/0001.per");
+  EXPECT_EQ(after.find(std::string(kRecord) + kDoses + "3=20180605\t"), 0u) << after;
+}
+
 TEST_F(Register, ADamagedRecordIsToldAndStaysAsItIs) {
-  const std::string damaged = std::string(kRecord) + "[Vaccinations]\r\n1=20200304\tDTP\r\n";
-  keep("personnes/0007.per", damaged);
+  const std::string head = std::string(kRecord) + "[Vaccinations]\r\n";
+  const std::string damaged[] = {head + "1=20200304\tDTP\r\n", head + "junk\r\n",
+                                 head + std::string("1=20200304\tDTP\t\0\tDr\t0\r\n", 23)};
+  const auto name = [](int i) { return "personnes/000" + std::to_string(i + 1) + ".per"; };
+  for (int i = 0; i < 3; ++i) keep(name(i), damaged[i]);
   auto application = start();
   ASSERT_TRUE(comesUp("Fiches illisibles"));
   press("Return");
   ASSERT_EQ(leave(application), 0);
-  EXPECT_EQ(kept("personnes/0007.per"), damaged);
+  for (int i = 0; i < 3; ++i) {
+    EXPECT_EQ(kept(name(i)), damaged[i]);
+    EXPECT_EQ(start({"--carnet", std::to_string(i + 1), path("zoe.pdf")}).wait(), 1) << i;
+  }
 }
 
 TEST_F(Register, ALongBookletHasAllDosesOnItsPages) {
