@@ -3,42 +3,22 @@
 #ifndef REGISTER_MODELS_H
 #define REGISTER_MODELS_H
 
-#include <QSortFilterProxyModel>
 #include <QStandardItemModel>
 
 #include "person.h"
 
 namespace registry {
 
-// A line for each person, in their order.
-class PeopleModel : public QStandardItemModel {
- public:
-  explicit PeopleModel(QObject *parent);
-  void set(const QList<Person> &people);
-};
+// The role of what a line is sorted by, in each column, and of what is searched in, in the first
+// one.
+enum Role { kSortRole = Qt::UserRole, kSearchRole };
 
-// Those of them whose name is searched for, in whatever case and with or without accents; all, or
-// only those whose next dose is due or soon to be.
-class PeopleFilter : public QSortFilterProxyModel {
- public:
-  PeopleFilter(PeopleModel *people, QObject *parent);
-  void search(const QString &text);
-  void showDueOnly(bool isOn);
+// In lower case and without accents, as it is searched for.
+QString plain(const QString &text);
 
- protected:
-  bool filterAcceptsRow(int row, const QModelIndex &parent) const override;
-
- private:
-  QString wanted_;
-  bool isDueOnly_ = false;
-};
-
-// A line for each vaccination of one person, in their order.
-class VaccinationsModel : public QStandardItemModel {
- public:
-  explicit VaccinationsModel(QObject *parent);
-  void set(const Person &person);
-};
+// A line for each person, or for each vaccination of one, in their order.
+void showPeople(QStandardItemModel &model, const QList<Person> &people);
+void showVaccinations(QStandardItemModel &model, const Person &person);
 
 }  // namespace registry
 

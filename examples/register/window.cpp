@@ -5,11 +5,11 @@
 #include <algorithm>
 
 #include <QAction>
-#include <QCheckBox>
 #include <QHeaderView>
 #include <QLineEdit>
 #include <QMenuBar>
 #include <QScrollArea>
+#include <QSortFilterProxyModel>
 #include <QSplitter>
 #include <QStatusBar>
 #include <QTableView>
@@ -46,9 +46,9 @@ QTableView *tableOf(QAbstractItemModel *model) {
 }  // namespace
 
 Window::Window()
-    : lines_(new PeopleModel(this)),
-      filter_(new PeopleFilter(lines_, this)),
-      vaccinations_(new VaccinationsModel(this)) {
+    : lines_(new QStandardItemModel(this)),
+      vaccinations_(new QStandardItemModel(this)),
+      filter_(new QSortFilterProxyModel(this)) {
   setWindowTitle("Registre des vaccinations");
   auto *sides = new QSplitter;
   sides->addWidget(peopleSide());
@@ -96,9 +96,12 @@ QWidget *Window::peopleSide() {
   search_ = new QLineEdit;
   search_->setPlaceholderText("Rechercher un nom");
   search_->setClearButtonEnabled(true);
-  connect(search_, &QLineEdit::textChanged, filter_, &PeopleFilter::search);
-  auto *dueOnly = new QCheckBox("Doses à faire seulement");
-  connect(dueOnly, &QCheckBox::toggled, filter_, &PeopleFilter::showDueOnly);
+  connect(search_, &QLineEdit::textChanged,
+          [this](const QString &text) { filter_->setFilterFixedString(plain(text.simplified())); });
+  showPeople(*lines_, {});  // the columns, to be sorted by
+  filter_->setSourceModel(lines_);
+  filter_->setFilterRole(kSearchRole);
+  filter_->setSortRole(kSortRole);
   peopleView_ = tableOf(filter_);
   peopleView_->setAccessibleName("Personnes");
   peopleView_->setSortingEnabled(true);
@@ -110,7 +113,6 @@ QWidget *Window::peopleSide() {
   auto *side = new QWidget;
   auto *column = new QVBoxLayout(side);
   column->addWidget(search_);
-  column->addWidget(dueOnly);
   column->addWidget(peopleView_);
   return side;
 }
@@ -141,7 +143,7 @@ void Window::reload(int number) {
   Contents contents = readRegister();
   peopleView_->clearSelection();
   people_ = std::move(contents.people);
-  lines_->set(people_);
+  showPeople(*lines_, people_);
   peopleView_->resizeColumnsToContents();
   int chosen = 0;
   for (int row = 0; row < people_.size(); ++row)
@@ -168,7 +170,7 @@ void Window::showCounts() {
 
 void Window::showSelected() {
   const Person *person = selected();
-  vaccinations_->set(person != nullptr ? *person : Person());
+  showVaccinations(*vaccinations_, person != nullptr ? *person : Person());
   vaccinationsView_->resizeColumnsToContents();
   booklet_->setPerson(person);
   for (QAction *each : forPerson_) each->setEnabled(person != nullptr);

@@ -9,14 +9,13 @@
 
 class QAction;
 class QLineEdit;
+class QSortFilterProxyModel;
+class QStandardItemModel;
 class QTableView;
 
 namespace registry {
 
 class Booklet;
-class PeopleFilter;
-class PeopleModel;
-class VaccinationsModel;
 
 class Window : public QMainWindow {
  public:
@@ -48,9 +47,8 @@ class Window : public QMainWindow {
   void search();
 
   QList<Person> people_;
-  PeopleModel *lines_;
-  PeopleFilter *filter_;
-  VaccinationsModel *vaccinations_;
+  QStandardItemModel *lines_, *vaccinations_;
+  QSortFilterProxyModel *filter_;
   QTableView *peopleView_ = nullptr, *vaccinationsView_ = nullptr;
   QLineEdit *search_ = nullptr;
   Booklet *booklet_ = nullptr;
