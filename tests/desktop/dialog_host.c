@@ -1,7 +1,8 @@
 /* SPDX-License-Identifier: MIT */
 /* dialog_host <scenario>: an application that shows one dialog with a field of every kind, and
    writes what happened: "hit <identifier>" for each call of the global callback, "result <n>" at
-   the end, then the values. Texts are written as ASCII with \xNN for every other byte.
+   the end, then the dialog's size and the values. Texts are written as ASCII with \xNN for every
+   other byte.
 
    Scenarios: plain; cancel-default (button 2 is the default); refuse (the final callback refuses
    the text "non"); optional (nothing is mandatory, nothing set); no-edit (opens with every high
@@ -146,6 +147,7 @@ int main(int argc, char **argv) {
   printf("result %d\n", ZRVDlgBoxEx("Essai \xE0 l'\xE9"
                                     "cran",
                                     0));
+  printf("size %d %d\n", LDB_cx, LDB_cy);
   for (int i = 0; i < kTexts; i++) print("text", i, TDB_pszBuffer[i]);
   printf("int 0 %d\nint 1 %d\n", IDB_iInts[0], IDB_iInts[1]);
   printf("num 0 %.2f\ndate 0 %d\nbool 0 %d\n", NDB_dNums[0], DDB_lDates[0], BDB_bFlags[0]);

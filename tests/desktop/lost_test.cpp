@@ -69,9 +69,9 @@ TEST(Lost, BetweenDialogsTheLaterOnesAnswerAsWithoutAScreen) {
 }
 
 // What was typed stays, as it does when the dialog is cancelled.
-const Lines kCancelled{"hit 100",    "hit 100",           "result 0",        "text 0 ab",
-                       "text 1 ",    "text 2 Ma\\xEEtre", "text 3 ",         "int 0 12",
-                       "int 1 1234", "num 0 1.50",        "date 0 20000229", "bool 0 0"};
+const Lines kCancelled{"hit 100",    "hit 100",           "result 0", "size 400 350", "text 0 ab",
+                       "text 1 ",    "text 2 Ma\\xEEtre", "text 3 ",  "int 0 12",     "int 1 1234",
+                       "num 0 1.50", "date 0 20000229",   "bool 0 0"};
 
 void endsUnderADialog(int signal) {
   DialogHost host;
@@ -101,16 +101,29 @@ TEST(Lost, UnderAnOpenPopUpItsDialogEnds) {
   EXPECT_EQ(host.errors(), Lines{kGone});
 }
 
-// While a text is dragged the toolkit runs a loop of its own.
+std::string windows() { return outputOf("xwininfo -root -children"); }
+
+void moveABit() {
+  ASSERT_TRUE(run("xdotool mousemove_relative 9 9"));
+  settle();
+}
+
+// While a text is dragged the toolkit runs a loop of its own, and shows what is dragged in a window
+// that follows the mouse.
 TEST(Lost, UnderADragItsDialogEnds) {
   DialogHost host("lines");
   write("abcdefgh");
   press("ctrl+a");
   const Content content = activeContent();
-  const Place text{content.corner.x + 240, content.corner.y + 120};
-  ASSERT_TRUE(run("xdotool mousemove " + std::to_string(text.x) + " " + std::to_string(text.y) +
-                  " mousedown 1 sleep 0.8 mousemove_relative 9 9 sleep 0.2 mousemove_relative 9 9"
-                  " sleep 0.3"));
+  ASSERT_TRUE(run("xdotool mousemove " + std::to_string(content.corner.x + 240) + " " +
+                  std::to_string(content.corner.y + 120) + " mousedown 1"));
+  settle();
+  const std::string before = windows();
+  for (int n = 0; n < 2; ++n) moveABit();
+  const std::string dragged = windows();
+  ASSERT_NE(dragged, before) << "nothing is dragged";
+  moveABit();
+  ASSERT_NE(windows(), dragged) << "nothing follows the mouse";
   killServer();
   EXPECT_TRUE(host.endedWith({"result 0", "text 0 abcdefgh"}));
   EXPECT_EQ(host.errors(), Lines{kGone});
