@@ -718,11 +718,12 @@ TEST_F(FicheImport, WhatIsNoTableOfItsOwnIsRefused) {
   EXPECT_EQ(leave(application_), 0);
 }
 
+constexpr char kSearching[] = "Recherche dans les notes";
+
 TEST_F(FicheVisit, ANoteIsFoundByATextOfIt) {
   press("Return");
   ASSERT_TRUE(comesUp("Note de visite"));
   press("Return");
-  constexpr char kSearching[] = "Recherche dans les notes";
   ASSERT_TRUE(choose(kSearch));
   ASSERT_TRUE(comesUp(kSearching));
   write("toux");
@@ -736,6 +737,33 @@ TEST_F(FicheVisit, ANoteIsFoundByATextOfIt) {
   ASSERT_TRUE(comesUp(kPaul));
   press("Escape");
   EXPECT_EQ(leave(application_), 0);
+}
+
+// With more notes than can be read in a moment.
+TEST_F(Fiche, ASearchInManyNotesShowsItsProgressAndIsCancelled) {
+  constexpr int kNotes = 60'000;
+  keepRecord("naissance=19750228\r\n");
+  std::filesystem::create_directories(path("notes"));
+  const std::string first = path("notes/0001-00000000.txt");
+  std::ofstream(first) << "Toux\r\n";
+  for (int n = 1; n < kNotes; ++n) {
+    char name[32];
+    std::snprintf(name, sizeof name, "notes/0001-%08d.txt", n);
+    std::filesystem::create_hard_link(first, path(name));
+  }
+  auto application = start();
+  ASSERT_TRUE(choose(kSearch));
+  ASSERT_TRUE(comesUp(kSearching));
+  write("toux");
+  burstOfKeys("Return");
+  // The window of the work has the dialog's title, and a size of its own.
+  ASSERT_TRUE(waitUntil(kPatience, [] {
+    const Content shown = activeContent();
+    return shown.width == 360 && shown.height == 82;
+  }));
+  press("Escape");
+  ASSERT_TRUE(comesUp(kMenu)) << "what it has found so far is not shown";
+  EXPECT_EQ(leave(application), 0);
 }
 
 TEST_F(Fiche, KeepsWhatItKnowsInFoldersForItsOwnerAlone) {

@@ -28,6 +28,8 @@ namespace korvel::test {
 
 namespace {
 
+using std::chrono::steady_clock;
+
 // The applications that run.
 std::vector<pid_t> running;
 
@@ -88,11 +90,13 @@ void rest(int milliseconds) {
 void settle() { settleWith(running); }
 
 bool waitUntil(int seconds, const std::function<bool()> &condition) {
-  for (int i = 0; i < seconds * 50; ++i) {
-    if (condition()) return true;
+  const auto end = steady_clock::now() + std::chrono::seconds(seconds);
+  bool holds = condition();
+  while (!holds && steady_clock::now() < end) {
     rest(20);
+    holds = condition();
   }
-  return false;
+  return holds;
 }
 
 const Screen &screen() {
