@@ -36,8 +36,9 @@ TESTED_BY = {
     'strings/vectors.h': ['strings/strings_test', 'tables/tables_test', 'profile/profile_test'],
     'strings/trim.h': ['strings/strings_test', 'codecs/codecs_test'],
     'platform': ['platform/platform_test'],
-    # It is part of the shared library alone.
+    # They are part of the shared library alone.
     'platform/exceptionstate.cpp': ['dialogs/throwing_callbacks_test'],
+    'platform/processmemory.cpp': ['platform/platform_test'],
     'platform/qt': ['platform/qt_module_test', 'draw/draw_module_test', 'draw/draw_memory_test',
                     'platform/platform_test'],
 }

@@ -220,5 +220,13 @@ TEST(NoScreen, ImagesAreDrawnAndThenThereIsStillNoScreen) {
   }
 }
 
+// Why there is none is a text of the module's, which the library gives back.
+TEST(NoScreen, AnApplicationsOwnMemoryServesTheLibraryAndTheModule) {
+  int status = -1;
+  const std::string error = errorOf([&] { status = exitStatusWith("", KORVEL_TEST_OWN_MEMORY); });
+  EXPECT_EQ(status, 0);
+  EXPECT_NE(error.find("neither DISPLAY nor WAYLAND_DISPLAY"), std::string::npos) << error;
+}
+
 }  // namespace
 }  // namespace korvel::platform
