@@ -86,8 +86,9 @@ void makeApplication(const std::string &platform) {
 }
 
 void startApplication(const std::string &platform) {
+  LostConnection *before = lostConnectionHandler();
   makeApplication(platform);
-  outliveXServer();
+  outliveXServer(before);
   sayAll = qInstallMessageHandler(nullptr);  // known before it is asked for
   qInstallMessageHandler(sayOneEnd);
 }

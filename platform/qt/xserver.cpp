@@ -22,8 +22,8 @@ constexpr const char *kGLib = "libglib-2.0.so.0";
 
 // Null where the library or its function is missing. The library stays loaded.
 template <typename Function>
-Function *functionOf(const char *library, const char *name) {
-  void *opened = dlopen(library, RTLD_NOW | RTLD_LOCAL);
+Function *functionOf(const char *library, const char *name, int flags = 0) {
+  void *opened = dlopen(library, RTLD_NOW | RTLD_LOCAL | flags);
   return opened == nullptr ? nullptr : reinterpret_cast<Function *>(dlsym(opened, name));
 }
 
@@ -49,6 +49,15 @@ bool hasHungUp(int descriptor) {
 // Before all that the toolkit has in its loop.
 constexpr int kFirstOfAll = std::numeric_limits<int>::min();
 
+using SetHandler = LostConnection *(LostConnection *);
+constexpr const char *kSetHandler = "XSetIOErrorHandler";
+
+// The toolkit's connection, and the function of all others.
+constinit void *toolkits = nullptr;
+constinit LostConnection *ofOthers = nullptr;
+
+int passOver(void *display) { return display == toolkits ? 0 : ofOthers(display); }
+
 void sayOnce() {
   static constinit bool isSaid = false;
   if (!std::exchange(isSaid, true)) std::fprintf(stderr, "korvel: %s\n", kXServerGone);
@@ -72,17 +81,26 @@ bool xServerHasGone() {
   return descriptor >= 0 && hasHungUp(descriptor);
 }
 
-void outliveXServer() {
+// The library tells what is set only when something else is.
+LostConnection *lostConnectionHandler() {
+  const auto set = functionOf<SetHandler>(kX11, kSetHandler, RTLD_NOLOAD);
+  LostConnection *handler = set == nullptr ? nullptr : set(nullptr);
+  if (handler != nullptr) set(handler);
+  return handler;
+}
+
+void outliveXServer(LostConnection *others) {
   if (!isOnX11()) return;
-  using Handler = int(void *);
   using ExitHandler = void(void *, void *);
-  const auto setHandler = functionOf<Handler *(Handler *)>(kX11, "XSetIOErrorHandler");
+  const auto set = functionOf<SetHandler>(kX11, kSetHandler);
   const auto setExitHandler =
       functionOf<void(void *, ExitHandler *, void *)>(kX11, "XSetIOErrorExitHandler");
-  if (setHandler == nullptr || setExitHandler == nullptr) return;
-  setHandler([](void *) { return 0; });
+  if (set == nullptr || setExitHandler == nullptr) return;
+  toolkits = x11()->display();
+  LostConnection *toolkitsOwn = set(passOver);
+  ofOthers = others != nullptr ? others : toolkitsOwn;
   setExitHandler(
-      x11()->display(), [](void *, void *) {}, nullptr);
+      toolkits, [](void *, void *) {}, nullptr);
 }
 
 XServerWatch::XServerWatch(std::function<void()> onGone) : onGone_(std::move(onGone)) {

@@ -19,9 +19,17 @@ bool xServerAnswers();
 bool xServerHasGone();
 inline constexpr char kXServerGone[] = "no screen: the X server has gone away";
 
-// The library below the toolkit would end the process, too, with many words. Has it do nothing;
-// an application that listens there does so afterwards.
-void outliveXServer();
+// What the library below the toolkit calls when the connection to a server is lost: one function
+// for all connections of the process, which may have others than the toolkit's.
+using LostConnection = int(void *display);
+// The application's, while there is no toolkit: this puts its own in the place of it. Null where
+// that library is not loaded yet.
+LostConnection *lostConnectionHandler();
+
+// That library and the toolkit would end the process, too, with many words. Has them do nothing
+// when the toolkit's connection is lost; other connections stay the matter of `others`, and where
+// that is null, of the toolkit. An application that sets a function afterwards hears of all.
+void outliveXServer(LostConnection *others);
 
 // While it lives, the loop that runs says when the server goes away, once and before the toolkit
 // looks.

@@ -137,6 +137,13 @@ TEST(Lost, UnderALongWorkTheWorkGoesOn) {
   expectEnd(host, {"done 1000"});
 }
 
+TEST(Lost, AConnectionOfTheApplicationsOwnIsItsOwnMatter) {
+  MessageHost host({"apart"}, "Un");
+  press("Return");
+  EXPECT_EQ(host.wait(), 0);
+  EXPECT_EQ(host.output(), (Lines{"result 1", "lost 1"}));
+}
+
 // The toolkit's own loop of an application is the application's matter.
 TEST(Lost, UnderADialogOfAToolkitsApplicationTheDialogIsCancelledFirst) {
   Application host({WINDOW_HOST});

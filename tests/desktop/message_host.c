@@ -3,19 +3,24 @@
    another, and writes "result <n>" for each. Texts are CP1252, flags as in C.
    message_host lines <lines> <caption> <text>: the same for one NoteDialog.
    message_host later <pipe>: a message, and two more when somebody has opened the pipe to write.
+   message_host apart: a message; then a connection to the X server that the application had before
+   it is lost, which its own function is told: "lost 1".
    message_host work <title> <steps>: a work of so many steps of ten milliseconds; "cancelled <n>"
    or "done <n>" after n of them.
    message_host dialog: a data-entry dialog whose fields ask when they are edited, or do a long work
-   after a "?", and that asks
-   before it ends; "edited <answer>", "final <answer>", then "result <n> text <text>". Where the
+   after a "?", and that asks before it ends; "edited <answer>", "final <answer>", then "result <n> text <text>". Where the
    dialog's port is not the current one after an answer, "port lost <answer>" comes in between.
-   message_host slow: the same, which stops before it asks at an edit, and asks when it is let go on. */
+   message_host slow: the same, which stops before it asks at an edit, until it is let go on. */
 #define _POSIX_C_SOURCE 200809L
 #include <signal.h>
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
 #include <time.h>
+
+#include <dlfcn.h>
+#include <sys/socket.h>
+#include <unistd.h>
 
 #include <korvel/korvel.h>
 
@@ -50,6 +55,40 @@ static void showLater(const char *pipe) {
   FILE *opened = fopen(pipe, "r");
   if (opened) fclose(opened);
   for (int n = 0; n < 2; n++) say("result", MessageBox(0, "Plus tard ?", "Deux", 0x10));
+}
+
+/* Functions of the library that the toolkit uses, too. */
+static void *(*openDisplay)(const char *name);
+static int (*descriptorOf)(void *display);
+static int (*synchronise)(void *display, int discard);
+static void *(*setLost)(int (*lost)(void *display));
+
+static int findFunctions(void) {
+  void *x11 = dlopen("libX11.so.6", RTLD_NOW);
+  if (!x11) return 0;
+  *(void **)&openDisplay = dlsym(x11, "XOpenDisplay");
+  *(void **)&descriptorOf = dlsym(x11, "XConnectionNumber");
+  *(void **)&synchronise = dlsym(x11, "XSync");
+  *(void **)&setLost = dlsym(x11, "XSetIOErrorHandler");
+  return openDisplay && descriptorOf && synchronise && setLost;
+}
+
+static void *ownDisplay;
+
+/* The library would end the process after it. */
+static int loseConnection(void *display) {
+  say("lost", display == ownDisplay);
+  _exit(0);
+}
+
+static void showBesideAConnection(void) {
+  if (!findFunctions()) return;
+  ownDisplay = openDisplay(NULL);
+  if (!ownDisplay) return;
+  setLost(loseConnection);
+  say("result", MessageBox(0, "Maintenant", "Un", 0));
+  shutdown(descriptorOf(ownDisplay), SHUT_RDWR);
+  synchronise(ownDisplay, 0);
 }
 
 static int lastEdit = 0; /* the last answer at an edit */
@@ -99,6 +138,7 @@ int main(int argc, char **argv) {
   if (strcmp(scenario, "box") == 0) showBoxes(argv + 2);
   isSlow = strcmp(scenario, "slow") == 0;
   if (isSlow || strcmp(scenario, "dialog") == 0) showDialog();
+  if (strcmp(scenario, "apart") == 0) showBesideAConnection();
   if (strcmp(scenario, "work") == 0 && argc > 3) work(argv[2], atoi(argv[3]));
   if (strcmp(scenario, "later") == 0 && argc > 2) showLater(argv[2]);
   if (strcmp(scenario, "lines") == 0 && argc > 4)
