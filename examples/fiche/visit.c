@@ -91,10 +91,41 @@ static void showEntered(void) {
   drawNote(port, Dlg_CoefX(kNote), Dlg_CoefY(kTop) + 4, &visit, edited, &settings);
 }
 
-/* Not called while the field that is typed into is not acceptable, but for the date. */
+/* An optional number is read whenever it is typed into, but not when it is emptied. */
+static int isRead;
+
+static int in(int item, int first, int count) { return item >= first && item < first + count; }
+
+static void forgetEmptied(Form *form) {
+  if (in(form->item, kFirstInt, kInts)) form->ints[form->item - kFirstInt] = 0;
+  if (in(form->item, kFirstNum, kNums)) form->nums[form->item - kFirstNum] = 0;
+}
+
+/* Not called while the field that is typed into is not acceptable: a date or a number is shown by
+   what reads it. */
 static void showNote(Form *form) {
-  (void)form;
+  if (!isRead) forgetEmptied(form);
+  isRead = 0;
   showEntered();
+}
+
+static int followed(int refusal) {
+  isRead = !refusal;
+  if (refusal) showEntered();
+  return refusal;
+}
+
+/* What is not acceptable is no number, whatever stood there before. */
+static int acceptWhole(char *text, int *value) {
+  const int refusal = intcod_i_ssup0(text, value);
+  if (refusal) *value = 0;
+  return followed(refusal);
+}
+
+static int acceptNumber(char *text, double *value) {
+  const int refusal = realcod_d_ssup0(text, value);
+  if (refusal) *value = 0;
+  return followed(refusal);
 }
 
 /* Called when the date is shown for the first time, too: the note is seen from the beginning. */
@@ -156,20 +187,20 @@ static void defineNumber(int i, const char *label, int line, int rank) {
   formLabel(label, kLabel, formLine(kExamY, line), 50);
   NumDlgBox_set_geo(i, kField, formLine(kExamY, line), 36, kLine, rank);
   NumDlgBox_set_nchiff(i, 1);
-  NumDlgBox_set_fvalid(i, realcod_d_ssup0);
+  NumDlgBox_set_fvalid(i, acceptNumber);
   NumDlgBox_mandatory(i, 0);
 }
 
 static void defineExamination(void) {
   formGroup("Examen", 8, kExamY, kFields - 8, 4);
   defineNumber(kPoids, "Poids (kg)", 0, kRankPoids);
-  if (edited->poids > 0) NumDlgBox_set(kPoids, edited->poids, KorvelPositive);
+  if (edited->poids > 0) NumDlgBox_set(kPoids, edited->poids, KorvelKeepValidation);
   formLabel("Tension", kLabel, formLine(kExamY, 1), 44);
   formText(kTension, kField, formLine(kExamY, 1), 36, kRankTension, "", sizeof((Visit *)0)->tension,
            0);
   formLabel("Pouls", kLabel, formLine(kExamY, 2), 44);
   IntDlgBox_set_geo(kPouls, kField, formLine(kExamY, 2), 36, kLine, kRankPouls);
-  IntDlgBox_set_fvalid(kPouls, intcod_i_ssup0);
+  IntDlgBox_set_fvalid(kPouls, acceptWhole);
   IntDlgBox_mandatory(kPouls, 0);
   defineNumber(kTemperature, "Température", 3, kRankTemperature);
 }

@@ -516,6 +516,18 @@ class FicheVisit : public Fiche {
     write("Fièvre");
   }
 
+  // Most of the note, at once and when it has not changed for a while.
+  static Picture note() { return picture(430, 20, 400, 560); }
+  static Picture noteAtRest() {
+    Picture last = note();
+    for (int same = 0; same < 3;) {
+      Picture next = note();
+      same = next.pixels == last.pixels ? same + 1 : 0;
+      last = std::move(next);
+    }
+    return last;
+  }
+
   // Keeps the note, with the last of the dialog's items on.
   static void askForPrint() {
     for (int n = 0; n < 6; ++n) press("shift+Tab");
@@ -584,6 +596,32 @@ TEST_F(FicheVisit, ANoteIsSeenAsItIsTyped) {
   EXPECT_FALSE(picture(430, 20, 400, 200).pixels == before.pixels);
   press("BackSpace");
   EXPECT_TRUE(picture(430, 20, 400, 200).pixels == before.pixels);
+  press("Escape");
+  EXPECT_EQ(leave(application_), 0);
+}
+
+// One that is none, and one that is taken out again, too: weight and pulse.
+TEST_F(FicheVisit, ANumberIsSeenAsItIsTyped) {
+  // Each looks fifty times.
+  const auto becomes = [](const Picture &expected) {
+    return waitUntil(1, [&] { return note().pixels == expected.pixels; });
+  };
+  Picture with;
+  const auto changesFrom = [&](const Picture &before) {
+    return waitUntil(1, [&] { return (with = note()).pixels != before.pixels; });
+  };
+  const Picture without = noteAtRest();
+  for (const char *keys : {"Tab", "Tab Tab"}) {
+    press(keys);
+    write("7");
+    ASSERT_TRUE(changesFrom(without)) << keys;
+    write("x");
+    ASSERT_TRUE(becomes(without)) << keys;
+    press("BackSpace");
+    ASSERT_TRUE(becomes(with)) << keys;
+    press("BackSpace");
+    ASSERT_TRUE(becomes(without)) << keys;
+  }
   press("Escape");
   EXPECT_EQ(leave(application_), 0);
 }
