@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
+#include <iterator>
 #include <stdlib.h>
 
 #include <pthread.h>
@@ -13,6 +14,7 @@
 
 #include "base/cp1252.h"
 #include "base/posix.h"
+#include "base/utf8.h"
 
 namespace korvel::base {
 
@@ -23,39 +25,33 @@ namespace {
 constexpr std::size_t kLongestShown = 60;  // characters of a text
 
 // The character of a byte; 0 where it has none that can be seen.
-unsigned shownCharacter(unsigned char byte) {
-  const unsigned c = characterOfCp1252(byte);
-  return c < ' ' || (c >= 0x7F && c < 0xA0) ? 0 : c;
+char16_t shownCharacter(unsigned char byte) {
+  const char16_t c = characterOfCp1252(byte);
+  return c < ' ' || (c >= 0x7F && c < 0xA0) ? u'\0' : c;
 }
 
 // A byte as a line shows it, in UTF-8 or as C writes it.
 class ShownByte {
  public:
   explicit ShownByte(unsigned char byte) {
-    const unsigned c = shownCharacter(byte);
+    const char16_t c = shownCharacter(byte);
     if (c == 0) {
-      length_ = static_cast<std::size_t>(std::snprintf(bytes_, sizeof bytes_, "\\x%02X", byte));
+      const int length = std::snprintf(bytes_, sizeof bytes_, "\\x%02X", byte);
+      shown_ = {bytes_, static_cast<std::size_t>(length)};
       return;
     }
-    if (c == '"' || c == '\\') put('\\');
-    if (c < 0x80) {
-      put(c);
-    } else if (c < 0x800) {
-      put(0xC0 | c >> 6);
-      put(0x80 | (c & 0x3F));
-    } else {
-      put(0xE0 | c >> 12);
-      put(0x80 | (c >> 6 & 0x3F));
-      put(0x80 | (c & 0x3F));
-    }
+    char *begin = putInFront(std::end(bytes_), c);
+    if (c == '"' || c == '\\') *--begin = '\\';
+    shown_ = {begin, std::end(bytes_)};
   }
-  std::string_view view() const { return {bytes_, length_}; }
+  ShownByte(const ShownByte &) = delete;
+  ShownByte &operator=(const ShownByte &) = delete;
+
+  std::string_view view() const { return shown_; }
 
  private:
-  void put(unsigned byte) { bytes_[length_++] = static_cast<char>(byte); }
-
   char bytes_[8];
-  std::size_t length_ = 0;
+  std::string_view shown_;
 };
 
 // The thread of the first call that was looked at, and the function that it called.
@@ -64,15 +60,6 @@ struct FirstThread {
   const char *function;
 };
 std::atomic<const FirstThread *> firstThread = nullptr;
-
-// How many bytes follow the first one of a character in UTF-8; -1: it is none.
-int followers(unsigned char byte) {
-  if (byte < 0x80) return 0;
-  if (byte < 0xC2 || byte > 0xF4) return -1;
-  return byte < 0xE0 ? 1 : byte < 0xF0 ? 2 : 3;
-}
-
-bool isFollower(char c) { return (static_cast<unsigned char>(c) & 0xC0) == 0x80; }
 
 }  // namespace
 
@@ -90,9 +77,11 @@ void Call::begin(const char *function, std::initializer_list<Argument> arguments
   addWords(function);
   addWords("(");
   int number = 0;
+  std::size_t left = arguments.size();
   for (const Argument &argument : arguments) {
     if (++number > 1) addWords(", ");
-    add(argument);
+    // What short ones leave is for those behind them.
+    add(argument, length_ + (kLongestArguments - std::min(length_, kLongestArguments)) / left--);
     if (argument.isNull && !argument.mayBeNull && null_ == 0) null_ = number;
   }
   addWords("): ");
@@ -149,14 +138,20 @@ void Call::addReal(double number) const {
   addWords(digits);
 }
 
-void Call::addQuoted(std::string_view text) const {
+// Cut where the text behind it, its mark included, would pass `end`.
+void Call::addQuoted(std::string_view text, std::size_t end) const {
+  constexpr std::string_view kEndOfCut = "\"...";
   addWords("\"");
-  for (const char c : text.substr(0, kLongestShown))
-    addWords(ShownByte(static_cast<unsigned char>(c)).view());
-  addWords(text.size() > kLongestShown ? "\"..." : "\"");
+  std::size_t shown = 0;
+  for (; shown < std::min(text.size(), kLongestShown); ++shown) {
+    const ShownByte byte(static_cast<unsigned char>(text[shown]));
+    if (length_ + byte.view().size() + kEndOfCut.size() > end) break;
+    addWords(byte.view());
+  }
+  addWords(shown < text.size() ? kEndOfCut : "\"");
 }
 
-void Call::add(const Argument &argument) const {
+void Call::add(const Argument &argument, std::size_t end) const {
   if (argument.isNull) return addWords("null");
   switch (argument.kind) {
     case Argument::Kind::Number:
@@ -164,7 +159,7 @@ void Call::add(const Argument &argument) const {
     case Argument::Kind::Real:
       return addReal(argument.real);
     case Argument::Kind::Text:
-      return addQuoted(argument.text);
+      return addQuoted(argument.text, end);
     case Argument::Kind::Words:
       return addWords(argument.text);
     case Argument::Kind::Place:
@@ -173,18 +168,14 @@ void Call::add(const Argument &argument) const {
 }
 
 bool looksLikeUtf8(std::string_view text) {
+  constexpr char32_t kFirstEmoji = 0x10000;
   bool hasLetter = false;
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    const auto lead = static_cast<unsigned char>(text[i]);
-    int following = followers(lead);
-    if (following < 0) return false;
-    const bool isLetter = following > 0;
-    char32_t number = lead & (0x3FU >> following);
-    for (; following > 0; --following) {
-      if (++i == text.size() || !isFollower(text[i])) return false;
-      number = number << 6 | (static_cast<unsigned char>(text[i]) & 0x3FU);
-    }
-    hasLetter = hasLetter || (isLetter && (lead >= 0xF0 || cp1252ByteOf(number)));
+  while (!text.empty()) {
+    const Utf8Character first = firstCharacter(text);
+    if (isStray(first)) return false;
+    const bool isKnown = first.number >= kFirstEmoji || cp1252ByteOf(first.number);
+    hasLetter = hasLetter || (first.length > 1 && isKnown);
+    text.remove_prefix(first.length);
   }
   return hasLetter;
 }

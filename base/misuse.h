@@ -125,30 +125,34 @@ class Call {
   void needsAll() const;
 
  private:
-  static constexpr std::size_t kLongest = 1000;
+  // Arguments have their share, so that the sentence stands whole behind them.
+  static constexpr std::size_t kLongest = 1200;
+  static constexpr std::size_t kLongestArguments = 500;
 
   void begin(const char *function, std::initializer_list<Argument> arguments);
   void needsFirstThread(const char *function) const;
   void addWords(std::string_view words) const;
   void addNumber(long long number) const;
   void addReal(double number) const;
-  void addQuoted(std::string_view text) const;
-  void add(const Argument &argument) const;
+  void addQuoted(std::string_view text, std::size_t end) const;
+  void add(const Argument &argument, std::size_t end = kLongest) const;
 
   mutable std::size_t length_ = 0;  // 0: nothing is told, or no more
   int null_ = 0;                    // the number of the argument, from 1
   mutable char line_[kLongest];
 };
 
-// Looks for a misuse where it is told. Out of line: a call for which nothing is told needs no room
-// for a line.
-template <typename Look>
-[[gnu::noinline, gnu::cold]] void lookOutOfLine(Look look) {
-  look();
+// Does what is done where misuse is told. Out of line: a call for which nothing is told needs no
+// room for a line.
+template <typename Work>
+[[gnu::noinline, gnu::cold]] auto outOfLine(Work work) {
+  return work();
 }
+
+// Looks for a misuse where it is told.
 template <typename Look>
 void lookForMisuse(Look look) {
-  if (tellsMisuse()) lookOutOfLine(look);
+  if (tellsMisuse()) outOfLine(look);
 }
 
 // Whether all letters of a text beyond ASCII are UTF-8, and one of them is known to CP1252, or is

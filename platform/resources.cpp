@@ -2,8 +2,11 @@
 // Finds resource files: the application's own first, then those installed with the library.
 #include "platform/resources.h"
 
+#include <iterator>
+
 #include <korvel/desktop.h>
 
+#include "base/utf8.h"
 #include "platform/librarypath.h"
 #include "platform/screentext.h"
 
@@ -29,19 +32,10 @@ std::string findIn(const std::string &folder, std::string_view name,
   return {};
 }
 
-// For characters of the screen set: none needs more than three bytes.
-void appendUtf8(std::string &utf8, unsigned code) {
-  if (code < 0x80) {
-    utf8 += static_cast<char>(code);
-    return;
-  }
-  if (code < 0x800) {
-    utf8 += static_cast<char>(0xC0 | (code >> 6));
-  } else {
-    utf8 += static_cast<char>(0xE0 | (code >> 12));
-    utf8 += static_cast<char>(0x80 | ((code >> 6) & 0x3F));
-  }
-  utf8 += static_cast<char>(0x80 | (code & 0x3F));
+// A character of the screen set: none needs more than three bytes.
+void appendUtf8(std::string &utf8, char16_t character) {
+  char bytes[3];
+  utf8.append(base::putInFront(std::end(bytes), character), std::end(bytes));
 }
 
 }  // namespace

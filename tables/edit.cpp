@@ -154,26 +154,32 @@ int ZRV_Libelle_NC_idem_replace(const char *key, int keyLength, int column, cons
   const FieldChoice choice = currentLineChoice(keyLength, column);
   const auto work = [=] { return text != nullptr && replaceField(table, choice, text); };
   if (tellsMisuse())
-    return toldReplacement(
-        Call("ZRV_Libelle_NC_idem_replace", {orNull(filled(key)), keyLength, column, table, text}),
-        {choice, text}, table, work);
+    return outOfLine([=] {
+      return toldReplacement(Call("ZRV_Libelle_NC_idem_replace",
+                                  {orNull(filled(key)), keyLength, column, table, text}),
+                             {choice, text}, table, work);
+    });
   return work() ? 1 : 0;
 }
 
 int ZRV_Libelle_NC_idem_insert(const char *key, int keyLength, const char *table, int fields) {
   const auto work = [=] { return fields >= 0 && insertLine(table, fields); };
   if (tellsMisuse())
-    return toldInsertion(
-        Call("ZRV_Libelle_NC_idem_insert", {orNull(filled(key)), keyLength, table, fields}), fields,
-        table, work);
+    return outOfLine([=] {
+      return toldInsertion(
+          Call("ZRV_Libelle_NC_idem_insert", {orNull(filled(key)), keyLength, table, fields}),
+          fields, table, work);
+    });
   return work() ? 1 : 0;
 }
 
 int ZRV_Libelle_NC_idem_delete(const char *key, int keyLength, const char *table) {
   const auto work = [=] { return deleteLine(table); };
   if (tellsMisuse())
-    return toldEdit(Call("ZRV_Libelle_NC_idem_delete", {orNull(filled(key)), keyLength, table}),
-                    table, work);
+    return outOfLine([=] {
+      return toldEdit(Call("ZRV_Libelle_NC_idem_delete", {orNull(filled(key)), keyLength, table}),
+                      table, work);
+    });
   return work() ? 1 : 0;
 }
 
@@ -191,7 +197,9 @@ int ZRV_Libelle_NC_set(const char *key, int keyLength, int column, const char *t
 int ZRV_Libelle_NC_idem_flush(const char *key, int keyLength, const char *table) {
   const auto work = [=] { return flushLine(table); };
   if (tellsMisuse())
-    return toldEdit(Call("ZRV_Libelle_NC_idem_flush", {orNull(filled(key)), keyLength, table}),
-                    table, work);
+    return outOfLine([=] {
+      return toldEdit(Call("ZRV_Libelle_NC_idem_flush", {orNull(filled(key)), keyLength, table}),
+                      table, work);
+    });
   return work() ? 1 : 0;
 }

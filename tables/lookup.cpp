@@ -138,17 +138,22 @@ int ZRV_Libelle_NC(const char *key, int keyLength, int column, const char *table
     return lookUpFirst(bytesOf(key, keyLength), column, table, roomOf(out, outSize));
   };
   if (tellsMisuse())
-    return toldKeyLookup(Call("ZRV_Libelle_NC", {shownRun(key, keyLength), keyLength, column, table,
-                                                 filled(out), outSize}),
-                         bytesOf(key, keyLength), {column == 0, column}, table, out, outSize, work);
+    return outOfLine([=] {
+      return toldKeyLookup(
+          Call("ZRV_Libelle_NC",
+               {shownRun(key, keyLength), keyLength, column, table, filled(out), outSize}),
+          bytesOf(key, keyLength), {column == 0, column}, table, out, outSize, work);
+    });
   return work() ? 1 : 0;
 }
 
 int ZRV_Libelle_2(int code, int column, const char *table, char *out, int outSize) {
   const auto work = [=] { return lookUpNumber(code, column, table, roomOf(out, outSize)); };
   if (tellsMisuse())
-    return toldNumberLookup(Call("ZRV_Libelle_2", {code, column, table, filled(out), outSize}),
-                            code, column, table, out, outSize, work);
+    return outOfLine([=] {
+      return toldNumberLookup(Call("ZRV_Libelle_2", {code, column, table, filled(out), outSize}),
+                              code, column, table, out, outSize, work);
+    });
   return work() ? 1 : 0;
 }
 
@@ -158,9 +163,11 @@ int ZRV_Libelle_NC_idem(const char *key, int keyLength, int column, const char *
     return readCurrent(currentLineChoice(keyLength, column), table, roomOf(out, outSize));
   };
   if (tellsMisuse())
-    return toldCurrentLookup(Call("ZRV_Libelle_NC_idem", {orNull(filled(key)), keyLength, column,
-                                                          table, filled(out), outSize}),
-                             currentLineChoice(keyLength, column), table, out, outSize, work);
+    return outOfLine([=] {
+      return toldCurrentLookup(Call("ZRV_Libelle_NC_idem", {orNull(filled(key)), keyLength, column,
+                                                            table, filled(out), outSize}),
+                               currentLineChoice(keyLength, column), table, out, outSize, work);
+    });
   return work() ? 1 : 0;
 }
 
@@ -170,9 +177,11 @@ int ZRV_Libelle_NC_idem_0(const char *key, int keyLength, int column, const char
     return readAgain(currentLineChoice(keyLength, column), table, roomOf(out, outSize));
   };
   if (tellsMisuse())
-    return toldCurrentLookup(Call("ZRV_Libelle_NC_idem_0", {orNull(filled(key)), keyLength, column,
-                                                            table, filled(out), outSize}),
-                             currentLineChoice(keyLength, column), table, out, outSize, work);
+    return outOfLine([=] {
+      return toldCurrentLookup(Call("ZRV_Libelle_NC_idem_0", {orNull(filled(key)), keyLength,
+                                                              column, table, filled(out), outSize}),
+                               currentLineChoice(keyLength, column), table, out, outSize, work);
+    });
   return work() ? 1 : 0;
 }
 
@@ -182,9 +191,11 @@ int ZRV_Libelle_NC_next(const char *key, int keyLength, int column, const char *
     return lookUpNext(bytesOf(key, keyLength), column, table, roomOf(out, outSize));
   };
   if (tellsMisuse())
-    return toldKeyLookup(Call("ZRV_Libelle_NC_next", {shownRun(key, keyLength), keyLength, column,
-                                                      table, filled(out), outSize}),
-                         bytesOf(key, keyLength), {false, column}, table, out, outSize, work);
+    return outOfLine([=] {
+      return toldKeyLookup(Call("ZRV_Libelle_NC_next", {shownRun(key, keyLength), keyLength, column,
+                                                        table, filled(out), outSize}),
+                           bytesOf(key, keyLength), {false, column}, table, out, outSize, work);
+    });
   return work() ? 1 : 0;
 }
 
@@ -195,9 +206,11 @@ int ZRV_Libelle_NC_dates(const char *key, int keyLength, int column, const char 
                      date);
   };
   if (tellsMisuse())
-    return toldDayLookup(
-        Call("ZRV_Libelle_NC_dates", {shownRun(key, keyLength), keyLength, column, table,
-                                      filled(out), outSize, dateColumn, date}),
-        bytesOf(key, keyLength), column, table, out, outSize, dateColumn, date, work);
+    return outOfLine([=] {
+      return toldDayLookup(
+          Call("ZRV_Libelle_NC_dates", {shownRun(key, keyLength), keyLength, column, table,
+                                        filled(out), outSize, dateColumn, date}),
+          bytesOf(key, keyLength), column, table, out, outSize, dateColumn, date, work);
+    });
   return work() ? 1 : 0;
 }

@@ -16,6 +16,7 @@ using base::filled;
 using base::given;
 using base::lookForMisuse;
 using base::orNull;
+using base::outOfLine;
 using base::shownRun;
 using base::tellsMisuse;
 

@@ -189,8 +189,10 @@ int ZRV_Code_NC(const char *label, int column, const char *table, char *out, int
     return searchLabel(label, column, From::FirstLine, table, roomOf(out, outSize));
   };
   if (tellsMisuse())
-    return toldLabelSearch(Call("ZRV_Code_NC", {label, column, table, filled(out), outSize}), label,
-                           table, out, outSize, work);
+    return outOfLine([=] {
+      return toldLabelSearch(Call("ZRV_Code_NC", {label, column, table, filled(out), outSize}),
+                             label, table, out, outSize, work);
+    });
   return work() ? 1 : 0;
 }
 
@@ -199,16 +201,20 @@ int ZRV_Code_NC_next(const char *label, int column, const char *table, char *out
     return searchLabel(label, column, From::BehindCurrent, table, roomOf(out, outSize));
   };
   if (tellsMisuse())
-    return toldLabelSearch(Call("ZRV_Code_NC_next", {label, column, table, filled(out), outSize}),
-                           label, table, out, outSize, work);
+    return outOfLine([=] {
+      return toldLabelSearch(Call("ZRV_Code_NC_next", {label, column, table, filled(out), outSize}),
+                             label, table, out, outSize, work);
+    });
   return work() ? 1 : 0;
 }
 
 int ZRV_CodeNCS_NC(const char *label, int column, const char *table, char *out, int outSize) {
   const auto work = [=] { return searchAnyCase(label, column, table, roomOf(out, outSize)); };
   if (tellsMisuse())
-    return toldAnyCaseSearch(Call("ZRV_CodeNCS_NC", {label, column, table, filled(out), outSize}),
-                             label, table, out, outSize, work);
+    return outOfLine([=] {
+      return toldAnyCaseSearch(Call("ZRV_CodeNCS_NC", {label, column, table, filled(out), outSize}),
+                               label, table, out, outSize, work);
+    });
   return work() ? 1 : 0;
 }
 
@@ -218,9 +224,11 @@ int ZRV_Code_NC_ex(const char *const *labels, const int *columns, const char *ta
     return searchCriteria({labels, columns}, From::FirstLine, table, roomOf(out, outSize));
   };
   if (tellsMisuse())
-    return toldCriteriaSearch(
-        Call("ZRV_Code_NC_ex", {filled(labels), filled(columns), table, filled(out), outSize}),
-        labels, columns, table, out, outSize, work);
+    return outOfLine([=] {
+      return toldCriteriaSearch(
+          Call("ZRV_Code_NC_ex", {filled(labels), filled(columns), table, filled(out), outSize}),
+          labels, columns, table, out, outSize, work);
+    });
   return work() ? 1 : 0;
 }
 
@@ -230,8 +238,10 @@ int ZRV_Code_NC_ex_next(const char *const *labels, const int *columns, const cha
     return searchCriteria({labels, columns}, From::BehindCurrent, table, roomOf(out, outSize));
   };
   if (tellsMisuse())
-    return toldCriteriaSearch(
-        Call("ZRV_Code_NC_ex_next", {filled(labels), filled(columns), table, filled(out), outSize}),
-        labels, columns, table, out, outSize, work);
+    return outOfLine([=] {
+      return toldCriteriaSearch(Call("ZRV_Code_NC_ex_next", {filled(labels), filled(columns), table,
+                                                             filled(out), outSize}),
+                                labels, columns, table, out, outSize, work);
+    });
   return work() ? 1 : 0;
 }

@@ -95,16 +95,43 @@ TEST(Misuse, LongTextsAreCut) {
             "Function(\"" + std::string(60, 'a') + "\"...): wrong");
 }
 
-TEST(Misuse, LongLinesAreCutAndStillEnd) {
+// Where many texts are long each is cut sooner: every argument is shown, and what would be right.
+TEST(Misuse, TheSentenceStandsWholeBehindLongArguments) {
   const std::string control(60, '\x01');
   const char *text = control.c_str();
-  const std::string line = lineOf({text, text, text, text, text});
-  EXPECT_EQ(line.size(), 999 - std::string_view("korvel: ").size());
-  EXPECT_TRUE(line.starts_with("Function(\"\\x01\\x01"));
+  std::string shown;
+  for (int i = 0; i < 60; ++i) shown += "\\x01";
+  EXPECT_EQ(lineOf({text}), "Function(\"" + shown + "\"): wrong");
+  const std::string line = told([&] {
+    Call("Function", {text, text, text, text, text, 1, text, text, text, text})
+        .misused({base::Quoted(control), " is not ", base::Quoted(control), ", and wrong"});
+  });
+  EXPECT_TRUE(line.starts_with("Function(\"\\x01\\x01")) << line;
+  EXPECT_TRUE(line.ends_with("\"...): \"" + shown + "\" is not \"" + shown + "\", and wrong"))
+      << line;
+  std::size_t texts = 0;
+  for (auto at = line.find("\"\\x01"); at != line.npos; at = line.find("\"\\x01", at + 1)) ++texts;
+  EXPECT_EQ(texts, 9U + 2U) << line;
+}
+
+TEST(Misuse, ShortArgumentsLeaveTheirRoomToLongOnes) {
+  const std::string control(50, '\x01');
+  const std::string line = lineOf({"a", "b", "c", control.c_str(), 1});
+  EXPECT_TRUE(line.ends_with("\\x01\", 1): wrong")) << line;
+}
+
+TEST(Misuse, LongLinesAreCutAndStillEnd) {
+  const std::string longest(2000, 'a');
+  const std::string line = told([&] { Call("Function", {}).misused({longest.c_str()}); });
+  EXPECT_EQ(line.size(), 1199 - std::string_view("korvel: ").size());
+  EXPECT_TRUE(line.starts_with("Function(): aaa"));
 }
 
 TEST(Misuse, NumbersHaveAPointInEveryLocale) {
-  if (std::setlocale(LC_ALL, "fr_FR.UTF-8") == nullptr) std::setlocale(LC_ALL, "de_DE.UTF-8");
+  setenv("LOCPATH", KORVEL_TEST_LOCALES, 1);
+  ASSERT_NE(std::setlocale(LC_ALL, "fr_FR.UTF-8"), nullptr);
+  unsetenv("LOCPATH");
+  ASSERT_STREQ(std::localeconv()->decimal_point, ",");
   EXPECT_EQ(lineOf({1.5}), "Function(1.5): wrong");
   std::setlocale(LC_ALL, "C");
 }

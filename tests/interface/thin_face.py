@@ -11,8 +11,8 @@ FOLDERS = ['base', 'shell', 'strings', 'codecs', 'dates', 'files', 'profile', 't
            'draw', 'messages', 'dialogs']
 MOST_LINES = 8
 # What names the function's arguments is as long as they are.
-TELLING = re.compile(r'lookForMisuse\(\[[=&]\] \{.*?\}\);\n|if \(tellsMisuse\(\)\)\s+return told[^;]*;\n',
-                     re.S)
+TELLING = re.compile(r'(?:lookForMisuse|if \(tellsMisuse\(\)\)\s+return outOfLine)'
+                     r'\(\[[=&]\] \{.*?\}\);\n', re.S)
 RULES = re.compile(r'\b(for|while|do|switch|try|catch|goto)\b')
 
 declared = set()

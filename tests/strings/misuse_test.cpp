@@ -25,25 +25,25 @@ class StringsMisuse : public testing::Test {
 };
 
 TEST_F(StringsMisuse, NoText) {
-  EXPECT_TOLD(chelibl_f(kNone), "chelibl_f(null): argument 1 is null");
+  EXPECT_FAILS(chelibl_f(kNone), 0, "chelibl_f(null): argument 1 is null");
   EXPECT_TOLD(chelibl_d(kNone), "chelibl_d(null): argument 1 is null");
-  EXPECT_TOLD(chelicar_f(kNone, '0'), "chelicar_f(null, 48): argument 1 is null");
+  EXPECT_FAILS(chelicar_f(kNone, '0'), 0, "chelicar_f(null, 48): argument 1 is null");
   EXPECT_TOLD(chelicar_d(kNone, '0'), "chelicar_d(null, 48): argument 1 is null");
   EXPECT_TOLD(chcomp("a", nullptr), "chcomp(\"a\", null): argument 2 is null");
-  EXPECT_TOLD(chcher(nullptr, "a"), "chcher(null, \"a\"): argument 1 is null");
-  EXPECT_TOLD(chcher_c('a', nullptr), "chcher_c(97, null): argument 2 is null");
+  EXPECT_FAILS(chcher(nullptr, "a"), -1, "chcher(null, \"a\"): argument 1 is null");
+  EXPECT_FAILS(chcher_c('a', nullptr), -1, "chcher_c(97, null): argument 2 is null");
   EXPECT_TOLD(chdelch(kNone, 1, 0), "chdelch(null, 1, 0): argument 1 is null");
-  EXPECT_TOLD(chinsch(kNone, 5, "a", 0), "chinsch(null, 5, \"a\", 0): argument 1 is null");
-  EXPECT_TOLD(chinsch_c(kNone, 5, 'a', 0), "chinsch_c(null, 5, 97, 0): argument 1 is null");
+  EXPECT_FAILS(chinsch(kNone, 5, "a", 0), 0, "chinsch(null, 5, \"a\", 0): argument 1 is null");
+  EXPECT_FAILS(chinsch_c(kNone, 5, 'a', 0), 0, "chinsch_c(null, 5, 97, 0): argument 1 is null");
   EXPECT_TOLD(w2mstr(kNone), "w2mstr(null): argument 1 is null");
   EXPECT_TOLD(m2wstr(kNone), "m2wstr(null): argument 1 is null");
   EXPECT_TOLD(strupr(kNone), "strupr(null): argument 1 is null");
-  EXPECT_TOLD(Teste_liste(nullptr), "Teste_liste(null): argument 1 is null");
-  EXPECT_TOLD(Teste_item_liste("a", nullptr, 0),
-              "Teste_item_liste(\"a\", null, 0): argument 2 is null");
-  EXPECT_TOLD(Teste_item_szliste(nullptr, 0, "a", 1),
-              "Teste_item_szliste(null, 0, \"a\", 1): argument 1 is null");
-  EXPECT_TOLD(Get_item_liste(nullptr, 0), "Get_item_liste(null, 0): argument 1 is null");
+  EXPECT_FAILS(Teste_liste(nullptr), 0, "Teste_liste(null): argument 1 is null");
+  EXPECT_FAILS(Teste_item_liste("a", nullptr, 0), 0,
+               "Teste_item_liste(\"a\", null, 0): argument 2 is null");
+  EXPECT_FAILS(Teste_item_szliste(nullptr, 0, "a", 1), 0,
+               "Teste_item_szliste(null, 0, \"a\", 1): argument 1 is null");
+  EXPECT_FAILS(Get_item_liste(nullptr, 0), nullptr, "Get_item_liste(null, 0): argument 1 is null");
   EXPECT_TOLD(ChCh_Put_00(kNone, 5), "ChCh_Put_00(null, 5): argument 1 is null");
   EXPECT_TOLD(ChCh_Is_00(nullptr), "ChCh_Is_00(null): argument 1 is null");
   EXPECT_TOLD(ChCh_Get_Next_Item(nullptr), "ChCh_Get_Next_Item(null): argument 1 is null");
@@ -61,47 +61,49 @@ TEST_F(StringsMisuse, NoText) {
 TEST_F(StringsMisuse, ACharacterThatNoByteEquals) {
   EXPECT_TOLD(chelicar_f(with("a"), 0xE9),
               "chelicar_f(\"a\", 233): 233 equals no byte: bytes are signed, so this one is -23");
-  EXPECT_TOLD(chcher_c(256, "a"),
-              "chcher_c(256, \"a\"): 256 equals no byte: bytes are from -128 to 127");
+  EXPECT_FAILS(chcher_c(256, "a"), -1,
+               "chcher_c(256, \"a\"): 256 equals no byte: bytes are from -128 to 127");
   EXPECT_TOLD(ChCh_Cut_sep(with("a"), -129),
               "ChCh_Cut_sep(\"a\", -129): -129 equals no byte: bytes are from -128 to 127");
   EXPECT_TOLD(chcher_c(-128, "a"), "");
 }
 
 TEST_F(StringsMisuse, ALengthBelow0) {
-  EXPECT_TOLD(szcomp("ab", -1, "ab", 2), "szcomp(..., -1, \"ab\", 2): there is no length -1");
-  EXPECT_TOLD(szcompex("ab", 2, "ab", -2), "szcompex(\"ab\", 2, ..., -2): there is no length -2");
-  EXPECT_TOLD(szcompex2("ab", -1, "ab", 2), "szcompex2(..., -1, \"ab\", 2): there is no length -1");
-  EXPECT_TOLD(szincl("ab", -1, "ab", 2), "szincl(..., -1, \"ab\", 2): there is no length -1");
+  EXPECT_FAILS(szcomp("ab", -1, "ab", 2), 0, "szcomp(..., -1, \"ab\", 2): there is no length -1");
+  EXPECT_FAILS(szcompex("ab", 2, "ab", -2), 0,
+               "szcompex(\"ab\", 2, ..., -2): there is no length -2");
+  EXPECT_FAILS(szcompex2("ab", -1, "ab", 2), 0,
+               "szcompex2(..., -1, \"ab\", 2): there is no length -1");
+  EXPECT_FAILS(szincl("ab", -1, "ab", 2), 0, "szincl(..., -1, \"ab\", 2): there is no length -1");
   EXPECT_TOLD(szcnum(with(" "), -1), "szcnum(..., -1): there is no length -1");
-  EXPECT_TOLD(Teste_item_liste("a", "a", -1),
-              "Teste_item_liste(\"a\", ..., -1): there is no length -1");
-  EXPECT_TOLD(Teste_item_szliste("a", -1, "a", 1),
-              "Teste_item_szliste(..., -1, \"a\", 1): there is no length -1");
-  EXPECT_TOLD(szcopy(with(""), 5, "ab", -1), "szcopy(..., 5, ..., -1): there is no length -1");
-  EXPECT_TOLD(szconcat_0t(with(""), 5, "ab", -1),
-              "szconcat_0t(..., 5, ..., -1): there is no length -1");
+  EXPECT_FAILS(Teste_item_liste("a", "a", -1), 0,
+               "Teste_item_liste(\"a\", ..., -1): there is no length -1");
+  EXPECT_FAILS(Teste_item_szliste("a", -1, "a", 1), 0,
+               "Teste_item_szliste(..., -1, \"a\", 1): there is no length -1");
+  EXPECT_FAILS(szcopy(with(""), 5, "ab", -1), 0, "szcopy(..., 5, ..., -1): there is no length -1");
+  EXPECT_FAILS(szconcat_0t(with(""), 5, "ab", -1), 0,
+               "szconcat_0t(..., 5, ..., -1): there is no length -1");
 }
 
 TEST_F(StringsMisuse, ABufferThatIsTooSmall) {
-  EXPECT_TOLD(szcopy(with(""), 0, "ab", 2),
-              "szcopy(..., 0, \"ab\", 2): a buffer of 0 bytes holds nothing");
-  EXPECT_TOLD(szcopy(with(""), 1, "ab", 2),
-              "szcopy(..., 1, \"ab\", 2): a buffer of 1 bytes is too small: 2 are needed");
+  EXPECT_FAILS(szcopy(with(""), 0, "ab", 2), 0,
+               "szcopy(..., 0, \"ab\", 2): a buffer of 0 bytes holds nothing");
+  EXPECT_FAILS(szcopy(with(""), 1, "ab", 2), 0,
+               "szcopy(..., 1, \"ab\", 2): a buffer of 1 bytes is too small: 2 are needed");
   EXPECT_TOLD(szcopy(with(""), 2, "ab", 2), "");
-  EXPECT_TOLD(szcopy_overlap(with(""), 1, "ab", 2),
-              "szcopy_overlap(..., 1, \"ab\", 2): a buffer of 1 bytes is too small: 2 are needed");
-  EXPECT_TOLD(szcopy_0t(with(""), 2, "ab", 2),
-              "szcopy_0t(..., 2, \"ab\", 2): a buffer of 2 bytes is too small: 3 are needed");
+  EXPECT_FAILS(szcopy_overlap(with(""), 1, "ab", 2), 0,
+               "szcopy_overlap(..., 1, \"ab\", 2): a buffer of 1 bytes is too small: 2 are needed");
+  EXPECT_FAILS(szcopy_0t(with(""), 2, "ab", 2), 0,
+               "szcopy_0t(..., 2, \"ab\", 2): a buffer of 2 bytes is too small: 3 are needed");
   EXPECT_TOLD(szcopy_0t(with(""), 3, "ab", 2), "");
-  EXPECT_TOLD(szconcat_0t(with("xy"), 4, "ab", 2),
-              "szconcat_0t(..., 4, \"ab\", 2): a buffer of 4 bytes is too small: 5 are needed");
+  EXPECT_FAILS(szconcat_0t(with("xy"), 4, "ab", 2), 0,
+               "szconcat_0t(..., 4, \"ab\", 2): a buffer of 4 bytes is too small: 5 are needed");
   EXPECT_TOLD(szconcat_0t(with("xy"), 5, "ab", 2), "");
-  EXPECT_TOLD(chinsch(with("ad"), 4, "bc", 1),
-              "chinsch(\"ad\", 4, \"bc\", 1): a buffer of 4 bytes is too small: 5 are needed");
+  EXPECT_FAILS(chinsch(with("ad"), 4, "bc", 1), 0,
+               "chinsch(\"ad\", 4, \"bc\", 1): a buffer of 4 bytes is too small: 5 are needed");
   EXPECT_TOLD(chinsch(with("ad"), 5, "bc", 1), "");
-  EXPECT_TOLD(chinsch_c(with("ad"), 3, 'b', 1),
-              "chinsch_c(\"ad\", 3, 98, 1): a buffer of 3 bytes is too small: 4 are needed");
+  EXPECT_FAILS(chinsch_c(with("ad"), 3, 'b', 1), 0,
+               "chinsch_c(\"ad\", 3, 98, 1): a buffer of 3 bytes is too small: 4 are needed");
   EXPECT_TOLD(secure_lstrcpy(with("xy"), 3, "abc"),
               "secure_lstrcpy(..., 3, \"abc\"): a buffer of 3 bytes is too small: 4 are needed");
   EXPECT_TOLD(secure_lstrcpy(with("xy"), 4, "abc"), "");
@@ -119,10 +121,10 @@ TEST_F(StringsMisuse, MoreThanThereIs) {
               "text");
   EXPECT_TOLD(chdelch(with("abc"), 3, 0), "");
   EXPECT_TOLD(chdelch(with("abc"), -1, 0), "chdelch(\"abc\", -1, 0): there is no length -1");
-  EXPECT_TOLD(Get_item_liste("a+b", 2),
-              "Get_item_liste(\"a+b\", 2): there is no item 2: the list has 2, from 0 to 1");
-  EXPECT_TOLD(Get_item_liste("a+b", -1),
-              "Get_item_liste(\"a+b\", -1): there is no item -1: the list has 2, from 0 to 1");
+  EXPECT_FAILS(Get_item_liste("a+b", 2), nullptr,
+               "Get_item_liste(\"a+b\", 2): there is no item 2: the list has 2, from 0 to 1");
+  EXPECT_FAILS(Get_item_liste("a+b", -1), nullptr,
+               "Get_item_liste(\"a+b\", -1): there is no item -1: the list has 2, from 0 to 1");
   EXPECT_TOLD(Get_item_liste("a+b", 1), "");
   const std::string item(64, 'a');
   EXPECT_TOLD(Get_item_liste(item.c_str(), 0),
@@ -133,18 +135,18 @@ TEST_F(StringsMisuse, MoreThanThereIs) {
 TEST_F(StringsMisuse, AGrowableBufferOfOtherSizes) {
   char *buffer = nullptr;
   int capacity = 0;
-  EXPECT_TOLD(szcopyex(&buffer, &capacity, -1, "a", 1),
-              "szcopyex(..., ..., -1, \"a\", 1): there is no length -1");
-  EXPECT_TOLD(szcopyex(&buffer, &capacity, 0, "a", -1),
-              "szcopyex(..., ..., 0, ..., -1): there is no length -1");
-  EXPECT_TOLD(szcopyex(&buffer, &capacity, 1, "a", 1),
-              "szcopyex(..., ..., 1, \"a\", 1): 1 bytes cannot be in use: the buffer has 0");
-  EXPECT_TOLD(szcopyex(nullptr, &capacity, 0, "a", 1),
-              "szcopyex(null, ..., 0, \"a\", 1): argument 1 is null");
+  EXPECT_FAILS(szcopyex(&buffer, &capacity, -1, "a", 1), 0,
+               "szcopyex(..., ..., -1, \"a\", 1): there is no length -1");
+  EXPECT_FAILS(szcopyex(&buffer, &capacity, 0, "a", -1), 0,
+               "szcopyex(..., ..., 0, ..., -1): there is no length -1");
+  EXPECT_FAILS(szcopyex(&buffer, &capacity, 1, "a", 1), 0,
+               "szcopyex(..., ..., 1, \"a\", 1): 1 bytes cannot be in use: the buffer has 0");
+  EXPECT_FAILS(szcopyex(nullptr, &capacity, 0, "a", 1), 0,
+               "szcopyex(null, ..., 0, \"a\", 1): argument 1 is null");
   EXPECT_TOLD(szcopyex(&buffer, &capacity, 0, "a", 1), "");
   capacity = INT_MAX - 1;
-  EXPECT_TOLD(
-      szcopyex(&buffer, &capacity, INT_MAX - 1, "a", 1),
+  EXPECT_FAILS(
+      szcopyex(&buffer, &capacity, INT_MAX - 1, "a", 1), 0,
       "szcopyex(..., ..., 2147483646, \"a\", 1): the buffer would have more than 2147483647 "
       "bytes");
   std::free(buffer);
@@ -152,11 +154,14 @@ TEST_F(StringsMisuse, AGrowableBufferOfOtherSizes) {
 
 TEST_F(StringsMisuse, AConversion) {
   char out[4];
-  EXPECT_TOLD(KorvelFromUtf8(nullptr, out, 4), "KorvelFromUtf8(null, ..., 4): argument 1 is null");
-  EXPECT_TOLD(KorvelFromUtf8("abcd", out, 4),
-              "KorvelFromUtf8(..., ..., 4): the converted text has no room in 4 bytes");
-  EXPECT_TOLD(KorvelToUtf8("\xE9\xE9", out, 4),
-              "KorvelToUtf8(..., ..., 4): the converted text has no room in 4 bytes");
+  EXPECT_FAILS(KorvelFromUtf8(nullptr, out, 4), -1,
+               "KorvelFromUtf8(null, ..., 4): argument 1 is null");
+  EXPECT_FAILS(KorvelFromUtf8("abcd", out, 4), -1,
+               "KorvelFromUtf8(..., ..., 4): the converted text has no room in 4 bytes");
+  EXPECT_FAILS(KorvelToUtf8("\xE9\xE9", out, 4), -1,
+               "KorvelToUtf8(\"éé\", ..., 4): the converted text has no room in 4 bytes");
+  EXPECT_FAILS(KorvelToUtf8("\xC3\xA9", out, 4), -1,
+               "KorvelToUtf8(\"Ã©\", ..., 4): the text looks like UTF-8: texts are CP1252");
   char longer[8];
   EXPECT_TOLD(KorvelToUtf8("\xC3\xA9", longer, 8),
               "KorvelToUtf8(\"Ã©\", ..., 8): the text looks like UTF-8: texts are CP1252");

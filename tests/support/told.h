@@ -38,8 +38,11 @@ std::string told(Work work, base::Telling telling = base::Telling::Yes) {
 
 }  // namespace korvel::test
 
-// One call, and the one line that is told of it. tests/interface/misuse.py reads these rows.
+// One call, and the one line that is told of it; and of a call that fails, what it returns then.
+// tests/interface/misuse.py reads these rows.
 #define EXPECT_TOLD(call, line) \
   EXPECT_EQ(korvel::test::told([&] { static_cast<void>(call); }), line)
+#define EXPECT_FAILS(call, value, line) \
+  EXPECT_EQ(korvel::test::told([&] { EXPECT_EQ(call, value); }), line)
 
 #endif
