@@ -288,6 +288,7 @@ int File_GetPos(int handle) {
 int File_Read(int handle, void *buffer, int count) {
   const Call call("File_Read", {handle, filled(buffer), count});
   if (call) needsReading(call, handle, count);
+  const ErrnoOfWork errnoOfWork(call);
   const int result = isHandle(handle) ? readNext(DATA_FILE_TAB[handle], buffer, count) : kFailed;
   if (call) needsDone(call, result >= 0);
   return result;
@@ -296,6 +297,7 @@ int File_Read(int handle, void *buffer, int count) {
 int File_Re_Read(int handle, void *buffer, int count) {
   const Call call("File_Re_Read", {handle, filled(buffer), count});
   if (call) needsReading(call, handle, count);
+  const ErrnoOfWork errnoOfWork(call);
   const int result = isHandle(handle) ? readAgain(DATA_FILE_TAB[handle], buffer, count) : kFailed;
   if (call) needsDone(call, result >= 0);
   return result;
@@ -304,6 +306,7 @@ int File_Re_Read(int handle, void *buffer, int count) {
 int File_Write(int handle, const void *buffer, int count) {
   const Call call("File_Write", {handle, filled(buffer), count});
   if (call) needsWriting(call, handle, count);
+  const ErrnoOfWork errnoOfWork(call);
   const int result = isHandle(handle) ? writeNext(DATA_FILE_TAB[handle], buffer, count) : kFailed;
   if (call) needsDone(call, result >= 0);
   return result;

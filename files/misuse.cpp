@@ -3,6 +3,7 @@
 #include "files/misuse.h"
 
 #include <algorithm>
+#include <climits>
 #include <cstring>
 #include <iterator>
 
@@ -21,12 +22,14 @@ using base::Quoted;
 
 namespace {
 
+// The slots above the counter are free whatever their mode.
 template <typename Slot>
-bool hasFreeSlot(const Slot (&table)[kSlots], int highest) {
+int freeSlots(const Slot (&table)[kSlots], int highest) {
   const auto isFree = [&](const Slot &slot) {
-    return slot.mode == kFreeSlot || isOwn(table, static_cast<int>(&slot - table));
+    const auto handle = static_cast<int>(&slot - table);
+    return handle > highest || slot.mode == kFreeSlot || isOwn(table, handle);
   };
-  return highest < kSlots - 1 || std::any_of(std::begin(table), std::end(table), isFree);
+  return static_cast<int>(std::count_if(std::begin(table), std::end(table), isFree));
 }
 
 template <typename Slot>
@@ -75,13 +78,15 @@ void needsPathInFolder(const Call &call, const char *path) {
   if (call) needsThere(call, folderOf(base::textOf(path)));
 }
 
-void needsFileSlot(const Call &call) {
-  call.misusedIf(!hasFreeSlot(DATA_FILE_TAB, DATA_FILE_ID),
-                 {"all ", kSlots, " file handles are open: close one with File_Close"});
+void needsFileSlots(const Call &call, int count) {
+  const int free = freeSlots(DATA_FILE_TAB, DATA_FILE_ID);
+  call.misusedIf(free == 0, {"all ", kSlots, " file handles are open: close one with File_Close"});
+  call.misusedIf(free < count, {"it takes ", count, " file handles, and ", free,
+                                " is free: close one with File_Close"});
 }
 
 void needsMemorySlot(const Call &call) {
-  call.misusedIf(!hasFreeSlot(DATA_MFIL_TAB, DATA_MFIL_ID),
+  call.misusedIf(freeSlots(DATA_MFIL_TAB, DATA_MFIL_ID) == 0,
                  {"all ", kSlots, " memory files are open: close one with MFil_Close"});
 }
 
@@ -92,7 +97,7 @@ void needsFlags(const Call &call, int read, int write) {
 void needsToOpen(const Call &call, int read, int write) {
   call.needsAll();
   needsFlags(call, read, write);
-  needsFileSlot(call);
+  needsFileSlots(call, 1);
 }
 
 void needsOpened(const Call &call, const char *path, int result) {
@@ -131,6 +136,9 @@ void needsWriting(const Call &call, int handle, int count) {
   call.misusedIf(call && !mayWrite(DATA_FILE_TAB[handle].mode),
                  {"handle ", handle, " is open for reading only"});
   needsCount(call, count);
+  if (!call) return;
+  const int room = INT_MAX - std::max(DATA_FILE_TAB[handle].position, 0);
+  call.misusedIf(count > room, {"the file would have more than ", INT_MAX, " bytes"});
 }
 
 void needsOffset(const Call &call, int handle, int offset) {

@@ -4,6 +4,8 @@
 #ifndef KORVEL_FILES_MISUSE_H
 #define KORVEL_FILES_MISUSE_H
 
+#include <cerrno>
+
 #include "base/misuse.h"
 
 namespace korvel::files {
@@ -21,8 +23,8 @@ void needsPath(const Call &call, const char *path);
 void needsFolder(const Call &call, const char *path);
 void needsPathInFolder(const Call &call, const char *path);
 
-// A free slot for a file, or for a memory file.
-void needsFileSlot(const Call &call);
+// Free slots for files, or one for a memory file.
+void needsFileSlots(const Call &call, int count);
 void needsMemorySlot(const Call &call);
 
 // Flags and, for File_Open, a free slot; and that the opening succeeded.
@@ -50,8 +52,27 @@ void needsTransfer(const Call &call, int descriptor, int count);
 // A number of 0 or above. `what`: "the offset", say.
 void needsNotNegative(const Call &call, const char *what, int number);
 
-// That the system has done it. Why it has not is in errno.
+// That the system has done it. Why it has not is in errno, which is 0 where it has not refused.
 void needsDone(const Call &call, bool isDone);
+
+// A work after which errno is its own: where misuse is told, it is 0 when the work begins. In the
+// end it is as without lines.
+class ErrnoOfWork {
+ public:
+  explicit ErrnoOfWork(const Call &call)
+      : isAsked_(static_cast<bool>(call)), before_(isAsked_ ? errno : 0) {
+    if (isAsked_) errno = 0;
+  }
+  ~ErrnoOfWork() {
+    if (isAsked_ && errno == 0) errno = before_;
+  }
+  ErrnoOfWork(const ErrnoOfWork &) = delete;
+  ErrnoOfWork &operator=(const ErrnoOfWork &) = delete;
+
+ private:
+  const bool isAsked_;
+  const int before_;
+};
 
 // What renaming asks for, and the room for the result of MAC2UNIX.
 void needsPaths(const Call &call, const char *oldPath, const char *newPath);

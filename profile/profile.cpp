@@ -267,6 +267,7 @@ int WritePrivateProfileString(const char *section, const char *key, const char *
   const Call call("WritePrivateProfileString", {section, orNull(key), orNull(value), path});
   if (call) needsValue(call, section, key, value, path);
   if (section == nullptr) return kFailed;
+  const files::ErrnoOfWork errnoOfWork(call);
   const int result = guarded(kFailed, [&] { return writeKey(section, key, value, path); });
   if (call) files::needsDone(call, result == kDone);
   return result;
@@ -276,6 +277,7 @@ int WritePrivateProfileSection(const char *section, const char *text, const char
   const Call call("WritePrivateProfileSection", {section, orNull(text), path});
   if (call) needsValue(call, section, nullptr, text, path);
   if (section == nullptr) return kFailed;
+  const files::ErrnoOfWork errnoOfWork(call);
   const int result = guarded(kFailed, [&] { return writeSection(section, text, path); });
   if (call) files::needsDone(call, result == kDone);
   return result;

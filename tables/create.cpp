@@ -124,43 +124,53 @@ bool copyTo(Replacement &backUp, TableReader &table) {
   return table.isWhole();
 }
 
-// The old back-up stays until the new one is whole.
-void backUp(const TablePath &path, bool overwrite) {
+// The old back-up stays until the new one is whole. Returns false where one is wanted and cannot be
+// written.
+bool backUp(const TablePath &path, bool overwrite) {
   const TablePath target = backUpPath(path);
-  if (!path || !target) return;
+  if (!path || !target) return false;
   const bool replaces = exists(target);
-  if (replaces && !overwrite) return;
+  if (replaces && !overwrite) return true;
   TableReader table;
   WritingHandle handle;
-  if (!table.open(path.text, Slots::File) || !handle.take(target.text)) return;
+  if (!table.open(path.text, Slots::File) || !handle.take(target.text)) return false;
   const PosixPath posix(target.text);
   Replacement made;
-  if (!beginBackUp(made, posix.text(), table.descriptor()) || !copyTo(made, table)) return;
-  static_cast<void>(replaces ? made.commit() : made.commitAs(posix.text()));
+  if (!beginBackUp(made, posix.text(), table.descriptor()) || !copyTo(made, table)) return false;
+  return replaces ? made.commit() : made.commitAs(posix.text());
 }
 
 }  // namespace
 }  // namespace korvel::tables
 
+using namespace korvel;
 using namespace korvel::tables;
 
 int ZRV_Table_create(const char *name, const char *version, const char *title) {
   const Call call("ZRV_Table_create", {name, version, title});
   if (call) needsName(call, name);
   if (version == nullptr || title == nullptr) return 0;
-  const int result = create(tablePath(name), version, title) ? 1 : 0;
-  if (call) needsMade(call, result);
-  return result;
+  const files::ErrnoOfWork errnoOfWork(call);
+  const bool isMade = create(tablePath(name), version, title);
+  if (call) needsMade(call, name, isMade);
+  return isMade ? 1 : 0;
 }
 
 int ZRV_Table_remove(const char *name) {
-  lookForMisuse([=] { needsTable(Call("ZRV_Table_remove", {name}), name); });
-  return removeTable(tablePath(name)) ? 1 : 0;
+  const Call call("ZRV_Table_remove", {name});
+  if (call) needsExisting(call, name);
+  const files::ErrnoOfWork errnoOfWork(call);
+  const bool wasThere = removeTable(tablePath(name));
+  if (call) needsGone(call, name);
+  return wasThere ? 1 : 0;
 }
 
 int ZRV_Table_sauvegarde(const char *name, int overwrite) {
-  lookForMisuse([=] { needsTableToBackUp(Call("ZRV_Table_sauvegarde", {name, overwrite}), name); });
-  backUp(tablePath(name), overwrite != 0);
+  const Call call("ZRV_Table_sauvegarde", {name, overwrite});
+  if (call) needsTableToBackUp(call, name);
+  const files::ErrnoOfWork errnoOfWork(call);
+  const bool isBackedUp = backUp(tablePath(name), overwrite != 0);
+  if (call) needsBackedUp(call, name, isBackedUp);
   // Kept: the result of a back-up is 0, success included.
   return 0;
 }

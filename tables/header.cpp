@@ -117,6 +117,7 @@ bool repair(const char *name, const Heading &heading) {
 }  // namespace
 }  // namespace korvel::tables
 
+using namespace korvel;
 using namespace korvel::base;
 using namespace korvel::tables;
 
@@ -126,16 +127,18 @@ int ZRV_Table_modify(const char *name, const char *newName, const char *version,
   if (call) needsNames(call, name, newName);
   if (version == nullptr || title == nullptr) return 0;
   const auto work = [&] { return modify(name, newName, {version, title}); };
+  const files::ErrnoOfWork errnoOfWork(call);
   const bool isModified = guarded(false, work);
-  if (call) needsMade(call, isModified);
+  if (call) needsModified(call, name, newName, isModified);
   return isModified ? 1 : 0;
 }
 
 int ZRV_Table_repair(const char *name, const char *version, const char *title) {
   const Call call("ZRV_Table_repair", {name, version, title});
-  if (call) needsTable(call, name);
+  if (call) needsTableToEdit(call, name);
   if (version == nullptr || title == nullptr) return 0;
-  const int result = repair(name, {version, title}) ? 1 : 0;
-  if (call) needsSoundHeading(call, result);
-  return result;
+  const files::ErrnoOfWork errnoOfWork(call);
+  const bool isSound = repair(name, {version, title});
+  if (call) needsSoundHeading(call, name, isSound);
+  return isSound ? 1 : 0;
 }

@@ -64,8 +64,19 @@ class DataLines {
   bool hasBegun_ = false;
 };
 
-bool listCodes(const TablePath &path, std::span<char> out) {
-  CodeList codes(out);
+// The room that a list of all codes takes, without its end.
+class CodeListSize {
+ public:
+  void add(std::string_view code) { size_ += (size_ > 0 ? 1 : 0) + code.size(); }
+  std::size_t size() const { return size_; }
+
+ private:
+  std::size_t size_ = 0;
+};
+
+// Returns whether the table was read to its end and has a begin mark.
+template <typename Codes>
+bool addCodes(const TablePath &path, Codes &codes) {
   TableReader table;
   if (!path || !table.open(path.text, Slots::File)) return false;
   LineReader lines(table, kListingSize);
@@ -74,22 +85,27 @@ bool listCodes(const TablePath &path, std::span<char> out) {
     const std::string_view code = codeOf(textOf(kept, kListingSize));
     if (data.take(code)) codes.add(code);
   }
-  if (table.isWhole()) return data.hasBegun();
-  // As a table that cannot be opened: some of the codes are not the codes.
+  return table.isWhole() && data.hasBegun();
+}
+
+bool listCodes(const TablePath &path, std::span<char> out) {
+  CodeList codes(out);
+  if (addCodes(path, codes)) return true;
+  // Some of the codes are not the codes.
   strings::copyTerminated(out, "");
   return false;
 }
 
-// Tells of codes that do not fit. They are listed once more, into room for more of them.
+// Tells of codes that do not fit.
 void needsListRoom(const Call &call, const char *name, const char *out, int outSize) {
   needsDefaultTable(call, name);
   needsRoom(call, out, outSize);
   if (!call) return;
-  char all[1 << 16];
-  listCodes(defaultTablePath(name), all);
+  CodeListSize all;
+  addCodes(defaultTablePath(name), all);
   call.misusedIf(
-      std::strlen(all) >= static_cast<std::size_t>(outSize),
-      {"the codes need ", std::strlen(all) + 1, " bytes, and not all are listed in ", outSize});
+      all.size() >= static_cast<std::size_t>(outSize),
+      {"the codes need ", all.size() + 1, " bytes, and not all are listed in ", outSize});
 }
 
 // A line for the callback, which may write into it.

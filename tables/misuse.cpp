@@ -3,7 +3,10 @@
 // no line has.
 #include "tables/misuse.h"
 
+#include <algorithm>
+#include <cerrno>
 #include <cstring>
+#include <iterator>
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -14,6 +17,7 @@
 #include "dates/calendar.h"
 #include "files/paths.h"
 #include "tables/path.h"
+#include "tables/rewrite.h"
 
 namespace korvel::tables {
 
@@ -31,9 +35,58 @@ std::string_view directoryInUse() {
   return chosen.empty() ? textIn(szDirTables) : chosen;
 }
 
-bool mayBeRead(const TablePath &path) {
+bool isAllowed(const TablePath &path, int access) {
   const files::PosixPath posix(path.text);
-  return faccessat(AT_FDCWD, posix.text(), R_OK, AT_EACCESS) == 0;
+  return faccessat(AT_FDCWD, posix.text(), access, AT_EACCESS) == 0;
+}
+
+bool mayBeRead(const TablePath &path) { return isAllowed(path, R_OK); }
+
+bool isThere(const TablePath &path) {
+  const ErrnoKept kept;
+  return files::fileExists(path.text);
+}
+
+TablePath folderOf(const TablePath &path) {
+  TablePath folder = path;
+  char *end = std::strrchr(folder.text, ':');
+  if (end != nullptr) *end = '\0';
+  return folder;
+}
+
+constexpr char kNothingChanged[] = "nothing is changed: ";
+
+// A folder in which this user may make files, and exchange the one at the path.
+void needsExchange(const Call &call, const TablePath &path) {
+  if (!call) return;
+  const ErrnoKept kept;
+  const TablePath folder = folderOf(path);
+  const Quoted shown(folder.text);
+  call.misusedIf(!files::folderExists(folder.text),
+                 {kNothingChanged, "there is no folder ", shown});
+  call.misusedIf(call && !isAllowed(folder, W_OK | X_OK),
+                 {kNothingChanged, "folder ", shown, " may not be written"});
+  call.misusedIf(call && isThere(path) && !mayRemove(files::PosixPath(path.text).text()),
+                 {kNothingChanged, "the table is another user's, and folder ", shown,
+                  " lets only owners exchange files"});
+}
+
+// The same of a table whose content changes.
+void needsRewriting(const Call &call, const TablePath &path) {
+  needsExchange(call, path);
+  if (!call) return;
+  const ErrnoKept kept;
+  call.misusedIf(isThere(path) && !isAllowed(path, W_OK),
+                 {kNothingChanged, "table ", Quoted(path.text), " may not be written"});
+}
+
+// Reasons that no work has while all goes well; what is only looked for sets errno, too.
+void needsDisk(const Call &call) {
+  constexpr int kOfTheDisk[] = {ENOSPC, EDQUOT, EFBIG, EROFS, EIO};
+  const bool isRefused =
+      std::find(std::begin(kOfTheDisk), std::end(kOfTheDisk), errno) != std::end(kOfTheDisk);
+  call.misusedIf(isRefused, {kNothingChanged, "the system refuses: ", strerrordesc_np(errno)});
+  call.misusedIf(errno == ETIMEDOUT, {kNothingChanged, "another program holds the table"});
 }
 
 }  // namespace
@@ -62,15 +115,31 @@ void needsName(const Call &call, const char *name) {
                            : ZRV_Libelle_NC_szDirTables);
 }
 
-void needsTable(const Call &call, const char *name) {
+void needsExisting(const Call &call, const char *name) {
   needsName(call, name);
   if (!call) return;
   const ErrnoKept kept;
   const TablePath path = tablePlace(name).path;
-  call.misusedIf(!files::fileExists(path.text), {"there is no table ", Quoted(path.text)});
+  call.misusedIf(!isThere(path), {"there is no table ", Quoted(path.text)});
+}
+
+void needsReadable(const Call &call, const char *name) {
+  needsExisting(call, name);
+  if (!call) return;
+  const ErrnoKept kept;
+  const TablePath path = tablePlace(name).path;
   call.misusedIf(!mayBeRead(path), {"table ", Quoted(path.text), " may not be read"});
-  files::needsFileSlot(call);
+}
+
+void needsTable(const Call &call, const char *name) {
+  needsReadable(call, name);
+  files::needsFileSlots(call, 1);
   files::needsMemorySlot(call);
+}
+
+void needsTableToEdit(const Call &call, const char *name) {
+  needsReadable(call, name);
+  files::needsFileSlots(call, 2);
 }
 
 void needsKey(const Call &call, std::string_view key) {
@@ -148,35 +217,73 @@ void needsDefaultTable(const Call &call, const char *name) {
                   ": \".tab\" is added to the name"});
   if (!call) return;
   call.misusedIf(!mayBeRead(path), {"table ", Quoted(path.text), " may not be read"});
-  files::needsFileSlot(call);
+  files::needsFileSlots(call, 1);
 }
 
 void needsNames(const Call &call, const char *name, const char *newName) {
-  needsTable(call, name);
+  needsTableToEdit(call, name);
   needsName(call, newName);
+  if (!call) return;
+  const ErrnoKept kept;
+  const TablePath path = tablePlace(newName).path;
+  call.misusedIf(files::folderExists(path.text), {Quoted(path.text), " is a folder"});
 }
 
 void needsTableToBackUp(const Call &call, const char *name) {
-  needsTable(call, name);
+  needsTableToEdit(call, name);
   call.misusedIf(call && std::string_view(tablePlace(name).path.text).ends_with(".bak"),
                  {"a table whose path ends with \".bak\" has no back-up"});
 }
 
-void needsEdited(const Call &call, bool isEdited) {
-  call.misusedIf(!isEdited, {"nothing is changed: the table has no line ", ZRV_Libelle_NC_il,
-                             ", or may not be rewritten where it is"});
+void needsEdited(const Call &call, const char *name, bool isEdited) {
+  if (isEdited || !call) return;
+  needsRewriting(call, tablePlace(name).path);
+  needsDisk(call);
+  call.misused({kNothingChanged, "the table has no line ", ZRV_Libelle_NC_il});
 }
 
-void needsMade(const Call &call, bool isMade) {
-  call.misusedIf(!isMade, {"nothing is changed: no file can be written there"});
+void needsMade(const Call &call, const char *name, bool isMade) {
+  if (isMade || !call) return;
+  needsExchange(call, tablePlace(name).path);
+  needsDisk(call);
+  files::needsFileSlots(call, 1);
+  call.misused({kNothingChanged, "a file cannot be there"});
+}
+
+void needsBackedUp(const Call &call, const char *name, bool isBackedUp) {
+  if (isBackedUp || !call) return;
+  needsExchange(call, tablePlace(name).path);
+  needsDisk(call);
+  call.misused({kNothingChanged, "a back-up cannot be where it would be"});
+}
+
+void needsGone(const Call &call, const char *name) {
+  if (!call) return;
+  const TablePath path = tablePlace(name).path;
+  if (!isThere(path)) return;
+  needsExchange(call, path);
+  call.misused({kNothingChanged, "the system refuses: ", strerrordesc_np(errno)});
+}
+
+void needsModified(const Call &call, const char *name, const char *newName, bool isModified) {
+  if (isModified || !call) return;
+  const TablePath path = tablePlace(name).path;
+  const TablePath newPath = tablePlace(newName).path;
+  needsExchange(call, newPath);
+  needsRewriting(call, path);
+  needsDisk(call);
+  call.misused({"the table has no line for title or version, and has its new name all the same"});
+}
+
+void needsSoundHeading(const Call &call, const char *name, bool isSound) {
+  if (!call) return;
+  needsRewriting(call, tablePlace(name).path);
+  needsDisk(call);
+  call.misusedIf(!isSound, {"line 1 is the title, and line 3 is not \"#DEBUT\""});
 }
 
 void needsMarks(const Call &call, bool hasMarks) {
   call.misusedIf(!hasMarks, {"the table has no line \"#DEBUT\""});
-}
-
-void needsSoundHeading(const Call &call, bool isSound) {
-  call.misusedIf(!isSound, {"line 1 is the title, and line 3 is not \"#DEBUT\""});
 }
 
 }  // namespace korvel::tables

@@ -23,9 +23,13 @@ using base::tellsMisuse;
 // A directory of tables that is there, or "".
 void needsDirectory(const Call &call, const char *directory);
 
-// The name of a table that can be made, and of one that is there and can be read.
+// The name of a table that can be made, of one that is there, of one that can be read as well, then
+// with the handles for a lookup or for an edit.
 void needsName(const Call &call, const char *name);
+void needsExisting(const Call &call, const char *name);
+void needsReadable(const Call &call, const char *name);
 void needsTable(const Call &call, const char *name);
+void needsTableToEdit(const Call &call, const char *name);
 
 // A key that matches something, and a column of a line.
 void needsKey(const Call &call, std::string_view key);
@@ -53,12 +57,18 @@ void needsNames(const Call &call, const char *name, const char *newName);
 // A table whose name is not its back-up's.
 void needsTableToBackUp(const Call &call, const char *name);
 
-// That the current line was edited; that a table was made; that it has its marks; that its heading
-// is sound.
-void needsEdited(const Call &call, bool isEdited);
-void needsMade(const Call &call, bool isMade);
+// That a work was done, else why not: rights are looked at, and the disk's reason is in errno
+// (files::ErrnoOfWork). That the current line was edited; that a table was made or backed up, is
+// gone, has its heading, with its new name, or a sound one.
+void needsEdited(const Call &call, const char *name, bool isEdited);
+void needsMade(const Call &call, const char *name, bool isMade);
+void needsBackedUp(const Call &call, const char *name, bool isBackedUp);
+void needsGone(const Call &call, const char *name);
+void needsModified(const Call &call, const char *name, const char *newName, bool isModified);
+void needsSoundHeading(const Call &call, const char *name, bool isSound);
+
+// That a table has its marks.
 void needsMarks(const Call &call, bool hasMarks);
-void needsSoundHeading(const Call &call, bool isSound);
 
 // Does what a lookup or search does with a table, and tells if a field of the line found, or its
 // code, does not fit into the buffer.
@@ -132,9 +142,10 @@ int toldCriteriaSearch(const Call &call, const char *const *labels, const int *c
 template <typename Work>
 int toldEdit(const Call &call, const char *table, Work work) {
   needsCurrentLine(call);
-  needsTable(call, table);
+  needsTableToEdit(call, table);
+  const files::ErrnoOfWork errnoOfWork(call);
   const bool done = work();
-  needsEdited(call, done);
+  needsEdited(call, table, done);
   return done ? 1 : 0;
 }
 

@@ -116,18 +116,6 @@ bool mayWriteFolder(const std::string &folder) {
   return faccessat(AT_FDCWD, folder.c_str(), W_OK | X_OK, AT_EACCESS) == 0;
 }
 
-// Whether this process may remove the name.
-bool mayRemove(const char *path) {
-  const std::string folder = folderOf(path);
-  struct stat ofFolder;
-  struct stat ofFile;
-  if (!mayWriteFolder(folder) || stat(folder.c_str(), &ofFolder) != 0 || lstat(path, &ofFile) != 0)
-    return false;
-  const uid_t user = geteuid();
-  return (ofFolder.st_mode & S_ISVTX) == 0 || user == 0 || user == ofFile.st_uid ||
-         user == ofFolder.st_uid;
-}
-
 // Whether a link may be renamed to the other path and then still leads to its file.
 bool mayMoveLink(const char *path, const char *newPath) {
   char target[PATH_MAX];
@@ -152,6 +140,17 @@ bool isSamePlace(const char *a, const char *b) {
 }
 
 }  // namespace
+
+bool mayRemove(const char *path) {
+  const std::string folder = folderOf(path);
+  struct stat ofFolder;
+  struct stat ofFile;
+  if (!mayWriteFolder(folder) || stat(folder.c_str(), &ofFolder) != 0 || lstat(path, &ofFile) != 0)
+    return false;
+  const uid_t user = geteuid();
+  return (ofFolder.st_mode & S_ISVTX) == 0 || user == 0 || user == ofFile.st_uid ||
+         user == ofFolder.st_uid;
+}
 
 TableRewrite::TableRewrite(const TablePath &path, const TablePath &newPath)
     : colonPath_(path),

@@ -27,6 +27,10 @@
 
 namespace korvel::tables {
 
+// Whether this process may remove or replace the file at a POSIX path: of a sticky folder not every
+// one.
+bool mayRemove(const char *path);
+
 // Writes into the replacement: gathers small pieces and passes large ones straight on.
 class RewriteOutput final : public LineSink {
  public:
