@@ -40,15 +40,15 @@ TEST(DatesMisuse, ATextThatIsShorterThanItsLayout) {
 
 TEST(DatesMisuse, NoOutput) {
   char *const none = nullptr;
-  EXPECT_TOLD(ZRV_Get_Date_short(none), "ZRV_Get_Date_short(null): argument 1 is null");
-  EXPECT_TOLD(ZRV_Get_Date_long(none), "ZRV_Get_Date_long(null): argument 1 is null");
-  EXPECT_TOLD(ZRV_Get_Date_slong(none), "ZRV_Get_Date_slong(null): argument 1 is null");
+  EXPECT_FAILS(ZRV_Get_Date_short(none), 11, "ZRV_Get_Date_short(null): argument 1 is null");
+  EXPECT_FAILS(ZRV_Get_Date_long(none), 11, "ZRV_Get_Date_long(null): argument 1 is null");
+  EXPECT_FAILS(ZRV_Get_Date_slong(none), 11, "ZRV_Get_Date_slong(null): argument 1 is null");
   EXPECT_TOLD(ZRV_Inv_Date("20040307", none),
               "ZRV_Inv_Date(\"20040307\", null): argument 2 is null");
 }
 
 TEST(DatesMisuse, AMonthOrDayThatThereIsNot) {
-  EXPECT_TOLD(utdatedm(2004, 13), "utdatedm(2004, 13): there is no month 13: 1 to 12");
+  EXPECT_FAILS(utdatedm(2004, 13), 0, "utdatedm(2004, 13): there is no month 13: 1 to 12");
   EXPECT_TOLD(utdatedw(2004, 0, 1), "utdatedw(2004, 0, 1): there is no month 0: 1 to 12");
   EXPECT_TOLD(utdatemy(13), "utdatemy(13): there is no month 13: 1 to 12");
   EXPECT_TOLD(utdatemm(0), "utdatemm(0): there is no month 0: 1 to 12");

@@ -41,22 +41,22 @@ class DialogsMisuse : public DialogTest {
 };
 
 TEST_F(DialogsMisuse, ACountThatIsOutOfRange) {
-  EXPECT_TOLD(TexteDlgBox_param(0, 100),
-              "TexteDlgBox_param(0, 100): a count of 0 is out of range: 1 to 20 are possible");
-  EXPECT_TOLD(TexteDlgBox_param(21, 100),
-              "TexteDlgBox_param(21, 100): a count of 21 is out of range: 1 to 20 are possible");
-  EXPECT_TOLD(BoolDlgBox_param(65, 1),
-              "BoolDlgBox_param(65, 1): a count of 65 is out of range: 0 to 64 are possible");
-  EXPECT_TOLD(IntDlgBox_param(-1, 1),
-              "IntDlgBox_param(-1, 1): a count of -1 is out of range: 0 to 128 are possible");
-  EXPECT_TOLD(NumDlgBox_param(129, 1),
-              "NumDlgBox_param(129, 1): a count of 129 is out of range: 0 to 128 are possible");
-  EXPECT_TOLD(DateDlgBox_param(21, 1),
-              "DateDlgBox_param(21, 1): a count of 21 is out of range: 0 to 20 are possible");
-  EXPECT_TOLD(PushDlgBox_param(11, 1),
-              "PushDlgBox_param(11, 1): a count of 11 is out of range: 0 to 10 are possible");
-  EXPECT_TOLD(StaticDlgBox_param(129),
-              "StaticDlgBox_param(129): a count of 129 is out of range: 0 to 128 are possible");
+  EXPECT_FAILS(TexteDlgBox_param(0, 100), -1,
+               "TexteDlgBox_param(0, 100): a count of 0 is out of range: 1 to 20 are possible");
+  EXPECT_FAILS(TexteDlgBox_param(21, 100), -1,
+               "TexteDlgBox_param(21, 100): a count of 21 is out of range: 1 to 20 are possible");
+  EXPECT_FAILS(BoolDlgBox_param(65, 1), -1,
+               "BoolDlgBox_param(65, 1): a count of 65 is out of range: 0 to 64 are possible");
+  EXPECT_FAILS(IntDlgBox_param(-1, 1), -1,
+               "IntDlgBox_param(-1, 1): a count of -1 is out of range: 0 to 128 are possible");
+  EXPECT_FAILS(NumDlgBox_param(129, 1), -1,
+               "NumDlgBox_param(129, 1): a count of 129 is out of range: 0 to 128 are possible");
+  EXPECT_FAILS(DateDlgBox_param(21, 1), -1,
+               "DateDlgBox_param(21, 1): a count of 21 is out of range: 0 to 20 are possible");
+  EXPECT_FAILS(PushDlgBox_param(11, 1), -1,
+               "PushDlgBox_param(11, 1): a count of 11 is out of range: 0 to 10 are possible");
+  EXPECT_FAILS(StaticDlgBox_param(129), -1,
+               "StaticDlgBox_param(129): a count of 129 is out of range: 0 to 128 are possible");
   EXPECT_TOLD(TexteDlgBox_param(20, 100), "");
 }
 
@@ -83,9 +83,9 @@ TEST_F(DialogsMisuse, AFieldThatIsSetBeforeParam) {
   EXPECT_TOLD(StaticDlgBox_set(0, "x"),
               "StaticDlgBox_set(0, \"x\"): no static text is in use: StaticDlgBox_param comes "
               "first, and clears what was set before it");
-  EXPECT_TOLD(TexteDlgBox_get_valid(0),
-              "TexteDlgBox_get_valid(0): there is no text field at all: TexteDlgBox_param comes "
-              "first");
+  EXPECT_FAILS(TexteDlgBox_get_valid(0), 0,
+               "TexteDlgBox_get_valid(0): there is no text field at all: TexteDlgBox_param comes "
+               "first");
 }
 
 TEST_F(DialogsMisuse, ValuesOutlastTheRun) {
@@ -110,11 +110,11 @@ TEST_F(DialogsMisuse, ATextFieldThatThereIsNot) {
   EXPECT_TOLD(TexteDlgBox_mandatory(2, 0), "TexteDlgBox_mandatory(2, 0" + two);
   EXPECT_TOLD(TexteDlgBox_password(2, 1), "TexteDlgBox_password(2, 1" + two);
   EXPECT_TOLD(TexteDlgBox_set_tabstops(2, &value_), "TexteDlgBox_set_tabstops(2, ..." + two);
-  EXPECT_TOLD(TexteDlgBox_get_valid(2), "TexteDlgBox_get_valid(2" + two);
+  EXPECT_FAILS(TexteDlgBox_get_valid(2), 0, "TexteDlgBox_get_valid(2" + two);
   EXPECT_TOLD(TexteDlgBox_global(2), "TexteDlgBox_global(2" + two);
   EXPECT_TOLD(TexteDlgBox_global_ex(2, callbackOfNothing), "TexteDlgBox_global_ex(2, ..." + two);
-  EXPECT_TOLD(TexteDlgBox_get_valid(-1),
-              "TexteDlgBox_get_valid(-1): there is no text field -1: 2 are in use, from 0 to 1");
+  EXPECT_FAILS(TexteDlgBox_get_valid(-1), 0,
+               "TexteDlgBox_get_valid(-1): there is no text field -1: 2 are in use, from 0 to 1");
 }
 
 TEST_F(DialogsMisuse, AnyOtherFieldThatThereIsNot) {
@@ -138,7 +138,7 @@ TEST_F(DialogsMisuse, AnyOtherFieldThatThereIsNot) {
   EXPECT_TOLD(IntDlgBox_retrieve(1, &value_), "IntDlgBox_retrieve(1, ..." + no("integer field"));
   EXPECT_TOLD(IntDlgBox_mandatory(1, 0), "IntDlgBox_mandatory(1, 0" + no("integer field"));
   EXPECT_TOLD(IntDlgBox_password(1, 0), "IntDlgBox_password(1, 0" + no("integer field"));
-  EXPECT_TOLD(IntDlgBox_get_valid(1), "IntDlgBox_get_valid(1" + no("integer field"));
+  EXPECT_FAILS(IntDlgBox_get_valid(1), 0, "IntDlgBox_get_valid(1" + no("integer field"));
   EXPECT_TOLD(IntDlgBox_global(1), "IntDlgBox_global(1" + no("integer field"));
   EXPECT_TOLD(NumDlgBox_set_nchiff(1, 2), "NumDlgBox_set_nchiff(1, 2" + no("number field"));
   EXPECT_TOLD(NumDlgBox_set_geo(1, 0, 0, 0, 0, 0),
@@ -147,7 +147,7 @@ TEST_F(DialogsMisuse, AnyOtherFieldThatThereIsNot) {
               "NumDlgBox_set_fvalid(1, ..." + no("number field"));
   EXPECT_TOLD(NumDlgBox_retrieve(1, &number_), "NumDlgBox_retrieve(1, ..." + no("number field"));
   EXPECT_TOLD(NumDlgBox_mandatory(1, 0), "NumDlgBox_mandatory(1, 0" + no("number field"));
-  EXPECT_TOLD(NumDlgBox_get_valid(1), "NumDlgBox_get_valid(1" + no("number field"));
+  EXPECT_FAILS(NumDlgBox_get_valid(1), 0, "NumDlgBox_get_valid(1" + no("number field"));
   EXPECT_TOLD(NumDlgBox_global(1), "NumDlgBox_global(1" + no("number field"));
   EXPECT_TOLD(DateDlgBox_set_geo(1, 0, 0, 0, 0, 0),
               "DateDlgBox_set_geo(1, 0, 0, 0, 0, 0" + no("date field"));
@@ -155,7 +155,7 @@ TEST_F(DialogsMisuse, AnyOtherFieldThatThereIsNot) {
               "DateDlgBox_set_fvalid(1, ..." + no("date field"));
   EXPECT_TOLD(DateDlgBox_retrieve(1, &value_), "DateDlgBox_retrieve(1, ..." + no("date field"));
   EXPECT_TOLD(DateDlgBox_mandatory(1, 0), "DateDlgBox_mandatory(1, 0" + no("date field"));
-  EXPECT_TOLD(DateDlgBox_get_valid(1), "DateDlgBox_get_valid(1" + no("date field"));
+  EXPECT_FAILS(DateDlgBox_get_valid(1), 0, "DateDlgBox_get_valid(1" + no("date field"));
   EXPECT_TOLD(DateDlgBox_global(1), "DateDlgBox_global(1" + no("date field"));
   EXPECT_TOLD(PushDlgBox_set_geo(1, "l", 0, 0, 0, 0, 0),
               "PushDlgBox_set_geo(1, \"l\", 0, 0, 0, 0, 0" + no("push button"));
@@ -207,8 +207,8 @@ TEST_F(DialogsMisuse, NoText) {
   EXPECT_TOLD(DlgBoxFinal_Erreur_set(nullptr), "");
   EXPECT_TOLD(DlgBoxFinal_Erreur_set("\xC3\xA9"),
               "DlgBoxFinal_Erreur_set(\"Ã©\"): the text looks like UTF-8: texts are CP1252");
-  EXPECT_TOLD(intcod_l_date(nullptr, &value_), "intcod_l_date(null, ...): argument 1 is null");
-  EXPECT_TOLD(KorvelItemName(100, nullptr), "KorvelItemName(100, null): argument 2 is null");
+  EXPECT_FAILS(intcod_l_date(nullptr, &value_), 1, "intcod_l_date(null, ...): argument 1 is null");
+  EXPECT_FAILS(KorvelItemName(100, nullptr), 0, "KorvelItemName(100, null): argument 2 is null");
   IntDlgBox_param(1, 300);
   EXPECT_TOLD(IntDlgBox_set_fvalid(0, nullptr),
               "IntDlgBox_set_fvalid(0, null): argument 2 is null");
@@ -264,12 +264,12 @@ TEST_F(DialogsMisuse, APlaceModeOrLimitThatIsNone) {
               "TailleDlgBox_set(8192, 5): no side is shown longer than 16384 pixels");
   EXPECT_TOLD(TailleDlgBox_set(0, 0), "");
   EXPECT_TOLD(BOKDlgBox_def(3), "BOKDlgBox_def(3): there is no button 3: 1 accepts and 2 cancels");
-  EXPECT_TOLD(KorvelItemName(99, "x"),
-              "KorvelItemName(99, \"x\"): no field in use has the identifier 99");
+  EXPECT_FAILS(KorvelItemName(99, "x"), 0,
+               "KorvelItemName(99, \"x\"): no field in use has the identifier 99");
   EXPECT_TOLD(KorvelItemName(105, "\xC3\xA9"),
               "KorvelItemName(105, \"Ã©\"): the text looks like UTF-8: texts are CP1252");
-  EXPECT_TOLD(DlgBoxFinal_MessageBox(nullptr, "x", "y", 0),
-              "DlgBoxFinal_MessageBox(null, \"x\", \"y\", 0): argument 1 is null");
+  EXPECT_FAILS(DlgBoxFinal_MessageBox(nullptr, "x", "y", 0), 0,
+               "DlgBoxFinal_MessageBox(null, \"x\", \"y\", 0): argument 1 is null");
 }
 
 TEST_F(DialogsMisuse, NoDialogRuns) {
@@ -298,13 +298,14 @@ TEST_F(DialogsMisuse, WhileADialogRuns) {
   NumDlgBox_param(1, 400);
   NumDlgBox_set_geo(0, 1, 1, 1, 1, 7);
   during([&] {
-    EXPECT_TOLD(ZRVDlgBoxEx("U", nullptr),
-                "ZRVDlgBoxEx(\"U\", null): a dialog is up already, and one runs at a time");
-    EXPECT_TOLD(ZRVDlgBox("u"), "ZRVDlgBox(\"u\"): a dialog is up already, and one runs at a time");
+    EXPECT_FAILS(ZRVDlgBoxEx("U", nullptr), 0,
+                 "ZRVDlgBoxEx(\"U\", null): a dialog is up already, and one runs at a time");
+    EXPECT_FAILS(ZRVDlgBox("u"), 0,
+                 "ZRVDlgBox(\"u\"): a dialog is up already, and one runs at a time");
     EXPECT_TOLD(SelectMT(nullptr, nullptr, ""),
                 "SelectMT(null, null, \"\"): a dialog is up already, and one runs at a time");
-    EXPECT_TOLD(KorvelItemName(100, "x"),
-                "KorvelItemName(100, \"x\"): a dialog runs: fields are named before");
+    EXPECT_FAILS(KorvelItemName(100, "x"), 0,
+                 "KorvelItemName(100, \"x\"): a dialog runs: fields are named before");
     EXPECT_TOLD(ZRVDlgBox_texte_set(1, "x"),
                 "ZRVDlgBox_texte_set(1, \"x\"): there is no text field 1: 1 are in use, from 0 to "
                 "0");
@@ -371,9 +372,9 @@ TEST_F(DialogsMisuse, ChoicesThatAreCut) {
   describe(407);
   EXPECT_TOLD(ZRVDlgBoxEx("T", nullptr), "");
   describe(409);
-  EXPECT_TOLD(ZRVDlgBoxEx("T", nullptr),
-              "ZRVDlgBoxEx(\"T\", null): the choices of text field 0 are cut to 408 characters: "
-              "TexteDlgBox_set_liste_buffer takes more");
+  EXPECT_FAILS(ZRVDlgBoxEx("T", nullptr), 0,
+               "ZRVDlgBoxEx(\"T\", null): the choices of text field 0 are cut to 408 characters: "
+               "TexteDlgBox_set_liste_buffer takes more");
   describe(409);
   TexteDlgBox_set_liste_buffer(0, choices.data());
   EXPECT_TOLD(ZRVDlgBoxEx("T", nullptr), "");
@@ -387,7 +388,7 @@ TEST_F(DialogsMisuse, AForm) {
                   {2, ItemKind::PushButton, "Non"},
                   {3, ItemKind::EditText, ""},
                   {9, ItemKind::EditText, ""}}});
-  EXPECT_TOLD(ZRVDlgBox(nullptr), "ZRVDlgBox(null): argument 1 is null");
+  EXPECT_FAILS(ZRVDlgBox(nullptr), 0, "ZRVDlgBox(null): argument 1 is null");
   TexteDlgBox_param(2, 3);
   TexteDlgBox_mandatory(1, 0);
   IntDlgBox_param(1, 4);

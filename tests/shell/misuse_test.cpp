@@ -26,38 +26,40 @@ class ShellMisuse : public testing::Test {
 };
 
 TEST_F(ShellMisuse, NothingToRun) {
-  EXPECT_TOLD(BSDInvokeTool(nullptr, out_, 5), "BSDInvokeTool(null, ..., 5): argument 1 is null");
-  EXPECT_TOLD(BSDInvokeTool("true", out_, -1),
-              "BSDInvokeTool(\"true\", ..., -1): there is no buffer of -1 bytes");
+  EXPECT_FAILS(BSDInvokeTool(nullptr, out_, 5), -1,
+               "BSDInvokeTool(null, ..., 5): argument 1 is null");
+  EXPECT_FAILS(BSDInvokeTool("true", out_, -1), -1,
+               "BSDInvokeTool(\"true\", ..., -1): there is no buffer of -1 bytes");
   EXPECT_TOLD(BSDInvokeTool("true", nullptr, 0), "");
-  EXPECT_TOLD(BSDInvokeToolWr("true", nullptr),
-              "BSDInvokeToolWr(\"true\", null): argument 2 is null");
-  EXPECT_TOLD(BSDInvokeToolPr("true", nullptr),
-              "BSDInvokeToolPr(\"true\", null): argument 2 is null");
+  EXPECT_FAILS(BSDInvokeToolWr("true", nullptr), -1,
+               "BSDInvokeToolWr(\"true\", null): argument 2 is null");
+  EXPECT_FAILS(BSDInvokeToolPr("true", nullptr), -1,
+               "BSDInvokeToolPr(\"true\", null): argument 2 is null");
   EXPECT_TOLD(BSDkill(nullptr), "BSDkill(null): argument 1 is null");
   EXPECT_TOLD(BSDprocessf(nullptr), "BSDprocessf(null): argument 1 is null");
   EXPECT_TOLD(BSDtestProcess(nullptr), "BSDtestProcess(null): argument 1 is null");
-  EXPECT_TOLD(BSDDir_ProcessFiles_f(nullptr), "BSDDir_ProcessFiles_f(null): argument 1 is null");
+  EXPECT_FAILS(BSDDir_ProcessFiles_f(nullptr), 0,
+               "BSDDir_ProcessFiles_f(null): argument 1 is null");
 }
 
 TEST_F(ShellMisuse, ABundleThatThereIsNot) {
   CFBundleRef bundle = nullptr;
-  EXPECT_TOLD(LoadFrameworkBundle("Other.framework", &bundle),
-              "LoadFrameworkBundle(\"Other.framework\", ...): there is no such bundle: "
-              "\"System.framework\" is the only one");
-  EXPECT_TOLD(LoadFrameworkBundleSystem("System.framework", nullptr),
-              "LoadFrameworkBundleSystem(\"System.framework\", null): argument 2 is null");
+  EXPECT_FAILS(LoadFrameworkBundle("Other.framework", &bundle), KorvelNoBundleStatus,
+               "LoadFrameworkBundle(\"Other.framework\", ...): there is no such bundle: "
+               "\"System.framework\" is the only one");
+  EXPECT_FAILS(LoadFrameworkBundleSystem("System.framework", nullptr), KorvelNoBundleStatus,
+               "LoadFrameworkBundleSystem(\"System.framework\", null): argument 2 is null");
   EXPECT_TOLD(LoadFrameworkBundleSystem("System.framework", &bundle), "");
 }
 
 TEST_F(ShellMisuse, APathThatAToolReadsOtherwise) {
-  EXPECT_TOLD(BSDIsExisting("Data:a"),
-              "BSDIsExisting(\"Data:a\"): \"Data:a\" is a colon path, and a path of the system is "
-              "meant: \"/folder/file\"");
-  EXPECT_TOLD(BSDIsExisting(""), "BSDIsExisting(\"\"): an empty path names nothing");
+  EXPECT_FAILS(BSDIsExisting("Data:a"), 0,
+               "BSDIsExisting(\"Data:a\"): \"Data:a\" is a colon path, and a path of the system is "
+               "meant: \"/folder/file\"");
+  EXPECT_FAILS(BSDIsExisting(""), 0, "BSDIsExisting(\"\"): an empty path names nothing");
   // What follows the quote is no command.
-  EXPECT_TOLD(
-      BSDIsExisting("none'"),
+  EXPECT_FAILS(
+      BSDIsExisting("none'"), 0,
       "BSDIsExisting(\"none'\"): the \"'\" in \"none'\" ends the shell's quotes, and it runs "
       "the rest");
   EXPECT_TOLD(BSDIsExisting("none"), "");
@@ -65,7 +67,7 @@ TEST_F(ShellMisuse, APathThatAToolReadsOtherwise) {
   // "cp" prints the usage of the option.
   EXPECT_TOLD(BSDSCopy("-x", "a"),
               "BSDSCopy(\"-x\", \"a\"): \"-x\" is an option of the tool: write \"./\" in front");
-  EXPECT_TOLD(BSDopen(nullptr), "BSDopen(null): argument 1 is null");
+  EXPECT_FAILS(BSDopen(nullptr), -1, "BSDopen(null): argument 1 is null");
   Variable path("PATH", space_.path().c_str());
   EXPECT_TOLD(BSDopen("a\"b"),
               "BSDopen(\"a\\\"b\"): the shell reads a \"$\", \"`\", \"\\\" or quote in "
@@ -75,23 +77,25 @@ TEST_F(ShellMisuse, APathThatAToolReadsOtherwise) {
 TEST_F(ShellMisuse, WhatIsNotThere) {
   const std::string file = space_.makeFile("a"), folder = space_.makeFolder("folder");
   const std::string none = space_.path("none");
-  EXPECT_TOLD(
-      BSDCopy(none.c_str(), folder.c_str()),
+  EXPECT_FAILS(
+      BSDCopy(none.c_str(), folder.c_str()), -1,
       "BSDCopy(" + shown("none") + ", " + shown("folder") + "): there is no " + shown("none"));
-  EXPECT_TOLD(
-      BSDCopy_psw(file.c_str(), none.c_str(), ""),
+  EXPECT_FAILS(
+      BSDCopy_psw(file.c_str(), none.c_str(), ""), -1,
       "BSDCopy_psw(" + shown("a") + ", " + shown("none") + ", ...): there is no " + shown("none"));
   EXPECT_TOLD(BSDCopy(file.c_str(), folder.c_str()), "");
-  EXPECT_TOLD(BSDRemove(none.c_str()),
-              "BSDRemove(" + shown("none") + "): there is no " + shown("none"));
-  EXPECT_TOLD(BSDRemove_psw(none.c_str(), ""),
-              "BSDRemove_psw(" + shown("none") + ", ...): there is no " + shown("none"));
-  EXPECT_TOLD(BSDCopy((file + "/").c_str(), folder.c_str()),
-              "BSDCopy(\"" + file + "/\", " + shown("folder") + "): there is no \"" + file + "/\"");
-  EXPECT_TOLD(BSDCopy("..", folder.c_str()),
-              "BSDCopy(\"..\", " + shown("folder") +
-                  "): nothing is copied: the source has no name of its own, would be destroyed, or "
-                  "the tool refuses");
+  EXPECT_FAILS(BSDRemove(none.c_str()), -1,
+               "BSDRemove(" + shown("none") + "): there is no " + shown("none"));
+  EXPECT_FAILS(BSDRemove_psw(none.c_str(), ""), -1,
+               "BSDRemove_psw(" + shown("none") + ", ...): there is no " + shown("none"));
+  EXPECT_FAILS(
+      BSDCopy((file + "/").c_str(), folder.c_str()), -1,
+      "BSDCopy(\"" + file + "/\", " + shown("folder") + "): there is no \"" + file + "/\"");
+  EXPECT_FAILS(
+      BSDCopy("..", folder.c_str()), -1,
+      "BSDCopy(\"..\", " + shown("folder") +
+          "): nothing is copied: the source has no name of its own, would be destroyed, or "
+          "the tool refuses");
   EXPECT_TOLD(BSDRemove("a"), "");
 }
 
@@ -99,38 +103,39 @@ TEST_F(ShellMisuse, WhatAToolRefuses) {
   // "rm" without the tool of that name.
   space_.makeFile("a");
   Variable path("PATH", space_.path().c_str());
-  EXPECT_TOLD(BSDRemove("a"), "BSDRemove(\"a\"): it is still there: the tool refuses");
+  EXPECT_FAILS(BSDRemove("a"), -1, "BSDRemove(\"a\"): it is still there: the tool refuses");
 }
 
 TEST_F(ShellMisuse, AColonPath) {
-  EXPECT_TOLD(
-      BSDMAC2UNIX("/srv/a", out_),
+  EXPECT_FAILS(
+      BSDMAC2UNIX("/srv/a", out_), 0,
       "BSDMAC2UNIX(\"/srv/a\", ...): \"/srv/a\" is a path of the system, and a colon path is "
       "meant: \"Volume:folder:file\"");
-  EXPECT_TOLD(BSDMAC2UNIX("Data:a", nullptr), "BSDMAC2UNIX(\"Data:a\", null): argument 2 is null");
+  EXPECT_FAILS(BSDMAC2UNIX("Data:a", nullptr), 0,
+               "BSDMAC2UNIX(\"Data:a\", null): argument 2 is null");
   const std::string longest = ':' + std::string(255, 'a');
   EXPECT_NE(told([&] { BSDMAC2UNIX(longest.c_str(), out_); }).find("more than 255 characters"),
             std::string::npos);
-  EXPECT_TOLD(BSDMACchmodrwx("none:none"),
-              "BSDMACchmodrwx(\"none:none\"): there is nothing at this path");
-  EXPECT_TOLD(BSDMACchmodrwx(nullptr), "BSDMACchmodrwx(null): argument 1 is null");
+  EXPECT_FAILS(BSDMACchmodrwx("none:none"), -1,
+               "BSDMACchmodrwx(\"none:none\"): there is nothing at this path");
+  EXPECT_FAILS(BSDMACchmodrwx(nullptr), -1, "BSDMACchmodrwx(null): argument 1 is null");
 }
 
 TEST_F(ShellMisuse, AListing) {
   space_.makeFile("a.txt");
   space_.makeFile("b.txt");
-  EXPECT_TOLD(BSDDir_FindFiles(out_, "none", 4, "txt"),
-              "BSDDir_FindFiles(..., \"none\", 4, \"txt\"): there is no \"none\"");
-  EXPECT_TOLD(BSDDir_FindFiles(out_, ".", -1, "txt"),
-              "BSDDir_FindFiles(..., \".\", -1, \"txt\"): there are no -1 slots: 0 is the least");
-  EXPECT_TOLD(BSDDir_FindFiles(nullptr, ".", 1, "txt"),
-              "BSDDir_FindFiles(null, \".\", 1, \"txt\"): there is no list of 1 slots");
+  EXPECT_FAILS(BSDDir_FindFiles(out_, "none", 4, "txt"), 0,
+               "BSDDir_FindFiles(..., \"none\", 4, \"txt\"): there is no \"none\"");
+  EXPECT_FAILS(BSDDir_FindFiles(out_, ".", -1, "txt"), 0,
+               "BSDDir_FindFiles(..., \".\", -1, \"txt\"): there are no -1 slots: 0 is the least");
+  EXPECT_FAILS(BSDDir_FindFiles(nullptr, ".", 1, "txt"), 0,
+               "BSDDir_FindFiles(null, \".\", 1, \"txt\"): there is no list of 1 slots");
   EXPECT_TOLD(BSDDir_FindFiles(out_, ".", 1, "txt"),
               "BSDDir_FindFiles(..., \".\", 1, \"txt\"): 2 files are found, and the list has 1 "
               "slots");
   EXPECT_TOLD(BSDDir_FindFiles(out_, ".", 2, "txt"), "");
-  EXPECT_TOLD(BSDDir_ProcessFiles("none", "txt", stop),
-              "BSDDir_ProcessFiles(\"none\", \"txt\", ...): there is no \"none\"");
+  EXPECT_FAILS(BSDDir_ProcessFiles("none", "txt", stop), 0,
+               "BSDDir_ProcessFiles(\"none\", \"txt\", ...): there is no \"none\"");
   EXPECT_TOLD(BSDInvokeToolPr("true", stopLine), "");
 }
 
