@@ -23,7 +23,7 @@ namespace {
 using Fields = std::vector<std::string_view>;
 
 std::string_view columnOf(const Fields &fields, std::size_t column) {
-  return column < fields.size() ? fields[column] : std::string_view();
+  return column < fields.size() ? fields[column] : std::string_view("");
 }
 
 // Prints the first data line that is wanted, or all; each whole, or one column of it. Returns the

@@ -170,6 +170,7 @@ class Edit(Workbench):
                 self.assertTrue((self.folder / 'actes.ta_').is_symlink())
 
     def test_a_path_may_hold_what_a_path_may_hold(self):
+        self.debug = '0'  # the library would tell that it takes the table's name for a whole path
         folder = self.folder / "d'été: $x" / '-l:'
         folder.mkdir(parents=True)
         table = folder / 'a:b.tab'

@@ -4,6 +4,8 @@ from workbench import Workbench
 
 
 class FullDisk(Workbench):
+    debug = '0'
+
     def test_a_full_disk_is_told_and_leaves_every_file_as_it_was(self):
         self.put(*[f'{i:04},{"x" * 94}' for i in range(400)])
         (self.folder / 'list.csv').symlink_to('/dev/stdin')

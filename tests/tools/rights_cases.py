@@ -14,6 +14,8 @@ IMPORT = ['import', 'list.csv', 'actes.tab', '--title', 'T', '--version', 'V']
 
 
 class Rights(Workbench):
+    debug = '0'
+
     def setUp(self):
         super().setUp()
         self.put('01,A')

@@ -90,6 +90,8 @@ class Help(Workbench):
 
 
 class Trouble(Workbench):
+    debug = '0'
+
     def test_a_folder_is_no_table(self):
         for arguments in (['show', '.'], ['list', '.'], ['find', '.', '1'], ['search', '.', '1'],
                           ['set', '.', '1', '1', 'x'], ['insert', '.', '1'], ['delete', '.', '1'],

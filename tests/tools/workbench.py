@@ -27,6 +27,9 @@ class Result:
 
 class Workbench(unittest.TestCase):
     maxDiff = None
+    # The library tells of misuse, which is then too much on standard error. It tells of calls that
+    # fail, too: off where they do.
+    debug = '1'
 
     def setUp(self):
         folder = tempfile.TemporaryDirectory(prefix='korvel-tables-')
@@ -37,7 +40,7 @@ class Workbench(unittest.TestCase):
     def run_tool(self, *arguments, **settings):
         return Result(subprocess.run([program, *map(os.fspath, map(str_or_bytes, arguments))],
                                      capture_output=True, cwd=self.folder, check=False, timeout=120,
-                                     **settings))
+                                     env={**os.environ, 'KORVEL_DEBUG': self.debug}, **settings))
 
     def put(self, *data, **heading):
         """Makes the table of data lines."""
