@@ -15,13 +15,15 @@ namespace {
 constexpr auto kPatience = std::chrono::seconds(1);
 constexpr auto kPause = std::chrono::milliseconds(100);
 
-const auto begin = std::chrono::steady_clock::now();
-bool isShown = false;
+const auto programsBeginning = std::chrono::steady_clock::now();
+bool isBarShown = false;
 
 }  // namespace
 
 Progress::Progress(std::size_t total)
-    : total_(total), isSeen_(total > 0 && isatty(STDERR_FILENO) == 1), next_(begin + kPatience) {}
+    : total_(total),
+      isSeen_(total > 0 && isatty(STDERR_FILENO) == 1),
+      next_(programsBeginning + kPatience) {}
 
 Progress::~Progress() { hideBar(); }
 
@@ -40,12 +42,12 @@ void Progress::show(std::size_t done) {
   const std::string bar(share, '#');
   const std::string rest(kWidth - share, '.');
   std::fprintf(stderr, "\r[%s%s] %3zu %%", bar.c_str(), rest.c_str(), done * 100 / total_);
-  isShown = true;
+  isBarShown = true;
 }
 
 void hideBar() {
-  if (isShown) std::fputs("\r\033[K", stderr);
-  isShown = false;
+  if (isBarShown) std::fputs("\r\033[K", stderr);
+  isBarShown = false;
 }
 
 }  // namespace korvel::tools
