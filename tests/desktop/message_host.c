@@ -8,8 +8,9 @@
    message_host work <title> <steps>: a work of so many steps of ten milliseconds; "cancelled <n>"
    or "done <n>" after n of them.
    message_host dialog: a data-entry dialog whose fields ask when they are edited, or do a long work
-   after a "?", and that asks before it ends; "edited <answer>", "final <answer>", then "result <n> text <text>". Where the
-   dialog's port is not the current one after an answer, "port lost <answer>" comes in between.
+   after a "?", and that asks before it ends; "edited <answer>", "final <answer>", then
+   "result <n> text <text>". Where the dialog's port is not the current one after an answer,
+   "port lost <answer>" comes in between.
    message_host slow: the same, which stops before it asks at an edit, until it is let go on. */
 #define _POSIX_C_SOURCE 200809L
 #include <signal.h>
