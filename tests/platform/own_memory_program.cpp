@@ -18,10 +18,14 @@ const int kOwner = 0;
 
 }  // namespace
 
-void *operator new(std::size_t size) {
+void *operator new(std::size_t size, const std::nothrow_t &) noexcept {
   void *memory = std::malloc(sizeof(Head) + size);
-  if (memory == nullptr) throw std::bad_alloc();
-  return new (memory) Head{&kOwner} + 1;
+  return memory == nullptr ? nullptr : new (memory) Head{&kOwner} + 1;
+}
+
+void *operator new(std::size_t size) {
+  if (void *memory = operator new(size, std::nothrow)) return memory;
+  throw std::bad_alloc();
 }
 
 void operator delete(void *memory) noexcept {
