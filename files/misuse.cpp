@@ -184,10 +184,15 @@ void needsNotNegative(const Call &call, const char *what, int number) {
   call.misusedIf(number < 0, {what, " is ", number, ", and 0 is the least"});
 }
 
+const char *refusal(int error) {
+  const char *description = strerrordesc_np(error);
+  return description == nullptr ? "it does not say why" : description;
+}
+
 void needsDone(const Call &call, bool isDone) {
   if (errno == 0)
     call.misusedIf(!isDone, {"not all of it is done: the file has changed, or is full"});
-  call.misusedIf(!isDone, {"the system refuses: ", strerrordesc_np(errno)});
+  call.misusedIf(!isDone, {"the system refuses: ", refusal(errno)});
 }
 
 void needsPaths(const Call &call, const char *oldPath, const char *newPath) {

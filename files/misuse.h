@@ -55,6 +55,9 @@ void needsNotNegative(const Call &call, const char *what, int number);
 // That the system has done it. Why it has not is in errno, which is 0 where it has not refused.
 void needsDone(const Call &call, bool isDone);
 
+// What the system says of an error, as it stands in a line.
+const char *refusal(int error);
+
 // A work after which errno is its own: where misuse is told, it is 0 when the work begins. In the
 // end it is as without lines.
 class ErrnoOfWork {

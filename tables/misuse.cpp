@@ -85,7 +85,7 @@ void needsDisk(const Call &call) {
   constexpr int kOfTheDisk[] = {ENOSPC, EDQUOT, EFBIG, EROFS, EIO};
   const bool isRefused =
       std::find(std::begin(kOfTheDisk), std::end(kOfTheDisk), errno) != std::end(kOfTheDisk);
-  call.misusedIf(isRefused, {kNothingChanged, "the system refuses: ", strerrordesc_np(errno)});
+  call.misusedIf(isRefused, {kNothingChanged, "the system refuses: ", files::refusal(errno)});
   call.misusedIf(errno == ETIMEDOUT, {kNothingChanged, "another program holds the table"});
 }
 
@@ -260,9 +260,9 @@ void needsBackedUp(const Call &call, const char *name, bool isBackedUp) {
 void needsGone(const Call &call, const char *name) {
   if (!call) return;
   const TablePath path = tablePlace(name).path;
-  if (!isThere(path)) return;
-  needsExchange(call, path);
-  call.misused({kNothingChanged, "the system refuses: ", strerrordesc_np(errno)});
+  const bool isStillThere = isThere(path);
+  if (isStillThere) needsExchange(call, path);
+  call.misusedIf(isStillThere, {kNothingChanged, "the system refuses: ", files::refusal(errno)});
 }
 
 void needsModified(const Call &call, const char *name, const char *newName, bool isModified) {

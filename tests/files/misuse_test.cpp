@@ -130,6 +130,13 @@ TEST_F(FilesMisuse, ATransferThatEndsEarly) {
   File_Close(handle);
 }
 
+// An application may have left a number that no error has.
+TEST_F(FilesMisuse, AnUnknownErrorIsNoReason) {
+  const int handle = opened(1, 1);
+  EXPECT_TOLD((errno = 12345, File_Lseek(handle, 1)), "");
+  EXPECT_TOLD((errno = 12345, File_Close(handle)), "");
+}
+
 TEST_F(FilesMisuse, AFullDisk) {
   symlink("/dev/full", volumes_.posix("full").c_str());
   const int handle = File_Open("Data:full", 1, 1);
