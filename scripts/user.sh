@@ -16,10 +16,10 @@ active_title() {
   fi
 }
 
-# Waits up to ten seconds until a window with exactly this title is on the screen and active.
+# Waits up to a minute until a window with exactly this title is on the screen and active.
 wait_for_window() {
   local _
-  for _ in $(seq 200); do
+  for _ in $(seq 1200); do
     [ "$(active_title)" = "$1" ] && return
     sleep 0.05
   done
