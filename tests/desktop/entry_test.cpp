@@ -18,11 +18,11 @@ Picture belowThe(Place pointer) { return picture(pointer.x, pointer.y + 18, 200,
 // A tooltip comes and goes after a moment.
 bool comesUp(Place pointer, const Picture &before) {
   constexpr int kSome = 1500;
-  return waitUntil(10, [&] { return differing(belowThe(pointer), before) > kSome; });
+  return waitUntil(kPatience, [&] { return differing(belowThe(pointer), before) > kSome; });
 }
 
 bool goesAway(Place pointer, const Picture &before) {
-  return waitUntil(10, [&] { return differing(belowThe(pointer), before) == 0; });
+  return waitUntil(kPatience, [&] { return differing(belowThe(pointer), before) == 0; });
 }
 
 TEST(Entry, WhereTheMouseRestsOnAMarkedFieldAndOnTheGreyOkItTellsWhy) {

@@ -26,7 +26,7 @@ void killServer(int signal = SIGKILL) {
   const std::string server = std::getenv("SCREEN_SERVER");
   ASSERT_EQ(kill(std::stoi(server), signal), 0);
   ASSERT_TRUE(
-      run("timeout 10 sh -c 'while kill -0 " + server + " 2>/dev/null; do sleep .02; done'"));
+      run("timeout 60 sh -c 'while kill -0 " + server + " 2>/dev/null; do sleep .02; done'"));
 }
 
 // With one line of the toolkit's, and no signal.
@@ -76,7 +76,7 @@ const Lines kCancelled{"hit 100",    "hit 100",           "result 0", "size 400 
 void endsUnderADialog(int signal) {
   DialogHost host;
   write("ab");
-  ASSERT_TRUE(waitUntil(5, [&] { return host.count("hit 100") == 2; }));
+  ASSERT_TRUE(waitUntil(kPatience, [&] { return host.count("hit 100") == 2; }));
   killServer(signal);
   expectEnd(host, kCancelled);
 }

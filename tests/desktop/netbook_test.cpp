@@ -14,7 +14,7 @@ constexpr Place kBox{128, 708}, kAction{180, 745};
 
 // The window, once the screen has given it its size.
 Content window() {
-  waitUntil(5, [] { return activeContent().height > kFoot; });
+  waitUntil(kPatience, [] { return activeContent().height > kFoot; });
   return activeContent();
 }
 

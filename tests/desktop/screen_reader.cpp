@@ -10,7 +10,7 @@ namespace korvel::test {
 
 namespace {
 
-constexpr int kDeadline = 20'000;  // milliseconds
+constexpr int kDeadline = 60'000;  // milliseconds
 // The time between two looks while the application sends no event.
 constexpr int kPatience = 100;
 

@@ -23,8 +23,8 @@ class ScreenReader {
 
   // Waits for a dialog of this title, which is the one that is read from then on.
   bool finds(const std::string &title);
-  // Looks again at each event of an application, until the condition holds or twenty seconds have
-  // passed. Returns whether it held.
+  // Looks again at each event of an application, until the condition holds or a minute has passed.
+  // Returns whether it held.
   bool waitUntil(const std::function<bool()> &condition);
 
   // What the dialog tells besides its title: the text of a message.

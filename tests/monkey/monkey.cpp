@@ -10,12 +10,21 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QKeySequence>
+#include <QWindow>
 #include <gtest/gtest.h>
 
 #include "tests/monkey/agreement.h"
 #include "tests/platform/qt_person.h"
 
 namespace korvel::test {
+
+namespace {
+
+std::string titleOf(const QWindow *window) {
+  return window != nullptr ? "\"" + window->title().toStdString() + "\"" : "none";
+}
+
+}  // namespace
 
 // A step is taken late enough for an ended dialog to be gone.
 Monkey::Monkey(Application &app, Hand &hand, int events) : app_(app), hand_(hand), enough_(events) {
@@ -63,8 +72,10 @@ bool Monkey::isReady(QWidget *window) {
   constexpr int kMostMilliseconds = 20'000;
   if (waiting_.elapsed() > kPatience * (clicks_ + 1)) clickOnFrame(window);
   if (waiting_.elapsed() > kMostMilliseconds) {
-    ADD_FAILURE() << window->windowTitle().toStdString()
-                  << " never had the focus, after:" << lately();
+    ADD_FAILURE() << window->windowTitle().toStdString() << " never had the focus, which is at "
+                  << titleOf(QGuiApplication::focusWindow()) << ", modal "
+                  << titleOf(QGuiApplication::modalWindow()) << ", pop-up "
+                  << (QApplication::activePopupWidget() != nullptr) << ", after:" << lately();
     std::_Exit(1);
   }
   return false;
