@@ -199,6 +199,7 @@ class Edit(Workbench):
         self.expect_refused('backup', 'tab', err='has no back-up')
 
     def test_a_backup_that_cannot_be_made_is_told(self):
+        self.debug = '0'  # the library would tell why
         (self.folder / 'actes.bak').mkdir()
         self.expect_refused('backup', 'actes.tab', err='actes.bak: ')
 
