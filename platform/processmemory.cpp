@@ -20,7 +20,14 @@ void __wrap__ZdlPv(void *memory);
 }
 
 void *__wrap__Znwm(std::size_t size) {
-  if (__real__Znwm != nullptr) return __real__Znwm(size);
+  if (__real__Znwm != nullptr) {
+    // What it throws may be of another runtime, or the application's own.
+    try {
+      return __real__Znwm(size);
+    } catch (...) {
+      throw std::bad_alloc();
+    }
+  }
   if (void *memory = std::malloc(size != 0 ? size : 1)) return memory;
   throw std::bad_alloc();
 }

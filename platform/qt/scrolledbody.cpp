@@ -36,7 +36,7 @@ int nearest(int place, int begin, int end, int length) {
 }
 
 // From the outside in, as a layout gives the widgets in it the room for theirs. The toolkit does so
-// when a window is shown.
+// when a window is shown, but not for what is hidden then, as the other pages of tabs.
 void layOut(QWidget &widget) {
   if (QLayout *layout = widget.layout()) layout->activate();
   for (QObject *child : widget.children())

@@ -22,8 +22,8 @@ inline constexpr char kXServerGone[] = "no screen: the X server has gone away";
 // What the library below the toolkit calls when the connection to a server is lost: one function
 // for all connections of the process, which may have others than the toolkit's.
 using LostConnection = int(void *display);
-// The application's, while there is no toolkit: this puts its own in the place of it. Null where
-// that library is not loaded yet.
+// What is set now; to be asked before the toolkit starts, which sets its own. The library's default
+// where the application has set none, null where the library is not loaded yet.
 LostConnection *lostConnectionHandler();
 
 // That library and the toolkit would end the process, too, with many words. Has them do nothing
