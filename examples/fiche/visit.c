@@ -128,9 +128,11 @@ static int acceptNumber(char *text, double *value) {
   return followed(refusal);
 }
 
-/* Called when the date is shown for the first time, too: the note is seen from the beginning. */
+/* Called when the date is shown for the first time, too, behind the numbers: the note is seen from
+   the beginning. */
 static int acceptDate(char *text, int *date) {
   const int refusal = intcod_l_date(text, date);
+  isRead = 0;
   showEntered();
   return refusal;
 }
