@@ -131,10 +131,10 @@ TEST(Lost, UnderADragItsDialogEnds) {
 
 // Nobody can cancel it any more.
 TEST(Lost, UnderALongWorkTheWorkGoesOn) {
-  Application host({MESSAGE_HOST, "work", "Importation", "1000"});
+  Application host({MESSAGE_HOST, "work", "Importation", "2000"});
   ASSERT_TRUE(waitForWindowAtWork("Importation")) << activeWindow();
   killServer();
-  expectEnd(host, {"done 1000"});
+  expectEnd(host, {"done 2000"});
 }
 
 TEST(Lost, AConnectionOfTheApplicationsOwnIsItsOwnMatter) {

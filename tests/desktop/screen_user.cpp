@@ -55,7 +55,7 @@ void clickWith(int button, Place place, int times) {
 
 void hold(const std::string &selection, const std::string &text) {
   screen().hold(selection, text);
-  waitUntil(kPatience, [&] { return screen().held(selection) == text; });
+  EXPECT_TRUE(waitUntil(kPatience, [&] { return screen().held(selection) == text; }));
 }
 
 bool hasTheFocus(const std::string &title) {
@@ -74,20 +74,18 @@ std::string environmentOr(const char *name, const char *otherwise) {
   return value != nullptr ? value : otherwise;
 }
 
-// The screen and these applications.
-void settleWith(std::vector<pid_t> processes) {
-  for (const std::string &program : split(environmentOr("SCREEN_PROGRAMS", "")))
-    processes.push_back(std::stoi(program));
-  waitUntilAtRest(processes, std::stoi(environmentOr("SCREEN_TICKING", "0")));
-}
-
 }  // namespace
 
 void rest(int milliseconds) {
   std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds));
 }
 
-void settle() { settleWith(running); }
+void settle() {
+  std::vector<pid_t> processes = running;
+  for (const std::string &program : split(environmentOr("SCREEN_PROGRAMS", "")))
+    processes.push_back(std::stoi(program));
+  waitUntilAtRest(processes, std::stoi(environmentOr("SCREEN_TICKING", "0")));
+}
 
 bool waitUntil(int seconds, const std::function<bool()> &condition) {
   const auto end = steady_clock::now() + std::chrono::seconds(seconds);
@@ -258,10 +256,7 @@ void click(Place place, int times) {
   settle();
 }
 
-void clickMeanwhile(Place place) {
-  clickWith(1, place, 1);
-  settleWith({});
-}
+void clickMeanwhile(Place place) { clickWith(1, place, 1); }
 
 void clickMiddle(Place place) {
   clickWith(2, place, 1);

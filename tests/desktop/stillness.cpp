@@ -8,6 +8,8 @@
 #include <optional>
 #include <string>
 
+#include <gtest/gtest.h>
+
 #include "tests/desktop/screen_user.h"
 
 namespace korvel::test {
@@ -65,10 +67,13 @@ void waitUntilAtRest(const std::vector<pid_t> &processes, pid_t ticking) {
   auto before = account(processes);
   while (steady_clock::now() < end) {
     rest(ticking == 0 ? kStillMilliseconds : kTwoPictures);
+    // Before those that it wakes.
+    const bool hasTicked = ticking == 0 || account(ticking).has_value();
     const auto now = account(processes);
-    if (now && now == before && (ticking == 0 || account(ticking))) return;
+    if (hasTicked && now && now == before) return;
     before = now;
   }
+  ADD_FAILURE() << "not at rest after " << kPatience << " seconds";
 }
 
 }  // namespace korvel::test
