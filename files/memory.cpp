@@ -140,7 +140,7 @@ int writeMemoryFile(int handle, const void *from, int count) {
 using namespace korvel::files;
 
 int MFil_Open(const char *name, int wish, int minimum) {
-  lookForMisuse([=] { needsMemorySlot(Call("MFil_Open", {orNull(name), wish, minimum})); });
+  lookForMisuse([=] { needsMemorySlots(Call("MFil_Open", {orNull(name), wish, minimum}), 1); });
   return openMemoryFile(wish, minimum);
 }
 

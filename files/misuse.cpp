@@ -85,9 +85,11 @@ void needsFileSlots(const Call &call, int count) {
                                 " is free: close one with File_Close"});
 }
 
-void needsMemorySlot(const Call &call) {
-  call.misusedIf(freeSlots(DATA_MFIL_TAB, DATA_MFIL_ID) == 0,
-                 {"all ", kSlots, " memory files are open: close one with MFil_Close"});
+void needsMemorySlots(const Call &call, int count) {
+  const int free = freeSlots(DATA_MFIL_TAB, DATA_MFIL_ID);
+  call.misusedIf(free == 0, {"all ", kSlots, " memory files are open: close one with MFil_Close"});
+  call.misusedIf(free < count, {"it takes ", count, " memory files, and ", free,
+                                " is free: close one with MFil_Close"});
 }
 
 void needsFlags(const Call &call, int read, int write) {

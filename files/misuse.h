@@ -23,9 +23,9 @@ void needsPath(const Call &call, const char *path);
 void needsFolder(const Call &call, const char *path);
 void needsPathInFolder(const Call &call, const char *path);
 
-// Free slots for files, or one for a memory file.
+// Free slots for files or for memory files.
 void needsFileSlots(const Call &call, int count);
-void needsMemorySlot(const Call &call);
+void needsMemorySlots(const Call &call, int count);
 
 // Flags and, for File_Open, a free slot; and that the opening succeeded.
 void needsFlags(const Call &call, int read, int write);

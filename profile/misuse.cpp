@@ -27,12 +27,13 @@ void needsEntry(const Call &call, const char *section, const char *key, const ch
   needsName(call, "the section", base::textOf(section), "]\r\n");
   needsName(call, "the key", base::textOf(key), "=[\r\n");
   files::needsPathInFolder(call, path);
-  files::needsMemorySlot(call);
+  files::needsMemorySlots(call, 1);
 }
 
 void needsValue(const Call &call, const char *section, const char *key, const char *value,
                 const char *path) {
   needsEntry(call, section, key, path);
+  files::needsMemorySlots(call, 2);
   const std::string_view text = base::textOf(value);
   needsCp1252(call, "the value", text);
   if (key == nullptr || !call) return;

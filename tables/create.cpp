@@ -76,16 +76,19 @@ bool create(const TablePath &path, std::string_view version, std::string_view ti
   return exists(path) || createInPlace(path, content) || exists(path);
 }
 
+enum class Removal { Missing, Refused, Done };
+
 // The removal waits for an edit of the table, which would otherwise bring it back.
-bool removeTable(const TablePath &path) {
-  if (!path || !exists(path)) return false;
+Removal removeTable(const TablePath &path) {
+  if (!path || !exists(path)) return Removal::Missing;
   const PosixPath posix(path.text);
   files::FileLock lock;
   static_cast<void>(lock.take(posix.text()));
-  // Kept: the removal's own result does not count. Without the lock, a folder that may not be read
-  // is not synced.
-  if (std::remove(posix.text()) == 0) files::syncFolderOf(posix.text(), lock.descriptor());
-  return true;
+  // Another process may be first.
+  if (std::remove(posix.text()) != 0) return errno == ENOENT ? Removal::Done : Removal::Refused;
+  // Without the lock, a folder that may not be read is not synced.
+  files::syncFolderOf(posix.text(), lock.descriptor());
+  return Removal::Done;
 }
 
 // The path of the back-up; none for a path that is too short or ends like a back-up's.
@@ -160,9 +163,10 @@ int ZRV_Table_remove(const char *name) {
   const Call call("ZRV_Table_remove", {name});
   if (call) needsExisting(call, name);
   const files::ErrnoOfWork errnoOfWork(call);
-  const bool wasThere = removeTable(tablePath(name));
-  if (call) needsGone(call, name);
-  return wasThere ? 1 : 0;
+  const Removal removal = removeTable(tablePath(name));
+  if (call) needsGone(call, name, removal != Removal::Refused);
+  // Kept: the removal's own result does not count.
+  return removal != Removal::Missing ? 1 : 0;
 }
 
 int ZRV_Table_sauvegarde(const char *name, int overwrite) {
@@ -170,7 +174,7 @@ int ZRV_Table_sauvegarde(const char *name, int overwrite) {
   if (call) needsTableToBackUp(call, name);
   const files::ErrnoOfWork errnoOfWork(call);
   const bool isBackedUp = backUp(tablePath(name), overwrite != 0);
-  if (call) needsBackedUp(call, name, isBackedUp);
+  if (call) needsBackedUp(call, backUpPath(tablePlace(name).path), isBackedUp);
   // Kept: the result of a back-up is 0, success included.
   return 0;
 }

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The heading lines of a table: changed together with its name, or put back.
+#include <optional>
 #include <string_view>
 
 #include <sys/stat.h>
@@ -103,14 +104,14 @@ bool modify(const char *name, const char *newName, const Heading &heading) {
   return TableRewrite(path, newPath).run(edit) == TableRewrite::Result::Done && edit.isMet();
 }
 
-// Returns whether the heading is sound now.
-bool repair(const char *name, const Heading &heading) {
+// Returns whether the heading is sound now; nothing where the table cannot be opened or replaced.
+std::optional<bool> repair(const char *name, const Heading &heading) {
   using Finding = RestoreHeading::Finding;
   using Result = TableRewrite::Result;
   RestoreHeading edit(heading);
   const Result result = TableRewrite(tablePath(name)).run(edit);
-  // Kept: where nothing can be read or rewritten, nothing counts as damaged.
-  if (result == Result::Unopened || edit.finding() == Finding::Sound) return true;
+  if (result == Result::Unopened) return std::nullopt;
+  if (edit.finding() == Finding::Sound) return true;
   return result == Result::Done && edit.finding() != Finding::Damaged;
 }
 
@@ -138,7 +139,8 @@ int ZRV_Table_repair(const char *name, const char *version, const char *title) {
   if (call) needsTableToEdit(call, name);
   if (version == nullptr || title == nullptr) return 0;
   const files::ErrnoOfWork errnoOfWork(call);
-  const bool isSound = repair(name, {version, title});
+  const std::optional<bool> isSound = repair(name, {version, title});
   if (call) needsSoundHeading(call, name, isSound);
-  return isSound ? 1 : 0;
+  // Kept: where nothing can be read or rewritten, nothing counts as damaged.
+  return isSound.value_or(true) ? 1 : 0;
 }

@@ -5,10 +5,13 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <climits>
+#include <cstdlib>
 #include <cstring>
 #include <iterator>
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <korvel/tables.h>
@@ -18,6 +21,7 @@
 #include "files/paths.h"
 #include "tables/path.h"
 #include "tables/rewrite.h"
+#include "tables/temporary.h"
 
 namespace korvel::tables {
 
@@ -36,6 +40,7 @@ std::string_view directoryInUse() {
 }
 
 bool isAllowed(const TablePath &path, int access) {
+  const ErrnoKept kept;
   const files::PosixPath posix(path.text);
   return faccessat(AT_FDCWD, posix.text(), access, AT_EACCESS) == 0;
 }
@@ -47,46 +52,84 @@ bool isThere(const TablePath &path) {
   return files::fileExists(path.text);
 }
 
-TablePath folderOf(const TablePath &path) {
-  TablePath folder = path;
-  char *end = std::strrchr(folder.text, ':');
-  if (end != nullptr) *end = '\0';
-  return folder;
+// What an entry of a folder is, as S_IFREG and so on; 0 where there is none. A link is not
+// followed.
+mode_t kindAt(const char *path) {
+  const ErrnoKept kept;
+  struct stat entry;
+  return lstat(path, &entry) == 0 ? entry.st_mode & S_IFMT : 0;
+}
+
+bool isFolder(const TablePath &path) {
+  const ErrnoKept kept;
+  return kindAt(files::PosixPath(path.text).text()) == S_IFDIR;
+}
+
+// Whether a table that was to have another name has the old one still.
+bool hasKeptName(const TablePath &path, const TablePath &newPath) {
+  const ErrnoKept kept;
+  const files::PosixPath before(path.text);
+  const files::PosixPath after(newPath.text);
+  return kindAt(before.text()) != 0 && !isOneEntry(before.text(), after.text());
 }
 
 constexpr char kNothingChanged[] = "nothing is changed: ";
 
-// A folder in which this user may make files, and exchange the one at the path.
-void needsExchange(const Call &call, const TablePath &path) {
+// A folder in which this user may make files, and exchange the entry at a POSIX path. `shown`: the
+// path as lines have it.
+void needsExchange(const Call &call, const char *path, std::string_view shown) {
   if (!call) return;
   const ErrnoKept kept;
-  const TablePath folder = folderOf(path);
-  const Quoted shown(folder.text);
-  call.misusedIf(!files::folderExists(folder.text),
-                 {kNothingChanged, "there is no folder ", shown});
-  call.misusedIf(call && !isAllowed(folder, W_OK | X_OK),
-                 {kNothingChanged, "folder ", shown, " may not be written"});
-  call.misusedIf(call && isThere(path) && !mayRemove(files::PosixPath(path.text).text()),
-                 {kNothingChanged, "the table is another user's, and folder ", shown,
+  const Quoted folder(shown.substr(0, shown.rfind(shown.starts_with('/') ? '/' : ':')));
+  const bool mayWrite = mayWriteFolderOf(path);
+  call.misusedIf(!mayWrite && (errno == ENOENT || errno == ENOTDIR),
+                 {kNothingChanged, "there is no folder ", folder});
+  call.misusedIf(!mayWrite, {kNothingChanged, "folder ", folder, " may not be written"});
+  call.misusedIf(call && kindAt(path) != 0 && !mayRemove(path),
+                 {kNothingChanged, Quoted(shown), " is another user's, and folder ", folder,
                   " lets only owners exchange files"});
 }
 
-// The same of a table whose content changes.
-void needsRewriting(const Call &call, const TablePath &path) {
-  needsExchange(call, path);
-  if (!call) return;
+void needsExchange(const Call &call, const TablePath &path) {
   const ErrnoKept kept;
-  call.misusedIf(isThere(path) && !isAllowed(path, W_OK),
-                 {kNothingChanged, "table ", Quoted(path.text), " may not be written"});
+  needsExchange(call, files::PosixPath(path.text).text(), path.text);
+}
+
+// The same of a table's file: where the table is a link, its file is in another place.
+void needsExchangeOfFile(const Call &call, const TablePath &path) {
+  const ErrnoKept kept;
+  const files::PosixPath posix(path.text);
+  char file[PATH_MAX];
+  const bool isLink = kindAt(posix.text()) == S_IFLNK && realpath(posix.text(), file) != nullptr;
+  needsExchange(call, isLink ? file : posix.text(), isLink ? file : path.text);
 }
 
 // Reasons that no work has while all goes well; what is only looked for sets errno, too.
-void needsDisk(const Call &call) {
-  constexpr int kOfTheDisk[] = {ENOSPC, EDQUOT, EFBIG, EROFS, EIO};
+void needsSystem(const Call &call) {
+  constexpr int kOfTheSystem[] = {ENOSPC, EDQUOT, EFBIG, EROFS, EIO, EMFILE, ENFILE, ENOMEM};
   const bool isRefused =
-      std::find(std::begin(kOfTheDisk), std::end(kOfTheDisk), errno) != std::end(kOfTheDisk);
+      std::find(std::begin(kOfTheSystem), std::end(kOfTheSystem), errno) != std::end(kOfTheSystem);
   call.misusedIf(isRefused, {kNothingChanged, "the system refuses: ", files::refusal(errno)});
   call.misusedIf(errno == ETIMEDOUT, {kNothingChanged, "another program holds the table"});
+}
+
+// What stands under the name of an edit's temporary file is one that the edit can use up.
+void needsTemporary(const Call &call, const TablePath &path) {
+  const ErrnoKept kept;
+  LeftOver leftOver;
+  call.misusedIf(!leftOver.openFor(files::PosixPath(path.text).text()),
+                 {kNothingChanged, Quoted(temporaryPath(path).text),
+                  " is in the way, where the temporary file would be"});
+}
+
+// That a table's content can change.
+void needsRewriting(const Call &call, const TablePath &path) {
+  needsExchangeOfFile(call, path);
+  const bool isStillThere = isThere(path);
+  call.misusedIf(isStillThere && !isAllowed(path, W_OK),
+                 {kNothingChanged, "table ", Quoted(path.text), " may not be written"});
+  needsSystem(call);
+  if (isStillThere) needsTemporary(call, path);
 }
 
 }  // namespace
@@ -134,7 +177,7 @@ void needsReadable(const Call &call, const char *name) {
 void needsTable(const Call &call, const char *name) {
   needsReadable(call, name);
   files::needsFileSlots(call, 1);
-  files::needsMemorySlot(call);
+  files::needsMemorySlots(call, 1);
 }
 
 void needsTableToEdit(const Call &call, const char *name) {
@@ -223,10 +266,6 @@ void needsDefaultTable(const Call &call, const char *name) {
 void needsNames(const Call &call, const char *name, const char *newName) {
   needsTableToEdit(call, name);
   needsName(call, newName);
-  if (!call) return;
-  const ErrnoKept kept;
-  const TablePath path = tablePlace(newName).path;
-  call.misusedIf(files::folderExists(path.text), {Quoted(path.text), " is a folder"});
 }
 
 void needsTableToBackUp(const Call &call, const char *name) {
@@ -238,48 +277,50 @@ void needsTableToBackUp(const Call &call, const char *name) {
 void needsEdited(const Call &call, const char *name, bool isEdited) {
   if (isEdited || !call) return;
   needsRewriting(call, tablePlace(name).path);
-  needsDisk(call);
   call.misused({kNothingChanged, "the table has no line ", ZRV_Libelle_NC_il});
 }
 
 void needsMade(const Call &call, const char *name, bool isMade) {
   if (isMade || !call) return;
   needsExchange(call, tablePlace(name).path);
-  needsDisk(call);
+  needsSystem(call);
   files::needsFileSlots(call, 1);
   call.misused({kNothingChanged, "a file cannot be there"});
 }
 
-void needsBackedUp(const Call &call, const char *name, bool isBackedUp) {
+void needsBackedUp(const Call &call, const TablePath &backUp, bool isBackedUp) {
   if (isBackedUp || !call) return;
-  needsExchange(call, tablePlace(name).path);
-  needsDisk(call);
+  if (backUp) needsExchange(call, backUp);
+  needsSystem(call);
   call.misused({kNothingChanged, "a back-up cannot be where it would be"});
 }
 
-void needsGone(const Call &call, const char *name) {
-  if (!call) return;
-  const TablePath path = tablePlace(name).path;
-  const bool isStillThere = isThere(path);
-  if (isStillThere) needsExchange(call, path);
-  call.misusedIf(isStillThere, {kNothingChanged, "the system refuses: ", files::refusal(errno)});
+void needsGone(const Call &call, const char *name, bool isGone) {
+  if (isGone || !call) return;
+  needsExchange(call, tablePlace(name).path);
+  call.misused({kNothingChanged, "the system refuses: ", files::refusal(errno)});
 }
 
 void needsModified(const Call &call, const char *name, const char *newName, bool isModified) {
   if (isModified || !call) return;
   const TablePath path = tablePlace(name).path;
   const TablePath newPath = tablePlace(newName).path;
-  needsExchange(call, newPath);
+  const bool isRenamed = std::strcmp(path.text, newPath.text) != 0;
+  if (isRenamed) {
+    call.misusedIf(isFolder(newPath), {Quoted(newPath.text), " is a folder"});
+    needsExchange(call, newPath);
+    needsExchange(call, path);
+  }
   needsRewriting(call, path);
-  needsDisk(call);
+  call.misusedIf(isRenamed && hasKeptName(path, newPath),
+                 {kNothingChanged, "it cannot have the name ", Quoted(newPath.text)});
   call.misused({"the table has no line for title or version, and has its new name all the same"});
 }
 
-void needsSoundHeading(const Call &call, const char *name, bool isSound) {
-  if (!call) return;
+void needsSoundHeading(const Call &call, const char *name, std::optional<bool> isSound) {
+  if (isSound.value_or(false) || !call) return;
   needsRewriting(call, tablePlace(name).path);
-  needsDisk(call);
-  call.misusedIf(!isSound, {"line 1 is the title, and line 3 is not \"#DEBUT\""});
+  call.misusedIf(isSound.has_value(), {"line 1 is the title, and line 3 is not \"#DEBUT\""});
 }
 
 void needsMarks(const Call &call, bool hasMarks) {

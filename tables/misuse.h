@@ -3,10 +3,12 @@
 #ifndef KORVEL_TABLES_MISUSE_H
 #define KORVEL_TABLES_MISUSE_H
 
+#include <optional>
 #include <string_view>
 
 #include "base/views.h"
 #include "files/misuse.h"
+#include "tables/path.h"
 #include "tables/state.h"
 
 namespace korvel::tables {
@@ -58,14 +60,15 @@ void needsNames(const Call &call, const char *name, const char *newName);
 void needsTableToBackUp(const Call &call, const char *name);
 
 // That a work was done, else why not: rights are looked at, and the disk's reason is in errno
-// (files::ErrnoOfWork). That the current line was edited; that a table was made or backed up, is
-// gone, has its heading, with its new name, or a sound one.
+// (files::ErrnoOfWork). Of an edit of the current line, of a table made, backed up, removed, given
+// a heading and a name, or repaired.
 void needsEdited(const Call &call, const char *name, bool isEdited);
 void needsMade(const Call &call, const char *name, bool isMade);
-void needsBackedUp(const Call &call, const char *name, bool isBackedUp);
-void needsGone(const Call &call, const char *name);
+void needsBackedUp(const Call &call, const TablePath &backUp, bool isBackedUp);
+void needsGone(const Call &call, const char *name, bool isGone);
 void needsModified(const Call &call, const char *name, const char *newName, bool isModified);
-void needsSoundHeading(const Call &call, const char *name, bool isSound);
+// isSound: nothing where the table could not be opened or replaced.
+void needsSoundHeading(const Call &call, const char *name, std::optional<bool> isSound);
 
 // That a table has its marks.
 void needsMarks(const Call &call, bool hasMarks);

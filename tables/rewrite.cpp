@@ -2,6 +2,7 @@
 // Copies a table line by line into its replacement and puts that in place.
 #include "tables/rewrite.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
@@ -104,31 +105,31 @@ bool leadToOneFile(const char *a, const char *b, decltype(lstat) *look = stat) {
   return look(a, &ofA) == 0 && look(b, &ofB) == 0 && base::isSameFile(ofA, ofB);
 }
 
-// Whether both are spellings of one name; a link is not followed.
-bool isOneEntry(const char *a, const char *b) { return leadToOneFile(a, b, lstat); }
+// The folder of a POSIX path, with '/' behind it.
+struct Folder {
+  explicit Folder(const char *path) {
+    const std::string_view text = path;
+    text_[text.copy(text_, std::min(text.rfind('/') + 1, sizeof text_ - 1))] = '\0';
+  }
+  const char *text() const { return text_; }
 
-std::string folderOf(const char *path) {
-  const std::string_view text = path;
-  return std::string(text.substr(0, text.rfind('/') + 1));
-}
-
-bool mayWriteFolder(const std::string &folder) {
-  return faccessat(AT_FDCWD, folder.c_str(), W_OK | X_OK, AT_EACCESS) == 0;
-}
+ private:
+  char text_[PATH_MAX];
+};
 
 // Whether a link may be renamed to the other path and then still leads to its file.
 bool mayMoveLink(const char *path, const char *newPath) {
   char target[PATH_MAX];
   const ssize_t length = readlink(path, target, sizeof target);
   if (length <= 0 || length == static_cast<ssize_t>(sizeof target)) return false;
-  const std::string folder = folderOf(newPath);
+  const Folder folder(newPath);
   const std::string_view text(target, static_cast<std::size_t>(length));
-  const std::string seenFromThere = (text[0] == '/' ? "" : folder) + std::string(text);
+  const std::string seenFromThere = std::string(text[0] == '/' ? "" : folder.text()).append(text);
   struct stat from;
   struct stat to;
-  return leadToOneFile(seenFromThere.c_str(), path) && mayRemove(path) && mayWriteFolder(folder) &&
-         stat(folderOf(path).c_str(), &from) == 0 && stat(folder.c_str(), &to) == 0 &&
-         from.st_dev == to.st_dev;
+  return leadToOneFile(seenFromThere.c_str(), path) && mayRemove(path) &&
+         mayWriteFolderOf(newPath) && stat(Folder(path).text(), &from) == 0 &&
+         stat(folder.text(), &to) == 0 && from.st_dev == to.st_dev;
 }
 
 // Whether both paths have the same target, through any links.
@@ -141,11 +142,17 @@ bool isSamePlace(const char *a, const char *b) {
 
 }  // namespace
 
+bool isOneEntry(const char *a, const char *b) { return leadToOneFile(a, b, lstat); }
+
+bool mayWriteFolderOf(const char *path) {
+  return faccessat(AT_FDCWD, Folder(path).text(), W_OK | X_OK, AT_EACCESS) == 0;
+}
+
 bool mayRemove(const char *path) {
-  const std::string folder = folderOf(path);
   struct stat ofFolder;
   struct stat ofFile;
-  if (!mayWriteFolder(folder) || stat(folder.c_str(), &ofFolder) != 0 || lstat(path, &ofFile) != 0)
+  if (!mayWriteFolderOf(path) || stat(Folder(path).text(), &ofFolder) != 0 ||
+      lstat(path, &ofFile) != 0)
     return false;
   const uid_t user = geteuid();
   return (ofFolder.st_mode & S_ISVTX) == 0 || user == 0 || user == ofFile.st_uid ||

@@ -27,6 +27,12 @@
 
 namespace korvel::tables {
 
+// Whether both POSIX paths are spellings of one name; a link is not followed.
+bool isOneEntry(const char *a, const char *b);
+
+// Whether this process may make files in the folder of a POSIX path. errno says why not.
+bool mayWriteFolderOf(const char *path);
+
 // Whether this process may remove or replace the file at a POSIX path: of a sticky folder not every
 // one.
 bool mayRemove(const char *path);

@@ -2,8 +2,10 @@
 // What is told of values that are cut and of names that a profile cannot hold.
 #include "profile/misuse.h"
 
+#include <cerrno>
 #include <string>
 
+#include <korvel/files.h>
 #include <korvel/profile.h>
 
 #include "tests/files/volumes.h"
@@ -108,6 +110,20 @@ TEST_F(ProfileMisuse, Writing) {
                "WritePrivateProfileSection(null, \"x=1\", \"Data:p.ini\"): argument 1 is null");
   EXPECT_TOLD(WritePrivateProfileSection("A", nullptr, "Data:p.ini"), "");
   EXPECT_TOLD(WritePrivateProfileString("A", "x", nullptr, "Data:p.ini"), "");
+}
+
+// A write takes two memory files.
+TEST_F(ProfileMisuse, WritingWithOneMemoryFileLeft) {
+  for (int i = 0; i < 4; ++i) MFil_Open("", 0, 0);
+  int withLines = -1;
+  EXPECT_TOLD(
+      (errno = 5, WritePrivateProfileString("A", "x", "1", "Data:p.ini"), withLines = errno),
+      "WritePrivateProfileString(\"A\", \"x\", \"1\", \"Data:p.ini\"): it takes 2 memory "
+      "files, and 1 is free: close one with MFil_Close");
+  errno = 5;
+  WritePrivateProfileString("A", "x", "1", "Data:p.ini");
+  EXPECT_EQ(withLines, errno);
+  EXPECT_TOLD(GetPrivateProfileString("A", "x", "", text_, 64, "Data:p.ini"), "");
 }
 
 }  // namespace

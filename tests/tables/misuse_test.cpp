@@ -5,10 +5,12 @@
 
 #include <cerrno>
 #include <cstdio>
+#include <filesystem>
 #include <string>
 
 #include <fcntl.h>
 #include <sys/file.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -312,6 +314,57 @@ TEST_F(TablesMisuse, Upkeep) {
               "back-up");
 }
 
+// A link to a folder gives way to a table, as one to a file does.
+TEST_F(TablesMisuse, ANewNameThatIsALinkToAFolder) {
+  mkdir(volumes_.posix("folder").c_str(), 0777);
+  ASSERT_EQ(symlink(volumes_.posix("folder").c_str(), posixPath("b").c_str()), 0);
+  EXPECT_EQ(told([] { EXPECT_EQ(ZRV_Table_modify("a", "b", "1", "T"), 1); }), "");
+  EXPECT_EQ(content(posixPath("b")).substr(0, 3), "T\r\n");
+}
+
+TEST_F(TablesMisuse, AFolderWhereTheTemporaryFileWouldBe) {
+  lookUpFirst();
+  mkdir(volumes_.posix("tables/a.ta_").c_str(), 0777);
+  const std::string line =
+      "nothing is changed: \"Data:tables:a.ta_\" is in the way, where the temporary file would be";
+  EXPECT_EQ(told([] { ZRV_Libelle_NC_idem_delete("", 2, "a"); }),
+            "ZRV_Libelle_NC_idem_delete(..., 2, \"a\"): " + line);
+  EXPECT_EQ(told([] { ZRV_Table_modify("a", "b", "1", "T"); }),
+            "ZRV_Table_modify(\"a\", \"b\", \"1\", \"T\"): " + line);
+  EXPECT_EQ(told([] { ZRV_Table_repair("a", "1", "T"); }),
+            "ZRV_Table_repair(\"a\", \"1\", \"T\"): " + line);
+}
+
+TEST_F(TablesMisuse, NoDescriptorIsFree) {
+  lookUpFirst();
+  EXPECT_EQ(told([] {
+              rlimit before;
+              getrlimit(RLIMIT_NOFILE, &before);
+              const rlimit none = {0, before.rlim_max};
+              setrlimit(RLIMIT_NOFILE, &none);
+              ZRV_Libelle_NC_idem_delete("", 2, "a");
+              setrlimit(RLIMIT_NOFILE, &before);
+            }),
+            "ZRV_Libelle_NC_idem_delete(..., 2, \"a\"): nothing is changed: the system refuses: "
+            "Too many open files");
+}
+
+// From there it would lead to another place.
+TEST_F(TablesMisuse, ALinkThatCannotBeMoved) {
+  mkdir(volumes_.posix("tables/sub").c_str(), 0777);
+  ASSERT_EQ(symlink("a.tab", posixPath("link").c_str()), 0);
+  EXPECT_EQ(told([] { EXPECT_EQ(ZRV_Table_modify("link", "sub:b", "1", "T"), 0); }),
+            "ZRV_Table_modify(\"link\", \"sub:b\", \"1\", \"T\"): nothing is changed: it cannot "
+            "have the name \"Data:tables:sub:b.tab\"");
+  const auto errnoAfter = [](base::Telling telling) {
+    int after = 0;
+    told([&] { errno = EXDEV, ZRV_Table_modify("link", "sub:b", "1", "T"), after = errno; },
+         telling);
+    return after;
+  };
+  EXPECT_EQ(errnoAfter(base::Telling::Yes), errnoAfter(base::Telling::No));
+}
+
 // It takes two handles, and a removal none.
 TEST_F(TablesMisuse, AnEditWithOneHandleLeft) {
   volumes_.file("tables/a.txt", "");
@@ -428,13 +481,41 @@ TEST_F(TablesMisuseOfAUser, AFolderThatMayNotBeWritten) {
 
 TEST_F(TablesMisuseOfAUser, ATableOfAnotherInAFolderOfAll) {
   const std::string sticky =
-      "nothing is changed: the table is another user's, and folder \"Data:tables\" lets only "
-      "owners exchange files";
+      " is another user's, and folder \"Data:tables\" lets only owners exchange files";
+  const std::string table = "nothing is changed: \"Data:tables:a.tab\"" + sticky;
   if (geteuid() != 0) GTEST_SKIP() << "only the super-user has tables that are another's";
   chmod(volumes_.posix("tables").c_str(), 01777);
-  expectTold([] { ZRV_Table_remove("a"); }, "ZRV_Table_remove(\"a\"): " + sticky);
+  expectTold([] { ZRV_Table_remove("a"); }, "ZRV_Table_remove(\"a\"): " + table);
   expectTold([] { ZRV_Table_modify("a", "b", "1", "T"); },
-             "ZRV_Table_modify(\"a\", \"b\", \"1\", \"T\"): " + sticky);
+             "ZRV_Table_modify(\"a\", \"b\", \"1\", \"T\"): " + table);
+  // A back-up takes the place of its forerunner, not of the table.
+  const std::string backUp = "nothing is changed: \"Data:tables:a.bak\"" + sticky;
+  volumes_.file("tables/a.bak", "x");
+  expectTold([] { ZRV_Table_sauvegarde("a", 1); }, "ZRV_Table_sauvegarde(\"a\", 1): " + backUp);
+}
+
+// A table that is a link is exchanged where its file is.
+TEST_F(TablesMisuseOfAUser, ALinkToATableInAnotherFolder) {
+  const std::string folder = volumes_.posix("else");
+  const std::string file = folder + "/a.tab";
+  mkdir(folder.c_str(), 0777);
+  ASSERT_EQ(rename(posixPath("a").c_str(), file.c_str()), 0);
+  ASSERT_EQ(symlink(file.c_str(), posixPath("a").c_str()), 0);
+  chmod(file.c_str(), 0666);
+  chmod(folder.c_str(), 0777);
+  chmod(volumes_.posix("tables").c_str(), 0555);
+  ZRV_Libelle_NC_set_ligne(99);
+  expectTold([] { ZRV_Table_repair("a", "1", "Titre"); }, "");
+  expectTold([] { ZRV_Libelle_NC_idem_delete("", 2, "a"); },
+             "ZRV_Libelle_NC_idem_delete(..., 2, \"a\"): nothing is changed: the table has no line "
+             "99");
+  chmod(volumes_.posix("tables").c_str(), 0777);
+  chmod(folder.c_str(), 0555);
+  const std::string real = std::filesystem::canonical(folder).string();
+  expectTold([] { ZRV_Libelle_NC_idem_delete("", 2, "a"); },
+             "ZRV_Libelle_NC_idem_delete(..., 2, \"a\"): nothing is changed: folder \"" + real +
+                 "\" may not be written");
+  chmod(folder.c_str(), 0755);
 }
 
 TEST_F(TablesMisuseOfAUser, ATableThatMayNotBeWritten) {
