@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
+#include <initializer_list>
 #include <iterator>
 #include <string>
 #include <vector>
@@ -86,6 +87,16 @@ class Register : public testing::Test {
   std::string folder_;
 };
 
+// From the day of a dose to its lot.
+void writeDose(std::initializer_list<const char *> date, const char *lot) {
+  for (const char *part : date) {
+    write(part);
+    press("Tab");
+  }
+  press("Tab");
+  write(lot);
+}
+
 // The library has told of nothing: neither of a misuse nor of a failure.
 void expectNothingTold(const Application &application) {
   for (const std::string &line : application.errors())
@@ -118,12 +129,7 @@ TEST_F(Register, KeepsWhatIsEnteredAndWritesTheBooklet) {
   press("ctrl+d");
   ASSERT_TRUE(comesUp(kDoseOfZoe));
   press("shift+Tab Home Down Down Tab");
-  for (const char *part : {"4", "3", "2000"}) {
-    write(part);
-    press("Tab");
-  }
-  press("Tab");
-  write("u34-b");
+  writeDose({"4", "3", "2000"}, "u34-b");
   press("Tab");
   write("Dr Müller");
   press("Return");
@@ -139,12 +145,7 @@ TEST_F(Register, KeepsWhatIsEnteredAndWritesTheBooklet) {
   press("ctrl+d");
   ASSERT_TRUE(comesUp(kDoseOfZoe));
   press("shift+Tab Home Down Down Down Down Down Down Down Tab");
-  for (const char *part : {"2", "1", "2019"}) {
-    write(part);
-    press("Tab");
-  }
-  press("Tab");
-  write("g1");
+  writeDose({"2", "1", "2019"}, "g1");
   press("Return");
   ASSERT_TRUE(comesUp(kMain));
   EXPECT_EQ(kept("personnes/0001.per"), std::string(kRecord) + kDoses);
@@ -218,12 +219,7 @@ TEST_F(Register, ARecordWithAGapInItsDosesLosesNone) {
   press("ctrl+d");
   ASSERT_TRUE(comesUp(kDoseOfZoe));
   press("shift+Tab Home Down Down Tab");
-  for (const char *part : {"5", "6", "2018"}) {
-    write(part);
-    press("Tab");
-  }
-  press("Tab");
-  write("r7");
+  writeDose({"5", "6", "2018"}, "r7");
   press("Tab");
   write("Dr Roy");
   press("Return");
