@@ -4,6 +4,7 @@
 
 #include "tools/arguments.h"
 #include "tools/edit.h"
+#include "tools/failure.h"
 #include "tools/tablefile.h"
 
 namespace korvel::tools {
@@ -11,8 +12,8 @@ namespace korvel::tools {
 std::string Heading::versionLine() const { return std::string(kVersionMark) + version; }
 
 Heading headingOf(const Arguments &arguments) {
-  const std::string title = arguments.needed("title");
-  Heading heading{fieldText(title), fieldText(arguments.needed("version"))};
+  Heading heading{fieldText(arguments.needed("title")), fieldText(arguments.needed("version"))};
+  if (heading.title.empty()) throw Failure(kFailed, "a title cannot be empty");
   checkNoMark(heading.title);
   checkLength(heading.title);
   checkLength(heading.versionLine());

@@ -102,6 +102,8 @@ class Import(Workbench):
             with self.subTest(options=options):
                 self.expect_no_table('01,A\r\n', *options, err=err)
         self.expect_refused('import', 'list.csv', 'actes.tab', '--title', 'T', err='--version is')
+        self.expect_refused('import', 'list.csv', 'actes.tab', '--title', '', '--version', '1',
+                            err='title cannot be empty')
         self.expect_refused('import', 'list.csv', 'actes.tab', '--title', 'a,b', '--version', '1',
                             err='separates fields')
 

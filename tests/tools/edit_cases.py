@@ -136,6 +136,7 @@ class Edit(Workbench):
             (['insert', 'actes.tab', '04', 'a', 'b', 'c'], '3 columns given'),
             (['delete', 'actes.tab', '01', '--all', '--line', '4'], 'exclude each other'),
             (['repair', 'actes.tab', '--title', '#FIN', '--version', '1'], 'mark "#FIN"'),
+            (['repair', 'actes.tab', '--title', '', '--version', '1'], 'title cannot be empty'),
             (['repair', 'actes.tab', '--title', 'T'], '--version is missing'),
         ]
         for arguments, why in rows:
