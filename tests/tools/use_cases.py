@@ -186,7 +186,7 @@ class Killed(Workbench):
             for name in left_over:
                 (self.folder / name).unlink()
 
-    def test_an_import_that_is_ended_leaves_the_old_table_and_takes_its_file_with_it(self):
+    def test_an_import_that_is_ended_leaves_the_old_table_and_no_file_unless_killed(self):
         self.put('01,A')
         (self.folder / 'list.csv').write_bytes(b'02,B\r\n')
         before = self.files()
