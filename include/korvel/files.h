@@ -268,8 +268,9 @@ KORVEL_API int GlobalUnlock(void *block);
 
 /* Lists the files of a folder whose names contain a pattern (as BSDDir_FindFiles does). One "*" at
    the beginning of the pattern and one at its end are left out; the rest is a grep pattern, any
-   case: "*.tab" finds ".tab" anywhere in a name. Of the directory the shell reads apostrophes, of
-   the pattern apostrophes and grep a leading "-" (shell.h).
+   case, in which a point stands for any character: "*.tab" finds "actes.tab" and "etablir". Of the
+   directory the shell reads apostrophes, of the pattern apostrophes and grep a leading "-"
+   (shell.h).
    list: rows rows of 256 bytes each; may be null if rows is 0. A row becomes the directory as it
    was given, ":" and the name ("Data::" before it for a directory given as "Data:"). A row that
    would not fit is empty.
