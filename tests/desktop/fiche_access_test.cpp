@@ -83,8 +83,7 @@ class FicheAccess : public testing::Test {
   const std::string folder_ = newFolder();
   ScreenReader reader_;
   Application application_{{FICHE},
-                           {"FICHE_VOLUMES=" + folder_, kTellsScreenReaders, "LC_ALL=C.UTF-8",
-                            std::string("LSAN_OPTIONS=suppressions=") + TOOLKIT_LEAKS}};
+                           {"FICHE_VOLUMES=" + folder_, kTellsScreenReaders, "LC_ALL=C.UTF-8"}};
 };
 
 TEST_F(FicheAccess, AMorningIsPlayedWithoutKeysAndPixels) {

@@ -50,8 +50,7 @@ class Fiche : public testing::Test {
 
   // With its volumes in the test's folder, or in one below it.
   Application start(const std::string &below = "") const {
-    return Application({FICHE}, {"FICHE_VOLUMES=" + folder_ + below, debug_,
-                                 std::string("LSAN_OPTIONS=suppressions=") + TOOLKIT_LEAKS});
+    return Application({FICHE}, {"FICHE_VOLUMES=" + folder_ + below, debug_});
   }
 
   std::filesystem::perms modeOf(const std::string &below) const {

@@ -47,8 +47,7 @@ class Register : public testing::Test {
   Application start(const std::vector<std::string> &arguments = {}) const {
     std::vector<std::string> command{REGISTER};
     command.insert(command.end(), arguments.begin(), arguments.end());
-    return Application(command, {"REGISTER_VOLUMES=" + folder_, "KORVEL_DEBUG=1",
-                                 std::string("LSAN_OPTIONS=suppressions=") + TOOLKIT_LEAKS});
+    return Application(command, {"REGISTER_VOLUMES=" + folder_, "KORVEL_DEBUG=1"});
   }
 
   std::string path(const std::string &name) const { return folder_ + "/Registre/" + name; }

@@ -18,7 +18,7 @@ class Application {
  public:
   // `environment`: entries "NAME=value" added to the test's own; "NAME" alone removes one.
   explicit Application(const std::vector<std::string> &command,
-                       const std::vector<std::string> &environment = {});
+                       std::vector<std::string> environment = {});
   ~Application();
   Application(const Application &) = delete;
   Application &operator=(const Application &) = delete;
