@@ -77,6 +77,14 @@ ensure_packages() {
     fail "could not install: ${missing[*]}"
 }
 
+# new_folder <path>: a folder for one run, whose path begins with that one. Those of runs that were
+# killed more than a day ago go.
+new_folder() {
+  find "${1%/*}" -maxdepth 1 -name "${1##*/}.??????" -ctime +0 \
+    -exec rm -rf --one-file-system {} +
+  mktemp -d "$1.XXXXXX"
+}
+
 # Configures a preset; from nothing where its folder was made with another compiler.
 configure() {
   local fresh=()
