@@ -47,6 +47,10 @@ readonly BENCH_PACKAGES=(
   fonts-liberation
 )
 
+# Who runs a folder's scripts trusts the folder. In a container, where root works on somebody else's
+# checkout, git would ask.
+export GIT_CONFIG_COUNT=1 GIT_CONFIG_KEY_0=safe.directory GIT_CONFIG_VALUE_0=$PWD
+
 say() { printf '%s: %s\n' "${0##*/}" "$*"; }
 fail() { say "$*" >&2; exit 1; }
 
@@ -55,26 +59,28 @@ may_use_sudo() {
   command -v sudo >/dev/null && { sudo -n true 2>/dev/null || [ -t 0 ]; }
 }
 
+# Whether a package is installed, if only for one of several architectures.
+is_installed() {
+  [[ " $(dpkg-query -W -f='${db:Status-Status} ' "$1" 2>/dev/null)" == *' installed '* ]]
+}
+
 # Installs those of the packages given that are not installed; as root or through sudo.
 ensure_packages() {
   local package missing=()
   for package in "$@"; do
-    [[ " ${missing[*]} " == *" $package "* ]] ||
-      [ "$(dpkg-query -W -f='${db:Status-Status}' "$package" 2>/dev/null)" = installed ] ||
-      missing+=("$package")
+    [[ " ${missing[*]} " == *" $package "* ]] || is_installed "$package" || missing+=("$package")
   done
   [ ${#missing[@]} -eq 0 ] && return
-  local as_root=()
+  local as_root=() please="please have them installed: apt-get install ${missing[*]}"
   if [ "$(id -u)" -ne 0 ]; then
-    may_use_sudo || fail "packages are missing; please have them installed:" \
-      "apt-get install ${missing[*]}"
+    may_use_sudo || fail "packages are missing; $please"
     as_root=(sudo)
   fi
   say "installing ${missing[*]}"
   { "${as_root[@]}" apt-get update -q >/dev/null &&
     "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
       apt-get install -q -y --no-install-recommends "${missing[@]}" >/dev/null; } ||
-    fail "could not install: ${missing[*]}"
+    fail "packages could not be installed; $please"
 }
 
 # new_folder <path>: a folder for one run, whose path begins with that one. Those of runs that were
