@@ -26,7 +26,11 @@ told() {
   cat "$answer"
 }
 # asks <package> [name=value] <script> [argument]...: that line names the package.
-asks() { grep "please have them installed: apt-get install .*\b$1\b" <(told "${@:2}"); }
+asks() {
+  local line
+  line=$(told "${@:2}") || { echo "$line"; exit 1; }
+  grep "please have them installed: apt-get install .*\b$1\b" <<<"$line"
+}
 
 asks qt6-base-dev LC_ALL=C scripts/demo
 asks xvfb LC_ALL=C scripts/demo
