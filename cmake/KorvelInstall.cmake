@@ -23,10 +23,19 @@ install(FILES ${PROJECT_BINARY_DIR}/korvelConfig.cmake
   cmake/KorvelCheckNames.cmake cmake/KorvelCheckObjects.cmake DESTINATION ${package_folder})
 
 # Written at install time, when the prefix is settled.
+foreach(folder LIBDIR INCLUDEDIR)
+  set(${folder} "${CMAKE_INSTALL_${folder}}")
+  if(NOT IS_ABSOLUTE "${${folder}}")
+    string(PREPEND ${folder} "\${prefix}/")
+  endif()
+endforeach()
 install(CODE "
-  set(CMAKE_INSTALL_LIBDIR \"${CMAKE_INSTALL_LIBDIR}\")
-  set(CMAKE_INSTALL_INCLUDEDIR \"${CMAKE_INSTALL_INCLUDEDIR}\")
-  set(PROJECT_DESCRIPTION \"${PROJECT_DESCRIPTION}\")
-  set(PROJECT_VERSION \"${PROJECT_VERSION}\")
-  configure_file(\"${PROJECT_SOURCE_DIR}/cmake/korvel.pc.in\"
-    \"\$ENV{DESTDIR}\${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_LIBDIR}/pkgconfig/korvel.pc\" @ONLY)")
+  set(prefix \"\${CMAKE_INSTALL_PREFIX}\")
+  set(file \"${LIBDIR}/pkgconfig/korvel.pc\")
+  set(LIBDIR [[${LIBDIR}]])
+  set(INCLUDEDIR [[${INCLUDEDIR}]])
+  set(PROJECT_DESCRIPTION [[${PROJECT_DESCRIPTION}]])
+  set(PROJECT_VERSION [[${PROJECT_VERSION}]])
+  configure_file([[${PROJECT_SOURCE_DIR}/cmake/korvel.pc.in]] \"\$ENV{DESTDIR}\${file}\" @ONLY
+    FILE_PERMISSIONS OWNER_READ OWNER_WRITE GROUP_READ WORLD_READ)
+  list(APPEND CMAKE_INSTALL_MANIFEST_FILES \"\${file}\")")
