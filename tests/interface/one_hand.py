@@ -24,6 +24,7 @@ FLAT = ['scripts', '.ci', '.']  # without what is below
 scripts = [path for folder in LIBRARY + OTHERS + ['cmake', 'debian'] + FLAT for path in
            root.glob(f'{folder}/*' if folder in FLAT else f'{folder}/**/*')
            if path.name == 'CMakeLists.txt' or path.suffix in ('.cmake', '.map', '.py', '.sh') or
+           path.name.endswith(('.cmake.in', '.pc.in')) or
            path.is_file() and path.suffix == '' and path.read_bytes().startswith(b'#!')]
 for path in scripts:
     if not LICENCE.match(path.read_text(encoding='utf-8', errors='replace')):
