@@ -36,6 +36,7 @@ readonly TEST_PACKAGES=(
   at-spi2-core dbus libatspi2.0-dev e2fsprogs groff-base libcrypt-dev sudo valgrind xfsprogs
   fontconfig fonts-dejavu-core fonts-noto-core fonts-urw-base35 poppler-utils
   abigail-tools  # compares the interface with its record
+  llvm           # names functions in what the sanitizers report
   hunspell hunspell-en-gb
 )
 # A compiler for another machine, and what runs its programs.
