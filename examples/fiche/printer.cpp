@@ -4,7 +4,6 @@
 #include "printer.h"
 
 #include <algorithm>
-#include <cstdio>
 
 #include <QFile>
 #include <QPageLayout>
@@ -13,6 +12,7 @@
 #include <QPrinterInfo>
 
 #include <korvel/desktop.h>
+#include <korvel/strings.h>
 
 namespace {
 
@@ -32,16 +32,24 @@ QPageLayout layoutOf(const PageSetup &setup) {
           QPageLayout::Millimeter};
 }
 
+QString fromCp1252(const char *text) {
+  char utf8[1024];
+  return KorvelToUtf8(text, utf8, sizeof utf8) < 0 ? QString() : QString::fromUtf8(utf8);
+}
+
+bool toCp1252(const QString &text, char *out, int size) {
+  return KorvelFromUtf8(text.toUtf8().constData(), out, size) == 0;
+}
+
 // As a choice of a pop-up, whose choices and columns these divide.
 bool isUsable(const QString &name) {
-  return !name.contains(u'+') && !name.contains(u',') &&
-         QString::fromLatin1(name.toLatin1()) == name;
+  char cp1252[sizeof PageSetup::printer];
+  return !name.contains(u'+') && !name.contains(u',') && toCp1252(name, cp1252, sizeof cp1252);
 }
 
 // A note must not leave by another printer than the one that was chosen.
 bool isThere(const char *printer) {
-  return *printer == '\0' ||
-         QPrinterInfo::availablePrinterNames().contains(QString::fromLatin1(printer));
+  return *printer == '\0' || QPrinterInfo::availablePrinterNames().contains(fromCp1252(printer));
 }
 
 void toNextPage(void *printer) { static_cast<QPrinter *>(printer)->newPage(); }
@@ -49,12 +57,12 @@ void toNextPage(void *printer) { static_cast<QPrinter *>(printer)->newPage(); }
 // A printer may have margins of its own, which are wider.
 void setUp(QPrinter &printer, const PageSetup &setup, const char *title, const char *pdfPath) {
   if (*setup.printer != '\0') {
-    printer.setPrinterName(QString::fromLatin1(setup.printer));
+    printer.setPrinterName(fromCp1252(setup.printer));
   } else {
     printer.setOutputFormat(QPrinter::PdfFormat);
     printer.setOutputFileName(QFile::decodeName(pdfPath));
   }
-  printer.setDocName(QString::fromLatin1(title));
+  printer.setDocName(fromCp1252(title));
   printer.setResolution(kResolution);
   printer.setPageLayout(layoutOf(setup));
 }
@@ -65,8 +73,7 @@ void printerNames(char *names, int size) {
   QStringList usable;
   for (const QString &name : QPrinterInfo::availablePrinterNames())
     if (isUsable(name)) usable.append(name);
-  std::snprintf(names, static_cast<std::size_t>(size), "%s",
-                usable.join(QLatin1Char('+')).toLatin1().constData());
+  if (!toCp1252(usable.join(QLatin1Char('+')), names, size)) *names = '\0';
 }
 
 int hasRoom(const PageSetup *setup) {

@@ -1,5 +1,5 @@
 /* SPDX-License-Identifier: MIT */
-/* Texts are CP1252, as the library reads them: é is \351, è \350, à \340, É \311. */
+/* What the showcase's window shows, with every function that draws. */
 #include "page.h"
 
 #include <stdio.h>
@@ -7,13 +7,22 @@
 
 #include <korvel/desktop.h>
 #include <korvel/draw.h>
+#include <korvel/strings.h>
 
 #include "common/richline.h"
 
 /* Left edge of everything, and of the right half. */
 enum { kLeft = 16, kRight = 340 };
 
-static void text(CGrafPtr port, int x, int y, const char *string) {
+/* The CP1252 form of a UTF-8 text, until the next call. */
+static const char *french(const char *utf8) {
+  static char text[256];
+  if (KorvelFromUtf8(utf8, text, sizeof text) < 0) text[0] = '\0';
+  return text;
+}
+
+static void text(CGrafPtr port, int x, int y, const char *utf8) {
+  const char *string = french(utf8);
   TextOut_0(port, x, y, string, (int)strlen(string));
 }
 
@@ -46,15 +55,15 @@ typedef struct Sample {
 
 static const Sample kSamples[] = {
     {"Arial", 11, KorvelPlain, KorvelBlack, KorvelTransparent,
-     "Arial 11\240: Portez ce vieux whisky"},
+     "Arial 11\u00A0: Portez ce vieux whisky"},
     {"Arial", 13, KorvelBold, KorvelBlack, KorvelTransparent,
-     "Arial 13 gras\240: \311t\351, No\353l, gar\347on"},
+     "Arial 13 gras\u00A0: Été, Noël, garçon"},
     {"Times New Roman", 16, KorvelItalic, KorvelNavy, KorvelTransparent,
-     "Times 16 italique\240: c\234ur, 5\240\200"},
+     "Times 16 italique\u00A0: cœur, 5\u00A0€"},
     {"Courier New", 13, KorvelPlain, KorvelBlack, KorvelYellow, " Courier 13 sur fond jaune "},
-    {"Arial", 13, KorvelUnderlined, KorvelRed, KorvelTransparent, "Arial 13 soulign\351, en rouge"},
-    {"Arial", 13, KorvelCondensed, KorvelBlack, KorvelTransparent, "Arial 13 condens\351"},
-    {"Arial", 13, KorvelExtended, KorvelBlack, KorvelTransparent, "Arial 13 \351tendu"},
+    {"Arial", 13, KorvelUnderlined, KorvelRed, KorvelTransparent, "Arial 13 souligné, en rouge"},
+    {"Arial", 13, KorvelCondensed, KorvelBlack, KorvelTransparent, "Arial 13 condensé"},
+    {"Arial", 13, KorvelExtended, KorvelBlack, KorvelTransparent, "Arial 13 étendu"},
 };
 
 static void drawFonts(CGrafPtr port, int y) {
@@ -109,12 +118,12 @@ typedef struct Act {
 } Act;
 
 static const Act kActs[] = {
-    {"Consultation", "26,50"}, {"Visite \340 domicile", "36,50"}, {"Total", "63,00"}};
+    {"Consultation", "26,50"}, {"Visite à domicile", "36,50"}, {"Total", "63,00"}};
 
 /* Fees end at one tab position, under a rule and in a frame drawn by the text itself. */
 static void drawFees(CGrafPtr port, int y) {
   enum { kFeeEnd = 56, kTotal = 2, kLines = 3 };
-  heading(port, kRight, y, "Filets, cadres, nombres \340 droite");
+  heading(port, kRight, y, "Filets, cadres, nombres à droite");
   ch_font_set(port, "Arial", KorvelBlack, KorvelTransparent, 13);
   RichLine line;
   lineStart(&line);
@@ -126,7 +135,7 @@ static void drawFees(CGrafPtr port, int y) {
   for (int n = 0; n < kLines; ++n) {
     lineStart(&line);
     lineTab(&line, 3);
-    lineText(&line, kActs[n].name);
+    lineText(&line, french(kActs[n].name));
     lineTab(&line, kFeeEnd);
     lineEscape(&line, KorvelRightAlignEscape);
     lineText(&line, kActs[n].fee);
@@ -152,12 +161,12 @@ static void drawBullets(CGrafPtr port, int y) {
   lineTabEvery(&line, 20);
   lineText(&line, "72");
   lineTabEvery(&line, 20);
-  lineText(&line, "r\351gulier");
+  lineText(&line, french("régulier"));
   lineDraw(&line, port, kRight, y + 50);
 }
 
 static void drawLines(CGrafPtr port, int y) {
-  heading(port, kLeft, y, "Traits et textes centr\351s");
+  heading(port, kLeft, y, "Traits et textes centrés");
   for (int width = 1; width <= 4; ++width) {
     const int x = kLeft + (width - 1) * 30;
     Line_Ex(port, x, y + 30, x + 22, y + 30, KorvelBlue, width);
