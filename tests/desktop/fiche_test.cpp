@@ -641,6 +641,8 @@ TEST_F(FicheVisit, ANoteIsPrintedAsTextWithinTheMarginsThatAreSet) {
     EXPECT_LE(word.bottom, (297 - 25) * kMillimetre + 1) << word.text;
   }
   EXPECT_NEAR(words.front().left, 30 * kMillimetre, 2);
+  EXPECT_EQ(linesOf("pdfinfo '" + path(kPdf) + "' | sed -n 's/^Title: *//p'"),
+            std::vector{std::string(kNote) + '\n'});
   // The pictures are as fine as the print: 600 to the inch.
   const auto pictures = linesOf("pdfimages -list '" + path(kPdf) + "' | grep ' image '");
   EXPECT_GE(pictures.size(), 4u);
