@@ -51,8 +51,8 @@ def guard(name):
     return prefix + re.sub(r'\W', '_', path).upper()
 
 
-def included(text):
-    return re.findall(r'^\s*#\s*include\s+"([^"]+)"', text, re.M)
+included = {name: re.findall(r'^\s*#\s*include\s+"([^"]+)"', text, re.M)
+            for name, text in texts.items()}
 
 
 def words(text):
@@ -89,8 +89,8 @@ for name, text in texts.items():
                  for place, pattern in zip(named, patterns) if not fnmatch.filter(texts, pattern)]
     patterns += ['tests/*', 'bench/*']
     problems += [f'{other} includes {name}, which is for {readers[1]}'
-                 for other, content in texts.items()
-                 if name in included(content) and
+                 for other, headers in included.items()
+                 if name in headers and
                  not any(fnmatch.fnmatchcase(other, pattern) for pattern in patterns)]
 
 # An application's programmer cannot know the mark of the sentences below.
