@@ -13,9 +13,9 @@
 namespace registry {
 namespace {
 
-int fail(const QString &reason) {
+int fail(const QString &reason, int status = 1) {
   std::fprintf(stderr, "register: %s\n", reason.toUtf8().constData());
-  return 1;
+  return status;
 }
 
 int writeBooklet(int number, const QString &path) {
@@ -27,6 +27,8 @@ int writeBooklet(int number, const QString &path) {
 
 int run(const QStringList &arguments) {
   const bool isBooklet = arguments.size() == 4 && arguments[1] == "--carnet";
+  if (arguments.size() > 1 && !isBooklet)
+    return fail("emploi\u00A0: register [--carnet <numéro> <fichier>]", 2);
   const QString reason = openRegister();
   if (!reason.isEmpty()) {
     if (!isBooklet) warn(nullptr, "Registre des vaccinations", reason);

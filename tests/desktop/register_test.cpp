@@ -272,6 +272,9 @@ TEST_F(Register, WritesABookletWithoutAWindowOrSaysWhyNot) {
     EXPECT_EQ(application.wait(), 1) << row[1];
     EXPECT_EQ(application.errors().size(), 1u) << row[1];
   }
+  auto incomplete = start({"--carnet", "1"});
+  EXPECT_EQ(incomplete.wait(), 2);
+  EXPECT_EQ(incomplete.errors().size(), 1u);
   EXPECT_TRUE(std::filesystem::is_fifo(pipe));
 }
 
