@@ -2,8 +2,6 @@
 // The exported tables and callbacks behind a few functions. The library shows one dialog at a time.
 #include "form.h"
 
-#include <cstdio>
-
 #include <korvel/korvel.h>
 
 #include "text.h"
@@ -24,7 +22,7 @@ int changed(int item, int, int, char **, int, int, int, int *, int, int, int, in
 
 int accepted(WindowRef window, int, char **, int, int, int *, int, int, int *, int, int, double *,
              int, int, int *, int) {
-  const QString reason = current->refused();
+  const QString reason = current->keep();
   if (reason.isEmpty()) return 1;
   DlgBoxFinal_MessageBox(window, toBytes(reason).c_str(), toBytes(kRefused).c_str(),
                          KorvelCautionIcon);
@@ -53,8 +51,7 @@ void Change::show(int identifier) {
 }
 
 void Change::showText(int i, const QString &text) {
-  std::snprintf(TDB_pszBuffer[i], static_cast<std::size_t>(TDB_BUFFERSIZE), "%s",
-                toBytes(text).c_str());
+  TexteDlgBox_set(i, toBytes(text).c_str());
   show(kFirstText + i);
 }
 
@@ -107,7 +104,7 @@ void tell(QWidget *owner, const QString &caption, const QString &text) {
 }
 
 void warn(QWidget *owner, const QString &caption, const QString &text) {
-  box(owner, caption, text, KorvelNoteIcon | KorvelCautionIcon);
+  box(owner, caption, text, KorvelCautionIcon);
 }
 
 bool mayLose(QWidget *owner, const QString &caption, const QString &text) {

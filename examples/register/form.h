@@ -23,7 +23,9 @@ class Change {
  public:
   Change(int item, int *redisplay, int room) : item_(item), redisplay_(redisplay), room_(room) {}
 
-  bool isOf(int identifier) const { return item_ == identifier; }
+  bool isOfText(int i) const { return item_ == kFirstText + i; }
+  bool isOfBool(int i) const { return item_ == kFirstBool + i; }
+  bool isOfPush(int i) const { return item_ == kFirstPush + i; }
   bool isOfDate(int i) const { return item_ >= dateItem(i) && item_ < dateItem(i) + 3; }
 
   void showText(int i, const QString &text);
@@ -45,7 +47,7 @@ class Change {
 struct Reactions {
   std::function<void(Change &)> changed;
   // Keeps what was entered. Returns why it cannot be; empty when it is kept.
-  std::function<QString()> refused;
+  std::function<QString()> keep;
 };
 
 // The values while a dialog is up, and afterwards.

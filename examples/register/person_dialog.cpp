@@ -25,7 +25,7 @@ Person entered(const Person &before) {
   return person;
 }
 
-QString kept(Person &person) {
+QString keep(Person &person) {
   Person fresh = entered(person);
   const QString sign = unkeepable(fresh.name + fresh.firstName + fresh.remarks);
   if (!sign.isEmpty()) return QString("Un texte contient %1.").arg(sign);
@@ -62,7 +62,7 @@ bool enterPerson(Person &person) {
                                 change.showText(kAge,
                                                 ageOn(QDate::currentDate(), enteredDate(kBirth)));
                             },
-                            [&person] { return kept(person); }};
+                            [&person] { return keep(person); }};
   const QString title = person.number == 0 ? "Nouvelle personne" : fullName(person);
   return runDrawn("personne", title, reactions);
 }

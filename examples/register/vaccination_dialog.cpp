@@ -31,7 +31,7 @@ constexpr int kLongestLot = 20, kLongestName = 60;
 // The layout, in dialog units.
 constexpr int kWidth = 224, kHeight = 162, kLabel = 18, kField = 84, kLine = 12, kPitch = 17;
 constexpr int kDoseTop = 6, kNextTop = 96;
-constexpr int lineOf(int top, int line) { return top + 15 + kPitch * line; }
+constexpr int rowAt(int top, int row) { return top + 15 + kPitch * row; }
 
 // ---- The description ----
 
@@ -40,40 +40,40 @@ void describeStatic(int i, const char *text, int y) {
   StaticDlgBox_set_geo(i, kLabel, y, kField - kLabel, kLine);
 }
 
-void describeGroup(int i, const char *title, int top, int lines) {
+void describeGroup(int i, const char *title, int top, int rows) {
   describeStatic(i, title, top);
-  StaticDlgBox_set_geo(i, 8, top, kWidth - 16, kPitch * lines + 16);
+  StaticDlgBox_set_geo(i, 8, top, kWidth - 16, kPitch * rows + 16);
   StaticDlgBox_set_type(i, KorvelGroupBox);
 }
 
 void describeLabels() {
   StaticDlgBox_param(6);
   describeGroup(0, "Dose administrée", kDoseTop, 4);
-  describeStatic(1, "Vaccin", lineOf(kDoseTop, 0));
-  describeStatic(2, "Date", lineOf(kDoseTop, 1));
-  describeStatic(3, "Numéro de lot", lineOf(kDoseTop, 2));
-  describeStatic(4, "Praticien", lineOf(kDoseTop, 3));
+  describeStatic(1, "Vaccin", rowAt(kDoseTop, 0));
+  describeStatic(2, "Date", rowAt(kDoseTop, 1));
+  describeStatic(3, "Numéro de lot", rowAt(kDoseTop, 2));
+  describeStatic(4, "Praticien", rowAt(kDoseTop, 3));
   describeGroup(5, "Prochaine dose", kNextTop, 1);
 }
 
 void describeDose(const Vaccination &dose) {
   TexteDlgBox_param(kTexts, kFirstText);
-  TexteDlgBox_set_geo(kVaccine, kField, lineOf(kDoseTop, 0), 124, kLine, kRankVaccine);
+  TexteDlgBox_set_geo(kVaccine, kField, rowAt(kDoseTop, 0), 124, kLine, kRankVaccine);
   describeText(kVaccine, dose.vaccine.isEmpty() ? QString() : vaccineLabel(dose.vaccine),
                kLongestName, true);
   TexteDlgBox_set_liste(kVaccine, vaccineChoices().c_str());
-  TexteDlgBox_set_geo(kLot, kField, lineOf(kDoseTop, 2), 60, kLine, kRankLot);
+  TexteDlgBox_set_geo(kLot, kField, rowAt(kDoseTop, 2), 60, kLine, kRankLot);
   describeText(kLot, dose.lot, kLongestLot, true);
-  TexteDlgBox_set_geo(kPractitioner, kField, lineOf(kDoseTop, 3), 124, kLine, kRankPractitioner);
+  TexteDlgBox_set_geo(kPractitioner, kField, rowAt(kDoseTop, 3), 124, kLine, kRankPractitioner);
   describeText(kPractitioner, dose.practitioner, kLongestName, true);
 }
 
 void describeDates(const Vaccination &dose) {
   DateDlgBox_param(kDates, kFirstDate);
-  DateDlgBox_set_geo(kDay, kField, lineOf(kDoseTop, 1), 0, kLine, kRankDay);
+  DateDlgBox_set_geo(kDay, kField, rowAt(kDoseTop, 1), 0, kLine, kRankDay);
   describeDate(kDay, dose.day);
   DateDlgBox_set_fvalid(kDay, notInFuture);
-  DateDlgBox_set_geo(kDue, kField, lineOf(kNextTop, 0), 0, kLine, kRankDue);
+  DateDlgBox_set_geo(kDue, kField, rowAt(kNextTop, 0), 0, kLine, kRankDue);
   describeDate(kDue, dose.due);
   DateDlgBox_set_fvalid(kDue, intcod_l_date);
   DateDlgBox_mandatory(kDue, dose.due.isValid() ? 1 : 0);
@@ -86,11 +86,11 @@ void describe(const Vaccination &dose) {
   describeDose(dose);
   describeDates(dose);
   BoolDlgBox_param(kBools, kFirstBool);
-  BoolDlgBox_set_geo(kHasDue, toBytes("À prévoir le").c_str(), kLabel, lineOf(kNextTop, 0),
+  BoolDlgBox_set_geo(kHasDue, toBytes("À prévoir le").c_str(), kLabel, rowAt(kNextTop, 0),
                      kField - kLabel - 2, kLine, kRankHasDue);
   BoolDlgBox_set(kHasDue, dose.due.isValid() ? 1 : 0);
   PushDlgBox_param(kPushes, kFirstPush);
-  PushDlgBox_set_geo(kToday, "Aujourd'hui", kField + 76, lineOf(kDoseTop, 1) - 1, 48, kLine + 3,
+  PushDlgBox_set_geo(kToday, "Aujourd'hui", kField + 76, rowAt(kDoseTop, 1) - 1, 48, kLine + 3,
                      kRankToday);
 }
 
@@ -120,14 +120,11 @@ QDate wantedDue() {
 }
 
 void changed(Change &change) {
-  if (change.isOf(kFirstPush + kToday)) change.showDate(kDay, QDate::currentDate());
-  if (change.isOf(kFirstText + kVaccine) || change.isOfDate(kDay) ||
-      change.isOf(kFirstPush + kToday))
+  if (change.isOfPush(kToday)) change.showDate(kDay, QDate::currentDate());
+  if (change.isOfText(kVaccine) || change.isOfDate(kDay) || change.isOfPush(kToday))
     showDue(change, proposedDue());
-  if (change.isOf(kFirstText + kLot))
-    change.showText(kLot, fromBytes(TDB_pszBuffer[kLot]).toUpper());
-  if (change.isOf(kFirstBool + kHasDue))
-    showDue(change, enteredBool(kHasDue) ? wantedDue() : QDate());
+  if (change.isOfText(kLot)) change.showText(kLot, fromBytes(TDB_pszBuffer[kLot]).toUpper());
+  if (change.isOfBool(kHasDue)) showDue(change, enteredBool(kHasDue) ? wantedDue() : QDate());
   if (change.isOfDate(kDue)) change.showBool(kHasDue, true);
 }
 
@@ -151,7 +148,7 @@ QString faultOf(const Vaccination &dose, const Person &person) {
   return {};
 }
 
-QString kept(Person &person, qsizetype place) {
+QString keep(Person &person, qsizetype place) {
   const Vaccination dose = entered();
   QString fault = faultOf(dose, person);
   if (!fault.isEmpty()) return fault;
@@ -174,7 +171,7 @@ bool enterVaccination(QWidget *owner, Person &person, qsizetype place) {
   dose.practitioner = lastPractitioner();
   if (place >= 0) dose = person.vaccinations[place];
   describe(dose);
-  const Reactions reactions{changed, [&person, place] { return kept(person, place); }};
+  const Reactions reactions{changed, [&person, place] { return keep(person, place); }};
   return runBuilt(QString("Vaccination\u00A0: %1").arg(fullName(person)), owner, reactions);
 }
 
