@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Persons and vaccinations as lines of tables. What is late is said in words and in red.
+// Persons and vaccinations as rows of tables. What is late is said in words and in red.
 #include "models.h"
 
 #include <QBrush>
@@ -26,7 +26,7 @@ QStandardItem *dueCell(QDate due) {
   return item;
 }
 
-QList<QStandardItem *> lineOf(const Person &person) {
+QList<QStandardItem *> rowOf(const Person &person) {
   const QString name = plain(person.name + u' ' + person.firstName);
   auto *first = cell(person.name, name);
   first->setData(QString(name + u' ' + plain(person.firstName + u' ' + person.name)), kSearchRole);
@@ -46,7 +46,7 @@ QString plain(const QString &text) {
 void showPeople(QStandardItemModel &model, const QList<Person> &people) {
   model.setRowCount(0);
   model.setHorizontalHeaderLabels({"Nom", "Prénom", "Naissance", "Prochaine dose"});
-  for (const Person &person : people) model.appendRow(lineOf(person));
+  for (const Person &person : people) model.appendRow(rowOf(person));
 }
 
 void showVaccinations(QStandardItemModel &model, const Person &person) {

@@ -9,14 +9,13 @@
 
 namespace registry {
 
-// The role of what a line is sorted by, in each column, and of what is searched in, in the first
-// one.
+// What a row is sorted by, in each column, and what is searched in, in the first one.
 enum Role { kSortRole = Qt::UserRole, kSearchRole };
 
 // In lower case and without accents, as it is searched for.
 QString plain(const QString &text);
 
-// A line for each person, or for each vaccination of one, in their order.
+// A row for each person, or for each vaccination of one, in their order.
 void showPeople(QStandardItemModel &model, const QList<Person> &people);
 void showVaccinations(QStandardItemModel &model, const Person &person);
 

@@ -15,24 +15,26 @@
 #include <korvel/desktop.h>
 #include <korvel/files.h>
 #include <korvel/profile.h>
+#include <korvel/tables.h>
 
 #include "text.h"
 
 namespace registry {
 namespace {
 
-constexpr char kFolder[] = "Registre:personnes", kBooklets[] = "Registre:carnets",
-               kSettings[] = "Registre:registre.ini", kSuffix[] = ".per";
+constexpr char kVolume[] = "Registre", kPeople[] = "Registre:personnes",
+               kBooklets[] = "Registre:carnets", kSettings[] = "Registre:registre.ini",
+               kSuffix[] = ".per";
 constexpr char kPerson[] = "Personne", kVaccinations[] = "Vaccinations";
 constexpr int kDigits = 4;
 
 // ---- Files ----
 
-QString fileName(int number) {
-  return QString("%1").arg(number, kDigits, 10, QLatin1Char('0')) + QLatin1String(kSuffix);
+QString fileName(int number, const char *suffix = kSuffix) {
+  return QString("%1").arg(number, kDigits, 10, QLatin1Char('0')) + QLatin1String(suffix);
 }
 
-std::string pathOf(int number) { return kFolder + (':' + fileName(number).toStdString()); }
+std::string pathOf(int number) { return kPeople + (':' + fileName(number).toStdString()); }
 
 QString systemPath(const std::string &path) {
   char out[256];
@@ -47,8 +49,6 @@ bool haveFolder(const QString &path) {
   return folder.isDir() || (QDir().mkpath(folder.path()) && QDir().mkdir(path, kPrivate));
 }
 
-bool haveFolder(const char *path) { return haveFolder(systemPath(path)); }
-
 bool isReadable(const std::string &path) {
   const int file = File_Open(path.c_str(), 1, 0);
   if (file >= 0) File_Close(file);
@@ -56,23 +56,20 @@ bool isReadable(const std::string &path) {
 }
 
 // A write to a file that may not be read would succeed with nothing written.
-bool writeSection(const Person &person, const char *section, const QStringList &lines) {
+bool writeSection(const Person &person, const char *section, const QStringList &entries) {
   const std::string path = pathOf(person.number);
   if (File_Is_Existing(path.c_str()) != 0 && !isReadable(path)) return false;
-  const std::string text = toBytes(lines.join("\r\n"));
+  const std::string text = toBytes(entries.join("\r\n"));
   return WritePrivateProfileSection(section, text.c_str(), path.c_str()) == 1;
 }
 
-QStringList names;
-
-int addName(const char *name) {
-  names.append(fromBytes(name));
-  return 0;
-}
-
 QStringList filesOfPeople() {
+  static QStringList names;
   names.clear();
-  Dir_ProcessFiles(kFolder, kSuffix, addName);
+  Dir_ProcessFiles(kPeople, kSuffix, [](const char *name) {
+    names.append(fromBytes(name));
+    return 0;
+  });
   names.sort();
   return names;
 }
@@ -84,17 +81,14 @@ int highestNumber() {
   return highest;
 }
 
-// ---- A person as lines ----
+// ---- A person as entries of a profile ----
 
-QString line(const char *key, const QString &value) { return QLatin1String(key) + u'=' + value; }
-
-QStringList linesOf(const Person &person) {
-  return {line("nom", person.name), line("prenom", person.firstName), line("sexe", person.sex),
-          line("naissance", QString::number(toNumber(person.birth))),
-          line("remarques", person.remarks)};
+QStringList entriesOf(const Person &person) {
+  return {"nom=" + person.name, "prenom=" + person.firstName, "sexe=" + person.sex,
+          "naissance=" + QString::number(toNumber(person.birth)), "remarques=" + person.remarks};
 }
 
-QString lineOf(const Vaccination &dose) {
+QString valueOf(const Vaccination &dose) {
   return QStringList{QString::number(toNumber(dose.day)), dose.vaccine, dose.lot, dose.practitioner,
                      QString::number(toNumber(dose.due))}
       .join(u'\t');
@@ -106,8 +100,9 @@ QString valueIn(const std::string &path, const char *key) {
   return fromBytes(text);
 }
 
-// The values of a person's vaccinations, in the order of their lines. By their numbers those behind
-// a gap would not be found, and so be lost at the next write. Nothing where they cannot be read.
+// The values of a person's vaccinations, in the order of their entries. By their numbers those
+// behind a gap would not be found, and so be lost at the next write. Nothing where they cannot be
+// read.
 std::optional<QStringList> dosesIn(const std::string &path) {
   QFile file(systemPath(path));
   if (!file.open(QIODevice::ReadOnly)) return {};
@@ -126,8 +121,8 @@ std::optional<QStringList> dosesIn(const std::string &path) {
 }
 
 // Nothing where a part is missing or is not what it should be.
-std::optional<Vaccination> vaccinationOf(const QString &line) {
-  const QStringList parts = line.split(u'\t');
+std::optional<Vaccination> vaccinationOf(const QString &value) {
+  const QStringList parts = value.split(u'\t');
   if (parts.size() != 5) return {};
   const Vaccination dose{fromNumber(parts[0].toInt()), parts[1], parts[2], parts[3],
                          fromNumber(parts[4].toInt())};
@@ -146,8 +141,8 @@ std::optional<Person> readPerson(int number) {
                 {}};
   const auto doses = dosesIn(path);
   if (person.name.isEmpty() || !person.birth.isValid() || !doses) return {};
-  for (const QString &text : *doses) {
-    const auto dose = vaccinationOf(text);
+  for (const QString &value : *doses) {
+    const auto dose = vaccinationOf(value);
     if (!dose) return {};
     person.vaccinations.append(*dose);
   }
@@ -167,12 +162,14 @@ QString openRegister() {
   if (volumes.size() >= static_cast<int>(sizeof szVolumes))
     return QString("Le chemin du dossier est trop long\u00A0: %1").arg(folder);
   qstrncpy(szVolumes, volumes.constData(), sizeof szVolumes);
-  if (!haveFolder(folder) || !haveFolder(kVolume) || !haveFolder(kFolder))
-    return QString("Le dossier ne peut pas être créé\u00A0: %1").arg(folder);
+  for (const QString &each :
+       {folder, systemPath(kVolume), systemPath(kPeople), systemPath(kBooklets)})
+    if (!haveFolder(each)) return QString("Le dossier ne peut pas être créé\u00A0: %1").arg(each);
   const QString table = systemPath(std::string(kVolume) + ":vaccins.tab");
   const QString initial = QCoreApplication::applicationDirPath() + "/tables/vaccins.tab";
   if (!QFile::exists(table) && !QFile::copy(initial, table))
     return QString("La table des vaccins ne peut pas être copiée\u00A0: %1").arg(initial);
+  setDirTables(kVolume);
   return {};
 }
 
@@ -194,19 +191,19 @@ Contents readRegister() {
 bool savePerson(Person &person) {
   Person saved = person;
   if (saved.number == 0) saved.number = highestNumber() + 1;
-  if (!writeSection(saved, kPerson, linesOf(saved))) return false;
+  if (!writeSection(saved, kPerson, entriesOf(saved))) return false;
   person.number = saved.number;
   return true;
 }
 
 bool saveVaccinations(const Person &person) {
-  QStringList lines;
+  QStringList entries;
   for (const Vaccination &dose : person.vaccinations)
-    lines.append(QString::number(lines.size() + 1) + u'=' + lineOf(dose));
-  return writeSection(person, kVaccinations, lines);
+    entries.append(QString::number(entries.size() + 1) + u'=' + valueOf(dose));
+  return writeSection(person, kVaccinations, entries);
 }
 
-bool removePerson(const Person &person) { return MACRemove(pathOf(person.number).c_str()) == 0; }
+bool erasePerson(const Person &person) { return MACRemove(pathOf(person.number).c_str()) == 0; }
 
 QString unkeepable(const QString &text) {
   if (text.contains(u'[')) return "le crochet «\u00A0[\u00A0»";
@@ -225,9 +222,7 @@ void keepPractitioner(const QString &name) {
 }
 
 QString bookletPath(const Person &person) {
-  if (!haveFolder(kBooklets)) return {};
-  const QString name = fileName(person.number).replace(QLatin1String(kSuffix), ".pdf");
-  return systemPath(kBooklets + (':' + name.toStdString()));
+  return systemPath(kBooklets + (':' + fileName(person.number, ".pdf").toStdString()));
 }
 
 }  // namespace registry

@@ -11,8 +11,6 @@
 
 namespace registry {
 
-inline constexpr char kVolume[] = "Registre";
-
 // Where volumes are: REGISTER_VOLUMES, else the user's folder for data of this application. Makes
 // the folders, for their owner alone, and puts the table of vaccines there. Returns why that is not
 // possible; empty when it is done.
@@ -27,7 +25,7 @@ Contents readRegister();
 // A person without a number gets one. False, with the disk as it was, when that is not possible.
 bool savePerson(Person &person);
 bool saveVaccinations(const Person &person);
-bool removePerson(const Person &person);
+bool erasePerson(const Person &person);
 
 // What a profile cannot keep in this text: empty when it can keep it.
 QString unkeepable(const QString &text);
@@ -36,8 +34,7 @@ QString unkeepable(const QString &text);
 QString lastPractitioner();
 void keepPractitioner(const QString &name);
 
-// A file of the system for the person's booklet, in the folder "Registre:carnets", which is made.
-// Empty when it cannot be.
+// A file of the system for the person's booklet.
 QString bookletPath(const Person &person);
 
 }  // namespace registry

@@ -6,7 +6,6 @@
 #include <korvel/codecs.h>
 #include <korvel/tables.h>
 
-#include "store.h"
 #include "text.h"
 
 namespace registry {
@@ -19,18 +18,8 @@ enum Column { kLabel = 1, kMonths = 2 };
 std::string columnOf(const QString &code, Column column) {
   const std::string key = toBytes(code);
   char text[256] = "";
-  setDirTables(kVolume);
   ZRV_Libelle_NC(key.c_str(), static_cast<int>(key.size()), column, kTable, text, sizeof text);
   return text;
-}
-
-std::string choices;
-
-void addChoice(char *fields) {
-  const char *label = fields + std::char_traits<char>::length(fields) + 1;
-  if (*fields == '\0' || *label == '\0') return;
-  if (!choices.empty()) choices += '+';
-  choices += label;
 }
 
 }  // namespace
@@ -42,7 +31,6 @@ QString vaccineLabel(const QString &code) {
 
 QString vaccineCode(const QString &label) {
   char code[256] = "";
-  setDirTables(kVolume);
   const int isFound =
       ZRV_Code_NC(toBytes(label).c_str(), kLabel, kTable, code, static_cast<int>(sizeof code));
   return isFound != 0 ? fromBytes(code) : QString();
@@ -55,9 +43,14 @@ int monthsToNext(const QString &code) {
 }
 
 std::string vaccineChoices() {
+  static std::string choices;
   choices.clear();
-  setDirTables(kVolume);
-  ZRV_Table_scan(kTable, nullptr, nullptr, addChoice);
+  ZRV_Table_scan(kTable, nullptr, nullptr, [](char *fields) {
+    const char *label = fields + std::char_traits<char>::length(fields) + 1;
+    if (*fields == '\0' || *label == '\0') return;
+    if (!choices.empty()) choices += '+';
+    choices += label;
+  });
   return choices;
 }
 

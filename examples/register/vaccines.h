@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The practice's table of vaccines: "Registre:vaccins.tab".
+// The practice's table of vaccines, "Registre:vaccins.tab", once the register is open.
 #ifndef REGISTER_VACCINES_H
 #define REGISTER_VACCINES_H
 

@@ -46,8 +46,8 @@ QTableView *tableOf(QAbstractItemModel *model) {
 }  // namespace
 
 Window::Window()
-    : lines_(new QStandardItemModel(this)),
-      vaccinations_(new QStandardItemModel(this)),
+    : peopleModel_(new QStandardItemModel(this)),
+      vaccinationsModel_(new QStandardItemModel(this)),
       filter_(new QSortFilterProxyModel(this)) {
   setWindowTitle("Registre des vaccinations");
   auto *sides = new QSplitter;
@@ -58,6 +58,7 @@ Window::Window()
   setCentralWidget(sides);
   makeActions();
   resize(980, 620);
+  showSelected();  // nobody, as an empty register leaves it
   reload(0);
   search_->setFocus();
 }
@@ -98,8 +99,8 @@ QWidget *Window::peopleSide() {
   search_->setClearButtonEnabled(true);
   connect(search_, &QLineEdit::textChanged,
           [this](const QString &text) { filter_->setFilterFixedString(plain(text.simplified())); });
-  showPeople(*lines_, {});  // the columns, to be sorted by
-  filter_->setSourceModel(lines_);
+  showPeople(*peopleModel_, {});  // the columns, to be sorted by
+  filter_->setSourceModel(peopleModel_);
   filter_->setFilterRole(kSearchRole);
   filter_->setSortRole(kSortRole);
   peopleView_ = tableOf(filter_);
@@ -122,7 +123,7 @@ QWidget *Window::bookletSide() {
   auto *area = new QScrollArea;
   area->setWidget(booklet_);
   area->setWidgetResizable(true);
-  vaccinationsView_ = tableOf(vaccinations_);
+  vaccinationsView_ = tableOf(vaccinationsModel_);
   vaccinationsView_->setAccessibleName("Vaccinations");
   connect(vaccinationsView_, &QTableView::activated, this, &Window::editVaccination);
   connect(vaccinationsView_->selectionModel(), &QItemSelectionModel::selectionChanged, this,
@@ -143,14 +144,13 @@ void Window::reload(int number) {
   Contents contents = readRegister();
   peopleView_->clearSelection();
   people_ = std::move(contents.people);
-  showPeople(*lines_, people_);
+  showPeople(*peopleModel_, people_);
   peopleView_->resizeColumnsToContents();
   int chosen = 0;
   for (int row = 0; row < people_.size(); ++row)
     if (people_[row].number == number)
-      chosen = std::max(filter_->mapFromSource(lines_->index(row, 0)).row(), 0);
+      chosen = std::max(filter_->mapFromSource(peopleModel_->index(row, 0)).row(), 0);
   peopleView_->selectRow(chosen);
-  showSelected();
   showCounts();
   if (contents.unreadable == unreadable_) return;
   unreadable_ = contents.unreadable;
@@ -170,7 +170,7 @@ void Window::showCounts() {
 
 void Window::showSelected() {
   const Person *person = selected();
-  showVaccinations(*vaccinations_, person != nullptr ? *person : Person());
+  showVaccinations(*vaccinationsModel_, person != nullptr ? *person : Person());
   vaccinationsView_->resizeColumnsToContents();
   booklet_->setPerson(person);
   for (QAction *each : forPerson_) each->setEnabled(person != nullptr);
@@ -213,7 +213,7 @@ void Window::removePerson() {
   if (!mayLose(this, caption,
                QString("Supprimer %1 et toutes ses vaccinations\u00A0?").arg(fullName(person))))
     return;
-  if (!registry::removePerson(person)) warn(this, caption, "La fiche n’a pas pu être supprimée.");
+  if (!erasePerson(person)) warn(this, caption, "La fiche n’a pas pu être supprimée.");
   reload(0);
 }
 
@@ -244,7 +244,7 @@ void Window::removeVaccination() {
 void Window::makeBooklet() {
   const Person person = *selected();
   const QString caption = "Carnet PDF", path = bookletPath(person);
-  if (path.isEmpty() || !writePages(person, path))
+  if (!writePages(person, path))
     warn(this, caption, "Le carnet n’a pas pu être écrit.");
   else
     tell(this, caption,

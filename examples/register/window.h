@@ -47,7 +47,7 @@ class Window : public QMainWindow {
   void search();
 
   QList<Person> people_;
-  QStandardItemModel *lines_, *vaccinations_;
+  QStandardItemModel *peopleModel_, *vaccinationsModel_;
   QSortFilterProxyModel *filter_;
   QTableView *peopleView_ = nullptr, *vaccinationsView_ = nullptr;
   QLineEdit *search_ = nullptr;

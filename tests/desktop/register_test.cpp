@@ -105,7 +105,7 @@ void expectNothingTold(const Application &application) {
 TEST_F(Register, KeepsWhatIsEnteredAndWritesTheBooklet) {
   auto application = start();
   ASSERT_TRUE(comesUp(kMain));
-  press("ctrl+n");
+  press("ctrl+p ctrl+n");  // nobody's booklet, first
   ASSERT_TRUE(comesUp(kNew));
   write("Lefèvre");
   press("Tab");
