@@ -203,7 +203,11 @@ bool saveVaccinations(const Person &person) {
   return writeSection(person, kVaccinations, entries);
 }
 
-bool erasePerson(const Person &person) { return MACRemove(pathOf(person.number).c_str()) == 0; }
+bool erasePerson(const Person &person) {
+  const QString booklet = bookletPath(person);
+  if (QFile::exists(booklet) && !QFile::remove(booklet)) return false;
+  return MACRemove(pathOf(person.number).c_str()) == 0;
+}
 
 QString unkeepable(const QString &text) {
   if (text.contains(u'[')) return "le crochet «\u00A0[\u00A0»";

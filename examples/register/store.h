@@ -25,6 +25,7 @@ Contents readRegister();
 // A person without a number gets one. False, with the disk as it was, when that is not possible.
 bool savePerson(Person &person);
 bool saveVaccinations(const Person &person);
+// And the booklet, as the next new person may get the number. False where the person is still kept.
 bool erasePerson(const Person &person);
 
 // What a profile cannot keep in this text: empty when it can keep it.

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 // The vaccination register: the library's dialogs over a window of the application's own, what is
 // kept on the disk, and the booklet.
+#include <algorithm>
 #include <cstdio>
+#include <ctime>
 #include <filesystem>
 #include <fstream>
 #include <initializer_list>
@@ -53,7 +55,7 @@ class Register : public testing::Test {
   std::string path(const std::string &name) const { return folder_ + "/Registre/" + name; }
 
   void keep(const std::string &name, const std::string &bytes) const {
-    std::filesystem::create_directories(path("personnes"));
+    std::filesystem::create_directories(std::filesystem::path(path(name)).parent_path());
     std::ofstream(path(name), std::ios::binary) << bytes;
   }
   void keepZoe() const { keep("personnes/0001.per", std::string(kRecord) + kDoses); }
@@ -94,6 +96,24 @@ void writeDose(std::initializer_list<const char *> date, const char *lot) {
   }
   press("Tab");
   write(lot);
+}
+
+// "Oui" to the question whether something may be lost.
+void loseIt(const std::string &caption) {
+  ASSERT_TRUE(comesUp(caption));
+  press("alt+o");
+  ASSERT_TRUE(comesUp(kMain));
+}
+
+// As a record keeps it; in a year the 29th of February is the 28th.
+std::string today(int laterYears = 0) {
+  const std::time_t now = std::time(nullptr);
+  std::tm day = *std::localtime(&now);
+  day.tm_year += laterYears;
+  if (laterYears > 0 && day.tm_mon == 1) day.tm_mday = std::min(day.tm_mday, 28);
+  char text[9];
+  std::strftime(text, sizeof text, "%Y%m%d", &day);
+  return text;
 }
 
 // The library has told of nothing: neither of a misuse nor of a failure.
@@ -241,6 +261,47 @@ TEST_F(Register, ADamagedRecordIsToldAndStaysAsItIs) {
     EXPECT_EQ(kept(name(i)), damaged[i]);
     EXPECT_EQ(start({"--carnet", std::to_string(i + 1), path("zoe.pdf")}).wait(), 1) << i;
   }
+}
+
+TEST_F(Register, ADoseIsEditedAndRemovedAndThenThePersonWithHerBooklet) {
+  keepZoe();
+  keep("carnets/0001.pdf", "made before");
+  auto application = start();
+  ASSERT_TRUE(comesUp(kMain));
+  press("Tab Tab Tab Down ctrl+shift+m");  // the second dose
+  ASSERT_TRUE(comesUp(kDoseOfZoe));
+  press("Tab Tab Tab Tab ctrl+a");
+  write("u[9");
+  press("Return");
+  ASSERT_TRUE(comesUp(kRefused)) << "the profile would lose what follows the bracket";
+  press("Return");
+  ASSERT_TRUE(comesUp(kDoseOfZoe));
+  EXPECT_EQ(kept("personnes/0001.per"), std::string(kRecord) + kDoses);
+  press("ctrl+a");
+  write("u9");
+  press("shift+Tab space Return");
+  ASSERT_TRUE(comesUp(kMain));
+  const std::string flu = std::string(kRecord) + "\r\n[Vaccinations]\r\n1=" + today() +
+                          "\tGRI\tU9\tDr M\xFCller\t" + today(1) + "\r\n";
+  const std::string other = "2=20200304\tDTP\tU34-B\tDr M\xFCller\t";
+  EXPECT_EQ(kept("personnes/0001.per"), flu + other + "20400304\r\n");
+
+  // Now the other one is the second; the check box rules its date.
+  press("Down ctrl+shift+m");
+  ASSERT_TRUE(comesUp(kDoseOfZoe));
+  press("Tab Tab Tab Tab Tab Tab space Return");
+  ASSERT_TRUE(comesUp(kMain));
+  EXPECT_EQ(kept("personnes/0001.per"), flu + other + "0\r\n");
+
+  press("Down alt+v Down Down Return");
+  loseIt("Supprimer une vaccination");
+  EXPECT_EQ(kept("personnes/0001.per"), flu);
+  press("alt+p Down Down Return");
+  loseIt("Supprimer une personne");
+  for (const char *left : {"personnes", "carnets"})
+    EXPECT_TRUE(std::filesystem::is_empty(path(left))) << left;
+  EXPECT_EQ(leave(application), 0);
+  expectNothingTold(application);
 }
 
 TEST_F(Register, ALongBookletHasAllDosesOnItsPages) {
