@@ -19,7 +19,7 @@ namespace registry {
 namespace {
 
 // Everything is placed in pixels of this many an inch, and as sharp as the resolution.
-constexpr int kPixels = 96, kResolution = 600;
+constexpr int kPixelsPerInch = 96, kResolution = 600;
 
 constexpr int kLeft = 60, kRight = 734, kTop = 60, kBottom = 1030, kFoot = 1068, kRow = 22;
 constexpr char kFont[] = "Arial";
@@ -55,42 +55,43 @@ class Pages {
   void font(int size, int colour, int style = KorvelPlain) {
     ch_font_set_ext(port_, kFont, colour, KorvelTransparent, size, style);
   }
-  void text(int x, int width, const QString &text) { drawFitted(port_, x, y_, width, text); }
+  void write(int x, int width, const QString &text) { drawFitted(port_, x, y_, width, text); }
 
   void drawPerson() {
     font(22, KorvelNavy, KorvelBold);
-    text(kLeft, kRight - kLeft, "Carnet de vaccination");
+    write(kLeft, kRight - kLeft, "Carnet de vaccination");
     y_ += 38;
     font(15, KorvelBlack, KorvelBold);
-    text(kLeft, kRight - kLeft, fullName(person_));
+    write(kLeft, kRight - kLeft, fullName(person_));
     y_ += 24;
     font(12, KorvelBlack);
     const QString sex = person_.sex.isEmpty() ? QString() : ", " + person_.sex.toLower();
-    text(kLeft, kRight - kLeft, "Né(e) le " + shown(person_.birth) + sex);
+    write(kLeft, kRight - kLeft, "Né(e) le " + shown(person_.birth) + sex);
     y_ += 18;
     if (!person_.remarks.isEmpty())
-      text(kLeft, kRight - kLeft, "Remarques\u00A0: " + person_.remarks);
+      write(kLeft, kRight - kLeft, "Remarques\u00A0: " + person_.remarks);
     y_ += 34;
   }
 
   void drawTitles() {
     font(12, KorvelNavy, KorvelBold);
-    for (const Column &column : kColumns) text(column.x, column.width, column.title);
+    for (const Column &column : kColumns) write(column.x, column.width, column.title);
     y_ += kRow;
     Line_Ex(port_, kLeft, y_ - 4, kRight, y_ - 4, KorvelNavy, 1);
   }
 
   void drawDose(const Vaccination &dose) {
-    if (y_ > kBottom) turn();
+    if (y_ > kBottom) newPage();
     font(12, KorvelBlack);
     const QString texts[] = {shown(dose.day), vaccineLabel(dose.vaccine), dose.lot,
                              dose.practitioner, shown(dueAfter(person_, dose))};
-    for (int i = 0; i < 5; ++i) text(kColumns[i].x, kColumns[i].width, texts[i]);
+    for (std::size_t i = 0; i < std::size(kColumns); ++i)
+      write(kColumns[i].x, kColumns[i].width, texts[i]);
     y_ += kRow;
     Line_Ex(port_, kLeft, y_ - 4, kRight, y_ - 4, KorvelSilver, 1);
   }
 
-  void turn() {
+  void newPage() {
     pdf_.newPage();
     ++page_;
     drawFoot();
@@ -101,10 +102,10 @@ class Pages {
   void drawFoot() {
     font(11, KorvelGrey);
     y_ = kFoot;
-    text(kLeft, kRight - kLeft,
-         QString("%1, carnet du %2, page %3")
-             .arg(fullName(person_), shown(QDate::currentDate()))
-             .arg(page_));
+    write(kLeft, kRight - kLeft,
+          QString("%1, carnet du %2, page %3")
+              .arg(fullName(person_), shown(QDate::currentDate()))
+              .arg(page_));
     y_ = kTop;
   }
 
@@ -127,7 +128,7 @@ bool draw(QSaveFile &file, const Person &person) {
   setUp(pdf, person);
   QPainter painter;
   if (!painter.begin(&pdf)) return false;
-  painter.scale(1.0 * kResolution / kPixels, 1.0 * kResolution / kPixels);
+  painter.scale(1.0 * kResolution / kPixelsPerInch, 1.0 * kResolution / kPixelsPerInch);
   Pages(pdf, painter, person).draw();
   return painter.end();
 }
