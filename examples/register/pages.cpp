@@ -36,11 +36,8 @@ constexpr Column kColumns[] = {{60, 76, "Date"},
 
 class Pages {
  public:
-  Pages(QPdfWriter &pdf, QPainter &painter, const Person &person)
-      : pdf_(pdf), person_(person), port_(KorvelPainterPort(&painter)) {}
-  ~Pages() { KorvelPortRelease(port_); }
-  Pages(const Pages &) = delete;
-  Pages &operator=(const Pages &) = delete;
+  Pages(QPdfWriter &pdf, CGrafPtr port, const Person &person)
+      : pdf_(pdf), person_(person), port_(port) {}
 
   void draw() {
     drawFoot();
@@ -129,7 +126,10 @@ bool draw(QSaveFile &file, const Person &person) {
   QPainter painter;
   if (!painter.begin(&pdf)) return false;
   painter.scale(1.0 * kResolution / kPixelsPerInch, 1.0 * kResolution / kPixelsPerInch);
-  Pages(pdf, painter, person).draw();
+  const CGrafPtr port = KorvelPainterPort(&painter);
+  if (port == nullptr) return false;
+  Pages(pdf, port, person).draw();
+  KorvelPortRelease(port);
   return painter.end();
 }
 

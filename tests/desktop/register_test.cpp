@@ -46,10 +46,11 @@ class Register : public testing::Test {
   }
   ~Register() override { std::filesystem::remove_all(folder_); }
 
-  Application start(const std::vector<std::string> &arguments = {}) const {
+  Application start(const std::vector<std::string> &arguments = {},
+                    const std::string &setting = "KORVEL_DEBUG=1") const {
     std::vector<std::string> command{REGISTER};
     command.insert(command.end(), arguments.begin(), arguments.end());
-    return Application(command, {"REGISTER_VOLUMES=" + folder_, "KORVEL_DEBUG=1"});
+    return Application(command, {"REGISTER_VOLUMES=" + folder_, setting});
   }
 
   std::string path(const std::string &name) const { return folder_ + "/Registre/" + name; }
@@ -336,6 +337,9 @@ TEST_F(Register, WritesABookletWithoutAWindowOrSaysWhyNot) {
   auto incomplete = start({"--carnet", "1"});
   EXPECT_EQ(incomplete.wait(), 2);
   EXPECT_EQ(incomplete.errors().size(), 1u);
+  std::filesystem::remove(pdf);
+  EXPECT_EQ(start({"--carnet", "1", pdf}, "KORVEL_DESKTOP=/nowhere/korvel-qt.so").wait(), 1);
+  EXPECT_FALSE(std::filesystem::exists(pdf));
   EXPECT_TRUE(std::filesystem::is_fifo(pipe));
 }
 
