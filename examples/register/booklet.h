@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// A widget of the application's own in which the library draws: a person's name and timeline.
+// A widget of the application's own in which the library draws: a person's name, remarks and
+// timeline.
 #ifndef REGISTER_BOOKLET_H
 #define REGISTER_BOOKLET_H
 
@@ -11,10 +12,12 @@ namespace registry {
 
 class Booklet : public QWidget {
  public:
-  using QWidget::QWidget;
+  Booklet();
 
   // Null shows nobody.
   void setPerson(const Person *person);
+
+  int heightForWidth(int width) const override;
 
  protected:
   void paintEvent(QPaintEvent *event) override;

@@ -11,6 +11,7 @@
 #include <korvel/desktop.h>
 #include <korvel/draw.h>
 
+#include "fitted.h"
 #include "text.h"
 #include "timeline.h"
 #include "vaccines.h"
@@ -42,8 +43,7 @@ class Pages {
   void draw() {
     drawFoot();
     drawPerson();
-    drawTimeline(port_, person_, kLeft, y_, kRight - kLeft);
-    y_ += timelineHeight(person_) + kRow;
+    y_ += drawTimeline(port_, person_, kLeft, y_, kRight - kLeft) + kRow;
     drawTitles();
     for (const Vaccination &dose : person_.vaccinations) drawDose(dose);
   }
@@ -65,9 +65,7 @@ class Pages {
     const QString sex = person_.sex.isEmpty() ? QString() : ", " + person_.sex.toLower();
     write(kLeft, kRight - kLeft, "Né(e) le " + shown(person_.birth) + sex);
     y_ += 18;
-    if (!person_.remarks.isEmpty())
-      write(kLeft, kRight - kLeft, "Remarques\u00A0: " + person_.remarks);
-    y_ += 34;
+    y_ += drawWrapped(port_, kLeft, y_, kRight - kLeft, shownRemarks(person_)) + 18;
   }
 
   void drawTitles() {

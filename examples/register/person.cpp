@@ -8,6 +8,10 @@ namespace registry {
 
 QString fullName(const Person &person) { return person.firstName + u' ' + person.name; }
 
+QString shownRemarks(const Person &person) {
+  return person.remarks.isEmpty() ? QString() : "Remarques\u00A0: " + person.remarks;
+}
+
 QString ageOn(QDate day, QDate birth) {
   constexpr int kInfancy = 24;
   if (!birth.isValid() || birth > day) return {};

@@ -29,6 +29,9 @@ struct Person {
 
 QString fullName(const Person &person);
 
+// As they are told; empty where there are none.
+QString shownRemarks(const Person &person);
+
 // "48 ans", for a child of less than two years "7 mois". Empty for one that is still to be born.
 QString ageOn(QDate day, QDate birth);
 

@@ -7,7 +7,7 @@
 
 #include <korvel/draw.h>
 
-#include "text.h"
+#include "fitted.h"
 #include "vaccines.h"
 
 namespace registry {
@@ -59,15 +59,18 @@ class Scale {
   int first_, years_;
 };
 
-void drawYears(CGrafPtr port, const Scale &scale, int y, int height) {
+int drawNote(CGrafPtr port, int x, int y, const QString &text) {
+  constexpr int kWidth = 200;
   ch_font_set(port, kFont, KorvelGrey, KorvelTransparent, 11);
+  return drawFitted(port, x, y, kWidth, text);
+}
+
+void drawYears(CGrafPtr port, const Scale &scale, int y, int height) {
   const int step = scale.step();
   for (int year = (scale.first() + step - 1) / step * step; year <= scale.last(); year += step) {
     const int x = scale.atYear(year);
     Line_Ex(port, x, y + kHead - 4, x, y + height, KorvelSilver, 1);
-    if (year == scale.last()) continue;
-    ch_font_set(port, kFont, KorvelGrey, KorvelTransparent, 11);
-    drawFitted(port, x + 3, y, 40, QString::number(year));
+    if (year < scale.last()) drawNote(port, x + 3, y, QString::number(year));
   }
 }
 
@@ -103,37 +106,18 @@ void drawKey(CGrafPtr port, int x, int y) {
   } kKeys[] = {{KorvelTeal, "dose administrée"}, {KorvelWhite, "prochaine dose"}};
   for (const auto &key : kKeys) {
     Rectangle_Ex(port, x, y + 2, kMark, kMark, key.colour);
-    ch_font_set(port, kFont, KorvelGrey, KorvelTransparent, 11);
     x += kMark + 6;
-    x += drawFitted(port, x, y, 200, key.text) + 18;
+    x += drawNote(port, x, y, key.text) + 18;
   }
   Line_Ex(port, x, y + 5, x + 14, y + 5, KorvelRed, 4);
-  ch_font_set(port, kFont, KorvelGrey, KorvelTransparent, 11);
-  drawFitted(port, x + 24, y, 200, "retard");
+  drawNote(port, x + 24, y, "retard");
 }
 
 }  // namespace
 
-int drawFitted(CGrafPtr port, int x, int y, int width, const QString &text) {
-  constexpr std::size_t kLongest = 255;
-  std::string bytes = toBytes(text).substr(0, kLongest);
-  int cx = 0, cy = 0;
-  const auto isTooWide = [&] {
-    return GetTextExtent_0(port, bytes.c_str(), static_cast<int>(bytes.size()), &cx, &cy) > width;
-  };
-  constexpr char kMore[] = "\x85";
-  if (isTooWide()) bytes += kMore;
-  while (bytes.size() > 1 && isTooWide()) bytes.erase(bytes.size() - 2, 1);
-  return TextOut_0(port, x, y, bytes.c_str(), static_cast<int>(bytes.size()));
-}
-
-int timelineHeight(const Person &person) {
-  return kHead + kRow * static_cast<int>(vaccinesOf(person).size()) + kKey;
-}
-
-void drawTimeline(CGrafPtr port, const Person &person, int x, int y, int width) {
+int drawTimeline(CGrafPtr port, const Person &person, int x, int y, int width) {
   const QStringList codes = vaccinesOf(person);
-  if (codes.isEmpty()) return;
+  if (codes.isEmpty()) return 0;
   const Scale scale(person, x + kLabels, width - kLabels);
   const int height = kHead + kRow * static_cast<int>(codes.size());
   drawYears(port, scale, y, height);
@@ -145,6 +129,7 @@ void drawTimeline(CGrafPtr port, const Person &person, int x, int y, int width) 
     top += kRow;
   }
   drawKey(port, x + kLabels, y + height + 12);
+  return height + kKey;
 }
 
 }  // namespace registry

@@ -9,14 +9,8 @@
 
 namespace registry {
 
-// In pixels, with the line of years above and the key below.
-int timelineHeight(const Person &person);
-
-void drawTimeline(CGrafPtr port, const Person &person, int x, int y, int width);
-
-// A text of plain drawing, cut at its end where it is wider than the place for it. Returns its
-// width.
-int drawFitted(CGrafPtr port, int x, int y, int width, const QString &text);
+// With the line of years above and the key below. Returns its height.
+int drawTimeline(CGrafPtr port, const Person &person, int x, int y, int width);
 
 }  // namespace registry
 

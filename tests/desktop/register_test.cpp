@@ -66,6 +66,21 @@ class Register : public testing::Test {
     return {std::istreambuf_iterator<char>(file), {}};
   }
 
+  // Of 500 characters, as many as the form takes; the last word is longer than a line.
+  static std::string longRemark() {
+    std::string remark;
+    for (int i = 0; remark.size() < 400; ++i) remark += "allergie" + std::to_string(i) + ' ';
+    return remark + std::string(500 - remark.size(), 'W');
+  }
+  static std::string recordWith(const std::string &remark) {
+    const std::string record = kRecord;
+    return record.substr(0, record.find("remarques=")) + "remarques=" + remark + "\r\n";
+  }
+  static std::string withoutBlanks(std::string text) {
+    std::erase(text, ' ');
+    return text;
+  }
+
   // The words of a PDF file with one blank between them.
   static std::string textOf(const std::string &pdf) {
     std::string text;
@@ -115,6 +130,27 @@ std::string today(int laterYears = 0) {
   char text[9];
   std::strftime(text, sizeof text, "%Y%m%d", &day);
   return text;
+}
+
+constexpr Colour kTeal{0, 128, 128}, kRed{255, 0, 0};
+
+// The first row and how many there are with a band of the colour, longer than a mark or a sign of
+// the key.
+struct Rows {
+  int first = 0, count = 0;
+};
+Rows bandsOf(const Picture &picture, Colour colour) {
+  constexpr int kLongerThanAMark = 30;
+  Rows rows;
+  for (int y = 0; y < picture.height; ++y) {
+    int run = 0, longest = 0;
+    for (int x = 0; x < picture.width; ++x) {
+      run = picture.at(x, y) == colour ? run + 1 : 0;
+      longest = std::max(longest, run);
+    }
+    if (longest >= kLongerThanAMark && rows.count++ == 0) rows.first = y;
+  }
+  return rows;
 }
 
 // The library has told of nothing: neither of a misuse nor of a failure.
@@ -303,6 +339,33 @@ TEST_F(Register, ADoseIsEditedAndRemovedAndThenThePersonWithHerBooklet) {
     EXPECT_TRUE(std::filesystem::is_empty(path(left))) << left;
   EXPECT_EQ(leave(application), 0);
   expectNothingTold(application);
+}
+
+TEST_F(Register, TheBookletOfTheWindowShowsTheRemarksAndBandsUntilTheNextDoses) {
+  keep("personnes/0001.per", recordWith(longRemark()) + kDoses);
+  auto application = start();
+  const auto booklet = [] { return picture(400, 70, 560, 330); };
+  ASSERT_TRUE(comesUp(kMain));
+  const Rows teal = bandsOf(booklet(), kTeal), red = bandsOf(booklet(), kRed);
+  EXPECT_EQ(teal.count, 4);
+  EXPECT_EQ(red.count, 4);
+  EXPECT_LT(red.first, teal.first) << "the vaccine that was given first is not in front";
+  press("ctrl+m");
+  ASSERT_TRUE(comesUp(kZoe));
+  press("Tab Tab Tab Tab Tab Tab ctrl+a Delete Return");
+  ASSERT_TRUE(comesUp(kMain));
+  constexpr int kFourLines = 60;
+  EXPECT_GT(teal.first, bandsOf(booklet(), kTeal).first + kFourLines);
+  EXPECT_EQ(leave(application), 0);
+  expectNothingTold(application);
+}
+
+TEST_F(Register, ALongRemarkIsWholeInTheBooklet) {
+  keep("personnes/0001.per", recordWith(longRemark()));
+  const std::string pdf = path("zoe.pdf");
+  ASSERT_EQ(start({"--carnet", "1", pdf}).wait(), 0);
+  EXPECT_NE(withoutBlanks(textOf(pdf)).find(withoutBlanks(longRemark())), std::string::npos)
+      << textOf(pdf);
 }
 
 TEST_F(Register, ALongBookletHasAllDosesOnItsPages) {
