@@ -100,17 +100,17 @@ void drawVaccine(CGrafPtr port, const Person &person, const QString &code, const
 }
 
 void drawKey(CGrafPtr port, int x, int y) {
-  constexpr struct {
-    int colour;
-    const char *text;
-  } kKeys[] = {{KorvelTeal, "dose administrée"}, {KorvelWhite, "prochaine dose"}};
-  for (const auto &key : kKeys) {
-    Rectangle_Ex(port, x, y + 2, kMark, kMark, key.colour);
-    x += kMark + 6;
-    x += drawNote(port, x, y, key.text) + 18;
-  }
-  Line_Ex(port, x, y + 5, x + 14, y + 5, KorvelRed, 4);
-  drawNote(port, x + 24, y, "retard");
+  const auto name = [&](const char *text) {
+    x += kMark + 6 + drawNote(port, x + kMark + 6, y, text) + 18;
+  };
+  Rectangle_Ex(port, x, y + 2, kMark, kMark, KorvelTeal);
+  name("dose administrée");
+  Rectangle_Ex(port, x, y + 2, kMark, kMark, KorvelWhite);
+  name("prochaine dose");
+  drawBand(port, x - kMark / 2, x + kMark, y + 7, KorvelRed);
+  name("retard");
+  Line_Ex(port, x + kMark / 2, y, x + kMark / 2, y + 14, KorvelNavy, 1);
+  name("aujourd’hui");
 }
 
 }  // namespace
@@ -128,7 +128,7 @@ int drawTimeline(CGrafPtr port, const Person &person, int x, int y, int width) {
     drawVaccine(port, person, code, scale, x, top);
     top += kRow;
   }
-  drawKey(port, x + kLabels, y + height + 12);
+  drawKey(port, x, y + height + 12);
   return height + kKey;
 }
 

@@ -216,6 +216,7 @@ TEST_F(Register, KeepsWhatIsEnteredAndWritesTheBooklet) {
   const std::string text = textOf(path("carnets/0001.pdf"));
   for (const char *words :
        {"Carnet de vaccination Zoé Lefèvre Né(e) le 03/02/2001, féminin Remarques : l’œuf",
+        "dose administrée prochaine dose retard aujourd’hui",
         "Date Vaccin Lot Praticien Prochaine dose",
         "04/03/2020 Diphtérie-tétanos-poliomyélite U34-B Dr Müller 04/03/2040",
         "02/01/2019 Grippe saisonnière G1 Dr Müller 02/01/2020"})
