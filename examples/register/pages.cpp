@@ -30,9 +30,9 @@ struct Column {
   const char *title;
 };
 constexpr Column kColumns[] = {{60, 76, "Date"},
-                               {140, 204, "Vaccin"},
-                               {350, 104, "Lot"},
-                               {460, 170, "Praticien"},
+                               {140, 172, "Vaccin"},
+                               {318, 152, "Lot"},
+                               {476, 158, "Praticien"},
                                {640, 94, "Prochaine dose"}};
 
 class Pages {
