@@ -31,24 +31,47 @@ std::string inLine(int number) { return "line " + std::to_string(number); }
 
 // ---- Bytes ----
 
-// Whether bytes are rather a character of UTF-8 than several of CP1252: in a French text only
-// letters that CP1252 has too are worth the doubt.
-bool isRatherUtf8(std::string_view character) {
-  return character.size() > 2 || (character.size() == 2 && byteOf(character));
+// Whether the bytes of a character of UTF-8 are as well what ends a word of French in CP1252: an
+// accented letter, and signs behind it.
+bool mayEndWord(std::string_view character) {
+  constexpr std::string_view kLetters =
+      "\xC7\xC8\xC9\xCA\xCB\xCE\xCF\xD4\xD9\xDB\xDC\xE0\xE2\xE7\xE8\xE9\xEA\xEB\xEE\xEF\xF4";
+  constexpr std::string_view kSigns = "\x85\x91\x92\x93\x94\x96\x97\x99\xA0\xAB\xAE\xB0\xB7\xBB";
+  return kLetters.find(character[0]) != std::string_view::npos &&
+         character.find_first_not_of(kSigns, 1) == std::string_view::npos;
+}
+
+bool isUtf8(std::string_view bytes) {
+  for (std::size_t i = 0; i < bytes.size();) {
+    const std::size_t length = firstCharacter(bytes.substr(i));
+    if (length == 0) return false;
+    i += length;
+  }
+  return true;
+}
+
+// Whether the first bytes of a text are rather a character of UTF-8 than several of CP1252. A
+// letter that CP1252 has too is worth the doubt anywhere; any other one only where all of the line
+// can be UTF-8.
+bool isRatherUtf8(std::string_view character, bool isLineUtf8) {
+  if (character.size() < 2) return false;
+  return byteOf(character) || (isLineUtf8 && !mayEndWord(character));
 }
 
 // The first place of a line that is not CP1252 as it should be.
 void checkBytes(const Line &line, Findings &findings) {
+  std::size_t i = 0;
   if (line.number == 1 && line.bytes.starts_with(kUtf8Mark)) {
     findings.add(1, "UTF-8: the file begins with a byte order mark");
+    i = kUtf8Mark.size();
   }
-  for (std::size_t i = 0; i < line.bytes.size(); ++i) {
+  const bool isLineUtf8 = isUtf8(line.bytes);
+  for (; i < line.bytes.size(); ++i) {
     const char byte = line.bytes[i];
     if (static_cast<unsigned char>(byte) < 0x80) continue;
     const std::string_view rest = line.bytes.substr(i);
     const std::string_view bytes = rest.substr(0, firstCharacter(rest));
-    if (isRatherUtf8(bytes)) {
-      if (bytes == kUtf8Mark) continue;
+    if (isRatherUtf8(bytes, isLineUtf8)) {
       findings.add(line.number,
                    "UTF-8: \"" + std::string(bytes) + "\" will be read as " + quoted(bytes));
       return;

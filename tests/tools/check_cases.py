@@ -4,6 +4,12 @@ from workbench import Workbench, real_tables, table_bytes
 
 GOOD = table_bytes('01,Consultation,23', '02,Visite,30')
 
+# Of CP1252 each; several of them, or parts, are UTF-8 as well.
+FRENCH = ['CAFÉ” à ÀNBSPx été', '« NBSPsantéNBSP»', '«NBSPdéjàNBSP»', 'l’«NBSPétéNBSP»', 'làNBSP»',
+          'qualitéNBSP– prix', 'QUALITÉNBSP– PRIX', 'été…»', 'né…»', 'SANTÉ…', 'CAFÉ’', 'DOLIPRÉ®',
+          'trouvéNBSP° ou «NBSPNOËLNBSP»', 'Noël', 'É', '«NBSPÀNBSP»', 'allô…NBSP»']
+FRENCH = [text.replace('NBSP', '\xA0') for text in FRENCH]
+
 
 class Check(Workbench):
     def findings(self, content, *options, code=1):
@@ -24,8 +30,20 @@ class Check(Workbench):
              ['5: UTF-8: "’" will be read as "â€™"']),
             (b'\xEF\xBB\xBF' + GOOD, ['1: UTF-8: the file begins with a byte order mark']),
             (GOOD.replace(b'Visite', b'Vis\x81te'), ['5: the byte 81 is no character of CP1252']),
+            (GOOD.replace(b'Visite', b'\xEF\xBB\xBFVisite'),
+             ['5: UTF-8: "\uFEFF" will be read as "ï»¿"']),
+            (GOOD.replace(b'Actes', b'\xEF\xBB\xBFVisit\xC3\xA9'),
+             ['1: UTF-8: the file begins with a byte order mark',
+              '1: UTF-8: "é" will be read as "Ã©"']),
+            # Letters that CP1252 does not have; accents behind their letters; a sign.
+            (GOOD.replace(b'Visite', 'Wałęsa'.encode()), ['5: UTF-8: "ł" will be read as "Å‚"']),
+            (GOOD.replace(b'Visite', 'me\u0300re'.encode()),
+             ['5: UTF-8: "\u0300" will be read as "Ì€"']),
+            (GOOD.replace(b'Visite', 'e\u0301te\u0301'.encode()),
+             ['5: UTF-8: "\u0301" will be read as "Ì\x81"']),
+            (GOOD.replace(b'Visite', '≥ 3'.encode()), ['5: UTF-8: "≥" will be read as "â‰¥"']),
             # What only looks like it.
-            (GOOD.replace(b'Visite', b'CAF\xC9\x94 \xE0 \xC0\xA0x \xE9t\xE9'), []),
+            *[(GOOD.replace(b'Visite', text.encode('cp1252')), []) for text in FRENCH],
             # Line ends.
             (GOOD.replace(b'23\r\n', b'23\n'),
              ['4: a line feed without a carriage return in front']),
