@@ -118,6 +118,12 @@ void TableEdit::insertBehind(int line, const TableFile &table, const std::string
     insertBefore(line + 1, table, text);
     return;
   }
+  const std::vector<std::string_view> fields = fieldsOf(table.line(line).text);
+  const std::size_t last = fields.size() - 1;
+  if (replacesInPlace(fields, last)) {
+    replaceField(line, last, std::string(fields[last]) + std::string(kLineEnd) + text);
+    return;
+  }
   ZRV_Libelle_NC_set_ligne(line);
   if (ZRV_Libelle_NC_idem_insert("", 0, name_.c_str(), 1) != 1) failToWrite(path_);
   replaceField(line + 1, 0, text);

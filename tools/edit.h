@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Changes of one line of a table, each made by the library: the table is the old one or the new one
-// at any moment.
+// Changes of one line of a table, made by the library in one edit: the table is the old one or the
+// new one at any moment. Only a line behind a last one that has an empty field takes two.
 #ifndef KORVEL_TOOLS_EDIT_H
 #define KORVEL_TOOLS_EDIT_H
 

@@ -158,6 +158,18 @@ class Trouble(Workbench):
                 self.assertRegex(result.err, r'^korvel-tables: [^\n]+\n$')
                 self.assertEqual(self.files(), before)
 
+    def test_where_a_line_finds_no_room_behind_the_last_one_nothing_stands_there(self):
+        self.table.write_bytes(table_bytes('01,A')[:-6])
+        before = self.files()
+        room = len(before['actes.tab']) + 7  # for a line "Néant"
+
+        def limit_room():
+            signal.signal(signal.SIGXFSZ, signal.SIG_IGN)
+            resource.setrlimit(resource.RLIMIT_FSIZE, (room, room))
+
+        result = self.run_tool('insert', 'actes.tab', '02', 'Visite', preexec_fn=limit_room)
+        self.assertEqual((result.code, self.files()), (2, before))
+
 
 class Killed(Workbench):
     def test_a_killed_import_leaves_the_old_table_or_the_new_one(self):
