@@ -164,11 +164,11 @@ void TableFile::requireWhole() const {
   }
 }
 
-void TableFile::requireEditable() const {
+void TableFile::requireEditable(int first) const {
   requireData();
   requireWhole();
   for (const Line &line : lines_) {
-    if (line.feeds > 0)
+    if (line.feeds > 0 && line.number >= first)
       throw Failure(kFailed, path_ + ':' + std::to_string(line.number) +
                                  ": a line feed inside the line would be lost");
   }

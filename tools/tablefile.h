@@ -70,7 +70,8 @@ class TableFile {
   // Throws unless the library reads all of every line.
   void requireWhole() const;
   // Throws for a table of which the library, which writes every line anew, would drop something.
-  void requireEditable() const;
+  // Line feeds do not count in front of the first line.
+  void requireEditable(int first = 1) const;
 
  private:
   void split();

@@ -70,6 +70,21 @@ void restoreOne(const TableFile &table, const Heading &heading) {
   modify(table.path(), heading);
 }
 
+[[noreturn]] void refuseToRepair(const TableFile &table, const std::string &why) {
+  throw Failure(kUnlike, table.path() + ": cannot be repaired: " + why);
+}
+
+// What stands in front of "#DEBUT" is overwritten. Throws for data lines there.
+void requireHeading(const TableFile &table) {
+  if (table.line(table.begin() - 1).text.starts_with(kVersionMark)) return;
+  for (int number = 1; number < table.begin(); ++number) {
+    const std::string_view text = table.line(number).text;
+    if (codeOf(text).size() == text.size()) continue;
+    refuseToRepair(
+        table, "line " + std::to_string(number) + " has several fields, as if it were a data line");
+  }
+}
+
 }  // namespace
 
 // The library does not say whether there is a back-up now.
@@ -89,24 +104,23 @@ int runRepair(const Arguments &arguments) {
   const FolderLock lock(arguments.operand(0));
   const TableFile table(arguments.operand(0));
   if (isAsWanted(table, heading)) return kDone;
-  table.requireWhole();
-  switch (table.begin()) {
-    case 1:
-      restoreBoth(table.path(), heading);
-      return kDone;
-    case 2:
-      restoreOne(table, heading);
-      return kDone;
-    case 3:
-      modify(table.path(), heading);
-      return kDone;
-    default:
-      throw Failure(kUnlike, table.path() + ": cannot be repaired: " +
-                                 (table.begin() == 0
-                                      ? "it has no line \"#DEBUT\""
-                                      : "\"#DEBUT\" stands in line " +
-                                            std::to_string(table.begin()) + ", not in line 3"));
+  if (table.begin() == 0) refuseToRepair(table, "it has no line \"#DEBUT\"");
+  if (table.begin() > 3) {
+    refuseToRepair(
+        table, "\"#DEBUT\" stands in line " + std::to_string(table.begin()) + ", not in line 3");
   }
+  table.requireEditable(table.begin());
+  if (table.begin() == 1) {
+    restoreBoth(table.path(), heading);
+    return kDone;
+  }
+  requireHeading(table);
+  if (table.begin() == 2) {
+    restoreOne(table, heading);
+  } else {
+    modify(table.path(), heading);
+  }
+  return kDone;
 }
 
 }  // namespace korvel::tools

@@ -69,7 +69,8 @@ class Edit(Workbench):
         for other in ['02,' + 'a' * 1500, '02,A\0,B', '02,A\n02,B']:
             self.put('01,A', other)
             for edit in (['set', 'actes.tab', '01', '1', 'B'], ['insert', 'actes.tab', '03'],
-                         ['delete', 'actes.tab', '01']):
+                         ['delete', 'actes.tab', '01'],
+                         ['repair', 'actes.tab', '--title', 'T', '--version', 'V']):
                 with self.subTest(other=other[:6], edit=edit[0]):
                     self.expect_refused(*edit, err='actes.tab:5: ')
 
@@ -79,9 +80,12 @@ class Edit(Workbench):
         self.assertEqual(self.data(), ['01,A,B,C'])
 
     def test_insert_where_the_last_mark_is_missing(self):
-        self.table.write_bytes(table_bytes('01,A')[:-6])
-        self.expect(0, 'insert', 'actes.tab', '02', 'B')
-        self.assertEqual(self.table.read_bytes(), table_bytes('01,A', '02,B')[:-6])
+        for data in ([], ['01'], ['01,A'], ['00,Y,Z', '01,A,B'], ['01,A,'], ['01,,B'], ['']):
+            with self.subTest(data=data):
+                self.table.write_bytes(table_bytes(*data)[:-6])
+                self.expect(0, 'insert', 'actes.tab', '02')
+                new = ','.join(['02'] + ['Néant'] * (data[-1].count(',') if data else 0))
+                self.assertEqual(self.table.read_bytes(), table_bytes(*data, new)[:-6])
 
     def test_delete(self):
         for arguments, left in ([['01'], LINES[1:]],
@@ -209,7 +213,8 @@ class Edit(Workbench):
         lost_title = good.replace(b'Actes\r\n', b'')
         for broken in (good[19:], lost_title, good.replace(b'Version: 2\r\n', b''),
                        good.replace(b'Actes', b'Autre').replace(b': 2', b': 1'),
-                       good.replace(b'Version: 2', b'x'), good):
+                       good.replace(b'Version: 2', b'x'), good, lost_title.replace(b'2', b'2,5', 1),
+                       good.replace(b'Actes', b'A, B\n').replace(b': 2', b': 2+\n')):
             with self.subTest(broken=broken[:30]):
                 self.table.write_bytes(broken)
                 self.expect(0, 'repair', 'actes.tab', '--title', 'Actes', '--version', '2', out=[])
@@ -218,7 +223,10 @@ class Edit(Workbench):
     def test_a_heading_that_cannot_be_repaired_is_1(self):
         good = table_bytes(*LINES)
         for broken, why in ((good.replace(b'#DEBUT', b'#debut'), 'no line "#DEBUT"'),
-                            (good.replace(b'#DEBUT', b'x\r\n#DEBUT'), 'in line 4'), (b'', 'no line')):
+                            (good.replace(b'#DEBUT', b'x\r\n#DEBUT'), 'in line 4'), (b'', 'no line'),
+                            (b'01,A\r\n02\r\n#DEBUT\r\n#FIN\r\n', 'line 1 has several fields'),
+                            (b'01\r\n02+B\r\n#DEBUT\r\n#FIN\r\n', 'line 2 has several fields'),
+                            (b'01,A\r\n#DEBUT\r\n#FIN\r\n', 'line 1 has several fields')):
             with self.subTest(broken=broken[:40]):
                 self.table.write_bytes(broken)
                 self.expect(1, 'repair', 'actes.tab', '--title', 'T', '--version', 'V', err=why)
