@@ -24,7 +24,7 @@ void printLine(std::string_view text) { print(toUtf8(text) + '\n'); }
 
 void complain(const std::string &text) {
   std::fflush(stdout);
-  std::fprintf(stderr, "korvel-tables: %s\n", text.c_str());
+  std::fprintf(stderr, "korvel-tables: %s\n", onOneLine(text).c_str());
 }
 
 void finishOutput() {

@@ -13,7 +13,7 @@ void print(std::string_view utf8);
 // A line of a table, given in its bytes.
 void printLine(std::string_view text);
 
-// The line on standard error that says what went wrong.
+// The line on standard error that says what went wrong, one whatever arguments and paths it names.
 void complain(const std::string &text);
 
 // Writes what is left to write. To be called before the program ends with success.

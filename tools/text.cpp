@@ -2,6 +2,7 @@
 // CP1252 to UTF-8 and back by the library, and texts as messages show them.
 #include "tools/text.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <cstring>
 
@@ -28,6 +29,21 @@ Lead leadOf(unsigned char byte) {
 bool isSurrogate(char32_t code) { return code >= 0xD800 && code < 0xE000; }
 
 bool isControl(char byte) { return static_cast<unsigned char>(byte) < ' ' || byte == 0x7F; }
+
+// Also those that UTF-8 writes in two bytes.
+bool isControl(std::string_view character) {
+  return isControl(character[0]) || (character >= "\xC2\x80" && character < "\xC2\xA0");
+}
+
+std::string byNumber(std::string_view bytes) {
+  std::string out;
+  for (const char byte : bytes) {
+    char number[8];
+    std::snprintf(number, sizeof number, "\\x%02X", static_cast<unsigned char>(byte));
+    out += number;
+  }
+  return out;
+}
 
 }  // namespace
 
@@ -86,15 +102,20 @@ std::string quoted(std::string_view text) {
   constexpr std::size_t kRoom = 60;
   std::string out = "\"";
   for (const char byte : text.substr(0, kRoom)) {
-    if (isControl(byte)) {
-      char number[8];
-      std::snprintf(number, sizeof number, "\\x%02X", static_cast<unsigned char>(byte));
-      out += number;
-    } else {
-      out += toUtf8({&byte, 1});
-    }
+    out += isControl(byte) ? byNumber({&byte, 1}) : toUtf8({&byte, 1});
   }
   return out + (text.size() > kRoom ? "\"..." : "\"");
+}
+
+std::string onOneLine(std::string_view text) {
+  std::string out;
+  while (!text.empty()) {
+    const std::size_t length = firstCharacter(text);
+    const std::string_view first = text.substr(0, std::max<std::size_t>(length, 1));
+    out += length == 0 || isControl(first) ? byNumber(first) : std::string(first);
+    text.remove_prefix(first.size());
+  }
+  return out;
 }
 
 std::string capitals(std::string_view text) {

@@ -36,6 +36,9 @@ std::string fromUtf8(std::string_view utf8, const Missing &missing);
 // more than a line has room for.
 std::string quoted(std::string_view text);
 
+// Any bytes as one line of UTF-8: controls, and what is no UTF-8, by their numbers.
+std::string onOneLine(std::string_view text);
+
 // The same text with the capitals of its letters.
 std::string capitals(std::string_view text);
 

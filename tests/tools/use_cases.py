@@ -55,6 +55,26 @@ class Help(Workbench):
             with self.subTest(arguments=arguments):
                 self.expect_refused(*arguments, err=err)
 
+    def test_arguments_and_paths_make_no_second_line_and_no_bytes_that_are_no_utf_8(self):
+        self.put('01,A')
+        (self.folder / 'a\nb').mkdir()
+        for arguments, err in ((['a\nb'], 'no command "a\\x0Ab"'),
+                               (['list', 'x', 'a\x1B[2Jé'], 'not "a\\x1B[2Jé" as well'),
+                               (['list', '--a\nb'], 'unknown option --a\\x0Ab'),
+                               (['list', b'-\xC3\xA9'], 'unknown option -\\xC3 '),
+                               (['set', 'actes.tab', '01', 'a\rb', 'x'], 'not "a\\x0Db"'),
+                               (['set', 'actes.tab', '01', '1', 'a,b\nc'], '"a,b\\x0Ac": a ","'),
+                               (['set', 'actes.tab', '01', '1', 'Ω\x85'], '\\xC2\\x85"'),
+                               (['set', 'actes.tab', '01', '1', b'\xE9,x'], '"\\xE9,x": a ","'),
+                               (['show', 'no\nfile'], 'no\\x0Afile: No such'),
+                               (['show', 'a\nb'], 'a\\x0Ab: Is a directory'),
+                               (['show', b'\xE9.tab'], '\\xE9.tab: No such'),
+                               (['export', 'actes.tab', '--format', 'a\nb'], 'not "a\\x0Ab"')):
+            with self.subTest(arguments=arguments):
+                self.expect_refused(*arguments, err=err)
+        self.expect(1, 'find', 'actes.tab', 'a\nb', err='code "a\\x0Ab" not found\n')
+        self.expect(1, 'delete', 'actes.tab', 'aé\n', err='"aé\\x0A" not found\n')
+
     def test_manual_and_completion_know_every_option(self):
         tools = workbench.project / 'tools'
         manual = (tools / 'korvel-tables.1').read_text().replace('\\-', '-').replace('\\fR', '')
