@@ -59,8 +59,10 @@ bool printDifference(const Lines &oldLines, const Lines &newLines) {
 int runDiff(const Arguments &arguments) {
   const TableFile oldTable(arguments.operand(0));
   oldTable.requireData();
+  oldTable.requireWhole();
   const TableFile newTable(arguments.operand(1));
   newTable.requireData();
+  newTable.requireWhole();
   auto oldLines = linesByCode(oldTable);
   auto newLines = linesByCode(newTable);
   // A code of either table has a place in both.

@@ -111,6 +111,14 @@ class Look(Workbench):
             table_bytes(*reversed(LINES)).replace(b'02+V', b'02,V'))
         self.expect(0, 'diff', 'actes.tab', 'new.tab', out=[])
 
+    def test_what_diff_would_not_see_is_refused(self):
+        self.put('01,A')
+        for line in '01,' + 'x' * 1020, '01,A\0B':
+            (self.folder / 'new.tab').write_bytes(table_bytes('00,Z', line))
+            for tables in ('new.tab', 'actes.tab'), ('actes.tab', 'new.tab'), ('new.tab', 'new.tab'):
+                with self.subTest(line=line[:6], tables=tables):
+                    self.expect_refused('diff', *tables, err='new.tab:5: of ')
+
     def test_diff_counts_how_often_a_line_stands_there(self):
         self.put('01,A', '01,A')
         (self.folder / 'new.tab').write_bytes(table_bytes('01,A'))
