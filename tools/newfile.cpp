@@ -34,7 +34,10 @@ constexpr int kEndingSignals[] = {SIGINT, SIGTERM, SIGHUP};
 
 void removeAtSignals(const std::string &path) {
   std::strncpy(unfinished, path.c_str(), sizeof unfinished - 1);
-  for (const int signal : kEndingSignals) std::signal(signal, removeAndEnd);
+  for (const int signal : kEndingSignals) {
+    // What runs on at a hang-up still does.
+    if (std::signal(signal, removeAndEnd) == SIG_IGN) std::signal(signal, SIG_IGN);
+  }
 }
 
 // Has these signals wait for the end of the object, so that none comes between a file and its name.

@@ -238,6 +238,22 @@ class Killed(Workbench):
             self.assertEqual(len(after), 1 if number == signal.SIGKILL else 0)
 
 
+    def test_an_import_that_no_hang_up_shall_end_goes_on(self):
+        self.put('01,A')
+        (self.folder / 'list.csv').write_bytes(b'02,B\r\n')
+        with open(self.table, 'rb') as held:
+            fcntl.flock(held, fcntl.LOCK_EX)
+            process = subprocess.Popen(
+                [workbench.program, 'import', 'list.csv', 'actes.tab', '--title', 'Actes', '--version',
+                 '2'], cwd=self.folder,
+                preexec_fn=lambda: signal.signal(signal.SIGHUP, signal.SIG_IGN))
+            while len(self.files()) == 2 and process.poll() is None:
+                time.sleep(0.001)
+            process.send_signal(signal.SIGHUP)
+        self.assertEqual(process.wait(), 0)
+        self.assertEqual(self.table.read_bytes(), table_bytes('02,B'))
+
+
 class SlowRun:
     """The program in a folder of its own, where what it waits for comes late: the other end of the
     pipe that it reads, or the lock of the folder in which it edits."""
