@@ -27,6 +27,15 @@ ALLOWED = {
 # The public headers that each folder may use: those of the folders below it and its own.
 SHARED_HEADERS = ['types', 'desktop', 'version']
 
+
+def included(source):
+    return re.findall(r'^\s*#\s*include\s*["<]([^">]+)', source.read_text(), re.M)
+
+
+def top_of(name):
+    return name.split('/')[0]
+
+
 problems = []
 count = 0
 for source in sorted(root.glob('tools/*')):
@@ -34,20 +43,20 @@ for source in sorted(root.glob('tools/*')):
         continue
     count += 1
     problems += [f'{source.relative_to(root)} includes "{name}"'
-                 for name in re.findall(r'^\s*#\s*include\s+"([^"]+)"', source.read_text(), re.M)
-                 if not name.startswith('tools/')]
+                 for name in included(source)
+                 if '..' in name or (top_of(name) != 'tools' and (root / top_of(name)).is_dir())]
 for folder, others in ALLOWED.items():
     for source in sorted(root.glob(f'{folder}/**/*')):
         if source.suffix not in ('.cpp', '.h', '.c'):
             continue
         count += 1
-        for name in re.findall(r'^\s*#\s*include\s+"([^"]+)"', source.read_text(), re.M):
-            top = name.split('/')[0]
-            if top in ALLOWED and top not in [folder, 'base'] + others:
+        for name in included(source):
+            if '..' in name or (top_of(name) in ALLOWED
+                                and top_of(name) not in [folder, 'base'] + others):
                 problems.append(f'{source.relative_to(root)} includes "{name}"')
-        for name in re.findall(r'^\s*#\s*include\s+<korvel/(\w+)\.h>', source.read_text(), re.M):
-            if name not in SHARED_HEADERS + others + [folder]:
-                problems.append(f'{source.relative_to(root)} includes <korvel/{name}.h>')
+            header = re.fullmatch(r'korvel/(\w+)\.h', name)
+            if header and header[1] not in SHARED_HEADERS + others + [folder]:
+                problems.append(f'{source.relative_to(root)} includes <{name}>')
 if problems:
     sys.exit('\n'.join(problems))
 if count < 10:
