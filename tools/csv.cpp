@@ -26,8 +26,10 @@ CsvReader::CsvReader(std::string path, std::string_view content, char delimiter)
 
 bool CsvReader::next(std::vector<std::string> &fields) {
   fields.clear();
-  if (isAtEnd()) return false;
   ++line_;
+  for (; !isAtEnd() && isAtRowEnd(); ++line_) skipRowEnd();
+  if (isAtEnd()) return false;
+  hasCode_ = content_[position_] != plainEnd_[0];
   for (;;) {
     fields.push_back(readField(fields.size()));
     if (isAtEnd()) return true;
@@ -90,8 +92,8 @@ std::string csvRow(const std::vector<std::string> &fields, char delimiter) {
   std::string row;
   for (const std::string &field : fields) {
     if (&field != fields.data()) row += delimiter;
-    // A row of one empty field would be an empty line, which some programs skip.
-    const bool needsQuotes = fields.size() == 1 && field.empty();
+    // Without quotes an empty line would be no row, and an empty code a mistake.
+    const bool needsQuotes = &field == fields.data() && field.empty();
     if (!needsQuotes && field.find_first_of(quotedFor) == std::string::npos) {
       row += field;
       continue;

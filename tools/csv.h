@@ -15,8 +15,8 @@
 
 namespace korvel::tools {
 
-// Reads rows. A row ends with CR LF, LF or CR. Stricter than the RFC in one thing: a line end
-// inside quotes is refused, as no table can hold one.
+// Reads rows. A row ends with CR LF, LF or CR; one without any byte is none. Stricter than the RFC
+// in one thing: a line end inside quotes is refused, as no table can hold one.
 class CsvReader {
  public:
   // path: how messages call the file. content: has to outlive the reader.
@@ -24,6 +24,8 @@ class CsvReader {
 
   // Reads the next row into fields. Returns false at the end.
   bool next(std::vector<std::string> &fields);
+  // Whether the row just read has a first field, if only an empty one between quotes.
+  bool hasCode() const { return hasCode_; }
   // Bytes read so far.
   std::size_t position() const { return position_; }
   // Throws, naming the line of the row just read and a field of it, from 0.
@@ -42,6 +44,7 @@ class CsvReader {
   const std::string plainEnd_;  // what ends a field without quotes
   std::size_t position_ = 0;
   int line_ = 0;  // of the row being read
+  bool hasCode_ = false;
 };
 
 // A row as it is written, its end included.

@@ -45,6 +45,7 @@ class FieldMaker {
       : csv_(csv), isUtf8_(isUtf8), replacement_(replacement) {}
 
   std::string lineOf(const std::vector<std::string> &row) const {
+    if (!csv_.hasCode()) csv_.refuse(0, "the code is empty (\"\" if it has to be)");
     std::string line;
     for (std::size_t i = 0; i < row.size(); ++i) {
       if (i > 0) line += ',';

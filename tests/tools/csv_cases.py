@@ -38,7 +38,12 @@ class Import(Workbench):
             # Quotes.
             ('"01","d""Or"\r\n', ['01,d"Or'], []),
             ('"","",x\r\n', [',,x'], []),
-            ('01,A,\r\n,,\r\n""\r\n', ['01,A,', ',,', ''], []),
+            ('01,A,\r\n"",,\r\n""\r\n', ['01,A,', ',,', ''], []),
+            # Rows without any byte are none.
+            ('01,A\r\n\r\n', ['01,A'], []),
+            ('\n\n01,A\n\n\n02,B\n\r', ['01,A', '02,B'], []),
+            ('\r\n', [], []),
+            ('\uFEFF\r\ncode\r\n01,A', ['01,A'], ['--header']),
             ('01; A \r\n', ['01, A '.replace(',', ';')], []),
             # UTF-8, with a mark or without; CP1252.
             ('01,Été d’œufs €\r\n', ['01,Été d’œufs €'], []),
@@ -50,6 +55,7 @@ class Import(Workbench):
             ('01\tA\r\n', ['01,A'], ['--delimiter', '\t']),
             # A heading row.
             ('code,"la,bel"\r\n01,A\r\n', ['01,A'], ['--header']),
+            (',label\r\n01,A\r\n', ['01,A'], ['--header']),
             ('code\r\n', [], ['--header']),
             ('', [], []),
             # What a table cannot hold, replaced.
@@ -76,6 +82,9 @@ class Import(Workbench):
             ('01,A\r\n02,"a"b\r\n', [], place + '2: further text behind its closing quote'),
             ('01,A\r\n02,a"b"\r\n', [], place + '2: a quote in a field without quotes'),
             ('01,A\r\n02,a\0b\r\n', [], place + '2: a NUL'),
+            ('01,A\r\n,B\r\n', [], place + '1: the code is empty'),
+            ('01;A\r\n;;\r\n', ['--delimiter', ';'], place + '1: the code is empty'),
+            ('\n,B\n', [], place + '1: the code is empty'),
             ('01,A\r\n#FIN\r\n', [], place + '1: "#FIN" would count as the mark "#FIN"'),
             ('01,A\r\n"#DEBUT",x\r\n', [], place + '1: "#DEBUT" would count as the mark "#DEBUT"'),
             ('01,A\r\n????,x\r\n', [], place + '1: "????" would count as the mark "#FIN"'),
@@ -106,6 +115,8 @@ class Import(Workbench):
                             err='title cannot be empty')
         self.expect_refused('import', 'list.csv', 'actes.tab', '--title', 'a,b', '--version', '1',
                             err='separates fields')
+        self.expect_refused('import', 'list.csv', 'actes.tab', '--title', 'Version: 1', '--version',
+                            '1', err='would count as the version')
 
     def test_an_older_table_gives_way_as_a_whole_and_keeps_its_mode_and_its_link(self):
         self.put('09,Neuf', '10,Dix', title='Autre')
@@ -179,6 +190,10 @@ class Export(Workbench):
         self.assertEqual(self.export(), rows)
         self.assertEqual(self.export('--header'), [['code', 'column1', 'column2'], *rows])
         self.assertEqual(self.expect(0, 'export', 'actes.tab').lines[0], '01,"d""Or;"')
+        # An empty code is one knowingly.
+        self.put(',A', '')
+        self.assertEqual(self.expect(0, 'export', 'actes.tab').lines, ['"",A', '""'])
+        self.put('01,d"Or;')
         self.assertEqual(self.expect(0, 'export', 'actes.tab', '--delimiter', ';').lines[0],
                          '01;"d""Or;"')
 

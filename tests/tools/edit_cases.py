@@ -141,6 +141,8 @@ class Edit(Workbench):
             (['delete', 'actes.tab', '01', '--all', '--line', '4'], 'exclude each other'),
             (['repair', 'actes.tab', '--title', '#FIN', '--version', '1'], 'mark "#FIN"'),
             (['repair', 'actes.tab', '--title', '', '--version', '1'], 'title cannot be empty'),
+            (['repair', 'actes.tab', '--title', 'Version: 3', '--version', '1'],
+             '"Version: 3" would count as the version'),
             (['repair', 'actes.tab', '--title', 'T'], '--version is missing'),
         ]
         for arguments, why in rows:
