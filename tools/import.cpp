@@ -128,7 +128,7 @@ int runImport(const Arguments &arguments) {
   const std::string table = tableOf(arguments, heading);
   const FolderLock lock(arguments.operand(1));
   const std::string place = placeOf(arguments.operand(1));
-  const std::string name = libraryName(place);
+  const std::string name = libraryName(place, NewFile::kPattern.size());
   // Whoever makes a table by the library opens it to all, too.
   NewFile file(place, 0666);
   const std::string newName = libraryName(file.path());

@@ -112,7 +112,7 @@ mode_t usualMode() {
 
 NewFile::NewFile(const std::string &place, mode_t modeIfNew) : place_(place) {
   const std::string folder = place.substr(0, place.rfind('/') + 1);
-  path_ = folder + ".korvel-tables-XXXXXX";
+  path_ = folder + std::string(kPattern);
   struct stat old;
   const bool taken = isTaken(place, old);
   {

@@ -16,6 +16,9 @@ mode_t usualMode();
 // Where the program ends before, by an exception or a signal that asks it to, the file is removed.
 class NewFile {
  public:
+  // Its name until then.
+  static constexpr std::string_view kPattern = ".korvel-tables-XXXXXX";
+
   // place: an absolute path, from placeOf. A file that stands there already gives the new one its
   // owner, mode, access list and other attributes, as in an edit by the library; it has to be a
   // regular one that may be written. modeIfNew: where there is none.

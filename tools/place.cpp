@@ -3,6 +3,7 @@
 // directory is its folder's path with colons between the names.
 #include "tools/place.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
@@ -73,11 +74,13 @@ FolderLock::~FolderLock() {
   if (folder_ >= 0) close(folder_);
 }
 
-std::string libraryName(const std::string &path) {
+std::string libraryName(const std::string &path, std::size_t besideIt) {
   constexpr std::size_t kLongest = sizeof szVolumes - 3;
-  if (path.size() > kLongest) {
+  const std::size_t nameLength = path.size() - path.rfind('/') - 1;
+  const std::size_t longest = kLongest - (std::max(nameLength, besideIt) - nameLength);
+  if (path.size() > longest) {
     throw Failure(kFailed,
-                  path + ": the path is longer than " + std::to_string(kLongest) + " bytes");
+                  path + ": the path is longer than " + std::to_string(longest) + " bytes");
   }
   const std::string folder = folderOf(path);
   std::strcpy(szVolumes, "/");

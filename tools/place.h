@@ -3,6 +3,7 @@
 #ifndef KORVEL_TOOLS_PLACE_H
 #define KORVEL_TOOLS_PLACE_H
 
+#include <cstddef>
 #include <string>
 
 namespace korvel::tools {
@@ -15,8 +16,9 @@ std::string placeOf(const std::string &path);
 bool isSameFile(const std::string &a, const std::string &b);
 
 // Makes the folder of an absolute path the library's tables directory, and returns the name that
-// the table has there. path: from placeOf.
-std::string libraryName(const std::string &path);
+// the table has there. path: from placeOf. besideIt: how long a name in the same folder has to be
+// possible, too. Throws for a path that is too long for the library.
+std::string libraryName(const std::string &path, std::size_t besideIt = 0);
 
 // The same for an edit. Throws where a file stands that the library takes for the beginning of an
 // edit that was cut short, whose end would become the end of the table, or anything else, such as a

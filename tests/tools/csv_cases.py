@@ -139,6 +139,22 @@ class Import(Workbench):
                 self.expect_refused('import', csv_file, table, *HEADING,
                                     err=f'{table}: is the CSV file itself')
 
+    def test_a_path_that_leaves_no_room_beside_it_is_refused_by_its_name(self):
+        csv_file = self.csv('01,A\r\n')
+        for name, longest in ('a.tab', 237), ('x' * 16 + '.tab', 252), ('z' * 30 + '.tab', 253):
+            for length in longest, longest + 1:
+                with self.subTest(name=name, length=length):
+                    rest = length - len(str(self.folder.resolve())) - len(name) - 2
+                    table = self.folder / (name[0] * rest) / name
+                    table.parent.mkdir()
+                    if length == longest:
+                        self.expect(0, 'import', csv_file, table, *HEADING)
+                        self.assertEqual(table.read_bytes(), table_bytes('01,A'))
+                    else:
+                        self.expect(2, 'import', csv_file, table, *HEADING,
+                                    err=f'{name}: the path is longer than {longest} bytes')
+                        self.assertEqual(list(table.parent.iterdir()), [])
+
     def test_places_that_cannot_be_written_are_refused(self):
         self.csv('01,A\r\n')
         self.expect_refused('import', 'list.csv', '.', *HEADING, err='Is a directory')
