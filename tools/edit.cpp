@@ -153,6 +153,8 @@ int runSet(const Arguments &arguments) {
   changed[column] = text;
   checkLength(joined(changed));
   TableEdit edit(table.path());
+  Progress progress(1);
+  progress.beforeCall(1);
   if (replacesInPlace(fields, column)) {
     edit.replaceField(number, column, text);
   } else {
@@ -174,6 +176,8 @@ int runInsert(const Arguments &arguments) {
                                        arguments.operands().end());
   const std::string line = joined(newFields(texts, usualFields(table)));
   checkLength(line);
+  Progress progress(1);
+  progress.beforeCall(1);
   TableEdit(table.path()).insertBehind(before, table, line);
   return kDone;
 }
@@ -190,6 +194,7 @@ int runDelete(const Arguments &arguments) {
   if (!all) numbers = {lineChosen(table, arguments.operand(1), wanted)};
   TableEdit edit(table.path());
   Progress progress(numbers.size());
+  progress.beforeCall(0);
   for (std::size_t left = numbers.size(); left > 0; --left) {
     edit.remove(numbers[left - 1]);
     progress.at(numbers.size() - left + 1);

@@ -134,6 +134,8 @@ int runImport(const Arguments &arguments) {
   const std::string newName = libraryName(file.path());
   file.write(table);
   file.finish();
+  Progress progress(1);
+  progress.beforeCall(1);
   if (ZRV_Table_modify(newName.c_str(), name.c_str(), heading.version.c_str(),
                        heading.title.c_str()) != 1) {
     failToWrite(place);

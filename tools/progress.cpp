@@ -35,6 +35,12 @@ void Progress::at(std::size_t done) {
   show(done);
 }
 
+// An edit takes about as long as the look at the table before it.
+void Progress::beforeCall(std::size_t done) {
+  next_ = std::min(next_, programsBeginning + kPatience / 2);
+  at(done);
+}
+
 void Progress::show(std::size_t done) {
   constexpr std::size_t kWidth = 40;
   done = std::min(done, total_);  // a file may grow while it is read

@@ -20,6 +20,9 @@ class Progress {
 
   // So many steps are done. Cheap enough to be called after each.
   void at(std::size_t done);
+  // So many are, and the library is called, which does not tell how far it is: shows that at once,
+  // unless what came before is short.
+  void beforeCall(std::size_t done);
 
  private:
   using Clock = std::chrono::steady_clock;

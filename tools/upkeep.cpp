@@ -11,6 +11,7 @@
 #include "tools/failure.h"
 #include "tools/heading.h"
 #include "tools/place.h"
+#include "tools/progress.h"
 #include "tools/tablefile.h"
 
 namespace korvel::tools {
@@ -94,7 +95,11 @@ int runBackup(const Arguments &arguments) {
   const std::string before = contentOf(path);
   const std::string place = placeOf(path);
   const std::string backUp = backUpOf(place);
-  ZRV_Table_sauvegarde(libraryName(place).c_str(), 1);
+  {
+    Progress progress(1);
+    progress.beforeCall(1);
+    ZRV_Table_sauvegarde(libraryName(place).c_str(), 1);
+  }
   if (!isFileOf(before, backUp)) failToWrite(backUp);
   return kDone;
 }
@@ -110,6 +115,8 @@ int runRepair(const Arguments &arguments) {
         table, "\"#DEBUT\" stands in line " + std::to_string(table.begin()) + ", not in line 3");
   }
   table.requireEditable(table.begin());
+  Progress progress(1);
+  progress.beforeCall(1);
   if (table.begin() == 1) {
     restoreBoth(table.path(), heading);
     return kDone;

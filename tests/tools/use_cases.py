@@ -9,6 +9,7 @@ import pty
 import random
 import re
 import resource
+import select
 import signal
 import subprocess
 import time
@@ -337,6 +338,32 @@ class Bar(Workbench):
         for command, seen in self.seen(pty.openpty).items():
             with self.subTest(command=command):
                 self.assertRegex(seen, f'^{self.SHOWN}+$')
+
+    def test_the_bar_stays_while_the_library_is_at_work(self):
+        runs = []
+        for arguments in self.RUNS:
+            if arguments[0] not in ('set', 'insert', 'delete', 'repair', 'import'):
+                continue
+            ours, theirs = pty.openpty()
+            run = SlowRun(self.folder / arguments[0],
+                          [argument.replace('new.tab', 'actes.tab') for argument in arguments],
+                          self.TABLE, theirs)
+            os.close(theirs)
+            # The library waits for it.
+            held = os.open(run.folder / 'actes.tab', os.O_RDONLY)
+            fcntl.flock(held, fcntl.LOCK_EX)
+            runs.append((arguments[0], run, ours, held))
+        time.sleep(1.1)
+        for _, run, _, _ in runs:
+            run.go_on()
+        for command, run, ours, held in runs:
+            with self.subTest(command=command):
+                seen = b''
+                while not seen.endswith(b' %') or select.select([ours], [], [], 0.2)[0]:
+                    seen += os.read(ours, 4096)  # raises at the end of the run
+                os.close(held)
+                self.assertRegex(all_that_comes(ours), '\r\x1b\\[K$')
+                self.assertEqual(run.process.wait(), 0)
 
     def test_elsewhere_there_is_no_bar(self):
         self.assertEqual(set(self.seen(os.pipe).values()), {''})
