@@ -1,6 +1,7 @@
 # SPDX-License-Identifier: MIT
 # shellcheck shell=bash
-# Completes the commands of korvel-tables, their options, and files where files belong.
+# Completes the commands of korvel-tables, their options, and files where files belong, as
+# the shell does by itself.
 
 # Prints the options of a command.
 _korvel_tables_options() {
@@ -33,8 +34,7 @@ _korvel_tables() {
       --column | --date | --dates | --line | --after | --title | --version | --delimiter | \
         --replace) return ;;
       *)
-        compopt -o filenames 2>/dev/null
-        mapfile -t COMPREPLY < <(compgen -f -- "$word")
+        compopt -o default 2>/dev/null
         return
         ;;
     esac

@@ -104,10 +104,34 @@ class Help(Workbench):
         for words, expected in ((['l'], {'list'}), ([''], {*COMMANDS, '--help', '--version'}),
                                 (['export', 'x', '--format', ''], {'csv', 'sqlite', 'postgres'}),
                                 (['import', '--encoding', 'u'], {'utf-8'}),
-                                (['check', ''], {'actes.tab'}),
                                 (['find', 'x', '--column', ''], set())):
             with self.subTest(words=words):
                 self.assertEqual(self.completed(completion, words), expected)
+
+    def test_files_are_completed_as_the_shell_does(self):
+        for name in 'a b.tab', "l'été.tab", 'x.tab':
+            (self.folder / name).write_bytes(table_bytes('01,A'))
+        (self.folder / 'd e').mkdir()
+        (self.folder / 'd e' / 'y.tab').write_bytes(table_bytes('01,A'))
+        completion = workbench.project / 'tools/korvel-tables.bash'
+        ours, theirs = pty.openpty()
+        shell = subprocess.Popen(['bash', '--norc', '--noprofile', '-i'], cwd=self.folder, stdin=theirs,
+                                 stdout=theirs, stderr=theirs, start_new_session=True,
+                                 env={**os.environ, 'TERM': 'dumb', 'LC_ALL': 'C.UTF-8', 'PS1': '',
+                                      'INPUTRC': '/dev/null', 'HISTFILE': ''})
+        os.close(theirs)
+        lines = [f"source '{completion}'", 'korvel-tables() { printf "<%s>" "$@"; echo; }']
+        lines += ['korvel-tables ' + typed + '\t' for typed in (
+            'check x', 'check a\\ ', 'check "a', "check 'a", 'check l', 'check d\ty', 'set x',
+            'export x.tab --output a\\ b', 'import x', 'find x.tab 01 --column x')]
+        os.write(ours, '\n'.join([*lines, 'exit', '']).encode())
+        seen = all_that_comes(ours)
+        self.assertEqual(shell.wait(), 0)
+        self.assertEqual(re.findall('^<.*>', seen, re.M), [
+            '<check><x.tab>', '<check><a b.tab>', '<check><a b.tab>', '<check><a b.tab>',
+            "<check><l'été.tab>", '<check><d e/y.tab>', '<set><x.tab>',
+            '<export><x.tab><--output><a b.tab>', '<import><x.tab>',
+            '<find><x.tab><01><--column><x>'])
 
 
 class Trouble(Workbench):
