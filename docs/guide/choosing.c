@@ -60,7 +60,6 @@ static int changed(int item, int textInUse, int textFirstItem, char **texts, int
 }
 
 int main(void) {
-  const int tabs[] = {32, 0};
   char chosen[128] = "";
 
   TailleDlgBox_set(220, 128);
@@ -85,7 +84,6 @@ int main(void) {
   TexteDlgBox_set_liste(kAct, "");
   TexteDlgBox_set_liste_buffer(kAct, rowsOf("Consultation", ""));
   TexteDlgBox_change_liste(kAct); /* the pop-up becomes a list */
-  TexteDlgBox_set_tabstops(kAct, tabs);
   TexteDlgBox_set(kAct, "");
 
   DlgBoxGlobal_set(changed);

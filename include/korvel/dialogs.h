@@ -215,7 +215,8 @@ KORVEL_API int TexteDlgBox_mandatory(int i, int on);
 KORVEL_API int TexteDlgBox_password(int i, int on);
 
 /* Copies tab positions, ended by 0, at most 127, into the field's row, which then ends in 0. Fields
-   5 to 19 have no row: nothing is copied. */
+   5 to 19 have no row: nothing is copied. The positions are kept for the application alone:
+   lists do not use them. */
 KORVEL_API int TexteDlgBox_set_tabstops(int i, const int *stops);
 
 /* Returns 1 when field i is marked acceptable, else 0. */

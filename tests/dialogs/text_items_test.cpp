@@ -494,6 +494,20 @@ class List : public TextItems {
   }
 };
 
+// Kept: lists do not use the tab stops.
+TEST_P(List, ShowsItsRowsWhateverTheTabStops) {
+  const int stops[] = {32, 0};
+  TexteDlgBox_set_tabstops(0, stops);
+  describe("C\tConsultation$V\tVisite", "");
+  expectDialog()
+      .check([&] {
+        EXPECT_EQ(TDB_ITABSTOPS[0][0], 32);
+        EXPECT_EQ(desk.entries(kItem), (std::vector<std::string>{"C\tConsultation", "V\tVisite"}));
+      })
+      .press(kCancel);
+  run();
+}
+
 TEST_P(List, RowsAreSplitAtDollarsOnly) {
   describe("F\xE9minin$a,b+c$$\x88", "");
   expectDialog()
