@@ -51,6 +51,19 @@ static int changed(int item, int textInUse, int textFirstItem, char **texts, int
   return 2;
 }
 
+/* Refuses a fee that would be two columns. */
+static int accepted(WindowRef window, int textInUse, char **texts, int textCount, int boolInUse,
+                    int *bools, int boolCount, int intInUse, int *ints, int intCount, int numInUse,
+                    double *nums, int numCount, int dateInUse, int *dates, int dateCount) {
+  (void)textInUse, (void)textCount, (void)boolInUse, (void)bools, (void)boolCount;
+  (void)intInUse, (void)ints, (void)intCount, (void)numInUse, (void)nums, (void)numCount;
+  (void)dateInUse, (void)dates, (void)dateCount;
+  if (!strpbrk(texts[kFee], ",+")) return 1;
+  DlgBoxFinal_MessageBox(window, french("Écrivez le tarif avec un point."),
+                         french("Saisie non acceptée"), KorvelCautionIcon);
+  return 0;
+}
+
 static void field(int i, const char *label, int y, int cx) {
   StaticDlgBox_set(i, french(label));
   StaticDlgBox_set_geo(i, 10, y, 44, 12);
@@ -59,7 +72,7 @@ static void field(int i, const char *label, int y, int cx) {
 }
 
 int main(void) {
-  char codes[256] = "", code[16] = "";
+  char codes[256] = "", found[16] = "", code[16] = "", name[128] = "";
   snprintf(szVolumes, sizeof szVolumes, "%s/volumes", getenv("HOME"));
   strcpy(szDirTables, "Cabinet:tables");
   if (!File_Is_Existing("Cabinet:tables:actes.tab") && !makeTable()) {
@@ -68,8 +81,8 @@ int main(void) {
   }
   ZRV_Table_liste(kTable, codes, sizeof codes);
   printf("codes : %s\n", codes);
-  if (ZRV_CodeNCS_NC("CONSULTATION", kNameColumn, kTable, code, sizeof code))
-    printf("une consultation est %s\n", code);
+  if (ZRV_CodeNCS_NC("CONSULTATION", kNameColumn, kTable, found, sizeof found))
+    printf("une consultation est %s\n", found);
 
   TailleDlgBox_set(190, 92);
   StaticDlgBox_param(kTexts);
@@ -77,12 +90,15 @@ int main(void) {
   field(kCode, "Code", 12, 30);
   field(kName, "Acte", 30, 120);
   field(kFee, "Tarif (€)", 48, 40);
+  TexteDlgBox_set_ncarac(kCode, sizeof code - 1);
   DlgBoxGlobal_set(changed);
+  DlgBoxFinal_set(accepted);
   if (!ZRVDlgBoxEx("Tarif d'un acte", 0)) return 0;
 
-  /* What was typed over the fee is the new fee of that line. */
+  /* What was typed over the fee is the new fee of that line. A line without a name, such as the
+     first and last ones of the file, is no act. */
   TexteDlgBox_retrieve(kCode, code, sizeof code);
-  if (ZRV_Libelle_NC(code, (int)strlen(code), 0, kTable, NULL, 0) &&
+  if (ZRV_Libelle_NC(code, (int)strlen(code), kNameColumn, kTable, name, sizeof name) && *name &&
       ZRV_Libelle_NC_idem_replace("", 0, kFeeColumn, kTable, TDB_pszBuffer[kFee]))
     printf("%s : %s\n", code, TDB_pszBuffer[kFee]);
   return 0;
