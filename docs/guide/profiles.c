@@ -18,6 +18,9 @@ static void field(int i, const char *label, int y) {
   StaticDlgBox_set_geo(i, 10, y, 56, 12);
 }
 
+/* A "[" in a value ends its section when another key is looked for. */
+static int isValue(const char *text) { return strchr(text, '[') == NULL; }
+
 static int save(void) {
   char slot[16];
   intdco_i(IDB_iInts[kSlot], slot, sizeof slot);
@@ -49,6 +52,10 @@ int main(void) {
   IntDlgBox_set(kSlot, GetPrivateProfileInt("Agenda", "creneau", 20, kProfile), KorvelPositive);
 
   if (!ZRVDlgBoxEx(french("Réglages"), 0)) return 0;
+  if (!isValue(TDB_pszBuffer[kName]) || !isValue(TDB_pszBuffer[kPhone])) {
+    puts("Un nom et un téléphone n’ont pas de « [ ».");
+    return 1;
+  }
   puts(save() ? "Enregistré" : "Les réglages ne sont pas enregistrés.");
   return 0;
 }
