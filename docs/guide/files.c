@@ -31,15 +31,18 @@ static int readLetter(const char *path, char *text, int size) {
   return 1;
 }
 
-/* The names of the letters, with a dollar sign between them: the rows of a list. */
+/* The names of the letters, with a dollar sign between them: the rows of a list. A name with a
+   dollar sign of its own would be two rows, so it is left out. */
 static char *rowsOfLetters(void) {
   static char paths[kRows][kRow], rows[kRows * kRow];
   int count = Dir_FindFiles(paths[0], kFolder, kRows, "*.txt");
   if (count > kRows) count = kRows;
   Dir_SortFiles(paths[0], count);
   for (int i = 0; i < count; i++) {
+    const char *name = strrchr(paths[i], ':') + 1;
+    if (strchr(name, '$')) continue;
     if (*rows) strcat(rows, "$");
-    strcat(rows, strrchr(paths[i], ':') + 1);
+    strcat(rows, name);
   }
   return rows;
 }
