@@ -6,6 +6,7 @@
 #include <string>
 
 #include <QApplication>
+#include <QFile>
 #include <QPageLayout>
 #include <QPainter>
 #include <QPrinter>
@@ -45,6 +46,17 @@ void drawReceipt(CGrafPtr port) {
   amount(port, 140, "Total", "40,76 €");
 }
 
+// Qt does not say when a disk was full: then the end of the file is missing.
+bool isWhole(const char *path) {
+  QFile file(path);
+  return file.open(QIODevice::ReadOnly) && file.seek(file.size() - 6) && file.read(6) == "%%EOF\n";
+}
+
+int failed(const char *why) {
+  std::fprintf(stderr, "receipt.pdf: %s\n", why);
+  return 1;
+}
+
 }  // namespace
 
 int main(int argc, char **argv) {
@@ -57,13 +69,14 @@ int main(int argc, char **argv) {
       {QPageSize(QPageSize::A5), QPageLayout::Portrait, {15, 15, 15, 15}, QPageLayout::Millimeter});
 
   QPainter painter;
-  if (!painter.begin(&printer)) return 1;
+  if (!painter.begin(&printer)) return failed("cannot be written");
   const double scale = double(printer.resolution()) / kPixels;
   painter.scale(scale, scale);
   CGrafPtr port = KorvelPainterPort(&painter);
+  if (port == nullptr) return failed("there is no desktop module");
   drawReceipt(port);
   KorvelPortRelease(port);
-  painter.end();
+  if (!painter.end() || !isWhole("receipt.pdf")) return failed("is not whole");
   std::puts("receipt.pdf");
   return 0;
 }
