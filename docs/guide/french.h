@@ -8,12 +8,13 @@
 
 #include <korvel/strings.h>
 
-/* A text of a source, for the library. It stays until the eighth call from here. */
+/* A text of a source, for the library; empty where that has more than 255 bytes. It stays until the
+   eighth call from here. */
 static inline char *french(const char *utf8) {
   static char texts[8][256];
   static unsigned turn;
   char *text = texts[turn++ % 8];
-  KorvelFromUtf8(utf8, text, sizeof texts[0]);
+  if (KorvelFromUtf8(utf8, text, sizeof texts[0]) < 0) *text = '\0';
   return text;
 }
 

@@ -8,6 +8,7 @@
 
 #include <fcntl.h>
 #include <sys/file.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <korvel/korvel.h>
@@ -15,14 +16,17 @@
 #include "french.h"
 
 static const char kTable[] = "attente";
+static const char kFile[] = "Cabinet:tables:attente.tab";
 enum { kFirstText = 100, kFirstPush = 200 };
 
 /* What takes a look and then an edit is one step only while no other workstation edits between: all
-   take this lock first. It is a file of its own, as the library locks the table. */
+   take this lock first. It is a file of its own, as the library locks the table, and for all who
+   may enter the folder, as the table is. */
 static int lockWaitingRoom(void) {
   char posix[256];
   MAC2UNIX("Cabinet:tables:attente.lock", posix);
-  int lock = open(posix, O_RDWR | O_CREAT | O_CLOEXEC, 0660);
+  int lock = open(posix, O_RDWR | O_CREAT | O_CLOEXEC, 0666);
+  if (lock >= 0) fchmod(lock, 0666); /* refused where it is someone else's, who has done it */
   if (lock >= 0 && flock(lock, LOCK_EX) != 0) {
     close(lock);
     return -1;
@@ -30,10 +34,13 @@ static int lockWaitingRoom(void) {
   return lock;
 }
 
+/* Commas and pluses end fields of a table, a dollar sign ends a row of the list. */
+static int isName(const char *text) { return *text && !strpbrk(text, ",+$\r\n"); }
+
 /* A new line in front of the last one, with the time. */
 static int addPatient(const char *name) {
-  char now[13] = "", line[256];
-  if (strpbrk(name, ",+\r\n") || ZRV_Get_Date_long(now) != KorvelDoneStatus) return 0;
+  char now[13] = "", line[300];
+  if (ZRV_Get_Date_long(now) != KorvelDoneStatus) return 0;
   int lock = lockWaitingRoom();
   if (lock < 0) return 0;
   snprintf(line, sizeof line, "%s,%s\r\n#FIN", now, name);
@@ -55,10 +62,11 @@ static void addRow(char *fields) {
   strcat(rows, name);
 }
 
-/* Reading waits for nobody and finds the table of some moment, whole. */
+/* Finds the table of some moment, whole. Some shares refuse to read while another one writes. */
 static void readRows(void) {
   *rows = '\0';
-  ZRV_Table_scan(kTable, NULL, NULL, addRow);
+  if (!ZRV_Table_scan(kTable, NULL, NULL, addRow) && File_Is_Existing(kFile))
+    strcpy(rows, french("Liste illisible : actualisez."));
 }
 
 static int refresh(WindowRef window) {
@@ -72,7 +80,12 @@ int main(int argc, char **argv) {
   snprintf(szVolumes, sizeof szVolumes, "%s/volumes", getenv("HOME"));
   strcpy(szDirTables, "Cabinet:tables");
   if (argc > 1) {
-    int done = addPatient(french(argv[1]));
+    const char *name = french(argv[1]);
+    if (!isName(name)) {
+      puts("Un nom a 1 à 255 lettres, sans virgule, plus ni dollar.");
+      return 1;
+    }
+    int done = addPatient(name);
     puts(done ? "ajouté" : "La salle d’attente ne peut pas être modifiée : réessayez.");
     return done ? 0 : 1;
   }
