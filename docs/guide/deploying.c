@@ -45,7 +45,7 @@ int main(void) {
   strcpy(szDirTables, "Cabinet:tables");
 
   check("Volume Cabinet", Dir_Is_Existing("Cabinet"));
-  check("Ecriture dans le volume", mayWrite());
+  check(french("Écriture dans le volume"), mayWrite());
   check("Table pays", hasTable("pays"));
   check("Module de bureau", draws());
   check("Images", hasPicture("puceb"));
