@@ -1,7 +1,8 @@
 # SPDX-License-Identifier: MIT
 """build.py <doxygen> <folder> <version> <description>: makes the reference in the folder html/ of a
-folder, and the man pages in man3/ there. A name without a comment, and whatever else Doxygen warns
-of, is an error."""
+folder, and the man pages in man3/ there. A function or a variable without a comment, and whatever
+else Doxygen warns of, is an error. An enumerator without one has that of its enum, which
+tests/interface/header_comments.py demands."""
 import pathlib
 import shutil
 import subprocess

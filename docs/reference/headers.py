@@ -182,7 +182,15 @@ def blocks(comment):
             else:
                 open_ = 'result' if (text + ' ').startswith('Returns ') and number > 0 else 'text'
             found.append((open_, text))
-    return found
+    return [block for kind, text in found for block in divided(kind, text)]
+
+
+def divided(kind, text):
+    """A paragraph as two where a later sentence of it says what is returned."""
+    begin = text.find('. Returns ') + 2
+    if kind != 'text' or begin < 2 or text.startswith('Returns '):
+        return [(kind, text)]
+    return [(kind, text[:begin - 1]), ('result', text[begin:])]
 
 
 def first_sentence(comment):

@@ -1,7 +1,7 @@
 # SPDX-License-Identifier: MIT
 """reference.py <doxygen> <project> <scratch folder>: the reference tells each public name, finds it,
-and has a man page for each function; an undocumented name is an error; and it is the same wherever
-and whenever it is made."""
+and has a man page for each function; a function or a variable that nobody has documented is an error;
+and it is the same wherever and whenever it is made."""
 import filecmp
 import os
 import pathlib
@@ -48,6 +48,14 @@ found = set(re.findall(r"\['\w+',\['(\w+)',", index))
 problems += [f'the search finds no {name}' for name in sorted((names | functions) - found)]
 problems += [f'there is no man page of {name}' for name in sorted(functions)
              if not (made / f'man3/{name}.3').exists()]
+# What a page says is returned stands under its own heading, unless the page begins with it.
+for name in sorted(functions):
+    page = made / f'man3/{name}.3'
+    text = page.read_text() if page.exists() else ''
+    told = text.partition('.SH DESCRIPTION\n')[2]
+    if re.search(r'\bReturns\b', told) and not told.startswith('Returns') and \
+            '\n.SH RETURN VALUE\n' not in told:
+        problems.append(f'{name}(3) has no RETURN VALUE')
 if len(functions) < 290 or len(names) < 250:
     problems.append(f'only {len(functions)} functions and {len(names)} other names read')
 
@@ -62,16 +70,18 @@ if files_of(made) != files_of(again):
 _, different, _ = filecmp.cmpfiles(made, again, files_of(made), shallow=False)
 problems += [f'{path} is another one in another build' for path in different]
 
-# A header alone, with a function that nobody has documented.
+# A header alone, with a function and a variable that nobody has documented.
 for path in [*copy.glob('docs/**/*.md'), *copy.glob('include/korvel/*.h')]:
     if path.name != 'profile.h':
         path.unlink()
 profile = copy / 'include/korvel/profile.h'
+bare = ('undocumented_call', 'undocumented_value')
 profile.write_text(profile.read_text().replace(
-    '#ifdef __cplusplus\n}', '\nKORVEL_API int undocumented(void);\n\n#ifdef __cplusplus\n}'))
+    '#ifdef __cplusplus\n}', f'\nKORVEL_API int {bare[0]}(void);\n\n'
+    f'KORVEL_API extern int {bare[1]};\n\n#ifdef __cplusplus\n}}'))
 run = build(copy, again)
-if run.returncode == 0 or 'undocumented' not in run.stderr:
-    problems.append('a function without a comment is no error')
+problems += [f'{name} is no error' for name in bare
+             if run.returncode == 0 or name not in run.stderr]
 
 if problems:
     sys.exit('\n'.join(problems[:50]))
