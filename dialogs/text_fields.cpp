@@ -99,6 +99,7 @@ void setMasked(int i, bool isMasked) {
   if (hasField(kTextFields, i)) TDB_bPassw[i] = isMasked ? 1 : 0;
 }
 
+// Kept: lists do not use the tab stops.
 void setTabStops(int i, const int *stops) {
   if (!hasField(kTextFields, i) || TDB_PITABSTOPS[i] == nullptr) return;
   int *row = TDB_PITABSTOPS[i];
