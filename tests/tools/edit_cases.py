@@ -5,7 +5,7 @@ import stat
 import subprocess
 
 import workbench
-from workbench import Workbench, table_bytes
+from workbench import Workbench, real_tables, table_bytes
 
 LINES = ['01,Consultation,23', '02,Visite,30', '01,Séance,12', '03,Acte,']
 
@@ -195,6 +195,27 @@ class Edit(Workbench):
         self.expect(0, 'find', table, '01', out=['01,A'])
         self.expect(2, 'set', table, '01', '1', 'B', err='longer than 253 bytes')
         self.assertEqual(table.read_bytes(), table_bytes('01,A'))
+
+    def test_what_edits_have_made_of_real_tables_is_what_diff_tells(self):
+        for table in real_tables():
+            with self.subTest(table=table.name):
+                self.table.write_bytes(table.read_bytes())
+                lines = self.data()
+                middle, last = len(lines) // 2, len(lines) - 1
+                code, _, *rest = lines[middle].split(',')
+                changed = ','.join([code, 'Œuvre', *rest])
+                added = ','.join(['éé', 'Œuvre', *rest])
+                self.expect(0, 'set', 'actes.tab', code, '1', 'Œuvre', '--line', str(middle + 4))
+                self.expect(0, 'delete', 'actes.tab', lines[last].split(',')[0], '--line',
+                            str(last + 4))
+                self.expect(0, 'insert', 'actes.tab', *added.split(','), '--after',
+                            lines[0].split(',')[0])
+                self.assertEqual(self.data(), [lines[0], added, *lines[1:middle], changed,
+                                               *lines[middle + 1:last]])
+                found = self.expect(1, 'diff', table, 'actes.tab').lines
+                self.assertEqual(sorted(found), sorted([
+                    f'changed: {lines[middle]}', f'     to: {changed}', f'removed: {lines[last]}',
+                    f'added:   {added}']))
 
     def test_backup_replaces_an_older_one(self):
         (self.folder / 'actes.bak').write_bytes(b'old')
