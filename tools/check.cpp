@@ -152,7 +152,7 @@ class Marks {
   }
 
   void finish(int lastLine) {
-    if (end_ == 0) findings_.add(lastLine, "the mark \"#FIN\" is missing");
+    if (end_ == 0 || end_ < begin_) findings_.add(lastLine, "the mark \"#FIN\" is missing");
   }
 
  private:
@@ -250,11 +250,11 @@ void checkLines(const TableFile &table, Findings &findings) {
   marks.finish(static_cast<int>(table.lines().size()));
 }
 
-Findings findingsOf(const TableFile &table, std::optional<int> dates) {
-  Findings findings;
+// Also what is found before it throws counts.
+void checkTable(const TableFile &table, std::optional<int> dates, Findings &findings) {
   if (table.lines().empty()) {
     findings.add(1, "the file is empty: no heading, no marks");
-    return findings;
+    return;
   }
   checkHeading(table, findings);
   checkLines(table, findings);
@@ -264,7 +264,6 @@ Findings findingsOf(const TableFile &table, std::optional<int> dates) {
                                ": most lines have no such column");
   }
   if (dates) checkPeriods(table, static_cast<std::size_t>(*dates), findings);
-  return findings;
 }
 
 }  // namespace
@@ -274,14 +273,15 @@ int runCheck(const Arguments &arguments) {
   const std::optional<int> dates = arguments.number("dates", 1);
   int exitCode = kDone;
   for (const std::string &path : arguments.operands()) {
+    Findings findings;
     try {
-      Findings findings = findingsOf(TableFile(path), dates);
-      findings.print(path);
-      if (!findings.empty()) exitCode = std::max(exitCode, kUnlike);
+      checkTable(TableFile(path), dates, findings);
     } catch (const Failure &failure) {
       exitCode = failure.exitCode();
       complain(failure.what());
     }
+    findings.print(path);
+    if (!findings.empty()) exitCode = std::max(exitCode, kUnlike);
   }
   return exitCode;
 }

@@ -73,6 +73,11 @@ class Check(Workbench):
             (GOOD.replace(b'#DEBUT\r\n', b''),
              ['3: the mark "#DEBUT" is missing', '5: "#FIN" in front of "#DEBUT"']),
             (GOOD.replace(b'#FIN\r\n', b''), ['5: the mark "#FIN" is missing']),
+            (GOOD.replace(b'#FIN\r\n', b'').replace(b'#D', b'#FIN\r\n#D'),
+             ['3: "#FIN" in front of "#DEBUT"', '4: heading: "#DEBUT" belongs in line 3',
+              '6: the mark "#FIN" is missing']),
+            (GOOD + b'#DEBUT\r\n03,Acte,1\r\n', ['7: "#DEBUT" stands in line 3 already',
+                                               '8: the mark "#FIN" is missing']),
             (GOOD.replace(b'02', b'#DEBUT\r\n02'),
              ['5: "#DEBUT" stands in line 3 already']),
             (GOOD + b'#FIN\r\n', ['7: "#FIN" stands in line 6 already']),
@@ -137,6 +142,10 @@ class Check(Workbench):
     def test_a_column_that_most_lines_do_not_have_is_no_column_of_dates(self):
         self.table.write_bytes(GOOD)
         self.expect_refused('check', 'actes.tab', '--dates', '3', err='--dates 3: most lines have no')
+        # What else there is is still found.
+        self.table.write_bytes(GOOD[:-2])
+        found = self.expect(2, 'check', 'actes.tab', '--dates', '3', err='--dates 3: most').lines
+        self.assertEqual(found, ['actes.tab:6: the last line has no line end'])
 
     def test_a_table_that_cannot_be_read_does_not_hide_the_others(self):
         self.table.write_bytes(GOOD[:-2])
