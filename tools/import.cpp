@@ -101,7 +101,11 @@ class FieldMaker {
 std::string tableOf(const Arguments &arguments, const Heading &heading) {
   const std::string content = contentOf(arguments.operand(0));
   CsvReader csv(arguments.operand(0), content, delimiterOf(arguments.text("delimiter", ",")));
-  const FieldMaker maker(csv, isUtf8(arguments), replacementOf(arguments));
+  const bool isEncodedUtf8 = isUtf8(arguments);
+  if (!isEncodedUtf8 && csv.position() > 0) {
+    throw Failure(kFailed, arguments.operand(0) + ": is UTF-8, as the mark it begins with says");
+  }
+  const FieldMaker maker(csv, isEncodedUtf8, replacementOf(arguments));
   Progress progress(content.size());
   std::string table;
   const auto add = [&](std::string_view line) { (table += line) += kLineEnd; };

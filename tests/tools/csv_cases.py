@@ -89,6 +89,7 @@ class Import(Workbench):
             ('01,A\r\n"#DEBUT",x\r\n', [], place + '1: "#DEBUT" would count as the mark "#DEBUT"'),
             ('01,A\r\n????,x\r\n', [], place + '1: "????" would count as the mark "#FIN"'),
             ('01,A\n02,' + 'x' * 1020, [], place + '2: the line has 1023 characters'),
+            ('\uFEFF01,é\r\n', ['--encoding', 'cp1252'], 'list.csv: is UTF-8, as the mark'),
             ('01,A\r02,"\r', [], place + '2: its quote is never closed'),
         ]
         for content, options, err in rows:
@@ -154,6 +155,19 @@ class Import(Workbench):
                         self.expect(2, 'import', csv_file, table, *HEADING,
                                     err=f'{name}: the path is longer than {longest} bytes')
                         self.assertEqual(list(table.parent.iterdir()), [])
+
+    def test_a_link_that_leads_nowhere_stays(self):
+        self.csv('01,A\r\n')
+        self.put('01,A')
+        for target in 'nowhere', 'no/where':
+            with self.subTest(target=target):
+                (self.folder / 'link').unlink(missing_ok=True)
+                (self.folder / 'link').symlink_to(target)
+                for arguments in (['import', 'list.csv', 'link', *HEADING],
+                                  ['export', 'actes.tab', '--output', 'link'],
+                                  ['set', 'link', '01', '1', 'B']):
+                    self.expect_refused(*arguments, err='link: is a link that leads nowhere')
+                self.assertEqual((self.folder / 'link').readlink().as_posix(), target)
 
     def test_places_that_cannot_be_written_are_refused(self):
         self.csv('01,A\r\n')
