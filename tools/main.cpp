@@ -37,7 +37,7 @@ int runCommand(const Command &command, std::vector<std::string> words) {
 
 int run(const std::vector<std::string> &words) {
   if (words.empty()) throw Failure(kFailed, "which command? (see korvel-tables --help)");
-  if (words[0] == "--help" || words[0] == "help") {
+  if (words[0] == "--help") {
     print(help());
     return kDone;
   }

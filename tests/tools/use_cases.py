@@ -44,6 +44,7 @@ class Help(Workbench):
 
     def test_wrong_use_is_2_with_one_line(self):
         for arguments, err in (([], 'which command?'), (['nix'], 'no command "nix"'),
+                               (['help'], 'no command "help" (see korvel-tables --help)'),
                                (['check'], 'takes TABLE...'), (['list', 'a', 'b'], 'not "b"'),
                                (['list', 'a', '--all'], 'unknown option --all'),
                                (['find', 'a', '-1'], 'unknown option -1'),
