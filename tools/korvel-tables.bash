@@ -1,7 +1,7 @@
 # SPDX-License-Identifier: MIT
 # shellcheck shell=bash
-# Completes the commands of korvel-tables, their options, and files where files belong, as
-# the shell does by itself.
+# Completes the commands of korvel-tables, their options, and leaves files, and the
+# quotes around them, to the shell.
 
 # Prints the options of a command.
 _korvel_tables_options() {
