@@ -52,9 +52,10 @@ std::string placeOf(const std::string &path) {
   char place[PATH_MAX];
   if (realpath(path.c_str(), place) != nullptr) return place;
   if (errno != ENOENT || path.empty()) throw fileFailure(path);
-  struct stat link;
-  if (lstat(path.c_str(), &link) == 0)
+  struct stat status;
+  if (lstat(path.c_str(), &status) == 0 && stat(path.c_str(), &status) != 0) {
     throw Failure(kFailed, path + ": is a link that leads nowhere");
+  }
   if (realpath(folderOf(path).c_str(), place) == nullptr) throw fileFailure(path);
   const std::string folder = place;
   return (folder == "/" ? "" : folder) + '/' + path.substr(path.rfind('/') + 1);

@@ -273,6 +273,7 @@ class Export(Workbench):
             (['--output', 'actes.tab'], 'actes.tab: is the table itself'),
             (['--output', '.'], 'Is a directory'),
             (['--output', 'no/x.csv'], 'No such file'),
+            (['--output', '/dev/stdout'], '/dev/stdout: is no regular file'),
         ]
         for options, err in rows:
             with self.subTest(options=options):
