@@ -1,6 +1,7 @@
 # SPDX-License-Identifier: MIT
 """postgres_server.py <program> <project>: the exports for PostgreSQL are what a real server takes,
-where there is one to be started."""
+where there is one to be started. scripts/test installs none: Debian's package would leave a server
+running."""
 import csv
 import io
 import os
