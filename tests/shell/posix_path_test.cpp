@@ -145,7 +145,7 @@ TEST(Mac2Unix, AVolumeThatMayNotBeListedExists) {
   const Workspace workspace;
   const Volumes volumes(workspace.path());
   for (const char *name : {"searchable", "shut"}) workspace.makeFolder(name);
-  chmod(workspace.path("searchable").c_str(), 0711);
+  chmod(workspace.path("searchable").c_str(), 0311);
   chmod(workspace.path("shut").c_str(), 0000);
   for (const std::string name : {"searchable", "shut"}) {
     const std::string answer = asPlainUser([&] {
