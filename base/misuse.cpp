@@ -14,6 +14,7 @@
 
 #include "base/cp1252.h"
 #include "base/posix.h"
+#include "base/sigpipe.h"
 #include "base/utf8.h"
 
 namespace korvel::base {
@@ -111,7 +112,9 @@ void Call::misused(std::initializer_list<Word> what) const {
   const ErrnoKept kept;
   for (const Word &word : what) add(word);
   line_[length_++] = '\n';
-  static_cast<void>(retried([this] { return write(STDERR_FILENO, line_, length_); }) < 0);
+  SigpipeHeldBack sigpipe;
+  const auto written = retried([this] { return write(STDERR_FILENO, line_, length_); });
+  if (written < 0 && errno == EPIPE) sigpipe.raised();
   length_ = 0;
 }
 

@@ -18,6 +18,7 @@
 #include <unistd.h>
 
 #include "base/posix.h"
+#include "base/sigpipe.h"
 #include "shell/descriptor.h"
 #include "shell/system.h"
 
@@ -122,39 +123,6 @@ pid_t spawnShell(const char *command, const StreamActions &streams, Environment 
   return error == 0 ? process : -1;
 }
 
-// While it lives, a write of this thread raises no SIGPIPE. It touches neither the application's
-// handling of the signal, nor other threads, nor tools that already run.
-class SigpipeHeldBack {
- public:
-  SigpipeHeldBack() {
-    sigemptyset(&sigpipe_);
-    sigaddset(&sigpipe_, SIGPIPE);
-    sigset_t pending;
-    sigpending(&pending);
-    wasPending_ = sigismember(&pending, SIGPIPE) == 1;
-    pthread_sigmask(SIG_BLOCK, &sigpipe_, &before_);
-  }
-  ~SigpipeHeldBack() {
-    if (raised_ && !wasPending_) take();
-    pthread_sigmask(SIG_SETMASK, &before_, nullptr);
-  }
-  SigpipeHeldBack(const SigpipeHeldBack &) = delete;
-  SigpipeHeldBack &operator=(const SigpipeHeldBack &) = delete;
-
-  void raised() { raised_ = true; }
-
- private:
-  void take() {
-    const timespec atOnce = {0, 0};
-    base::retried([&] { return sigtimedwait(&sigpipe_, nullptr, &atOnce); });
-  }
-
-  sigset_t sigpipe_;
-  sigset_t before_;
-  bool wasPending_ = false;
-  bool raised_ = false;
-};
-
 // Whether a folder of the PATH, where the empty one is the current one, has such a tool.
 bool holdsTool(std::string_view folder, std::string_view name) {
   std::string path(folder.empty() ? "." : folder);
@@ -249,7 +217,7 @@ std::string Tool::text(std::size_t limit) const {
 }
 
 void Tool::write(std::string_view input) const {
-  SigpipeHeldBack held;
+  base::SigpipeHeldBack held;
   while (!input.empty()) {
     const ssize_t put = base::retried([&] { return ::write(pipe_, input.data(), input.size()); });
     if (put == -1 && errno == EPIPE) held.raised();

@@ -5,6 +5,7 @@
 #include <cerrno>
 #include <clocale>
 #include <cstdlib>
+#include <signal.h>
 #include <string>
 #include <thread>
 
@@ -152,6 +153,43 @@ TEST(Misuse, ErrnoStays) {
   dup2(error, STDERR_FILENO);
   close(error);
   base::telling = Telling::No;
+}
+
+bool isPending(int signal) {
+  sigset_t pending;
+  sigpending(&pending);
+  return sigismember(&pending, signal) == 1;
+}
+
+void blockPipeSignal(int how) {
+  sigset_t pipe;
+  sigemptyset(&pipe);
+  sigaddset(&pipe, SIGPIPE);
+  pthread_sigmask(how, &pipe, nullptr);
+}
+
+TEST(Misuse, NobodyReadsStandardError) {
+  int ends[2];
+  ASSERT_EQ(pipe(ends), 0);
+  close(ends[0]);
+  const int error = dup(STDERR_FILENO);
+  dup2(ends[1], STDERR_FILENO);
+  close(ends[1]);
+  base::telling = Telling::Yes;
+  Call("Function", {}).misused({"wrong"});
+  // Nor is one left behind, but for the application's own.
+  blockPipeSignal(SIG_BLOCK);
+  Call("Function", {}).misused({"wrong"});
+  EXPECT_FALSE(isPending(SIGPIPE));
+  pthread_kill(pthread_self(), SIGPIPE);
+  Call("Function", {}).misused({"wrong"});
+  EXPECT_TRUE(isPending(SIGPIPE));
+  signal(SIGPIPE, SIG_IGN);
+  blockPipeSignal(SIG_UNBLOCK);
+  signal(SIGPIPE, SIG_DFL);
+  base::telling = Telling::No;
+  dup2(error, STDERR_FILENO);
+  close(error);
 }
 
 TEST(Misuse, TheFirstNullThatMayNotBeIsTold) {
