@@ -52,12 +52,16 @@ void chdelch(char *s, int n, int p) {
 }
 
 int chinsch(char *d, int size, const char *s, int p) {
-  lookForMisuse([=] { needsInserted(Call("chinsch", {d, size, s, p}), d, size, s); });
+  lookForMisuse([=] {
+    needsInserted(Call("chinsch", {shownBuffer(d, size), size, s, p}), d, size, s);
+  });
   return d == nullptr || s == nullptr || size <= 0 ? 0 : insertBytes(d, size, s, p);
 }
 
 int chinsch_c(char *d, int size, int c, int p) {
-  lookForMisuse([=] { needsInserted(Call("chinsch_c", {d, size, c, p}), d, size, "c"); });
+  lookForMisuse([=] {
+    needsInserted(Call("chinsch_c", {shownBuffer(d, size), size, c, p}), d, size, "c");
+  });
   const char byte = static_cast<char>(c);
   return d == nullptr || size <= 0 ? 0 : insertBytes(d, size, {&byte, 1}, p);
 }

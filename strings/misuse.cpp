@@ -55,7 +55,8 @@ void needsAppended(const Call &call, const char *d, int size, int n) {
 }
 
 void needsInserted(const Call &call, const char *d, int size, const char *s) {
-  needsBytes(call, d, size, lengthOf(d) + lengthOf(s) + 1);
+  const long long length = size < 1 ? 0 : lengthOf(d);
+  needsBytes(call, d, size, length + lengthOf(s) + 1);
 }
 
 void needsList(const Call &call, const char *buffer, int capacity) {

@@ -13,6 +13,11 @@ using base::lookForMisuse;
 using base::orNull;
 using base::shownRun;
 
+// The text in a buffer; where it has no room, there is none.
+inline base::Argument shownBuffer(const char *d, int size) {
+  return size < 1 ? filled(d) : base::Argument(d);
+}
+
 // A text, and a character that equals one of its bytes.
 void needsCharacter(const Call &call, int c);
 

@@ -8,6 +8,7 @@
 
 #include <korvel/strings.h>
 
+#include "tests/support/page_end.h"
 #include "tests/support/told.h"
 
 namespace korvel::test {
@@ -104,6 +105,11 @@ TEST_F(StringsMisuse, ABufferThatIsTooSmall) {
   EXPECT_TOLD(chinsch(with("ad"), 5, "bc", 1), "");
   EXPECT_FAILS(chinsch_c(with("ad"), 3, 'b', 1), 0,
                "chinsch_c(\"ad\", 3, 98, 1): a buffer of 3 bytes is too small: 4 are needed");
+  PageEnd unread("xxxx");
+  EXPECT_TOLD(chinsch(unread.data(), 0, "bc", 1),
+              "chinsch(..., 0, \"bc\", 1): a buffer of 0 bytes holds nothing");
+  EXPECT_TOLD(chinsch_c(unread.data(), -1, 'b', 1),
+              "chinsch_c(..., -1, 98, 1): a buffer of -1 bytes holds nothing");
   EXPECT_TOLD(secure_lstrcpy(with("xy"), 3, "abc"),
               "secure_lstrcpy(..., 3, \"abc\"): a buffer of 3 bytes is too small: 4 are needed");
   EXPECT_TOLD(secure_lstrcpy(with("xy"), 4, "abc"), "");
