@@ -207,14 +207,11 @@ void needsLowerLimit(const Call &call, int i, int n) {
                  {"the limit is never raised: it stays at ", TDB_iCarac[i], " characters"});
 }
 
-void needsTabStops(const Call &call, int i, const int *stops) {
-  constexpr int kMost = std::size(TDB_ITABSTOPS[0]) - 1;
+void needsTabStops(const Call &call, int i) {
   needsFieldInUse(call, kTextFields, i);
   call.misusedIf(
       call && TDB_PITABSTOPS[i] == nullptr,
       {"text field ", i, " has no tab stops: fields 0 to ", std::size(TDB_ITABSTOPS) - 1, " have"});
-  call.misusedIf(call && std::find(stops, stops + kMost + 1, 0) == stops + kMost + 1,
-                 {"at most ", kMost, " tab stops are kept, and a 0 comes after the last"});
 }
 
 void needsChoices(const Call &call, int i) {

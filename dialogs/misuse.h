@@ -56,9 +56,9 @@ void needsLabel(const Call &call, const FieldType &type, int i, const char *labe
                 std::initializer_list<int> placeAndSize, int rank);
 
 // Text field i in use, and what its functions ask for: a limit that is lower than the one it has, a
-// row of tab stops with room for these, choices.
+// row of tab stops, choices.
 void needsLowerLimit(const Call &call, int i, int n);
-void needsTabStops(const Call &call, int i, const int *stops);
+void needsTabStops(const Call &call, int i);
 void needsChoices(const Call &call, int i);
 
 // Number field i in use, and a number of decimals.

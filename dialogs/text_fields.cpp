@@ -391,9 +391,7 @@ int TexteDlgBox_password(int i, int on) {
 }
 
 int TexteDlgBox_set_tabstops(int i, const int *stops) {
-  lookForMisuse([=] {
-    needsTabStops(Call("TexteDlgBox_set_tabstops", {i, filled(stops)}), i, stops);
-  });
+  lookForMisuse([=] { needsTabStops(Call("TexteDlgBox_set_tabstops", {i, filled(stops)}), i); });
   if (stops != nullptr) setTabStops(i, stops);
   return 0;
 }

@@ -5,12 +5,12 @@
 
 #include <climits>
 #include <string>
-#include <vector>
 
 #include <korvel/codecs.h>
 
 #include "tests/dialogs/dialog_fixture.h"
 #include "tests/files/volumes.h"
+#include "tests/support/page_end.h"
 #include "tests/support/told.h"
 
 namespace korvel::test {
@@ -251,13 +251,13 @@ TEST_F(DialogsMisuse, APlaceModeOrLimitThatIsNone) {
   EXPECT_TOLD(TexteDlgBox_change_liste(0),
               "TexteDlgBox_change_liste(0): text field 0 is neither a pop-up nor a list: "
               "TexteDlgBox_set_liste comes first");
-  const std::vector<int> stops(200, 1);
+  // As many as are read.
+  PageEnd stops(std::string(127 * sizeof(int), '\1'));
+  const auto *row = reinterpret_cast<const int *>(stops.data());
   EXPECT_TOLD(
-      TexteDlgBox_set_tabstops(5, stops.data()),
+      TexteDlgBox_set_tabstops(5, row),
       "TexteDlgBox_set_tabstops(5, ...): text field 5 has no tab stops: fields 0 to 4 have");
-  EXPECT_TOLD(TexteDlgBox_set_tabstops(0, stops.data()),
-              "TexteDlgBox_set_tabstops(0, ...): at most 127 tab stops are kept, and a 0 comes "
-              "after the last");
+  EXPECT_TOLD(TexteDlgBox_set_tabstops(0, row), "");
   EXPECT_TOLD(TailleDlgBox_set(-1, 5),
               "TailleDlgBox_set(-1, 5): a size below 0 shows room for the button pair");
   EXPECT_TOLD(TailleDlgBox_set(8192, 5),
