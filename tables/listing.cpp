@@ -3,6 +3,7 @@
 #include "tables/listing.h"
 
 #include <cstring>
+#include <optional>
 #include <span>
 #include <string_view>
 
@@ -18,17 +19,20 @@
 namespace korvel::tables {
 namespace {
 
-// A list of codes in a caller's buffer.
+// A list of codes in a caller's buffer, and the room that all of them would take, without its end.
 class CodeList {
  public:
-  explicit CodeList(std::span<char> out) : room_(out) { strings::copyTerminated(room_, ""); }
+  explicit CodeList(std::span<char> out) : out_(out), room_(out) { clear(); }
 
   // Kept: a code that does not fit is left out, the separator before it is not, and shorter codes
   // may follow.
   void add(std::string_view code) {
+    needed_ += (needed_ > 0 ? 1 : 0) + code.size();
     if (!isEmpty_) append("+");
     append(code);
   }
+  void clear() { strings::copyTerminated(out_, ""); }
+  std::size_t needed() const { return needed_; }
 
  private:
   void append(std::string_view text) {
@@ -37,8 +41,10 @@ class CodeList {
     isEmpty_ = isEmpty_ && text.empty();
   }
 
+  const std::span<char> out_;
   std::span<char> room_;  // after the codes so far
   bool isEmpty_ = true;
+  std::size_t needed_ = 0;
 };
 
 // Which lines are data lines.
@@ -64,48 +70,24 @@ class DataLines {
   bool hasBegun_ = false;
 };
 
-// The room that a list of all codes takes, without its end.
-class CodeListSize {
- public:
-  void add(std::string_view code) { size_ += (size_ > 0 ? 1 : 0) + code.size(); }
-  std::size_t size() const { return size_; }
-
- private:
-  std::size_t size_ = 0;
-};
-
-// Returns whether the table was read to its end and has a begin mark.
-template <typename Codes>
-bool addCodes(const TablePath &path, Codes &codes) {
+// Returns whether the table has a begin mark; nothing where it was not read to its end.
+std::optional<bool> addCodes(const TablePath &path, CodeList &codes) {
   TableReader table;
-  if (!path || !table.open(path.text, Slots::File)) return false;
+  if (!path || !table.open(path.text, Slots::File)) return {};
   LineReader lines(table, kListingSize);
   DataLines data;
   for (std::string_view kept; lines.next(kept);) {
     const std::string_view code = codeOf(textOf(kept, kListingSize));
     if (data.take(code)) codes.add(code);
   }
-  return table.isWhole() && data.hasBegun();
+  return table.isWhole() ? std::optional(data.hasBegun()) : std::nullopt;
 }
 
-bool listCodes(const TablePath &path, std::span<char> out) {
-  CodeList codes(out);
-  if (addCodes(path, codes)) return true;
+std::optional<bool> listCodes(const TablePath &path, CodeList &codes) {
+  const std::optional<bool> hasMarks = addCodes(path, codes);
   // Some of the codes are not the codes.
-  strings::copyTerminated(out, "");
-  return false;
-}
-
-// Tells of codes that do not fit.
-void needsListRoom(const Call &call, const char *name, const char *out, int outSize) {
-  needsDefaultTable(call, name);
-  needsRoom(call, out, outSize);
-  if (!call) return;
-  CodeListSize all;
-  addCodes(defaultTablePath(name), all);
-  call.misusedIf(
-      all.size() >= static_cast<std::size_t>(outSize),
-      {"the codes need ", all.size() + 1, " bytes, and not all are listed in ", outSize});
+  if (!hasMarks.value_or(false)) codes.clear();
+  return hasMarks;
 }
 
 // A line for the callback, which may write into it.
@@ -124,10 +106,10 @@ class SplitLine {
 
 }  // namespace
 
-bool scanTable(const char *name, int *first, int *last, TableLine_t perLine) {
+std::optional<bool> scanTable(const char *name, int *first, int *last, TableLine_t perLine) {
   const TablePath path = tablePath(name);
   TableReader table;
-  if (!path || !table.open(path.text, Slots::Memory)) return false;
+  if (!path || !table.open(path.text, Slots::Memory)) return {};
   LineReader lines(table, kListingSize);
   DataLines data;
   SplitLine line;
@@ -148,17 +130,20 @@ using namespace korvel::tables;
 
 int ZRV_Table_liste(const char *name, char *out, int outSize) {
   const Call call("ZRV_Table_liste", {name, filled(out), outSize});
-  if (call) needsListRoom(call, name, out, outSize);
-  const bool isListed = listCodes(defaultTablePath(name), roomOf(out, outSize));
-  if (call) needsMarks(call, isListed);
-  return isListed ? 1 : 0;
+  if (call) needsDefaultTable(call, name);
+  if (call) needsRoom(call, out, outSize);
+  CodeList codes(roomOf(out, outSize));
+  const std::optional<bool> hasMarks = listCodes(defaultTablePath(name), codes);
+  if (call) needsMarks(call, hasMarks);
+  if (call) needsListRoom(call, codes.needed(), outSize);
+  return hasMarks.value_or(false) ? 1 : 0;
 }
 
 int ZRV_Table_scan(const char *name, int *firstLine, int *lastLine, TableLine_t perLine) {
   const Call call("ZRV_Table_scan", {name, orNull(filled(firstLine)), orNull(filled(lastLine)),
                                      orNull(given(perLine))});
   if (call) needsTable(call, name);
-  const int result = scanTable(name, firstLine, lastLine, perLine) ? 1 : 0;
-  if (call) needsMarks(call, result);
-  return result;
+  const std::optional<bool> hasMarks = scanTable(name, firstLine, lastLine, perLine);
+  if (call) needsMarks(call, hasMarks);
+  return hasMarks.value_or(false) ? 1 : 0;
 }

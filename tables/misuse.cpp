@@ -47,6 +47,17 @@ bool isAllowed(const TablePath &path, int access) {
 
 bool mayBeRead(const TablePath &path) { return isAllowed(path, R_OK); }
 
+// A table that a file handle can hold.
+void needsOpenable(const Call &call, const TablePath &path) {
+  if (!call) return;
+  const ErrnoKept kept;
+  struct stat table;
+  const bool isKnown = stat(files::PosixPath(path.text).text(), &table) == 0;
+  call.misusedIf(isKnown && (S_ISFIFO(table.st_mode) || table.st_size > INT_MAX),
+                 {"table ", Quoted(path.text), " cannot be opened: it has more than ", INT_MAX,
+                  " bytes, or is a pipe"});
+}
+
 bool isThere(const TablePath &path) {
   const ErrnoKept kept;
   return files::fileExists(path.text);
@@ -176,6 +187,7 @@ void needsReadable(const Call &call, const char *name) {
 
 void needsTable(const Call &call, const char *name) {
   needsReadable(call, name);
+  if (call) needsOpenable(call, tablePlace(name).path);
   files::needsFileSlots(call, 1);
   files::needsMemorySlots(call, 1);
 }
@@ -260,6 +272,7 @@ void needsDefaultTable(const Call &call, const char *name) {
                   ": \".tab\" is added to the name"});
   if (!call) return;
   call.misusedIf(!mayBeRead(path), {"table ", Quoted(path.text), " may not be read"});
+  needsOpenable(call, path);
   files::needsFileSlots(call, 1);
 }
 
@@ -276,6 +289,7 @@ void needsTableToBackUp(const Call &call, const char *name) {
 
 void needsEdited(const Call &call, const char *name, bool isEdited) {
   if (isEdited || !call) return;
+  needsOpenable(call, tablePlace(name).path);
   needsRewriting(call, tablePlace(name).path);
   call.misused({kNothingChanged, "the table has no line ", ZRV_Libelle_NC_il});
 }
@@ -323,8 +337,14 @@ void needsSoundHeading(const Call &call, const char *name, std::optional<bool> i
   call.misusedIf(isSound.has_value(), {"line 1 is the title, and line 3 is not \"#DEBUT\""});
 }
 
-void needsMarks(const Call &call, bool hasMarks) {
-  call.misusedIf(!hasMarks, {"the table has no line \"#DEBUT\""});
+void needsMarks(const Call &call, std::optional<bool> hasMarks) {
+  call.misusedIf(!hasMarks.has_value(), {"the table cannot be read to its end"});
+  call.misusedIf(hasMarks == false, {"the table has no line \"#DEBUT\""});
+}
+
+void needsListRoom(const Call &call, std::size_t length, int outSize) {
+  call.misusedIf(length >= static_cast<std::size_t>(outSize),
+                 {"the codes need ", length + 1, " bytes, and not all are listed in ", outSize});
 }
 
 }  // namespace korvel::tables

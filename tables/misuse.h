@@ -70,8 +70,9 @@ void needsModified(const Call &call, const char *name, const char *newName, bool
 // isSound: nothing where the table could not be opened or replaced.
 void needsSoundHeading(const Call &call, const char *name, std::optional<bool> isSound);
 
-// That a table has its marks.
-void needsMarks(const Call &call, bool hasMarks);
+// That a table was read and has its marks; room for a list of its codes.
+void needsMarks(const Call &call, std::optional<bool> hasMarks);
+void needsListRoom(const Call &call, std::size_t length, int outSize);
 
 // Does what a lookup or search does with a table, and tells if a field of the line found, or its
 // code, does not fit into the buffer.

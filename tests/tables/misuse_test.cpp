@@ -436,6 +436,45 @@ TEST_F(TablesMisuse, AList) {
                "empty");
 }
 
+// A failed opening keeps a slot: there is one, and not another one for the line.
+TEST_F(TablesMisuse, ATableThatNoHandleHolds) {
+  table("large", "");
+  ASSERT_EQ(truncate(posixPath("large").c_str(), 2200LL << 20), 0);
+  ASSERT_EQ(mkfifo(posixPath("pipe").c_str(), 0600), 0);
+  for (const char *name : {"large", "pipe"}) {
+    const std::string quoted = std::string("\"") + name + "\"";
+    const std::string line = "table \"Data:tables:" + std::string(name) +
+                             ".tab\" cannot be opened: it has more than 2147483647 bytes, or is a "
+                             "pipe";
+    const auto highest = [&](base::Telling telling) {
+      DATA_FILE_ID = -1;
+      told([&] { ZRV_Table_liste(name, out_, 64); }, telling);
+      return DATA_FILE_ID;
+    };
+    EXPECT_EQ(highest(base::Telling::Yes), highest(base::Telling::No));
+    EXPECT_EQ(told([&] { ZRV_Table_liste(name, out_, 64); }),
+              "ZRV_Table_liste(" + quoted + ", ..., 64): " + line);
+    EXPECT_EQ(told([&] { ZRV_Table_scan(name, nullptr, nullptr, nullptr); }),
+              "ZRV_Table_scan(" + quoted + ", null, null, null): " + line);
+    EXPECT_EQ(lineFor(name), "ZRV_Libelle_NC(\"AA\", 2, 1, " + quoted + ", ..., 64): " + line);
+    ZRV_Libelle_NC_set_ligne(4);
+    EXPECT_EQ(told([&] { ZRV_Libelle_NC_idem_delete("", 2, name); }),
+              "ZRV_Libelle_NC_idem_delete(..., 2, " + quoted + "): " + line);
+  }
+}
+
+TEST_F(TablesMisuse, ATableThatIsNotReadToItsEnd) {
+  rlimit before;
+  getrlimit(RLIMIT_NOFILE, &before);
+  const rlimit none = {0, before.rlim_max};
+  EXPECT_EQ(told([&] {
+              setrlimit(RLIMIT_NOFILE, &none);
+              ZRV_Table_liste("a", out_, 64);
+              setrlimit(RLIMIT_NOFILE, &before);
+            }),
+            "ZRV_Table_liste(\"a\", ..., 64): the table cannot be read to its end");
+}
+
 // The super-user may read and write every table.
 class TablesMisuseOfAUser : public TablesMisuse {
  protected:
