@@ -71,7 +71,7 @@ int xFile_Open(const char *path, int read, int write) {
   const Call call("xFile_Open", {path, read, write});
   if (call) needsFlags(call, read, write);
   const int result = openDescriptor(path, read, write);
-  if (call) needsOpened(call, path, result);
+  if (call) needsOpened(call, path, result, read < 1);
   return result;
 }
 
@@ -82,7 +82,9 @@ int xFile_Close(int descriptor) {
 
 int xFile_Read(int descriptor, void *buffer, int count) {
   lookForMisuse([=] {
-    needsTransfer(Call("xFile_Read", {descriptor, filled(buffer), count}), descriptor, count);
+    const Call call("xFile_Read", {descriptor, filled(buffer), count});
+    needsTransfer(call, descriptor, count);
+    needsReadable(call, descriptor);
   });
   if (buffer == nullptr || count < 0) return 0;
   return readSome(descriptor, buffer, static_cast<std::size_t>(count));
@@ -99,25 +101,25 @@ int xFile_Write(int descriptor, const void *buffer, int count) {
 
 int xFile_Lseek(int descriptor, int offset) {
   const Call call("xFile_Lseek", {descriptor, offset});
-  if (call) needsDescriptor(call, descriptor);
+  if (call) needsOffsetOf(call, descriptor, "the offset", offset);
   const int result = static_cast<int>(lseek(descriptor, offset, SEEK_SET));
   if (call) needsDone(call, result >= 0);
   return result;
 }
 
 int xFile_GetPos(int descriptor) {
-  lookForMisuse([=] { needsDescriptor(Call("xFile_GetPos", {descriptor}), descriptor); });
+  lookForMisuse([=] { needsSeekable(Call("xFile_GetPos", {descriptor}), descriptor); });
   return static_cast<int>(lseek(descriptor, 0, SEEK_CUR));
 }
 
 int xFile_Size(int descriptor) {
-  lookForMisuse([=] { needsDescriptor(Call("xFile_Size", {descriptor}), descriptor); });
+  lookForMisuse([=] { needsSeekable(Call("xFile_Size", {descriptor}), descriptor); });
   return upperHalfOfLength(descriptor);
 }
 
 int xFile_SetEOF(int descriptor, int length) {
   const Call call("xFile_SetEOF", {descriptor, length});
-  if (call) needsDescriptor(call, descriptor);
+  if (call) needsOffsetOf(call, descriptor, "the length", length);
   const int result = setLength(descriptor, length);
   if (call) needsDone(call, result == 0);
   return result;

@@ -263,7 +263,8 @@ int File_Open(const char *path, int read, int write) {
   const Call call("File_Open", {path, read, write});
   if (call) needsToOpen(call, read, write);
   const int result = openFile(path, read, write);
-  if (call) needsOpened(call, path, result);
+  if (call) needsInSlot(call, path, result);
+  if (call) needsOpened(call, path, result, !isSet(read));
   return result;
 }
 

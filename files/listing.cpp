@@ -67,7 +67,7 @@ int Dir_FindFiles(char *list, const char *directory, int rows, const char *patte
 
 int Dir_ProcessFiles(const char *directory, const char *pattern, FileVisit_t visit) {
   lookForMisuse([=] {
-    needsFolder(Call("Dir_ProcessFiles", {directory, pattern, given(visit)}), directory);
+    needsFolderToList(Call("Dir_ProcessFiles", {directory, pattern, given(visit)}), directory);
   });
   if (directory == nullptr || pattern == nullptr || visit == nullptr) return 0;
   return guarded(0, [&] { return processFiles(directory, pattern, visit); });

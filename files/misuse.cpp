@@ -8,6 +8,7 @@
 #include <iterator>
 
 #include <fcntl.h>
+#include <unistd.h>
 
 #include <korvel/files.h>
 
@@ -41,41 +42,61 @@ void needsOpenSlot(const Call &call, const Slot (&table)[kSlots], int handle, co
 
 void needsCount(const Call &call, int count) { needsNotNegative(call, "the count", count); }
 
-// The folder that a colon path leads through to its last name; empty for none.
-std::string_view folderOf(std::string_view path) {
-  const std::size_t end = path.rfind(':');
-  return end == path.npos ? std::string_view() : path.substr(0, end);
-}
-
-void needsThere(const Call &call, std::string_view folder) {
-  char path[kPathSize];
-  if (folder.empty() || folder.size() >= sizeof path) return;
-  *std::copy(folder.begin(), folder.end(), path) = '\0';
-  const ErrnoKept kept;
-  if (!folderExists(path)) call.misused({"there is no folder ", Quoted(folder)});
-}
-
-}  // namespace
-
-void needsPath(const Call &call, const char *path) {
+// A colon path whose form `rule` gives.
+void needsPath(const Call &call, const char *path, PosixPath (*rule)(const char *)) {
   const std::string_view text = base::textOf(path);
   call.needsAll();
   call.misusedIf(text.empty(), {"an empty path names nothing"});
   needsColonPath(call, text);
   if (!call) return;
   const ErrnoKept kept;
-  call.misusedIf(PosixPath(path).length() == 0,
+  const bool isNothing = rule(path).length() == 0;
+  call.misusedIf(isNothing && text.size() < kPathSize,
+                 {"the volume ", Quoted(text), " is dropped from the path, and nothing is left"});
+  call.misusedIf(isNothing,
                  {"a path of ", text.size(), " characters is too long to name anything"});
 }
 
+PosixPath ofFiles(const char *mac) { return PosixPath(mac); }
+
+void needsThere(const Call &call, std::string_view folder, bool (*exists)(const char *)) {
+  char path[kPathSize];
+  if (folder.empty() || folder.size() >= sizeof path) return;
+  const bool hasEnd = folder.ends_with(':');
+  const std::string_view shown = folder.substr(0, folder.size() - (hasEnd ? 1 : 0));
+  *std::copy(folder.begin(), folder.end(), path) = '\0';
+  const ErrnoKept kept;
+  if (!exists(path)) call.misused({"there is no folder ", Quoted(shown)});
+}
+
+// The folder that a colon path leads through to its last name. Its ':' says that the volume alone
+// is one, too.
+void needsThereAround(const Call &call, std::string_view path, bool (*exists)(const char *)) {
+  needsThere(call, path.substr(0, path.rfind(':') + 1), exists);
+}
+
+}  // namespace
+
+void needsPath(const Call &call, const char *path) { needsPath(call, path, ofFiles); }
+
 void needsFolder(const Call &call, const char *path) {
   needsPath(call, path);
-  if (call) needsThere(call, base::textOf(path));
+  if (call) needsThere(call, base::textOf(path), folderExists);
 }
 
 void needsPathInFolder(const Call &call, const char *path) {
   needsPath(call, path);
-  if (call) needsThere(call, folderOf(base::textOf(path)));
+  if (call) needsThereAround(call, base::textOf(path), folderExists);
+}
+
+void needsFolderToList(const Call &call, const char *path) {
+  needsPath(call, path, PosixPath::ofTools);
+  if (call) needsThere(call, base::textOf(path), toolsFindFolder);
+}
+
+void needsEntry(const Call &call, const char *path) {
+  needsPath(call, path, PosixPath::ofTools);
+  if (call) needsThereAround(call, base::textOf(path), toolsFindFolder);
 }
 
 void needsFileSlots(const Call &call, int count) {
@@ -102,18 +123,25 @@ void needsToOpen(const Call &call, int read, int write) {
   needsFileSlots(call, 1);
 }
 
-void needsOpened(const Call &call, const char *path, int result) {
+void needsInSlot(const Call &call, const char *path, int result) {
   if (result >= 0 || !call) return;
-  const ErrnoKept kept;
   needsPathInFolder(call, path);
   if (!call) return;
   call.misusedIf(std::strlen(path) >= sizeof FileSlot::name,
                  {"a path of ", std::strlen(path), " characters does not fit into a slot: at most ",
                   sizeof FileSlot::name - 1, " do"});
+}
+
+void needsOpened(const Call &call, const char *path, int result, bool makes) {
+  if (result >= 0 || !call) return;
+  const ErrnoKept kept;
+  needsPathInFolder(call, path);
+  if (!call) return;
   call.misusedIf(folderExists(path), {Quoted(path), " is a folder"});
   if (fileExists(path))
     call.misused(
         {Quoted(path), " cannot be opened so: its rights, its size or its kind forbid it"});
+  call.misusedIf(makes, {Quoted(path), " cannot be made: its folder or the disk forbids it"});
 }
 
 void needsHandleNumber(const Call &call, int handle) {
@@ -182,6 +210,24 @@ void needsTransfer(const Call &call, int descriptor, int count) {
   needsCount(call, count);
 }
 
+void needsReadable(const Call &call, int descriptor) {
+  const ErrnoKept kept;
+  call.misusedIf(call && (fcntl(descriptor, F_GETFL) & O_ACCMODE) == O_WRONLY,
+                 {"descriptor ", descriptor, " is open for writing only"});
+}
+
+void needsSeekable(const Call &call, int descriptor) {
+  needsDescriptor(call, descriptor);
+  const ErrnoKept kept;
+  call.misusedIf(call && lseek(descriptor, 0, SEEK_CUR) < 0,
+                 {"descriptor ", descriptor, " has no position: it is a pipe or the like"});
+}
+
+void needsOffsetOf(const Call &call, int descriptor, const char *what, int number) {
+  needsDescriptor(call, descriptor);
+  needsNotNegative(call, what, number);
+}
+
 void needsNotNegative(const Call &call, const char *what, int number) {
   call.misusedIf(number < 0, {what, " is ", number, ", and 0 is the least"});
 }
@@ -198,8 +244,8 @@ void needsDone(const Call &call, bool isDone) {
 }
 
 void needsPaths(const Call &call, const char *oldPath, const char *newPath) {
-  needsPathInFolder(call, oldPath);
-  needsPathInFolder(call, newPath);
+  needsEntry(call, oldPath);
+  needsEntry(call, newPath);
 }
 
 void needsShortPath(const Call &call, int length) {
@@ -214,7 +260,7 @@ void needsRows(const Call &call, const void *list, int rows) {
 
 void needsListing(const Call &call, const void *list, const char *directory, int rows) {
   needsRows(call, list, rows);
-  needsFolder(call, directory);
+  needsFolderToList(call, directory);
 }
 
 void needsRowsFor(const Call &call, int rows, int found) {

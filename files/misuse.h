@@ -23,14 +23,20 @@ void needsPath(const Call &call, const char *path);
 void needsFolder(const Call &call, const char *path);
 void needsPathInFolder(const Call &call, const char *path);
 
+// The same of a folder to list and of an entry to remove or rename, which follow BSDMAC2UNIX.
+void needsFolderToList(const Call &call, const char *path);
+void needsEntry(const Call &call, const char *path);
+
 // Free slots for files or for memory files.
 void needsFileSlots(const Call &call, int count);
 void needsMemorySlots(const Call &call, int count);
 
-// Flags and, for File_Open, a free slot; and that the opening succeeded.
+// Flags and, for File_Open, a free slot and a path that fits into it; and that the opening
+// succeeded. makes: whether it makes a file that is not there.
 void needsFlags(const Call &call, int read, int write);
 void needsToOpen(const Call &call, int read, int write);
-void needsOpened(const Call &call, const char *path, int result);
+void needsInSlot(const Call &call, const char *path, int result);
+void needsOpened(const Call &call, const char *path, int result, bool makes);
 
 // A handle, open or not; one of an open file; one that may be read or written.
 void needsHandleNumber(const Call &call, int handle);
@@ -45,9 +51,13 @@ void needsMemoryHandle(const Call &call, int handle);
 void needsMemoryTransfer(const Call &call, int handle, int count);
 void needsMemoryOffset(const Call &call, int handle, int offset, int behind);
 
-// An open descriptor, and a count.
+// An open descriptor, and a count; one that may be read, one that has a position, and one with a
+// number of 0 or above.
 void needsDescriptor(const Call &call, int descriptor);
 void needsTransfer(const Call &call, int descriptor, int count);
+void needsReadable(const Call &call, int descriptor);
+void needsSeekable(const Call &call, int descriptor);
+void needsOffsetOf(const Call &call, int descriptor, const char *what, int number);
 
 // A number of 0 or above. `what`: "the offset", say.
 void needsNotNegative(const Call &call, const char *what, int number);

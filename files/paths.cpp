@@ -42,6 +42,8 @@ bool folderExists(const char *mac) {
   return isFolder(PosixPath::withoutVolumeCheck(mac).text()) || isFolder(PosixPath(mac).text());
 }
 
+bool toolsFindFolder(const char *mac) { return isFolder(PosixPath::ofTools(mac).text()); }
+
 void openToAll(const char *mac) { shell::openToAll(PosixPath::ofTools(mac).text()); }
 
 }  // namespace korvel::files
@@ -76,7 +78,7 @@ int MakeDir(const char *path) {
 
 int MACRemove(const char *path) {
   const Call call("MACRemove", {path});
-  if (call) needsPathInFolder(call, path);
+  if (call) needsEntry(call, path);
   const int result = std::remove(PosixPath::ofTools(path).text());
   if (call) needsDone(call, result == 0 || errno == ENOENT);
   return result;

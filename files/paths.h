@@ -14,6 +14,9 @@ using shell::PosixPath;
 bool fileExists(const char *mac);
 bool folderExists(const char *mac);
 
+// Whether what BSDMAC2UNIX gives is a folder.
+bool toolsFindFolder(const char *mac);
+
 // As BSDMACchmodrwx, but by system calls for every path.
 void openToAll(const char *mac);
 

@@ -68,7 +68,12 @@ void needsDocument(const Call &call, const char *path) {
 
 void needsMacPath(const Call &call, const char *path) {
   call.needsAll();
-  needsColonPath(call, base::textOf(path));
+  const std::string_view text = base::textOf(path);
+  needsColonPath(call, text);
+  if (!call) return;
+  const ErrnoKept kept;
+  call.misusedIf(text.size() < kPathSize && PosixPath::ofTools(path).length() == 0,
+                 {"there is no volume ", Quoted(text), ", and nothing is left of the path"});
 }
 
 void needsShortPath(const Call &call, int length) {

@@ -237,8 +237,40 @@ TEST_F(FilesMisuse, ADescriptorThatIsNotOpen) {
   EXPECT_FAILS(xFile_SetEOF(-1, 0), -1, "xFile_SetEOF(-1, 0): descriptor -1 is not open");
 }
 
+TEST_F(FilesMisuse, AFileThatCannotBeMade) {
+  const std::string name(256, 'a');
+  const std::string path = "Data:" + name;
+  const std::string shown = "Data:" + std::string(55, 'a');
+  const std::string line = "\"" + shown + "\"... cannot be made: its folder or the disk forbids it";
+  EXPECT_EQ(told([&] { EXPECT_EQ(xFile_Open(path.c_str(), 0, 1), -1); }),
+            "xFile_Open(\"" + shown + "\"..., 0, 1): " + line);
+  Restored<char[256]> volumes(szVolumes);
+  std::strcpy(szVolumes, "/proc");
+  EXPECT_FAILS(File_Open("sys:none", 0, 1), -2,
+               "File_Open(\"sys:none\", 0, 1): \"sys:none\" cannot be made: its folder or the disk "
+               "forbids it");
+  EXPECT_TOLD(xFile_Open("sys:none", 1, 1), "");
+}
+
+TEST_F(FilesMisuse, ADescriptorOfAPipe) {
+  int ends[2];
+  ASSERT_EQ(pipe(ends), 0);
+  const std::string in = std::to_string(ends[0]), out = std::to_string(ends[1]);
+  EXPECT_FAILS(
+      xFile_GetPos(ends[0]), -1,
+      "xFile_GetPos(" + in + "): descriptor " + in + " has no position: it is a pipe or the like");
+  EXPECT_FAILS(
+      xFile_Size(ends[0]), -1,
+      "xFile_Size(" + in + "): descriptor " + in + " has no position: it is a pipe or the like");
+  EXPECT_FAILS(xFile_Read(ends[1], buffer_, 1), 0,
+               "xFile_Read(" + out + ", ..., 1): descriptor " + out + " is open for writing only");
+  close(ends[0]);
+  close(ends[1]);
+}
+
 TEST_F(FilesMisuse, ADescriptor) {
   EXPECT_TOLD(xFile_Open("Data:none", 1, 0), "");
+  EXPECT_TOLD(xFile_Open(("Data:" + std::string(150, 'a')).c_str(), 1, 0), "");
   EXPECT_FAILS(xFile_Open(nullptr, 1, 0), -1, "xFile_Open(null, 1, 0): argument 1 is null");
   EXPECT_TOLD(xFile_Open("Data:none", 0, 0),
               "xFile_Open(\"Data:none\", 0, 0): neither reading nor writing is asked for");
@@ -249,7 +281,9 @@ TEST_F(FilesMisuse, ADescriptor) {
   EXPECT_FAILS(xFile_Write(file, buffer_, 1), -1,
                "xFile_Write(" + name + ", ..., 1): the system refuses: Bad file descriptor");
   EXPECT_FAILS(xFile_Lseek(file, -1), -1,
-               "xFile_Lseek(" + name + ", -1): the system refuses: Invalid argument");
+               "xFile_Lseek(" + name + ", -1): the offset is -1, and 0 is the least");
+  EXPECT_FAILS(xFile_SetEOF(file, -1), -1,
+               "xFile_SetEOF(" + name + ", -1): the length is -1, and 0 is the least");
   EXPECT_FAILS(xFile_SetEOF(file, 1), -1,
                "xFile_SetEOF(" + name + ", 1): the system refuses: Invalid argument");
   EXPECT_TOLD(xFile_Read(file, buffer_, 3), "");
@@ -279,6 +313,34 @@ TEST_F(FilesMisuse, APathThatNamesNothing) {
   EXPECT_NE(told([&] { MAC2UNIX(path.c_str(), buffer_); }).find("more than 255 characters"),
             std::string::npos);
   EXPECT_FAILS(MAC2UNIX("Data:a", nullptr), 0, "MAC2UNIX(\"Data:a\", null): argument 2 is null");
+}
+
+// Such a volume is dropped from the path, and the rest is taken from the root.
+TEST_F(FilesMisuse, AVolumeThatIsNotThere) {
+  std::string path = "Foo" + volumes_.posix("folder");
+  std::replace(path.begin(), path.end(), '/', ':');
+  const std::string file = path + ":a", other = path + ":b";
+  ASSERT_EQ(mkdir(volumes_.posix("folder").c_str(), 0777), 0);
+  volumes_.file("folder/a", "");
+  char list[512];
+  EXPECT_TOLD(Dir_FindFiles(list, path.c_str(), 2, "a"), "");
+  EXPECT_TOLD(Dir_ProcessFiles(path.c_str(), "a", [](const char *) { return 1; }), "");
+  EXPECT_EQ(told([&] { EXPECT_EQ(MACRename(file.c_str(), other.c_str()), 0); }), "");
+  EXPECT_EQ(told([&] { EXPECT_EQ(MACRemove(other.c_str()), 0); }), "");
+  EXPECT_TOLD(MACRemove("Foo:none"), "");
+  EXPECT_TOLD(MACRemove("Foo:none:a"),
+              "MACRemove(\"Foo:none:a\"): there is no folder \"Foo:none\"");
+  EXPECT_TOLD(Dir_FindFiles(list, "Foo", 2, "a"),
+              "Dir_FindFiles(..., \"Foo\", 2, \"a\"): the volume \"Foo\" is dropped from the path, "
+              "and nothing is left");
+}
+
+TEST_F(FilesMisuse, AVolumeThatIsAFile) {
+  std::fclose(std::fopen((volumes_.root() + "/File").c_str(), "w"));
+  EXPECT_TOLD(MAC2UNIX("File", buffer_),
+              "MAC2UNIX(\"File\", ...): the volume \"File\" is dropped from the path, and nothing "
+              "is left");
+  EXPECT_TOLD(MAC2UNIX("File:a", buffer_), "");
 }
 
 TEST_F(FilesMisuse, ALengthOfABlock) {

@@ -113,6 +113,9 @@ TEST_F(ShellMisuse, AColonPath) {
       "meant: \"Volume:folder:file\"");
   EXPECT_FAILS(BSDMAC2UNIX("Data:a", nullptr), 0,
                "BSDMAC2UNIX(\"Data:a\", null): argument 2 is null");
+  EXPECT_TOLD(BSDMAC2UNIX("Foo", out_),
+              "BSDMAC2UNIX(\"Foo\", ...): there is no volume \"Foo\", and nothing is left of the "
+              "path");
   const std::string longest = ':' + std::string(255, 'a');
   EXPECT_NE(told([&] { BSDMAC2UNIX(longest.c_str(), out_); }).find("more than 255 characters"),
             std::string::npos);
