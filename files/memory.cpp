@@ -168,7 +168,7 @@ int MFil_Re_Read(int handle, void *buffer, int count) {
 
 int MFil_Write(int handle, const void *buffer, int count) {
   lookForMisuse([=] {
-    needsMemoryTransfer(Call("MFil_Write", {handle, filled(buffer), count}), handle, count);
+    needsMemoryWriting(Call("MFil_Write", {handle, filled(buffer), count}), handle, count);
   });
   return buffer == nullptr ? 0 : writeMemoryFile(handle, buffer, count);
 }

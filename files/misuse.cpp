@@ -42,6 +42,11 @@ void needsOpenSlot(const Call &call, const Slot (&table)[kSlots], int handle, co
 
 void needsCount(const Call &call, int count) { needsNotNegative(call, "the count", count); }
 
+void needsRoomBehind(const Call &call, int position, int count) {
+  call.misusedIf(count > INT_MAX - std::max(position, 0),
+                 {"the file would have more than ", INT_MAX, " bytes"});
+}
+
 // A colon path whose form `rule` gives.
 void needsPath(const Call &call, const char *path, PosixPath (*rule)(const char *)) {
   const std::string_view text = base::textOf(path);
@@ -166,9 +171,7 @@ void needsWriting(const Call &call, int handle, int count) {
   call.misusedIf(call && !mayWrite(DATA_FILE_TAB[handle].mode),
                  {"handle ", handle, " is open for reading only"});
   needsCount(call, count);
-  if (!call) return;
-  const int room = INT_MAX - std::max(DATA_FILE_TAB[handle].position, 0);
-  call.misusedIf(count > room, {"the file would have more than ", INT_MAX, " bytes"});
+  if (call) needsRoomBehind(call, DATA_FILE_TAB[handle].position, count);
 }
 
 void needsOffset(const Call &call, int handle, int offset) {
@@ -189,6 +192,11 @@ void needsMemoryHandle(const Call &call, int handle) {
 void needsMemoryTransfer(const Call &call, int handle, int count) {
   needsMemoryHandle(call, handle);
   needsCount(call, count);
+}
+
+void needsMemoryWriting(const Call &call, int handle, int count) {
+  needsMemoryTransfer(call, handle, count);
+  if (call) needsRoomBehind(call, DATA_MFIL_TAB[handle].position, count);
 }
 
 void needsMemoryOffset(const Call &call, int handle, int offset, int behind) {

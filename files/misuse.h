@@ -49,6 +49,7 @@ void needsLength(const Call &call, int handle, int length);
 // The same of memory files; an offset in front of the last `behind` bytes.
 void needsMemoryHandle(const Call &call, int handle);
 void needsMemoryTransfer(const Call &call, int handle, int count);
+void needsMemoryWriting(const Call &call, int handle, int count);
 void needsMemoryOffset(const Call &call, int handle, int offset, int behind);
 
 // An open descriptor, and a count; one that may be read, one that has a position, and one with a

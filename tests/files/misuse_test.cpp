@@ -206,6 +206,8 @@ TEST_F(FilesMisuse, AMemoryFile) {
   EXPECT_FAILS(MFil_LockPtr(handle, -1), nullptr,
                "MFil_LockPtr(0, -1): there is no offset -1: the last one is 2");
   EXPECT_TOLD(MFil_LockPtr(handle, 2), "");
+  EXPECT_FAILS(MFil_Write(handle, buffer_, 2147483647), 0,
+               "MFil_Write(0, ..., 2147483647): the file would have more than 2147483647 bytes");
 }
 
 // Several of its arguments may be wrong.
