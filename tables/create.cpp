@@ -152,6 +152,7 @@ using namespace korvel::tables;
 int ZRV_Table_create(const char *name, const char *version, const char *title) {
   const Call call("ZRV_Table_create", {name, version, title});
   if (call) needsName(call, name);
+  if (call) needsHeading(call, version, title);
   if (version == nullptr || title == nullptr) return 0;
   const files::ErrnoOfWork errnoOfWork(call);
   const bool isMade = create(tablePath(name), version, title);

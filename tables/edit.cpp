@@ -2,6 +2,7 @@
 // The current line changed: in the table itself, or in the buffer first.
 #include <algorithm>
 #include <cstring>
+#include <optional>
 #include <string_view>
 
 #include <korvel/tables.h>
@@ -86,12 +87,15 @@ bool editCurrentLine(const char *table, Write write) {
   return TableRewrite(tablePath(table)).run(edit) == TableRewrite::Result::Done && edit.isMet();
 }
 
-bool replaceField(const char *table, FieldChoice choice, std::string_view value) {
-  return editCurrentLine(table, [&](std::string_view kept, RewriteOutput &output) {
+// Returns whether the line had the field; nothing where the table is as it was.
+std::optional<bool> replaceField(const char *table, FieldChoice choice, std::string_view value) {
+  bool hadField = false;
+  const bool done = editCurrentLine(table, [&](std::string_view kept, RewriteOutput &output) {
     // Kept: a line that does not have the column counts as replaced.
-    writeWithField(textOf(kept), choice, value, output);
+    hadField = writeWithField(textOf(kept), choice, value, output);
     output.write(kWrittenEnd);
   });
+  return done ? std::optional(hadField) : std::nullopt;
 }
 
 int countFields(std::string_view text) {
@@ -152,14 +156,16 @@ using namespace korvel::tables;
 int ZRV_Libelle_NC_idem_replace(const char *key, int keyLength, int column, const char *table,
                                 const char *text) {
   const FieldChoice choice = currentLineChoice(keyLength, column);
-  const auto work = [=] { return text != nullptr && replaceField(table, choice, text); };
+  const auto work = [=] {
+    return text == nullptr ? std::nullopt : replaceField(table, choice, text);
+  };
   if (tellsMisuse())
     return outOfLine([=] {
       return toldReplacement(Call("ZRV_Libelle_NC_idem_replace",
                                   {orNull(filled(key)), keyLength, column, table, text}),
                              {choice, text}, table, work);
     });
-  return work() ? 1 : 0;
+  return work().has_value() ? 1 : 0;
 }
 
 int ZRV_Libelle_NC_idem_insert(const char *key, int keyLength, const char *table, int fields) {

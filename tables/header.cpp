@@ -125,7 +125,7 @@ using namespace korvel::tables;
 int ZRV_Table_modify(const char *name, const char *newName, const char *version,
                      const char *title) {
   const Call call("ZRV_Table_modify", {name, newName, version, title});
-  if (call) needsNames(call, name, newName);
+  if (call) needsNames(call, name, newName, version, title);
   if (version == nullptr || title == nullptr) return 0;
   const auto work = [&] { return modify(name, newName, {version, title}); };
   const files::ErrnoOfWork errnoOfWork(call);
@@ -136,7 +136,7 @@ int ZRV_Table_modify(const char *name, const char *newName, const char *version,
 
 int ZRV_Table_repair(const char *name, const char *version, const char *title) {
   const Call call("ZRV_Table_repair", {name, version, title});
-  if (call) needsTableToEdit(call, name);
+  if (call) needsTableToRepair(call, name, version, title);
   if (version == nullptr || title == nullptr) return 0;
   const files::ErrnoOfWork errnoOfWork(call);
   const std::optional<bool> isSound = repair(name, {version, title});

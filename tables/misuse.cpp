@@ -276,8 +276,20 @@ void needsDefaultTable(const Call &call, const char *name) {
   files::needsFileSlots(call, 1);
 }
 
-void needsNames(const Call &call, const char *name, const char *newName) {
+void needsHeading(const Call &call, const char *version, const char *title) {
+  needsCp1252(call, "the version", base::textOf(version));
+  needsCp1252(call, "the title", base::textOf(title));
+}
+
+void needsTableToRepair(const Call &call, const char *name, const char *version,
+                        const char *title) {
   needsTableToEdit(call, name);
+  needsHeading(call, version, title);
+}
+
+void needsNames(const Call &call, const char *name, const char *newName, const char *version,
+                const char *title) {
+  needsTableToRepair(call, name, version, title);
   needsName(call, newName);
 }
 

@@ -53,8 +53,12 @@ void needsLineRoom(const Call &call, FieldChoice choice, const char *text);
 // The name of a table in szDirTables, which functions that list look at alone.
 void needsDefaultTable(const Call &call, const char *name);
 
-// The names of a table that is there and of one that may be, or is to be.
-void needsNames(const Call &call, const char *name, const char *newName);
+// The name of a table whose heading changes, and the heading's texts; the name of one that may be,
+// or is to be, as well.
+void needsHeading(const Call &call, const char *version, const char *title);
+void needsTableToRepair(const Call &call, const char *name, const char *version, const char *title);
+void needsNames(const Call &call, const char *name, const char *newName, const char *version,
+                const char *title);
 
 // A table whose name is not its back-up's.
 void needsTableToBackUp(const Call &call, const char *name);
@@ -159,14 +163,23 @@ struct FieldText {
 };
 template <typename Work>
 int toldReplacement(const Call &call, const FieldText &field, const char *table, Work work) {
+  constexpr std::size_t kLongestLine = kLineSize - 2;
+  const std::string_view text = base::textOf(field.text);
   needsCurrentColumn(call, field.choice);
-  needsCp1252(call, "the text", base::textOf(field.text));
-  return toldEdit(call, table, work);
+  needsCp1252(call, "the text", text);
+  needsFit(call, "the line", text.size(), kLongestLine);
+  std::optional<bool> hadField;
+  const int result = toldEdit(call, table, [&] { return (hadField = work()).has_value(); });
+  call.misusedIf(hadField == false, {"the line has no column ", field.choice.column});
+  return result;
 }
 
 template <typename Work>
 int toldInsertion(const Call &call, int fields, const char *table, Work work) {
+  constexpr int kMostFields = 170;
   files::needsNotNegative(call, "the number of fields", fields);
+  call.misusedIf(fields > kMostFields,
+                 {"a line has room for ", kMostFields, " such fields, and not for ", fields});
   return toldEdit(call, table, work);
 }
 

@@ -40,6 +40,13 @@ class TablesMisuse : public Tables {
     return told([&] { ZRV_Libelle_NC("AA", 2, 1, name, out_, sizeof out_); });
   }
 
+  // Of the line in the buffer.
+  static std::size_t fieldsInBuffer() {
+    std::size_t count = 1;
+    for (auto fields = tables::bufferFields(); fields.next();) ++count;
+    return count;
+  }
+
   char out_[64] = "";
 };
 
@@ -228,6 +235,30 @@ TEST_F(TablesMisuse, AnEdit) {
               "ZRV_Libelle_NC_idem_replace(..., 2, 1, \"a\", \"Ã©\"): the text looks like UTF-8: "
               "texts are CP1252");
   EXPECT_TOLD(ZRV_Libelle_NC_idem_replace("", 2, 1, "a", "x"), "");
+  EXPECT_TOLD(ZRV_Libelle_NC_idem_replace("", 2, 9, "a", "x"),
+              "ZRV_Libelle_NC_idem_replace(..., 2, 9, \"a\", \"x\"): the line has no column 9");
+  EXPECT_NE(told([] {
+              ZRV_Libelle_NC_idem_replace("", 2, 1, "a", std::string(1023, 'x').c_str());
+            }).find("the line has 1023 characters and is cut to 1022"),
+            std::string::npos);
+  EXPECT_TOLD(ZRV_Libelle_NC_idem_insert("", 2, "a", 170), "");
+  EXPECT_EQ(fieldsInBuffer(), 170U);
+  EXPECT_TOLD(
+      ZRV_Libelle_NC_idem_insert("", 2, "a", 171),
+      "ZRV_Libelle_NC_idem_insert(..., 2, \"a\", 171): a line has room for 170 such fields, "
+      "and not for 171");
+  EXPECT_EQ(fieldsInBuffer(), 170U);
+}
+
+TEST_F(TablesMisuse, AHeading) {
+  const std::string line = "the title looks like UTF-8: texts are CP1252";
+  EXPECT_EQ(told([] { ZRV_Table_create("u", "1", "\xC3\x89tat"); }),
+            "ZRV_Table_create(\"u\", \"1\", \"Ã‰tat\"): " + line);
+  EXPECT_EQ(told([] { ZRV_Table_modify("a", "a", "1", "\xC3\x89tat"); }),
+            "ZRV_Table_modify(\"a\", \"a\", \"1\", \"Ã‰tat\"): " + line);
+  EXPECT_TOLD(ZRV_Table_repair("a", "\xC3\xA9", "T"),
+              "ZRV_Table_repair(\"a\", \"Ã©\", \"T\"): the version looks like UTF-8: texts are "
+              "CP1252");
 }
 
 // Looking for a misuse is not doing it.
