@@ -4,12 +4,15 @@
 #include "dialogs/misuse.h"
 
 #include <algorithm>
+#include <array>
 #include <iterator>
 #include <limits>
+#include <utility>
 
 #include "dialogs/layout.h"
 #include "dialogs/numbering.h"
 #include "dialogs/run.h"
+#include "dialogs/static_texts.h"
 #include "dialogs/text_fields.h"
 #include "messages/misuse.h"
 #include "platform/desktop.h"
@@ -48,11 +51,14 @@ void forEachPair(Visit visit) {
 // Only the first pair of two kinds: where they overlap, they do so in many places.
 template <typename MakeCall>
 void tellOfIdentifiers(MakeCall makeCall) {
-  const FieldType *toldA = nullptr, *toldB = nullptr;
+  constexpr std::size_t kKinds = std::size(kFieldTypes);
+  std::array<std::pair<const FieldType *, const FieldType *>, kKinds *kKinds> told = {};
+  auto *end = told.begin();
   forEachPair([&](const FieldType &a, int i, const FieldType &b, int j) {
-    if (&a == &b || (&a == toldA && &b == toldB) || !shareIdentifier(a, i, b, j)) return;
-    toldA = &a;
-    toldB = &b;
+    const std::pair kinds(&a, &b);
+    const bool isTold = std::find(told.begin(), end, kinds) != end;
+    if (&a == &b || isTold || !shareIdentifier(a, i, b, j)) return;
+    *end++ = kinds;
     const Call &call = makeCall();
     call.misused({a.name, " ", i, " and ", b.name, " ", j, " both have the identifier ",
                   std::max(identifierOf(a, i), identifierOf(b, j)), ": ", a.definedBy, " and ",
@@ -72,6 +78,19 @@ void tellOfDatesNeighbours(MakeCall makeCall) {
   });
 }
 
+// Items of a form that identifiers that overlap do not explain.
+template <typename MakeCall>
+void tellOfItems(MakeCall makeCall) {
+  forEachPair([&](const FieldType &a, int i, const FieldType &b, int j) {
+    const int item = std::max(itemOf(a, i), itemOf(b, j));
+    const bool isShared =
+        item < itemOf(a, i) + a.itemsPerField && item < itemOf(b, j) + b.itemsPerField;
+    if (item < 1 || !isShared || shareIdentifier(a, i, b, j)) return;
+    makeCall().misused({a.name, " ", i, " and ", b.name, " ", j, " both lead to item ", item,
+                        " of the form: a rank is the number of an item there"});
+  });
+}
+
 bool hasPlace(const FieldType &type, int i) {
   return type.place.x[i] != 0 || type.place.y[i] != 0 || type.place.cx[i] != 0 ||
          type.place.cy[i] != 0;
@@ -79,9 +98,11 @@ bool hasPlace(const FieldType &type, int i) {
 
 // What would keep a field of a built dialog from the screen, or in a corner of it.
 void tellOfPlace(const Call &call, const FieldType &type, int i) {
-  call.misusedIf(type.place.rank[i] < 0,
+  call.misusedIf(type.place.rank != nullptr && type.place.rank[i] < 0,
                  {type.name, " ", i, " has no rank, and so is not shown: give it one from 0 on"});
   call.misusedIf(!hasPlace(type, i), {type.name, " ", i, " has no place and no size"});
+  call.misusedIf(type.place.cx[i] == 0 && type.place.cy[i] == 0,
+                 {type.name, " ", i, " has no size"});
 }
 
 // Told here and not where they are set: a field whose choices do not fit into its slice may be
@@ -89,11 +110,15 @@ void tellOfPlace(const Call &call, const FieldType &type, int i) {
 template <typename MakeCall>
 void tellOfChoices(MakeCall makeCall) {
   for (int i = 0; isInUse(kTextFields, i); ++i) {
+    const Call &call = makeCall();
     const auto length = static_cast<int>(storedText(kChoices, i).size());
     const bool isOwn = TDB_PSZLBUFFER[i] == TDB_SZLBUFFER + i * TDB_BUFFERSIZE;
-    makeCall().misusedIf(isOwn && length == TDB_BUFFERSIZE - 1,
-                         {"the choices of text field ", i, " are cut to ", length,
-                          " characters: TexteDlgBox_set_liste_buffer takes more"});
+    call.misusedIf(isOwn && areCutChoices(i) && length == TDB_BUFFERSIZE - 1,
+                   {"the choices of text field ", i, " are cut to ", length,
+                    " characters: TexteDlgBox_set_liste_buffer takes more"});
+    // Those of the application may be filled in until now.
+    if (!isOwn && (TDBC[i] != 0 || TDBL[i] != 0))
+      needsCp1252(call, "a choice", storedText(kChoices, i));
   }
 }
 
@@ -116,11 +141,12 @@ void tellOfForm(const char *name, const platform::Dialog &dialog) {
 
 // Of mandatory ones the library always tells.
 void tellOfOptionalFields(const char *name, const platform::Dialog &dialog) {
-  forEachValidatedField([&](const FieldType &type, int i) {
-    const int item = itemOf(type, i);
-    if (type.flags.mandatory[i] != 0 || dialog.kind(item) != platform::ItemKind::None) return;
-    Call("ZRVDlgBox", {name})
-        .misused({type.name, " ", i, " is not in the form: there is no item ", item});
+  forEachField([&](const FieldType &type, int i) {
+    if (type.flags.mandatory != nullptr && type.flags.mandatory[i] != 0) return;
+    if (const auto item = missingItem(dialog, type, i)) {
+      Call("ZRVDlgBox", {name})
+          .misused({type.name, " ", i, " is not in the form: there is no item ", *item});
+    }
   });
 }
 
@@ -183,6 +209,7 @@ void needsMode(const Call &call, const FieldType &type, int i, int mode, int mod
 }
 
 void needsRoomFor(const Call &call, std::size_t length, int size) {
+  call.needsAll();
   const long long needed = static_cast<long long>(length) + 1;
   call.misusedIf(size < needed,
                  {"nothing is copied into ", size, " bytes: the text needs ", needed});
@@ -319,11 +346,14 @@ void tellOfDescription(const char *title, WindowRef parent) {
                       a.place.rank[i], ": each field needs one of its own"});
   });
   forEachField([&](const FieldType &type, int i) { tellOfPlace(call(), type, i); });
+  for (int i = 0; isInUse(kStaticTexts, i); ++i) tellOfPlace(call(), kStaticTexts, i);
 }
 
 void tellOfTemplate(const char *name, const platform::Dialog &dialog) {
   const auto call = [=] { return Call("ZRVDlgBox", {name}); };
   tellOfIdentifiers(call);
+  tellOfDatesNeighbours(call);
+  tellOfItems(call);
   tellOfChoices(call);
   tellOfForm(name, dialog);
   tellOfOptionalFields(name, dialog);

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "dialogs/run.h"
+#include "platform/desktop.h"
 
 constinit int Dlg_itemOffset[korvel::dialogs::kNumberedItems] = {};
 constinit int Dlg_rkOffset[korvel::dialogs::kNumberedItems] = {};
@@ -34,6 +35,14 @@ int itemOf(const FieldType &type, int i) {
   if (rank < 0) return static_cast<short>(identifierOf(type, i));
   if (!isNumbered(rank)) return 0;
   return static_cast<short>(static_cast<long long>(rank) - Dlg_rkOffset[rank]);
+}
+
+std::optional<int> missingItem(const platform::Dialog &dialog, const FieldType &type, int i) {
+  const int first = itemOf(type, i);
+  for (int item = first; item < first + type.itemsPerField; ++item) {
+    if (dialog.kind(item) == platform::ItemKind::None) return item;
+  }
+  return std::nullopt;
 }
 
 int identifierOf(int item) {

@@ -8,6 +8,10 @@
 
 #include "dialogs/field_type.h"
 
+namespace korvel::platform {
+class Dialog;
+}
+
 namespace korvel::dialogs {
 
 // Entries of the numbering tables: items and ranks run from 0 to one less.
@@ -19,6 +23,9 @@ constexpr int kFirstFieldItem = 3;
 // The first item of field i: by its rank, or fixed when it has none. Always a 16-bit number; 0,
 // which is no item, for a rank beyond the tables.
 int itemOf(const FieldType &type, int i);
+
+// The first of the items of field i that a dialog does not have.
+std::optional<int> missingItem(const platform::Dialog &dialog, const FieldType &type, int i);
 
 // The identifier of field i. They count up from the first field's, which may be any number: it may
 // need more than 32 bits.

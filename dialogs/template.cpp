@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <iterator>
 #include <memory>
-#include <optional>
 #include <string>
 
 #include "base/guard.h"
@@ -20,14 +19,6 @@ namespace {
 
 using platform::Dialog;
 using platform::ItemKind;
-
-std::optional<int> missingItem(const Dialog &dialog, const FieldType &type, int i) {
-  const int first = itemOf(type, i);
-  for (int item = first; item < first + type.itemsPerField; ++item) {
-    if (dialog.kind(item) == ItemKind::None) return item;
-  }
-  return std::nullopt;
-}
 
 // Such a field may keep OK disabled, and nothing on the screen could change that.
 void reportFieldsWithoutItem(const std::string &path, const Dialog &dialog) {

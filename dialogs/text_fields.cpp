@@ -45,11 +45,21 @@ namespace korvel::dialogs {
 using platform::Expected;
 using platform::ItemKind;
 
+namespace {
+
+// Of each field.
+constinit bool choicesAreCut[std::size(TDB_x)] = {};
+
+}  // namespace
+
+bool areCutChoices(int i) { return choicesAreCut[i]; }
+
 bool defineTexts(int n, int firstItem) {
   if (n == 0 || !define(kTextFields, n, firstItem)) return false;
   const int sliceSize = kFieldTexts.size / n;
   cutSlices(kFieldTexts, n, sliceSize);
   cutSlices(kChoices, n, sliceSize);
+  std::fill(std::begin(choicesAreCut), std::end(choicesAreCut), false);
   for (int i = 0; i < n; ++i) {
     TDB_iCarac[i] = sliceSize - 1;
     TDBC[i] = TDBL[i] = 0;
@@ -69,7 +79,7 @@ void setChoices(int i, const char *choices) {
   TDBC[i] = 1;
   // The caller's own buffer, if the field had one, is of unknown size and never written.
   useOwnSlice(kChoices, i);
-  storeText(kChoices, i, choices);
+  choicesAreCut[i] = !storeText(kChoices, i, choices);
 }
 
 void turnPopUpOrList(int i) {

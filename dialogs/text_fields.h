@@ -19,6 +19,8 @@ inline constexpr TextStore kChoices{TDB_SZLBUFFER, std::size(TDB_SZLBUFFER), &TD
 bool defineTexts(int n, int firstItem);
 void setText(int i, const char *text);
 void setChoices(int i, const char *choices);
+// Whether those that were set last did not fit.
+bool areCutChoices(int i);
 void turnPopUpOrList(int i);
 void useChoices(int i, char *choices);
 

@@ -224,6 +224,8 @@ TEST_F(DialogsMisuse, ABufferThatIsTooSmall) {
   EXPECT_TOLD(TitreDlgBox_retrieve(text_, 3),
               "TitreDlgBox_retrieve(..., 3): nothing is copied into 3 bytes: the text needs 4");
   EXPECT_TOLD(TitreDlgBox_retrieve(text_, 4), "");
+  EXPECT_TOLD(TitreDlgBox_retrieve(nullptr, 200),
+              "TitreDlgBox_retrieve(null, 200): argument 1 is null");
 }
 
 TEST_F(DialogsMisuse, APlaceModeOrLimitThatIsNone) {
@@ -369,8 +371,10 @@ TEST_F(DialogsMisuse, ChoicesThatAreCut) {
     TexteDlgBox_set_liste(0, choices.substr(0, size).c_str());
     desk.expectDialog("T").press(kCancel);
   };
-  describe(407);
-  EXPECT_TOLD(ZRVDlgBoxEx("T", nullptr), "");
+  for (const std::size_t fitting : {407U, 408U}) {
+    describe(fitting);
+    EXPECT_TOLD(ZRVDlgBoxEx("T", nullptr), "");
+  }
   describe(409);
   EXPECT_FAILS(ZRVDlgBoxEx("T", nullptr), 0,
                "ZRVDlgBoxEx(\"T\", null): the choices of text field 0 are cut to 408 characters: "
@@ -378,6 +382,70 @@ TEST_F(DialogsMisuse, ChoicesThatAreCut) {
   describe(409);
   TexteDlgBox_set_liste_buffer(0, choices.data());
   EXPECT_TOLD(ZRVDlgBoxEx("T", nullptr), "");
+}
+
+// An application fills its own buffer when it likes.
+TEST_F(DialogsMisuse, ChoicesInABufferOfTheApplication) {
+  char choices[64] = "";
+  TexteDlgBox_param(1, 100);
+  TexteDlgBox_set_geo(0, 1, 1, 1, 1, 0);
+  TexteDlgBox_set_liste(0, "a");
+  EXPECT_TOLD(TexteDlgBox_set_liste_buffer(0, choices), "");
+  std::strcpy(choices, "\xC3\xA9+\xC3\xA8");
+  desk.expectDialog("T").press(kCancel);
+  EXPECT_TOLD(ZRVDlgBoxEx("T", nullptr),
+              "ZRVDlgBoxEx(\"T\", null): a choice looks like UTF-8: texts are CP1252");
+}
+
+TEST_F(DialogsMisuse, ThreeKindsWithOneIdentifier) {
+  TexteDlgBox_param(3, 100);
+  IntDlgBox_param(3, 100);
+  NumDlgBox_param(3, 100);
+  for (int i = 0; i < 3; ++i) {
+    TexteDlgBox_set_geo(i, 1, 1, 1, 1, i);
+    IntDlgBox_set_geo(i, 1, 1, 1, 1, i + 3);
+    NumDlgBox_set_geo(i, 1, 1, 1, 1, i + 6);
+  }
+  desk.expectDialog("T").press(kCancel);
+  const std::string lines = told([] { ZRVDlgBoxEx("T", nullptr); });
+  EXPECT_EQ(std::count(lines.begin(), lines.end(), '\n'), 3) << lines;
+}
+
+TEST_F(DialogsMisuse, FieldsWithoutASize) {
+  IntDlgBox_param(1, 100);
+  IntDlgBox_set_geo(0, 10, 10, 0, 0, 0);
+  StaticDlgBox_param(1);
+  StaticDlgBox_set(0, "a");
+  desk.expectDialog("T").press(kCancel);
+  EXPECT_EQ(told([] { ZRVDlgBoxEx("T", nullptr); }),
+            "korvel: ZRVDlgBoxEx(\"T\", null): integer field 0 has no size\n"
+            "korvel: ZRVDlgBoxEx(\"T\", null): static text 0 has no place and no size\n");
+}
+
+TEST_F(DialogsMisuse, AFormAndWhatItLacks) {
+  TemplateFolder templates;
+  templates.add(desk, "f",
+                {"F",
+                 {{1, ItemKind::PushButton, "OK"},
+                  {2, ItemKind::PushButton, "Non"},
+                  {3, ItemKind::EditText, ""},
+                  {7, ItemKind::EditText, ""}}});
+  TexteDlgBox_param(1, 3);
+  IntDlgBox_param(1, 50);
+  IntDlgBox_set_geo(0, 0, 0, 0, 0, 3);
+  BoolDlgBox_param(1, 20);
+  DateDlgBox_param(1, 7);
+  DateDlgBox_mandatory(0, 0);
+  PushDlgBox_param(1, 6);
+  desk.expectDialog("F").press(kCancel);
+  EXPECT_EQ(told([] { ZRVDlgBox("f"); }),
+            "korvel: ZRVDlgBox(\"f\"): push button 0 has the identifier 6, which counts as date "
+            "field 0: its first identifier is 7\n"
+            "korvel: ZRVDlgBox(\"f\"): text field 0 and integer field 0 both lead to item 3 of the "
+            "form: a rank is the number of an item there\n"
+            "korvel: ZRVDlgBox(\"f\"): check box 0 is not in the form: there is no item 20\n"
+            "korvel: ZRVDlgBox(\"f\"): date field 0 is not in the form: there is no item 8\n"
+            "korvel: ZRVDlgBox(\"f\"): push button 0 is not in the form: there is no item 6\n");
 }
 
 TEST_F(DialogsMisuse, AForm) {
