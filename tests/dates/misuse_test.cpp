@@ -25,6 +25,14 @@ TEST(DatesMisuse, ATextThatIsShorterThanItsLayout) {
       ZRV_Build_Date_slong("07/03/04", "09:05", out),
       "ZRV_Build_Date_slong(\"07/03/04\", \"09:05\", ...): a text of 5 characters is shorter "
       "than HH:MM:SS");
+  EXPECT_FAILS(ZRV_Build_Date_short("07/03/04", nullptr), 11,
+               "ZRV_Build_Date_short(\"07/03/04\", null): argument 2 is null");
+  EXPECT_FAILS(ZRV_Build_Date_long("07/03/04", "09:05", nullptr), 11,
+               "ZRV_Build_Date_long(\"07/03/04\", \"09:05\", null): argument 3 is null");
+  EXPECT_FAILS(ZRV_Build_Date_slong("07/03/04", "09:05:00", nullptr), 11,
+               "ZRV_Build_Date_slong(\"07/03/04\", \"09:05:00\", null): argument 3 is null");
+  EXPECT_FAILS(ZRV_Build_Date_SV("07/03/04", nullptr), 11,
+               "ZRV_Build_Date_SV(\"07/03/04\", null): argument 2 is null");
   EXPECT_TOLD(ZRV_Build_Date_SV("", out),
               "ZRV_Build_Date_SV(\"\", ...): a text of 0 characters is shorter than DD/MM/YY");
   EXPECT_TOLD(ZRV_Inv_Date("2004", out),

@@ -6,7 +6,7 @@ import re
 # the ordinary answers.
 VALUE = r'(?:Korvel\w+ \()?(-?\d+(?: << \d+)?|null|Korvel\w+Status)\b\)?'
 WHEN = r'(?:,(?! or)[^.;:]*?| and \w+[^.;:]*?)? (?:when|if|for|where|outside|without|unless|at)\b'
-END = r'(?=[.,;:]|$| (?:when|if|for|without|with|after|otherwise)\b)'
+END = r'(?=[.,;:]|$| (?:when|if|for|without|with|after|otherwise|on an error)\b)'
 FAILURES = [re.compile(pattern) for pattern in (
     # "Returns -1 when ...", "Returns 0, with out untouched, when ...", "Returns 0 unless ..."
     rf'[Rr]eturns (?!1\b){VALUE}(?: too| also)?{WHEN}',
@@ -21,8 +21,8 @@ SUCCESS = re.compile(rf'[Rr]eturns (0|1){WHEN}[^.;]*(?:\belse|,|, and|, or) (?:0
 # "  -1  why" and "- KorvelNoSlotStatus (-1): why", a line each
 CODE = re.compile(r'^\s*(?:- )?(?:Korvel\w+ \()?(-?[1-9]\d*)\)?(?:  |: )\S', re.M)
 EXAMPLE = re.compile(r'\n {5}\S[^\n]*->[^\n]*')
-AS_ANOTHER = re.compile(r'(?:\bAs|[Tt]he same as|(?:Returns|Results|results) as|codes? of|'
-                        r'(?:Returns|Does) what|read(?:s|ing) with) (\w+)\b')
+AS_ANOTHER = re.compile(r'(?:\bAs|\belse as|[Tt]he same as|(?:Returns|Results|results) as|'
+                        r'codes? of|(?:Returns|Does) what|read(?:s|ing) with) (\w+)\b')
 RESULTS = re.compile(r'[Rr]eturns|[Rr]esults')
 PART_OF_RESULTS = re.compile(r'(?:Returns|Results)\b.*', re.S)
 
