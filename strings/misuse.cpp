@@ -95,9 +95,9 @@ void needsItem(const Call &call, const char *list, int index, std::size_t longes
   needsFit(call, "the item", item.size(), longest);
 }
 
-void needsConversion(const Call &call, int size, bool hasRoom) {
+void needsConversion(const Call &call, int size, std::size_t length) {
   call.needsAll();
-  call.misusedIf(!hasRoom, {"the converted text has no room in ", size, " bytes"});
+  call.misused({"the converted text has no room in ", size, " bytes: ", length + 1, " are needed"});
 }
 
 }  // namespace korvel::strings

@@ -44,8 +44,8 @@ void needsList(const Call &call, const char *buffer, int capacity);
 void needsWhole(const Call &call, const char *d, int size, const char *source);
 void needsWholeBehind(const Call &call, const char *d, int size, const char *source);
 
-// A conversion whose result has room.
-void needsConversion(const Call &call, int size, bool hasRoom);
+// A text to convert, whose result, of this length, had no room.
+void needsConversion(const Call &call, int size, std::size_t length);
 
 // A growable buffer as szcopyex takes it.
 void needsGrowable(const Call &call, char *const *buf, const int *capacity, int used, int n);

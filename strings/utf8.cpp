@@ -31,12 +31,16 @@ void eachCharacter(std::string_view text, Use use) {
   }
 }
 
+std::size_t lengthFromUtf8(std::string_view text) {
+  std::size_t length = 0;
+  eachCharacter(text, [&](char32_t) { ++length; });
+  return length;
+}
+
 // The number of characters without a byte. From the front: what is written is never in front of
 // what is still to be read, in one buffer.
 int fromUtf8(std::string_view text, std::span<char> out) {
-  std::size_t needed = 0;
-  eachCharacter(text, [&](char32_t) { ++needed; });
-  if (needed >= out.size()) return kTooSmall;
+  if (lengthFromUtf8(text) >= out.size()) return kTooSmall;
   int lost = 0;
   char *place = out.data();
   eachCharacter(text, [&](char32_t character) {
@@ -50,10 +54,15 @@ int fromUtf8(std::string_view text, std::span<char> out) {
 
 char16_t characterOf(char byte) { return characterOfCp1252(static_cast<unsigned char>(byte)); }
 
+std::size_t lengthToUtf8(std::string_view text) {
+  std::size_t length = 0;
+  for (const char byte : text) length += utf8Length(characterOf(byte));
+  return length;
+}
+
 // From the end: what is written is never behind what was read already, in one buffer.
 int toUtf8(std::string_view text, std::span<char> out) {
-  std::size_t needed = 0;
-  for (const char byte : text) needed += utf8Length(characterOf(byte));
+  const std::size_t needed = lengthToUtf8(text);
   if (needed >= out.size()) return kTooSmall;
   char *place = out.data() + needed;
   *place = '\0';
@@ -71,7 +80,8 @@ using namespace korvel::strings;
 int KorvelFromUtf8(const char *utf8, char *out, int size) {
   const int lost = utf8 != nullptr ? fromUtf8(utf8, roomOf(out, size)) : kTooSmall;
   lookForMisuse([=] {
-    needsConversion(Call("KorvelFromUtf8", {filled(utf8), filled(out), size}), size, lost >= 0);
+    const Call call("KorvelFromUtf8", {filled(utf8), filled(out), size});
+    if (lost < 0) needsConversion(call, size, lengthFromUtf8(textOf(utf8)));
   });
   return lost;
 }
@@ -83,7 +93,7 @@ int KorvelToUtf8(const char *text, char *out, int size) {
       const Call call("KorvelToUtf8", {text, filled(out), size});
       needsCp1252(call, "the text", textOf(text));
       const int result = work();
-      needsConversion(call, size, result >= 0);
+      if (result < 0) needsConversion(call, size, lengthToUtf8(textOf(text)));
       return result;
     });
   return work();

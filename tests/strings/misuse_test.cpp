@@ -163,9 +163,11 @@ TEST_F(StringsMisuse, AConversion) {
   EXPECT_FAILS(KorvelFromUtf8(nullptr, out, 4), -1,
                "KorvelFromUtf8(null, ..., 4): argument 1 is null");
   EXPECT_FAILS(KorvelFromUtf8("abcd", out, 4), -1,
-               "KorvelFromUtf8(..., ..., 4): the converted text has no room in 4 bytes");
+               "KorvelFromUtf8(..., ..., 4): the converted text has no room in 4 bytes: 5 are "
+               "needed");
   EXPECT_FAILS(KorvelToUtf8("\xE9\xE9", out, 4), -1,
-               "KorvelToUtf8(\"éé\", ..., 4): the converted text has no room in 4 bytes");
+               "KorvelToUtf8(\"éé\", ..., 4): the converted text has no room in 4 bytes: 5 are "
+               "needed");
   EXPECT_FAILS(KorvelToUtf8("\xC3\xA9", out, 4), -1,
                "KorvelToUtf8(\"Ã©\", ..., 4): the text looks like UTF-8: texts are CP1252");
   char longer[8];
