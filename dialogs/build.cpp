@@ -74,7 +74,10 @@ std::unique_ptr<Dialog> build(platform::Desktop &desktop, const char *title, Win
 // The described dialog, or null.
 std::unique_ptr<Dialog> open(const char *title, WindowRef parent) {
   const std::vector<FieldId> order = placementOrder();
-  if (!fitsNumbering(order)) return nullptr;
+  if (const std::string misfit = misfitOf(order); !misfit.empty()) {
+    reportNotShown(Call("ZRVDlgBoxEx", {title, orNull(parent)}), misfit);
+    return nullptr;
+  }
   platform::Desktop *desktop = platform::desktopWithScreen();
   return desktop == nullptr ? nullptr : build(*desktop, title, parent, order);
 }

@@ -6,7 +6,6 @@
 #include <algorithm>
 #include <string>
 
-#include "dialogs/run.h"
 #include "platform/desktop.h"
 
 constinit int Dlg_itemOffset[korvel::dialogs::kNumberedItems] = {};
@@ -18,10 +17,9 @@ namespace {
 
 bool isNumbered(long long number) { return number >= 0 && number < kNumberedItems; }
 
-void refuse(const FieldId &field, const char *what, int number) {
-  reportNotShown(field.type->name + (' ' + std::to_string(field.index)) + " would need " + what +
-                 ' ' + std::to_string(number) + ", beyond the last one, " +
-                 std::to_string(kNumberedItems - 1));
+std::string misfit(const FieldId &field, const char *what, int number) {
+  return field.type->name + (' ' + std::to_string(field.index)) + " would need " + what + ' ' +
+         std::to_string(number) + ", beyond the last one, " + std::to_string(kNumberedItems - 1);
 }
 
 }  // namespace
@@ -80,21 +78,15 @@ std::vector<FieldId> placementOrder() {
   return fields;
 }
 
-bool fitsNumbering(const std::vector<FieldId> &order) {
+std::string misfitOf(const std::vector<FieldId> &order) {
   int nextItem = kFirstFieldItem;
   for (const FieldId &field : order) {
     const int rank = field.type->place.rank[field.index];
     nextItem += field.type->itemsPerField;
-    if (!isNumbered(nextItem - 1)) {
-      refuse(field, "item", nextItem - 1);
-      return false;
-    }
-    if (!isNumbered(rank)) {
-      refuse(field, "rank", rank);
-      return false;
-    }
+    if (!isNumbered(nextItem - 1)) return misfit(field, "item", nextItem - 1);
+    if (!isNumbered(rank)) return misfit(field, "rank", rank);
   }
-  return true;
+  return {};
 }
 
 }  // namespace korvel::dialogs

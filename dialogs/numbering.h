@@ -4,6 +4,7 @@
 #define KORVEL_DIALOGS_NUMBERING_H
 
 #include <optional>
+#include <string>
 #include <vector>
 
 #include "dialogs/field_type.h"
@@ -49,9 +50,9 @@ struct FieldId {
 // by type, then by index.
 std::vector<FieldId> placementOrder();
 
-// Whether ranks and items of these fields fit into the numbering tables. If not, one line on
-// standard error names the first field that does not.
-bool fitsNumbering(const std::vector<FieldId> &order);
+// Why ranks and items of these fields do not fit into the numbering tables, of the first field that
+// does not; empty if all do.
+std::string misfitOf(const std::vector<FieldId> &order);
 
 }  // namespace korvel::dialogs
 
