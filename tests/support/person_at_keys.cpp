@@ -16,7 +16,7 @@
 namespace {
 
 // How long a modal window may wait for a key when there is none left, in milliseconds.
-constexpr int kPatience = 10000;
+constexpr int kPatience = 60000;
 
 std::string *toPress = nullptr;
 QElapsedTimer sinceLastKey;
