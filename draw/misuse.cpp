@@ -2,7 +2,6 @@
 // Misuse of drawing: ports that are gone, colours that are not in the palette, texts too long.
 #include "draw/misuse.h"
 
-#include <algorithm>
 #include <iterator>
 
 #include <korvel/draw.h>
@@ -35,20 +34,6 @@ bool isGone(CGrafPtr port) {
   return base::guarded(true, [&] { return surfaceOf(port) == nullptr; });
 }
 
-void needsLength(const Call &call, CGrafPtr port, int len) {
-  call.misusedIf(len < 0, {"there is no length ", len});
-  needsPort(call, port);
-}
-
-// What stands between the escapes of a rich text: byte 255 with a code behind it.
-void needsCp1252Runs(const Call &call, std::string_view text) {
-  while (!text.empty()) {
-    const std::size_t length = std::min(text.find('\xFF'), text.size());
-    needsCp1252(call, "the text", text.substr(0, length));
-    text.remove_prefix(std::min(length + 2, text.size()));
-  }
-}
-
 }  // namespace
 
 void needsPort(const Call &call, CGrafPtr port) {
@@ -57,15 +42,15 @@ void needsPort(const Call &call, CGrafPtr port) {
 }
 
 void needsText(const Call &call, CGrafPtr port, const char *text, int len) {
-  needsLength(call, port, len);
-  needsCp1252Runs(call, base::bytesOf(text, len));
+  call.misusedIf(len < 0, {"there is no length ", len});
+  needsPort(call, port);
+  needsCp1252(call, "the text", base::bytesOf(text, len));
 }
 
 void needsRun(const Call &call, CGrafPtr port, const char *text, int len) {
   call.misusedIf(len > kLongestRun,
                  {"a text of ", len, " bytes is not drawn: at most ", kLongestRun, " are"});
-  needsLength(call, port, len);
-  needsCp1252(call, "the text", base::bytesOf(text, len));
+  needsText(call, port, text, len);
 }
 
 void needsColour(const Call &call, CGrafPtr port, int colour) {

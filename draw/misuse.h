@@ -18,7 +18,7 @@ using base::shownRun;
 // A port that is there.
 void needsPort(const Call &call, CGrafPtr port);
 
-// The same, and a rich text of len bytes; a run, which has at most 255.
+// The same, and a text of len bytes; of at most 255 where it is a run.
 void needsText(const Call &call, CGrafPtr port, const char *text, int len);
 void needsRun(const Call &call, CGrafPtr port, const char *text, int len);
 
