@@ -74,10 +74,7 @@ std::unique_ptr<Dialog> build(platform::Desktop &desktop, const char *title, Win
 // The described dialog, or null.
 std::unique_ptr<Dialog> open(const char *title, WindowRef parent) {
   const std::vector<FieldId> order = placementOrder();
-  if (const std::string misfit = misfitOf(order); !misfit.empty()) {
-    reportNotShown(Call("ZRVDlgBoxEx", {title, orNull(parent)}), misfit);
-    return nullptr;
-  }
+  if (!fitsNumbering(order)) return nullptr;
   platform::Desktop *desktop = platform::desktopWithScreen();
   return desktop == nullptr ? nullptr : build(*desktop, title, parent, order);
 }

@@ -139,8 +139,10 @@ void tellOfForm(const char *name, const platform::Dialog &dialog) {
   }
 }
 
-void tellOfMissingFields(const char *name, const platform::Dialog &dialog) {
+// Of mandatory ones the library always tells.
+void tellOfOptionalFields(const char *name, const platform::Dialog &dialog) {
   forEachField([&](const FieldType &type, int i) {
+    if (type.flags.mandatory != nullptr && type.flags.mandatory[i] != 0) return;
     if (const auto item = missingItem(dialog, type, i)) {
       Call("ZRVDlgBox", {name})
           .misused({type.name, " ", i, " is not in the form: there is no item ", *item});
@@ -354,7 +356,7 @@ void tellOfTemplate(const char *name, const platform::Dialog &dialog) {
   tellOfItems(call);
   tellOfChoices(call);
   tellOfForm(name, dialog);
-  tellOfMissingFields(name, dialog);
+  tellOfOptionalFields(name, dialog);
 }
 
 }  // namespace korvel::dialogs

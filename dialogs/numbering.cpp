@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <string>
 
+#include "dialogs/run.h"
 #include "platform/desktop.h"
 
 constinit int Dlg_itemOffset[korvel::dialogs::kNumberedItems] = {};
@@ -17,9 +18,10 @@ namespace {
 
 bool isNumbered(long long number) { return number >= 0 && number < kNumberedItems; }
 
-std::string misfit(const FieldId &field, const char *what, int number) {
-  return field.type->name + (' ' + std::to_string(field.index)) + " would need " + what + ' ' +
-         std::to_string(number) + ", beyond the last one, " + std::to_string(kNumberedItems - 1);
+void refuse(const FieldId &field, const char *what, int number) {
+  reportNotShown(field.type->name + (' ' + std::to_string(field.index)) + " would need " + what +
+                 ' ' + std::to_string(number) + ", beyond the last one, " +
+                 std::to_string(kNumberedItems - 1));
 }
 
 }  // namespace
@@ -78,15 +80,21 @@ std::vector<FieldId> placementOrder() {
   return fields;
 }
 
-std::string misfitOf(const std::vector<FieldId> &order) {
+bool fitsNumbering(const std::vector<FieldId> &order) {
   int nextItem = kFirstFieldItem;
   for (const FieldId &field : order) {
     const int rank = field.type->place.rank[field.index];
     nextItem += field.type->itemsPerField;
-    if (!isNumbered(nextItem - 1)) return misfit(field, "item", nextItem - 1);
-    if (!isNumbered(rank)) return misfit(field, "rank", rank);
+    if (!isNumbered(nextItem - 1)) {
+      refuse(field, "item", nextItem - 1);
+      return false;
+    }
+    if (!isNumbered(rank)) {
+      refuse(field, "rank", rank);
+      return false;
+    }
   }
-  return {};
+  return true;
 }
 
 }  // namespace korvel::dialogs

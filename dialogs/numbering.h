@@ -4,7 +4,6 @@
 #define KORVEL_DIALOGS_NUMBERING_H
 
 #include <optional>
-#include <string>
 #include <vector>
 
 #include "dialogs/field_type.h"
@@ -50,9 +49,9 @@ struct FieldId {
 // by type, then by index.
 std::vector<FieldId> placementOrder();
 
-// Why ranks and items of these fields do not fit into the numbering tables, of the first field that
-// does not; empty if all do.
-std::string misfitOf(const std::vector<FieldId> &order);
+// Whether ranks and items of these fields fit into the numbering tables. If not, one line on
+// standard error names the first field that does not.
+bool fitsNumbering(const std::vector<FieldId> &order);
 
 }  // namespace korvel::dialogs
 

@@ -180,10 +180,6 @@ bool mayShowDialog() {
 
 void reportNotShown(const std::string &reason) { platform::report("dialog not shown: " + reason); }
 
-void reportNotShown(const base::Call &call, const std::string &reason) {
-  call ? call.misused({reason.c_str()}) : reportNotShown(reason);
-}
-
 DialogRef makeCurrent(std::unique_ptr<platform::Dialog> dialog) {
   if (dialog == nullptr) return nullptr;
   current = new KorvelDialog{std::move(dialog)};

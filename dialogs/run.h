@@ -8,7 +8,6 @@
 #include <string>
 
 #include "base/guard.h"
-#include "base/misuse.h"
 #include "dialogs/callbacks.h"
 #include "dialogs/field_type.h"
 #include "platform/desktop.h"
@@ -28,9 +27,6 @@ bool mayShowDialog();
 
 // Writes the reason to standard error, in one line.
 void reportNotShown(const std::string &reason);
-
-// The same; where misuse is told, the line is one about this call.
-void reportNotShown(const base::Call &call, const std::string &reason);
 
 // Makes a dialog the current one, and the port of its window the current port. Null for null. No
 // dialog may be up.

@@ -50,17 +50,14 @@ std::unique_ptr<Dialog> open(const char *name, const std::string &path) {
   std::string problem;
   auto dialog = readTemplate(*desktop, path, problem);
   if (dialog == nullptr) {
-    reportNotShown(Call("ZRVDlgBox", {name}), path + ": " + problem);
+    reportNotShown(path + ": " + problem);
     return nullptr;
   }
   // A template numbers its items itself: none is moved.
   std::fill(std::begin(Dlg_itemOffset), std::end(Dlg_itemOffset), 0);
   std::fill(std::begin(Dlg_rkOffset), std::end(Dlg_rkOffset), 0);
-  if (base::tellsMisuse()) {
-    tellOfTemplate(name, *dialog);
-  } else {
-    reportFieldsWithoutItem(path, *dialog);
-  }
+  reportFieldsWithoutItem(path, *dialog);
+  lookForMisuse([&] { tellOfTemplate(name, *dialog); });
   return dialog;
 }
 
@@ -68,7 +65,7 @@ int runTemplate(const char *name) {
   if (!mayShowDialog()) return 0;
   const std::string path = platform::findNamed("dialogs", name, {".ui"});
   if (*name != '\0' && !path.empty()) return runOpened([&] { return open(name, path); });
-  reportNotShown(Call("ZRVDlgBox", {name}), "there is no template " + platform::inUtf8(name));
+  reportNotShown("there is no template " + platform::inUtf8(name));
   return 0;
 }
 

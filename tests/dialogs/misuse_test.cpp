@@ -448,24 +448,6 @@ TEST_F(DialogsMisuse, AFormAndWhatItLacks) {
             "korvel: ZRVDlgBox(\"f\"): push button 0 is not in the form: there is no item 6\n");
 }
 
-// The lines that there always are have the form of all others.
-TEST_F(DialogsMisuse, WhatIsNotShown) {
-  TemplateFolder templates;
-  templates.add(desk, "f",
-                {"F", {{1, ItemKind::PushButton, "OK"}, {2, ItemKind::PushButton, "Non"}}});
-  TexteDlgBox_param(1, 3);
-  desk.expectDialog("F").press(kCancel);
-  EXPECT_TOLD(ZRVDlgBox("f"),
-              "ZRVDlgBox(\"f\"): text field 0 is not in the form: there is no item 3");
-  EXPECT_TOLD(ZRVDlgBox("none"), "ZRVDlgBox(\"none\"): there is no template none");
-  TexteDlgBox_param(1, 3);
-  TexteDlgBox_set_geo(0, 1, 1, 1, 1, 0);
-  TDB_rk[0] = 128;
-  EXPECT_TOLD(ZRVDlgBoxEx("T", nullptr),
-              "ZRVDlgBoxEx(\"T\", null): text field 0 would need rank 128, beyond the last one, "
-              "127");
-}
-
 TEST_F(DialogsMisuse, AForm) {
   TemplateFolder templates;
   templates.add(desk, "f",
