@@ -30,12 +30,6 @@ void needsEntry(const Call &call, const char *section, const char *key, const ch
   files::needsMemorySlots(call, 1);
 }
 
-void needsEntryOrDefault(const Call &call, const char *section, const char *key,
-                         const char *defaultText, const char *path) {
-  needsEntry(call, section, key, path);
-  needsCp1252(call, "the default", base::textOf(defaultText));
-}
-
 void needsValue(const Call &call, const char *section, const char *key, const char *value,
                 const char *path) {
   needsEntry(call, section, key, path);

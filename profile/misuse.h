@@ -15,10 +15,6 @@ using base::orNull;
 // A section, a key and a path of a profile that may be missing, but not its folder.
 void needsEntry(const Call &call, const char *section, const char *key, const char *path);
 
-// The same, with a default.
-void needsEntryOrDefault(const Call &call, const char *section, const char *key,
-                         const char *defaultText, const char *path);
-
 // The same, with a value to write.
 void needsValue(const Call &call, const char *section, const char *key, const char *value,
                 const char *path);

@@ -15,7 +15,6 @@
 #include <korvel/profile.h>
 
 #include "base/guard.h"
-#include "base/views.h"
 #include "codecs/integer.h"
 #include "files/lock.h"
 #include "files/paths.h"
@@ -43,36 +42,18 @@ class Destination {
 
   // The text may be in the buffer already.
   void set(const char *text) {
-    if (base::tellsMisuse()) needed_ = base::textOf(text).size();
     const std::size_t length = text == nullptr ? 0 : strnlen(text, room_);
     if (length > 0) std::memmove(bytes_, text, length);
     bytes_[length] = '\0';
   }
-  void set(Characters value) {
-    if (base::tellsMisuse()) needed_ = lengthOf(value);
-    bytes_[value.copyTo(bytes_, room_)] = '\0';
-  }
+  void set(Characters value) { bytes_[value.copyTo(bytes_, room_)] = '\0'; }
 
   // A text from a file ends at its first NUL too.
   int length() const { return static_cast<int>(std::strlen(bytes_)); }
 
-  // The length that the text would have with room enough, where misuse is told.
-  std::size_t needed() const { return needed_; }
-
  private:
-  static std::size_t lengthOf(Characters value) {
-    std::size_t length = 0;
-    for (std::string_view run = value.takeRun(); !run.empty(); run = value.takeRun()) {
-      const std::size_t end = run.find('\0');
-      if (end != run.npos) return length + end;
-      length += run.size();
-    }
-    return length;
-  }
-
   char *bytes_;
   std::size_t room_;
-  std::size_t needed_ = 0;
 };
 
 // Returns whether there is a value.
@@ -94,21 +75,18 @@ struct Entry {
   const char *path;
 };
 
-// needed: the length of the whole text, where misuse is told.
-int readText(const Entry &entry, const char *defaultText, char *destination, int capacity,
-             std::size_t &needed) {
-  if (destination == nullptr || capacity < 1) return 0;
-  Destination text(destination, capacity);
+// Tells of a value, or of a default, that does not fit. It is read once more, into room for more.
+void needsRoomForValue(const Call &call, const Entry &entry, const char *defaultText,
+                       const char *destination, int capacity) {
+  needsRoom(call, destination, capacity);
+  needsEntry(call, entry.section, entry.key, entry.path);
+  if (!call) return;
+  const base::ErrnoKept kept;
+  char whole[1 << 14];
+  Destination text(whole, sizeof whole);
   text.set(defaultText);
   readValue(entry.section, entry.key, entry.path, text);
-  needed = text.needed();
-  return text.length();
-}
-
-void needsText(const Call &call, const Entry &entry, const char *defaultText,
-               const char *destination, int capacity) {
-  needsRoom(call, destination, capacity);
-  needsEntryOrDefault(call, entry.section, entry.key, defaultText, entry.path);
+  needsWhole(call, std::strlen(whole), capacity);
 }
 
 // Tells of a value that is no number.
@@ -264,13 +242,16 @@ using korvel::base::guarded;
 
 int GetPrivateProfileString(const char *section, const char *key, const char *defaultText,
                             char *destination, int capacity, const char *path) {
-  const Call call("GetPrivateProfileString",
-                  {section, key, orNull(defaultText), filled(destination), capacity, path});
-  if (call) needsText(call, {section, key, path}, defaultText, destination, capacity);
-  std::size_t needed = 0;
-  const int length = readText({section, key, path}, defaultText, destination, capacity, needed);
-  if (call) needsWhole(call, needed, capacity);
-  return length;
+  lookForMisuse([=] {
+    needsRoomForValue(Call("GetPrivateProfileString", {section, key, orNull(defaultText),
+                                                       filled(destination), capacity, path}),
+                      {section, key, path}, defaultText, destination, capacity);
+  });
+  if (destination == nullptr || capacity < 1) return 0;
+  Destination text(destination, capacity);
+  text.set(defaultText);
+  readValue(section, key, path, text);
+  return text.length();
 }
 
 int GetPrivateProfileInt(const char *section, const char *key, int defaultValue, const char *path) {
