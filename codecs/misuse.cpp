@@ -3,12 +3,10 @@
 // status tells.
 #include "codecs/misuse.h"
 
-#include <algorithm>
 #include <cstring>
 
 #include "codecs/integer.h"
 #include "codecs/real.h"
-#include "codecs/status.h"
 
 namespace korvel::codecs {
 
@@ -36,12 +34,9 @@ void needsRealRoom(const Call &call, const void *buffer, int capacity, double va
   needsRoom(call, buffer, capacity);
   call.misusedIf(decimals < 0, {"there are no ", decimals, " decimals: 0 is the least"});
   if (!call) return;
-  // Behind these there are zeros.
-  constexpr int kMostDecimals = 1100;
-  char text[kMostDecimals + 400];
-  const int shown = std::min(decimals, kMostDecimals);
-  writeReal(value, text, sizeof text, shown);
-  needsBytes(call, capacity, static_cast<int>(std::strlen(text)) + 1 + (decimals - shown));
+  char text[512];
+  writeReal(value, text, sizeof text, decimals);
+  needsBytes(call, capacity, static_cast<int>(std::strlen(text)) + 1);
 }
 
 void needsSignificantRoom(const Call &call, const void *buffer, int capacity, int digits,
@@ -61,11 +56,6 @@ void needsReadableWidth(const Call &call, int width, int widest) {
   call.needsAll();
   call.misusedIf(width < 0 || width > widest,
                  {"no number has a width of ", width, ": 0 to ", widest, " are read"});
-}
-
-void needsNumWidth(const Call &call, int status, int widest) {
-  const bool isTooWide = status == kWrongWidth || status == 2 * kWrongWidth;
-  call.misusedIf(isTooWide, {"a number of more than ", widest, " characters is not read"});
 }
 
 void needsAnotherWriter(const Call &call) {

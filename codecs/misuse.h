@@ -24,9 +24,6 @@ void needsSignificantRoom(const Call &call, const void *buffer, int capacity, in
 void needsWidth(const Call &call, const void *destination, int width, int value);
 void needsReadableWidth(const Call &call, int width, int widest);
 
-// That each number of a NUM, without what may be around it, was short enough to be read.
-void needsNumWidth(const Call &call, int status, int widest);
-
 // DoubleToNUMD never writes.
 void needsAnotherWriter(const Call &call);
 

@@ -22,9 +22,6 @@ namespace {
 // Blanks and signs may be around a number: only the pointers and widths below 0 are wrong.
 constexpr int kWidest = 2147483647;
 
-// The text of a real, terminator included.
-constexpr int kRealArea = 20;
-
 void trimEnd(std::string_view &run) {
   while (run.ends_with(' ')) run.remove_suffix(1);
 }
@@ -85,7 +82,7 @@ int readInterval(std::string_view run, int *low, int *high) {
 int readRealNum(std::string_view run, double *result) {
   const bool isPercentage = dropLast(run, '%');
   if (isPercentage) trimEnd(run);
-  const int status = readRun<kRealArea>(run, result, readReal);
+  const int status = readRun<20>(run, result, readReal);
   if (isPercentage) *result /= 100.0;
   return status;
 }
@@ -165,19 +162,20 @@ int NUMToInt(const char *num, int width, int *result) {
 }
 
 int NUMP100ToLong(const char *num, int width, int *result) {
-  const Call call("NUMP100ToLong", {shownRun(num, width), width, filled(result)});
-  if (call) needsReadableWidth(call, width, kWidest);
-  const int status = readPercentage(bytesOf(num, width), result);
-  if (call) needsNumWidth(call, status, kIntegerSize - 1);
-  return status;
+  lookForMisuse([=] {
+    needsReadableWidth(Call("NUMP100ToLong", {shownRun(num, width), width, filled(result)}), width,
+                       kWidest);
+  });
+  return readPercentage(bytesOf(num, width), result);
 }
 
 int NUMPInterToLong(const char *text, int width, int *low, int *high) {
-  const Call call("NUMPInterToLong", {shownRun(text, width), width, filled(low), filled(high)});
-  if (call) needsReadableWidth(call, width, kWidest);
-  const int status = readInterval(bytesOf(text, width), low, high);
-  if (call) needsNumWidth(call, status, kIntegerSize - 1);
-  return status;
+  lookForMisuse([=] {
+    needsReadableWidth(
+        Call("NUMPInterToLong", {shownRun(text, width), width, filled(low), filled(high)}), width,
+        kWidest);
+  });
+  return readInterval(bytesOf(text, width), low, high);
 }
 
 // Kept: the writer of reals answers 1 for the 20 bytes that would be formatted into, which counts
@@ -190,11 +188,11 @@ int DoubleToNUMD(double value, char *destination, int width, int decimals) {
 }
 
 int NUMDToDouble(const char *num, int width, double *result) {
-  const Call call("NUMDToDouble", {shownRun(num, width), width, filled(result)});
-  if (call) needsReadableWidth(call, width, kWidest);
-  const int status = result == nullptr ? kWrongWidth : readRealNum(bytesOf(num, width), result);
-  if (call) needsNumWidth(call, status, kRealArea - 1);
-  return status;
+  lookForMisuse([=] {
+    needsReadableWidth(Call("NUMDToDouble", {shownRun(num, width), width, filled(result)}), width,
+                       kWidest);
+  });
+  return result == nullptr ? kWrongWidth : readRealNum(bytesOf(num, width), result);
 }
 
 int Teste_NUM_liste(const char *list) {
