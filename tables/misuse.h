@@ -163,11 +163,8 @@ struct FieldText {
 };
 template <typename Work>
 int toldReplacement(const Call &call, const FieldText &field, const char *table, Work work) {
-  constexpr std::size_t kLongestLine = kLineSize - 2;
-  const std::string_view text = base::textOf(field.text);
   needsCurrentColumn(call, field.choice);
-  needsCp1252(call, "the text", text);
-  needsFit(call, "the line", text.size(), kLongestLine);
+  needsCp1252(call, "the text", base::textOf(field.text));
   std::optional<bool> hadField;
   const int result = toldEdit(call, table, [&] { return (hadField = work()).has_value(); });
   call.misusedIf(hadField == false, {"the line has no column ", field.choice.column});
