@@ -176,6 +176,7 @@ TEST(Misuse, NobodyReadsStandardError) {
   dup2(ends[1], STDERR_FILENO);
   close(ends[1]);
   base::telling = Telling::Yes;
+  const auto handling = signal(SIGPIPE, SIG_DFL);
   Call("Function", {}).misused({"wrong"});
   // Nor is one left behind, but for the application's own.
   blockPipeSignal(SIG_BLOCK);
@@ -186,7 +187,7 @@ TEST(Misuse, NobodyReadsStandardError) {
   EXPECT_TRUE(isPending(SIGPIPE));
   signal(SIGPIPE, SIG_IGN);
   blockPipeSignal(SIG_UNBLOCK);
-  signal(SIGPIPE, SIG_DFL);
+  signal(SIGPIPE, handling);
   base::telling = Telling::No;
   dup2(error, STDERR_FILENO);
   close(error);

@@ -329,7 +329,6 @@ TEST_F(FilesMisuse, AVolumeThatIsNotThere) {
   EXPECT_TOLD(Dir_ProcessFiles(path.c_str(), "a", [](const char *) { return 1; }), "");
   EXPECT_EQ(told([&] { EXPECT_EQ(MACRename(file.c_str(), other.c_str()), 0); }), "");
   EXPECT_EQ(told([&] { EXPECT_EQ(MACRemove(other.c_str()), 0); }), "");
-  EXPECT_TOLD(MACRemove("Foo:none"), "");
   EXPECT_TOLD(MACRemove("Foo:none:a"),
               "MACRemove(\"Foo:none:a\"): there is no folder \"Foo:none\"");
   EXPECT_TOLD(Dir_FindFiles(list, "Foo", 2, "a"),

@@ -1,8 +1,9 @@
 # SPDX-License-Identifier: MIT
 """lines_change_nothing.py <nm> <library> <include folder> <scratch folder> [<seed>]: what random
 calls return, and leave in their buffers, in errno, in the globals and in files, is the same without
-KORVEL_DEBUG and with it. Texts, runs and buffers end where memory that may be touched ends. Only
-what starts commands, asks the clock or keeps an address is left out."""
+KORVEL_DEBUG and with it. Texts, runs and buffers end where memory that may be touched ends. Left
+out is what starts commands, asks the clock or keeps an address; no dialog comes up and nothing is
+drawn."""
 import ctypes
 import mmap
 import os
