@@ -75,8 +75,10 @@ void restoreOne(const TableFile &table, const Heading &heading) {
   throw Failure(kUnlike, table.path() + ": cannot be repaired: " + why);
 }
 
-// What stands in front of "#DEBUT" is overwritten. Throws for data lines there.
+// What stands in front of "#DEBUT" is overwritten. Throws for what can only be data lines there.
 void requireHeading(const TableFile &table) {
+  if (table.begin() == 3 && table.line(1).text.starts_with(kVersionMark))
+    refuseToRepair(table, "line 2 stands behind the version, as if it were a data line");
   if (table.line(table.begin() - 1).text.starts_with(kVersionMark)) return;
   for (int number = 1; number < table.begin(); ++number) {
     const std::string_view text = table.line(number).text;

@@ -249,7 +249,8 @@ class Edit(Workbench):
                             (good.replace(b'#DEBUT', b'x\r\n#DEBUT'), 'in line 4'), (b'', 'no line'),
                             (b'01,A\r\n02\r\n#DEBUT\r\n#FIN\r\n', 'line 1 has several fields'),
                             (b'01\r\n02+B\r\n#DEBUT\r\n#FIN\r\n', 'line 2 has several fields'),
-                            (b'01,A\r\n#DEBUT\r\n#FIN\r\n', 'line 1 has several fields')):
+                            (b'01,A\r\n#DEBUT\r\n#FIN\r\n', 'line 1 has several fields'),
+                            (b'Version: 3\r\n01\r\n#DEBUT\r\n#FIN\r\n', 'line 2 stands behind')):
             with self.subTest(broken=broken[:40]):
                 self.table.write_bytes(broken)
                 self.expect(1, 'repair', 'actes.tab', '--title', 'T', '--version', 'V', err=why)
