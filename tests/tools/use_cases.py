@@ -379,10 +379,9 @@ class Bar(Workbench):
             fcntl.flock(held, fcntl.LOCK_EX)
             runs.append((arguments[0], run, ours, held))
         time.sleep(1.1)
-        for _, run, _, _ in runs:
-            run.go_on()
         for command, run, ours, held in runs:
             with self.subTest(command=command):
+                run.go_on()
                 seen = b''
                 while not seen.endswith(b' %') or select.select([ours], [], [], 0.2)[0]:
                     seen += os.read(ours, 4096)  # raises at the end of the run
