@@ -50,7 +50,8 @@ readonly BENCH_PACKAGES=(
 
 # Who runs a folder's scripts trusts the folder. In a container, where root works on somebody else's
 # checkout, git would ask.
-export GIT_CONFIG_COUNT=1 GIT_CONFIG_KEY_0=safe.directory GIT_CONFIG_VALUE_0=$PWD
+export GIT_CONFIG_COUNT=1 GIT_CONFIG_KEY_0=safe.directory GIT_CONFIG_VALUE_0
+GIT_CONFIG_VALUE_0=$(pwd -P)
 
 say() { printf '%s: %s\n' "${0##*/}" "$*"; }
 fail() { say "$*" >&2; exit 1; }
