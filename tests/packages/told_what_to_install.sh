@@ -38,5 +38,5 @@ asks sway LC_ALL=C scripts/demo fiche wayland
 asks qt6-wayland WAYLAND_DISPLAY=wayland-0 scripts/demo
 asks googletest LC_ALL=C scripts/test
 asks debhelper LC_ALL=C scripts/package
-line=$(told DISPLAY=:0 scripts/demo)
+line=$(told DISPLAY=:0 scripts/demo) || { echo "$line"; exit 1; }
 case $line in *qt6-wayland*) echo "asked for without Wayland: $line"; exit 1 ;; esac
