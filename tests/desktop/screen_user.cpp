@@ -36,7 +36,7 @@ std::vector<pid_t> running;
 // What tests/support/toolkit_leaks.cpp tells the sanitizers, for the examples, which are tested as
 // they are.
 constexpr const char *kSanitizerOptions[] = {"ASAN_OPTIONS=intercept_tls_get_addr=0",
-                                             "LSAN_OPTIONS=suppressions=" TOOLKIT_LEAKS};
+                                             "LSAN_OPTIONS=suppressions='" TOOLKIT_LEAKS "'"};
 
 std::vector<std::string> linesOf(const std::string &path) {
   std::ifstream file(path);
