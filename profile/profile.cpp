@@ -243,9 +243,12 @@ using korvel::base::guarded;
 int GetPrivateProfileString(const char *section, const char *key, const char *defaultText,
                             char *destination, int capacity, const char *path) {
   lookForMisuse([=] {
-    needsRoomForValue(Call("GetPrivateProfileString", {section, key, orNull(defaultText),
-                                                       filled(destination), capacity, path}),
-                      {section, key, path}, defaultText, destination, capacity);
+    // A default that stands in the destination fits, and may have no end there.
+    const bool isThere = destination != nullptr && defaultText == destination;
+    const base::Argument shown = isThere ? filled(destination) : orNull(defaultText);
+    needsRoomForValue(
+        Call("GetPrivateProfileString", {section, key, shown, filled(destination), capacity, path}),
+        {section, key, path}, isThere ? nullptr : defaultText, destination, capacity);
   });
   if (destination == nullptr || capacity < 1) return 0;
   Destination text(destination, capacity);

@@ -9,6 +9,7 @@
 #include <korvel/profile.h>
 
 #include "tests/files/volumes.h"
+#include "tests/support/page_end.h"
 #include "tests/support/told.h"
 
 namespace korvel::test {
@@ -21,6 +22,16 @@ class ProfileMisuse : public testing::Test {
   Volumes volumes_;
   char text_[64] = "";
 };
+
+TEST_F(ProfileMisuse, ADefaultWithoutAnEnd) {
+  PageEnd full("wxyz"), defaultText("wxyz");
+  EXPECT_EQ(GetPrivateProfileString("A", "none", full.data(), full.data(), 4, "Data:p.ini"), 3);
+  EXPECT_EQ(GetPrivateProfileString("A", "none", defaultText.data(), text_, 5, "Data:p.ini"), 4);
+  EXPECT_STREQ(text_, "wxyz");
+  PageEnd again("wxyz");
+  EXPECT_TOLD(GetPrivateProfileString("A", "none", again.data(), again.data(), 4, "Data:p.ini"),
+              "");
+}
 
 TEST_F(ProfileMisuse, AValueThatIsCut) {
   EXPECT_TOLD(
