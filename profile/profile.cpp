@@ -75,8 +75,15 @@ struct Entry {
   const char *path;
 };
 
-// Tells of a value, or of a default, that does not fit. It is read once more, into room for more.
-void needsRoomForValue(const Call &call, const Entry &entry, const char *defaultText,
+// As much of a default as there is room for, and its end: it need not have one behind that.
+std::string_view defaultOf(const char *text, int capacity) {
+  if (text == nullptr) return {};
+  return {text, strnlen(text, static_cast<std::size_t>(std::max(capacity, 0)))};
+}
+
+// Tells of a value, or of a default, that does not fit. A value is read once more, into room for
+// more.
+void needsRoomForValue(const Call &call, const Entry &entry, std::string_view defaultText,
                        const char *destination, int capacity) {
   needsRoom(call, destination, capacity);
   needsEntry(call, entry.section, entry.key, entry.path);
@@ -84,9 +91,10 @@ void needsRoomForValue(const Call &call, const Entry &entry, const char *default
   const base::ErrnoKept kept;
   char whole[1 << 14];
   Destination text(whole, sizeof whole);
-  text.set(defaultText);
-  readValue(entry.section, entry.key, entry.path, text);
-  needsWhole(call, std::strlen(whole), capacity);
+  const bool isThere = readValue(entry.section, entry.key, entry.path, text);
+  if (isThere) needsWhole(call, std::strlen(whole), capacity);
+  call.misusedIf(!isThere && defaultText.size() == static_cast<std::size_t>(capacity),
+                 {"the default is cut to ", capacity - 1, " characters"});
 }
 
 // Tells of a value that is no number.
@@ -243,12 +251,10 @@ using korvel::base::guarded;
 int GetPrivateProfileString(const char *section, const char *key, const char *defaultText,
                             char *destination, int capacity, const char *path) {
   lookForMisuse([=] {
-    // A default that stands in the destination fits, and may have no end there.
-    const bool isThere = destination != nullptr && defaultText == destination;
-    const base::Argument shown = isThere ? filled(destination) : orNull(defaultText);
-    needsRoomForValue(
-        Call("GetPrivateProfileString", {section, key, shown, filled(destination), capacity, path}),
-        {section, key, path}, isThere ? nullptr : defaultText, destination, capacity);
+    const std::string_view shown = defaultOf(defaultText, capacity);
+    needsRoomForValue(Call("GetPrivateProfileString",
+                           {section, key, orNull(shown), filled(destination), capacity, path}),
+                      {section, key, path}, shown, destination, capacity);
   });
   if (destination == nullptr || capacity < 1) return 0;
   Destination text(destination, capacity);

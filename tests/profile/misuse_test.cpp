@@ -24,13 +24,16 @@ class ProfileMisuse : public testing::Test {
 };
 
 TEST_F(ProfileMisuse, ADefaultWithoutAnEnd) {
-  PageEnd full("wxyz"), defaultText("wxyz");
+  PageEnd text("wxyz"), full("wxyz"), again("wxyz");
   EXPECT_EQ(GetPrivateProfileString("A", "none", full.data(), full.data(), 4, "Data:p.ini"), 3);
-  EXPECT_EQ(GetPrivateProfileString("A", "none", defaultText.data(), text_, 5, "Data:p.ini"), 4);
-  EXPECT_STREQ(text_, "wxyz");
-  PageEnd again("wxyz");
+  EXPECT_EQ(GetPrivateProfileString("A", "none", text.data(), text_, 4, "Data:p.ini"), 3);
+  EXPECT_STREQ(text_, "wxy");
+  const std::string line =
+      "GetPrivateProfileString(\"A\", \"none\", \"wxyz\", ..., 4, \"Data:p.ini\"): the default is "
+      "cut to 3 characters";
   EXPECT_TOLD(GetPrivateProfileString("A", "none", again.data(), again.data(), 4, "Data:p.ini"),
-              "");
+              line);
+  EXPECT_TOLD(GetPrivateProfileString("A", "none", text.data(), text_, 4, "Data:p.ini"), line);
 }
 
 TEST_F(ProfileMisuse, AValueThatIsCut) {
@@ -40,7 +43,7 @@ TEST_F(ProfileMisuse, AValueThatIsCut) {
       "characters and is cut to 3");
   EXPECT_TOLD(GetPrivateProfileString("A", "none", "abcd", text_, 4, "Data:p.ini"),
               "GetPrivateProfileString(\"A\", \"none\", \"abcd\", ..., 4, \"Data:p.ini\"): the "
-              "value has 4 characters and is cut to 3");
+              "default is cut to 3 characters");
   EXPECT_TOLD(GetPrivateProfileString("A", "x", "", text_, 5, "Data:p.ini"), "");
   EXPECT_FAILS(GetPrivateProfileString("A", "x", "", text_, 0, "Data:p.ini"), 0,
                "GetPrivateProfileString(\"A\", \"x\", \"\", ..., 0, \"Data:p.ini\"): a buffer of 0 "
