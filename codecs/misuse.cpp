@@ -3,6 +3,8 @@
 // status tells.
 #include "codecs/misuse.h"
 
+#include <algorithm>
+#include <climits>
 #include <cstring>
 
 #include "codecs/integer.h"
@@ -34,9 +36,13 @@ void needsRealRoom(const Call &call, const void *buffer, int capacity, double va
   needsRoom(call, buffer, capacity);
   call.misusedIf(decimals < 0, {"there are no ", decimals, " decimals: 0 is the least"});
   if (!call) return;
-  char text[512];
-  writeReal(value, text, sizeof text, decimals);
-  needsBytes(call, capacity, static_cast<int>(std::strlen(text)) + 1);
+  // Behind these there are zeros.
+  constexpr int kMostDecimals = 1100;
+  char text[kMostDecimals + 400];
+  const int shown = std::min(decimals, kMostDecimals);
+  writeReal(value, text, sizeof text, shown);
+  const long long needed = static_cast<long long>(std::strlen(text)) + 1 + (decimals - shown);
+  needsBytes(call, capacity, static_cast<int>(std::min<long long>(needed, INT_MAX)));
 }
 
 void needsSignificantRoom(const Call &call, const void *buffer, int capacity, int digits,

@@ -40,6 +40,13 @@ TEST(CodecsMisuse, ABufferThatIsTooSmall) {
   EXPECT_FAILS(realdco_d(12.5, buffer, 4, 2), 2,
                "realdco_d(12.5, ..., 4, 2): a buffer of 4 bytes is too small: 6 are needed");
   EXPECT_TOLD(realdco_d(12.5, buffer, 6, 2), "");
+  EXPECT_TOLD(realdco_d(12.5, buffer, 32, 1000),
+              "realdco_d(12.5, ..., 32, 1000): a buffer of 32 bytes is too small: 1004 are needed");
+  EXPECT_TOLD(realdco_d(12.5, buffer, 32, 5000),
+              "realdco_d(12.5, ..., 32, 5000): a buffer of 32 bytes is too small: 5004 are needed");
+  EXPECT_TOLD(realdco_d(12.5, buffer, 32, 2147483647),
+              "realdco_d(12.5, ..., 32, 2147483647): a buffer of 32 bytes is too small: 2147483647 "
+              "are needed");
   EXPECT_FAILS(realdco_d(12.5, buffer, 6, -1), 1,
                "realdco_d(12.5, ..., 6, -1): there are no -1 decimals: 0 is the least");
   EXPECT_FAILS(realdco_sd(1234.5, buffer, 7, 3), 0,
@@ -75,6 +82,7 @@ TEST(CodecsMisuse, AWidthThatNoNumberHas) {
   EXPECT_FAILS(NUMPInterToLong("10-20", 5, &low, nullptr), 11,
                "NUMPInterToLong(\"10-20\", 5, ..., null): argument 4 is null");
   EXPECT_TOLD(NUMPInterToLong("10-20", 5, &low, &high), "");
+  EXPECT_TOLD(NUMPInterToLong("10", 2, &low, &high), "");
   EXPECT_FAILS(NUMDToDouble("1", 1, nullptr), 11,
                "NUMDToDouble(\"1\", 1, null): argument 3 is null");
   EXPECT_FAILS(DoubleToNUMD(real, destination, 4, 1), 1,
