@@ -77,9 +77,9 @@ void restoreOne(const TableFile &table, const Heading &heading) {
 
 // What stands in front of "#DEBUT" is overwritten. Throws for what can only be data lines there.
 void requireHeading(const TableFile &table) {
-  if (table.begin() == 3 && table.line(1).text.starts_with(kVersionMark))
-    refuseToRepair(table, "line 2 stands behind the version, as if it were a data line");
   if (table.line(table.begin() - 1).text.starts_with(kVersionMark)) return;
+  if (table.line(1).text.starts_with(kVersionMark))
+    refuseToRepair(table, "line 2 stands behind the version, as if it were a data line");
   for (int number = 1; number < table.begin(); ++number) {
     const std::string_view text = table.line(number).text;
     if (codeOf(text).size() == text.size()) continue;
