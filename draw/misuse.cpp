@@ -44,6 +44,7 @@ void needsPort(const Call &call, CGrafPtr port) {
 void needsText(const Call &call, CGrafPtr port, const char *text, int len) {
   call.misusedIf(len < 0, {"there is no length ", len});
   needsPort(call, port);
+  // One with an escape, whose byte 255 UTF-8 does not have, is not looked at.
   needsCp1252(call, "the text", base::bytesOf(text, len));
 }
 
